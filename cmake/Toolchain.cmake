@@ -1,0 +1,37 @@
+# Compiler settings that every target shares.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_AUTOMOC ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+set(CMAKE_CXX_FLAGS_DEBUG "-O1 -g1")
+set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
+
+find_program(ORLOP_CCACHE ccache)
+if(ORLOP_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${ORLOP_CCACHE}")
+endif()
+find_program(ORLOP_MOLD mold)
+if(ORLOP_MOLD)
+    add_link_options(-fuse-ld=mold)
+endif()
+
+if(ORLOP_FUZZ)
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+if(ORLOP_SANITIZE)
+    add_compile_options("-fsanitize=${ORLOP_SANITIZE}" -fno-omit-frame-pointer
+                        -fno-sanitize-recover=undefined)
+    add_link_options("-fsanitize=${ORLOP_SANITIZE}")
+endif()
+
+# What only our own code must obey.
+add_library(orlop_conventions INTERFACE)
+target_compile_options(orlop_conventions INTERFACE
+    -Wall -Wextra -Wconversion -Wshadow -Werror)
+target_compile_definitions(orlop_conventions INTERFACE
+    QT_NO_KEYWORDS QT_NO_FOREACH QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
+    QT_NO_CAST_FROM_BYTEARRAY QT_NO_CONTEXTLESS_CONNECT
+    ORLOP_VERSION="${PROJECT_VERSION}")
+target_include_directories(orlop_conventions INTERFACE "${CMAKE_SOURCE_DIR}/src")

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QString>
+#include <QStringList>
+#include <optional>
+
+#include "platform/base/error.h"
+
+namespace platform {
+
+/// A leading "~" or "~/" becomes the home folder.
+[[nodiscard]] QString expandTilde(const QString& path);
+/// The home folder at the start becomes "~".
+[[nodiscard]] QString abbreviateWithTilde(const QString& path);
+
+/// Follows no link at the end: a dangling link exists.
+[[nodiscard]] bool pathExists(const QString& path);
+
+/// Writes a temporary beside `path`, syncs it, renames it over `path` and syncs the folder; mode
+/// 0600. Nothing: done. The old file stays whole whatever happens.
+[[nodiscard]] std::optional<Error> writeFileAtomically(const QString& path, const QByteArray& data);
+
+struct FileContents {
+    QByteArray data;
+    /// Set: could not be read; code ENOENT: there is none.
+    std::optional<Error> error;
+};
+/// Refuses more than `maximumBytes` with EFBIG.
+[[nodiscard]] FileContents readFile(const QString& path, qint64 maximumBytes);
+
+/// Moves a file that cannot be understood out of the way, to a free name beside it that ends in
+/// ".damaged-DATE", and logs it. The new path; empty if even that failed.
+QString keepDamagedFileAside(const QString& path);
+
+/// Renames without ever replacing (renameat2 with RENAME_NOREPLACE); across file systems copies
+/// to a temporary beside the target, syncs, places it without replacing and removes the source.
+/// Nothing: done. EEXIST: the target exists.
+[[nodiscard]] std::optional<Error> moveFile(const QString& from, const QString& to);
+
+/// Size in bytes. Nothing: no such file, or not a regular one.
+[[nodiscard]] std::optional<qint64> fileSize(const QString& path);
+
+/// Extended attributes, of the link itself where it is one. Names as given; the caller supplies
+/// the "user." prefix. Nothing: absent, empty or not supported.
+[[nodiscard]] bool setExtendedAttribute(const QString& path, const QString& name,
+                                        const QByteArray& value);
+[[nodiscard]] std::optional<QByteArray> extendedAttribute(const QString& path, const QString& name);
+
+/// Moves to the desktop's Trash (freedesktop.org Trash specification).
+[[nodiscard]] bool moveToTrash(const QString& path);
+
+/// Where a mounted file system begins: the longest mount point that is a prefix of the path; "/"
+/// if there is none. A path below a removable media folder ("/media/USER/NAME", "/mnt/NAME",
+/// "/run/media/USER/NAME") answers that folder even while nothing is mounted there.
+[[nodiscard]] QString volumePath(const QString& path);
+
+/// A token by which a moved file can be found again on the same file system, and the search for
+/// it. Empty: none could be made, or the file is not found.
+[[nodiscard]] QByteArray fileBookmark(const QString& path);
+[[nodiscard]] QString resolveFileBookmark(const QByteArray& bookmark);
+
+/// The XDG base and user directories, with their defaults.
+[[nodiscard]] QString userDataFolder();       ///< $XDG_DATA_HOME/Orlop
+[[nodiscard]] QString userConfigFolder();     ///< $XDG_CONFIG_HOME/Orlop
+[[nodiscard]] QString userStateFolder();      ///< $XDG_STATE_HOME/Orlop
+[[nodiscard]] QString userCacheFolder();      ///< $XDG_CACHE_HOME/Orlop
+[[nodiscard]] QString runtimeFolder();        ///< $XDG_RUNTIME_DIR/Orlop, else one in the cache
+[[nodiscard]] QString downloadsUserFolder();  ///< XDG_DOWNLOAD_DIR, else ~/Downloads
+[[nodiscard]] QString desktopUserFolder();    ///< XDG_DESKTOP_DIR, else ~/Desktop
+
+}  // namespace platform

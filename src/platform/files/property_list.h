@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QByteArray>
+#include <QVariant>
+#include <optional>
+#include <variant>
+
+namespace platform {
+
+/// Why a text was refused, with where (from 1; 0 if not known).
+struct ParseError {
+    QString text;
+    qint64 line = 0;
+    qint64 column = 0;
+};
+
+enum class PropertyListFormat { Xml, Binary };
+
+struct PropertyListResult {
+    /// QVariantMap, QVariantList, QString, qint64, double, bool, QByteArray or QDateTime (UTC).
+    /// Invalid: refused, see `error`.
+    QVariant value;
+    PropertyListFormat format = PropertyListFormat::Xml;
+    ParseError error;
+};
+
+/// Reads either form. At most 64 MiB and 512 levels deep.
+[[nodiscard]] PropertyListResult readPropertyList(const QByteArray& data);
+
+/// With tabs and keys in order of their code points; dates in UTC, whole seconds. Empty: the value
+/// holds something that a property list cannot.
+[[nodiscard]] QByteArray writePropertyList(const QVariant& value,
+                                           PropertyListFormat format = PropertyListFormat::Xml);
+
+}  // namespace platform

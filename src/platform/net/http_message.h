@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "platform/net/url.h"
+
+namespace platform {
+
+/// Header fields in the order they came or go. Names compare without regard to case (RFC 9110,
+/// 5.1) but keep the case in which they were written.
+class HTTPHeaders {
+public:
+    using Field = std::pair<QString, QString>;
+
+    /// Replaces all fields of that name, or appends.
+    void set(const QString& name, const QString& value);
+    /// Appends, keeping fields of the same name.
+    void add(const QString& name, const QString& value);
+    void remove(const QString& name);
+    void clear() { fields_.clear(); }
+
+    /// The value; several of one name joined with ", " (RFC 9110, 5.3), except that "Set-Cookie"
+    /// gives the first. Nothing: no such field.
+    [[nodiscard]] std::optional<QString> value(const QString& name) const;
+    [[nodiscard]] QStringList values(const QString& name) const;
+    [[nodiscard]] bool contains(const QString& name) const;
+    [[nodiscard]] bool isEmpty() const { return fields_.empty(); }
+    [[nodiscard]] const std::vector<Field>& fields() const { return fields_; }
+
+private:
+    std::vector<Field> fields_;
+};
+
+enum class HTTPVersion { Http10, Http11 };
+
+/// A request without its body.
+struct HTTPRequestMessage {
+    QString method;
+    Url url;
+    HTTPVersion version = HTTPVersion::Http11;
+    /// All fields but "Host", "Content-Length" of a streamed body and what a connection needs. A
+    /// field that holds a line break or a NUL is not sent.
+    HTTPHeaders headers;
+};
+
+/// The head of the final response (no 1xx).
+struct HTTPResponseHead {
+    QString statusLine;  ///< As it came, without the line break.
+    int statusCode = 0;
+    HTTPVersion version = HTTPVersion::Http11;
+    /// Bytes beyond ASCII that are not UTF-8 are taken as ISO Latin 1.
+    HTTPHeaders headers;
+    bool fromProxy = false;  ///< The proxy's answer to CONNECT.
+};
+
+}  // namespace platform
