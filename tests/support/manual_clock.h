@@ -29,9 +29,9 @@ public:
 private:
     void wakeAll();
 
-    mutable std::mutex lock_;  ///< Guards all that follows.
-    platform::Seconds monotonic_ = 1000.0;
-    platform::Seconds wall_;
+    std::atomic<platform::Seconds> monotonic_ = 1000.0;
+    std::atomic<platform::Seconds> wall_;
+    std::mutex wakersLock_;  ///< Guards all that follows; held while the wakers run.
     int nextToken_ = 1;
     std::map<int, std::function<void()>> wakers_;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <functional>
 #include <memory>
 
@@ -9,7 +10,7 @@ namespace platform {
 enum class LogLevel { Debug, Info, Warning, Error };
 
 /// Where lines go: to the journal where it runs, and always to a bounded store of our own.
-/// Any thread.
+/// Called from any thread, one line at a time. A sink must not log.
 class LogSink {
 public:
     virtual ~LogSink() = default;
@@ -34,6 +35,9 @@ void removeLogSink(const std::shared_ptr<LogSink>& sink);
 /// passes `maximumBytes` it becomes the older of two and a new one begins, so that the two never
 /// hold more than twice that.
 [[nodiscard]] std::shared_ptr<LogSink> makeLogStore(const QString& folder, qint64 maximumBytes);
+/// The files of the store in `folder` in the order of their lines, whether they exist or not.
+/// A line that was cut short by a crash is no JSON and is to be skipped.
+[[nodiscard]] QStringList logStoreFiles(const QString& folder);
 /// The journal, by its native protocol. Null where it does not run.
 [[nodiscard]] std::shared_ptr<LogSink> makeJournalSink();
 

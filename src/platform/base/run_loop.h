@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -8,6 +9,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "platform/base/clock.h"
@@ -46,11 +49,13 @@ public:
     /// waits for the next turn. Answers whether anything ran. Loop's thread only.
     bool runDue();
 
-    /// When the next delayed call is due, on the clock's monotonic scale. Nothing: none waits.
-    /// Posted calls are due at once.
+    /// When the next call is due, on the clock's monotonic scale: a moment that has passed if calls
+    /// are posted. Nothing: none waits. Loop's thread only.
     [[nodiscard]] std::optional<Seconds> nextDeadline() const;
 
-    /// Called, from any thread, whenever the loop has something new to do. Set once, by the driver.
+    /// Called, from any thread, whenever the loop has something new to do: once for any number of
+    /// calls posted between two turns. It must not call back into the loop. Set by the driver; an
+    /// empty one takes it away, and then the old one is not running any more.
     void setWaker(std::function<void()> wake);
 
 private:
@@ -59,16 +64,28 @@ private:
         std::string operation;
         Call call;
     };
+    /// When it is due, and the order of scheduling among equals.
     using Key = std::pair<Seconds, std::uint64_t>;
+    using DelayedCalls = std::map<Key, Delayed>;
+    using KeysByOwner = std::unordered_multimap<const void*, Key>;
 
     void wake() const;
+    bool runPosted();
+    bool runDelayed(const Key& end);
+    DelayedCalls::node_type takeDelayed(DelayedCalls::iterator call);
 
     Clock& clock_;
-    std::function<void()> waker_;
-    std::map<Key, Delayed> delayed_;
+    DelayedCalls delayed_;
+    KeysByOwner keysByOwner_;
     std::uint64_t sequence_ = 0;
+    int runDepth_ = 0;
+    /// Posted calls whose turn has come. A member, so that a turn inside a turn (a modal window
+    /// opened by a call) goes on with the rest of them in order.
+    std::deque<Call> turn_;
     mutable std::mutex postedLock_;  ///< Guards posted_.
     std::vector<Call> posted_;
+    mutable std::mutex wakerLock_;  ///< Guards waker_; held while it runs.
+    std::function<void()> waker_;
 };
 
 /// Runs a RunLoop inside Qt's event loop of the thread that makes it.

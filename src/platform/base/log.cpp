@@ -1,0 +1,62 @@
+#include "platform/base/log.h"
+
+#include <algorithm>
+#include <atomic>
+#include <mutex>
+#include <vector>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace platform {
+
+namespace {
+
+struct Sinks {
+    std::mutex lock;  ///< Guards all; held while they write, so that lines keep their order.
+    std::vector<std::shared_ptr<LogSink>> all;
+};
+
+Sinks& sinks() {
+    static Sinks instance;
+    return instance;
+}
+
+std::atomic<bool> debugLogEnabled = false;
+
+}  // namespace
+
+void log(const QString& line, LogLevel level) {
+    Sinks& to = sinks();
+    const std::lock_guard guard(to.lock);
+    for (const auto& sink : to.all)
+        sink->write(level, line);
+}
+
+void debugLog(const std::function<QString()>& line) {
+    if (debugLogEnabled)
+        log(u"[Debug] "_s + line(), LogLevel::Debug);
+}
+
+bool isDebugLogEnabled() {
+    return debugLogEnabled;
+}
+
+void setDebugLogEnabled(bool enabled) {
+    debugLogEnabled = enabled;
+}
+
+void addLogSink(std::shared_ptr<LogSink> sink) {
+    if (!sink)
+        return;
+    Sinks& to = sinks();
+    const std::lock_guard guard(to.lock);
+    to.all.push_back(std::move(sink));
+}
+
+void removeLogSink(const std::shared_ptr<LogSink>& sink) {
+    Sinks& from = sinks();
+    const std::lock_guard guard(from.lock);
+    std::erase(from.all, sink);
+}
+
+}  // namespace platform

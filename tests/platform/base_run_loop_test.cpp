@@ -1,0 +1,172 @@
+#include "platform/base/run_loop.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <thread>
+
+#include "support/main_loop.h"
+
+namespace {
+
+using platform::RunLoop;
+
+struct RunLoopTest : testing::Test {
+    support::MainLoop main;
+    RunLoop& loop = main.loop;
+    std::string seen;
+
+    RunLoop::Call say(const char* word) {
+        return [this, word] { seen += word; };
+    }
+};
+
+TEST_F(RunLoopTest, RunsInOrderOfPostingAndOfDeadline) {
+    loop.performAfter(this, "late", 2, say("d"));
+    loop.performAfter(this, "early", 1, say("b"));
+    loop.performAfter(this, "early", 1, say("c"));
+    loop.post(say("a"));
+    main.advance(0.999);
+    EXPECT_EQ(seen, "a");
+    main.advance(0.001);
+    EXPECT_EQ(seen, "abc");
+    EXPECT_TRUE(loop.isScheduled(this, "late"));
+    main.advance(1);
+    EXPECT_EQ(seen, "abcd");
+    EXPECT_FALSE(loop.isScheduled(this, "late"));
+}
+
+TEST_F(RunLoopTest, WhatATurnSchedulesWaitsForTheNext) {
+    loop.performAfter(this, "x", 0, [this] {
+        seen += "1";
+        loop.performAfter(this, "x", 0, say("3"));
+        loop.post(say("2"));
+    });
+    EXPECT_TRUE(loop.runDue());
+    EXPECT_EQ(seen, "1");
+    EXPECT_EQ(loop.nextDeadline(), main.clock.monotonic());
+    EXPECT_TRUE(loop.runDue());
+    EXPECT_EQ(seen, "123");
+    EXPECT_FALSE(loop.runDue());
+    EXPECT_EQ(loop.nextDeadline(), std::nullopt);
+}
+
+TEST_F(RunLoopTest, CancelsByOwnerAndOperation) {
+    const int other = 0;
+    loop.performAfter(this, "a", 1, say("a"));
+    loop.performAfter(this, "a", 2, say("a"));
+    loop.performAfter(this, "b", 1, say("b"));
+    loop.performAfter(&other, "a", 1, say("o"));
+    loop.cancel(this, "a");
+    EXPECT_FALSE(loop.isScheduled(this, "a"));
+    main.advance(3);
+    EXPECT_EQ(seen, "bo");
+
+    loop.performAfter(this, "a", 1, say("a"));
+    loop.performAfter(&other, "b", 1, say("o"));
+    loop.cancelAll(this);
+    main.advance(3);
+    EXPECT_EQ(seen, "boo");
+}
+
+TEST_F(RunLoopTest, ACallMayCancelOthersOfItsOwnTurn) {
+    loop.performAfter(this, "a", 0, [this] { loop.cancel(this, "b"); });
+    loop.performAfter(this, "b", 0, say("b"));
+    main.settle();
+    EXPECT_EQ(seen, "");
+}
+
+TEST_F(RunLoopTest, ATurnInsideATurnGoesOnWithTheRest) {
+    loop.post([this] {
+        seen += "(";
+        loop.post(say("2"));
+        loop.runDue();
+        seen += ")";
+    });
+    loop.post(say("1"));
+    EXPECT_TRUE(loop.runDue());
+    EXPECT_EQ(seen, "(12)");
+}
+
+TEST(RunLoopWaker, WakesOnceForManyPostsAndOnlyForAnEarlierDeadline) {
+    support::ManualClock clock;
+    RunLoop loop(clock);
+    int wakes = 0;
+    loop.setWaker([&] { ++wakes; });
+    for (int i = 0; i < 100; ++i)
+        loop.post([] {});
+    EXPECT_EQ(wakes, 1);
+    loop.runDue();
+    loop.post([] {});
+    EXPECT_EQ(wakes, 2);
+    loop.performAfter(&loop, "x", 5, [] {});
+    EXPECT_EQ(wakes, 3);
+    loop.performAfter(&loop, "x", 6, [] {});
+    EXPECT_EQ(wakes, 3);
+    loop.setWaker({});
+}
+
+TEST(RunLoopThreads, TakesPostsFromManyThreads) {
+    support::MainLoop main;
+    constexpr int threads = 4, posts = 2000;
+    std::vector<int> last(threads, -1);
+    int count = 0;
+    std::vector<std::jthread> posters;
+    for (int t = 0; t < threads; ++t) {
+        posters.emplace_back([&, t] {
+            for (int i = 0; i < posts; ++i) {
+                main.loop.post([&, t, i] {
+                    EXPECT_EQ(last[static_cast<std::size_t>(t)], i - 1);
+                    last[static_cast<std::size_t>(t)] = i;
+                    ++count;
+                });
+            }
+        });
+    }
+    EXPECT_TRUE(main.waitUntil([&] { return count == threads * posts; }));
+}
+
+/// A Qt application for the tests that need its event loop.
+struct QtLoop : testing::Test {
+    int argumentCount = 1;
+    char name[5] = "test";
+    char* arguments[2] = {name, nullptr};
+    QCoreApplication application{argumentCount, arguments};
+};
+
+TEST_F(QtLoop, RunsDelayedAndPostedCallsFromOtherThreads) {
+    platform::SystemClock clock;
+    RunLoop loop(clock);
+    bool posted = false;
+    loop.post([&] { posted = true; });
+    const platform::QtRunLoopDriver driver(loop);
+    QEventLoop events;
+    const platform::Seconds start = clock.monotonic();
+    std::jthread poster;
+    loop.performAfter(this, "later", 0.02, [&] {
+        EXPECT_GE(clock.monotonic(), start + 0.02);
+        poster = std::jthread([&] { loop.post([&] { events.quit(); }); });
+    });
+    events.exec();
+    EXPECT_TRUE(posted);
+}
+
+TEST_F(QtLoop, AModalEventLoopRunsWhatTheTurnLeft) {
+    support::ManualClock clock;
+    RunLoop loop(clock);
+    const platform::QtRunLoopDriver driver(loop);
+    QEventLoop outer, modal;
+    loop.post([&] {
+        modal.exec();
+        outer.quit();
+    });
+    loop.post([&] {
+        loop.performAfter(this, "close", 5, [&] { modal.quit(); });
+        clock.advance(5);
+    });
+    outer.exec();
+    EXPECT_EQ(loop.nextDeadline(), std::nullopt);
+}
+
+}  // namespace
