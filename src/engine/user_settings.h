@@ -1,0 +1,80 @@
+#pragma once
+
+#include <QString>
+#include <QVariant>
+
+namespace engine {
+
+/// What a download must remember over a restart: string keys with property-list values.
+///
+/// Absent and invalid are the same; storing an invalid value removes the key.
+class UserSettings {
+public:
+    [[nodiscard]] bool contains(const QString& key) const { return values_.contains(key); }
+    [[nodiscard]] QVariant value(const QString& key) const { return values_.value(key); }
+    [[nodiscard]] QString string(const QString& key) const { return value(key).toString(); }
+    [[nodiscard]] bool boolean(const QString& key) const { return value(key).toBool(); }
+
+    void set(const QString& key, const QVariant& newValue);
+    void remove(const QString& key) { values_.remove(key); }
+
+    /// The dictionary that is kept on disk, without what depends on where the partial file lies.
+    [[nodiscard]] QVariantMap archive(const QString& urlString, bool paused) const;
+    /// Takes over what an archive holds of the kept keys; all else stays as it is.
+    void restore(const QVariantMap& archive);
+
+private:
+    QVariantMap values_;
+};
+
+/// The keys of UserSettings.
+namespace keys {
+
+inline const QString accelerationFailed = QStringLiteral("Acceleration Failed");
+/// A list of dictionaries with the `worker...` keys, in order of offset, without the first worker.
+inline const QString accelerationWorkers = QStringLiteral("Acceleration Workers");
+inline const QString workerTarget = QStringLiteral("Target");
+inline const QString workerStart = QStringLiteral("Start");
+inline const QString workerEnd = QStringLiteral("End");
+/// The bookmark of the finished file.
+inline const QString alias = QStringLiteral("Alias");
+/// When the download was added, as archived data.
+inline const QString date = QStringLiteral("Date");
+/// When it was done, as archived data.
+inline const QString done = QStringLiteral("Done");
+/// The file or folder that the user chose for this download; a tilde is allowed.
+inline const QString downloadFile = QStringLiteral("Download File");
+inline const QString downloadFolder = QStringLiteral("Download Folder");
+inline const QString name = QStringLiteral("Name");
+/// The server said that it serves no ranges.
+inline const QString rangesDisabled = QStringLiteral("Ranges Disabled");
+inline const QString referer = QStringLiteral("Referer");
+/// A whole captured request, with the `request...` keys.
+inline const QString request = QStringLiteral("Request");
+inline const QString requestMethod = QStringLiteral("DQOBPRequestMethod");
+inline const QString requestAllHeaders = QStringLiteral("DQOBPRequestAllHeaderFields");
+inline const QString requestPartialHeaders = QStringLiteral("DQOBPRequestPartialHeaderFields");
+inline const QString requestBody = QStringLiteral("DQOBPRequestBody");
+/// The address that answered last. That it is present says that the download has begun and may
+/// have partial data.
+inline const QString responseURL = QStringLiteral("Response URL");
+inline const QString statusCode = QStringLiteral("Status Code");
+
+/// What the server said the file is, so that a resume can tell a changed file: the whole length in
+/// bytes, and the validators of RFC 9110, 8.8.
+inline const QString expectedBytes = QStringLiteral("Expected Bytes");
+inline const QString entityTag = QStringLiteral("Entity Tag");
+inline const QString lastModified = QStringLiteral("Last Modified");
+
+/// Not kept on disk: the address as it stood at the first start, and a download page's title.
+inline const QString originalURL = QStringLiteral("Original URL");
+inline const QString downloadPageTitle = QStringLiteral("Download Page Title");
+
+/// Keys of the archive that are no settings.
+inline const QString url = QStringLiteral("URL");
+inline const QString paused = QStringLiteral("Paused");
+inline const QString resumePath = QStringLiteral("Resume Path");
+
+}  // namespace keys
+
+}  // namespace engine
