@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QString>
-#include <QUrl>
+#include <QStringView>
 #include <optional>
 
 namespace platform {
@@ -17,8 +17,9 @@ public:
     /// characters beyond ASCII among others.
     [[nodiscard]] static std::optional<Url> parse(const QString& text);
     [[nodiscard]] static Url fromFilePath(const QString& path);
-    /// What a user may mean by an international host or path: everything illegal is escaped in
-    /// UTF-8 and the host put into its ASCII form (IDNA). Nothing: still no URL.
+    /// What a user may mean by an international host or path: blanks at the ends are dropped,
+    /// everything illegal is escaped in UTF-8 and the host put into its ASCII form (IDNA). Nothing:
+    /// still no URL.
     [[nodiscard]] static std::optional<Url> parseLenient(const QString& text);
 
     [[nodiscard]] bool isEmpty() const { return text_.isEmpty(); }
@@ -28,6 +29,7 @@ public:
     [[nodiscard]] QString password() const;  ///< Percent-decoded.
     [[nodiscard]] bool hasUserInfo() const;
     [[nodiscard]] QString host() const;  ///< Percent-decoded; an IPv6 address without brackets.
+    /// As written; a number that no int can hold is the largest one.
     [[nodiscard]] std::optional<int> port() const;
     /// The port that a connection uses: the one written, else 80 or 443. Nothing for others.
     [[nodiscard]] std::optional<int> effectivePort() const;
@@ -54,13 +56,20 @@ public:
 
 private:
     struct Parts {
-        qsizetype schemeEnd = 0;
+        qsizetype schemeEnd = 0;  // 0: no scheme
+        // -1: that part is absent.
         qsizetype authorityStart = -1, userInfoEnd = -1, hostStart = -1, hostEnd = -1;
         qsizetype portStart = -1, portEnd = -1;
         qsizetype pathStart = 0, pathEnd = 0;
         qsizetype queryStart = -1, queryEnd = -1;
         qsizetype fragmentStart = -1;
     };
+
+    void findParts();
+    void findAuthorityParts(qsizetype end);
+    [[nodiscard]] QStringView part(qsizetype start, qsizetype end) const;
+    /// RFC 3986, 5.2.3.
+    [[nodiscard]] QString mergedPath(const QString& relativePath) const;
 
     QString text_;
     Parts parts_;
