@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string_view>
+
+namespace structured {
+
+/// What to tell a person about a text that the JSON parser refused.
+struct JsonComplaint {
+    /// The key of a localised text.
+    const char* text;
+    /// Whether the place to show is the beginning of the token that was read last, or its end.
+    bool atStartOfToken;
+};
+
+/// Puts the parser's own message into plain words.
+[[nodiscard]] JsonComplaint jsonComplaint(std::string_view parserMessage);
+
+}  // namespace structured

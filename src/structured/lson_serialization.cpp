@@ -1,0 +1,174 @@
+#include "structured/lson_serialization.h"
+
+#include <QCoreApplication>
+#include <atomic>
+
+#include "platform/text/regular_expression.h"
+#include "structured/json_reader.h"
+#include "structured/json_shorthand.h"
+#include "structured/json_writer.h"
+#include "structured/special_values.h"
+#include "structured/text_position.h"
+#include "structured/xml_shorthand.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace structured {
+
+namespace {
+
+std::atomic<bool> isConvertingSpecialValues = false;
+
+ParsedText failure(platform::ParseError error) {
+    return {{}, DQDetectedFormat::None, std::move(error)};
+}
+
+/// The first line of a text that was wrapped stands further right than the user sees it.
+platform::ParseError movedLeft(platform::ParseError error, qsizetype shift) {
+    if (error.line == 1) {
+        error.column = std::max(error.column - shift, qint64{1});
+    }
+    return error;
+}
+
+ParsedText parsedJson(const QString& text, DQDetectedFormat format, qsizetype shift) {
+    JsonResult result = readJson(text.toUtf8());
+    if (!result.value.isValid()) {
+        return failure(movedLeft(std::move(result.error), shift));
+    }
+    if (DQLSONSerialization::convertsSpecialValues() &&
+        result.value.typeId() == QMetaType::QVariantMap) {
+        convertSpecialValuesFromStrings(result.value);
+    }
+    return {std::move(result.value), format, std::nullopt};
+}
+
+qsizetype indexOfLoneSurrogate(QStringView text) {
+    qsizetype i = 0;
+    while (i < text.size() && !(text[i].isSurrogate() && !text.mid(i, 2).isValidUtf16())) {
+        i += text[i].isHighSurrogate() ? 2 : 1;
+    }
+    return i;
+}
+
+ParsedText cannotBeEncoded(const QString& text) {
+    const QByteArray whole = text.left(indexOfLoneSurrogate(text)).toUtf8();
+    const TextPosition position = textPosition(whole, whole.size());
+    return failure({QCoreApplication::translate("Orlop", "Half a character stands here."),
+                    position.line, position.column});
+}
+
+/// With the values that JSON lacks turned into texts. Nothing: that cannot be.
+std::optional<QVariant> convertedForJson(const QVariant& object) {
+    if (object.typeId() != QMetaType::QVariantMap) {
+        return std::nullopt;
+    }
+    QVariant copy = object;
+    if (convertSpecialValuesToStrings(copy) != SpecialValues::Converted) {
+        return std::nullopt;
+    }
+    return copy;
+}
+
+bool looksLikeXml(const QString& text) {
+    static const platform::RegularExpression key(uR"re(<\s*key\s*>)re"_s);
+    const platform::RegularExpression expression = key;
+    return expression.firstMatch(text).has_value();
+}
+
+}  // namespace
+
+QString DQLSONSerialization::LSONStringFromJSONString(const QString& json) {
+    return textWithoutLineEndCommas(json);
+}
+
+QString DQLSONSerialization::JSONStringFromLSONString(const QString& lson) {
+    return textWithLineEndCommas(lson);
+}
+
+std::optional<QString> DQLSONSerialization::JSONStringWithObject(const QVariant& object,
+                                                                 bool unwrap, bool useLSON,
+                                                                 bool escapesSlashes) {
+    std::optional<QVariant> writable = object;
+    if (!isValidJSONObject(object) && convertsSpecialValues()) {
+        writable = convertedForJson(object);
+    }
+    if (!writable) {
+        return std::nullopt;
+    }
+    const auto layout = unwrap ? JsonLayout::Unwrapped : JsonLayout::Pretty;
+    auto text = writeJson(*writable, {layout, escapesSlashes});
+    return text && useLSON ? textWithoutLineEndCommas(*text) : text;
+}
+
+std::optional<QString> DQLSONSerialization::XMLStringWithObject(const QVariant& object,
+                                                                bool unwrap) {
+    if (!object.isValid()) {
+        return std::nullopt;
+    }
+    const QByteArray data = platform::writePropertyList(object);
+    if (data.isEmpty()) {
+        return std::nullopt;
+    }
+    const QString whole = QString::fromUtf8(data);
+    if (!unwrap) {
+        return whole;
+    }
+    const bool hasMembers = object.typeId() == QMetaType::QVariantMap && !object.toMap().isEmpty();
+    return (hasMembers ? contentsOfRootDictionary(whole) : contentsOfPropertyList(whole))
+        .value_or(whole);
+}
+
+ParsedText DQLSONSerialization::objectWithString(const QString& text) {
+    if (text.trimmed().isEmpty()) {
+        return {};
+    }
+    if (!text.isValidUtf16()) {
+        return cannotBeEncoded(text);
+    }
+    ParsedText json = objectWithJSONString(text);
+    if (json.object.isValid()) {
+        return json;
+    }
+    ParsedText xml = objectWithData(text.toUtf8(), text);
+    return xml.object.isValid() || looksLikeXml(text) ? xml : json;
+}
+
+ParsedText DQLSONSerialization::objectWithJSONString(const QString& text) {
+    if (!text.isValidUtf16()) {
+        return cannotBeEncoded(text);
+    }
+    const auto wrapped = textInBraces(text);
+    const QString& whole = wrapped ? *wrapped : text;
+    const qsizetype shift = wrapped ? 1 : 0;
+    ParsedText parsed = parsedJson(
+        whole, wrapped ? DQDetectedFormat::JSONShorthand : DQDetectedFormat::JSON, shift);
+    if (parsed.object.isValid()) {
+        return parsed;
+    }
+    const QString completed = textWithLineEndCommas(whole);
+    return completed == whole ? parsed
+                              : parsedJson(completed, DQDetectedFormat::JSONShorthand, shift);
+}
+
+ParsedText DQLSONSerialization::objectWithData(const QByteArray& data,
+                                               const QString& fromXMLString) {
+    const auto wrapped = wrappedXmlShorthand(fromXMLString);
+    platform::PropertyListResult result =
+        platform::readPropertyList(wrapped ? wrapped->data : data);
+    if (!result.value.isValid()) {
+        return failure(movedLeft(std::move(result.error), wrapped ? wrapped->shift : 0));
+    }
+    return {std::move(result.value),
+            wrapped ? DQDetectedFormat::XMLShorthand : DQDetectedFormat::XML, std::nullopt};
+}
+
+void DQLSONSerialization::setConvertsSpecialValues(bool converts) {
+    isConvertingSpecialValues = converts;
+}
+
+bool DQLSONSerialization::convertsSpecialValues() {
+    return isConvertingSpecialValues;
+}
+
+}  // namespace structured
