@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QVariantMap>
+
+namespace app::terminal {
+
+/// What the words behind the program's name ask for.
+struct CommandLine {
+    enum class Action { Run, ShowHelp, ShowVersion };
+
+    Action action = Action::Run;
+    /// User defaults for this run only.
+    QVariantMap settings;
+    /// Addresses and paths in the order given; "-" stands for a list on standard input.
+    QStringList items;
+    /// What is wrong with the words, for people. Empty: nothing.
+    QString problem;
+};
+
+/// `arguments` are those behind the program's name. A word that begins with a hyphen is the key of
+/// a setting and the next word its value; behind "--" everything is an address or a path.
+[[nodiscard]] CommandLine parsedCommandLine(const QStringList& arguments);
+
+/// The answer to --help.
+[[nodiscard]] QString usageText();
+
+}  // namespace app::terminal
