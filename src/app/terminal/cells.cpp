@@ -137,23 +137,25 @@ QString clipped(const QString& text, int cells, Glyphs glyphs, Keep keep) {
     const int tailCells = keep == Keep::StartAndEnd ? room / 3 : 0;
     const QStringView end = tail(text, clusters, tailCells);
     const QStringView start = head(text, clusters, room - cellWidth(end));
-    return start.toString() + mark + end;
+    return start.toString() + mark + end.toString();
 }
 
 }  // namespace
 
-int cellWidth(QStringView text) { return totalCells(clustersOf(text)); }
+int cellWidth(QStringView text) {
+    return totalCells(clustersOf(text));
+}
 
 QString printable(QStringView text, Glyphs glyphs) {
-    const QChar replacement = glyphs == Glyphs::Unicode ? QChar(QChar::ReplacementCharacter)
-                                                        : QChar(u'?');
+    const QChar replacement =
+        glyphs == Glyphs::Unicode ? QChar(QChar::ReplacementCharacter) : QChar(u'?');
     QString result;
     result.reserve(text.size());
     for (qsizetype i = 0; i < text.size();) {
         const char32_t character = firstCodePoint(text.mid(i));
         const qsizetype length = QChar::requiresSurrogates(character) ? 2 : 1;
-        const bool shown = !steersTheTerminal(character) &&
-                           (glyphs == Glyphs::Unicode || character < 0x80);
+        const bool shown =
+            !steersTheTerminal(character) && (glyphs == Glyphs::Unicode || character < 0x80);
         if (shown)
             result.append(text.mid(i, length));
         else

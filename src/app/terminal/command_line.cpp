@@ -7,7 +7,9 @@ namespace {
 
 using namespace Qt::Literals::StringLiterals;
 
-QString tr(const char* text) { return QCoreApplication::translate("Orlop", text); }
+QString tr(const char* text) {
+    return QCoreApplication::translate("Orlop", text);
+}
 
 /// Reads one word, and the next if it belongs to it. Answers how many were read; 0: see the
 /// problem.
@@ -18,8 +20,8 @@ qsizetype readWord(const QStringList& arguments, qsizetype index, CommandLine& l
         return 1;
     }
     if (word == u"--help"_s || word == u"--version"_s) {
-        line.action = word == u"--help"_s ? CommandLine::Action::ShowHelp
-                                          : CommandLine::Action::ShowVersion;
+        line.action =
+            word == u"--help"_s ? CommandLine::Action::ShowHelp : CommandLine::Action::ShowVersion;
         return 1;
     }
     if (word.startsWith(u"--"_s)) {
@@ -54,21 +56,22 @@ CommandLine parsedCommandLine(const QStringList& arguments) {
 }
 
 QString usageText() {
-    return tr("Usage: orlop-terminal [-KEY VALUE]... [ADDRESS|FILE]...\n"
-              "Downloads addresses, lists of addresses (.txt) and begun downloads (.orlop) into\n"
-              "the downloads folder, together with what an earlier run left in the queue, and\n"
-              "ends when all is done.\n"
-              "\n"
-              "  -KEY VALUE   a setting for this run only, such as -\"Downloads Folder\" /tmp\n"
-              "  -            read addresses from standard input, one a line\n"
-              "  --           only addresses and files follow\n"
-              "  --help       show this text\n"
-              "  --version    show the version\n"
-              "\n"
-              "Control-C pauses all downloads and saves the queue; the next run goes on. Pressed\n"
-              "twice, it ends at once.\n"
-              "\n"
-              "Exit status: 0 if every download completed, 1 if one failed, 2 on bad usage.\n");
+    return tr(
+        "Usage: orlop-terminal [-KEY VALUE]... [ADDRESS|FILE]...\n"
+        "Downloads addresses, lists of addresses (.txt) and begun downloads (.orlop) into\n"
+        "the downloads folder, together with what an earlier run left in the queue, and\n"
+        "ends when all is done.\n"
+        "\n"
+        "  -KEY VALUE   a setting for this run only, such as -\"Downloads Folder\" /tmp\n"
+        "  -            read addresses from standard input, one a line\n"
+        "  --           only addresses and files follow\n"
+        "  --help       show this text\n"
+        "  --version    show the version\n"
+        "\n"
+        "Control-C pauses all downloads and saves the queue; the next run goes on. Pressed\n"
+        "twice, it ends at once.\n"
+        "\n"
+        "Exit status: 0 if every download completed, 1 if one failed, 2 on bad usage.\n");
 }
 
 }  // namespace app::terminal

@@ -10,10 +10,10 @@ namespace {
 using namespace Qt::Literals::StringLiterals;
 
 constexpr int gap = 2;
-constexpr int percentCells = 4;   // "100%"
-constexpr int sizeCells = 20;     // "999.9 KB of 999.9 MB"
-constexpr int speedCells = 10;    // "999.9 MB/s"
-constexpr int timeCells = 9;      // "12.5 days"
+constexpr int percentCells = 4;  // "100%"
+constexpr int sizeCells = 20;    // "999.9 KB of 999.9 MB"
+constexpr int speedCells = 10;   // "999.9 MB/s"
+constexpr int timeCells = 9;     // "12.5 days"
 constexpr int leastName = 12;
 constexpr int leastBar = 6;
 constexpr int mostBar = 40;
@@ -42,7 +42,7 @@ Columns columnsFor(int width) {
     take(columns.speed, speedCells, leastName);
     take(columns.size, sizeCells, leastName);
     if (columns.size.cells > 0) {
-        const int bar = std::min((room - gap) / 3, mostBar);
+        const int bar = std::min((room - gap) / 4, mostBar);
         if (bar >= leastBar)
             take(columns.bar, bar, leastName);
     }
@@ -139,8 +139,7 @@ std::vector<Line> progressLines(const ProgressSnapshot& snapshot, Size size, Gly
     for (std::size_t i = 0; i < shown; ++i)
         lines.push_back(rowLine(snapshot.rows[i], columns, width, glyphs));
     if (hasStatus) {
-        const QString status =
-            statusText(snapshot.status, snapshot.rows.size() - shown, glyphs);
+        const QString status = statusText(snapshot.status, snapshot.rows.size() - shown, glyphs);
         lines.push_back({{{0, clippedAtEnd(status, width, glyphs)}}});
     }
     return lines;

@@ -39,7 +39,9 @@ QByteArray down(std::size_t lines) {
 
 }  // namespace
 
-QByteArrayView Screen::restoration() { return "\x1b[?7h\x1b[0m\r\x1b[J"; }
+QByteArrayView Screen::restoration() {
+    return "\x1b[?7h\x1b[0m\r\x1b[J";
+}
 
 QByteArray Screen::encoded(const Line& line) const {
     QByteArray bytes;

@@ -97,8 +97,12 @@ void endBySignal(int number) {
     std::_Exit(128 + number);
 }
 
-void stopProcess() { ::raise(SIGSTOP); }
+void stopProcess() {
+    ::raise(SIGSTOP);
+}
 
-void ignoreBrokenPipes() { std::signal(SIGPIPE, SIG_IGN); }
+void ignoreBrokenPipes() {
+    std::signal(SIGPIPE, SIG_IGN);
+}
 
 }  // namespace platform
