@@ -61,7 +61,7 @@ TEST(TerminalReporter, ChoosesTheModeFromTheSurroundings) {
         QProcessEnvironment environment;
         for (const QString& variable : c.variables)
             environment.insert(variable.section(u'=', 0, 0), variable.section(u'=', 1));
-        const OutputMode mode = outputMode(c.isTerminal, environment);
+        const OutputMode mode = app::terminal::outputMode(c.isTerminal, environment);
         const std::string name = c.variables.join(u' ').toStdString();
         EXPECT_EQ(mode.isLive, c.live) << name;
         EXPECT_EQ(mode.inColour, c.colour) << name;
