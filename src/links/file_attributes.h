@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <optional>
+
+namespace links {
+
+/// The extended attributes that we write, all in the "user." namespace, the only one open to
+/// everyone (xattr(7)).
+namespace attributes {
+/// The addresses that a file came from: a binary property list, an array of strings.
+inline constexpr char16_t sourceURLs[] = u"user.orlop.source-urls";
+/// How much of a file has arrived: a decimal fraction from 0 to 1 in ASCII.
+inline constexpr char16_t fractionCompleted[] = u"user.orlop.fraction-completed";
+/// The three that desktops share (freedesktop.org, Common Extended Attributes).
+inline constexpr char16_t originURL[] = u"user.xdg.origin.url";
+inline constexpr char16_t referrerURL[] = u"user.xdg.referrer.url";
+inline constexpr char16_t comment[] = u"user.xdg.comment";
+}  // namespace attributes
+
+/// Beware: true says that the attribute of an existing file could NOT be set, false that it was set
+/// or that there is no file.
+bool setDataForExtendedFileAttribute(const QString& path, const QByteArray& data,
+                                     const QString& attribute);
+/// Nothing: no such file or attribute, or an empty one.
+[[nodiscard]] std::optional<QByteArray> dataForExtendedFileAttribute(const QString& path,
+                                                                     const QString& attribute);
+
+/// The same with a value, kept as a binary property list. An invalid value: nothing is stored.
+bool setValueForExtendedFileAttribute(const QString& path, const QVariant& value,
+                                      const QString& attribute);
+/// Invalid: none, or not a property list.
+[[nodiscard]] QVariant valueForExtendedFileAttribute(const QString& path, const QString& attribute);
+
+/// The comment that file managers show for a file. Whether it was stored.
+bool setSpotlightComment(const QString& path, const QString& comment);
+
+/// Keeps where a file came from: all of `urlStrings`, the first also as its origin and the second,
+/// which is where the user began, as its referrer; with "Store Source URL In Spotlight Comment" as
+/// its comment too. User names, passwords and fragments are left out. Whether the list was stored.
+bool setSourceURLStrings(const QString& path, const QStringList& urlStrings);
+
+/// `fraction` is a decimal number from 0 to 1, in ASCII.
+void setFractionCompleted(const QString& path, const QString& fraction);
+
+}  // namespace links

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/base/user_defaults.h"
+
+namespace links::settings {
+
+inline constexpr platform::Setting<bool> skipRedirectingServices{
+    u"Skip Redirecting Services", true, true,
+    "Addresses that wrap another address are cut down to it."};
+
+inline constexpr platform::Setting<bool> storeSourceURLInSpotlightComment{
+    u"Store Source URL In Spotlight Comment", false, false,
+    "A finished file's comment names the addresses it came from."};
+
+inline constexpr platform::Setting<bool> numbersDisableGroupingSeparator{
+    u"Numbers: Disable Grouping Separator", false, false,
+    "Numbers are shown without separators between thousands; read once."};
+
+inline constexpr platform::Setting<bool> numbersLeaveUnlocalized{
+    u"Numbers: Leave Unlocalized", false, false,
+    "Numbers are shown with a point for the decimals and commas between thousands; read once."};
+
+inline constexpr platform::Setting<qint64> numbersFractionDigits{
+    u"Numbers: Fraction Digits", -1, false,
+    "How many decimals a number may have where nothing else decides; negative: by its size."};
+
+/// Falls back to the user's wording of "a an the", so it has no fallback of its own here.
+inline const platform::Setting<QString> ignorableSortingPrefixes{
+    u"Ignorable Sorting Prefixes",
+    {},
+    false,
+    "Words, separated by blanks, that do not count at the start of a name when sorting."};
+
+}  // namespace links::settings

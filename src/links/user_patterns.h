@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+#include <optional>
+
+#include "platform/text/regular_expression.h"
+
+namespace links {
+
+/// How long one operation with an expression that a user wrote may take, in seconds. A match that
+/// makes sense takes microseconds; an expression that backtracks without end must not hang us.
+inline constexpr platform::Seconds userPatternTimeLimit = 0.2;
+
+/// Case-insensitive, with the time limit. Nothing: it does not compile.
+[[nodiscard]] std::optional<platform::RegularExpression> compiledUserPattern(
+    const QString& pattern);
+
+}  // namespace links
