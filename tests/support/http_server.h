@@ -60,7 +60,8 @@ class HTTPServer {
 public:
     using Handler = std::function<Reply(const ReceivedRequest&)>;
 
-    enum class Security { Plain, Tls };
+    /// `TlsWithClientCertificate` refuses clients that the authority has not certified.
+    enum class Security { Plain, Tls, TlsWithClientCertificate };
     explicit HTTPServer(Security security = Security::Plain);
     ~HTTPServer();
 
@@ -69,17 +70,26 @@ public:
     [[nodiscard]] int port() const;
     /// The certificate authority to trust, as a PEM file, with Tls.
     [[nodiscard]] QString authoritiesPath() const;
+    /// What a client may present, as PEM files, with Tls.
+    [[nodiscard]] QString clientCertificatePath() const;
+    [[nodiscard]] QString clientKeyPath() const;
 
-    /// Answers for a path (without its query). A path nobody answers for gets a 404.
+    /// Answers for a path (without its query). A path nobody answers for gets a 404. Handlers are
+    /// called one at a time, on threads of the server.
     void serve(const std::string& path, Reply reply);
     void handle(const std::string& path, Handler handler);
     /// Answers whatever has no handler of its own.
     void handleAll(Handler handler);
 
+    /// Answers as soon as the head of a request has come; its body is thrown away unseen.
+    void serveBeforeBody(const std::string& path, Reply reply);
+
     /// Lets stalled answers go on.
     void release();
 
+    /// In the order in which they were complete.
     [[nodiscard]] std::vector<ReceivedRequest> requests() const;
+    /// Sockets accepted so far.
     [[nodiscard]] std::size_t connectionCount() const;
     /// Closes every open socket at once.
     void dropConnections();

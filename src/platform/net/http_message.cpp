@@ -34,9 +34,8 @@ void HTTPHeaders::remove(const QString& name) {
 
 std::optional<QString> HTTPHeaders::value(const QString& name) const {
     const QStringList all = values(name);
-    if (all.isEmpty()) {
+    if (all.isEmpty())
         return std::nullopt;
-    }
     // A cookie's date holds a comma, so its fields cannot be joined (RFC 6265, 3).
     const bool isCookie = name.compare(QLatin1String("Set-Cookie"), Qt::CaseInsensitive) == 0;
     return isCookie ? all.first() : all.join(QLatin1String(", "));
@@ -45,9 +44,8 @@ std::optional<QString> HTTPHeaders::value(const QString& name) const {
 QStringList HTTPHeaders::values(const QString& name) const {
     QStringList result;
     for (const Field& field : fields_) {
-        if (isNamed(field, name)) {
+        if (isNamed(field, name))
             result.append(field.second);
-        }
     }
     return result;
 }

@@ -18,9 +18,8 @@ bool isUriReference(const QByteArray& text) {
     const char* errorPosition = nullptr;
     const int result = uriParseSingleUriExA(&uri, text.constData(), text.constData() + text.size(),
                                             &errorPosition);
-    if (result == URI_SUCCESS) {
+    if (result == URI_SUCCESS)
         uriFreeUriMembersA(&uri);
-    }
     return result == URI_SUCCESS;
 }
 
@@ -31,9 +30,8 @@ bool isAscii(const QString& text) {
 
 /// As written where the escaped bytes are no UTF-8.
 QString percentDecoded(QStringView encoded) {
-    if (!encoded.contains(u'%')) {
+    if (!encoded.contains(u'%'))
         return encoded.toString();
-    }
     const QByteArray bytes = QByteArray::fromPercentEncoding(encoded.toLatin1());
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     QString text = decoder(bytes);
@@ -42,9 +40,8 @@ QString percentDecoded(QStringView encoded) {
 
 qsizetype firstOf(const QString& text, QStringView stops, qsizetype from) {
     for (qsizetype i = from; i < text.size(); ++i) {
-        if (stops.contains(text[i])) {
+        if (stops.contains(text[i]))
             return i;
-        }
     }
     return text.size();
 }
@@ -76,9 +73,8 @@ QString withoutDotSegments(QStringView path) {
 }  // namespace
 
 std::optional<Url> Url::parse(const QString& text) {
-    if (!isAscii(text) || !isUriReference(text.toLatin1())) {
+    if (!isAscii(text) || !isUriReference(text.toLatin1()))
         return std::nullopt;
-    }
     Url url;
     url.text_ = text;
     url.findParts();
@@ -101,18 +97,16 @@ void Url::findParts() {
         parts_.queryStart = parts_.pathEnd + 1;
         parts_.queryEnd = firstOf(text_, u"#", parts_.queryStart);
     }
-    if (parts_.queryEnd < text_.size()) {
+    if (parts_.queryEnd < text_.size())
         parts_.fragmentStart = parts_.queryEnd + 1;
-    }
 }
 
 void Url::findAuthorityParts(qsizetype end) {
     const QStringView authority = QStringView(text_).left(end).mid(parts_.authorityStart);
     const qsizetype at = authority.indexOf(u'@');
     parts_.hostStart = parts_.authorityStart + at + 1;
-    if (at >= 0) {
+    if (at >= 0)
         parts_.userInfoEnd = parts_.authorityStart + at;
-    }
     parts_.hostEnd = end;
     const QStringView hostAndPort = authority.mid(at + 1);
     const qsizetype colon = hostAndPort.lastIndexOf(u':');
@@ -155,29 +149,25 @@ bool Url::hasUserInfo() const {
 
 QString Url::host() const {
     const QStringView host = part(parts_.hostStart, parts_.hostEnd);
-    if (host.startsWith(u'[') && host.endsWith(u']')) {
+    if (host.startsWith(u'[') && host.endsWith(u']'))
         return host.mid(1, host.size() - 2).toString();
-    }
     return percentDecoded(host);
 }
 
 std::optional<int> Url::port() const {
     const QStringView digits = part(parts_.portStart, parts_.portEnd);
-    if (digits.isEmpty()) {
+    if (digits.isEmpty())
         return std::nullopt;
-    }
     bool fits = false;
     const int port = digits.toInt(&fits);
     return fits ? port : std::numeric_limits<int>::max();
 }
 
 std::optional<int> Url::effectivePort() const {
-    if (const auto written = port()) {
+    if (const auto written = port())
         return written;
-    }
-    if (hasScheme("http")) {
+    if (hasScheme("http"))
         return 80;
-    }
     return hasScheme("https") ? std::optional<int>(443) : std::nullopt;
 }
 
@@ -190,24 +180,21 @@ QString Url::encodedPath() const {
 }
 
 std::optional<QString> Url::query() const {
-    if (parts_.queryStart < 0) {
+    if (parts_.queryStart < 0)
         return std::nullopt;
-    }
     return part(parts_.queryStart, parts_.queryEnd).toString();
 }
 
 std::optional<QString> Url::fragment() const {
-    if (parts_.fragmentStart < 0) {
+    if (parts_.fragmentStart < 0)
         return std::nullopt;
-    }
     return part(parts_.fragmentStart, text_.size()).toString();
 }
 
 QString Url::lastPathComponent() const {
     QStringView path = part(parts_.pathStart, parts_.pathEnd);
-    while (path.size() > 1 && path.endsWith(u'/')) {
+    while (path.size() > 1 && path.endsWith(u'/'))
         path.chop(1);
-    }
     return path == "/"_L1 ? u"/"_s : percentDecoded(path.mid(path.lastIndexOf(u'/') + 1));
 }
 
@@ -229,9 +216,8 @@ QString Url::filePath() const {
 
 std::optional<Url> Url::resolved(const QString& reference) const {
     const auto parsed = parse(reference);
-    if (!parsed) {
+    if (!parsed)
         return std::nullopt;
-    }
     const Url& other = *parsed;
     const Url& schemeSource = other.parts_.schemeEnd > 0 ? other : *this;
     const bool keepsAuthority = other.parts_.schemeEnd == 0 && other.parts_.authorityStart < 0;
@@ -245,9 +231,8 @@ std::optional<Url> Url::resolved(const QString& reference) const {
         path = withoutDotSegments(keepsAuthority ? mergedPath(written) : written);
     }
     QString prefix;
-    if (schemeSource.parts_.schemeEnd > 0) {
+    if (schemeSource.parts_.schemeEnd > 0)
         prefix = schemeSource.scheme() + u':';
-    }
     if (authoritySource.parts_.authorityStart >= 0) {
         prefix += u"//"_s;
         prefix += authoritySource.part(authoritySource.parts_.authorityStart,
@@ -256,32 +241,27 @@ std::optional<Url> Url::resolved(const QString& reference) const {
         prefix += u"/."_s;  // Else the path would read as an authority.
     }
     QString suffix;
-    if (const auto query = querySource.query()) {
+    if (const auto query = querySource.query())
         suffix = u'?' + *query;
-    }
-    if (const auto fragment = other.fragment()) {
+    if (const auto fragment = other.fragment())
         suffix += u'#' + *fragment;
-    }
     return parse(prefix + path + suffix);
 }
 
 QString Url::mergedPath(const QString& relativePath) const {
-    if (relativePath.startsWith(u'/')) {
+    if (relativePath.startsWith(u'/'))
         return relativePath;
-    }
     const QString base = encodedPath();
-    if (base.isEmpty() && parts_.authorityStart >= 0) {
+    if (base.isEmpty() && parts_.authorityStart >= 0)
         return u'/' + relativePath;
-    }
     return base.left(base.lastIndexOf(u'/') + 1) + relativePath;
 }
 
 Url Url::forTransfer() const {
     const qsizetype end = parts_.fragmentStart < 0 ? text_.size() : parts_.fragmentStart - 1;
     QString text = text_.left(end);
-    if (hasUserInfo()) {
+    if (hasUserInfo())
         text.remove(parts_.authorityStart, parts_.hostStart - parts_.authorityStart);
-    }
     return parse(text).value_or(Url());
 }
 

@@ -56,9 +56,8 @@ Split splitAtFirst(QStringView text, QStringView separators) {
 std::optional<QString> asciiAuthority(QStringView authority) {
     const qsizetype at = authority.lastIndexOf(u'@');
     QString result;
-    if (at >= 0) {
+    if (at >= 0)
         result = escaped(authority.left(at), userInfoCharacters) + u'@';
-    }
     QStringView host = authority.mid(at + 1);
     QStringView port;
     if (const qsizetype colon = host.lastIndexOf(u':'); colon > host.lastIndexOf(u']')) {
@@ -69,9 +68,8 @@ std::optional<QString> asciiAuthority(QStringView authority) {
         std::all_of(host.begin(), host.end(), [](QChar c) { return c.unicode() < 0x80; });
     const QString ascii =
         isAscii ? host.toString() : QString::fromLatin1(QUrl::toAce(host.toString()));
-    if (ascii.isEmpty() && !host.isEmpty()) {
+    if (ascii.isEmpty() && !host.isEmpty())
         return std::nullopt;
-    }
     return result + ascii + port.toString();
 }
 
@@ -79,9 +77,8 @@ std::optional<QString> asciiAuthority(QStringView authority) {
 
 std::optional<Url> Url::parseLenient(const QString& text) {
     const QString trimmed = text.trimmed();
-    if (auto strict = parse(trimmed)) {
+    if (auto strict = parse(trimmed))
         return strict;
-    }
     QStringView rest = trimmed;
     QString result;
     if (const Split split = splitAtFirst(rest, u":/?#");
@@ -92,21 +89,18 @@ std::optional<Url> Url::parseLenient(const QString& text) {
     if (rest.startsWith("//"_L1)) {
         const Split split = splitAtFirst(rest.mid(2), u"/?#");
         const auto authority = asciiAuthority(split.head);
-        if (!authority) {
+        if (!authority)
             return std::nullopt;
-        }
         result += u"//"_s + *authority;
         rest = split.tail;
     }
     const Split path = splitAtFirst(rest, u"?#");
     result += escaped(path.head, pathCharacters);
     const Split query = splitAtFirst(path.tail, u"#");
-    if (!query.head.isEmpty()) {
+    if (!query.head.isEmpty())
         result += u'?' + escaped(query.head.mid(1), queryCharacters);
-    }
-    if (!query.tail.isEmpty()) {
+    if (!query.tail.isEmpty())
         result += u'#' + escaped(query.tail.mid(1), queryCharacters);
-    }
     return parse(result);
 }
 

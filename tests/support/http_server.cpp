@@ -1,0 +1,187 @@
+#include "support/http_server.h"
+
+#include <condition_variable>
+
+#include "support/http_reply_writer.h"
+#include "support/http_request_reader.h"
+#include "support/socket_server.h"
+#include "support/test_authority.h"
+
+namespace support {
+
+class HTTPServer::Private {
+public:
+    explicit Private(Security security)
+        : security_(security),
+          authority_(security == Security::Plain ? nullptr : std::make_unique<TestAuthority>()),
+          sockets_(std::make_unique<SocketServer>([this](Peer& peer) { serve(peer); })) {}
+    ~Private() {
+        {
+            const std::lock_guard guard(lock_);
+            isStopping_ = true;
+        }
+        released_.notify_all();
+        sockets_->stop();
+    }
+
+    struct Route {
+        Handler handler;
+        bool readsBody = true;
+    };
+
+    void add(const std::string& path, Route route) {
+        const std::lock_guard guard(lock_);
+        routes_[path] = std::move(route);
+    }
+
+    void serve(Peer& peer);
+    [[nodiscard]] bool answer(Peer& peer, HTTPRequestReader& reader, ReceivedRequest request);
+    [[nodiscard]] Route routeFor(const ReceivedRequest& request) const;
+
+    const Security security_;
+    const std::unique_ptr<TestAuthority> authority_;
+    std::mutex handlerLock_;   ///< Held while a handler runs.
+    mutable std::mutex lock_;  ///< Guards all that follows but the sockets.
+    std::condition_variable released_;
+    std::uint64_t releases_ = 0;
+    bool isStopping_ = false;
+    std::map<std::string, Route> routes_;
+    Route fallback_;
+    std::vector<ReceivedRequest> requests_;
+    const std::unique_ptr<SocketServer> sockets_;
+};
+
+HTTPServer::Private::Route HTTPServer::Private::routeFor(const ReceivedRequest& request) const {
+    const std::lock_guard guard(lock_);
+    const auto route = routes_.find(request.target.substr(0, request.target.find('?')));
+    if (route != routes_.end())
+        return route->second;
+    if (fallback_.handler)
+        return fallback_;
+    Reply notFound;
+    notFound.status = 404;
+    notFound.reason = "Not Found";
+    return {[notFound](const ReceivedRequest&) { return notFound; }};
+}
+
+void HTTPServer::Private::serve(Peer& peer) {
+    const bool demandsCertificate = security_ == Security::TlsWithClientCertificate;
+    if (authority_ && !peer.acceptTls(*authority_, demandsCertificate))
+        return;
+    HTTPRequestReader reader(peer);
+    bool goesOn = true;
+    while (goesOn) {
+        auto request = reader.readHead();
+        goesOn = request && answer(peer, reader, std::move(*request));
+    }
+}
+
+bool HTTPServer::Private::answer(Peer& peer, HTTPRequestReader& reader, ReceivedRequest request) {
+    const Route route = routeFor(request);
+    if (route.readsBody && !reader.readBody(request))
+        return false;
+    std::uint64_t seenReleases = 0;
+    {
+        const std::lock_guard guard(lock_);
+        requests_.push_back(request);
+        seenReleases = releases_;
+    }
+    Reply reply;
+    {
+        const std::lock_guard guard(handlerLock_);
+        reply = route.handler(request);
+    }
+    const auto waitForRelease = [&] {
+        std::unique_lock guard(lock_);
+        released_.wait(
+            guard, [&] { return isStopping_ || peer.isDropped() || releases_ != seenReleases; });
+        return !isStopping_ && !peer.isDropped();
+    };
+    const bool keepsOpen = HTTPReplyWriter(peer, request, reply, waitForRelease).send();
+    if (route.readsBody)
+        return keepsOpen;
+    // A socket closed with bytes unread resets the connection and takes the answer with it.
+    while (!peer.read().isEmpty()) {
+    }
+    return false;
+}
+
+HTTPServer::HTTPServer(Security security) : private_(std::make_unique<Private>(security)) {}
+HTTPServer::~HTTPServer() = default;
+
+QString HTTPServer::url(const QString& path) const {
+    const bool isPlain = private_->security_ == Security::Plain;
+    return (isPlain ? QStringLiteral("http://127.0.0.1:%1%2")
+                    : QStringLiteral("https://localhost:%1%2"))
+        .arg(QString::number(port()), path);
+}
+
+int HTTPServer::port() const {
+    return private_->sockets_->port();
+}
+
+QString HTTPServer::authoritiesPath() const {
+    return private_->authority_->authoritiesPath();
+}
+
+QString HTTPServer::clientCertificatePath() const {
+    return private_->authority_->clientCertificatePath();
+}
+
+QString HTTPServer::clientKeyPath() const {
+    return private_->authority_->clientKeyPath();
+}
+
+void HTTPServer::serve(const std::string& path, Reply reply) {
+    handle(path, [reply = std::move(reply)](const ReceivedRequest&) { return reply; });
+}
+
+void HTTPServer::handle(const std::string& path, Handler handler) {
+    private_->add(path, {std::move(handler)});
+}
+
+void HTTPServer::handleAll(Handler handler) {
+    const std::lock_guard guard(private_->lock_);
+    private_->fallback_ = {std::move(handler)};
+}
+
+void HTTPServer::serveBeforeBody(const std::string& path, Reply reply) {
+    private_->add(path,
+                  {[reply = std::move(reply)](const ReceivedRequest&) { return reply; }, false});
+}
+
+void HTTPServer::release() {
+    {
+        const std::lock_guard guard(private_->lock_);
+        ++private_->releases_;
+    }
+    private_->released_.notify_all();
+}
+
+std::vector<ReceivedRequest> HTTPServer::requests() const {
+    const std::lock_guard guard(private_->lock_);
+    return private_->requests_;
+}
+
+std::size_t HTTPServer::connectionCount() const {
+    return static_cast<std::size_t>(private_->sockets_->connectionCount());
+}
+
+void HTTPServer::dropConnections() {
+    private_->sockets_->dropConnections();
+    // A stalled answer looks again whether its connection is still there.
+    { const std::lock_guard guard(private_->lock_); }
+    private_->released_.notify_all();
+}
+
+QByteArray patternedBytes(qsizetype count, unsigned seed) {
+    QByteArray bytes(count, Qt::Uninitialized);
+    std::uint64_t state = seed * 0x9e3779b97f4a7c15ULL + 1;
+    for (char& byte : bytes) {
+        state = state * 6364136223846793005ULL + 1442695040888963407ULL;
+        byte = static_cast<char>(state >> 56);
+    }
+    return bytes;
+}
+
+}  // namespace support
