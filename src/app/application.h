@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QStringList>
+#include <QVariantMap>
+#include <functional>
+#include <memory>
+
+#include "app/front_end.h"
+
+namespace app {
+
+class DQMainController;
+
+/// The core of the program, put together: what `orlop` and `orlop-terminal` have in common.
+///
+/// Makes and installs, in this order: main run loop, defaults, log, cookies, the HTTP client, the
+/// engine's surroundings and the controller; all of it goes in the reverse order. One for the
+/// process, on the main thread, inside a QCoreApplication.
+class Application {
+public:
+    /// What the command line says.
+    struct Invocation {
+        QVariantMap settings;  ///< User defaults for this run, above the stored ones.
+        QStringList items;     ///< Addresses and paths to open.
+    };
+
+    explicit Application(Invocation invocation);
+    ~Application();
+    Application(const Application&) = delete;
+    Application& operator=(const Application&) = delete;
+
+    struct Start {
+        enum class Outcome {
+            Started,
+            /// Another process owns the queue and has taken the arguments over.
+            HandedOver,
+            Failed,
+        };
+        Outcome outcome = Outcome::Started;
+        /// What went wrong, for people.
+        QString problem;
+    };
+    /// `showWindows` is called with the controller when its queue has been read and before
+    /// anything is selected or opened; a window is set up there.
+    [[nodiscard]] Start start(const FrontEnd& frontEnd,
+                              const std::function<void(DQMainController&)>& showWindows = {});
+
+    /// What another process was asked to open, when it brings `activationToken` (the desktop's
+    /// leave to take the focus; may be empty).
+    void setActivationHandler(std::function<void(const QString& activationToken)> handler);
+
+    [[nodiscard]] DQMainController& controller();
+
+    /// Writes what has not been written and takes everything down. Does not ask: that is
+    /// `DQMainController::shouldQuit`.
+    void stop();
+
+private:
+    class Private;
+    std::unique_ptr<Private> private_;
+};
+
+}  // namespace app

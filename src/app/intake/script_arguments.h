@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+#include <QVariant>
+#include <optional>
+
+namespace app {
+
+/// What a script or a browser says beside the addresses; each may be missing.
+struct ScriptArguments {
+    QString toPosixPath;  ///< A folder, or the file for the first address.
+    QString byPostingData;
+    std::optional<QString> withReferrer, posingAsUserAgent, usingCookies;
+
+    [[nodiscard]] bool isEmpty() const;
+    /// As the "Request" of a download's settings. Empty: an ordinary request.
+    [[nodiscard]] QVariantMap request() const;
+};
+
+/// From a dictionary with these names as keys.
+[[nodiscard]] ScriptArguments scriptArgumentsFromDictionary(const QVariantMap& dictionary);
+
+}  // namespace app

@@ -1,0 +1,190 @@
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "app/front_end.h"
+#include "app/intake/pasteboard.h"
+#include "app/intake/script_arguments.h"
+#include "engine/download.h"
+#include "engine/download_manager.h"
+#include "engine/status.h"
+#include "platform/net/url.h"
+
+namespace platform {
+class Power;
+class RunLoop;
+class UserDefaults;
+}  // namespace platform
+
+namespace app {
+
+class RuleBook;
+class Lifecycle;
+using Downloads = std::vector<engine::DownloadPtr>;
+
+/// Owns the queue for the life of the program and is what front ends, scripts and the engine call.
+///
+/// The work is done by collaborators with files of their own; this class only connects them. It
+/// holds no widget: front ends implement `FrontEnd` and report what the user did. Main thread.
+class DQMainController final : public QObject, public engine::DQDownloadManager {
+    Q_OBJECT
+
+public:
+    /// All of it outlives the controller.
+    struct Surroundings {
+        platform::RunLoop& loop;
+        platform::UserDefaults& defaults;
+        platform::Power& power;
+        FrontEnd frontEnd;
+    };
+
+    explicit DQMainController(const Surroundings& surroundings);
+    ~DQMainController() override;
+
+    // The queue, in the order in which downloads are admitted and saved.
+
+    [[nodiscard]] const Downloads& downloads() const override;
+    [[nodiscard]] Downloads downloadsMatchingStatusMask(engine::StatusMask mask) const;
+    [[nodiscard]] bool anyDownloadMatchesStatusMask(engine::StatusMask mask) const;
+    [[nodiscard]] qsizetype numberOfDownloads() const;
+    [[nodiscard]] qsizetype numberOfFailedDownloads() const;
+
+    // The list: the queue sorted and filtered, in which row n is element n.
+
+    [[nodiscard]] const Downloads& sortedAndFilteredDownloads();
+    /// The same, to keep: later changes make another one.
+    [[nodiscard]] std::shared_ptr<const Downloads> sortedAndFilteredDownloadsSnapshot();
+    /// Null: no such row.
+    [[nodiscard]] engine::DownloadPtr downloadAtSortedAndFilteredIndex(qsizetype row);
+    /// Blanks separate the terms that a shown download must match; none shows all.
+    void setFilterText(const QString& text);
+    [[nodiscard]] bool isFiltering() const;
+    /// Stores what the filter looks at: "Name" or "URL".
+    void setFilterCriterion(const QString& criterion);
+    /// The tag of a menu item: -2 upside down, -1 not, 0 and above a criterion.
+    void changeSorting(qint64 tag);
+    /// Changes the queue itself: -1 reverses it, -2 shuffles it, a criterion sorts it.
+    void rearrange(qint64 tag);
+    [[nodiscard]] bool canRearrange(qint64 tag) const;
+    /// Puts the list together anew, keeping the selection; every change of membership or order
+    /// ends here.
+    void updateDownloadListAndStatus();
+
+    // The selection. Commands act on the context downloads: those selected, or all shown.
+
+    /// The user has selected exactly these rows.
+    void selectionDidChange(const QList<qsizetype>& rows);
+    [[nodiscard]] Downloads selectedDownloads();
+    void selectDownloads(const Downloads& downloads);
+    [[nodiscard]] QStringList selectedOriginalURLStrings();
+    void selectOriginalURLStrings(const QStringList& urlStrings);
+    [[nodiscard]] Downloads contextDownloads();
+    [[nodiscard]] Downloads contextDownloadsMatchingStatusMask(engine::StatusMask mask);
+    [[nodiscard]] bool anyContextDownloadMatchesStatusMask(engine::StatusMask mask);
+
+    // Dragging rows within the list. The front end keeps what is dragged.
+
+    /// Only the unsorted, unfiltered list can be put into another order by hand.
+    [[nodiscard]] bool canDragRows(const QList<qsizetype>& rows);
+    [[nodiscard]] bool canDropRows(const Downloads& dragged, qsizetype row);
+    bool dropRows(const Downloads& dragged, qsizetype row);
+
+    // Reports of the engine.
+
+    using engine::DQDownloadManager::updateDownload;
+    void updateDownload(engine::DQDownload& download, bool forceDisplay, bool forceVanish,
+                        platform::Seconds vanishInterval) override;
+    void updateDownloadListDisplay() override;
+    void invalidateLongTermNumberOfQueuedOrDownloadingDownloads() override;
+    void decrementLongTermNumberOfQueuedOrDownloadingDownloads() override;
+    void disableAllDoneNotificationForDownload(engine::DQDownload& download) override;
+    void removeDownload(engine::DQDownload& download) override;
+    void openURLs(const std::vector<platform::Url>& urls, const QString& referrer) override;
+    [[nodiscard]] const QVariantList& specialCases() const override;
+
+    // Leaving the queue.
+
+    void vanishDownloads(const Downloads& downloads);
+    /// All that are finished or failed.
+    void clear();
+    void removeDownloadIfDoneWithPath(const QString& path);
+
+    // Taking addresses in.
+
+    [[nodiscard]] std::vector<platform::Url> URLsFromCollection(const QStringList& items) const;
+    [[nodiscard]] std::vector<platform::Url> URLsFromString(const QString& text) const;
+    /// Nothing: it holds neither addresses nor text.
+    [[nodiscard]] std::optional<std::vector<platform::Url>> URLsFromPasteboard(
+        const Pasteboard& pasteboard) const;
+    void openURLs(const std::vector<platform::Url>& urls, const ScriptArguments& arguments = {});
+    void openURLsAfterDelay(const std::vector<platform::Url>& urls,
+                            const ScriptArguments& arguments, bool giveFeedback);
+    /// With `afterDelay` whether anything was found to open, else whether the queue grew.
+    bool openFiles(const QStringList& paths, bool afterDelay, bool giveFeedback);
+    /// What a drop onto the list or the status item does. False: nothing to open in it.
+    [[nodiscard]] bool canDropPasteboard(const Pasteboard& pasteboard) const;
+    bool dropPasteboard(const Pasteboard& pasteboard);
+    /// Opens the addresses if they are whole. Otherwise the text for the user to correct.
+    [[nodiscard]] std::optional<QString> openURLFromPasteboard(const Pasteboard& pasteboard);
+    /// Text that the user entered; may hold ranges of any size, which come in piece by piece.
+    void openText(const QString& text);
+    /// Ends every intake that is still going on; what it has made stays.
+    void stopIntake();
+    void retry(const Downloads& downloads);
+
+    // The queue on disk.
+
+    /// False: the user does not want to quit.
+    bool writeArchiveBeforeQuitting(bool quitting);
+    engine::DownloadPtr addDownloadFromArchive(const QVariantMap& archive,
+                                               const QString& externalContainerPath);
+
+    // Life of the program.
+
+    /// Reads the queue and gets going.
+    void applicationDidFinishLaunching();
+    /// Saves and tidies up. False: the user does not want to quit.
+    [[nodiscard]] bool shouldQuit();
+    /// `shouldQuit`, and if it agrees `terminated`.
+    void terminate();
+    [[nodiscard]] Lifecycle& lifecycle();
+
+    [[nodiscard]] RuleBook& ruleBook();
+
+Q_SIGNALS:
+    /// Rows, their order, the selection or what a row shows have changed.
+    void listChanged();
+    /// How the queue as a whole stands may have changed.
+    void statusChanged();
+    void downloadChanged(const engine::DownloadPtr& download);
+    void downloadEnded(const engine::DownloadPtr& download);
+    /// New downloads, by the names that rows show.
+    void downloadsAdded(const QStringList& names);
+
+    /// A long intake has made so many downloads, and has ended.
+    void intakeProgressed(qsizetype count);
+    void intakeEnded();
+
+    /// The queue's file could not be understood and lies at the path now; empty: it could not even
+    /// be moved away and will not be written over.
+    void queueFileDamaged(const QString& keptPath);
+    void queueFileNotWritten(const QString& reason);
+
+    /// Nothing keeps the program running any more.
+    void terminated();
+
+private:
+    struct Parts;
+    std::unique_ptr<Parts> parts_;
+};
+
+/// The controller as installed by the composition root or by a test.
+[[nodiscard]] DQMainController& mainController();
+/// Also makes it the engine's. Nullptr takes it away.
+void installMainController(DQMainController* controller);
+
+}  // namespace app

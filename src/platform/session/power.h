@@ -1,0 +1,32 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+namespace platform {
+
+class RunLoop;
+
+/// The machine's sleep, its clock being set, and the requests to sleep and to shut down (on Linux
+/// those of org.freedesktop.login1). Main thread.
+class Power {
+public:
+    struct Observers {
+        /// Sleep is held back until this returns.
+        std::function<void()> willSleep;
+        std::function<void()> didWake;
+        /// The date was set or the time zone changed.
+        std::function<void()> timeDidChange;
+    };
+
+    virtual ~Power() = default;
+
+    /// Replaces the observers there were; empty ones end the watching.
+    virtual void observe(Observers observers) = 0;
+
+    /// False: the request could not be sent, or the system refuses it.
+    virtual bool requestSleep() = 0;
+    virtual bool requestShutDown() = 0;
+};
+
+}  // namespace platform
