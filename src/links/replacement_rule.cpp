@@ -1,0 +1,84 @@
+#include "links/replacement_rule.h"
+
+#include "links/localization.h"
+#include "links/user_patterns.h"
+#include "platform/base/log.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace links {
+namespace {
+
+/// So many times may a rule run out of time: a hundred thousand addresses must not each wait.
+constexpr int mostTimeOuts = 5;
+
+bool isText(const QVariant& value) {
+    return value.typeId() == QMetaType::QString;
+}
+
+}  // namespace
+
+ReplacementRule::ReplacementRule(QString query, QString replacement, Precheck precheck)
+    : kind_(precheck ? Kind::Expression : Kind::Literal),
+      query_(std::move(query)),
+      replacement_(std::move(replacement)),
+      precheck_(precheck) {
+    if (precheck)
+        expression_.emplace(query_);
+}
+
+ReplacementRule::ReplacementRule(const QVariant& userRule) {
+    const QVariantMap keys = userRule.toMap();
+    const QVariant query = keys.value(u"Query"_s);
+    const QVariant replacement = keys.value(u"Replacement"_s);
+    const bool isComplete = isText(query) && isText(replacement);
+    query_ = query.toString();
+    replacement_ = replacement.toString();
+    if (!keys.value(u"Regular Expression"_s).toBool()) {
+        kind_ = isComplete && !query_.isEmpty() ? Kind::Literal : Kind::Useless;
+        return;
+    }
+    expression_ = compiledUserPattern(query_);
+    if (!isComplete)
+        kind_ = Kind::Incomplete;
+    else if (expression_)
+        kind_ = Kind::Expression;
+}
+
+void ReplacementRule::apply(QString& text) const {
+    switch (kind_) {
+        case Kind::Literal:
+            text.replace(query_, replacement_, Qt::CaseInsensitive);
+            break;
+        case Kind::Expression:
+            applyExpression(text);
+            break;
+        case Kind::Incomplete:
+            platform::log(filledFormat(
+                u"ignoring regular expression exception: %@ (reason: %@) <= %@"_s,
+                {u"NSInvalidArgumentException"_s, u"\"Query\" or \"Replacement\" is missing"_s,
+                 query_.isEmpty() ? replacement_ : query_}));
+            break;
+        case Kind::Useless:
+            break;
+    }
+}
+
+void ReplacementRule::applyExpression(QString& text) const {
+    if ((precheck_ && !precheck_(text)) || timeOuts_ >= mostTimeOuts)
+        return;
+    // A copy, since one object serves one thread at a time.
+    const platform::RegularExpression expression = *expression_;
+    if (auto replaced = expression.replaceAll(text, replacement_))
+        text = std::move(*replaced);
+    else if (expression.timedOut())
+        noteTimeOut();
+}
+
+void ReplacementRule::noteTimeOut() const {
+    if (timeOuts_++ == 0)
+        platform::log(u"replacement rule takes too long and is ignored: "_s + query_,
+                      platform::LogLevel::Warning);
+}
+
+}  // namespace links

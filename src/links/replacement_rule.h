@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QString>
+#include <QVariant>
+#include <atomic>
+#include <optional>
+
+#include "platform/text/regular_expression.h"
+
+namespace links {
+
+/// One substitution. Any thread, once made.
+class ReplacementRule {
+public:
+    /// Says cheaply whether a text can match at all.
+    using Precheck = bool (*)(const QString& text);
+
+    /// A rule of our own. An empty `precheck` means that `query` is literal text.
+    ReplacementRule(QString query, QString replacement, Precheck precheck);
+    /// A user's rule; see `ReplacementRules`.
+    explicit ReplacementRule(const QVariant& userRule);
+
+    void apply(QString& text) const;
+
+private:
+    enum class Kind {
+        Literal,
+        Expression,
+        /// An expression that lacks its query or its replacement.
+        Incomplete,
+        Useless
+    };
+
+    void applyExpression(QString& text) const;
+    void noteTimeOut() const;
+
+    Kind kind_ = Kind::Useless;
+    QString query_;
+    QString replacement_;
+    Precheck precheck_ = nullptr;
+    std::optional<platform::RegularExpression> expression_;
+    mutable std::atomic<int> timeOuts_ = 0;
+};
+
+}  // namespace links
