@@ -1,0 +1,17 @@
+# Where the programs and what the desktop needs of them go; follows the XDG folders.
+include(GNUInstallDirs)
+foreach(program orlop orlop-terminal orlop-defaults orlop-log)
+    if(TARGET ${program})
+        install(TARGETS ${program} RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+    endif()
+endforeach()
+set(resources "${CMAKE_SOURCE_DIR}/resources")
+install(FILES "${resources}/desktop/com.tarnworks.Orlop.desktop"
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/applications")
+install(FILES "${resources}/desktop/com.tarnworks.Orlop.metainfo.xml"
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo")
+install(FILES "${resources}/desktop/com.tarnworks.Orlop.mime.xml"
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/mime/packages" RENAME com.tarnworks.Orlop.xml)
+install(FILES "${resources}/icons/app/orlop.svg"
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps"
+        RENAME com.tarnworks.Orlop.svg)
