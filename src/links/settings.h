@@ -31,4 +31,11 @@ inline const platform::Setting<QString> ignorableSortingPrefixes{
     false,
     "Words, separated by blanks, that do not count at the start of a name when sorting."};
 
+/// Its fallback is `defaultDownloadPageRuleText`.
+inline const platform::Setting<QString> downloadPageRules{
+    u"Download Page Rules",
+    {},
+    false,
+    "How pages that hold the real links are read: rules in XML, JSON or a shorthand of either."};
+
 }  // namespace links::settings

@@ -43,11 +43,11 @@ bool DQJSONTextView::setString(const QString& string, bool undoable, bool notify
 
 bool DQJSONTextView::setStringBySerializingPropertyList(const QVariant& propertyList,
                                                         bool undoable) {
-    const bool isShort = defaults_.get(textViewPrefersShorthand);
+    const bool isShort = defaults_.get(settings::prefersShorthand);
     std::optional<QString> text;
-    if (defaults_.get(textViewPrefersJSON)) {
-        text = DQLSONSerialization::JSONStringWithObject(propertyList, isShort, isShort,
-                                                         defaults_.get(textViewEscapesJSONSlashes));
+    if (defaults_.get(settings::prefersJSON)) {
+        text = DQLSONSerialization::JSONStringWithObject(
+            propertyList, isShort, isShort, defaults_.get(settings::escapesJSONSlashes));
     }
     if (!text) {
         text = DQLSONSerialization::XMLStringWithObject(propertyList, isShort);
@@ -70,7 +70,7 @@ void DQJSONTextView::parse() {
 }
 
 void DQJSONTextView::applySyntaxHighlighting() {
-    const bool isTolerant = defaults_.get(textViewHighlightsDespiteError);
+    const bool isTolerant = defaults_.get(settings::highlightsDespiteError);
     SyntaxHighlighting highlighting;
     if (!isTolerant && !objectValue().isValid()) {
         highlighting.background = SyntaxRole::InvalidCode;
@@ -126,7 +126,7 @@ std::vector<FormatMenuItem> DQJSONTextView::formatMenuItems() {
         return {};
     }
     return structured::formatMenuItems(object, component_.text(), detectedFormat_,
-                                       defaults_.get(textViewEscapesJSONSlashes));
+                                       defaults_.get(settings::escapesJSONSlashes));
 }
 
 void DQJSONTextView::changeTextViaMenuItem(const FormatMenuItem& item) {
@@ -142,7 +142,7 @@ double DQJSONTextView::fontSize() const {
 }
 
 void DQJSONTextView::setFontSize(double size) {
-    defaults_.set(textViewFontSize, size);
+    defaults_.set(settings::fontSize, size);
     setFont();
 }
 
@@ -164,9 +164,9 @@ bool DQJSONTextView::readSelectionFromPasteboard(const PasteboardContents& paste
 
 bool DQJSONTextView::readSelectionFromPasteboardPropertyListData(
     const QByteArray& data, const std::optional<QString>& key) {
-    const PasteStyle style{detectedFormat_, defaults_.get(textViewPrefersJSON),
-                           defaults_.get(textViewPrefersShorthand),
-                           defaults_.get(textViewEscapesJSONSlashes)};
+    const PasteStyle style{detectedFormat_, defaults_.get(settings::prefersJSON),
+                           defaults_.get(settings::prefersShorthand),
+                           defaults_.get(settings::escapesJSONSlashes)};
     const auto text = textForPastedPropertyList(data, key, style);
     if (!text || !component_.replaceSelection(*text)) {
         return false;

@@ -12,7 +12,7 @@ double editorFontSize(const platform::UserDefaults& defaults) {
     constexpr double smallest = 8;
     constexpr double largest = 50;
     constexpr double whenNoneIsSet = 12;
-    const double size = defaults.get(textViewFontSize);
+    const double size = defaults.get(settings::fontSize);
     if (!(size >= double{std::numeric_limits<float>::epsilon()})) {
         return whenNoneIsSet;
     }
@@ -23,7 +23,7 @@ TextStyle editorTextStyle(const platform::UserDefaults& defaults, double tabWidt
                           DQDetectedFormat format) {
     TextStyle style;
     style.fontSize = editorFontSize(defaults);
-    if (defaults.get(textViewTightLayout)) {
+    if (defaults.get(settings::tightLayout)) {
         return style;
     }
     style.lineSpacing = std::round(0.1 * style.fontSize);

@@ -19,13 +19,23 @@ std::optional<QString> tagsBetween(const QString& text, qsizetype from, QLatin1S
     return text.mid(start, end - start);
 }
 
-/// Takes a tab from every line that begins with a tag. Lines within a string, whose tabs are its
-/// own, cannot begin with one, but for the tag that ends it.
-QString withoutOneLevel(const QString& text) {
-    static const platform::RegularExpression indentation(
-        uR"re(\n\t(?=\t*<(?!/(?:string|key)>)))re"_s);
-    const platform::RegularExpression expression = indentation;
-    return expression.replaceAll(text, u"\n"_s).value_or(text);
+/// Takes a tab from the start of every line, but for lines within a string or key, whose tabs are
+/// its own.
+QString withoutOneLevel(QStringView text) {
+    QString result;
+    result.reserve(text.size());
+    bool isText = false;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QStringView rest = text.mid(i);
+        if (rest.startsWith(u'<')) {
+            isText = rest.startsWith("<string>"_L1) || rest.startsWith("<key>"_L1);
+        }
+        result += text[i];
+        if (!isText && rest.startsWith("\n\t"_L1)) {
+            ++i;
+        }
+    }
+    return result;
 }
 
 /// What surrounds the contents of a root dictionary, on one line so that no line number changes.
