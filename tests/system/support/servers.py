@@ -1,0 +1,209 @@
+"""Real web servers on loopback ports of the system's choice, each stopped by its process id."""
+import os
+import random
+import shutil
+import socket
+import ssl
+import subprocess
+import tempfile
+import time
+import urllib.error
+import urllib.request
+from pathlib import Path
+
+
+def free_port():
+    with socket.socket() as probe:
+        probe.bind(("127.0.0.1", 0))
+        return probe.getsockname()[1]
+
+
+def write_random(path, size, seed=1):
+    """A file whose bytes differ all over, the same for the same seed."""
+    source = random.Random(seed)
+    with open(path, "wb") as file:
+        while size > 0:
+            block = source.randbytes(min(size, 1 << 20))
+            file.write(block)
+            size -= len(block)
+    return path
+
+
+class Authority:
+    """A certificate authority of our own and a server certificate for localhost, by openssl."""
+
+    def __init__(self, folder):
+        self.folder = Path(folder)
+        self.authority = self.folder / "authority.pem"
+        self.certificate = self.folder / "server.pem"
+        self.key = self.folder / "server.key"
+        self._openssl("req", "-x509", "-newkey", "rsa:2048", "-nodes", "-days", "2",
+                      "-subj", "/CN=Orlop test authority", "-keyout", self.folder / "authority.key",
+                      "-out", self.authority)
+        self._openssl("req", "-newkey", "rsa:2048", "-nodes", "-subj", "/CN=localhost",
+                      "-keyout", self.key, "-out", self.folder / "server.csr")
+        extensions = self.folder / "extensions"
+        extensions.write_text("subjectAltName=DNS:localhost,IP:127.0.0.1\n")
+        self._openssl("x509", "-req", "-in", self.folder / "server.csr", "-CA", self.authority,
+                      "-CAkey", self.folder / "authority.key", "-CAcreateserial", "-days", "2",
+                      "-extfile", extensions, "-out", self.certificate)
+
+    @staticmethod
+    def _openssl(*arguments):
+        subprocess.run(["openssl", *map(str, arguments)], check=True, capture_output=True)
+
+
+class Server:
+    """Files below `content`, served until `close`. Ports can be taken between the choice and the
+    start, so a start that fails is tried again with another."""
+
+    scheme, host = "http", "127.0.0.1"
+
+    def __init__(self):
+        self.root = Path(tempfile.mkdtemp(prefix="orlop-server-"))
+        self.root.chmod(0o755)
+        self.content = self.root / "content"
+        self.content.mkdir()
+        self.log = self.root / "access.log"
+        self._process = None
+        self.prepare()
+        for _ in range(5):
+            self.port = free_port()
+            self._process = subprocess.Popen(self.command(), stdin=subprocess.DEVNULL,
+                                             stdout=subprocess.DEVNULL,
+                                             stderr=open(self.root / "errors", "ab"))
+            if self._answers():
+                return
+            self._stop()
+        raise RuntimeError((self.root / "errors").read_text())
+
+    def prepare(self):
+        """What must be there before the first start."""
+
+    def command(self):
+        raise NotImplementedError
+
+    def _answers(self):
+        context = ssl._create_unverified_context() if self.scheme == "https" else None
+        for _ in range(500):
+            if self._process.poll() is not None:
+                return False
+            try:
+                urllib.request.build_opener(
+                    urllib.request.ProxyHandler({}),
+                    urllib.request.HTTPSHandler(context=context)).open(self.url("/"), timeout=5)
+                return True
+            except urllib.error.HTTPError:
+                return True
+            except OSError:
+                time.sleep(0.01)
+        return False
+
+    def _stop(self):
+        self._process.terminate()
+        self._process.wait()
+
+    def close(self):
+        self._stop()
+        shutil.rmtree(self.root, ignore_errors=True)
+
+    @property
+    def pid(self):
+        return self._process.pid
+
+    def url(self, path):
+        return f"{self.scheme}://{self.host}:{self.port}{path}"
+
+    def requests(self):
+        """Method, target, status, "Range" and bytes of the body of each finished request."""
+        if not self.log.exists():
+            return []
+        return [tuple(line.split("|")) for line in self.log.read_text().splitlines()]
+
+
+class Nginx(Server):
+    """Beside the files themselves: /rate/SPEED/FILE sends SPEED bytes a second, /chunked/FILE has
+    no length, /noranges/FILE refuses ranges, /status/NUMBER answers that status, /to/FILE
+    redirects."""
+
+    listen_options = ""
+    tls_lines = ""
+
+    def command(self):
+        configuration = self.root / "nginx.conf"
+        configuration.write_text(f"""
+daemon off;
+master_process off;
+worker_rlimit_nofile 8192;
+pid {self.root}/pid;
+error_log {self.root}/errors;
+events {{ worker_connections 2048; }}
+http {{
+    default_type application/octet-stream;
+    log_format plain '$request_method|$request_uri|$status|$http_range|$body_bytes_sent';
+    access_log {self.log} plain;
+    sendfile on;
+    keepalive_requests 100000;
+    client_body_temp_path {self.root}/body;
+    proxy_temp_path {self.root}/proxy;
+    fastcgi_temp_path {self.root}/fastcgi;
+    uwsgi_temp_path {self.root}/uwsgi;
+    scgi_temp_path {self.root}/scgi;
+    server {{
+        listen 127.0.0.1:{self.port}{self.listen_options};
+        {self.tls_lines}
+        root {self.content};
+        location ~ ^/rate/(?<speed>[0-9]+)/(?<file>.+)$ {{
+            set $limit_rate $speed;
+            alias {self.content}/$file;
+        }}
+        location /chunked/ {{
+            alias {self.content}/;
+            sub_filter_types *;
+            sub_filter_once off;
+            sub_filter 'never in random bytes' '';
+        }}
+        location /noranges/ {{ alias {self.content}/; max_ranges 0; }}
+        location ~ ^/to/(?<file>.+)$ {{ return 302 /$file; }}
+        location /status/404 {{ return 404; }}
+        location /status/500 {{ return 500; }}
+    }}
+}}
+""")
+        return ["nginx", "-e", str(self.root / "errors"), "-p", str(self.root),
+                "-c", str(configuration)]
+
+
+class TlsNginx(Nginx):
+    scheme, host = "https", "localhost"
+    listen_options = " ssl"
+
+    def prepare(self):
+        self.authority = Authority(self.root)
+        self.tls_lines = (f"ssl_certificate {self.authority.certificate};"
+                          f" ssl_certificate_key {self.authority.key};")
+
+
+class Apache(Server):
+    modules = Path("/usr/lib/apache2/modules")
+
+    def command(self):
+        user = "User www-data\nGroup www-data" if os.geteuid() == 0 else ""
+        configuration = self.root / "apache.conf"
+        configuration.write_text(f"""
+LoadModule mpm_event_module {self.modules}/mod_mpm_event.so
+LoadModule authz_core_module {self.modules}/mod_authz_core.so
+ServerRoot {self.root}
+ServerName localhost
+PidFile {self.root}/pid
+Listen 127.0.0.1:{self.port}
+ErrorLog {self.root}/errors
+LogFormat "%m|%U|%>s|%{{Range}}i|%B" plain
+CustomLog {self.log} plain
+DocumentRoot {self.content}
+Mutex fcntl:{self.root}
+DefaultRuntimeDir {self.root}
+StartServers 1
+{user}
+""")
+        return ["apache2", "-DFOREGROUND", "-f", str(configuration)]

@@ -1,0 +1,88 @@
+"""A full disk, a folder that cannot be written to, a folder that goes away: told in clear words,
+and nothing that was received is lost."""
+import shutil
+import unittest
+
+from support.case import MIB, SystemTest
+from support.disk import SmallDisk
+from support.home import wait_until
+
+
+class FullDiskTest(SystemTest):
+    def test_goes_on_when_there_is_space_again(self):
+        source = self.serve("large.bin", 12 * MIB)
+        address = self.server.url("/large.bin")
+        disk = SmallDisk(self.home.downloads, "4m")
+        self.addCleanup(disk.close)
+
+        result = self.home.run(address)
+        self.assert_status(result, 1)
+        self.assertIn("No space left on device", result.stderr)
+        self.assertGreater(self.home.partial_bytes(), 3 * MIB)
+        self.assertEqual(self.home.queued_addresses(), [address])
+
+        disk.remount("size=64m")
+        self.assert_status(self.home.run(address), 0)
+        self.assert_downloaded("large.bin", source)
+        self.assert_nothing_left()
+        self.assertTrue(self.server.requests()[-1][3].startswith("bytes="), "not resumed")
+
+    def test_a_full_disk_under_the_queue_keeps_the_old_queue(self):
+        source = self.serve("small.bin", 200_000)
+        self.home.support.mkdir(parents=True)
+        disk = SmallDisk(self.home.support, "16k")
+        self.addCleanup(disk.close)
+        old = [{"URL": f"http://127.0.0.1:1/{number:020}", "Paused": True} for number in range(20)]
+        self.home.write_queue(old)
+        (self.home.support / "filler").write_bytes(bytes(16384 - 8192))
+
+        result = self.home.run(self.server.url("/small.bin"))
+        self.assert_downloaded("small.bin", source)
+        self.assertIn("queue", result.stderr.lower())
+        self.assertEqual(self.home.queue(), old)
+
+
+class ReadOnlyFolderTest(SystemTest):
+    def test_is_told_and_works_once_it_can_be_written_to(self):
+        source = self.serve("guarded.bin", 2 * MIB)
+        address = self.server.url("/guarded.bin")
+        disk = SmallDisk(self.home.downloads, "16m")
+        self.addCleanup(disk.close)
+        disk.remount("ro")
+
+        result = self.home.run(address)
+        self.assert_status(result, 1)
+        self.assertIn("Read-only file system", result.stderr)
+        self.assertEqual(self.home.queued_addresses(), [address])
+
+        disk.remount("rw")
+        self.assert_status(self.home.run(address), 0)
+        self.assert_downloaded("guarded.bin", source)
+        self.assert_nothing_left()
+
+
+class VanishedFolderTest(SystemTest):
+    def test_made_anew_at_the_start(self):
+        source = self.serve("lonely.bin", MIB)
+        self.home.downloads.rmdir()
+        self.assert_status(self.home.run(self.server.url("/lonely.bin")), 0)
+        self.assert_downloaded("lonely.bin", source)
+
+    def test_during_a_download(self):
+        """Whether it ends well or not, what it calls complete is complete, and the next run gets
+        the file."""
+        source = self.serve("uprooted.bin", 3 * MIB)
+        address = self.server.url("/rate/2000000/uprooted.bin")
+        process = self.home.start(address)
+        wait_until(lambda: self.home.partial_bytes() > 500_000, what="the first bytes")
+        shutil.rmtree(self.home.downloads)
+        result = self.home.result(process)
+        self.assertIn(result.returncode, (0, 1))
+        if result.returncode == 1:
+            self.assertIn("uprooted.bin", result.stderr)
+            self.assert_status(self.home.run(address), 0)
+        self.assert_downloaded("uprooted.bin", source)
+
+
+if __name__ == "__main__":
+    unittest.main()

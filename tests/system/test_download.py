@@ -1,0 +1,130 @@
+"""An address becomes a file, byte for byte."""
+import unittest
+import urllib.parse
+
+from support.case import MIB, SystemTest
+from support.servers import Apache, free_port
+
+
+class DownloadTest(SystemTest):
+    def test_every_kind_of_answer(self):
+        source = self.serve("movie.bin", 3 * MIB + 17)
+        for index, place in enumerate(("/", "/rate/20000000/", "/chunked/", "/noranges/", "/to/")):
+            with self.subTest(place=place):
+                result = self.home.run(self.server.url(place + "movie.bin"))
+                self.assert_status(result, 0)
+                self.assert_downloaded("movie.bin" if index == 0 else f"movie-{index}.bin", source)
+        self.assert_nothing_left()
+
+    def test_sizes_at_the_edges(self):
+        for size in (0, 1, 65535, 65536, 256 * 1024, MIB + 1):
+            with self.subTest(size=size):
+                source = self.serve(f"size-{size}.bin", size)
+                self.assert_status(self.home.run(self.server.url(f"/{source.name}")), 0)
+                self.assert_downloaded(source.name, source)
+
+    def test_names_in_other_scripts(self):
+        for name in ("Ünïcode ñame.bin", "日本語.bin", "a+b&c.bin", "100%.bin"):
+            with self.subTest(name=name):
+                source = self.serve(name, 100)
+                result = self.home.run(self.server.url("/" + urllib.parse.quote(name)))
+                self.assert_status(result, 0)
+                self.assert_downloaded(name, source)
+
+    def test_a_list_on_standard_input(self):
+        sources = [self.serve(f"list-{number}.bin", 2000 + number, seed=number)
+                   for number in range(40)]
+        lines = "".join(f"{self.server.url('/' + source.name)}\n" for source in sources)
+        result = self.home.run("-", text=f"\r\n  \n{lines}")
+        self.assert_status(result, 0)
+        for source in sources:
+            self.assert_downloaded(source.name, source)
+        self.assertEqual(result.stdout.count("Download Complete"), len(sources))
+        self.assert_nothing_left()
+
+    def test_a_list_in_a_file(self):
+        source = self.serve("listed.bin", 5000)
+        listing = self.home.root / "list.txt"
+        listing.write_text(self.server.url("/listed.bin") + "\n")
+        self.assert_status(self.home.run("list.txt"), 0)
+        self.assert_downloaded("listed.bin", source)
+        self.assertTrue(listing.exists())
+
+    def test_a_file_address(self):
+        source = self.serve("local.bin", 2 * MIB)
+        self.assert_status(self.home.run(source.as_uri()), 0)
+        self.assert_downloaded("local.bin", source)
+        self.assertTrue(source.exists())
+
+    def test_settings_of_one_run(self):
+        source = self.serve("elsewhere.bin", 5000)
+        folder = self.home.root / "elsewhere"
+        result = self.home.run("-Downloads Folder", folder, self.server.url("/elsewhere.bin"))
+        self.assert_status(result, 0)
+        self.assertEqual((folder / "elsewhere.bin").read_bytes(), source.read_bytes())
+        stored = list((self.home.root / "config").rglob("*.plist"))
+        self.assertFalse(any(b"elsewhere" in path.read_bytes() for path in stored))
+
+    def test_a_name_that_is_taken_is_left_alone(self):
+        source = self.serve("taken.bin", 5000)
+        (self.home.downloads / "taken.bin").write_text("mine")
+        self.assert_status(self.home.run(self.server.url("/taken.bin")), 0)
+        self.assertEqual((self.home.downloads / "taken.bin").read_text(), "mine")
+        self.assertIn(source.read_bytes(),
+                      [path.read_bytes() for path in self.home.downloads.iterdir()])
+
+
+class FailureTest(SystemTest):
+    def test_a_refused_connection(self):
+        result = self.home.run(f"http://127.0.0.1:{free_port()}/gone.bin")
+        self.assert_status(result, 1)
+        self.assertIn("gone.bin", result.stderr)
+        self.assertEqual(self.home.finished(), [])
+
+    def test_an_error_page_is_no_file(self):
+        for number in (404, 500):
+            with self.subTest(status=number):
+                result = self.home.run(self.server.url(f"/status/{number}"))
+                self.assert_status(result, 1)
+                self.assertIn(str(number), result.stderr)
+                self.assertEqual(self.home.finished(), [])
+
+    def test_one_failure_among_many(self):
+        source = self.serve("good.bin", 5000)
+        result = self.home.run(self.server.url("/status/404"), self.server.url("/good.bin"))
+        self.assert_status(result, 1)
+        self.assert_downloaded("good.bin", source)
+
+
+class UsageTest(SystemTest):
+    def test_help_and_version(self):
+        for option, text in (("--help", "Usage: orlop-terminal"), ("--version", "0.")):
+            result = self.home.run(option)
+            self.assert_status(result, 0)
+            self.assertIn(text, result.stdout)
+
+    def test_bad_usage_starts_nothing(self):
+        good = self.server.url("/")
+        for words in (["--nonsense"], ["-Auto-Start"], ["no such thing"], [good, "nonsense"],
+                      ["-", "-"]):
+            with self.subTest(words=words):
+                result = self.home.run(*words)
+                self.assert_status(result, 2)
+                self.assertTrue(result.stderr.startswith("orlop-terminal: "))
+                self.assertEqual(self.home.queued_addresses(), [])
+
+    def test_nothing_to_do(self):
+        self.assert_status(self.home.run(), 0)
+
+
+class ApacheTest(SystemTest):
+    server_class = Apache
+
+    def test_a_file(self):
+        source = self.serve("apache.bin", 3 * MIB + 5)
+        self.assert_status(self.home.run(self.server.url("/apache.bin")), 0)
+        self.assert_downloaded("apache.bin", source)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,152 @@
+"""What a person sees on a terminal."""
+import os
+import signal
+import unittest
+
+from support.case import MIB, SystemTest
+from support.screen import width
+from support.terminal import TerminalSession
+
+BAR = "━"
+
+
+class TerminalTest(SystemTest):
+    def session(self, *arguments, **options):
+        session = TerminalSession(self.home, *arguments, **options)
+        self.addCleanup(session.close)
+        return session
+
+    def assert_screen_was_well_treated(self, session):
+        self.assertEqual(session.screen.unknown, [])
+        self.assertTrue(session.screen.wraps, "the terminal's wrapping was left off")
+        self.assertEqual(session.screen.column, 0)
+
+    def test_a_line_with_bar_size_speed_and_time_left(self):
+        source = self.serve("moving.bin", 4 * MIB)
+        session = self.session(self.server.url("/rate/1500000/moving.bin"))
+        session.wait_for(lambda lines: any(
+            line.startswith("moving.bin") and BAR in line and "%" in line and " of 4.2 MB" in line
+            and "/s" in line and "0:0" in line for line in lines))
+        self.assertEqual(session.screen.text()[-1], "1 download")
+        self.assertEqual(session.finish(), 0)
+        self.assertTrue(session.screen.text()[0].startswith("Download Complete: moving.bin"))
+        self.assertEqual(len(session.screen.text()), 1)
+        self.assert_screen_was_well_treated(session)
+        self.assert_downloaded("moving.bin", source)
+
+    def test_is_drawn_at_most_ten_times_a_second_and_only_when_it_changes(self):
+        self.serve("calm.bin", 4 * MIB)
+        session = self.session(self.server.url("/rate/1500000/calm.bin"))
+        self.assertEqual(session.finish(), 0)
+        self.assertLess(session.drawings, 45)
+        frames = session.raw.split(b"\x1b[?7h")
+        self.assertEqual(len(frames), len(set(frames)), "the same was drawn twice")
+
+    def test_more_downloads_than_lines(self):
+        names = [f"crowd-{number}.bin" for number in range(9)]
+        for number, name in enumerate(names):
+            self.serve(name, 600_000, seed=number)
+        session = self.session(
+            "-Number Of Concurrent Downloads", "9", "-Number Of Concurrent Downloads Per Host", "0",
+            *(self.server.url(f"/rate/300000/{name}") for name in names), lines=6)
+        session.wait_for(lambda lines: len(lines) == 5 and "5 more not shown" in lines[-1])
+        self.assertEqual(session.finish(), 0)
+        self.assertEqual(sorted(line.split()[2] for line in session.screen.everything()), names)
+        self.assert_screen_was_well_treated(session)
+
+    def test_being_resized(self):
+        for reflows in (True, False):
+            with self.subTest(reflows=reflows):
+                source = self.serve("resized.bin", 4 * MIB)
+                session = self.session(self.server.url("/rate/2000000/resized.bin"),
+                                       columns=100, reflows=reflows)
+                session.wait_for_text(BAR)
+                for columns, lines in ((60, 20), (30, 10), (120, 5), (80, 2), (100, 24)):
+                    session.resize(columns, lines)
+                    drawn = session.drawings
+                    session.wait_for(lambda lines: session.drawings > drawn)
+                    rows = session.screen.everything()
+                    self.assertLessEqual(len([row for row in rows if "resized.bin" in row]), 1)
+                    self.assertLessEqual(max(sum(map(width, row)) for row in rows), columns)
+                self.assertEqual(session.finish(), 0)
+                self.assertEqual(len(session.screen.everything()), 1, session.screen.everything())
+                self.assert_downloaded("resized.bin", source)
+                (self.home.downloads / "resized.bin").unlink()
+
+    def test_names_cannot_steer_the_terminal(self):
+        name = "\x1b]0;owned\x07\x1b[2J\u202etxt.bin"
+        self.serve("evil.bin", 100_000)
+        (self.server.content / name).write_bytes(b"x" * 100_000)
+        session = self.session(
+            self.server.url("/rate/100000/%1B%5D0;owned%07%1B%5B2J%E2%80%AEtxt.bin"))
+        self.assertEqual(session.finish(), 0)
+        self.assertEqual(session.screen.unknown, [])
+        self.assertNotIn(b"\x1b]0", session.raw)
+        self.assertNotIn(b"\x1b[2J", session.raw)
+        self.assertNotIn("\u202e".encode(), session.raw)
+
+    def test_wide_names_keep_the_columns(self):
+        name = "日本語の長い名前のファイルです.bin"
+        self.serve(name, 2 * MIB)
+        session = self.session(self.server.url(f"/rate/1000000/{name}"))
+        row = session.wait_for(lambda lines: [line for line in lines if BAR in line])[0]
+        self.assertLessEqual(sum(map(width, row)), 80)
+        self.assertTrue(row.startswith("日本"))
+        self.assertIn(".bin", row)
+        session.process.send_signal(signal.SIGINT)
+        session.finish()
+
+    def test_interrupted_from_the_keyboard(self):
+        self.serve("halted.bin", 4 * MIB)
+        session = self.session(self.server.url("/rate/500000/halted.bin"))
+        session.wait_for_text(BAR)
+        session.type("\x03")
+        self.assertEqual(session.finish(), -signal.SIGINT)
+        self.assertTrue(session.screen.wraps)
+        self.assertFalse(any(BAR in line for line in session.screen.text()))
+        self.assertEqual(len(self.home.queue()), 1)
+
+    def test_stopped_and_continued(self):
+        source = self.serve("stopped.bin", 4 * MIB)
+        session = self.session(self.server.url("/rate/2000000/stopped.bin"))
+        session.wait_for_text(BAR)
+        session.type("\x1a")
+        self.assertTrue(os.WIFSTOPPED(os.waitpid(session.process.pid, os.WUNTRACED)[1]))
+        session.process.send_signal(signal.SIGCONT)
+        session.wait_for_text(BAR)
+        self.assertEqual(session.finish(), 0)
+        self.assert_downloaded("stopped.bin", source)
+
+    def test_a_terminal_without_a_movable_cursor_gets_plain_lines(self):
+        self.serve("plain.bin", 100_000)
+        session = self.session(self.server.url("/plain.bin"), environment={"TERM": "dumb"})
+        self.assertEqual(session.finish(), 0)
+        self.assertNotIn(b"\x1b", session.raw)
+        self.assertIn(b"Download Complete: plain.bin", session.raw)
+
+    def test_colours_can_be_turned_off(self):
+        self.serve("grey.bin", 2 * MIB)
+        session = self.session(self.server.url("/rate/2000000/grey.bin"),
+                               environment={"NO_COLOR": "1"})
+        session.wait_for_text(BAR)
+        self.assertEqual(session.finish(), 0)
+        self.assertNotRegex(session.raw, rb"\x1b\[[0-9;]*m")
+
+    def test_more_than_a_hundred_files_are_asked_about(self):
+        folder = self.home.root / "many"
+        folder.mkdir()
+        for number in range(102):
+            (folder / f"{number:03}.bin").write_bytes(b"x")
+        session = self.session(folder)
+        session.wait_for_text("Are you sure you still want more?")
+        session.type("s\n")
+        self.assertEqual(session.finish(), 0)
+        self.assertEqual(len(self.home.finished()), 100)
+
+        result = self.home.run(folder)
+        self.assert_status(result, 0)
+        self.assertEqual(len(self.home.finished()), 200)
+
+
+if __name__ == "__main__":
+    unittest.main()
