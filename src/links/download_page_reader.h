@@ -16,6 +16,15 @@ namespace links {
 class DownloadPageRules;
 class PageFetcher;
 
+/// A page to be read, and all that its reading needs.
+struct DownloadPageReading {
+    platform::Url url;
+    std::shared_ptr<const DownloadPageRules> rules;
+    std::shared_ptr<PageFetcher> fetcher;
+    /// The setting "Skip Redirecting Services".
+    bool skipRedirectingServices = true;
+};
+
 struct ExtractedLinks {
     /// Empty: a page could not be had, or nothing was found on the last ones.
     std::vector<platform::Url> urls;
@@ -23,18 +32,13 @@ struct ExtractedLinks {
     QString title;
 };
 
-/// Follows the cascade of the rule for `url` from page to page to the real links. Blocks for the
+/// Follows the cascade of the page's rule from page to page to the real links. Blocks for the
 /// fetches, one at a time. An address that no rule is for is its own only link. Any thread.
-[[nodiscard]] ExtractedLinks URLsFromDownloadPageWithTitle(const platform::Url& url,
-                                                           const DownloadPageRules& rules,
-                                                           PageFetcher& fetcher,
-                                                           bool skipRedirectingServices);
+[[nodiscard]] ExtractedLinks URLsFromDownloadPageWithTitle(const DownloadPageReading& reading);
 
-/// The same on a thread of the global pool, with redirecting services skipped as the setting says;
-/// `completion` is posted to `loop`, which must live until then. Main thread.
-void readDownloadPageInBackground(const platform::Url& url,
-                                  std::shared_ptr<const DownloadPageRules> rules,
-                                  std::shared_ptr<PageFetcher> fetcher, platform::RunLoop& loop,
+/// The same on a thread of the global pool. `completion` is posted to `loop`, which must live
+/// until then.
+void readDownloadPageInBackground(DownloadPageReading reading, platform::RunLoop& loop,
                                   std::function<void(ExtractedLinks)> completion);
 
 }  // namespace links

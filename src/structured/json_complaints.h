@@ -8,8 +8,8 @@ namespace structured {
 struct JsonComplaint {
     /// The key of a localised text.
     const char* text;
-    /// Whether the place to show is the beginning of the token that was read last, or its end.
-    bool atStartOfToken;
+    /// Whether it is about the whole of the token that was read last, or about its last byte.
+    bool isAboutToken;
 };
 
 /// Puts the parser's own message into plain words.

@@ -1,7 +1,7 @@
 #include "structured/json_reader.h"
 
 #include <QCoreApplication>
-#include <cstring>
+#include <algorithm>
 #include <iterator>
 #include <nlohmann/json.hpp>
 
@@ -43,11 +43,42 @@ JsonResult refused(const QString& text, TextPosition position = {0, 0}) {
     return {{}, {text, position.line, position.column}};
 }
 
-JsonResult resultOf(const JsonTreeBuilder& builder, const QByteArray& utf8) {
-    if (const auto& refusal = builder.refusal()) {
-        return refused(refusal->text, textPosition(utf8, static_cast<qsizetype>(refusal->offset)));
+bool isOfWord(char byte) {
+    return (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z') ||
+           (byte >= 'a' && byte <= 'z') || byte == '+' || byte == '-' || byte == '.';
+}
+
+/// Whether a backslash takes a quotation mark its meaning.
+bool isEscaped(QByteArrayView utf8, qsizetype quote) {
+    qsizetype start = quote;
+    while (start > 0 && utf8[start - 1] == '\\')
+        --start;
+    return (quote - start) % 2 != 0;
+}
+
+/// Where the word, string or mark begins whose last byte is at `last`.
+qsizetype startOfToken(QByteArrayView utf8, qsizetype last) {
+    qsizetype start = last;
+    if (utf8[last] == '"') {
+        do {
+            start = std::max(start - 1, qsizetype{0});
+        } while (start > 0 && (utf8[start] != '"' || isEscaped(utf8, start)));
+    } else if (isOfWord(utf8[last])) {
+        while (start > 0 && isOfWord(utf8[start - 1]))
+            --start;
     }
-    return {builder.root(), {}};
+    return start;
+}
+
+JsonResult resultOf(const JsonTreeBuilder& builder, const QByteArray& utf8) {
+    const auto& refusal = builder.refusal();
+    if (!refusal)
+        return {builder.root(), {}};
+    const qsizetype last = std::max(static_cast<qsizetype>(refusal->taken) - 1, qsizetype{0});
+    const bool isInside = last < utf8.size();
+    return refused(
+        refusal->text,
+        textPosition(utf8, refusal->isAboutToken && isInside ? startOfToken(utf8, last) : last));
 }
 
 }  // namespace

@@ -62,7 +62,6 @@ bool JsonTreeBuilder::key(const std::string& name) {
     if (object.members.size() == countBefore) {
         const QString shown = object.member.key().left(longestShownKey);
         return refuse(
-            progress_ - 1,
             QCoreApplication::translate("Orlop", "The key \"%1\" stands here twice.").arg(shown));
     }
     return true;
@@ -82,19 +81,17 @@ bool JsonTreeBuilder::end_array() {
     return true;
 }
 
-bool JsonTreeBuilder::parse_error(std::size_t position, const std::string& token,
+bool JsonTreeBuilder::parse_error(std::size_t position, const std::string&,
                                   const std::exception& error) {
     const JsonComplaint complaint = jsonComplaint(error.what());
-    // The position counts the bytes taken, the last of which gave offence.
-    const std::size_t back = complaint.atStartOfToken ? token.size() : 1;
-    return refuse(position > back ? position - back : 0,
-                  QCoreApplication::translate("Orlop", complaint.text));
+    refusal_ = {QCoreApplication::translate("Orlop", complaint.text), position,
+                complaint.isAboutToken};
+    return false;
 }
 
 bool JsonTreeBuilder::open(bool isObject) {
     if (open_.size() >= static_cast<std::size_t>(maximumDepth)) {
-        return refuse(progress_ - 1,
-                      QCoreApplication::translate("Orlop", "This is nested too deeply."));
+        return refuse(QCoreApplication::translate("Orlop", "This is nested too deeply."));
     }
     open_.push_back({isObject, {}, {}, {}});
     return true;
@@ -103,9 +100,9 @@ bool JsonTreeBuilder::open(bool isObject) {
 bool JsonTreeBuilder::addLeaf(const QVariant& value) {
     if (open_.empty()) {
         return refuse(
-            0, QCoreApplication::translate("Orlop",
-                                           "The whole must be an object in braces or an array in "
-                                           "brackets."));
+            QCoreApplication::translate("Orlop",
+                                        "The whole must be an object in braces or an array in "
+                                        "brackets."));
     }
     add(value);
     return true;
@@ -121,8 +118,8 @@ void JsonTreeBuilder::add(const QVariant& value) {
     }
 }
 
-bool JsonTreeBuilder::refuse(std::size_t offset, const QString& reason) {
-    refusal_ = JsonRefusal{offset, reason};
+bool JsonTreeBuilder::refuse(const QString& reason) {
+    refusal_ = {reason, progress_, true};
     return false;
 }
 

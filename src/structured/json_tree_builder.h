@@ -10,10 +10,13 @@
 
 namespace structured {
 
-/// What was wrong with a text, and at which of its bytes.
+/// What was wrong with a text.
 struct JsonRefusal {
-    std::size_t offset;
     QString text;
+    /// How many bytes had been taken, with the last that gave offence.
+    std::size_t taken;
+    /// Whether the place to show is the beginning of the token that ends there.
+    bool isAboutToken;
 };
 
 /// Grows a tree from the events of a JSON parser (the SAX interface of nlohmann-json), and stops
@@ -52,7 +55,7 @@ private:
     bool open(bool isObject);
     bool addLeaf(const QVariant& value);
     void add(const QVariant& value);
-    bool refuse(std::size_t offset, const QString& reason);
+    bool refuse(const QString& reason);
 
     const std::size_t& progress_;
     std::vector<Container> open_;
