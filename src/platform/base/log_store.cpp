@@ -4,7 +4,6 @@
 #include <time.h>
 #include <unistd.h>
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QJsonDocument>
@@ -47,7 +46,7 @@ QString messageType(LogLevel level) {
     return u"Default"_s;
 }
 
-QByteArray encodedEntry(LogLevel level, const QString& line) {
+QByteArray encodedEntry(LogLevel level, const QString& line, const QString& program) {
     constexpr qsizetype longestMessage = 16 * 1024;
     const QString message =
         line.size() <= longestMessage ? line : line.first(longestMessage) + u'…';
@@ -57,7 +56,7 @@ QByteArray encodedEntry(LogLevel level, const QString& line) {
         {u"messageType"_s, messageType(level)},
         {u"eventMessage"_s, message},
         {u"processID"_s, getpid()},
-        {u"processImagePath"_s, QCoreApplication::applicationFilePath()},
+        {u"processImagePath"_s, program},
         {u"senderImagePath"_s, u"Orlop"_s},
     };
     return QJsonDocument(entry).toJson(QJsonDocument::Compact) + '\n';
@@ -81,7 +80,7 @@ public:
     ~LogStore() override { closeFile(); }
 
     void write(LogLevel level, const QString& line) override {
-        const QByteArray entry = encodedEntry(level, line);
+        const QByteArray entry = encodedEntry(level, line, program_);
         const std::lock_guard guard(lock_);
         struct stat current {};
         if (!openCurrent(current))
@@ -137,6 +136,7 @@ private:
     }
 
     const QString folder_;
+    const QString program_ = QFile::symLinkTarget(u"/proc/self/exe"_s);
     const QByteArray olderPath_, path_;
     const qint64 maximumBytes_;
     std::mutex lock_;  ///< Guards all that follows.

@@ -36,7 +36,8 @@ QString keepDamagedFileAside(const QString& path);
 
 /// Renames without ever replacing (renameat2 with RENAME_NOREPLACE); across file systems copies
 /// to a temporary beside the target, syncs, places it without replacing and removes the source.
-/// Nothing: done. EEXIST: the target exists.
+/// Nothing: done. EEXIST: the target exists. EXDEV: something other than a regular file would
+/// have to be copied.
 [[nodiscard]] std::optional<Error> moveFile(const QString& from, const QString& to);
 
 /// Size in bytes. Nothing: no such file, or not a regular one.
@@ -52,16 +53,17 @@ QString keepDamagedFileAside(const QString& path);
 [[nodiscard]] bool moveToTrash(const QString& path);
 
 /// Where a mounted file system begins: the longest mount point that is a prefix of the path; "/"
-/// if there is none. A path below a removable media folder ("/media/USER/NAME", "/mnt/NAME",
-/// "/run/media/USER/NAME") answers that folder even while nothing is mounted there.
+/// if there is none. A path at or below a removable medium's folder ("/media/USER/NAME",
+/// "/mnt/NAME", "/run/media/USER/NAME") answers that folder even while nothing is mounted there.
 [[nodiscard]] QString volumePath(const QString& path);
 
 /// A token by which a moved file can be found again on the same file system, and the search for
-/// it. Empty: none could be made, or the file is not found.
+/// it: where it was (whatever lies there now), then in that folder, its parent and the downloads
+/// folder, one level deep. Empty: none could be made, or the file is not found.
 [[nodiscard]] QByteArray fileBookmark(const QString& path);
 [[nodiscard]] QString resolveFileBookmark(const QByteArray& bookmark);
 
-/// The XDG base and user directories, with their defaults.
+/// The XDG base and user directories, with their defaults. Asking creates none of them.
 [[nodiscard]] QString userDataFolder();       ///< $XDG_DATA_HOME/Orlop
 [[nodiscard]] QString userConfigFolder();     ///< $XDG_CONFIG_HOME/Orlop
 [[nodiscard]] QString userStateFolder();      ///< $XDG_STATE_HOME/Orlop

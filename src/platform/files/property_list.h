@@ -27,9 +27,14 @@ struct PropertyListResult {
 /// Reads either form. At most 64 MiB and 512 levels deep.
 [[nodiscard]] PropertyListResult readPropertyList(const QByteArray& data);
 
-/// With tabs and keys in order of their code points; dates in UTC, whole seconds. Empty: the value
-/// holds something that a property list cannot.
+/// With tabs and keys in order of their code points; dates in UTC, whole seconds in XML. Characters
+/// that XML cannot carry become U+FFFD. Empty: the value holds something that a property list
+/// cannot, or is nested too deeply to be read again.
 [[nodiscard]] QByteArray writePropertyList(const QVariant& value,
                                            PropertyListFormat format = PropertyListFormat::Xml);
+
+/// The same value made of the types that `readPropertyList` answers with, all the way down.
+/// Invalid: the value holds something that a property list cannot.
+[[nodiscard]] QVariant propertyListValue(const QVariant& value);
 
 }  // namespace platform

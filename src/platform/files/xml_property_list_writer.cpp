@@ -1,0 +1,202 @@
+#include <QDateTime>
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <vector>
+
+#include "platform/files/property_list_kinds.h"
+#include "platform/files/xml_property_list.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace platform {
+
+namespace {
+
+struct Entry {
+    QByteArray key;
+    const QVariant* value;
+};
+
+/// Maps sort by UTF-16 units, which is another order where surrogate pairs occur.
+std::vector<Entry> sortedEntries(const QVariantMap& map) {
+    std::vector<Entry> entries;
+    entries.reserve(static_cast<std::size_t>(map.size()));
+    for (auto entry = map.begin(); entry != map.end(); ++entry)
+        entries.push_back({entry.key().toUtf8(), &entry.value()});
+    const auto before = [](const Entry& a, const Entry& b) { return a.key < b.key; };
+    if (!std::is_sorted(entries.begin(), entries.end(), before))
+        std::sort(entries.begin(), entries.end(), before);
+    return entries;
+}
+
+class Writer {
+public:
+    /// Empty: the value cannot be written.
+    [[nodiscard]] QByteArray document(const QVariant& value) {
+        constexpr qsizetype firstBlock = 16 * 1024;
+        out_.reserve(firstBlock);
+        out_ +=
+            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+            "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+            "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+            "<plist version=\"1.0\">\n";
+        if (!write(value, 0))
+            return {};
+        out_ += "</plist>\n";
+        return std::move(out_);
+    }
+
+private:
+    bool write(const QVariant& value, int depth);
+    bool writeDictionary(const QVariantMap& map, int depth);
+    bool writeArray(const QVariantList& list, int depth);
+    void writeData(const QByteArray& data, int depth);
+    void writeReal(double number);
+
+    void writeElement(const char* name, const QByteArray& text) {
+        out_.append('<').append(name).append('>');
+        appendEscaped(text);
+        out_.append("</").append(name).append(">\n");
+    }
+    void appendEscaped(const QByteArray& text);
+    void indent(int depth) { out_.append(depth, '\t'); }
+
+    QByteArray out_;
+};
+
+bool Writer::write(const QVariant& value, int depth) {
+    if (depth >= deepestPropertyList)
+        return false;
+    indent(depth);
+    switch (propertyListKind(value)) {
+        case PropertyListKind::None:
+            return false;
+        case PropertyListKind::Dictionary:
+            return writeDictionary(*static_cast<const QVariantMap*>(value.constData()), depth);
+        case PropertyListKind::Array:
+            return writeArray(value.toList(), depth);
+        case PropertyListKind::String:
+            writeElement("string", static_cast<const QString*>(value.constData())->toUtf8());
+            break;
+        case PropertyListKind::Integer:
+            writeElement("integer", QByteArray::number(value.toLongLong()));
+            break;
+        case PropertyListKind::Real:
+            writeReal(value.toDouble());
+            break;
+        case PropertyListKind::Boolean:
+            out_ += value.toBool() ? "<true/>\n" : "<false/>\n";
+            break;
+        case PropertyListKind::Data:
+            writeData(value.toByteArray(), depth);
+            break;
+        case PropertyListKind::Date:
+            writeElement(
+                "date",
+                value.toDateTime().toUTC().toString(u"yyyy-MM-dd'T'HH:mm:ss'Z'").toLatin1());
+            break;
+    }
+    return true;
+}
+
+bool Writer::writeDictionary(const QVariantMap& map, int depth) {
+    if (map.isEmpty()) {
+        out_ += "<dict/>\n";
+        return true;
+    }
+    out_ += "<dict>\n";
+    for (const Entry& entry : sortedEntries(map)) {
+        indent(depth + 1);
+        writeElement("key", entry.key);
+        if (!write(*entry.value, depth + 1))
+            return false;
+    }
+    indent(depth);
+    out_ += "</dict>\n";
+    return true;
+}
+
+bool Writer::writeArray(const QVariantList& list, int depth) {
+    if (list.isEmpty()) {
+        out_ += "<array/>\n";
+        return true;
+    }
+    out_ += "<array>\n";
+    for (const QVariant& element : list) {
+        if (!write(element, depth + 1))
+            return false;
+    }
+    indent(depth);
+    out_ += "</array>\n";
+    return true;
+}
+
+void Writer::writeData(const QByteArray& data, int depth) {
+    constexpr qsizetype lineLength = 76;
+    out_ += "<data>\n";
+    const QByteArray text = data.toBase64();
+    for (qsizetype start = 0; start < text.size(); start += lineLength) {
+        indent(depth);
+        out_.append(text.constData() + start, std::min(lineLength, text.size() - start));
+        out_ += '\n';
+    }
+    indent(depth);
+    out_ += "</data>\n";
+}
+
+void Writer::writeReal(double number) {
+    if (std::isnan(number)) {
+        writeElement("real", "nan");
+    } else if (std::isinf(number)) {
+        writeElement("real", number > 0 ? "+infinity" : "-infinity");
+    } else {
+        std::array<char, 32> digits{};
+        const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+        writeElement("real", QByteArray(digits.data(), end - digits.data()));
+    }
+}
+
+/// What stands for a byte of UTF-8 text; null: itself.
+const char* replacementFor(char byte) {
+    switch (byte) {
+        case '<':
+            return "&lt;";
+        case '>':
+            return "&gt;";
+        case '&':
+            return "&amp;";
+        case '\r':
+            return "&#13;";  // A reader turns a bare one into a line feed.
+        case '\n':
+        case '\t':
+            return nullptr;
+        default:
+            return static_cast<unsigned char>(byte) < 0x20 ? "\xEF\xBF\xBD" : nullptr;
+    }
+}
+
+void Writer::appendEscaped(const QByteArray& text) {
+    const char* run = text.constData();
+    const char* const end = run + text.size();
+    for (const char* byte = run; byte != end; ++byte) {
+        const char* replacement = replacementFor(*byte);
+        // U+FFFE and U+FFFF: EF BF BE, EF BF BF.
+        const bool isNonCharacter = *byte == '\xEF' && end - byte >= 3 && byte[1] == '\xBF' &&
+                                    (byte[2] == '\xBE' || byte[2] == '\xBF');
+        if (replacement == nullptr && !isNonCharacter)
+            continue;
+        out_.append(run, byte - run).append(replacement != nullptr ? replacement : "\xEF\xBF\xBD");
+        byte += isNonCharacter ? 2 : 0;
+        run = byte + 1;
+    }
+    out_.append(run, end - run);
+}
+
+}  // namespace
+
+QByteArray writeXmlPropertyList(const QVariant& value) {
+    return Writer().document(value);
+}
+
+}  // namespace platform
