@@ -42,8 +42,10 @@ struct HTTPRequestMessage {
     QString method;
     Url url;
     HTTPVersion version = HTTPVersion::Http11;
-    /// All fields but "Host", "Content-Length" of a streamed body and what a connection needs. A
-    /// field that holds a line break or a NUL is not sent.
+    /// All fields but "Host", "Content-Length" of a streamed body and what a connection needs;
+    /// those are not sent if given here. A field that holds a control character, such as a line
+    /// break or a NUL, is not sent either. Values go out in ISO Latin 1 where it can hold them,
+    /// else in UTF-8. "Proxy-Authorization" goes to an HTTP proxy and to nobody else.
     HTTPHeaders headers;
 };
 

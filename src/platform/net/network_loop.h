@@ -22,7 +22,8 @@ public:
 
     /// Posted calls and timers of this loop.
     [[nodiscard]] RunLoop& calls();
-    /// Runs turns on the calling thread until `done` answers true; it is asked after each turn.
+    /// Runs turns on the calling thread until `done` answers true; it is asked after each turn. Not
+    /// from inside a call or an event of this loop.
     void runUntil(const std::function<bool()>& done);
     /// Makes a running `runUntil` look again. Any thread.
     void wake();
@@ -47,6 +48,7 @@ public:
 
 private:
     std::unique_ptr<NetworkLoop> loop_;
+    bool isOver_ = false;  ///< Of the thread itself.
     std::thread thread_;
 };
 

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "platform/net/http_message.h"
+
+namespace platform {
+
+/// What a request's "Range" asks for (RFC 9110, 14.2).
+struct AskedRange {
+    enum class Kind {
+        Whole,    ///< No "Range".
+        From,     ///< `first` to `last`, or to the end if there is no `last`.
+        Suffix,   ///< The last `last` bytes.
+        Unknown,  ///< Several ranges, or another unit.
+    };
+    Kind kind = Kind::Whole;
+    std::uint64_t first = 0;
+    std::optional<std::uint64_t> last;
+};
+
+[[nodiscard]] AskedRange askedRange(const HTTPHeaders& request);
+
+/// Why a 206 with these headers cannot be an answer to `asked`, in plain words. Empty: it can.
+[[nodiscard]] QString contradictionOfPartialContent(const HTTPHeaders& response,
+                                                    const AskedRange& asked);
+
+}  // namespace platform

@@ -1,0 +1,312 @@
+#include "platform/net/http_read_stream_private.h"
+
+#include <sys/socket.h>
+
+#include "platform/net/http_connection_identity_private.h"
+#include "platform/net/transfer_error.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace platform {
+
+namespace {
+
+/// Past this much unread the socket is left alone...
+constexpr qsizetype pauseAbove = 2 * 1024 * 1024;
+/// ... until no more than this is left.
+constexpr qsizetype resumeBelow = 256 * 1024;
+/// One turn of TLS brings up to 1.6 MB more; what goes beyond is for libcurl to keep.
+constexpr qsizetype largestBuffer = 2 * pauseAbove;
+/// Turns in which bytes go on arriving, before an unfinished block is handed out.
+constexpr int mostDeferrals = 8;
+constexpr int mostEventsInTurn = 16;
+
+}  // namespace
+
+HTTPReadStream::Private::Private(NetworkLoop& loop, HTTPRequestMessage message,
+                                 HTTPBodySource* body, std::uint64_t bodyLength)
+    : buffer(loop.internals().blocks()), loop_(&loop.internals()), body_(body, bodyLength) {
+    setup.message = std::move(message);
+    if (body != nullptr)
+        setup.bodyLength = bodyLength;
+}
+
+HTTPReadStream::Private::~Private() {
+    close();
+}
+
+bool HTTPReadStream::Private::open() {
+    if (isOpen_ || easy_ || loop_ == nullptr)
+        return false;
+    easy_.reset(curl_easy_init());
+    if (identity != nullptr)
+        share_ = identity->internals().share();
+    setup.sharedConnections = share_.get();
+    lines_ =
+        requestLines(setup.message, {setup.proxy.kind == HTTPProxy::Kind::Http, body_.exists()});
+    reader_.emplace(askedRange(setup.message.headers),
+                    ResponseReader::Negotiates{
+                        setup.serverCredentials.scheme != ConnectionAuthentication::None,
+                        setup.proxyCredentials.scheme != ConnectionAuthentication::None});
+    isOpen_ = easy_ && lines_ && applySetup(easy_.get(), setup, *lines_) && setCallbacks() &&
+              loop_->add(easy_.get(), *this);
+    return isOpen_;
+}
+
+void HTTPReadStream::Private::close() {
+    if (!isOpen_)
+        return;
+    isOpen_ = false;
+    releaseHandle();
+    loop_->remove(*this);
+    buffer.clear();
+}
+
+void HTTPReadStream::Private::loopEnds() {
+    close();
+    loop_ = nullptr;
+}
+
+void HTTPReadStream::Private::releaseHandle() {
+    if (!easy_)
+        return;
+    bodyBytesWritten_ = bodyBytesWritten();
+    loop_->removeHandle(easy_.get());
+    easy_.reset();
+    share_.reset();
+}
+
+bool HTTPReadStream::Private::setCallbacks() {
+    CURL* const easy = easy_.get();
+    const auto set = [easy](CURLoption option, auto value) {
+        return curl_easy_setopt(easy, option, value) == CURLE_OK;
+    };
+    curl_write_callback onHeader = [](char* bytes, size_t, size_t count, void* self) {
+        return static_cast<Private*>(self)->takeHeaderLine({bytes, count});
+    };
+    curl_write_callback onBody = [](char* bytes, size_t, size_t count, void* self) {
+        return static_cast<Private*>(self)->takeBody(bytes, count);
+    };
+    curl_read_callback onRead = [](char* target, size_t size, size_t count, void* self) {
+        return static_cast<Private*>(self)->giveBody(target, size * count);
+    };
+    curl_seek_callback onSeek = [](void* self, curl_off_t offset, int origin) {
+        const bool isStart = offset == 0 && origin == SEEK_SET;
+        return isStart && static_cast<Private*>(self)->body_.rewind() ? CURL_SEEKFUNC_OK
+                                                                      : CURL_SEEKFUNC_FAIL;
+    };
+    curl_opensocket_callback onSocket = [](void* self, curlsocktype, curl_sockaddr* address) {
+        return static_cast<Private*>(self)->openSocket(*address);
+    };
+    curl_prereq_callback onRequest = [](void* self, char*, char*, int, int) {
+        static_cast<Private*>(self)->requestStarts();
+        return CURL_PREREQFUNC_OK;
+    };
+    return set(CURLOPT_ERRORBUFFER, reason_.data()) && set(CURLOPT_HEADERFUNCTION, onHeader) &&
+           set(CURLOPT_HEADERDATA, this) && set(CURLOPT_WRITEFUNCTION, onBody) &&
+           set(CURLOPT_WRITEDATA, this) && set(CURLOPT_READFUNCTION, onRead) &&
+           set(CURLOPT_READDATA, this) && set(CURLOPT_SEEKFUNCTION, onSeek) &&
+           set(CURLOPT_SEEKDATA, this) && set(CURLOPT_OPENSOCKETFUNCTION, onSocket) &&
+           set(CURLOPT_OPENSOCKETDATA, this) && set(CURLOPT_PREREQFUNCTION, onRequest) &&
+           set(CURLOPT_PREREQDATA, this);
+}
+
+curl_socket_t HTTPReadStream::Private::openSocket(const curl_sockaddr& address) {
+    // libcurl would silently send the request again when a connection kept open turns out dead.
+    // Whether to do that is the client's decision.
+    if (usedExistingConnection && !reader_->hasSeenAnswer()) {
+        isRetryRefused_ = true;
+        return CURL_SOCKET_BAD;
+    }
+    ++socketsOpened_;
+    return ::socket(address.family, address.socktype | SOCK_CLOEXEC, address.protocol);
+}
+
+void HTTPReadStream::Private::requestStarts() {
+    usedExistingConnection = socketsOpened_ == 0;
+    socketsOpened_ = 0;
+    reader_->requestStarts();
+}
+
+std::size_t HTTPReadStream::Private::takeHeaderLine(std::string_view line) {
+    hasConnection_ = true;
+    if (!reader_->takeLine(line)) {
+        isGivenUp_ = true;
+        return 0;
+    }
+    if (reader_->head() && !responseHead) {
+        responseHead = reader_->head();
+        if (const auto length = reader_->announcedLength())
+            buffer.expect(*length);
+        // A server that has answered early may not want the rest, and libcurl finds out only when
+        // it goes on.
+        body_.stopWaiting();
+    }
+    loop_->noteArrival(*this);
+    return line.size();
+}
+
+std::size_t HTTPReadStream::Private::takeBody(const char* bytes, std::size_t count) {
+    if (!reader_->bodyStarts()) {
+        isGivenUp_ = true;
+        return 0;
+    }
+    responseHead = reader_->head();
+    loop_->noteArrival(*this);
+    if (buffer.size() > largestBuffer) {
+        isReceivePaused_ = true;
+        return CURL_WRITEFUNC_PAUSE;
+    }
+    buffer.append(bytes, count);
+    return count;
+}
+
+std::size_t HTTPReadStream::Private::giveBody(char* target, std::size_t maximum) {
+    hasConnection_ = true;
+    const std::size_t given = isScheduled ? body_.read(target, maximum) : CURL_READFUNC_PAUSE;
+    isSendPaused_ = given == CURL_READFUNC_PAUSE;
+    isGivenUp_ = isGivenUp_ || given == CURL_READFUNC_ABORT;
+    return given;
+}
+
+void HTTPReadStream::Private::transferEnded(CURLcode result) {
+    isEnded_ = true;
+    const bool wentInCircles = isGivenUp_ && reader_->refusal().isEmpty() && !body_.error();
+    if (result == CURLE_OK || wentInCircles || reader_->isTunnelRefused()) {
+        reader_->end();
+        responseHead = reader_->head();
+    }
+    error = whatWentWrong(result);
+    releaseHandle();
+    if (isScheduled)
+        loop_->markReady(*this);
+}
+
+std::optional<Error> HTTPReadStream::Private::whatWentWrong(CURLcode result) const {
+    if (body_.error())
+        return body_.error();
+    if (!reader_->refusal().isEmpty())
+        return badResponseError(reader_->refusal());
+    if (isRetryRefused_)
+        return brokenReusedConnectionError();
+    if (result == CURLE_OK && !responseHead)
+        return badResponseError(u"it ended within its head"_s);
+    // What was given up for no reason of its own stands: a challenge, or a proxy's refusal.
+    if (result == CURLE_OK || (responseHead && (isGivenUp_ || responseHead->fromProxy)))
+        return std::nullopt;
+    const Error failure = errorForResult(result, QString::fromUtf8(reason_.data()));
+    const bool isLost = failure.is(networkErrorDomain, networkErrorConnectionLost);
+    if (isLost && usedExistingConnection && !reader_->hasSeenAnswer())
+        return brokenReusedConnectionError();
+    return failure;
+}
+
+bool HTTPReadStream::Private::hasNews() const {
+    return !buffer.isEmpty() || (isEnded_ && !isEndReported_);
+}
+
+bool HTTPReadStream::Private::settle(bool isQuiet) {
+    updatePause();
+    const bool isDue =
+        isQuiet || isEnded_ || buffer.hasWholeBlock() || ++deferrals_ > mostDeferrals;
+    if (!isDue)
+        return false;
+    deferrals_ = 0;
+    if (isScheduled && hasNews())
+        loop_->markReady(*this);
+    return true;
+}
+
+void HTTPReadStream::Private::updatePause() {
+    if (!easy_ || isEnded_ || !hasConnection_)
+        return;
+    if (loop_->isInsideCurl()) {
+        loop_->noteArrival(*this);
+        return;
+    }
+    const qsizetype limit = isReceivePaused_ ? resumeBelow : pauseAbove;
+    const bool pausesReceive = !isScheduled || buffer.size() > limit;
+    const bool pausesSend = isSendPaused_ && (!isScheduled || body_.isWaiting());
+    if (pausesReceive == isReceivePaused_ && pausesSend == isSendPaused_)
+        return;
+    isReceivePaused_ = pausesReceive;
+    isSendPaused_ = pausesSend;
+    curl_easy_pause(easy_.get(), (pausesReceive ? CURLPAUSE_RECV : CURLPAUSE_CONT) |
+                                     (pausesSend ? CURLPAUSE_SEND : CURLPAUSE_CONT));
+}
+
+bool HTTPReadStream::Private::tell(Event event) {
+    const std::weak_ptr<char> life = life_;
+    // Keeps the client's closure alive though the stream, or its client, may die in it.
+    const std::shared_ptr<Client> called = client;
+    if (called && *called)
+        (*called)(event);
+    return !life.expired();
+}
+
+void HTTPReadStream::Private::deliver() {
+    for (int events = 0; events < mostEventsInTurn; ++events) {
+        if (!isOpen_ || !isScheduled || !hasNews())
+            return;
+        if (buffer.isEmpty()) {
+            isEndReported_ = true;
+            tell(error ? Event::Error : Event::End);
+            return;
+        }
+        hasRead_ = false;
+        isDelivering_ = true;
+        if (!tell(Event::BytesAvailable))
+            return;
+        isDelivering_ = false;
+        if (!hasRead_)
+            return;  // Nothing more is said until it reads, or until more has come.
+        if (!buffer.hasWholeBlock() && !isEnded_)
+            break;
+    }
+    if (!isOpen_ || !isScheduled || !hasNews())
+        return;
+    if (buffer.hasWholeBlock() || isEnded_)
+        loop_->markReady(*this);
+    else
+        loop_->noteArrival(*this);
+}
+
+QByteArray HTTPReadStream::Private::read(qsizetype maximum) {
+    QByteArray bytes = buffer.take(maximum);
+    hasRead_ = true;
+    if (!isOpen_)
+        return bytes;
+    if (isReceivePaused_)
+        updatePause();
+    if (!isDelivering_ && isScheduled && hasNews())
+        loop_->markReady(*this);
+    return bytes;
+}
+
+void HTTPReadStream::Private::schedule() {
+    if (std::exchange(isScheduled, true) || !isOpen_)
+        return;
+    updatePause();
+    if (hasNews())
+        loop_->markReady(*this);
+}
+
+void HTTPReadStream::Private::unschedule() {
+    if (std::exchange(isScheduled, false) && isOpen_)
+        updatePause();
+}
+
+void HTTPReadStream::Private::resumeBody() {
+    body_.stopWaiting();
+    if (isOpen_)
+        updatePause();
+}
+
+std::uint64_t HTTPReadStream::Private::bodyBytesWritten() const {
+    curl_off_t sent = 0;
+    if (easy_ && curl_easy_getinfo(easy_.get(), CURLINFO_SIZE_UPLOAD_T, &sent) == CURLE_OK)
+        return static_cast<std::uint64_t>(sent);
+    return bodyBytesWritten_;
+}
+
+}  // namespace platform

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <array>
+#include <memory>
+#include <optional>
+
+#include "platform/net/http_read_stream.h"
+#include "platform/net/network_loop_private.h"
+#include "platform/net/receive_buffer.h"
+#include "platform/net/request_body.h"
+#include "platform/net/response_reader.h"
+#include "platform/net/transfer_options.h"
+
+namespace platform {
+
+/// The exchange behind a stream. libcurl's callbacks only note what has come; the client is told
+/// outside of them, by `deliver`.
+class HTTPReadStream::Private final : public Transfer {
+public:
+    Private(NetworkLoop& loop, HTTPRequestMessage message, HTTPBodySource* body,
+            std::uint64_t bodyLength);
+    ~Private() override;
+
+    bool open();
+    void close();
+    void schedule();
+    void unschedule();
+    [[nodiscard]] QByteArray read(qsizetype maximum);
+    void resumeBody();
+    [[nodiscard]] std::uint64_t bodyBytesWritten() const;
+
+    void transferEnded(CURLcode result) override;
+    [[nodiscard]] bool settle(bool isQuiet) override;
+    void deliver() override;
+    void loopEnds() override;
+
+    TransferSetup setup;
+    HTTPConnectionIdentity* identity = nullptr;
+    std::shared_ptr<Client> client;
+    bool isScheduled = true;
+    ReceiveBuffer buffer;
+    std::optional<HTTPResponseHead> responseHead;
+    std::optional<Error> error;
+    bool usedExistingConnection = false;
+
+private:
+    [[nodiscard]] bool setCallbacks();
+    [[nodiscard]] std::size_t takeHeaderLine(std::string_view line);
+    [[nodiscard]] std::size_t takeBody(const char* bytes, std::size_t count);
+    [[nodiscard]] std::size_t giveBody(char* target, std::size_t maximum);
+    [[nodiscard]] curl_socket_t openSocket(const curl_sockaddr& address);
+    void requestStarts();
+
+    [[nodiscard]] std::optional<Error> whatWentWrong(CURLcode result) const;
+    [[nodiscard]] bool hasNews() const;
+    /// Pauses and resumes both directions as far as they ought to be.
+    void updatePause();
+    /// False: the stream died in it.
+    bool tell(Event event);
+    void releaseHandle();
+
+    NetworkLoop::Private* loop_;
+    // The handle refers to both.
+    std::shared_ptr<CURLSH> share_;
+    std::optional<RequestLines> lines_;
+    CurlEasy easy_{nullptr, &curl_easy_cleanup};
+    RequestBody body_;
+    std::optional<ResponseReader> reader_;
+    std::array<char, CURL_ERROR_SIZE> reason_{};
+    /// Expires when the object dies.
+    std::shared_ptr<char> life_ = std::make_shared<char>();
+
+    bool isOpen_ = false;
+    bool isEnded_ = false;        ///< libcurl has finished.
+    bool isEndReported_ = false;  ///< So has the client heard.
+    bool isDelivering_ = false;
+    bool hasRead_ = false;        ///< Since the last event.
+    bool hasConnection_ = false;  ///< Pausing has an effect only then.
+    bool isReceivePaused_ = false;
+    bool isSendPaused_ = false;
+    bool isGivenUp_ = false;  ///< By a callback of ours.
+    bool isRetryRefused_ = false;
+    int socketsOpened_ = 0;  ///< Since the request was last sent.
+    int deferrals_ = 0;
+    std::uint64_t bodyBytesWritten_ = 0;
+};
+
+}  // namespace platform

@@ -1,0 +1,172 @@
+#include "platform/net/network_loop.h"
+
+#include <algorithm>
+#include <cmath>
+#include <csignal>
+#include <limits>
+
+#include "platform/net/http_connection_identity_private.h"
+#include "platform/net/network_loop_private.h"
+
+namespace platform {
+
+namespace {
+
+/// To be done once, and before any other thread uses libcurl.
+void prepareProcess() {
+    static const CURLcode prepared = [] {
+        // libcurl is told to leave signals alone, and a server that hangs up must not end us.
+        struct sigaction action {};
+        if (sigaction(SIGPIPE, nullptr, &action) == 0 && action.sa_handler == SIG_DFL)
+            std::signal(SIGPIPE, SIG_IGN);
+        return curl_global_init(CURL_GLOBAL_DEFAULT);
+    }();
+    static_cast<void>(prepared);
+}
+
+void takeOut(std::vector<Transfer*>& list, Transfer* transfer) {
+    std::replace(list.begin(), list.end(), transfer, static_cast<Transfer*>(nullptr));
+}
+
+}  // namespace
+
+NetworkLoop::Private::Private(Clock& clock)
+    : calls(clock), multi_((prepareProcess(), curl_multi_init()), &curl_multi_cleanup) {
+    calls.setWaker([this] { wake(); });
+    wakerToken_ = clock.addWaker([this] { wake(); });
+}
+
+NetworkLoop::Private::~Private() {
+    calls.clock().removeWaker(wakerToken_);
+    calls.setWaker({});
+    while (!transfers_.empty())
+        (*transfers_.begin())->loopEnds();
+    // Shared connections must be closed before the multi handle that opened them.
+    for (HTTPConnectionIdentity::Private* identity : identities_)
+        identity->loopEnds();
+}
+
+void NetworkLoop::Private::wake() {
+    if (!isWoken_.exchange(true))
+        curl_multi_wakeup(multi_.get());
+}
+
+bool NetworkLoop::Private::add(CURL* easy, Transfer& transfer) {
+    if (curl_easy_setopt(easy, CURLOPT_PRIVATE, &transfer) != CURLE_OK ||
+        curl_multi_add_handle(multi_.get(), easy) != CURLM_OK)
+        return false;
+    transfers_.insert(&transfer);
+    return true;
+}
+
+void NetworkLoop::Private::removeHandle(CURL* easy) {
+    curl_multi_remove_handle(multi_.get(), easy);
+}
+
+void NetworkLoop::Private::remove(Transfer& transfer) {
+    transfers_.erase(&transfer);
+    for (auto* list : {&settling_, &ready_, &delivering_})
+        takeOut(*list, &transfer);
+    transfer.isSettling_ = transfer.isReady_ = false;
+    if (transfers_.empty())
+        blocks_->clear();
+}
+
+int NetworkLoop::Private::pollTimeout() const {
+    constexpr int forEver = std::numeric_limits<int>::max();
+    if (!settling_.empty() || !ready_.empty())
+        return 0;
+    const auto deadline = calls.nextDeadline();
+    const Seconds wait = deadline ? calls.clock().sleepUntil(*deadline) : -1;
+    if (wait < 0 || wait > forEver / 1000)
+        return forEver;
+    return static_cast<int>(std::ceil(wait * 1000));
+}
+
+void NetworkLoop::Private::turn() {
+    ++turns_;
+    curl_multi_poll(multi_.get(), nullptr, 0, pollTimeout(), nullptr);
+    // Before what was posted is looked at: a later post wakes the next poll.
+    isWoken_.exchange(false);
+    int running = 0;
+    isInsideCurl_ = true;
+    curl_multi_perform(multi_.get(), &running);
+    isInsideCurl_ = false;
+    collectEnded();
+    settleArrivals();
+    calls.runDue();
+    deliverReady();
+}
+
+void NetworkLoop::Private::collectEnded() {
+    int left = 0;
+    while (const CURLMsg* const message = curl_multi_info_read(multi_.get(), &left)) {
+        if (message->msg != CURLMSG_DONE)
+            continue;
+        const CURLcode result = message->data.result;
+        char* owner = nullptr;
+        curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &owner);
+        reinterpret_cast<Transfer*>(owner)->transferEnded(result);
+    }
+}
+
+void NetworkLoop::Private::noteArrival(Transfer& transfer) {
+    transfer.arrivalTurn_ = turns_;
+    if (!std::exchange(transfer.isSettling_, true))
+        settling_.push_back(&transfer);
+}
+
+void NetworkLoop::Private::markReady(Transfer& transfer) {
+    if (!std::exchange(transfer.isReady_, true))
+        ready_.push_back(&transfer);
+}
+
+void NetworkLoop::Private::settleArrivals() {
+    std::erase_if(settling_, [this](Transfer* transfer) {
+        if (transfer == nullptr)
+            return true;
+        const bool isSettled = transfer->settle(transfer->arrivalTurn_ != turns_);
+        transfer->isSettling_ = !isSettled;
+        return isSettled;
+    });
+}
+
+void NetworkLoop::Private::deliverReady() {
+    delivering_.swap(ready_);
+    for (std::size_t i = 0; i < delivering_.size(); ++i) {
+        Transfer* const transfer = delivering_[i];
+        if (transfer == nullptr)
+            continue;
+        transfer->isReady_ = false;
+        transfer->deliver();
+    }
+    delivering_.clear();
+}
+
+NetworkLoop::NetworkLoop(Clock& clock) : private_(std::make_unique<Private>(clock)) {}
+NetworkLoop::~NetworkLoop() = default;
+
+RunLoop& NetworkLoop::calls() {
+    return private_->calls;
+}
+
+void NetworkLoop::runUntil(const std::function<bool()>& done) {
+    do
+        private_->turn();
+    while (!done());
+}
+
+void NetworkLoop::wake() {
+    private_->wake();
+}
+
+NetworkThread::NetworkThread(Clock& clock)
+    : loop_(std::make_unique<NetworkLoop>(clock)),
+      thread_([this] { loop_->runUntil([this] { return isOver_; }); }) {}
+
+NetworkThread::~NetworkThread() {
+    loop_->calls().post([this] { isOver_ = true; });
+    thread_.join();
+}
+
+}  // namespace platform

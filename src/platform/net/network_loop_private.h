@@ -1,0 +1,88 @@
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <unordered_set>
+#include <vector>
+
+#include "platform/net/block_pool.h"
+#include "platform/net/curl_handles.h"
+#include "platform/net/http_read_stream.h"
+#include "platform/net/network_loop.h"
+
+namespace platform {
+
+/// What the network loop knows of an exchange that it drives.
+class Transfer {
+public:
+    Transfer() = default;
+    virtual ~Transfer() = default;
+    Transfer(const Transfer&) = delete;
+    Transfer& operator=(const Transfer&) = delete;
+
+    /// libcurl has no more to do with it; its handle is off the loop already.
+    virtual void transferEnded(CURLcode result) = 0;
+    /// Called outside of libcurl in the turn of an arrival, and in the following ones until it
+    /// answers true: it has been considered. `isQuiet`: nothing has arrived in this turn.
+    [[nodiscard]] virtual bool settle(bool isQuiet) = 0;
+    /// Tells the client what there is to tell. The transfer may die in it.
+    virtual void deliver() = 0;
+    /// The loop is going away, and the handle must be off it afterwards.
+    virtual void loopEnds() = 0;
+
+private:
+    friend class NetworkLoop::Private;
+    std::uint64_t arrivalTurn_ = 0;
+    bool isSettling_ = false;
+    bool isReady_ = false;
+};
+
+class NetworkLoop::Private {
+public:
+    explicit Private(Clock& clock);
+    ~Private();
+
+    void turn();
+    void wake();
+
+    /// False: libcurl refused.
+    [[nodiscard]] bool add(CURL* easy, Transfer& transfer);
+    void removeHandle(CURL* easy);
+    /// Its handle must be off already.
+    void remove(Transfer& transfer);
+
+    /// Something has come for it, or must be seen to: `settle` will be called. Also from inside of
+    /// libcurl's callbacks.
+    void noteArrival(Transfer& transfer);
+    /// `deliver` will be called, in this turn or the next.
+    void markReady(Transfer& transfer);
+
+    /// Inside of libcurl, where most of its calls are forbidden.
+    [[nodiscard]] bool isInsideCurl() const { return isInsideCurl_; }
+    [[nodiscard]] const std::shared_ptr<BlockPool>& blocks() const { return blocks_; }
+    [[nodiscard]] std::uint64_t turns() const { return turns_; }
+
+    void addIdentity(HTTPConnectionIdentity::Private& identity) { identities_.insert(&identity); }
+    void removeIdentity(HTTPConnectionIdentity::Private& identity) { identities_.erase(&identity); }
+
+    RunLoop calls;
+
+private:
+    [[nodiscard]] int pollTimeout() const;
+    void collectEnded();
+    void settleArrivals();
+    void deliverReady();
+
+    CurlMulti multi_;
+    int wakerToken_;
+    std::atomic<bool> isWoken_ = false;
+    std::atomic<std::uint64_t> turns_ = 0;
+    bool isInsideCurl_ = false;
+    std::shared_ptr<BlockPool> blocks_ = std::make_shared<BlockPool>();
+    std::unordered_set<Transfer*> transfers_;
+    std::unordered_set<HTTPConnectionIdentity::Private*> identities_;
+    // Null where a transfer has been taken out.
+    std::vector<Transfer*> settling_, ready_, delivering_;
+};
+
+}  // namespace platform

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QByteArray>
+#include <optional>
+#include <string_view>
+
+#include "platform/net/content_range.h"
+#include "platform/net/http_message.h"
+
+namespace platform {
+
+/// Makes the head of the final response out of the header lines of all responses that an exchange
+/// meets: interim ones, a proxy's to CONNECT, those of authentication rounds.
+class ResponseReader {
+public:
+    /// Which challenges the transport answers by itself.
+    struct Negotiates {
+        bool server = false, proxy = false;
+    };
+    ResponseReader(const AskedRange& asked, Negotiates negotiates)
+        : asked_(asked), negotiates_(negotiates) {}
+
+    /// What has come so far answered the proxy's part; the next head is the server's.
+    void requestStarts();
+    /// One line with its line break. False: give the exchange up; `refusal` says why, unless
+    /// authentication went in circles, where the last challenge stands as the response.
+    [[nodiscard]] bool takeLine(std::string_view line);
+    /// The head that was kept back, if any, is the final one. False: as for `takeLine`.
+    [[nodiscard]] bool bodyStarts();
+    /// The same, for an exchange that ended well, or went in circles, or whose tunnel was refused.
+    void end();
+
+    [[nodiscard]] const std::optional<HTTPResponseHead>& head() const { return head_; }
+    /// Why the response cannot be used. Empty: it can.
+    [[nodiscard]] const QString& refusal() const { return refusal_; }
+    /// Whether anything has come since the request was last sent.
+    [[nodiscard]] bool hasSeenAnswer() const { return hasSeenAnswer_; }
+    /// Whether the proxy said no to CONNECT.
+    [[nodiscard]] bool isTunnelRefused() const;
+    /// Length of the final response's body. Nothing: not announced.
+    [[nodiscard]] std::optional<std::uint64_t> announcedLength() const;
+
+private:
+    [[nodiscard]] bool endBlock();
+    [[nodiscard]] bool accept(HTTPResponseHead head);
+    [[nodiscard]] QString contradiction(const HTTPResponseHead& head) const;
+    [[nodiscard]] bool isAnsweredByTransport(int statusCode) const;
+
+    const AskedRange asked_;
+    const Negotiates negotiates_;
+    QByteArray block_;
+    bool isRequestSent_ = false;
+    bool hasSeenAnswer_ = false;
+    int rounds_ = 0;
+    std::optional<HTTPResponseHead> proxyHead_, heldHead_, head_;
+    QString refusal_;
+};
+
+}  // namespace platform

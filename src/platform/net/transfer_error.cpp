@@ -1,0 +1,109 @@
+#include "platform/net/transfer_error.h"
+
+#include <cerrno>
+
+#include "platform/net/http_read_stream.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace platform {
+
+namespace {
+
+struct Meaning {
+    const QString& domain;
+    int code;
+    QString text;
+};
+
+Meaning connectionLost() {
+    return {networkErrorDomain, networkErrorConnectionLost, u"The connection was lost"_s};
+}
+
+Meaning badResponse() {
+    return {networkErrorDomain, networkErrorBadServerResponse,
+            u"The server's response cannot be used"_s};
+}
+
+Meaning clientCertificate() {
+    return {securityErrorDomain, securityErrorClientCertificate,
+            u"The server refused the client certificate, or asks for one"_s};
+}
+
+/// libcurl reports these as a failed receive; only its words tell them from a lost connection.
+Meaning meaningOfReceiveError(const QString& reason) {
+    if (reason.contains("chunk"_L1, Qt::CaseInsensitive))
+        return badResponse();
+    // With TLS 1.3 the server's refusal comes after the handshake.
+    if (reason.contains("alert certificate required"_L1) ||
+        reason.contains("alert bad certificate"_L1) || reason.contains("alert unknown ca"_L1))
+        return clientCertificate();
+    return connectionLost();
+}
+
+Meaning meaningOf(CURLcode result, const QString& reason) {
+    switch (result) {
+        case CURLE_COULDNT_RESOLVE_HOST:
+            return {networkErrorDomain, networkErrorHostNotFound, u"The server was not found"_s};
+        case CURLE_COULDNT_RESOLVE_PROXY:
+            return {networkErrorDomain, networkErrorProxyNotFound, u"The proxy was not found"_s};
+        case CURLE_COULDNT_CONNECT:
+        case CURLE_PROXY:
+        case CURLE_INTERFACE_FAILED:
+            return {networkErrorDomain, networkErrorCannotConnect,
+                    u"No connection to the server could be made"_s};
+        case CURLE_OPERATION_TIMEDOUT:
+            return {networkErrorDomain, networkErrorTimedOut, u"No connection was made in time"_s};
+        case CURLE_SEND_ERROR:
+        case CURLE_RECV_ERROR:
+            return meaningOfReceiveError(reason);
+        case CURLE_GOT_NOTHING:
+            return connectionLost();
+        case CURLE_SSL_CERTPROBLEM:
+        case CURLE_SSL_CLIENTCERT:
+            return clientCertificate();
+        case CURLE_PEER_FAILED_VERIFICATION:
+        case CURLE_SSL_CACERT_BADFILE:
+        case CURLE_SSL_ISSUER_ERROR:
+        case CURLE_SSL_CRL_BADFILE:
+        case CURLE_SSL_INVALIDCERTSTATUS:
+        case CURLE_SSL_PINNEDPUBKEYNOTMATCH:
+            return {securityErrorDomain, securityErrorCertificate,
+                    u"The server's certificate cannot be trusted"_s};
+        case CURLE_SSL_CONNECT_ERROR:
+        case CURLE_SSL_CIPHER:
+        case CURLE_SSL_ENGINE_NOTFOUND:
+        case CURLE_SSL_ENGINE_SETFAILED:
+        case CURLE_SSL_ENGINE_INITFAILED:
+        case CURLE_SSL_SHUTDOWN_FAILED:
+        case CURLE_USE_SSL_FAILED:
+            return {securityErrorDomain, securityErrorHandshake,
+                    u"No secure connection could be agreed upon"_s};
+        case CURLE_SEND_FAIL_REWIND:
+            return {posixErrorDomain, ESPIPE,
+                    u"The body of the request cannot be sent a second time"_s};
+        case CURLE_OUT_OF_MEMORY:
+            return {posixErrorDomain, ENOMEM, u"There is not enough memory"_s};
+        default:
+            return badResponse();
+    }
+}
+
+}  // namespace
+
+Error badResponseError(const QString& why) {
+    const Meaning meaning = badResponse();
+    return {meaning.domain, meaning.code, u"%1: %2"_s.arg(meaning.text, why), nullptr};
+}
+
+Error brokenReusedConnectionError() {
+    return {posixErrorDomain, EPIPE, u"broken pipe on a reused connection"_s, nullptr};
+}
+
+Error errorForResult(CURLcode result, const QString& reason) {
+    const Meaning meaning = meaningOf(result, reason);
+    const QString why = reason.isEmpty() ? QString::fromUtf8(curl_easy_strerror(result)) : reason;
+    return {meaning.domain, meaning.code, u"%1: %2"_s.arg(meaning.text, why), nullptr};
+}
+
+}  // namespace platform

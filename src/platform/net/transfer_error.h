@@ -1,0 +1,16 @@
+#pragma once
+
+#include <curl/curl.h>
+
+#include "platform/base/error.h"
+
+namespace platform {
+
+/// The response broke a rule; `why` in plain words.
+[[nodiscard]] Error badResponseError(const QString& why);
+/// The server hung up on a connection that it had kept open, before it answered.
+[[nodiscard]] Error brokenReusedConnectionError();
+/// What a result that is not CURLE_OK means. `reason`: libcurl's own words, possibly empty.
+[[nodiscard]] Error errorForResult(CURLcode result, const QString& reason);
+
+}  // namespace platform
