@@ -59,7 +59,8 @@ bool isDiacritic(QChar unit) {
 }
 
 QString folded(const QString& text) {
-    QString result = withoutWidth(text).toCaseFolded().normalized(QString::NormalizationForm_D);
+    // Upper case, since that also spells out the letters that have none (sharp s).
+    QString result = withoutWidth(text).toUpper().normalized(QString::NormalizationForm_D);
     result.removeIf(isDiacritic);
     // Marks that remain join their letter again, or the bare letter would be found in it.
     return result.normalized(QString::NormalizationForm_C);
