@@ -12,18 +12,6 @@ namespace {
 /// In the background, over pages of many megabytes.
 constexpr platform::Seconds pageTimeLimit = 10;
 
-/// What a match yields.
-QString yieldOf(const platform::RegularExpression::Match& match, const QString& text) {
-    QString yield;
-    const std::size_t first = match.groups.size() > 1 ? 1 : 0;
-    for (std::size_t group = first; group < match.groups.size(); ++group) {
-        if (const auto& range = match.groups[group]) {
-            yield += QStringView(text).mid(range->start, range->length);
-        }
-    }
-    return yield;
-}
-
 }  // namespace
 
 DownloadPageExpression::DownloadPageExpression(QString pattern,
@@ -65,7 +53,7 @@ void DownloadPageExpression::forEachYield(const QString& text,
                                           const std::function<bool(const QString&)>& visit) const {
     const platform::RegularExpression expression = expression_;
     for (const auto& match : expression.matches(text)) {
-        const QString yield = yieldOf(match, text);
+        const QString yield = capturedText(match, text);
         if (!yield.isEmpty() && !visit(yield)) {
             break;
         }

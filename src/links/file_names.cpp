@@ -27,16 +27,6 @@ PatternSubject patternSubject(const QString& pattern, const QString& address,
     return {pattern.mid(length), title.isEmpty() ? address : title};
 }
 
-QString textOfGroups(const QString& subject, const platform::RegularExpression::Match& match) {
-    QString text;
-    const std::size_t first = match.groups.size() > 1 ? 1 : 0;
-    for (std::size_t index = first; index < match.groups.size(); ++index) {
-        if (const auto& range = match.groups[index])
-            text.append(QStringView(subject).sliced(range->start, range->length));
-    }
-    return text;
-}
-
 QString nameByPattern(const QString& pattern, const QString& address, const QString& title) {
     if (pattern.isEmpty())
         return {};
@@ -46,7 +36,7 @@ QString nameByPattern(const QString& pattern, const QString& address, const QStr
         return {};
     QString captured;
     for (const auto& match : expression->matches(chosen.subject))
-        captured.append(textOfGroups(chosen.subject, match));
+        captured.append(capturedText(match, chosen.subject));
     return trimmedString(
         cleanFilename(stringByReplacingPlusAndPercentEscapesIfNecessary(captured)));
 }

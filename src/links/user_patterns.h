@@ -15,4 +15,9 @@ inline constexpr platform::Seconds userPatternTimeLimit = 0.2;
 [[nodiscard]] std::optional<platform::RegularExpression> compiledUserPattern(
     const QString& pattern);
 
+/// What a match of a user's expression yields: its groups one after the other, or all of it if the
+/// expression has none.
+[[nodiscard]] QString capturedText(const platform::RegularExpression::Match& match,
+                                   const QString& subject);
+
 }  // namespace links
