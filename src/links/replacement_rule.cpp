@@ -9,8 +9,8 @@ using namespace Qt::Literals::StringLiterals;
 namespace links {
 namespace {
 
-/// So many times may a rule run out of time: a hundred thousand addresses must not each wait.
-constexpr int mostTimeOuts = 5;
+/// So many times may a rule fail: a hundred thousand addresses must not each wait for it.
+constexpr int mostFailures = 5;
 
 bool isText(const QVariant& value) {
     return value.typeId() == QMetaType::QString;
@@ -65,19 +65,19 @@ void ReplacementRule::apply(QString& text) const {
 }
 
 void ReplacementRule::applyExpression(QString& text) const {
-    if ((precheck_ && !precheck_(text)) || timeOuts_ >= mostTimeOuts)
+    if ((precheck_ && !precheck_(text)) || failures_ >= mostFailures)
         return;
     // A copy, since one object serves one thread at a time.
     const platform::RegularExpression expression = *expression_;
     if (auto replaced = expression.replaceAll(text, replacement_))
         text = std::move(*replaced);
-    else if (expression.timedOut())
-        noteTimeOut();
+    else
+        noteFailure();
 }
 
-void ReplacementRule::noteTimeOut() const {
-    if (timeOuts_++ == 0)
-        platform::log(u"replacement rule takes too long and is ignored: "_s + query_,
+void ReplacementRule::noteFailure() const {
+    if (failures_++ == 0)
+        platform::log(u"replacement rule cannot be applied or takes too long: "_s + query_,
                       platform::LogLevel::Warning);
 }
 

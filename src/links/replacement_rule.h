@@ -32,14 +32,14 @@ private:
     };
 
     void applyExpression(QString& text) const;
-    void noteTimeOut() const;
+    void noteFailure() const;
 
     Kind kind_ = Kind::Useless;
     QString query_;
     QString replacement_;
     Precheck precheck_ = nullptr;
     std::optional<platform::RegularExpression> expression_;
-    mutable std::atomic<int> timeOuts_ = 0;
+    mutable std::atomic<int> failures_ = 0;
 };
 
 }  // namespace links
