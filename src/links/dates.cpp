@@ -6,6 +6,8 @@
 #include <unicode/smpdtfmt.h>
 
 #include <QTimeZone>
+#include <array>
+#include <map>
 #include <memory>
 
 #include "links/formatting_locale.h"
@@ -26,8 +28,7 @@ icu::UnicodeString toICU(const QString& text) {
 }
 
 icu::Locale localeNamed(const QString& name) {
-    const QString chosen = name.isEmpty() ? dateLocaleName() : name;
-    return icu::Locale(chosen.toLatin1().constData());
+    return icu::Locale(name.toLatin1().constData());
 }
 
 /// The zone that Qt takes for local, which unlike ICU's own follows a change of the system's zone.
@@ -39,18 +40,6 @@ std::unique_ptr<icu::TimeZone> localTimeZone(const QDateTime& date) {
     return std::make_unique<icu::SimpleTimeZone>(date.toLocalTime().offsetFromUtc() * 1000, id);
 }
 
-QString formatted(const QDateTime& date, const icu::UnicodeString& format,
-                  const icu::Locale& locale) {
-    UErrorCode failure = U_ZERO_ERROR;
-    icu::SimpleDateFormat formatter(format, locale, failure);
-    if (U_FAILURE(failure))
-        return {};
-    formatter.adoptTimeZone(localTimeZone(date).release());
-    icu::UnicodeString text;
-    formatter.format(static_cast<UDate>(date.toMSecsSinceEpoch()), text);
-    return fromICU(text);
-}
-
 QString patternOf(const icu::DateFormat* format) {
     icu::UnicodeString pattern;
     if (const auto* simple = dynamic_cast<const icu::SimpleDateFormat*>(format))
@@ -59,39 +48,64 @@ QString patternOf(const icu::DateFormat* format) {
 }
 
 /// What the locale calls a day so many days before today; empty: it has no word for that.
-QString wordForDay(qint64 daysAgo, const icu::Locale& locale) {
-    UDateDirection direction = UDAT_DIRECTION_THIS;
-    if (daysAgo == 1)
-        direction = UDAT_DIRECTION_LAST;
-    else if (daysAgo == 2)
-        direction = UDAT_DIRECTION_LAST_2;
-    else if (daysAgo != 0)
-        return {};
+QString wordForDay(std::size_t daysAgo, const icu::Locale& locale) {
+    static constexpr std::array directions{UDAT_DIRECTION_THIS, UDAT_DIRECTION_LAST,
+                                           UDAT_DIRECTION_LAST_2};
     UErrorCode failure = U_ZERO_ERROR;
-    const icu::RelativeDateTimeFormatter formatter(locale, nullptr, UDAT_STYLE_LONG,
-                                                   UDISPCTX_CAPITALIZATION_FOR_STANDALONE, failure);
+    const icu::RelativeDateTimeFormatter formatter(locale, failure);
     icu::UnicodeString word;
-    if (U_SUCCESS(failure))
-        formatter.format(direction, UDAT_ABSOLUTE_DAY, word, failure);
+    formatter.format(directions.at(daysAgo), UDAT_ABSOLUTE_DAY, word, failure);
     return U_SUCCESS(failure) ? fromICU(word) : QString();
 }
 
-/// A full date and a short time, with a word in place of the date where there is one. ICU's own
-/// relative formats ask the system for the time, which ours must not.
-QString relativeDescription(const QDateTime& date, const QDateTime& now,
-                            const icu::Locale& locale) {
-    using Format = icu::DateFormat;
-    const std::unique_ptr<Format> both(
-        Format::createDateTimeInstance(Format::kFull, Format::kShort, locale));
-    QString pattern = patternOf(both.get());
-    const qint64 daysAgo = date.toLocalTime().date().daysTo(now.toLocalTime().date());
-    QString word = wordForDay(daysAgo, locale);
-    if (!word.isEmpty()) {
+/// The date formats of one locale, kept because setting them up costs far more than using them.
+class LocaleDateFormats {
+public:
+    explicit LocaleDateFormats(const icu::Locale& locale)
+        : formatter_(icu::UnicodeString(u"y"), locale, failure_) {
+        using Format = icu::DateFormat;
+        const std::unique_ptr<Format> both(
+            Format::createDateTimeInstance(Format::kFull, Format::kShort, locale));
         const std::unique_ptr<Format> day(Format::createDateInstance(Format::kFull, locale));
-        const QString quoted = u'\'' + word.replace(u"'"_s, u"''"_s) + u'\'';
-        pattern.replace(patternOf(day.get()), quoted);
+        dateAndTime_ = patternOf(both.get());
+        for (std::size_t daysAgo = 0; daysAgo < relativeDateAndTime_.size(); ++daysAgo) {
+            QString word = wordForDay(daysAgo, locale);
+            QString& pattern = relativeDateAndTime_[daysAgo] = dateAndTime_;
+            if (!word.isEmpty())
+                pattern.replace(patternOf(day.get()),
+                                u'\'' + word.replace(u"'"_s, u"''"_s) + u'\'');
+        }
     }
-    return formatted(date, toICU(pattern), locale);
+
+    /// A full date and a short time, for a day before today the date by its word if there is one.
+    /// ICU's own relative formats ask the system for the time, which ours must not.
+    [[nodiscard]] const QString& dateAndTime(qint64 daysAgo) const {
+        const auto index = static_cast<std::size_t>(daysAgo);
+        return index < relativeDateAndTime_.size() ? relativeDateAndTime_[index] : dateAndTime_;
+    }
+
+    /// Empty: the format is malformed.
+    [[nodiscard]] QString string(const QDateTime& date, const QString& format) {
+        UErrorCode failure = failure_;
+        formatter_.applyPattern(toICU(format));
+        formatter_.adoptTimeZone(localTimeZone(date).release());
+        icu::UnicodeString text;
+        formatter_.format(static_cast<UDate>(date.toMSecsSinceEpoch()), text, nullptr, failure);
+        return U_SUCCESS(failure) ? fromICU(text) : QString();
+    }
+
+private:
+    /// Of setting up the formatter.
+    UErrorCode failure_ = U_ZERO_ERROR;
+    QString dateAndTime_;
+    std::array<QString, 3> relativeDateAndTime_;
+    icu::SimpleDateFormat formatter_;
+};
+
+LocaleDateFormats& formatsOf(const QString& localeName) {
+    static std::map<QString, LocaleDateFormats> formats;
+    const QString name = localeName.isEmpty() ? dateLocaleName() : localeName;
+    return formats.try_emplace(name, localeNamed(name)).first->second;
 }
 
 }  // namespace
@@ -104,18 +118,21 @@ QString fuzzyDescription(const QDateTime& date, const QDateTime& now, const QStr
         return localized("1 minute ago");
     if (seconds < 660)
         return filledFormat(localized("%d minutes ago"), {QString::number(seconds / 60)});
-    return relativeDescription(date, now, localeNamed(localeName));
+    const qint64 daysAgo = date.toLocalTime().date().daysTo(now.toLocalTime().date());
+    LocaleDateFormats& formats = formatsOf(localeName);
+    return formats.string(date, formats.dateAndTime(daysAgo));
 }
 
 QString dateStringWithFormat(const QDateTime& date, const QString& format,
                              const QString& localeName) {
-    return formatted(date, toICU(format), localeNamed(localeName));
+    return formatsOf(localeName).string(date, format);
 }
 
 QString dateFormatFromTemplate(const QString& templateText, const QString& localeName) {
     UErrorCode failure = U_ZERO_ERROR;
     const std::unique_ptr<icu::DateTimePatternGenerator> generator(
-        icu::DateTimePatternGenerator::createInstance(localeNamed(localeName), failure));
+        icu::DateTimePatternGenerator::createInstance(
+            localeNamed(localeName.isEmpty() ? dateLocaleName() : localeName), failure));
     if (U_FAILURE(failure))
         return {};
     return fromICU(generator->getBestPattern(toICU(templateText), failure));
