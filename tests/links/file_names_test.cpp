@@ -1,0 +1,214 @@
+#include "links/file_names.h"
+
+#include <gtest/gtest.h>
+
+#include "links/anonymized_names.h"
+#include "links/path_components.h"
+#include "links/safe_file_name.h"
+#include "platform/net/url.h"
+#include "support/printers.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+struct Case {
+    QString given;
+    QString expected;
+};
+
+TEST(FileNames, FilenameOfURL) {
+    const Case cases[] = {
+        {u"http://host/a+b%20c.zip"_s, u"a b c.zip"_s},
+        {u"http://host/dir/x.zip?y=1#z"_s, u"x.zip"_s},
+        {u"http://host/dir/"_s, u"dir"_s},
+        {u"http://host/"_s, u"host"_s},
+        {u"http://www.a.example/"_s, u"a-example"_s},
+        {u"http://cdn.www.a.example/"_s, u"a-example"_s},
+        {u"http://host/%E4.zip"_s, u"ä.zip"_s},
+        {u"http://host/100%25"_s, u"100%"_s},
+        {u"http://host/download.php%3Fid=7"_s, u"download.php"_s},
+        {u"http://host/get%3Ffile=a.zip"_s, u"get?file=a.zip"_s},
+        {u"mailto:"_s, u"-"_s},
+    };
+    for (const Case& c : cases) {
+        const auto url = platform::Url::parse(c.given);
+        ASSERT_TRUE(url) << qPrintable(c.given);
+        EXPECT_EQ(links::filename(*url), c.expected) << qPrintable(c.given);
+    }
+}
+
+TEST(FileNames, FilenameByPattern) {
+    struct PatternCase {
+        QString pattern;
+        QString title;
+        QString expected;
+    };
+    const PatternCase cases[] = {
+        {u"title: (.*) - Site"_s, u"Foo - Site"_s, u"Foo"_s},
+        {u" TITLE :(.*)"_s, u"a/b"_s, u"a|b"_s},
+        {u"title:q=(\\w+)"_s, {}, u"One"_s},
+        {u"q=(\\w+)&n=(\\d+)|ignored(x)"_s, {}, u"One2"_s},
+        {u"\\d"_s, {}, u"23"_s},
+        {u"title:"_s, u"Foo"_s, u"page.html"_s},
+        {u"nowhere"_s, u"Foo"_s, u"page.html"_s},
+        {u"(unclosed"_s, u"Foo"_s, u"page.html"_s},
+        {u"q=()"_s, u"Foo"_s, u"page.html"_s},
+    };
+    const auto url = platform::Url::parse(u"http://host/page.html?q=One&n=2%3"_s)
+                         .value_or(*platform::Url::parse(u"http://host/page.html?q=One&n=2&m=3"_s));
+    for (const PatternCase& c : cases) {
+        EXPECT_EQ(links::filenameWithPreservedNamePattern(url, c.pattern, c.title), c.expected)
+            << qPrintable(c.pattern);
+    }
+}
+
+TEST(FileNames, PatternWithoutEndCountsAsNotMatching) {
+    const QString title(40, u'a');
+    const auto url = platform::Url::parse(u"http://host/x.zip"_s);
+    EXPECT_EQ(links::filenameWithPreservedNamePattern(*url, u"title:((a+)+)+$b"_s, title + u'!'),
+              u"x.zip");
+}
+
+TEST(FileNames, CleanFilename) {
+    const Case cases[] = {
+        {u".hidden."_s, u"_hidden_"_s},
+        {u"a:b*c"_s, u"a_b_c"_s},
+        {u" a\tb\r\n "_s, u"a b"_s},
+        {u"a/b"_s, u"a|b"_s},
+        {u"a\nb\rc"_s, u"abc"_s},
+        {u"..."_s, u"_._"_s},
+        {u"."_s, u"_"_s},
+        {u"?\"<>|\\"_s, u"?\"<>|\\"_s},
+        {u" "_s, u""_s},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(links::cleanFilename(c.given), c.expected) << qPrintable(c.given);
+}
+
+TEST(FileNames, CleanRelativePath) {
+    const Case cases[] = {{u"//a///b/"_s, u"a/b"_s},
+                          {u"2024/01:02"_s, u"2024/01_02"_s},
+                          {u"../x"_s, u"_./x"_s},
+                          {u"///"_s, u""_s}};
+    for (const Case& c : cases) {
+        EXPECT_EQ(links::cleanPathByReplacingDashesWithString(c.given, std::nullopt), c.expected)
+            << qPrintable(c.given);
+    }
+}
+
+TEST(FileNames, NegligibleNames) {
+    for (const QString& name :
+         {u".DS_Store"_s, u"_DS_Store"_s, u"Archive.OrlopInfo"_s, u"Icon\r"_s})
+        EXPECT_TRUE(links::isNegligibleFilename(name)) << qPrintable(name);
+    for (const QString& name : {u""_s, u"a"_s, u"orlopinfo"_s, u"x_ds_store"_s})
+        EXPECT_FALSE(links::isNegligibleFilename(name)) << qPrintable(name);
+}
+
+TEST(FileNames, SafeFileName) {
+    const QString nul(QChar(u'\0'));
+    const Case cases[] = {
+        {u"plain name.zip"_s, u"plain name.zip"_s},
+        {u""_s, u"-"_s},
+        {u"."_s, u"_"_s},
+        {u".."_s, u"__"_s},
+        {u"../../etc/passwd"_s, u"_.|..|etc|passwd"_s},
+        {u"/"_s, u"|"_s},
+        {u"a"_s + nul + u"b\u0007\u0085\u2028.zip"_s, u"ab.zip"_s},
+        {u"photo\u202Egpj.exe"_s, u"photogpj.exe"_s},
+        {u"\u200E.hidden"_s, u"_hidden"_s},
+        {u"\u2066\u200F "_s, u"-"_s},
+        {u"a\tb"_s, u"a b"_s},
+        {u"x.zip.orlop-xf-1"_s, u"x.zip_orlop-xf-1"_s},
+        {u"x.ORLOP-RF-2.zip"_s, u"x_orlop-rf-2.zip"_s},
+        {u"Archive.orlopinfo"_s, u"Archive_orlopinfo"_s},
+        {u"x\xD800y"_s, u"x?y"_s},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(links::safeFileName(c.given), c.expected) << qPrintable(c.given);
+        EXPECT_EQ(links::safeFileName(c.expected), c.expected) << qPrintable(c.given);
+    }
+}
+
+TEST(FileNames, LongNamesAreCutAtCharacterBoundaries) {
+    struct LengthCase {
+        QString name;
+        qsizetype reserved;
+        QString ending;
+    };
+    const QString emoji = u"\U0001F4BE"_s;
+    const LengthCase cases[] = {
+        {QString(300, u'a') + u".zip"_s, 0, u".zip"_s},
+        {QString(300, u'ä') + u".zip"_s, 48, u".zip"_s},
+        {emoji.repeated(100) + u".tar.gz"_s, 7, u".gz"_s},
+        {emoji.repeated(100), 0, emoji},
+        {u"a."_s + QString(300, u'x'), 0, u"x"_s},
+        {QString(250, u'a') + u"    . .zip"_s, 0, u"a.zip"_s},
+    };
+    for (const LengthCase& c : cases) {
+        const QString safe = links::safeFileName(c.name, c.reserved);
+        EXPECT_LE(safe.toUtf8().size(), links::maximumFileNameBytes - c.reserved);
+        EXPECT_GT(safe.toUtf8().size(), links::maximumFileNameBytes - c.reserved - 8);
+        EXPECT_TRUE(safe.endsWith(c.ending)) << qPrintable(safe);
+        EXPECT_TRUE(safe.isValidUtf16());
+        EXPECT_EQ(links::safeFileName(safe, c.reserved), safe);
+    }
+    EXPECT_EQ(links::fittedFileName(QString(300, u'.')).size(), 255);
+}
+
+TEST(FileNames, AnonymizedNames) {
+    struct AnonymousCase {
+        QString name;
+        bool preserves;
+        bool upper;
+        QString expected;
+    };
+    const AnonymousCase cases[] = {
+        {u""_s, true, true, u""_s},
+        {u"a.zip"_s, true, true, u"A…zip"_s},
+        {u"Movie 2.mkv"_s, true, false, u"M…·····2.mkv"_s},
+        {u"movie 2.mkv"_s, false, true, u"M…·····2····"_s},
+        {u"x"_s, false, false, u"x…"_s},
+        {u"\U0001F4BE\U0001F4BE7"_s, true, true, u"\U0001F4BE…·7"_s},
+    };
+    for (const AnonymousCase& c : cases) {
+        EXPECT_EQ(links::anonymizedStringPreservingExtension(c.name, c.preserves, c.upper),
+                  c.expected);
+    }
+}
+
+TEST(FileNames, PathComponents) {
+    struct PathCase {
+        QString path;
+        QString last;
+        QString folder;
+        QString extension;
+        QString withoutExtension;
+    };
+    const PathCase cases[] = {
+        {u"/a/b.c.d"_s, u"b.c.d"_s, u"/a"_s, u"d"_s, u"/a/b.c"_s},
+        {u"/a.x/b/"_s, u"b"_s, u"/a.x"_s, u""_s, u"/a.x/b"_s},
+        {u"/a"_s, u"a"_s, u"/"_s, u""_s, u"/a"_s},
+        {u"/"_s, u"/"_s, u"/"_s, u""_s, u"/"_s},
+        {u""_s, u""_s, u""_s, u""_s, u""_s},
+        {u"a.zip"_s, u"a.zip"_s, u""_s, u"zip"_s, u"a"_s},
+        {u".profile"_s, u".profile"_s, u""_s, u""_s, u".profile"_s},
+        {u"a."_s, u"a."_s, u""_s, u""_s, u"a."_s},
+        {u"/a//b"_s, u"b"_s, u"/a"_s, u""_s, u"/a//b"_s},
+    };
+    for (const PathCase& c : cases) {
+        SCOPED_TRACE(qPrintable(c.path));
+        EXPECT_EQ(links::lastPathComponent(c.path), c.last);
+        EXPECT_EQ(links::stringByDeletingLastPathComponent(c.path), c.folder);
+        EXPECT_EQ(links::pathExtension(c.path), c.extension);
+        EXPECT_EQ(links::stringByDeletingPathExtension(c.path), c.withoutExtension);
+    }
+    EXPECT_EQ(links::stringByAppendingPathComponent(u"/"_s, u"/a/"_s), u"/a");
+    EXPECT_EQ(links::stringByAppendingPathComponent(u"/a/"_s, u"b"_s), u"/a/b");
+    EXPECT_EQ(links::stringByAppendingPathComponent(u""_s, u"b"_s), u"b");
+    EXPECT_EQ(links::stringByAppendingPathComponent(u"/a"_s, u""_s), u"/a");
+    EXPECT_EQ(links::stringByAppendingPathExtension(u"/a/"_s, u"b"_s), u"/a.b");
+    EXPECT_EQ(links::stringByAppendingPathExtension(u"/"_s, u"b"_s), u"/");
+}
+
+}  // namespace
