@@ -1,0 +1,44 @@
+#include <QString>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+
+#include "links/file_names.h"
+#include "links/percent_escapes.h"
+#include "links/safe_file_name.h"
+#include "links/url_unescaping.h"
+
+namespace {
+
+void require(bool condition) {
+    if (!condition)
+        std::abort();
+}
+
+void checkSafeName(const QString& name, qsizetype reserved) {
+    const QString safe = links::safeFileName(name, reserved);
+    require(!safe.isEmpty() && safe != u"." && safe != u"..");
+    require(!safe.contains(u'/') && !safe.contains(QChar(u'\0')));
+    require(safe.isValidUtf16());
+    require(safe.toUtf8().size() <= links::maximumFileNameBytes - reserved);
+    require(!links::isNegligibleFilename(safe) || safe == u"_ds_store");
+    require(links::safeFileName(safe, reserved) == safe);
+}
+
+}  // namespace
+
+/// Escapes of any kind, in addresses and in names. The bytes are UTF-16, so that halves of
+/// surrogate pairs come up too.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
+    QString wide(bytes.size() / 2, QChar(u' '));
+    std::copy_n(bytes.constData(), wide.size() * 2, reinterpret_cast<char*>(wide.data()));
+    for (const QString& text : {QString::fromUtf8(bytes), wide}) {
+        const QString decoded = links::stringByReplacingPlusAndPercentEscapesIfNecessary(text);
+        require(decoded.size() <= text.size());
+        static_cast<void>(links::unescacpedURLStringWithReplacementsApplied(text, true));
+        checkSafeName(decoded, 0);
+        checkSafeName(text, links::partialFileSuffixBytes);
+    }
+    return 0;
+}

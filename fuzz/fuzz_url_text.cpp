@@ -1,0 +1,31 @@
+#include <QString>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+
+#include "links/percent_escapes.h"
+#include "links/url_candidates.h"
+#include "platform/net/url.h"
+
+/// Text as pasted or dropped: no more than a bounded number of candidates is asked for, each made
+/// into an address as intake does.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    constexpr int mostCandidates = 200;
+    const QString text =
+        QString::fromUtf8(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
+    auto candidates = links::URLCandidates::fromString(text, size % 2 == 0);
+    for (int count = 0; count < mostCandidates; ++count) {
+        const auto candidate = candidates.next();
+        if (!candidate)
+            break;
+        const auto encoded = links::URLEncodedString(*candidate);
+        if (!encoded)
+            continue;
+        // What has been escaped once is made of legal characters only.
+        if (links::URLEncodedString(*encoded) != *encoded)
+            std::abort();
+        static_cast<void>(platform::Url::parse(*candidate));
+        static_cast<void>(platform::Url::parse(*encoded));
+    }
+    return 0;
+}
