@@ -1,0 +1,49 @@
+#include <QApplication>
+#include <cstdio>
+#include <memory>
+
+#include "app/application.h"
+#include "app/main_controller.h"
+#include "platform/base/arguments.h"
+#include "ui/art/icons.h"
+#include "ui/window/desktop_front_end.h"
+#include "ui/window/main_window.h"
+
+int main(int argumentCount, char** argumentValues) {
+    // Qt would take arguments with one dash for its own; they are settings here.
+    int ownArguments = 1;
+    QApplication application(ownArguments, argumentValues);
+    QApplication::setApplicationName(QStringLiteral("Orlop"));
+    QApplication::setApplicationVersion(QStringLiteral(ORLOP_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral("com.tarnworks.Orlop"));
+    QApplication::setWindowIcon(ui::applicationIcon());
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    QStringList arguments;
+    for (int index = 1; index < argumentCount; ++index) {
+        arguments.push_back(QString::fromLocal8Bit(argumentValues[index]));
+    }
+    const platform::ParsedArguments parsed = platform::parseArguments(arguments);
+
+    ui::DesktopFrontEnd frontEnd;
+    std::unique_ptr<ui::MainWindow> window;
+    app::Application core({parsed.defaults, parsed.rest});
+    const auto start = core.start(frontEnd.frontEnd(), [&](app::DQMainController& controller) {
+        window = std::make_unique<ui::MainWindow>(controller);
+        frontEnd.setWindow(window.get(), &controller);
+    });
+    if (start.outcome != app::Application::Start::Outcome::Started) {
+        if (!start.problem.isEmpty()) {
+            std::fprintf(stderr, "orlop: %s\n", qUtf8Printable(start.problem));
+        }
+        return start.outcome == app::Application::Start::Outcome::Failed ? 1 : 0;
+    }
+    core.setActivationHandler([&](const QString&) { frontEnd.showDownloadWindow(true); });
+    QObject::connect(&core.controller(), &app::DQMainController::terminated, &application,
+                     &QCoreApplication::quit, Qt::QueuedConnection);
+    const int status = QApplication::exec();
+    frontEnd.setWindow(nullptr, nullptr);
+    window.reset();
+    core.stop();
+    return status;
+}

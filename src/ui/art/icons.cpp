@@ -1,0 +1,126 @@
+#include "ui/art/icons.h"
+
+#include <QFile>
+#include <QGuiApplication>
+#include <QHash>
+#include <QIconEngine>
+#include <QPainter>
+#include <QPalette>
+#include <QSvgRenderer>
+#include <cmath>
+
+#include "ui/art/file_type_icon.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace ui {
+namespace {
+
+QPixmap blankPixmap(int size, qreal ratio) {
+    const int pixels = static_cast<int>(std::ceil(size * ratio));
+    QPixmap pixmap(pixels, pixels);
+    pixmap.setDevicePixelRatio(ratio);
+    pixmap.fill(Qt::transparent);
+    return pixmap;
+}
+
+QPixmap renderedPixmap(const QString& path, int size, qreal ratio) {
+    QPixmap pixmap = blankPixmap(size, ratio);
+    QSvgRenderer renderer(path);
+    QPainter painter(&pixmap);
+    renderer.render(&painter, QRectF(0, 0, size, size));
+    return pixmap;
+}
+
+QString actionPath(const QString& name) {
+    return u":/icons/actions/%1.svg"_s.arg(name);
+}
+
+/// Paints a symbolic drawing in the text colour of the palette in force.
+class SymbolIconEngine final : public QIconEngine {
+public:
+    explicit SymbolIconEngine(QString name) : name_(std::move(name)) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
+        const qreal ratio = painter->device()->devicePixelRatioF();
+        painter->drawPixmap(rect.topLeft(), pixmapFor(rect.size(), ratio, mode));
+    }
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State) override {
+        return pixmapFor(size, 1.0, mode);
+    }
+    QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State, qreal scale) override {
+        return pixmapFor(size / scale, scale, mode);
+    }
+    [[nodiscard]] QIconEngine* clone() const override { return new SymbolIconEngine(name_); }
+
+private:
+    [[nodiscard]] QPixmap pixmapFor(const QSize& size, qreal ratio, QIcon::Mode mode) const {
+        const QPalette palette = QGuiApplication::palette();
+        const QPalette::ColorGroup group =
+            mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
+        const QPalette::ColorRole role =
+            mode == QIcon::Selected ? QPalette::HighlightedText : QPalette::ButtonText;
+        return symbolPixmap(name_, palette.color(group, role), qMin(size.width(), size.height()),
+                            ratio);
+    }
+
+    QString name_;
+};
+
+}  // namespace
+
+QPixmap symbolPixmap(const QString& name, const QColor& color, int size, qreal devicePixelRatio) {
+    static QHash<QString, QPixmap> cache;
+    const QString key =
+        u"%1/%2/%3/%4"_s.arg(name, color.name(QColor::HexArgb)).arg(size).arg(devicePixelRatio);
+    const auto found = cache.constFind(key);
+    if (found != cache.constEnd()) {
+        return *found;
+    }
+    QPixmap pixmap = renderedPixmap(actionPath(name), size, devicePixelRatio);
+    QPainter painter(&pixmap);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(QRect(0, 0, size, size), color);
+    painter.end();
+    cache.insert(key, pixmap);
+    return pixmap;
+}
+
+QPixmap colouredPixmap(const QString& name, int size, qreal devicePixelRatio) {
+    static QHash<QString, QPixmap> cache;
+    const QString key = u"%1/%2/%3"_s.arg(name).arg(size).arg(devicePixelRatio);
+    QPixmap& pixmap = cache[key];
+    if (pixmap.isNull()) {
+        const QString appPath = u":/icons/app/%1.svg"_s.arg(name);
+        pixmap = renderedPixmap(QFile::exists(appPath) ? appPath : actionPath(name), size,
+                                devicePixelRatio);
+    }
+    return pixmap;
+}
+
+QIcon symbolIcon(const QString& name) {
+    return QIcon(new SymbolIconEngine(name));
+}
+
+QIcon applicationIcon() {
+    QIcon icon;
+    for (const int size : {16, 22, 24, 32, 48, 64, 128, 256}) {
+        icon.addPixmap(colouredPixmap(u"orlop"_s, size, 1.0));
+    }
+    return icon;
+}
+
+QPixmap fileTypePixmap(const QString& extension, int size, qreal devicePixelRatio) {
+    static QHash<QString, QPixmap> cache;
+    const QString key = u"%1/%2/%3"_s.arg(extension).arg(size).arg(devicePixelRatio);
+    QPixmap& pixmap = cache[key];
+    if (pixmap.isNull()) {
+        pixmap = blankPixmap(size, devicePixelRatio);
+        QPainter painter(&pixmap);
+        painter.setRenderHint(QPainter::Antialiasing);
+        paintFileTypeIcon(painter, QRectF(0, 0, size, size), extension);
+    }
+    return pixmap;
+}
+
+}  // namespace ui

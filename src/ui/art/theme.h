@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QColor>
+#include <QPalette>
+
+namespace ui {
+
+enum class ProgressBarStyle;
+
+/// Colours that the program adds to the desktop's palette, all derived from it, so that light,
+/// dark and high-contrast desktops stay what they are.
+[[nodiscard]] bool isDark(const QPalette& palette);
+[[nodiscard]] QColor separatorColor(const QPalette& palette);
+
+struct ProgressColors {
+    QColor top, bottom;
+};
+/// `active` is false for progress that has stopped, which is grey.
+[[nodiscard]] ProgressColors progressColors(const QPalette& palette, ProgressBarStyle style,
+                                            bool isSelected, bool active);
+
+}  // namespace ui

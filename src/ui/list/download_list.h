@@ -1,0 +1,99 @@
+#pragma once
+
+#include <QListView>
+#include <QTimer>
+#include <memory>
+
+#include "engine/download.h"
+#include "ui/list/download_cell.h"
+#include "ui/list/empty_list_text.h"
+#include "ui/list/row_geometry.h"
+
+namespace ui {
+
+class DownloadListModel;
+class VanishingRows;
+
+/// The list of downloads: one row each, all of one height but those that are collapsing, so that
+/// any number of rows scrolls alike.
+class DQDownloadList final : public QListView {
+    Q_OBJECT
+
+public:
+    explicit DQDownloadList(QWidget* parent = nullptr);
+    ~DQDownloadList() override;
+
+    [[nodiscard]] DownloadListModel& rows() const { return *rows_; }
+    [[nodiscard]] int rowHeight() const { return geometry_.rowHeight(); }
+    /// Of all rows, in pixels.
+    [[nodiscard]] int contentHeight() const;
+    [[nodiscard]] bool hasItems() const;
+    [[nodiscard]] const std::shared_ptr<VanishingRows>& vanishingRows() const { return vanishing_; }
+
+    void reloadRows(std::shared_ptr<const std::vector<engine::DownloadPtr>> rows,
+                    const QList<qsizetype>& selectedRows);
+    void selectRows(const QList<qsizetype>& rows);
+    void setNeedsDisplayAfterDelay(double seconds);
+
+    [[nodiscard]] QRect visualRect(const QModelIndex& index) const override;
+    [[nodiscard]] QModelIndex indexAt(const QPoint& point) const override;
+    void scrollTo(const QModelIndex& index, ScrollHint hint) override;
+    void doItemsLayout() override;
+
+Q_SIGNALS:
+    /// The user has selected exactly these rows.
+    void selectionMade(const QList<qsizetype>& rows);
+    /// `row` is -1 below the last one.
+    void contextMenuWanted(int row, const QPoint& globalPosition);
+    void removeWanted();
+    void contentHeightChanged();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void updateGeometries() override;
+    void selectionChanged(const QItemSelection& selected,
+                          const QItemSelection& deselected) override;
+    void setSelection(const QRect& rect, QItemSelectionModel::SelectionFlags flags) override;
+    [[nodiscard]] QRegion visualRegionForSelection(const QItemSelection& selection) const override;
+    [[nodiscard]] QModelIndex moveCursor(CursorAction action,
+                                         Qt::KeyboardModifiers modifiers) override;
+    [[nodiscard]] int verticalOffset() const override;
+    [[nodiscard]] int horizontalOffset() const override { return 0; }
+
+private:
+    struct PressedButton {
+        engine::DownloadPtr download;
+        unsigned index = 0;
+    };
+
+    /// Where a row begins, in the content's coordinates.
+    [[nodiscard]] int topOfRow(int row) const;
+    [[nodiscard]] int heightOfRow(int row) const;
+    [[nodiscard]] int rowAtContentY(int y) const;
+    /// The row's action button under the point; 0 for none.
+    [[nodiscard]] unsigned actionButtonAt(int row, const QPoint& point) const;
+    bool trackActionButton(const QPoint& point);
+    void highlightPressedButton(bool isInside);
+    void paintRows(QPainter& painter, const QRect& area);
+    void noteEmptiness();
+    void fadeInStep();
+
+    RowGeometry geometry_;
+    DQDownloadCell cell_;
+    DownloadListModel* rows_;
+    std::shared_ptr<VanishingRows> vanishing_;
+    EmptyListText emptyText_;
+    PressedButton pressed_;
+    QTimer delayedDisplay_, minute_, fade_;
+    bool _didHaveItems = false;
+    bool reportsSelection_ = true;
+};
+
+}  // namespace ui

@@ -1,0 +1,44 @@
+#include "ui/list/row_texts.h"
+
+#include <QLocale>
+
+#include "engine/download.h"
+#include "engine/settings.h"
+#include "links/typography.h"
+#include "platform/base/user_defaults.h"
+#include "ui/text.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace ui {
+namespace {
+
+QString dateLine(const QDateTime& added) {
+    const QLocale locale;
+    const QString day = locale.toString(added.toLocalTime().date(), QLocale::LongFormat);
+    if (day == locale.toString(QDate::currentDate(), QLocale::LongFormat)) {
+        return translated("Added earlier today");
+    }
+    return translated("Added on %@").replace(u"%@"_s, day);
+}
+
+}  // namespace
+
+QString rowToolTip(engine::DQDownload& download) {
+    const QString bullet = links::spacedBulletString();
+    QString text = download.originalURLString() + u'\n' + bullet +
+                   download.statusDescriptionWithLiveDetails(false) + u'\n' + bullet +
+                   dateLine(download.date());
+    const bool inBundle =
+        platform::standardDefaults().get(engine::settings::intermediatesLocation) > 0;
+    if (download.status() == engine::DQDownloadStatusDownloading && inBundle) {
+        text += u'\n' + bullet + translated("Double-click to reveal target file");
+    }
+    return text;
+}
+
+QString accessibleRowText(engine::DQDownload& download) {
+    return download.displayName() + u", "_s + download.statusDescriptionWithLiveDetails(false);
+}
+
+}  // namespace ui

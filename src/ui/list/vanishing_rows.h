@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QTimer>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "engine/download.h"
+#include "engine/vanishing.h"
+
+namespace ui {
+
+class DQDownloadList;
+
+/// Lets rows fade by themselves and collapse together, one step for all of them at a time.
+class VanishingRows final : public QObject, public engine::VanishView {
+    Q_OBJECT
+
+public:
+    explicit VanishingRows(DQDownloadList& list);
+
+    [[nodiscard]] bool showsDownload(const engine::DQDownload& download) const override;
+    void redrawDownload(engine::DQDownload& download) override;
+    void performVanishStepForObject(engine::DQDownload& download) override;
+
+    struct CollapsingRow {
+        int row;
+        int height;
+    };
+    /// In order of their rows.
+    [[nodiscard]] const std::vector<CollapsingRow>& collapsingRows() const { return rows_; }
+    /// Looks up anew where the collapsing downloads stand; after every reload.
+    void updateRows();
+
+Q_SIGNALS:
+    void heightsChanged();
+
+private:
+    void performVanishSteps();
+    void performNextVanishSteps();
+
+    DQDownloadList& list_;
+    std::vector<std::weak_ptr<engine::DQDownload>> _vanishingObjects;
+    std::vector<CollapsingRow> rows_;
+    QTimer steps_, nextSteps_;
+};
+
+}  // namespace ui

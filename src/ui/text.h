@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QCoreApplication>
+#include <QString>
+
+namespace ui {
+
+/// A text of the interface in the user's language; the English text is the key.
+[[nodiscard]] inline QString translated(const char* english) {
+    return QCoreApplication::translate("Orlop", english);
+}
+[[nodiscard]] inline QString translated(const QString& english) {
+    return translated(english.toUtf8().constData());
+}
+
+}  // namespace ui

@@ -1,0 +1,165 @@
+#include "ui/window/desktop_front_end.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include "app/main_controller.h"
+#include "links/file_names.h"
+#include "links/safe_file_name.h"
+#include "platform/files/files.h"
+#include "ui/list/download_list.h"
+#include "ui/list/vanishing_rows.h"
+#include "ui/text.h"
+#include "ui/window/main_window.h"
+
+namespace ui {
+
+void DesktopFrontEnd::setWindow(MainWindow* window, app::DQMainController* controller) {
+    window_ = window;
+    controller_ = controller;
+}
+
+bool DesktopFrontEnd::confirm(const app::Alert& alert) {
+    if (!window_) {
+        return false;
+    }
+    QMessageBox box(QMessageBox::Question, translated(alert.title), translated(alert.title),
+                    QMessageBox::NoButton, window_->isVisible() ? window_.data() : nullptr);
+    box.setInformativeText(translated(alert.text));
+    QPushButton* accept = box.addButton(translated(alert.defaultButton), QMessageBox::AcceptRole);
+    if (!alert.otherButton.isEmpty()) {
+        box.setEscapeButton(box.addButton(translated(alert.otherButton), QMessageBox::RejectRole));
+    }
+    box.setDefaultButton(accept);
+    alert_ = &box;
+    box.exec();
+    return box.clickedButton() == accept;
+}
+
+void DesktopFrontEnd::dismissAlert() {
+    if (alert_) {
+        alert_->reject();
+    }
+}
+
+std::optional<QString> DesktopFrontEnd::chooseAbbreviatedDownloadFileForURL(
+    const platform::Url& url) {
+    const QString path = QFileDialog::getSaveFileName(
+        window_, translated("Choose File Location"),
+        platform::downloadsUserFolder() + u'/' + links::safeFileName(links::filename(url)));
+    return path.isEmpty() ? std::nullopt : std::optional(platform::abbreviateWithTilde(path));
+}
+
+std::optional<QString> DesktopFrontEnd::chooseAbbreviatedDownloadsFolder() {
+    const QString path = QFileDialog::getExistingDirectory(window_, translated("Choose Folder"),
+                                                           platform::downloadsUserFolder());
+    return path.isEmpty() ? std::nullopt : std::optional(platform::abbreviateWithTilde(path));
+}
+
+void DesktopFrontEnd::beep() {
+    QApplication::beep();
+}
+
+void DesktopFrontEnd::requestUserAttention() {
+    if (window_) {
+        QApplication::alert(window_);
+    }
+}
+
+void DesktopFrontEnd::playSound(const QString&) {
+    QApplication::beep();
+}
+
+bool DesktopFrontEnd::isShowingModalWindow() const {
+    return QApplication::activeModalWidget() != nullptr;
+}
+
+bool DesktopFrontEnd::areAlternateFunctionalityModifiersHeld() const {
+    return (QApplication::queryKeyboardModifiers() & Qt::AltModifier) != 0;
+}
+
+bool DesktopFrontEnd::isDownloadWindowVisible() const {
+    return window_ && window_->isVisible() && !window_->isMinimized();
+}
+
+void DesktopFrontEnd::showDownloadWindow(bool activating) {
+    if (!window_) {
+        return;
+    }
+    window_->setAttribute(Qt::WA_ShowWithoutActivating, !activating);
+    window_->setWindowState(window_->windowState() & ~Qt::WindowMinimized);
+    window_->show();
+    window_->raise();
+    if (activating) {
+        window_->activateWindow();
+    }
+}
+
+void DesktopFrontEnd::orderDownloadWindowBack() {
+    if (window_) {
+        window_->lower();
+    }
+}
+
+bool DesktopFrontEnd::isHidden() const {
+    return !isDownloadWindowVisible();
+}
+
+void DesktopFrontEnd::hide() {
+    if (window_) {
+        window_->showMinimized();
+    }
+}
+
+void DesktopFrontEnd::unhide(bool activating) {
+    showDownloadWindow(activating);
+}
+
+bool DesktopFrontEnd::springOpenDownloadWindow(const std::function<void()>&) {
+    return false;
+}
+
+void DesktopFrontEnd::fadeDownloadWindow() {
+    if (window_) {
+        window_->saveFrame();
+        window_->hide();
+    }
+}
+
+void DesktopFrontEnd::reloadRows(const QList<qsizetype>& selectedRows) {
+    if (window_) {
+        window_->list().reloadRows(controller_->sortedAndFilteredDownloadsSnapshot(), selectedRows);
+    }
+}
+
+void DesktopFrontEnd::selectRows(const QList<qsizetype>& rows) {
+    if (window_) {
+        window_->list().selectRows(rows);
+    }
+}
+
+void DesktopFrontEnd::setNeedsDisplay() {
+    if (window_) {
+        window_->list().viewport()->update();
+    }
+}
+
+void DesktopFrontEnd::setNeedsDisplayAfterDelay(platform::Seconds delay) {
+    if (window_) {
+        window_->list().setNeedsDisplayAfterDelay(delay);
+    }
+}
+
+void DesktopFrontEnd::displayNow() {
+    if (window_) {
+        window_->list().viewport()->repaint();
+    }
+}
+
+std::shared_ptr<engine::VanishView> DesktopFrontEnd::vanishView() {
+    return window_ ? window_->list().vanishingRows() : nullptr;
+}
+
+}  // namespace ui

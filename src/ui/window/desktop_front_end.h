@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QPointer>
+#include <QWidget>
+
+#include "app/front_end.h"
+
+class QMessageBox;
+
+namespace app {
+class DQMainController;
+}
+
+namespace ui {
+
+class MainWindow;
+
+/// The windows as the core sees them.
+class DesktopFrontEnd final : public app::Questions,
+                              public app::Feedback,
+                              public app::Presence,
+                              public app::DownloadListView {
+public:
+    [[nodiscard]] app::FrontEnd frontEnd() { return {*this, *this, *this, *this}; }
+    /// Until it is called there is nothing to show and questions get the safe answer.
+    void setWindow(MainWindow* window, app::DQMainController* controller);
+
+    bool confirm(const app::Alert& alert) override;
+    void dismissAlert() override;
+    std::optional<QString> chooseAbbreviatedDownloadFileForURL(const platform::Url& url) override;
+    std::optional<QString> chooseAbbreviatedDownloadsFolder() override;
+
+    void beep() override;
+    void requestUserAttention() override;
+    void playSound(const QString& name) override;
+
+    [[nodiscard]] bool isShowingModalWindow() const override;
+    [[nodiscard]] bool areAlternateFunctionalityModifiersHeld() const override;
+    [[nodiscard]] bool isDownloadWindowVisible() const override;
+    void showDownloadWindow(bool activating) override;
+    void orderDownloadWindowBack() override;
+    [[nodiscard]] bool isHidden() const override;
+    void hide() override;
+    void unhide(bool activating) override;
+    bool springOpenDownloadWindow(const std::function<void()>& updateList) override;
+    void fadeDownloadWindow() override;
+
+    void reloadRows(const QList<qsizetype>& selectedRows) override;
+    void selectRows(const QList<qsizetype>& rows) override;
+    void setNeedsDisplay() override;
+    void setNeedsDisplayAfterDelay(platform::Seconds delay) override;
+    void displayNow() override;
+    [[nodiscard]] std::shared_ptr<engine::VanishView> vanishView() override;
+
+private:
+    QPointer<MainWindow> window_;
+    app::DQMainController* controller_ = nullptr;
+    QPointer<QMessageBox> alert_;
+};
+
+}  // namespace ui

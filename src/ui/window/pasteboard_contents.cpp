@@ -1,0 +1,30 @@
+#include "ui/window/pasteboard_contents.h"
+
+#include <QMimeData>
+#include <QUrl>
+
+namespace ui {
+
+app::Pasteboard pasteboardFromMimeData(const QMimeData& data) {
+    app::Pasteboard pasteboard;
+    const QString uriList = QStringLiteral("text/uri-list");
+    if (data.hasFormat(uriList)) {
+        pasteboard.urls = app::addressesFromUriList(QString::fromUtf8(data.data(uriList)));
+    }
+    if (data.hasText()) {
+        pasteboard.text = data.text();
+    }
+    return pasteboard;
+}
+
+QStringList localPathsFromMimeData(const QMimeData& data) {
+    QStringList paths;
+    for (const QUrl& url : data.urls()) {
+        if (url.isLocalFile()) {
+            paths.push_back(url.toLocalFile());
+        }
+    }
+    return paths;
+}
+
+}  // namespace ui
