@@ -23,6 +23,9 @@ struct Setting {
     [[nodiscard]] QString name() const { return QString::fromUtf16(key); }
 };
 
+/// The domain of the program's own settings, in `userConfigFolder`.
+inline const QString defaultsDomain = QStringLiteral("com.tarnworks.Orlop");
+
 /// The user's settings: flat keys with property-list values. A reading looks at the arguments of
 /// this run, then the stored values, then the registered ones.
 ///
