@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "app/terminal_emulator.h"
+#include "app/terminal_memory_output.h"
 
 namespace {
 
@@ -13,26 +13,7 @@ using app::terminal::LiveReporter;
 using app::terminal::OutputMode;
 using app::terminal::PlainReporter;
 using app::terminal::ProgressSnapshot;
-using app::terminal::Size;
-
-class MemoryOutput final : public app::terminal::Output {
-public:
-    void write(QByteArrayView bytes) override { written.append(bytes); }
-    [[nodiscard]] bool isReady() const override { return ready; }
-    [[nodiscard]] bool isInForeground() const override { return foreground; }
-    [[nodiscard]] Size size() const override { return window; }
-
-    [[nodiscard]] std::string screen() const {
-        tests::TerminalEmulator terminal(window.columns, window.lines);
-        terminal.feed(written);
-        return terminal.screen().join(u'\n').toStdString();
-    }
-
-    QByteArray written;
-    bool ready = true;
-    bool foreground = true;
-    Size window{40, 10};
-};
+using tests::MemoryOutput;
 
 const ProgressSnapshot oneRow{{{u"a.iso"_s, {}, {}, {}, {}, u"Connecting..."_s}}, u"1 download"_s};
 

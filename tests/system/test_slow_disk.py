@@ -3,7 +3,8 @@ import os
 import unittest
 
 from support.case import MIB, SystemTest
-from support.home import SANITIZED, wait_until
+from support.home import SANITIZED, TERMINAL
+from support.measure import measure
 
 # In flight for one request, and what the system's own buffers and allocator add to it.
 BOUND = 4 * MIB + 6 * MIB
@@ -15,12 +16,10 @@ class SlowDiskTest(SystemTest):
     def peak_memory(self, name, size, **environment):
         """In bytes, over one download."""
         source = self.serve(name, size)
-        process = self.home.start(self.server.url(f"/{name}"), environment=environment)
-        _, status, usage = os.wait4(process.pid, 0)
-        process.returncode = os.waitstatus_to_exitcode(status)
-        self.assertEqual(process.returncode, 0)
+        run = measure([TERMINAL, self.server.url(f"/{name}")], self.home.environment(**environment))
+        self.assertEqual(run.status, 0, run.errors)
         self.assert_downloaded(name, source)
-        return usage.ru_maxrss * 1024
+        return run.memory
 
     def test_memory_stays_bounded(self):
         usual = self.peak_memory("tiny.bin", 1)

@@ -81,7 +81,8 @@ struct TLSSettings {
     bool validatesCertificate = true;
     /// PEM files; empty for none.
     QString clientCertificatePath, clientKeyPath;
-    /// A PEM bundle instead of the system's authorities; empty for those.
+    /// A PEM bundle instead of the system's authorities; empty for what the environment's
+    /// SSL_CERT_FILE names, else the system's.
     QString authoritiesPath;
 };
 

@@ -81,7 +81,10 @@ void applyTLS(EasyOptions& options, const TLSSettings& tls) {
         options.set(CURLOPT_SSL_VERIFYPEER, 0L);
         options.set(CURLOPT_SSL_VERIFYHOST, 0L);
     }
-    options.setPath(CURLOPT_CAINFO, tls.authoritiesPath);
+    // The variable by which other programs on OpenSSL are told of a company's own authority.
+    options.setPath(CURLOPT_CAINFO, tls.authoritiesPath.isEmpty()
+                                        ? qEnvironmentVariable("SSL_CERT_FILE")
+                                        : tls.authoritiesPath);
     options.setPath(CURLOPT_SSLCERT, tls.clientCertificatePath);
     options.setPath(CURLOPT_SSLKEY, tls.clientKeyPath);
 }

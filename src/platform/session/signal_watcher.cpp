@@ -27,7 +27,7 @@ void noteSignal(int number) {
 
 class SignalWatcher::Private {
 public:
-    Private(const std::vector<WatchedSignal>& signals, Handler handler)
+    Private(const std::vector<WatchedSignal>& watched, Handler handler)
         : handler_(std::move(handler)) {
         if (::pipe2(pipe_.data(), O_CLOEXEC | O_NONBLOCK) != 0)
             return;
@@ -35,7 +35,7 @@ public:
         notifier_ = std::make_unique<QSocketNotifier>(pipe_[0], QSocketNotifier::Read);
         QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
                          [this] { tellAll(); });
-        for (const WatchedSignal& signal : signals)
+        for (const WatchedSignal& signal : watched)
             watch(signal);
     }
 
@@ -86,8 +86,8 @@ private:
     std::vector<Former> former_;
 };
 
-SignalWatcher::SignalWatcher(const std::vector<WatchedSignal>& signals, Handler handler)
-    : private_(std::make_unique<Private>(signals, std::move(handler))) {}
+SignalWatcher::SignalWatcher(const std::vector<WatchedSignal>& watched, Handler handler)
+    : private_(std::make_unique<Private>(watched, std::move(handler))) {}
 
 SignalWatcher::~SignalWatcher() = default;
 

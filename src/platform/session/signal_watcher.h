@@ -20,7 +20,7 @@ class SignalWatcher {
 public:
     using Handler = std::function<void(int number)>;
 
-    SignalWatcher(const std::vector<WatchedSignal>& signals, Handler handler);
+    SignalWatcher(const std::vector<WatchedSignal>& watched, Handler handler);
     ~SignalWatcher();
     SignalWatcher(const SignalWatcher&) = delete;
     SignalWatcher& operator=(const SignalWatcher&) = delete;

@@ -1,0 +1,60 @@
+#include "app/terminal/terminal_questions.h"
+
+#include <QCoreApplication>
+
+namespace app::terminal {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+
+QString translated(const QString& text) {
+    return QCoreApplication::translate("Orlop", text.toUtf8().constData());
+}
+
+struct Choice {
+    QString defaultButton, otherButton;
+
+    /// Any beginning of a button's name stands for it, and an empty line for the default. Nothing:
+    /// neither.
+    [[nodiscard]] std::optional<bool> meant(const QString& answer) const {
+        if (defaultButton.startsWith(answer, Qt::CaseInsensitive))
+            return true;
+        if (otherButton.startsWith(answer, Qt::CaseInsensitive))
+            return false;
+        return {};
+    }
+};
+
+}  // namespace
+
+TerminalQuestions::TerminalQuestions(Prompt& prompt, Reporter& reporter,
+                                     std::function<void()> didEnd)
+    : prompt_(prompt), reporter_(reporter), didEnd_(std::move(didEnd)) {}
+
+bool TerminalQuestions::confirm(const Alert& alert) {
+    if (alert.kind == Alert::Kind::QuitWhileDownloading)
+        return true;
+    if (isAsking_ || !prompt_.isAvailable())
+        return false;
+    const Choice choice{translated(alert.defaultButton), translated(alert.otherButton)};
+    const QString question = u"%1\n%2 [%3/%4] "_s.arg(
+        translated(alert.title), translated(alert.text), choice.defaultButton, choice.otherButton);
+    reporter_.release();
+    isAsking_ = true;
+    std::optional<bool> decision;
+    while (!decision) {
+        const auto answer = prompt_.ask(question);
+        decision = answer ? choice.meant(*answer) : false;
+    }
+    isAsking_ = false;
+    didEnd_();
+    return *decision;
+}
+
+std::optional<QString> TerminalQuestions::chooseAbbreviatedDownloadFileForURL(
+    const platform::Url& url) {
+    static_cast<void>(url);
+    return {};
+}
+
+}  // namespace app::terminal
