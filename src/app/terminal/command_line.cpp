@@ -2,6 +2,8 @@
 
 #include <QCoreApplication>
 
+#include "platform/base/arguments.h"
+
 namespace app::terminal {
 namespace {
 
@@ -11,45 +13,29 @@ QString tr(const char* text) {
     return QCoreApplication::translate("Orlop", text);
 }
 
-/// Reads one word, and the next if it belongs to it. Answers how many were read; 0: see the
-/// problem.
-qsizetype readWord(const QStringList& arguments, qsizetype index, CommandLine& line) {
-    const QString& word = arguments[index];
-    if (!word.startsWith(u'-') || word == u"-"_s) {
+/// A word that is no setting: an option, an address or a path.
+void takeWord(const QString& word, CommandLine& line) {
+    if (!word.startsWith(u'-') || word == u"-"_s)
         line.items.append(word);
-        return 1;
-    }
-    if (word == u"--help"_s || word == u"--version"_s) {
-        line.action =
-            word == u"--help"_s ? CommandLine::Action::ShowHelp : CommandLine::Action::ShowVersion;
-        return 1;
-    }
-    if (word.startsWith(u"--"_s)) {
+    else if (word == u"--help"_s)
+        line.action = CommandLine::Action::ShowHelp;
+    else if (word == u"--version"_s)
+        line.action = CommandLine::Action::ShowVersion;
+    else if (word.startsWith(u"--"_s))
         line.problem = tr("unknown option: %1").arg(word);
-        return 0;
-    }
-    if (index + 1 == arguments.size()) {
+    else
         line.problem = tr("the setting %1 needs a value").arg(word);
-        return 0;
-    }
-    line.settings.insert(word.mid(1), arguments[index + 1]);
-    return 2;
 }
 
 }  // namespace
 
 CommandLine parsedCommandLine(const QStringList& arguments) {
+    const platform::ParsedArguments parsed = platform::parseArguments(arguments);
     CommandLine line;
-    for (qsizetype i = 0; i < arguments.size() && line.action == CommandLine::Action::Run;) {
-        if (arguments[i] == u"--"_s) {
-            line.items.append(arguments.mid(i + 1));
-            break;
-        }
-        const qsizetype read = readWord(arguments, i, line);
-        if (read == 0)
-            break;
-        i += read;
-    }
+    line.settings = parsed.defaults;
+    for (const QString& word : parsed.rest.first(parsed.verbatimStart))
+        takeWord(word, line);
+    line.items += parsed.rest.sliced(parsed.verbatimStart);
     if (line.items.count(u"-"_s) > 1)
         line.problem = tr("standard input can be read only once");
     return line;

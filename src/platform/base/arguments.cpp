@@ -11,12 +11,9 @@ namespace platform {
 
 ParsedArguments parseArguments(const QStringList& arguments) {
     ParsedArguments parsed;
-    for (qsizetype i = 0; i < arguments.size(); ++i) {
+    qsizetype i = 0;
+    for (; i < arguments.size() && arguments[i] != u"--"; ++i) {
         const QString& argument = arguments[i];
-        if (argument == u"--") {
-            parsed.rest += arguments.mid(i + 1);
-            break;
-        }
         const bool isKey = argument.size() > 1 && argument[0] == u'-' && argument[1] != u'-';
         if (isKey && i + 1 < arguments.size()) {
             const QString& text = arguments[++i];
@@ -25,6 +22,8 @@ ParsedArguments parseArguments(const QStringList& arguments) {
             parsed.rest.append(argument);
         }
     }
+    parsed.verbatimStart = parsed.rest.size();
+    parsed.rest += arguments.mid(i + 1);
     return parsed;
 }
 

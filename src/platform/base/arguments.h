@@ -13,6 +13,8 @@ struct ParsedArguments {
     QVariantMap defaults;
     /// All else in its order, with the options that begin with two dashes.
     QStringList rest;
+    /// The first element of `rest` that stood behind "--" and is no option whatever it looks like.
+    qsizetype verbatimStart = 0;
 };
 
 /// Takes the arguments without the program's name. What begins with one dash is a key and takes
