@@ -83,8 +83,8 @@ public:
     [[nodiscard]] static QString base64forData(const QByteArray& data);
     /// A date of RFC 1123, with or without weekday and seconds. Nothing: it is none.
     [[nodiscard]] static std::optional<QDateTime> dateFromRFC1123String(const QString& text);
-    /// True if the file is gone or was never there.
-    static bool removeFileAtPath(const QString& path, std::optional<platform::Error>* error);
+    /// Nothing: the file is gone, or was never there. Else code 8.
+    static std::optional<platform::Error> removeFileAtPath(const QString& path);
 
     // Target.
 
@@ -184,12 +184,20 @@ public:
 
     void start() override;
 
+    /// For the other classes of this folder.
+    [[nodiscard]] RequestRun& internals() { return *_run; }
+
 private:
     explicit HTTPRequest(const platform::Url& url);
-    [[nodiscard]] std::shared_ptr<HTTPRequest> shared();
+
+    template <typename Value>
+    [[nodiscard]] Value state(Value RequestState::*field) const {
+        const std::scoped_lock guard(_cancelledLock);
+        return (*_state).*field;
+    }
 
     std::unique_ptr<RequestState> _state;
-    std::shared_ptr<RequestNotifier> _notifier;
+    std::unique_ptr<RequestNotifier> _notifier;
     std::unique_ptr<RequestRun> _run;
 };
 

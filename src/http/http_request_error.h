@@ -36,10 +36,11 @@ enum class HTTPRequestErrorCode {
 [[nodiscard]] platform::Error unableToCreateRequestError();
 [[nodiscard]] platform::Error tooMuchRedirectionError();
 
-/// Code 8, with the texts of the three things that go wrong with files.
+/// Code 8, with a text for each thing that goes wrong with files.
 [[nodiscard]] platform::Error fileAttributesError(const QString& path);
 [[nodiscard]] platform::Error fileMoveError(const QString& from, const QString& to);
 [[nodiscard]] platform::Error fileDeletionError(const QString& path);
+[[nodiscard]] platform::Error fileWriteError(const QString& path);
 
 [[nodiscard]] bool hasRequestErrorCode(const platform::Error& error, HTTPRequestErrorCode code);
 

@@ -1,11 +1,10 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
-#include <map>
 #include <memory>
 #include <mutex>
-#include <set>
 #include <vector>
 
 namespace http {
@@ -35,6 +34,9 @@ protected:
 
 private:
     friend class OperationQueue;
+
+    /// False: it has finished already, and `observer` is dropped.
+    [[nodiscard]] bool observeFinish(std::function<void()> observer);
 
     int _queuePriority = 0;
     std::vector<std::shared_ptr<Operation>> _dependencies;
@@ -67,6 +69,9 @@ public:
 
     /// Calls `cancel` of all, waiting ones included; each still finishes in its turn.
     virtual void cancelAllOperations();
+
+    /// Forgets all without a word to them.
+    void removeAllOperations();
 
     /// Waiting and running ones, in no particular order.
     [[nodiscard]] std::vector<std::shared_ptr<Operation>> operations() const;

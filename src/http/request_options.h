@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "http/content/string_encoding.h"
 #include "platform/base/clock.h"
 #include "platform/net/cookie_storage.h"
 #include "platform/net/http_message.h"
@@ -13,10 +14,6 @@
 namespace http {
 
 class ResponseCache;
-
-/// A text encoding: 1 ASCII, 4 UTF-8, 5 ISO Latin 1 and so on; 0 is none. See string_encoding.h.
-using StringEncoding = std::uint64_t;
-inline constexpr StringEncoding latin1StringEncoding = 5;
 
 /// Who this side is to a TLS server: PEM files. The certificate may be followed by its chain.
 struct ClientIdentity {

@@ -1,0 +1,94 @@
+#include "http/content/http_data_decompressor.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include "http/http_request_error.h"
+
+namespace http {
+
+using namespace Qt::Literals::StringLiterals;
+using platform::Error;
+
+namespace {
+
+constexpr int eitherFraming = 32;
+constexpr qsizetype smallestStep = 64;
+
+}  // namespace
+
+std::optional<Error> HTTPDataDecompressor::setupStream() {
+    if (_streamReady)
+        return std::nullopt;
+    _stream = {};
+    const int result = inflateInit2(&_stream, MAX_WBITS + eitherFraming);
+    if (result != Z_OK)
+        return inflateErrorWithCode(result);
+    _streamReady = true;
+    return std::nullopt;
+}
+
+std::optional<Error> HTTPDataDecompressor::closeStream() {
+    if (!std::exchange(_streamReady, false))
+        return std::nullopt;
+    const int result = inflateEnd(&_stream);
+    if (result != Z_OK)
+        return inflateErrorWithCode(result);
+    return std::nullopt;
+}
+
+CodedBytes HTTPDataDecompressor::uncompressBytes(const char* bytes, qsizetype length) {
+    if (length == 0)
+        return {};
+    if (length > std::numeric_limits<uInt>::max())
+        return {{}, inflateErrorWithCode(Z_BUF_ERROR)};
+    const qsizetype step = std::max(length / 2, smallestStep);
+    QByteArray output(length + step, Qt::Uninitialized);
+    qsizetype used = 0;
+    _stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes));
+    _stream.avail_in = static_cast<uInt>(length);
+    int result = Z_OK;
+    // Output that just filled the buffer may have left more inside the stream.
+    while (result == Z_OK && (_stream.avail_in > 0 || used == output.size())) {
+        if (used == output.size()) {
+            if (used >= maximumOutput)
+                return {{}, inflateErrorWithCode(Z_MEM_ERROR)};
+            output.resize(used + std::max(step, used / 2));
+        }
+        _stream.next_out = reinterpret_cast<Bytef*>(output.data() + used);
+        _stream.avail_out = static_cast<uInt>(output.size() - used);
+        result = inflate(&_stream, Z_NO_FLUSH);
+        const qsizetype now = output.size() - static_cast<qsizetype>(_stream.avail_out);
+        // No progress with all input taken only says that there was nothing left inside.
+        if (result == Z_BUF_ERROR && now == used && _stream.avail_in == 0)
+            result = Z_STREAM_END;
+        used = now;
+    }
+    if (result != Z_OK && result != Z_STREAM_END)
+        return {{}, inflateErrorWithCode(result)};
+    output.truncate(used);
+    return {output, std::nullopt};
+}
+
+CodedBytes HTTPDataDecompressor::uncompressData(const QByteArray& data) {
+    return HTTPDataDecompressor().uncompressBytes(data.constData(), data.size());
+}
+
+std::optional<Error> HTTPDataDecompressor::uncompressDataFromFile(const QString& source,
+                                                                  const QString& target) {
+    HTTPDataDecompressor decompressor;
+    return codeFile(source, target,
+                    {u"Decompression"_s,
+                     [&](const char* bytes, qsizetype length, bool) {
+                         return decompressor.uncompressBytes(bytes, length);
+                     },
+                     [&] { return decompressor.closeStream(); }});
+}
+
+Error HTTPDataDecompressor::inflateErrorWithCode(int code) {
+    return makeRequestError(HTTPRequestErrorCode::Compression,
+                            u"Decompression of data failed with code %1"_s.arg(code));
+}
+
+}  // namespace http

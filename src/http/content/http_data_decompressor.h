@@ -1,0 +1,39 @@
+#pragma once
+
+#include <zlib.h>
+
+#include "http/content/coded_bytes.h"
+
+namespace http {
+
+/// Inflates gzip or zlib framing, whichever comes (RFC 1952, RFC 1950); what follows the end of
+/// the stream is ignored. Errors have code 11. One thread at a time.
+class HTTPDataDecompressor {
+public:
+    /// Sets its stream up.
+    HTTPDataDecompressor() { static_cast<void>(setupStream()); }
+    ~HTTPDataDecompressor() { closeStream(); }
+    HTTPDataDecompressor(const HTTPDataDecompressor&) = delete;
+    HTTPDataDecompressor& operator=(const HTTPDataDecompressor&) = delete;
+
+    /// A chunk or a buffer that grows past this is an attack, and an error.
+    static constexpr qsizetype maximumOutput = qsizetype{256} << 20;
+
+    /// Nothing: ready, as it may have been before.
+    [[nodiscard]] std::optional<platform::Error> setupStream();
+    std::optional<platform::Error> closeStream();
+    /// The output of one chunk; an empty chunk has none.
+    [[nodiscard]] CodedBytes uncompressBytes(const char* bytes, qsizetype length);
+
+    [[nodiscard]] static CodedBytes uncompressData(const QByteArray& data);
+    /// Nothing: done.
+    [[nodiscard]] static std::optional<platform::Error> uncompressDataFromFile(
+        const QString& source, const QString& target);
+    [[nodiscard]] static platform::Error inflateErrorWithCode(int code);
+
+private:
+    bool _streamReady = false;
+    z_stream _stream{};
+};
+
+}  // namespace http

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+#include <optional>
+
+namespace http {
+
+/// A date as in "Last-Modified" or "Expires" (RFC 1123, 5.2.14): "Sun, 06 Nov 1994 08:49:37 GMT",
+/// where the weekday with its comma and the seconds may be absent and the zone may be any that has
+/// a name or an offset. In UTC. Nothing: it is none.
+[[nodiscard]] std::optional<QDateTime> dateFromRFC1123String(const QString& text);
+
+}  // namespace http

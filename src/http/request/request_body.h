@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "platform/base/error.h"
+
+class QFile;
+
+namespace http {
+
+class BandwidthAccount;
+class HTTPInputStream;
+struct RequestOptions;
+
+/// What a request sends: gathered in memory, or in a file when it streams from disk; compressed
+/// once, if wanted; opened anew for each send.
+///
+/// Under the request's lock.
+class RequestBody {
+public:
+    explicit RequestBody(RequestOptions& options);
+    ~RequestBody();
+    RequestBody(const RequestBody&) = delete;
+    RequestBody& operator=(const RequestBody&) = delete;
+
+    void setPostBody(const QByteArray& body) { _postBody = body; }
+    [[nodiscard]] const QByteArray& postBody() const { return _postBody; }
+    void setup();
+    void append(const QByteArray& data);
+    void appendFile(const QString& path);
+    /// Whether there is a body, or a file that is to be one.
+    [[nodiscard]] bool exists() const;
+
+    /// Makes it ready to send; only the first call does anything. Nothing: `length` counts.
+    [[nodiscard]] std::optional<platform::Error> build();
+    /// As it goes over the wire.
+    [[nodiscard]] std::uint64_t length() const { return _length; }
+    struct Opened {
+        std::unique_ptr<HTTPInputStream> stream;  ///< Null: no body is sent.
+        bool failed = false;
+    };
+    [[nodiscard]] Opened open(BandwidthAccount& bandwidth, std::function<void()> throttling) const;
+
+    /// Gives up the body for good; a file of the caller's stays where it is.
+    void drop();
+    /// Deletes what this object has put on disk. The body cannot be sent again after that.
+    void removeTemporaryFiles();
+
+private:
+    [[nodiscard]] std::optional<platform::Error> buildFromFile();
+
+    RequestOptions& _options;
+    QByteArray _postBody;
+    QByteArray _compressedPostBody;
+    QString _compressedPostBodyFilePath;
+    std::unique_ptr<QFile> _postBodyWriteStream;
+    bool _didCreatePostBodyFile = false;
+    bool _haveBuiltPostBody = false;
+    std::uint64_t _length = 0;
+};
+
+}  // namespace http

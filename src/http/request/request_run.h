@@ -1,0 +1,129 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "http/request/authentication.h"
+#include "http/request/connection_lease.h"
+#include "http/request/file_output.h"
+#include "http/request/progress_reporter.h"
+#include "http/request/proxy_configuration.h"
+#include "http/request/request_body.h"
+#include "http/request/request_cache.h"
+#include "http/request/request_header_builder.h"
+#include "http/request/request_parts.h"
+#include "http/request/request_sender.h"
+#include "http/request/response_reader.h"
+#include "http/request/status_watch.h"
+#include "http/request/transfer_stream.h"
+#include "http/shared/transfer_loop.h"
+#include "platform/base/error.h"
+#include "platform/net/http_read_stream.h"
+
+namespace http {
+
+class HTTPRequest;
+class RequestNotifier;
+class SharedState;
+struct RequestState;
+
+/// The course of one request, from its start over every send to its one end.
+class RequestRun final : private TransferLoop::Client {
+public:
+    RequestRun(HTTPRequest& request, RequestState& state, RequestNotifier& notifier,
+               std::shared_ptr<SharedState> shared, std::function<void()> announceFinished);
+    ~RequestRun();
+    RequestRun(const RequestRun&) = delete;
+    RequestRun& operator=(const RequestRun&) = delete;
+
+    // Any thread.
+
+    void start();
+    void runSynchronously();
+    void cancel();
+    void redirectToURL(const platform::Url& url);
+    void retryUsingSuppliedCredentials();
+    void cancelAuthentication();
+
+    // The request's loop or, before the start, its caller; under the request's lock.
+
+    void setURL(const platform::Url& url);
+    void setRequestMethod(const QString& method);
+    [[nodiscard]] RequestBody& body() { return _body; }
+    [[nodiscard]] std::uint32_t connectionID() const { return _connection.connectionID(); }
+    [[nodiscard]] bool buildPostBody() { return _sender.buildPostBody(); }
+
+    // The request's loop, under its lock; for the parts of the request.
+
+    void startRequest();
+    void handleNetworkEvent(platform::HTTPReadStream::Event event);
+    void performThrottling();
+    void cancelLoad();
+    void failWithError(const platform::Error& error);
+    void requestFinished();
+    void markAsFinished();
+    /// Sends once more on another connection, once at most. False: not any more.
+    [[nodiscard]] bool retryUsingNewConnection();
+    /// Follows the redirect that waits, or lets the delegate decide; on the loop's next turn.
+    void followRedirectLater();
+    /// What a response, this one's or its probe's, says of the body's length. Nothing: not known.
+    /// `isReported`: the totals of progress grow by it.
+    void noteContentLength(std::optional<std::uint64_t> length, bool isReported);
+    /// Its probe has failed, and so has this request.
+    void failWithErrorOfProbe(const platform::Error& error);
+    /// Ahead of its turn, for a probe that asks with the same headers.
+    void buildRequestHeaders();
+    /// Whether receivers are told of anything but the end: not once it has failed, and never of a
+    /// probe.
+    [[nodiscard]] bool isHeard() const;
+    /// A call for another thread that lets a stream go on which waited for the main thread.
+    [[nodiscard]] std::function<void()> callWhenCaughtUp();
+    [[nodiscard]] Authentication& authentication() { return _authentication; }
+    [[nodiscard]] RequestCache& cache() { return _cache; }
+    [[nodiscard]] ResponseReader& reader() { return _reader; }
+    [[nodiscard]] StatusWatch& statusWatch() { return _statusWatch; }
+    /// Null before the start.
+    [[nodiscard]] const std::shared_ptr<TransferLoop>& loopInUse() const { return _loop; }
+
+private:
+    void loopWillEnd() override;
+
+    /// Runs `step` on the request's loop while the request lives.
+    void perform(void (RequestRun::*step)());
+    [[nodiscard]] std::shared_ptr<TransferLoop> loop();
+
+    void main();
+    [[nodiscard]] bool isWaitingForAnswer() const;
+    void followRedirect();
+    void performRedirect();
+    void cancelOnRequestThread();
+    void failAuthentication();
+    void resumeAuthentication();
+    void letGoOfBacklog();
+
+    HTTPRequest& _request;
+    RequestState& _state;
+    RequestNotifier& _notifier;
+    std::shared_ptr<SharedState> _shared;
+    std::function<void()> _announceFinished;
+    std::shared_ptr<TransferLoop> _loop;  ///< Null before the start.
+    bool _isRedirectAsked = false;        ///< The delegate decides about it now.
+
+    RequestBody _body;
+    RequestHeaderBuilder _headers;
+    ProgressReporter _progress;
+    FileOutput _file;
+    ConnectionLease _connection;
+    TransferStream _stream;
+    RequestParts _parts;
+    RequestSender _sender;
+    StatusWatch _statusWatch;
+    ResponseReader _reader;
+    RequestCache _cache;
+    Authentication _authentication;
+    ProxyConfiguration _proxies;
+};
+
+}  // namespace http

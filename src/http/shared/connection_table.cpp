@@ -1,0 +1,126 @@
+#include "http/shared/connection_table.h"
+
+#include <algorithm>
+
+#include "http/shared/transfer_loop.h"
+#include "platform/net/http_read_stream.h"
+#include "platform/net/url.h"
+
+namespace http {
+
+namespace {
+
+/// Each free connection holds a descriptor, of which a process has about a thousand.
+constexpr std::ptrdiff_t maximumFreeConnections = 128;
+
+}  // namespace
+
+ConnectionTarget ConnectionTarget::of(const platform::Url& url) {
+    return {url.scheme(), url.host(), url.port().value_or(0)};
+}
+
+ConnectionTable::Entry ConnectionTable::acquire(const ConnectionTarget& target,
+                                                const std::shared_ptr<TransferLoop>& loop,
+                                                const Entry& current, std::uint32_t& requestID) {
+    const std::scoped_lock guard(_connectionLock);
+    expirePersistentConnections();
+    const auto isUsable = [&](const Entry& entry) {
+        return !entry->request && entry->target == target && entry->loop.lock() == loop;
+    };
+    // Expiry has just taken out what is due, so what is in the table is good.
+    Entry entry;
+    for (const Entry& other : _entries)
+        if (isUsable(other) && (entry == nullptr || entry != current))
+            entry = other;
+    if (entry == nullptr) {
+        entry = std::make_shared<ConnectionEntry>();
+        entry->id = ++_lastID;
+        entry->target = target;
+        entry->loop = loop;
+        _entries.push_back(entry);
+    }
+    if (requestID == 0)
+        requestID = ++_lastRequestID;
+    entry->request = requestID;
+    return entry;
+}
+
+void ConnectionTable::release(const Entry& entry, platform::Seconds timeout) {
+    const std::scoped_lock guard(_connectionLock);
+    entry->request.reset();
+    entry->expires = _clock.monotonic() + timeout;
+    limitFreeConnections();
+}
+
+void ConnectionTable::stampExpiry(const Entry& entry, platform::Seconds timeout) {
+    const std::scoped_lock guard(_connectionLock);
+    entry->expires = _clock.monotonic() + timeout;
+}
+
+void ConnectionTable::remove(const Entry& entry) {
+    const std::scoped_lock guard(_connectionLock);
+    entry->request.reset();
+    std::erase(_entries, entry);
+    dispose(entry);
+}
+
+void ConnectionTable::expirePersistentConnections() {
+    const std::scoped_lock guard(_connectionLock);
+    const platform::Seconds now = _clock.monotonic();
+    std::erase_if(_entries, [&](const Entry& entry) {
+        const bool isDue = !entry->request && (!entry->expires || *entry->expires <= now);
+        if (isDue)
+            dispose(entry);
+        return isDue;
+    });
+}
+
+void ConnectionTable::limitFreeConnections() {
+    const auto isFree = [](const Entry& entry) { return !entry->request; };
+    if (std::count_if(_entries.begin(), _entries.end(), isFree) <= maximumFreeConnections)
+        return;
+    const auto soonest = std::min_element(_entries.begin(), _entries.end(),
+                                          [&](const Entry& one, const Entry& other) {
+                                              return std::pair(!isFree(one), one->expires) <
+                                                     std::pair(!isFree(other), other->expires);
+                                          });
+    dispose(*soonest);
+    _entries.erase(soonest);
+}
+
+/// A socket can be closed only where its loop runs.
+void ConnectionTable::dispose(const Entry& entry) {
+    auto identity = std::move(entry->identity);
+    const auto loop = entry->loop.lock();
+    if (identity != nullptr && loop != nullptr)
+        loop->post([identity = std::move(identity)]() mutable { identity.reset(); });
+}
+
+void ConnectionTable::removeAllOfLoop(const TransferLoop* loop) {
+    // Sockets close here, on their thread, whoever still holds the entries.
+    std::vector<std::shared_ptr<platform::HTTPConnectionIdentity>> closing;
+    const std::scoped_lock guard(_connectionLock);
+    std::erase_if(_entries, [&](const Entry& entry) {
+        const bool isOfLoop = entry->loop.lock().get() == loop;
+        if (isOfLoop)
+            closing.push_back(std::move(entry->identity));
+        return isOfLoop;
+    });
+}
+
+std::size_t ConnectionTable::count() const {
+    const std::scoped_lock guard(_connectionLock);
+    return _entries.size();
+}
+
+void ConnectionTable::countScheduledStream(int difference) {
+    const std::scoped_lock guard(_connectionLock);
+    _scheduledStreams += difference;
+}
+
+bool ConnectionTable::hasScheduledStreams() const {
+    const std::scoped_lock guard(_connectionLock);
+    return _scheduledStreams > 0;
+}
+
+}  // namespace http

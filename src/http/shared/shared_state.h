@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QString>
+#include <memory>
+#include <mutex>
+
+#include "http/operation_queue.h"
+#include "http/shared/bandwidth_account.h"
+#include "http/shared/connection_table.h"
+#include "http/shared/request_thread.h"
+#include "http/shared/session_cookies.h"
+#include "platform/base/clock.h"
+
+namespace http {
+
+class ResponseCache;
+
+/// What new requests begin with. Any thread.
+class RequestDefaults {
+public:
+    [[nodiscard]] platform::Seconds timeOutSeconds() const;
+    void setTimeOutSeconds(platform::Seconds seconds);
+    /// Built once, when nothing has been set.
+    [[nodiscard]] QString userAgentString();
+    void setUserAgentString(const QString& text);
+    [[nodiscard]] std::shared_ptr<ResponseCache> cache() const;
+    void setCache(std::shared_ptr<ResponseCache> cache);
+
+private:
+    mutable std::mutex _lock;  ///< Guards all that follows.
+    platform::Seconds _timeOutSeconds = 10;
+    std::optional<QString> _userAgentString;
+    std::shared_ptr<ResponseCache> _cache;
+};
+
+/// The parts that all requests of a session share. Each has its own lock; they are named after what
+/// they guard: the connection lock (ConnectionTable), the bandwidth lock (BandwidthAccount), the
+/// session cookie lock (SessionCookies) and those below. A request's own `_cancelledLock` is taken
+/// before any of them, the delegate authentication lock before the session credential lock, and
+/// no two others together.
+///
+/// A request keeps this alive, so it may outlive the session; what it then posts to the thread is
+/// dropped. Any thread.
+class SharedState {
+public:
+    explicit SharedState(platform::Clock& clock);
+
+    /// Of the session that lives; the program is wired wrongly if there is none.
+    [[nodiscard]] static std::shared_ptr<SharedState> current();
+    /// Null: the session has ended.
+    static void install(std::shared_ptr<SharedState> state);
+
+    platform::Clock& clock;
+    BandwidthAccount bandwidth;
+    ConnectionTable connections;
+    SessionCookies cookies;
+    RequestDefaults defaults;
+    /// Guards the queueing of progress and the end of a response, across requests.
+    std::recursive_mutex progressLock;
+    OperationQueue sharedQueue;
+    RequestThread thread;
+};
+
+}  // namespace http

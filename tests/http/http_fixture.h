@@ -1,0 +1,79 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QTemporaryDir>
+#include <memory>
+#include <vector>
+
+#include "http/http_request.h"
+#include "http/http_session.h"
+#include "support/http_server.h"
+#include "support/main_loop.h"
+
+namespace http_test {
+
+/// Writes down what it hears, and answers as told.
+class RecordingDelegate : public http::HTTPRequestDelegate {
+public:
+    Capabilities does;
+    std::vector<std::string> events;
+    QByteArray data;
+    std::vector<platform::Url> redirects;
+    int blocks = 0;
+    bool followsRedirects = true;
+    /// Called after each event is written down.
+    std::function<void(const std::string& event, http::HTTPRequest& request)> onEvent;
+
+    [[nodiscard]] Capabilities capabilities() const override { return does; }
+    [[nodiscard]] bool hasEnded() const;
+    [[nodiscard]] int count(const std::string& event) const;
+
+    void requestStarted(http::HTTPRequest& request) override;
+    void requestDidReceiveResponseHeaders(http::HTTPRequest& request,
+                                          const platform::HTTPHeaders& headers) override;
+    void requestRedirected(http::HTTPRequest& request) override;
+    void requestWillRedirectToURL(http::HTTPRequest& request, const platform::Url& url) override;
+    void requestDidReceiveData(http::HTTPRequest& request, const QByteArray& block) override;
+    void requestFinished(http::HTTPRequest& request) override;
+    void requestFailed(http::HTTPRequest& request) override;
+
+private:
+    void note(const std::string& event, http::HTTPRequest& request);
+};
+
+/// A server, a main loop on a manual clock, and a session between them.
+class HTTPTest : public ::testing::Test {
+protected:
+    HTTPTest();
+    ~HTTPTest() override;
+
+    [[nodiscard]] std::shared_ptr<http::HTTPRequest> request(const QString& path = QString());
+    /// With the delegate of this test.
+    [[nodiscard]] std::shared_ptr<http::HTTPRequest> observedRequest(
+        const QString& path = QString());
+    /// Starts it and waits for its end.
+    void run(const std::shared_ptr<http::HTTPRequest>& request);
+    [[nodiscard]] bool waitForEnd();
+    [[nodiscard]] bool waitForRequests(std::size_t count);
+    /// Until the request thread has done all that was due when this was called.
+    void settleThread();
+    /// Lets the request thread work, and not the main loop, until `done`. False: real time ran out.
+    [[nodiscard]] bool waitForThread(const std::function<bool()>& done);
+    /// Moves the clock in steps of the status timer; the request thread keeps up.
+    void advance(platform::Seconds seconds);
+
+    [[nodiscard]] QString temporaryFile(const QString& name) const;
+    [[nodiscard]] static QByteArray contents(const QString& path);
+    static void write(const QString& path, const QByteArray& data);
+    static int errorCode(const http::HTTPRequest& request);
+
+    support::MainLoop main;
+    std::unique_ptr<platform::CookieStorage> cookies;
+    support::HTTPServer server;
+    QTemporaryDir folder;
+    RecordingDelegate delegate;
+    std::unique_ptr<http::HTTPSession> session;
+};
+
+}  // namespace http_test
