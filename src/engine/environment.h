@@ -3,34 +3,33 @@
 #include <QString>
 #include <functional>
 #include <memory>
-#include <vector>
+#include <optional>
 
+#include "links/download_page_reader.h"
+#include "platform/files/files.h"
 #include "platform/net/url.h"
+
+namespace http {
+class HTTPRequest;
+}
 
 namespace engine {
 
 class DQDownload;
 
-/// What the rules about download pages say of an address, and the reading of such a page.
+/// What the rules about download pages say of an address, and the reading of such a page. Main
+/// thread.
 class PageReader {
 public:
-    /// Addresses found on a page, and its title; both may be empty.
-    struct Page {
-        std::vector<platform::Url> urls;
-        QString title;
-    };
-
     virtual ~PageReader() = default;
 
-    /// Main thread.
     [[nodiscard]] virtual bool isDownloadPageURL(const platform::Url& url) const = 0;
-    /// How names are drawn from the page's address or title: null if the rule has no say, empty to
-    /// take the name of the address. Main thread.
-    [[nodiscard]] virtual QString preservedNamePattern(const platform::Url& url) const = 0;
-
-    /// Answers a call that reads the page and blocks until it is read. Asked for on the main
-    /// thread, run on another.
-    [[nodiscard]] virtual std::function<Page()> readerForPage(const platform::Url& url) const = 0;
+    /// How the file is named after the page: empty for the page's whole name. Nothing: it is not.
+    [[nodiscard]] virtual std::optional<QString> preservedNamePattern(
+        const platform::Url& url) const = 0;
+    /// Reads the page in the background and calls `completion` on the main loop.
+    virtual void URLsFromDownloadPageWithTitle(
+        const platform::Url& url, std::function<void(links::ExtractedLinks)> completion) const = 0;
 };
 
 /// Whether a folder may be written to, and the key of the grant that was opened for it (empty:
@@ -51,7 +50,6 @@ struct Environment {
     std::function<WriteAccess(const QString& folder, const QString& explanation)>
         confirmWriteAccess = [](const QString&, const QString&) { return WriteAccess{}; };
     std::function<void(const QString& bookmarkPath)> stopAccessingBookmark = [](const QString&) {};
-    bool isSandboxed = false;
 
     /// Hands a finished file to an application. False: it was found but could not open the file.
     std::function<bool(const QString& path, const QString& application)> openWithApplication =
@@ -61,12 +59,17 @@ struct Environment {
     std::function<void(const platform::Url&)> copyURL = [](const platform::Url&) {};
     std::function<void(const QString&)> copyText = [](const QString&) {};
 
+    /// Asks the user for the credentials that a request waits for, or makes it go on without.
+    std::function<void(http::HTTPRequest&)> acquireAuthentication;
+    /// The request does not wait for an answer any more, if it did.
+    std::function<void(http::HTTPRequest&)> cancelAuthentication = [](http::HTTPRequest&) {};
+
     std::function<bool()> isModalWindowUp = [] { return false; };
     std::function<bool()> isAlternateFunctionalityEvent = [] { return false; };
     std::function<void()> beep = [] {};
 
     /// The folder of the program's own data; empty: there is none.
-    std::function<QString()> applicationSupportPath;
+    std::function<QString()> applicationSupportPath = platform::userDataFolder;
     /// Absent: no address is a download page.
     std::shared_ptr<PageReader> pageReader;
 

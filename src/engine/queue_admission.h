@@ -1,8 +1,10 @@
 #pragma once
 
+#include <QSet>
 #include <QString>
 #include <map>
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 #include "engine/download_manager.h"
@@ -53,13 +55,26 @@ public:
     [[nodiscard]] Position positionOfQueuedDownload(const DQDownload& download);
     void startEligibleQueuedDownloads();
 
+    /// Whether paused downloads of another host than this one are there.
+    [[nodiscard]] bool hasPausedDownloadsOfOtherHosts(const QString& queueRelevantHost);
+
 private:
-    using Hosts = std::map<QString, std::vector<const DQDownload*>>;
+    using Hosts = std::map<QString, qint64>;
+    struct Place {
+        qint64 index = 0;
+        qint64 hostIndex = notFound;
+    };
+    /// What one walk over all downloads finds; kept until the next change.
     struct Lists {
         std::vector<DownloadPtr> queued, downloading;
+        QSet<QString> pausedHosts;
+        /// Of each queued download, and how many hosts they have. Empty: not worked out yet.
+        std::unordered_map<const DQDownload*, Place> places;
+        std::size_t hostsInQueue = 0;
     };
 
-    const Lists& populateQueuedAndDownloadingDownloads();
+    Lists& populateQueuedAndDownloadingDownloads();
+    const Lists& listsWithPlaces();
     void startEligibleQueuedDownloadsAndResetTimer();
     static qint64 addDownload(const DQDownload& download, Hosts& hosts);
 

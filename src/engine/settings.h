@@ -102,9 +102,6 @@ inline constexpr Setting<qint64> subdivisionDate{
 inline constexpr Setting<qint64> lastModifiedHeaderAdoption{
     u"Last-Modified Header Adoption", 0, false,
     "Above 0, a finished file gets the server's date as its date of modification."};
-inline constexpr Setting<bool> storeSourceURLInComment{
-    u"Store Source URL In Spotlight Comment", false, false,
-    "Where a file came from is also written into its comment."};
 
 // Rows.
 inline constexpr Setting<bool> privateDownloading{

@@ -12,7 +12,4 @@ namespace engine {
 /// Deletes that folder with all it holds, and the queue's file.
 void removeIntermediateFiles();
 
-/// Gives up the folder grants that were opened for downloads, once none is active.
-void endFileAccess();
-
 }  // namespace engine

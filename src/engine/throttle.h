@@ -19,6 +19,9 @@ public:
     /// Bytes per second, at least 1.
     [[nodiscard]] static qint64 throttleLimit();
     static void setThrottleLimit(qint64 limit);
+
+    /// Hands what is set to the HTTP client.
+    static void apply();
 };
 
 }  // namespace engine
