@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "platform/base/error.h"
+#include "platform/files/descriptor.h"
+
+namespace engine {
+
+/// Reads a file of this machine block by block in the background. At most one block is on its way,
+/// so that a slow disk at the other end slows the reading. Main thread.
+class FileSource : public std::enable_shared_from_this<FileSource> {
+public:
+    struct Receiver {
+        /// Keeping the data costs no copy.
+        std::function<void(const QByteArray&)> data;
+        std::function<void()> finished;
+        std::function<void(const platform::Error&)> failed;
+    };
+
+    [[nodiscard]] static std::shared_ptr<FileSource> make() {
+        return std::shared_ptr<FileSource>(new FileSource);
+    }
+    ~FileSource() { stop(); }
+
+    /// Nothing: done.
+    [[nodiscard]] std::optional<platform::Error> open(const QString& path);
+    [[nodiscard]] qint64 size() const { return size_; }
+    /// Whether it has changed since another file was last written to.
+    [[nodiscard]] bool isNewerThan(const QString& otherPath) const;
+
+    /// Reads from `offset` to the end that the file had when it was opened; a file that has become
+    /// shorter by then fails.
+    void start(qint64 offset, Receiver receiver);
+    /// Nothing reaches the receiver after this returns.
+    void stop() { receiver_ = {}; }
+
+private:
+    struct Block;
+
+    FileSource() = default;
+    void readNext();
+    void take(const Block& block);
+
+    std::shared_ptr<platform::Descriptor> file_;
+    Receiver receiver_;
+    qint64 size_ = 0;
+    qint64 offset_ = 0;
+    qint64 modified_ = 0;  ///< Nanoseconds.
+};
+
+}  // namespace engine

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+#include <QtGlobal>
+
+namespace engine {
+
+/// What is written on a partial file about itself, in extended attributes. On a file system
+/// without them nothing is known, and every file counts as it stands.
+
+/// So many bytes of the open file are on the disk. Any thread.
+void markSynced(int file, qint64 bytes);
+/// Cuts off what may not have reached the disk before the machine last went down. While it has been
+/// up since the file was written, all of it counts: what a killed process wrote is not lost.
+void dropUnsyncedTail(const QString& path);
+
+/// All workers have done their part: the file has only to be joined with its fragments and moved.
+void markFinishing(const QString& path);
+[[nodiscard]] bool isMarkedFinishing(const QString& path);
+
+/// Takes the marks off before the file becomes the user's. Any thread.
+void removePartialFileMarks(const QString& path);
+
+}  // namespace engine
