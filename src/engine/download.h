@@ -18,12 +18,12 @@ namespace engine {
 
 class DQDownload;
 class DownloadDates;
+class DownloadFinisher;
 class DownloadIdentity;
 class DownloadPaths;
 class Transfer;
 class UserSettings;
 class VanishView;
-struct OverallFigures;
 
 using DownloadPtr = std::shared_ptr<DQDownload>;
 
@@ -113,6 +113,8 @@ public:
     [[nodiscard]] QString pathToReveal();
     /// The .orlop folder of the partial file.
     [[nodiscard]] QString downloadContainerPath();
+    /// For a record that is restored. A path where no partial data of ours can lie is not taken: it
+    /// comes from a file that anybody may have written, and partial data is deleted.
     void setIntermediateDownloadTargetPath(const QString& path);
     [[nodiscard]] QString intermediateDownloadTargetPath();
     [[nodiscard]] QString downloadBasePath();
@@ -215,7 +217,8 @@ public:
     [[nodiscard]] DownloadDates& dates() const;
     [[nodiscard]] DownloadPaths& paths() const;
     [[nodiscard]] Transfer& transfer() const;
-    void setStatus(DQDownloadStatus status) { _status = status; }
+    [[nodiscard]] DownloadFinisher& finisher() const;
+    void setStatus(DQDownloadStatus status);
     void setIsInterrupted(bool interrupted) { _isInterrupted = interrupted; }
     void setIsBeingRemoved(bool removed) { _isBeingRemoved = removed; }
     void setLastError(std::optional<platform::Error> error) { lastError_ = std::move(error); }
@@ -223,7 +226,7 @@ public:
 private:
     struct Parts;
 
-    DQDownload();
+    explicit DQDownload(const platform::Url& url);
 
     std::unique_ptr<Parts> parts_;
     std::optional<platform::Error> lastError_;

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include "engine/transfer.h"
+
+namespace engine {
+
+class DQDownload;
+struct ResumePlan;
+
+/// Several workers for one download.
+
+/// After the head of a whole answer to the only worker: splits the file if host, server and size
+/// allow it.
+void accelerateIfPossible(DQDownload& download, const Transfer::Worker::Pointer& primary,
+                          const WorkerResponse& response);
+
+/// Adds a worker for each part of the plan, behind the first one, which has been added and takes
+/// what stands before them. False: one could not be started, and all are gone.
+[[nodiscard]] bool addResumedWorkers(DQDownload& download, const ResumePlan& plan);
+
+/// Puts the parts of all workers but the first into the settings, if there are any.
+void recordAccelerationWorkers(DQDownload& download);
+
+/// Stops the first worker where the second one began.
+void truncateFirstWorker(DQDownload& download, qint64 offset);
+
+/// An acceleration worker was answered with an error. It waits for another worker to end, since
+/// servers commonly serve only so many connections. False: no other worker is running.
+[[nodiscard]] bool parkRefusedWorker(DQDownload& download, Transfer::Worker& worker);
+/// Starts a worker that waits, now that another one has ended. False: it could not be started.
+[[nodiscard]] bool startParkedWorker(DQDownload& download);
+
+/// The server does not serve parts after all, or other ones: the first worker goes on alone.
+void dropAcceleration(DQDownload& download);
+
+}  // namespace engine

@@ -1,0 +1,261 @@
+#include "engine/download_finisher.h"
+
+#include <QFile>
+#include <algorithm>
+#include <cerrno>
+#include <numeric>
+
+#include "engine/accelerator.h"
+#include "engine/background.h"
+#include "engine/download.h"
+#include "engine/download_lifecycle.h"
+#include "engine/download_manager.h"
+#include "engine/download_paths.h"
+#include "engine/environment.h"
+#include "engine/file_access.h"
+#include "engine/finished_file.h"
+#include "engine/intermediate_files.h"
+#include "engine/known_file.h"
+#include "engine/partial_file_marks.h"
+#include "engine/resume_plan.h"
+#include "engine/transfer.h"
+#include "engine/user_settings.h"
+#include "platform/base/log.h"
+#include "platform/files/files.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace engine {
+namespace {
+
+qint64 totalLength(const std::vector<FilePiece>& pieces) {
+    return std::accumulate(pieces.begin(), pieces.end(), qint64{0},
+                           [](qint64 sum, const FilePiece& piece) { return sum + piece.length; });
+}
+
+qint64 bytesOf(const DQDownloadWorkerPrototype& worker) {
+    return worker.resumeByteOffset() + worker.downloadedBytes();
+}
+
+}  // namespace
+
+void DownloadFinisher::workerDidFinish(DQDownloadWorkerPrototype& worker) {
+    Transfer& transfer = download_.transfer();
+    if (transfer.workers().size() >= 2 && transfer.isFirst(worker) && isWholeFile(worker)) {
+        platform::log(u"%1 first worker finished already; ditching acceleration workers"_s.arg(
+            download_.description()));
+        transfer.dropWorkers(1);
+        download_.userSettings().remove(keys::accelerationWorkers);
+    }
+    if (!startParkedWorker(download_)) {
+        handleFailure(download_, worker,
+                      makeWorkerError(WorkerErrorCode::WrongPart,
+                                      u"%1 has no worker for a part that is left"_s.arg(
+                                          download_.description())));
+        return;
+    }
+    if (!std::all_of(transfer.workers().begin(), transfer.workers().end(),
+                     [](const auto& other) { return other->isDone(); }))
+        return;
+    const bool hasData = transfer.figures().total() > 0;
+    std::vector<FilePiece> pieces = piecesOfWorkers();
+    transfer.freezeFigures();
+    transfer.dropWorkers();
+    if (hasData)
+        conclude(std::move(pieces));
+    else
+        endWithoutData();
+}
+
+/// The first of several workers was to be cut off, but has read on to the end of the file.
+bool DownloadFinisher::isWholeFile(const DQDownloadWorkerPrototype& worker) const {
+    return worker.status() == DQDownloadWorkerStatusFinished && worker.endByte() == 0 &&
+           bytesOf(worker) == knownFile(download_.userSettings()).length;
+}
+
+std::vector<FilePiece> DownloadFinisher::piecesOfWorkers() const {
+    const Transfer::Workers& workers = download_.transfer().workers();
+    const QString primaryPath = download_.paths().intermediateDownloadTargetPath(false, false);
+    const DQDownloadWorkerPrototype& first = *workers.front();
+    if (first.resumesInSeparateFile() && first.resumeByteOffset() >= 1) {
+        std::vector<FilePiece> pieces{{primaryPath, platform::fileSize(primaryPath).value_or(0)}};
+        for (const QString& path : fragmentPathsForIntermediateDownloadTargetPath(primaryPath))
+            pieces.push_back({path, platform::fileSize(path).value_or(0)});
+        return pieces;
+    }
+    std::vector<FilePiece> pieces;
+    for (const auto& worker : workers)
+        pieces.push_back({pieces.empty() ? primaryPath : worker->targetPath(), bytesOf(*worker)});
+    return pieces;
+}
+
+void DownloadFinisher::finishPartialData(const ResumePlan& plan) {
+    const QString primaryPath = download_.paths().intermediateDownloadTargetPath(false, false);
+    std::vector<FilePiece> pieces{
+        {primaryPath, plan.fractions.empty() ? plan.primarySize : plan.fractions.front().start}};
+    for (const StoredFraction& fraction : plan.fractions)
+        pieces.push_back({fraction.target, fraction.length()});
+    conclude(std::move(pieces));
+}
+
+void DownloadFinisher::conclude(std::vector<FilePiece> pieces) {
+    if (hasRightLength(pieces))
+        assemble(std::move(pieces));
+    else
+        handleWrongLength(pieces);
+}
+
+/// Whatever servers and workers say: what lies on the disk must add up to what was announced.
+bool DownloadFinisher::hasRightLength(const std::vector<FilePiece>& pieces) const {
+    const qint64 length = knownFile(download_.userSettings()).length;
+    if (length > 0 && totalLength(pieces) != length)
+        return false;
+    return std::all_of(pieces.begin(), pieces.end(), [&](const FilePiece& piece) {
+        const qint64 size = platform::fileSize(piece.path).value_or(0);
+        return pieces.size() == 1 ? size == piece.length : size >= piece.length;
+    });
+}
+
+/// Begins anew without acceleration if parts do not fit together. A single file is kept, as what a
+/// resume measures, unless it is too long to be resumed.
+void DownloadFinisher::handleWrongLength(const std::vector<FilePiece>& pieces) {
+    const qint64 length = knownFile(download_.userSettings()).length;
+    platform::log(u"%1 has parts of %2 bytes in place of %3"_s.arg(download_.description())
+                      .arg(totalLength(pieces))
+                      .arg(length));
+    download_.transfer().thawFigures();
+    if (pieces.size() >= 2) {
+        download_.transfer().setHasFailedToAddAccelerationWorkers();
+        startOverAfterFailedResume(download_);
+        return;
+    }
+    if (platform::fileSize(pieces.front().path).value_or(0) > length) {
+        download_.userSettings().remove(keys::responseURL);
+        download_.paths().discardPartialData();
+    }
+    interruptDownload(download_,
+                      makeWorkerError(WorkerErrorCode::WrongLength,
+                                      u"%1 does not have the length that was announced"_s.arg(
+                                          download_.description())));
+}
+
+void DownloadFinisher::assemble(std::vector<FilePiece> pieces) {
+    auto job = std::make_shared<Job>();
+    job->pieces = std::move(pieces);
+    job->hasUserChosenPath = download_.userSettings().contains(keys::downloadFile);
+    job_ = job;
+    markFinishing(job->pieces.front().path);
+    auto result = std::make_shared<AssemblyResult>();
+    runInBackground([job, result] { *result = assembleFile(job->pieces, job->isCancelled); },
+                    [weak = download_.weak_from_this(), job, result] {
+                        if (const auto download = weak.lock())
+                            download->finisher().didAssemble(job, *result);
+                    });
+}
+
+void DownloadFinisher::didAssemble(const std::shared_ptr<Job>& job, const AssemblyResult& result) {
+    if (job->isCancelled) {
+        endCancelledJob();
+    } else if (result.error) {
+        endJob();
+        interruptDownload(download_, *result.error);
+    } else {
+        move(job);
+    }
+}
+
+/// Where to is decided now and not when the transfer began: names, rules and folders may have
+/// changed since.
+void DownloadFinisher::move(const std::shared_ptr<Job>& job) {
+    const QString source = job->pieces.front().path;
+    const QString target = download_.finalDownloadTargetPath();
+    auto error = std::make_shared<std::optional<platform::Error>>();
+    runInBackground(
+        [source, target, error] {
+            if (target.isEmpty())
+                *error = platform::posixError(EACCES);
+            else
+                *error = platform::moveFile(source, target);
+            removePartialFileMarks(*error ? source : target);
+        },
+        [weak = download_.weak_from_this(), job, target, error] {
+            if (const auto download = weak.lock())
+                download->finisher().didMove(job, target, *error);
+        });
+}
+
+void DownloadFinisher::didMove(const std::shared_ptr<Job>& job, const QString& target,
+                               const std::optional<platform::Error>& error) {
+    constexpr int mostAttempts = 8;
+    const QString source = job->pieces.front().path;
+    if (download_.isBeingRemoved()) {
+        QFile::remove(error ? source : target);
+        endJob();
+        return;
+    }
+    // Somebody has taken the free path that was chosen a moment ago.
+    const bool isTaken = error && error->is(platform::posixErrorDomain, EEXIST);
+    if (isTaken && !job->hasUserChosenPath && ++job->attempts < mostAttempts) {
+        move(job);
+        return;
+    }
+    endJob();
+    if (error) {
+        platform::log(u"cannot move downloaded %1 to <%2> (%3)"_s.arg(download_.description(),
+                                                                      target, error->text));
+        environment().beep();
+        endWithFile(source);
+        return;
+    }
+    download_.paths().discardPartialData();
+    endWithFile(target);
+}
+
+void DownloadFinisher::cancel() {
+    if (job_)
+        job_->isCancelled = true;
+    startsWhenIdle_ = false;
+}
+
+void DownloadFinisher::endJob() {
+    job_.reset();
+    download_.transfer().thawFigures();
+}
+
+void DownloadFinisher::endCancelledJob() {
+    endJob();
+    if (std::exchange(startsWhenIdle_, false) && download_.status() == DQDownloadStatusDownloading)
+        download_.startDownload();
+}
+
+void DownloadFinisher::endWithoutData() {
+    download_.transfer().thawFigures();
+    platform::debugLog([&] {
+        return u"%1 finished with no data (status code: %2)"_s.arg(
+            download_.description(), download_.userSettings().string(keys::statusCode));
+    });
+    download_.paths().discardPartialData();
+    download_.transfer().setIsGettingDownloadPageSource(false);
+    download_.setStatus(DQDownloadStatusAborted);
+    close();
+}
+
+void DownloadFinisher::endWithFile(const QString& path) {
+    adoptServerDate(download_, path);
+    storeSources(download_, path);
+    download_.setURL(platform::Url::fromFilePath(path));
+    if (const QByteArray bookmark = platform::fileBookmark(path); !bookmark.isEmpty())
+        download_.userSettings().set(keys::alias, bookmark);
+    download_.setStatus(DQDownloadStatusDone);
+    openByRule(download_, path);
+    close();
+}
+
+void DownloadFinisher::close() {
+    mainController().updateDownload(download_);
+    environment().addToHistory(download_);
+    announceChangedQueue();
+    endFileAccess();
+}
+
+}  // namespace engine

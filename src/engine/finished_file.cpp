@@ -1,0 +1,57 @@
+#include "engine/finished_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <QFile>
+#include <QStringList>
+#include <QVariant>
+
+#include "engine/download.h"
+#include "engine/download_dates.h"
+#include "engine/download_manager.h"
+#include "engine/environment.h"
+#include "engine/settings.h"
+#include "engine/user_settings.h"
+#include "links/file_attributes.h"
+#include "links/path_rules.h"
+#include "platform/base/log.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace engine {
+
+/// The setting's lowest value that counts gives the date to the file's creation alone, which no
+/// file system of Linux lets anybody set.
+void adoptServerDate(const DQDownload& download, const QString& path) {
+    const auto& date = download.dates().lastModifiedOnServerDate();
+    if (!date || platform::standardDefaults().get(settings::lastModifiedHeaderAdoption) <= 0)
+        return;
+    timespec times[2]{};
+    times[0].tv_nsec = UTIME_OMIT;
+    times[1].tv_sec = date->toSecsSinceEpoch();
+    if (utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, AT_SYMLINK_NOFOLLOW) != 0)
+        platform::log(u"cannot set modification date for <%1>"_s.arg(path));
+}
+
+void storeSources(const DQDownload& download, const QString& path) {
+    const QString response = download.userSettings().string(keys::responseURL);
+    const QString original = download.userSettings().string(keys::originalURL);
+    QStringList sources;
+    if (!response.isEmpty())
+        sources.append(response);
+    if (!original.isEmpty() && !links::isEqualToPath(original, response))
+        sources.append(original);
+    links::setSourceURLStrings(path, sources);
+}
+
+void openByRule(const DQDownload& download, const QString& path) {
+    const QVariantList rules = mainController().specialCases();
+    for (const QVariant& element : rules) {
+        const QVariantMap rule = element.toMap();
+        if (download.matchesSpecialCase(rule) &&
+            environment().openWithApplication(path, rule.value(u"Application"_s).toString()))
+            return;
+    }
+}
+
+}  // namespace engine

@@ -1,0 +1,53 @@
+#include "engine/user_settings.h"
+
+#include <QStringList>
+
+namespace engine {
+namespace {
+
+/// All that an archive holds of the settings; "Status Code" is added apart from them.
+const QStringList& keptKeys() {
+    static const QStringList list{keys::accelerationFailed,
+                                  keys::accelerationWorkers,
+                                  keys::alias,
+                                  keys::date,
+                                  keys::done,
+                                  keys::downloadFile,
+                                  keys::downloadFolder,
+                                  keys::name,
+                                  keys::rangesDisabled,
+                                  keys::referer,
+                                  keys::request,
+                                  keys::responseURL,
+                                  keys::expectedBytes,
+                                  keys::entityTag,
+                                  keys::lastModified};
+    return list;
+}
+
+}  // namespace
+
+void UserSettings::set(const QString& key, const QVariant& newValue) {
+    if (newValue.isValid())
+        values_.insert(key, newValue);
+    else
+        values_.remove(key);
+}
+
+QVariantMap UserSettings::archive(const QString& urlString, bool paused) const {
+    QVariantMap result{{keys::url, urlString}, {keys::paused, paused}};
+    for (const QString& key : keptKeys()) {
+        if (const auto found = values_.constFind(key); found != values_.cend())
+            result.insert(key, *found);
+    }
+    return result;
+}
+
+void UserSettings::restore(const QVariantMap& archive) {
+    for (const QString& key : keptKeys() + QStringList{keys::statusCode}) {
+        if (const auto found = archive.constFind(key); found != archive.cend())
+            set(key, *found);
+    }
+}
+
+}  // namespace engine
