@@ -9,8 +9,8 @@ namespace links {
 
 namespace {
 
-/// In the background, over pages of many megabytes.
-constexpr platform::Seconds pageTimeLimit = 10;
+/// Once may be the machine's fault.
+constexpr int mostFailures = 3;
 
 }  // namespace
 
@@ -20,29 +20,23 @@ DownloadPageExpression::DownloadPageExpression(QString pattern,
     : pattern_(std::move(pattern)),
       expression_(std::move(expression)),
       subject_(subject),
-      isTooSlow_(std::make_shared<std::atomic<bool>>(false)) {}
+      failures_(std::make_shared<std::atomic<int>>(0)) {}
 
 std::optional<DownloadPageExpression> DownloadPageExpression::compile(const QString& pattern,
-                                                                      Subject subject) {
-    const bool isForPages = subject == Subject::Page;
-    auto expression =
-        isForPages ? platform::RegularExpression::compile(
-                         pattern,
-                         static_cast<unsigned>(platform::RegularExpression::Option::DotMatchesAll))
-                   : compiledUserPattern(pattern);
-    if (!expression) {
+                                                                      Subject subject,
+                                                                      platform::Seconds timeLimit) {
+    using Option = platform::RegularExpression::Option;
+    const Option option = subject == Subject::Page ? Option::DotMatchesAll : Option::None;
+    auto expression = platform::RegularExpression::compile(pattern, static_cast<unsigned>(option));
+    if (!expression)
         return std::nullopt;
-    }
-    if (isForPages) {
-        expression->setTimeLimit(pageTimeLimit);
-    }
+    expression->setTimeLimit(timeLimit);
     return DownloadPageExpression(pattern, std::move(*expression), subject);
 }
 
 bool DownloadPageExpression::matchesSomething(const QString& text) const {
-    if (subject_ == Subject::Address && *isTooSlow_) {
+    if (subject_ == Subject::Address && *failures_ >= mostFailures)
         return false;
-    }
     const platform::RegularExpression expression = expression_;
     const auto match = expression.firstMatch(text);
     complainIfTooSlow(expression);
@@ -52,17 +46,15 @@ bool DownloadPageExpression::matchesSomething(const QString& text) const {
 void DownloadPageExpression::forEachYield(const QString& text,
                                           const std::function<bool(const QString&)>& visit) const {
     const platform::RegularExpression expression = expression_;
-    for (const auto& match : expression.matches(text)) {
+    expression.forEachMatch(text, [&](const platform::RegularExpression::Match& match) {
         const QString yield = capturedText(match, text);
-        if (!yield.isEmpty() && !visit(yield)) {
-            break;
-        }
-    }
+        return yield.isEmpty() || visit(yield);
+    });
     complainIfTooSlow(expression);
 }
 
 void DownloadPageExpression::complainIfTooSlow(const platform::RegularExpression& used) const {
-    if (used.timedOut() && !isTooSlow_->exchange(true)) {
+    if (used.timedOut() && (*failures_)++ == 0) {
         platform::log(
             u"download page rule takes too long to match, treating it as not matching: "
             u"<%1>"_s.arg(pattern_),

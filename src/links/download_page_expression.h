@@ -11,19 +11,22 @@
 namespace links {
 
 /// A regular expression that a user wrote into a download page rule. One that takes too long
-/// counts as not matching; the first time, that is logged.
+/// does not match what it has not found by then; the first time, that is logged.
 ///
 /// Any thread.
 class DownloadPageExpression {
 public:
     enum class Subject {
-        Address,  ///< Matched on the main thread. Once too slow, it is not tried again.
+        Address,  ///< Matched on the main thread. Too slow a few times, it is left out for good.
         Page,     ///< Matched in the background; a dot matches line ends as well.
     };
+    static constexpr platform::Seconds addressTimeLimit = 0.2;
+    static constexpr platform::Seconds pageTimeLimit = 10;
 
     /// Nothing: the pattern does not compile.
     [[nodiscard]] static std::optional<DownloadPageExpression> compile(const QString& pattern,
-                                                                       Subject subject);
+                                                                       Subject subject,
+                                                                       platform::Seconds timeLimit);
 
     [[nodiscard]] const QString& pattern() const { return pattern_; }
 
@@ -42,7 +45,8 @@ private:
     QString pattern_;
     platform::RegularExpression expression_;
     Subject subject_;
-    std::shared_ptr<std::atomic<bool>> isTooSlow_;
+    /// How often it took too long, in all copies.
+    std::shared_ptr<std::atomic<int>> failures_;
 };
 
 }  // namespace links

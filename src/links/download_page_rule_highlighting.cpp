@@ -25,9 +25,8 @@ void markInJson(structured::SyntaxHighlighting& highlighting) {
     const auto& strings = *highlighting.quotedJSONStrings;
     for (std::size_t i = 1; i < strings.size(); ++i) {
         const auto& key = strings[i - 1];
-        if (!key.key() || key.stringValue() != "\"Use Source Name\""_L1) {
+        if (!key.key() || key.stringValue() != "\"Use Source Name\""_L1)
             continue;
-        }
         if (const auto match = prefix.firstMatch(strings[i].stringValue())) {
             const auto& range = *match->groups[1];
             highlighting.spans.push_back(

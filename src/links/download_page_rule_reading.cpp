@@ -33,11 +33,11 @@ std::optional<bool> booleanValue(const QVariant& value) {
 }
 
 /// Nothing: no text, a blank one, or one that does not compile.
-std::optional<DownloadPageExpression> readExpression(const QVariant& value, Subject subject) {
-    if (value.typeId() != QMetaType::QString || trimmedString(value.toString()).isEmpty()) {
+std::optional<DownloadPageExpression> readExpression(const QVariant& value, Subject subject,
+                                                     platform::Seconds timeLimit) {
+    if (value.typeId() != QMetaType::QString || trimmedString(value.toString()).isEmpty())
         return std::nullopt;
-    }
-    return DownloadPageExpression::compile(value.toString(), subject);
+    return DownloadPageExpression::compile(value.toString(), subject, timeLimit);
 }
 
 std::optional<DownloadPageStage> readStage(const QVariant& value) {
@@ -45,10 +45,10 @@ std::optional<DownloadPageStage> readStage(const QVariant& value) {
         value.typeId() == QMetaType::QVariantList ? value.toList() : QVariantList{value};
     DownloadPageStage stage;
     for (const QVariant& alternative : alternatives) {
-        auto query = readExpression(alternative, Subject::Page);
-        if (!query) {
+        auto query =
+            readExpression(alternative, Subject::Page, DownloadPageExpression::pageTimeLimit);
+        if (!query)
             return std::nullopt;
-        }
         stage.push_back(std::move(*query));
     }
     return stage;
@@ -57,14 +57,12 @@ std::optional<DownloadPageStage> readStage(const QVariant& value) {
 /// Empty: not acceptable.
 std::vector<DownloadPageStage> readCascade(const QVariant& value) {
     std::vector<DownloadPageStage> cascade;
-    if (value.typeId() != QMetaType::QVariantList) {
+    if (value.typeId() != QMetaType::QVariantList)
         return cascade;
-    }
     for (const QVariant& written : value.toList()) {
         auto stage = readStage(written);
-        if (!stage) {
+        if (!stage)
             return {};
-        }
         cascade.push_back(std::move(*stage));
     }
     return cascade;
@@ -76,9 +74,8 @@ struct NamePattern {
 };
 
 NamePattern readNamePattern(const QVariant& value) {
-    if (!value.isValid()) {
+    if (!value.isValid())
         return {};
-    }
     if (value.typeId() == QMetaType::QString) {
         const QString pattern = value.toString();
         const bool compiles =
@@ -99,28 +96,25 @@ std::vector<SourcedRule> sourcedDownloadPageRules(const QVariant& object) {
         std::stable_sort(sources.begin(), sources.end(), [](const QString& a, const QString& b) {
             return platform::compareStringsNaturally(a, b) < 0;
         });
-        for (const QString& source : sources) {
+        for (const QString& source : sources)
             rules.push_back({source, bySource[source]});
-        }
     } else if (object.typeId() == QMetaType::QVariantList) {
-        for (const QVariant& rule : object.toList()) {
+        for (const QVariant& rule : object.toList())
             rules.push_back({rule.toMap().value(u"Source"_s), rule});
-        }
     }
     return rules;
 }
 
 std::optional<DownloadPageRule> readDownloadPageRule(const SourcedRule& sourced) {
-    if (sourced.rule.typeId() != QMetaType::QVariantMap) {
+    if (sourced.rule.typeId() != QMetaType::QVariantMap)
         return std::nullopt;
-    }
     const QVariantMap rule = sourced.rule.toMap();
-    auto source = readExpression(sourced.source, Subject::Address);
+    auto source =
+        readExpression(sourced.source, Subject::Address, DownloadPageExpression::addressTimeLimit);
     auto cascade = readCascade(rule.value(u"Query Cascade"_s));
     const NamePattern name = readNamePattern(rule.value(u"Use Source Name"_s));
-    if (!source || cascade.empty() || !name.isAcceptable) {
+    if (!source || cascade.empty() || !name.isAcceptable)
         return std::nullopt;
-    }
     const bool collects = booleanValue(rule.value(u"Collect All Matches"_s)).value_or(false);
     return DownloadPageRule{std::move(*source), std::move(cascade), collects, name.pattern};
 }

@@ -8,9 +8,8 @@ std::shared_ptr<const DownloadPageRules> DownloadPageRules::fromObject(const QVa
     auto rules = std::make_shared<DownloadPageRules>();
     for (const SourcedRule& sourced : sourcedDownloadPageRules(object)) {
         auto rule = readDownloadPageRule(sourced);
-        if (!rule) {
+        if (!rule)
             return nullptr;
-        }
         rules->rules_.push_back(std::move(*rule));
     }
     return rules->rules_.empty() ? nullptr : rules;
@@ -19,9 +18,8 @@ std::shared_ptr<const DownloadPageRules> DownloadPageRules::fromObject(const QVa
 const DownloadPageRule* DownloadPageRules::ruleForURL(const platform::Url& url) const {
     const QString address = url.absoluteString();
     for (const DownloadPageRule& rule : rules_) {
-        if (rule.source.matchesSomething(address)) {
+        if (rule.source.matchesSomething(address))
             return &rule;
-        }
     }
     return nullptr;
 }
@@ -38,9 +36,8 @@ std::optional<QString> preservedNamePattern(const platform::Url& url,
 
 bool DownloadPageURLStatus::isDownloadPageURL(const platform::Url& url,
                                               const DownloadPageRules* rules) {
-    if (!answer_) {
+    if (!answer_)
         answer_ = links::isDownloadPageURL(url, rules);
-    }
     return *answer_;
 }
 

@@ -20,7 +20,7 @@ struct Mark {
 
 /// The longer before those that they begin with.
 constexpr std::array marks = {
-    Mark{"\xFF\xFE\0\0", "UTF-32LE"_L1},
+    Mark{{"\xFF\xFE\0\0", 4}, "UTF-32LE"_L1},
     Mark{"\xFF\xFE", "UTF-16LE"_L1},
     Mark{"\xFE\xFF", "UTF-16BE"_L1},
 };

@@ -17,18 +17,16 @@ public:
     void addFamily(const QString& title, DQDetectedFormat format,
                    const std::optional<QString>& whole, DQDetectedFormat shorthandFormat,
                    const std::optional<QString>& shorthand) {
-        if (!whole) {
+        if (!whole)
             return;
-        }
         if (!items_.empty()) {
             FormatMenuItem separator;
             separator.isSeparator = true;
             items_.push_back(separator);
         }
         add(title, format, *whole);
-        if (shorthand && *shorthand != *whole) {
+        if (shorthand && *shorthand != *whole)
             add(title + u" Shorthand"_s, shorthandFormat, *shorthand);
-        }
     }
 
     [[nodiscard]] std::vector<FormatMenuItem> takeItems() { return std::move(items_); }

@@ -84,9 +84,8 @@ JsonResult resultOf(const JsonTreeBuilder& builder, const QByteArray& utf8) {
 }  // namespace
 
 JsonResult readJson(const QByteArray& utf8) {
-    if (utf8.size() > maximumTextBytes) {
+    if (utf8.size() > maximumTextBytes)
         return refused(QCoreApplication::translate("Orlop", "The text is larger than 64 MiB."));
-    }
     // The parser would take it for the end of the text.
     if (const qsizetype zero = utf8.indexOf('\0'); zero >= 0) {
         return refused(QCoreApplication::translate("Orlop", "There is a null character here."),

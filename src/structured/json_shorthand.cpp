@@ -33,9 +33,8 @@ QString textWithLineEndCommas(const QString& shorthand) {
 std::optional<QString> textInBraces(const QString& shorthand) {
     static const platform::RegularExpression quoteFirst(uR"re(^\s*")re"_s);
     const platform::RegularExpression expression = quoteFirst;
-    if (!expression.firstMatch(shorthand)) {
+    if (!expression.firstMatch(shorthand))
         return std::nullopt;
-    }
     return u"{%1}"_s.arg(shorthand);
 }
 

@@ -23,16 +23,14 @@ void DQJSONTextView::setString(const QString& string) {
 }
 
 bool DQJSONTextView::setString(const QString& string, bool undoable, bool notifyDelegate) {
-    if (string == component_.text()) {
+    if (string == component_.text())
         return true;
-    }
     if (!undoable) {
         setString(string);
         return true;
     }
-    if (!component_.replaceText(string)) {
+    if (!component_.replaceText(string))
         return false;
-    }
     if (notifyDelegate) {
         didChangeText();
     } else {
@@ -49,17 +47,15 @@ bool DQJSONTextView::setStringBySerializingPropertyList(const QVariant& property
         text = DQLSONSerialization::JSONStringWithObject(
             propertyList, isShort, isShort, defaults_.get(settings::escapesJSONSlashes));
     }
-    if (!text) {
+    if (!text)
         text = DQLSONSerialization::XMLStringWithObject(propertyList, isShort);
-    }
     return text && setString(*text, undoable, false);
 }
 
 void DQJSONTextView::didChangeText() {
     parse();
-    if (validator_) {
+    if (validator_)
         validator_->didChangeObjectValueForTextView(*this);
-    }
 }
 
 void DQJSONTextView::parse() {
@@ -79,9 +75,8 @@ void DQJSONTextView::applySyntaxHighlighting() {
         static_cast<void>(objectValue());
         const QString text = component_.text();
         highlighting = syntaxHighlighting(text, detectedFormat_);
-        if (validator_) {
+        if (validator_)
             validator_->didApplySyntaxHighlightingToTextStorage(text, highlighting, *this);
-        }
     }
     component_.showHighlighting(highlighting);
 }
@@ -89,9 +84,8 @@ void DQJSONTextView::applySyntaxHighlighting() {
 QVariant DQJSONTextView::objectValue() {
     if (!objectValue_) {
         ParsedText parsed = DQLSONSerialization::objectWithString(component_.text());
-        if (parsed.object.isValid()) {
+        if (parsed.object.isValid())
             detectedFormat_ = parsed.format;
-        }
         error_ = std::move(parsed.error);
         objectValue_ = std::move(parsed.object);
     }
@@ -108,9 +102,8 @@ QVariant DQJSONTextView::validatedObjectValue() {
 }
 
 bool DQJSONTextView::presentSyntaxError() {
-    if (!error_) {
+    if (!error_)
         return false;
-    }
     const QString message = error_->line == 0
                                 ? error_->text
                                 : QCoreApplication::translate("Orlop", "Line %1, column %2: %3")
@@ -122,9 +115,8 @@ bool DQJSONTextView::presentSyntaxError() {
 
 std::vector<FormatMenuItem> DQJSONTextView::formatMenuItems() {
     const QVariant object = objectValue();
-    if (!object.isValid()) {
+    if (!object.isValid())
         return {};
-    }
     return structured::formatMenuItems(object, component_.text(), detectedFormat_,
                                        defaults_.get(settings::escapesJSONSlashes));
 }
@@ -132,9 +124,8 @@ std::vector<FormatMenuItem> DQJSONTextView::formatMenuItems() {
 void DQJSONTextView::changeTextViaMenuItem(const FormatMenuItem& item) {
     const bool isDone =
         item.text ? setString(*item.text, true, true) : item.state == FormatMenuItem::State::On;
-    if (!isDone) {
+    if (!isDone)
         component_.beep();
-    }
 }
 
 double DQJSONTextView::fontSize() const {
@@ -168,9 +159,8 @@ bool DQJSONTextView::readSelectionFromPasteboardPropertyListData(
                            defaults_.get(settings::prefersShorthand),
                            defaults_.get(settings::escapesJSONSlashes)};
     const auto text = textForPastedPropertyList(data, key, style);
-    if (!text || !component_.replaceSelection(*text)) {
+    if (!text || !component_.replaceSelection(*text))
         return false;
-    }
     didChangeText();
     return true;
 }

@@ -29,9 +29,8 @@ bool JsonTreeBuilder::number_integer(std::int64_t value) {
 }
 
 bool JsonTreeBuilder::number_unsigned(std::uint64_t value) {
-    if (value > static_cast<std::uint64_t>(std::numeric_limits<qint64>::max())) {
+    if (value > static_cast<std::uint64_t>(std::numeric_limits<qint64>::max()))
         return addLeaf(static_cast<double>(value));
-    }
     return addLeaf(static_cast<qint64>(value));
 }
 
@@ -90,9 +89,8 @@ bool JsonTreeBuilder::parse_error(std::size_t position, const std::string&,
 }
 
 bool JsonTreeBuilder::open(bool isObject) {
-    if (open_.size() >= static_cast<std::size_t>(maximumDepth)) {
+    if (open_.size() >= static_cast<std::size_t>(maximumDepth))
         return refuse(QCoreApplication::translate("Orlop", "This is nested too deeply."));
-    }
     open_.push_back({isObject, {}, {}, {}});
     return true;
 }

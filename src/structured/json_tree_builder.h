@@ -46,7 +46,7 @@ public:
 
 private:
     struct Container {
-        bool isObject;
+        bool isObject = false;
         QVariantMap members;
         QVariantMap::iterator member;  ///< The one whose value comes next.
         QVariantList elements;

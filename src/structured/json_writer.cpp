@@ -49,9 +49,8 @@ bool isValidTree(const QVariant& value, int levelsLeft) {
                    return isValidTree(element, levelsLeft - 1);
                });
     }
-    if (value.typeId() != QMetaType::QVariantMap) {
+    if (value.typeId() != QMetaType::QVariantMap)
         return isValidLeaf(value);
-    }
     const QVariantMap members = value.toMap();
     for (auto member = members.begin(); member != members.end(); ++member) {
         if (!member.key().isValidUtf16() || levelsLeft == 0 ||
@@ -128,16 +127,14 @@ void JsonWriter::writeObject(const QVariantMap& members) {
     text_ += u'{';
     ++level_;
     for (auto member = members.begin(); member != members.end(); ++member) {
-        if (member != members.begin()) {
+        if (member != members.begin())
             text_ += u',';
-        }
         startLine();
         writeMember(member.key(), member.value());
     }
     --level_;
-    if (!members.isEmpty()) {
+    if (!members.isEmpty())
         startLine();
-    }
     text_ += u'}';
 }
 
@@ -145,29 +142,25 @@ void JsonWriter::writeArray(const QVariantList& elements) {
     text_ += u'[';
     ++level_;
     for (qsizetype i = 0; i < elements.size(); ++i) {
-        if (i > 0) {
+        if (i > 0)
             text_ += u',';
-        }
         startLine();
         writeValue(elements[i]);
     }
     --level_;
-    if (!elements.isEmpty()) {
+    if (!elements.isEmpty())
         startLine();
-    }
     text_ += u']';
 }
 
 void JsonWriter::writeUnwrapped(const QVariantMap& members) {
     for (auto member = members.begin(); member != members.end(); ++member) {
-        if (member != members.begin()) {
+        if (member != members.begin())
             text_ += ",\n"_L1;
-        }
         writeMember(member.key(), member.value());
     }
-    if (!members.isEmpty()) {
+    if (!members.isEmpty())
         text_ += u'\n';
-    }
 }
 
 void JsonWriter::writeMember(const QString& key, const QVariant& value) {
@@ -239,27 +232,23 @@ void JsonWriter::writeDouble(double value) {
     const QString digits = QString::number(value, 'g', QLocale::FloatingPointShortest);
     text_ += digits;
     // Without a point it would read back as an integer.
-    if (!digits.contains(u'.') && !digits.contains(u'e')) {
+    if (!digits.contains(u'.') && !digits.contains(u'e'))
         text_ += ".0"_L1;
-    }
 }
 
 void JsonWriter::startLine() {
-    if (style_.layout == JsonLayout::Compact) {
+    if (style_.layout == JsonLayout::Compact)
         return;
-    }
     text_ += u'\n';
-    for (int i = 0; i < level_; ++i) {
+    for (int i = 0; i < level_; ++i)
         text_ += u'\t';
-    }
 }
 
 }  // namespace
 
 std::optional<QString> writeJson(const QVariant& value, JsonStyle style) {
-    if (!isValidJSONObject(value)) {
+    if (!isValidJSONObject(value))
         return std::nullopt;
-    }
     return JsonWriter(style).write(value);
 }
 

@@ -25,16 +25,27 @@ ParsedText failure(platform::ParseError error) {
 
 /// The first line of a text that was wrapped stands further right than the user sees it.
 platform::ParseError movedLeft(platform::ParseError error, qsizetype shift) {
-    if (error.line == 1) {
+    if (error.line == 1)
         error.column = std::max(error.column - shift, qint64{1});
-    }
     return error;
 }
 
-ParsedText parsedJson(const QString& text, DQDetectedFormat format, qsizetype shift) {
-    JsonResult result = readJson(text.toUtf8());
+/// What is missing at the end of a text in braces of ours is missing before the last of them.
+platform::ParseError placedInsideBraces(platform::ParseError error, const QByteArray& inBraces) {
+    const TextPosition end = textPosition(inBraces, inBraces.size() - 1);
+    if (error.line >= end.line) {
+        error.line = end.line;
+        error.column = std::min(error.column, end.column);
+    }
+    return movedLeft(std::move(error), 1);
+}
+
+ParsedText parsedJson(const QString& text, DQDetectedFormat format, bool isInBraces) {
+    const QByteArray utf8 = text.toUtf8();
+    JsonResult result = readJson(utf8);
     if (!result.value.isValid()) {
-        return failure(movedLeft(std::move(result.error), shift));
+        return failure(isInBraces ? placedInsideBraces(std::move(result.error), utf8)
+                                  : std::move(result.error));
     }
     if (DQLSONSerialization::convertsSpecialValues() &&
         result.value.typeId() == QMetaType::QVariantMap) {
@@ -45,9 +56,8 @@ ParsedText parsedJson(const QString& text, DQDetectedFormat format, qsizetype sh
 
 qsizetype indexOfLoneSurrogate(QStringView text) {
     qsizetype i = 0;
-    while (i < text.size() && !(text[i].isSurrogate() && !text.mid(i, 2).isValidUtf16())) {
+    while (i < text.size() && !(text[i].isSurrogate() && !text.mid(i, 2).isValidUtf16()))
         i += text[i].isHighSurrogate() ? 2 : 1;
-    }
     return i;
 }
 
@@ -60,13 +70,11 @@ ParsedText cannotBeEncoded(const QString& text) {
 
 /// With the values that JSON lacks turned into texts. Nothing: that cannot be.
 std::optional<QVariant> convertedForJson(const QVariant& object) {
-    if (object.typeId() != QMetaType::QVariantMap) {
+    if (object.typeId() != QMetaType::QVariantMap)
         return std::nullopt;
-    }
     QVariant copy = object;
-    if (convertSpecialValuesToStrings(copy) != SpecialValues::Converted) {
+    if (convertSpecialValuesToStrings(copy) != SpecialValues::Converted)
         return std::nullopt;
-    }
     return copy;
 }
 
@@ -90,12 +98,10 @@ std::optional<QString> DQLSONSerialization::JSONStringWithObject(const QVariant&
                                                                  bool unwrap, bool useLSON,
                                                                  bool escapesSlashes) {
     std::optional<QVariant> writable = object;
-    if (!isValidJSONObject(object) && convertsSpecialValues()) {
+    if (!isValidJSONObject(object) && convertsSpecialValues())
         writable = convertedForJson(object);
-    }
-    if (!writable) {
+    if (!writable)
         return std::nullopt;
-    }
     const auto layout = unwrap ? JsonLayout::Unwrapped : JsonLayout::Pretty;
     auto text = writeJson(*writable, {layout, escapesSlashes});
     return text && useLSON ? textWithoutLineEndCommas(*text) : text;
@@ -103,52 +109,44 @@ std::optional<QString> DQLSONSerialization::JSONStringWithObject(const QVariant&
 
 std::optional<QString> DQLSONSerialization::XMLStringWithObject(const QVariant& object,
                                                                 bool unwrap) {
-    if (!object.isValid()) {
+    if (!object.isValid())
         return std::nullopt;
-    }
     const QByteArray data = platform::writePropertyList(object);
-    if (data.isEmpty()) {
+    if (data.isEmpty())
         return std::nullopt;
-    }
     const QString whole = QString::fromUtf8(data);
-    if (!unwrap) {
+    if (!unwrap)
         return whole;
-    }
     const bool hasMembers = object.typeId() == QMetaType::QVariantMap && !object.toMap().isEmpty();
     return (hasMembers ? contentsOfRootDictionary(whole) : contentsOfPropertyList(whole))
         .value_or(whole);
 }
 
 ParsedText DQLSONSerialization::objectWithString(const QString& text) {
-    if (text.trimmed().isEmpty()) {
+    if (text.trimmed().isEmpty())
         return {};
-    }
-    if (!text.isValidUtf16()) {
+    if (!text.isValidUtf16())
         return cannotBeEncoded(text);
-    }
     ParsedText json = objectWithJSONString(text);
-    if (json.object.isValid()) {
+    if (json.object.isValid())
         return json;
-    }
     ParsedText xml = objectWithData(text.toUtf8(), text);
     return xml.object.isValid() || looksLikeXml(text) ? xml : json;
 }
 
 ParsedText DQLSONSerialization::objectWithJSONString(const QString& text) {
-    if (!text.isValidUtf16()) {
+    if (!text.isValidUtf16())
         return cannotBeEncoded(text);
-    }
-    const auto wrapped = textInBraces(text);
-    const QString& whole = wrapped ? *wrapped : text;
-    const qsizetype shift = wrapped ? 1 : 0;
-    ParsedText parsed = parsedJson(
-        whole, wrapped ? DQDetectedFormat::JSONShorthand : DQDetectedFormat::JSON, shift);
-    if (parsed.object.isValid()) {
+    const auto inBraces = textInBraces(text);
+    const QString& whole = inBraces ? *inBraces : text;
+    const auto format = inBraces ? DQDetectedFormat::JSONShorthand : DQDetectedFormat::JSON;
+    ParsedText parsed = parsedJson(whole, format, inBraces.has_value());
+    if (parsed.object.isValid())
         return parsed;
-    }
     const QString completed = textWithLineEndCommas(whole);
-    return completed == whole ? parsed
-                              : parsedJson(completed, DQDetectedFormat::JSONShorthand, shift);
+    if (completed == whole)
+        return parsed;
+    return parsedJson(completed, DQDetectedFormat::JSONShorthand, inBraces.has_value());
 }
 
 ParsedText DQLSONSerialization::objectWithData(const QByteArray& data,
@@ -156,9 +154,8 @@ ParsedText DQLSONSerialization::objectWithData(const QByteArray& data,
     const auto wrapped = wrappedXmlShorthand(fromXMLString);
     platform::PropertyListResult result =
         platform::readPropertyList(wrapped ? wrapped->data : data);
-    if (!result.value.isValid()) {
+    if (!result.value.isValid())
         return failure(movedLeft(std::move(result.error), wrapped ? wrapped->shift : 0));
-    }
     return {std::move(result.value),
             wrapped ? DQDetectedFormat::XMLShorthand : DQDetectedFormat::XML, std::nullopt};
 }

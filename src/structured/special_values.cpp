@@ -25,16 +25,14 @@ void replaceLeaves(QVariant& tree, const Convert& convert) {
     if (tree.typeId() == QMetaType::QVariantMap) {
         QVariantMap members = tree.toMap();
         tree.clear();
-        for (QVariant& member : members) {
+        for (QVariant& member : members)
             replaceLeaves(member, convert);
-        }
         tree = members;
     } else if (tree.typeId() == QMetaType::QVariantList) {
         QVariantList elements = tree.toList();
         tree.clear();
-        for (QVariant& element : elements) {
+        for (QVariant& element : elements)
             replaceLeaves(element, convert);
-        }
         tree = elements;
     } else if (QVariant replacement = convert(tree); replacement.isValid()) {
         tree = std::move(replacement);
@@ -74,10 +72,9 @@ SpecialValues convertSpecialValuesToStrings(QVariant& tree) {
             outcome = SpecialValues::Refused;
             return {};
         }
-        const QVariant string = stringFromSpecialValue(leaf);
-        if (string.isValid() && outcome == SpecialValues::Unchanged) {
+        QVariant string = stringFromSpecialValue(leaf);
+        if (string.isValid() && outcome == SpecialValues::Unchanged)
             outcome = SpecialValues::Converted;
-        }
         return string;
     });
     return outcome;
@@ -85,9 +82,8 @@ SpecialValues convertSpecialValuesToStrings(QVariant& tree) {
 
 void convertSpecialValuesFromStrings(QVariant& tree) {
     replaceLeaves(tree, [](const QVariant& leaf) -> QVariant {
-        if (leaf.typeId() == QMetaType::Nullptr) {
+        if (leaf.typeId() == QMetaType::Nullptr)
             return qint64{0};
-        }
         return leaf.typeId() == QMetaType::QString ? specialValueFromString(leaf.toString())
                                                    : QVariant();
     });
@@ -95,13 +91,11 @@ void convertSpecialValuesFromStrings(QVariant& tree) {
 
 QVariant specialValueFromString(const QString& text) {
     constexpr qsizetype shortest = 6;
-    if (text.size() < shortest) {
+    if (text.size() < shortest)
         return {};
-    }
     const QString rest = text.mid(dataPrefix.size()).trimmed();
-    if (text.startsWith(dataPrefix, Qt::CaseInsensitive)) {
+    if (text.startsWith(dataPrefix, Qt::CaseInsensitive))
         return dataFromText(rest);
-    }
     return text.startsWith(datePrefix, Qt::CaseInsensitive) ? dateFromText(rest) : QVariant();
 }
 

@@ -66,9 +66,8 @@ class RangeSet {
 public:
     /// Once.
     void add(const std::vector<DQJSONString>& strings) {
-        for (const DQJSONString& string : strings) {
+        for (const DQJSONString& string : strings)
             ranges_.push_back(string.range());
-        }
         std::sort(ranges_.begin(), ranges_.end(),
                   [](const TextRange& a, const TextRange& b) { return a.location < b.location; });
         qsizetype furthest = 0;
@@ -97,15 +96,13 @@ public:
 
     void run(const Pass& pass) {
         RangeSet excluded;
-        if (pass.excludesCollected) {
+        if (pass.excludesCollected)
             excluded.add(strings_);
-        }
         const platform::RegularExpression expression = pass.expression;
         for (const auto& match : expression.matches(text_)) {
             const auto group = match.groups.size() > 1 ? match.groups[1] : match.groups[0];
-            if (group && !excluded.contains(group->start)) {
+            if (group && !excluded.contains(group->start))
                 take({group->start, group->length}, pass, isKey(match, pass));
-            }
         }
     }
 
@@ -114,9 +111,8 @@ public:
         for (const DQJSONString& string : strings_) {
             QString value = string.stringValue();
             value = value.mid(1, value.size() - 2).replace("\\/"_L1, "/"_L1);
-            if (!string.key() && specialValueFromString(value).isValid()) {
+            if (!string.key() && specialValueFromString(value).isValid())
                 spans_.push_back({string.range(), SyntaxRole::Tag});
-            }
         }
     }
 
@@ -132,9 +128,8 @@ private:
 
     void take(TextRange range, const Pass& pass, bool isKey) {
         spans_.push_back({range, isKey ? *pass.keyRole : pass.role});
-        if (pass.collects) {
+        if (pass.collects)
             strings_.emplace_back(text_, range, isKey);
-        }
     }
 
     const QString& text_;
@@ -146,14 +141,12 @@ private:
 
 SyntaxHighlighting syntaxHighlighting(const QString& text, DQDetectedFormat format) {
     Highlighter highlighter(text);
-    for (const Pass& pass : isXML(format) ? xmlPasses() : jsonPasses()) {
+    for (const Pass& pass : isXML(format) ? xmlPasses() : jsonPasses())
         highlighter.run(pass);
-    }
     SyntaxHighlighting result;
     if (!isXML(format)) {
-        if (DQLSONSerialization::convertsSpecialValues()) {
+        if (DQLSONSerialization::convertsSpecialValues())
             highlighter.markSpecialValues();
-        }
         result.quotedJSONStrings = highlighter.takeStrings();
     }
     result.spans = highlighter.takeSpans();

@@ -23,14 +23,12 @@ TextStyle editorTextStyle(const platform::UserDefaults& defaults, double tabWidt
                           DQDetectedFormat format) {
     TextStyle style;
     style.fontSize = editorFontSize(defaults);
-    if (defaults.get(settings::tightLayout)) {
+    if (defaults.get(settings::tightLayout))
         return style;
-    }
     style.lineSpacing = std::round(0.1 * style.fontSize);
     style.headIndent = std::round(0.5 * tabWidth);
-    if (isJSON(format)) {
+    if (isJSON(format))
         style.paragraphSpacing = std::round(0.2 * style.fontSize);
-    }
     return style;
 }
 

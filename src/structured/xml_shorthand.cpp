@@ -13,9 +13,8 @@ namespace {
 std::optional<QString> tagsBetween(const QString& text, qsizetype from, QLatin1StringView endTag) {
     const qsizetype start = text.indexOf(u'<', from);
     const qsizetype end = text.lastIndexOf(endTag);
-    if (start < 0 || end < start) {
+    if (start < 0 || end < start)
         return std::nullopt;
-    }
     return text.mid(start, end - start);
 }
 
@@ -27,13 +26,11 @@ QString withoutOneLevel(QStringView text) {
     bool isText = false;
     for (qsizetype i = 0; i < text.size(); ++i) {
         const QStringView rest = text.mid(i);
-        if (rest.startsWith(u'<')) {
+        if (rest.startsWith(u'<'))
             isText = rest.startsWith("<string>"_L1) || rest.startsWith("<key>"_L1);
-        }
         result += text[i];
-        if (!isText && rest.startsWith("\n\t"_L1)) {
+        if (!isText && rest.startsWith("\n\t"_L1))
             ++i;
-        }
     }
     return result;
 }
@@ -49,9 +46,8 @@ Envelope makeEnvelope() {
     const platform::RegularExpression root(
         uR"re(<\s*dict\s*>.*<\s*/\s*dict\s*>|<\s*dict\s*/\s*>)re"_s);
     const auto match = root.firstMatch(empty);
-    if (!match) {
+    if (!match)
         return {};
-    }
     const auto& range = *match->groups[0];
     return {empty.left(range.start) + "<dict>"_L1,
             "</dict>"_L1 + empty.mid(range.start + range.length)};
@@ -61,18 +57,16 @@ Envelope makeEnvelope() {
 
 std::optional<QString> contentsOfRootDictionary(const QString& propertyList) {
     const qsizetype root = propertyList.indexOf("<dict>"_L1);
-    if (root < 0) {
+    if (root < 0)
         return std::nullopt;
-    }
     auto contents = tagsBetween(propertyList, root + 1, "</dict>"_L1);
     return contents ? std::optional(withoutOneLevel(*contents)) : std::nullopt;
 }
 
 std::optional<QString> contentsOfPropertyList(const QString& propertyList) {
     const qsizetype element = propertyList.indexOf("<plist"_L1);
-    if (element < 0) {
+    if (element < 0)
         return std::nullopt;
-    }
     return tagsBetween(propertyList, element + 1, "</plist>"_L1);
 }
 
@@ -80,9 +74,8 @@ std::optional<WrappedXml> wrappedXmlShorthand(const QString& shorthand) {
     static const platform::RegularExpression keyFirst(uR"re(^[^<]*<\s*key\s*>)re"_s);
     static const Envelope envelope = makeEnvelope();
     const platform::RegularExpression expression = keyFirst;
-    if (!expression.firstMatch(shorthand) || !shorthand.isValidUtf16()) {
+    if (!expression.firstMatch(shorthand) || !shorthand.isValidUtf16())
         return std::nullopt;
-    }
     const QString whole = envelope.before + shorthand + envelope.after;
     return WrappedXml{whole.toUtf8(), envelope.before.size()};
 }

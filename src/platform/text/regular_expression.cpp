@@ -165,13 +165,22 @@ std::optional<RegularExpression::Match> RegularExpression::firstMatch(const QStr
 
 std::vector<RegularExpression::Match> RegularExpression::matches(const QString& subject) const {
     std::vector<Match> found;
-    Run run(*compiled_->pattern, subject, timeLimit_);
-    while (run.findNext())
-        found.push_back(run.match());
-    timedOut_ = run.timedOut();
+    forEachMatch(subject, [&found](const Match& match) {
+        found.push_back(match);
+        return true;
+    });
     if (timedOut_)
         found.clear();
     return found;
+}
+
+void RegularExpression::forEachMatch(const QString& subject,
+                                     const std::function<bool(const Match&)>& visit) const {
+    Run run(*compiled_->pattern, subject, timeLimit_);
+    bool isWanted = true;
+    while (isWanted && run.findNext())
+        isWanted = visit(run.match());
+    timedOut_ = run.timedOut();
 }
 
 std::optional<QString> RegularExpression::firstCapture(const QString& subject, int group) const {

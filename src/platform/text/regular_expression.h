@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -40,6 +41,9 @@ public:
 
     [[nodiscard]] std::optional<Match> firstMatch(const QString& subject, qsizetype from = 0) const;
     [[nodiscard]] std::vector<Match> matches(const QString& subject) const;
+    /// Calls `visit` with each match until it answers false. For subjects with so many matches that
+    /// they should not all be kept; what was visited before the time limit counts.
+    void forEachMatch(const QString& subject, const std::function<bool(const Match&)>& visit) const;
     /// The text of a group of the first match. Nothing: no match, or the group took no part.
     [[nodiscard]] std::optional<QString> firstCapture(const QString& subject, int group) const;
     /// All matches replaced by the template, in which `$1` is a group and a backslash escapes.

@@ -1,0 +1,252 @@
+#include <gtest/gtest.h>
+
+#include <thread>
+
+#include "links/download_page_extraction.h"
+#include "links/download_page_reader.h"
+#include "links/page_rules_support.h"
+#include "links/page_text.h"
+#include "support/main_loop.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace links {
+namespace {
+
+QStringList addressesOf(const ExtractedLinks& found) {
+    QStringList addresses;
+    for (const platform::Url& url : found.urls)
+        addresses.append(url.absoluteString());
+    return addresses;
+}
+
+struct Case {
+    const char* name;
+    /// The stages of the only rule, as JSON.
+    QString cascade;
+    bool collects;
+    QMap<QString, QByteArray> pages;
+    QStringList links, fetched;
+};
+
+const QString start = u"http://h/dir/page.html"_s;
+
+class Extraction : public testing::TestWithParam<Case> {};
+
+TEST_P(Extraction, FollowsTheCascade) {
+    const Case& given = GetParam();
+    const auto rules =
+        rulesOf(u"[{\"Source\":\"h/\",\"Query Cascade\":%1,\"Collect All Matches\":%2}]"_s.arg(
+            given.cascade, given.collects ? u"true"_s : u"false"_s));
+    ASSERT_TRUE(rules);
+    const auto pages = std::make_shared<MemoryPages>();
+    pages->pages = given.pages;
+    const auto found = URLsFromDownloadPageWithTitle({urlOf(start), rules, pages});
+    EXPECT_EQ(addressesOf(found), given.links);
+    EXPECT_EQ(pages->fetched, given.fetched);
+}
+
+const QString quoted = uR"j(["'([^']+)'"])j"_s;
+
+INSTANTIATE_TEST_SUITE_P(
+    Pages, Extraction,
+    testing::Values(
+        Case{"relative",
+             quoted,
+             false,
+             {{start, "'files/a.zip' 'b'"}},
+             {u"http://h/dir/files/a.zip"_s},
+             {start}},
+        Case{"withoutHost",
+             quoted,
+             true,
+             {{start, "'/a.zip' 'mailto:someone' '?q' 'a b'"}},
+             {u"http://h/a.zip"_s, u"mailto:someone"_s, u"http://h/dir/page.html?q"_s},
+             {start}},
+        Case{"repaired",
+             quoted,
+             true,
+             {{start, R"('hxxps://o/a' 'http:\/\/p\/b' 'http://r/?u=http%3A%2F%2Fs%2Fc&amp;d')"}},
+             {u"https://o/a"_s, u"http://p/b"_s, u"http://s/c&d"_s},
+             {start}},
+        Case{"twoPages",
+             uR"j(["href=\"([^\"]+)\"","src=(\\S+)"])j"_s,
+             false,
+             {{start, "<a HREF=\"/two\">"}, {u"http://h/two"_s, "src=http://o/x.zip "}},
+             {u"http://o/x.zip"_s},
+             {start, u"http://h/two"_s}},
+        Case{"everyPageOfAStage",
+             uR"j(["'(\\w)'","=(\\w)"])j"_s,
+             true,
+             {{start, "'1' '2' '3'"}, {u"http://h/dir/1"_s, "=a"}, {u"http://h/dir/3"_s, "=a =b"}},
+             {u"http://h/dir/a"_s, u"http://h/dir/b"_s},
+             {start, u"http://h/dir/1"_s, u"http://h/dir/2"_s, u"http://h/dir/3"_s}},
+        Case{"firstAlternativeThatFinds",
+             uR"j([["none","'(\\w)'","\\w+"]])j"_s,
+             false,
+             {{start, "'a' 'b'"}},
+             {u"http://h/dir/a"_s},
+             {start}},
+        Case{"allAlternatives",
+             uR"j([["'(\\w)'","(b)","c"]])j"_s,
+             true,
+             {{start, "'a' 'b' c"}},
+             {u"http://h/dir/a"_s, u"http://h/dir/b"_s, u"http://h/dir/c"_s},
+             {start}},
+        Case{"groupsAreJoined",
+             uR"j(["<(a)?(b)(.)(c*)>"])j"_s,
+             false,
+             {{start, "<b\nc> <b.>"}},
+             {u"http://h/dir/b."_s},
+             {start}},
+        Case{"emptyYield",
+             uR"j(["x(y)?"])j"_s,
+             false,
+             {{start, "x xy"}},
+             {u"http://h/dir/y"_s},
+             {start}},
+        Case{"deadEnd",
+             uR"j(["'(\\w)'","z"])j"_s,
+             false,
+             {{start, "'a'"}},
+             {},
+             {start, u"http://h/dir/a"_s}},
+        Case{"emptyStage",
+             uR"j(["'(\\w)'",[]])j"_s,
+             false,
+             {{start, "'a'"}, {u"http://h/dir/a"_s, "b"}},
+             {},
+             {start, u"http://h/dir/a"_s}},
+        Case{"unreachable", quoted, false, {}, {}, {start}},
+        Case{"noText", quoted, false, {{start, "\xFF'a'"}}, {}, {start}},
+        Case{"hiddenPage",
+             uR"j(["atob\\([^)]*\\)","'([^']+)'"])j"_s,
+             true,
+             {{start, "atob('J2h0dHA6Ly9vL2EuemlwJyAncmVsJw==') atob('J3gn')"}},
+             {u"http://o/a.zip"_s, u"http://h/dir/rel"_s},
+             {start}},
+        Case{"hiddenOnTheLastPage",
+             uR"j(["atob\\([^)]*\\)"])j"_s,
+             false,
+             {{start, "atob('aHR0cDovL2hvc3QvYS56aXA=')"}},
+             {u"aHR0cDovL2hvc3QvYS56aXA="_s},
+             {start}},
+        Case{"hiddenRubbish",
+             uR"j(["atob\\([^)]*\\)","."])j"_s,
+             false,
+             {{start, "atob('%%%%')"}},
+             {},
+             {start}},
+        Case{"hiddenWithoutQuotes",
+             uR"j(["atob\\([^)]*\\)"])j"_s,
+             false,
+             {{start, "atob(x)"}},
+             {u"http://h/dir/atob(x)"_s},
+             {start}}),
+    [](const auto& given) { return given.param.name; });
+
+TEST(ExtractionLog, TellsTheWay) {
+    const auto rules = rulesOf(
+        uR"j([{"Source":"h/","Query Cascade":["'([^']+)'","z"],"Collect All Matches":1}])j"_s);
+    ASSERT_TRUE(rules);
+    const auto pages = std::make_shared<MemoryPages>();
+    pages->pages[start] = "'a' 'a' 'a b'";
+    const LogRecorder log;
+    const auto found = URLsFromDownloadPageWithTitle({urlOf(start), rules, pages});
+    EXPECT_TRUE(found.urls.empty());
+    EXPECT_EQ(
+        log.lines(),
+        (QStringList{
+            u"[Debug] download page: <http://h/dir/page.html> {"_s, u"[Debug] query: '([^']+)'"_s,
+            u"[Debug] <http://h/dir/page.html> => <http://h/dir/a>"_s,
+            u"[Debug] <http://h/dir/page.html> => duplicate: <http://h/dir/a>"_s,
+            u"[Debug] <http://h/dir/page.html> => invalid match: <a b>"_s, u"[Debug] query: z"_s,
+            u"cannot load data from: http://h/dir/a\nerror: no such host\n"
+            u"response: "_s,
+            u"[Debug] } dead end: (http://h/dir/a)"_s}));
+}
+
+TEST(Extraction, TakesTheTitleOfTheFirstPageThatHasOne) {
+    const auto rules = rulesOf(uR"j([{"Source":"h/","Query Cascade":["'(\\w)'","b"]}])j"_s);
+    const auto pages = std::make_shared<MemoryPages>();
+    pages->pages[start] = "<TITLE> \n </TITLE>'a'";
+    pages->pages[u"http://h/dir/a"_s] = "<title>\n A &amp; B &lt;</title>b<title>C</title>";
+    const auto found = URLsFromDownloadPageWithTitle({urlOf(start), rules, pages});
+    EXPECT_EQ(found.title, u"A & B &lt;"_s);
+}
+
+TEST(Extraction, RefusesPagesBeyondTheBound) {
+    const auto rules = rulesOf(uR"j([{"Source":"h/","Query Cascade":["'(\\w)'"]}])j"_s);
+    const auto pages = std::make_shared<MemoryPages>();
+    pages->pages[start] = "'a'" + QByteArray(PageRequest().maximumBytes - 3, ' ');
+    EXPECT_EQ(URLsFromDownloadPageWithTitle({urlOf(start), rules, pages}).urls.size(), 1U);
+    pages->pages[start] += ' ';
+    EXPECT_TRUE(URLsFromDownloadPageWithTitle({urlOf(start), rules, pages}).urls.empty());
+}
+
+TEST(Extraction, AQueryThatTakesTooLongCountsAsNotMatching) {
+    constexpr platform::Seconds limit = 0.05;
+    const auto query = [&](const QString& pattern) {
+        return *DownloadPageExpression::compile(pattern, DownloadPageExpression::Subject::Page,
+                                                limit);
+    };
+    const DownloadPageRule rule{
+        query(u"h"_s), {{query(u"^(?:a|aa)+$"_s), query(u"'(\\w)'"_s)}}, false, {}};
+    MemoryPages pages;
+    pages.pages[start] = QByteArray(5000, 'a') + "'b'";
+    const LogRecorder log;
+    for (int i = 0; i < 2; ++i) {
+        const auto found = DownloadPageExtraction(rule, pages, true).follow(urlOf(start));
+        EXPECT_EQ(addressesOf(found), QStringList{u"http://h/dir/b"_s});
+    }
+    EXPECT_EQ(log.lines().filter(u"too long"_s).size(), 1);
+}
+
+TEST(Extraction, RunsInTheBackgroundAndComesBackToTheLoop) {
+    support::MainLoop main;
+    const auto rules = rulesOf(uR"j([{"Source":"h/","Query Cascade":["'(\\w)'"]}])j"_s);
+    const auto pages = std::make_shared<MemoryPages>();
+    pages->pages[start] = "'a'";
+    std::optional<ExtractedLinks> found;
+    std::thread::id thread;
+    readDownloadPageInBackground({urlOf(start), rules, pages}, main.loop,
+                                 [&](const ExtractedLinks& links) {
+                                     found = links;
+                                     thread = std::this_thread::get_id();
+                                 });
+    ASSERT_TRUE(main.waitUntil([&] { return found.has_value(); }));
+    EXPECT_EQ(addressesOf(*found), QStringList{u"http://h/dir/a"_s});
+    EXPECT_EQ(thread, std::this_thread::get_id());
+}
+
+TEST(PageText, FollowsMarkHeaderAndMetaElement) {
+    struct Encoded {
+        QByteArray data;
+        QString contentType;
+        std::optional<QString> text;
+    };
+    const QByteArray meta = "<meta http-equiv=x content='text/html; charset=windows-1251'>\xE4";
+    const std::vector<Encoded> cases{
+        {"\xC3\xA4", u""_s, u"ä"_s},
+        {"\xEF\xBB\xBF\xC3\xA4", u"text/html; charset=koi8-r"_s, u"ä"_s},
+        {QByteArray("\xFF\xFE\xE4\0", 4), u"text/html; charset=utf-8"_s, u"ä"_s},
+        {QByteArray("\xFE\xFF\0\xE4", 4), u""_s, u"ä"_s},
+        {QByteArray("\xFF\xFE\0\0\xE4\0\0\0", 8), u""_s, u"ä"_s},
+        {"\xE4", u"text/html; Charset=\"ISO-8859-1\""_s, u"ä"_s},
+        {"\xC3\xA4", u"text/html; charset=ISO-8859-1"_s, u"ä"_s},
+        {"\x93\xFA\x96\x7B", u"text/html;charset=Shift_JIS"_s, u"日本"_s},
+        {"\x1B$BF|K\\\x1B(B", u"text/html;charset=iso-2022-jp"_s, u"日本"_s},
+        {meta, u"text/html"_s, QString::fromLatin1(meta.chopped(1)) + u"д"_s},
+        {QByteArray(1024, ' ') + meta, u"text/html"_s, {}},
+        {"<meta charset=utf-16>\xC3\xA4", u""_s, u"<meta charset=utf-16>ä"_s},
+        {"\xE4", u"text/html; charset=utf-8"_s, {}},
+        {"\xE4", u"text/html; charset=../x"_s, {}},
+        {"\xE4", u""_s, {}},
+        {"", u""_s, u""_s},
+    };
+    for (const Encoded& each : cases)
+        EXPECT_EQ(pageText(each.data, each.contentType), each.text) << each.data.toStdString();
+}
+
+}  // namespace
+}  // namespace links

@@ -1,0 +1,264 @@
+#include "structured/json_text_view.h"
+
+#include <gmock/gmock.h>
+
+#include <QTemporaryDir>
+
+#include "platform/base/user_defaults.h"
+#include "structured/auto_indent.h"
+#include "structured/json_text_view_validator.h"
+#include "structured/lson_serialization.h"
+#include "structured/settings.h"
+#include "structured/text_component.h"
+
+using namespace Qt::Literals::StringLiterals;
+using testing::ElementsAre;
+
+namespace structured {
+namespace {
+
+/// A text without a widget, that keeps the steps which could be undone.
+class MemoryText : public TextComponent {
+public:
+    QString content, selection;
+    std::vector<QString> undoable;
+    bool isReadOnly = false;
+    int beeps = 0;
+    QString alert;
+    SyntaxHighlighting highlighting;
+    TextStyle style;
+
+    QString text() const override { return content; }
+    QString selectedText() const override { return selection; }
+    void setText(const QString& text) override {
+        content = text;
+        undoable.clear();
+    }
+    bool replaceText(const QString& text) override {
+        if (isReadOnly)
+            return false;
+        undoable.push_back(std::exchange(content, text));
+        return true;
+    }
+    bool replaceSelection(const QString& text) override { return replaceText(content + text); }
+    void showHighlighting(const SyntaxHighlighting& shown) override { highlighting = shown; }
+    double tabWidth(double fontSize) const override { return fontSize * 4.5; }
+    void showStyle(const TextStyle& shown) override { style = shown; }
+    void presentAlert(const QString& message) override { alert = message; }
+    void beep() override { ++beeps; }
+};
+
+class OnlyArrays : public DQJSONTextViewValidator {
+public:
+    int highlightings = 0;
+    int changes = 0;
+
+    QVariant validateObjectValue(const QVariant& object, DQJSONTextView*) override {
+        return object.typeId() == QMetaType::QVariantList ? object : QVariant();
+    }
+    void didApplySyntaxHighlightingToTextStorage(const QString&, SyntaxHighlighting& highlighting,
+                                                 DQJSONTextView&) override {
+        ++highlightings;
+        highlighting.spans.push_back({{0, 1}, SyntaxRole::Disabled});
+    }
+    void didChangeObjectValueForTextView(DQJSONTextView&) override { ++changes; }
+};
+
+class JSONTextView : public testing::Test {
+protected:
+    std::vector<std::string> titles() {
+        std::vector<std::string> result;
+        for (const FormatMenuItem& item : view.formatMenuItems()) {
+            const char* state = item.state == FormatMenuItem::State::On      ? " on"
+                                : item.state == FormatMenuItem::State::Mixed ? " mixed"
+                                                                             : "";
+            EXPECT_EQ(item.text.has_value(),
+                      !item.isSeparator && item.state != FormatMenuItem::State::On);
+            result.push_back(item.isSeparator ? "-" : item.title.toStdString() + state);
+        }
+        return result;
+    }
+
+    QTemporaryDir folder;
+    platform::UserDefaults defaults{folder.path(), u"test"_s};
+    MemoryText text;
+    DQJSONTextView view{text, defaults};
+    OnlyArrays validator;
+};
+
+TEST_F(JSONTextView, ColoursWhatItCanReadAndTheValidatorAccepts) {
+    view.setValidator(&validator);
+    view.setString(u"[1]"_s);
+    EXPECT_EQ(text.highlighting.background, SyntaxRole::OtherCode);
+    EXPECT_EQ(text.highlighting.spans,
+              (std::vector<SyntaxSpan>{{{1, 1}, SyntaxRole::Tag}, {{0, 1}, SyntaxRole::Disabled}}));
+
+    view.setString(u"{\"a\":1}"_s);
+    EXPECT_EQ(text.highlighting.background, SyntaxRole::OtherCode);
+    EXPECT_TRUE(text.highlighting.spans.empty());
+    EXPECT_TRUE(view.objectValue().isValid());
+    EXPECT_FALSE(view.validatedObjectValue().isValid());
+    EXPECT_FALSE(view.presentSyntaxError());
+
+    view.setString(u"[\n1,"_s);
+    EXPECT_EQ(text.highlighting.background, SyntaxRole::InvalidCode);
+    EXPECT_EQ(validator.highlightings, 1);
+    EXPECT_EQ(view.detectedFormat(), DQDetectedFormat::JSON);
+    EXPECT_TRUE(view.presentSyntaxError());
+    EXPECT_TRUE(text.alert.startsWith("Line 2, column 3: "_L1)) << text.alert.toStdString();
+
+    defaults.set(settings::highlightsDespiteError, true);
+    view.applySyntaxHighlighting();
+    EXPECT_EQ(text.highlighting.background, SyntaxRole::OtherCode);
+    EXPECT_EQ(validator.highlightings, 2);
+    EXPECT_EQ(validator.changes, 0);
+}
+
+TEST_F(JSONTextView, ReplacesItsTextWithAndWithoutUndo) {
+    view.setValidator(&validator);
+    view.setString(u"[1]"_s);
+    EXPECT_TRUE(view.setString(u"[1]"_s, true, true));
+    EXPECT_TRUE(text.undoable.empty());
+    EXPECT_TRUE(view.setString(u"[2]"_s, true, false));
+    EXPECT_EQ(validator.changes, 0);
+    EXPECT_TRUE(view.setString(u"[3]"_s, true, true));
+    EXPECT_EQ(validator.changes, 1);
+    EXPECT_THAT(text.undoable, ElementsAre(u"[1]"_s, u"[2]"_s));
+    EXPECT_EQ(view.objectValue(), QVariant(QVariantList{qint64{3}}));
+    text.isReadOnly = true;
+    EXPECT_FALSE(view.setString(u"[4]"_s, true, true));
+    EXPECT_EQ(validator.changes, 1);
+    EXPECT_TRUE(view.setString(u"[5]"_s, false, false));
+    EXPECT_TRUE(text.undoable.empty());
+}
+
+TEST_F(JSONTextView, WritesValuesAsTheUserPrefers) {
+    const QVariantMap value{{u"a"_s, u"/"_s}};
+    const auto written = [&](bool json, bool isShort, const QVariant& object) {
+        defaults.set(settings::prefersJSON, json);
+        defaults.set(settings::prefersShorthand, isShort);
+        EXPECT_TRUE(view.setStringBySerializingPropertyList(object, false));
+        return text.content;
+    };
+    EXPECT_EQ(written(true, true, value), u"\"a\" : \"/\"\n"_s);
+    EXPECT_EQ(written(false, true, value), u"<key>a</key>\n<string>/</string>\n"_s);
+    EXPECT_TRUE(written(false, false, value).startsWith("<?xml"_L1));
+    EXPECT_EQ(written(true, true, QVariantList{QByteArray("x")}),
+              u"<array>\n\t<data>\n\teA==\n\t</data>\n</array>\n"_s);
+    defaults.set(settings::escapesJSONSlashes, true);
+    EXPECT_EQ(written(true, false, value), u"{\n\t\"a\" : \"\\/\"\n}"_s);
+    EXPECT_FALSE(view.setStringBySerializingPropertyList(QVariant(), false));
+}
+
+TEST_F(JSONTextView, OffersTheOtherSpellings) {
+    view.setValidator(&validator);
+    view.setString(u"{\n\t\"a\" : 1\n}"_s);
+    EXPECT_THAT(titles(), ElementsAre("XML", "XML Shorthand", "-", "JSON on", "JSON Shorthand"));
+    view.setString(u"{\"a\":1}"_s);
+    EXPECT_THAT(titles(), ElementsAre("XML", "XML Shorthand", "-", "JSON mixed", "JSON Shorthand"));
+
+    view.changeTextViaMenuItem(view.formatMenuItems()[3]);
+    EXPECT_EQ(text.content, u"{\n\t\"a\" : 1\n}"_s);
+    EXPECT_EQ(text.undoable.size(), 1U);
+    EXPECT_EQ(validator.changes, 1);
+    view.changeTextViaMenuItem(view.formatMenuItems()[3]);
+    EXPECT_EQ(text.beeps, 0);
+    view.changeTextViaMenuItem({});
+    text.isReadOnly = true;
+    view.changeTextViaMenuItem(view.formatMenuItems()[0]);
+    EXPECT_EQ(text.beeps, 2);
+
+    view.setString(u"<key>d</key><data>eA==</data>"_s);
+    EXPECT_THAT(titles(), ElementsAre("XML", "XML Shorthand mixed"));
+    view.setString(u"[null]"_s);
+    EXPECT_THAT(titles(), ElementsAre("JSON mixed"));
+    view.setString(u"["_s);
+    EXPECT_THAT(titles(), ElementsAre());
+}
+
+TEST_F(JSONTextView, SetsItsTextInTheUsersSize) {
+    EXPECT_EQ(view.fontSize(), 12);
+    for (const auto& [set, used] : {std::pair{5.0, 8.0},
+                                    {100.0, 50.0},
+                                    {0.0, 12.0},
+                                    {-1.0, 12.0},
+                                    {std::nan(""), 12.0},
+                                    {13.0, 13.0}}) {
+        view.setFontSize(set);
+        EXPECT_EQ(view.fontSize(), used);
+    }
+    view.setString(u"[1]"_s);
+    EXPECT_EQ(text.style, (TextStyle{13, 1, 29, 3}));
+    view.setString(u"<key>a</key><true/>"_s);
+    EXPECT_EQ(text.style, (TextStyle{13, 1, 29, 0}));
+    defaults.set(settings::tightLayout, true);
+    view.setFont();
+    EXPECT_EQ(text.style, (TextStyle{13, 0, 0, 0}));
+}
+
+TEST_F(JSONTextView, ConvertsPropertyListsThatArePasted) {
+    const QByteArray list = platform::writePropertyList(QVariantMap{{u"a"_s, u"/"_s}});
+    struct Case {
+        const char* name;
+        QString content, type, pasteboardText;
+        std::optional<QString> key;
+        /// Null: not taken.
+        QString inserted;
+    };
+    const QString plist = propertyListPasteboardType;
+    const std::vector<Case> cases{
+        {"no format", u""_s, plist, u"[1]"_s, {}, {}},
+        {"same family", u"[1]"_s, plist, u"\"b\" : 1"_s, {}, {}},
+        {"no structured text", u"[1]"_s, plist, u"b"_s, {}, {}},
+        {"other family",
+         u"<key>x</key><true/>"_s,
+         plist,
+         u"{\"b\":1}"_s,
+         {},
+         u"<key>a</key>\n<string>/</string>"_s},
+        {"no text", u"[1]"_s, plist, u""_s, {}, u"\"a\" : \"/\""_s},
+        {"key", u"\"x\" : 1"_s, keyPasteboardType, QString::fromUtf8(list), u"k"_s,
+         u"\"k\" : {\n\t\"a\" : \"/\"\n}"_s},
+        {"no key", u"[1]"_s, keyPasteboardType, QString::fromUtf8(list), {}, {}},
+        {"foreign type", u"[1]"_s, u"text/plain"_s, u""_s, {}, {}},
+    };
+    for (const Case& each : cases) {
+        MemoryText pasted;
+        DQJSONTextView editor(pasted, defaults);
+        editor.setString(each.content);
+        const bool isTaken =
+            editor.readSelectionFromPasteboard({each.pasteboardText, list, each.key}, each.type);
+        EXPECT_EQ(isTaken, !each.inserted.isNull()) << each.name;
+        EXPECT_EQ(pasted.content, each.content + each.inserted) << each.name;
+    }
+    view.setString(u"[1]"_s);
+    text.isReadOnly = true;
+    EXPECT_FALSE(view.readSelectionFromPasteboard({{}, list, {}}, plist));
+    EXPECT_FALSE(view.readSelectionFromPasteboard({{}, "no list", {}}, plist));
+}
+
+TEST_F(JSONTextView, OffersASelectedPropertyList) {
+    text.selection = u"\"a\" : 1"_s;
+    EXPECT_EQ(platform::readPropertyList(view.selectionAsPropertyList()).value,
+              QVariant(QVariantMap{{u"a"_s, qint64{1}}}));
+    const QStringList types{u"text/plain"_s};
+    EXPECT_EQ(writablePasteboardTypes(types, text.selection),
+              (QStringList{u"text/plain"_s, propertyListPasteboardType}));
+    EXPECT_EQ(writablePasteboardTypes({}, text.selection), QStringList());
+    EXPECT_EQ(readablePasteboardTypes({}), QStringList());
+    for (const QString& selection :
+         {u""_s, u"words"_s, u"[null]"_s, u"<plist><string>x</string></plist>"_s}) {
+        EXPECT_FALSE(selectedPropertyList(selection).isValid()) << selection.toStdString();
+        EXPECT_EQ(writablePasteboardTypes(types, selection), types);
+    }
+}
+
+TEST(AutoIndent, RepeatsTheWhiteSpaceOfTheLine) {
+    EXPECT_EQ(indentationOfLastLine(u"a\n\t b\n"_s), u""_s);
+    EXPECT_EQ(indentationOfLastLine(u"a\n\t b c"_s), u"\t "_s);
+    EXPECT_EQ(indentationOfLastLine(u"  "_s), u"  "_s);
+    EXPECT_EQ(indentationOfLastLine(u"\t\r\n x"_s), u" "_s);
+}
+
+}  // namespace
+}  // namespace structured
