@@ -10,7 +10,7 @@
 /// Text as pasted or dropped: no more than a bounded number of candidates is asked for, each made
 /// into an address as intake does.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    constexpr int mostCandidates = 200;
+    constexpr int mostCandidates = 40;
     const QString text =
         QString::fromUtf8(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
     auto candidates = links::URLCandidates::fromString(text, size % 2 == 0);

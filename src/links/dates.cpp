@@ -11,21 +11,13 @@
 #include <memory>
 
 #include "links/formatting_locale.h"
+#include "links/icu_text.h"
 #include "links/localization.h"
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace links {
 namespace {
-
-QString fromICU(const icu::UnicodeString& text) {
-    return QString::fromUtf16(text.getBuffer(), text.length());
-}
-
-icu::UnicodeString toICU(const QString& text) {
-    return icu::UnicodeString(reinterpret_cast<const char16_t*>(text.utf16()),
-                              static_cast<int32_t>(text.size()));
-}
 
 icu::Locale localeNamed(const QString& name) {
     return icu::Locale(name.toLatin1().constData());

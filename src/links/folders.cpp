@@ -11,6 +11,7 @@
 #include <filesystem>
 
 #include "links/file_names.h"
+#include "links/icu_text.h"
 #include "links/path_components.h"
 #include "links/sandbox.h"
 
@@ -58,7 +59,7 @@ QString englishNameOfLanguage(const QString& language) {
     icu::UnicodeString name;
     if (U_SUCCESS(failure))
         locale.getDisplayName(icu::Locale::getEnglish(), name);
-    return QString::fromUtf16(name.getBuffer(), name.length());
+    return fromICU(name);
 }
 
 /// Folder names in order of preference; the last, an empty one, is the folder itself.

@@ -7,6 +7,7 @@
 #include <tuple>
 
 #include "links/formatting_locale.h"
+#include "links/icu_text.h"
 #include "links/settings.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -16,10 +17,6 @@ namespace {
 
 /// ICU refuses more.
 constexpr int mostDigits = 999;
-
-QString fromICU(const icu::UnicodeString& text) {
-    return QString::fromUtf16(text.getBuffer(), text.length());
-}
 
 icu::Locale localeOf(const NumberStyle& style) {
     return icu::Locale(style.localeName.toLatin1().constData());
@@ -146,16 +143,16 @@ QString stringWithUnsignedInteger(quint64 number) {
 
 QString stringWithFloat(double number, int numberOfDecimals, bool localize) {
     QString text = QString::number(number, 'f', numberOfDecimals);
+    if (text.endsWith(u'0')) {
+        while (text.endsWith(u'0'))
+            text.chop(1);
+        if (text.endsWith(u'.'))
+            text.chop(1);
+    }
     if (localize) {
         static const QString separator = decimalSeparator({.localeName = numberLocaleName()});
         text.replace(u"."_s, separator);
     }
-    if (!text.endsWith(u'0'))
-        return text;
-    while (text.endsWith(u'0'))
-        text.chop(1);
-    while (text.endsWith(u'.') || text.endsWith(u','))
-        text.chop(1);
     return text;
 }
 
