@@ -97,19 +97,20 @@ std::optional<QString> DownloadPageExtraction::fetchedText(const Url& url) const
     PageRequest request;
     request.url = url;
     const FetchedPage fetched = fetcher_.fetchSynchronously(request);
-    if (fetched.data && fetched.data->size() <= request.maximumBytes)
+    const bool isTooLarge = fetched.data && fetched.data->size() > request.maximumBytes;
+    if (fetched.data && !isTooLarge)
         return pageText(*fetched.data, fetched.contentType);
+    const QString reason = isTooLarge ? u"the page is larger than 16 MiB"_s : fetched.error.text;
     platform::log(filledFormat(u"cannot load data from: %@\nerror: %@\nresponse: %@"_s,
-                               {url.absoluteString(), fetched.error.text, fetched.response}));
+                               {url.absoluteString(), reason, fetched.response}));
     return std::nullopt;
 }
 
 void DownloadPageExtraction::takeTitle(const QString& text) {
-    static const platform::RegularExpression element(u"<title>([^<]+)</title>"_s);
-    const platform::RegularExpression expression = element;
     if (!found_.title.isEmpty())
         return;
-    if (const auto title = expression.firstCapture(text, 1))
+    const platform::RegularExpression element(u"<title>([^<]+)</title>"_s);
+    if (const auto title = element.firstCapture(text, 1))
         found_.title = trimmedString(unescapedURLString(*title, skipRedirectingServices_));
 }
 

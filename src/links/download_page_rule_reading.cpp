@@ -23,9 +23,8 @@ std::optional<bool> booleanValue(const QVariant& value) {
         case QMetaType::LongLong:
             return value.toDouble() != 0;
         case QMetaType::QString: {
-            static const platform::RegularExpression isTrue(uR"re(^\s*[+-]?0*[YT1-9])re"_s);
-            const platform::RegularExpression expression = isTrue;
-            return expression.firstMatch(value.toString()).has_value();
+            const platform::RegularExpression isTrue(uR"re(^\s*[+-]?0*[YT1-9])re"_s);
+            return isTrue.firstMatch(value.toString()).has_value();
         }
         default:
             return std::nullopt;

@@ -26,20 +26,18 @@ constexpr std::array marks = {
 };
 
 QString charsetOfContentType(const QString& contentType) {
-    static const platform::RegularExpression parameter(uR"re(;\s*charset\s*=\s*"?([^\s";]+))re"_s);
-    const platform::RegularExpression expression = parameter;
-    return expression.firstCapture(contentType, 1).value_or(QString());
+    const platform::RegularExpression parameter(uR"re(;\s*charset\s*=\s*"?([^\s";]+))re"_s);
+    return parameter.firstCapture(contentType, 1).value_or(QString());
 }
 
 /// As HTML demands, only the first kilobyte can declare a charset, and what could be read at all
 /// to find the declaration is not UTF-16.
 QString charsetOfMetaElement(const QByteArray& data) {
     constexpr qsizetype declaringBytes = 1024;
-    static const platform::RegularExpression element(
+    const platform::RegularExpression element(
         uR"re(<meta\s[^>]*?charset\s*=\s*["']?\s*([^\s"'/>;]+))re"_s);
-    const platform::RegularExpression expression = element;
     const QString start = QString::fromLatin1(data.first(std::min(data.size(), declaringBytes)));
-    const QString charset = expression.firstCapture(start, 1).value_or(QString());
+    const QString charset = element.firstCapture(start, 1).value_or(QString());
     return charset.startsWith("UTF-16"_L1, Qt::CaseInsensitive) ? u"UTF-8"_s : charset;
 }
 
@@ -70,7 +68,7 @@ std::optional<QString> pageText(const QByteArray& data, const QString& contentTy
     if (charset.isEmpty())
         charset = charsetOfMetaElement(data);
     // Malformed UTF-8 is rather a file than a page.
-    const bool isUtf8 = charset.isEmpty() || charset.compare("utf-8"_L1, Qt::CaseInsensitive) == 0;
+    const bool isUtf8 = charset.isEmpty() || QString(charset).remove(u'-').toLower() == u"utf8"_s;
     const auto text = isUtf8 ? std::nullopt : platform::decodedText(data, charset);
     return text ? text : textFromUtf8(data);
 }

@@ -97,7 +97,8 @@ JsonResult readJson(const QByteArray& utf8) {
         nlohmann::json::sax_parse(CountingIterator(utf8.constBegin(), &progress),
                                   CountingIterator(utf8.constEnd(), &progress), &builder);
     } catch (const std::exception& exception) {
-        return refused(QString::fromUtf8(exception.what()),
+        return refused(QCoreApplication::translate("Orlop", "The text could not be read: %1")
+                           .arg(QString::fromUtf8(exception.what())),
                        textPosition(utf8, static_cast<qsizetype>(progress)));
     }
     return resultOf(builder, utf8);

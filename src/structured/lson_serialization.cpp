@@ -79,9 +79,8 @@ std::optional<QVariant> convertedForJson(const QVariant& object) {
 }
 
 bool looksLikeXml(const QString& text) {
-    static const platform::RegularExpression key(uR"re(<\s*key\s*>)re"_s);
-    const platform::RegularExpression expression = key;
-    return expression.firstMatch(text).has_value();
+    const platform::RegularExpression key(uR"re(<\s*key\s*>)re"_s);
+    return key.firstMatch(text).has_value();
 }
 
 }  // namespace

@@ -43,14 +43,9 @@ struct Envelope {
 Envelope makeEnvelope() {
     QString empty = QString::fromUtf8(platform::writePropertyList(QVariantMap()));
     empty.remove(u'\n').remove(u'\r');
-    const platform::RegularExpression root(
-        uR"re(<\s*dict\s*>.*<\s*/\s*dict\s*>|<\s*dict\s*/\s*>)re"_s);
-    const auto match = root.firstMatch(empty);
-    if (!match)
-        return {};
-    const auto& range = *match->groups[0];
-    return {empty.left(range.start) + "<dict>"_L1,
-            "</dict>"_L1 + empty.mid(range.start + range.length)};
+    constexpr auto root = "<dict/>"_L1;
+    const qsizetype at = empty.indexOf(root);
+    return {empty.left(at) + "<dict>"_L1, "</dict>"_L1 + empty.mid(at + root.size())};
 }
 
 }  // namespace
@@ -71,10 +66,9 @@ std::optional<QString> contentsOfPropertyList(const QString& propertyList) {
 }
 
 std::optional<WrappedXml> wrappedXmlShorthand(const QString& shorthand) {
-    static const platform::RegularExpression keyFirst(uR"re(^[^<]*<\s*key\s*>)re"_s);
     static const Envelope envelope = makeEnvelope();
-    const platform::RegularExpression expression = keyFirst;
-    if (!expression.firstMatch(shorthand) || !shorthand.isValidUtf16())
+    const platform::RegularExpression keyFirst(uR"re(^[^<]*<\s*key\s*>)re"_s);
+    if (!keyFirst.firstMatch(shorthand) || !shorthand.isValidUtf16())
         return std::nullopt;
     const QString whole = envelope.before + shorthand + envelope.after;
     return WrappedXml{whole.toUtf8(), envelope.before.size()};

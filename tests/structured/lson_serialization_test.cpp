@@ -57,6 +57,8 @@ INSTANTIATE_TEST_SUITE_P(
                 QVariantMap{{u"a"_s, QVariantMap{{u"b"_s, integers({10, 20})}, {u"c"_s, true}}}}},
         Reading{"numbersOnLines", u"[\n10\n20\n30\n]"_s, Format::JSONShorthand,
                 integers({10, 20, 30})},
+        Reading{"manyBlankLines", u"[\n10\n20"_s + QString(300'000, u'\n') + u"\t]"_s,
+                Format::JSONShorthand, integers({10, 20})},
         Reading{"digitsOnLines", u"[\n1\n2\n3\n]"_s, Format::None, {}},
         Reading{"digitsAsWritten", u"[\n1\n2,\n3\n]"_s, Format::JSONShorthand, integers({1, 2, 3})},
         Reading{"commaAtEnd", u"\"a\" : 1,\n\"b\" : 2,"_s, Format::None, {}},
