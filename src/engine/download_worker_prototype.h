@@ -130,8 +130,6 @@ protected:
 
     void processResponse(const WorkerResponse& response, qint64 expectedContentLength);
     void processDownloadedBytes(qint64 count);
-    /// Takes back what was counted, since the same bytes come again.
-    void takeBackDownloadedBytes() { _downloadedBytes = 0; }
     void failWithError(const platform::Error& error);
     void finish();
     virtual void reset();

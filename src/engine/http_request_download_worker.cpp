@@ -1,8 +1,7 @@
 #include "engine/http_request_download_worker.h"
 
 #include "engine/environment.h"
-#include "engine/settings.h"
-#include "engine/throttle.h"
+#include "engine/http_client_setup.h"
 #include "engine/user_agent.h"
 #include "http/http_request.h"
 #include "links/content_disposition.h"
@@ -14,23 +13,8 @@ using namespace Qt::Literals::StringLiterals;
 namespace engine {
 namespace {
 
-constexpr qint64 defaultConcurrentOperations = 64;
 /// Neither read from the cache nor write to it.
 constexpr std::uint32_t cachePolicy = 3;
-
-void configureClientOnce() {
-    static const bool isConfigured = [] {
-        Throttle::apply();
-        const qint64 operations =
-            platform::standardDefaults().get(settings::maximumConcurrentOperations);
-        http::HTTPRequest::sharedQueue().setMaxConcurrentOperationCount(
-            static_cast<int>(operations < 1 ? defaultConcurrentOperations : operations));
-        // Workers name the program themselves, unless the user wants no name to be sent.
-        http::HTTPRequest::setDefaultUserAgentString({});
-        return true;
-    }();
-    static_cast<void>(isConfigured);
-}
 
 /// The body is stored as it comes, and in the part that we ask for: what a browser's captured
 /// request says about these two would be answered by bytes that are not the file.
@@ -91,7 +75,8 @@ bool DQHTTPRequestDownloadWorker::startWithRequest(const WorkerRequest& request,
                                                    platform::Seconds timeOut) {
     if (_downloadRequest)
         return false;
-    configureClientOnce();
+    static const bool isConfigured = (configureHTTPClient(), true);
+    static_cast<void>(isConfigured);
     _downloadRequest = http::HTTPRequest::requestWithURL(request.url);
     _downloadRequest->setDelegate(this);
     _downloadRequest->setUseKeychainPersistence(true);
@@ -114,8 +99,11 @@ void DQHTTPRequestDownloadWorker::requestDidReceiveResponseHeaders(
     http::HTTPRequest& request, const platform::HTTPHeaders& headers) {
     const auto keep = shared_from_this();
     statusCode_ = request.responseStatusCode();
+    // Whatever sent the request again: what has been written belongs to another answer.
     if (downloadedBytes() > 0)
-        beginAgain();
+        return stopWithError(makeWorkerError(
+            WorkerErrorCode::WrongPart,
+            u"%1 was answered again in the middle of an answer"_s.arg(description())));
     WorkerResponse response;
     response.headers = headers;
     response.url = request.url();
@@ -125,14 +113,6 @@ void DQHTTPRequestDownloadWorker::requestDidReceiveResponseHeaders(
     if (response.suggestedFilename.isEmpty())
         response.suggestedFilename = links::filename(response.url);
     processResponse(response, announcedLength(headers));
-}
-
-/// A connection was lost in the middle of the body and the client has sent the same request once
-/// more: the bytes of this answer come again from their first on.
-void DQHTTPRequestDownloadWorker::beginAgain() {
-    takeBackDownloadedBytes();
-    if (_downloadFile.isOpen() && !_downloadFile.truncate(resumeByteOffset()))
-        _downloadFile.close();
 }
 
 void DQHTTPRequestDownloadWorker::requestWillRedirectToURL(http::HTTPRequest& request,

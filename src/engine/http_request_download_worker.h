@@ -44,7 +44,6 @@ private:
     void proxyAuthenticationNeededForRequest(http::HTTPRequest& request) override;
 
     [[nodiscard]] std::optional<platform::Error> openTarget();
-    void beginAgain();
     void acquireAuthentication(http::HTTPRequest& request);
     [[nodiscard]] bool isStoringAnswer() const;
     void cleanUpActiveRequest(bool mayBeLive);

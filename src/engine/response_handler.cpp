@@ -121,17 +121,9 @@ void handleWholeAnswer(DQDownload& download, Worker& worker, const WorkerRespons
         return;
     }
     noteAnswer(download, response);
-    if (isSuccess(response.statusCode)) {
-        const KnownFile before = knownFile(download.userSettings());
+    if (isSuccess(response.statusCode))
         rememberFile(download.userSettings(), response, worker.expectedBytes());
-        // The request was sent again after a lost connection and finds another version, of which
-        // the other workers have no part.
-        if (download.transfer().workers().size() >= 2 &&
-            before != knownFile(download.userSettings()))
-            dropAcceleration(download);
-    }
-    if (download.transfer().workers().size() == 1)
-        download.userSettings().remove(keys::accelerationWorkers);
+    download.userSettings().remove(keys::accelerationWorkers);
     adoptLastModifiedDate(download, response);
     download.dates().invalidateDownloadDate(true);
     adoptSuggestedName(download, response.suggestedFilename);

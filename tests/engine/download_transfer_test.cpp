@@ -1,0 +1,261 @@
+#include <QFileInfo>
+
+#include "engine/settings.h"
+#include "engine/throttle.h"
+#include "engine_fixture.h"
+#include "http/http_request.h"
+#include "links/file_attributes.h"
+#include "platform/files/files.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace engine_test {
+namespace {
+
+using namespace engine;
+using support::patternedBytes;
+using support::Reply;
+
+TEST_F(TransferTest, FileArrivesWholeAndLeavesNothingBehind) {
+    const QByteArray body = patternedBytes(1'000'003);
+    serve(body);
+    const auto download = add();
+    run(download);
+    EXPECT_EQ(download->status(), DQDownloadStatusDone);
+    EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
+    EXPECT_EQ(downloadedNames(), QStringList{u"file.bin"_s});
+    EXPECT_EQ(download->path(), downloadedPath(u"file.bin"_s));
+    EXPECT_EQ(history, std::vector{u"file.bin"_s});
+    for (const QString& mark : {u"user.orlop.synced"_s, u"user.orlop.finishing"_s})
+        EXPECT_FALSE(platform::extendedAttribute(download->path(), mark));
+}
+
+TEST_F(TransferTest, BodyWithoutALengthIsTakenToItsEnd) {
+    const QByteArray body = patternedBytes(300'000);
+    for (const auto length : {Reply::Length::Chunked, Reply::Length::None}) {
+        Reply served = reply(body);
+        served.length = length;
+        server.serve("/file.bin", served);
+        const auto download = add();
+        run(download);
+        EXPECT_EQ(contents(download->path()), body);
+        EXPECT_EQ(download->downloadCompletionFraction(), 1);
+    }
+}
+
+TEST_F(TransferTest, AnswerThatIsNoFileAborts) {
+    Reply missing = reply("not here");
+    missing.status = 404;
+    server.serve("/file.bin", missing);
+    server.serve("/empty.bin", reply({}));
+    for (const QString& name : {u"/file.bin"_s, u"/empty.bin"_s}) {
+        const auto download = add(name);
+        run(download);
+        EXPECT_EQ(download->status(), DQDownloadStatusAborted);
+        EXPECT_EQ(downloadedNames(), QStringList());
+    }
+    EXPECT_EQ(manager.queue.front()->statusDescriptionWithLiveDetails(false), u"Aborted — 404");
+    EXPECT_EQ(history.size(), 2u);
+}
+
+TEST_F(TransferTest, NobodyListensOnThePort) {
+    const auto download = manager.add(u"http://127.0.0.1:1/file.bin"_s);
+    run(download);
+    EXPECT_EQ(download->status(), DQDownloadStatusPaused);
+    EXPECT_TRUE(download->isInterrupted());
+    ASSERT_TRUE(download->lastError());
+    EXPECT_EQ(downloadedNames(), QStringList());
+}
+
+TEST_F(TransferTest, UnknownSchemeFails) {
+    const auto download = manager.add(u"gopher://127.0.0.1/file.bin"_s);
+    run(download);
+    EXPECT_TRUE(download->isInterrupted());
+}
+
+TEST_F(TransferTest, RequestCarriesWhatTheRecordSays) {
+    serve("body");
+    struct Case {
+        QString customAgent;
+        QVariantMap request;
+        std::string method, agent, referer, encoding, range;
+    };
+    const std::string own = "Mozilla/5.0 (X11; Linux) Version/";
+    const QVariantMap headers{{u"User-Agent"_s, u"Browser"_s},
+                              {u"Referer"_s, u"http://b/"_s},
+                              {u"Accept-Encoding"_s, u"gzip"_s},
+                              {u"Range"_s, u"bytes=1-"_s}};
+    const Case cases[] = {
+        {{}, {}, "GET", own, "http://a/", {}, {}},
+        {u"Custom"_s, {}, "GET", "Custom", "http://a/", {}, {}},
+        {u"-"_s, {}, "GET", {}, "http://a/", {}, {}},
+        {u"-"_s, {{keys::requestAllHeaders, headers}}, "GET", "Browser", "http://b/", {}, {}},
+        {{},
+         {{keys::requestPartialHeaders, QVariantMap{{u"X-A"_s, u"1"_s}}},
+          {keys::requestMethod, u"POST"_s}},
+         "POST",
+         own,
+         {},
+         {},
+         {}},
+    };
+    for (const Case& c : cases) {
+        set(settings::customUserAgent, c.customAgent);
+        const auto download = add();
+        download->userSettings().set(keys::referer, u"http://a/"_s);
+        if (!c.request.isEmpty())
+            download->userSettings().set(keys::request, c.request);
+        run(download);
+        const support::ReceivedRequest seen = server.requests().back();
+        EXPECT_EQ(seen.method, c.method);
+        const std::string agent = seen.header("User-Agent").value_or("");
+        EXPECT_EQ(agent.substr(0, c.agent.size()), c.agent);
+        EXPECT_EQ(agent.empty(), c.agent.empty());
+        EXPECT_EQ(seen.header("Referer").value_or(""), c.referer);
+        EXPECT_EQ(seen.header("Accept-Encoding").value_or(""), c.encoding);
+        EXPECT_EQ(seen.header("Range").value_or(""), c.range);
+    }
+}
+
+TEST_F(TransferTest, NameComesFromAddressHeaderAndType) {
+    struct Case {
+        qint64 policy;
+        std::string disposition, type;
+        QString name;
+    };
+    const Case cases[] = {
+        {1, "attachment; filename*=utf-8''na%C3%AFve.txt; filename=x", "", u"naïve.txt"_s},
+        {1, "attachment; filename=\"../../etc/pass wd\"", "", u"pass wd"_s},
+        {1, "attachment; filename=plain", "text/html; charset=utf-8", u"plain.html"_s},
+        {1, "attachment; filename=plain.bin", "text/html", u"plain.bin"_s},
+        {2, "attachment; filename=page.htm", "text/html", u"page.htm"_s},
+        {2, "attachment; filename=page.bin", "text/html", u"page.bin.html"_s},
+        {3, "attachment; filename=page.htm", "text/html", u"page.htm.html"_s},
+        {0, "attachment; filename=plain", "text/html", u"plain"_s},
+        {1, "", "", u"file.bin"_s},
+    };
+    for (const Case& c : cases) {
+        set(settings::filenameExtensionPolicy, c.policy);
+        Reply served = reply("body");
+        if (!c.disposition.empty())
+            served.headers.emplace_back("Content-Disposition", c.disposition);
+        if (!c.type.empty())
+            served.headers.emplace_back("Content-Type", c.type);
+        server.serve("/file.bin", served);
+        const auto download = add();
+        run(download);
+        EXPECT_EQ(download->name(), c.name) << c.disposition;
+        EXPECT_EQ(QFileInfo(download->path()).fileName(), c.name);
+    }
+}
+
+TEST_F(TransferTest, RedirectIsFollowedAndRemembered) {
+    const QByteArray body = patternedBytes(5000);
+    serve(body, u"/there/real.bin"_s);
+    Reply redirect;
+    redirect.status = 302;
+    redirect.headers = {{"Location", "/there/real.bin"}};
+    redirect.body = "moved";
+    server.serve("/file.bin", redirect);
+    const auto download = add();
+    run(download);
+    EXPECT_EQ(contents(downloadedPath(u"real.bin"_s)), body);
+    const QStringList sources =
+        links::valueForExtendedFileAttribute(download->path(),
+                                             QString::fromUtf16(links::attributes::sourceURLs))
+            .toStringList();
+    EXPECT_EQ(sources, (QStringList{server.url(u"/there/real.bin"_s), server.url(u"/file.bin"_s)}));
+    EXPECT_EQ(download->originalURLString(), server.url(u"/file.bin"_s));
+}
+
+TEST_F(TransferTest, ServersDateGoesToTheFileIfWanted) {
+    Reply served = reply("body");
+    served.headers.emplace_back("Last-Modified", "Tue, 15 Nov 1994 12:45:26 GMT");
+    server.serve("/file.bin", served);
+    const auto dateWithAdoption = [&](qint64 adoption) {
+        set(settings::lastModifiedHeaderAdoption, adoption);
+        const auto download = add();
+        run(download);
+        return QFileInfo(download->path()).lastModified().toSecsSinceEpoch();
+    };
+    constexpr qint64 served1994 = 784903526;
+    EXPECT_EQ(dateWithAdoption(1), served1994);
+    EXPECT_NE(dateWithAdoption(0), served1994);
+    EXPECT_NE(dateWithAdoption(-1), served1994);
+}
+
+TEST_F(TransferTest, RulesOpenTheFinishedFile) {
+    serve("body");
+    manager.rules = {
+        QVariantMap{{u"Extensions"_s, QStringList{u"bin"_s}}, {u"Application"_s, u"first"_s}},
+        QVariantMap{{u"Hosts"_s, QStringList{u"other.example"_s}}, {u"Application"_s, u"never"_s}},
+        QVariantMap{{u"Hosts"_s, QStringList{u"0.0.1"_s}}, {u"Application"_s, u"second"_s}}};
+    QStringList asked;
+    environment.openWithApplication = [&](const QString& file, const QString& application) {
+        asked.append(application + u' ' + QFileInfo(file).fileName());
+        return false;
+    };
+    installEnvironment(environment);
+    run(add());
+    EXPECT_EQ(asked, (QStringList{u"first file.bin"_s, u"second file.bin"_s}));
+}
+
+TEST_F(TransferTest, TakenNamesAreNeverReplaced) {
+    write(downloadedPath(u"file.bin"_s), "mine");
+    serve("body");
+    const auto counted = add();
+    run(counted);
+    EXPECT_EQ(contents(downloadedPath(u"file 1.bin"_s)), "body");
+    const auto chosen = add();
+    chosen->userSettings().set(keys::downloadFile, downloadedPath(u"file.bin"_s));
+    int beeps = 0;
+    environment.beep = [&] { ++beeps; };
+    installEnvironment(environment);
+    run(chosen);
+    EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), "mine");
+    EXPECT_EQ(chosen->status(), DQDownloadStatusDone);
+    EXPECT_EQ(contents(chosen->path()), "body");
+    EXPECT_EQ(beeps, 1);
+    EXPECT_TRUE(log->contains(u"cannot move downloaded"_s));
+}
+
+TEST_F(TransferTest, PartAnsweredToTheWishForTheWholeIsRefused) {
+    Reply part = reply("tail");
+    part.status = 206;
+    part.headers.emplace_back("Content-Range", "bytes 96-99/100");
+    server.serve("/file.bin", part);
+    const auto download = add();
+    run(download);
+    EXPECT_TRUE(download->isInterrupted());
+    EXPECT_EQ(downloadedNames(), QStringList());
+}
+
+TEST_F(TransferTest, ThrottleReachesTheClient) {
+    Throttle::setThrottleLimit(50'000'000);
+    EXPECT_EQ(http::HTTPRequest::maxBandwidthPerSecond(), 0u);
+    Throttle::setThrottled(true);
+    EXPECT_EQ(http::HTTPRequest::maxBandwidthPerSecond(), 50'000'000u);
+    Throttle::setThrottleLimit(0);
+    EXPECT_EQ(http::HTTPRequest::maxBandwidthPerSecond(), 1000u);
+    Throttle::setThrottled(false);
+    EXPECT_EQ(http::HTTPRequest::maxBandwidthPerSecond(), 0u);
+}
+
+TEST_F(TransferTest, FinishTakesTheFileToWhereSettingsSayByThen) {
+    Reply served = reply(patternedBytes(100'000));
+    served.stallAfter = 50'000;
+    server.serve("/file.bin", served);
+    const auto download = add();
+    download->startDownload();
+    ASSERT_TRUE(waitForBytes(*download, 50'000));
+    EXPECT_EQ(downloadedNames(), QStringList{u"file.bin.orlop"_s});
+    defaults->set(settings::downloadsFolder, path(u"Elsewhere"_s));
+    download->setName(u"renamed.bin"_s);
+    server.release();
+    ASSERT_TRUE(waitForStatus(*download, finishedStatuses));
+    EXPECT_EQ(contents(path(u"Elsewhere/renamed.bin"_s)), served.body);
+    EXPECT_EQ(downloadedNames(), QStringList());
+}
+
+}  // namespace
+}  // namespace engine_test

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QTemporaryDir>
+#include <memory>
+
+#include "engine/download.h"
+#include "engine/environment.h"
+#include "engine/user_settings.h"
+#include "http/http_session.h"
+#include "platform/base/log.h"
+#include "platform/base/user_defaults.h"
+#include "platform/net/cookie_storage.h"
+#include "support/http_server.h"
+#include "support/main_loop.h"
+#include "support/memory_manager.h"
+#include "support/printers.h"
+
+namespace engine_test {
+
+/// Keeps what is logged.
+class RecordingSink final : public platform::LogSink {
+public:
+    void write(platform::LogLevel level, const QString& line) override;
+    [[nodiscard]] bool contains(const QString& text) const;
+
+private:
+    mutable std::mutex lock_;  ///< Guards lines_.
+    QStringList lines_;
+};
+
+/// A queue, empty folders, settings and a main loop on a manual clock.
+class EngineTest : public ::testing::Test {
+protected:
+    EngineTest();
+    ~EngineTest() override;
+
+    [[nodiscard]] QString path(const QString& name) const { return folder.filePath(name); }
+    /// In the general downloads folder.
+    [[nodiscard]] QString downloadedPath(const QString& name) const;
+    [[nodiscard]] static QByteArray contents(const QString& path);
+    static void write(const QString& path, const QByteArray& data);
+    [[nodiscard]] bool waitForStatus(const engine::DQDownload& download, engine::StatusMask mask);
+    /// Names in the general downloads folder, hidden ones included.
+    [[nodiscard]] QStringList downloadedNames() const;
+    template <typename Value>
+    void set(const platform::Setting<Value>& setting, const Value& value) {
+        defaults->set(setting, value);
+    }
+
+    QTemporaryDir folder;
+    support::MainLoop main;
+    std::unique_ptr<platform::UserDefaults> defaults;
+    std::shared_ptr<RecordingSink> log;
+    engine::Environment environment;
+    support::MemoryManager manager;
+    std::vector<QString> history;  ///< Names of the downloads that entered it.
+};
+
+/// With a server and all that is needed to download from it.
+class TransferTest : public EngineTest {
+protected:
+    TransferTest();
+    ~TransferTest() override;
+
+    /// A new download of a file that the server has.
+    engine::DownloadPtr add(const QString& name = QStringLiteral("/file.bin"));
+    /// Starts it and waits until it is neither queued nor downloading.
+    void run(const engine::DownloadPtr& download);
+    /// Until so many bytes of the whole file have arrived.
+    [[nodiscard]] bool waitForBytes(const engine::DQDownload& download, qint64 count);
+    /// Serves `body` at "/file.bin" with an entity tag.
+    void serve(const QByteArray& body, const QString& name = QStringLiteral("/file.bin"));
+    [[nodiscard]] support::Reply reply(const QByteArray& body) const;
+    /// Fetches the first `count` bytes of a file of the server's, and then pauses.
+    engine::DownloadPtr pausedAfter(qint64 count, const support::Reply& reply);
+    /// A new record with what the other's archive says, as after a restart of the program.
+    engine::DownloadPtr restarted(const engine::DownloadPtr& download);
+    [[nodiscard]] std::vector<std::string> requestedRanges() const;
+
+    std::unique_ptr<platform::CookieStorage> cookies;
+    support::HTTPServer server;
+    std::unique_ptr<http::HTTPSession> session;
+};
+
+}  // namespace engine_test
