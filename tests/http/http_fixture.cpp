@@ -117,6 +117,11 @@ bool HTTPTest::waitForThread(const std::function<bool()>& done) {
     return true;
 }
 
+bool HTTPTest::waitForRest() {
+    settleThread();
+    return main.waitUntil([] { return !HTTPRequest::isNetworkInUse(); });
+}
+
 void HTTPTest::advance(platform::Seconds seconds) {
     constexpr platform::Seconds step = 0.25;
     for (platform::Seconds moved = 0; moved < seconds; moved += step) {

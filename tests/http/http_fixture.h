@@ -60,6 +60,8 @@ protected:
     void settleThread();
     /// Lets the request thread work, and not the main loop, until `done`. False: real time ran out.
     [[nodiscard]] bool waitForThread(const std::function<bool()>& done);
+    /// Until every stream that has been started rests or has ended.
+    [[nodiscard]] bool waitForRest();
     /// Moves the clock in steps of the status timer; the request thread keeps up.
     void advance(platform::Seconds seconds);
 

@@ -38,7 +38,8 @@ std::optional<Error> HTTPDataDecompressor::closeStream() {
     return std::nullopt;
 }
 
-CodedBytes HTTPDataDecompressor::uncompressBytes(const char* bytes, qsizetype length) {
+CodedBytes HTTPDataDecompressor::uncompressBytes(const char* bytes, qsizetype length,
+                                                 qsizetype limit) {
     if (length == 0)
         return {};
     if (length > std::numeric_limits<uInt>::max())
@@ -52,7 +53,7 @@ CodedBytes HTTPDataDecompressor::uncompressBytes(const char* bytes, qsizetype le
     // Output that just filled the buffer may have left more inside the stream.
     while (result == Z_OK && (_stream.avail_in > 0 || used == output.size())) {
         if (used == output.size()) {
-            if (used >= maximumOutput)
+            if (used >= limit)
                 return {{}, inflateErrorWithCode(Z_MEM_ERROR)};
             output.resize(used + std::max(step, used / 2));
         }
@@ -71,8 +72,8 @@ CodedBytes HTTPDataDecompressor::uncompressBytes(const char* bytes, qsizetype le
     return {output, std::nullopt};
 }
 
-CodedBytes HTTPDataDecompressor::uncompressData(const QByteArray& data) {
-    return HTTPDataDecompressor().uncompressBytes(data.constData(), data.size());
+CodedBytes HTTPDataDecompressor::uncompressData(const QByteArray& data, qsizetype limit) {
+    return HTTPDataDecompressor().uncompressBytes(data.constData(), data.size(), limit);
 }
 
 std::optional<Error> HTTPDataDecompressor::uncompressDataFromFile(const QString& source,

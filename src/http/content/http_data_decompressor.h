@@ -16,16 +16,19 @@ public:
     HTTPDataDecompressor(const HTTPDataDecompressor&) = delete;
     HTTPDataDecompressor& operator=(const HTTPDataDecompressor&) = delete;
 
-    /// A chunk or a buffer that grows past this is an attack, and an error.
-    static constexpr qsizetype maximumOutput = qsizetype{256} << 20;
+    /// What grows past this in one piece is an attack.
+    static constexpr qsizetype defaultLimit = qsizetype{256} << 20;
 
     /// Nothing: ready, as it may have been before.
     [[nodiscard]] std::optional<platform::Error> setupStream();
     std::optional<platform::Error> closeStream();
-    /// The output of one chunk; an empty chunk has none.
-    [[nodiscard]] CodedBytes uncompressBytes(const char* bytes, qsizetype length);
+    /// The output of one chunk; an empty chunk has none. An error also if it grows far past
+    /// `limit` bytes.
+    [[nodiscard]] CodedBytes uncompressBytes(const char* bytes, qsizetype length,
+                                             qsizetype limit = defaultLimit);
 
-    [[nodiscard]] static CodedBytes uncompressData(const QByteArray& data);
+    [[nodiscard]] static CodedBytes uncompressData(const QByteArray& data,
+                                                   qsizetype limit = defaultLimit);
     /// Nothing: done.
     [[nodiscard]] static std::optional<platform::Error> uncompressDataFromFile(
         const QString& source, const QString& target);

@@ -1,0 +1,176 @@
+#include "http/shared/bandwidth_account.h"
+
+#include "http/shared/shared_state.h"
+#include "http_fixture.h"
+
+namespace http_test {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+using http::BandwidthAccount;
+using http::HTTPRequest;
+using support::Reply;
+using Verdict = BandwidthAccount::Verdict;
+
+TEST(BandwidthAccount, AnOverdraftIsPaidForWithSleep) {
+    support::ManualClock clock;
+    BandwidthAccount account(clock);
+    account.setMaxBandwidthPerSecond(1000);
+    account.measureBandwidthUsage();
+    EXPECT_EQ(account.verdict(), Verdict::AsBefore);
+    account.incrementBandwidthUsedInLastSecond(1000);
+    account.measureBandwidthUsage();
+    EXPECT_EQ(account.verdict(), Verdict::AsBefore);
+    account.incrementBandwidthUsedInLastSecond(500);
+    account.measureBandwidthUsage();
+    EXPECT_EQ(account.verdict(), Verdict::Rest);
+    EXPECT_DOUBLE_EQ(*account.throttleWakeUpTime(), clock.monotonic() + 1.5);
+    clock.advance(1.25);
+    account.measureBandwidthUsage();  // Another period, with nothing in it.
+    EXPECT_EQ(account.verdict(), Verdict::Rest);
+    clock.advance(0.25);
+    EXPECT_EQ(account.verdict(), Verdict::Run);
+
+    clock.advance(1);
+    account.measureBandwidthUsage();
+    account.incrementBandwidthUsedInLastSecond(9000);
+    account.measureBandwidthUsage();
+    EXPECT_EQ(account.verdict(), Verdict::Rest);
+    account.setMaxBandwidthPerSecond(0);
+    EXPECT_EQ(account.verdict(), Verdict::Run);
+}
+
+TEST(BandwidthAccount, ReadsGetSmallerAsTheLimitNears) {
+    support::ManualClock clock;
+    BandwidthAccount account(clock);
+    EXPECT_EQ(account.readLength(262144), 262144);
+    account.setMaxBandwidthPerSecond(1000);
+    EXPECT_EQ(account.readLength(16384), 250);
+    EXPECT_EQ(account.readLength(100), 100);
+    for (const auto& [more, length] : std::vector<std::pair<std::uint64_t, qsizetype>>{
+             {600, 100}, {393, 1}, {7, 1}, {1, 1}, {5000, 1}}) {
+        account.incrementBandwidthUsedInLastSecond(more);
+        EXPECT_EQ(account.readLength(16384), length);
+    }
+}
+
+TEST(BandwidthAccount, AveragesTheLastSeconds) {
+    support::ManualClock clock;
+    BandwidthAccount account(clock);
+    const auto period = [&](std::uint64_t bytes) {
+        account.incrementBandwidthUsedInLastSecond(bytes);
+        clock.advance(1);
+        account.measureBandwidthUsage();
+    };
+    period(100);
+    for (const std::uint64_t bytes : {200U, 300U, 400U, 500U})
+        period(bytes);
+    EXPECT_EQ(account.averageBandwidthUsedPerSecond(), 300U);
+    clock.advance(3);
+    period(900);
+    EXPECT_EQ(account.averageBandwidthUsedPerSecond(), (400U + 500U + 900U) / 3);
+    period(0);
+    EXPECT_EQ(account.averageBandwidthUsedPerSecond(), 0U);
+    period(70);
+    EXPECT_EQ(account.averageBandwidthUsedPerSecond(), 35U);
+}
+
+TEST(BandwidthAccount, UploadsTakeAQuarterAndRestAtTheEnd) {
+    support::ManualClock clock;
+    BandwidthAccount account(clock);
+    EXPECT_EQ(account.maxUploadReadLength(), 0U);
+    account.setMaxBandwidthPerSecond(1000);
+    account.measureBandwidthUsage();
+    EXPECT_EQ(account.maxUploadReadLength(), 250U);
+    EXPECT_FALSE(account.throttleWakeUpTime());
+    account.incrementBandwidthUsedInLastSecond(900);
+    EXPECT_EQ(account.maxUploadReadLength(), 100U);
+    account.incrementBandwidthUsedInLastSecond(900);
+    EXPECT_EQ(account.maxUploadReadLength(), 0U);
+    EXPECT_DOUBLE_EQ(*account.throttleWakeUpTime(), clock.monotonic() + 1);
+}
+
+class ThrottleTest : public HTTPTest {
+protected:
+    void serveFile(qsizetype size) {
+        Reply reply;
+        reply.body = support::patternedBytes(size);
+        server.serve("/file", reply);
+    }
+};
+
+TEST_F(ThrottleTest, AllRequestsShareOneLimit) {
+    constexpr std::uint64_t limit = 100'000;
+    serveFile(250'000);
+    HTTPRequest::setMaxBandwidthPerSecond(limit);
+    delegate.does.receivesData = true;
+    const auto one = observedRequest(u"/file"_s);
+    const auto other = observedRequest(u"/file"_s);
+    one->startAsynchronous();
+    other->startAsynchronous();
+    const platform::Seconds start = main.clock.monotonic();
+    platform::Seconds elapsed = 0;
+    while (delegate.count("finished") < 2) {
+        ASSERT_TRUE(waitForRest());
+        const auto read = one->totalBytesRead() + other->totalBytesRead();
+        // The first read of all begins the account, and is not in it.
+        EXPECT_LE(static_cast<double>(read), limit * (elapsed + 1.25) + 20);
+        ASSERT_LT(elapsed, 20);
+        advance(0.25);
+        elapsed = main.clock.monotonic() - start;
+    }
+    EXPECT_EQ(delegate.data.size(), 500'000);
+    EXPECT_GE(elapsed, 4);
+    EXPECT_LE(elapsed, 5.5);
+}
+
+TEST_F(ThrottleTest, SleepIsNoSilence) {
+    serveFile(50'000);
+    HTTPRequest::setMaxBandwidthPerSecond(10'000);
+    http::SharedState::current()->bandwidth.measureBandwidthUsage();
+    HTTPRequest::incrementBandwidthUsedInLastSecond(1'000'000);  // 99 seconds of debt.
+    const auto request = observedRequest(u"/file"_s);
+    request->startAsynchronous();
+    ASSERT_TRUE(waitForRest());
+    advance(60);
+    EXPECT_FALSE(delegate.hasEnded());
+    EXPECT_LE(request->totalBytesRead(), 1U);
+    HTTPRequest::setMaxBandwidthPerSecond(0);
+    advance(0.25);
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(request->totalBytesRead(), 50'000U);
+}
+
+TEST_F(ThrottleTest, NewRequestsRestToo) {
+    serveFile(50'000);
+    HTTPRequest::setMaxBandwidthPerSecond(10'000);
+    const auto first = observedRequest(u"/file"_s);
+    first->startAsynchronous();
+    ASSERT_TRUE(waitForRest());
+    const auto second = request(u"/file"_s);
+    second->startAsynchronous();
+    settleThread();
+    EXPECT_TRUE(second->inProgress());
+    EXPECT_FALSE(HTTPRequest::isNetworkInUse());
+    EXPECT_EQ(second->totalBytesRead(), 0U);
+}
+
+TEST_F(ThrottleTest, UploadsAreHeldToTheLimit) {
+    HTTPRequest::setMaxBandwidthPerSecond(20'000);
+    const QByteArray body = support::patternedBytes(60'000);
+    const auto request = observedRequest(u"/post"_s);
+    request->appendPostData(body);
+    request->startAsynchronous();
+    const platform::Seconds start = main.clock.monotonic();
+    while (!delegate.hasEnded()) {
+        ASSERT_TRUE(waitForRest());
+        ASSERT_LT(main.clock.monotonic() - start, 30);
+        advance(0.25);
+    }
+    // Each byte counts twice, when it is read and when it is on its way.
+    EXPECT_GE(main.clock.monotonic() - start, 4);
+    EXPECT_EQ(server.requests().at(0).body, body);
+}
+
+}  // namespace
+}  // namespace http_test

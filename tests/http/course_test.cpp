@@ -1,0 +1,287 @@
+#include <QFileInfo>
+
+#include "http_fixture.h"
+
+namespace http_test {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+using http::HTTPRequest;
+using support::Reply;
+
+/// Cancelling, time-outs and retries.
+class CourseTest : public HTTPTest {
+protected:
+    static Reply stalledAfter(std::size_t bytes) {
+        Reply reply;
+        reply.body = support::patternedBytes(100'000);
+        reply.stallAfter = bytes;
+        return reply;
+    }
+    static Reply silent() {
+        Reply reply;
+        reply.stallHead = true;
+        return reply;
+    }
+};
+
+TEST_F(CourseTest, CancelledWhileItWaitsForItsTurn) {
+    HTTPRequest::sharedQueue().setSuspended(true);
+    const auto request = observedRequest(u"/x"_s);
+    request->startAsynchronous();
+    request->cancel();
+    request->cancel();
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(delegate.events, std::vector<std::string>{"failed"});
+    EXPECT_EQ(errorCode(*request), 4);
+    EXPECT_FALSE(request->isFinished());
+    HTTPRequest::sharedQueue().setSuspended(false);
+    ASSERT_TRUE(main.waitUntil([&] { return request->isFinished(); }));
+    EXPECT_EQ(delegate.events, std::vector<std::string>{"failed"});
+    EXPECT_TRUE(server.requests().empty());
+}
+
+TEST_F(CourseTest, CancelledBeforeTheHeadAndWithinTheBody) {
+    server.serve("/silent", silent());
+    server.serve("/stalled", stalledAfter(5000));
+    delegate.does.receivesData = true;
+    const auto mute = observedRequest(u"/silent"_s);
+    mute->startAsynchronous();
+    ASSERT_TRUE(waitForRequests(1));
+    mute->cancel();
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(delegate.events, (std::vector<std::string>{"started", "failed"}));
+    EXPECT_TRUE(mute->isCancelled());
+
+    delegate.events.clear();
+    const auto begun = observedRequest(u"/stalled"_s);
+    begun->startAsynchronous();
+    ASSERT_TRUE(main.waitUntil([&] { return delegate.data.size() == 5000; }));
+    begun->cancel();
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(begun->error()->text, u"The request was cancelled"_s);
+    ASSERT_TRUE(main.waitUntil([] { return HTTPRequest::sharedQueue().operationCount() == 0; }));
+}
+
+TEST_F(CourseTest, CancellingWhatIsOverDoesNothing) {
+    const auto request = observedRequest(u"/x"_s);
+    run(request);
+    request->cancel();
+    settleThread();
+    main.settle();
+    EXPECT_EQ(delegate.events.back(), "finished");
+    EXPECT_FALSE(request->isCancelled());
+    EXPECT_FALSE(request->error());
+}
+
+TEST_F(CourseTest, ADelegateThatHasGoneHearsNothing) {
+    server.serve("/stalled", stalledAfter(5000));
+    delegate.does.receivesData = true;
+    auto released = std::make_shared<int>();
+    const std::weak_ptr<int> watch = released;
+    http::RequestBlocks blocks;
+    blocks.failureBlock = [released] { ADD_FAILURE() << "told of its end"; };
+    const auto request = observedRequest(u"/stalled"_s);
+    request->setBlocks(std::move(blocks));
+    released.reset();
+    request->startAsynchronous();
+    // The thread has posted events by now; none of them may arrive any more.
+    ASSERT_TRUE(waitForThread([&] { return request->totalBytesRead() == 5000; }));
+    request->clearDelegatesAndCancel();
+    EXPECT_TRUE(watch.expired());
+    ASSERT_TRUE(main.waitUntil([&] { return request->isFinished(); }));
+    EXPECT_TRUE(delegate.events.empty());
+    EXPECT_TRUE(delegate.data.isEmpty());
+}
+
+TEST_F(CourseTest, TheSessionMayEndAtAnyTime) {
+    server.serve("/stalled", stalledAfter(5000));
+    std::vector<std::shared_ptr<HTTPRequest>> requests;
+    for (int i = 0; i < 6; ++i) {
+        requests.push_back(observedRequest(u"/stalled"_s));
+        requests.back()->startAsynchronous();
+    }
+    ASSERT_TRUE(waitForRequests(4));
+    session.reset();
+    main.settle();
+    EXPECT_FALSE(delegate.hasEnded());
+    for (const auto& request : requests)
+        request->cancel();
+    session = std::make_unique<http::HTTPSession>(main.clock);
+    const auto fresh = request(u"/x"_s);
+    run(fresh);
+    EXPECT_EQ(fresh->responseStatusCode(), 404);
+}
+
+TEST_F(CourseTest, TimesOutAfterSilenceOnly) {
+    server.serve("/stalled", stalledAfter(5000));
+    delegate.does.receivesData = true;
+    const auto request = observedRequest(u"/stalled"_s);
+    request->setTimeOutSeconds(10);
+    request->startAsynchronous();
+    ASSERT_TRUE(main.waitUntil([&] { return delegate.data.size() == 5000; }));
+    advance(10);
+    EXPECT_FALSE(delegate.hasEnded());
+    server.release();
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(delegate.count("finished"), 1);
+
+    const auto mute = observedRequest(u"/silent"_s);
+    server.serve("/silent", silent());
+    delegate.events.clear();
+    mute->startAsynchronous();
+    ASSERT_TRUE(waitForRequests(2));
+    advance(10.5);
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(errorCode(*mute), 2);
+    EXPECT_EQ(mute->error()->text, u"The request timed out"_s);
+    EXPECT_EQ(mute->retryCount(), 0);
+}
+
+TEST_F(CourseTest, WithoutATimeOutItWaitsForEver) {
+    server.serve("/silent", silent());
+    const auto request = observedRequest(u"/silent"_s);
+    request->setTimeOutSeconds(0);
+    request->startAsynchronous();
+    ASSERT_TRUE(waitForRequests(1));
+    main.clock.advance(1'000'000);
+    advance(1);
+    EXPECT_FALSE(delegate.hasEnded());
+    server.release();
+    EXPECT_TRUE(waitForEnd());
+}
+
+TEST_F(CourseTest, RepeatsAfterATimeOutAsOftenAsToldAndAsksForTheRest) {
+    const QByteArray body = support::patternedBytes(100'000);
+    int asked = 0;
+    server.handle("/file", [&](const support::ReceivedRequest&) {
+        Reply reply;
+        reply.body = body;
+        if (asked++ < 2)
+            reply.stallAfter = static_cast<std::size_t>(20'000);
+        return reply;
+    });
+    const auto request = observedRequest(u"/file"_s);
+    request->setNumberOfTimesToRetryOnTimeout(2);
+    request->setDownloadDestinationPath(temporaryFile(u"done"_s));
+    request->setTemporaryFileDownloadPath(temporaryFile(u"part"_s));
+    request->setAllowResumeForFileDownloads(true);
+    request->startAsynchronous();
+    for (const std::uint64_t there : {20'000U, 40'000U}) {
+        ASSERT_TRUE(main.waitUntil([&] {
+            return QFileInfo(temporaryFile(u"part"_s)).size() == static_cast<qint64>(there);
+        }));
+        advance(10.5);
+    }
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(delegate.count("finished"), 1);
+    EXPECT_EQ(delegate.count("started"), 3);
+    EXPECT_EQ(request->retryCount(), 2);
+    const auto seen = server.requests();
+    ASSERT_EQ(seen.size(), 3U);
+    EXPECT_FALSE(seen[0].header("Range"));
+    EXPECT_EQ(seen[1].header("Range"), "bytes=20000-");
+    EXPECT_EQ(seen[2].header("Range"), "bytes=40000-");
+    EXPECT_EQ(contents(temporaryFile(u"done"_s)), body);
+}
+
+TEST_F(CourseTest, ADeadConnectionIsTriedAgainOnce) {
+    int asked = 0;
+    const auto dropping = [&](int drops) -> support::HTTPServer::Handler {
+        return [&asked, drops](const support::ReceivedRequest&) {
+            Reply reply;
+            reply.body = "alive";
+            if (asked++ < drops) {
+                reply.raw = QByteArray();
+                reply.keepAlive = false;
+            }
+            return reply;
+        };
+    };
+    server.handle("/once", dropping(1));
+    const auto once = observedRequest(u"/once"_s);
+    run(once);
+    EXPECT_EQ(once->responseData(), "alive");
+    EXPECT_EQ(once->retryCount(), 1);
+    EXPECT_EQ(delegate.count("started"), 2);
+
+    asked = 0;
+    server.handle("/twice", dropping(2));
+    const auto twice = request(u"/twice"_s);
+    run(twice);
+    EXPECT_EQ(errorCode(*twice), 1);
+    EXPECT_EQ(twice->error()->text, u"A connection failure occurred"_s);
+    ASSERT_NE(twice->error()->underlying, nullptr);
+    EXPECT_EQ(asked, 2);
+
+    asked = 0;
+    server.handle("/post", dropping(1));
+    const auto post = request(u"/post"_s);
+    post->setShouldStreamPostDataFromDisk(true);
+    post->appendPostData("kept for the second try");
+    run(post);
+    EXPECT_FALSE(post->error());
+    EXPECT_EQ(server.requests().back().body, "kept for the second try");
+}
+
+TEST_F(CourseTest, WhatTheDelegateHasCannotBeSentTwice) {
+    Reply cut;
+    cut.body = support::patternedBytes(100'000);
+    cut.cutAfter = 30'000;
+    server.serve("/cut", cut);
+    delegate.does.receivesData = true;
+    const auto request = observedRequest(u"/cut"_s);
+    run(request);
+    EXPECT_EQ(errorCode(*request), 1);
+    EXPECT_EQ(delegate.data, cut.body.left(30'000));
+    EXPECT_EQ(delegate.events.back(), "failed");
+    EXPECT_EQ(server.requests().size(), 1U);
+}
+
+TEST_F(CourseTest, AnUploadThatCannotBeSeenMovingGetsHalfAsLongAgain) {
+    server.serve("/silent", silent());
+    const auto request = observedRequest(u"/silent"_s);
+    request->appendPostData("tiny");
+    request->startAsynchronous();
+    ASSERT_TRUE(waitForRequests(1));
+    advance(0.5);  // The body goes into the socket's buffer; that counts as activity.
+    advance(10.5);
+    EXPECT_FALSE(delegate.hasEnded());
+    advance(5);
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(errorCode(*request), 2);
+}
+
+TEST_F(CourseTest, TlsTroubleIsSpelledOut) {
+    support::HTTPServer secure(support::HTTPServer::Security::Tls);
+    Reply reply;
+    reply.body = "secret";
+    secure.serve("/", reply);
+    const auto distrustful = request(secure.url());
+    run(distrustful);
+    EXPECT_EQ(errorCode(*distrustful), 1);
+    EXPECT_EQ(distrustful->error()->text,
+              u"A connection failure occurred: SSL problem (Possible causes may include a "
+              "bad/expired/self-signed certificate, clock set to wrong date)"_s);
+
+    const auto careless = request(secure.url());
+    careless->setValidatesSecureCertificate(false);
+    run(careless);
+    EXPECT_EQ(careless->responseData(), "secret");
+
+    const auto informed = request(secure.url());
+    informed->setAuthoritiesPath(secure.authoritiesPath());
+    run(informed);
+    EXPECT_EQ(informed->responseData(), "secret");
+
+    // A client identity turns validation back on.
+    const auto identified = request(secure.url());
+    identified->setValidatesSecureCertificate(false);
+    identified->setClientCertificateIdentity(
+        {secure.clientCertificatePath(), secure.clientKeyPath()});
+    run(identified);
+    EXPECT_EQ(errorCode(*identified), 1);
+}
+
+}  // namespace
+}  // namespace http_test

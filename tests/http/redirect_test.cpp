@@ -1,0 +1,207 @@
+#include "http_fixture.h"
+
+namespace http_test {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+using support::Reply;
+
+class RedirectTest : public HTTPTest {
+protected:
+    static Reply redirect(int status, const QString& location) {
+        Reply reply;
+        reply.status = status;
+        reply.reason = "Elsewhere";
+        reply.headers = {{"Location", location.toStdString()}};
+        reply.body = "gone";
+        return reply;
+    }
+    void serveTarget() {
+        Reply reply;
+        reply.body = "target";
+        server.serve("/target", reply);
+    }
+};
+
+TEST_F(RedirectTest, StatusDecidesWhatTravels) {
+    struct Case {
+        int status;
+        bool keepsMethodOnFound;
+        std::string method;
+    };
+    serveTarget();
+    for (const auto& [status, keepsMethodOnFound, method] :
+         {Case{301, false, "GET"}, Case{302, false, "GET"}, Case{303, false, "GET"},
+          Case{307, false, "POST"}, Case{301, true, "POST"}, Case{302, true, "POST"},
+          Case{303, true, "GET"}, Case{307, true, "POST"}}) {
+        SCOPED_TRACE(status);
+        server.serve("/moved", redirect(status, u"/target"_s));
+        const auto request = observedRequest(u"/moved"_s);
+        request->setShouldUseRFC2616RedirectBehaviour(keepsMethodOnFound);
+        request->appendPostData("body");
+        request->setShouldStreamPostDataFromDisk(false);
+        for (const auto& name :
+             {u"User-Agent"_s, u"Accept"_s, u"Referer"_s, u"Range"_s, u"Authorization"_s})
+            request->addRequestHeader(name, u"given"_s);
+        run(request);
+
+        const auto seen = server.requests().back();
+        EXPECT_EQ(seen.target, "/target");
+        EXPECT_EQ(seen.method, method);
+        EXPECT_EQ(seen.header("User-Agent"), "given");
+        EXPECT_EQ(seen.header("Accept"), "given");
+        const bool keepsAll = method == "POST";
+        EXPECT_EQ(seen.body, keepsAll ? "body" : "");
+        for (const char* name : {"Referer", "Range", "Authorization"})
+            EXPECT_EQ(seen.header(name).has_value(), keepsAll) << name;
+        EXPECT_EQ(request->redirectCount(), 1);
+        EXPECT_EQ(request->url().path(), u"/target"_s);
+        EXPECT_EQ(request->originalURL().path(), u"/moved"_s);
+        EXPECT_EQ(request->responseStatusCode(), 200);
+    }
+}
+
+TEST_F(RedirectTest, OtherStatusesAreAnswers) {
+    for (const int status : {300, 304, 305, 306, 308}) {
+        Reply reply = redirect(status, u"/target"_s);
+        if (status == 304)
+            reply.body.clear();
+        server.serve("/moved", reply);
+        const auto request = this->request(u"/moved"_s);
+        run(request);
+        EXPECT_EQ(request->responseStatusCode(), status);
+        EXPECT_EQ(request->redirectCount(), 0);
+    }
+    server.serve("/moved", redirect(302, u"/target"_s));
+    const auto unwilling = request(u"/moved"_s);
+    unwilling->setShouldRedirect(false);
+    run(unwilling);
+    EXPECT_EQ(unwilling->responseStatusCode(), 302);
+    EXPECT_EQ(server.requests().size(), 6U);
+}
+
+TEST_F(RedirectTest, FollowsFiveAndNotSix) {
+    server.handleAll([](const support::ReceivedRequest& seen) {
+        const int left = std::stoi(seen.target.substr(1));
+        Reply reply;
+        if (left > 0)
+            reply = redirect(302, QString::number(left - 1));
+        return reply;
+    });
+    const auto five = observedRequest(u"/5"_s);
+    run(five);
+    EXPECT_FALSE(five->error());
+    EXPECT_EQ(five->redirectCount(), 5);
+    EXPECT_EQ(delegate.count("redirected"), 5);
+    EXPECT_EQ(delegate.count("started"), 6);
+
+    const auto six = request(u"/6"_s);
+    run(six);
+    EXPECT_EQ(errorCode(*six), 9);
+    EXPECT_EQ(six->error()->text, u"The request failed because it redirected too many times"_s);
+    EXPECT_EQ(server.requests().size(), 12U);
+}
+
+TEST_F(RedirectTest, ResolvesWhatServersWrite) {
+    struct Case {
+        QString location, target;
+    };
+    for (const auto& [location, target] :
+         {Case{u"c"_s, u"/a/c"_s}, Case{u"../c?x=1"_s, u"/c?x=1"_s}, Case{u"//%1/c"_s, u"/c"_s},
+          Case{u"/with blank"_s, u"/with%20blank"_s}, Case{u"?q"_s, u"/a/b?q"_s}}) {
+        const QString authority = u"127.0.0.1:%1"_s.arg(server.port());
+        const QString sent = location.contains(u'%') ? location.arg(authority) : location;
+        int asked = 0;
+        server.handle("/a/b", [&, sent](const support::ReceivedRequest&) {
+            return asked++ == 0 ? redirect(302, sent) : Reply();
+        });
+        run(request(u"/a/b"_s));
+        EXPECT_EQ(server.requests().back().target, target.toStdString());
+    }
+}
+
+TEST_F(RedirectTest, NeverLeavesTheWeb) {
+    for (const QString& location :
+         {u"file:///etc/passwd"_s, u"ftp://127.0.0.1/x"_s, u"javascript:alert(1)"_s, u"http://"_s,
+          u"data:,x"_s, u"http://[bad"_s}) {
+        server.serve("/moved", redirect(302, location));
+        const auto request = this->request(u"/moved"_s);
+        run(request);
+        EXPECT_EQ(errorCode(*request), 5) << location.toStdString();
+    }
+}
+
+TEST_F(RedirectTest, SecretsStayWithTheirOrigin) {
+    support::HTTPServer other;
+    Reply reply;
+    reply.body = "target";
+    other.serve("/target", reply);
+    serveTarget();
+    Reply moved = redirect(307, other.url(u"/target"_s));
+    moved.headers.emplace_back("Set-Cookie", "fresh=1; Path=/target");
+    server.serve("/away", moved);
+    server.serve("/near", redirect(307, u"/target"_s));
+
+    const auto prepared = [&](const QString& path) {
+        const auto request = this->request(path);
+        request->addRequestHeader(u"Authorization"_s, u"secret"_s);
+        request->addRequestHeader(u"X-Plain"_s, u"kept"_s);
+        platform::Cookie own;
+        own.name = u"own"_s;
+        own.value = u"1"_s;
+        request->setRequestCookies({own});
+        return request;
+    };
+    run(prepared(u"/away"_s));
+    EXPECT_EQ(server.requests().back().header("Cookie"), "own=1");
+    const auto far = other.requests().back();
+    EXPECT_EQ(far.header("X-Plain"), "kept");
+    EXPECT_FALSE(far.header("Authorization"));
+    // Cookies know no ports, so the jar's does travel; the one put in by hand does not.
+    EXPECT_EQ(far.header("Cookie"), "fresh=1");
+
+    run(prepared(u"/near"_s));
+    EXPECT_EQ(server.requests().back().header("Authorization"), "secret");
+    EXPECT_EQ(server.requests().back().header("Cookie"), "fresh=1");
+}
+
+TEST_F(RedirectTest, ADelegateMayTakeItOver) {
+    serveTarget();
+    server.serve("/moved", redirect(302, u"/ignored"_s));
+    delegate.does.confirmsRedirects = true;
+    delegate.does.receivesData = true;
+    delegate.followsRedirects = false;
+    const auto request = observedRequest(u"/moved"_s);
+    request->startAsynchronous();
+    ASSERT_TRUE(main.waitUntil([&] { return delegate.count("willRedirect") == 1; }));
+    EXPECT_EQ(delegate.redirects.at(0).path(), u"/ignored"_s);
+    advance(60);  // Nothing runs, so nothing times out.
+    EXPECT_FALSE(delegate.hasEnded());
+    request->redirectToURL(*platform::Url::parse(server.url(u"/target"_s)));
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(delegate.data, "gonetarget");
+    EXPECT_EQ(delegate.count("finished"), 1);
+    EXPECT_EQ(server.requests().size(), 2U);
+    request->redirectToURL(request->originalURL());  // Too late to mean anything.
+    settleThread();
+    EXPECT_EQ(server.requests().size(), 2U);
+}
+
+TEST_F(RedirectTest, ARequestThatWaitsForItsDelegateCanBeCancelled) {
+    server.serve("/moved", redirect(302, u"/target"_s));
+    delegate.does.confirmsRedirects = true;
+    delegate.followsRedirects = false;
+    const auto request = observedRequest(u"/moved"_s);
+    request->startAsynchronous();
+    ASSERT_TRUE(main.waitUntil([&] { return delegate.count("willRedirect") == 1; }));
+    request->cancel();
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(errorCode(*request), 4);
+    ASSERT_TRUE(main.waitUntil([&] { return request->isFinished(); }));
+    request->redirectToURL(*platform::Url::parse(server.url(u"/target"_s)));
+    settleThread();
+    EXPECT_EQ(server.requests().size(), 1U);
+}
+
+}  // namespace
+}  // namespace http_test
