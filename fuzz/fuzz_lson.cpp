@@ -1,9 +1,13 @@
-// Any text in any spelling: what can be read comes back the same from every spelling that it has.
+// Any text in any spelling: what can be read comes back the same from every spelling of JSON, and
+// the shorthand differs from JSON by what the two expressions that define it say.
 #include <cstdint>
 #include <cstdlib>
 
+#include "platform/text/regular_expression.h"
 #include "structured/lson_serialization.h"
 #include "structured/syntax_highlighting.h"
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -12,12 +16,22 @@ void require(bool condition) {
         std::abort();
 }
 
+void checkTransformations(const QString& text) {
+    using Serialization = structured::DQLSONSerialization;
+    static const platform::RegularExpression commas(uR"re(([^,:\s\[{]\s*),([\n\r]\s*+[^\]}]))re"_s);
+    static const platform::RegularExpression lineEnds(
+        uR"re(([^,:\s\[{]\s*)([\n\r]\s*+[^\]}]))re"_s);
+    require(Serialization::LSONStringFromJSONString(text) == commas.replaceAll(text, u"$1$2"_s));
+    require(Serialization::JSONStringFromLSONString(text) == lineEnds.replaceAll(text, u"$1,$2"_s));
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     using Serialization = structured::DQLSONSerialization;
     const QString text =
         QString::fromUtf8(reinterpret_cast<const char*>(bytes), static_cast<qsizetype>(size));
+    checkTransformations(text);
     const structured::ParsedText parsed = Serialization::objectWithString(text);
     static_cast<void>(structured::syntaxHighlighting(text, parsed.format));
     if (!structured::isJSON(parsed.format))

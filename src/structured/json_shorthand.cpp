@@ -1,35 +1,88 @@
 #include "structured/json_shorthand.h"
 
-#include "platform/text/regular_expression.h"
-
-using namespace Qt::Literals::StringLiterals;
-
 namespace structured {
 
 namespace {
 
-QString transformed(const QString& text, const QString& pattern, const QString& replacement) {
-    return platform::RegularExpression(pattern).replaceAll(text, replacement).value_or(text);
+constexpr bool isLineEnd(QChar character) {
+    return character == u'\n' || character == u'\r';
+}
+
+/// What can end an item: neither a separator nor an opener nor a blank.
+bool endsItem(QChar character) {
+    return !character.isSpace() && character != u',' && character != u':' && character != u'[' &&
+           character != u'{';
+}
+
+/// Where the next character stands that is no blank; the text's size if there is none.
+qsizetype skipBlanks(QStringView text, qsizetype from) {
+    while (from < text.size() && text[from].isSpace())
+        ++from;
+    return from;
+}
+
+bool beginsItem(QStringView text, qsizetype at) {
+    return at < text.size() && text[at] != u']' && text[at] != u'}';
+}
+
+/// Where between two places the last line end stands. -1: nowhere.
+qsizetype lastLineEnd(QStringView text, qsizetype from, qsizetype to) {
+    do {
+        --to;
+    } while (to >= from && !isLineEnd(text[to]));
+    return to >= from ? to : -1;
 }
 
 }  // namespace
 
-// The blanks before the next item are taken whole ("\s*+"): were some of them given back, one of
-// them would pass for an item, and a comma would come to stand before an indented bracket. Looking
-// ahead to that item first keeps the time for many blank lines from growing with their square.
-
 QString textWithoutLineEndCommas(const QString& json) {
-    return transformed(json, uR"re(([^,:\s\[{]\s*),([\n\r]\s*+[^\]}]))re"_s, u"$1$2"_s);
+    const QStringView text = json;
+    QString result;
+    result.reserve(text.size());
+    qsizetype copied = 0;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (!endsItem(text[i]))
+            continue;
+        const qsizetype comma = skipBlanks(text, i + 1);
+        const bool endsLine =
+            comma + 1 < text.size() && text[comma] == u',' && isLineEnd(text[comma + 1]);
+        const qsizetype next = endsLine ? skipBlanks(text, comma + 1) : comma;
+        if (endsLine && beginsItem(text, next)) {
+            result += text.sliced(copied, comma - copied);
+            copied = comma + 1;
+            i = next;
+        } else {
+            i = comma - 1;
+        }
+    }
+    return result += text.sliced(copied);
 }
 
 QString textWithLineEndCommas(const QString& shorthand) {
-    return transformed(
-        shorthand, uR"re(([^,:\s\[{](?=\s*+[^\]}])\s*)([\n\r][^\S\n\r]*+[^\]}]))re"_s, u"$1,$2"_s);
+    const QStringView text = shorthand;
+    QString result;
+    result.reserve(text.size() + text.size() / 8);
+    qsizetype copied = 0;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (!endsItem(text[i]))
+            continue;
+        const qsizetype next = skipBlanks(text, i + 1);
+        const qsizetype lineEnd = lastLineEnd(text, i + 1, next);
+        if (lineEnd >= 0 && beginsItem(text, next)) {
+            result += text.sliced(copied, lineEnd - copied);
+            result += u',';
+            copied = lineEnd;
+            i = next;
+        } else {
+            i = next - 1;
+        }
+    }
+    return result += text.sliced(copied);
 }
 
 std::optional<QString> textInBraces(const QString& shorthand) {
-    const platform::RegularExpression quoteFirst(uR"re(^\s*")re"_s);
-    if (!quoteFirst.firstMatch(shorthand))
+    const qsizetype start = skipBlanks(shorthand, 0);
+    if (start == shorthand.size() || shorthand[start] != u'"')
         return std::nullopt;
     return QString(u'{' + shorthand + u'}');
 }

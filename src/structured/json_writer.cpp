@@ -1,73 +1,13 @@
 #include "structured/json_writer.h"
 
 #include <QLocale>
-#include <algorithm>
-#include <cmath>
 
-#include "structured/bounds.h"
+#include "structured/json_validity.h"
+#include "structured/variant_contents.h"
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace structured {
-
-namespace {
-
-bool isInteger(int type) {
-    switch (type) {
-        case QMetaType::Int:
-        case QMetaType::UInt:
-        case QMetaType::Long:
-        case QMetaType::ULong:
-        case QMetaType::LongLong:
-        case QMetaType::ULongLong:
-            return true;
-        default:
-            return false;
-    }
-}
-
-bool isValidLeaf(const QVariant& value) {
-    const int type = value.typeId();
-    switch (type) {
-        case QMetaType::QString:
-            return value.toString().isValidUtf16();
-        case QMetaType::Double:
-            return std::isfinite(value.toDouble());
-        case QMetaType::Bool:
-        case QMetaType::Nullptr:
-            return true;
-        default:
-            return isInteger(type);
-    }
-}
-
-bool isValidTree(const QVariant& value, int levelsLeft) {
-    if (value.typeId() == QMetaType::QVariantList) {
-        const QVariantList elements = value.toList();
-        return levelsLeft > 0 &&
-               std::all_of(elements.begin(), elements.end(), [levelsLeft](const QVariant& element) {
-                   return isValidTree(element, levelsLeft - 1);
-               });
-    }
-    if (value.typeId() != QMetaType::QVariantMap)
-        return isValidLeaf(value);
-    const QVariantMap members = value.toMap();
-    for (auto member = members.begin(); member != members.end(); ++member) {
-        if (!member.key().isValidUtf16() || levelsLeft == 0 ||
-            !isValidTree(member.value(), levelsLeft - 1)) {
-            return false;
-        }
-    }
-    return true;
-}
-
-}  // namespace
-
-bool isValidJSONObject(const QVariant& value) {
-    const int type = value.typeId();
-    return (type == QMetaType::QVariantMap || type == QMetaType::QVariantList) &&
-           isValidTree(value, maximumDepth);
-}
 
 namespace {
 
@@ -105,11 +45,11 @@ private:
 void JsonWriter::writeValue(const QVariant& value) {
     switch (value.typeId()) {
         case QMetaType::QVariantMap:
-            return writeObject(value.toMap());
+            return writeObject(contentsOf<QVariantMap>(value));
         case QMetaType::QVariantList:
-            return writeArray(value.toList());
+            return writeArray(contentsOf<QVariantList>(value));
         case QMetaType::QString:
-            return writeString(value.toString());
+            return writeString(contentsOf<QString>(value));
         case QMetaType::Bool:
             text_ += value.toBool() ? "true"_L1 : "false"_L1;
             return;

@@ -17,14 +17,9 @@ struct JsonStyle {
     bool escapesSlashes = false;
 };
 
-/// Whether a value has a JSON form: an object or array as its root, nothing in it but the types of
-/// `JsonResult` and other integers, no text with half a surrogate pair, no infinite number, at most
-/// `maximumDepth` levels.
-[[nodiscard]] bool isValidJSONObject(const QVariant& value);
-
 /// Keys in order; a member reads `"key" : value`, in the compact layout without the blanks. Line
-/// separators of Unicode are escaped, so that a text never spans lines. Nothing: no JSON form. Any
-/// thread.
+/// separators of Unicode are escaped, so that a text never spans lines. Nothing: it has no JSON
+/// form (see `isValidJSONObject`). Any thread.
 [[nodiscard]] std::optional<QString> writeJson(const QVariant& value, JsonStyle style = {});
 
 }  // namespace structured

@@ -1,11 +1,13 @@
 #include "structured/lson_serialization.h"
 
 #include <QCoreApplication>
+#include <algorithm>
 #include <atomic>
 
 #include "platform/text/regular_expression.h"
 #include "structured/json_reader.h"
 #include "structured/json_shorthand.h"
+#include "structured/json_validity.h"
 #include "structured/json_writer.h"
 #include "structured/special_values.h"
 #include "structured/text_position.h"
@@ -78,7 +80,13 @@ std::optional<QVariant> convertedForJson(const QVariant& object) {
     return copy;
 }
 
-bool looksLikeXml(const QString& text) {
+bool mayBeXml(const QString& text) {
+    const auto first = std::find_if_not(text.begin(), text.end(),
+                                        [](QChar character) { return character.isSpace(); });
+    return first != text.end() && *first == u'<';
+}
+
+bool hasKeyElement(const QString& text) {
     const platform::RegularExpression key(uR"re(<\s*key\s*>)re"_s);
     return key.firstMatch(text).has_value();
 }
@@ -130,7 +138,7 @@ ParsedText DQLSONSerialization::objectWithString(const QString& text) {
     if (json.object.isValid())
         return json;
     ParsedText xml = objectWithData(text.toUtf8(), text);
-    return xml.object.isValid() || looksLikeXml(text) ? xml : json;
+    return xml.object.isValid() || hasKeyElement(text) ? xml : json;
 }
 
 ParsedText DQLSONSerialization::objectWithJSONString(const QString& text) {
@@ -142,7 +150,8 @@ ParsedText DQLSONSerialization::objectWithJSONString(const QString& text) {
     ParsedText parsed = parsedJson(whole, format, inBraces.has_value());
     if (parsed.object.isValid())
         return parsed;
-    const QString completed = textWithLineEndCommas(whole);
+    // No commas make JSON of XML, which may be long.
+    const QString completed = mayBeXml(whole) ? whole : textWithLineEndCommas(whole);
     if (completed == whole)
         return parsed;
     return parsedJson(completed, DQDetectedFormat::JSONShorthand, inBraces.has_value());

@@ -23,16 +23,18 @@ std::optional<QString> tagsBetween(const QString& text, qsizetype from, QLatin1S
 QString withoutOneLevel(QStringView text) {
     QString result;
     result.reserve(text.size());
+    qsizetype copied = 0;
     bool isText = false;
     for (qsizetype i = 0; i < text.size(); ++i) {
-        const QStringView rest = text.mid(i);
-        if (rest.startsWith(u'<'))
+        const QStringView rest = text.sliced(i);
+        if (text[i] == u'<') {
             isText = rest.startsWith("<string>"_L1) || rest.startsWith("<key>"_L1);
-        result += text[i];
-        if (!isText && rest.startsWith("\n\t"_L1))
-            ++i;
+        } else if (text[i] == u'\n' && !isText && rest.startsWith("\n\t"_L1)) {
+            result += text.sliced(copied, i + 1 - copied);
+            copied = i + 2;
+        }
     }
-    return result;
+    return result += text.sliced(copied);
 }
 
 /// What surrounds the contents of a root dictionary, on one line so that no line number changes.

@@ -8,6 +8,7 @@
 
 #include "structured/bounds.h"
 #include "structured/json_reader.h"
+#include "structured/json_validity.h"
 
 using namespace Qt::Literals::StringLiterals;
 
