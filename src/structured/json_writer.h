@@ -18,8 +18,11 @@ struct JsonStyle {
 };
 
 /// Keys in order; a member reads `"key" : value`, in the compact layout without the blanks. Line
-/// separators of Unicode are escaped, so that a text never spans lines. Nothing: it has no JSON
-/// form (see `isValidJSONObject`). Any thread.
+/// separators of Unicode are escaped, so that a text never spans lines. Any thread.
+///
+/// Nothing: the value has no JSON form. It has one if its root is an object or array and all in it
+/// are the types of `JsonResult` or other integers, with no half a surrogate pair, no infinite
+/// number and at most `maximumDepth` levels.
 [[nodiscard]] std::optional<QString> writeJson(const QVariant& value, JsonStyle style = {});
 
 }  // namespace structured

@@ -7,7 +7,6 @@
 #include "platform/text/regular_expression.h"
 #include "structured/json_reader.h"
 #include "structured/json_shorthand.h"
-#include "structured/json_validity.h"
 #include "structured/json_writer.h"
 #include "structured/special_values.h"
 #include "structured/text_position.h"
@@ -104,13 +103,12 @@ QString DQLSONSerialization::JSONStringFromLSONString(const QString& lson) {
 std::optional<QString> DQLSONSerialization::JSONStringWithObject(const QVariant& object,
                                                                  bool unwrap, bool useLSON,
                                                                  bool escapesSlashes) {
-    std::optional<QVariant> writable = object;
-    if (!isValidJSONObject(object) && convertsSpecialValues())
-        writable = convertedForJson(object);
-    if (!writable)
-        return std::nullopt;
-    const auto layout = unwrap ? JsonLayout::Unwrapped : JsonLayout::Pretty;
-    auto text = writeJson(*writable, {layout, escapesSlashes});
+    const JsonStyle style{unwrap ? JsonLayout::Unwrapped : JsonLayout::Pretty, escapesSlashes};
+    auto text = writeJson(object, style);
+    if (!text && convertsSpecialValues()) {
+        if (const auto converted = convertedForJson(object))
+            text = writeJson(*converted, style);
+    }
     return text && useLSON ? textWithoutLineEndCommas(*text) : text;
 }
 
