@@ -18,12 +18,12 @@ bool isText(const QVariant& value) {
 
 }  // namespace
 
-ReplacementRule::ReplacementRule(QString query, QString replacement, Precheck precheck)
-    : kind_(precheck ? Kind::Expression : Kind::Literal),
+ReplacementRule::ReplacementRule(Kind kind, QString query, QString replacement, Precheck precheck)
+    : kind_(kind),
       query_(std::move(query)),
       replacement_(std::move(replacement)),
       precheck_(precheck) {
-    if (precheck)
+    if (kind == Kind::Expression)
         expression_.emplace(query_);
 }
 
@@ -46,6 +46,8 @@ ReplacementRule::ReplacementRule(const QVariant& userRule) {
 }
 
 void ReplacementRule::apply(QString& text) const {
+    if (precheck_ && !precheck_(text))
+        return;
     switch (kind_) {
         case Kind::Literal:
             text.replace(query_, replacement_, Qt::CaseInsensitive);
@@ -65,7 +67,7 @@ void ReplacementRule::apply(QString& text) const {
 }
 
 void ReplacementRule::applyExpression(QString& text) const {
-    if ((precheck_ && !precheck_(text)) || failures_ >= mostFailures)
+    if (failures_ >= mostFailures)
         return;
     // A copy, since one object serves one thread at a time.
     const platform::RegularExpression expression = *expression_;

@@ -15,14 +15,6 @@ public:
     /// Says cheaply whether a text can match at all.
     using Precheck = bool (*)(const QString& text);
 
-    /// A rule of our own. An empty `precheck` means that `query` is literal text.
-    ReplacementRule(QString query, QString replacement, Precheck precheck);
-    /// A user's rule; see `ReplacementRules`.
-    explicit ReplacementRule(const QVariant& userRule);
-
-    void apply(QString& text) const;
-
-private:
     enum class Kind {
         Literal,
         Expression,
@@ -31,6 +23,14 @@ private:
         Useless
     };
 
+    /// A rule of our own, a literal or an expression.
+    ReplacementRule(Kind kind, QString query, QString replacement, Precheck precheck);
+    /// A user's rule; see `ReplacementRules`.
+    explicit ReplacementRule(const QVariant& userRule);
+
+    void apply(QString& text) const;
+
+private:
     void applyExpression(QString& text) const;
     void noteFailure() const;
 

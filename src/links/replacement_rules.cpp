@@ -23,6 +23,10 @@ bool hasDoubtfulScheme(const QString& text) {
     return startsWithH && !text.startsWith(u"http://") && !text.startsWith(u"https://");
 }
 
+bool holdsBackslash(const QString& text) {
+    return text.contains(u'\\');
+}
+
 bool holdsSecondAddress(const QString& text) {
     constexpr qsizetype shortestScheme = 7;  // "http://"
     return text.startsWith(u"http", Qt::CaseInsensitive) &&
@@ -32,11 +36,13 @@ bool holdsSecondAddress(const QString& text) {
 }  // namespace
 
 ReplacementRules::ReplacementRules(bool skipRedirectingServices, const QVariant& userRules) {
-    rules_.emplace_back(u"^:?//"_s, u"http://"_s, lacksScheme);
-    rules_.emplace_back(u"^h[^:/]+(ps?://)"_s, u"htt$1"_s, hasDoubtfulScheme);
-    rules_.emplace_back(u"\\/"_s, u"/"_s, nullptr);
+    using enum ReplacementRule::Kind;
+    rules_.emplace_back(Expression, u"^:?//"_s, u"http://"_s, lacksScheme);
+    rules_.emplace_back(Expression, u"^h[^:/]+(ps?://)"_s, u"htt$1"_s, hasDoubtfulScheme);
+    rules_.emplace_back(Literal, u"\\/"_s, u"/"_s, holdsBackslash);
     if (skipRedirectingServices)
-        rules_.emplace_back(u"^https?://[^'\"]*(https?://)"_s, u"$1"_s, holdsSecondAddress);
+        rules_.emplace_back(Expression, u"^https?://[^'\"]*(https?://)"_s, u"$1"_s,
+                            holdsSecondAddress);
     for (const QVariant& rule : userRules.toList())
         rules_.emplace_back(rule);
 }

@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <QTemporaryDir>
+#include <atomic>
 #include <mutex>
+#include <thread>
+#include <vector>
 
 #include "links/percent_escapes.h"
 #include "links/replacement_rules.h"
@@ -163,6 +166,21 @@ TEST_F(UserRules, UnusableOnesChangeNothing) {
     EXPECT_EQ(rules.applied(u"http://host/x"_s), u"http://host/z");
     EXPECT_EQ(log_->countContaining(u"ignoring regular expression exception: "_s), 2);
     EXPECT_EQ(links::ReplacementRules(true, u"no list"_s).applied(u"//h"_s), u"http://h");
+}
+
+TEST_F(UserRules, ServeSeveralThreads) {
+    const links::ReplacementRules rules(true, QVariantList{expression(u"(\\d+)"_s, u"<$1>"_s)});
+    std::atomic<int> right = 0;
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 4; ++thread) {
+        threads.emplace_back([&] {
+            for (int count = 0; count < 100; ++count)
+                right += rules.applied(u"hxxp://r/?u=http://h/1"_s) == u"http://h/<1>";
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(right, 400);
 }
 
 TEST_F(UserRules, EndlessOneIsGivenUp) {
