@@ -6,14 +6,17 @@
 #include <memory>
 
 #include "app/front_end.h"
+#include "app/lifecycle/instance_lock.h"
 
 namespace app {
 
 class DQMainController;
+struct Handover;
+struct LaunchItems;
 
 /// The core of the program, put together: what `orlop` and `orlop-terminal` have in common.
 ///
-/// Makes and installs, in this order: main run loop, defaults, log, cookies, the HTTP client, the
+/// Makes and installs, in this order: main run loop, log, defaults, cookies, the HTTP client, the
 /// engine's surroundings and the controller; all of it goes in the reverse order. One for the
 /// process, on the main thread, inside a QCoreApplication.
 class Application {
@@ -42,8 +45,8 @@ public:
     };
     /// `showWindows` is called with the controller when its queue has been read and before
     /// anything is selected or opened; a window is set up there.
-    [[nodiscard]] Start start(const FrontEnd& frontEnd,
-                              const std::function<void(DQMainController&)>& showWindows = {});
+    using ShowWindows = std::function<void(DQMainController&)>;
+    [[nodiscard]] Start start(const FrontEnd& frontEnd, const ShowWindows& showWindows = {});
 
     /// What another process was asked to open, when it brings `activationToken` (the desktop's
     /// leave to take the focus; may be empty).
@@ -57,6 +60,14 @@ public:
 
 private:
     class Private;
+
+    [[nodiscard]] static Start handedOver(const LaunchItems& items, const QString& supportFolder);
+    void receive(const Handover& handover);
+    void open(const LaunchItems& items);
+
+    const Invocation invocation_;
+    InstanceLock lock_;
+    std::function<void(const QString&)> activate_;
     std::unique_ptr<Private> private_;
 };
 

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 
+#include "app/intake/pasteboard.h"
 #include "platform/base/clock.h"
 #include "platform/net/url.h"
 
@@ -109,12 +110,22 @@ public:
     [[nodiscard]] virtual std::shared_ptr<engine::VanishView> vanishView() = 0;
 };
 
+/// Where copied addresses and texts go.
+class Clipboard {
+public:
+    virtual ~Clipboard() = default;
+
+    virtual void copy(const Pasteboard& pasteboard) = 0;
+};
+
 /// One front end. What it refers to outlives the core.
 struct FrontEnd {
     Questions& questions;
     Feedback& feedback;
     Presence& presence;
     DownloadListView& list;
+    /// Null: nothing can be copied.
+    Clipboard* clipboard = nullptr;
 };
 
 }  // namespace app

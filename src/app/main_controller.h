@@ -22,8 +22,13 @@ class UserDefaults;
 
 namespace app {
 
-class RuleBook;
+struct AllDone;
+class BatchProgress;
+class HistoryKeeper;
 class Lifecycle;
+class RuleBook;
+class Scheduler;
+class StatusReporter;
 using Downloads = std::vector<engine::DownloadPtr>;
 
 /// Owns the queue for the life of the program and is what front ends, scripts and the engine call.
@@ -86,9 +91,8 @@ public:
     [[nodiscard]] Downloads contextDownloadsMatchingStatusMask(engine::StatusMask mask);
     [[nodiscard]] bool anyContextDownloadMatchesStatusMask(engine::StatusMask mask);
 
-    // Dragging rows within the list. The front end keeps what is dragged.
+    // Dragging rows within the list (see `RowDrag`). The front end keeps what is dragged.
 
-    /// Only the unsorted, unfiltered list can be put into another order by hand.
     [[nodiscard]] bool canDragRows(const QList<qsizetype>& rows);
     [[nodiscard]] bool canDropRows(const Downloads& dragged, qsizetype row);
     bool dropRows(const Downloads& dragged, qsizetype row);
@@ -140,12 +144,16 @@ public:
 
     /// False: the user does not want to quit.
     bool writeArchiveBeforeQuitting(bool quitting);
+    /// Waits until what was to be saved so far is on disk.
+    void finishWriting();
     engine::DownloadPtr addDownloadFromArchive(const QVariantMap& archive,
                                                const QString& externalContainerPath);
 
     // Life of the program.
 
-    /// Reads the queue and gets going.
+    /// Takes in what the queue's file holds; queued downloads may start from here on.
+    void readQueue();
+    /// The front end is set up: shows the list and gets going.
     void applicationDidFinishLaunching();
     /// Saves and tidies up. False: the user does not want to quit.
     [[nodiscard]] bool shouldQuit();
@@ -155,12 +163,22 @@ public:
 
     [[nodiscard]] RuleBook& ruleBook();
 
+    // Parts that are made elsewhere; null: none. They outlive the controller or are taken away.
+
+    void setStatusReporter(StatusReporter* reporter);
+    void setHistory(HistoryKeeper* history);
+    void setScheduler(Scheduler* scheduler);
+    void addToHistory(engine::DQDownload& download);
+    void updateStatusAndForceUpdateApplicationImage(bool force);
+    [[nodiscard]] AllDone& allDone();
+    [[nodiscard]] BatchProgress& batchProgress();
+
 Q_SIGNALS:
-    /// Rows, their order, the selection or what a row shows have changed.
-    void listChanged();
+    void selectionChanged();
     /// How the queue as a whole stands may have changed.
     void statusChanged();
     void downloadChanged(const engine::DownloadPtr& download);
+    /// It is done or has failed by itself.
     void downloadEnded(const engine::DownloadPtr& download);
     /// New downloads, by the names that rows show.
     void downloadsAdded(const QStringList& names);
@@ -179,6 +197,13 @@ Q_SIGNALS:
 
 private:
     struct Parts;
+
+    void queueOrderDidChange();
+    void reflectEnd(engine::DQDownload& download, bool forceVanish,
+                    platform::Seconds vanishInterval);
+    void queueDidGrow(bool wasEmpty);
+    void intakeDidEnd(const QStringList& names);
+
     std::unique_ptr<Parts> parts_;
 };
 

@@ -166,4 +166,8 @@ inline const Setting<QVariantList> rules{
     "The rules: dictionaries with \"Hosts\", \"Extensions\", \"Downloads Folder\" and "
     "\"Application\"."};
 
+// Diagnostics.
+inline constexpr Setting<bool> debugLog{u"DQDebugLog", false, false,
+                                        "Debug lines are written to the log as well."};
+
 }  // namespace app::settings

@@ -32,6 +32,17 @@ void UserSettings::set(const QString& key, const QVariant& newValue) {
         values_.insert(key, newValue);
     else
         values_.remove(key);
+    didChange();
+}
+
+void UserSettings::remove(const QString& key) {
+    values_.remove(key);
+    didChange();
+}
+
+void UserSettings::didChange() {
+    static quint64 lastRevision = 0;
+    revision_ = ++lastRevision;
 }
 
 QVariantMap UserSettings::archive(const QString& urlString, bool paused) const {

@@ -16,7 +16,11 @@ public:
     [[nodiscard]] bool boolean(const QString& key) const { return value(key).toBool(); }
 
     void set(const QString& key, const QVariant& newValue);
-    void remove(const QString& key) { values_.remove(key); }
+    void remove(const QString& key);
+
+    /// A number that no other content of any settings has had, so that what was made from them
+    /// can be kept while it stays the same.
+    [[nodiscard]] quint64 revision() const { return revision_; }
 
     /// The dictionary that is kept on disk, without what depends on where the partial file lies.
     [[nodiscard]] QVariantMap archive(const QString& urlString, bool paused) const;
@@ -24,7 +28,10 @@ public:
     void restore(const QVariantMap& archive);
 
 private:
+    void didChange();
+
     QVariantMap values_;
+    quint64 revision_ = 0;
 };
 
 /// The keys of UserSettings.

@@ -5,8 +5,6 @@
 
 namespace platform {
 
-class RunLoop;
-
 /// The machine's sleep, its clock being set, and the requests to sleep and to shut down (on Linux
 /// those of org.freedesktop.login1). Main thread.
 class Power {
@@ -15,7 +13,7 @@ public:
         /// Sleep is held back until this returns.
         std::function<void()> willSleep;
         std::function<void()> didWake;
-        /// The date was set or the time zone changed.
+        /// The date was set.
         std::function<void()> timeDidChange;
     };
 
@@ -28,5 +26,9 @@ public:
     virtual bool requestSleep() = 0;
     virtual bool requestShutDown() = 0;
 };
+
+/// Runs in Qt's event loop of the thread that makes it. Where the system has no login manager
+/// there is no news of sleep, and every request is refused.
+[[nodiscard]] std::unique_ptr<Power> makePower();
 
 }  // namespace platform

@@ -1,0 +1,244 @@
+#include "app/application.h"
+
+#include <unistd.h>
+
+#include <QFile>
+
+#include "app/lifecycle/handover.h"
+#include "app/lifecycle/instance_lock.h"
+#include "app/lifecycle/launch_items.h"
+#include "app/lifecycle/lifecycle.h"
+#include "app/lifecycle/registered_defaults.h"
+#include "app/main_controller.h"
+#include "app/settings.h"
+#include "engine/environment.h"
+#include "http/http_session.h"
+#include "platform/base/log.h"
+#include "platform/base/run_loop.h"
+#include "platform/base/user_defaults.h"
+#include "platform/files/files.h"
+#include "platform/net/cookie_storage.h"
+#include "platform/session/applications.h"
+#include "platform/session/power.h"
+#include "platform/session/workspace.h"
+
+namespace app {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr qint64 logStoreSize = 4 << 20;
+
+/// Installs something where the whole program looks for it, for as long as this lives.
+template <typename Object>
+class Installed {
+public:
+    Installed(void (*install)(Object*), Object& object) : install_(install) { install_(&object); }
+    ~Installed() { install_(nullptr); }
+    Installed(const Installed&) = delete;
+    Installed& operator=(const Installed&) = delete;
+
+private:
+    void (*install_)(Object*);
+};
+
+/// Where log lines go, for as long as this lives.
+class LogSinks {
+public:
+    LogSinks()
+        : sinks_{platform::makeLogStore(platform::userStateFolder(), logStoreSize),
+                 platform::makeJournalSink()} {
+        for (const auto& sink : sinks_) {
+            if (sink) {
+                platform::addLogSink(sink);
+            }
+        }
+    }
+    ~LogSinks() {
+        for (const auto& sink : sinks_) {
+            if (sink) {
+                platform::removeLogSink(sink);
+            }
+        }
+    }
+    LogSinks(const LogSinks&) = delete;
+    LogSinks& operator=(const LogSinks&) = delete;
+
+private:
+    std::vector<std::shared_ptr<platform::LogSink>> sinks_;
+};
+
+/// The program's settings, with what this run was given above what is stored.
+class StandardDefaults {
+public:
+    StandardDefaults(platform::RunLoop& loop, const QVariantMap& arguments)
+        : defaults(platform::userConfigFolder(), platform::defaultsDomain, &loop) {
+        defaults.setArguments(arguments);
+        registerDefaults(defaults);
+        platform::installStandardDefaults(&defaults);
+        followDebugLog();
+        observer_ = defaults.addObserver([this](const QString& key) {
+            if (key == settings::debugLog.name()) {
+                followDebugLog();
+            }
+        });
+    }
+    ~StandardDefaults() {
+        defaults.removeObserver(observer_);
+        platform::installStandardDefaults(nullptr);
+    }
+    StandardDefaults(const StandardDefaults&) = delete;
+    StandardDefaults& operator=(const StandardDefaults&) = delete;
+
+    platform::UserDefaults defaults;
+
+private:
+    void followDebugLog() { platform::setDebugLogEnabled(defaults.get(settings::debugLog)); }
+
+    int observer_ = 0;
+};
+
+/// What the engine needs of a front end and of the machine.
+class EngineEnvironment {
+public:
+    explicit EngineEnvironment(const FrontEnd& frontEnd) {
+        engine::Environment environment;
+        environment.addToHistory = [](engine::DQDownload& download) {
+            mainController().addToHistory(download);
+        };
+        environment.confirmWriteAccess = [](const QString& folder, const QString&) {
+            return engine::WriteAccess{::access(QFile::encodeName(folder).constData(), W_OK) == 0,
+                                       {}};
+        };
+        environment.openWithApplication = platform::openFileWithApplication;
+        environment.openURL = platform::openURL;
+        environment.revealFile = platform::revealFile;
+        if (Clipboard* clipboard = frontEnd.clipboard) {
+            environment.copyURL = [clipboard](const platform::Url& url) {
+                clipboard->copy({QStringList{url.absoluteString()}, url.absoluteString()});
+            };
+            environment.copyText = [clipboard](const QString& text) {
+                clipboard->copy({{}, text});
+            };
+        }
+        environment.isModalWindowUp = [&presence = frontEnd.presence] {
+            return presence.isShowingModalWindow();
+        };
+        environment.isAlternateFunctionalityEvent = [&presence = frontEnd.presence] {
+            return presence.areAlternateFunctionalityModifiersHeld();
+        };
+        environment.beep = [&feedback = frontEnd.feedback] { feedback.beep(); };
+        environment.applicationSupportPath = [] { return platform::userDataFolder(); };
+        engine::installEnvironment(std::move(environment));
+    }
+    ~EngineEnvironment() { engine::installEnvironment({}); }
+    EngineEnvironment(const EngineEnvironment&) = delete;
+    EngineEnvironment& operator=(const EngineEnvironment&) = delete;
+};
+
+}  // namespace
+
+/// Everything that exists between start and stop, in the order of making; it goes in reverse.
+class Application::Private {
+public:
+    using Receive = HandoverReceiver::Receive;
+
+    Private(const QVariantMap& arguments, const FrontEnd& frontEnd, Receive receive)
+        : standardDefaults(loop, arguments),
+          environment(frontEnd),
+          controller({loop, standardDefaults.defaults, *power, frontEnd}),
+          receiver(platform::userDataFolder(), platform::runtimeFolder(), std::move(receive)) {}
+
+    platform::SystemClock clock;
+    platform::RunLoop loop{clock};
+    Installed<platform::RunLoop> installedLoop{platform::installMainRunLoop, loop};
+    platform::QtRunLoopDriver driver{loop};
+    LogSinks logSinks;
+    StandardDefaults standardDefaults;
+    std::unique_ptr<platform::CookieStorage> cookies{
+        platform::makeCookieStorage(platform::userDataFolder() + u"/Cookies"_s)};
+    Installed<platform::CookieStorage> installedCookies{platform::installSharedCookieStorage,
+                                                        *cookies};
+    http::HTTPSession session{clock};
+    std::unique_ptr<platform::Power> power{platform::makePower()};
+    EngineEnvironment environment;
+    DQMainController controller;
+    Installed<DQMainController> installedController{installMainController, controller};
+    HandoverReceiver receiver;
+};
+
+Application::Application(Invocation invocation) : invocation_(std::move(invocation)) {}
+
+Application::~Application() = default;
+
+Application::Start Application::start(const FrontEnd& frontEnd, const ShowWindows& showWindows) {
+    const LaunchItems items = launchItems(invocation_.items);
+    const QString supportFolder = platform::userDataFolder();
+    switch (lock_.claim(supportFolder)) {
+        case InstanceLock::Claim::Taken:
+            return handedOver(items, supportFolder);
+        case InstanceLock::Claim::Impossible:
+            return {Start::Outcome::Failed, lock_.problem()};
+        case InstanceLock::Claim::Owned:
+            break;
+    }
+    private_ = std::make_unique<Private>(invocation_.settings, frontEnd,
+                                         [this](const Handover& handover) { receive(handover); });
+    if (const QString& problem = private_->receiver.problem(); !problem.isEmpty()) {
+        platform::log(problem, platform::LogLevel::Warning);
+    }
+    DQMainController& controller = private_->controller;
+    controller.readQueue();
+    if (showWindows) {
+        showWindows(controller);
+    }
+    controller.applicationDidFinishLaunching();
+    open(items);
+    return {};
+}
+
+Application::Start Application::handedOver(const LaunchItems& items, const QString& supportFolder) {
+    const Handover handover{items.all(), qEnvironmentVariable("XDG_ACTIVATION_TOKEN")};
+    if (const std::optional<QString> problem =
+            handOver(handover, supportFolder, platform::runtimeFolder())) {
+        return {Start::Outcome::Failed, u"Orlop is running already; "_s + *problem};
+    }
+    return {Start::Outcome::HandedOver, {}};
+}
+
+void Application::receive(const Handover& handover) {
+    if (activate_) {
+        activate_(handover.activationToken);
+    }
+    const LaunchItems items = launchItems(handover.items);
+    if (items.isEmpty()) {
+        controller().lifecycle().applicationShouldHandleReopen();
+        return;
+    }
+    open(items);
+    controller().lifecycle().giveFeedback();
+}
+
+void Application::open(const LaunchItems& items) {
+    if (!items.paths.isEmpty()) {
+        controller().openFiles(items.paths, true, false);
+    }
+    if (!items.addresses.isEmpty()) {
+        controller().dropPasteboard({items.addresses, {}});
+    }
+}
+
+void Application::setActivationHandler(std::function<void(const QString&)> handler) {
+    activate_ = std::move(handler);
+}
+
+DQMainController& Application::controller() {
+    return private_->controller;
+}
+
+void Application::stop() {
+    private_.reset();
+}
+
+}  // namespace app

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QString>
+
+namespace engine {
+class DQDownload;
+}
+
+/// Parts of the core that the controller reaches by what they do. Each class as it stands does
+/// nothing, which is what a program without that part wants. Main thread.
+namespace app {
+
+/// What the next moment when everything is done may set off.
+struct AllDone {
+    bool _mayTriggerAllDoneNotification = false;
+    bool _mayTriggerQuitOnAllDone = false;
+    /// The user's one-off requests, of which at most one is made; never saved.
+    bool _mayTriggerSleepOnAllDone = false;
+    bool _mayTriggerShutDownOnAllDone = false;
+};
+
+/// Tells the user how the queue as a whole stands.
+class StatusReporter {
+public:
+    virtual ~StatusReporter() = default;
+
+    /// Called at every change of any download, so it must cost little.
+    virtual void updateStatusAndForceUpdateApplicationImage(bool force) {
+        static_cast<void>(force);
+    }
+    /// A download has finished or failed.
+    virtual void playFeedback() {}
+    /// False: not sent.
+    virtual bool sendUserNotification(const QString& identifier, const QString& title,
+                                      const QString& informativeText, bool asAppendix) {
+        static_cast<void>(identifier), static_cast<void>(title);
+        static_cast<void>(informativeText), static_cast<void>(asAppendix);
+        return false;
+    }
+};
+
+/// Remembers downloads that the queue has forgotten.
+class HistoryKeeper {
+public:
+    virtual ~HistoryKeeper() = default;
+
+    /// A download was finished or aborted.
+    virtual void add(engine::DQDownload& download) { static_cast<void>(download); }
+    /// The program ends.
+    virtual void cleanUp() {}
+};
+
+/// Queues and pauses at set times of the day.
+class Scheduler {
+public:
+    virtual ~Scheduler() = default;
+
+    /// Works the times out anew, from now.
+    virtual void resetSchedule() {}
+    virtual void disableSchedule() {}
+};
+
+}  // namespace app

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QSet>
+#include <QString>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "app/queue/download_order.h"
+#include "links/url_candidates.h"
+#include "platform/base/user_defaults.h"
+#include "platform/net/url.h"
+
+namespace app {
+
+/// Addresses that come one after the other, none of which is worked out before it is asked for.
+class AddressSource {
+public:
+    virtual ~AddressSource() = default;
+    /// Nothing: that was the last.
+    [[nodiscard]] virtual std::optional<platform::Url> next() = 0;
+};
+
+/// Addresses that are there already.
+class ListedAddresses final : public AddressSource {
+public:
+    explicit ListedAddresses(std::vector<platform::Url> urls);
+    [[nodiscard]] std::optional<platform::Url> next() override;
+
+private:
+    std::vector<platform::Url> urls_;
+    std::size_t position_ = 0;
+};
+
+/// The addresses in a text. What cannot be made an address is left out.
+class TextAddresses final : public AddressSource {
+public:
+    /// Those in `known` are left out as well.
+    TextAddresses(links::URLCandidates candidates, QSet<QString> known);
+    [[nodiscard]] std::optional<platform::Url> next() override;
+
+private:
+    links::URLCandidates candidates_;
+    const QSet<QString> known_;
+};
+
+/// Looks one address ahead of another source, so that it is known whether there is just one.
+class SingleOrMany final : public AddressSource {
+public:
+    explicit SingleOrMany(std::unique_ptr<AddressSource> rest);
+    [[nodiscard]] bool isSingle() const { return isSingle_; }
+    [[nodiscard]] std::optional<platform::Url> next() override;
+
+private:
+    std::unique_ptr<AddressSource> rest_;
+    std::optional<platform::Url> first_, second_;
+    bool isSingle_;
+};
+
+/// The addresses in a text, line by line, without those that the queue as it stands has already,
+/// if the settings say so.
+[[nodiscard]] std::unique_ptr<AddressSource> addressesInText(
+    const QString& text, const Downloads& queue, const platform::UserDefaults& defaults);
+/// The same for texts that are lines already.
+[[nodiscard]] std::unique_ptr<AddressSource> addressesInCollection(
+    const QStringList& items, const Downloads& queue, const platform::UserDefaults& defaults);
+
+}  // namespace app

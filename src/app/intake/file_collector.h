@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QSet>
+#include <QStringList>
+#include <optional>
+#include <vector>
+
+#include "app/front_end.h"
+#include "platform/net/url.h"
+
+namespace app {
+
+/// Finds the files at paths that the user dropped or chose, those in folders included.
+class FileCollector {
+public:
+    /// Without `acceptsBundles` .orlop folders are passed over.
+    FileCollector(Questions& questions, bool acceptsBundles);
+
+    /// Adds the files of `paths`, in natural order, as file URLs. From the hundredth on each file
+    /// more is asked about. False: the user had enough; what was found until then stays.
+    bool getFileURLs(const QStringList& paths, const std::optional<QString>& basePath = {});
+
+    [[nodiscard]] const std::vector<platform::Url>& urls() const { return urls_; }
+
+private:
+    bool addItem(const QString& item, const std::optional<QString>& basePath);
+    bool addFile(const QString& path);
+
+    Questions& questions_;
+    const bool acceptsBundles_;
+    QSet<QString> walkedFolders_;
+    std::vector<platform::Url> urls_;
+};
+
+}  // namespace app

@@ -1,0 +1,223 @@
+#include "app/intake/intake.h"
+
+#include <algorithm>
+
+#include "app/intake/file_collector.h"
+#include "app/settings.h"
+#include "engine/settings.h"
+#include "links/folders.h"
+
+namespace app {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+/// Addresses taken in one turn of the main loop: a few milliseconds of work.
+constexpr int addressesPerTurn = 500;
+/// An intake that has made more downloads than this says how far it is.
+constexpr qsizetype longIntake = 10'000;
+
+std::vector<platform::Url> allOf(AddressSource& addresses) {
+    std::vector<platform::Url> urls;
+    while (std::optional<platform::Url> url = addresses.next()) {
+        urls.push_back(std::move(*url));
+    }
+    return urls;
+}
+
+bool isFolder(const platform::Url& url) {
+    const QString path = url.filePath();
+    return !path.isEmpty() && !path.endsWith(u".orlop"_s, Qt::CaseInsensitive) &&
+           links::isFolderPath(path);
+}
+
+}  // namespace
+
+struct Intake::Activity {
+    IntakeRun run;
+    bool wasEmpty = false;
+    /// How many downloads the list has been told of.
+    qsizetype toldCount = 0;
+};
+
+Intake::Intake(Surroundings surroundings) : surroundings_(std::move(surroundings)) {}
+
+Intake::~Intake() {
+    surroundings_.loop.cancelAll(this);
+}
+
+std::vector<platform::Url> Intake::URLsFromCollection(const QStringList& items) const {
+    return allOf(
+        *addressesInCollection(items, surroundings_.queue.downloads(), surroundings_.defaults));
+}
+
+std::vector<platform::Url> Intake::URLsFromString(const QString& text) const {
+    return allOf(*addressesInText(text, surroundings_.queue.downloads(), surroundings_.defaults));
+}
+
+std::unique_ptr<AddressSource> Intake::addressesInPasteboard(const Pasteboard& pasteboard) const {
+    const Downloads& queue = surroundings_.queue.downloads();
+    if (pasteboard.urls) {
+        return addressesInCollection(*pasteboard.urls, queue, surroundings_.defaults);
+    }
+    return pasteboard.text ? addressesInText(*pasteboard.text, queue, surroundings_.defaults)
+                           : nullptr;
+}
+
+std::optional<std::vector<platform::Url>> Intake::URLsFromPasteboard(
+    const Pasteboard& pasteboard) const {
+    const std::unique_ptr<AddressSource> addresses = addressesInPasteboard(pasteboard);
+    return addresses ? std::optional(allOf(*addresses)) : std::nullopt;
+}
+
+void Intake::openURLs(std::vector<platform::Url> urls, const ScriptArguments& arguments) {
+    begin(std::make_unique<ListedAddresses>(std::move(urls)), arguments);
+}
+
+void Intake::openText(const QString& text) {
+    begin(addressesInText(text, surroundings_.queue.downloads(), surroundings_.defaults), {});
+}
+
+void Intake::begin(std::unique_ptr<AddressSource> addresses, const ScriptArguments& arguments) {
+    const IntakeRun::Surroundings surroundings{surroundings_.queue, surroundings_.defaults,
+                                               surroundings_.frontEnd};
+    const bool wasEmpty = surroundings_.queue.downloads().empty();
+    const auto activity = std::make_shared<Activity>(
+        Activity{IntakeRun(surroundings, std::move(addresses), arguments), wasEmpty});
+    activities_.push_back(activity);
+    proceed(activity);
+}
+
+void Intake::proceed(const std::shared_ptr<Activity>& activity) {
+    const bool goesOn = activity->run.step(addressesPerTurn);
+    report(*activity, goesOn);
+    if (goesOn) {
+        surroundings_.loop.performAfter(this, "proceed", 0,
+                                        [this, activity] { proceed(activity); });
+    } else {
+        std::erase(activities_, activity);
+    }
+}
+
+void Intake::report(Activity& activity, bool goesOn) {
+    const qsizetype count = activity.run.count();
+    // Showing the list costs more the longer it is, so a long intake shows it ever more rarely.
+    if (count > activity.toldCount && (!goesOn || count >= 2 * activity.toldCount)) {
+        const bool isFirst = std::exchange(activity.toldCount, count) == 0;
+        surroundings_.didGrow(activity.wasEmpty && isFirst);
+    }
+    if (count > longIntake) {
+        surroundings_.progressed(goesOn ? std::optional(count) : std::nullopt);
+    }
+    if (!goesOn && count > 0) {
+        surroundings_.didEnd(activity.run.names());
+    }
+}
+
+void Intake::stop() {
+    for (const std::shared_ptr<Activity>& activity : activities_) {
+        activity->run.stop();
+    }
+}
+
+void Intake::openURLsAfterDelay(const std::vector<platform::Url>& urls,
+                                const ScriptArguments& arguments, bool giveFeedback) {
+    surroundings_.loop.performAfter(this, "openURLsWithArguments", 0,
+                                    [this, urls, arguments] { openURLs(urls, arguments); });
+    if (giveFeedback) {
+        surroundings_.giveFeedback();
+    }
+}
+
+bool Intake::openFiles(const QStringList& paths, bool afterDelay, bool giveFeedback) {
+    const std::size_t numberOfDownloads = surroundings_.queue.downloads().size();
+    FileCollector files(surroundings_.frontEnd.questions,
+                        surroundings_.defaults.get(engine::settings::storeMetadataLocally));
+    files.getFileURLs(paths);
+    if (afterDelay) {
+        openURLsAfterDelay(files.urls(), {}, giveFeedback);
+        return !files.urls().empty();
+    }
+    openURLs(files.urls());
+    if (giveFeedback) {
+        surroundings_.giveFeedback();
+    }
+    return surroundings_.queue.downloads().size() > numberOfDownloads;
+}
+
+bool Intake::canDropPasteboard(const Pasteboard& pasteboard) const {
+    const std::unique_ptr<AddressSource> addresses = addressesInPasteboard(pasteboard);
+    return addresses && addresses->next();
+}
+
+bool Intake::dropPasteboard(const Pasteboard& pasteboard) {
+    if (!canDropPasteboard(pasteboard)) {
+        return false;
+    }
+    // The drag's source waits for the drop to return.
+    surroundings_.loop.performAfter(this, "dropPasteboard", 0, [this, pasteboard] {
+        if (pasteboard.urls) {
+            openURLs(withFilesOfFolders(URLsFromCollection(*pasteboard.urls)));
+        } else {
+            openText(*pasteboard.text);
+        }
+    });
+    return true;
+}
+
+std::vector<platform::Url> Intake::withFilesOfFolders(const std::vector<platform::Url>& urls) {
+    std::vector<platform::Url> found;
+    QStringList folders;
+    for (const platform::Url& url : urls) {
+        if (isFolder(url)) {
+            folders.append(url.filePath());
+        } else {
+            found.push_back(url);
+        }
+    }
+    FileCollector files(surroundings_.frontEnd.questions,
+                        surroundings_.defaults.get(engine::settings::storeMetadataLocally));
+    files.getFileURLs(folders);
+    found.insert(found.end(), files.urls().begin(), files.urls().end());
+    return found;
+}
+
+std::optional<QString> Intake::openURLFromPasteboard(const Pasteboard& pasteboard) {
+    const std::unique_ptr<AddressSource> addresses = addressesInPasteboard(pasteboard);
+    std::vector<platform::Url> urls;
+    std::optional<platform::Url> next;
+    while (addresses && static_cast<qsizetype>(urls.size()) < longIntake &&
+           (next = addresses->next())) {
+        urls.push_back(std::move(*next));
+    }
+    const bool areWhole = std::all_of(
+        urls.begin(), urls.end(), [](const platform::Url& url) { return !url.scheme().isEmpty(); });
+    if (urls.empty()) {
+        return pasteboard.text.value_or(QString());
+    }
+    if (areWhole) {
+        begin(addressesInPasteboard(pasteboard), {});
+        return {};
+    }
+    QStringList lines;
+    std::transform(urls.begin(), urls.end(), std::back_inserter(lines),
+                   [](const platform::Url& url) { return url.absoluteString(); });
+    return lines.join(u'\n');
+}
+
+bool Intake::retry(const Downloads& downloads) {
+    bool didReplace = false;
+    const bool autoStart = surroundings_.defaults.get(settings::autoStart);
+    for (const engine::DownloadPtr& download : downloads) {
+        if (!surroundings_.queue.indexOf(*download)) {
+            continue;
+        }
+        engine::DownloadPtr fresh = engine::DQDownload::downloadWithURL(download->URL(), autoStart);
+        didReplace =
+            (fresh && surroundings_.queue.replace(*download, std::move(fresh))) || didReplace;
+    }
+    return didReplace;
+}
+
+}  // namespace app

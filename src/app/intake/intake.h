@@ -1,0 +1,79 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "app/intake/intake_run.h"
+#include "app/intake/pasteboard.h"
+#include "app/intake/script_arguments.h"
+#include "platform/base/run_loop.h"
+
+namespace app {
+
+/// Every address that enters the program passes here: turns text, clipboards and files into
+/// addresses, and these into downloads. Main thread.
+///
+/// A long intake goes on over many turns of the main loop; the first part of it is done before the
+/// call returns.
+class Intake {
+public:
+    struct Surroundings {
+        DownloadQueue& queue;
+        platform::UserDefaults& defaults;
+        platform::RunLoop& loop;
+        FrontEnd frontEnd;
+        /// The queue has grown; `wasEmpty`: these are its first downloads.
+        std::function<void(bool wasEmpty)> didGrow;
+        /// An intake has ended that made downloads, which rows call these names.
+        std::function<void(const QStringList& names)> didEnd;
+        /// How many downloads a long intake has made so far. Nothing: it has ended.
+        std::function<void(std::optional<qsizetype> count)> progressed;
+        /// The user handed something over from another program.
+        std::function<void()> giveFeedback;
+    };
+
+    explicit Intake(Surroundings surroundings);
+    ~Intake();
+    Intake(const Intake&) = delete;
+    Intake& operator=(const Intake&) = delete;
+
+    [[nodiscard]] std::vector<platform::Url> URLsFromCollection(const QStringList& items) const;
+    [[nodiscard]] std::vector<platform::Url> URLsFromString(const QString& text) const;
+    [[nodiscard]] std::optional<std::vector<platform::Url>> URLsFromPasteboard(
+        const Pasteboard& pasteboard) const;
+
+    void openURLs(std::vector<platform::Url> urls, const ScriptArguments& arguments = {});
+    void openURLsAfterDelay(const std::vector<platform::Url>& urls,
+                            const ScriptArguments& arguments, bool giveFeedback);
+    bool openFiles(const QStringList& paths, bool afterDelay, bool giveFeedback);
+    void openText(const QString& text);
+
+    [[nodiscard]] bool canDropPasteboard(const Pasteboard& pasteboard) const;
+    bool dropPasteboard(const Pasteboard& pasteboard);
+    /// Opens the addresses if each has a scheme. Otherwise the text for the user to correct.
+    [[nodiscard]] std::optional<QString> openURLFromPasteboard(const Pasteboard& pasteboard);
+
+    /// Puts fresh downloads of their addresses in place of these. False: none was replaced.
+    bool retry(const Downloads& downloads);
+
+    void stop();
+
+private:
+    struct Activity;
+
+    [[nodiscard]] std::unique_ptr<AddressSource> addressesInPasteboard(
+        const Pasteboard& pasteboard) const;
+    /// With the files in folders in place of the folders.
+    [[nodiscard]] std::vector<platform::Url> withFilesOfFolders(
+        const std::vector<platform::Url>& urls);
+    void begin(std::unique_ptr<AddressSource> addresses, const ScriptArguments& arguments);
+    void proceed(const std::shared_ptr<Activity>& activity);
+    void report(Activity& activity, bool goesOn);
+
+    Surroundings surroundings_;
+    std::vector<std::shared_ptr<Activity>> activities_;
+};
+
+}  // namespace app

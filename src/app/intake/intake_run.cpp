@@ -1,0 +1,230 @@
+#include "app/intake/intake_run.h"
+
+#include <QFile>
+
+#include "app/intake/request_file.h"
+#include "app/queue/restored_download.h"
+#include "app/settings.h"
+#include "engine/user_settings.h"
+#include "links/folders.h"
+#include "links/localization.h"
+#include "links/path_components.h"
+#include "links/path_rules.h"
+#include "platform/base/log.h"
+#include "platform/files/files.h"
+#include "platform/files/property_list.h"
+
+namespace app {
+
+namespace keys = engine::keys;
+using namespace Qt::Literals::StringLiterals;
+using links::stringByDeletingLastPathComponent;
+
+namespace {
+
+constexpr qint64 maximumFileSize = 64 << 20;
+/// More names are of no use to whoever reads the notification.
+constexpr qsizetype maximumNumberOfNames = 1000;
+
+void logRefusal(const platform::Url& url) {
+    platform::log(links::filledFormat(u"cannot download <%@>"_s, {url.absoluteString()}));
+}
+
+}  // namespace
+
+IntakeRun::IntakeRun(Surroundings surroundings, std::unique_ptr<AddressSource> addresses,
+                     const ScriptArguments& arguments)
+    : surroundings_(surroundings),
+      request_(arguments.request()),
+      target_(platform::abbreviateWithTilde(arguments.toPosixPath)),
+      targetIsFolder_(!target_.isEmpty() && links::isFolderPath(platform::expandTilde(target_))),
+      asksForFolder_(surroundings.frontEnd.presence.areAlternateFunctionalityModifiersHeld()),
+      autoStart_(surroundings.defaults.get(settings::autoStart)) {
+    auto source = std::make_unique<SingleOrMany>(std::move(addresses));
+    isSingle_ = source->isSingle();
+    sources_.push_back(std::move(source));
+}
+
+bool IntakeRun::step(int maximum) {
+    for (int taken = 0; taken < maximum && !sources_.empty(); ++taken) {
+        const std::optional<platform::Url> url = sources_.back()->next();
+        // A prompt lets the main loop go on, and with it `stop`.
+        if ((!url || open(*url) == Progress::Ends) && !sources_.empty()) {
+            sources_.pop_back();
+        }
+    }
+    return !sources_.empty();
+}
+
+IntakeRun::Progress IntakeRun::open(const platform::Url& url) {
+    if (!url.isFile()) {
+        if (!url.absoluteString().endsWith(u"://orlop"_s)) {
+            return addDownload(url);
+        }
+        // How a browser merely brings the program forward.
+        surroundings_.frontEnd.presence.showDownloadWindow(true);
+        return Progress::GoesOn;
+    }
+    const QString extension = links::pathExtension(url.filePath()).toLower();
+    if (extension == u"orlop"_s) {
+        openBundle(url);
+        return Progress::GoesOn;
+    }
+    if (extension == u"txt"_s) {
+        openList(url.filePath());
+        return Progress::GoesOn;
+    }
+    return extension == u"obp"_s ? openRequestFile(url) : addDownload(url);
+}
+
+void IntakeRun::openBundle(const platform::Url& url) {
+    const QString container = url.filePath();
+    for (const engine::DownloadPtr& download : surroundings_.queue.downloads()) {
+        const QString partialFile = download->intermediateDownloadTargetPath();
+        if (!partialFile.isEmpty() &&
+            links::isEqualToPath(container, stringByDeletingLastPathComponent(partialFile))) {
+            download->addToQueue();
+            return;
+        }
+    }
+    const platform::FileContents contents = platform::readFile(
+        links::stringByAppendingPathComponent(container, u"Archive.orlopinfo"_s), maximumFileSize);
+    const QVariant archive = platform::readPropertyList(contents.data).value;
+    if (archive.userType() != QMetaType::QVariantMap) {
+        platform::log(
+            links::filledFormat(u"cannot find locally stored metadata: %@"_s, {container}));
+        surroundings_.frontEnd.feedback.beep();
+        return;
+    }
+    if (const engine::DownloadPtr download = addDownloadFromArchive(
+            surroundings_.queue, surroundings_.defaults, archive.toMap(), container)) {
+        didAdd(*download);
+    } else {
+        logRefusal(url);
+    }
+}
+
+void IntakeRun::openList(const QString& path) {
+    if (readLists_.contains(path)) {
+        return;  // A list may name itself.
+    }
+    readLists_.insert(path);
+    const platform::FileContents contents = platform::readFile(path, maximumFileSize);
+    if (contents.error) {
+        platform::log(
+            u"cannot read the list of addresses: %1 (%2)"_s.arg(path, contents.error->text));
+        return;
+    }
+    sources_.push_back(addressesInText(QString::fromUtf8(contents.data),
+                                       surroundings_.queue.downloads(), surroundings_.defaults));
+}
+
+IntakeRun::Progress IntakeRun::openRequestFile(const platform::Url& url) {
+    const std::optional<RequestFile> file = readRequestFile(url.filePath());
+    if (!file) {
+        return addDownload(url);
+    }
+    QFile::remove(url.filePath());
+    if (const engine::DownloadPtr download = appendDownload(file->url)) {
+        engine::UserSettings& userSettings = download->userSettings();
+        if (!file->targetPath.isEmpty()) {
+            userSettings.set(keys::downloadFile, file->targetPath);
+        }
+        userSettings.set(keys::request, file->request);
+        didAdd(*download);
+    }
+    return Progress::GoesOn;
+}
+
+IntakeRun::Progress IntakeRun::addDownload(const platform::Url& url) {
+    const engine::DownloadPtr download = appendDownload(url);
+    if (!download) {
+        return Progress::GoesOn;
+    }
+    if (!request_.isEmpty()) {
+        download->userSettings().set(keys::request, request_);
+    }
+    if (!chooseDestination(*download, url)) {
+        download->removeAndMoveToTrashIfDone(false);
+        return Progress::Ends;
+    }
+    didAdd(*download);
+    return Progress::GoesOn;
+}
+
+engine::DownloadPtr IntakeRun::appendDownload(const platform::Url& url) {
+    engine::DownloadPtr download = engine::DQDownload::downloadWithURL(url, autoStart_);
+    if (download) {
+        surroundings_.queue.append(download);
+    } else {
+        logRefusal(url);
+    }
+    return download;
+}
+
+void IntakeRun::didAdd(const engine::DQDownload& download) {
+    ++count_;
+    if (names_.size() < maximumNumberOfNames) {
+        names_.append(download.displayName());
+    }
+}
+
+bool IntakeRun::chooseDestination(engine::DQDownload& download, const platform::Url& url) {
+    engine::UserSettings& userSettings = download.userSettings();
+    if (!target_.isEmpty()) {
+        takeTarget(userSettings);
+        return true;
+    }
+    if (!asksForFolder_) {
+        return true;  // Rules and defaults decide.
+    }
+    if (!chosenFolder_.isEmpty()) {
+        userSettings.set(keys::downloadFolder, chosenFolder_);
+        return true;
+    }
+    return isSingle_ && surroundings_.defaults.get(settings::folderPromptAllowsFilenameEditing)
+               ? chooseFile(userSettings, url)
+               : chooseFolder(userSettings);
+}
+
+/// A target that is no folder names the file of the first address, and its folder is for the rest.
+void IntakeRun::takeTarget(engine::UserSettings& userSettings) {
+    if (targetIsFolder_) {
+        userSettings.set(keys::downloadFolder, target_);
+        return;
+    }
+    userSettings.set(keys::downloadFile, target_);
+    target_ = stringByDeletingLastPathComponent(target_);
+    targetIsFolder_ = links::checkFolderPathAndCreateIfNecessary(target_);
+    if (!targetIsFolder_) {
+        target_.clear();
+    }
+}
+
+bool IntakeRun::chooseFile(engine::UserSettings& userSettings, const platform::Url& url) {
+    const std::optional<QString> file =
+        surroundings_.frontEnd.questions.chooseAbbreviatedDownloadFileForURL(url);
+    if (!file) {
+        return false;
+    }
+    userSettings.set(keys::downloadFile, *file);
+    chosenFolder_ = stringByDeletingLastPathComponent(*file);
+    asksForFolder_ = !chosenFolder_.isEmpty();
+    if (asksForFolder_) {
+        userSettings.set(keys::downloadFolder, chosenFolder_);
+    }
+    return true;
+}
+
+bool IntakeRun::chooseFolder(engine::UserSettings& userSettings) {
+    const std::optional<QString> folder =
+        surroundings_.frontEnd.questions.chooseAbbreviatedDownloadsFolder();
+    if (!folder) {
+        return false;
+    }
+    chosenFolder_ = *folder;
+    userSettings.set(keys::downloadFolder, chosenFolder_);
+    return true;
+}
+
+}  // namespace app

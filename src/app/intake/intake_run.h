@@ -1,0 +1,78 @@
+#pragma once
+
+#include <QSet>
+#include <QStringList>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "app/front_end.h"
+#include "app/intake/address_source.h"
+#include "app/intake/script_arguments.h"
+#include "app/queue/download_queue.h"
+#include "platform/base/user_defaults.h"
+
+namespace engine {
+class UserSettings;
+}
+
+namespace app {
+
+/// Turns addresses into downloads of the queue: what one call of `openURLs` does, with the state
+/// that lives for that call. It is driven in steps, since addresses can be more than fit into one
+/// turn of the main loop. Main thread.
+class IntakeRun {
+public:
+    struct Surroundings {
+        DownloadQueue& queue;
+        platform::UserDefaults& defaults;
+        FrontEnd frontEnd;
+    };
+
+    IntakeRun(Surroundings surroundings, std::unique_ptr<AddressSource> addresses,
+              const ScriptArguments& arguments);
+
+    /// Takes in at most so many addresses. False: there are no more.
+    bool step(int maximum);
+    /// The next step finds no more.
+    void stop() { sources_.clear(); }
+
+    /// How many downloads were made.
+    [[nodiscard]] qsizetype count() const { return count_; }
+    /// The names of the first ones of them.
+    [[nodiscard]] const QStringList& names() const { return names_; }
+
+private:
+    /// Whether the list of addresses in hand goes on.
+    enum class Progress { GoesOn, Ends };
+
+    Progress open(const platform::Url& url);
+    void openBundle(const platform::Url& url);
+    void openList(const QString& path);
+    Progress openRequestFile(const platform::Url& url);
+    Progress addDownload(const platform::Url& url);
+    [[nodiscard]] engine::DownloadPtr appendDownload(const platform::Url& url);
+    void didAdd(const engine::DQDownload& download);
+
+    /// False: the user cancelled.
+    bool chooseDestination(engine::DQDownload& download, const platform::Url& url);
+    bool chooseFile(engine::UserSettings& userSettings, const platform::Url& url);
+    bool chooseFolder(engine::UserSettings& userSettings);
+    void takeTarget(engine::UserSettings& userSettings);
+
+    Surroundings surroundings_;
+    /// The list in hand last; those below it wait for its end.
+    std::vector<std::unique_ptr<AddressSource>> sources_;
+    QSet<QString> readLists_;
+    const QVariantMap request_;
+    QString target_;
+    bool targetIsFolder_;
+    QString chosenFolder_;
+    bool asksForFolder_;
+    bool isSingle_ = false;
+    const bool autoStart_;
+    qsizetype count_ = 0;
+    QStringList names_;
+};
+
+}  // namespace app

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QLocalServer>
+#include <QObject>
+#include <QStringList>
+#include <functional>
+#include <optional>
+
+QT_FORWARD_DECLARE_CLASS(QLocalSocket)
+
+namespace app {
+
+/// What a process that finds the queue taken hands to its owner.
+struct Handover {
+    QStringList items;        ///< Addresses and absolute paths.
+    QString activationToken;  ///< The desktop's leave to take the focus; may be empty.
+};
+
+/// The owner's end: a socket in `folder` that only the same user may connect to. Runs in Qt's event
+/// loop of the thread that makes it.
+class HandoverReceiver final : public QObject {
+    Q_OBJECT
+
+public:
+    using Receive = std::function<void(const Handover&)>;
+
+    /// For the queue in `supportFolder`, whose lock this process holds.
+    HandoverReceiver(const QString& supportFolder, const QString& folder, Receive receive);
+
+    /// Why nothing can be received, for people. Empty: it can.
+    [[nodiscard]] const QString& problem() const { return problem_; }
+
+private:
+    void accept();
+    void read(QLocalSocket& socket);
+
+    QLocalServer server_;
+    Receive receive_;
+    QString problem_;
+};
+
+/// The other end: waits until the owner of the queue in `supportFolder` has taken it. Nothing: it
+/// has; otherwise why not, for people.
+[[nodiscard]] std::optional<QString> handOver(const Handover& handover,
+                                              const QString& supportFolder, const QString& folder);
+
+}  // namespace app

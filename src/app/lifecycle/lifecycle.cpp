@@ -1,0 +1,179 @@
+#include "app/lifecycle/lifecycle.h"
+
+#include "app/settings.h"
+#include "platform/base/log.h"
+
+namespace app {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+enum ApplicationMode : qint64 { inStatusItemOnly = 1 };
+enum AutoRetreat : qint64 { stays = 0, stepsBack = 1 };
+
+/// What the program's own window system needs to hide it before it can come back.
+constexpr platform::Seconds retreatDelay = 0.1;
+
+constexpr auto resumeOperation = "resumeAfterSleep";
+
+}  // namespace
+
+Lifecycle::Lifecycle(Surroundings surroundings) : surroundings_(std::move(surroundings)) {}
+
+Lifecycle::~Lifecycle() {
+    surroundings_.power.observe({});
+    surroundings_.loop.cancelAll(this);
+}
+
+void Lifecycle::didFinishLaunching() {
+    const platform::UserDefaults& defaults = surroundings_.defaults;
+    if (defaults.get(settings::applicationMode) != inStatusItemOnly &&
+        defaults.get(settings::mainWindowVisibleOnLaunch)) {
+        surroundings_.frontEnd.presence.showDownloadWindow(
+            !defaults.get(settings::backgroundLaunch));
+    }
+    surroundings_.power.observe({[this] { workspaceWillSleep(); }, [this] { workspaceDidWake(); },
+                                 [this] { timeDidChange(); }});
+    surroundings_.scheduler().resetSchedule();
+}
+
+bool Lifecycle::shouldQuit() {
+    if (!surroundings_.writeArchiveBeforeQuitting()) {
+        return false;
+    }
+    surroundings_.scheduler().disableSchedule();
+    surroundings_.power.observe({});
+    surroundings_.history().cleanUp();
+    surroundings_.frontEnd.presence.fadeDownloadWindow();
+    return true;
+}
+
+void Lifecycle::terminate() {
+    if (shouldQuit()) {
+        surroundings_.terminated();
+    }
+}
+
+bool Lifecycle::isActive() const {
+    return anyDownloadFromCollectionMatchesStatusMask(surroundings_.queue.downloads(),
+                                                      engine::activeStatuses);
+}
+
+bool Lifecycle::wouldLoseDownloadsOnClose() const {
+    return isActive() && surroundings_.defaults.get(settings::quitOnClose) &&
+           !surroundings_.defaults.get(settings::quitOnCloseCleanSlateOnly);
+}
+
+bool Lifecycle::windowShouldClose() {
+    const platform::UserDefaults& defaults = surroundings_.defaults;
+    if (!defaults.get(settings::quitOnClose) ||
+        (defaults.get(settings::quitOnCloseCleanSlateOnly) && isActive())) {
+        return true;
+    }
+    if (!shouldQuit()) {
+        return false;
+    }
+    surroundings_.terminated();
+    return true;
+}
+
+bool Lifecycle::applicationShouldHandleReopen() {
+    Presence& presence = surroundings_.frontEnd.presence;
+    if (presence.isDownloadWindowVisible()) {
+        return true;
+    }
+    presence.showDownloadWindow(true);
+    return false;
+}
+
+void Lifecycle::sleep() {
+    if (!surroundings_.power.requestSleep()) {
+        surroundings_.frontEnd.feedback.beep();
+        platform::log(u"cannot sleep"_s);
+    }
+}
+
+void Lifecycle::shutDown() {
+    if (!shouldQuit()) {
+        return;
+    }
+    if (surroundings_.power.requestShutDown()) {
+        surroundings_.terminated();
+    } else {
+        surroundings_.frontEnd.feedback.beep();
+        platform::log(u"cannot shut down"_s);
+    }
+}
+
+void Lifecycle::workspaceWillSleep() {
+    surroundings_.scheduler().disableSchedule();
+    const bool resumes = surroundings_.defaults.get(settings::autoResumeAfterSleepDelay) >= 0;
+    for (const engine::DownloadPtr& download : downloadsFromCollectionMatchingStatusMask(
+             surroundings_.queue.downloads(), engine::activeStatuses)) {
+        download->pause();
+        if (resumes) {
+            download->setAutoResumeAfterSleep(true);
+        }
+    }
+}
+
+void Lifecycle::workspaceDidWake() {
+    surroundings_.scheduler().resetSchedule();
+    surroundings_.loop.cancel(this, resumeOperation);
+    const qint64 delay = surroundings_.defaults.get(settings::autoResumeAfterSleepDelay);
+    if (delay >= 0) {
+        surroundings_.loop.performAfter(this, resumeOperation, static_cast<double>(delay),
+                                        [this] { resumeAfterSleep(); });
+    }
+}
+
+void Lifecycle::resumeAfterSleep() {
+    const Downloads downloads = surroundings_.queue.downloads();
+    for (const engine::DownloadPtr& download : downloads) {
+        if (download->autoResumeAfterSleep()) {
+            download->addToQueue();
+            download->setAutoResumeAfterSleep(false);
+        }
+    }
+}
+
+void Lifecycle::timeDidChange() {
+    surroundings_.scheduler().resetSchedule();
+}
+
+void Lifecycle::giveFeedback() {
+    Presence& presence = surroundings_.frontEnd.presence;
+    if (surroundings_.defaults.get(settings::autoRetreat) > stays) {
+        surroundings_.loop.performAfter(this, "retreat", retreatDelay, [this] { retreat(); });
+    } else if (presence.isHidden()) {
+        presence.unhide(true);
+    }
+}
+
+/// Hands the focus back to the program that the user came from.
+void Lifecycle::retreat() {
+    Presence& presence = surroundings_.frontEnd.presence;
+    if (surroundings_.defaults.get(settings::autoRetreat) != stepsBack) {
+        if (!presence.isHidden()) {
+            presence.hide();
+        }
+        return;
+    }
+    if (presence.isHidden()) {
+        presence.unhide(false);
+        return;
+    }
+    if (presence.isDownloadWindowVisible()) {
+        presence.orderDownloadWindowBack();
+    }
+    presence.hide();
+    surroundings_.loop.performAfter(this, "unhideAfterRetreat", retreatDelay,
+                                    [this] { unhideAfterRetreat(); });
+}
+
+void Lifecycle::unhideAfterRetreat() {
+    surroundings_.frontEnd.presence.unhide(false);
+}
+
+}  // namespace app

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <functional>
+
+#include "app/controller_roles.h"
+#include "app/front_end.h"
+#include "app/queue/download_queue.h"
+#include "platform/base/run_loop.h"
+#include "platform/base/user_defaults.h"
+#include "platform/session/power.h"
+
+namespace app {
+
+/// How the program comes up, bears with the machine's sleep and clock, and ends. Main thread.
+class Lifecycle {
+public:
+    struct Surroundings {
+        const DownloadQueue& queue;
+        platform::UserDefaults& defaults;
+        platform::RunLoop& loop;
+        platform::Power& power;
+        FrontEnd frontEnd;
+        /// Saves the queue for good. False: the user does not want to quit.
+        std::function<bool()> writeArchiveBeforeQuitting;
+        std::function<Scheduler&()> scheduler;
+        std::function<HistoryKeeper&()> history;
+        /// Nothing keeps the program running any more.
+        std::function<void()> terminated;
+    };
+
+    explicit Lifecycle(Surroundings surroundings);
+    ~Lifecycle();
+    Lifecycle(const Lifecycle&) = delete;
+    Lifecycle& operator=(const Lifecycle&) = delete;
+
+    /// The queue and the list are there: brings up the window as the settings say, and watches the
+    /// machine.
+    void didFinishLaunching();
+
+    /// Saves and tidies up. False: the user does not want to quit, and nothing was changed.
+    [[nodiscard]] bool shouldQuit();
+    void terminate();
+    /// The main window is to be closed. False: it stays. May end the program.
+    [[nodiscard]] bool windowShouldClose();
+    /// Whether closing the window now would take running downloads with it.
+    [[nodiscard]] bool wouldLoseDownloadsOnClose() const;
+    /// The program was started again while it runs. True: nothing needs to be done.
+    bool applicationShouldHandleReopen();
+
+    void sleep();
+    void shutDown();
+
+    /// After an address was handed over from another program: goes out of the user's way as the
+    /// settings say.
+    void giveFeedback();
+
+private:
+    void workspaceWillSleep();
+    void workspaceDidWake();
+    void timeDidChange();
+    void resumeAfterSleep();
+    void retreat();
+    void unhideAfterRetreat();
+    [[nodiscard]] bool isActive() const;
+
+    Surroundings surroundings_;
+};
+
+}  // namespace app

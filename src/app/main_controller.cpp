@@ -1,0 +1,496 @@
+#include "app/main_controller.h"
+
+#include <algorithm>
+
+#include "app/controller_roles.h"
+#include "app/intake/intake.h"
+#include "app/lifecycle/lifecycle.h"
+#include "app/queue/batch_progress.h"
+#include "app/queue/list_presenter.h"
+#include "app/queue/queue_archive.h"
+#include "app/queue/restored_download.h"
+#include "app/queue/row_drag.h"
+#include "app/rules/rule_book.h"
+#include "app/settings.h"
+#include "engine/support_folder.h"
+#include "links/localization.h"
+#include "links/path_rules.h"
+
+namespace app {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+DQMainController* installedController = nullptr;
+
+constexpr qint64 reversesQueue = -1, shufflesQueue = -2;
+constexpr qint64 upsideDown = -2;
+constexpr platform::Seconds redrawDelay = 0.2, toggledRedrawDelay = 0.1;
+
+}  // namespace
+
+struct DQMainController::Parts {
+    Parts(DQMainController& owner, const Surroundings& given);
+
+    Surroundings surroundings;
+    DownloadQueue queue;
+    QueueView view;
+    RowDrag drag;
+    ListPresenter list;
+    QueueArchive archive;
+    Intake intake;
+    RuleBook rules;
+    Lifecycle lifecycle;
+    BatchProgress batch;
+    AllDone allDone;
+
+    // What a program without these parts has.
+    StatusReporter noStatus;
+    HistoryKeeper noHistory;
+    Scheduler noSchedule;
+    StatusReporter* status = &noStatus;
+    HistoryKeeper* history = &noHistory;
+    Scheduler* schedule = &noSchedule;
+};
+
+DQMainController::Parts::Parts(DQMainController& owner, const Surroundings& given)
+    : surroundings(given),
+      queue([this] { view.invalidate(); }),
+      view(queue, given.defaults),
+      drag(queue, view, given.defaults),
+      list({view, given.frontEnd.list, given.loop, given.defaults,
+            [&owner] { owner.updateStatusAndForceUpdateApplicationImage(false); }}),
+      archive(engine::queueArchivePath(),
+              {queue, given.defaults, given.loop, given.frontEnd.questions,
+               [&owner](const QString& keptPath) { Q_EMIT owner.queueFileDamaged(keptPath); },
+               [&owner](const platform::Error& error) {
+                   Q_EMIT owner.queueFileNotWritten(error.text);
+               }}),
+      intake({queue, given.defaults, given.loop, given.frontEnd,
+              [&owner](bool wasEmpty) { owner.queueDidGrow(wasEmpty); },
+              [&owner](const QStringList& names) { owner.intakeDidEnd(names); },
+              [&owner](std::optional<qsizetype> count) {
+                  count ? Q_EMIT owner.intakeProgressed(*count) : Q_EMIT owner.intakeEnded();
+              },
+              [this] { lifecycle.giveFeedback(); }}),
+      rules(given.defaults),
+      lifecycle({queue, given.defaults, given.loop, given.power, given.frontEnd,
+                 [this] { return archive.writeBeforeQuitting(); },
+                 [this]() -> Scheduler& { return *schedule; },
+                 [this]() -> HistoryKeeper& { return *history; },
+                 [&owner] { Q_EMIT owner.terminated(); }}) {}
+
+DQMainController::DQMainController(const Surroundings& surroundings)
+    : parts_(std::make_unique<Parts>(*this, surroundings)) {}
+
+DQMainController::~DQMainController() = default;
+
+const Downloads& DQMainController::downloads() const {
+    return parts_->queue.downloads();
+}
+
+Downloads DQMainController::downloadsMatchingStatusMask(engine::StatusMask mask) const {
+    return downloadsFromCollectionMatchingStatusMask(downloads(), mask);
+}
+
+bool DQMainController::anyDownloadMatchesStatusMask(engine::StatusMask mask) const {
+    return anyDownloadFromCollectionMatchesStatusMask(downloads(), mask);
+}
+
+qsizetype DQMainController::numberOfDownloads() const {
+    return static_cast<qsizetype>(downloads().size());
+}
+
+qsizetype DQMainController::numberOfFailedDownloads() const {
+    return std::count_if(downloads().begin(), downloads().end(), [](const auto& download) {
+        return download->status() == engine::DQDownloadStatusAborted;
+    });
+}
+
+const Downloads& DQMainController::sortedAndFilteredDownloads() {
+    return *parts_->view.sortedAndFilteredDownloads();
+}
+
+std::shared_ptr<const Downloads> DQMainController::sortedAndFilteredDownloadsSnapshot() {
+    return parts_->view.sortedAndFilteredDownloads();
+}
+
+engine::DownloadPtr DQMainController::downloadAtSortedAndFilteredIndex(qsizetype row) {
+    const Downloads& shown = sortedAndFilteredDownloads();
+    return row >= 0 && row < static_cast<qsizetype>(shown.size())
+               ? shown[static_cast<std::size_t>(row)]
+               : nullptr;
+}
+
+void DQMainController::setFilterText(const QString& text) {
+    parts_->view.setFilterText(text);
+    updateDownloadListAndStatus();
+}
+
+bool DQMainController::isFiltering() const {
+    return !parts_->view.filterTerms().isEmpty();
+}
+
+void DQMainController::setFilterCriterion(const QString& criterion) {
+    parts_->surroundings.defaults.set(settings::toolbarFilterCriterion, criterion);
+    updateDownloadListAndStatus();
+}
+
+void DQMainController::changeSorting(qint64 tag) {
+    if (tag < 0) {
+        parts_->surroundings.defaults.set(settings::invertSorting, tag == upsideDown);
+    } else {
+        parts_->surroundings.defaults.set(settings::sortingCriterion, tag);
+    }
+    updateDownloadListAndStatus();
+}
+
+void DQMainController::rearrange(qint64 tag) {
+    if (tag == reversesQueue) {
+        parts_->queue.reverse();
+    } else if (tag == shufflesQueue) {
+        parts_->queue.shuffle(*QRandomGenerator::global());
+    } else {
+        parts_->queue.sortByCriterion(tag);
+    }
+    queueOrderDidChange();
+}
+
+bool DQMainController::canRearrange(qint64 tag) const {
+    return downloads().size() > 1 &&
+           !containsDownloadsEffectivelySortedByCriterion(downloads(), tag, false);
+}
+
+void DQMainController::queueOrderDidChange() {
+    engine::DQDownload::invalidateQueuedAndDownloadingDownloads();
+    updateDownloadListAndStatus();
+}
+
+void DQMainController::updateDownloadListAndStatus() {
+    parts_->list.updateDownloadListAndStatus();
+}
+
+void DQMainController::selectionDidChange(const QList<qsizetype>& rows) {
+    parts_->list.selectionDidChange(rows);
+    Q_EMIT selectionChanged();
+}
+
+Downloads DQMainController::selectedDownloads() {
+    return parts_->list.selectedDownloads();
+}
+
+void DQMainController::selectDownloads(const Downloads& downloads) {
+    parts_->list.selectDownloads(downloads);
+    Q_EMIT selectionChanged();
+}
+
+QStringList DQMainController::selectedOriginalURLStrings() {
+    return parts_->list.selectedOriginalURLStrings();
+}
+
+void DQMainController::selectOriginalURLStrings(const QStringList& urlStrings) {
+    parts_->list.selectOriginalURLStrings(urlStrings);
+    Q_EMIT selectionChanged();
+}
+
+Downloads DQMainController::contextDownloads() {
+    return parts_->list.contextDownloads();
+}
+
+Downloads DQMainController::contextDownloadsMatchingStatusMask(engine::StatusMask mask) {
+    return downloadsFromCollectionMatchingStatusMask(contextDownloads(), mask);
+}
+
+bool DQMainController::anyContextDownloadMatchesStatusMask(engine::StatusMask mask) {
+    return anyDownloadFromCollectionMatchesStatusMask(contextDownloads(), mask);
+}
+
+void DQMainController::updateDownload(engine::DQDownload& download, bool forceDisplay,
+                                      bool forceVanish, platform::Seconds vanishInterval) {
+    // It may leave the queue while it is still at work.
+    const engine::DownloadPtr kept = download.shared_from_this();
+    if (engine::matchesStatusMask(download.status(), engine::finishedStatuses)) {
+        reflectEnd(download, forceVanish, vanishInterval);
+    }
+    const bool isListUpToDate = parts_->list.reflectChange(download);
+    updateStatusAndForceUpdateApplicationImage(false);
+    Q_EMIT downloadChanged(kept);
+    DownloadListView& list = parts_->surroundings.frontEnd.list;
+    if (!forceDisplay) {
+        if (!isListUpToDate) {
+            list.setNeedsDisplayAfterDelay(redrawDelay);
+        }
+        return;
+    }
+    if (!isListUpToDate) {
+        list.setNeedsDisplay();
+    }
+    list.displayNow();
+}
+
+void DQMainController::reflectEnd(engine::DQDownload& download, bool forceVanish,
+                                  platform::Seconds vanishInterval) {
+    const bool isDone = download.status() == engine::DQDownloadStatusDone;
+    if (!download.isBeingRemoved() && (isDone || !forceVanish)) {
+        const char* title = isDone ? "Download Complete" : "Download Failed";
+        parts_->status->sendUserNotification(QString::fromLatin1(title), links::localized(title),
+                                             download.displayName(), false);
+    }
+    parts_->allDone._mayTriggerQuitOnAllDone = true;
+    const platform::Setting<bool>& autoClear =
+        isDone ? settings::autoClearSuccesses : settings::autoClearLemons;
+    if (forceVanish || parts_->surroundings.defaults.get(autoClear)) {
+        download.vanishInView(parts_->surroundings.frontEnd.list.vanishView(), vanishInterval);
+    }
+    parts_->archive.write();
+    if (!forceVanish) {
+        parts_->status->playFeedback();
+        Q_EMIT downloadEnded(download.shared_from_this());
+    }
+}
+
+void DQMainController::updateDownloadListDisplay() {
+    parts_->surroundings.frontEnd.list.setNeedsDisplayAfterDelay(toggledRedrawDelay);
+}
+
+void DQMainController::updateStatusAndForceUpdateApplicationImage(bool force) {
+    parts_->status->updateStatusAndForceUpdateApplicationImage(force);
+    Q_EMIT statusChanged();
+}
+
+void DQMainController::invalidateLongTermNumberOfQueuedOrDownloadingDownloads() {
+    parts_->batch.invalidateLongTermNumberOfQueuedOrDownloadingDownloads();
+}
+
+void DQMainController::decrementLongTermNumberOfQueuedOrDownloadingDownloads() {
+    parts_->batch.decrementLongTermNumberOfQueuedOrDownloadingDownloads();
+}
+
+void DQMainController::disableAllDoneNotificationForDownload(engine::DQDownload& download) {
+    const engine::DQDownload* unfinished = nullptr;
+    for (const engine::DownloadPtr& candidate : downloads()) {
+        if (engine::matchesStatusMask(candidate->status(), engine::unfinishedStatuses)) {
+            if (unfinished) {
+                return;
+            }
+            unfinished = candidate.get();
+        }
+    }
+    if (unfinished == &download) {
+        parts_->allDone._mayTriggerAllDoneNotification = false;
+    }
+}
+
+void DQMainController::removeDownload(engine::DQDownload& download) {
+    const engine::DownloadPtr kept = download.shared_from_this();
+    if (parts_->queue.remove(download)) {
+        // The record may be in the middle of an operation that led here.
+        parts_->surroundings.loop.post([kept] {});
+        parts_->list.updateDownloadListAndStatusSoon();
+    }
+}
+
+const QVariantList& DQMainController::specialCases() const {
+    return parts_->rules.specialCases();
+}
+
+void DQMainController::vanishDownloads(const Downloads& downloads) {
+    const std::shared_ptr<engine::VanishView> view =
+        parts_->surroundings.frontEnd.list.vanishView();
+    const Downloads vanishing = downloads;
+    for (const engine::DownloadPtr& download : vanishing) {
+        if (parts_->queue.indexOf(*download)) {
+            download->vanishInView(view, 0);
+        }
+    }
+}
+
+void DQMainController::clear() {
+    vanishDownloads(downloadsMatchingStatusMask(engine::finishedStatuses));
+}
+
+void DQMainController::removeDownloadIfDoneWithPath(const QString& path) {
+    const std::size_t count = parts_->queue.removeIf([&](engine::DQDownload& download) {
+        return engine::matchesStatusMask(download.status(), engine::finishedStatuses) &&
+               links::isEqualToPath(download.path(), path);
+    });
+    if (count > 0) {
+        updateDownloadListAndStatus();
+    }
+}
+
+bool DQMainController::canDragRows(const QList<qsizetype>& rows) {
+    return parts_->drag.canDragRows(rows);
+}
+
+bool DQMainController::canDropRows(const Downloads& dragged, qsizetype row) {
+    return parts_->drag.canDropRows(dragged, row);
+}
+
+bool DQMainController::dropRows(const Downloads& dragged, qsizetype row) {
+    const bool didMove = parts_->drag.dropRows(dragged, row);
+    if (didMove) {
+        queueOrderDidChange();
+    }
+    return didMove;
+}
+
+std::vector<platform::Url> DQMainController::URLsFromCollection(const QStringList& items) const {
+    return parts_->intake.URLsFromCollection(items);
+}
+
+std::vector<platform::Url> DQMainController::URLsFromString(const QString& text) const {
+    return parts_->intake.URLsFromString(text);
+}
+
+std::optional<std::vector<platform::Url>> DQMainController::URLsFromPasteboard(
+    const Pasteboard& pasteboard) const {
+    return parts_->intake.URLsFromPasteboard(pasteboard);
+}
+
+void DQMainController::openURLs(const std::vector<platform::Url>& urls,
+                                const ScriptArguments& arguments) {
+    parts_->intake.openURLs(urls, arguments);
+}
+
+void DQMainController::openURLs(const std::vector<platform::Url>& urls, const QString& referrer) {
+    ScriptArguments arguments;
+    arguments.withReferrer = referrer;
+    parts_->intake.openURLs(urls, arguments);
+}
+
+void DQMainController::openURLsAfterDelay(const std::vector<platform::Url>& urls,
+                                          const ScriptArguments& arguments, bool giveFeedback) {
+    parts_->intake.openURLsAfterDelay(urls, arguments, giveFeedback);
+}
+
+bool DQMainController::openFiles(const QStringList& paths, bool afterDelay, bool giveFeedback) {
+    return parts_->intake.openFiles(paths, afterDelay, giveFeedback);
+}
+
+bool DQMainController::canDropPasteboard(const Pasteboard& pasteboard) const {
+    return parts_->intake.canDropPasteboard(pasteboard);
+}
+
+bool DQMainController::dropPasteboard(const Pasteboard& pasteboard) {
+    return parts_->intake.dropPasteboard(pasteboard);
+}
+
+std::optional<QString> DQMainController::openURLFromPasteboard(const Pasteboard& pasteboard) {
+    return parts_->intake.openURLFromPasteboard(pasteboard);
+}
+
+void DQMainController::openText(const QString& text) {
+    parts_->intake.openText(text);
+}
+
+void DQMainController::stopIntake() {
+    parts_->intake.stop();
+}
+
+void DQMainController::retry(const Downloads& downloads) {
+    if (parts_->intake.retry(downloads)) {
+        updateDownloadListAndStatus();
+    } else {
+        parts_->surroundings.frontEnd.feedback.beep();
+    }
+}
+
+void DQMainController::queueDidGrow(bool wasEmpty) {
+    const auto updateList = [this] { updateDownloadListAndStatus(); };
+    if (!wasEmpty || !parts_->surroundings.frontEnd.presence.springOpenDownloadWindow(updateList)) {
+        updateList();
+    }
+}
+
+void DQMainController::intakeDidEnd(const QStringList& names) {
+    parts_->archive.write();
+    parts_->status->sendUserNotification(u"Added to Queue"_s, links::localized("Added to Queue"),
+                                         names.join(u'\n'), false);
+    Q_EMIT downloadsAdded(names);
+}
+
+bool DQMainController::writeArchiveBeforeQuitting(bool quitting) {
+    if (quitting) {
+        return parts_->archive.writeBeforeQuitting();
+    }
+    parts_->archive.write();
+    return true;
+}
+
+void DQMainController::finishWriting() {
+    parts_->archive.finish();
+}
+
+engine::DownloadPtr DQMainController::addDownloadFromArchive(const QVariantMap& archive,
+                                                             const QString& externalContainerPath) {
+    return app::addDownloadFromArchive(parts_->queue, parts_->surroundings.defaults, archive,
+                                       externalContainerPath);
+}
+
+void DQMainController::readQueue() {
+    for (const QVariantMap& archive : parts_->archive.read()) {
+        addDownloadFromArchive(archive, {});
+    }
+}
+
+void DQMainController::applicationDidFinishLaunching() {
+    updateDownloadListAndStatus();
+    const platform::UserDefaults& defaults = parts_->surroundings.defaults;
+    if (defaults.get(settings::rememberSelection)) {
+        selectOriginalURLStrings(defaults.stringArrayForKey(settings::selectedURLs.name()));
+    }
+    parts_->lifecycle.didFinishLaunching();
+}
+
+bool DQMainController::shouldQuit() {
+    return parts_->lifecycle.shouldQuit();
+}
+
+void DQMainController::terminate() {
+    parts_->lifecycle.terminate();
+}
+
+Lifecycle& DQMainController::lifecycle() {
+    return parts_->lifecycle;
+}
+
+RuleBook& DQMainController::ruleBook() {
+    return parts_->rules;
+}
+
+void DQMainController::setStatusReporter(StatusReporter* reporter) {
+    parts_->status = reporter ? reporter : &parts_->noStatus;
+}
+
+void DQMainController::setHistory(HistoryKeeper* history) {
+    parts_->history = history ? history : &parts_->noHistory;
+}
+
+void DQMainController::setScheduler(Scheduler* scheduler) {
+    parts_->schedule = scheduler ? scheduler : &parts_->noSchedule;
+}
+
+void DQMainController::addToHistory(engine::DQDownload& download) {
+    parts_->history->add(download);
+}
+
+AllDone& DQMainController::allDone() {
+    return parts_->allDone;
+}
+
+BatchProgress& DQMainController::batchProgress() {
+    return parts_->batch;
+}
+
+DQMainController& mainController() {
+    return *installedController;
+}
+
+void installMainController(DQMainController* controller) {
+    installedController = controller;
+    engine::installMainController(controller);
+}
+
+}  // namespace app

@@ -1,0 +1,262 @@
+#include "app/queue/queue_archive.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <optional>
+
+#include "app/queue/archive_writer.h"
+#include "app/settings.h"
+#include "engine/settings.h"
+#include "engine/support_folder.h"
+#include "engine/user_settings.h"
+#include "links/localization.h"
+#include "platform/base/log.h"
+#include "platform/files/files.h"
+#include "platform/files/property_list.h"
+
+namespace app {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr qint64 maximumFileSize = 64 << 20;
+
+/// A finished download does not survive a restart, nor does one on its way out.
+bool isSaved(const engine::DQDownload& download) {
+    return download.status() != engine::DQDownloadStatusDone && !download.isVanishing() &&
+           !download.isBeingRemoved() && !download.comparisonURLString().isEmpty();
+}
+
+bool isActive(const engine::DQDownload& download) {
+    return engine::matchesStatusMask(download.status(), engine::activeStatuses);
+}
+
+Alert quitAlert() {
+    return {Alert::Kind::QuitWhileDownloading,
+            u"Wait! You seem to have forgotten something on the stove..."_s,
+            u"Orlop is not done downloading yet.\n\nIf you quit now, Orlop will remember its "
+            "downloads, but depending on the servers you were downloading from, downloads cannot "
+            "always be resumed.\n\nDo you really want to quit now?"_s,
+            u"Quit"_s, u"Cancel"_s};
+}
+
+}  // namespace
+
+/// What an archive was made from, and the archive.
+struct QueueArchive::Cached {
+    quint64 revision = 0;
+    bool paused = false;
+    bool storesMetadata = false;
+    QString url;
+    QVariant archive;
+};
+
+QueueArchive::QueueArchive(QString path, Surroundings surroundings)
+    : path_(std::move(path)), surroundings_(std::move(surroundings)) {
+    writer_ = std::make_unique<ArchiveWriter>(
+        path_, surroundings_.loop,
+        [this](const std::optional<platform::Error>& error) { didWrite(error); });
+}
+
+QueueArchive::~QueueArchive() {
+    finish();
+}
+
+std::vector<QVariantMap> QueueArchive::read() {
+    const platform::FileContents contents = platform::readFile(path_, maximumFileSize);
+    if (contents.error && contents.error->is(platform::posixErrorDomain, ENOENT)) {
+        return {};
+    }
+    const platform::PropertyListResult list = platform::readPropertyList(contents.data);
+    if (contents.error || list.value.userType() != QMetaType::QVariantList) {
+        const QString keptPath = platform::keepDamagedFileAside(path_);
+        mayWrite_ = !keptPath.isEmpty();
+        keepsIntermediateFiles_ = true;
+        surroundings_.damaged(keptPath);
+        return {};
+    }
+    std::vector<QVariantMap> archives;
+    for (const QVariant& element : list.value.toList()) {
+        archives.push_back(element.toMap());
+    }
+    return archives;
+}
+
+void QueueArchive::write() {
+    if (writer_->isBusy()) {
+        wantsToBeWritten_ = true;
+    } else {
+        handOver(archives());
+    }
+}
+
+void QueueArchive::didWrite(const std::optional<platform::Error>& error) {
+    if (error) {
+        platform::log(u"cannot write the queue: %1"_s.arg(error->text), platform::LogLevel::Error);
+        surroundings_.notWritten(*error);
+    }
+    if (wantsToBeWritten_ && !writer_->isBusy()) {
+        handOver(archives());
+    }
+}
+
+void QueueArchive::finish() {
+    if (wantsToBeWritten_) {
+        handOver(archives());
+    }
+    writer_->finish();
+}
+
+void QueueArchive::handOver(QVariantList archives) {
+    wantsToBeWritten_ = false;
+    if (mayWrite_) {
+        writer_->write(std::move(archives));
+    }
+}
+
+QVariantList QueueArchive::archives() {
+    forgetRemovedDownloads();
+    QVariantList archives;
+    for (const engine::DownloadPtr& download : surroundings_.queue.downloads()) {
+        if (isSaved(*download)) {
+            if (QVariant archive = archiveOf(*download, !isActive(*download)); archive.isValid()) {
+                archives.append(std::move(archive));
+            }
+        }
+    }
+    return archives;
+}
+
+QVariant QueueArchive::archiveOf(engine::DQDownload& download, bool paused) {
+    const bool storesMetadata = surroundings_.defaults.get(engine::settings::storeMetadataLocally);
+    Cached& cached = cache_[&download];
+    const auto isCurrent = [&] {
+        return cached.archive.isValid() && cached.paused == paused &&
+               cached.storesMetadata == storesMetadata &&
+               cached.revision == download.userSettings().revision() &&
+               cached.url == download.URLString();
+    };
+    if (!isCurrent()) {
+        const QVariantMap archive =
+            download.userSettingsArchiveWithPausedStatus(paused, storesMetadata);
+        cached = {download.userSettings().revision(), paused, storesMetadata, download.URLString(),
+                  archive.isEmpty() ? QVariant() : QVariant(archive)};
+    }
+    return cached.archive;
+}
+
+void QueueArchive::forgetRemovedDownloads() {
+    const Downloads& downloads = surroundings_.queue.downloads();
+    if (cache_.size() <= downloads.size()) {
+        return;
+    }
+    decltype(cache_) kept;
+    for (const engine::DownloadPtr& download : downloads) {
+        if (auto node = cache_.extract(download.get())) {
+            kept.insert(std::move(node));
+        }
+    }
+    cache_.swap(kept);
+}
+
+/// One walk over the queue to save it for good.
+class QueueArchive::QuitPass {
+public:
+    explicit QuitPass(QueueArchive& archive)
+        : archive_(archive),
+          asks_(archive.surroundings_.defaults.get(settings::quitProcedure) < 1),
+          dropsDuplicates_(
+              archive.surroundings_.defaults.get(settings::removeInactiveDuplicatesOnQuit)) {}
+
+    /// False: the user does not want to quit.
+    [[nodiscard]] bool run() {
+        // The question lets the main loop go on, and pausing reports to the queue's owner.
+        const Downloads downloads = archive_.surroundings_.queue.downloads();
+        return std::all_of(downloads.begin(), downloads.end(),
+                           [this](const auto& download) { return add(*download); });
+    }
+
+    [[nodiscard]] QVariantList archives() const {
+        QVariantList archives;
+        for (const QVariant& archive : archives_) {
+            if (archive.isValid()) {
+                archives.append(archive);
+            }
+        }
+        return archives;
+    }
+
+private:
+    [[nodiscard]] bool add(engine::DQDownload& download) {
+        if (!isSaved(download)) {
+            return true;
+        }
+        const QString address = download.comparisonURLString();
+        dropTwinOf(address);
+        const engine::DQDownloadStatus status = download.status();
+        const bool wasActive = isActive(download);
+        if (wasActive) {
+            if (asks_ && !archive_.confirmQuit()) {
+                return false;
+            }
+            asks_ = false;
+            if (!isSaved(download)) {
+                return true;
+            }
+            download.pause();
+        }
+        const QVariant archive = archive_.archiveOf(download, !wasActive);
+        if (archive.isValid()) {
+            const bool hasBegun = download.userSettings().contains(engine::keys::responseURL);
+            if (status > engine::DQDownloadStatusDownloading || !hasBegun) {
+                seen_[address] = archives_.size();
+            }
+            archives_.push_back(archive);
+        }
+        return true;
+    }
+
+    void dropTwinOf(const QString& address) {
+        const auto twin = seen_.constFind(address);
+        if (dropsDuplicates_ && twin != seen_.cend()) {
+            platform::log(links::filledFormat(
+                u"removing inactive duplicate: %@"_s,
+                {archives_[*twin].toMap().value(engine::keys::url).toString()}));
+            archives_[*twin].clear();
+            seen_.erase(twin);
+        }
+    }
+
+    QueueArchive& archive_;
+    bool asks_;
+    const bool dropsDuplicates_;
+    std::vector<QVariant> archives_;    ///< Invalid: dropped.
+    QHash<QString, std::size_t> seen_;  ///< Address to the index of its last inactive archive.
+};
+
+bool QueueArchive::writeBeforeQuitting() {
+    QuitPass pass(*this);
+    if (!pass.run()) {
+        return false;
+    }
+    wantsToBeWritten_ = false;
+    const QVariantList archives = pass.archives();
+    if (archives.isEmpty() && !keepsIntermediateFiles_) {
+        writer_->finish();
+        engine::removeIntermediateFiles();
+    } else {
+        handOver(archives);
+        writer_->finish();
+    }
+    return true;
+}
+
+bool QueueArchive::confirmQuit() {
+    _isShowingQuitWhileDownloadingAlert = true;
+    const bool quits = surroundings_.questions.confirm(quitAlert());
+    _isShowingQuitWhileDownloadingAlert = false;
+    return quits;
+}
+
+}  // namespace app

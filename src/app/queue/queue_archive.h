@@ -1,0 +1,79 @@
+#pragma once
+
+#include <QHash>
+#include <QVariantMap>
+#include <functional>
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+#include "app/front_end.h"
+#include "app/queue/download_queue.h"
+#include "platform/base/error.h"
+#include "platform/base/run_loop.h"
+#include "platform/base/user_defaults.h"
+
+namespace app {
+
+class ArchiveWriter;
+
+/// The queue's file: one element for each download that is to survive, in queue order. It is the
+/// old or the new one at every moment. Main thread.
+class QueueArchive {
+public:
+    struct Surroundings {
+        const DownloadQueue& queue;
+        const platform::UserDefaults& defaults;
+        platform::RunLoop& loop;
+        Questions& questions;
+        /// The file could not be understood and was moved here; empty: it could not be moved and
+        /// nothing will be written over it.
+        std::function<void(const QString& keptPath)> damaged;
+        std::function<void(const platform::Error& error)> notWritten;
+    };
+
+    QueueArchive(QString path, Surroundings surroundings);
+    ~QueueArchive();
+    QueueArchive(const QueueArchive&) = delete;
+    QueueArchive& operator=(const QueueArchive&) = delete;
+
+    /// What the file holds; nothing if there is none.
+    [[nodiscard]] std::vector<QVariantMap> read();
+
+    /// Saves the queue as it stands, soon and on another thread. Saving again while that goes on
+    /// costs nothing.
+    void write();
+    /// Pauses what is active, saves, and waits until that is on disk. False: downloads are active
+    /// and the user does not want to quit; nothing was changed.
+    bool writeBeforeQuitting();
+    /// Waits until what was asked for so far is on disk.
+    void finish();
+
+    /// The question of `writeBeforeQuitting` is on the screen.
+    [[nodiscard]] bool isShowingQuitWhileDownloadingAlert() const {
+        return _isShowingQuitWhileDownloadingAlert;
+    }
+
+private:
+    struct Cached;
+    class QuitPass;
+
+    void handOver(QVariantList archives);
+    [[nodiscard]] QVariantList archives();
+    [[nodiscard]] QVariant archiveOf(engine::DQDownload& download, bool paused);
+    [[nodiscard]] bool confirmQuit();
+    void didWrite(const std::optional<platform::Error>& error);
+    void forgetRemovedDownloads();
+
+    const QString path_;
+    Surroundings surroundings_;
+    std::unique_ptr<ArchiveWriter> writer_;
+    std::unordered_map<const engine::DQDownload*, Cached> cache_;
+    bool wantsToBeWritten_ = false;
+    bool mayWrite_ = true;
+    /// The file that was found could not be read, so what it refers to must stay.
+    bool keepsIntermediateFiles_ = false;
+    bool _isShowingQuitWhileDownloadingAlert = false;
+};
+
+}  // namespace app

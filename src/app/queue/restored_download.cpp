@@ -1,0 +1,89 @@
+#include "app/queue/restored_download.h"
+
+#include "app/settings.h"
+#include "engine/user_settings.h"
+#include "links/localization.h"
+#include "links/path_components.h"
+#include "links/path_rules.h"
+#include "platform/base/log.h"
+#include "platform/files/files.h"
+
+namespace app {
+
+namespace keys = engine::keys;
+using namespace Qt::Literals::StringLiterals;
+using links::stringByAppendingPathComponent;
+using links::stringByDeletingLastPathComponent;
+
+namespace {
+
+QString resumePath(const QVariantMap& archive) {
+    return platform::expandTilde(archive.value(keys::resumePath).toString());
+}
+
+/// Leads the folder or file that was chosen for the download to where its container is now, if
+/// the partial file lay there. The stored text is compared as it is: one with a tilde does not
+/// lead anywhere else.
+void adaptTarget(QVariantMap& archive, const QString& oldResumePath, const QString& container) {
+    const QString parent = stringByDeletingLastPathComponent(container);
+    if (const QString folder = archive.value(keys::downloadFolder).toString();
+        !folder.isEmpty() && oldResumePath.startsWith(folder) && !parent.isEmpty()) {
+        archive[keys::downloadFolder] = parent;
+        platform::log(links::filledFormat(u"- adapted download folder: %@"_s, {parent}));
+    }
+    const QString file = archive.value(keys::downloadFile).toString();
+    const QString name = links::lastPathComponent(file);
+    const QString folder = stringByDeletingLastPathComponent(file);
+    if (!name.isEmpty() && !folder.isEmpty() && oldResumePath.startsWith(folder)) {
+        const QString adapted = stringByAppendingPathComponent(parent, name);
+        archive[keys::downloadFile] = adapted;
+        platform::log(links::filledFormat(u"- adapted download file: %@"_s, {adapted}));
+    }
+}
+
+}  // namespace
+
+QVariantMap migratedArchive(const QVariantMap& archive, const QString& externalContainerPath) {
+    const QString oldPath = resumePath(archive);
+    if (externalContainerPath.isEmpty() || oldPath.isEmpty()) {
+        return archive;
+    }
+    const QString newPath =
+        stringByAppendingPathComponent(externalContainerPath, links::lastPathComponent(oldPath));
+    if (links::isEqualToPath(newPath, oldPath) || !platform::pathExists(newPath)) {
+        return archive;
+    }
+    platform::log(links::filledFormat(
+        u"<%@>: updating primary intermediate download file\n\tfrom: %@\n\tto: %@"_s,
+        {archive.value(keys::url).toString(), oldPath, newPath}));
+    QVariantMap migrated = archive;
+    migrated[keys::resumePath] = platform::abbreviateWithTilde(newPath);
+    adaptTarget(migrated, oldPath, externalContainerPath);
+    return migrated;
+}
+
+engine::DownloadPtr addDownloadFromArchive(DownloadQueue& queue,
+                                           const platform::UserDefaults& defaults,
+                                           const QVariantMap& archive,
+                                           const QString& externalContainerPath) {
+    const QVariant address = archive.value(keys::url);
+    if (address.userType() != QMetaType::QString) {
+        return nullptr;
+    }
+    const QVariantMap migrated = migratedArchive(archive, externalContainerPath);
+    const bool isQueued =
+        !migrated.value(keys::paused).toBool() && defaults.get(settings::autoStart);
+    engine::DownloadPtr download = engine::DQDownload::downloadWithURLString(address.toString(), isQueued);
+    if (!download) {
+        return nullptr;
+    }
+    queue.append(download);
+    if (const QString path = resumePath(migrated); !path.isEmpty()) {
+        download->setIntermediateDownloadTargetPath(path);
+    }
+    download->userSettingsFromArchive(migrated);
+    download->invalidateDate(true);
+    return download;
+}
+
+}  // namespace app

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QVariantList>
+#include <optional>
+
+#include "app/rules/rule.h"
+#include "platform/base/user_defaults.h"
+
+namespace app {
+
+/// The user's rules, in the order in which they are tried. Read at the first use and held from
+/// then on; every edit is stored at once. Main thread.
+class RuleBook {
+public:
+    explicit RuleBook(platform::UserDefaults& defaults);
+
+    /// The dictionaries as stored (see `ruleFromDictionary`), sorted.
+    [[nodiscard]] const QVariantList& specialCases() const;
+
+    void addSpecialCase(const Rule& rule);
+    void replaceSpecialCase(const QVariantMap& specialCase, const Rule& replacement);
+    void removeSpecialCase(const QVariantMap& specialCase);
+    void removeAllSpecialCases();
+
+private:
+    [[nodiscard]] QVariantList& loaded() const;
+    void store();
+
+    platform::UserDefaults& defaults_;
+    mutable bool isLoaded_ = false;
+    mutable QVariantList specialCases_;
+};
+
+}  // namespace app

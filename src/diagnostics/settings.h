@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/base/user_defaults.h"
+
+namespace diagnostics::settings {
+
+inline constexpr platform::Setting<bool> disableCoalescing{
+    u"ILRIntegratedLogReaderDisableCoalescing", false, false,
+    "The log viewer shows equal lines in a row one by one."};
+inline constexpr platform::Setting<bool> hideSender{
+    u"ILRIntegratedLogReaderHideSender", false, false,
+    "The log viewer does not say which part of the program wrote a line."};
+
+}  // namespace diagnostics::settings

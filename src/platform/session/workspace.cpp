@@ -1,0 +1,31 @@
+#include "platform/session/workspace.h"
+
+#include <gio/gio.h>
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QFileInfo>
+
+#include "platform/net/url.h"
+
+namespace platform {
+
+using namespace Qt::Literals::StringLiterals;
+
+bool openURL(const Url& url) {
+    return g_app_info_launch_default_for_uri(url.absoluteString().toUtf8().constData(), nullptr,
+                                             nullptr);
+}
+
+bool revealFile(const QString& path) {
+    constexpr int timeout = 3000;
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        u"org.freedesktop.FileManager1"_s, u"/org/freedesktop/FileManager1"_s,
+        u"org.freedesktop.FileManager1"_s, u"ShowItems"_s);
+    call << QStringList{Url::fromFilePath(path).absoluteString()} << QString();
+    const QDBusMessage reply = QDBusConnection::sessionBus().call(call, QDBus::Block, timeout);
+    return reply.type() == QDBusMessage::ReplyMessage ||
+           openURL(Url::fromFilePath(QFileInfo(path).absolutePath()));
+}
+
+}  // namespace platform

@@ -1,0 +1,146 @@
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+#include <thread>
+
+#include "app/lifecycle/handover.h"
+#include "app/lifecycle/instance_lock.h"
+#include "app/lifecycle/launch_items.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+class Instances : public testing::Test {
+protected:
+    Instances() {
+        support_ = folder_.filePath(u"data"_s);
+        runtime_ = folder_.filePath(u"run"_s);
+        QDir().mkpath(support_);
+    }
+
+    void processUntil(const std::function<bool()>& done) {
+        QElapsedTimer timer;
+        timer.start();
+        while (!done() && timer.elapsed() < 10'000) {
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        }
+        EXPECT_TRUE(done());
+    }
+
+    QString socketPath() const {
+        const QStringList sockets =
+            QDir(runtime_).entryList({u"*.socket"_s}, QDir::System | QDir::Files);
+        return sockets.size() == 1 ? runtime_ + u'/' + sockets.first() : QString();
+    }
+
+    int argumentCount_ = 0;
+    QCoreApplication application_{argumentCount_, nullptr};
+    QTemporaryDir folder_;
+    QString support_, runtime_;
+};
+
+TEST_F(Instances, OneClaimAtATimeAndNoneAfterItsOwnerIsGone) {
+    app::InstanceLock second;
+    {
+        app::InstanceLock first;
+        EXPECT_EQ(first.claim(support_), app::InstanceLock::Claim::Owned);
+        app::InstanceLock other;
+        EXPECT_EQ(other.claim(support_), app::InstanceLock::Claim::Taken);
+    }
+    EXPECT_EQ(second.claim(support_), app::InstanceLock::Claim::Owned);
+
+    // A planted link is not followed.
+    const QString trap = folder_.filePath(u"trap"_s);
+    QDir().mkpath(trap);
+    ASSERT_TRUE(QFile::link(folder_.filePath(u"elsewhere"_s), trap + u"/Queue.lock"_s));
+    app::InstanceLock trapped;
+    EXPECT_EQ(trapped.claim(trap), app::InstanceLock::Claim::Impossible);
+    EXPECT_FALSE(trapped.problem().isEmpty());
+    EXPECT_FALSE(QFile::exists(folder_.filePath(u"elsewhere"_s)));
+}
+
+TEST_F(Instances, HandsItemsToTheOwner) {
+    std::vector<app::Handover> received;
+    const app::HandoverReceiver receiver(
+        support_, runtime_, [&](const auto& handover) { received.push_back(handover); });
+    ASSERT_TRUE(receiver.problem().isEmpty());
+    struct stat status {};
+    ASSERT_EQ(::stat(QFile::encodeName(socketPath()).constData(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777u, 0600u);
+
+    QStringList many;
+    for (int i = 0; i < 20'000; ++i) {
+        many.append(u"http://ä.example/%1"_s.arg(i));
+    }
+    const std::vector<app::Handover> sent{
+        {{u"http://a.example/x y"_s, u"/tmp/\u00e9.txt"_s}, u"token"_s}, {{}, {}}, {many, {}}};
+    std::thread sender([&] {
+        for (const app::Handover& handover : sent) {
+            EXPECT_EQ(app::handOver(handover, support_, runtime_), std::nullopt);
+        }
+    });
+    processUntil([&] { return received.size() == sent.size(); });
+    sender.join();
+    for (std::size_t i = 0; i < sent.size(); ++i) {
+        EXPECT_EQ(received.at(i).items, sent[i].items);
+        EXPECT_EQ(received.at(i).activationToken, sent[i].activationToken);
+    }
+}
+
+TEST_F(Instances, SaysWhyItCannotHandOver) {
+    const std::optional<QString> nobody = app::handOver({{u"x"_s}, {}}, support_, runtime_);
+    ASSERT_TRUE(nobody);
+    const std::optional<QString> tooMany =
+        app::handOver({{QString(5 << 20, u'x')}, {}}, support_, runtime_);
+    ASSERT_TRUE(tooMany);
+    EXPECT_NE(*nobody, *tooMany);
+}
+
+TEST_F(Instances, RefusesAMessageBeyondBoundsAndSurvivesHalfOnes) {
+    int received = 0;
+    const app::HandoverReceiver receiver(support_, runtime_, [&](const auto&) { ++received; });
+    const QByteArray path = QFile::encodeName(socketPath());
+    const auto send = [&](const QByteArray& bytes) {
+        const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        path.toStdString().copy(address.sun_path, sizeof address.sun_path - 1);
+        EXPECT_EQ(::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address),
+                  0);
+        EXPECT_EQ(::write(socket, bytes.data(), static_cast<std::size_t>(bytes.size())),
+                  bytes.size());
+        return socket;
+    };
+    const int half = send(QByteArray("\0\0\0\x05xx", 6));
+    ::close(send(QByteArray("\0\0", 2)));
+    const int huge = send(QByteArray("\x7f\xff\xff\xffrest", 8));
+    char byte = 0;
+    processUntil([&] { return ::recv(huge, &byte, 1, MSG_DONTWAIT) == 0; });
+    ::close(huge);
+    EXPECT_EQ(received, 0);
+
+    EXPECT_EQ(::write(half, "abc", 3), 3);
+    processUntil([&] { return received == 1; });
+    ::close(half);
+}
+
+TEST_F(Instances, TellsPathsFromAddresses) {
+    const QString file = support_ + u"/list.txt"_s;
+    ASSERT_TRUE(QFile(file).open(QIODevice::WriteOnly));
+    QDir::setCurrent(support_);
+    const app::LaunchItems items =
+        app::launchItems({u"list.txt"_s, u"http://a.example/x"_s, file, u""_s, u"gone.txt"_s});
+    EXPECT_EQ(items.paths, QStringList({QDir::current().absoluteFilePath(u"list.txt"_s), file}));
+    EXPECT_EQ(items.addresses, QStringList({u"http://a.example/x"_s, u"gone.txt"_s}));
+    QDir::setCurrent(u"/"_s);
+}
+
+}  // namespace

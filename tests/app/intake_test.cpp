@@ -1,0 +1,322 @@
+#include <gmock/gmock.h>
+
+#include <QDir>
+
+#include "app/intake/file_collector.h"
+#include "app/intake/pasteboard.h"
+#include "app/intake/script_arguments.h"
+#include "app/settings.h"
+#include "core_fixture.h"
+#include "engine/settings.h"
+
+using namespace Qt::Literals::StringLiterals;
+namespace keys = engine::keys;
+
+namespace {
+
+class IntakeTest : public Core {
+protected:
+    QString writeFile(const QString& name, const QByteArray& data) {
+        const QString path = folder.filePath(name);
+        QDir().mkpath(QFileInfo(path).absolutePath());
+        EXPECT_EQ(platform::writeFileAtomically(path, data), std::nullopt);
+        return path;
+    }
+    static platform::Url url(const QString& text) { return *platform::Url::parse(text); }
+    void openPath(const QString& path) {
+        controller->openURLs({platform::Url::fromFilePath(path)});
+    }
+    engine::UserSettings& settingsOf(const QString& name) { return download(name)->userSettings(); }
+    QStringList addresses() const {
+        QStringList strings;
+        for (const auto& element : controller->downloads()) {
+            strings.append(element->URLString());
+        }
+        return strings;
+    }
+};
+
+TEST_F(IntakeTest, FindsAddressesInText) {
+    struct Case {
+        QString text;
+        QStringList addresses;
+    };
+    const std::vector<Case> cases{
+        {u" http://a.example/1 \n\n\thttp://a.example/2"_s,
+         {u"http://a.example/1"_s, u"http://a.example/2"_s}},
+        {u"<a href=\"http://a.example/1\">x</a>"_s, {u"http://a.example/1"_s}},
+        {u"http://a.example/{01-03}.zip"_s,
+         {u"http://a.example/01.zip"_s, u"http://a.example/02.zip"_s,
+          u"http://a.example/03.zip"_s}},
+        {u"http://a.example/a b\u00e4"_s, {u"http://a.example/a%20b%C3%A4"_s}},
+        {u"http://a.example/1\nhttp://a.example/1"_s,
+         {u"http://a.example/1"_s, u"http://a.example/1"_s}},
+        {u"   \n"_s, {}},
+    };
+    for (const Case& test : cases) {
+        QStringList found;
+        for (const platform::Url& address : controller->URLsFromString(test.text)) {
+            found.append(address.absoluteString());
+        }
+        EXPECT_EQ(found, test.addresses) << test.text.toStdString();
+    }
+}
+
+TEST_F(IntakeTest, SkipsWhatTheQueueHas) {
+    add({u"a"_s});
+    const auto count = [&](const QString& name) {
+        return controller->URLsFromString(address(name)).size();
+    };
+    EXPECT_EQ(count(u"a"_s), 0u);
+    EXPECT_EQ(controller->URLsFromString(address(u"a"_s) + u"?"_s).size(), 1u);
+    end(*download(u"a"_s), engine::DQDownloadStatusAborted);
+    EXPECT_EQ(count(u"a"_s), 0u) << "a failed one blocks its address";
+    controller->downloads()[0]->setURL(platform::Url::fromFilePath(u"/tmp/a"_s));
+    EXPECT_EQ(count(u"a"_s), 1u) << "a finished one does not";
+    controller->downloads()[0]->setURL(url(address(u"a"_s)));
+    defaults.set(app::settings::instantDuplicateCheck, false);
+    EXPECT_EQ(count(u"a"_s), 1u);
+}
+
+TEST_F(IntakeTest, AnnouncesWhatWasAdded) {
+    frontEnd.springs = true;
+    add({u"a"_s, u"b"_s});
+    EXPECT_EQ(frontEnd.moves, QStringList{u"spring"_s}) << "the first rows";
+    EXPECT_EQ(reporter.events, QStringList{u"Added to Queue: a\nb"_s});
+    EXPECT_EQ(savedURLs().size(), 2);
+    add({u"c"_s});
+    EXPECT_EQ(frontEnd.moves.size(), 1);
+    add({u"c"_s});
+    EXPECT_EQ(reporter.events.size(), 2) << "nothing was added";
+    defaults.set(app::settings::autoStart, false);
+    add({u"d"_s});
+    EXPECT_EQ(download(u"d"_s)->status(), engine::DQDownloadStatusPaused);
+}
+
+TEST_F(IntakeTest, TakesArgumentsOfScripts) {
+    const QString target = folder.filePath(u"new/first.zip"_s);
+    controller->openURLs({url(address(u"a"_s)), url(address(u"b"_s)), url(address(u"c"_s))},
+                         app::scriptArgumentsFromDictionary({{u"toPosixPath"_s, target},
+                                                             {u"byPostingData"_s, u"x=1"_s},
+                                                             {u"withReferrer"_s, u"http://r/"_s},
+                                                             {u"usingCookies"_s, u"k=v"_s}}));
+    EXPECT_EQ(settingsOf(u"a"_s).string(keys::downloadFile), target);
+    EXPECT_EQ(settingsOf(u"b"_s).string(keys::downloadFolder), folder.filePath(u"new"_s));
+    EXPECT_EQ(settingsOf(u"c"_s).string(keys::downloadFolder), folder.filePath(u"new"_s));
+    const QVariantMap request = settingsOf(u"c"_s).value(keys::request).toMap();
+    EXPECT_EQ(request.value(u"DQOBPRequestMethod"_s), u"POST"_s);
+    EXPECT_EQ(request.value(u"DQOBPRequestBody"_s), QByteArray("x=1"));
+    EXPECT_EQ(request.value(u"DQOBPRequestPartialHeaderFieds"_s),
+              QVariant(QVariantMap{{u"Content-Type"_s, u"application/x-www-form-urlencoded"_s},
+                                   {u"Referer"_s, u"http://r/"_s},
+                                   {u"Cookie"_s, u"k=v"_s}}));
+
+    const auto requestOf = [](const QVariantMap& dictionary) {
+        return app::scriptArgumentsFromDictionary(dictionary).request();
+    };
+    EXPECT_TRUE(requestOf({{u"byPostingData"_s, u"ä"_s}}).isEmpty()) << "only ASCII can be posted";
+    EXPECT_TRUE(requestOf({{u"withReferrer"_s, 7}}).isEmpty());
+    controller->openURLs({url(address(u"d"_s))}, {folder.path(), {}, {}, {}, {}});
+    EXPECT_EQ(settingsOf(u"d"_s).string(keys::downloadFolder), folder.path());
+    EXPECT_FALSE(settingsOf(u"d"_s).contains(keys::request));
+}
+
+TEST_F(IntakeTest, AsksForOneFolderOrTheFileOfASingleDownload) {
+    frontEnd.holdsModifiers = true;
+    frontEnd.folders = {u"~/x"_s};
+    add({u"a"_s, u"b"_s});
+    EXPECT_EQ(settingsOf(u"a"_s).string(keys::downloadFolder), u"~/x"_s);
+    EXPECT_EQ(settingsOf(u"b"_s).string(keys::downloadFolder), u"~/x"_s);
+
+    defaults.set(app::settings::folderPromptAllowsFilenameEditing, true);
+    frontEnd.files = {u"~/y/name.zip"_s};
+    add({u"c"_s});
+    EXPECT_EQ(settingsOf(u"c"_s).string(keys::downloadFile), u"~/y/name.zip"_s);
+    EXPECT_EQ(settingsOf(u"c"_s).string(keys::downloadFolder), u"~/y"_s);
+
+    // A cancelled prompt ends the batch and takes the download in hand with it.
+    reporter.events.clear();
+    add({u"d"_s, u"e"_s});
+    main.settle();
+    EXPECT_EQ(queue(), QStringList({u"a"_s, u"b"_s, u"c"_s}));
+    EXPECT_TRUE(reporter.events.isEmpty());
+}
+
+TEST_F(IntakeTest, ACancelEndsTheListInHandOnly) {
+    const QString list = writeFile(u"list.txt"_s, "http://a.example/a\nhttp://b.example/b\n");
+    frontEnd.holdsModifiers = true;
+    frontEnd.folders = {std::nullopt, u"~/x"_s};
+    controller->openURLs({platform::Url::fromFilePath(list), url(address(u"c"_s))});
+    main.settle();
+    EXPECT_EQ(queue(), QStringList{u"c"_s});
+}
+
+TEST_F(IntakeTest, ReadsListsOnceThoughTheyNameThemselves) {
+    const QString path = folder.filePath(u"list.txt"_s);
+    const QByteArray self = platform::Url::fromFilePath(path).absoluteString().toUtf8();
+    writeFile(u"list.txt"_s, "http://a.example/a\n" + self + "\r\nhttp://b.example/b");
+    openPath(path);
+    EXPECT_EQ(queue(), QStringList({u"a"_s, u"b"_s}));
+    EXPECT_EQ(reporter.events, QStringList{u"Added to Queue: a\nb"_s});
+    openPath(folder.filePath(u"missing.txt"_s));
+    EXPECT_EQ(queue().size(), 2);
+}
+
+TEST_F(IntakeTest, TakesRequestsOfBrowsers) {
+    const QVariantMap request{{u"DQOBPSourceURL"_s, address(u"a"_s)},
+                              {u"DQOBPTargetPath"_s, u"/x/y.zip"_s},
+                              {u"DQOBPRequestMethod"_s, u"POST"_s},
+                              {u"Unknown"_s, u"kept"_s}};
+    const QString path = writeFile(u"x.OBP"_s, platform::writePropertyList(request));
+    openPath(path);
+    EXPECT_FALSE(QFile::exists(path));
+    EXPECT_EQ(settingsOf(u"a"_s).string(keys::downloadFile), u"/x/y.zip"_s);
+    EXPECT_EQ(settingsOf(u"a"_s).value(keys::request).toMap(),
+              QVariantMap({{u"DQOBPRequestMethod"_s, u"POST"_s}, {u"Unknown"_s, u"kept"_s}}));
+
+    // Without a usable address it is a file like any other.
+    for (const QVariant& source : {QVariant(), QVariant(u"not a url"_s), QVariant(3)}) {
+        QVariantMap broken = request;
+        broken[u"DQOBPSourceURL"_s] = source;
+        if (!source.isValid()) {
+            broken.remove(u"DQOBPSourceURL"_s);
+        }
+        const QString file = writeFile(u"y.obp"_s, platform::writePropertyList(broken));
+        openPath(file);
+        EXPECT_TRUE(QFile::exists(file));
+        EXPECT_EQ(addresses().back(), platform::Url::fromFilePath(file).absoluteString());
+    }
+}
+
+TEST_F(IntakeTest, ResumesABundleOrRestoresIt) {
+    const QString bundle = folder.filePath(u"a.orlop"_s);
+    writeFile(u"a.orlop/Archive.orlopinfo"_s,
+              platform::writePropertyList(QVariantMap{{keys::url, address(u"a"_s)},
+                                                      {keys::paused, true},
+                                                      {keys::responseURL, address(u"a"_s)},
+                                                      {keys::resumePath, u"/old/a.orlop/a"_s}}));
+    writeFile(u"a.orlop/a"_s, "part");
+    openPath(bundle);
+    ASSERT_EQ(queue(), QStringList{u"a"_s});
+    EXPECT_EQ(download(u"a"_s)->status(), engine::DQDownloadStatusPaused);
+    EXPECT_EQ(download(u"a"_s)->intermediateDownloadTargetPath(), bundle + u"/a"_s);
+
+    reporter.events.clear();
+    openPath(bundle);
+    EXPECT_EQ(queue().size(), 1);
+    EXPECT_EQ(download(u"a"_s)->status(), engine::DQDownloadStatusQueued);
+    EXPECT_TRUE(reporter.events.isEmpty());
+
+    openPath(folder.filePath(u"empty.orlop"_s));
+    EXPECT_EQ(frontEnd.beeps, 1);
+    EXPECT_EQ(queue().size(), 1);
+}
+
+TEST_F(IntakeTest, ComesForwardWhenABrowserAsksForNothingElse) {
+    controller->openURLs({url(u"http://orlop"_s), url(u"http://orlop/"_s)});
+    EXPECT_EQ(frontEnd.moves, QStringList{u"activate"_s});
+    EXPECT_EQ(addresses(), QStringList{u"http://orlop/"_s});
+}
+
+TEST_F(IntakeTest, WalksFoldersAndAsksFromTheHundredthFileOn) {
+    for (int i = 0; i < 102; ++i) {
+        writeFile(u"tree/%1/f%1.zip"_s.arg(i), "x");
+    }
+    writeFile(u"tree/.hidden"_s, "x");
+    writeFile(u"tree/b.orlop/Archive.orlopinfo"_s, "x");
+    ASSERT_TRUE(QFile::link(folder.filePath(u"tree"_s), folder.filePath(u"tree/5/loop"_s)));
+    const QStringList paths{folder.filePath(u"tree"_s)};
+
+    app::FileCollector stopped(frontEnd, false);
+    EXPECT_FALSE(stopped.getFileURLs(paths));
+    EXPECT_EQ(stopped.urls().size(), 100u) << "what was found stays";
+    EXPECT_TRUE(stopped.urls()[10].filePath().endsWith(u"/tree/10/f10.zip"_s)) << "natural order";
+    EXPECT_EQ(frontEnd.alerts.size(), 1u);
+
+    frontEnd.onConfirm = [](const app::Alert& alert) {
+        return alert.title == u"100 files and counting..."_s;
+    };
+    app::FileCollector complete(frontEnd, true);
+    EXPECT_TRUE(complete.getFileURLs(paths));
+    EXPECT_EQ(complete.urls().size(), 103u) << "with the bundle";
+    EXPECT_EQ(frontEnd.alerts.size(), 4u) << "asked for each one more";
+}
+
+TEST_F(IntakeTest, OpensFilesNowOrAfterTheCallerHasReturned) {
+    const QString list = writeFile(u"list.txt"_s, "http://a.example/a");
+    EXPECT_TRUE(controller->openFiles({list}, true, true));
+    EXPECT_TRUE(queue().isEmpty());
+    main.settle();
+    EXPECT_EQ(queue(), QStringList{u"a"_s});
+    EXPECT_FALSE(controller->openFiles({list}, false, false)) << "nothing new in it";
+    EXPECT_FALSE(controller->openFiles({folder.filePath(u".hidden"_s)}, true, true));
+    defaults.set(engine::settings::storeMetadataLocally, false);
+    EXPECT_FALSE(controller->openFiles({folder.filePath(u"x.orlop"_s)}, true, true));
+}
+
+TEST_F(IntakeTest, TakesDropsAndPastes) {
+    const app::Pasteboard list{
+        app::addressesFromUriList(u"# comment\r\nhttp://a.example/a\r\nhttp://b.example/b\r\n"_s),
+        u"ignored"_s};
+    EXPECT_TRUE(controller->canDropPasteboard(list));
+    EXPECT_TRUE(controller->dropPasteboard(list));
+    EXPECT_TRUE(queue().isEmpty()) << "the drag's source waits";
+    main.settle();
+    EXPECT_EQ(queue(), QStringList({u"a"_s, u"b"_s}));
+    EXPECT_FALSE(controller->dropPasteboard({{}, u" \n"_s}));
+    EXPECT_FALSE(controller->dropPasteboard({}));
+    EXPECT_EQ(controller->URLsFromPasteboard({}), std::nullopt);
+
+    writeFile(u"dropped/c.txt"_s, "http://c.example/c");
+    EXPECT_TRUE(controller->dropPasteboard(
+        {QStringList{platform::Url::fromFilePath(folder.filePath(u"dropped"_s)).absoluteString()},
+         {}}));
+    main.settle();
+    EXPECT_EQ(queue().back(), u"c"_s) << "folders are walked";
+
+    EXPECT_EQ(controller->openURLFromPasteboard({{}, u"http://d.example/d"_s}), std::nullopt);
+    EXPECT_EQ(queue().back(), u"d"_s);
+    EXPECT_EQ(controller->openURLFromPasteboard({{}, u"www.e.example/e\nhttp://f.example/f"_s}),
+              u"www.e.example/e\nhttp://f.example/f"_s);
+    EXPECT_EQ(controller->openURLFromPasteboard({{}, u"\n"_s}), u"\n"_s);
+    EXPECT_EQ(queue().size(), 4);
+}
+
+TEST_F(IntakeTest, StreamsLongRangesWithoutHoldingTheLoop) {
+    qsizetype progress = 0;
+    int ends = 0;
+    QObject::connect(controller.get(), &app::DQMainController::intakeProgressed, controller.get(),
+                     [&](qsizetype count) { progress = count; });
+    QObject::connect(controller.get(), &app::DQMainController::intakeEnded, controller.get(),
+                     [&] { ++ends; });
+    defaults.set(app::settings::autoStart, false);
+    controller->openText(u"http://a.example/{1-2000000000}"_s);
+    EXPECT_GT(controller->numberOfDownloads(), 0);
+    EXPECT_LT(controller->numberOfDownloads(), 10'000);
+    while (progress < 12'000) {
+        ASSERT_TRUE(main.loop.runDue());
+    }
+    EXPECT_EQ(ends, 0);
+    controller->stopIntake();
+    main.settle();
+    EXPECT_EQ(ends, 1);
+    EXPECT_EQ(controller->numberOfDownloads(), progress);
+    EXPECT_EQ(reporter.events.size(), 1);
+    EXPECT_LT(frontEnd.reloads, 20) << "the list is shown ever more rarely";
+}
+
+TEST_F(IntakeTest, RetriesAtTheSamePlace) {
+    add({u"a"_s, u"b"_s, u"c"_s});
+    const engine::DownloadPtr old = download(u"b"_s);
+    settingsOf(u"b"_s).set(keys::downloadFolder, u"~/x"_s);
+    end(*old, engine::DQDownloadStatusAborted);
+    controller->retry({old});
+    EXPECT_EQ(queue(), QStringList({u"a"_s, u"b"_s, u"c"_s}));
+    EXPECT_NE(download(u"b"_s), old);
+    EXPECT_FALSE(settingsOf(u"b"_s).contains(keys::downloadFolder));
+    EXPECT_EQ(frontEnd.beeps, 0);
+    controller->retry({old});
+    EXPECT_EQ(frontEnd.beeps, 1);
+}
+
+}  // namespace

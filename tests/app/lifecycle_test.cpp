@@ -1,0 +1,181 @@
+#include <gmock/gmock.h>
+
+#include "app/lifecycle/lifecycle.h"
+#include "app/settings.h"
+#include "core_fixture.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+class LifecycleTest : public Core {
+protected:
+    struct Schedule final : app::Scheduler {
+        int resets = 0, disables = 0;
+        void resetSchedule() override { ++resets; }
+        void disableSchedule() override { ++disables; }
+    };
+    struct History final : app::HistoryKeeper {
+        int cleanUps = 0;
+        void cleanUp() override { ++cleanUps; }
+    };
+
+    LifecycleTest() {
+        controller->setScheduler(&schedule);
+        controller->setHistory(&history);
+        QObject::connect(controller.get(), &app::DQMainController::terminated, controller.get(),
+                         [this] { ++terminations; });
+    }
+    void launch() {
+        frontEnd.moves.clear();
+        frontEnd.isVisible = false;
+        controller->applicationDidFinishLaunching();
+    }
+    engine::DQDownloadStatus status(const QString& name) { return download(name)->status(); }
+
+    Schedule schedule;
+    History history;
+    int terminations = 0;
+};
+
+TEST_F(LifecycleTest, ComesUpAsTheModeSays) {
+    struct Case {
+        qint64 mode;
+        bool isVisibleOnLaunch, isInBackground;
+        QStringList moves;
+    };
+    for (const Case& test : {Case{0, true, false, {u"activate"_s}},
+                             {0, true, true, {u"show"_s}},
+                             {0, false, false, {}},
+                             {1, true, false, {}},
+                             {2, true, false, {u"activate"_s}}}) {
+        defaults.set(app::settings::applicationMode, test.mode);
+        defaults.set(app::settings::mainWindowVisibleOnLaunch, test.isVisibleOnLaunch);
+        defaults.set(app::settings::backgroundLaunch, test.isInBackground);
+        launch();
+        EXPECT_EQ(frontEnd.moves, test.moves) << test.mode;
+    }
+    EXPECT_EQ(schedule.resets, 5);
+    EXPECT_FALSE(controller->lifecycle().applicationShouldHandleReopen() && !frontEnd.isVisible);
+}
+
+TEST_F(LifecycleTest, PausesForSleepAndResumesWhatItPaused) {
+    launch();
+    add({u"a"_s, u"b"_s});
+    download(u"b"_s)->pause();
+    power.observers.willSleep();
+    EXPECT_EQ(schedule.disables, 1);
+    EXPECT_EQ(status(u"a"_s), engine::DQDownloadStatusPaused);
+    const int resets = schedule.resets;
+    power.observers.didWake();
+    main.advance(2);
+    power.observers.didWake();
+    main.advance(2);
+    EXPECT_EQ(status(u"a"_s), engine::DQDownloadStatusPaused) << "the later waking counts";
+    main.advance(2);
+    EXPECT_EQ(status(u"a"_s), engine::DQDownloadStatusQueued);
+    EXPECT_EQ(status(u"b"_s), engine::DQDownloadStatusPaused) << "the user had paused it";
+    EXPECT_EQ(schedule.resets, resets + 2);
+    power.observers.timeDidChange();
+    EXPECT_EQ(schedule.resets, resets + 3);
+
+    defaults.set(app::settings::autoResumeAfterSleepDelay, qint64{-1});
+    power.observers.willSleep();
+    power.observers.didWake();
+    main.advance(60);
+    EXPECT_EQ(status(u"a"_s), engine::DQDownloadStatusPaused);
+}
+
+TEST_F(LifecycleTest, EndsOnlyIfTheUserAgrees) {
+    launch();
+    add({u"a"_s});
+    controller->terminate();
+    EXPECT_EQ(terminations, 0);
+    EXPECT_EQ(schedule.disables + history.cleanUps + frontEnd.faded, 0);
+    frontEnd.onConfirm = [](const app::Alert&) { return true; };
+    controller->terminate();
+    EXPECT_EQ(terminations, 1);
+    EXPECT_EQ(schedule.disables, 1);
+    EXPECT_EQ(history.cleanUps, 1);
+    EXPECT_EQ(frontEnd.faded, 1);
+    EXPECT_FALSE(power.observers.willSleep);
+    EXPECT_EQ(savedURLs().size(), 1);
+}
+
+TEST_F(LifecycleTest, ClosingTheWindowQuitsAsTheSettingsSay) {
+    struct Case {
+        bool quits, cleanSlateOnly, isActive, confirms;
+        bool closes, terminates, wouldLose;
+    };
+    for (const Case& test : {Case{false, false, true, false, true, false, false},
+                             {true, false, false, false, true, true, false},
+                             {true, false, true, false, false, false, true},
+                             {true, false, true, true, true, true, true},
+                             {true, true, true, false, true, false, false},
+                             {true, true, false, false, true, true, false}}) {
+        stop();
+        start();
+        terminations = 0;
+        QObject::connect(controller.get(), &app::DQMainController::terminated, controller.get(),
+                         [this] { ++terminations; });
+        if (test.isActive) {
+            add({u"a"_s});
+        }
+        frontEnd.onConfirm = [&](const app::Alert&) { return test.confirms; };
+        defaults.set(app::settings::quitOnClose, test.quits);
+        defaults.set(app::settings::quitOnCloseCleanSlateOnly, test.cleanSlateOnly);
+        EXPECT_EQ(controller->lifecycle().wouldLoseDownloadsOnClose(), test.wouldLose);
+        EXPECT_EQ(controller->lifecycle().windowShouldClose(), test.closes);
+        EXPECT_EQ(terminations, test.terminates ? 1 : 0);
+    }
+}
+
+TEST_F(LifecycleTest, AsksTheMachineToSleepOrShutDown) {
+    controller->lifecycle().sleep();
+    EXPECT_EQ(power.sleepRequests, 1);
+    EXPECT_EQ(frontEnd.beeps, 0);
+    power.grants = false;
+    controller->lifecycle().sleep();
+    EXPECT_EQ(frontEnd.beeps, 1);
+    controller->lifecycle().shutDown();
+    EXPECT_EQ(terminations, 0) << "it stays, saved";
+    EXPECT_EQ(history.cleanUps, 1);
+    EXPECT_EQ(frontEnd.beeps, 2);
+    power.grants = true;
+    add({u"a"_s});
+    controller->lifecycle().shutDown();
+    EXPECT_EQ(power.shutDownRequests, 1) << "the user did not agree to quit";
+    download(u"a"_s)->pause();
+    controller->lifecycle().shutDown();
+    EXPECT_EQ(terminations, 1);
+}
+
+TEST_F(LifecycleTest, GetsOutOfTheWayAfterAnAddressWasHandedOver) {
+    const auto handOver = [&](qint64 autoRetreat, bool isHidden) {
+        defaults.set(app::settings::autoRetreat, autoRetreat);
+        frontEnd.isVisible = true;
+        frontEnd.isHiddenNow = isHidden;
+        frontEnd.moves.clear();
+        controller->openURLsAfterDelay({}, {}, true);
+        main.advance(1);
+        return frontEnd.moves;
+    };
+    EXPECT_EQ(handOver(0, false), QStringList());
+    EXPECT_EQ(handOver(0, true), QStringList{u"unhide and activate"_s});
+    EXPECT_EQ(handOver(1, false), QStringList({u"back"_s, u"hide"_s, u"unhide"_s}));
+    EXPECT_EQ(handOver(1, true), QStringList{u"unhide"_s});
+    EXPECT_EQ(handOver(2, false), QStringList{u"hide"_s});
+    EXPECT_EQ(handOver(2, true), QStringList());
+}
+
+TEST_F(LifecycleTest, AKeyRemovedByHandReturnsToItsRegisteredValue) {
+    EXPECT_TRUE(defaults.get(app::settings::autoStart));
+    defaults.set(app::settings::autoStart, false);
+    EXPECT_FALSE(defaults.get(app::settings::autoStart));
+    defaults.removeObject(app::settings::autoStart.name());
+    EXPECT_TRUE(defaults.boolForKey(app::settings::autoStart.name()));
+    EXPECT_FALSE(defaults.hasValueForKey(app::settings::quitProcedure.name()));
+    EXPECT_EQ(defaults.integerForKey(app::settings::numberOfHistoryItems.name()), 100);
+}
+
+}  // namespace

@@ -1,0 +1,223 @@
+#include <gmock/gmock.h>
+
+#include <QDir>
+#include <QFile>
+
+#include "app/queue/restored_download.h"
+#include "app/settings.h"
+#include "core_fixture.h"
+
+using namespace Qt::Literals::StringLiterals;
+namespace keys = engine::keys;
+
+namespace {
+
+class QueueFile : public Core {
+protected:
+    void writeQueue(const QByteArray& data) {
+        ASSERT_EQ(platform::writeFileAtomically(queuePath(), data), std::nullopt);
+    }
+    QVariantMap savedArchive(const QString& name) {
+        for (const QVariant& element : savedQueue().toList()) {
+            if (element.toMap().value(keys::url) == address(name)) {
+                return element.toMap();
+            }
+        }
+        return {};
+    }
+    /// As if its server had answered.
+    void begin(const QString& name) {
+        download(name)->userSettings().set(keys::responseURL, address(name));
+        download(name)->setIntermediateDownloadTargetPath(partialFile(name));
+    }
+    QString partialFile(const QString& name) const {
+        return engine::intermediateDownloadBasePath() + u'/' + name;
+    }
+};
+
+TEST_F(QueueFile, ComesBackAsItWas) {
+    add({u"a"_s, u"b"_s, u"c"_s, u"d"_s});
+    download(u"a"_s)->pause();
+    begin(u"b"_s);
+    download(u"b"_s)->setName(u"ä <&> name.zip"_s);
+    const QDateTime added = download(u"b"_s)->date();
+    end(*download(u"c"_s), engine::DQDownloadStatusAborted);
+    EXPECT_EQ(savedArchive(u"b"_s).value(keys::resumePath), partialFile(u"b"_s));
+    EXPECT_EQ(savedArchive(u"b"_s).value(keys::paused), false);
+
+    restart();
+    EXPECT_EQ(queue(), QStringList({u"a"_s, u"b"_s, u"c"_s, u"d"_s}));
+    EXPECT_EQ(download(u"a"_s)->status(), engine::DQDownloadStatusPaused);
+    EXPECT_EQ(download(u"b"_s)->status(), engine::DQDownloadStatusQueued);
+    EXPECT_EQ(download(u"b"_s)->name(), u"ä <&> name.zip"_s);
+    EXPECT_EQ(download(u"b"_s)->intermediateDownloadTargetPath(), partialFile(u"b"_s));
+    EXPECT_EQ(download(u"b"_s)->date(), added);
+    EXPECT_EQ(download(u"c"_s)->status(), engine::DQDownloadStatusPaused) << "failed no longer";
+
+    defaults.set(app::settings::autoStart, false);
+    restart();
+    EXPECT_EQ(download(u"b"_s)->status(), engine::DQDownloadStatusPaused);
+}
+
+TEST_F(QueueFile, SavesChangesThatAnEarlierSavingDidNotKnow) {
+    add({u"a"_s, u"b"_s});
+    EXPECT_FALSE(savedArchive(u"a"_s).contains(keys::downloadFolder));
+    download(u"a"_s)->userSettings().set(keys::downloadFolder, u"~/x"_s);
+    download(u"b"_s)->pause();
+    controller->writeArchiveBeforeQuitting(false);
+    EXPECT_EQ(savedArchive(u"a"_s).value(keys::downloadFolder), u"~/x"_s);
+    EXPECT_EQ(savedArchive(u"b"_s).value(keys::paused), true);
+    download(u"a"_s)->userSettings().remove(keys::downloadFolder);
+    controller->writeArchiveBeforeQuitting(false);
+    EXPECT_FALSE(savedArchive(u"a"_s).contains(keys::downloadFolder));
+}
+
+TEST_F(QueueFile, WritesTheMetadataOfABundleOnceForEachChange) {
+    add({u"a"_s});
+    const QString bundle = folder.filePath(u"a.orlop"_s);
+    const QString metadata = bundle + u"/Archive.orlopinfo"_s;
+    ASSERT_TRUE(QDir().mkpath(bundle));
+    download(u"a"_s)->setIntermediateDownloadTargetPath(bundle + u"/a"_s);
+    download(u"a"_s)->userSettings().set(keys::responseURL, address(u"a"_s));
+    download(u"a"_s)->userSettings().set(keys::statusCode, 206);
+    const auto saveAndTake = [&] {
+        controller->writeArchiveBeforeQuitting(false);
+        controller->finishWriting();
+        const platform::FileContents contents = platform::readFile(metadata, 1 << 20);
+        QFile::remove(metadata);
+        return platform::readPropertyList(contents.data).value.toMap();
+    };
+    const QVariantMap first = saveAndTake();
+    EXPECT_EQ(first.value(keys::url), address(u"a"_s));
+    EXPECT_FALSE(first.contains(keys::statusCode));
+    EXPECT_TRUE(saveAndTake().isEmpty()) << "nothing had changed";
+    download(u"a"_s)->setName(u"b"_s);
+    EXPECT_EQ(saveAndTake().value(keys::name), u"b"_s);
+}
+
+TEST_F(QueueFile, KeepsAFileAsideThatItCannotUnderstand) {
+    QString keptPath;
+    QObject::connect(controller.get(), &app::DQMainController::queueFileDamaged, controller.get(),
+                     [&](const QString& path) { keptPath = path; });
+    const QString partial = engine::intermediateDownloadBasePath() + u"/partial"_s;
+    ASSERT_EQ(platform::writeFileAtomically(partial, "x"), std::nullopt);
+    for (const QByteArray& damaged :
+         {QByteArray("<?xml version=\"1.0\"?><plist><array>"), QByteArray(), QByteArray("\0\0", 2),
+          platform::writePropertyList(QVariantMap{{u"URL"_s, u"x"_s}})}) {
+        writeQueue(damaged);
+        keptPath.clear();
+        controller->readQueue();
+        EXPECT_EQ(platform::readFile(keptPath, 1 << 20).data, damaged);
+        EXPECT_FALSE(QFile::exists(queuePath()));
+        EXPECT_EQ(controller->numberOfDownloads(), 0);
+    }
+    EXPECT_TRUE(controller->shouldQuit());
+    EXPECT_TRUE(QFile::exists(partial)) << "what the kept file refers to";
+}
+
+TEST_F(QueueFile, SkipsElementsWithoutAnAddress) {
+    writeQueue(platform::writePropertyList(QVariantList{
+        QVariantMap{{keys::paused, false}}, u"text"_s, QVariantMap{{keys::url, 7}},
+        QVariantMap{{keys::url, address(u"a"_s)}}, QVariantMap{{keys::url, u"not a url"_s}}}));
+    controller->readQueue();
+    EXPECT_EQ(queue(), QStringList{u"a"_s});
+}
+
+TEST_F(QueueFile, QuitsWithAndWithoutAQuestion) {
+    add({u"a"_s, u"b"_s});
+    frontEnd.onConfirm = [](const app::Alert& alert) {
+        EXPECT_EQ(alert.kind, app::Alert::Kind::QuitWhileDownloading);
+        return false;
+    };
+    EXPECT_EQ(savedURLs().size(), 2);
+    QFile::remove(queuePath());
+    EXPECT_FALSE(controller->shouldQuit());
+    EXPECT_FALSE(QFile::exists(queuePath()));
+    EXPECT_EQ(download(u"a"_s)->status(), engine::DQDownloadStatusQueued);
+    EXPECT_EQ(frontEnd.alerts.size(), 1u);
+
+    // What ends while the question is up is looked at again.
+    frontEnd.onConfirm = [&](const app::Alert&) {
+        end(*download(u"a"_s), engine::DQDownloadStatusDone);
+        return true;
+    };
+    EXPECT_TRUE(controller->shouldQuit());
+    EXPECT_EQ(frontEnd.alerts.size(), 2u) << "asked once for all";
+    EXPECT_EQ(savedURLs(), QStringList{address(u"b"_s)});
+    EXPECT_EQ(savedArchive(u"b"_s).value(keys::paused), false) << "it goes on at the next launch";
+    EXPECT_EQ(download(u"b"_s)->status(), engine::DQDownloadStatusPaused);
+
+    download(u"b"_s)->addToQueue();
+    defaults.set(app::settings::quitProcedure, qint64{1});
+    EXPECT_TRUE(controller->shouldQuit());
+    EXPECT_EQ(frontEnd.alerts.size(), 2u);
+}
+
+TEST_F(QueueFile, LeavesNothingBehindWhenNothingIsToBeKept) {
+    add({u"a"_s});
+    EXPECT_EQ(savedURLs().size(), 1);
+    ASSERT_TRUE(QDir().mkpath(engine::intermediateDownloadBasePath()));
+    end(*download(u"a"_s), engine::DQDownloadStatusDone);
+    EXPECT_EQ(savedQueue(), QVariant(QVariantList()));
+    EXPECT_TRUE(controller->shouldQuit());
+    stop();
+    EXPECT_FALSE(QFile::exists(queuePath()));
+    EXPECT_FALSE(QFile::exists(supportFolder() + u"/Downloads"_s));
+    start();
+}
+
+TEST_F(QueueFile, DropsEarlierInactiveTwinsAtQuitOnly) {
+    for (int i = 0; i < 3; ++i) {
+        controller->openURLs({*platform::Url::parse(address(u"a"_s))});
+        end(*controller->downloads().back(), engine::DQDownloadStatusAborted);
+    }
+    controller->openURLs({*platform::Url::parse(address(u"b"_s))});
+    begin(u"b"_s);
+    controller->openURLs({*platform::Url::parse(address(u"b"_s))});
+    defaults.set(app::settings::quitProcedure, qint64{1});
+    defaults.set(app::settings::removeInactiveDuplicatesOnQuit, true);
+    controller->writeArchiveBeforeQuitting(false);
+    EXPECT_EQ(savedURLs().size(), 5);
+    EXPECT_TRUE(controller->shouldQuit());
+    EXPECT_EQ(savedURLs(), QStringList({address(u"a"_s), address(u"b"_s), address(u"b"_s)}))
+        << "one that has begun is never dropped";
+}
+
+TEST_F(QueueFile, SaysThatItCannotBeWritten) {
+    QString reason;
+    QObject::connect(controller.get(), &app::DQMainController::queueFileNotWritten,
+                     controller.get(), [&](const QString& text) { reason = text; });
+    ASSERT_TRUE(QDir().mkpath(queuePath() + u"/in the way"_s));
+    add({u"a"_s});
+    EXPECT_TRUE(main.waitUntil([&] { return !reason.isEmpty(); }));
+    EXPECT_EQ(controller->numberOfDownloads(), 1);
+}
+
+TEST(MigratedArchive, FollowsABundleThatWasMoved) {
+    const QTemporaryDir folder;
+    const QString moved = folder.filePath(u"new/x.orlop"_s);
+    ASSERT_TRUE(QDir().mkpath(moved));
+    ASSERT_EQ(platform::writeFileAtomically(moved + u"/x"_s, "data"), std::nullopt);
+    const QVariantMap archive{{keys::url, u"http://a.example/x"_s},
+                              {keys::resumePath, u"/old/x.orlop/x"_s},
+                              {keys::downloadFolder, u"/old"_s},
+                              {keys::downloadFile, u"/old/final.zip"_s}};
+    const QVariantMap migrated = app::migratedArchive(archive, moved);
+    EXPECT_EQ(migrated.value(keys::resumePath), moved + u"/x"_s);
+    EXPECT_EQ(migrated.value(keys::downloadFolder), folder.filePath(u"new"_s));
+    EXPECT_EQ(migrated.value(keys::downloadFile), folder.filePath(u"new/final.zip"_s));
+
+    // Elsewhere from the start, at its old place, without its file, and with a tilde.
+    QVariantMap other = archive;
+    other[keys::downloadFolder] = u"/elsewhere"_s;
+    other[keys::downloadFile] = u"~/old/final.zip"_s;
+    const QVariantMap kept = app::migratedArchive(other, moved);
+    EXPECT_EQ(kept.value(keys::downloadFolder), u"/elsewhere"_s);
+    EXPECT_EQ(kept.value(keys::downloadFile), u"~/old/final.zip"_s);
+    other[keys::resumePath] = moved + u"/x"_s;
+    EXPECT_EQ(app::migratedArchive(other, moved), other);
+    EXPECT_EQ(app::migratedArchive(archive, folder.filePath(u"gone.orlop"_s)), archive);
+    EXPECT_EQ(app::migratedArchive(archive, {}), archive);
+}
+
+}  // namespace

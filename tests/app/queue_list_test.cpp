@@ -1,0 +1,318 @@
+#include <gmock/gmock.h>
+
+#include <random>
+
+#include "app/queue/batch_progress.h"
+#include "app/queue/download_order.h"
+#include "app/queue/queue_view.h"
+#include "app/settings.h"
+#include "core_fixture.h"
+
+using namespace Qt::Literals::StringLiterals;
+using app::Downloads;
+
+namespace {
+
+class QueueList : public Core {
+protected:
+    void sortBy(qint64 criterion) { controller->changeSorting(criterion); }
+    /// The order that sorting everything from scratch gives.
+    QStringList expectedOrder() {
+        app::DownloadQueue copy;
+        for (const auto& element : controller->downloads()) {
+            copy.append(element);
+        }
+        return names(*app::QueueView(copy, defaults).sortedAndFilteredDownloads());
+    }
+};
+
+TEST_F(QueueList, MasksSelectCollections) {
+    add({u"a"_s, u"b"_s, u"c"_s, u"d"_s});
+    download(u"a"_s)->pause();
+    end(*download(u"c"_s), engine::DQDownloadStatusAborted);
+    EXPECT_EQ(names(controller->downloadsMatchingStatusMask(engine::activeStatuses)),
+              QStringList({u"b"_s, u"d"_s}));
+    EXPECT_EQ(names(controller->downloadsMatchingStatusMask(0)), queue());
+    EXPECT_TRUE(controller->anyDownloadMatchesStatusMask(0));
+    EXPECT_FALSE(controller->anyDownloadMatchesStatusMask(engine::DQDownloadStatusDone));
+    EXPECT_EQ(controller->numberOfFailedDownloads(), 1);
+    EXPECT_EQ(controller->downloadAtSortedAndFilteredIndex(4), nullptr);
+    EXPECT_EQ(controller->downloadAtSortedAndFilteredIndex(-1), nullptr);
+}
+
+TEST_F(QueueList, SortsByEachCriterionAndTurnsUpsideDown) {
+    add({u"file10"_s, u"b"_s, u"file9"_s, u"a"_s});
+    download(u"b"_s)->userSettings().set(engine::keys::name, u"z"_s);
+    download(u"b"_s)->setName(u"z"_s);
+    struct Case {
+        qint64 tag;
+        QStringList order;
+    };
+    const std::vector<Case> cases{
+        {1, {u"a"_s, u"file9"_s, u"file10"_s, u"b"_s}},
+        {3, {u"a"_s, u"b"_s, u"file9"_s, u"file10"_s}},
+        {4, {u"a"_s, u"b"_s, u"file9"_s, u"file10"_s}},
+        {99, {u"a"_s, u"file9"_s, u"file10"_s, u"b"_s}},
+        {0, {u"file10"_s, u"b"_s, u"file9"_s, u"a"_s}},
+    };
+    for (const Case& test : cases) {
+        controller->changeSorting(-1);
+        sortBy(test.tag);
+        EXPECT_EQ(shown(), test.order) << test.tag;
+        controller->changeSorting(-2);
+        EXPECT_EQ(shown(), QStringList(test.order.rbegin(), test.order.rend())) << test.tag;
+        EXPECT_EQ(queue(), QStringList({u"file10"_s, u"b"_s, u"file9"_s, u"a"_s}));
+    }
+}
+
+TEST_F(QueueList, ComparesWithTolerancesAndTellsATieBreak) {
+    add({u"a"_s, u"b"_s});
+    const engine::DownloadPtr a = download(u"a"_s), b = download(u"b"_s);
+    const auto compare = [&](qint64 criterion) {
+        return app::compareDownloadsWithCriterion(*b, *a, criterion);
+    };
+    EXPECT_EQ(compare(0).order, 1);
+    EXPECT_TRUE(compare(0).isTieBreak) << "added within a tenth of a second";
+    EXPECT_EQ(compare(2).order, 1);
+    EXPECT_TRUE(compare(2).isTieBreak);
+    b->pause();
+    EXPECT_EQ(compare(2).order, -1) << "of two that have not begun the paused one is first";
+    EXPECT_FALSE(compare(2).isTieBreak);
+    EXPECT_FALSE(compare(1).isTieBreak) << "the name is the criterion itself";
+}
+
+TEST_F(QueueList, SortsHoweverToleranceBreaksTransitivity) {
+    std::mt19937 random(7);
+    for (int round = 0; round < 50; ++round) {
+        std::vector<int> values(random() % 40);
+        for (int& value : values) {
+            value = static_cast<int>(random() % 20);
+        }
+        std::vector<int> sorted = values, reference = values;
+        app::mergeSort(sorted, [](int a, int b) { return a / 5 < b / 5; });
+        std::stable_sort(reference.begin(), reference.end(),
+                         [](int a, int b) { return a / 5 < b / 5; });
+        EXPECT_EQ(sorted, reference);
+        app::mergeSort(values, [](int a, int b) { return a + 3 < b; });
+        std::sort(values.begin(), values.end());
+        std::sort(sorted.begin(), sorted.end());
+        EXPECT_EQ(values, sorted) << "elements were lost";
+    }
+}
+
+TEST_F(QueueList, FiltersByNameOrAddressAndKnowsBlanksForNothing) {
+    add({u"apple"_s, u"pear"_s});
+    download(u"pear"_s)->setName(u"quince"_s);
+    controller->setFilterText(u" \t\n"_s);
+    EXPECT_FALSE(controller->isFiltering());
+    EXPECT_EQ(controller->sortedAndFilteredDownloadsSnapshot().get()->size(), 2u);
+
+    controller->setFilterText(u"QUI ce"_s);
+    EXPECT_EQ(shown(), QStringList{u"pear"_s});
+    EXPECT_EQ(names(controller->contextDownloads()), QStringList{u"pear"_s});
+    controller->setFilterCriterion(u"URL"_s);
+    EXPECT_EQ(shown(), QStringList());
+    controller->setFilterText(u"pear"_s);
+    EXPECT_EQ(shown(), QStringList{u"pear"_s});
+}
+
+TEST_F(QueueList, SelectionFollowsDownloadsAndIsRemembered) {
+    add({u"c"_s, u"a"_s, u"b"_s});
+    add({});
+    controller->openURLs({*platform::Url::parse(address(u"a"_s))});
+    controller->selectionDidChange({0, 2});
+    EXPECT_EQ(selected(), QStringList({u"c"_s, u"b"_s}));
+    sortBy(1);
+    EXPECT_EQ(frontEnd.selectedRows, QList<qsizetype>({2, 3}));
+    EXPECT_EQ(names(controller->contextDownloads()), QStringList({u"b"_s, u"c"_s}));
+
+    controller->setFilterText(u"c"_s);
+    EXPECT_EQ(selected(), QStringList{u"c"_s}) << "what is hidden is not selected";
+    controller->setFilterText({});
+    controller->selectOriginalURLStrings({address(u"a"_s)});
+    EXPECT_EQ(frontEnd.selectedRows, QList<qsizetype>({0, 1})) << "both of one address";
+    restart();
+    EXPECT_EQ(selected(), QStringList({u"a"_s, u"a"_s}));
+    controller->selectDownloads({});
+    EXPECT_TRUE(frontEnd.selectedRows.isEmpty());
+    EXPECT_EQ(names(controller->contextDownloads()), shown());
+}
+
+TEST_F(QueueList, RearrangesTheQueueItself) {
+    QStringList all;
+    for (int i = 0; i < 30; ++i) {
+        all.append(u"f%1"_s.arg(i));
+    }
+    add(all);
+    EXPECT_FALSE(controller->canRearrange(1));
+    EXPECT_TRUE(controller->canRearrange(-1));
+    controller->rearrange(-1);
+    EXPECT_EQ(queue(), QStringList(all.rbegin(), all.rend()));
+    EXPECT_TRUE(controller->canRearrange(1));
+    controller->rearrange(-2);
+    EXPECT_NE(queue(), all);
+    EXPECT_THAT(queue(), testing::UnorderedElementsAreArray(all));
+    controller->rearrange(1);
+    EXPECT_EQ(queue(), all);
+}
+
+TEST_F(QueueList, DragsRowsWithinTheUnsortedUnfilteredList) {
+    add({u"a"_s, u"b"_s, u"c"_s, u"d"_s, u"e"_s});
+    const auto dragged = [&](const QStringList& which) {
+        Downloads downloads;
+        for (const QString& name : which) {
+            downloads.push_back(download(name));
+        }
+        return downloads;
+    };
+    struct Case {
+        QStringList dragged;
+        int row;
+        bool inverted, changesSomething;
+        QStringList queue;
+    };
+    const std::vector<Case> cases{
+        {{u"b"_s}, 1, false, false, {u"a"_s, u"b"_s, u"c"_s, u"d"_s, u"e"_s}},
+        {{u"b"_s}, 2, false, false, {u"a"_s, u"b"_s, u"c"_s, u"d"_s, u"e"_s}},
+        {{u"b"_s}, 3, false, true, {u"a"_s, u"c"_s, u"b"_s, u"d"_s, u"e"_s}},
+        {{u"b"_s, u"c"_s}, 3, false, false, {u"a"_s, u"b"_s, u"c"_s, u"d"_s, u"e"_s}},
+        {{u"b"_s, u"d"_s}, 3, false, true, {u"a"_s, u"c"_s, u"b"_s, u"d"_s, u"e"_s}},
+        {{u"d"_s, u"e"_s}, 0, false, true, {u"d"_s, u"e"_s, u"a"_s, u"b"_s, u"c"_s}},
+        {{u"e"_s, u"d"_s}, 5, true, true, {u"d"_s, u"e"_s, u"a"_s, u"b"_s, u"c"_s}},
+    };
+    for (const Case& test : cases) {
+        controller->changeSorting(test.inverted ? -2 : -1);
+        controller->rearrange(1);
+        const Downloads moving = dragged(test.dragged);
+        EXPECT_EQ(controller->canDropRows(moving, test.row), test.changesSomething)
+            << test.dragged.join(u' ').toStdString() << " to " << test.row;
+        EXPECT_TRUE(controller->dropRows(moving, test.row));
+        EXPECT_EQ(queue(), test.queue) << test.dragged.join(u' ').toStdString();
+    }
+    EXPECT_TRUE(controller->canDragRows({0, 4}));
+    EXPECT_FALSE(controller->canDragRows({5}));
+    controller->setFilterText(u"a"_s);
+    EXPECT_FALSE(controller->canDragRows({0}));
+    controller->setFilterText({});
+    sortBy(1);
+    EXPECT_FALSE(controller->canDragRows({0}));
+    EXPECT_FALSE(controller->dropRows(
+        {engine::DQDownload::downloadWithURLString(address(u"x"_s), false)}, 0));
+}
+
+TEST_F(QueueList, ReloadsOnlyWhenRowsMove) {
+    add({u"a"_s, u"b"_s, u"c"_s});
+    sortBy(1);
+    int reloads = frontEnd.reloads;
+    controller->updateDownload(*download(u"b"_s));
+    EXPECT_EQ(frontEnd.reloads, reloads);
+    EXPECT_EQ(frontEnd.delayedRedraws.back(), 0.2);
+
+    download(u"a"_s)->setName(u"zz"_s);
+    controller->updateDownload(*download(u"a"_s));
+    EXPECT_EQ(frontEnd.reloads, ++reloads);
+    EXPECT_EQ(shown(), QStringList({u"b"_s, u"c"_s, u"a"_s}));
+
+    // A hidden download comes into view with the next change of a shown one.
+    controller->setFilterText(u"zz"_s);
+    reloads = frontEnd.reloads;
+    download(u"b"_s)->setName(u"zzz"_s);
+    controller->updateDownload(*download(u"b"_s));
+    EXPECT_EQ(frontEnd.reloads, reloads);
+    controller->updateDownload(*download(u"a"_s), true);
+    EXPECT_EQ(frontEnd.reloads, reloads + 1);
+    EXPECT_EQ(shown(), QStringList({u"a"_s, u"b"_s}));
+}
+
+TEST_F(QueueList, PlacesChangedRowsAsSortingAnewWould) {
+    QStringList all;
+    for (int i = 0; i < 40; ++i) {
+        all.append(u"f%1"_s.arg(i));
+    }
+    add(all);
+    std::mt19937 random(3);
+    for (const qint64 tag : {-1, -2}) {
+        controller->changeSorting(tag);
+        sortBy(1);
+        for (int change = 0; change < 200; ++change) {
+            engine::DQDownload& changed = *controller->downloads()[random() % 40];
+            changed.setName(u"n%1"_s.arg(random() % 20));
+            controller->updateDownload(changed);
+            ASSERT_EQ(shown(), expectedOrder());
+        }
+    }
+}
+
+TEST_F(QueueList, ReportsEndsInOrder) {
+    add({u"a"_s, u"b"_s, u"c"_s});
+    reporter.events.clear();
+    end(*download(u"a"_s), engine::DQDownloadStatusDone);
+    end(*download(u"b"_s), engine::DQDownloadStatusAborted);
+    EXPECT_EQ(reporter.events, QStringList({u"Download Complete: a"_s, u"feedback"_s,
+                                            u"Download Failed: b"_s, u"feedback"_s}));
+    EXPECT_EQ(savedURLs(), QStringList({address(u"b"_s), address(u"c"_s)}));
+    EXPECT_EQ(queue().size(), 3);
+
+    reporter.events.clear();
+    download(u"c"_s)->remove();
+    main.settle();
+    EXPECT_EQ(queue(), QStringList({u"a"_s, u"b"_s}));
+    EXPECT_TRUE(reporter.events.isEmpty()) << "removed by the user";
+    controller->clear();
+    main.settle();
+    EXPECT_TRUE(queue().isEmpty());
+    EXPECT_TRUE(shown().isEmpty());
+}
+
+TEST_F(QueueList, ClearsByItselfIfAskedTo) {
+    add({u"a"_s, u"b"_s});
+    defaults.set(app::settings::autoClearLemons, true);
+    end(*download(u"a"_s), engine::DQDownloadStatusDone);
+    end(*download(u"b"_s), engine::DQDownloadStatusAborted);
+    main.advance(4);
+    EXPECT_EQ(queue(), QStringList{u"a"_s});
+}
+
+TEST_F(QueueList, ManyRemovalsShowTheListOnce) {
+    QStringList all;
+    for (int i = 0; i < 2000; ++i) {
+        all.append(u"f%1"_s.arg(i));
+    }
+    add(all);
+    main.settle();
+    const int reloads = frontEnd.reloads;
+    const Downloads downloads = controller->downloads();
+    for (const auto& element : downloads) {
+        element->remove();
+    }
+    main.settle();
+    EXPECT_TRUE(queue().isEmpty());
+    EXPECT_EQ(frontEnd.reloads, reloads + 1);
+}
+
+TEST_F(QueueList, RemovesFinishedDownloadsOfAPathOnly) {
+    add({u"a"_s, u"b"_s});
+    const QString path = folder.filePath(u"x.zip"_s);
+    for (const auto& element : controller->downloads()) {
+        element->setURL(platform::Url::fromFilePath(path));
+    }
+    end(*controller->downloads()[0], engine::DQDownloadStatusDone);
+    controller->removeDownloadIfDoneWithPath(path.toUpper());
+    EXPECT_EQ(controller->numberOfDownloads(), 1);
+    controller->removeDownloadIfDoneWithPath(path);
+    EXPECT_EQ(controller->numberOfDownloads(), 1) << "a paused one of that path stays";
+}
+
+TEST(BatchProgress, DoesNotJumpBackWhenOneFinishes) {
+    app::BatchProgress batch;
+    EXPECT_DOUBLE_EQ(batch.fraction(4, 1.0), 0.25);
+    EXPECT_DOUBLE_EQ(batch.fraction(3, 0.0), 0.25) << "one has finished";
+    batch.decrementLongTermNumberOfQueuedOrDownloadingDownloads();
+    EXPECT_DOUBLE_EQ(batch.fraction(2, 0.5), 0.5) << "one was taken out";
+    batch.invalidateLongTermNumberOfQueuedOrDownloadingDownloads();
+    EXPECT_DOUBLE_EQ(batch.fraction(2, 0.5), 0.25);
+    EXPECT_LT(batch.fraction(0, 0), 0);
+    EXPECT_DOUBLE_EQ(batch.fraction(1, 0.5), 0.5);
+}
+
+}  // namespace
