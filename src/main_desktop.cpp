@@ -1,10 +1,12 @@
 #include <QApplication>
+#include <csignal>
 #include <cstdio>
 #include <memory>
 
 #include "app/application.h"
 #include "app/main_controller.h"
 #include "platform/base/arguments.h"
+#include "platform/session/signal_watcher.h"
 #include "ui/art/icons.h"
 #include "ui/window/desktop_front_end.h"
 #include "ui/window/main_window.h"
@@ -41,6 +43,12 @@ int main(int argumentCount, char** argumentValues) {
     core.setActivationHandler([&](const QString&) { frontEnd.showDownloadWindow(true); });
     QObject::connect(&core.controller(), &app::DQMainController::terminated, &application,
                      &QCoreApplication::quit, Qt::QueuedConnection);
+    // A session that ends, or a user at a terminal, gets no question: all is paused and saved.
+    const platform::SignalWatcher signalWatcher(
+        {{SIGTERM}, {SIGHUP}, {SIGINT, true}}, [&](int) {
+            frontEnd.stopAsking();
+            core.controller().terminate();
+        });
     const int status = QApplication::exec();
     frontEnd.setWindow(nullptr, nullptr);
     window.reset();

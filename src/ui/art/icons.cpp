@@ -1,6 +1,5 @@
 #include "ui/art/icons.h"
 
-#include <QFile>
 #include <QGuiApplication>
 #include <QHash>
 #include <QIconEngine>
@@ -12,6 +11,10 @@
 #include "ui/art/file_type_icon.h"
 
 using namespace Qt::Literals::StringLiterals;
+
+// The drawings lie in a static library, whose resources nobody else would pull in. The macro works
+// only outside any namespace.
+static void initializeDrawings() { Q_INIT_RESOURCE(orlop); }
 
 namespace ui {
 namespace {
@@ -25,6 +28,7 @@ QPixmap blankPixmap(int size, qreal ratio) {
 }
 
 QPixmap renderedPixmap(const QString& path, int size, qreal ratio) {
+    [[maybe_unused]] static const bool initialized = (initializeDrawings(), true);
     QPixmap pixmap = blankPixmap(size, ratio);
     QSvgRenderer renderer(path);
     QPainter painter(&pixmap);
@@ -91,9 +95,9 @@ QPixmap colouredPixmap(const QString& name, int size, qreal devicePixelRatio) {
     const QString key = u"%1/%2/%3"_s.arg(name).arg(size).arg(devicePixelRatio);
     QPixmap& pixmap = cache[key];
     if (pixmap.isNull()) {
-        const QString appPath = u":/icons/app/%1.svg"_s.arg(name);
-        pixmap = renderedPixmap(QFile::exists(appPath) ? appPath : actionPath(name), size,
-                                devicePixelRatio);
+        const bool isBadge = name == u"DQSuccess"_s || name == u"DQFailure"_s;
+        pixmap = renderedPixmap(isBadge ? actionPath(name) : u":/icons/app/%1.svg"_s.arg(name),
+                                size, devicePixelRatio);
     }
     return pixmap;
 }

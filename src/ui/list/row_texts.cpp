@@ -29,6 +29,9 @@ QString rowToolTip(engine::DQDownload& download) {
     QString text = download.originalURLString() + u'\n' + bullet +
                    download.statusDescriptionWithLiveDetails(false) + u'\n' + bullet +
                    dateLine(download.date());
+    if (const auto& error = download.lastError()) {
+        text += u'\n' + bullet + error->text;
+    }
     const bool inBundle =
         platform::standardDefaults().get(engine::settings::intermediatesLocation) > 0;
     if (download.status() == engine::DQDownloadStatusDownloading && inBundle) {

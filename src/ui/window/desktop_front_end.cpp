@@ -21,9 +21,14 @@ void DesktopFrontEnd::setWindow(MainWindow* window, app::DQMainController* contr
     controller_ = controller;
 }
 
+void DesktopFrontEnd::stopAsking() {
+    asks_ = false;
+    dismissAlert();
+}
+
 bool DesktopFrontEnd::confirm(const app::Alert& alert) {
-    if (!window_) {
-        return false;
+    if (!asks_ || !window_) {
+        return !asks_;
     }
     QMessageBox box(QMessageBox::Question, translated(alert.title), translated(alert.title),
                     QMessageBox::NoButton, window_->isVisible() ? window_.data() : nullptr);

@@ -24,6 +24,8 @@ public:
     [[nodiscard]] app::FrontEnd frontEnd() { return {*this, *this, *this, *this}; }
     /// Until it is called there is nothing to show and questions get the safe answer.
     void setWindow(MainWindow* window, app::DQMainController* controller);
+    /// From now on the default button answers every question: the session is ending.
+    void stopAsking();
 
     bool confirm(const app::Alert& alert) override;
     void dismissAlert() override;
@@ -56,6 +58,7 @@ private:
     QPointer<MainWindow> window_;
     app::DQMainController* controller_ = nullptr;
     QPointer<QMessageBox> alert_;
+    bool asks_ = true;
 };
 
 }  // namespace ui
