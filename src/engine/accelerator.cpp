@@ -70,6 +70,21 @@ bool addFractionWorker(DQDownload& download, const Worker::Pointer& primary,
     return true;
 }
 
+/// The first worker reads on into the part behind it if nobody has begun with that, which saves a
+/// connection where they are scarce.
+bool takeOverParkedPart(DQDownload& download) {
+    Transfer& transfer = download.transfer();
+    const Worker::Pointer next = transfer.workers()[1];
+    if (next->status() != DQDownloadWorkerStatusIdle)
+        return false;
+    transfer.removeWorker(*next);
+    QFile::remove(next->targetPath());
+    if (transfer.workers().size() < 2)
+        download.userSettings().remove(keys::accelerationWorkers);
+    transfer.setShouldWriteMetadata();
+    return true;
+}
+
 }  // namespace
 
 void accelerateIfPossible(DQDownload& download, const Worker::Pointer& primary,
@@ -140,6 +155,8 @@ void recordAccelerationWorkers(DQDownload& download) {
 
 void truncateFirstWorker(DQDownload& download, qint64 offset) {
     const Worker::Pointer first = download.transfer().workers().front();
+    if (first->endByte() == 0 && takeOverParkedPart(download))
+        return;
     if (first->truncateAtOffset(offset)) {
         platform::debugLog([&] {
             return u"%1 truncated first worker at offset %2"_s.arg(download.description())

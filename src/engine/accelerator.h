@@ -23,11 +23,12 @@ void accelerateIfPossible(DQDownload& download, const Transfer::Worker::Pointer&
 /// Puts the parts of all workers but the first into the settings, if there are any.
 void recordAccelerationWorkers(DQDownload& download);
 
-/// Stops the first worker where the second one began.
+/// The first worker has come to where the second one began: stops it there.
 void truncateFirstWorker(DQDownload& download, qint64 offset);
 
-/// An acceleration worker was answered with an error. It waits for another worker to end, since
-/// servers commonly serve only so many connections. False: no other worker is running.
+/// A worker could not begin with its part: it was answered with an error, or its connection failed.
+/// It waits until another worker has ended, since servers commonly serve only so many connections.
+/// False: no other worker is running.
 [[nodiscard]] bool parkRefusedWorker(DQDownload& download, Transfer::Worker& worker);
 /// Starts a worker that waits, now that another one has ended. False: it could not be started.
 [[nodiscard]] bool startParkedWorker(DQDownload& download);

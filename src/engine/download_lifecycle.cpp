@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "engine/accelerator.h"
 #include "engine/download.h"
 #include "engine/download_finisher.h"
 #include "engine/download_manager.h"
@@ -16,6 +17,7 @@
 #include "engine/space_watch.h"
 #include "engine/transfer.h"
 #include "engine/user_settings.h"
+#include "http/http_request_error.h"
 #include "platform/base/log.h"
 #include "platform/files/files.h"
 
@@ -44,15 +46,17 @@ qint64 partialBytes(DQDownload& download) {
     return sum;
 }
 
-/// Whether the server would not go on, which is told by its having sent nothing. A disk of ours
-/// that takes nothing says nothing about the data that is on it.
+/// Whether the server would not go on, which is told by its having sent nothing. A disk that takes
+/// nothing and a user who gives no password say nothing about the data that is there.
 bool isFailedResume(const Transfer::Workers& workers, const platform::Error& error) {
+    if (error.domain == workerErrorDomain ||
+        http::hasRequestErrorCode(error, http::HTTPRequestErrorCode::Authentication))
+        return false;
     const auto isResumed = [](const auto& worker) { return worker->resumeByteOffset() >= 1; };
     qint64 sum = 0;
     for (const auto& worker : workers)
         sum += worker->downloadedBytes();
-    return sum < 1 && std::any_of(workers.begin(), workers.end(), isResumed) &&
-           error.domain != workerErrorDomain;
+    return sum < 1 && std::any_of(workers.begin(), workers.end(), isResumed);
 }
 
 /// One download of a burst of failures is resumed; the others wait for the user.
@@ -147,12 +151,15 @@ void removeDownload(DQDownload& download, bool moveToTrashIfDone) {
     endFileAccess();
 }
 
-void handleFailure(DQDownload& download, const DQDownloadWorkerPrototype& worker,
+void handleFailure(DQDownload& download, DQDownloadWorkerPrototype& worker,
                    const platform::Error& error) {
     platform::debugLog([&] {
         return u"%1 failed with error: %2 (worker: %3)"_s.arg(download.description(), error.text,
                                                               worker.description());
     });
+    const bool hasNotBegun = !download.transfer().isFirst(worker) && worker.downloadedBytes() == 0;
+    if (hasNotBegun && error.domain != workerErrorDomain && parkRefusedWorker(download, worker))
+        return;
     if (isFailedResume(download.transfer().workers(), error)) {
         startOverAfterFailedResume(download);
         return;

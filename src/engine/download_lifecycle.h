@@ -15,8 +15,8 @@ void togglePauseOfDownload(DQDownload& download);
 void removeDownload(DQDownload& download, bool moveToTrashIfDone);
 
 /// A transfer ended in failure: the download is interrupted, or if it was a resume that got no byte
-/// from the server, begins anew.
-void handleFailure(DQDownload& download, const DQDownloadWorkerPrototype& worker,
+/// from the server, begins anew. One of several that has not begun yet is tried again later.
+void handleFailure(DQDownload& download, DQDownloadWorkerPrototype& worker,
                    const platform::Error& error);
 
 /// Pauses it with the reason for its rows, and arranges for its resumption as the settings say.

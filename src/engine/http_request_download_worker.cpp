@@ -180,6 +180,10 @@ void DQHTTPRequestDownloadWorker::requestFinished(http::HTTPRequest&) {
             u"%1 received %2 bytes in place of the announced %3"_s.arg(description())
                 .arg(downloadedBytes())
                 .arg(expectedBytes())));
+    // What is on disk from before must not pass for the file.
+    if (!isStoringAnswer() && hasRange())
+        return failWithError(makeWorkerError(WorkerErrorCode::WrongPart,
+                                             u"%1 was not given its part"_s.arg(description())));
     finish();
 }
 

@@ -27,6 +27,16 @@ bool isSuccess(qint64 statusCode) {
     return statusCode < 0 || (statusCode >= 200 && statusCode <= 299);
 }
 
+/// The client is going to ask again, elsewhere or with credentials.
+bool isFollowedByAnother(const WorkerResponse& response) {
+    constexpr qint64 unauthorized = 401;
+    constexpr qint64 proxyAuthenticationRequired = 407;
+    const bool isRedirect = response.statusCode >= 300 && response.statusCode <= 399;
+    return response.statusCode == unauthorized ||
+           response.statusCode == proxyAuthenticationRequired ||
+           (isRedirect && response.headers && response.headers->contains(u"Location"_s));
+}
+
 void noteAnswer(DQDownload& download, const WorkerResponse& response) {
     if (response.statusCode >= 0)
         download.userSettings().set(keys::statusCode, response.statusCode);
@@ -142,6 +152,8 @@ void handleResponse(DQDownload& download, Worker& worker, const WorkerResponse& 
         handleWholeAnswer(download, worker, response);
         return;
     }
+    if (isFollowedByAnother(response))
+        return;
     const bool isFirst = download.transfer().isFirst(worker);
     const bool isOneOfSeveral = download.transfer().workers().size() >= 2;
     const RangeAnswer answer =

@@ -32,6 +32,11 @@ void Transfer::replaceWorker(const Worker& worker, Worker::Pointer replacement) 
         *found = std::move(replacement);
 }
 
+void Transfer::removeWorker(const Worker& worker) {
+    std::erase_if(_downloadWorkers,
+                  [&](const Worker::Pointer& other) { return other.get() == &worker; });
+}
+
 void Transfer::dropWorkers(std::size_t firstDropped) {
     if (firstDropped >= _downloadWorkers.size())
         return;

@@ -28,6 +28,7 @@ public:
     void addWorker(Worker::Pointer worker) { _downloadWorkers.push_back(std::move(worker)); }
     /// The place of a worker is taken by another one.
     void replaceWorker(const Worker& worker, Worker::Pointer replacement);
+    void removeWorker(const Worker& worker);
     /// Stops the workers from `firstDropped` on.
     void dropWorkers(std::size_t firstDropped = 0);
 

@@ -188,9 +188,10 @@ TEST_F(TransferTest, AutoResumeTakesOneOfABurst) {
     main.advance(0.99);
     EXPECT_EQ(first->status(), DQDownloadStatusPaused);
     main.advance(0.02);
-    EXPECT_NE(first->status(), DQDownloadStatusPaused);
+    ASSERT_TRUE(main.waitUntil([&] {
+        return server.requests().size() == 3 && first->status() == DQDownloadStatusPaused;
+    }));
     EXPECT_TRUE(second->isInterrupted());
-    ASSERT_TRUE(waitForStatus(*first, DQDownloadStatusPaused));
     // Within five seconds of the failure before: nothing is arranged.
     main.advance(4);
     EXPECT_TRUE(first->isInterrupted());

@@ -1,0 +1,377 @@
+#include <QDir>
+#include <QFile>
+#include <atomic>
+#include <map>
+
+#include "engine/acceleration_settings.h"
+#include "engine/download_worker_prototype.h"
+#include "engine/intermediate_files.h"
+#include "engine/resume_plan.h"
+#include "engine/settings.h"
+#include "engine/transfer.h"
+#include "engine_fixture.h"
+#include "platform/files/files.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace engine_test {
+namespace {
+
+using namespace engine;
+using support::patternedBytes;
+using support::Reply;
+
+TEST(SplitTest, RemainderGoesToTheFirstPart) {
+    struct Case {
+        qint64 length, minimum, channels;
+        std::vector<std::pair<qint64, qint64>> parts;
+    };
+    const Case cases[] = {
+        {199'999, 100'000, 4, {}},
+        {200'000, 100'000, 4, {{100'000, 199'999}}},
+        {1'000'000, 300'000, 4, {{333'334, 666'666}, {666'667, 999'999}}},
+        {1'000'003, 100'000, 4, {{250'003, 500'002}, {500'003, 750'002}, {750'003, 1'000'002}}},
+    };
+    for (const Case& c : cases) {
+        std::vector<std::pair<qint64, qint64>> parts;
+        for (const auto& part : splitIntoFractions(c.length, c.minimum, c.channels, u"/p"_s))
+            parts.emplace_back(part.start, part.end);
+        EXPECT_EQ(parts, c.parts) << c.length;
+    }
+    EXPECT_EQ(splitIntoFractions(200'000, 100'000, 4, u"/a/p"_s)[0].target, u"/a/p.orlop-xf-1"_s);
+}
+
+TEST(ResumePlanTest, PartialDataFitsOrDoesNot) {
+    using Kind = ResumePlan::Kind;
+    const QString p = u"/a/p"_s, x1 = p + u".orlop-xf-1"_s, x2 = p + u".orlop-xf-2"_s;
+    const std::vector<StoredFraction> parts{{x1, 100, 199}, {x2, 200, 299}};
+    struct Case {
+        const char* what;
+        QHash<QString, qint64> sizes;
+        std::vector<StoredFraction> recorded;
+        qint64 length;
+        bool isFinishing;
+        Kind kind;
+    };
+    const Case cases[] = {
+        {"nothing", {{p, 0}}, {}, 300, false, Kind::Nothing},
+        {"one file", {{p, 70}}, {}, 300, false, Kind::Single},
+        {"one file of unknown length", {{p, 70}}, {}, 0, false, Kind::Single},
+        {"a whole file", {{p, 300}}, {}, 300, false, Kind::Complete},
+        {"a whole file of unknown length", {{p, 300}}, {}, 0, true, Kind::Complete},
+        {"too much", {{p, 301}}, {}, 300, false, Kind::Damaged},
+        {"parts", {{p, 70}, {x1, 0}, {x2, 100}}, parts, 300, false, Kind::Accelerated},
+        {"all parts", {{p, 100}, {x1, 100}, {x2, 100}}, parts, 300, false, Kind::Accelerated},
+        {"all parts at the end",
+         {{p, 100}, {x1, 100}, {x2, 100}},
+         parts,
+         300,
+         true,
+         Kind::Complete},
+        {"a part lost", {{p, 70}, {x1, 50}}, parts, 300, false, Kind::Damaged},
+        {"a stray part",
+         {{p, 70}, {x1, 50}, {x2, 1}, {p + u"x"_s, 1}},
+         parts,
+         300,
+         false,
+         Kind::Damaged},
+        {"record lost", {{p, 70}, {x1, 50}}, {}, 300, false, Kind::Damaged},
+        {"parts lost", {{p, 70}}, parts, 300, false, Kind::Single},
+        {"parts of another length", {{p, 70}, {x1, 0}, {x2, 9}}, parts, 400, false, Kind::Damaged},
+        {"join cut short in the second part",
+         {{p, 150}, {x1, 100}, {x2, 100}},
+         parts,
+         300,
+         true,
+         Kind::Complete},
+        {"join cut short in the third part",
+         {{p, 250}, {x2, 100}},
+         parts,
+         300,
+         true,
+         Kind::Complete},
+        {"join cut short before the move", {{p, 300}}, parts, 300, true, Kind::Complete},
+    };
+    for (const Case& c : cases) {
+        PartialFileSizes sizes;
+        for (const qint64 size : c.sizes)
+            sizes.total += size;
+        if (c.sizes.size() > 1)
+            sizes.byPath = c.sizes;
+        EXPECT_EQ(planResume(p, sizes, c.recorded, c.length, c.isFinishing).kind, c.kind) << c.what;
+    }
+}
+
+TEST(ResumePlanTest, RecordsFromElsewhereAreNotBelieved) {
+    const auto entry = [](const QString& target, qint64 start, qint64 end) {
+        return QVariant(QVariantMap{
+            {keys::workerTarget, target}, {keys::workerStart, start}, {keys::workerEnd, end}});
+    };
+    const auto read = [](const QVariantList& list) {
+        return fractionsFromArchive(list, u"/new/p.orlop/p"_s);
+    };
+    // The folder has been moved.
+    EXPECT_EQ(read({entry(u"/old/p.orlop/p.orlop-xf-1"_s, 100, 199)})[0].target,
+              u"/new/p.orlop/p.orlop-xf-1"_s);
+    EXPECT_TRUE(read({entry(u"/a"_s, 0, 199)}).empty());
+    EXPECT_TRUE(read({entry(u"/a"_s, 100, 99)}).empty());
+    EXPECT_TRUE(read({entry(u"/a"_s, 100, 199), entry(u"/b"_s, 201, 300)}).empty());
+    QVariantList thousands;
+    for (qint64 index = 1; index < 1000; ++index)
+        thousands.append(entry(u"/a"_s, index, index));
+    EXPECT_TRUE(read(thousands).empty());
+}
+
+TEST_F(EngineTest, HostsAreAcceleratedByTwoLists) {
+    const auto download = manager.add(u"http://files.example.org/a"_s);
+    EXPECT_FALSE(download->accelerates());
+    download->toggleAcceleration();
+    EXPECT_TRUE(download->accelerates());
+    EXPECT_EQ(AccelerationSettings::accelerationHostWhitelist(), QStringList{u"example.org"_s});
+    AccelerationSettings::setAccelerates(true);
+    EXPECT_TRUE(download->accelerates());
+    download->toggleAcceleration();
+    EXPECT_FALSE(download->accelerates());
+    EXPECT_FALSE(defaults->hasValueForKey(settings::accelerationHostWhitelist.name()));
+    EXPECT_EQ(AccelerationSettings::accelerationHostBlacklist(), QStringList{u"example.org"_s});
+    const auto local = manager.add(u"file:///a"_s);
+    local->toggleAcceleration();
+    EXPECT_TRUE(AccelerationSettings::accelerationHostBlacklist().contains(u"?"_s));
+    EXPECT_EQ(manager.displayUpdates, 3);
+    for (const auto& [channels, factor] :
+         std::map<qint64, qint64>{{0, 4}, {1, 4}, {2, 2}, {9, 9}, {12, 9}}) {
+        AccelerationSettings::setAccelerationFactor(channels);
+        EXPECT_EQ(AccelerationSettings::accelerationFactor(), factor);
+    }
+}
+
+class AccelerationTest : public TransferTest {
+protected:
+    AccelerationTest() { AccelerationSettings::setAccelerates(true); }
+
+    /// Starts a split download and stops it when each part has half of its bytes.
+    DownloadPtr pausedHalfway() {
+        Reply slow = reply(body);
+        slow.stallAfter = static_cast<std::size_t>(body.size() / 8);
+        server.serve("/file.bin", slow);
+        auto download = add();
+        download->startDownload();
+        EXPECT_TRUE(waitForBytes(*download, body.size() / 8 * 4));
+        EXPECT_EQ(download->transfer().workers().size(), 4u);
+        download->pause();
+        server.release();
+        serve(body);
+        return download;
+    }
+
+    const QByteArray body = patternedBytes(1'000'003);
+};
+
+TEST_F(AccelerationTest, PartsAreJoinedInOrder) {
+    Reply slow = reply(body);
+    slow.stallAfter = 200'000;
+    server.serve("/file.bin", slow);
+    const auto download = add();
+    download->startDownload();
+    ASSERT_TRUE(waitForBytes(*download, 800'000));
+    server.release();
+    ASSERT_TRUE(waitForStatus(*download, finishedStatuses));
+    EXPECT_EQ(requestedRanges().size(), 4u);
+    EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
+    EXPECT_EQ(downloadedNames(), QStringList{u"file.bin"_s});
+}
+
+TEST_F(AccelerationTest, SmallFilesAndDeafServersGetOneConnection) {
+    serve(patternedBytes(199'999));
+    run(add());
+    EXPECT_EQ(requestedRanges().size(), 1u);
+    Reply deaf = reply(body);
+    deaf.announceRanges = false;
+    server.serve("/file.bin", deaf);
+    const auto download = add();
+    run(download);
+    EXPECT_EQ(requestedRanges().size(), 2u);
+    EXPECT_TRUE(download->userSettings().boolean(keys::rangesDisabled));
+}
+
+TEST_F(AccelerationTest, EachPartGoesOnWhereItStood) {
+    const auto download = restarted(pausedHalfway());
+    const auto before = server.requests().size();
+    run(download);
+    EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
+    std::vector<std::string> ranges = requestedRanges();
+    ranges.erase(ranges.begin(), ranges.begin() + static_cast<std::ptrdiff_t>(before));
+    std::sort(ranges.begin(), ranges.end());
+    EXPECT_EQ(ranges, (std::vector<std::string>{"bytes=125000-250002", "bytes=375003-500002",
+                                                "bytes=625003-750002", "bytes=875003-1000002"}));
+}
+
+TEST_F(AccelerationTest, ChangedFileIsNeverMixed) {
+    const QByteArray other = patternedBytes(body.size(), 2);
+    const auto download = restarted(pausedHalfway());
+    serve(other);
+    download->addToQueue();
+    ASSERT_TRUE(waitForStatus(*download, finishedStatuses));
+    EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), other);
+}
+
+TEST_F(AccelerationTest, LostFragmentOrRecordMeansANewStart) {
+    for (const bool loseFile : {true, false}) {
+        const auto download = restarted(pausedHalfway());
+        if (loseFile)
+            QFile::remove(downloadedPath(u"file.bin.orlop/file.bin.orlop-xf-2"_s));
+        else
+            download->userSettings().remove(keys::accelerationWorkers);
+        run(download);
+        ASSERT_EQ(download->status(), DQDownloadStatusDone);
+        EXPECT_EQ(contents(download->path()), body);
+        QFile::remove(download->path());
+    }
+}
+
+/// What a kill in the middle of joining leaves behind.
+TEST_F(AccelerationTest, JoinThatWasCutShortIsTakenUpAgain) {
+    const auto download = restarted(pausedHalfway());
+    const QString primary = downloadedPath(u"file.bin.orlop/file.bin"_s);
+    write(primary, body.first(600'000));
+    QFile::remove(accelerationFragmentPath(primary, 1));
+    write(accelerationFragmentPath(primary, 2), body.mid(500'003, 250'000));
+    write(accelerationFragmentPath(primary, 3), body.mid(750'003));
+    ASSERT_TRUE(platform::setExtendedAttribute(primary, u"user.orlop.finishing"_s, "1"));
+    const auto requests = server.requests().size();
+    run(download);
+    EXPECT_EQ(server.requests().size(), requests);
+    EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
+    EXPECT_EQ(downloadedNames(), QStringList{u"file.bin"_s});
+}
+
+/// A primary file may have run past its part when the program was killed.
+TEST_F(AccelerationTest, OverlongPrimaryFileIsCut) {
+    const auto download = restarted(pausedHalfway());
+    write(downloadedPath(u"file.bin.orlop/file.bin"_s), body.first(260'000));
+    run(download);
+    EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
+}
+
+TEST_F(AccelerationTest, CompletePartsWaitForTheUser) {
+    const auto download = restarted(pausedHalfway());
+    const QString primary = downloadedPath(u"file.bin.orlop/file.bin"_s);
+    write(primary, body.first(250'003));
+    for (qint64 part = 1; part <= 3; ++part)
+        write(accelerationFragmentPath(primary, part), body.mid(3 + part * 250'000, 250'000));
+    download->startDownload();
+    main.settle();
+    EXPECT_EQ(download->status(), DQDownloadStatusDownloading);
+    EXPECT_DOUBLE_EQ(download->downloadCompletionFraction(), 0);
+}
+
+/// Servers that promise parts and do otherwise.
+TEST_F(AccelerationTest, ResultIsTheFileWhateverServersDoWithParts) {
+    enum class Deed {
+        Whole,
+        ErrorPage,
+        OtherPart,
+        OtherVersion,
+        OtherLength,
+        OneConnection,
+        Longer
+    };
+    const QByteArray other = patternedBytes(body.size(), 9);
+    for (const Deed deed : {Deed::Whole, Deed::ErrorPage, Deed::OtherPart, Deed::OtherVersion,
+                            Deed::OtherLength, Deed::OneConnection, Deed::Longer}) {
+        SCOPED_TRACE(static_cast<int>(deed));
+        std::atomic<int> open = 0;
+        server.handle("/file.bin", [&, deed](const support::ReceivedRequest& request) {
+            Reply served = reply(body);
+            if (!request.header("Range")) {
+                served.rate = 4'000'000;
+                return served;
+            }
+            switch (deed) {
+                case Deed::Whole:
+                    served.ranges = Reply::Ranges::Ignore;
+                    break;
+                case Deed::ErrorPage:
+                    served.status = 503;
+                    served.body = "<html>busy</html>";
+                    break;
+                case Deed::OtherPart:
+                    served.ranges = Reply::Ranges::WrongOffset;
+                    break;
+                case Deed::OtherVersion:
+                    served = reply(other);
+                    served.headers.clear();
+                    served.headers.emplace_back("ETag", "\"other\"");
+                    break;
+                case Deed::OtherLength:
+                    served.ranges = Reply::Ranges::WrongTotal;
+                    break;
+                case Deed::OneConnection:
+                    if (open++ > 0 && open < 4)
+                        served.status = 429;
+                    break;
+                case Deed::Longer:
+                    served.status = 206;
+                    served.body = patternedBytes(300'000);
+                    break;
+            }
+            return served;
+        });
+        const auto download = add();
+        download->addToQueue();
+        ASSERT_TRUE(waitForStatus(*download, finishedStatuses | DQDownloadStatusPaused));
+        if (download->status() == DQDownloadStatusPaused)
+            run(download);
+        ASSERT_EQ(download->status(), DQDownloadStatusDone);
+        EXPECT_EQ(contents(download->path()), body);
+        QFile::remove(download->path());
+        EXPECT_EQ(downloadedNames(), QStringList());
+    }
+}
+
+TEST_F(AccelerationTest, RedirectedPartsKeepTheirPlaces) {
+    serve(body, u"/mirror.bin"_s);
+    server.handle("/file.bin", [&](const support::ReceivedRequest& request) {
+        Reply served = reply(body);
+        served.rate = 2'000'000;
+        if (request.header("Range")) {
+            served.status = 302;
+            served.headers = {{"Location", "/mirror.bin"}};
+        }
+        return served;
+    });
+    const auto download = add();
+    run(download);
+    EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
+    int parts = 0;
+    for (const auto& request : server.requests())
+        parts += request.target == "/mirror.bin" && request.header("Range") ? 1 : 0;
+    EXPECT_EQ(parts, 3);
+}
+
+TEST_F(AccelerationTest, FailureOfOnePartInterruptsAllAndKeepsThem) {
+    std::atomic<bool> cuts = true;
+    server.handle("/file.bin", [&](const support::ReceivedRequest& request) {
+        Reply served = reply(body);
+        const std::string range = request.header("Range").value_or("");
+        if (cuts && range == "bytes=500003-750002") {
+            served.cutAfter = 100'000;
+            served.resetConnection = false;
+        } else if (cuts) {
+            served.stallAfter = 50'000;
+        }
+        return served;
+    });
+    const auto download = add();
+    run(download);
+    EXPECT_TRUE(download->isInterrupted());
+    EXPECT_EQ(contents(downloadedPath(u"file.bin.orlop/file.bin.orlop-xf-2"_s)),
+              body.mid(500'003, 100'000));
+    cuts = false;
+    server.release();
+    run(download);
+    EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
+}
+
+}  // namespace
+}  // namespace engine_test

@@ -1,0 +1,49 @@
+#include "failing_disk.h"
+
+#include <dlfcn.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+
+namespace engine_test {
+namespace {
+
+std::atomic<int> failure = 0;
+std::atomic<qint64> roomLeft = 0;
+
+ssize_t writeIntoRoom(const char* name, int file, const void* bytes, size_t count, off_t offset) {
+    using Write = ssize_t (*)(int, const void*, size_t, off_t);
+    const auto systemWrite = reinterpret_cast<Write>(dlsym(RTLD_NEXT, name));
+    if (failure == 0)
+        return systemWrite(file, bytes, count, offset);
+    const qint64 room = std::min(roomLeft.load(), static_cast<qint64>(count));
+    if (room == 0) {
+        errno = failure;
+        return -1;
+    }
+    roomLeft -= room;
+    return systemWrite(file, bytes, static_cast<size_t>(room), offset);
+}
+
+}  // namespace
+
+FailingDisk::FailingDisk(int errorNumber, qint64 room) {
+    roomLeft = room;
+    failure = errorNumber;
+}
+
+FailingDisk::~FailingDisk() {
+    failure = 0;
+}
+
+}  // namespace engine_test
+
+// The executable's own definitions come before those of the C library.
+extern "C" ssize_t pwrite(int file, const void* bytes, size_t count, off_t offset) {
+    return engine_test::writeIntoRoom("pwrite", file, bytes, count, offset);
+}
+extern "C" ssize_t pwrite64(int file, const void* bytes, size_t count, off64_t offset) {
+    return engine_test::writeIntoRoom("pwrite64", file, bytes, count, offset);
+}

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QtGlobal>
+
+namespace engine_test {
+
+/// While it lives, writing at offsets (pwrite) takes so many bytes more and then fails, as on a
+/// disk that is full. The last write before that may be a short one.
+class FailingDisk {
+public:
+    FailingDisk(int errorNumber, qint64 room);
+    ~FailingDisk();
+    FailingDisk(const FailingDisk&) = delete;
+    FailingDisk& operator=(const FailingDisk&) = delete;
+};
+
+}  // namespace engine_test
