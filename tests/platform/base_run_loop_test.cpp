@@ -77,6 +77,15 @@ TEST_F(RunLoopTest, ACallMayCancelOthersOfItsOwnTurn) {
     EXPECT_EQ(seen, "");
 }
 
+TEST_F(RunLoopTest, ACancelledCallMayCancelOthersAsItDies) {
+    std::shared_ptr<void> held(nullptr, [this](void*) { loop.cancelAll(this); });
+    loop.performAfter(this, "a", 1, [keep = std::move(held)] {});
+    loop.performAfter(this, "b", 1, say("b"));
+    loop.performAfter(this, "a", 1, say("a"));
+    loop.cancel(this, "a");
+    EXPECT_EQ(loop.nextDeadline(), std::nullopt);
+}
+
 TEST_F(RunLoopTest, ATurnInsideATurnGoesOnWithTheRest) {
     loop.post([this] {
         seen += "(";

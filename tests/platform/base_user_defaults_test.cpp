@@ -101,6 +101,8 @@ TEST_F(DefaultsTest, KeepsADamagedFileAsideAndTheValuesInMemory) {
     writeByHand("<dict><key>k</key>");
     EXPECT_EQ(defaults.integerForKey(u"k"_s), 1);
     EXPECT_EQ(QDir(folder.path()).entryList({u"test.plist.damaged-*"_s}).size(), 1);
+    main.advance(1);
+    EXPECT_EQ(onDisk(), QVariantMap({{u"k"_s, 1}}));
     defaults.setObject(u"new"_s, 2);
     defaults.synchronize();
     EXPECT_EQ(onDisk(), QVariantMap({{u"k"_s, 1}, {u"new"_s, 2}}));
@@ -141,6 +143,20 @@ TEST_F(DefaultsTest, ObserversHearOfEachChangeOfAValueInForce) {
     defaults.removeObserver(token);
     defaults.setObject(u"b"_s, 2);
     EXPECT_EQ(take(), QStringList());
+}
+
+TEST_F(DefaultsTest, AnObserverMayStoreWhileAnotherProgramsChangeIsTakenUp) {
+    UserDefaults direct(folder.path(), domain);
+    direct.addObserver([&](const QString& key) {
+        if (key == u"theirs")
+            direct.setObject(u"answer"_s, 1);
+    });
+    ASSERT_TRUE(QDir(folder.path()).removeRecursively());
+    direct.setObject(u"mine"_s, 1);
+    ASSERT_TRUE(QDir().mkpath(folder.path()));
+    writeByHand("<dict><key>theirs</key><true/></dict>");
+    EXPECT_TRUE(direct.synchronize());
+    EXPECT_EQ(onDisk().keys(), QStringList({u"answer"_s, u"mine"_s, u"theirs"_s}));
 }
 
 TEST(DefaultsInQt, ObserversHearOfAnEditThatNobodyReads) {

@@ -14,14 +14,13 @@
 #include "platform/base/clock.h"
 #include "platform/files/files.h"
 #include "platform/files/property_list.h"
+#include "platform/files/property_list_kinds.h"
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace platform {
 
 namespace {
-
-constexpr qint64 largestFile = 64 * 1024 * 1024;
 
 Descriptor noticeOfChangesIn(const QByteArray& folder) {
     Descriptor notice(inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
@@ -58,7 +57,7 @@ DefaultsFile::Reading DefaultsFile::readIfChanged() {
     if (known_ == now)
         return {};
     known_ = now;
-    const FileContents contents = readFile(path_, largestFile);
+    const FileContents contents = readFile(path_, largestPropertyList);
     if (contents.error && contents.error->code == ENOENT)
         return {State::Read, {}};
     if (!contents.error) {

@@ -40,12 +40,15 @@ RunLoop::DelayedCalls::node_type RunLoop::takeDelayed(DelayedCalls::iterator cal
     return delayed_.extract(call);
 }
 
-void RunLoop::cancel(const void* owner, std::string_view operation) {
+/// What a call holds is destroyed last, since its destructor may cancel calls too.
+template <typename Wanted>
+void RunLoop::dropDelayed(const void* owner, Wanted wanted) {
+    std::vector<DelayedCalls::node_type> dropped;
     auto [key, end] = keysByOwner_.equal_range(owner);
     while (key != end) {
         const auto call = delayed_.find(key->second);
-        if (call->second.operation == operation) {
-            delayed_.erase(call);
+        if (wanted(call->second)) {
+            dropped.push_back(delayed_.extract(call));
             key = keysByOwner_.erase(key);
         } else {
             ++key;
@@ -53,11 +56,12 @@ void RunLoop::cancel(const void* owner, std::string_view operation) {
     }
 }
 
+void RunLoop::cancel(const void* owner, std::string_view operation) {
+    dropDelayed(owner, [&](const Delayed& call) { return call.operation == operation; });
+}
+
 void RunLoop::cancelAll(const void* owner) {
-    const auto [begin, end] = keysByOwner_.equal_range(owner);
-    for (auto key = begin; key != end; ++key)
-        delayed_.erase(key->second);
-    keysByOwner_.erase(begin, end);
+    dropDelayed(owner, [](const Delayed&) { return true; });
 }
 
 bool RunLoop::isScheduled(const void* owner, std::string_view operation) const {

@@ -73,6 +73,8 @@ private:
     bool runPosted();
     bool runDelayed(const Key& end);
     DelayedCalls::node_type takeDelayed(DelayedCalls::iterator call);
+    template <typename Wanted>
+    void dropDelayed(const void* owner, Wanted wanted);
 
     Clock& clock_;
     DelayedCalls delayed_;

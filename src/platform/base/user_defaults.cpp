@@ -63,6 +63,7 @@ private:
     void announce(const QString& key);
     void announceSoon(const QString& key);
 
+    void writeSoon();
     void watch();
     void refresh();
     void reload();
@@ -76,6 +77,7 @@ private:
     /// Changes that are not in the file yet. Invalid: the key is to go.
     QVariantMap unwritten_;
     bool mustRewrite_ = false;
+    bool isWriting_ = false;
     bool hasComplained_ = false;
     std::map<int, Observer> observers_;
     int nextToken_ = 1;
@@ -154,12 +156,16 @@ void UserDefaults::Private::store(const QString& key, const QVariant& value) {
             stored_.remove(key);
     });
     unwritten_.insert(key, plain);
-    if (loop_ == nullptr) {
+    if (loop_ == nullptr)
         synchronize();
-    } else if (!loop_->isScheduled(this, "write")) {
-        constexpr Seconds writeDelay = 0.5;
+    else
+        writeSoon();
+}
+
+void UserDefaults::Private::writeSoon() {
+    constexpr Seconds writeDelay = 0.5;
+    if (!loop_->isScheduled(this, "write"))
         loop_->performAfter(this, "write", writeDelay, [this] { synchronize(); });
-    }
 }
 
 void UserDefaults::Private::setArguments(QVariantMap arguments) {
@@ -196,6 +202,8 @@ void UserDefaults::Private::reload() {
         case DefaultsFile::State::Damaged:
             // What is in memory is all that is left.
             mustRewrite_ = !stored_.isEmpty();
+            if (mustRewrite_ && loop_ != nullptr)
+                writeSoon();
             break;
     }
 }
@@ -214,11 +222,14 @@ void UserDefaults::Private::adopt(QVariantMap values) {
 bool UserDefaults::Private::synchronize() {
     if (loop_ != nullptr)
         loop_->cancel(this, "write");
-    if (unwritten_.isEmpty() && !mustRewrite_)
+    // An observer that hears of what is read here may store more, which is written with the rest.
+    if (isWriting_ || (unwritten_.isEmpty() && !mustRewrite_))
         return true;
+    isWriting_ = true;
     const Descriptor lock = file_.lock();
     reload();
     const std::optional<Error> error = file_.write(stored_);
+    isWriting_ = false;
     if (!error) {
         unwritten_.clear();
         mustRewrite_ = hasComplained_ = false;

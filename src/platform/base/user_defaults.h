@@ -80,8 +80,9 @@ public:
     /// Another domain in the same folder, kept for the life of this object.
     [[nodiscard]] UserDefaults& suite(const QString& name);
 
-    /// Calls `observer` after each change of a value in force, also one made to the file by hand.
-    /// Answers a token.
+    /// Calls `observer` after each change of a value in force, also one made to the file by hand:
+    /// at the next turn of the run loop, once for a key that changed several times; without a run
+    /// loop at once. Answers a token.
     int addObserver(Observer observer);
     void removeObserver(int token);
 
