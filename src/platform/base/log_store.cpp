@@ -13,6 +13,7 @@
 #include <mutex>
 
 #include "platform/base/log.h"
+#include "platform/files/descriptor.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -62,9 +63,9 @@ QByteArray encodedEntry(LogLevel level, const QString& line, const QString& prog
     return QJsonDocument(entry).toJson(QJsonDocument::Compact) + '\n';
 }
 
-bool endsMidLine(int descriptor, qint64 size) {
+bool endsMidLine(const Descriptor& file, qint64 size) {
     char last = '\n';
-    return size > 0 && pread(descriptor, &last, 1, size - 1) == 1 && last != '\n';
+    return size > 0 && pread(file.get(), &last, 1, size - 1) == 1 && last != '\n';
 }
 
 /// Several programs may append to one store: a line is one write, and whoever finds the file full
@@ -76,8 +77,6 @@ public:
           olderPath_(QFile::encodeName(logStoreFiles(folder).first())),
           path_(QFile::encodeName(logStoreFiles(folder).last())),
           maximumBytes_(maximumBytes) {}
-
-    ~LogStore() override { closeFile(); }
 
     void write(LogLevel level, const QString& line) override {
         const QByteArray entry = encodedEntry(level, line, program_);
@@ -97,42 +96,35 @@ private:
     /// Makes sure that the open file is the one at the path: another program may have rotated it.
     bool openCurrent(struct stat& current) {
         struct stat atPath {};
-        if (descriptor_ >= 0 && fstat(descriptor_, &current) == 0 &&
+        if (file_.isOpen() && fstat(file_.get(), &current) == 0 &&
             stat(path_.constData(), &atPath) == 0 && atPath.st_ino == current.st_ino &&
             atPath.st_dev == current.st_dev)
             return true;
-        closeFile();
         if (!QDir().mkpath(folder_))
             return false;
-        descriptor_ = open(path_.constData(), O_RDWR | O_APPEND | O_CREAT | O_CLOEXEC | O_NOFOLLOW,
-                           S_IRUSR | S_IWUSR);
-        if (descriptor_ < 0 || fstat(descriptor_, &current) != 0)
+        constexpr int flags = O_RDWR | O_APPEND | O_CREAT | O_CLOEXEC | O_NOFOLLOW;
+        file_ = Descriptor(open(path_.constData(), flags, S_IRUSR | S_IWUSR));
+        if (!file_.isOpen() || fstat(file_.get(), &current) != 0)
             return false;
-        needsLineBreak_ = endsMidLine(descriptor_, current.st_size);
+        needsLineBreak_ = endsMidLine(file_, current.st_size);
         return true;
     }
 
     void rotate() {
-        flock(descriptor_, LOCK_EX);
+        flock(file_.get(), LOCK_EX);
         struct stat atPath {};
         struct stat current {};
-        if (stat(path_.constData(), &atPath) == 0 && fstat(descriptor_, &current) == 0 &&
+        if (stat(path_.constData(), &atPath) == 0 && fstat(file_.get(), &current) == 0 &&
             atPath.st_ino == current.st_ino)
             rename(path_.constData(), olderPath_.constData());
-        closeFile();
+        file_.close();
     }
 
     void append(QByteArray entry) {
         if (needsLineBreak_)
             entry.prepend('\n');
-        needsLineBreak_ = ::write(descriptor_, entry.constData(),
+        needsLineBreak_ = ::write(file_.get(), entry.constData(),
                                   static_cast<std::size_t>(entry.size())) != entry.size();
-    }
-
-    void closeFile() {
-        if (descriptor_ >= 0)
-            close(descriptor_);
-        descriptor_ = -1;
     }
 
     const QString folder_;
@@ -140,7 +132,7 @@ private:
     const QByteArray olderPath_, path_;
     const qint64 maximumBytes_;
     std::mutex lock_;  ///< Guards all that follows.
-    int descriptor_ = -1;
+    Descriptor file_;
     bool needsLineBreak_ = false;
 };
 

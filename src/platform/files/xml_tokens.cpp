@@ -125,9 +125,12 @@ bool XmlTokens::skipMarkup() {
     if (looksAt("<!--")) {
         // Two dashes may stand only at its end: else a comment that nobody closed would swallow
         // everything up to the end of the next one.
-        if (skipBehind("--", 4) && !looksAt(">"))
+        if (!skipBehind("--", 4))
+            return false;
+        if (!looksAt(">"))
             fail(u"A comment holds \"--\"."_s);
-        ++at_;
+        else
+            ++at_;
         return !hasFailed();
     }
     if (looksAt("<?"))
