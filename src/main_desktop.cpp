@@ -44,11 +44,10 @@ int main(int argumentCount, char** argumentValues) {
     QObject::connect(&core.controller(), &app::DQMainController::terminated, &application,
                      &QCoreApplication::quit, Qt::QueuedConnection);
     // A session that ends, or a user at a terminal, gets no question: all is paused and saved.
-    const platform::SignalWatcher signalWatcher(
-        {{SIGTERM}, {SIGHUP}, {SIGINT, true}}, [&](int) {
-            frontEnd.stopAsking();
-            core.controller().terminate();
-        });
+    const platform::SignalWatcher signalWatcher({{SIGTERM}, {SIGHUP}, {SIGINT, true}}, [&](int) {
+        frontEnd.stopAsking();
+        core.controller().terminate();
+    });
     const int status = QApplication::exec();
     frontEnd.setWindow(nullptr, nullptr);
     window.reset();

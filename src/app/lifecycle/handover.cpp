@@ -52,8 +52,8 @@ Handover decoded(const QByteArray& body) {
 bool isSameUser(const QLocalSocket& socket) {
     ucred peer{};
     socklen_t size = sizeof peer;
-    return ::getsockopt(static_cast<int>(socket.socketDescriptor()), SOL_SOCKET, SO_PEERCRED,
-                        &peer, &size) == 0 &&
+    return ::getsockopt(static_cast<int>(socket.socketDescriptor()), SOL_SOCKET, SO_PEERCRED, &peer,
+                        &size) == 0 &&
            peer.uid == ::getuid();
 }
 

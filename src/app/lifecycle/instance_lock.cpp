@@ -31,7 +31,8 @@ InstanceLock::Claim InstanceLock::claim(const QString& supportFolder) {
     if (descriptor_ >= 0 && errno == EWOULDBLOCK) {
         return Claim::Taken;
     }
-    problem_ = u"cannot lock %1: %2"_s.arg(QFile::decodeName(path), platform::posixError(errno).text);
+    problem_ =
+        u"cannot lock %1: %2"_s.arg(QFile::decodeName(path), platform::posixError(errno).text);
     return Claim::Impossible;
 }
 

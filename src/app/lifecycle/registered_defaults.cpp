@@ -19,15 +19,15 @@ QVariantMap fallbacks(const platform::Setting<Values>&... settings) {
 }  // namespace
 
 void registerDefaults(platform::UserDefaults& defaults) {
-    defaults.registerDefaults(fallbacks(
-        settings::mainWindowVisibleOnLaunch, settings::fullScreenModeBehavior,
-        engine::settings::intermediatesLocation, settings::autoStart,
-        engine::settings::uselessAnimations, settings::swapDockCounters,
-        settings::successBounceMode, settings::successHeartbeatMode,
-        links::settings::skipRedirectingServices, settings::instantDuplicateCheck,
-        settings::rememberSelection, settings::numberOfHistoryItems,
-        settings::historyOfCompleteDownloads, settings::numberOfTopLevelHistoryItems,
-        settings::autoResumeAfterSleepDelay, engine::settings::storeMetadataLocally));
+    defaults.registerDefaults(
+        fallbacks(settings::mainWindowVisibleOnLaunch, settings::fullScreenModeBehavior,
+                  engine::settings::intermediatesLocation, settings::autoStart,
+                  engine::settings::uselessAnimations, settings::swapDockCounters,
+                  settings::successBounceMode, settings::successHeartbeatMode,
+                  links::settings::skipRedirectingServices, settings::instantDuplicateCheck,
+                  settings::rememberSelection, settings::numberOfHistoryItems,
+                  settings::historyOfCompleteDownloads, settings::numberOfTopLevelHistoryItems,
+                  settings::autoResumeAfterSleepDelay, engine::settings::storeMetadataLocally));
 }
 
 }  // namespace app

@@ -73,7 +73,8 @@ engine::DownloadPtr addDownloadFromArchive(DownloadQueue& queue,
     const QVariantMap migrated = migratedArchive(archive, externalContainerPath);
     const bool isQueued =
         !migrated.value(keys::paused).toBool() && defaults.get(settings::autoStart);
-    engine::DownloadPtr download = engine::DQDownload::downloadWithURLString(address.toString(), isQueued);
+    engine::DownloadPtr download =
+        engine::DQDownload::downloadWithURLString(address.toString(), isQueued);
     if (!download) {
         return nullptr;
     }

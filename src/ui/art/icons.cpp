@@ -14,7 +14,9 @@ using namespace Qt::Literals::StringLiterals;
 
 // The drawings lie in a static library, whose resources nobody else would pull in. The macro works
 // only outside any namespace.
-static void initializeDrawings() { Q_INIT_RESOURCE(orlop); }
+static void initializeDrawings() {
+    Q_INIT_RESOURCE(orlop);
+}
 
 namespace ui {
 namespace {

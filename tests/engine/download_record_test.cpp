@@ -1,0 +1,298 @@
+#include <QDir>
+#include <QFile>
+
+#include "engine/settings.h"
+#include "engine/vanishing.h"
+#include "engine_fixture.h"
+#include "platform/files/files.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace engine_test {
+namespace {
+
+using namespace engine;
+
+/// A page rule that names files after the title.
+class TitleReader final : public PageReader {
+public:
+    [[nodiscard]] bool isDownloadPageURL(const platform::Url& url) const override {
+        return url.path().startsWith(u"/page"_s);
+    }
+    [[nodiscard]] std::optional<QString> preservedNamePattern(
+        const platform::Url& url) const override {
+        return isDownloadPageURL(url) ? std::optional(u"title: (.*) - Site"_s) : std::nullopt;
+    }
+    void URLsFromDownloadPageWithTitle(
+        const platform::Url&,
+        std::function<void(links::ExtractedLinks)> completion) const override {
+        answers.push_back(std::move(completion));
+    }
+
+    mutable std::vector<std::function<void(links::ExtractedLinks)>> answers;
+};
+
+platform::Url url(const QString& text) {
+    return *platform::Url::parse(text);
+}
+
+class DownloadRecordTest : public EngineTest {
+protected:
+    DownloadRecordTest() {
+        environment.pageReader = reader;
+        installEnvironment(environment);
+    }
+
+    std::shared_ptr<TitleReader> reader = std::make_shared<TitleReader>();
+};
+
+TEST_F(DownloadRecordTest, RecordsAreMadeOfAddressesOnly) {
+    EXPECT_FALSE(DQDownload::downloadWithURLString(u"no address"_s, true));
+    EXPECT_FALSE(DQDownload::downloadWithURLString({}, true));
+    EXPECT_EQ(manager.invalidations, 0);
+    EXPECT_EQ(manager.add(u"http://a/"_s, true)->status(), DQDownloadStatusQueued);
+    EXPECT_EQ(manager.invalidations, 1);
+}
+
+TEST_F(DownloadRecordTest, NamesFollowTheirSources) {
+    const auto download = manager.add(u"http://www.example.org/dir/a+b%20c.zip?x=1"_s);
+    EXPECT_EQ(download->name(), u"a b c.zip"_s);
+    EXPECT_EQ(download->locationKey(), u"example.org/dir/a+b%20c.zip?x=1"_s);
+    download->setName(u"archive.zip.001.zip"_s);
+    EXPECT_EQ(download->name(), u"archive.zip.001"_s);
+    download->setName(u"get.php?id=7"_s);
+    EXPECT_EQ(download->name(), u"get.php"_s);
+    download->setName(u"The Film.mkv"_s);
+    EXPECT_EQ(download->sortName(), u"Film.mkv"_s);
+    EXPECT_EQ(download->icon(), u"mkv"_s);
+    set(settings::privateDownloading, true);
+    set(settings::privateDownloadingPreservesExtensions, true);
+    EXPECT_EQ(download->displayName(), u"T…·······.mkv"_s);
+    set(settings::privateDownloadingPreservesExtensions, false);
+    EXPECT_EQ(download->icon(), std::nullopt);
+    EXPECT_EQ(download->displayName(), u"T…·······.mkv"_s) << "kept until the name changes";
+    EXPECT_FALSE(download->description().contains(u"Film"_s));
+    set(settings::privateDownloading, false);
+    set(settings::displayLocationsAsNames, true);
+    EXPECT_EQ(download->displayName(), download->locationKey());
+    download->setName({});
+    EXPECT_EQ(download->name(), u"a b c.zip"_s);
+    EXPECT_EQ(manager.add(u"https://www.example.org/"_s)->locationKey(),
+              u"https://www.example.org/"_s);
+    EXPECT_EQ(manager.add(u"http://example.org/a"_s)->icon(), u"com.tarnworks.imaginaryfiletype"_s);
+}
+
+TEST_F(DownloadRecordTest, PageRuleKeepsTheTitleAsName) {
+    const auto download = manager.add(u"http://example.org/page/1"_s);
+    download->userSettings().set(keys::downloadPageTitle, u"Some Film.x - Site"_s);
+    download->setName(u"42.mp4"_s);
+    EXPECT_EQ(download->name(), u"Some Film.mp4"_s);
+    EXPECT_EQ(download->userSettings().string(keys::name), u"Some Film.mp4"_s);
+}
+
+TEST_F(DownloadRecordTest, SearchLooksAtNameOrAddress) {
+    const auto download = manager.add(u"http://example.org/x/%C3%BCber.bin"_s);
+    EXPECT_TRUE(download->isMatchForSearchStrings({u"ÜBER"_s, u"bin"_s}, false));
+    EXPECT_FALSE(download->isMatchForSearchStrings({u"example"_s}, false));
+    EXPECT_TRUE(download->isMatchForSearchStrings({u"example"_s}, true));
+}
+
+TEST_F(DownloadRecordTest, RulesMatchHostsFromTheRight) {
+    const auto download = manager.add(u"http://files.Example.org/a.TAR.gz"_s);
+    const auto matches = [&](const QVariant& hosts, const QVariant& extensions) {
+        QVariantMap rule;
+        if (hosts.isValid())
+            rule.insert(u"Hosts"_s, hosts);
+        if (extensions.isValid())
+            rule.insert(u"Extensions"_s, extensions);
+        return download->matchesSpecialCase(rule);
+    };
+    const auto list = [](const QString& text) { return QVariant(QStringList{text}); };
+    EXPECT_TRUE(matches(list(u"org"_s), {}));
+    EXPECT_TRUE(matches(list(u"EXAMPLE.org"_s), {}));
+    EXPECT_FALSE(matches(list(u"ample.org"_s), {}));
+    EXPECT_FALSE(matches(list(u"more.files.example.org"_s), {}));
+    EXPECT_FALSE(matches(QStringList{}, {}));
+    EXPECT_FALSE(matches({}, {}));
+    EXPECT_TRUE(matches({}, list(u"GZ"_s)));
+    EXPECT_FALSE(matches(list(u"org"_s), list(u"zip"_s)));
+    download->userSettings().set(keys::originalURL, u"http://elsewhere.net/a"_s);
+    EXPECT_FALSE(matches(list(u"org"_s), {}));
+    EXPECT_FALSE(manager.add(u"file:///a"_s)->matchesSpecialCase({{u"Hosts"_s, list(u""_s)}}));
+}
+
+TEST_F(DownloadRecordTest, ArchiveHoldsWhatARestartNeeds) {
+    const auto download = manager.add(u"http://example.org/a"_s);
+    const QVariantMap kept{{keys::accelerationFailed, true},
+                           {keys::downloadFile, u"~/f"_s},
+                           {keys::downloadFolder, u"~/d"_s},
+                           {keys::name, u"n"_s},
+                           {keys::rangesDisabled, true},
+                           {keys::referer, u"r"_s},
+                           {keys::request, QVariantMap{{keys::requestMethod, u"POST"_s}}},
+                           {keys::statusCode, 404},
+                           {keys::entityTag, u"\"t\""_s}};
+    for (auto field = kept.cbegin(); field != kept.cend(); ++field)
+        download->userSettings().set(field.key(), field.value());
+    download->userSettings().set(keys::originalURL, u"http://o/"_s);
+    download->userSettings().set(keys::downloadPageTitle, u"t"_s);
+    const QVariantMap archive = download->userSettingsArchiveWithPausedStatus(true, true);
+    QVariantMap expected = kept;
+    expected.insert(keys::url, u"http://example.org/a"_s);
+    expected.insert(keys::paused, true);
+    expected.insert(keys::date, download->userSettings().value(keys::date));
+    EXPECT_EQ(archive, expected);
+
+    const QDateTime added = download->date();
+    main.clock.advance(1000);
+    const auto restored = manager.add(u"http://example.org/a"_s);
+    EXPECT_NE(restored->date(), added);
+    restored->userSettingsFromArchive(archive);
+    restored->invalidateDate(true);
+    EXPECT_EQ(restored->date(), added);
+    EXPECT_EQ(restored->userSettingsArchiveWithPausedStatus(true, false), archive);
+}
+
+TEST_F(DownloadRecordTest, FirstReaderFixesWhenItWasDone) {
+    const auto download = manager.add(u"http://example.org/a"_s);
+    main.clock.advance(100);
+    const QDateTime done = download->doneDate();
+    main.clock.advance(100);
+    EXPECT_EQ(download->doneDate(), done);
+    EXPECT_NE(done, download->date());
+}
+
+TEST_F(DownloadRecordTest, MovedFileIsFoundAgain) {
+    write(path(u"a/file"_s), "x");
+    const auto download =
+        manager.add(platform::Url::fromFilePath(path(u"a/file"_s)).absoluteString());
+    download->userSettings().set(keys::alias, platform::fileBookmark(path(u"a/file"_s)));
+    ASSERT_TRUE(QFile::rename(path(u"a/file"_s), path(u"a/renamed"_s)));
+    EXPECT_EQ(download->path(), path(u"a/renamed"_s));
+    EXPECT_EQ(download->URL(), platform::Url::fromFilePath(path(u"a/renamed"_s)));
+    QFile::remove(path(u"a/renamed"_s));
+    EXPECT_EQ(download->path(), path(u"a/renamed"_s));
+    EXPECT_TRUE(download->userSettings().contains(keys::alias));
+    EXPECT_FALSE(download->fileExists());
+    EXPECT_FALSE(download->userSettings().contains(keys::alias));
+    // The volume is away, not the file.
+    const auto away = manager.add(u"file:///media/nobody/Disk/file"_s);
+    away->userSettings().set(keys::alias, QByteArray("x"));
+    EXPECT_FALSE(away->fileExists());
+    EXPECT_TRUE(away->userSettings().contains(keys::alias));
+}
+
+TEST_F(DownloadRecordTest, ButtonsFollowTheStatus) {
+    QStringList calls;
+    bool alternate = false;
+    environment.beep = [&] { calls.append(u"beep"_s); };
+    environment.revealFile = [&](const QString& file) {
+        calls.append(u"reveal "_s + QFileInfo(file).fileName());
+        return true;
+    };
+    environment.openURL = [&](const platform::Url& opened) {
+        calls.append(u"open "_s + opened.lastPathComponent());
+        return opened.isFile();
+    };
+    environment.copyText = [&](const QString& text) { calls.append(text); };
+    environment.isAlternateFunctionalityEvent = [&] { return alternate; };
+    installEnvironment(environment);
+
+    const auto download = manager.add(u"http://example.org/page"_s);
+    EXPECT_TRUE(download->canPerformActionWithIndex(DQDownloadActionPrimary));
+    EXPECT_FALSE(download->canPerformActionWithIndex(3));
+    download->performActionWithIndex(DQDownloadActionPrimary);
+    EXPECT_EQ(download->status(), DQDownloadStatusQueued);
+    alternate = true;
+    download->performActionWithIndex(DQDownloadActionPrimary);
+    EXPECT_EQ(download->status(), DQDownloadStatusDownloading);
+    download->performActionWithIndex(DQDownloadActionPrimary);
+    EXPECT_EQ(download->status(), DQDownloadStatusPaused);
+    download->openOriginalURL();
+    download->copyPath();
+    EXPECT_EQ(calls, (QStringList{u"open page"_s, u"beep"_s, u"beep"_s}));
+
+    calls.clear();
+    write(path(u"done.txt"_s), "x");
+    const auto done =
+        manager.add(platform::Url::fromFilePath(path(u"done.txt"_s)).absoluteString());
+    done->setStatus(DQDownloadStatusDone);
+    done->performActionWithIndex(DQDownloadActionPrimary);
+    set(settings::revealByLaunching, true);
+    done->performActionWithIndex(DQDownloadActionPrimary);
+    EXPECT_EQ(calls, (QStringList{u"reveal done.txt"_s, u"open done.txt"_s}));
+    QFile::remove(path(u"done.txt"_s));
+    EXPECT_FALSE(done->canPerformActionWithIndex(DQDownloadActionPrimary));
+    EXPECT_TRUE(done->canPerformActionWithIndex(DQDownloadActionRemove));
+    manager.removesVanished = false;
+    download->performActionWithIndex(DQDownloadActionRemove);
+    download->performActionWithIndex(DQDownloadActionPrimary);
+    EXPECT_EQ(calls.last(), u"beep"_s);
+}
+
+TEST_F(DownloadRecordTest, PageGivesOneAddressOrSeveral) {
+    const auto single = manager.add(u"http://127.0.0.1:1/page/1"_s);
+    single->startDownload();
+    EXPECT_EQ(single->status(), DQDownloadStatusDownloading);
+    EXPECT_EQ(single->downloadProgressDescription(), u"Connecting..."_s);
+    reader->answers[0]({{url(u"file:///nowhere"_s)}, u"A Title"_s});
+    EXPECT_EQ(single->userSettings().string(keys::referer), u"http://127.0.0.1:1/page/1"_s);
+    EXPECT_EQ(single->userSettings().string(keys::downloadPageTitle), u"A Title"_s);
+    ASSERT_TRUE(waitForStatus(*single, DQDownloadStatusPaused));
+
+    // An answer that comes after a pause is not wanted any more.
+    const auto late = manager.add(u"http://127.0.0.1:1/page/2"_s);
+    late->startDownload();
+    late->pause();
+    reader->answers[1]({{url(u"file:///nowhere"_s)}, {}});
+    EXPECT_EQ(late->status(), DQDownloadStatusPaused);
+    EXPECT_FALSE(late->isInterrupted());
+
+    const auto several = manager.add(u"http://127.0.0.1:1/page/3"_s);
+    several->startDownload();
+    reader->answers[2]({{url(u"http://a/1"_s), url(u"http://a/2"_s)}, {}});
+    EXPECT_EQ(manager.opened.size(), 2u);
+    EXPECT_EQ(manager.opened[1], std::pair(u"http://a/2"_s, u"http://127.0.0.1:1/page/3"_s));
+    EXPECT_EQ(several->status(), DQDownloadStatusAborted);
+    EXPECT_EQ(manager.queue.size(), 2u);
+}
+
+class RecordingView final : public VanishView {
+public:
+    [[nodiscard]] bool showsDownload(const DQDownload&) const override { return shows; }
+    void redrawDownload(DQDownload&) override { ++redraws; }
+    void performVanishStepForObject(DQDownload&) override { ++collapses; }
+
+    bool shows = true;
+    int redraws = 0, collapses = 0;
+};
+
+TEST_F(DownloadRecordTest, RowFadesCollapsesAndGoes) {
+    const auto view = std::make_shared<RecordingView>();
+    const auto download = manager.add(u"http://a/"_s);
+    download->vanishInView(view, 3);
+    EXPECT_TRUE(download->isVanishing());
+    EXPECT_FALSE(download->canPerformActionWithIndex(DQDownloadActionRemove));
+    main.advance(3);
+    EXPECT_DOUBLE_EQ(download->vanishFraction(), 0);
+    EXPECT_DOUBLE_EQ(download->vanishRowHeightFraction(), -1);
+    main.advance(0.2);
+    EXPECT_EQ(view->redraws, 8);
+    EXPECT_EQ(view->collapses, 1);
+    EXPECT_DOUBLE_EQ(download->vanishRowHeightFraction(), 1);
+    while (!manager.queue.empty() && view->collapses < 100)
+        download->performVanishStep();
+    EXPECT_EQ(view->collapses, 7);
+
+    const auto hidden = manager.add(u"http://b/"_s);
+    hidden->vanishInView(view, 0);
+    view->shows = false;
+    main.advance(5);
+    EXPECT_EQ(manager.queue.size(), 1u);
+    set(settings::uselessAnimations, false);
+    manager.add(u"http://c/"_s)->vanishInView(view, 5);
+    EXPECT_EQ(manager.queue.size(), 1u);
+}
+
+}  // namespace
+}  // namespace engine_test

@@ -1,0 +1,189 @@
+#include "engine/queue_admission.h"
+
+#include "engine/settings.h"
+#include "engine_fixture.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace engine_test {
+namespace {
+
+using namespace engine;
+
+/// Says of every address that it is a page, so that downloads start and stay without a transfer.
+class NeverRead final : public PageReader {
+public:
+    [[nodiscard]] bool isDownloadPageURL(const platform::Url&) const override { return true; }
+    [[nodiscard]] std::optional<QString> preservedNamePattern(const platform::Url&) const override {
+        return std::nullopt;
+    }
+    void URLsFromDownloadPageWithTitle(const platform::Url&,
+                                       std::function<void(links::ExtractedLinks)>) const override {}
+};
+
+class QueueAdmissionTest : public EngineTest {
+protected:
+    QueueAdmissionTest() {
+        environment.pageReader = std::make_shared<NeverRead>();
+        environment.isModalWindowUp = [this] { return isModalWindowUp; };
+        installEnvironment(environment);
+    }
+
+    /// A letter is a host; a dash has none.
+    void queue(const char* hosts) {
+        for (; *hosts != '\0'; ++hosts)
+            manager.add(*hosts == '-' ? u"file:///x"_s
+                                      : u"http://%1.example/x"_s.arg(QChar::fromLatin1(*hosts)),
+                        true);
+    }
+    /// Of each download, 'r' if it runs, '.' if it waits.
+    [[nodiscard]] std::string states() const {
+        std::string text;
+        for (const auto& download : manager.queue)
+            text += download->status() == DQDownloadStatusDownloading ? 'r' : '.';
+        return text;
+    }
+
+    bool isModalWindowUp = false;
+};
+
+TEST_F(QueueAdmissionTest, LimitsDecideWhoStarts) {
+    struct Case {
+        const char* hosts;
+        qint64 limit, perHost;
+        const char* states;
+    };
+    const Case cases[] = {
+        {"aaaaa", 4, 2, "rr..."}, {"aaab", 4, 2, "rr.r"},   {"abcde", 4, 2, "rrrr."},
+        {"aaaaa", 4, 0, "rrrr."}, {"aabb", 4, -1, "rrrr"},  {"abcdefghijkl", 10, 1, "rrrrrrrrrrrr"},
+        {"abc", 0, 2, "rrr"},     {"----a", 3, 1, "rrr.."}, {"a-a", 4, 1, "rr."},
+        {"abc", 1, 1, "r.."},
+    };
+    for (const Case& c : cases) {
+        set(settings::numberOfConcurrentDownloads, c.limit);
+        set(settings::numberOfConcurrentDownloadsPerHost, c.perHost);
+        queue(c.hosts);
+        EXPECT_EQ(states(), std::string(manager.queue.size(), '.'));
+        main.settle();
+        EXPECT_EQ(states(), c.states) << c.hosts << ' ' << c.limit << ' ' << c.perHost;
+        manager.queue.clear();
+        DQDownload::invalidateQueuedAndDownloadingDownloads();
+    }
+}
+
+/// Lowering the limit below the number that runs leaves it open for all that wait.
+TEST_F(QueueAdmissionTest, NegativeSlotsCountAsOpen) {
+    queue("abc");
+    main.settle();
+    set(settings::numberOfConcurrentDownloads, qint64{1});
+    EXPECT_EQ(QueueAdmission::shared().numberOfOpenDownloadSlots(), -2);
+    queue("de");
+    main.settle();
+    EXPECT_EQ(states(), "rrrrr");
+}
+
+TEST_F(QueueAdmissionTest, FreedSlotIsTaken) {
+    queue("aaa");
+    main.settle();
+    manager.queue[0]->togglePause();
+    EXPECT_EQ(states(), ".r.");
+    main.settle();
+    EXPECT_EQ(states(), ".rr");
+    EXPECT_EQ(manager.decrements, 1);
+    manager.queue[0]->startDownload();
+    EXPECT_EQ(states(), "rrr");
+}
+
+TEST_F(QueueAdmissionTest, ModalWindowHoldsEverythingBack) {
+    isModalWindowUp = true;
+    queue("a");
+    main.advance(5.5);
+    EXPECT_EQ(states(), ".");
+    isModalWindowUp = false;
+    main.advance(1);
+    EXPECT_EQ(states(), "r");
+}
+
+TEST_F(QueueAdmissionTest, ChangedLimitStartsAPass) {
+    set(settings::numberOfConcurrentDownloads, qint64{1});
+    queue("ab");
+    main.settle();
+    EXPECT_EQ(states(), "r.");
+    QueueAdmission::shared().setNumberOfConcurrentDownloads(2);
+    main.settle();
+    EXPECT_EQ(states(), "rr");
+}
+
+TEST_F(QueueAdmissionTest, HostIsTheLastTwoLabels) {
+    const std::pair<QString, QString> cases[] = {
+        {u"http://a.b.Example.ORG/x"_s, u"example.org"_s},
+        {u"http://b.co.uk/"_s, u"co.uk"_s},
+        {u"http://example.org/"_s, u"example.org"_s},
+        {u"http://192.168.1.20/"_s, u"192.168.1.20"_s},
+        {u"http://localhost/"_s, u"localhost"_s},
+        {u"http://[::1]/"_s, u"::1"_s},
+        {u"file:///x"_s, u""_s},
+    };
+    for (const auto& [url, host] : cases)
+        EXPECT_EQ(manager.add(url)->queueRelevantHost(), host) << url.toStdString();
+}
+
+TEST_F(QueueAdmissionTest, PlaceInTheQueueIsTold) {
+    isModalWindowUp = true;
+    queue("aba-");
+    const auto text = [&](std::size_t index) {
+        return manager.queue[index]->statusDescriptionWithLiveDetails(true);
+    };
+    const auto place = [&](std::size_t index) {
+        return manager.queue[index]->queueIndexDescription();
+    };
+    EXPECT_EQ(place(2), u"2 @ a.example"_s);
+    EXPECT_EQ(place(1), u"1 @ b.example"_s);
+    EXPECT_EQ(place(3), u"4"_s);
+    environment.pageReader = nullptr;
+    installEnvironment(environment);
+    for (const auto& download : manager.queue)
+        download->reevaluateDownloadPageURLStatus();
+    EXPECT_EQ(text(2), u"Waiting: #2 @ a.example"_s);
+    EXPECT_EQ(manager.queue[2]->statusDescriptionWithLiveDetails(false), u"Waiting"_s);
+    set(settings::privateDownloading, true);
+    EXPECT_EQ(place(2), u"2 @ a…example"_s);
+    set(settings::privateDownloading, false);
+    set(settings::numberOfConcurrentDownloadsPerHost, qint64{0});
+    EXPECT_EQ(place(2), u"3"_s);
+    manager.queue[1]->pause();
+    EXPECT_TRUE(manager.queue[1]->queueIndexDescription().isNull());
+    manager.queue.resize(1);
+    DQDownload::invalidateQueuedAndDownloadingDownloads();
+    EXPECT_EQ(text(0), u"Waiting"_s);
+}
+
+TEST_F(QueueAdmissionTest, PausedHostIsNamedIfThereAreSeveral) {
+    environment.pageReader = nullptr;
+    installEnvironment(environment);
+    const auto first = manager.add(u"http://a.example/1"_s);
+    const auto second = manager.add(u"http://a.example/2"_s);
+    EXPECT_TRUE(first->pausedHostDescription().isNull());
+    manager.add(u"http://b.example/"_s);
+    EXPECT_EQ(first->statusDescriptionWithLiveDetails(true), u"Pending @ a.example"_s);
+    EXPECT_EQ(first->statusDescriptionWithLiveDetails(false), u"Pending"_s);
+    set(settings::numberOfConcurrentDownloadsPerHost, qint64{0});
+    EXPECT_TRUE(first->pausedHostDescription().isNull());
+}
+
+TEST_F(QueueAdmissionTest, ChoiceOfLimitsPerHostFollowsTheOverallLimit) {
+    const std::vector<qint64> tags{0, 1, 2, 3, 4, 5};
+    const auto choice = [&] {
+        return QueueAdmission::shared().numberOfConcurrentDownloadsPerHostSelector(tags);
+    };
+    set(settings::numberOfConcurrentDownloads, qint64{3});
+    set(settings::numberOfConcurrentDownloadsPerHost, qint64{5});
+    EXPECT_EQ(choice().enabled, (std::vector<bool>{false, true, true, true, false, false}));
+    EXPECT_EQ(choice().selectedTag, 3);
+    set(settings::numberOfConcurrentDownloads, qint64{0});
+    EXPECT_EQ(choice().enabled, std::vector<bool>(6, true));
+    EXPECT_EQ(choice().selectedTag, 5);
+}
+
+}  // namespace
+}  // namespace engine_test
