@@ -11,12 +11,10 @@ namespace platform {
 
 namespace {
 
-/// Past this much unread the socket is left alone...
-constexpr qsizetype pauseAbove = 2 * 1024 * 1024;
+/// With this much unread the socket is left alone...
+constexpr qsizetype pauseAt = 1024 * 1024;
 /// ... until no more than this is left.
-constexpr qsizetype resumeBelow = 256 * 1024;
-/// One turn of TLS brings up to 1.6 MB more; what goes beyond is for libcurl to keep.
-constexpr qsizetype largestBuffer = 2 * pauseAbove;
+constexpr qsizetype resumeAt = 256 * 1024;
 /// Turns in which bytes go on arriving, before an unfinished block is handed out.
 constexpr int mostDeferrals = 8;
 constexpr int mostEventsInTurn = 16;
@@ -151,13 +149,13 @@ std::size_t HTTPReadStream::Private::takeBody(const char* bytes, std::size_t cou
         isGivenUp_ = true;
         return 0;
     }
-    responseHead = reader_->head();
+    if (!responseHead)
+        responseHead = reader_->head();
     loop_->noteArrival(*this);
-    if (buffer.size() > largestBuffer) {
-        isReceivePaused_ = true;
-        return CURL_WRITEFUNC_PAUSE;
-    }
     buffer.append(bytes, count);
+    // Left to itself libcurl would go on for as long as more arrives.
+    if (buffer.size() >= pauseAt && !isReceivePaused_)
+        pause(true, isSendPaused_);
     return count;
 }
 
@@ -224,15 +222,21 @@ void HTTPReadStream::Private::updatePause() {
         loop_->noteArrival(*this);
         return;
     }
-    const qsizetype limit = isReceivePaused_ ? resumeBelow : pauseAbove;
-    const bool pausesReceive = !isScheduled || buffer.size() > limit;
+    const bool isFull = buffer.size() > (isReceivePaused_ ? resumeAt : pauseAt);
+    const bool pausesReceive = !isScheduled || isFull;
     const bool pausesSend = isSendPaused_ && (!isScheduled || body_.isWaiting());
-    if (pausesReceive == isReceivePaused_ && pausesSend == isSendPaused_)
-        return;
-    isReceivePaused_ = pausesReceive;
-    isSendPaused_ = pausesSend;
-    curl_easy_pause(easy_.get(), (pausesReceive ? CURLPAUSE_RECV : CURLPAUSE_CONT) |
-                                     (pausesSend ? CURLPAUSE_SEND : CURLPAUSE_CONT));
+    if (pausesReceive != isReceivePaused_ || pausesSend != isSendPaused_)
+        pause(pausesReceive, pausesSend);
+}
+
+void HTTPReadStream::Private::pause(bool receive, bool send) {
+    isReceivePaused_ = receive;
+    isSendPaused_ = send;
+    // With one direction left open libcurl receives once more, into a buffer of its own. Where
+    // nothing is to be sent, the other one may as well be closed.
+    const bool closesBoth = receive && (send || !body_.exists());
+    const int one = receive ? CURLPAUSE_RECV : send ? CURLPAUSE_SEND : CURLPAUSE_CONT;
+    curl_easy_pause(easy_.get(), closesBoth ? CURLPAUSE_ALL : one);
 }
 
 bool HTTPReadStream::Private::tell(Event event) {

@@ -55,6 +55,7 @@ private:
     [[nodiscard]] bool hasNews() const;
     /// Pauses and resumes both directions as far as they ought to be.
     void updatePause();
+    void pause(bool receive, bool send);
     /// False: the stream died in it.
     bool tell(Event event);
     void releaseHandle();

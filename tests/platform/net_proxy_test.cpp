@@ -1,0 +1,338 @@
+#include <gmock/gmock.h>
+
+#include <QList>
+#include <mutex>
+
+#include "platform/net_exchange.h"
+#include "support/http_server.h"
+#include "support/socket_server.h"
+
+using namespace Qt::Literals::StringLiterals;
+using net_test::Exchange;
+using net_test::Loop;
+using net_test::message;
+using platform::HTTPProxy;
+using support::HTTPServer;
+using support::Peer;
+using support::Reply;
+using support::SocketServer;
+
+namespace {
+
+QByteArray readHead(Peer& peer) {
+    QByteArray head;
+    while (!head.endsWith("\r\n\r\n")) {
+        const QByteArray more = peer.read();
+        if (more.isEmpty())
+            return {};
+        head += more;
+    }
+    return head;
+}
+
+QByteArray readExactly(Peer& peer, qsizetype count) {
+    QByteArray bytes;
+    while (bytes.size() < count) {
+        const QByteArray more = peer.read(count - bytes.size());
+        if (more.isEmpty())
+            break;
+        bytes += more;
+    }
+    return bytes;
+}
+
+HTTPProxy proxyAt(int port, HTTPProxy::Kind kind) {
+    HTTPProxy proxy;
+    proxy.kind = kind;
+    proxy.host = u"127.0.0.1"_s;
+    proxy.port = port;
+    return proxy;
+}
+
+/// A proxy for tunnels that writes down what it was asked.
+class TunnelProxy {
+public:
+    /// `answer` empty: opens the tunnel to `target`.
+    TunnelProxy(int target, const QByteArray& answer)
+        : sockets([this, target, answer](Peer& peer) {
+              const QByteArray head = readHead(peer);
+              {
+                  const std::lock_guard guard(lock);
+                  heads.append(head);
+              }
+              if (answer.isEmpty() && peer.write("HTTP/1.1 200 Tunnel\r\nVia: us\r\n\r\n"))
+                  peer.relayTo(target);
+              else
+                  peer.write(answer);
+          }) {}
+
+    std::mutex lock;
+    QList<QByteArray> heads;
+    SocketServer sockets;
+};
+
+TEST(NetProxy, AsksAnHttpProxyForWholeAddresses) {
+    HTTPServer proxy;
+    proxy.handleAll([](const support::ReceivedRequest&) {
+        Reply reply;
+        reply.status = 407;
+        reply.body = "who?";
+        return reply;
+    });
+    Loop loop;
+    auto request = message(u"http://name.invalid/a/../b?c"_s);
+    request.headers.set(u"Proxy-Authorization"_s, u"Basic eDp5"_s);
+    Exchange exchange(loop, request);
+    exchange.stream->setProxy(proxyAt(proxy.port(), HTTPProxy::Kind::Http));
+    exchange.run();
+    EXPECT_EQ(exchange.status(), 407);
+    EXPECT_EQ(exchange.body, "who?");
+    EXPECT_FALSE(exchange.stream->responseHead()->fromProxy);
+    EXPECT_EQ(proxy.requests().at(0).raw,
+              "GET http://name.invalid/a/../b?c HTTP/1.1\r\nHost: name.invalid\r\n"
+              "Proxy-Authorization: Basic eDp5\r\n\r\n");
+}
+
+TEST(NetProxy, TunnelsThroughAnHttpProxy) {
+    HTTPServer server(HTTPServer::Security::Tls);
+    Reply reply;
+    reply.body = "inside";
+    server.serve("/", reply);
+    TunnelProxy proxy(server.port(), {});
+    platform::TLSSettings settings;
+    settings.authoritiesPath = server.authoritiesPath();
+    Loop loop;
+    platform::HTTPConnectionIdentity identity(loop.loop);
+    for (int i = 0; i < 2; ++i) {
+        auto request = message(server.url());
+        request.headers.set(u"Proxy-Authorization"_s, u"Basic eDp5"_s);
+        request.headers.set(u"User-Agent"_s, u"Orlop"_s);
+        request.headers.set(u"Cookie"_s, u"secret"_s);
+        Exchange exchange(loop, request);
+        exchange.stream->setTLSSettings(settings);
+        exchange.stream->setProxy(proxyAt(proxy.sockets.port(), HTTPProxy::Kind::Http));
+        exchange.stream->setConnection(&identity);
+        exchange.run();
+        EXPECT_EQ(exchange.body, "inside");
+        EXPECT_EQ(exchange.stream->usedExistingConnection(), i == 1);
+        EXPECT_FALSE(exchange.stream->responseHead()->headers.contains(u"Via"_s));
+    }
+    const QByteArray host = "localhost:" + QByteArray::number(server.port());
+    EXPECT_EQ(proxy.heads.size(), 1);
+    EXPECT_EQ(proxy.heads[0], "CONNECT " + host + " HTTP/1.1\r\nHost: " + host +
+                                  "\r\nProxy-Authorization: Basic eDp5\r\nUser-Agent: Orlop\r\n"
+                                  "\r\n");
+    EXPECT_EQ(server.requests().at(0).header("Proxy-Authorization"), std::nullopt);
+    EXPECT_EQ(server.requests().at(0).header("Cookie"), "secret");
+}
+
+TEST(NetProxy, ShowsAProxysRefusalAsTheResponse) {
+    struct Refusal {
+        const char* answer;
+        int status;
+        std::string failure;
+    };
+    const Refusal table[] = {
+        {"HTTP/1.1 407 Who\r\nProxy-Authenticate: Basic realm=x\r\nContent-Length: 3\r\n\r\nabc",
+         407, ""},
+        {"HTTP/1.1 502 Bad\r\nConnection: close\r\n\r\n", 502, ""},
+        {"HTTP/1.1 302 Go\r\nLocation: http://evil/\r\nContent-Length: 0\r\n\r\n", 302, ""},
+        {"HTTP/1.1 407 Wh", 0, "kCFErrorDomainCFNetwork -1005"},
+    };
+    Loop loop;
+    for (const Refusal& each : table) {
+        TunnelProxy proxy(0, each.answer);
+        Exchange exchange(loop, u"https://name.invalid/"_s);
+        exchange.stream->setProxy(proxyAt(proxy.sockets.port(), HTTPProxy::Kind::Http));
+        exchange.run();
+        EXPECT_EQ(exchange.status(), each.status) << each.answer;
+        EXPECT_EQ(exchange.failure(), each.failure) << each.answer;
+        EXPECT_EQ(exchange.body, QByteArray());
+        if (exchange.stream->responseHead()) {
+            EXPECT_TRUE(exchange.stream->responseHead()->fromProxy);
+        }
+    }
+}
+
+TEST(NetProxy, LetsSocksProxiesLookNamesUp) {
+    HTTPServer server;
+    Reply reply;
+    reply.body = "behind";
+    server.serve("/", reply);
+    QList<QByteArray> asked;
+    std::mutex lock;
+    const auto note = [&](const QByteArray& bytes) {
+        const std::lock_guard guard(lock);
+        asked.append(bytes);
+    };
+    SocketServer four([&](Peer& peer) {
+        QByteArray request = readExactly(peer, 9);
+        const bool hasName = request.mid(4, 3) == QByteArray(3, '\0');
+        for (int texts = request.endsWith('\0') ? (hasName ? 1 : 0) : 2; texts > 0;) {
+            const QByteArray byte = readExactly(peer, 1);
+            request += byte;
+            texts -= byte == QByteArray(1, '\0') || byte.isEmpty() ? 1 : 0;
+        }
+        note(request);
+        peer.write(QByteArray::fromHex("005a000000000000"));
+        peer.relayTo(server.port());
+    });
+    SocketServer five([&](Peer& peer) {
+        const QByteArray greeting = readExactly(peer, 2);
+        static_cast<void>(readExactly(peer, greeting.back()));
+        peer.write(QByteArray::fromHex("0502"));
+        const QByteArray user = readExactly(peer, 1 + 1 + 2 + 1 + 2);
+        peer.write(QByteArray::fromHex("0100"));
+        const QByteArray request = readExactly(peer, 5);
+        note(user + request + readExactly(peer, request.back() + 2));
+        peer.write(QByteArray::fromHex("05000001000000000000"));
+        peer.relayTo(server.port());
+    });
+    Loop loop;
+    const auto fetch = [&](const QString& url, HTTPProxy proxy) {
+        Exchange exchange(loop, url);
+        exchange.stream->setProxy(proxy);
+        return exchange.run().body;
+    };
+    HTTPProxy withUser = proxyAt(five.port(), HTTPProxy::Kind::Socks5);
+    withUser.user = u"me"_s;
+    withUser.password = u"pw"_s;
+    const HTTPProxy plain = proxyAt(four.port(), HTTPProxy::Kind::Socks4);
+    EXPECT_EQ(fetch(u"http://name.invalid/"_s, plain), "behind");
+    EXPECT_EQ(fetch(u"http://192.0.2.7/"_s, plain), "behind");
+    EXPECT_EQ(fetch(u"http://name.invalid/"_s, withUser), "behind");
+    ASSERT_EQ(asked.size(), 3);
+    EXPECT_EQ(asked[0], QByteArray::fromHex("040100500000000100") + "name.invalid" + '\0');
+    EXPECT_EQ(asked[1], QByteArray::fromHex("04010050c000020700"));
+    EXPECT_EQ(asked[2], QByteArray::fromHex("01026d6502") + "pw" +
+                            QByteArray::fromHex("050100030c") + "name.invalid" +
+                            QByteArray::fromHex("0050"));
+}
+
+TEST(NetProxy, NamesAProxyThatCannotBeReached) {
+    Loop loop;
+    HTTPProxy unknown = proxyAt(80, HTTPProxy::Kind::Http);
+    unknown.host = u"proxy.invalid"_s;
+    Exchange exchange(loop, u"http://127.0.0.1:1/"_s);
+    exchange.stream->setProxy(unknown);
+    EXPECT_EQ(exchange.run().failure(), "kCFErrorDomainCFNetwork 310");
+
+    SocketServer refusing([](Peer& peer) {
+        static_cast<void>(readExactly(peer, 9));
+        peer.write(QByteArray::fromHex("005b000000000000"));
+    });
+    Exchange refused(loop, u"http://127.0.0.1:1/"_s);
+    refused.stream->setProxy(proxyAt(refusing.port(), HTTPProxy::Kind::Socks4));
+    EXPECT_EQ(refused.run().failure(), "kCFErrorDomainCFNetwork -1004");
+
+    for (const QString& host : {u""_s, u"http://h"_s, u"u@h"_s, u"h/x"_s}) {
+        platform::HTTPReadStream stream(loop.loop, message(u"http://127.0.0.1/"_s));
+        HTTPProxy odd = proxyAt(80, HTTPProxy::Kind::Http);
+        odd.host = host;
+        stream.setProxy(odd);
+        EXPECT_FALSE(stream.open()) << qPrintable(host);
+    }
+}
+
+/// A server's second message of NTLM, with a challenge and no target.
+QByteArray ntlmChallenge() {
+    return "NTLM " + (QByteArray("NTLMSSP\0\2\0\0\0", 12) + QByteArray(8, '\0') +
+                      QByteArray::fromHex("06820200") + "nonsense" + QByteArray(8, '\0'))
+                         .toBase64();
+}
+
+/// Which message of NTLM a request carries; 0: none.
+int ntlmMessage(const support::ReceivedRequest& request, const char* field) {
+    const QByteArray value = QByteArray::fromStdString(request.header(field).value_or(""));
+    return value.startsWith("NTLM ") ? QByteArray::fromBase64(value.mid(5)).at(8) : 0;
+}
+
+class Bytes final : public platform::HTTPBodySource {
+public:
+    Piece read(char* buffer, qsizetype maximum) override {
+        const qsizetype count = std::min(maximum, bytes.size() - at);
+        std::copy_n(bytes.constData() + at, count, buffer);
+        at += count;
+        return {count > 0 ? State::Data : State::End, count};
+    }
+    bool rewind() override {
+        at = 0;
+        return true;
+    }
+    const QByteArray bytes = support::patternedBytes(100'000);
+    qsizetype at = 0;
+};
+
+platform::ConnectionCredentials ntlmCredentials() {
+    return {platform::ConnectionAuthentication::Ntlm, u"me"_s, u"pw"_s, u"DOMAIN"_s};
+}
+
+TEST(NetConnectionAuthentication, KeepsTheRoundsToItself) {
+    HTTPServer server;
+    server.handleAll([](const support::ReceivedRequest& request) {
+        Reply reply;
+        reply.body = "welcome";
+        if (ntlmMessage(request, "Authorization") != 3) {
+            reply.status = 401;
+            reply.headers = {{"WWW-Authenticate", ntlmChallenge().toStdString()}};
+        }
+        return reply;
+    });
+    Loop loop;
+    Bytes source;
+    Exchange exchange(loop, message(server.url(u"/x"_s), u"PUT"_s), &source, 100'000);
+    exchange.stream->setServerCredentials(ntlmCredentials());
+    exchange.run();
+    EXPECT_EQ(exchange.status(), 200);
+    EXPECT_EQ(exchange.body, "welcome");
+    const auto requests = server.requests();
+    ASSERT_EQ(requests.size(), 2U);
+    EXPECT_EQ(ntlmMessage(requests[0], "Authorization"), 1);
+    EXPECT_EQ(requests[1].body, source.bytes);
+    EXPECT_EQ(server.connectionCount(), 1U);
+}
+
+TEST(NetConnectionAuthentication, ShowsTheChallengeThatRemains) {
+    // A wrong password, and a server that forgets each round with its connection.
+    for (const bool keepsAlive : {true, false}) {
+        HTTPServer server;
+        server.handleAll([keepsAlive](const support::ReceivedRequest& request) {
+            Reply reply;
+            reply.status = 401;
+            reply.keepAlive = keepsAlive;
+            reply.body = "go away";
+            const bool isLast = ntlmMessage(request, "Authorization") == 3;
+            reply.headers = {{"WWW-Authenticate", isLast ? "NTLM" : ntlmChallenge().toStdString()}};
+            return reply;
+        });
+        Loop loop;
+        Exchange exchange(loop, server.url(u"/x"_s));
+        exchange.stream->setServerCredentials(ntlmCredentials());
+        exchange.run();
+        EXPECT_TRUE(exchange.hasEnded) << exchange.failure();
+        EXPECT_EQ(exchange.status(), 401);
+        EXPECT_LE(server.requests().size(), 6U);
+    }
+}
+
+TEST(NetConnectionAuthentication, NegotiatesWithAProxy) {
+    HTTPServer proxy;
+    proxy.handleAll([](const support::ReceivedRequest& request) {
+        Reply reply;
+        reply.body = "through";
+        if (ntlmMessage(request, "Proxy-Authorization") != 3) {
+            reply.status = 407;
+            reply.headers = {{"Proxy-Authenticate", ntlmChallenge().toStdString()}};
+        }
+        return reply;
+    });
+    Loop loop;
+    Exchange exchange(loop, u"http://name.invalid/"_s);
+    exchange.stream->setProxy(proxyAt(proxy.port(), HTTPProxy::Kind::Http));
+    exchange.stream->setProxyCredentials(ntlmCredentials());
+    exchange.run();
+    EXPECT_EQ(exchange.status(), 200);
+    EXPECT_EQ(exchange.body, "through");
+}
+
+}  // namespace

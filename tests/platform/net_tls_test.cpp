@@ -1,0 +1,74 @@
+#include <gtest/gtest.h>
+
+#include "platform/net_exchange.h"
+#include "support/http_server.h"
+
+using namespace Qt::Literals::StringLiterals;
+using net_test::Exchange;
+using net_test::Loop;
+using platform::TLSSettings;
+using support::HTTPServer;
+using support::Reply;
+
+namespace {
+
+const std::string untrusted = "NSOSStatusErrorDomain -9807";
+const std::string clientRefused = "NSOSStatusErrorDomain -9801";
+
+std::string outcome(Loop& loop, const QString& url, const TLSSettings& settings) {
+    Exchange exchange(loop, url);
+    exchange.stream->setTLSSettings(settings);
+    exchange.run();
+    return exchange.hasEnded ? std::to_string(exchange.status()) : exchange.failure();
+}
+
+TEST(NetTls, TrustsWhomItIsToldTo) {
+    HTTPServer server(HTTPServer::Security::Tls);
+    server.serve("/", Reply());
+    const QString byAddress = u"https://127.0.0.1:%1/"_s.arg(server.port());
+    TLSSettings known, unchecked;
+    known.authoritiesPath = server.authoritiesPath();
+    unchecked.validatesCertificate = false;
+    TLSSettings missing;
+    missing.authoritiesPath = u"/nonexistent.pem"_s;
+    Loop loop;
+    EXPECT_EQ(outcome(loop, server.url(), known), "200");
+    EXPECT_EQ(outcome(loop, server.url(), {}), untrusted);
+    EXPECT_EQ(outcome(loop, byAddress, known), untrusted) << "issued for another name";
+    EXPECT_EQ(outcome(loop, byAddress, unchecked), "200");
+    EXPECT_EQ(outcome(loop, server.url(), missing), untrusted);
+}
+
+TEST(NetTls, PresentsAClientCertificate) {
+    HTTPServer server(HTTPServer::Security::TlsWithClientCertificate);
+    server.serve("/", Reply());
+    TLSSettings settings;
+    settings.authoritiesPath = server.authoritiesPath();
+    Loop loop;
+    EXPECT_EQ(outcome(loop, server.url(), settings), clientRefused);
+    settings.clientCertificatePath = u"/nonexistent.pem"_s;
+    EXPECT_EQ(outcome(loop, server.url(), settings), clientRefused);
+    settings.clientCertificatePath = server.clientCertificatePath();
+    settings.clientKeyPath = server.clientKeyPath();
+    EXPECT_EQ(outcome(loop, server.url(), settings), "200");
+}
+
+TEST(NetTls, CarriesLargeBodiesAndKeepsConnections) {
+    HTTPServer server(HTTPServer::Security::Tls);
+    Reply reply;
+    reply.body = support::patternedBytes(5'000'000);
+    server.serve("/", reply);
+    TLSSettings settings;
+    settings.authoritiesPath = server.authoritiesPath();
+    Loop loop;
+    platform::HTTPConnectionIdentity identity(loop.loop);
+    for (int i = 0; i < 2; ++i) {
+        Exchange exchange(loop, server.url());
+        exchange.stream->setTLSSettings(settings);
+        exchange.stream->setConnection(&identity);
+        EXPECT_EQ(exchange.run().body, reply.body);
+    }
+    EXPECT_EQ(server.connectionCount(), 1U);
+}
+
+}  // namespace

@@ -1,0 +1,157 @@
+#include <gmock/gmock.h>
+
+#include "platform/net_exchange.h"
+#include "support/http_server.h"
+
+using namespace Qt::Literals::StringLiterals;
+using net_test::Exchange;
+using net_test::Loop;
+using net_test::message;
+using support::HTTPServer;
+using support::Reply;
+
+namespace {
+
+/// Gives its bytes in pieces, with a pause after some of them.
+class Source final : public platform::HTTPBodySource {
+public:
+    explicit Source(QByteArray given) : bytes(std::move(given)) {}
+
+    Piece read(char* buffer, qsizetype maximum) override {
+        ++readings;
+        if (failsAt >= 0 && at >= failsAt)
+            return {State::Failed};
+        if (pausesEvery > 0 && readings % pausesEvery == 0)
+            return {State::NotNow};
+        const qsizetype count = std::min({maximum, pieceSize, bytes.size() - at});
+        std::copy_n(bytes.constData() + at, count, buffer);
+        at += count;
+        return count == 0 ? Piece{State::End} : Piece{State::Data, count};
+    }
+    bool rewind() override {
+        at = 0;
+        return true;
+    }
+
+    QByteArray bytes;
+    qsizetype pieceSize = 1 << 20;
+    int pausesEvery = 0;
+    qsizetype failsAt = -1;
+    qsizetype at = 0;
+    int readings = 0;
+};
+
+class Upload : public testing::Test {
+protected:
+    Upload() {
+        server.handle("/put", [](const support::ReceivedRequest& request) {
+            Reply reply;
+            reply.body = QByteArray::number(request.body.size());
+            return reply;
+        });
+    }
+    [[nodiscard]] auto length(const Source& source) const {
+        return static_cast<std::uint64_t>(source.bytes.size());
+    }
+
+    HTTPServer server;
+    Loop loop;
+};
+
+TEST_F(Upload, SendsTheBodyAsItComes) {
+    for (const qsizetype size : {0, 1, 70'000, 3'000'000}) {
+        for (const qsizetype pieceSize : {qsizetype(7001), qsizetype(1 << 20)}) {
+            Source source(support::patternedBytes(size));
+            source.pieceSize = pieceSize;
+            auto request = message(server.url(u"/put"_s), u"PUT"_s);
+            request.headers.set(u"Content-Length"_s, u"12345"_s);
+            request.headers.set(u"Expect"_s, u"100-continue"_s);
+            Exchange exchange(loop, request, &source, length(source));
+            exchange.run();
+            EXPECT_EQ(exchange.body, QByteArray::number(size));
+            EXPECT_EQ(exchange.stream->bodyBytesWritten(), static_cast<std::uint64_t>(size));
+            const auto seen = server.requests().back();
+            EXPECT_EQ(seen.body, source.bytes);
+            EXPECT_EQ(seen.header("Content-Length"), std::to_string(size));
+            EXPECT_EQ(seen.header("Expect"), std::nullopt);
+        }
+    }
+}
+
+TEST_F(Upload, WaitsForASourceThatHasNothingYet) {
+    Source source(support::patternedBytes(50'000));
+    source.pieceSize = 10'000;
+    source.pausesEvery = 2;
+    Exchange exchange(loop, message(server.url(u"/put"_s), u"POST"_s), &source, length(source));
+    ASSERT_TRUE(exchange.stream->open());
+    int resumed = 0;
+    while (!exchange.isOver()) {
+        const int before = source.readings;
+        loop.runUntil([&] { return exchange.isOver() || source.readings % 2 == 0; });
+        loop.runFor(0.005);
+        if (exchange.isOver())
+            break;
+        EXPECT_EQ(source.readings % 2, 0) << "asked again, unbidden";
+        ASSERT_LT(++resumed, 20) << before;
+        exchange.stream->resumeBody();
+        loop.runUntil([&] { return exchange.isOver() || source.readings % 2 == 1; });
+    }
+    EXPECT_EQ(exchange.body, "50000");
+    EXPECT_EQ(server.requests().back().body, source.bytes);
+}
+
+TEST_F(Upload, StandsStillWhileUnscheduled) {
+    Source source(support::patternedBytes(3'000'000));
+    source.pieceSize = 1000;
+    Exchange exchange(loop, message(server.url(u"/put"_s), u"POST"_s), &source, length(source));
+    exchange.stream->unschedule();
+    ASSERT_TRUE(exchange.stream->open());
+    loop.runFor(0.1);
+    EXPECT_EQ(source.readings, 0);
+    exchange.stream->schedule();
+    loop.runUntil([&source] { return source.readings > 0; });
+    exchange.stream->unschedule();
+    const int readings = source.readings;
+    loop.runFor(0.1);
+    EXPECT_LE(source.readings, readings + 2000);
+    exchange.stream->schedule();
+    loop.runUntil([&exchange] { return exchange.isOver(); });
+    EXPECT_EQ(exchange.body, "3000000");
+}
+
+TEST_F(Upload, SendsNeitherMoreNorLessThanAnnounced) {
+    Source longer(support::patternedBytes(2000));
+    Exchange clamped(loop, message(server.url(u"/put"_s), u"PUT"_s), &longer, 1500);
+    EXPECT_EQ(clamped.run().body, "1500");
+
+    Source shorter(support::patternedBytes(1000));
+    Exchange cut(loop, message(server.url(u"/put"_s), u"PUT"_s), &shorter, 1500);
+    EXPECT_EQ(cut.run().failure(), "NSPOSIXErrorDomain 5");
+
+    Source failing(support::patternedBytes(2000));
+    failing.pieceSize = 100;
+    failing.failsAt = 500;
+    Exchange failed(loop, message(server.url(u"/put"_s), u"PUT"_s), &failing, 2000);
+    EXPECT_EQ(failed.run().failure(), "NSPOSIXErrorDomain 5");
+    EXPECT_EQ(server.requests().size(), 1U);
+}
+
+TEST_F(Upload, HearsAnAnswerThatComesEarly) {
+    Reply refusal;
+    refusal.status = 413;
+    refusal.body = "too much";
+    refusal.keepAlive = false;
+    server.serveBeforeBody("/early", refusal);
+    for (const int pausesEvery : {0, 2}) {
+        Source source(support::patternedBytes(20'000'000));
+        source.pausesEvery = pausesEvery;
+        Exchange exchange(loop, message(server.url(u"/early"_s), u"PUT"_s), &source,
+                          length(source));
+        exchange.run();
+        EXPECT_EQ(exchange.status(), 413);
+        EXPECT_EQ(exchange.body, "too much");
+        EXPECT_LT(exchange.stream->bodyBytesWritten(), length(source));
+    }
+}
+
+}  // namespace
