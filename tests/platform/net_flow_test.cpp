@@ -23,9 +23,9 @@ namespace {
 constexpr qsizetype largeBody = 24 << 20;
 
 /// A server with "/large", which is more than sockets and buffers can hold.
-class Flow : public testing::Test {
+class NetFlow : public testing::Test {
 protected:
-    Flow() {
+    NetFlow() {
         Reply reply;
         reply.body = support::patternedBytes(largeBody);
         body = reply.body;
@@ -38,7 +38,7 @@ protected:
     Loop loop;
 };
 
-TEST_F(Flow, SleepsWithABoundedBufferWhileUnscheduled) {
+TEST_F(NetFlow, SleepsWithABoundedBufferWhileUnscheduled) {
     Exchange exchange(loop, server.url(u"/large"_s));
     exchange.onBytes = [&exchange] { exchange.stream->unschedule(); };
     ASSERT_TRUE(exchange.stream->open());
@@ -60,7 +60,7 @@ TEST_F(Flow, SleepsWithABoundedBufferWhileUnscheduled) {
     EXPECT_EQ(exchange.body, body);
 }
 
-TEST_F(Flow, SleepsWithABoundedBufferWhileNobodyReads) {
+TEST_F(NetFlow, SleepsWithABoundedBufferWhileNobodyReads) {
     Exchange exchange(loop, server.url(u"/large"_s));
     exchange.onBytes = [] {};
     ASSERT_TRUE(exchange.stream->open());
@@ -78,7 +78,7 @@ TEST_F(Flow, SleepsWithABoundedBufferWhileNobodyReads) {
     EXPECT_EQ(exchange.body, body);
 }
 
-TEST_F(Flow, IsSilentFromTheStartIfUnscheduledBeforeOpen) {
+TEST_F(NetFlow, IsSilentFromTheStartIfUnscheduledBeforeOpen) {
     server.serve("/empty", Reply());
     Exchange large(loop, server.url(u"/large"_s)), empty(loop, server.url(u"/empty"_s)),
         broken(loop, u"http://127.0.0.1:1/"_s);
@@ -100,7 +100,7 @@ TEST_F(Flow, IsSilentFromTheStartIfUnscheduledBeforeOpen) {
     EXPECT_TRUE(broken.hasFailed);
 }
 
-TEST_F(Flow, SurvivesBeingTakenOffTheLoopAgainAndAgain) {
+TEST_F(NetFlow, SurvivesBeingTakenOffTheLoopAgainAndAgain) {
     Reply reply;
     reply.body = support::patternedBytes(1 << 20);
     server.serve("/f", reply);
@@ -134,7 +134,7 @@ TEST_F(Flow, SurvivesBeingTakenOffTheLoopAgainAndAgain) {
     EXPECT_LT(turns(), 60'000U);
 }
 
-TEST_F(Flow, MayBeClosedOrDestroyedInItsEvents) {
+TEST_F(NetFlow, MayBeClosedOrDestroyedInItsEvents) {
     server.serve("/empty", Reply());
     for (const bool destroys : {false, true}) {
         for (const QString& url :
@@ -154,7 +154,7 @@ TEST_F(Flow, MayBeClosedOrDestroyedInItsEvents) {
     }
 }
 
-TEST_F(Flow, OneStreamMayDestroyAnotherThatIsDue) {
+TEST_F(NetFlow, OneStreamMayDestroyAnotherThatIsDue) {
     Exchange first(loop, server.url(u"/large"_s)), second(loop, server.url(u"/large"_s));
     const auto destroyOther = [&](Exchange& other) { other.stream.reset(); };
     first.onBytes = [&] { first.read(), destroyOther(second); };
@@ -164,7 +164,7 @@ TEST_F(Flow, OneStreamMayDestroyAnotherThatIsDue) {
     EXPECT_EQ((first.stream ? first : second).body, body);
 }
 
-TEST_F(Flow, CanBeGivenUpInEveryPhase) {
+TEST_F(NetFlow, CanBeGivenUpInEveryPhase) {
     Reply stalled;
     stalled.stallHead = true;
     server.serve("/stalled", stalled);

@@ -41,9 +41,9 @@ public:
     int readings = 0;
 };
 
-class Upload : public testing::Test {
+class NetUpload : public testing::Test {
 protected:
-    Upload() {
+    NetUpload() {
         server.handle("/put", [](const support::ReceivedRequest& request) {
             Reply reply;
             reply.body = QByteArray::number(request.body.size());
@@ -58,7 +58,7 @@ protected:
     Loop loop;
 };
 
-TEST_F(Upload, SendsTheBodyAsItComes) {
+TEST_F(NetUpload, SendsTheBodyAsItComes) {
     for (const qsizetype size : {0, 1, 70'000, 3'000'000}) {
         for (const qsizetype pieceSize : {qsizetype(7001), qsizetype(1 << 20)}) {
             Source source(support::patternedBytes(size));
@@ -78,7 +78,7 @@ TEST_F(Upload, SendsTheBodyAsItComes) {
     }
 }
 
-TEST_F(Upload, WaitsForASourceThatHasNothingYet) {
+TEST_F(NetUpload, WaitsForASourceThatHasNothingYet) {
     Source source(support::patternedBytes(50'000));
     source.pieceSize = 10'000;
     source.pausesEvery = 2;
@@ -100,7 +100,7 @@ TEST_F(Upload, WaitsForASourceThatHasNothingYet) {
     EXPECT_EQ(server.requests().back().body, source.bytes);
 }
 
-TEST_F(Upload, StandsStillWhileUnscheduled) {
+TEST_F(NetUpload, StandsStillWhileUnscheduled) {
     Source source(support::patternedBytes(3'000'000));
     source.pieceSize = 1000;
     Exchange exchange(loop, message(server.url(u"/put"_s), u"POST"_s), &source, length(source));
@@ -119,7 +119,7 @@ TEST_F(Upload, StandsStillWhileUnscheduled) {
     EXPECT_EQ(exchange.body, "3000000");
 }
 
-TEST_F(Upload, SendsNeitherMoreNorLessThanAnnounced) {
+TEST_F(NetUpload, SendsNeitherMoreNorLessThanAnnounced) {
     Source longer(support::patternedBytes(2000));
     Exchange clamped(loop, message(server.url(u"/put"_s), u"PUT"_s), &longer, 1500);
     EXPECT_EQ(clamped.run().body, "1500");
@@ -136,7 +136,7 @@ TEST_F(Upload, SendsNeitherMoreNorLessThanAnnounced) {
     EXPECT_EQ(server.requests().size(), 1U);
 }
 
-TEST_F(Upload, HearsAnAnswerThatComesEarly) {
+TEST_F(NetUpload, HearsAnAnswerThatComesEarly) {
     Reply refusal;
     refusal.status = 413;
     refusal.body = "too much";
