@@ -21,7 +21,7 @@ void checkSafeName(const QString& name, qsizetype reserved) {
     require(!safe.contains(u'/') && !safe.contains(QChar(u'\0')));
     require(safe.isValidUtf16());
     require(safe.toUtf8().size() <= links::maximumFileNameBytes - reserved);
-    require(!links::isNegligibleFilename(safe) || safe == u"_ds_store");
+    require(!links::isNegligibleFilename(safe));
     require(links::safeFileName(safe, reserved) == safe);
 }
 

@@ -43,18 +43,21 @@ bool isForbidden(QChar unit) {
            category == QChar::Separator_Paragraph || isBidirectionalControl(unit.unicode());
 }
 
-/// Half of a surrogate pair has no spelling in UTF-8, and two names could become one.
+/// Half of a surrogate pair has no spelling in UTF-8.
 void replaceLoneSurrogates(QString& name) {
     if (!name.isValidUtf16())
         name = QString::fromUtf8(name.toUtf8());
 }
 
-void disarmOwnSuffixes(QString& name) {
+/// Takes the meaning from what we would read as one of our own names, without making it longer.
+void disarmOwnNames(QString& name) {
     name.replace(u".orlop-xf-"_s, u"_orlop-xf-"_s, Qt::CaseInsensitive);
     name.replace(u".orlop-rf-"_s, u"_orlop-rf-"_s, Qt::CaseInsensitive);
     const QString metadata = u".orlopinfo"_s;
     if (name.endsWith(metadata, Qt::CaseInsensitive))
         name[name.size() - metadata.size()] = u'_';
+    if (isNegligibleFilename(name))
+        name[0] = u'-';
 }
 
 /// Blanks and dots at the cut go: a name should not end in either.
@@ -72,9 +75,8 @@ QString safeFileName(const QString& name, qsizetype reservedBytes) {
     QString safe = name;
     safe.replace(u'\t', u' ').removeIf(isForbidden);
     replaceLoneSurrogates(safe);
-    safe = cleanFilename(safe);
-    disarmOwnSuffixes(safe);
-    safe = fittedFileName(safe, reservedBytes);
+    safe = fittedFileName(cleanFilename(safe), reservedBytes);
+    disarmOwnNames(safe);
     return safe.isEmpty() ? u"-"_s : safe;
 }
 

@@ -16,8 +16,9 @@ inline constexpr qsizetype partialFileSuffixBytes = 48;
 /// - no control characters, no line or paragraph separators and no marks that turn the direction of
 ///   writing (by which "exe.gpj" can pose as a picture);
 /// - never empty, "." or "..": such a name becomes "-";
-/// - no name that the program would take for a file of its own: in ".orlopinfo" at the end,
-///   ".orlop-xf-" and ".orlop-rf-" the dot becomes "_";
+/// - no name that the program would take for one of its own: in ".orlopinfo" at the end,
+///   ".orlop-xf-" and ".orlop-rf-" the dot becomes "_", and what is still negligible (see
+///   `isNegligibleFilename`) begins with "-";
 /// - at most 255 bytes of UTF-8 less `reservedBytes`, see `fittedFileName`.
 ///
 /// To be applied right where a path component is made, after whatever else built the name. Applying

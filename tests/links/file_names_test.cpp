@@ -122,6 +122,9 @@ TEST(FileNames, SafeFileName) {
         {u"x.zip.orlop-xf-1"_s, u"x.zip_orlop-xf-1"_s},
         {u"x.ORLOP-RF-2.zip"_s, u"x_orlop-rf-2.zip"_s},
         {u"Archive.orlopinfo"_s, u"Archive_orlopinfo"_s},
+        {u"_DS_Store"_s, u"-DS_Store"_s},
+        {QString(245, u'a') + u".orlopinfo"_s + QString(40, u'b'),
+         QString(245, u'a') + u"_orlopinfo"_s},
         {u"x\xD800y"_s, u"x?y"_s},
     };
     for (const Case& c : cases) {
