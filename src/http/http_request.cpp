@@ -96,6 +96,11 @@ void HTTPRequest::setupPostBody() {
     _run->body().setup();
 }
 
+void HTTPRequest::buildPostBody() {
+    const std::scoped_lock guard(_cancelledLock);
+    static_cast<void>(_run->buildPostBody());
+}
+
 std::uint64_t HTTPRequest::postLength() const {
     return state(&RequestState::postLength);
 }
@@ -145,7 +150,7 @@ void HTTPRequest::setSelectors(DelegateSelectors selectors) {
 // Course.
 
 void HTTPRequest::startAsynchronous() {
-    sharedQueue().addOperation(shared_from_this());
+    _run->enqueue();
 }
 
 void HTTPRequest::startSynchronous() {

@@ -9,6 +9,7 @@
 #include <optional>
 #include <vector>
 
+#include "http/content/content_type.h"
 #include "http/http_request_delegate.h"
 #include "http/http_request_error.h"
 #include "http/operation_queue.h"
@@ -76,11 +77,16 @@ public:
     /// Closes the free connections whose time is over.
     static void expirePersistentConnections();
 
-    // Helpers that need no session.
+    // Helpers.
 
     /// Nothing: no such file. "application/octet-stream" for an unknown extension.
     [[nodiscard]] static std::optional<QString> mimeTypeForFileAtPath(const QString& path);
     [[nodiscard]] static QString base64forData(const QByteArray& data);
+    [[nodiscard]] static ContentType parseMimeType(const QString& contentType);
+    /// Until when the request's response may be used, in seconds since 1970; `maxAge` seconds from
+    /// now if not 0, else as the server says. Nothing: it says nothing.
+    [[nodiscard]] static std::optional<platform::Seconds> expiryDateForRequest(
+        const HTTPRequest& request, platform::Seconds maxAge);
     /// A date of RFC 1123, with or without weekday and seconds. Nothing: it is none.
     [[nodiscard]] static std::optional<QDateTime> dateFromRFC1123String(const QString& text);
     /// Nothing: the file is gone, or was never there. Else code 8.
@@ -107,7 +113,12 @@ public:
     void appendPostData(const QByteArray& data);
     void appendPostDataFromFile(const QString& path);
     void setupPostBody();
+    /// Fixes the body, and with it the method and `postLength`, ahead of the start.
+    void buildPostBody();
     [[nodiscard]] std::uint64_t postLength() const;
+    /// A probe for this request: the same address and settings, with HEAD. It tells nobody
+    /// anything; what it learns of the length, and its failure, are this request's.
+    [[nodiscard]] std::shared_ptr<HTTPRequest> HEADRequest();
 
     // Receivers. Null: none.
 

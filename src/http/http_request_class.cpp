@@ -1,7 +1,8 @@
+#include "http/cache/cached_headers.h"
+#include "http/cache/response_cache.h"
 #include "http/content/http_date.h"
 #include "http/http_request.h"
 #include "http/request/temporary_path.h"
-#include "http/response_cache.h"
 #include "http/shared/shared_state.h"
 #include "platform/files/files.h"
 #include "platform/files/type_identifiers.h"
@@ -80,7 +81,7 @@ void HTTPRequest::clearSession() {
     const auto shared = SharedState::current();
     shared->cookies.setCookies({});
     if (const auto cache = shared->defaults.cache())
-        cache->clearCachedResponsesForStoragePolicy(cacheStorageForSession);
+        static_cast<void>(cache->clearCachedResponsesForStoragePolicy(cacheStorageForSession));
 }
 
 void HTTPRequest::expirePersistentConnections() {
@@ -96,6 +97,16 @@ std::optional<QString> HTTPRequest::mimeTypeForFileAtPath(const QString& path) {
 
 QString HTTPRequest::base64forData(const QByteArray& data) {
     return QString::fromLatin1(data.toBase64());
+}
+
+ContentType HTTPRequest::parseMimeType(const QString& contentType) {
+    return parseContentType(contentType);
+}
+
+std::optional<platform::Seconds> HTTPRequest::expiryDateForRequest(const HTTPRequest& request,
+                                                                   platform::Seconds maxAge) {
+    const auto headers = request.responseHeaders().value_or(platform::HTTPHeaders());
+    return expiryDate(headers, maxAge, SharedState::current()->clock.wall());
 }
 
 std::optional<QDateTime> HTTPRequest::dateFromRFC1123String(const QString& text) {

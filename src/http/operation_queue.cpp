@@ -77,7 +77,9 @@ void OperationQueue::Core::add(const std::shared_ptr<Operation>& operation) {
                                      Rank{-operation->queuePriority(), _sequence++}};
     }
     Operation* const waiting = operation.get();
-    for (const auto& dependency : operation->_dependencies) {
+    // Let go here, because an operation may hold the one that depends on it.
+    const auto dependencies = std::exchange(operation->_dependencies, {});
+    for (const auto& dependency : dependencies) {
         const bool observed = dependency->observeFinish([core = weak_from_this(), waiting] {
             if (const auto self = core.lock())
                 self->dependencyDidFinish(waiting);

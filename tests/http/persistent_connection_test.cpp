@@ -150,7 +150,7 @@ TEST(ConnectionTable, KeepsTargetsApartAsTheyAreWritten) {
     std::uint32_t one = 0;
     std::uint32_t two = 0;
     const auto plain = table.acquire(target(u"http://a.example/x"_s), nullptr, nullptr, one);
-    table.release(plain, 60);
+    table.release(plain, one, 60, true);
     const auto spelled = table.acquire(target(u"http://a.example:80/x"_s), nullptr, nullptr, two);
     EXPECT_NE(plain, spelled);
     EXPECT_EQ(one, 1U);
@@ -165,13 +165,13 @@ TEST(ConnectionTable, AFailedConnectionIsNobodysAndFreeOnesAreFew) {
     std::uint32_t request = 0;
     const ConnectionTarget target{u"http"_s, u"a.example"_s, 0};
     const auto failed = table.acquire(target, nullptr, nullptr, request);
-    table.remove(failed);
+    table.remove(failed, request);
     EXPECT_NE(table.acquire(target, nullptr, failed, request), failed);
     EXPECT_EQ(table.count(), 1U);
 
     for (int i = 0; i < 1000; ++i) {
         const ConnectionTarget other{u"http"_s, u"host%1"_s.arg(i), 0};
-        table.release(table.acquire(other, nullptr, nullptr, request), 60);
+        table.release(table.acquire(other, nullptr, nullptr, request), request, 60, true);
     }
     EXPECT_LE(table.count(), 200U);
     clock.advance(60);

@@ -70,14 +70,13 @@ void ConnectionLease::judge(const platform::HTTPResponseHead& head) {
 void ConnectionLease::endUse() {
     if (_connectionInfo == nullptr)
         return;
-    if (!_connectionCanBeReused)
-        _connectionInfo->identity = nullptr;
-    _table.release(_connectionInfo, _state.options.persistentConnectionTimeoutSeconds);
+    _table.release(_connectionInfo, _requestID, _state.options.persistentConnectionTimeoutSeconds,
+                   _connectionCanBeReused);
 }
 
 void ConnectionLease::remove() {
     if (_connectionInfo != nullptr)
-        _table.remove(_connectionInfo);
+        _table.remove(_connectionInfo, _requestID);
 }
 
 void ConnectionLease::giveUp() {

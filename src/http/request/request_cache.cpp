@@ -1,12 +1,13 @@
 #include "http/request/request_cache.h"
 
+#include "http/cache/response_cache.h"
 #include "http/http_request.h"
+#include "http/request/connection_lease.h"
 #include "http/request/progress_reporter.h"
 #include "http/request/request_run.h"
 #include "http/request/request_state.h"
 #include "http/request/response_reader.h"
 #include "http/request/status_watch.h"
-#include "http/response_cache.h"
 
 namespace http {
 
@@ -93,6 +94,11 @@ void RequestCache::takeCachedResponse() {
 
 void RequestCache::useDataFromCache() {
     RequestState& state = _parts.state;
+    // A send that is answered before its end leaves a connection that nobody can use.
+    if (state.downloadComplete)
+        _parts.connection.endUse();
+    else
+        _parts.connection.remove();
     takeCachedResponse();
     _run.statusWatch().stop();
     const bool redirects = _run.reader().takeCachedHeaders();

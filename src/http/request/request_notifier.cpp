@@ -108,6 +108,12 @@ void RequestNotifier::clearReceivers() {
                         queue = std::move(queue)] {});
 }
 
+/// A queue owns its requests, and nothing is told after the end.
+std::shared_ptr<HTTPRequestQueueDelegate> RequestNotifier::takeQueue() {
+    const std::scoped_lock guard(_cancelledLock);
+    return std::exchange(_queue, nullptr);
+}
+
 bool RequestNotifier::hasReceivers() const {
     const std::scoped_lock guard(_cancelledLock);
     return _delegate != nullptr || hasProgressReceivers();
@@ -202,7 +208,7 @@ void RequestNotifier::reportFinished() {
     send([this] {
         callDelegate(&DelegateSelectors::didFinishSelector, &HTTPRequestDelegate::requestFinished);
         callBlock(&RequestBlocks::completionBlock);
-        if (const auto target = queue())
+        if (const auto target = takeQueue())
             target->requestFinished(_request);
     });
 }
@@ -211,7 +217,7 @@ void RequestNotifier::reportFailure() {
     send([this] {
         callDelegate(&DelegateSelectors::didFailSelector, &HTTPRequestDelegate::requestFailed);
         callBlock(&RequestBlocks::failureBlock);
-        if (const auto target = queue())
+        if (const auto target = takeQueue())
             target->requestFailed(_request);
     });
 }

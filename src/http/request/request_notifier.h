@@ -77,6 +77,7 @@ private:
     [[nodiscard]] Blocks blocks() const;
     [[nodiscard]] Selectors selectors() const;
     [[nodiscard]] HTTPRequestDelegate::Capabilities capabilitiesOfTarget() const;
+    [[nodiscard]] std::shared_ptr<HTTPRequestQueueDelegate> takeQueue();
     void send(std::function<void()> call);
     void sendProgress(std::function<void()> call);
     void setProgressDelegate(ProgressField field, HTTPProgressDelegate* delegate);

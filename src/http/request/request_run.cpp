@@ -74,6 +74,12 @@ void RequestRun::perform(void (RequestRun::*step)()) {
     });
 }
 
+void RequestRun::enqueue() {
+    // Nobody would take it out of the queue again once the session has ended.
+    if (_shared->thread.loop() != nullptr)
+        _shared->sharedQueue.addOperation(_request.shared_from_this());
+}
+
 void RequestRun::start() {
     {
         const std::scoped_lock guard(_state.cancelledLock);
@@ -252,6 +258,8 @@ void RequestRun::performRedirect() {
     if (!isWaitingForAnswer() || !_state.needsRedirect)
         return;
     _isRedirectAsked = false;
+    // They are not the next address's, whatever a cache may know of that.
+    _state.responseHeaders.reset();
     setURL(_state.redirectURL);
     _state.complete = true;
     _state.needsRedirect = false;
@@ -307,10 +315,12 @@ void RequestRun::failWithError(const Error& error) {
     if (_state.cancelled || _state.error || _cache.answerFailure())
         return;
     _state.error = error;
-    if (_state.mainRequest != nullptr)
+    if (_state.mainRequest != nullptr) {
         _state.mainRequest->internals().failWithErrorOfProbe(error);
-    else
+        _notifier.clearReceivers();
+    } else {
         _notifier.reportFailure();
+    }
     if (_state.inProgress)
         markAsFinished();
 }

@@ -40,6 +40,7 @@ public:
 
     // Any thread.
 
+    void enqueue();
     void start();
     void runSynchronously();
     void cancel();

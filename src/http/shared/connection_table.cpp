@@ -45,8 +45,13 @@ ConnectionTable::Entry ConnectionTable::acquire(const ConnectionTarget& target,
     return entry;
 }
 
-void ConnectionTable::release(const Entry& entry, platform::Seconds timeout) {
+void ConnectionTable::release(const Entry& entry, std::uint32_t requestID,
+                              platform::Seconds timeout, bool keepsSocket) {
     const std::scoped_lock guard(_connectionLock);
+    if (entry->request != requestID)
+        return;
+    if (!keepsSocket)
+        dispose(entry);
     entry->request.reset();
     entry->expires = _clock.monotonic() + timeout;
     limitFreeConnections();
@@ -57,8 +62,10 @@ void ConnectionTable::stampExpiry(const Entry& entry, platform::Seconds timeout)
     entry->expires = _clock.monotonic() + timeout;
 }
 
-void ConnectionTable::remove(const Entry& entry) {
+void ConnectionTable::remove(const Entry& entry, std::uint32_t requestID) {
     const std::scoped_lock guard(_connectionLock);
+    if (entry->request && entry->request != requestID)
+        return;
     entry->request.reset();
     std::erase(_entries, entry);
     dispose(entry);

@@ -59,10 +59,12 @@ public:
     [[nodiscard]] Entry acquire(const ConnectionTarget& target,
                                 const std::shared_ptr<TransferLoop>& loop, const Entry& current,
                                 std::uint32_t& requestID);
-    /// The request is done with it; it may be had by others for so many seconds.
-    void release(const Entry& entry, platform::Seconds timeout);
-    /// Takes it out of the table. Its user may finish with it.
-    void remove(const Entry& entry);
+    /// The request that uses it is done with it; it may be had by others for so many seconds, if
+    /// not `keepsSocket` with a fresh socket.
+    void release(const Entry& entry, std::uint32_t requestID, platform::Seconds timeout,
+                 bool keepsSocket);
+    /// Takes it out of the table, unless another request has it by now.
+    void remove(const Entry& entry, std::uint32_t requestID);
     /// Lets it expire so many seconds from now.
     void stampExpiry(const Entry& entry, platform::Seconds timeout);
 

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "platform/base/clock.h"
+#include "platform/base/error.h"
 #include "platform/net/http_message.h"
 
 namespace http {
@@ -52,7 +53,9 @@ public:
         const platform::Url& url) = 0;
     /// Empty: not stored.
     [[nodiscard]] virtual QString pathToCachedResponseDataForURL(const platform::Url& url) = 0;
-    virtual void clearCachedResponsesForStoragePolicy(std::uint32_t storagePolicy) = 0;
+    /// Nothing: done. The domain of an error is the name of what went wrong.
+    virtual std::optional<platform::Error> clearCachedResponsesForStoragePolicy(
+        std::uint32_t storagePolicy) = 0;
 };
 
 }  // namespace http

@@ -1,0 +1,247 @@
+#include "http/cache/http_download_cache.h"
+
+#include <QDir>
+
+#include "http/cache/cache_keys.h"
+#include "http/content/http_data_compressor.h"
+#include "http_fixture.h"
+
+namespace http_test {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+using http::HTTPDownloadCache;
+using support::Reply;
+
+class DownloadCacheTest : public HTTPTest {
+protected:
+    std::shared_ptr<HTTPDownloadCache> cache = std::make_shared<HTTPDownloadCache>(main.clock);
+
+    DownloadCacheTest() { EXPECT_FALSE(cache->setStoragePath(temporaryFile(u"cache"_s))); }
+
+    void serve(const QByteArray& body,
+               std::vector<std::pair<std::string, std::string>> headers = {}) {
+        Reply reply;
+        reply.body = body;
+        reply.headers = std::move(headers);
+        server.serve("/a.txt", reply);
+    }
+    std::shared_ptr<http::HTTPRequest> get(std::uint32_t policy = 0) {
+        auto made = observedRequest(u"/a.txt"_s);
+        made->setDownloadCache(cache);
+        made->setCachePolicy(policy);
+        run(made);
+        return made;
+    }
+    [[nodiscard]] std::size_t sent() const { return server.requests().size(); }
+};
+
+TEST_F(DownloadCacheTest, AnswersWhileTheStoredResponseIsCurrent) {
+    serve("first", {{"Cache-Control", "public, max-age=100"}, {"Content-Type", "text/plain"}});
+    EXPECT_FALSE(get()->didUseCachedResponse());
+    serve("second");
+    main.clock.advance(99);
+    delegate.events.clear();
+    const auto cached = get();
+    EXPECT_TRUE(cached->didUseCachedResponse());
+    EXPECT_EQ(cached->responseData(), "first");
+    EXPECT_EQ(cached->responseStatusCode(), 200);
+    EXPECT_EQ(cached->totalBytesRead(), 5U);
+    EXPECT_EQ(delegate.events, std::vector<std::string>{"finished"});
+    EXPECT_EQ(sent(), 1U);
+    main.clock.advance(2);
+    EXPECT_EQ(get()->responseData(), "second");
+    EXPECT_EQ(sent(), 2U);
+}
+
+TEST_F(DownloadCacheTest, AsksWhetherSomethingChanged) {
+    int asked = 0;
+    server.handle("/a.txt", [&](const support::ReceivedRequest& seen) {
+        Reply reply;
+        reply.body = "body";
+        reply.headers = {{"ETag", "\"1\""}, {"Last-Modified", "Sun, 06 Nov 1994 08:49:37 GMT"}};
+        if (asked++ > 0 && seen.header("If-None-Match") == "\"1\"" &&
+            seen.header("If-Modified-Since") == "Sun, 06 Nov 1994 08:49:37 GMT") {
+            reply.status = 304;
+            reply.headers = {{"Cache-Control", "max-age=50"}};
+        }
+        return reply;
+    });
+    EXPECT_FALSE(get()->didUseCachedResponse());
+    const auto second = get();
+    EXPECT_TRUE(second->didUseCachedResponse());
+    EXPECT_EQ(second->responseData(), "body");
+    EXPECT_EQ(second->responseStatusCode(), 200);
+    EXPECT_EQ(asked, 2);
+    // The 304 said how long it may be used now.
+    EXPECT_TRUE(get()->didUseCachedResponse());
+    EXPECT_EQ(asked, 2);
+    // Answers of 304 leave the connection in use.
+    EXPECT_EQ(server.connectionCount(), 1U);
+}
+
+TEST_F(DownloadCacheTest, AChangedResponseReplacesTheStoredOne) {
+    serve("first", {{"ETag", "\"1\""}, {"Last-Modified", "x"}, {"Cache-Control", "max-age=100"}});
+    get();
+    serve("second", {{"ETag", "\"2\""}, {"Last-Modified", "x"}, {"Cache-Control", "max-age=100"}});
+    const auto asked = get(http::cachePolicyAskServerIfModified);
+    EXPECT_FALSE(asked->didUseCachedResponse());
+    EXPECT_EQ(asked->responseData(), "second");
+    EXPECT_EQ(get()->responseData(), "second");
+}
+
+TEST_F(DownloadCacheTest, PolicyBits) {
+    serve("first");
+    get(http::cachePolicyDoNotWrite);
+    EXPECT_FALSE(cache->cachedResponseDataForURL(*platform::Url::parse(server.url(u"/a.txt"_s))));
+    get();
+    serve("second");
+    EXPECT_EQ(get(http::cachePolicyOnlyLoadIfNotCached)->responseData(), "first");
+    EXPECT_EQ(get(http::cachePolicyDoNotRead | http::cachePolicyDoNotWrite)->responseData(),
+              "second");
+    EXPECT_EQ(get(http::cachePolicyDontLoad)->responseData(), "first");
+
+    const auto nothing = observedRequest(u"/unknown"_s);
+    nothing->setDownloadCache(cache);
+    nothing->setCachePolicy(http::cachePolicyDontLoad);
+    run(nothing);
+    EXPECT_EQ(delegate.events.back(), "finished");
+    EXPECT_FALSE(nothing->responseData());
+    EXPECT_FALSE(nothing->didUseCachedResponse());
+
+    Reply dead;
+    dead.raw = QByteArray();
+    dead.keepAlive = false;
+    server.serve("/a.txt", dead);
+    const auto fallen = get(http::cachePolicyFallbackToCacheIfLoadFails);
+    EXPECT_EQ(fallen->responseData(), "first");
+    EXPECT_FALSE(fallen->error());
+    EXPECT_EQ(errorCode(*get(http::cachePolicyAskServerIfModified)), 1);
+    cache->setDefaultCachePolicy(0);
+    EXPECT_EQ(cache->defaultCachePolicy(), http::cachePolicyAskServerIfModifiedWhenStale);
+}
+
+TEST_F(DownloadCacheTest, StoresOnlyWhatItMay) {
+    const auto url = *platform::Url::parse(server.url(u"/a.txt"_s));
+    const auto isStored = [&] {
+        get(http::cachePolicyDoNotRead);
+        const bool stored = cache->cachedResponseHeadersForURL(url).has_value();
+        cache->removeCachedDataForURL(url);
+        EXPECT_FALSE(cache->cachedResponseDataForURL(url));
+        return stored;
+    };
+    serve("x");
+    EXPECT_TRUE(isStored());
+    for (const auto& [name, value, stored] :
+         std::vector<std::tuple<const char*, const char*, bool>>{
+             {"Cache-Control", "No-Store", false},
+             {"Cache-Control", "no-cache", false},
+             {"Pragma", "no-cache", false},
+             {"Cache-Control", "private, no-cache", true}}) {
+        serve("x", {{name, value}});
+        EXPECT_EQ(isStored(), stored) << name << value;
+    }
+    Reply missing;
+    missing.status = 404;
+    server.serve("/a.txt", missing);
+    EXPECT_FALSE(isStored());
+}
+
+TEST_F(DownloadCacheTest, KeepsBodiesUncompressedAndFilesCopied) {
+    const auto url = *platform::Url::parse(server.url(u"/a.txt"_s));
+    serve(http::HTTPDataCompressor::compressData("plain").data, {{"Content-Encoding", "gzip"}});
+    get();
+    EXPECT_EQ(cache->cachedResponseDataForURL(url), "plain");
+    EXPECT_FALSE(cache->cachedResponseHeadersForURL(url)->contains(u"Content-Encoding"_s));
+
+    serve("file");
+    const auto file = observedRequest(u"/a.txt"_s);
+    file->setDownloadCache(cache);
+    file->setCacheStoragePolicy(http::cacheStoragePermanent);
+    file->setDownloadDestinationPath(temporaryFile(u"done"_s));
+    run(file);
+    EXPECT_EQ(contents(cache->pathToStoreCachedResponseDataForRequest(*file)), "file");
+    // The session's shadows it until that is cleared.
+    EXPECT_EQ(cache->cachedResponseDataForURL(url), "plain");
+    http::HTTPRequest::setDefaultCache(cache);
+    http::HTTPRequest::clearSession();
+    EXPECT_EQ(cache->cachedResponseDataForURL(url), "file");
+}
+
+TEST_F(DownloadCacheTest, AStoredRedirectIsFollowed) {
+    Reply moved;
+    moved.status = 302;
+    moved.headers = {{"Location", "/b"}, {"Cache-Control", "max-age=100"}};
+    moved.body = "moved";
+    server.serve("/a.txt", moved);
+    Reply target;
+    target.body = "target";
+    server.serve("/b", target);
+    EXPECT_EQ(get()->responseData(), "target");
+    const auto again = get();
+    EXPECT_EQ(again->responseData(), "target");
+    EXPECT_EQ(again->redirectCount(), 1);
+    EXPECT_EQ(sent(), 3U);
+}
+
+TEST_F(DownloadCacheTest, ACacheThatThrowsIsAnError) {
+    struct Throwing : http::ResponseCache {
+        std::uint32_t defaultCachePolicy() const override { return 4; }
+        bool canUseCachedDataForRequest(const http::HTTPRequest&) override {
+            throw std::runtime_error("no idea");
+        }
+        void storeResponseForRequest(const http::HTTPRequest&, double) override {}
+        void updateExpiryForRequest(const http::HTTPRequest&, double) override {}
+        std::optional<platform::HTTPHeaders> cachedResponseHeadersForURL(
+            const platform::Url&) override {
+            return {};
+        }
+        std::optional<QByteArray> cachedResponseDataForURL(const platform::Url&) override {
+            return {};
+        }
+        QString pathToCachedResponseDataForURL(const platform::Url&) override { return {}; }
+        std::optional<platform::Error> clearCachedResponsesForStoragePolicy(
+            std::uint32_t) override {
+            return {};
+        }
+    };
+    const auto request = observedRequest(u"/a.txt"_s);
+    request->setDownloadCache(std::make_shared<Throwing>());
+    run(request);
+    ASSERT_EQ(errorCode(*request), 10);
+    EXPECT_EQ(request->error()->underlying->text, u"no idea"_s);
+}
+
+TEST_F(DownloadCacheTest, TroubleWithFoldersHasANameAndPath) {
+    write(temporaryFile(u"file"_s), "x");
+    const auto error = cache->setStoragePath(temporaryFile(u"file"_s));
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->domain, u"FailedToCreateCacheDirectory"_s);
+    QDir(folder.path()).mkpath(u"other"_s);
+    write(temporaryFile(u"other/SessionStore"_s), "x");
+    EXPECT_EQ(
+        cache->setStoragePath(temporaryFile(u"other"_s))->text,
+        u"Cannot create a directory for the cache at '%1', because a file already exists"_s.arg(
+            temporaryFile(u"other/SessionStore"_s)));
+}
+
+TEST(CacheKeys, NameFilesSafely) {
+    const auto url = [](const QString& text) { return *platform::Url::parse(text); };
+    EXPECT_EQ(http::cacheKeyForURL(url(u"http://example.com"_s)),
+              u"A9B9F04336CE0181A08E774E01113B31"_s);
+    EXPECT_EQ(http::cacheKeyForURL(url(u"http://example.com/"_s)),
+              http::cacheKeyForURL(url(u"http://example.com"_s)));
+    EXPECT_EQ(http::cacheKeyForURL(platform::Url()), QString());
+    for (const auto& [path, extension] :
+         std::vector<std::pair<QString, QString>>{{u"/a.txt"_s, u"txt"_s},
+                                                  {u"/a"_s, u"html"_s},
+                                                  {u"/a.PHP"_s, u"html"_s},
+                                                  {u"/a.cachedheaders"_s, u"html"_s},
+                                                  {u"/a.b%2F..%2Fc"_s, u"html"_s},
+                                                  {u"/a.b%00"_s, u"html"_s}})
+        EXPECT_EQ(http::cacheExtensionForURL(url(u"http://example.com"_s + path)), extension)
+            << path.toStdString();
+}
+
+}  // namespace
+}  // namespace http_test
