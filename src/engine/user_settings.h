@@ -59,8 +59,8 @@ inline const QString referer = QStringLiteral("Referer");
 /// A whole captured request, with the `request...` keys.
 inline const QString request = QStringLiteral("Request");
 inline const QString requestMethod = QStringLiteral("DQOBPRequestMethod");
-inline const QString requestAllHeaders = QStringLiteral("DQOBPRequestAllHeaderFields");
-inline const QString requestPartialHeaders = QStringLiteral("DQOBPRequestPartialHeaderFields");
+inline const QString requestAllHeaders = QStringLiteral("DQOBPRequestAllHeaderFieds");
+inline const QString requestPartialHeaders = QStringLiteral("DQOBPRequestPartialHeaderFieds");
 inline const QString requestBody = QStringLiteral("DQOBPRequestBody");
 /// The address that answered last. That it is present says that the download has begun and may
 /// have partial data.

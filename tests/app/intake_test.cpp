@@ -249,7 +249,6 @@ TEST_F(IntakeTest, OpensFilesNowOrAfterTheCallerHasReturned) {
     main.settle();
     EXPECT_EQ(queue(), QStringList{u"a"_s});
     EXPECT_FALSE(controller->openFiles({list}, false, false)) << "nothing new in it";
-    EXPECT_FALSE(controller->openFiles({folder.filePath(u".hidden"_s)}, true, true));
     defaults.set(engine::settings::storeMetadataLocally, false);
     EXPECT_FALSE(controller->openFiles({folder.filePath(u"x.orlop"_s)}, true, true));
 }
