@@ -36,6 +36,7 @@ QVariantMap sample() {
         {u"no data"_s, QByteArray()},
         {u"date"_s, QDateTime(QDate(1999, 12, 31), QTime(23, 59, 59), Qt::UTC)},
         {u"list"_s, QVariantList{u"x"_s, QVariantList(), QVariantMap(), qint64{7}}},
+        {u"mark"_s, u"\ufeffx"_s},
         {u"long"_s, QString(300, u'x')},
     };
 }
@@ -79,6 +80,10 @@ TEST(PropertyList, WritesWithTabsAndKeysInOrderOfCodePoints) {
 TEST(PropertyList, ReplacesCharactersThatXmlCannotCarry) {
     const QString bad = u"a\u0001b\ufffec"_s + QChar(0xD800) + u"d"_s;
     const QString read = readPropertyList(writePropertyList(bad)).value.toString();
+    // A key that changes takes its new place, and keys that have become equal are one.
+    const QVariantMap map{{u"\u0001"_s, 1}, {u"\u0002"_s, 2}, {u"z"_s, 3}};
+    EXPECT_EQ(readPropertyList(writePropertyList(map)).value,
+              QVariantMap({{u"z"_s, 3}, {u"\ufffd"_s, 1}}));
     EXPECT_TRUE(read.startsWith(u"a\ufffdb\ufffdc"_s) && read.endsWith(u'd')) << read.toStdString();
 }
 

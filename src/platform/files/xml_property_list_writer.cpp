@@ -13,20 +13,36 @@ namespace platform {
 
 namespace {
 
+bool isBeyondXml(QChar unit) {
+    return (unit < u' ' && unit != u'\t' && unit != u'\n' && unit != u'\r') || unit >= u'\uFFFE';
+}
+
+/// The text in UTF-8, without the characters that XML cannot carry.
+QByteArray carriedText(const QString& text) {
+    if (std::none_of(text.begin(), text.end(), isBeyondXml))
+        return text.toUtf8();
+    QString carried = text;
+    std::replace_if(carried.begin(), carried.end(), isBeyondXml, QChar::ReplacementCharacter);
+    return carried.toUtf8();
+}
+
 struct Entry {
     QByteArray key;
     const QVariant* value;
 };
 
-/// Maps sort by UTF-16 units, which is another order where surrogate pairs occur.
+/// Maps sort by UTF-16 units, which is another order where surrogate pairs occur. Of keys that have
+/// become equal only one is written.
 std::vector<Entry> sortedEntries(const QVariantMap& map) {
     std::vector<Entry> entries;
     entries.reserve(static_cast<std::size_t>(map.size()));
     for (auto entry = map.begin(); entry != map.end(); ++entry)
-        entries.push_back({entry.key().toUtf8(), &entry.value()});
+        entries.push_back({carriedText(entry.key()), &entry.value()});
     const auto before = [](const Entry& a, const Entry& b) { return a.key < b.key; };
     if (!std::is_sorted(entries.begin(), entries.end(), before))
-        std::sort(entries.begin(), entries.end(), before);
+        std::stable_sort(entries.begin(), entries.end(), before);
+    const auto areEqual = [](const Entry& a, const Entry& b) { return a.key == b.key; };
+    entries.erase(std::unique(entries.begin(), entries.end(), areEqual), entries.end());
     return entries;
 }
 
@@ -77,7 +93,7 @@ bool Writer::write(const QVariant& value, int depth) {
         case PropertyListKind::Array:
             return writeArray(value.toList(), depth);
         case PropertyListKind::String:
-            writeElement("string", static_cast<const QString*>(value.constData())->toUtf8());
+            writeElement("string", carriedText(*static_cast<const QString*>(value.constData())));
             break;
         case PropertyListKind::Integer:
             writeElement("integer", QByteArray::number(value.toLongLong()));
@@ -168,11 +184,8 @@ const char* replacementFor(char byte) {
             return "&amp;";
         case '\r':
             return "&#13;";  // A reader turns a bare one into a line feed.
-        case '\n':
-        case '\t':
-            return nullptr;
         default:
-            return static_cast<unsigned char>(byte) < 0x20 ? "\xEF\xBF\xBD" : nullptr;
+            return nullptr;
     }
 }
 
@@ -180,15 +193,10 @@ void Writer::appendEscaped(const QByteArray& text) {
     const char* run = text.constData();
     const char* const end = run + text.size();
     for (const char* byte = run; byte != end; ++byte) {
-        const char* replacement = replacementFor(*byte);
-        // U+FFFE and U+FFFF: EF BF BE, EF BF BF.
-        const bool isNonCharacter = *byte == '\xEF' && end - byte >= 3 && byte[1] == '\xBF' &&
-                                    (byte[2] == '\xBE' || byte[2] == '\xBF');
-        if (replacement == nullptr && !isNonCharacter)
-            continue;
-        out_.append(run, byte - run).append(replacement != nullptr ? replacement : "\xEF\xBF\xBD");
-        byte += isNonCharacter ? 2 : 0;
-        run = byte + 1;
+        if (const char* const replacement = replacementFor(*byte)) {
+            out_.append(run, byte - run).append(replacement);
+            run = byte + 1;
+        }
     }
     out_.append(run, end - run);
 }

@@ -33,6 +33,12 @@ bool isXmlCharacter(uint code) {
            (code >= 0xE000 && code < 0xFFFE) || (code >= 0x10000 && code <= 0x10FFFF);
 }
 
+/// Inside a text, U+FEFF is no byte order mark to be dropped.
+QString decodedText(QByteArrayView utf8) {
+    const QString text = QString::fromUtf8(utf8);
+    return utf8.startsWith("\xEF\xBB\xBF") ? QChar::ByteOrderMark + text : text;
+}
+
 /// What "&NAME;" stands for (XML 1.0, sections 4.1 and 4.6).
 std::optional<uint> referredCharacter(const QByteArray& name) {
     static const QHash<QByteArray, uint> predefined{
@@ -252,7 +258,7 @@ QString XmlTokens::readText() {
         if (looksAt("<![CDATA[")) {
             const qsizetype start = at_ + 9;
             if (skipBehind("]]>"))
-                text += QString::fromUtf8(text_.constData() + start, at_ - 3 - start);
+                text += decodedText(QByteArrayView(text_).sliced(start, at_ - 3 - start));
         } else if (text_[at_] == '<') {
             if (!skipMarkup()) {
                 ++at_;
@@ -273,12 +279,9 @@ void XmlTokens::readCharacterData(QString& text) {
     const char* const start = text_.constData() + at_;
     const char* const end = text_.constData() + text_.size();
     const char* const stop = std::find_if(start, end, [](char c) { return c == '<' || c == '&'; });
-    const qsizetype count = stop - start;
-    if (text.isEmpty())
-        text = QString::fromUtf8(start, count);
-    else
-        text += QString::fromUtf8(start, count);
-    at_ += count;
+    const QString part = decodedText({start, stop - start});
+    text = text.isEmpty() ? part : text + part;
+    at_ += stop - start;
 }
 
 void XmlTokens::readReference(QString& text) {
