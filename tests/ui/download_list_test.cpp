@@ -1,0 +1,212 @@
+#include "ui/list/download_list.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractItemModelTester>
+#include <QAccessible>
+#include <QApplication>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <algorithm>
+
+#include "platform/base/user_defaults.h"
+#include "support/main_loop.h"
+#include "support/memory_manager.h"
+#include "ui/list/download_list_model.h"
+#include "ui/list/vanishing_rows.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+/// Widgets need one application for the process; it draws off the screen.
+void makeApplication() {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    static int count = 1;
+    static char name[] = "test_ui";
+    static char* arguments[] = {name, nullptr};
+    static const QApplication application(count, arguments);
+}
+
+class DownloadListTest : public ::testing::Test {
+protected:
+    DownloadListTest() {
+        makeApplication();
+        platform::installStandardDefaults(&defaults);
+        list = std::make_unique<ui::DQDownloadList>();
+        list->resize(400, 300);
+    }
+    ~DownloadListTest() override {
+        list.reset();
+        platform::installStandardDefaults(nullptr);
+    }
+
+    void fill(int count) {
+        for (int index = 0; index < count; ++index)
+            manager.add(u"http://host%1.example/file%1.bin"_s.arg(index));
+        reload();
+    }
+    void reload(const QList<qsizetype>& selection = {}) {
+        list->reloadRows(std::make_shared<ui::DownloadListModel::Rows>(manager.queue), selection);
+    }
+    [[nodiscard]] QPoint buttonCentre(int row, unsigned button) const {
+        const QRect frame = list->visualRect(list->rows().index(row));
+        return ui::RowGeometry(list->font())
+            .actionButtonFrame(button, frame, list->layoutDirection())
+            .center();
+    }
+    [[nodiscard]] QWidget* viewport() const { return list->viewport(); }
+
+    QTemporaryDir folder;
+    support::MainLoop main;
+    platform::UserDefaults defaults{folder.path(), u"test"_s};
+    support::MemoryManager manager;
+    std::unique_ptr<ui::DQDownloadList> list;
+};
+
+TEST_F(DownloadListTest, TouchesOnlyTheRowsThatDiffer) {
+    fill(6);
+    const QAbstractItemModelTester tester(&list->rows(),
+                                          QAbstractItemModelTester::FailureReportingMode::Fatal);
+    const QSignalSpy inserted(&list->rows(), &QAbstractItemModel::rowsInserted);
+    const QSignalSpy removed(&list->rows(), &QAbstractItemModel::rowsRemoved);
+    const QSignalSpy reset(&list->rows(), &QAbstractItemModel::modelReset);
+
+    reload();
+    EXPECT_EQ(inserted.count() + removed.count(), 0);
+
+    manager.queue.erase(manager.queue.begin() + 2);
+    reload();
+    ASSERT_EQ(removed.count(), 1);
+    EXPECT_EQ(removed.at(0).at(1).toInt(), 2);
+    EXPECT_EQ(removed.at(0).at(2).toInt(), 2);
+
+    std::reverse(manager.queue.begin() + 1, manager.queue.end());
+    reload({1, 2});
+    EXPECT_EQ(reset.count(), 0);
+    ASSERT_EQ(list->rows().rowCount(), 5);
+    for (int row = 0; row < 5; ++row)
+        EXPECT_EQ(list->rows().download(row), manager.queue[static_cast<std::size_t>(row)]);
+    EXPECT_EQ(list->selectionModel()->selectedIndexes().size(), 2);
+}
+
+TEST_F(DownloadListTest, FindsRowsByArithmeticInAnyNumber) {
+    std::vector<engine::DownloadPtr> rows(100'000, manager.add(u"http://a.example/x"_s));
+    list->reloadRows(std::make_shared<ui::DownloadListModel::Rows>(rows), {});
+    EXPECT_EQ(list->contentHeight(), 100'000 * list->rowHeight());
+    for (const int row : {0, 1, 49'999, 99'999}) {
+        const QModelIndex index = list->rows().index(row);
+        list->scrollTo(index, QAbstractItemView::EnsureVisible);
+        const QRect frame = list->visualRect(index);
+        EXPECT_TRUE(viewport()->rect().intersects(frame)) << row;
+        EXPECT_EQ(list->indexAt(frame.center()).row(), row);
+        EXPECT_EQ(list->indexAt(frame.topLeft()).row(), row);
+    }
+    EXPECT_FALSE(list->indexAt({10, 100'000}).isValid());
+}
+
+TEST_F(DownloadListTest, PressesActionButtonsAndSelectsElsewhere) {
+    fill(3);
+    const engine::DownloadPtr second = manager.queue[1];
+    ASSERT_EQ(second->status(), engine::DQDownloadStatusPaused);
+    const QSignalSpy selected(list.get(), &ui::DQDownloadList::selectionMade);
+
+    // Pressed, dragged off and released: nothing happens.
+    QTest::mousePress(viewport(), Qt::LeftButton, {}, buttonCentre(1, 1));
+    EXPECT_EQ(second->highlightedActionButtonIndex(), 1U);
+    QTest::mouseMove(viewport(), {60, 10});
+    EXPECT_EQ(second->highlightedActionButtonIndex(), 0U);
+    QTest::mouseRelease(viewport(), Qt::LeftButton, {}, {60, 10});
+    EXPECT_EQ(second->status(), engine::DQDownloadStatusPaused);
+
+    QTest::mouseClick(viewport(), Qt::LeftButton, {}, buttonCentre(1, 1));
+    EXPECT_EQ(second->status(), engine::DQDownloadStatusQueued);
+    EXPECT_EQ(second->highlightedActionButtonIndex(), 0U);
+    EXPECT_EQ(selected.count(), 0);
+
+    QTest::mouseClick(viewport(), Qt::LeftButton, {}, list->visualRect(list->rows().index(2)).center());
+    ASSERT_EQ(selected.count(), 1);
+    EXPECT_EQ(selected.at(0).at(0).value<QList<qsizetype>>(), QList<qsizetype>{2});
+
+    QTest::mouseClick(viewport(), Qt::LeftButton, {}, buttonCentre(1, 2));
+    EXPECT_EQ(second->status(), engine::DQDownloadStatusAborted);
+}
+
+TEST_F(DownloadListTest, MirrorsItsButtonsFromRightToLeft) {
+    list->setLayoutDirection(Qt::RightToLeft);
+    fill(1);
+    EXPECT_LT(buttonCentre(0, 2).x(), 40);
+    QTest::mouseClick(viewport(), Qt::LeftButton, {}, buttonCentre(0, 1));
+    EXPECT_EQ(manager.queue[0]->status(), engine::DQDownloadStatusQueued);
+}
+
+TEST_F(DownloadListTest, ObeysTheKeyboard) {
+    fill(30);
+    const QSignalSpy selected(list.get(), &ui::DQDownloadList::selectionMade);
+    const QSignalSpy remove(list.get(), &ui::DQDownloadList::removeWanted);
+    QTest::keyClick(list.get(), Qt::Key_Down);
+    QTest::keyClick(list.get(), Qt::Key_Down, Qt::ShiftModifier);
+    ASSERT_FALSE(selected.isEmpty());
+    EXPECT_EQ(selected.last().at(0).value<QList<qsizetype>>(), (QList<qsizetype>{0, 1}));
+    QTest::keyClick(list.get(), Qt::Key_End);
+    EXPECT_EQ(list->currentIndex().row(), 29);
+    EXPECT_TRUE(viewport()->rect().contains(list->visualRect(list->currentIndex()).center()));
+    QTest::keyClick(list.get(), Qt::Key_Space);
+    EXPECT_EQ(manager.queue[29]->status(), engine::DQDownloadStatusQueued);
+    QTest::keyClick(list.get(), Qt::Key_Delete);
+    EXPECT_EQ(remove.count(), 1);
+    QTest::keyClick(list.get(), Qt::Key_Escape);
+    EXPECT_TRUE(list->selectionModel()->selectedIndexes().isEmpty());
+}
+
+TEST_F(DownloadListTest, CollapsesVanishingRowsTogether) {
+    defaults.setObject(u"Useless Animations"_s, true);
+    fill(4);
+    const int full = list->contentHeight();
+    manager.queue[1]->vanishInView(list->vanishingRows(), 0);
+    manager.queue[2]->vanishInView(list->vanishingRows(), 0);
+    int least = full;
+    QObject::connect(list.get(), &ui::DQDownloadList::contentHeightChanged, list.get(),
+                     [&] { least = std::min(least, list->contentHeight()); });
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] {
+            main.advance(0.015);
+            return manager.queue.size() == 2;
+        },
+        10'000));
+    EXPECT_LT(least, full - list->rowHeight());
+    reload();
+    EXPECT_EQ(list->contentHeight(), 2 * list->rowHeight());
+}
+
+TEST_F(DownloadListTest, TellsAssistantsWhatItsRowsSay) {
+    fill(2);
+    QAccessibleInterface* interface = QAccessible::queryAccessibleInterface(list.get());
+    ASSERT_NE(interface, nullptr);
+    EXPECT_EQ(interface->text(QAccessible::Name), u"Downloads"_s);
+    ASSERT_EQ(interface->childCount(), 2);
+    const QString row = interface->child(1)->text(QAccessible::Name);
+    EXPECT_TRUE(row.contains(u"file1.bin"_s)) << qPrintable(row);
+    EXPECT_TRUE(row.contains(u"Pending"_s)) << qPrintable(row);
+}
+
+TEST_F(DownloadListTest, DrawsEveryStyleAndTheEmptyList) {
+    const auto colours = [&] {
+        const QImage image = list->grab().toImage();
+        QSet<QRgb> seen;
+        for (int y = 0; y < image.height(); y += 2) {
+            for (int x = 0; x < image.width(); x += 2)
+                seen.insert(image.pixel(x, y));
+        }
+        return seen.size();
+    };
+    EXPECT_GT(colours(), 4) << "the empty list shows its text";
+    fill(3);
+    for (qint64 style = 0; style < 4; ++style) {
+        defaults.setObject(u"Progress Bar Style"_s, style);
+        EXPECT_GT(colours(), 12) << style;
+    }
+}
+
+}  // namespace
