@@ -2,7 +2,10 @@
 
 #include <unistd.h>
 
+#include <QDeadlineTimer>
 #include <QFile>
+#include <chrono>
+#include <thread>
 
 #include "app/lifecycle/handover.h"
 #include "app/lifecycle/instance_lock.h"
@@ -13,6 +16,7 @@
 #include "app/settings.h"
 #include "engine/environment.h"
 #include "http/http_session.h"
+#include "links/localization.h"
 #include "platform/base/log.h"
 #include "platform/base/run_loop.h"
 #include "platform/base/user_defaults.h"
@@ -137,6 +141,16 @@ public:
     EngineEnvironment& operator=(const EngineEnvironment&) = delete;
 };
 
+QString damagedQueueText(const QString& keptPath) {
+    return keptPath.isEmpty()
+               ? links::localized(
+                     "The queue of an earlier run cannot be read and will not be touched.")
+               : links::filledFormat(
+                     links::localized(
+                         "The queue of an earlier run cannot be read; it was kept as %@."),
+                     {keptPath});
+}
+
 }  // namespace
 
 /// Everything that exists between start and stop, in the order of making; it goes in reverse.
@@ -174,37 +188,59 @@ Application::~Application() = default;
 
 Application::Start Application::start(const FrontEnd& frontEnd, const ShowWindows& showWindows) {
     const LaunchItems items = launchItems(invocation_.items);
+    const Start start = claimOrHandOver(items);
+    return start.outcome == Start::Outcome::Started ? run(frontEnd, showWindows, items) : start;
+}
+
+/// The owner of the queue may be only just starting or ending: then it has the lock and does not
+/// answer, but that passes.
+Application::Start Application::claimOrHandOver(const LaunchItems& items) {
+    constexpr std::chrono::seconds patience(10);
+    constexpr std::chrono::milliseconds nap(20);
     const QString supportFolder = platform::userDataFolder();
-    switch (lock_.claim(supportFolder)) {
-        case InstanceLock::Claim::Taken:
-            return handedOver(items, supportFolder);
-        case InstanceLock::Claim::Impossible:
-            return {Start::Outcome::Failed, lock_.problem()};
-        case InstanceLock::Claim::Owned:
-            break;
+    const Handover handover{items.all(), qEnvironmentVariable("XDG_ACTIVATION_TOKEN")};
+    for (const QDeadlineTimer deadline(patience);;) {
+        switch (lock_.claim(supportFolder)) {
+            case InstanceLock::Claim::Owned:
+                return {};
+            case InstanceLock::Claim::Impossible:
+                return {Start::Outcome::Failed, lock_.problem()};
+            case InstanceLock::Claim::Taken:
+                break;
+        }
+        const auto problem = handOver(handover, supportFolder, platform::runtimeFolder());
+        if (!problem) {
+            return {Start::Outcome::HandedOver, {}};
+        }
+        if (deadline.hasExpired()) {
+            return {Start::Outcome::Failed, u"Orlop is running already; "_s + *problem};
+        }
+        std::this_thread::sleep_for(nap);
     }
+}
+
+Application::Start Application::run(const FrontEnd& frontEnd, const ShowWindows& showWindows,
+                                    const LaunchItems& items) {
     private_ = std::make_unique<Private>(invocation_.settings, frontEnd,
                                          [this](const Handover& handover) { receive(handover); });
-    if (const QString& problem = private_->receiver.problem(); !problem.isEmpty()) {
-        platform::log(problem, platform::LogLevel::Warning);
+    HandoverReceiver& receiver = private_->receiver;
+    if (!receiver.problem().isEmpty()) {
+        platform::log(receiver.problem(), platform::LogLevel::Warning);
     }
     DQMainController& controller = private_->controller;
+    QObject::connect(&controller, &DQMainController::terminated, &receiver,
+                     [&receiver] { receiver.close(); });
+    Start start;
+    QObject::connect(&controller, &DQMainController::queueFileDamaged, &receiver,
+                     [&start](const QString& path) { start.problem = damagedQueueText(path); });
     controller.readQueue();
+    QObject::disconnect(&controller, &DQMainController::queueFileDamaged, &receiver, nullptr);
     if (showWindows) {
         showWindows(controller);
     }
     controller.applicationDidFinishLaunching();
     open(items);
-    return {};
-}
-
-Application::Start Application::handedOver(const LaunchItems& items, const QString& supportFolder) {
-    const Handover handover{items.all(), qEnvironmentVariable("XDG_ACTIVATION_TOKEN")};
-    if (const std::optional<QString> problem =
-            handOver(handover, supportFolder, platform::runtimeFolder())) {
-        return {Start::Outcome::Failed, u"Orlop is running already; "_s + *problem};
-    }
-    return {Start::Outcome::HandedOver, {}};
+    return start;
 }
 
 void Application::receive(const Handover& handover) {

@@ -40,7 +40,7 @@ public:
             Failed,
         };
         Outcome outcome = Outcome::Started;
-        /// What went wrong, for people.
+        /// What went wrong, for people; also when it started all the same.
         QString problem;
     };
     /// `showWindows` is called with the controller when its queue has been read and before
@@ -61,7 +61,9 @@ public:
 private:
     class Private;
 
-    [[nodiscard]] static Start handedOver(const LaunchItems& items, const QString& supportFolder);
+    [[nodiscard]] Start claimOrHandOver(const LaunchItems& items);
+    [[nodiscard]] Start run(const FrontEnd& frontEnd, const ShowWindows& showWindows,
+                            const LaunchItems& items);
     void receive(const Handover& handover);
     void open(const LaunchItems& items);
 

@@ -213,6 +213,9 @@ void DQMainController::updateDownload(engine::DQDownload& download, bool forceDi
     if (engine::matchesStatusMask(download.status(), engine::finishedStatuses)) {
         reflectEnd(download, forceVanish, vanishInterval);
     }
+    if (download.status() == engine::DQDownloadStatusDownloading) {
+        parts_->archive.writeIfBegun(download);
+    }
     const bool isListUpToDate = parts_->list.reflectChange(download);
     updateStatusAndForceUpdateApplicationImage(false);
     Q_EMIT downloadChanged(kept);
@@ -383,6 +386,10 @@ std::optional<QString> DQMainController::openURLFromPasteboard(const Pasteboard&
 
 void DQMainController::openText(const QString& text) {
     parts_->intake.openText(text);
+}
+
+bool DQMainController::isTakingIn() const {
+    return parts_->intake.isActive();
 }
 
 void DQMainController::stopIntake() {

@@ -138,6 +138,8 @@ public:
     void openText(const QString& text);
     /// Ends every intake that is still going on; what it has made stays.
     void stopIntake();
+    /// Whether something is still to be taken in of what was handed over.
+    [[nodiscard]] bool isTakingIn() const;
     void retry(const Downloads& downloads);
 
     // The queue on disk.

@@ -1,6 +1,7 @@
 #include "engine/download_finisher.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <algorithm>
 #include <cerrno>
 #include <numeric>
@@ -18,8 +19,10 @@
 #include "engine/known_file.h"
 #include "engine/partial_file_marks.h"
 #include "engine/resume_plan.h"
+#include "engine/support_folder.h"
 #include "engine/transfer.h"
 #include "engine/user_settings.h"
+#include "links/available_path.h"
 #include "platform/base/log.h"
 #include "platform/files/files.h"
 
@@ -35,6 +38,17 @@ qint64 totalLength(const std::vector<FilePiece>& pieces) {
 
 qint64 bytesOf(const DQDownloadWorkerPrototype& worker) {
     return worker.resumeByteOffset() + worker.downloadedBytes();
+}
+
+/// The folder of partial data is emptied when the program quits with nothing left to do, and what
+/// is finished must not go with it. Answers where the file is now.
+QString movedOutOfPartialData(const QString& path) {
+    const QString folder = QFileInfo(path).path();
+    if (folder != intermediateDownloadBasePath())
+        return path;
+    const QString target =
+        links::availablePath(QFileInfo(folder).path() + u'/' + QFileInfo(path).fileName());
+    return platform::moveFile(path, target) ? path : target;
 }
 
 }  // namespace
@@ -204,7 +218,7 @@ void DownloadFinisher::didMove(const std::shared_ptr<Job>& job, const QString& t
         platform::log(u"cannot move downloaded %1 to <%2> (%3)"_s.arg(download_.description(),
                                                                       target, error->text));
         environment().beep();
-        endWithFile(source);
+        endWithFile(movedOutOfPartialData(source));
         return;
     }
     download_.paths().discardPartialData();

@@ -21,6 +21,7 @@ OverallFigures overallFigures(
     const DQDownloadWorkerPrototype& first = *workers.front();
     const qint64 firstTotal = first.downloadedBytes() + first.resumeByteOffset();
     const bool haveEnds = first.endByte() >= 1;
+    figures.isLengthKnown = haveEnds || first.expectedBytes() >= 1;
     if (!haveEnds) {
         const qint64 coming =
             first.expectedBytes() < 1 ? first.downloadedBytes() : first.expectedBytes();

@@ -17,6 +17,8 @@ struct OverallFigures {
     qint64 offset = 0;      ///< On disk before.
     qint64 expected = 0;    ///< The whole file, as far as is known.
     qint64 truncation = 0;  ///< Where the reporting worker is to be cut off; 0: nowhere.
+    /// Else `expected` only follows what has come.
+    bool isLengthKnown = false;
 
     [[nodiscard]] qint64 total() const { return downloaded + offset; }
 };

@@ -43,18 +43,14 @@ qint64 shownRate(const SpeedMeter::Span& span) {
     return rate > kilo && rate < mega ? rate / kilo * kilo : rate;
 }
 
-QString textWithSpeed(const QString& bytes, const OverallFigures& figures,
-                      const SpeedMeter::Span& span) {
+/// Empty if it is hardly worth saying.
+QString timeLeftText(const OverallFigures& figures, const SpeedMeter::Span& span) {
     constexpr platform::Seconds leastShown = 1;
-    const QString rate = sizeText(shownRate(span));
     const platform::Seconds left =
         span.bytes > 0
             ? span.seconds * static_cast<double>(figures.expected - figures.total()) / span.bytes
             : 0;
-    if (left < leastShown)
-        return filledFormat(localized("%@ at %@/s"), {bytes, rate});
-    return filledFormat(localized("%@ at %@/s - %@ remaining"),
-                        {bytes, rate, links::durationDescription(false, left)});
+    return left < leastShown ? QString() : links::durationDescription(false, left);
 }
 
 QString withAccelerationSuffix(const QString& text, const DQDownload& download) {
@@ -126,17 +122,29 @@ QString anonymizedHost(const QString& host) {
 
 }  // namespace
 
-QString progressText(const DQDownload& download) {
+ProgressTexts progressTexts(const DQDownload& download) {
     const OverallFigures figures = download.transfer().figures();
     if (figures.expected < 1)
-        return localized("Connecting...");
-    QString text = bytesText(figures);
+        return {};
     const auto span = figures.downloaded > 0
                           ? download.transfer().speed().span(monotonicNow(), figures.downloaded,
                                                              download.dates().downloadDate())
                           : std::nullopt;
-    if (span)
-        text = textWithSpeed(text, figures, *span);
+    if (!span)
+        return {bytesText(figures), {}, {}};
+    return {bytesText(figures), sizeText(shownRate(*span)), timeLeftText(figures, *span)};
+}
+
+QString progressText(const DQDownload& download) {
+    const ProgressTexts texts = progressTexts(download);
+    if (texts.bytes.isEmpty())
+        return localized("Connecting...");
+    QString text = texts.bytes;
+    if (!texts.timeLeft.isEmpty())
+        text = filledFormat(localized("%@ at %@/s - %@ remaining"),
+                            {texts.bytes, texts.rate, texts.timeLeft});
+    else if (!texts.rate.isEmpty())
+        text = filledFormat(localized("%@ at %@/s"), {texts.bytes, texts.rate});
     return withAccelerationSuffix(text, download);
 }
 

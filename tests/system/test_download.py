@@ -13,18 +13,18 @@ class DownloadTest(SystemTest):
             with self.subTest(place=place):
                 result = self.home.run(self.server.url(place + "movie.bin"))
                 self.assert_status(result, 0)
-                self.assert_downloaded("movie.bin" if index == 0 else f"movie-{index}.bin", source)
+                self.assert_downloaded("movie.bin" if index == 0 else f"movie {index}.bin", source)
         self.assert_nothing_left()
 
     def test_sizes_at_the_edges(self):
-        for size in (0, 1, 65535, 65536, 256 * 1024, MIB + 1):
+        for size in (1, 65535, 65536, 256 * 1024, MIB + 1):
             with self.subTest(size=size):
                 source = self.serve(f"size-{size}.bin", size)
                 self.assert_status(self.home.run(self.server.url(f"/{source.name}")), 0)
                 self.assert_downloaded(source.name, source)
 
     def test_names_in_other_scripts(self):
-        for name in ("Ünïcode ñame.bin", "日本語.bin", "a+b&c.bin", "100%.bin"):
+        for name in ("Ünïcode ñame.bin", "日本語.bin", "a b&c.bin", "100%.bin"):
             with self.subTest(name=name):
                 source = self.serve(name, 100)
                 result = self.home.run(self.server.url("/" + urllib.parse.quote(name)))
@@ -88,6 +88,11 @@ class FailureTest(SystemTest):
                 self.assert_status(result, 1)
                 self.assertIn(str(number), result.stderr)
                 self.assertEqual(self.home.finished(), [])
+
+    def test_an_empty_answer_is_no_file(self):
+        self.serve("empty.bin", 0)
+        self.assert_status(self.home.run(self.server.url("/empty.bin")), 1)
+        self.assertEqual(self.home.finished(), [])
 
     def test_one_failure_among_many(self):
         source = self.serve("good.bin", 5000)

@@ -1,11 +1,12 @@
 """Killed at any moment, the program loses nothing: the queue on disk is always whole, and the
 file ends byte for byte right. ORLOP_LONG_TESTS=1 kills 200 times and more."""
 import random
+import shutil
 import time
 import unittest
 
 from support.case import MIB, SystemTest
-from support.home import LONG, sha256
+from support.home import LONG, sha256, wait_until
 
 KILLS_IN_TRANSFERS = 160 if LONG else 7
 KILLS_IN_QUEUE_WRITES = 60 if LONG else 4
@@ -39,12 +40,27 @@ class KillTest(SystemTest):
         """Each is there; one that was finished but not yet out of the queue may be there twice.
         Takes them away."""
         wanted = {sha256(source): source.name for source in sources}
-        for path in self.home.downloads.iterdir():
-            self.assertIn(sha256(path), wanted, f"{path.name} is damaged, {self.note}")
+        for name in self.home.finished():
+            self.assertIn(sha256(self.home.downloads / name), wanted,
+                          f"{name} is damaged, {self.note}")
         for source in sources:
             self.assert_downloaded(source.name, source)
         for path in self.home.downloads.iterdir():
-            path.unlink()
+            shutil.rmtree(path) if path.is_dir() else path.unlink()
+
+    def test_the_next_run_goes_on_where_it_stood(self):
+        source = self.serve("halfway.bin", 4 * MIB)
+        address = self.server.url("/rate/1500000/halfway.bin")
+        process = self.home.start(address)
+        wait_until(lambda: self.home.partial_bytes() > 2 * MIB, what="half of the file")
+        process.kill()
+        self.home.result(process)
+        self.assert_status(self.home.run(), 0)
+        self.assert_downloaded("halfway.bin", source)
+        self.assertEqual(self.home.leftovers(), [])
+        span = self.server.requests()[-1][3]
+        self.assertTrue(span.startswith("bytes="), "not resumed")
+        self.assertGreater(int(span[6:].split("-")[0]), 2 * MIB - 65536)
 
     def test_transfers(self):
         """Of one file, again and again from where the last run was killed."""

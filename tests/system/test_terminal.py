@@ -22,10 +22,10 @@ class TerminalTest(SystemTest):
         self.assertEqual(session.screen.column, 0)
 
     def test_a_line_with_bar_size_speed_and_time_left(self):
-        source = self.serve("moving.bin", 4 * MIB)
+        source = self.serve("moving.bin", 6 * MIB)
         session = self.session(self.server.url("/rate/1500000/moving.bin"))
         session.wait_for(lambda lines: any(
-            line.startswith("moving.bin") and BAR in line and "%" in line and " of 4.2 MB" in line
+            line.startswith("moving.bin") and BAR in line and "%" in line and " of 6.3 MB" in line
             and "/s" in line and "0:0" in line for line in lines))
         self.assertEqual(session.screen.text()[-1], "1 download")
         self.assertEqual(session.finish(), 0)

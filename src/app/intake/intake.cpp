@@ -17,6 +17,7 @@ namespace {
 constexpr int addressesPerTurn = 500;
 /// An intake that has made more downloads than this says how far it is.
 constexpr qsizetype longIntake = 10'000;
+constexpr auto delayedOpening = "openURLsWithArguments";
 
 std::vector<platform::Url> allOf(AddressSource& addresses) {
     std::vector<platform::Url> urls;
@@ -115,6 +116,10 @@ void Intake::report(Activity& activity, bool goesOn) {
     }
 }
 
+bool Intake::isActive() const {
+    return !activities_.empty() || surroundings_.loop.isScheduled(this, delayedOpening);
+}
+
 void Intake::stop() {
     for (const std::shared_ptr<Activity>& activity : activities_) {
         activity->run.stop();
@@ -123,7 +128,7 @@ void Intake::stop() {
 
 void Intake::openURLsAfterDelay(const std::vector<platform::Url>& urls,
                                 const ScriptArguments& arguments, bool giveFeedback) {
-    surroundings_.loop.performAfter(this, "openURLsWithArguments", 0,
+    surroundings_.loop.performAfter(this, delayedOpening, 0,
                                     [this, urls, arguments] { openURLs(urls, arguments); });
     if (giveFeedback) {
         surroundings_.giveFeedback();

@@ -59,6 +59,8 @@ public:
     bool retry(const Downloads& downloads);
 
     void stop();
+    /// Whether something is still to be taken in of what was handed over.
+    [[nodiscard]] bool isActive() const;
 
 private:
     struct Activity;

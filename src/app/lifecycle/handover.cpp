@@ -86,6 +86,13 @@ void HandoverReceiver::accept() {
     }
 }
 
+void HandoverReceiver::close() {
+    server_.close();
+    for (QLocalSocket* socket : server_.findChildren<QLocalSocket*>()) {
+        socket->abort();
+    }
+}
+
 void HandoverReceiver::read(QLocalSocket& socket) {
     const QByteArray head = socket.peek(lengthSize);
     if (head.size() < lengthSize) {

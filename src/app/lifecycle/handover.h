@@ -30,6 +30,9 @@ public:
     /// Why nothing can be received, for people. Empty: it can.
     [[nodiscard]] const QString& problem() const { return problem_; }
 
+    /// Takes nothing any more; whoever is not answered yet has to look for another owner.
+    void close();
+
 private:
     void accept();
     void read(QLocalSocket& socket);

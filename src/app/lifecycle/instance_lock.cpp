@@ -15,12 +15,17 @@ namespace app {
 using namespace Qt::Literals::StringLiterals;
 
 InstanceLock::~InstanceLock() {
+    release();
+}
+
+void InstanceLock::release() {
     if (descriptor_ >= 0) {
         ::close(descriptor_);
     }
 }
 
 InstanceLock::Claim InstanceLock::claim(const QString& supportFolder) {
+    release();
     QDir().mkpath(supportFolder);
     // The file is never removed: whoever waits for a removed one would hold a lock on nothing.
     const QByteArray path = QFile::encodeName(supportFolder + u"/Queue.lock"_s);

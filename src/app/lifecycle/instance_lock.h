@@ -20,11 +20,14 @@ public:
         /// The folder cannot hold a lock; see `problem`.
         Impossible,
     };
+    /// May be tried again when it was taken.
     [[nodiscard]] Claim claim(const QString& supportFolder);
     /// Why it was impossible, for people.
     [[nodiscard]] const QString& problem() const { return problem_; }
 
 private:
+    void release();
+
     int descriptor_ = -1;
     QString problem_;
 };

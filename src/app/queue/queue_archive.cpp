@@ -91,6 +91,17 @@ void QueueArchive::write() {
     }
 }
 
+void QueueArchive::writeIfBegun(const engine::DQDownload& download) {
+    const engine::UserSettings& settings = download.userSettings();
+    if (!settings.contains(engine::keys::responseURL)) {
+        return;
+    }
+    const auto known = cache_.find(&download);
+    if (known == cache_.end() || known->second.revision != settings.revision()) {
+        write();
+    }
+}
+
 void QueueArchive::didWrite(const std::optional<platform::Error>& error) {
     if (error) {
         platform::log(u"cannot write the queue: %1"_s.arg(error->text), platform::LogLevel::Error);

@@ -43,6 +43,9 @@ public:
     /// Saves the queue as it stands, soon and on another thread. Saving again while that goes on
     /// costs nothing.
     void write();
+    /// The same if the file does not know yet where the partial data of this download lies, so
+    /// that it is found again after a crash.
+    void writeIfBegun(const engine::DQDownload& download);
     /// Pauses what is active, saves, and waits until that is on disk. False: downloads are active
     /// and the user does not want to quit; nothing was changed.
     bool writeBeforeQuitting();

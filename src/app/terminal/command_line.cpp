@@ -1,17 +1,13 @@
 #include "app/terminal/command_line.h"
 
-#include <QCoreApplication>
-
+#include "links/localization.h"
 #include "platform/base/arguments.h"
 
 namespace app::terminal {
 namespace {
 
 using namespace Qt::Literals::StringLiterals;
-
-QString tr(const char* text) {
-    return QCoreApplication::translate("Orlop", text);
-}
+using links::localized;
 
 /// A word that is no setting: an option, an address or a path.
 void takeWord(const QString& word, CommandLine& line) {
@@ -22,9 +18,9 @@ void takeWord(const QString& word, CommandLine& line) {
     else if (word == u"--version"_s)
         line.action = CommandLine::Action::ShowVersion;
     else if (word.startsWith(u"--"_s))
-        line.problem = tr("unknown option: %1").arg(word);
+        line.problem = localized("unknown option: %1").arg(word);
     else
-        line.problem = tr("the setting %1 needs a value").arg(word);
+        line.problem = localized("the setting %1 needs a value").arg(word);
 }
 
 }  // namespace
@@ -37,12 +33,12 @@ CommandLine parsedCommandLine(const QStringList& arguments) {
         takeWord(word, line);
     line.items += parsed.rest.sliced(parsed.verbatimStart);
     if (line.items.count(u"-"_s) > 1)
-        line.problem = tr("standard input can be read only once");
+        line.problem = localized("standard input can be read only once");
     return line;
 }
 
 QString usageText() {
-    return tr(
+    return localized(
         "Usage: orlop-terminal [-KEY VALUE]... [ADDRESS|FILE]...\n"
         "Downloads addresses, lists of addresses (.txt) and begun downloads (.orlop) into\n"
         "the downloads folder, together with what an earlier run left in the queue, and\n"

@@ -1,13 +1,15 @@
 #include "app/terminal/progress_layout.h"
 
-#include <QCoreApplication>
 #include <algorithm>
 #include <cmath>
+
+#include "links/localization.h"
 
 namespace app::terminal {
 namespace {
 
 using namespace Qt::Literals::StringLiterals;
+using links::localized;
 
 constexpr int gap = 2;
 constexpr int percentCells = 4;  // "100%"
@@ -105,7 +107,8 @@ Line rowLine(const ProgressRow& row, const Columns& columns, int width, Glyphs g
 QString statusText(const QString& status, std::size_t hidden, Glyphs glyphs) {
     QString text = printable(status, glyphs);
     if (hidden > 0) {
-        const QString more = QCoreApplication::translate("Orlop", "%1 more not shown").arg(hidden);
+        const QString more =
+            links::filledFormat(localized("%d more not shown"), {QString::number(hidden)});
         text = text.isEmpty() ? more : text + u", "_s + more;
     }
     return text;

@@ -1,24 +1,21 @@
 #include "app/terminal/reporter.h"
 
-#include <QCoreApplication>
+#include "links/localization.h"
 
 namespace app::terminal {
 namespace {
 
 using namespace Qt::Literals::StringLiterals;
-
-QString tr(const char* text) {
-    return QCoreApplication::translate("Orlop", text);
-}
+using links::localized;
 
 QString heading(Event::Kind kind) {
     switch (kind) {
         case Event::Kind::Started:
-            return tr("Started");
+            return localized("Started");
         case Event::Kind::Completed:
-            return tr("Download Complete");
+            return localized("Download Complete");
         case Event::Kind::Failed:
-            return tr("Download Failed");
+            return localized("Download Failed");
         case Event::Kind::Problem:
             return u"orlop-terminal"_s;
         case Event::Kind::Notice:

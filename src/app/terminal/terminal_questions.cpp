@@ -1,14 +1,15 @@
 #include "app/terminal/terminal_questions.h"
 
-#include <QCoreApplication>
+#include "links/localization.h"
 
 namespace app::terminal {
 namespace {
 
 using namespace Qt::Literals::StringLiterals;
+using links::localized;
 
 QString translated(const QString& text) {
-    return QCoreApplication::translate("Orlop", text.toUtf8().constData());
+    return localized(text.toUtf8().constData());
 }
 
 struct Choice {

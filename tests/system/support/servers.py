@@ -69,9 +69,9 @@ class Server:
         self.prepare()
         for _ in range(5):
             self.port = free_port()
-            self._process = subprocess.Popen(self.command(), stdin=subprocess.DEVNULL,
-                                             stdout=subprocess.DEVNULL,
-                                             stderr=open(self.root / "errors", "ab"))
+            with open(self.root / "errors", "ab") as errors:
+                self._process = subprocess.Popen(self.command(), stdin=subprocess.DEVNULL,
+                                                 stdout=subprocess.DEVNULL, stderr=errors)
             if self._answers():
                 return
             self._stop()

@@ -1,0 +1,199 @@
+#include "app/terminal/program.h"
+
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QFile>
+#include <csignal>
+#include <memory>
+
+#include "app/application.h"
+#include "app/main_controller.h"
+#include "app/settings.h"
+#include "app/terminal/command_line.h"
+#include "app/terminal/opened_items.h"
+#include "app/terminal/prompt.h"
+#include "app/terminal/session.h"
+#include "app/terminal/terminal_presence.h"
+#include "app/terminal/terminal_questions.h"
+#include "links/localization.h"
+#include "links/settings.h"
+#include "platform/base/run_loop.h"
+#include "platform/base/user_defaults.h"
+#include "platform/session/signal_watcher.h"
+
+namespace app::terminal {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+using links::localized;
+
+constexpr int statusFailed = 1;
+constexpr int statusBadUsage = 2;
+constexpr qint64 longestList = 64 << 20;
+
+/// The two outputs and what is shown on them.
+class Display {
+public:
+    explicit Display(const QProcessEnvironment& environment) {
+        const OutputMode mode = outputMode(output.isTerminal(), environment);
+        if (mode.isLive)
+            reporter = std::make_unique<LiveReporter>(output, mode);
+        else
+            reporter = std::make_unique<PlainReporter>(output, errors, mode.glyphs);
+    }
+
+    void tellProblem(const QString& text) const {
+        reporter->tell({Event::Kind::Problem, text, {}});
+    }
+
+    DescriptorOutput output{STDOUT_FILENO};
+    DescriptorOutput errors{STDERR_FILENO};
+    std::unique_ptr<Reporter> reporter;
+};
+
+QString listOnStandardInput() {
+    QFile input;
+    if (!input.open(STDIN_FILENO, QIODevice::ReadOnly))
+        return {};
+    return QString::fromUtf8(input.read(longestList));
+}
+
+/// The core with a terminal for its front end, from its start to its end.
+class Run {
+public:
+    Run(const CommandLine& line, const OpenedItems& opened, const QString& list, Display& display)
+        : line_(line),
+          list_(list),
+          display_(display),
+          application_({line.settings, opened.items}) {}
+
+    [[nodiscard]] ProgramEnd toTheEnd() {
+        const FrontEnd frontEnd{questions_, feedback_, presence_, listView_};
+        const Application::Start start = application_.start(
+            frontEnd, [this](DQMainController& controller) { listenTo(controller); });
+        if (!start.problem.isEmpty())
+            display_.tellProblem(start.problem);
+        if (start.outcome == Application::Start::Outcome::Failed)
+            return {statusFailed};
+        if (start.outcome == Application::Start::Outcome::HandedOver) {
+            display_.reporter->tell({Event::Kind::Notice,
+                                     localized("Handed over to Orlop, which is running already."),
+                                     {}});
+            return {};
+        }
+        session_->begin();
+        const platform::SignalWatcher watcher(watchedSignals(),
+                                              [this](int number) { handleSignal(number); });
+        QCoreApplication::exec();
+        display_.reporter->release();
+        end_.status = session_->hasFailures() ? statusFailed : 0;
+        session_.reset();
+        application_.stop();
+        return end_;
+    }
+
+private:
+    static std::vector<platform::WatchedSignal> watchedSignals() {
+        return {{SIGINT, true}, {SIGTERM}, {SIGHUP}, {SIGWINCH}, {SIGTSTP}, {SIGCONT}};
+    }
+
+    void listenTo(DQMainController& controller) {
+        const platform::UserDefaults& defaults = platform::standardDefaults();
+        session_ =
+            std::make_unique<Session>(Session::Surroundings{controller, *display_.reporter,
+                                                            platform::mainRunLoop(), defaults},
+                                      [&controller] { controller.terminate(); });
+        // What is in the queue already is not taken in twice; to be given is to be wanted, though.
+        if (defaults.get(settings::instantDuplicateCheck)) {
+            const bool skips = defaults.get(links::settings::skipRedirectingServices);
+            session_->takeUpAgain(openedItems(line_.items, list_, skips).addresses);
+        }
+        QObject::connect(
+            &controller, &DQMainController::queueFileNotWritten, session_.get(),
+            [this](const QString& reason) {
+                display_.tellProblem(localized("the queue cannot be saved: %1").arg(reason));
+            });
+        QObject::connect(&controller, &DQMainController::terminated, session_.get(),
+                         [] { QCoreApplication::exit(); });
+    }
+
+    void handleSignal(int number) {
+        switch (number) {
+            case SIGWINCH:
+                session_->resume();
+                return;
+            case SIGTSTP:
+                session_->suspend();
+                platform::stopProcess();
+                return;
+            case SIGCONT:
+                session_->resume();
+                return;
+            default:
+                interrupt(number);
+        }
+    }
+
+    void interrupt(int number) {
+        if (end_.signal != 0)
+            return;
+        end_.signal = number;
+        questions_.dismissAlert();
+        session_->suspend();
+        display_.reporter->tell({Event::Kind::Notice,
+                                 localized("Paused. The next run of orlop-terminal goes on."),
+                                 {}});
+        // Not from within a question that is only just being taken away.
+        platform::mainRunLoop().post([this] { application_.controller().terminate(); });
+    }
+
+    const CommandLine& line_;
+    const QString& list_;
+    Display& display_;
+    ProgramEnd end_;
+    TerminalPrompt prompt_{display_.output};
+    TerminalQuestions questions_{prompt_, *display_.reporter, [this] {
+                                     if (session_ && end_.signal == 0)
+                                         session_->resume();
+                                 }};
+    TerminalFeedback feedback_;
+    TerminalPresence presence_{[this] { return questions_.isAsking(); }};
+    TerminalListView listView_{[this] {
+        if (session_)
+            session_->requestRefresh();
+    }};
+    Application application_;
+    std::unique_ptr<Session> session_;
+};
+
+}  // namespace
+
+ProgramEnd runProgram(const QStringList& arguments, const QProcessEnvironment& environment) {
+    Display display(environment);
+    const CommandLine line = parsedCommandLine(arguments);
+    if (line.action == CommandLine::Action::ShowHelp) {
+        display.output.write(usageText().toUtf8());
+        return {};
+    }
+    if (line.action == CommandLine::Action::ShowVersion) {
+        display.output.write("orlop-terminal " ORLOP_VERSION "\n");
+        return {};
+    }
+    if (!line.problem.isEmpty()) {
+        display.tellProblem(line.problem);
+        return {statusBadUsage};
+    }
+    const QString list = line.items.contains(u"-"_s) ? listOnStandardInput() : QString();
+    const OpenedItems opened =
+        openedItems(line.items, list, links::settings::skipRedirectingServices.fallback);
+    for (const QString& word : opened.refused)
+        display.tellProblem(localized("neither an address nor a file: %1").arg(word));
+    if (!opened.refused.isEmpty())
+        return {statusBadUsage};
+    for (const QString& text : opened.refusedLines)
+        display.tellProblem(localized("no address: %1").arg(text));
+    return Run(line, opened, list, display).toTheEnd();
+}
+
+}  // namespace app::terminal

@@ -1,0 +1,138 @@
+#include "app/terminal/session.h"
+
+#include <QSet>
+
+#include "app/main_controller.h"
+#include "app/terminal/progress_rows.h"
+#include "engine/settings.h"
+#include "engine/status.h"
+#include "platform/base/run_loop.h"
+#include "platform/base/user_defaults.h"
+
+namespace app::terminal {
+namespace {
+
+RunLedger::State stateOf(const engine::DQDownload& download) {
+    switch (download.status()) {
+        case engine::DQDownloadStatusDownloading:
+            return RunLedger::State::Running;
+        case engine::DQDownloadStatusDone:
+            return RunLedger::State::Done;
+        case engine::DQDownloadStatusAborted:
+            return download.isBeingRemoved() ? RunLedger::State::Waiting : RunLedger::State::Failed;
+        case engine::DQDownloadStatusPaused:
+            return download.isInterrupted() ? RunLedger::State::Failed : RunLedger::State::Waiting;
+        case engine::DQDownloadStatusQueued:
+            break;
+    }
+    return RunLedger::State::Waiting;
+}
+
+}  // namespace
+
+Session::Session(Surroundings surroundings, std::function<void()> didEnd)
+    : surroundings_(surroundings),
+      didEnd_(std::move(didEnd)),
+      refresh_(surroundings.loop, [this] { return draw(); }) {
+    DQMainController& controller = surroundings_.controller;
+    connect(&controller, &DQMainController::downloadChanged, this,
+            [this](const engine::DownloadPtr& download) { noteChange(download); });
+    connect(&controller, &DQMainController::downloadEnded, this,
+            [this](const engine::DownloadPtr& download) { noteChange(download); });
+    connect(&controller, &DQMainController::statusChanged, this, [this] {
+        requestRefresh();
+        lookForEndSoon();
+    });
+    connect(&controller, &DQMainController::intakeEnded, this, [this] { lookForEndSoon(); });
+}
+
+Session::~Session() {
+    surroundings_.loop.cancelAll(this);
+}
+
+void Session::begin() {
+    hasBegun_ = true;
+    requestRefresh();
+    lookForEndSoon();
+}
+
+void Session::takeUpAgain(const QStringList& addresses) {
+    const QSet<QString> wanted(addresses.begin(), addresses.end());
+    const auto paused =
+        surroundings_.controller.downloadsMatchingStatusMask(engine::DQDownloadStatusPaused);
+    for (const engine::DownloadPtr& download : paused) {
+        if (wanted.contains(download->comparisonURLString()))
+            download->addToQueue();
+    }
+}
+
+void Session::noteChange(const engine::DownloadPtr& download) {
+    const RunLedger::State state = stateOf(*download);
+    if (const auto news = ledger_.note(download, state))
+        tell(*news, *download);
+    if (state == RunLedger::State::Failed)
+        lastFailure_ = surroundings_.loop.clock().monotonic();
+    requestRefresh();
+}
+
+void Session::tell(Event::Kind kind, engine::DQDownload& download) {
+    Event event{kind, download.displayName(), {}};
+    if (kind == Event::Kind::Completed)
+        event.detail = completionDetail(download);
+    else if (kind == Event::Kind::Failed)
+        event.detail = failureDetail(download);
+    surroundings_.reporter.tell(event);
+}
+
+void Session::requestRefresh() {
+    if (!isSuspended_ && surroundings_.reporter.showsProgress())
+        refresh_.request();
+}
+
+void Session::suspend() {
+    isSuspended_ = true;
+    refresh_.cancel();
+    surroundings_.reporter.release();
+}
+
+void Session::resume() {
+    isSuspended_ = false;
+    surroundings_.reporter.invalidate();
+    requestRefresh();
+}
+
+bool Session::draw() {
+    const ProgressSnapshot snapshot = progressSnapshot(surroundings_.controller.downloads());
+    surroundings_.reporter.show(snapshot);
+    return !snapshot.rows.empty();
+}
+
+void Session::lookForEndSoon() {
+    if (!hasBegun_ || surroundings_.loop.isScheduled(this, "lookForEnd"))
+        return;
+    // Whoever reports a change may be in the middle of several.
+    surroundings_.loop.performAfter(this, "lookForEnd", 0, [this] { lookForEnd(); });
+}
+
+void Session::lookForEnd() {
+    const DQMainController& controller = surroundings_.controller;
+    if (controller.isTakingIn() || controller.anyDownloadMatchesStatusMask(engine::activeStatuses))
+        return;
+    if (willTakeUpAgain()) {
+        surroundings_.loop.performAfter(this, "lookForEnd", Refresh::idleInterval,
+                                        [this] { lookForEnd(); });
+        return;
+    }
+    hasBegun_ = false;
+    suspend();
+    didEnd_();
+}
+
+bool Session::willTakeUpAgain() const {
+    const platform::UserDefaults& defaults = surroundings_.defaults;
+    const platform::Seconds sinceFailure = surroundings_.loop.clock().monotonic() - lastFailure_;
+    return defaults.get(engine::settings::autoResume) &&
+           sinceFailure <= defaults.get(engine::settings::autoResumeDelay) + Refresh::idleInterval;
+}
+
+}  // namespace app::terminal

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QObject>
+#include <functional>
+
+#include "app/terminal/refresh.h"
+#include "app/terminal/reporter.h"
+#include "app/terminal/run_ledger.h"
+#include "engine/download.h"
+
+namespace platform {
+class UserDefaults;
+}
+
+namespace app {
+class DQMainController;
+}
+
+namespace app::terminal {
+
+/// One run from its start to the moment when nothing is left to do: tells what happens to the
+/// downloads, shows how they come along and notices the end. Main thread.
+class Session final : public QObject {
+public:
+    /// All of it outlives the session.
+    struct Surroundings {
+        DQMainController& controller;
+        Reporter& reporter;
+        platform::RunLoop& loop;
+        const platform::UserDefaults& defaults;
+    };
+
+    /// `didEnd` is called once, on the main loop, when no download waits, runs or will be taken up
+    /// again by itself.
+    Session(Surroundings surroundings, std::function<void()> didEnd);
+    ~Session() override;
+
+    /// From now on the end is looked out for.
+    void begin();
+    /// What stands in the queue with one of these addresses and does not wait already is queued.
+    void takeUpAgain(const QStringList& addresses);
+
+    /// To be called whenever the screen may not show what it should.
+    void requestRefresh();
+    /// Nothing is drawn between these two.
+    void suspend();
+    void resume();
+
+    [[nodiscard]] bool hasFailures() const { return ledger_.failures() > 0; }
+
+private:
+    void noteChange(const engine::DownloadPtr& download);
+    void tell(Event::Kind kind, engine::DQDownload& download);
+    [[nodiscard]] bool draw();
+    void lookForEndSoon();
+    void lookForEnd();
+    [[nodiscard]] bool willTakeUpAgain() const;
+
+    Surroundings surroundings_;
+    std::function<void()> didEnd_;
+    Refresh refresh_;
+    RunLedger ledger_;
+    platform::Seconds lastFailure_ = -1e9;
+    bool hasBegun_ = false;
+    bool isSuspended_ = false;
+};
+
+}  // namespace app::terminal

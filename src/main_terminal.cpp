@@ -1,0 +1,38 @@
+#include <langinfo.h>
+
+#include <QCoreApplication>
+#include <clocale>
+#include <cstdlib>
+#include <string_view>
+
+#include "app/terminal/program.h"
+#include "platform/session/signal_watcher.h"
+
+namespace {
+
+/// Qt wants the character set of the C library to be UTF-8, and complains on standard error where
+/// it is not. What the terminal takes is decided apart from this.
+void useUtf8() {
+    std::setlocale(LC_ALL, "");
+    if (std::string_view(nl_langinfo(CODESET)) == "UTF-8")
+        return;
+    if (const char* all = std::getenv("LC_ALL"); all && *all) {
+        setenv("LANG", all, 1);
+        unsetenv("LC_ALL");
+    }
+    setenv("LC_CTYPE", "C.UTF-8", 1);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const auto environment = QProcessEnvironment::systemEnvironment();
+    platform::ignoreBrokenPipes();
+    useUtf8();
+    QCoreApplication application(argc, argv);
+    const app::terminal::ProgramEnd end =
+        app::terminal::runProgram(QCoreApplication::arguments().mid(1), environment);
+    if (end.signal != 0)
+        platform::endBySignal(end.signal);
+    return end.status;
+}
