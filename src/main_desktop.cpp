@@ -34,10 +34,11 @@ int main(int argumentCount, char** argumentValues) {
         window = std::make_unique<ui::MainWindow>(controller);
         frontEnd.setWindow(window.get(), &controller);
     });
+    if (!start.problem.isEmpty()) {
+        std::fprintf(stderr, "orlop: %s\n", qUtf8Printable(start.problem));
+        frontEnd.tellProblem(start.problem);
+    }
     if (start.outcome != app::Application::Start::Outcome::Started) {
-        if (!start.problem.isEmpty()) {
-            std::fprintf(stderr, "orlop: %s\n", qUtf8Printable(start.problem));
-        }
         return start.outcome == app::Application::Start::Outcome::Failed ? 1 : 0;
     }
     core.setActivationHandler([&](const QString&) { frontEnd.showDownloadWindow(true); });

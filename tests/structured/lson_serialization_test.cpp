@@ -93,8 +93,8 @@ TEST(Serialization, ReportsTheErrorOfTheSpellingThatWasMeant) {
         {u"\"a\" 1"_s, 1, 5, false},
         {u"\"a\" : 1\n\"b\" 2\n\"c\" : 3"_s, 2, 5, false},
         {u"plain words"_s, 1, 1, false},
-        {u"<key>a</key>\n<strin>b</strin>"_s, 2, 8, true},
-        {u"<key>a</key><strin>b</strin>"_s, 1, 20, true},
+        {u"<key>a</key>\n<strin>b</strin>"_s, 2, 1, true},
+        {u"<key>a</key><strin>b</strin>"_s, 1, 13, true},
     };
     for (const Case& each : cases) {
         const auto error = Serialization::objectWithString(each.text).error;

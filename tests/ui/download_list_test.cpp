@@ -20,22 +20,31 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-/// Widgets need one application for the process; it draws off the screen.
-void makeApplication() {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    static int count = 1;
-    static char name[] = "test_ui";
-    static char* arguments[] = {name, nullptr};
-    static const QApplication application(count, arguments);
-}
+/// Widgets need one application, which must end before the process's other statics do.
+class ApplicationEnvironment final : public ::testing::Environment {
+public:
+    void SetUp() override {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        application_ = std::make_unique<QApplication>(count_, arguments_);
+    }
+    void TearDown() override { application_.reset(); }
+
+private:
+    int count_ = 1;
+    char name_[8] = "test_ui";
+    char* arguments_[2] = {name_, nullptr};
+    std::unique_ptr<QApplication> application_;
+};
+const auto* const applicationEnvironment =
+    ::testing::AddGlobalTestEnvironment(new ApplicationEnvironment);
 
 class DownloadListTest : public ::testing::Test {
 protected:
     DownloadListTest() {
-        makeApplication();
         platform::installStandardDefaults(&defaults);
         list = std::make_unique<ui::DQDownloadList>();
         list->resize(400, 300);
+        list->show();
     }
     ~DownloadListTest() override {
         list.reset();
@@ -125,7 +134,8 @@ TEST_F(DownloadListTest, PressesActionButtonsAndSelectsElsewhere) {
     EXPECT_EQ(second->highlightedActionButtonIndex(), 0U);
     EXPECT_EQ(selected.count(), 0);
 
-    QTest::mouseClick(viewport(), Qt::LeftButton, {}, list->visualRect(list->rows().index(2)).center());
+    QTest::mouseClick(viewport(), Qt::LeftButton, {},
+                      list->visualRect(list->rows().index(2)).center());
     ASSERT_EQ(selected.count(), 1);
     EXPECT_EQ(selected.at(0).at(0).value<QList<qsizetype>>(), QList<qsizetype>{2});
 

@@ -50,9 +50,12 @@ bool Lifecycle::shouldQuit() {
 }
 
 void Lifecycle::terminate() {
-    if (shouldQuit()) {
-        surroundings_.terminated();
+    // A second pass would save what the first has paused as paused by the user.
+    if (hasTerminated_ || !shouldQuit()) {
+        return;
     }
+    hasTerminated_ = true;
+    surroundings_.terminated();
 }
 
 bool Lifecycle::isActive() const {

@@ -64,6 +64,7 @@ private:
     [[nodiscard]] bool isActive() const;
 
     Surroundings surroundings_;
+    bool hasTerminated_ = false;
 };
 
 }  // namespace app

@@ -21,6 +21,10 @@ void DesktopFrontEnd::setWindow(MainWindow* window, app::DQMainController* contr
     controller_ = controller;
 }
 
+void DesktopFrontEnd::tellProblem(const QString& problem) {
+    QMessageBox::warning(window_, QStringLiteral("Orlop"), problem);
+}
+
 void DesktopFrontEnd::stopAsking() {
     asks_ = false;
     dismissAlert();

@@ -24,6 +24,8 @@ public:
     [[nodiscard]] app::FrontEnd frontEnd() { return {*this, *this, *this, *this}; }
     /// Until it is called there is nothing to show and questions get the safe answer.
     void setWindow(MainWindow* window, app::DQMainController* controller);
+    /// Says what went wrong, in a dialog.
+    void tellProblem(const QString& problem);
     /// From now on the default button answers every question: the session is ending.
     void stopAsking();
 
