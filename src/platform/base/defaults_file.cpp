@@ -8,10 +8,10 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <array>
 #include <cerrno>
 
-#include "platform/base/clock.h"
 #include "platform/files/files.h"
 #include "platform/files/property_list.h"
 #include "platform/files/property_list_kinds.h"
@@ -41,7 +41,11 @@ DefaultsFile::DefaultsFile(const QString& folder, const QString& domain)
       lockPath_(QFile::encodeName(folder + u"/."_s + domain + u".lock"_s)) {
     if (!pathExists(folder) && QDir().mkpath(folder))
         QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    notice_ = noticeOfChangesIn(QFile::encodeName(folder));
+}
+
+int DefaultsFile::startNotice() {
+    notice_ = noticeOfChangesIn(QFile::encodeName(QFileInfo(path_).path()));
+    return notice_.get();
 }
 
 DefaultsFile::Signature DefaultsFile::signature() const {
@@ -87,15 +91,11 @@ Descriptor DefaultsFile::lock() const {
     return file;
 }
 
+/// What is in the queue of notices costs less to read than the state of a file in a home folder on
+/// a network.
 bool DefaultsFile::mayHaveChanged() {
-    if (!notice_.isOpen()) {
-        constexpr Seconds pause = 1;
-        const Seconds now = SystemClock().monotonic();
-        if (now < lastLook_ + pause)
-            return false;
-        lastLook_ = now;
-        return true;
-    }
+    if (!notice_.isOpen())
+        return signature() != known_;
     bool changed = false;
     alignas(inotify_event) std::array<char, 4096> block{};
     for (;;) {

@@ -35,11 +35,12 @@ public:
     /// knows no locks, or the folder is not ours to write.
     [[nodiscard]] Descriptor lock() const;
 
-    /// Whether somebody may have written the file since the last call. Cheap: without a change it
-    /// is one system call and looks at no file.
+    /// Whether somebody may have written the file since the last call: looks at the file's state,
+    /// or only at the system's notices once these have been asked for.
     [[nodiscard]] bool mayHaveChanged();
-    /// Becomes readable when it may have changed. Negative: this system gives no notice.
-    [[nodiscard]] int noticeDescriptor() const { return notice_.get(); }
+    /// Asks the system for notices (which takes a millisecond, so not at the start). Answers a
+    /// descriptor that becomes readable when there is one; negative: the system gives none.
+    [[nodiscard]] int startNotice();
 
 private:
     /// Tells one state of the file from another. All zero: there is no file.
@@ -54,7 +55,6 @@ private:
     QString path_;
     QByteArray encodedPath_, fileName_, lockPath_;
     Descriptor notice_;
-    double lastLook_ = 0;
     std::optional<Signature> known_;
 };
 

@@ -179,11 +179,16 @@ void UserDefaults::Private::registerDefaults(const QVariantMap& values) {
 }
 
 void UserDefaults::Private::watch() {
-    if (file_.noticeDescriptor() < 0 || QAbstractEventDispatcher::instance() == nullptr)
+    if (QAbstractEventDispatcher::instance() == nullptr)
         return;
-    notifier_ = std::make_unique<QSocketNotifier>(file_.noticeDescriptor(), QSocketNotifier::Read);
+    const int notice = file_.startNotice();
+    if (notice < 0)
+        return;
+    notifier_ = std::make_unique<QSocketNotifier>(notice, QSocketNotifier::Read);
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
                      [this] { refresh(); });
+    // What was written before the notices began brings none.
+    reload();
 }
 
 void UserDefaults::Private::refresh() {
