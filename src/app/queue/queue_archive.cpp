@@ -21,6 +21,11 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr qint64 maximumFileSize = 64 << 20;
+/// A write is followed by a rest of so many times what it took, so that a long queue whose
+/// downloads end one after another is not written all the time.
+constexpr double restPerWrite = 3;
+constexpr platform::Seconds longestRest = 2;
+constexpr auto restOperation = "rest";
 
 /// A finished download does not survive a restart, nor does one on its way out.
 bool isSaved(const engine::DQDownload& download) {
@@ -60,6 +65,7 @@ QueueArchive::QueueArchive(QString path, Surroundings surroundings)
 }
 
 QueueArchive::~QueueArchive() {
+    surroundings_.loop.cancelAll(this);
     finish();
 }
 
@@ -84,7 +90,7 @@ std::vector<QVariantMap> QueueArchive::read() {
 }
 
 void QueueArchive::write() {
-    if (writer_->isBusy()) {
+    if (writer_->isBusy() || surroundings_.loop.isScheduled(this, restOperation)) {
         wantsToBeWritten_ = true;
     } else {
         handOver(archives());
@@ -107,9 +113,14 @@ void QueueArchive::didWrite(const std::optional<platform::Error>& error) {
         platform::log(u"cannot write the queue: %1"_s.arg(error->text), platform::LogLevel::Error);
         surroundings_.notWritten(*error);
     }
-    if (wantsToBeWritten_ && !writer_->isBusy()) {
-        handOver(archives());
-    }
+    const platform::Seconds took = surroundings_.loop.clock().monotonic() - handedOver_;
+    surroundings_.loop.cancelAll(this);
+    surroundings_.loop.performAfter(this, restOperation, std::min(longestRest, took * restPerWrite),
+                                    [this] {
+                                        if (wantsToBeWritten_ && !writer_->isBusy()) {
+                                            handOver(archives());
+                                        }
+                                    });
 }
 
 void QueueArchive::finish() {
@@ -121,6 +132,7 @@ void QueueArchive::finish() {
 
 void QueueArchive::handOver(QVariantList archives) {
     wantsToBeWritten_ = false;
+    handedOver_ = surroundings_.loop.clock().monotonic();
     if (mayWrite_) {
         writer_->write(std::move(archives));
     }

@@ -73,6 +73,7 @@ private:
     std::unique_ptr<ArchiveWriter> writer_;
     std::unordered_map<const engine::DQDownload*, Cached> cache_;
     bool wantsToBeWritten_ = false;
+    double handedOver_ = 0;  ///< When the last write began, on the clock's monotonic scale.
     bool mayWrite_ = true;
     /// The file that was found could not be read, so what it refers to must stay.
     bool keepsIntermediateFiles_ = false;
