@@ -61,7 +61,8 @@ public:
         State state;
         qsizetype count = 0;
     };
-    /// Fills up to `maximum` bytes. NotNow: ask again after `HTTPReadStream::resumeBody`.
+    /// Fills up to `maximum` bytes, at least one with Data. NotNow: ask again after
+    /// `HTTPReadStream::resumeBody`. Must leave the stream alone.
     virtual Piece read(char* buffer, qsizetype maximum) = 0;
     /// Starts over from the first byte. False: cannot.
     virtual bool rewind() = 0;
@@ -137,7 +138,8 @@ public:
 
     [[nodiscard]] bool hasBytesAvailable() const;
     /// The next bytes of the body, at most `maximum`, in whole gathered blocks where possible and
-    /// without a copy. Empty: none now.
+    /// without a copy: 256 KiB once the body flows. Empty: none now. A block is filled again when
+    /// nobody holds it any more; whoever changes one gets a copy.
     [[nodiscard]] QByteArray read(qsizetype maximum);
 
     /// Nothing before the head is complete.

@@ -43,6 +43,7 @@ Meaning meaningOfReceiveError(const QString& reason) {
 
 Meaning meaningOf(CURLcode result, const QString& reason) {
     switch (result) {
+        case CURLE_URL_MALFORMAT:  // A host name that no server can have, such as "a..b".
         case CURLE_COULDNT_RESOLVE_HOST:
             return {networkErrorDomain, networkErrorHostNotFound, u"The server was not found"_s};
         case CURLE_COULDNT_RESOLVE_PROXY:
