@@ -1,0 +1,43 @@
+// Any bytes as the lines of response heads: nothing that a header cannot hold gets into one, and a
+// part that does not begin where it was asked for is never accepted.
+#include <QByteArray>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+#include "platform/net/response_reader.h"
+
+namespace {
+
+void require(bool condition) {
+    if (!condition)
+        std::abort();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    std::string_view rest(reinterpret_cast<const char*>(bytes), size);
+    platform::HTTPHeaders request;
+    request.set(QStringLiteral("Range"), QStringLiteral("bytes=7-"));
+    platform::ResponseReader reader(platform::askedRange(request), {true, true});
+    reader.requestStarts();
+    bool goesOn = true;
+    while (goesOn && !rest.empty()) {
+        const std::size_t end = std::min(rest.find('\n'), rest.size() - 1) + 1;
+        goesOn = reader.takeLine(rest.substr(0, end));
+        rest.remove_prefix(end);
+    }
+    if (goesOn)
+        reader.end();
+    if (!reader.head())
+        return 0;
+    require(reader.refusal().isEmpty());
+    require(reader.head()->statusCode >= 200 && reader.head()->statusCode <= 999);
+    for (const auto& [name, value] : reader.head()->headers.fields())
+        require(!name.contains(u'\n') && !name.contains(u':') && !value.contains(u'\n'));
+    const auto range = reader.head()->headers.value(QStringLiteral("Content-Range"));
+    if (reader.head()->statusCode == 206)
+        require(range && range->contains(u'7'));
+    return 0;
+}
