@@ -1,5 +1,10 @@
 #include "http/http_request_error.h"
 
+#include <cxxabi.h>
+
+#include <cstdlib>
+#include <typeinfo>
+
 namespace http {
 
 using namespace Qt::Literals::StringLiterals;
@@ -54,6 +59,17 @@ Error fileDeletionError(const QString& path) {
 Error fileWriteError(const QString& path) {
     return makeRequestError(HTTPRequestErrorCode::FileManagement,
                             u"Failed to write file at path '%1'"_s.arg(path));
+}
+
+Error unhandledExceptionError(const std::exception& exception) {
+    const char* const mangled = typeid(exception).name();
+    int status = 0;
+    const std::unique_ptr<char, decltype(&std::free)> name(
+        abi::__cxa_demangle(mangled, nullptr, nullptr, &status), &std::free);
+    const Error reason = makeRequestError(HTTPRequestErrorCode::UnhandledException,
+                                          QString::fromLocal8Bit(exception.what()));
+    return makeRequestError(HTTPRequestErrorCode::UnhandledException,
+                            QString::fromLatin1(name ? name.get() : mangled), reason);
 }
 
 bool hasRequestErrorCode(const Error& error, HTTPRequestErrorCode code) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <exception>
 #include <memory>
 
 #include "platform/base/error.h"
@@ -41,6 +42,9 @@ enum class HTTPRequestErrorCode {
 [[nodiscard]] platform::Error fileMoveError(const QString& from, const QString& to);
 [[nodiscard]] platform::Error fileDeletionError(const QString& path);
 [[nodiscard]] platform::Error fileWriteError(const QString& path);
+
+/// Code 10: the text is the exception's name, the underlying error's what it says.
+[[nodiscard]] platform::Error unhandledExceptionError(const std::exception& exception);
 
 [[nodiscard]] bool hasRequestErrorCode(const platform::Error& error, HTTPRequestErrorCode code);
 

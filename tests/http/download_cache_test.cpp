@@ -209,6 +209,7 @@ TEST_F(DownloadCacheTest, ACacheThatThrowsIsAnError) {
     request->setDownloadCache(std::make_shared<Throwing>());
     run(request);
     ASSERT_EQ(errorCode(*request), 10);
+    EXPECT_EQ(request->error()->text, u"std::runtime_error"_s);
     EXPECT_EQ(request->error()->underlying->text, u"no idea"_s);
 }
 

@@ -11,7 +11,7 @@ void Mailbox::post(std::shared_ptr<void> owner, Call call) {
     static_cast<void>(post(std::move(owner), std::move(call), 0, nullptr));
 }
 
-bool Mailbox::post(std::shared_ptr<void> owner, Call call, qsizetype bytes, Call caughtUp) {
+bool Mailbox::post(std::shared_ptr<void> owner, Call call, qsizetype bytes, const Call& caughtUp) {
     if (isMainThread()) {
         call();
         return true;
@@ -24,7 +24,7 @@ bool Mailbox::post(std::shared_ptr<void> owner, Call call, qsizetype bytes, Call
         _bytes += bytes;
         if (bytes > 0 && _bytes >= _limit) {
             isWithinLimit = false;
-            _caughtUp = std::move(caughtUp);
+            _caughtUp = caughtUp;
         }
         mustWake = !std::exchange(_isWaking, true);
     }

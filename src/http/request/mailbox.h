@@ -23,7 +23,8 @@ public:
     void post(std::shared_ptr<void> owner, Call call);
     /// A call that carries so many bytes. False: the limit is reached, and `caughtUp` will be
     /// called, on the main thread, when at most half of it is left.
-    [[nodiscard]] bool post(std::shared_ptr<void> owner, Call call, qsizetype bytes, Call caughtUp);
+    [[nodiscard]] bool post(std::shared_ptr<void> owner, Call call, qsizetype bytes,
+                            const Call& caughtUp);
     [[nodiscard]] qsizetype bytesInFlight() const;
 
 private:

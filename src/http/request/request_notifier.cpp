@@ -190,7 +190,7 @@ bool RequestNotifier::isDataReceived() const {
                                     (_selectors != nullptr && _selectors->didReceiveDataSelector));
 }
 
-bool RequestNotifier::passOnReceivedData(QByteArray data, std::function<void()> caughtUp) {
+bool RequestNotifier::passOnReceivedData(QByteArray data, const std::function<void()>& caughtUp) {
     const qsizetype size = data.size();
     auto call = [this, data = std::move(data)] {
         callDelegate(&DelegateSelectors::didReceiveDataSelector,
@@ -198,8 +198,7 @@ bool RequestNotifier::passOnReceivedData(QByteArray data, std::function<void()> 
         callBlock(&RequestBlocks::dataReceivedBlock, data);
     };
     if (!_reportsDirectly)
-        return _mailbox->post(_request.shared_from_this(), std::move(call), size,
-                              std::move(caughtUp));
+        return _mailbox->post(_request.shared_from_this(), std::move(call), size, caughtUp);
     call();
     return true;
 }

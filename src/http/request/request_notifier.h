@@ -50,7 +50,7 @@ public:
     void requestWillRedirectToURL(const platform::Url& url);
     [[nodiscard]] bool isDataReceived() const;
     /// False: the main thread is behind, and `caughtUp` will be called there when it no longer is.
-    [[nodiscard]] bool passOnReceivedData(QByteArray data, std::function<void()> caughtUp);
+    [[nodiscard]] bool passOnReceivedData(QByteArray data, const std::function<void()>& caughtUp);
     void reportFinished();
     void reportFailure();
     /// False: nobody supplies credentials, and nobody has been asked.

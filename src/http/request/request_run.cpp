@@ -21,13 +21,6 @@ namespace {
 /// Five redirects are followed, the sixth is not.
 constexpr int redirectLimit = 6;
 
-Error unhandledException(const std::exception& exception) {
-    const Error reason = makeRequestError(HTTPRequestErrorCode::UnhandledException,
-                                          QString::fromLocal8Bit(exception.what()));
-    return makeRequestError(HTTPRequestErrorCode::UnhandledException,
-                            QString::fromLatin1(typeid(exception).name()), reason);
-}
-
 }  // namespace
 
 RequestRun::RequestRun(HTTPRequest& request, RequestState& state, RequestNotifier& notifier,
@@ -93,9 +86,9 @@ void RequestRun::runSynchronously() {
     platform::NetworkLoop network(_shared->clock);
     const auto loop =
         std::make_shared<TransferLoop>(network, _shared->bandwidth, _shared->connections);
-    const auto isComplete = [this] {
+    const auto isOver = [this] {
         const std::scoped_lock guard(_state.cancelledLock);
-        return _state.complete;
+        return _state.complete && !isWaitingForAnswer();
     };
     {
         const std::scoped_lock guard(_state.cancelledLock);
@@ -106,8 +99,8 @@ void RequestRun::runSynchronously() {
         _loop = loop;
         main();
     }
-    if (!isComplete())
-        network.runUntil(isComplete);
+    if (!isOver())
+        network.runUntil(isOver);
     loop->close();
     {
         const std::scoped_lock guard(_state.cancelledLock);
@@ -130,7 +123,7 @@ void RequestRun::main() {
         if (_sender.prepare() && _proxies.configureProxies())
             _sender.startRequest();
     } catch (const std::exception& exception) {
-        failWithError(unhandledException(exception));
+        failWithError(unhandledExceptionError(exception));
     }
 }
 
@@ -190,11 +183,13 @@ void RequestRun::handleNetworkEvent(HTTPReadStream::Event event) {
         _authentication.attemptToApplyCredentialsAndResume();
 }
 
-std::function<void()> RequestRun::callWhenCaughtUp() {
-    return [this, request = _request.weak_from_this()] {
-        if (const auto alive = request.lock())
-            perform(&RequestRun::letGoOfBacklog);
-    };
+bool RequestRun::passOnReceivedData(QByteArray data) {
+    if (!_callWhenCaughtUp)
+        _callWhenCaughtUp = [this, request = _request.weak_from_this()] {
+            if (const auto alive = request.lock())
+                perform(&RequestRun::letGoOfBacklog);
+        };
+    return _notifier.passOnReceivedData(std::move(data), _callWhenCaughtUp);
 }
 
 void RequestRun::letGoOfBacklog() {
@@ -372,7 +367,7 @@ void RequestRun::retryUsingSuppliedCredentials() {
 }
 
 void RequestRun::resumeAuthentication() {
-    if (!_state.inProgress || _state.error)
+    if (!isWaitingForAnswer())
         return;
     if (_state.request)
         _authentication.attemptToApplyCredentialsAndResume();

@@ -79,8 +79,9 @@ public:
     /// Whether receivers are told of anything but the end: not once it has failed, and never of a
     /// probe.
     [[nodiscard]] bool isHeard() const;
-    /// A call for another thread that lets a stream go on which waited for the main thread.
-    [[nodiscard]] std::function<void()> callWhenCaughtUp();
+    /// Hands bytes to the delegate. False: the main thread is behind; the stream will be let go of
+    /// when it has caught up.
+    [[nodiscard]] bool passOnReceivedData(QByteArray data);
     [[nodiscard]] Authentication& authentication() { return _authentication; }
     [[nodiscard]] RequestCache& cache() { return _cache; }
     [[nodiscard]] ResponseReader& reader() { return _reader; }
@@ -110,7 +111,8 @@ private:
     std::shared_ptr<SharedState> _shared;
     std::function<void()> _announceFinished;
     std::shared_ptr<TransferLoop> _loop;  ///< Null before the start.
-    bool _isRedirectAsked = false;        ///< The delegate decides about it now.
+    std::function<void()> _callWhenCaughtUp;
+    bool _isRedirectAsked = false;  ///< The delegate decides about it now.
 
     RequestBody _body;
     RequestHeaderBuilder _headers;

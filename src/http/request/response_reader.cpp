@@ -223,7 +223,7 @@ bool ResponseReader::isRedirectBodyUnwanted() const {
 void ResponseReader::passOn(QByteArray data) {
     if (data.isEmpty() || !_run.isHeard())
         return;
-    if (!_parts.notifier.passOnReceivedData(std::move(data), _run.callWhenCaughtUp()))
+    if (!_run.passOnReceivedData(std::move(data)))
         _parts.stream.hold(TransferStream::Hold::Backlog);
 }
 
