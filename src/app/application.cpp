@@ -13,6 +13,7 @@
 #include "app/lifecycle/lifecycle.h"
 #include "app/lifecycle/registered_defaults.h"
 #include "app/main_controller.h"
+#include "app/pages/download_pages.h"
 #include "app/settings.h"
 #include "engine/environment.h"
 #include "http/http_session.h"
@@ -106,7 +107,7 @@ private:
 /// What the engine needs of a front end and of the machine.
 class EngineEnvironment {
 public:
-    explicit EngineEnvironment(const FrontEnd& frontEnd) {
+    EngineEnvironment(const FrontEnd& frontEnd, std::shared_ptr<engine::PageReader> pageReader) {
         engine::Environment environment;
         environment.addToHistory = [](engine::DQDownload& download) {
             mainController().addToHistory(download);
@@ -133,6 +134,7 @@ public:
             return presence.areAlternateFunctionalityModifiersHeld();
         };
         environment.beep = [&feedback = frontEnd.feedback] { feedback.beep(); };
+        environment.pageReader = std::move(pageReader);
         environment.applicationSupportPath = [] { return platform::userDataFolder(); };
         engine::installEnvironment(std::move(environment));
     }
@@ -160,7 +162,7 @@ public:
 
     Private(const QVariantMap& arguments, const FrontEnd& frontEnd, Receive receive)
         : standardDefaults(loop, arguments),
-          environment(frontEnd),
+          environment(frontEnd, downloadPages),
           controller({loop, standardDefaults.defaults, *power, frontEnd}),
           receiver(platform::userDataFolder(), platform::runtimeFolder(), std::move(receive)) {}
 
@@ -176,6 +178,8 @@ public:
                                                         *cookies};
     http::HTTPSession session{clock};
     std::unique_ptr<platform::Power> power{platform::makePower()};
+    std::shared_ptr<DownloadPages> downloadPages{
+        std::make_shared<DownloadPages>(standardDefaults.defaults, loop)};
     EngineEnvironment environment;
     DQMainController controller;
     Installed<DQMainController> installedController{installMainController, controller};

@@ -1,0 +1,39 @@
+#include "app/pages/download_pages.h"
+
+#include <QThreadPool>
+
+#include "app/pages/page_fetcher.h"
+#include "links/download_page_reader.h"
+#include "links/settings.h"
+#include "platform/base/user_defaults.h"
+
+namespace app {
+
+DownloadPages::DownloadPages(platform::UserDefaults& defaults, platform::RunLoop& loop)
+    : defaults_(defaults),
+      loop_(loop),
+      ruleStore_(defaults),
+      fetcher_(std::make_shared<HTTPPageFetcher>(loop)) {}
+
+DownloadPages::~DownloadPages() {
+    fetcher_->stop();
+    // A reader posts its result to the loop, which must still be there then.
+    QThreadPool::globalInstance()->waitForDone();
+}
+
+bool DownloadPages::isDownloadPageURL(const platform::Url& url) const {
+    return links::isDownloadPageURL(url, ruleStore_.downloadPageRules().get());
+}
+
+std::optional<QString> DownloadPages::preservedNamePattern(const platform::Url& url) const {
+    return links::preservedNamePattern(url, ruleStore_.downloadPageRules().get());
+}
+
+void DownloadPages::URLsFromDownloadPageWithTitle(
+    const platform::Url& url, std::function<void(links::ExtractedLinks)> completion) const {
+    links::readDownloadPageInBackground({url, ruleStore_.downloadPageRules(), fetcher_,
+                                         defaults_.get(links::settings::skipRedirectingServices)},
+                                        loop_, std::move(completion));
+}
+
+}  // namespace app
