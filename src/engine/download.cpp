@@ -413,7 +413,8 @@ void DQDownload::resetProgressForDownloadWorker(DQDownloadWorkerPrototype&) {
 void DQDownload::downloadWorkerDidReceiveResponse(DQDownloadWorkerPrototype& worker,
                                                   const WorkerResponse& response) {
     const auto keep = shared_from_this();
-    handleResponse(*this, worker, response);
+    if (transfer().contains(worker))
+        handleResponse(*this, worker, response);
 }
 
 void DQDownload::downloadWorkerDidReceiveBytes(DQDownloadWorkerPrototype& worker, qint64) {
@@ -425,12 +426,14 @@ void DQDownload::downloadWorkerDidReceiveBytes(DQDownloadWorkerPrototype& worker
 void DQDownload::downloadWorkerDidFail(DQDownloadWorkerPrototype& worker,
                                        const platform::Error& error) {
     const auto keep = shared_from_this();
-    handleFailure(*this, worker, error);
+    if (transfer().contains(worker))
+        handleFailure(*this, worker, error);
 }
 
 void DQDownload::downloadWorkerDidFinish(DQDownloadWorkerPrototype& worker) {
     const auto keep = shared_from_this();
-    finisher().workerDidFinish(worker);
+    if (transfer().contains(worker))
+        finisher().workerDidFinish(worker);
 }
 
 // Collaborators.

@@ -24,6 +24,7 @@
 #include "engine/user_settings.h"
 #include "links/available_path.h"
 #include "platform/base/log.h"
+#include "platform/files/descriptor.h"
 #include "platform/files/files.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -190,6 +191,8 @@ void DownloadFinisher::move(const std::shared_ptr<Job>& job) {
                 *error = platform::posixError(EACCES);
             else
                 *error = platform::moveFile(source, target);
+            if (!*error)
+                platform::syncFolderOf(QFile::encodeName(target));
             removePartialFileMarks(*error ? source : target);
         },
         [weak = download_.weak_from_this(), job, target, error] {

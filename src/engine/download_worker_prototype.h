@@ -94,7 +94,10 @@ public:
     /// Its last byte in the whole file; 0: to the end of the file.
     [[nodiscard]] qint64 endByte() const { return _endByte; }
     void setEndByte(qint64 offset) { _endByte = offset; }
-    [[nodiscard]] bool hasRange() const { return _fractionStartByte + _resumeByteOffset > 0; }
+    /// Whether a part is asked for; that of a first worker may begin at the first byte.
+    [[nodiscard]] bool hasRange() const {
+        return _fractionStartByte + _resumeByteOffset > 0 || _endByte > 0;
+    }
 
     /// What the answer is going to deliver; below 1: unknown.
     [[nodiscard]] qint64 expectedBytes() const { return _expectedBytes; }

@@ -24,6 +24,11 @@ constexpr platform::Seconds updateInterval = 0.1;
 
 }  // namespace
 
+bool Transfer::contains(const Worker& worker) const {
+    return std::any_of(_downloadWorkers.begin(), _downloadWorkers.end(),
+                       [&](const Worker::Pointer& other) { return other.get() == &worker; });
+}
+
 void Transfer::replaceWorker(const Worker& worker, Worker::Pointer replacement) {
     const auto found =
         std::find_if(_downloadWorkers.begin(), _downloadWorkers.end(),

@@ -25,6 +25,8 @@ public:
     [[nodiscard]] bool isFirst(const Worker& worker) const {
         return hasWorkers() && _downloadWorkers.front().get() == &worker;
     }
+    /// Whether it still is one of ours; a report of any other comes too late to mean anything.
+    [[nodiscard]] bool contains(const Worker& worker) const;
     void addWorker(Worker::Pointer worker) { _downloadWorkers.push_back(std::move(worker)); }
     /// The place of a worker is taken by another one.
     void replaceWorker(const Worker& worker, Worker::Pointer replacement);

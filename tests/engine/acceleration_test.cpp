@@ -206,6 +206,15 @@ TEST_F(AccelerationTest, EachPartGoesOnWhereItStood) {
                                                 "bytes=625003-750002", "bytes=875003-1000002"}));
 }
 
+/// Paused while other workers were ahead of the first one.
+TEST_F(AccelerationTest, FirstPartCanBeginAtTheFirstByteOnceMore) {
+    const auto download = restarted(pausedHalfway());
+    write(downloadedPath(u"file.bin.orlop/file.bin"_s), {});
+    run(download);
+    EXPECT_EQ(download->status(), DQDownloadStatusDone);
+    EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
+}
+
 TEST_F(AccelerationTest, ChangedFileIsNeverMixed) {
     const QByteArray other = patternedBytes(body.size(), 2);
     const auto download = restarted(pausedHalfway());
