@@ -32,6 +32,9 @@ inline constexpr Setting<bool> invertSorting{u"Invert Sorting", false, false,
 inline const Setting<QString> toolbarFilterCriterion{
     u"Toolbar Filter Criterion", QStringLiteral("Name"), false,
     "What the filter looks at: \"Name\" or \"URL\"."};
+inline constexpr Setting<qint64> progressBarStyle{
+    u"Progress Bar Style", 0, false,
+    "0 lively background, 1 subtle background, 2 pill, 3 divider line."};
 inline constexpr Setting<bool> autoClearSuccesses{
     u"Auto-Clear Successes", false, false,
     "A finished download vanishes from the list after three seconds."};

@@ -15,9 +15,10 @@ namespace support {
 class MemoryFrontEnd final : public app::Questions,
                              public app::Feedback,
                              public app::Presence,
-                             public app::DownloadListView {
+                             public app::DownloadListView,
+                             public app::Clipboard {
 public:
-    [[nodiscard]] app::FrontEnd frontEnd() { return {*this, *this, *this, *this}; }
+    [[nodiscard]] app::FrontEnd frontEnd() { return {*this, *this, *this, *this, this}; }
 
     // Answers. An alert that nobody answers is declined, a prompt cancelled.
 
@@ -36,6 +37,7 @@ public:
     QStringList moves;
     QList<qsizetype> selectedRows;
     std::vector<platform::Seconds> delayedRedraws;
+    app::Pasteboard copied;
 
     bool confirm(const app::Alert& alert) override {
         alerts.push_back(alert);
@@ -88,6 +90,8 @@ public:
     }
     void displayNow() override { ++redraws; }
     std::shared_ptr<engine::VanishView> vanishView() override { return vanishing; }
+
+    void copy(const app::Pasteboard& pasteboard) override { copied = pasteboard; }
 
 private:
     static std::optional<QString> taken(std::deque<std::optional<QString>>& answers) {

@@ -8,11 +8,11 @@
 #include <algorithm>
 #include <chrono>
 
+#include "app/settings.h"
 #include "engine/environment.h"
 #include "platform/base/user_defaults.h"
 #include "ui/list/download_list_model.h"
 #include "ui/list/vanishing_rows.h"
-#include "ui/settings.h"
 #include "ui/text.h"
 
 namespace ui {
@@ -127,8 +127,8 @@ void DQDownloadList::paintRows(QPainter& painter, const QRect& area) {
     surroundings.direction = layoutDirection();
     surroundings.devicePixelRatio = devicePixelRatioF();
     surroundings.isActiveWindow = isActiveWindow();
-    surroundings.style = static_cast<ProgressBarStyle>(
-        std::clamp<qint64>(platform::standardDefaults().get(settings::progressBarStyle), 0, 3));
+    surroundings.style = static_cast<ProgressBarStyle>(std::clamp<qint64>(
+        platform::standardDefaults().get(app::settings::progressBarStyle), 0, 3));
 
     const int offset = verticalOffset();
     const int count = rows_->rowCount();

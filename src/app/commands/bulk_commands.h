@@ -1,0 +1,35 @@
+#pragma once
+
+#include <optional>
+
+#include "app/main_controller.h"
+
+namespace platform {
+class UserDefaults;
+}
+
+/// Operations on many downloads at once. Main thread.
+namespace app {
+
+/// Starts those that are paused.
+void queuePaused(const Downloads& downloads);
+void pauseDownloads(const Downloads& downloads);
+/// Pauses what is active, or else starts what is paused.
+void togglePause(const Downloads& downloads);
+void open(const Downloads& downloads);
+/// So many at once do not animate.
+void remove(const Downloads& downloads, platform::UserDefaults& defaults);
+/// Takes downloads out of the queue, and their partial files away. False: none, or, where it must
+/// be confirmed, the user keeps them.
+bool cancel(const Downloads& downloads, bool mustConfirm, Questions& questions);
+
+/// One after the other, with the interval of the settings between two.
+void openOriginalURLs(const Downloads& downloads, const platform::UserDefaults& defaults);
+void copyOriginalURLs(const Downloads& downloads, const FrontEnd& frontEnd);
+
+/// The downloads of the selected rows one place on or to an end of the queue. The rows before
+/// which they would land; nothing: they are there already, or rows cannot be moved.
+[[nodiscard]] std::optional<qsizetype> rowForMovement(DQMainController& controller,
+                                                      qint64 movement);
+
+}  // namespace app

@@ -1,0 +1,259 @@
+#include "app/commands/context_menu.h"
+
+#include <algorithm>
+
+#include "app/commands/bulk_commands.h"
+#include "app/commands/commands.h"
+#include "app/commands/folder_items.h"
+#include "app/rules/rule_applications.h"
+#include "app/settings.h"
+#include "engine/download.h"
+#include "engine/environment.h"
+#include "engine/user_settings.h"
+#include "links/localization.h"
+#include "platform/base/user_defaults.h"
+
+namespace app {
+
+using namespace Qt::Literals::StringLiterals;
+using links::localized;
+
+namespace {
+
+constexpr std::size_t mostAddresses = 10;
+
+/// Puts the menu together from top to bottom.
+class ContextMenu {
+public:
+    ContextMenu(const Commands& commands, const Downloads& downloads)
+        : commands_(commands), around_(commands.surroundings()), downloads_(downloads) {}
+
+    Menu build() {
+        if (downloads_.size() > 1) {
+            addSeveral();
+        } else if (downloads_.size() == 1) {
+            addSingle(downloads_.front());
+        }
+        addCommonEnd();
+        return std::move(menu_);
+    }
+
+private:
+    void add(const QString& title, std::function<void()> perform) {
+        menu_.push_back(action(title, std::move(perform)));
+    }
+    void add(const QString& title, const engine::DownloadPtr& download,
+             void (engine::DQDownload::*operation)()) {
+        add(title, [download, operation] { (download.get()->*operation)(); });
+    }
+
+    void addSeveral() {
+        const auto is = [](auto status) {
+            return [status](const auto& download) { return download->status() == status; };
+        };
+        const bool areUnfinished =
+            std::all_of(downloads_.begin(), downloads_.end(), [](const auto& download) {
+                return engine::matchesStatusMask(download->status(), engine::unfinishedStatuses);
+            });
+        const auto paused =
+            std::count_if(downloads_.begin(), downloads_.end(), is(engine::DQDownloadStatusPaused));
+        const bool arePaused = paused == static_cast<qsizetype>(downloads_.size());
+        if (areUnfinished && (arePaused || paused == 0)) {
+            add(arePaused ? localized("Start Downloads") : localized("Pause Downloads"),
+                [downloads = downloads_] { togglePause(downloads); });
+        }
+        addOpenItems();
+        add(localized("Remove"),
+            [downloads = downloads_, around = around_] { remove(downloads, around.defaults); });
+        menu_.push_back(separator());
+        add(localized("Open URLs"), [downloads = downloads_, around = around_] {
+            openOriginalURLs(downloads, around.defaults);
+        });
+        add(localized("Copy URLs"), [downloads = downloads_, around = around_] {
+            copyOriginalURLs(downloads, around.frontEnd);
+        });
+        addAddresses();
+        menu_.push_back(separator());
+    }
+
+    void addAddresses() {
+        const std::size_t shown =
+            downloads_.size() <= mostAddresses ? downloads_.size() : mostAddresses - 1;
+        for (std::size_t index = 0; index < shown; ++index) {
+            menu_.push_back(note(downloads_[index]->originalURLString()));
+        }
+        if (const std::size_t rest = downloads_.size() - shown; rest > 0) {
+            menu_.push_back(
+                note(links::filledFormat(localized("(%lu more)"), {QString::number(rest)})));
+        }
+    }
+
+    void addSingle(const engine::DownloadPtr& download) {
+        const bool fileExists = download->fileExists();
+        switch (download->status()) {
+            case engine::DQDownloadStatusDone:
+                if (fileExists) {
+                    addFinished(download);
+                }
+                break;
+            case engine::DQDownloadStatusAborted:
+                addFailed(download);
+                break;
+            case engine::DQDownloadStatusPaused:
+            case engine::DQDownloadStatusQueued:
+            case engine::DQDownloadStatusDownloading:
+                addUnfinished(download);
+                break;
+        }
+        add(fileExists ? localized("Open Original URL") : localized("Open URL"), download,
+            &engine::DQDownload::openOriginalURL);
+        add(fileExists ? localized("Copy Original URL") : localized("Copy URL"), download,
+            &engine::DQDownload::copyOriginalURL);
+        menu_.push_back(note(download->originalURLString()));
+        menu_.push_back(separator());
+    }
+
+    void addUnfinished(const engine::DownloadPtr& download) {
+        const bool isPaused = download->status() == engine::DQDownloadStatusPaused;
+        const bool isQueued = download->status() == engine::DQDownloadStatusQueued;
+        if (isPaused) {
+            add(localized("Start Download"), download, &engine::DQDownload::togglePause);
+        }
+        if (isQueued ||
+            (isPaused && around_.controller.anyDownloadMatchesStatusMask(engine::activeStatuses))) {
+            add(localized("Start Download Now"), download, &engine::DQDownload::startDownload);
+        }
+        if (!isPaused) {
+            add(localized("Pause Download"), download, &engine::DQDownload::togglePause);
+        }
+        add(localized("Remove"), download, &engine::DQDownload::remove);
+        menu_.push_back(separator());
+        if (!download->pathToReveal().isEmpty()) {
+            add(localized("Show in Folder"), download, &engine::DQDownload::reveal);
+            menu_.push_back(separator());
+        }
+        if ((isPaused || isQueued) &&
+            !download->userSettings().contains(engine::keys::responseURL)) {
+            add(localized("Accelerate"), download, &engine::DQDownload::toggleAcceleration);
+            menu_.back().state.isChecked = download->accelerates();
+            menu_.push_back(separator());
+        }
+    }
+
+    void addFinished(const engine::DownloadPtr& download) {
+        addOpenItems();
+        add(localized("Show in Folder"), download, &engine::DQDownload::reveal);
+        add(localized("Move to Trash"), download, &engine::DQDownload::removeAndMoveToTrash);
+        menu_.push_back(separator());
+        add(localized("Copy Path"), download, &engine::DQDownload::copyPath);
+        menu_.push_back(note(download->path()));
+        menu_.push_back(pseudoSeparator());
+    }
+
+    void addFailed(const engine::DownloadPtr& download) {
+        DQMainController& controller = around_.controller;
+        add(localized("Retry"), [&controller, download] { controller.retry({download}); });
+        if (controller.numberOfFailedDownloads() > 1) {
+            add(localized("Retry All"), [&controller] {
+                controller.retry(
+                    controller.downloadsMatchingStatusMask(engine::DQDownloadStatusAborted));
+            });
+        }
+        menu_.push_back(separator());
+    }
+
+    void addOpenItems() {
+        QStringList paths, extensions;
+        for (const engine::DownloadPtr& download : downloads_) {
+            if (download->status() != engine::DQDownloadStatusDone || !download->fileExists()) {
+                return;
+            }
+            paths.append(download->path());
+            extensions.append(paths.last().section(u'.', -1));
+        }
+        add(localized("Open"), [downloads = downloads_] { open(downloads); });
+        Menu applications;
+        for (const auto& application : applicationsForExtensions(extensions)) {
+            MenuItem item =
+                action(literalTitle(application.name), [paths, id = application.identifier] {
+                    for (const QString& path : paths) {
+                        engine::environment().openWithApplication(path, id);
+                    }
+                });
+            item.icon = {MenuIcon::Kind::Application, application.iconName};
+            applications.push_back(std::move(item));
+        }
+        if (!applications.empty()) {
+            menu_.push_back(submenu(localized("Open with"), std::move(applications)));
+        }
+    }
+
+    void addCommonEnd() {
+        menu_.push_back(submenu(localized("Download to"), downloadsFolderItems(commands_, true)));
+        menu_.push_back(separator());
+        menu_.push_back(
+            submenu(localized("Sort by"), commandItems(commands_, Command::ChangeSorting)));
+        menu_.push_back(commandItem(commands_, Command::ToggleLocationKeyDisplayNames));
+        menu_.push_back(submenu(localized("Progress Indicator"),
+                                commandItems(commands_, Command::ChangeProgressBarStyle)));
+        menu_.push_back(separator());
+        menu_.push_back(commandItem(commands_, Command::ToggleAutoStart));
+        menu_.push_back(commandItem(commands_, Command::ToggleAutoShutDown));
+        if (around_.controller.numberOfDownloads() > 1) {
+            menu_.push_back(separator());
+            menu_.push_back(submenu(localized("Rearrange Queue by"),
+                                    commandItems(commands_, Command::Rearrange)));
+        }
+    }
+
+    const Commands& commands_;
+    Commands::Surroundings around_;
+    const Downloads downloads_;
+    Menu menu_;
+};
+
+}  // namespace
+
+Menu contextMenu(const Commands& commands, const Downloads& downloads) {
+    return ContextMenu(commands, downloads).build();
+}
+
+Menu statusItemMenu(const Commands& commands, Menu history) {
+    Menu menu{commandItem(commands, Command::ShowDownloadWindow)};
+    const auto addOffered = [&commands](Menu& to, Command command) {
+        if (commands.isOffered(command)) {
+            to.push_back(commandItem(commands, command));
+        }
+    };
+    addOffered(menu, Command::ShowPreferences);
+    menu.push_back(separator());
+    if (!history.empty()) {
+        menu.push_back(submenu(localized("History"), std::move(history)));
+        menu.push_back(separator());
+    }
+    Menu program;
+    for (const Command command :
+         {Command::ShowAbout, Command::CheckForUpdates, Command::ShowHelp}) {
+        addOffered(program, command);
+    }
+    program.push_back(separator());
+    addOffered(program, Command::Quit);
+    if (commands.surroundings().defaults.get(settings::useStatusItemMetaSubmenu)) {
+        menu.push_back(submenu(u"Orlop"_s, std::move(program)));
+    } else {
+        append(menu, std::move(program));
+    }
+    return menu;
+}
+
+Downloads clickedDownloads(DQMainController& controller, qsizetype row) {
+    const engine::DownloadPtr clicked = controller.downloadAtSortedAndFilteredIndex(row);
+    if (!clicked) {
+        return {};
+    }
+    Downloads selected = controller.selectedDownloads();
+    const bool isSelected = std::find(selected.begin(), selected.end(), clicked) != selected.end();
+    return isSelected ? selected : Downloads{clicked};
+}
+
+}  // namespace app

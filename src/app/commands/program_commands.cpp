@@ -1,0 +1,66 @@
+// Clipboard, schedule, speed, log and the end of the program.
+
+#include "app/commands/bulk_commands.h"
+#include "app/commands/commands.h"
+#include "app/commands/core_commands.h"
+#include "app/settings.h"
+#include "engine/acceleration_settings.h"
+#include "engine/throttle.h"
+#include "platform/base/user_defaults.h"
+
+namespace app {
+namespace {
+
+using engine::AccelerationSettings;
+using engine::Throttle;
+
+/// Turns a setting the other way round and shows it as a mark.
+Commands::Behaviour toggleOf(platform::UserDefaults& defaults,
+                             const platform::Setting<bool>& setting) {
+    return {[&defaults, &setting](qint64) { defaults.set(setting, !defaults.get(setting)); },
+            [&defaults, &setting](qint64) -> CommandState {
+                return {true, defaults.get(setting), {}};
+            }};
+}
+
+void provideSpeedCommands(Commands& commands) {
+    commands.provide(
+        Command::ToggleAcceleration,
+        {[](qint64) { AccelerationSettings::setAccelerates(!AccelerationSettings::accelerates()); },
+         [](qint64) -> CommandState {
+             return {Throttle::isAvailable(), AccelerationSettings::accelerates(), {}};
+         }});
+    commands.provide(Command::ToggleThrottle,
+                     {[](qint64) { Throttle::setThrottled(!Throttle::isThrottled()); },
+                      [](qint64) -> CommandState {
+                          return {Throttle::isAvailable(), Throttle::isThrottled(), {}};
+                      }});
+}
+
+}  // namespace
+
+void provideProgramCommands(Commands& commands) {
+    const Commands::Surroundings around = commands.surroundings();
+    DQMainController& controller = around.controller;
+    commands.provide(
+        Command::Copy,
+        {[around](qint64) {
+             copyOriginalURLs(around.controller.contextDownloads(), around.frontEnd);
+         },
+         [&controller](qint64) -> CommandState {
+             return {controller.anyContextDownloadMatchesStatusMask(engine::anyStatus), {}, {}};
+         }});
+    for (const auto& [command, setting] :
+         {std::pair(Command::ToggleAutoStart, &settings::autoStart),
+          std::pair(Command::ToggleScheduledQueuing, &settings::scheduleQueue),
+          std::pair(Command::ToggleScheduledPausing, &settings::schedulePause),
+          std::pair(Command::ToggleDebugLogging, &settings::debugLog)}) {
+        commands.provide(command, toggleOf(around.defaults, *setting));
+    }
+    provideSpeedCommands(commands);
+    commands.provide(Command::ShowDownloadWindow,
+                     {[around](qint64) { around.frontEnd.presence.showDownloadWindow(true); }, {}});
+    commands.provide(Command::Quit, {[&controller](qint64) { controller.terminate(); }, {}});
+}
+
+}  // namespace app

@@ -1,0 +1,140 @@
+// The commands that act on downloads and on the queue as a whole.
+
+#include "app/commands/bulk_commands.h"
+#include "app/commands/commands.h"
+#include "app/commands/core_commands.h"
+#include "app/controller_roles.h"
+#include "app/settings.h"
+#include "platform/base/user_defaults.h"
+
+namespace app {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+Alert shutDownAlert() {
+    return {Alert::Kind::ShutDownWhenDone, u"Shut down when done?"_s,
+            u"Are you sure you want Orlop to shut down your computer once all downloads are "
+            "done?\n\nPlease note that Orlop will not remember this setting across restarts. Also, "
+            "Orlop cannot guarantee your computer will actually shut down, as other applications "
+            "may refuse to quit without any user interaction."_s,
+            u"Shut down when done"_s, u"Cancel"_s};
+}
+
+void toggleAutoSleep(DQMainController& controller) {
+    AllDone& done = controller.allDone();
+    done._mayTriggerSleepOnAllDone = !done._mayTriggerSleepOnAllDone;
+    if (done._mayTriggerSleepOnAllDone) {
+        done._mayTriggerShutDownOnAllDone = false;
+    }
+    controller.updateStatusAndForceUpdateApplicationImage(true);
+}
+
+void toggleAutoShutDown(DQMainController& controller, Questions& questions) {
+    AllDone& done = controller.allDone();
+    if (done._mayTriggerShutDownOnAllDone) {
+        done._mayTriggerShutDownOnAllDone = false;
+    } else if (questions.confirm(shutDownAlert())) {
+        done._mayTriggerShutDownOnAllDone = true;
+        done._mayTriggerSleepOnAllDone = false;
+    }
+    controller.updateStatusAndForceUpdateApplicationImage(true);
+}
+
+/// A command on the downloads of the context whose status matches.
+template <typename Operation>
+Commands::Behaviour onContext(Commands& commands, engine::StatusMask mask, Operation operation) {
+    const Commands::Surroundings around = commands.surroundings();
+    return {[around, mask, operation](qint64 tag) {
+                operation(around.controller.contextDownloadsMatchingStatusMask(mask), tag);
+                around.frontEnd.list.setNeedsDisplay();
+            },
+            [around, mask](qint64) -> CommandState {
+                return {around.controller.anyContextDownloadMatchesStatusMask(mask), {}, {}};
+            }};
+}
+
+void provideContextCommands(Commands& commands) {
+    DQMainController& controller = commands.surroundings().controller;
+    Questions& questions = commands.surroundings().frontEnd.questions;
+    const auto pause = [](const Downloads& downloads, qint64) { pauseDownloads(downloads); };
+    commands.provide(Command::TogglePause,
+                     onContext(commands, engine::unfinishedStatuses,
+                               [](const auto& downloads, qint64) { togglePause(downloads); }));
+    commands.provide(Command::QueuePaused,
+                     onContext(commands, engine::DQDownloadStatusPaused,
+                               [](const auto& downloads, qint64) { queuePaused(downloads); }));
+    commands.provide(Command::PauseQueued,
+                     onContext(commands, engine::DQDownloadStatusQueued, pause));
+    commands.provide(Command::PauseAll, onContext(commands, engine::activeStatuses, pause));
+    commands.provide(Command::Retry, onContext(commands, engine::DQDownloadStatusAborted,
+                                               [&controller](const auto& downloads, qint64) {
+                                                   controller.retry(downloads);
+                                               }));
+    commands.provide(
+        Command::CancelAll,
+        {[&controller, &questions](qint64 tag) {
+             cancel(controller.contextDownloads(), tag >= 1, questions);
+         },
+         [&controller](qint64) -> CommandState {
+             return {controller.anyContextDownloadMatchesStatusMask(engine::unfinishedStatuses),
+                     {},
+                     {}};
+         }});
+    commands.provide(Command::Remove, {[&controller, &questions](qint64) {
+                                           cancel(controller.selectedDownloads(), false, questions);
+                                       },
+                                       [&controller](qint64) -> CommandState {
+                                           return {!controller.selectedDownloads().empty(), {}, {}};
+                                       }});
+}
+
+void provideOrderCommands(Commands& commands) {
+    DQMainController& controller = commands.surroundings().controller;
+    commands.provide(
+        Command::Clear,
+        {[&controller](qint64) { controller.clear(); },
+         [&controller](qint64) -> CommandState {
+             return {controller.anyDownloadMatchesStatusMask(engine::finishedStatuses), {}, {}};
+         }});
+    commands.provide(Command::Rearrange, {[&controller](qint64 tag) { controller.rearrange(tag); },
+                                          [&controller](qint64 tag) -> CommandState {
+                                              return {controller.canRearrange(tag), {}, {}};
+                                          }});
+    commands.provide(Command::Move,
+                     {[&controller](qint64 tag) {
+                          if (const auto row = rowForMovement(controller, tag)) {
+                              controller.dropRows(controller.selectedDownloads(), *row);
+                          }
+                      },
+                      [&controller](qint64 tag) -> CommandState {
+                          return {rowForMovement(controller, tag).has_value(), {}, {}};
+                      }});
+}
+
+}  // namespace
+
+void provideQueueCommands(Commands& commands) {
+    provideContextCommands(commands);
+    provideOrderCommands(commands);
+    DQMainController& controller = commands.surroundings().controller;
+    Questions& questions = commands.surroundings().frontEnd.questions;
+    commands.provide(Command::ToggleAutoSleep,
+                     {[&controller](qint64) { toggleAutoSleep(controller); },
+                      [&controller](qint64) -> CommandState {
+                          return {true, controller.allDone()._mayTriggerSleepOnAllDone, {}};
+                      }});
+    commands.provide(
+        Command::ToggleAutoShutDown,
+        {[&controller, &questions](qint64) { toggleAutoShutDown(controller, questions); },
+         [&controller](qint64) -> CommandState {
+             return {true, controller.allDone()._mayTriggerShutDownOnAllDone, {}};
+         }});
+    commands.provide(Command::StopIntake, {[&controller](qint64) { controller.stopIntake(); },
+                                           [&controller](qint64) -> CommandState {
+                                               return {controller.isTakingIn(), {}, {}};
+                                           }});
+}
+
+}  // namespace app
