@@ -1,0 +1,153 @@
+#include "ui/settings/settings_window.h"
+
+#include <QAction>
+#include <QActionGroup>
+#include <QEvent>
+#include <QKeyEvent>
+#include <QScreen>
+#include <QScrollArea>
+#include <QShortcut>
+#include <QStackedWidget>
+#include <QToolBar>
+#include <QToolButton>
+#include <algorithm>
+
+#include "ui/art/icons.h"
+#include "ui/settings/sections.h"
+#include "ui/text.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace ui {
+namespace {
+
+constexpr int narrowestPage = 560;
+constexpr int toolbarIconSize = 24;
+/// Left free on the screen for panels and the window's frame.
+constexpr int screenMargin = 80;
+
+}  // namespace
+
+SettingsWindow::SettingsWindow(app::DQMainController& controller, platform::UserDefaults& defaults,
+                               QWidget* parent)
+    : QMainWindow(parent),
+      binder_(defaults),
+      context_{controller, defaults, binder_,
+               [this](const QString& identifier) { selectSection(identifier); }},
+      toolbar_(addToolBar(translated("Sections"))),
+      actions_(new QActionGroup(this)),
+      pages_(new QStackedWidget(this)) {
+    setWindowTitle(translated("Settings"));
+    setWindowIcon(applicationIcon());
+    setCentralWidget(pages_);
+    setContextMenuPolicy(Qt::NoContextMenu);
+    toolbar_->setObjectName(u"Preferences Toolbar 3016 (Independent)"_s);
+    toolbar_->setMovable(false);
+    toolbar_->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    toolbar_->setIconSize({toolbarIconSize, toolbarIconSize});
+    addSection("General", "General", "general", makeGeneralSection);
+    addSection("Speed", "Speed", "DQGauge", makeSpeedSection);
+    makeShortcuts();
+    selectSection({});
+}
+
+SettingsWindow::~SettingsWindow() = default;
+
+void SettingsWindow::addSection(const char* identifier, const char* title, const char* icon,
+                                MakePage make) {
+    auto* area = new QScrollArea(pages_);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area->setFocusPolicy(Qt::NoFocus);
+    SettingsPage* page = make(context_, area);
+    area->setWidget(page);
+    area->setAccessibleName(translated(title));
+    pages_->addWidget(area);
+    connect(page, &SettingsPage::heightChanged, this, &SettingsWindow::fitToSection,
+            Qt::QueuedConnection);
+
+    QAction* action = toolbar_->addAction(symbolIcon(QString::fromLatin1(icon)), translated(title));
+    action->setCheckable(true);
+    actions_->addAction(action);
+    const QString name = QString::fromLatin1(identifier);
+    connect(action, &QAction::triggered, this, [this, name] { selectSection(name); });
+    auto* button = qobject_cast<QToolButton*>(toolbar_->widgetForAction(action));
+    button->setFocusPolicy(Qt::TabFocus);
+    button->setMinimumWidth(68);
+    sections_.push_back({name, action, area, page});
+}
+
+void SettingsWindow::makeShortcuts() {
+    const auto add = [this](const QKeySequence& keys, auto&& act) {
+        connect(new QShortcut(keys, this), &QShortcut::activated, this, act);
+    };
+    add(QKeySequence(Qt::CTRL | Qt::Key_PageDown), [this] { step(1); });
+    add(QKeySequence(Qt::CTRL | Qt::Key_PageUp), [this] { step(-1); });
+    add(QKeySequence(QKeySequence::Close), [this] { close(); });
+}
+
+const SettingsWindow::Section& SettingsWindow::current() const {
+    return sections_.at(static_cast<std::size_t>(pages_->currentIndex()));
+}
+
+QString SettingsWindow::currentSection() const {
+    return current().identifier;
+}
+
+void SettingsWindow::selectSection(const QString& identifier) {
+    auto section = std::find_if(sections_.begin(), sections_.end(), [&](const Section& candidate) {
+        return candidate.identifier == identifier;
+    });
+    if (section == sections_.end()) {
+        section = sections_.begin();
+    }
+    section->action->setChecked(true);
+    pages_->setCurrentWidget(section->area);
+    fitToSection();
+}
+
+void SettingsWindow::step(int direction) {
+    const QList<QAction*> shown = actions_->actions();
+    const qsizetype next = shown.indexOf(current().action) + direction;
+    if (next >= 0 && next < shown.size()) {
+        shown[next]->trigger();
+    }
+}
+
+void SettingsWindow::fitToSection() {
+    int width = std::max(narrowestPage, toolbar_->sizeHint().width());
+    for (const Section& section : sections_) {
+        width = std::max(width, section.page->minimumSizeHint().width());
+    }
+    const int room = screen()->availableGeometry().height() - screenMargin;
+    const int wanted = current().page->heightForPageWidth(width) + toolbar_->sizeHint().height();
+    setMinimumSize(width, std::min(wanted, 240));
+    setMaximumHeight(wanted);
+    resize(width, std::min(wanted, room));
+}
+
+void SettingsWindow::showPreferencesSection(const QString& identifier) {
+    selectSection(identifier);
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    raise();
+    activateWindow();
+}
+
+void SettingsWindow::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::Cancel)) {
+        close();
+    } else {
+        QMainWindow::keyPressEvent(event);
+    }
+}
+
+void SettingsWindow::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+        fitToSection();
+    }
+}
+
+}  // namespace ui

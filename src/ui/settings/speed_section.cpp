@@ -1,0 +1,97 @@
+#include <QCheckBox>
+#include <QComboBox>
+#include <QStandardItemModel>
+
+#include "app/main_controller.h"
+#include "engine/acceleration_settings.h"
+#include "engine/queue_admission.h"
+#include "engine/settings.h"
+#include "ui/settings/sections.h"
+#include "ui/settings/settings_page.h"
+#include "ui/text.h"
+
+namespace ui {
+namespace {
+
+constexpr qint64 mostAtOnce = 9;
+const Choice separator{nullptr};
+const Choice unlimited{"Unlimited", 0};
+
+std::vector<Choice> numbers(qint64 first, qint64 last) {
+    std::vector<Choice> choices;
+    for (qint64 number = first; number <= last; ++number) {
+        choices.push_back({"", number});
+    }
+    return choices;
+}
+
+std::vector<Choice> limits() {
+    std::vector<Choice> choices = numbers(1, mostAtOnce);
+    choices.push_back(separator);
+    choices.push_back(unlimited);
+    return choices;
+}
+
+/// What the overall limit forbids cannot be chosen, and the lower of the two limits is shown.
+void showLimitsPerHost(QComboBox& popup) {
+    std::vector<qint64> tags;
+    std::vector<int> rows;
+    for (int row = 0; row < popup.count(); ++row) {
+        if (popup.itemData(row).isValid()) {
+            tags.push_back(popup.itemData(row).toLongLong());
+            rows.push_back(row);
+        }
+    }
+    const auto choice =
+        engine::QueueAdmission::shared().numberOfConcurrentDownloadsPerHostSelector(tags);
+    auto* items = qobject_cast<QStandardItemModel*>(popup.model());
+    for (std::size_t index = 0; index < rows.size(); ++index) {
+        items->item(rows[index])->setEnabled(choice.enabled[index]);
+    }
+    selectPopupValue(popup, std::max<qint64>(0, choice.selectedTag));
+}
+
+void addLimits(SettingsPage& page, const SettingsContext& context) {
+    using engine::QueueAdmission;
+    const auto& overall = engine::settings::numberOfConcurrentDownloads;
+    const auto& perHost = engine::settings::numberOfConcurrentDownloadsPerHost;
+    page.addPopup("&Downloads at once:", limits(), overall,
+                  [](qint64) { return QueueAdmission::shared().numberOfConcurrentDownloads(); });
+    QComboBox* popup = makePopup(limits(), &page);
+    popup->setObjectName(perHost.name());
+    page.addRow("From one &host:", popup);
+    context.binder.follow({overall.name(), perHost.name()}, popup,
+                          [popup] { showLimitsPerHost(*popup); });
+    QObject::connect(popup, &QComboBox::activated, &page, [popup] {
+        QueueAdmission::shared().setNumberOfConcurrentDownloadsPerHost(
+            popup->currentData().toLongLong());
+        showLimitsPerHost(*popup);
+    });
+}
+
+void addAcceleration(SettingsPage& page, const SettingsContext& context) {
+    const auto& enabled = engine::settings::accelerationEnabled;
+    page.addSwitch("Acceleration:", "&Fetch large files over several connections", enabled);
+    QComboBox* factor = page.addPopup(
+        "&Connections:", numbers(2, mostAtOnce), engine::settings::accelerationChannels,
+        [](qint64) { return engine::AccelerationSettings::accelerationFactor(); });
+    page.addNote("Some servers allow only one connection, and a few take offence at more.");
+    context.binder.follow({enabled.name()}, factor,
+                          [factor, &defaults = context.defaults, enabled] {
+                              factor->setEnabled(defaults.get(enabled));
+                          });
+}
+
+}  // namespace
+
+SettingsPage* makeSpeedSection(const SettingsContext& context, QWidget* parent) {
+    auto* page = new SettingsPage(context, parent);
+    addLimits(*page, context);
+    page->addGap();
+    addAcceleration(*page, context);
+    page->addGap();
+    page->addSwitch("Failures:", "&Try failed downloads again", engine::settings::autoResume);
+    return page;
+}
+
+}  // namespace ui
