@@ -87,7 +87,7 @@ bool DQHTTPRequestDownloadWorker::startWithRequest(const WorkerRequest& request,
     if (!request.requestMethod.isEmpty())
         _downloadRequest->setRequestMethod(request.requestMethod);
     if (!request.requestBody.isEmpty())
-        platform::log(u"%1 cannot use custom request body"_s.arg(description()));
+        _downloadRequest->setPostBody(request.requestBody);
     platform::HTTPHeaders headers = headersFor(request);
     setRange(headers, range, request.rangeValidator);
     _downloadRequest->setRequestHeaders(std::move(headers));

@@ -79,6 +79,7 @@ TEST_F(TransferTest, RequestCarriesWhatTheRecordSays) {
         QString customAgent;
         QVariantMap request;
         std::string method, agent, referer, encoding, range;
+        QByteArray body = {};
     };
     const std::string own = "Mozilla/5.0 (X11; Linux) Version/";
     const QVariantMap headers{{u"User-Agent"_s, u"Browser"_s},
@@ -92,12 +93,14 @@ TEST_F(TransferTest, RequestCarriesWhatTheRecordSays) {
         {u"-"_s, {{keys::requestAllHeaders, headers}}, "GET", "Browser", "http://b/", {}, {}},
         {{},
          {{keys::requestPartialHeaders, QVariantMap{{u"X-A"_s, u"1"_s}}},
-          {keys::requestMethod, u"POST"_s}},
+          {keys::requestMethod, u"POST"_s},
+          {keys::requestBody, QByteArray("a=1")}},
          "POST",
          own,
          {},
          {},
-         {}},
+         {},
+         "a=1"},
     };
     for (const Case& c : cases) {
         set(settings::customUserAgent, c.customAgent);
@@ -108,6 +111,7 @@ TEST_F(TransferTest, RequestCarriesWhatTheRecordSays) {
         run(download);
         const support::ReceivedRequest seen = server.requests().back();
         EXPECT_EQ(seen.method, c.method);
+        EXPECT_EQ(seen.body, c.body);
         const std::string agent = seen.header("User-Agent").value_or("");
         EXPECT_EQ(agent.substr(0, c.agent.size()), c.agent);
         EXPECT_EQ(agent.empty(), c.agent.empty());
