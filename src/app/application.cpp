@@ -7,6 +7,7 @@
 #include <chrono>
 #include <thread>
 
+#include "app/history/historian.h"
 #include "app/lifecycle/handover.h"
 #include "app/lifecycle/instance_lock.h"
 #include "app/lifecycle/launch_items.h"
@@ -163,8 +164,11 @@ public:
     Private(const QVariantMap& arguments, const FrontEnd& frontEnd, Receive receive)
         : standardDefaults(loop, arguments),
           environment(frontEnd, downloadPages),
+          historian(standardDefaults.defaults, loop),
           controller({loop, standardDefaults.defaults, *power, frontEnd}),
-          receiver(platform::userDataFolder(), platform::runtimeFolder(), std::move(receive)) {}
+          receiver(platform::userDataFolder(), platform::runtimeFolder(), std::move(receive)) {
+        controller.setHistory(&historian);
+    }
 
     platform::SystemClock clock;
     platform::RunLoop loop{clock};
@@ -181,6 +185,8 @@ public:
     std::shared_ptr<DownloadPages> downloadPages{
         std::make_shared<DownloadPages>(standardDefaults.defaults, loop)};
     EngineEnvironment environment;
+    DQHistorian historian;
+    Installed<DQHistorian> installedHistorian{installHistorian, historian};
     DQMainController controller;
     Installed<DQMainController> installedController{installMainController, controller};
     HandoverReceiver receiver;

@@ -17,8 +17,8 @@ struct LaunchItems;
 /// The core of the program, put together: what `orlop` and `orlop-terminal` have in common.
 ///
 /// Makes and installs, in this order: main run loop, log, defaults, cookies, the HTTP client, the
-/// engine's surroundings and the controller; all of it goes in the reverse order. One for the
-/// process, on the main thread, inside a QCoreApplication.
+/// engine's surroundings, the history and the controller; all of it goes in the reverse order. One
+/// for the process, on the main thread, inside a QCoreApplication.
 class Application {
 public:
     /// What the command line says.

@@ -11,6 +11,7 @@
 #include "app/queue/restored_download.h"
 #include "app/queue/row_drag.h"
 #include "app/rules/rule_book.h"
+#include "app/schedule/automation.h"
 #include "app/settings.h"
 #include "engine/support_folder.h"
 #include "links/localization.h"
@@ -44,14 +45,14 @@ struct DQMainController::Parts {
     Lifecycle lifecycle;
     BatchProgress batch;
     AllDone allDone;
+    Automation automation;
 
     // What a program without these parts has.
     StatusReporter noStatus;
     HistoryKeeper noHistory;
-    Scheduler noSchedule;
     StatusReporter* status = &noStatus;
     HistoryKeeper* history = &noHistory;
-    Scheduler* schedule = &noSchedule;
+    Scheduler* schedule = &automation.schedule();
 };
 
 DQMainController::Parts::Parts(DQMainController& owner, const Surroundings& given)
@@ -79,7 +80,12 @@ DQMainController::Parts::Parts(DQMainController& owner, const Surroundings& give
                  [this] { return archive.writeBeforeQuitting(); },
                  [this]() -> Scheduler& { return *schedule; },
                  [this]() -> HistoryKeeper& { return *history; },
-                 [&owner] { Q_EMIT owner.terminated(); }}) {}
+                 [&owner] { Q_EMIT owner.terminated(); }}),
+      automation({queue, list, allDone, given.defaults, given.loop, given.frontEnd,
+                  [&owner](bool force) { owner.updateStatusAndForceUpdateApplicationImage(force); },
+                  [&owner](engine::StatusMask mask) {
+                      owner.vanishDownloads(owner.downloadsMatchingStatusMask(mask));
+                  }}) {}
 
 DQMainController::DQMainController(const Surroundings& surroundings)
     : parts_(std::make_unique<Parts>(*this, surroundings)) {}
@@ -467,6 +473,10 @@ RuleBook& DQMainController::ruleBook() {
     return parts_->rules;
 }
 
+Automation& DQMainController::automation() {
+    return parts_->automation;
+}
+
 void DQMainController::setStatusReporter(StatusReporter* reporter) {
     parts_->status = reporter ? reporter : &parts_->noStatus;
 }
@@ -476,7 +486,7 @@ void DQMainController::setHistory(HistoryKeeper* history) {
 }
 
 void DQMainController::setScheduler(Scheduler* scheduler) {
-    parts_->schedule = scheduler ? scheduler : &parts_->noSchedule;
+    parts_->schedule = scheduler ? scheduler : &parts_->automation.schedule();
 }
 
 void DQMainController::addToHistory(engine::DQDownload& download) {

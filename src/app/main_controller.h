@@ -23,6 +23,7 @@ class UserDefaults;
 namespace app {
 
 struct AllDone;
+class Automation;
 class BatchProgress;
 class HistoryKeeper;
 class Lifecycle;
@@ -164,6 +165,8 @@ public:
     [[nodiscard]] Lifecycle& lifecycle();
 
     [[nodiscard]] RuleBook& ruleBook();
+    /// The daily schedule, commands for many downloads, and switches.
+    [[nodiscard]] Automation& automation();
 
     // Parts that are made elsewhere; null: none. They outlive the controller or are taken away.
 

@@ -40,11 +40,12 @@ QString patternOf(const icu::DateFormat* format) {
 }
 
 /// What the locale calls a day so many days before today; empty: it has no word for that.
-QString wordForDay(std::size_t daysAgo, const icu::Locale& locale) {
+QString wordForDay(std::size_t daysAgo, const icu::Locale& locale, UDisplayContext context) {
     static constexpr std::array directions{UDAT_DIRECTION_THIS, UDAT_DIRECTION_LAST,
                                            UDAT_DIRECTION_LAST_2};
     UErrorCode failure = U_ZERO_ERROR;
-    const icu::RelativeDateTimeFormatter formatter(locale, failure);
+    const icu::RelativeDateTimeFormatter formatter(locale, nullptr, UDAT_STYLE_LONG, context,
+                                                   failure);
     icu::UnicodeString word;
     formatter.format(directions.at(daysAgo), UDAT_ABSOLUTE_DAY, word, failure);
     return U_SUCCESS(failure) ? fromICU(word) : QString();
@@ -60,12 +61,14 @@ public:
             Format::createDateTimeInstance(Format::kFull, Format::kShort, locale));
         const std::unique_ptr<Format> day(Format::createDateInstance(Format::kFull, locale));
         dateAndTime_ = patternOf(both.get());
+        day_ = patternOf(day.get());
         for (std::size_t daysAgo = 0; daysAgo < relativeDateAndTime_.size(); ++daysAgo) {
-            QString word = wordForDay(daysAgo, locale);
+            QString word = wordForDay(daysAgo, locale, UDISPCTX_CAPITALIZATION_NONE);
+            wordForDay_[daysAgo] =
+                wordForDay(daysAgo, locale, UDISPCTX_CAPITALIZATION_FOR_UI_LIST_OR_MENU);
             QString& pattern = relativeDateAndTime_[daysAgo] = dateAndTime_;
             if (!word.isEmpty())
-                pattern.replace(patternOf(day.get()),
-                                u'\'' + word.replace(u"'"_s, u"''"_s) + u'\'');
+                pattern.replace(day_, u'\'' + word.replace(u"'"_s, u"''"_s) + u'\'');
         }
     }
 
@@ -74,6 +77,12 @@ public:
     [[nodiscard]] const QString& dateAndTime(qint64 daysAgo) const {
         const auto index = static_cast<std::size_t>(daysAgo);
         return index < relativeDateAndTime_.size() ? relativeDateAndTime_[index] : dateAndTime_;
+    }
+
+    [[nodiscard]] QString day(const QDateTime& date, qint64 daysAgo) {
+        const auto index = static_cast<std::size_t>(daysAgo);
+        const bool hasWord = index < wordForDay_.size() && !wordForDay_[index].isEmpty();
+        return hasWord ? wordForDay_[index] : string(date, day_);
     }
 
     /// Empty: the format is malformed.
@@ -89,7 +98,8 @@ public:
 private:
     /// Of setting up the formatter.
     UErrorCode failure_ = U_ZERO_ERROR;
-    QString dateAndTime_;
+    QString dateAndTime_, day_;
+    std::array<QString, 3> wordForDay_;
     std::array<QString, 3> relativeDateAndTime_;
     icu::SimpleDateFormat formatter_;
 };
@@ -100,7 +110,15 @@ LocaleDateFormats& formatsOf(const QString& localeName) {
     return formats.try_emplace(name, localeNamed(name)).first->second;
 }
 
+qint64 daysBetween(const QDateTime& date, const QDateTime& now) {
+    return date.toLocalTime().date().daysTo(now.toLocalTime().date());
+}
+
 }  // namespace
+
+QString dayDescription(const QDateTime& date, const QDateTime& now, const QString& localeName) {
+    return formatsOf(localeName).day(date, daysBetween(date, now));
+}
 
 QString fuzzyDescription(const QDateTime& date, const QDateTime& now, const QString& localeName) {
     const qint64 seconds = date.msecsTo(now) / 1000;
@@ -110,7 +128,7 @@ QString fuzzyDescription(const QDateTime& date, const QDateTime& now, const QStr
         return localized("1 minute ago");
     if (seconds < 660)
         return filledFormat(localized("%d minutes ago"), {QString::number(seconds / 60)});
-    const qint64 daysAgo = date.toLocalTime().date().daysTo(now.toLocalTime().date());
+    const qint64 daysAgo = daysBetween(date, now);
     LocaleDateFormats& formats = formatsOf(localeName);
     return formats.string(date, formats.dateAndTime(daysAgo));
 }

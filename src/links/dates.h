@@ -13,6 +13,11 @@ namespace links {
 [[nodiscard]] QString fuzzyDescription(const QDateTime& date, const QDateTime& now,
                                        const QString& localeName = {});
 
+/// The day in full, in words if it is near, as it stands at the beginning of a line: "Yesterday",
+/// "Friday, November 20, 2026".
+[[nodiscard]] QString dayDescription(const QDateTime& date, const QDateTime& now,
+                                     const QString& localeName = {});
+
 /// By a date format of Unicode (UTS #35), as in "yyyy-MM-dd". Empty: the format is malformed.
 [[nodiscard]] QString dateStringWithFormat(const QDateTime& date, const QString& format,
                                            const QString& localeName = {});

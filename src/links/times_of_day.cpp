@@ -22,8 +22,12 @@ QDateTime dateWithHour(const QDateTime& date, int hour, int minute, int second) 
 
 NextTimeOfDay nextDateMatchingTimeOfDayWithTimeIntervalRemaining(const QDateTime& timeOfDay,
                                                                  const QDateTime& now) {
-    const QTime time = timeOfDay.toLocalTime().time();
-    const QTime wholeSeconds(time.hour(), time.minute(), time.second());
+    return nextDateMatchingTimeOfDayWithTimeIntervalRemaining(timeOfDay.toLocalTime().time(), now);
+}
+
+NextTimeOfDay nextDateMatchingTimeOfDayWithTimeIntervalRemaining(QTime timeOfDay,
+                                                                 const QDateTime& now) {
+    const QTime wholeSeconds(timeOfDay.hour(), timeOfDay.minute(), timeOfDay.second());
     const QDate today = now.toLocalTime().date();
     QDateTime next = localDate(today, wholeSeconds);
     if (interval(now, next) < 1)

@@ -16,8 +16,10 @@ struct NextTimeOfDay {
     platform::Seconds timeIntervalRemaining;
 };
 
-/// When it is next as late as it is in `timeOfDay`, whose day does not count: today, or if that is
-/// less than a second ahead of `now`, tomorrow.
+/// When it is next so late in local time: today, or if that is less than a second ahead of `now`,
+/// tomorrow. Milliseconds do not count, nor does the day of a date.
+[[nodiscard]] NextTimeOfDay nextDateMatchingTimeOfDayWithTimeIntervalRemaining(
+    QTime timeOfDay, const QDateTime& now);
 [[nodiscard]] NextTimeOfDay nextDateMatchingTimeOfDayWithTimeIntervalRemaining(
     const QDateTime& timeOfDay, const QDateTime& now);
 [[nodiscard]] platform::Seconds timeIntervalToNextDateMatchingTimeOfDay(const QDateTime& timeOfDay,

@@ -1,6 +1,7 @@
 #include "app/queue/archive_writer.h"
 
 #include <cerrno>
+#include <utility>
 
 #include "platform/files/files.h"
 #include "platform/files/property_list.h"
@@ -24,9 +25,13 @@ ArchiveWriter::~ArchiveWriter() {
 }
 
 void ArchiveWriter::write(QVariantList archive) {
+    write([archive = std::move(archive)] { return archive; });
+}
+
+void ArchiveWriter::write(Make make) {
     {
         const std::lock_guard guard(lock_);
-        waiting_ = std::move(archive);
+        waiting_ = std::move(make);
     }
     changed_.notify_all();
 }
@@ -49,11 +54,10 @@ void ArchiveWriter::run() {
         if (!waiting_) {
             return;
         }
-        const QVariantList archive = std::move(*waiting_);
-        waiting_.reset();
+        const Make make = std::exchange(waiting_, {});
         isWriting_ = true;
         guard.unlock();
-        std::optional<platform::Error> error = writeFile(archive);
+        std::optional<platform::Error> error = writeFile(make());
         guard.lock();
         isWriting_ = false;
         lastError_ = std::move(error);

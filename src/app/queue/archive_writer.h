@@ -19,6 +19,8 @@ class ArchiveWriter {
 public:
     /// Called on the loop's thread after each writing, with what went wrong if something did.
     using Written = std::function<void(const std::optional<platform::Error>&)>;
+    /// Puts the list together, on the writer's thread.
+    using Make = std::function<QVariantList()>;
 
     ArchiveWriter(QString path, platform::RunLoop& loop, Written written);
     /// Writes what waits. `written` is not called any more.
@@ -27,6 +29,7 @@ public:
     ArchiveWriter& operator=(const ArchiveWriter&) = delete;
 
     void write(QVariantList archive);
+    void write(Make make);
     [[nodiscard]] bool isBusy() const;
     /// Returns when all is on disk, with what the last writing failed with.
     std::optional<platform::Error> finish();
@@ -42,7 +45,7 @@ private:
 
     mutable std::mutex lock_;  ///< Guards all that follows.
     std::condition_variable changed_;
-    std::optional<QVariantList> waiting_;
+    Make waiting_;  ///< Empty: nothing.
     std::optional<platform::Error> lastError_;
     bool isWriting_ = false;
     bool ends_ = false;

@@ -1,0 +1,127 @@
+#include "app/history/historian.h"
+
+#include "app/settings.h"
+#include "engine/download.h"
+#include "engine/environment.h"
+#include "engine/settings.h"
+#include "links/path_components.h"
+
+namespace app {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr platform::Seconds saveDelay = 5;
+constexpr auto saveOperation = "save";
+
+DQHistorian* installedHistorian = nullptr;
+
+}  // namespace
+
+DQHistorian::DQHistorian(platform::UserDefaults& defaults, platform::RunLoop& loop)
+    : defaults_(defaults), loop_(loop), file_(historyArchivePath(), loop) {
+    observer_ = defaults_.addObserver([this](const QString& key) { settingDidChange(key); });
+}
+
+DQHistorian::~DQHistorian() {
+    defaults_.removeObserver(observer_);
+    if (_wantsToBeSaved) {
+        save();
+    }
+    loop_.cancelAll(this);
+}
+
+QString DQHistorian::applicationSupportPath() {
+    return engine::environment().applicationSupportPath();
+}
+
+QString DQHistorian::historyArchivePath() {
+    return links::stringByAppendingPathComponent(applicationSupportPath(), u"History.plist"_s);
+}
+
+const QList<HistoryEntry>& DQHistorian::history() {
+    if (!isLoaded_) {
+        isLoaded_ = true;
+        _history = file_.read();
+    }
+    return _history;
+}
+
+void DQHistorian::add(engine::DQDownload& download) {
+    if (defaults_.get(engine::settings::privateDownloading) ||
+        (download.status() != engine::DQDownloadStatusDone &&
+         defaults_.get(settings::historyOfCompleteDownloads))) {
+        return;
+    }
+    static_cast<void>(history());
+    _history.append(historyEntry(download, defaults_.get(settings::historyByDateCompleted)));
+    _wantsToBeSaved = true;
+    checkNumberOfItems(true, false);
+    Q_EMIT historyChanged();
+}
+
+void DQHistorian::checkNumberOfItems(bool checkNumber, bool checkCompletion) {
+    const qsizetype before = numberOfItems();
+    if (checkCompletion) {
+        _history.removeIf([](const HistoryEntry& entry) { return entry.alias.isEmpty(); });
+    }
+    const qint64 limit = defaults_.get(settings::numberOfHistoryItems);
+    if (checkNumber && limit >= 0 && _history.size() > limit) {
+        _history.remove(0, _history.size() - limit);
+    }
+    if (_history.size() != before) {
+        didRemoveItems();
+    }
+    if (_wantsToBeSaved) {
+        loop_.cancel(this, saveOperation);
+        loop_.performAfter(this, saveOperation, saveDelay, [this] { save(); });
+    }
+}
+
+void DQHistorian::didRemoveItems() {
+    _wantsToBeSaved = true;
+    Q_EMIT itemsRemoved();
+    Q_EMIT historyChanged();
+}
+
+void DQHistorian::settingDidChange(const QString& key) {
+    if (key == settings::historyOfCompleteDownloads.name()) {
+        checkNumberOfItems(false, defaults_.get(settings::historyOfCompleteDownloads));
+    } else if (key == settings::numberOfHistoryItems.name()) {
+        checkNumberOfItems(true, false);
+    }
+}
+
+void DQHistorian::save() {
+    loop_.cancel(this, saveOperation);
+    _wantsToBeSaved = false;
+    file_.write(history());
+}
+
+void DQHistorian::clear() {
+    _history.clear();
+    isLoaded_ = true;
+    save();
+    Q_EMIT itemsRemoved();
+    Q_EMIT historyChanged();
+}
+
+void DQHistorian::cleanUp() {
+    if (defaults_.get(settings::clearHistoryOnQuit)) {
+        clear();
+    } else if (_wantsToBeSaved) {
+        save();
+    }
+    file_.finish();
+}
+
+DQHistorian& historian() {
+    return *installedHistorian;
+}
+
+void installHistorian(DQHistorian* historian) {
+    installedHistorian = historian;
+}
+
+}  // namespace app

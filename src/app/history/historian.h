@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QObject>
+
+#include "app/controller_roles.h"
+#include "app/history/history_file.h"
+#include "platform/base/run_loop.h"
+#include "platform/base/user_defaults.h"
+
+namespace app {
+
+/// Remembers what was downloaded after the queue has forgotten it: a bounded list on disk.
+///
+/// Read when it is first needed. A change is saved 5 seconds after the last one, and when the
+/// program ends. Follows its settings. Main thread.
+class DQHistorian final : public QObject, public HistoryKeeper {
+    Q_OBJECT
+
+public:
+    DQHistorian(platform::UserDefaults& defaults, platform::RunLoop& loop);
+    ~DQHistorian() override;
+
+    /// Where the program keeps its own data; empty: nowhere.
+    [[nodiscard]] static QString applicationSupportPath();
+    [[nodiscard]] static QString historyArchivePath();
+
+    /// Oldest first.
+    [[nodiscard]] const QList<HistoryEntry>& history();
+    [[nodiscard]] qsizetype numberOfItems() { return history().size(); }
+
+    /// A download was finished or aborted; it is taken up if the settings let it.
+    void add(engine::DQDownload& download) override;
+    /// Drops what is too much with `checkNumber`, and with `checkCompletion` what is not complete;
+    /// arranges for saving what has changed.
+    void checkNumberOfItems(bool checkNumber, bool checkCompletion);
+    void save();
+    void clear();
+    void cleanUp() override;
+
+Q_SIGNALS:
+    void historyChanged();
+    /// As well as `historyChanged`: what is remembered of single entries may be out of date.
+    void itemsRemoved();
+
+private:
+    void settingDidChange(const QString& key);
+    void didRemoveItems();
+
+    platform::UserDefaults& defaults_;
+    platform::RunLoop& loop_;
+    HistoryFile file_;
+    QList<HistoryEntry> _history;
+    bool isLoaded_ = false;
+    bool _wantsToBeSaved = false;
+    int observer_ = 0;
+};
+
+/// The history as installed by the composition root or by a test.
+[[nodiscard]] DQHistorian& historian();
+/// Nullptr takes it away.
+void installHistorian(DQHistorian* historian);
+
+}  // namespace app

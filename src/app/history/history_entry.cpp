@@ -1,0 +1,83 @@
+#include "app/history/history_entry.h"
+
+#include "engine/download.h"
+#include "engine/user_settings.h"
+#include "links/folders.h"
+#include "platform/base/user_defaults.h"
+#include "platform/files/files.h"
+
+namespace app {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+const auto nameKey = u"Name"_s, urlKey = u"Original URL"_s, pathKey = u"Path"_s;
+const auto aliasKey = u"Alias"_s, dateKey = u"Date"_s;
+
+/// Takes a value of the type wanted out of `dictionary`; one of another type stays there.
+template <typename Value>
+Value taken(QVariantMap& dictionary, const QString& key) {
+    const auto found = dictionary.constFind(key);
+    if (found == dictionary.cend() || found->userType() != qMetaTypeId<Value>()) {
+        return {};
+    }
+    return dictionary.take(key).template value<Value>();
+}
+
+QString nullIfEmpty(const QString& text) {
+    return text.isEmpty() ? QString() : text;
+}
+
+}  // namespace
+
+std::optional<QString> HistoryEntry::existingPath() const {
+    return links::existingPathWithFallBackAliasData(path, alias);
+}
+
+HistoryEntry historyEntry(engine::DQDownload& download, bool byDateCompleted) {
+    HistoryEntry entry;
+    entry.name = nullIfEmpty(download.name());
+    entry.originalURL = nullIfEmpty(download.originalURLString());
+    entry.path = nullIfEmpty(platform::abbreviateWithTilde(download.path()));
+    entry.alias = download.userSettings().value(engine::keys::alias).toByteArray();
+    entry.date = byDateCompleted ? download.doneDate() : download.date();
+    return entry;
+}
+
+HistoryEntry historyEntryFromDictionary(const QVariantMap& dictionary) {
+    HistoryEntry entry;
+    entry.others = dictionary;
+    entry.name = taken<QString>(entry.others, nameKey);
+    entry.originalURL = taken<QString>(entry.others, urlKey);
+    entry.path = taken<QString>(entry.others, pathKey);
+    entry.alias = taken<QByteArray>(entry.others, aliasKey);
+    const QVariant date =
+        platform::valueFromArchivedData(entry.others.value(dateKey).toByteArray());
+    if (date.userType() == QMetaType::QDateTime) {
+        entry.date = date.toDateTime();
+        entry.others.remove(dateKey);
+    }
+    return entry;
+}
+
+QVariantMap historyDictionary(const HistoryEntry& entry) {
+    QVariantMap dictionary = entry.others;
+    const auto insert = [&](const QString& key, const QString& value) {
+        if (!value.isNull()) {
+            dictionary.insert(key, value);
+        }
+    };
+    insert(nameKey, entry.name);
+    insert(urlKey, entry.originalURL);
+    insert(pathKey, entry.path);
+    if (!entry.alias.isEmpty()) {
+        dictionary.insert(aliasKey, entry.alias);
+    }
+    if (entry.date.isValid()) {
+        dictionary.insert(dateKey, platform::archivedData(entry.date));
+    }
+    return dictionary;
+}
+
+}  // namespace app

@@ -1,0 +1,73 @@
+#include "app/history/history_file.h"
+
+#include <QFile>
+#include <cerrno>
+
+#include "app/queue/archive_writer.h"
+#include "platform/base/log.h"
+#include "platform/files/files.h"
+#include "platform/files/property_list.h"
+
+namespace app {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr qint64 maximumFileSize = 256 << 20;
+
+}  // namespace
+
+HistoryFile::HistoryFile(QString path, platform::RunLoop& loop)
+    : path_(std::move(path)),
+      writer_(std::make_unique<ArchiveWriter>(
+          path_, loop, [](const std::optional<platform::Error>& error) {
+              if (error) {
+                  platform::log(u"cannot write the history: %1"_s.arg(error->text),
+                                platform::LogLevel::Error);
+              }
+          })) {}
+
+HistoryFile::~HistoryFile() = default;
+
+QList<HistoryEntry> HistoryFile::read() {
+    const platform::FileContents contents = platform::readFile(path_, maximumFileSize);
+    if (contents.error && contents.error->is(platform::posixErrorDomain, ENOENT)) {
+        return {};
+    }
+    const platform::PropertyListResult list = platform::readPropertyList(contents.data);
+    if (contents.error || list.value.userType() != QMetaType::QVariantList) {
+        mayWrite_ = !platform::keepDamagedFileAside(path_).isEmpty();
+        return {};
+    }
+    QList<HistoryEntry> entries;
+    for (const QVariant& element : list.value.toList()) {
+        entries.append(historyEntryFromDictionary(element.toMap()));
+    }
+    return entries;
+}
+
+void HistoryFile::write(const QList<HistoryEntry>& entries) {
+    if (!mayWrite_) {
+        return;
+    }
+    if (entries.isEmpty()) {
+        writer_->finish();
+        QFile::remove(path_);
+        return;
+    }
+    writer_->write([entries] {
+        QVariantList dictionaries;
+        dictionaries.reserve(entries.size());
+        for (const HistoryEntry& entry : entries) {
+            dictionaries.append(historyDictionary(entry));
+        }
+        return dictionaries;
+    });
+}
+
+void HistoryFile::finish() {
+    writer_->finish();
+}
+
+}  // namespace app

@@ -1,0 +1,96 @@
+#include "app/schedule/daily_schedule.h"
+
+#include "app/schedule/bulk_commands.h"
+#include "app/schedule/scheduled_time.h"
+#include "app/settings.h"
+#include "links/durations.h"
+#include "links/localization.h"
+#include "links/times_of_day.h"
+#include "platform/base/log.h"
+
+namespace app {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr auto queueOperation = "scheduledQueueAll", pauseOperation = "scheduledPauseAll";
+
+bool isScheduleSetting(const QString& key) {
+    return key == settings::scheduleQueue.name() || key == settings::scheduleQueueTime.name() ||
+           key == settings::schedulePause.name() || key == settings::schedulePauseTime.name();
+}
+
+void logNext(const QString& format, platform::Seconds seconds) {
+    platform::debugLog(
+        [&] { return links::filledFormat(format, {links::durationDescription(true, seconds)}); });
+}
+
+}  // namespace
+
+DailySchedule::DailySchedule(const Surroundings& surroundings) : surroundings_(surroundings) {
+    observer_ = surroundings_.defaults.addObserver([this](const QString& key) {
+        if (isEnabled_ && isScheduleSetting(key)) {
+            resetSchedule();
+        }
+    });
+}
+
+DailySchedule::~DailySchedule() {
+    surroundings_.defaults.removeObserver(observer_);
+    cancelPendingCalls();
+}
+
+void DailySchedule::resetSchedule() {
+    cancelPendingCalls();
+    isEnabled_ = true;
+    const platform::UserDefaults& defaults = surroundings_.defaults;
+    if (defaults.get(settings::scheduleQueue)) {
+        const platform::Seconds interval = secondsUntil(scheduledQueuingTime());
+        logNext(u"next scheduled queue cycle in %@"_s, interval);
+        surroundings_.loop.performAfter(this, queueOperation, interval,
+                                        [this] { scheduledQueueAll(); });
+    }
+    if (defaults.get(settings::schedulePause)) {
+        const platform::Seconds interval = secondsUntil(scheduledPausingTime());
+        logNext(u"next scheduled pause in %@"_s, interval);
+        surroundings_.loop.performAfter(this, pauseOperation, interval,
+                                        [this] { scheduledPauseAll(); });
+    }
+}
+
+void DailySchedule::disableSchedule() {
+    isEnabled_ = false;
+    cancelPendingCalls();
+}
+
+void DailySchedule::cancelPendingCalls() {
+    surroundings_.loop.cancelAll(this);
+}
+
+platform::Seconds DailySchedule::secondsUntil(const ScheduledTime& time) const {
+    constexpr double millisecondsPerSecond = 1000;
+    const QDateTime now = QDateTime::fromMSecsSinceEpoch(
+        static_cast<qint64>(surroundings_.loop.clock().wall() * millisecondsPerSecond));
+    // Not by way of a date: today may not have that time.
+    return links::nextDateMatchingTimeOfDayWithTimeIntervalRemaining(
+               scheduleTime(surroundings_.defaults, time), now)
+        .timeIntervalRemaining;
+}
+
+void DailySchedule::scheduledQueueAll() {
+    platform::debugLog([] { return u"schedule: queue"_s; });
+    surroundings_.commands.queueDownloads(surroundings_.queue.downloads());
+    resetSchedule();
+}
+
+void DailySchedule::scheduledPauseAll() {
+    platform::debugLog([] { return u"schedule: pause"_s; });
+    const bool isRadical = surroundings_.defaults.get(settings::schedulePauseRadical);
+    surroundings_.commands.pauseDownloads(downloadsFromCollectionMatchingStatusMask(
+        surroundings_.queue.downloads(),
+        isRadical ? engine::activeStatuses : engine::StatusMask{engine::DQDownloadStatusQueued}));
+    resetSchedule();
+}
+
+}  // namespace app

@@ -1,0 +1,85 @@
+#include "ui/history/history_menu.h"
+
+#include <QWidgetAction>
+
+#include "app/history/historian.h"
+#include "engine/now.h"
+#include "ui/history/history_search.h"
+#include "ui/menus/menu_items.h"
+#include "ui/text.h"
+
+namespace ui {
+
+HistoryMenu::HistoryMenu(app::DQHistorian& historian, app::DQMainController& controller,
+                         platform::UserDefaults& defaults, SearchField searchField, QWidget* parent)
+    : HistoryListMenu(app::HistoryActions(controller), icons_, parent),
+      historian_(historian),
+      defaults_(defaults) {
+    setTitle(translated("History"));
+    if (searchField == SearchField::Shown) {
+        makeSearch();
+    }
+    connect(this, &QMenu::aboutToShow, this, &HistoryMenu::rebuild);
+    connect(&historian_, &app::DQHistorian::itemsRemoved, this, [this] { icons_.clear(); });
+}
+
+HistoryMenu::~HistoryMenu() = default;
+
+void HistoryMenu::makeSearch() {
+    search_ = new HistorySearch(defaults_, this);
+    auto* item = new QWidgetAction(this);
+    item->setText(translated("Search"));
+    item->setDefaultWidget(search_);
+    addAction(item);
+    fixedItems_ = {item, addSeparator()};
+    connect(search_, &HistorySearch::searchChanged, this, [this] {
+        if (isVisible()) {
+            rebuild();
+        }
+    });
+}
+
+void HistoryMenu::rebuild() {
+    QList<QAction*> items = actions();
+    for (QAction* fixed : fixedItems_) {
+        items.removeOne(fixed);
+    }
+    removeItems(items);
+    if (search_) {
+        search_->setHasHistory(historian_.numberOfItems() > 0);
+    }
+    populate();
+}
+
+void HistoryMenu::populate() {
+    const app::HistoryListing listing =
+        app::historyListing(historian_.history(), defaults_,
+                            search_ ? search_->terms() : QStringList(), engine::wallNow());
+    if (listing.hasNoMatches) {
+        addInertItem(*this, translated("No Matches"));
+        addSeparator();
+    }
+    if (listing.isEmpty()) {
+        addInertItem(*this, translated("History is empty"));
+        return;
+    }
+    addEntries(listing.history, listing.items);
+    if (listing.isSearchResult) {
+        return;
+    }
+    addDays(listing);
+    addSeparator();
+    connect(addAction(translated("Clear History")), &QAction::triggered, &historian_,
+            &app::DQHistorian::clear);
+}
+
+void HistoryMenu::addDays(const app::HistoryListing& listing) {
+    if (!listing.items.empty() && !listing.days.empty()) {
+        addSeparator();
+    }
+    for (const app::HistoryListing::Day& day : listing.days) {
+        addMenu(new HistoryDayMenu(listing.history, day, historyActions(), icons_, this));
+    }
+}
+
+}  // namespace ui

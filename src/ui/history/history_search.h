@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QStringList>
+#include <QWidget>
+
+#include "platform/base/user_defaults.h"
+
+class QButtonGroup;
+class QLineEdit;
+
+namespace ui {
+
+/// The search field of the History menu, and below it, while there is something in the field, the
+/// choice of what the search looks at.
+class HistorySearch final : public QWidget {
+    Q_OBJECT
+
+public:
+    HistorySearch(platform::UserDefaults& defaults, QWidget* parent);
+
+    [[nodiscard]] QStringList terms() const;
+    /// With nothing to search in, the field is emptied and cannot be used.
+    void setHasHistory(bool has);
+
+Q_SIGNALS:
+    void searchChanged();
+
+private:
+    void makeScopeBar();
+    void showScopeBarIfSearching();
+
+    platform::UserDefaults& defaults_;
+    QLineEdit* historySearchField;
+    QWidget* historySearchScopeBar;
+};
+
+}  // namespace ui

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QWidget>
+
+#include "app/schedule/scheduled_time.h"
+#include "platform/base/user_defaults.h"
+
+class QCheckBox;
+class QTimeEdit;
+
+namespace app {
+class DQMainController;
+}
+
+namespace ui {
+
+/// Whether and when everything is queued and paused every day. A time shows only while its switch
+/// is on. Follows the settings.
+class ScheduleSettings final : public QWidget {
+    Q_OBJECT
+
+public:
+    ScheduleSettings(app::DQMainController& controller, platform::UserDefaults& defaults,
+                     QWidget* parent);
+    ~ScheduleSettings() override;
+
+private:
+    QTimeEdit* addTimePicker(const app::ScheduledTime& time);
+    void followSettings();
+    void showTime(QTimeEdit& picker, const app::ScheduledTime& time) const;
+
+    app::DQMainController& controller_;
+    platform::UserDefaults& defaults_;
+    QCheckBox* scheduledQueuingSwitch;
+    QTimeEdit* scheduledQueuingTimePicker;
+    QCheckBox* scheduledPausingSwitch;
+    QTimeEdit* scheduledPausingTimePicker;
+    QCheckBox* scheduledPausingRadicalSwitch;
+    int observer_ = 0;
+};
+
+}  // namespace ui

@@ -1,0 +1,73 @@
+#include "ui/schedule/throttle_field.h"
+
+#include <QLineEdit>
+#include <QSignalBlocker>
+#include <QTimer>
+
+#include "app/schedule/throttle_limit_text.h"
+#include "engine/settings.h"
+#include "engine/throttle.h"
+#include "ui/text.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace ui {
+
+ThrottleField::ThrottleField(platform::UserDefaults& defaults, QWidget* parent)
+    : QComboBox(parent), defaults_(defaults), pendingUpdate_(new QTimer(this)) {
+    constexpr int typingPause = 500;
+    setObjectName(u"throttleLimitField"_s);
+    setAccessibleName(translated("Bandwidth limit in kilobytes per second"));
+    setEditable(true);
+    setInsertPolicy(QComboBox::NoInsert);
+    setCompleter(nullptr);
+    addItems(app::throttleLimitSuggestions());
+    pendingUpdate_->setSingleShot(true);
+    pendingUpdate_->setInterval(typingPause);
+    connect(pendingUpdate_, &QTimer::timeout, this, &ThrottleField::updateThrottleLimit);
+    connect(this, &QComboBox::editTextChanged, pendingUpdate_, qOverload<>(&QTimer::start));
+    connect(lineEdit(), &QLineEdit::editingFinished, this, &ThrottleField::takeOver);
+    observer_ = defaults_.addObserver([this](const QString& key) {
+        if (key == engine::settings::throttleEnabled.name() ||
+            key == engine::settings::throttleLimit.name()) {
+            followSettings();
+        }
+    });
+    followSettings();
+}
+
+ThrottleField::~ThrottleField() {
+    defaults_.removeObserver(observer_);
+}
+
+void ThrottleField::updateThrottleLimit() {
+    pendingUpdate_->stop();
+    const app::ThrottleLimitEntry entry = app::throttleLimitEntry(currentText());
+    if (entry.text != currentText()) {
+        const QSignalBlocker isOurs(this);
+        setEditText(entry.text);
+    }
+    engine::Throttle::setThrottleLimit(entry.bytesPerSecond);
+}
+
+void ThrottleField::takeOver() {
+    if (pendingUpdate_->isActive()) {
+        updateThrottleLimit();
+    }
+}
+
+void ThrottleField::hideEvent(QHideEvent* event) {
+    takeOver();
+    QComboBox::hideEvent(event);
+}
+
+void ThrottleField::followSettings() {
+    setEnabled(engine::Throttle::isThrottled());
+    const QString text = app::throttleLimitText(engine::Throttle::throttleLimit());
+    if (!pendingUpdate_->isActive() && text != currentText()) {
+        const QSignalBlocker isOurs(this);
+        setEditText(text);
+    }
+}
+
+}  // namespace ui

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QComboBox>
+
+#include "platform/base/user_defaults.h"
+
+class QTimer;
+
+namespace ui {
+
+/// The bandwidth limit in thousands of bytes per second, typed or chosen. What is typed counts half
+/// a second later or on leaving the field. Usable only while the limit is on.
+class ThrottleField final : public QComboBox {
+    Q_OBJECT
+
+public:
+    ThrottleField(platform::UserDefaults& defaults, QWidget* parent);
+    ~ThrottleField() override;
+
+protected:
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    void updateThrottleLimit();
+    void takeOver();
+    void followSettings();
+
+    platform::UserDefaults& defaults_;
+    QTimer* pendingUpdate_;
+    int observer_ = 0;
+};
+
+}  // namespace ui
