@@ -14,7 +14,6 @@
 #include "engine/download_paths.h"
 #include "engine/environment.h"
 #include "engine/file_access.h"
-#include "engine/finished_file.h"
 #include "engine/intermediate_files.h"
 #include "engine/known_file.h"
 #include "engine/partial_file_marks.h"
@@ -155,58 +154,70 @@ void DownloadFinisher::handleWrongLength(const std::vector<FilePiece>& pieces) {
 }
 
 void DownloadFinisher::assemble(std::vector<FilePiece> pieces) {
-    auto job = std::make_shared<Job>();
-    job->pieces = std::move(pieces);
-    job->hasUserChosenPath = download_.userSettings().contains(keys::downloadFile);
-    job_ = job;
-    markFinishing(job->pieces.front().path);
-    auto result = std::make_shared<AssemblyResult>();
-    runInBackground([job, result] { *result = assembleFile(job->pieces, job->isCancelled); },
-                    [weak = download_.weak_from_this(), job, result] {
-                        if (const auto download = weak.lock())
-                            download->finisher().didAssemble(job, *result);
-                    });
+    job_ = std::make_shared<Job>();
+    job_->pieces = std::move(pieces);
+    job_->origin = originOf(download_);
+    job_->hasUserChosenPath = download_.userSettings().contains(keys::downloadFile);
+    markFinishing(job_->pieces.front().path);
+    // Where to is decided as late as may be, for names, rules and folders change; but a file in one
+    // piece is put together in no time, and a second way there and back would cost more than that.
+    const bool movesAtOnce = job_->pieces.size() == 1;
+    if (movesAtOnce)
+        job_->target = download_.finalDownloadTargetPath();
+    runInBackground(
+        [job = job_, movesAtOnce] {
+            job->assemble();
+            if (movesAtOnce && !job->assembly.isCancelled && !job->assembly.error)
+                job->moveToTarget();
+        },
+        [weak = download_.weak_from_this(), job = job_] {
+            if (const auto download = weak.lock())
+                download->finisher().didAssemble(job);
+        });
 }
 
-void DownloadFinisher::didAssemble(const std::shared_ptr<Job>& job, const AssemblyResult& result) {
-    if (job->isCancelled) {
+void DownloadFinisher::didAssemble(const std::shared_ptr<Job>& job) {
+    if (job->wasMoveTried) {
+        didMove(job);
+    } else if (job->isCancelled) {
         endCancelledJob();
-    } else if (result.error) {
+    } else if (job->assembly.error) {
         endJob();
-        interruptDownload(download_, *result.error);
+        interruptDownload(download_, *job->assembly.error);
     } else {
         move(job);
     }
 }
 
-/// Where to is decided now and not when the transfer began: names, rules and folders may have
-/// changed since.
 void DownloadFinisher::move(const std::shared_ptr<Job>& job) {
-    const QString source = job->pieces.front().path;
-    const QString target = download_.finalDownloadTargetPath();
-    auto error = std::make_shared<std::optional<platform::Error>>();
-    runInBackground(
-        [source, target, error] {
-            if (target.isEmpty())
-                *error = platform::posixError(EACCES);
-            else
-                *error = platform::moveFile(source, target);
-            if (!*error)
-                platform::syncFolderOf(QFile::encodeName(target));
-            removePartialFileMarks(*error ? source : target);
-        },
-        [weak = download_.weak_from_this(), job, target, error] {
-            if (const auto download = weak.lock())
-                download->finisher().didMove(job, target, *error);
-        });
+    job->target = download_.finalDownloadTargetPath();
+    runInBackground([job] { job->moveToTarget(); },
+                    [weak = download_.weak_from_this(), job] {
+                        if (const auto download = weak.lock())
+                            download->finisher().didMove(job);
+                    });
 }
 
-void DownloadFinisher::didMove(const std::shared_ptr<Job>& job, const QString& target,
-                               const std::optional<platform::Error>& error) {
+void DownloadFinisher::Job::moveToTarget() {
+    const QString& source = pieces.front().path;
+    wasMoveTried = true;
+    moveError =
+        target.isEmpty() ? platform::posixError(EACCES) : platform::moveFile(source, target);
+    const QString& path = moveError ? source : target;
+    removePartialFileMarks(path);
+    writeOrigin(origin, path);
+    if (!moveError) {
+        platform::syncFolderOf(QFile::encodeName(target));
+        removePartialFiles(source);
+    }
+}
+
+void DownloadFinisher::didMove(const std::shared_ptr<Job>& job) {
     constexpr int mostAttempts = 8;
-    const QString source = job->pieces.front().path;
+    const QString& source = job->pieces.front().path;
+    const std::optional<platform::Error>& error = job->moveError;
     if (download_.isBeingRemoved()) {
-        QFile::remove(error ? source : target);
+        QFile::remove(error ? source : job->target);
         endJob();
         return;
     }
@@ -219,13 +230,13 @@ void DownloadFinisher::didMove(const std::shared_ptr<Job>& job, const QString& t
     endJob();
     if (error) {
         platform::log(u"cannot move downloaded %1 to <%2> (%3)"_s.arg(download_.description(),
-                                                                      target, error->text));
+                                                                      job->target, error->text));
         environment().beep();
         endWithFile(movedOutOfPartialData(source));
         return;
     }
-    download_.paths().discardPartialData();
-    endWithFile(target);
+    download_.paths().setIntermediateDownloadTargetPath({});
+    endWithFile(job->target);
 }
 
 void DownloadFinisher::cancel() {
@@ -258,8 +269,6 @@ void DownloadFinisher::endWithoutData() {
 }
 
 void DownloadFinisher::endWithFile(const QString& path) {
-    adoptServerDate(download_, path);
-    storeSources(download_, path);
     download_.setURL(platform::Url::fromFilePath(path));
     if (const QByteArray bookmark = platform::fileBookmark(path); !bookmark.isEmpty())
         download_.userSettings().set(keys::alias, bookmark);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "engine/file_assembly.h"
+#include "engine/finished_file.h"
 
 namespace engine {
 
@@ -37,9 +38,19 @@ public:
 private:
     struct Job {
         std::vector<FilePiece> pieces;
+        FileOrigin origin;
         bool hasUserChosenPath = false;
         int attempts = 0;
         std::atomic<bool> isCancelled = false;
+
+        // Of the background, until it reports.
+        AssemblyResult assembly;
+        bool wasMoveTried = false;
+        QString target;
+        std::optional<platform::Error> moveError;
+
+        void assemble() { assembly = assembleFile(pieces, isCancelled); }
+        void moveToTarget();
     };
 
     [[nodiscard]] std::vector<FilePiece> piecesOfWorkers() const;
@@ -48,10 +59,9 @@ private:
     [[nodiscard]] bool hasRightLength(const std::vector<FilePiece>& pieces) const;
     void handleWrongLength(const std::vector<FilePiece>& pieces);
     void assemble(std::vector<FilePiece> pieces);
-    void didAssemble(const std::shared_ptr<Job>& job, const AssemblyResult& result);
+    void didAssemble(const std::shared_ptr<Job>& job);
     void move(const std::shared_ptr<Job>& job);
-    void didMove(const std::shared_ptr<Job>& job, const QString& target,
-                 const std::optional<platform::Error>& error);
+    void didMove(const std::shared_ptr<Job>& job);
     void endJob();
     void endCancelledJob();
     void endWithoutData();

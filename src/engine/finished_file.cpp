@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <QFile>
-#include <QStringList>
 #include <QVariant>
 
 #include "engine/download.h"
@@ -20,28 +19,37 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace engine {
 
+namespace {
+
 /// The setting's lowest value that counts gives the date to the file's creation alone, which no
 /// file system of Linux lets anybody set.
-void adoptServerDate(const DQDownload& download, const QString& path) {
-    const auto& date = download.dates().lastModifiedOnServerDate();
-    if (!date || platform::standardDefaults().get(settings::lastModifiedHeaderAdoption) <= 0)
-        return;
+void setModificationDate(const QString& path, const QDateTime& date) {
     timespec times[2]{};
     times[0].tv_nsec = UTIME_OMIT;
-    times[1].tv_sec = date->toSecsSinceEpoch();
+    times[1].tv_sec = date.toSecsSinceEpoch();
     if (utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, AT_SYMLINK_NOFOLLOW) != 0)
         platform::log(u"cannot set modification date for <%1>"_s.arg(path));
 }
 
-void storeSources(const DQDownload& download, const QString& path) {
+}  // namespace
+
+FileOrigin originOf(const DQDownload& download) {
+    FileOrigin origin;
+    if (platform::standardDefaults().get(settings::lastModifiedHeaderAdoption) > 0)
+        origin.modificationDate = download.dates().lastModifiedOnServerDate();
     const QString response = download.userSettings().string(keys::responseURL);
     const QString original = download.userSettings().string(keys::originalURL);
-    QStringList sources;
     if (!response.isEmpty())
-        sources.append(response);
+        origin.sources.append(response);
     if (!original.isEmpty() && !links::isEqualToPath(original, response))
-        sources.append(original);
-    links::setSourceURLStrings(path, sources);
+        origin.sources.append(original);
+    return origin;
+}
+
+void writeOrigin(const FileOrigin& origin, const QString& path) {
+    if (origin.modificationDate)
+        setModificationDate(path, *origin.modificationDate);
+    links::setSourceURLStrings(path, origin.sources);
 }
 
 void openByRule(const DQDownload& download, const QString& path) {

@@ -1,5 +1,6 @@
 #include "engine/intermediate_files.h"
 
+#include <unistd.h>
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
@@ -55,6 +56,25 @@ Fragment parsedFragment(const QString& path, qsizetype primaryNameLength) {
 QString ownerOfFragment(const QString& path) {
     const qsizetype marker = path.lastIndexOf(resumeMarker);
     return marker < 0 ? path : path.first(marker);
+}
+
+/// What most downloads leave: a container with the primary file, or none, and negligible files. One
+/// look into the folder is enough for it. False: it holds something else, and nothing was done.
+bool removeContainerWithPrimaryFileOnly(const QString& container, const QString& primaryName) {
+    QStringList paths;
+    for (QDirIterator entries(
+             container, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+         entries.hasNext();) {
+        const QString path = entries.next();
+        const QString name = entries.fileName();
+        const bool isOurs = name == primaryName || links::isNegligibleFilename(name);
+        if (!isOurs || entries.fileInfo().isDir())
+            return false;
+        paths.append(path);
+    }
+    for (const QString& path : paths)
+        QFile::remove(path);
+    return rmdir(QFile::encodeName(container).constData()) == 0;
 }
 
 }  // namespace
@@ -116,10 +136,13 @@ PartialFileSizes measurePartialFiles(const QString& primaryPath) {
 void removePartialFiles(const QString& primaryPath) {
     if (primaryPath.isEmpty())
         return;
+    const QString folder = links::stringByDeletingLastPathComponent(primaryPath);
+    if (isDownloadContainer(folder) &&
+        removeContainerWithPrimaryFileOnly(folder, links::lastPathComponent(primaryPath)))
+        return;
     for (const QString& path : fragmentPathsForIntermediateDownloadTargetPath(primaryPath))
         QFile::remove(path);
     QFile::remove(primaryPath);
-    const QString folder = links::stringByDeletingLastPathComponent(primaryPath);
     if (isDownloadContainer(folder))
         links::removeFolderIfVirtuallyEmpty(folder);
 }

@@ -23,8 +23,8 @@ namespace {
 constexpr qint64 maximumFileSize = 64 << 20;
 /// A write is followed by a rest of so many times what it took, so that a long queue whose
 /// downloads end one after another is not written all the time.
-constexpr double restPerWrite = 3;
-constexpr platform::Seconds longestRest = 2;
+constexpr double restPerWrite = 6;
+constexpr platform::Seconds shortestRest = 0.1, longestRest = 2;
 constexpr auto restOperation = "rest";
 
 /// A finished download does not survive a restart, nor does one on its way out.
@@ -115,12 +115,12 @@ void QueueArchive::didWrite(const std::optional<platform::Error>& error) {
     }
     const platform::Seconds took = surroundings_.loop.clock().monotonic() - handedOver_;
     surroundings_.loop.cancelAll(this);
-    surroundings_.loop.performAfter(this, restOperation, std::min(longestRest, took * restPerWrite),
-                                    [this] {
-                                        if (wantsToBeWritten_ && !writer_->isBusy()) {
-                                            handOver(archives());
-                                        }
-                                    });
+    surroundings_.loop.performAfter(
+        this, restOperation, std::clamp(took * restPerWrite, shortestRest, longestRest), [this] {
+            if (wantsToBeWritten_ && !writer_->isBusy()) {
+                handOver(archives());
+            }
+        });
 }
 
 void QueueArchive::finish() {

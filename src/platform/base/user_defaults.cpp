@@ -66,6 +66,7 @@ private:
     void writeSoon();
     void watch();
     void refresh();
+    void reloadIfNoticed();
     void reload();
     void adopt(QVariantMap values);
 
@@ -186,13 +187,20 @@ void UserDefaults::Private::watch() {
         return;
     notifier_ = std::make_unique<QSocketNotifier>(notice, QSocketNotifier::Read);
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
-                     [this] { refresh(); });
+                     [this] { reloadIfNoticed(); });
     // What was written before the notices began brings none.
     reload();
 }
 
+/// Where the run loop hears of changes nothing is asked of the system here: settings are read
+/// hundreds of times for each download.
 void UserDefaults::Private::refresh() {
-    if (std::this_thread::get_id() == thread_ && file_.mayHaveChanged())
+    if (notifier_ == nullptr && std::this_thread::get_id() == thread_)
+        reloadIfNoticed();
+}
+
+void UserDefaults::Private::reloadIfNoticed() {
+    if (file_.mayHaveChanged())
         reload();
 }
 

@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 
 namespace platform {
 
@@ -20,7 +21,12 @@ struct Setting {
     bool registered;
     const char* meaning;
 
-    [[nodiscard]] QString name() const { return QString::fromUtf16(key); }
+    /// Refers to the constant, without a copy.
+    [[nodiscard]] QString name() const {
+        return QString::fromRawData(
+            reinterpret_cast<const QChar*>(key),
+            static_cast<qsizetype>(std::char_traits<char16_t>::length(key)));
+    }
 };
 
 /// The domain of the program's own settings, in `userConfigFolder`.
@@ -31,7 +37,8 @@ inline const QString defaultsDomain = QStringLiteral("com.tarnworks.Orlop");
 ///
 /// Stored as an XML property list in the folder given, 0600, written atomically and shortly after
 /// a change (at the latest by `synchronize`); a change made to the file by another program is seen
-/// at the next reading. A file that cannot be read is kept aside under another name, and logged.
+/// at the next turn of the run loop, without one at the next reading. A file that cannot be read is
+/// kept aside under another name, and logged.
 ///
 /// Main thread, except for reading a `UserDefaults` that nobody changes.
 class UserDefaults {

@@ -1,6 +1,8 @@
+#include <sys/stat.h>
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
+#include <tuple>
 
 #include "platform/files/files.h"
 
@@ -19,6 +21,39 @@ QString baseFolder(const char* variable, const QString& fallback) {
 QString inHome(const QString& path) {
     return QDir::homePath() + u'/' + path;
 }
+
+/// A folder that the user's `user-dirs.dirs` names (xdg-user-dirs). That file is read again only
+/// when it has changed: the folder is asked for several times for each download.
+class KnownUserFolder {
+public:
+    explicit KnownUserFolder(QStandardPaths::StandardLocation location) : location_(location) {}
+
+    QString path() {
+        Origin now{qgetenv("HOME"), qgetenv("XDG_CONFIG_HOME"), {}};
+        const QByteArray config = now.config.isEmpty() ? now.home + "/.config" : now.config;
+        struct stat status {};
+        if (stat((config + "/user-dirs.dirs").constData(), &status) == 0)
+            now.file = {status.st_ino, status.st_size, status.st_mtim.tv_sec,
+                        status.st_mtim.tv_nsec};
+        if (path_.isEmpty() || origin_ != now) {
+            path_ = QStandardPaths::writableLocation(location_);
+            origin_ = now;
+        }
+        return path_;
+    }
+
+private:
+    struct Origin {
+        QByteArray home, config;
+        std::tuple<ino_t, off_t, time_t, long> file;
+
+        bool operator==(const Origin&) const = default;
+    };
+
+    const QStandardPaths::StandardLocation location_;
+    Origin origin_;
+    QString path_;
+};
 
 }  // namespace
 
@@ -43,11 +78,13 @@ QString runtimeFolder() {
 }
 
 QString downloadsUserFolder() {
-    return QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
+    thread_local KnownUserFolder folder(QStandardPaths::DownloadLocation);
+    return folder.path();
 }
 
 QString desktopUserFolder() {
-    return QStandardPaths::writableLocation(QStandardPaths::DesktopLocation);
+    thread_local KnownUserFolder folder(QStandardPaths::DesktopLocation);
+    return folder.path();
 }
 
 }  // namespace platform
