@@ -61,6 +61,9 @@ QString ownerOfFragment(const QString& path) {
 /// What most downloads leave: a container with the primary file, or none, and negligible files. One
 /// look into the folder is enough for it. False: it holds something else, and nothing was done.
 bool removeContainerWithPrimaryFileOnly(const QString& container, const QString& primaryName) {
+    const QByteArray folder = QFile::encodeName(container);
+    if (rmdir(folder.constData()) == 0)
+        return true;
     QStringList paths;
     for (QDirIterator entries(
              container, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
@@ -74,7 +77,7 @@ bool removeContainerWithPrimaryFileOnly(const QString& container, const QString&
     }
     for (const QString& path : paths)
         QFile::remove(path);
-    return rmdir(QFile::encodeName(container).constData()) == 0;
+    return rmdir(folder.constData()) == 0;
 }
 
 }  // namespace

@@ -67,8 +67,11 @@ void Transfer::resetProgress() {
 qint64 Transfer::noteReceivedBytes(const Worker& worker) {
     if (!hasWorkers())
         return 0;
-    writeMetadataIfNecessary();
     const OverallFigures reached = figures(&worker);
+    // Nobody goes on with a file that came whole at once, nor sees how far it has got.
+    const bool cameAtOnce = !lastFractionShown_ && reached.total() == reached.expected;
+    if (!cameAtOnce)
+        writeMetadataIfNecessary();
     if (reached.expected < 1)
         return 0;
     const double fraction =
@@ -80,7 +83,8 @@ qint64 Transfer::noteReceivedBytes(const Worker& worker) {
             mainController().updateDownload(download_);
             _lastDownloadUpdateDate = now;
         }
-        showFraction();
+        if (!cameAtOnce)
+            showFraction();
         speed_.note(now, reached.downloaded);
     }
     return reached.truncation;
