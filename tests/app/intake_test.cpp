@@ -2,6 +2,7 @@
 
 #include <QDir>
 
+#include "app/intake/address_list.h"
 #include "app/intake/file_collector.h"
 #include "app/intake/pasteboard.h"
 #include "app/intake/script_arguments.h"
@@ -154,12 +155,26 @@ TEST_F(IntakeTest, ACancelEndsTheListInHandOnly) {
 TEST_F(IntakeTest, ReadsListsOnceThoughTheyNameThemselves) {
     const QString path = folder.filePath(u"list.txt"_s);
     const QByteArray self = platform::Url::fromFilePath(path).absoluteString().toUtf8();
-    writeFile(u"list.txt"_s, "http://a.example/a\n" + self + "\r\nhttp://b.example/b");
+    const QByteArray again = QByteArray(self).replace("/list.txt", "/./list.txt");
+    writeFile(u"list.txt"_s,
+              "http://a.example/a\n" + self + "\r\n # note\r\n" + again + "\nhttp://b.example/b");
     openPath(path);
     EXPECT_EQ(queue(), QStringList({u"a"_s, u"b"_s}));
     EXPECT_EQ(reporter.events, QStringList{u"Added to Queue: a\nb"_s});
     openPath(folder.filePath(u"missing.txt"_s));
     EXPECT_EQ(queue().size(), 2);
+}
+
+TEST_F(IntakeTest, ListsMayBeInAnyUsualCharset) {
+    const std::vector<std::pair<QByteArray, QString>> cases{
+        {"# \xC3\xA4\rhttp://a/\xC3\xA4\r", u"http://a/ä\r"_s},
+        {QByteArray("\xFF\xFEh\0\n\0\xE4\0", 8), u"h\nä"_s},
+        {"http://a/\x80\xE4", u"http://a/€ä"_s},
+        {"#", u""_s},
+    };
+    for (const auto& [data, text] : cases) {
+        EXPECT_EQ(app::addressListText(data), text) << data.toStdString();
+    }
 }
 
 TEST_F(IntakeTest, TakesRequestsOfBrowsers) {
@@ -202,9 +217,16 @@ TEST_F(IntakeTest, ResumesABundleOrRestoresIt) {
     EXPECT_EQ(download(u"a"_s)->intermediateDownloadTargetPath(), bundle + u"/a"_s);
 
     reporter.events.clear();
-    openPath(bundle);
+    ASSERT_TRUE(QFile::link(bundle, folder.filePath(u"link.orlop"_s)));
+    for (const QString& spelling : {bundle, bundle + u'/', folder.filePath(u"link.orlop"_s)}) {
+        download(u"a"_s)->pause();
+        openPath(spelling);
+        EXPECT_EQ(queue().size(), 1);
+        EXPECT_EQ(download(u"a"_s)->status(), engine::DQDownloadStatusQueued);
+    }
+    EXPECT_TRUE(controller->openFiles({bundle + u'/'}, true, false)) << "no folder to be walked";
+    main.settle();
     EXPECT_EQ(queue().size(), 1);
-    EXPECT_EQ(download(u"a"_s)->status(), engine::DQDownloadStatusQueued);
     EXPECT_TRUE(reporter.events.isEmpty());
 
     openPath(folder.filePath(u"empty.orlop"_s));
@@ -289,9 +311,8 @@ TEST_F(IntakeTest, StreamsLongRangesWithoutHoldingTheLoop) {
     QObject::connect(controller.get(), &app::DQMainController::intakeEnded, controller.get(),
                      [&] { ++ends; });
     defaults.set(app::settings::autoStart, false);
-    controller->openText(u"http://a.example/{1-2000000000}"_s);
-    EXPECT_GT(controller->numberOfDownloads(), 0);
-    EXPECT_LT(controller->numberOfDownloads(), 10'000);
+    EXPECT_TRUE(
+        controller->dropPasteboard({QStringList{u"http://a.example/{1-2000000000}"_s}, {}}));
     while (progress < 12'000) {
         ASSERT_TRUE(main.loop.runDue());
     }

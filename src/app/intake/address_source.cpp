@@ -3,7 +3,9 @@
 #include <utility>
 
 #include "app/settings.h"
+#include "links/folders.h"
 #include "links/localization.h"
+#include "links/path_components.h"
 #include "links/settings.h"
 #include "platform/base/log.h"
 
@@ -17,7 +19,7 @@ std::optional<platform::Url> ListedAddresses::next() {
     return position_ < urls_.size() ? std::optional(std::move(urls_[position_++])) : std::nullopt;
 }
 
-TextAddresses::TextAddresses(links::URLCandidates candidates, QSet<QString> known)
+TextAddresses::TextAddresses(links::URLCandidates candidates, KnownAddresses known)
     : candidates_(std::move(candidates)), known_(std::move(known)) {}
 
 std::optional<platform::Url> TextAddresses::next() {
@@ -38,39 +40,50 @@ std::optional<platform::Url> TextAddresses::next() {
     return {};
 }
 
-SingleOrMany::SingleOrMany(std::unique_ptr<AddressSource> rest) : rest_(std::move(rest)) {
-    first_ = rest_->next();
-    second_ = first_ ? rest_->next() : std::nullopt;
-    isSingle_ = first_ && !second_;
-}
+SingleOrMany::SingleOrMany(std::unique_ptr<AddressSource> rest) : rest_(std::move(rest)) {}
 
 std::optional<platform::Url> SingleOrMany::next() {
-    if (first_) {
-        return std::exchange(first_, std::nullopt);
+    if (std::exchange(hasBegun_, true)) {
+        return second_ ? std::exchange(second_, std::nullopt) : rest_->next();
     }
-    return second_ ? std::exchange(second_, std::nullopt) : rest_->next();
+    std::optional<platform::Url> first = rest_->next();
+    second_ = first ? rest_->next() : std::nullopt;
+    isSingle_ = first && !second_;
+    return first;
 }
 
 namespace {
 
-QSet<QString> comparisonURLStrings(const Downloads& downloads) {
-    QSet<QString> strings;
-    strings.reserve(static_cast<qsizetype>(downloads.size()));
-    for (const engine::DownloadPtr& download : downloads) {
-        if (const QString string = download->comparisonURLString(); !string.isEmpty()) {
-            strings.insert(string);
-        }
-    }
-    return strings;
+/// A folder to be walked, which a bundle is not.
+bool isFolder(const platform::Url& url) {
+    const QString path = url.filePath();
+    return !path.isEmpty() && links::pathExtension(path).toLower() != u"orlop"_s &&
+           links::isFolderPath(path);
 }
+
+}  // namespace
+
+UnfoldedFolders::UnfoldedFolders(std::unique_ptr<AddressSource> rest, FileCollector files)
+    : rest_(std::move(rest)), files_(std::move(files)) {}
+
+std::optional<platform::Url> UnfoldedFolders::next() {
+    while (position_ >= files_.urls().size()) {
+        std::optional<platform::Url> url = rest_->next();
+        if (!url || !isFolder(*url)) {
+            return url;
+        }
+        wantsMore_ = wantsMore_ && files_.getFileURLs({url->filePath()});
+    }
+    return files_.urls()[position_++];
+}
+
+namespace {
 
 std::unique_ptr<AddressSource> addressesOf(links::URLCandidates candidates, const Downloads& queue,
                                            const platform::UserDefaults& defaults) {
-    QSet<QString> known;
-    if (defaults.get(settings::instantDuplicateCheck)) {
-        known = comparisonURLStrings(queue);
-    }
-    return std::make_unique<TextAddresses>(std::move(candidates), std::move(known));
+    const bool checks = defaults.get(settings::instantDuplicateCheck);
+    return std::make_unique<TextAddresses>(std::move(candidates),
+                                           checks ? KnownAddresses(queue) : KnownAddresses());
 }
 
 }  // namespace

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QSet>
 #include <QString>
 #include <memory>
 #include <optional>
 #include <vector>
 
-#include "app/queue/download_order.h"
+#include "app/intake/file_collector.h"
+#include "app/intake/known_addresses.h"
 #include "links/url_candidates.h"
 #include "platform/base/user_defaults.h"
 #include "platform/net/url.h"
@@ -36,25 +36,41 @@ private:
 class TextAddresses final : public AddressSource {
 public:
     /// Those in `known` are left out as well.
-    TextAddresses(links::URLCandidates candidates, QSet<QString> known);
+    TextAddresses(links::URLCandidates candidates, KnownAddresses known);
     [[nodiscard]] std::optional<platform::Url> next() override;
 
 private:
     links::URLCandidates candidates_;
-    const QSet<QString> known_;
+    KnownAddresses known_;
 };
 
 /// Looks one address ahead of another source, so that it is known whether there is just one.
 class SingleOrMany final : public AddressSource {
 public:
     explicit SingleOrMany(std::unique_ptr<AddressSource> rest);
+    /// Once the first has been asked for.
     [[nodiscard]] bool isSingle() const { return isSingle_; }
     [[nodiscard]] std::optional<platform::Url> next() override;
 
 private:
     std::unique_ptr<AddressSource> rest_;
-    std::optional<platform::Url> first_, second_;
-    bool isSingle_;
+    std::optional<platform::Url> second_;
+    bool hasBegun_ = false;
+    bool isSingle_ = false;
+};
+
+/// The addresses of another source with the files in a folder in place of the folder, which may
+/// mean a question to the user. Once the user had enough, further folders are left out.
+class UnfoldedFolders final : public AddressSource {
+public:
+    UnfoldedFolders(std::unique_ptr<AddressSource> rest, FileCollector files);
+    [[nodiscard]] std::optional<platform::Url> next() override;
+
+private:
+    std::unique_ptr<AddressSource> rest_;
+    FileCollector files_;
+    std::size_t position_ = 0;
+    bool wantsMore_ = true;
 };
 
 /// The addresses in a text, line by line, without those that the queue as it stands has already,

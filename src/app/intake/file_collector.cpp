@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "links/folders.h"
+#include "links/path_components.h"
 #include "links/path_rules.h"
 #include "platform/text/comparison.h"
 
@@ -22,7 +23,7 @@ Alert manyFilesAlert() {
 }
 
 bool isBundleName(const QString& name) {
-    return name.endsWith(u".orlop"_s, Qt::CaseInsensitive);
+    return links::pathExtension(name).compare(u"orlop"_s, Qt::CaseInsensitive) == 0;
 }
 
 }  // namespace

@@ -27,7 +27,7 @@ private:
     bool addFile(const QString& path);
 
     Questions& questions_;
-    const bool acceptsBundles_;
+    bool acceptsBundles_;
     QSet<QString> walkedFolders_;
     std::vector<platform::Url> urls_;
 };

@@ -2,10 +2,8 @@
 
 #include <algorithm>
 
-#include "app/intake/file_collector.h"
 #include "app/settings.h"
 #include "engine/settings.h"
-#include "links/folders.h"
 
 namespace app {
 
@@ -25,12 +23,6 @@ std::vector<platform::Url> allOf(AddressSource& addresses) {
         urls.push_back(std::move(*url));
     }
     return urls;
-}
-
-bool isFolder(const platform::Url& url) {
-    const QString path = url.filePath();
-    return !path.isEmpty() && !path.endsWith(u".orlop"_s, Qt::CaseInsensitive) &&
-           links::isFolderPath(path);
 }
 
 }  // namespace
@@ -84,8 +76,9 @@ void Intake::begin(std::unique_ptr<AddressSource> addresses, const ScriptArgumen
     const IntakeRun::Surroundings surroundings{surroundings_.queue, surroundings_.defaults,
                                                surroundings_.frontEnd};
     const bool wasEmpty = surroundings_.queue.downloads().empty();
+    auto unfolded = std::make_unique<UnfoldedFolders>(std::move(addresses), fileCollector());
     const auto activity = std::make_shared<Activity>(
-        Activity{IntakeRun(surroundings, std::move(addresses), arguments), wasEmpty});
+        Activity{IntakeRun(surroundings, std::move(unfolded), arguments), wasEmpty});
     activities_.push_back(activity);
     proceed(activity);
 }
@@ -135,10 +128,14 @@ void Intake::openURLsAfterDelay(const std::vector<platform::Url>& urls,
     }
 }
 
+FileCollector Intake::fileCollector() const {
+    return {surroundings_.frontEnd.questions,
+            surroundings_.defaults.get(engine::settings::storeMetadataLocally)};
+}
+
 bool Intake::openFiles(const QStringList& paths, bool afterDelay, bool giveFeedback) {
     const std::size_t numberOfDownloads = surroundings_.queue.downloads().size();
-    FileCollector files(surroundings_.frontEnd.questions,
-                        surroundings_.defaults.get(engine::settings::storeMetadataLocally));
+    FileCollector files = fileCollector();
     files.getFileURLs(paths);
     if (afterDelay) {
         openURLsAfterDelay(files.urls(), {}, giveFeedback);
@@ -162,30 +159,9 @@ bool Intake::dropPasteboard(const Pasteboard& pasteboard) {
     }
     // The drag's source waits for the drop to return.
     surroundings_.loop.performAfter(this, "dropPasteboard", 0, [this, pasteboard] {
-        if (pasteboard.urls) {
-            openURLs(withFilesOfFolders(URLsFromCollection(*pasteboard.urls)));
-        } else {
-            openText(*pasteboard.text);
-        }
+        begin(addressesInPasteboard(pasteboard), {});
     });
     return true;
-}
-
-std::vector<platform::Url> Intake::withFilesOfFolders(const std::vector<platform::Url>& urls) {
-    std::vector<platform::Url> found;
-    QStringList folders;
-    for (const platform::Url& url : urls) {
-        if (isFolder(url)) {
-            folders.append(url.filePath());
-        } else {
-            found.push_back(url);
-        }
-    }
-    FileCollector files(surroundings_.frontEnd.questions,
-                        surroundings_.defaults.get(engine::settings::storeMetadataLocally));
-    files.getFileURLs(folders);
-    found.insert(found.end(), files.urls().begin(), files.urls().end());
-    return found;
 }
 
 std::optional<QString> Intake::openURLFromPasteboard(const Pasteboard& pasteboard) {

@@ -5,6 +5,7 @@
 #include <optional>
 #include <vector>
 
+#include "app/intake/file_collector.h"
 #include "app/intake/intake_run.h"
 #include "app/intake/pasteboard.h"
 #include "app/intake/script_arguments.h"
@@ -67,9 +68,7 @@ private:
 
     [[nodiscard]] std::unique_ptr<AddressSource> addressesInPasteboard(
         const Pasteboard& pasteboard) const;
-    /// With the files in folders in place of the folders.
-    [[nodiscard]] std::vector<platform::Url> withFilesOfFolders(
-        const std::vector<platform::Url>& urls);
+    [[nodiscard]] FileCollector fileCollector() const;
     void begin(std::unique_ptr<AddressSource> addresses, const ScriptArguments& arguments);
     void proceed(const std::shared_ptr<Activity>& activity);
     void report(Activity& activity, bool goesOn);

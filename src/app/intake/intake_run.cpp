@@ -1,7 +1,9 @@
 #include "app/intake/intake_run.h"
 
 #include <QFile>
+#include <QFileInfo>
 
+#include "app/intake/address_list.h"
 #include "app/intake/request_file.h"
 #include "app/queue/restored_download.h"
 #include "app/settings.h"
@@ -26,6 +28,12 @@ constexpr qint64 maximumFileSize = 64 << 20;
 /// More names are of no use to whoever reads the notification.
 constexpr qsizetype maximumNumberOfNames = 1000;
 
+/// Without links, and the same for every way of writing it. A path that does not exist stays.
+QString canonicalPath(const QString& path) {
+    const QString canonical = QFileInfo(path).canonicalFilePath();
+    return canonical.isEmpty() ? path : canonical;
+}
+
 void logRefusal(const platform::Url& url) {
     platform::log(links::filledFormat(u"cannot download <%@>"_s, {url.absoluteString()}));
 }
@@ -35,25 +43,28 @@ void logRefusal(const platform::Url& url) {
 IntakeRun::IntakeRun(Surroundings surroundings, std::unique_ptr<AddressSource> addresses,
                      const ScriptArguments& arguments)
     : surroundings_(surroundings),
+      given_(std::move(addresses)),
       request_(arguments.request()),
       target_(platform::abbreviateWithTilde(arguments.toPosixPath)),
       targetIsFolder_(!target_.isEmpty() && links::isFolderPath(platform::expandTilde(target_))),
       asksForFolder_(surroundings.frontEnd.presence.areAlternateFunctionalityModifiersHeld()),
-      autoStart_(surroundings.defaults.get(settings::autoStart)) {
-    auto source = std::make_unique<SingleOrMany>(std::move(addresses));
-    isSingle_ = source->isSingle();
-    sources_.push_back(std::move(source));
-}
+      autoStart_(surroundings.defaults.get(settings::autoStart)) {}
 
 bool IntakeRun::step(int maximum) {
-    for (int taken = 0; taken < maximum && !sources_.empty(); ++taken) {
-        const std::optional<platform::Url> url = sources_.back()->next();
-        // A prompt lets the main loop go on, and with it `stop`.
-        if ((!url || open(*url) == Progress::Ends) && !sources_.empty()) {
-            sources_.pop_back();
+    for (int taken = 0; taken < maximum && !isOver_; ++taken) {
+        AddressSource& source = lists_.empty() ? given_ : *lists_.back();
+        // A question lets the main loop go on, and with it `stop`.
+        const std::optional<platform::Url> url = source.next();
+        if (url && open(*url) == Progress::GoesOn) {
+            continue;
+        }
+        if (lists_.empty()) {
+            isOver_ = true;
+        } else {
+            lists_.pop_back();
         }
     }
-    return !sources_.empty();
+    return !isOver_;
 }
 
 IntakeRun::Progress IntakeRun::open(const platform::Url& url) {
@@ -78,14 +89,10 @@ IntakeRun::Progress IntakeRun::open(const platform::Url& url) {
 }
 
 void IntakeRun::openBundle(const platform::Url& url) {
-    const QString container = url.filePath();
-    for (const engine::DownloadPtr& download : surroundings_.queue.downloads()) {
-        const QString partialFile = download->intermediateDownloadTargetPath();
-        if (!partialFile.isEmpty() &&
-            links::isEqualToPath(container, stringByDeletingLastPathComponent(partialFile))) {
-            download->addToQueue();
-            return;
-        }
+    const QString container = canonicalPath(url.filePath());
+    if (const engine::DownloadPtr known = downloadOfBundle(container)) {
+        known->addToQueue();
+        return;
     }
     const platform::FileContents contents = platform::readFile(
         links::stringByAppendingPathComponent(container, u"Archive.orlopinfo"_s), maximumFileSize);
@@ -104,19 +111,38 @@ void IntakeRun::openBundle(const platform::Url& url) {
     }
 }
 
+/// Null: the bundle is no download's of the queue.
+engine::DownloadPtr IntakeRun::downloadOfBundle(const QString& container) const {
+    const QString name = links::lastPathComponent(container);
+    for (const engine::DownloadPtr& download : surroundings_.queue.downloads()) {
+        const QString partialFile = download->intermediateDownloadTargetPath();
+        if (partialFile.isEmpty()) {
+            continue;
+        }
+        // Two downloads on one partial file would ruin it, by whatever path they come to it.
+        const QString other = stringByDeletingLastPathComponent(partialFile);
+        if (links::isEqualToPath(name, links::lastPathComponent(other)) &&
+            links::isEqualToPath(container, canonicalPath(other))) {
+            return download;
+        }
+    }
+    return nullptr;
+}
+
 void IntakeRun::openList(const QString& path) {
-    if (readLists_.contains(path)) {
+    const QString list = canonicalPath(path);
+    if (readLists_.contains(list)) {
         return;  // A list may name itself.
     }
-    readLists_.insert(path);
-    const platform::FileContents contents = platform::readFile(path, maximumFileSize);
+    readLists_.insert(list);
+    const platform::FileContents contents = platform::readFile(list, maximumFileSize);
     if (contents.error) {
         platform::log(
-            u"cannot read the list of addresses: %1 (%2)"_s.arg(path, contents.error->text));
+            u"cannot read the list of addresses: %1 (%2)"_s.arg(list, contents.error->text));
         return;
     }
-    sources_.push_back(addressesInText(QString::fromUtf8(contents.data),
-                                       surroundings_.queue.downloads(), surroundings_.defaults));
+    lists_.push_back(addressesInText(addressListText(contents.data),
+                                     surroundings_.queue.downloads(), surroundings_.defaults));
 }
 
 IntakeRun::Progress IntakeRun::openRequestFile(const platform::Url& url) {
@@ -182,7 +208,8 @@ bool IntakeRun::chooseDestination(engine::DQDownload& download, const platform::
         userSettings.set(keys::downloadFolder, chosenFolder_);
         return true;
     }
-    return isSingle_ && surroundings_.defaults.get(settings::folderPromptAllowsFilenameEditing)
+    return given_.isSingle() &&
+                   surroundings_.defaults.get(settings::folderPromptAllowsFilenameEditing)
                ? chooseFile(userSettings, url)
                : chooseFolder(userSettings);
 }

@@ -35,7 +35,7 @@ public:
     /// Takes in at most so many addresses. False: there are no more.
     bool step(int maximum);
     /// The next step finds no more.
-    void stop() { sources_.clear(); }
+    void stop() { isOver_ = true; }
 
     /// How many downloads were made.
     [[nodiscard]] qsizetype count() const { return count_; }
@@ -48,6 +48,7 @@ private:
 
     Progress open(const platform::Url& url);
     void openBundle(const platform::Url& url);
+    [[nodiscard]] engine::DownloadPtr downloadOfBundle(const QString& container) const;
     void openList(const QString& path);
     Progress openRequestFile(const platform::Url& url);
     Progress addDownload(const platform::Url& url);
@@ -61,16 +62,18 @@ private:
     void takeTarget(engine::UserSettings& userSettings);
 
     Surroundings surroundings_;
+    /// The addresses that were given.
+    SingleOrMany given_;
     /// The list in hand last; those below it wait for its end.
-    std::vector<std::unique_ptr<AddressSource>> sources_;
+    std::vector<std::unique_ptr<AddressSource>> lists_;
     QSet<QString> readLists_;
     const QVariantMap request_;
     QString target_;
     bool targetIsFolder_;
     QString chosenFolder_;
     bool asksForFolder_;
-    bool isSingle_ = false;
     const bool autoStart_;
+    bool isOver_ = false;
     qsizetype count_ = 0;
     QStringList names_;
 };

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace app {
+
+/// The text of a list of addresses, one a line, without the lines that begin with "#". Lists are
+/// UTF-8; a byte order mark may say UTF-16, and what is neither is read as Windows reads it.
+[[nodiscard]] QString addressListText(const QByteArray& data);
+
+}  // namespace app
