@@ -69,6 +69,15 @@ void HTTPRequest::addRequestHeader(const QString& header, const QString& value) 
     _options.requestHeaders.set(header, value);
 }
 
+void HTTPRequest::addBasicAuthenticationHeaderWithUsername(const QString& username,
+                                                           const QString& password) {
+    const std::scoped_lock guard(_cancelledLock);
+    if (const auto header = platform::basicAuthenticationHeader(username, password)) {
+        _options.requestHeaders.set(QStringLiteral("Authorization"), *header);
+        _run->authentication().assumeBasicScheme();
+    }
+}
+
 // Body.
 
 void HTTPRequest::setPostBody(const QByteArray& body) {
@@ -279,6 +288,26 @@ std::uint32_t HTTPRequest::connectionID() const {
 
 int HTTPRequest::authenticationNeeded() const {
     return static_cast<int>(state(&RequestState::authenticationNeeded));
+}
+
+QString HTTPRequest::authenticationScheme() const {
+    const std::scoped_lock guard(_cancelledLock);
+    return _run->authentication().server().scheme;
+}
+
+QString HTTPRequest::authenticationRealm() const {
+    const std::scoped_lock guard(_cancelledLock);
+    return _run->authentication().server().realm;
+}
+
+QString HTTPRequest::proxyAuthenticationScheme() const {
+    const std::scoped_lock guard(_cancelledLock);
+    return _run->authentication().proxy().scheme;
+}
+
+QString HTTPRequest::proxyAuthenticationRealm() const {
+    const std::scoped_lock guard(_cancelledLock);
+    return _run->authentication().proxy().realm;
 }
 
 }  // namespace http

@@ -16,6 +16,7 @@
 #include "http/request_blocks.h"
 #include "http/request_properties.h"
 #include "platform/base/error.h"
+#include "platform/net/credential_storage.h"
 #include "platform/net/http_message.h"
 
 namespace http {
@@ -72,7 +73,15 @@ public:
     /// Also deletes the former ones from the shared jar.
     static void setSessionCookies(std::vector<platform::Cookie> cookies);
     static void addSessionCookie(const platform::Cookie& cookie);
-    /// Forgets the credentials and cookies of this run, and what the default cache keeps for it.
+    /// Credentials that are kept for good, of a server or a proxy.
+    static void saveCredentials(const platform::HTTPCredentials& credentials,
+                                const platform::ProtectionSpace& space);
+    /// Calls `found` once, on any thread and perhaps at once.
+    static void savedCredentials(const platform::ProtectionSpace& space,
+                                 platform::CredentialStorage::Found found);
+    static void removeCredentials(const platform::ProtectionSpace& space);
+    /// Forgets the servers' credentials and the cookies of this run, and what the default cache
+    /// keeps for it.
     static void clearSession();
     /// Closes the free connections whose time is over.
     static void expirePersistentConnections();
@@ -105,6 +114,8 @@ public:
     void setRequestMethod(const QString& method);
     /// Replaces a header of that name.
     void addRequestHeader(const QString& header, const QString& value);
+    /// Sends them ahead of any challenge. A name with a colon in it cannot be sent.
+    void addBasicAuthenticationHeaderWithUsername(const QString& username, const QString& password);
 
     // Body. Before the start, on one thread.
 
@@ -192,6 +203,11 @@ public:
     [[nodiscard]] std::uint32_t connectionID() const;
     /// 0 none, 1 the server's, 2 the proxy's credentials are wanted.
     [[nodiscard]] int authenticationNeeded() const;
+    /// Of the challenge that was met last; empty: none.
+    [[nodiscard]] QString authenticationScheme() const;
+    [[nodiscard]] QString authenticationRealm() const;
+    [[nodiscard]] QString proxyAuthenticationScheme() const;
+    [[nodiscard]] QString proxyAuthenticationRealm() const;
 
     void start() override;
 

@@ -12,6 +12,8 @@
 namespace http {
 
 using namespace Qt::Literals::StringLiterals;
+using platform::HTTPCredentials;
+using platform::ProtectionSpace;
 
 OperationQueue& HTTPRequest::sharedQueue() {
     return SharedState::current()->sharedQueue;
@@ -79,6 +81,7 @@ void HTTPRequest::addSessionCookie(const platform::Cookie& cookie) {
 
 void HTTPRequest::clearSession() {
     const auto shared = SharedState::current();
+    shared->sessionCredentials.clear();
     shared->cookies.setCookies({});
     if (const auto cache = shared->defaults.cache())
         static_cast<void>(cache->clearCachedResponsesForStoragePolicy(cacheStorageForSession));
@@ -86,6 +89,20 @@ void HTTPRequest::clearSession() {
 
 void HTTPRequest::expirePersistentConnections() {
     SharedState::current()->connections.expirePersistentConnections();
+}
+
+void HTTPRequest::saveCredentials(const HTTPCredentials& credentials,
+                                  const ProtectionSpace& space) {
+    platform::sharedCredentialStorage().save(space, credentials);
+}
+
+void HTTPRequest::savedCredentials(const ProtectionSpace& space,
+                                   platform::CredentialStorage::Found found) {
+    platform::sharedCredentialStorage().find(space, std::move(found));
+}
+
+void HTTPRequest::removeCredentials(const ProtectionSpace& space) {
+    platform::sharedCredentialStorage().remove(space);
 }
 
 std::optional<QString> HTTPRequest::mimeTypeForFileAtPath(const QString& path) {

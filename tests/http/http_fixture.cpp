@@ -59,16 +59,27 @@ void RecordingDelegate::requestFailed(HTTPRequest& request) {
     note("failed", request);
 }
 
+void RecordingDelegate::authenticationNeededForRequest(HTTPRequest& request) {
+    note("authenticationNeeded", request);
+}
+
+void RecordingDelegate::proxyAuthenticationNeededForRequest(HTTPRequest& request) {
+    note("proxyAuthenticationNeeded", request);
+}
+
 HTTPTest::HTTPTest()
     : cookies(platform::makeCookieStorage(QString())),
+      secrets(platform::makeMemoryCredentialStorage()),
       session(std::make_unique<http::HTTPSession>(main.clock)) {
     platform::installSharedCookieStorage(cookies.get());
+    platform::installSharedCredentialStorage(secrets.get());
 }
 
 HTTPTest::~HTTPTest() {
     session.reset();
     main.settle();
     platform::installSharedCookieStorage(nullptr);
+    platform::installSharedCredentialStorage(nullptr);
 }
 
 std::shared_ptr<HTTPRequest> HTTPTest::request(const QString& path) {

@@ -37,6 +37,8 @@ public:
     void requestDidReceiveData(http::HTTPRequest& request, const QByteArray& block) override;
     void requestFinished(http::HTTPRequest& request) override;
     void requestFailed(http::HTTPRequest& request) override;
+    void authenticationNeededForRequest(http::HTTPRequest& request) override;
+    void proxyAuthenticationNeededForRequest(http::HTTPRequest& request) override;
 
 private:
     void note(const std::string& event, http::HTTPRequest& request);
@@ -72,6 +74,7 @@ protected:
 
     support::MainLoop main;
     std::unique_ptr<platform::CookieStorage> cookies;
+    std::unique_ptr<platform::CredentialStorage> secrets;
     support::HTTPServer server;
     QTemporaryDir folder;
     RecordingDelegate delegate;

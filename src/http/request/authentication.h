@@ -1,29 +1,75 @@
 #pragma once
 
+#include <optional>
+
+#include "http/request/challenge_side.h"
+#include "http/request/request_parts.h"
+#include "platform/base/error.h"
+
 namespace http {
 
+class HTTPRequest;
 class RequestRun;
 
-/// Answers the challenges that one request meets.
-///
-/// Credentials are not supported yet: a challenge ends the request with code 3.
+/// Answers the challenges that one request meets: with what let others in during this run, with
+/// what the request was given, with what is saved, and at last by asking its delegate.
 ///
 /// The request's loop, under its lock.
 class Authentication {
 public:
-    explicit Authentication(RequestRun& run) : _run(run) {}
+    Authentication(HTTPRequest& request, RequestParts parts, RequestRun& run);
 
-    /// Adds what is known before any challenge to the message that is about to be made.
-    void applyAuthorizationHeader() {}
-    /// The head of a response that asks for nothing has come: what was sent ahead has worked.
-    void credentialsWereAccepted() {}
-    /// Goes on after a response with status 401 or 407 has come to its end. Without the lock.
+    /// Adds what is known before any challenge to the message that has just been made.
+    void applyAuthorizationHeader();
+    /// The caller adds the header by itself; a success is remembered.
+    void assumeBasicScheme() { _server.scheme = platform::authenticationSchemeBasic; }
+    /// The message is about to be sent, perhaps not for the first time.
+    void prepareSend();
+    /// A response that asks for nothing has come: what was sent has worked.
+    void credentialsWereAccepted();
+    /// Goes on after a response with status 401 or 407 has come to its end.
     void attemptToApplyCredentialsAndResume();
+    /// Somebody has answered the question, though perhaps with the same as before.
+    void credentialsWereSupplied();
+    void savedCredentialsWereFound(bool forProxy, std::optional<platform::HTTPCredentials> found);
+
     /// Another address: what is known of the last challenge does not hold there.
-    void forgetChallenges() {}
+    void forgetChallenges();
+    /// Another server: it gets nothing of what was meant for the last one.
+    void leaveServer();
+
+    [[nodiscard]] const ChallengeSide& server() const { return _server; }
+    [[nodiscard]] const ChallengeSide& proxy() const { return _proxy; }
 
 private:
+    void attempt(ChallengeSide& side);
+    [[nodiscard]] bool meetChallenge(ChallengeSide& side);
+    void answerChallenge(ChallengeSide& side);
+    void answerAgain(ChallengeSide& side);
+    void answerFromSearch(ChallengeSide& side);
+    void takeRefusal(ChallengeSide& side, const platform::Error& reason);
+
+    [[nodiscard]] bool hasEnded() const;
+    [[nodiscard]] std::optional<SessionEntry> findSessionCredentials(
+        const ChallengeSide& side) const;
+    [[nodiscard]] SessionEntries& sessionEntries(const ChallengeSide& side) const;
+    [[nodiscard]] bool applySessionCredentials(ChallengeSide& side);
+    [[nodiscard]] bool applyCredentials(ChallengeSide& side, const Credentials& credentials);
+    [[nodiscard]] bool answerWith(ChallengeSide& side,
+                                  std::shared_ptr<platform::HTTPAuthentication> authentication,
+                                  const Credentials& credentials);
+    [[nodiscard]] bool answerAheadOfChallenge(ChallengeSide& side);
+    void storeInSession(const ChallengeSide& side) const;
+    [[nodiscard]] bool lookUpSaved(ChallengeSide& side);
+    [[nodiscard]] bool willAskDelegate(const ChallengeSide& side);
+    void fail();
+    void failToApply(const ChallengeSide& side);
+
+    HTTPRequest& _request;
+    RequestParts _parts;
     RequestRun& _run;
+    ChallengeSide _server{false};
+    ChallengeSide _proxy{true};
 };
 
 }  // namespace http

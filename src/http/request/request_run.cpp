@@ -41,7 +41,7 @@ RequestRun::RequestRun(HTTPRequest& request, RequestState& state, RequestNotifie
       _statusWatch(request, _parts, *this),
       _reader(_parts, *this),
       _cache(request, _parts, *this),
-      _authentication(*this),
+      _authentication(request, _parts, *this),
       _proxies(*this) {}
 
 RequestRun::~RequestRun() = default;
@@ -53,17 +53,17 @@ std::shared_ptr<TransferLoop> RequestRun::loop() {
     return _loop != nullptr ? _loop : _shared->thread.loop();
 }
 
-void RequestRun::perform(void (RequestRun::*step)()) {
+void RequestRun::perform(std::function<void()> step) {
     const auto target = loop();
     if (target == nullptr)
         return;
-    target->post([this, alive = _request.shared_from_this(), step, target] {
+    target->post([this, alive = _request.shared_from_this(), step = std::move(step), target] {
         const std::scoped_lock guard(_state.cancelledLock);
         // It may have been started on another loop meanwhile.
         if (_loop != nullptr && _loop != target)
             perform(step);
         else
-            (this->*step)();
+            step();
     });
 }
 
@@ -255,6 +255,8 @@ void RequestRun::performRedirect() {
     _isRedirectAsked = false;
     // They are not the next address's, whatever a cache may know of that.
     _state.responseHeaders.reset();
+    if (!_state.redirectURL.hasSameOrigin(_state.url))
+        _authentication.leaveServer();
     setURL(_state.redirectURL);
     _state.complete = true;
     _state.needsRedirect = false;
@@ -363,7 +365,18 @@ void RequestRun::loopWillEnd() {
 // Credentials.
 
 void RequestRun::retryUsingSuppliedCredentials() {
-    perform(&RequestRun::resumeAuthentication);
+    perform([this] {
+        _authentication.credentialsWereSupplied();
+        resumeAuthentication();
+    });
+}
+
+void RequestRun::resumeWithSavedCredentials(bool forProxy,
+                                            std::optional<platform::HTTPCredentials> found) {
+    perform([this, forProxy, found = std::move(found)] {
+        _authentication.savedCredentialsWereFound(forProxy, found);
+        resumeAuthentication();
+    });
 }
 
 void RequestRun::resumeAuthentication() {

@@ -47,6 +47,8 @@ public:
     void redirectToURL(const platform::Url& url);
     void retryUsingSuppliedCredentials();
     void cancelAuthentication();
+    /// The persistent store has answered.
+    void resumeWithSavedCredentials(bool forProxy, std::optional<platform::HTTPCredentials> found);
 
     // The request's loop or, before the start, its caller; under the request's lock.
 
@@ -83,6 +85,7 @@ public:
     /// when it has caught up.
     [[nodiscard]] bool passOnReceivedData(QByteArray data);
     [[nodiscard]] Authentication& authentication() { return _authentication; }
+    [[nodiscard]] const Authentication& authentication() const { return _authentication; }
     [[nodiscard]] RequestCache& cache() { return _cache; }
     [[nodiscard]] ResponseReader& reader() { return _reader; }
     [[nodiscard]] StatusWatch& statusWatch() { return _statusWatch; }
@@ -93,7 +96,10 @@ private:
     void loopWillEnd() override;
 
     /// Runs `step` on the request's loop while the request lives.
-    void perform(void (RequestRun::*step)());
+    void perform(std::function<void()> step);
+    void perform(void (RequestRun::*step)()) {
+        perform([this, step] { (this->*step)(); });
+    }
     [[nodiscard]] std::shared_ptr<TransferLoop> loop();
 
     void main();

@@ -78,6 +78,7 @@ void RequestSender::startRequest() {
     if (_run.isHeard())
         _parts.notifier.requestStarted();
     resetForSend();
+    _run.authentication().prepareSend();
     auto body = _parts.body.open(_parts.shared.bandwidth, [this] { _run.performThrottling(); });
     if (body.failed) {
         _run.failWithError(makeRequestError(HTTPRequestErrorCode::InternalStream,
@@ -133,6 +134,8 @@ TransferStream::Setup RequestSender::setup(RequestBody::Opened body) const {
     setup.bodyLength = setup.body != nullptr ? state.postLength : 0;
     setup.tls = tlsSettings();
     setup.proxy = proxy();
+    setup.serverCredentials = _run.authentication().server().connection;
+    setup.proxyCredentials = _run.authentication().proxy().connection;
     if (setup.body == nullptr)
         setup.connection =
             _parts.connection.acquire(_run.loopInUse(), connectionCircumstances(setup));

@@ -12,6 +12,17 @@ namespace http {
 
 using platform::HTTPReadStream;
 
+namespace {
+
+/// What the transport negotiates makes the whole connection somebody's.
+QString circumstancesOf(const platform::ConnectionCredentials& credentials) {
+    return QStringList{QString::number(static_cast<int>(credentials.scheme)), credentials.domain,
+                       credentials.user}
+        .join(u'\t');
+}
+
+}  // namespace
+
 TransferStream::TransferStream(RequestState& state, BandwidthAccount& bandwidth,
                                ConnectionTable& connections, platform::Clock& clock)
     : _state(state), _bandwidth(bandwidth), _connections(connections), _clock(clock) {}
@@ -117,6 +128,8 @@ QString connectionCircumstances(const TransferStream::Setup& setup) {
                        setup.proxy.host,
                        QString::number(setup.proxy.port),
                        setup.proxy.user,
+                       circumstancesOf(setup.serverCredentials),
+                       circumstancesOf(setup.proxyCredentials),
                        QString::number(setup.tls.validatesCertificate ? 1 : 0),
                        setup.tls.clientCertificatePath,
                        setup.tls.clientKeyPath,

@@ -9,6 +9,7 @@
 #include "http/shared/connection_table.h"
 #include "http/shared/request_thread.h"
 #include "http/shared/session_cookies.h"
+#include "http/shared/session_credentials.h"
 #include "platform/base/clock.h"
 
 namespace http {
@@ -35,9 +36,9 @@ private:
 
 /// The parts that all requests of a session share. Each has its own lock; they are named after what
 /// they guard: the connection lock (ConnectionTable), the bandwidth lock (BandwidthAccount), the
-/// session cookie lock (SessionCookies) and those below. A request's own `_cancelledLock` is taken
-/// before any of them, the delegate authentication lock before the session credential lock, and
-/// no two others together.
+/// session cookie lock (SessionCookies), the session credential lock (SessionEntries) and those
+/// below. A request's own `_cancelledLock` is taken before any of them, the delegate authentication
+/// lock before the session credential lock, and no two others together.
 ///
 /// A request keeps this alive, so it may outlive the session; what it then posts to the thread is
 /// dropped. Any thread.
@@ -54,6 +55,11 @@ public:
     BandwidthAccount bandwidth;
     ConnectionTable connections;
     SessionCookies cookies;
+    SessionEntries sessionCredentials;
+    SessionEntries sessionProxyCredentials;
+    /// Held while a request looks for credentials, so that of several that have met one challenge
+    /// the later ones find what the first has stored. Not held while a user answers.
+    std::recursive_mutex delegateAuthenticationLock;
     RequestDefaults defaults;
     /// Guards the queueing of progress and the end of a response, across requests.
     std::recursive_mutex progressLock;

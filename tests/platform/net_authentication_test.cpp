@@ -1,0 +1,99 @@
+#include <gtest/gtest.h>
+
+#include "platform/net/credential_storage.h"
+#include "platform/net/http_authentication.h"
+#include "support/printers.h"
+
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+using platform::HTTPAuthentication;
+
+/// Challenges in a short form: "Scheme", "Scheme token68" or "Scheme{name=value;...}".
+QStringList readBack(const QStringList& fields) {
+    QStringList texts;
+    for (const auto& challenge : platform::challengesFromFields(fields)) {
+        QStringList parameters;
+        for (const auto& [name, value] : challenge.parameters.asKeyValueRange())
+            parameters += name + u'=' + value;
+        QString text = challenge.scheme;
+        if (!challenge.token68.isEmpty())
+            text += u' ' + challenge.token68;
+        if (!parameters.isEmpty())
+            text += u'{' + parameters.join(u';') + u'}';
+        texts += text;
+    }
+    return texts;
+}
+
+TEST(HTTPChallenge, IsReadAsServersWriteIt) {
+    struct Case {
+        QStringList fields, challenges;
+    };
+    for (const auto& [fields, challenges] : {
+             Case{{u"Basic realm=\"a, b\""_s}, {u"Basic{realm=a, b}"_s}},
+             Case{{u"Negotiate, NTLM, Basic Realm=x"_s},
+                  {u"Negotiate"_s, u"NTLM"_s, u"Basic{realm=x}"_s}},
+             Case{{u"NTLM TlRMTVNTUAACAAAA=="_s}, {u"NTLM TlRMTVNTUAACAAAA=="_s}},
+             Case{
+                 {u"Digest nonce = \"n\\\"q\" ,qop=\"auth,auth-int\" , , stale=TRUE"_s, u"basic"_s},
+                 {u"Digest{nonce=n\"q;qop=auth,auth-int;stale=TRUE}"_s, u"basic"_s}},
+             Case{{u"Basic realm=one, realm=two"_s}, {u"Basic{realm=one}"_s}},
+             Case{{u"realm=\"nobody's\", ;;;, Basic realm=\"open"_s}, {u"Basic"_s}},
+             Case{{u""_s, u",,, ,"_s, u"\x01\x02 \"Basic\""_s}, {}},
+         })
+        EXPECT_EQ(readBack(fields), challenges) << qPrintable(fields.join(u'|'));
+    EXPECT_EQ(readBack({u"A,"_s.repeated(100'000)}).size(), 32);
+}
+
+// The examples of RFC 7616, 3.9.1.
+TEST(DigestAuthentication, AnswersAsTheStandardSays) {
+    const QString common =
+        u"Digest realm=\"http-auth@example.org\", qop=\"auth, auth-int\", "
+        "nonce=\"7ypf/xlj9XXwfDPEoM4URrv/xwf94BcCAzFZH4GiTo0v\", "
+        "opaque=\"FQhe/qaU925kfnzjCev0ciny7QMkPqMAFRtzCUYo5tdS\", algorithm="_s;
+    const platform::DigestAnswerParts parts{"Mufasa",
+                                            "Circle of Life",
+                                            "GET",
+                                            "/dir/index.html",
+                                            "f2/wE4q74E6zIJEtWaHKaf5wv/H5QzzpXusqGemxURZJ",
+                                            1};
+    for (const auto& [algorithm, response] :
+         {std::pair{u"MD5"_s, "response=\"8ca523f5e9506fed4657c9700eebdbec\""},
+          std::pair{
+              u"SHA-256"_s,
+              "response=\"753927fa0e85d155564e2e272a28d1802ca10daf4496794697cf8db5856cb6c1\""}}) {
+        const auto challenge =
+            platform::digestChallenge(platform::challengesFromFields({common + algorithm}).at(0));
+        ASSERT_TRUE(challenge);
+        const auto answer = platform::digestAnswer(*challenge, parts);
+        ASSERT_TRUE(answer);
+        EXPECT_TRUE(answer->contains(response)) << answer->constData();
+        EXPECT_TRUE(answer->contains("qop=auth, nc=00000001")) << answer->constData();
+    }
+    for (const auto* refused :
+         {"SHA-512-256", "md5, qop=auth-int", "md5, nonce=x, opaque=\"\x01\""})
+        EXPECT_FALSE(platform::digestChallenge(
+            platform::challengesFromFields({u"Digest algorithm="_s + QLatin1String(refused)})
+                .at(0)))
+            << refused;
+}
+
+TEST(HTTPAuthentication, ChoosesTheStrongestThatItKnows) {
+    for (const auto& [offered, method] :
+         {std::pair{u"Basic realm=b, Digest realm=d, nonce=n, NTLM, Negotiate"_s, u"Negotiate"_s},
+          std::pair{u"NTLM, Basic realm=b, Digest realm=d, nonce=n"_s, u"Digest"_s},
+          std::pair{u"Digest nonce=n, algorithm=SHA-512, Basic realm=\"b\x07\""_s, u"Basic"_s},
+          std::pair{u"Bearer realm=b, NTLM"_s, u"NTLM"_s}, std::pair{u"Bearer"_s, QString()}}) {
+        platform::HTTPResponseHead head;
+        head.statusCode = 401;
+        head.headers.add(u"WWW-Authenticate"_s, offered);
+        const auto made = HTTPAuthentication::createFromResponse(head);
+        EXPECT_EQ(made ? made->method() : QString(), method) << qPrintable(offered);
+        if (made && method == u"Basic"_s) {
+            EXPECT_EQ(made->realm(), u"b"_s);
+        }
+    }
+}
+
+}  // namespace
