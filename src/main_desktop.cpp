@@ -9,7 +9,7 @@
 #include "platform/session/signal_watcher.h"
 #include "ui/art/icons.h"
 #include "ui/window/desktop_front_end.h"
-#include "ui/window/main_window.h"
+#include "ui/window/desktop_windows.h"
 
 int main(int argumentCount, char** argumentValues) {
     // Qt would take arguments with one dash for its own; they are settings here.
@@ -28,11 +28,10 @@ int main(int argumentCount, char** argumentValues) {
     const platform::ParsedArguments parsed = platform::parseArguments(arguments);
 
     ui::DesktopFrontEnd frontEnd;
-    std::unique_ptr<ui::MainWindow> window;
+    std::unique_ptr<ui::DesktopWindows> windows;
     app::Application core({parsed.defaults, parsed.rest});
     const auto start = core.start(frontEnd.frontEnd(), [&](app::DQMainController& controller) {
-        window = std::make_unique<ui::MainWindow>(controller);
-        frontEnd.setWindow(window.get(), &controller);
+        windows = std::make_unique<ui::DesktopWindows>(controller, frontEnd);
     });
     if (!start.problem.isEmpty()) {
         std::fprintf(stderr, "orlop: %s\n", qUtf8Printable(start.problem));
@@ -41,7 +40,11 @@ int main(int argumentCount, char** argumentValues) {
     if (start.outcome != app::Application::Start::Outcome::Started) {
         return start.outcome == app::Application::Start::Outcome::Failed ? 1 : 0;
     }
-    core.setActivationHandler([&](const QString&) { frontEnd.showDownloadWindow(true); });
+    core.setActivationHandler([&](const QString& activationToken) {
+        // Where the desktop lets no program take the focus by itself.
+        qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
+        frontEnd.showDownloadWindow(true);
+    });
     QObject::connect(&core.controller(), &app::DQMainController::terminated, &application,
                      &QCoreApplication::quit, Qt::QueuedConnection);
     // A session that ends, or a user at a terminal, gets no question: all is paused and saved.
@@ -50,8 +53,7 @@ int main(int argumentCount, char** argumentValues) {
         core.controller().terminate();
     });
     const int status = QApplication::exec();
-    frontEnd.setWindow(nullptr, nullptr);
-    window.reset();
+    windows.reset();
     core.stop();
     return status;
 }

@@ -3,7 +3,11 @@
 #include <QCoreApplication>
 #include <QString>
 
+#include "links/localization.h"
+
 namespace ui {
+
+using links::translatable;
 
 /// A text of the interface in the user's language; the English text is the key.
 [[nodiscard]] inline QString translated(const char* english) {

@@ -10,6 +10,7 @@ namespace {
 
 using links::translatable;
 
+/// A line without a title separates those above it from those below.
 constexpr CommandDescription descriptions[] = {
     {Command::OpenURL, 0, "openURL", translatable("Open &URLs..."), "Ctrl+N"},
     {Command::OpenFile, 0, "openFile", translatable("&Open..."), "Ctrl+O"},
@@ -30,6 +31,7 @@ constexpr CommandDescription descriptions[] = {
     {Command::ChangeSorting, 2, "changeSorting", translatable("&Progress"), "Ctrl+3"},
     {Command::ChangeSorting, 3, "changeSorting", translatable("&Host"), "Ctrl+4"},
     {Command::ChangeSorting, 4, "changeSorting", translatable("&Address"), "Ctrl+5"},
+    {Command::ChangeSorting, -1, "", "", ""},
     {Command::ChangeSorting, -1, "changeSorting", translatable("A&scending"), ""},
     {Command::ChangeSorting, -2, "changeSorting", translatable("&Descending"), ""},
     {Command::ToggleLocationKeyDisplayNames, 0, "toggleLocationKeyDisplayNames",
@@ -40,7 +42,7 @@ constexpr CommandDescription descriptions[] = {
      translatable("&Lively Background"), ""},
     {Command::ChangeProgressBarStyle, 1, "changeProgressBarStyle",
      translatable("&Subtle Background"), ""},
-    {Command::ChangeProgressBarStyle, -1, "changeProgressBarStyle", "", ""},
+    {Command::ChangeProgressBarStyle, -1, "", "", ""},
     {Command::ChangeProgressBarStyle, 2, "changeProgressBarStyle", translatable("&Pill"), ""},
     {Command::ChangeProgressBarStyle, 3, "changeProgressBarStyle", translatable("&Divider Line"),
      ""},
@@ -59,6 +61,7 @@ constexpr CommandDescription descriptions[] = {
     {Command::Rearrange, 2, "rearrange", translatable("&Progress"), ""},
     {Command::Rearrange, 3, "rearrange", translatable("&Host"), ""},
     {Command::Rearrange, 4, "rearrange", translatable("&Address"), ""},
+    {Command::Rearrange, -1, "", "", ""},
     {Command::Rearrange, -1, "rearrange", translatable("&Reverse Order"), ""},
     {Command::Rearrange, -2, "rearrange", translatable("Rando&m Order"), ""},
     {Command::Move, MoveUp, "moveUp", translatable("Move &Up"), "Alt+Up"},
@@ -99,21 +102,26 @@ constexpr CommandDescription descriptions[] = {
 const CommandDescription& commandDescription(Command command, qint64 tag) {
     const auto is = [&](bool anyTag) {
         return std::find_if(std::begin(descriptions), std::end(descriptions), [&](const auto& one) {
-            return one.command == command && (anyTag || one.tag == tag);
+            return one.command == command && *one.title != '\0' && (anyTag || one.tag == tag);
         });
     };
     const auto exact = is(false);
     return exact != std::end(descriptions) ? *exact : *is(true);
 }
 
-std::vector<qint64> commandTags(Command command) {
-    std::vector<qint64> tags;
+std::vector<std::vector<qint64>> commandTags(Command command) {
+    std::vector<std::vector<qint64>> groups(1);
     for (const CommandDescription& description : descriptions) {
-        if (description.command == command) {
-            tags.push_back(description.tag);
+        if (description.command != command) {
+            continue;
+        }
+        if (*description.title == '\0') {
+            groups.emplace_back();
+        } else {
+            groups.back().push_back(description.tag);
         }
     }
-    return tags;
+    return groups;
 }
 
 QString commandTitle(Command command, qint64 tag) {

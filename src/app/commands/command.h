@@ -83,8 +83,8 @@ struct CommandDescription {
 
 /// With the tag given, or else whatever tag the command is listed with first.
 [[nodiscard]] const CommandDescription& commandDescription(Command command, qint64 tag = 0);
-/// Its tags in the order in which they are offered.
-[[nodiscard]] std::vector<qint64> commandTags(Command command);
+/// Its tags in the order in which they are offered, in groups with separators between them.
+[[nodiscard]] std::vector<std::vector<qint64>> commandTags(Command command);
 /// In the user's language, with its mnemonic.
 [[nodiscard]] QString commandTitle(Command command, qint64 tag = 0);
 

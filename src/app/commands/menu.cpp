@@ -42,18 +42,13 @@ MenuItem commandItem(const Commands& commands, Command command, qint64 tag) {
 
 Menu commandItems(const Commands& commands, Command command) {
     Menu menu;
-    bool isAmongNegatives = false;
-    for (const qint64 tag : commandTags(command)) {
-        const bool isSeparator = *commandDescription(command, tag).title == '\0';
-        // What is told apart by negative tags is another choice.
-        if (isSeparator || (tag < 0 && !isAmongNegatives)) {
-            menu.push_back(separator());
-        }
-        if (!isSeparator) {
-            isAmongNegatives = tag < 0;
+    for (const auto& group : commandTags(command)) {
+        menu.push_back(separator());
+        for (const qint64 tag : group) {
             menu.push_back(commandItem(commands, command, tag));
         }
     }
+    menu.erase(menu.begin());
     return menu;
 }
 

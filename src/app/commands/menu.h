@@ -59,7 +59,7 @@ using Menu = std::vector<MenuItem>;
 
 /// A command as it stands at this moment.
 [[nodiscard]] MenuItem commandItem(const Commands& commands, Command command, qint64 tag = 0);
-/// One item for each of the command's tags; those of -1 without a title are separators.
+/// One item for each of the command's tags, with separators between groups of them.
 [[nodiscard]] Menu commandItems(const Commands& commands, Command command);
 
 /// A name or an address as a title: nothing in it is a mnemonic.

@@ -23,6 +23,10 @@ QColor separatorColor(const QPalette& palette) {
     return blended(palette.color(QPalette::Base), palette.color(QPalette::Text), 0.12);
 }
 
+QColor outlineColor(const QPalette& palette) {
+    return blended(palette.color(QPalette::Window), palette.color(QPalette::WindowText), 0.22);
+}
+
 ProgressColors progressColors(const QPalette& palette, ProgressBarStyle style, bool isSelected,
                               bool active) {
     const QColor base = palette.color(isSelected ? QPalette::Highlight : QPalette::Base);

@@ -11,6 +11,8 @@ enum class ProgressBarStyle;
 /// dark and high-contrast desktops stay what they are.
 [[nodiscard]] bool isDark(const QPalette& palette);
 [[nodiscard]] QColor separatorColor(const QPalette& palette);
+/// Around controls that stand on the window.
+[[nodiscard]] QColor outlineColor(const QPalette& palette);
 
 struct ProgressColors {
     QColor top, bottom;

@@ -1,8 +1,6 @@
 #include "ui/list/download_list.h"
 
-#include <QGuiApplication>
-#include <QKeyEvent>
-#include <QMouseEvent>
+#include <QPaintEvent>
 #include <QPainter>
 #include <QScrollBar>
 #include <algorithm>
@@ -34,6 +32,7 @@ DQDownloadList::DQDownloadList(QWidget* parent)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFrameShape(QFrame::NoFrame);
     setEditTriggers(NoEditTriggers);
+    setDragEnabled(false);  // Whether a motion drags is decided here.
     setMouseTracking(false);
 
     delayedDisplay_.setSingleShot(true);
@@ -119,6 +118,7 @@ void DQDownloadList::paintEvent(QPaintEvent* event) {
         return;
     }
     paintRows(painter, event->rect());
+    paintDropMark(painter);
 }
 
 void DQDownloadList::paintRows(QPainter& painter, const QRect& area) {
@@ -150,134 +150,16 @@ void DQDownloadList::paintRows(QPainter& painter, const QRect& area) {
         painter.fillRect(QRect(area.left(), top, area.width(), area.bottom() - top + 1),
                          palette().color(QPalette::Base));
     }
+    if (menuRow_ >= 0 && !selection->isSelected(rows_->index(menuRow_))) {
+        painter.setPen(palette().color(QPalette::Highlight));
+        painter.drawRect(visualRect(rows_->index(menuRow_)).adjusted(0, 0, -1, -2));
+    }
     if (hasFocus() && currentIndex().isValid() && !selection->isSelected(currentIndex())) {
         QStyleOptionFocusRect focus;
         focus.initFrom(this);
         focus.rect = visualRect(currentIndex()).adjusted(1, 1, -1, -2);
         style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, this);
     }
-}
-
-unsigned DQDownloadList::actionButtonAt(int row, const QPoint& point) const {
-    const engine::DownloadPtr download = rows_->download(row);
-    if (!download) {
-        return 0;
-    }
-    const QRect frame = visualRect(rows_->index(row));
-    for (const unsigned index : {engine::DQDownloadActionPrimary, engine::DQDownloadActionRemove}) {
-        // A little more than the drawing, so that it can be hit.
-        const QRect button =
-            geometry_.actionButtonFrame(index, frame, layoutDirection()).adjusted(-1, -4, 1, 4);
-        if (button.contains(point) && download->canPerformActionWithIndex(index)) {
-            return index;
-        }
-    }
-    return 0;
-}
-
-bool DQDownloadList::trackActionButton(const QPoint& point) {
-    const int row = indexAt(point).row();
-    const unsigned index = actionButtonAt(row, point);
-    if (index == 0) {
-        return false;
-    }
-    pressed_ = {rows_->download(row), index};
-    highlightPressedButton(true);
-    return true;
-}
-
-void DQDownloadList::highlightPressedButton(bool isInside) {
-    const unsigned wanted = isInside ? pressed_.index : 0;
-    if (pressed_.download->highlightedActionButtonIndex() != wanted) {
-        pressed_.download->setHighlightedActionButtonIndex(wanted);
-        rows_->redrawRow(rows_->row(*pressed_.download));
-    }
-}
-
-void DQDownloadList::mousePressEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton && trackActionButton(event->position().toPoint())) {
-        return;
-    }
-    QListView::mousePressEvent(event);
-}
-
-void DQDownloadList::mouseMoveEvent(QMouseEvent* event) {
-    if (!pressed_.download) {
-        QListView::mouseMoveEvent(event);
-        return;
-    }
-    const QPoint point = event->position().toPoint();
-    const int row = rows_->row(*pressed_.download);
-    highlightPressedButton(row >= 0 && actionButtonAt(row, point) == pressed_.index);
-}
-
-void DQDownloadList::mouseReleaseEvent(QMouseEvent* event) {
-    if (!pressed_.download) {
-        QListView::mouseReleaseEvent(event);
-        return;
-    }
-    const PressedButton pressed = std::exchange(pressed_, {});
-    const bool isInside = pressed.download->highlightedActionButtonIndex() == pressed.index;
-    pressed.download->setHighlightedActionButtonIndex(0);
-    if (isInside) {
-        pressed.download->performActionWithIndex(pressed.index);
-    }
-    viewport()->update();
-}
-
-void DQDownloadList::mouseDoubleClickEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton) {
-        return;
-    }
-    const QPoint point = event->position().toPoint();
-    if (trackActionButton(point)) {
-        return;
-    }
-    const engine::DownloadPtr download = rows_->download(indexAt(point).row());
-    if (!download) {
-        return;
-    }
-    if (engine::environment().isAlternateFunctionalityEvent()) {
-        download->reveal();
-    } else {
-        download->open();
-    }
-}
-
-void DQDownloadList::keyPressEvent(QKeyEvent* event) {
-    switch (event->key()) {
-        case Qt::Key_Delete:
-        case Qt::Key_Backspace:
-            Q_EMIT removeWanted();
-            return;
-        case Qt::Key_Escape:
-            clearSelection();
-            return;
-        case Qt::Key_Space:
-            if (const auto download = rows_->download(currentIndex().row());
-                download && download->canPerformActionWithIndex(engine::DQDownloadActionPrimary)) {
-                download->performActionWithIndex(engine::DQDownloadActionPrimary);
-            }
-            return;
-        case Qt::Key_Return:
-        case Qt::Key_Enter:
-            if (const auto download = rows_->download(currentIndex().row())) {
-                download->open();
-            }
-            return;
-        default:
-            QListView::keyPressEvent(event);
-    }
-}
-
-void DQDownloadList::contextMenuEvent(QContextMenuEvent* event) {
-    if (event->reason() == QContextMenuEvent::Keyboard) {
-        const QModelIndex index = currentIndex();
-        const QRect frame = index.isValid() ? visualRect(index) : viewport()->rect();
-        Q_EMIT contextMenuWanted(index.row(), viewport()->mapToGlobal(frame.center()));
-        return;
-    }
-    Q_EMIT contextMenuWanted(indexAt(event->pos()).row(), event->globalPos());
 }
 
 void DQDownloadList::changeEvent(QEvent* event) {
@@ -297,13 +179,52 @@ void DQDownloadList::selectionChanged(const QItemSelection& selected,
     if (!reportsSelection_) {
         return;
     }
+    viewport()->update();
+    Q_EMIT selectionMade(selectedRows());
+}
+
+QList<qsizetype> DQDownloadList::selectedRows() const {
     QList<qsizetype> rows;
     for (const QModelIndex& index : selectionModel()->selectedIndexes()) {
         rows.push_back(index.row());
     }
     std::sort(rows.begin(), rows.end());
+    return rows;
+}
+
+void DQDownloadList::setMenuRow(int row) {
+    menuRow_ = row;
     viewport()->update();
-    Q_EMIT selectionMade(rows);
+}
+
+void DQDownloadList::setDropMark(const DropMark& mark) {
+    const bool choosesFolder = engine::environment().isAlternateFunctionalityEvent();
+    if (mark != dropMark_ || choosesFolder != emptyText_.choosesFolder) {
+        dropMark_ = mark;
+        emptyText_.isDraggingTarget = mark.kind == DropMark::Kind::WholeList;
+        emptyText_.choosesFolder = choosesFolder;
+        viewport()->update();
+    }
+}
+
+void DQDownloadList::paintDropMark(QPainter& painter) const {
+    if (dropMark_.kind == DropMark::Kind::None) {
+        return;
+    }
+    const QColor color = palette().color(QPalette::Highlight);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(color, 2));
+    painter.setBrush(Qt::NoBrush);
+    if (dropMark_.kind == DropMark::Kind::WholeList) {
+        painter.drawRoundedRect(QRectF(viewport()->rect()).adjusted(2, 2, -2, -2), 4, 4);
+        return;
+    }
+    const int width = viewport()->width();
+    const qreal y =
+        std::clamp(topOfRow(dropMark_.row) - verticalOffset() - 1, 3, viewport()->height() - 3);
+    painter.drawLine(QPointF(8, y), QPointF(width - 2, y));
+    painter.setBrush(palette().color(QPalette::Base));
+    painter.drawEllipse(QPointF(5, y), 2.5, 2.5);
 }
 
 }  // namespace ui

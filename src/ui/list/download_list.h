@@ -3,6 +3,7 @@
 #include <QListView>
 #include <QTimer>
 #include <memory>
+#include <optional>
 
 #include "engine/download.h"
 #include "ui/list/download_cell.h"
@@ -13,6 +14,15 @@ namespace ui {
 
 class DownloadListModel;
 class VanishingRows;
+
+/// Where a drag over the list would land.
+struct DropMark {
+    enum class Kind { None, WholeList, AboveRow };
+    Kind kind = Kind::None;
+    int row = 0;
+
+    friend bool operator==(const DropMark&, const DropMark&) = default;
+};
 
 /// The list of downloads: one row each, all of one height but those that are collapsing, so that
 /// any number of rows scrolls alike.
@@ -34,6 +44,9 @@ public:
                     const QList<qsizetype>& selectedRows);
     void selectRows(const QList<qsizetype>& rows);
     void setNeedsDisplayAfterDelay(double seconds);
+    void setDropMark(const DropMark& mark);
+    /// Frames the row that an open menu is about; -1: none.
+    void setMenuRow(int row);
 
     [[nodiscard]] QRect visualRect(const QModelIndex& index) const override;
     [[nodiscard]] QModelIndex indexAt(const QPoint& point) const override;
@@ -46,6 +59,9 @@ Q_SIGNALS:
     /// `row` is -1 below the last one.
     void contextMenuWanted(int row, const QPoint& globalPosition);
     void removeWanted();
+    void pauseToggleWanted();
+    /// The user drags these rows.
+    void dragWanted(const QList<qsizetype>& rows);
     void contentHeightChanged();
 
 protected:
@@ -81,6 +97,10 @@ private:
     [[nodiscard]] unsigned actionButtonAt(int row, const QPoint& point) const;
     bool trackActionButton(const QPoint& point);
     void highlightPressedButton(bool isInside);
+    /// Whether the motion is one that drags rows and not one that selects them.
+    bool trackDrag(const QPoint& point);
+    [[nodiscard]] QList<qsizetype> selectedRows() const;
+    void paintDropMark(QPainter& painter) const;
     void paintRows(QPainter& painter, const QRect& area);
     void noteEmptiness();
     void fadeInStep();
@@ -91,6 +111,10 @@ private:
     std::shared_ptr<VanishingRows> vanishing_;
     EmptyListText emptyText_;
     PressedButton pressed_;
+    /// Where a press began that may yet drag rows.
+    std::optional<QPoint> dragOrigin_;
+    DropMark dropMark_;
+    int menuRow_ = -1;
     QTimer delayedDisplay_, minute_, fade_;
     bool _didHaveItems = false;
     bool reportsSelection_ = true;

@@ -13,6 +13,7 @@
 #include "ui/list/vanishing_rows.h"
 #include "ui/text.h"
 #include "ui/window/main_window.h"
+#include "ui/window/window_frame.h"
 
 namespace ui {
 
@@ -55,9 +56,11 @@ void DesktopFrontEnd::dismissAlert() {
 
 std::optional<QString> DesktopFrontEnd::chooseAbbreviatedDownloadFileForURL(
     const platform::Url& url) {
+    const QString name = links::safeFileName(links::filename(url));
+    const QString extension = QFileInfo(name).suffix();
     const QString path = QFileDialog::getSaveFileName(
-        window_, translated("Choose File Location"),
-        platform::downloadsUserFolder() + u'/' + links::safeFileName(links::filename(url)));
+        window_, translated("Choose File Location"), platform::downloadsUserFolder() + u'/' + name,
+        extension.isEmpty() ? QString() : QStringLiteral("*.") + extension);
     return path.isEmpty() ? std::nullopt : std::optional(platform::abbreviateWithTilde(path));
 }
 
@@ -86,7 +89,7 @@ bool DesktopFrontEnd::isShowingModalWindow() const {
 }
 
 bool DesktopFrontEnd::areAlternateFunctionalityModifiersHeld() const {
-    return (QApplication::queryKeyboardModifiers() & Qt::AltModifier) != 0;
+    return (QApplication::queryKeyboardModifiers() & (Qt::ShiftModifier | Qt::AltModifier)) != 0;
 }
 
 bool DesktopFrontEnd::isDownloadWindowVisible() const {
@@ -126,13 +129,13 @@ void DesktopFrontEnd::unhide(bool activating) {
     showDownloadWindow(activating);
 }
 
-bool DesktopFrontEnd::springOpenDownloadWindow(const std::function<void()>&) {
-    return false;
+bool DesktopFrontEnd::springOpenDownloadWindow(const std::function<void()>& updateList) {
+    return window_ && window_->frame().collapseAndSpringOpen(updateList);
 }
 
 void DesktopFrontEnd::fadeDownloadWindow() {
     if (window_) {
-        window_->saveFrame();
+        window_->frame().save();
         window_->hide();
     }
 }

@@ -4,6 +4,7 @@
 #include <QWidget>
 
 #include "app/front_end.h"
+#include "ui/window/clipboard.h"
 
 class QMessageBox;
 
@@ -21,7 +22,7 @@ class DesktopFrontEnd final : public app::Questions,
                               public app::Presence,
                               public app::DownloadListView {
 public:
-    [[nodiscard]] app::FrontEnd frontEnd() { return {*this, *this, *this, *this}; }
+    [[nodiscard]] app::FrontEnd frontEnd() { return {*this, *this, *this, *this, &clipboard_}; }
     /// Until it is called there is nothing to show and questions get the safe answer.
     void setWindow(MainWindow* window, app::DQMainController* controller);
     /// Says what went wrong, in a dialog.
@@ -57,6 +58,7 @@ public:
     [[nodiscard]] std::shared_ptr<engine::VanishView> vanishView() override;
 
 private:
+    Clipboard clipboard_;
     QPointer<MainWindow> window_;
     app::DQMainController* controller_ = nullptr;
     QPointer<QMessageBox> alert_;

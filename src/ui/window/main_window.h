@@ -1,32 +1,42 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QTimer>
+#include <memory>
 
-class QAction;
 class QLabel;
-class QLineEdit;
-class QMenu;
 class QPushButton;
 
 namespace app {
+class Commands;
 class DQMainController;
-}
+}  // namespace app
 
 namespace ui {
 
+class AddressEntry;
+class CommandActions;
 class DQDownloadList;
+class ListDragging;
+class MainMenu;
+class MainToolbar;
+class RubberWindow;
+class ScopeBar;
+class WindowFrame;
 
-/// The window with the list.
+/// The window with the list, its menus and its toolbar.
 class MainWindow final : public QMainWindow {
     Q_OBJECT
 
 public:
-    explicit MainWindow(app::DQMainController& controller);
+    /// Provides its own commands; they outlive the window.
+    explicit MainWindow(app::Commands& commands);
     ~MainWindow() override;
 
     [[nodiscard]] DQDownloadList& list() const { return *downloadList; }
-    /// Where the window stands, kept for the next start.
-    void saveFrame() const;
+    [[nodiscard]] MainToolbar& toolbar() const { return *toolbar_; }
+    [[nodiscard]] MainMenu& mainMenu() const { return *menu_; }
+    [[nodiscard]] WindowFrame& frame() const { return *frame_; }
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -34,26 +44,27 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
-    void makeToolbar();
-    void makeMenus();
+    void makeContents();
     void makeStatusLine();
-    void connectController();
-    void restoreFrame();
-
+    void connectList();
+    void setFilterText(const QString& text);
     void updateStatus();
-    void showURLPanel(const QString& text = {});
-    void openFilesWithPanel();
-    void paste();
     void showContextMenu(int row, const QPoint& position);
-    void startOrPauseContext();
-    void removeContext();
 
+    app::Commands& commands_;
     app::DQMainController& controller_;
     DQDownloadList* downloadList;
-    QLineEdit* toolbarFilterField = nullptr;
+    ScopeBar* toolbarFilterScopeBar = nullptr;
+    MainToolbar* toolbar_ = nullptr;
     QLabel* statusField = nullptr;
     QPushButton* clearButton = nullptr;
-    QAction* startPause_ = nullptr;
+    std::unique_ptr<CommandActions> actions_;
+    std::unique_ptr<MainMenu> menu_;
+    std::unique_ptr<AddressEntry> entry_;
+    std::unique_ptr<ListDragging> dragging_;
+    std::unique_ptr<WindowFrame> frame_;
+    std::unique_ptr<RubberWindow> rubber_;
+    QTimer toolbarUpdate_;
 };
 
 }  // namespace ui

@@ -11,23 +11,28 @@
 
 namespace ui {
 
-URLPanel::URLPanel(QWidget* parent, const QString& text)
-    : QDialog(parent), openURLTextView(new QPlainTextEdit(text, this)) {
+URLPanel::URLPanel(QWidget& window, std::function<void(const QString&)> open)
+    : QDialog(&window), openURLTextView(new QPlainTextEdit(this)), open_(std::move(open)) {
+    setObjectName(QStringLiteral("openURLPanel"));
     setWindowTitle(translated("Open URLs"));
     resize(560, 260);
     auto* label = new QLabel(translated("One or several addresses; {1-20} makes a series:"), this);
     label->setBuddy(openURLTextView);
+    openURLTextView->setObjectName(QStringLiteral("openURLTextView"));
     openURLTextView->setTabChangesFocus(true);
-    openURLTextView->setAccessibleName(label->text());
-    openURLTextView->selectAll();
+    openURLTextView->setLineWrapMode(QPlainTextEdit::NoWrap);
+    openURLTextView->setAccessibleName(translated("Addresses"));
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Open | QDialogButtonBox::Cancel, this);
-    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    QPushButton* accept = buttons->button(QDialogButtonBox::Open);
+    accept->setToolTip(QKeySequence(Qt::CTRL | Qt::Key_Return).toString(QKeySequence::NativeText));
+    connect(buttons, &QDialogButtonBox::accepted, this, &URLPanel::openURLOK);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    auto* accept = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Return), this);
-    connect(accept, &QShortcut::activated, this, &QDialog::accept);
-    auto* open = buttons->button(QDialogButtonBox::Open);
-    const auto enable = [this, open] {
-        open->setEnabled(!openURLTextView->toPlainText().trimmed().isEmpty());
+    for (const int key : {Qt::Key_Return, Qt::Key_Enter}) {
+        auto* shortcut = new QShortcut(QKeySequence(Qt::CTRL | key), this);
+        connect(shortcut, &QShortcut::activated, accept, &QPushButton::click);
+    }
+    const auto enable = [this, accept] {
+        accept->setEnabled(!openURLTextView->toPlainText().trimmed().isEmpty());
     };
     connect(openURLTextView, &QPlainTextEdit::textChanged, this, enable);
     enable();
@@ -37,8 +42,18 @@ URLPanel::URLPanel(QWidget* parent, const QString& text)
     layout->addWidget(buttons);
 }
 
-QString URLPanel::text() const {
-    return openURLTextView->toPlainText();
+void URLPanel::openWithString(const QString& text) {
+    openURLTextView->setPlainText(text);
+    openURLTextView->selectAll();
+    openURLTextView->setFocus();
+    show();
+    raise();
+    activateWindow();
+}
+
+void URLPanel::openURLOK() {
+    accept();
+    open_(openURLTextView->toPlainText());
 }
 
 }  // namespace ui

@@ -1,22 +1,29 @@
 #pragma once
 
 #include <QDialog>
+#include <functional>
 
 class QPlainTextEdit;
 
 namespace ui {
 
-/// Takes any text with addresses in it, several lines of it.
+/// Takes any text with addresses in it, several lines of it. Not modal: downloads go on, and other
+/// programs can be looked at for more.
 class URLPanel final : public QDialog {
     Q_OBJECT
 
 public:
-    explicit URLPanel(QWidget* parent, const QString& text);
+    /// `open` is called with what was entered.
+    URLPanel(QWidget& window, std::function<void(const QString&)> open);
 
-    [[nodiscard]] QString text() const;
+    /// Comes to the front with this text in it.
+    void openWithString(const QString& text);
 
 private:
+    void openURLOK();
+
     QPlainTextEdit* openURLTextView;
+    std::function<void(const QString&)> open_;
 };
 
 }  // namespace ui

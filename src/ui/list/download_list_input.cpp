@@ -1,0 +1,163 @@
+// What mouse and keys do to the list.
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <utility>
+
+#include "engine/environment.h"
+#include "ui/list/download_list.h"
+#include "ui/list/download_list_model.h"
+
+namespace ui {
+
+unsigned DQDownloadList::actionButtonAt(int row, const QPoint& point) const {
+    const engine::DownloadPtr download = rows_->download(row);
+    if (!download) {
+        return 0;
+    }
+    const QRect frame = visualRect(rows_->index(row));
+    for (const unsigned index : {engine::DQDownloadActionPrimary, engine::DQDownloadActionRemove}) {
+        // A little more than the drawing, so that it can be hit.
+        const QRect button =
+            geometry_.actionButtonFrame(index, frame, layoutDirection()).adjusted(-1, -4, 1, 4);
+        if (button.contains(point) && download->canPerformActionWithIndex(index)) {
+            return index;
+        }
+    }
+    return 0;
+}
+
+bool DQDownloadList::trackActionButton(const QPoint& point) {
+    const int row = indexAt(point).row();
+    const unsigned index = actionButtonAt(row, point);
+    if (index == 0) {
+        return false;
+    }
+    pressed_ = {rows_->download(row), index};
+    highlightPressedButton(true);
+    return true;
+}
+
+void DQDownloadList::highlightPressedButton(bool isInside) {
+    const unsigned wanted = isInside ? pressed_.index : 0;
+    if (pressed_.download->highlightedActionButtonIndex() != wanted) {
+        pressed_.download->setHighlightedActionButtonIndex(wanted);
+        rows_->redrawRow(rows_->row(*pressed_.download));
+    }
+}
+
+void DQDownloadList::mousePressEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton && trackActionButton(event->position().toPoint())) {
+        return;
+    }
+    // A menu about a row leaves the selection as it is.
+    if (event->button() == Qt::RightButton) {
+        return;
+    }
+    const QModelIndex index = indexAt(event->position().toPoint());
+    if (event->button() == Qt::LeftButton && index.isValid()) {
+        dragOrigin_ = event->position().toPoint();
+    }
+    QListView::mousePressEvent(event);
+}
+
+void DQDownloadList::mouseMoveEvent(QMouseEvent* event) {
+    const QPoint point = event->position().toPoint();
+    if (!pressed_.download) {
+        if (!trackDrag(point)) {
+            QListView::mouseMoveEvent(event);
+        }
+        return;
+    }
+    const int row = rows_->row(*pressed_.download);
+    highlightPressedButton(row >= 0 && actionButtonAt(row, point) == pressed_.index);
+}
+
+bool DQDownloadList::trackDrag(const QPoint& point) {
+    if (!dragOrigin_) {
+        return false;
+    }
+    const QPoint motion = point - *dragOrigin_;
+    if (motion.manhattanLength() < QApplication::startDragDistance()) {
+        return true;
+    }
+    const QRect row = visualRect(indexAt(*dragOrigin_));
+    const bool drags = geometry_.dragHandleFrame(row, layoutDirection()).contains(*dragOrigin_) ||
+                       std::abs(motion.x()) > std::abs(motion.y());
+    dragOrigin_.reset();
+    if (drags) {
+        setState(NoState);
+        Q_EMIT dragWanted(selectedRows());
+    }
+    return drags;
+}
+
+void DQDownloadList::mouseReleaseEvent(QMouseEvent* event) {
+    dragOrigin_.reset();
+    if (!pressed_.download) {
+        QListView::mouseReleaseEvent(event);
+        return;
+    }
+    const PressedButton pressed = std::exchange(pressed_, {});
+    const bool isInside = pressed.download->highlightedActionButtonIndex() == pressed.index;
+    pressed.download->setHighlightedActionButtonIndex(0);
+    if (isInside) {
+        pressed.download->performActionWithIndex(pressed.index);
+    }
+    viewport()->update();
+}
+
+void DQDownloadList::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) {
+        return;
+    }
+    const QPoint point = event->position().toPoint();
+    if (trackActionButton(point)) {
+        return;
+    }
+    const engine::DownloadPtr download = rows_->download(indexAt(point).row());
+    if (!download) {
+        return;
+    }
+    if (engine::environment().isAlternateFunctionalityEvent()) {
+        download->reveal();
+    } else {
+        download->open();
+    }
+}
+
+void DQDownloadList::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+        case Qt::Key_Delete:
+        case Qt::Key_Backspace:
+            Q_EMIT removeWanted();
+            return;
+        case Qt::Key_Escape:
+            clearSelection();
+            return;
+        case Qt::Key_Space:
+            Q_EMIT pauseToggleWanted();
+            return;
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            if (const auto download = rows_->download(currentIndex().row())) {
+                download->open();
+            }
+            return;
+        default:
+            QListView::keyPressEvent(event);
+    }
+}
+
+void DQDownloadList::contextMenuEvent(QContextMenuEvent* event) {
+    if (event->reason() == QContextMenuEvent::Keyboard) {
+        const QModelIndex index = currentIndex();
+        const QRect frame = index.isValid() ? visualRect(index) : viewport()->rect();
+        Q_EMIT contextMenuWanted(index.row(), viewport()->mapToGlobal(frame.center()));
+        return;
+    }
+    Q_EMIT contextMenuWanted(indexAt(event->pos()).row(), event->globalPos());
+}
+
+}  // namespace ui

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QByteArray>
+#include <QStringList>
+
+#include "platform/base/user_defaults.h"
+
+/// The settings that only the windows read.
+namespace ui::settings {
+
+using platform::Setting;
+
+inline const Setting<QByteArray> mainWindowFrame{
+    u"NSWindow Frame MainWindow", {}, false, "Where the main window stands, as opaque data."};
+inline const Setting<QStringList> mainToolbar{
+    u"Main Toolbar 3003",
+    {},
+    false,
+    "The items of the toolbar while bandwidth cannot be limited; absent: the usual ones."};
+inline const Setting<QStringList> mainToolbarWithThrottling{
+    u"Main Toolbar 3003 (Throttling Supported)",
+    {},
+    false,
+    "The items of the toolbar otherwise; absent: the usual ones."};
+
+}  // namespace ui::settings

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QDialog>
+
+class QListWidget;
+class QPushButton;
+
+namespace ui {
+
+class ToolbarLayout;
+
+/// Lets the user arrange the toolbar; every step counts at once.
+class ToolbarEditor final : public QDialog {
+    Q_OBJECT
+
+public:
+    /// The layout outlives the editor.
+    ToolbarEditor(ToolbarLayout& layout, QWidget* parent);
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    void fill(const QStringList& items, int current);
+    [[nodiscard]] QStringList shownItems() const;
+    void store(const QStringList& items, int current);
+    void add();
+    void remove();
+    void move(int step);
+    void updateButtons();
+
+    ToolbarLayout& layout_;
+    QListWidget* available_;
+    QListWidget* shown_;
+    QPushButton *add_, *remove_, *up_, *down_;
+};
+
+}  // namespace ui

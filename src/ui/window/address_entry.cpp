@@ -1,0 +1,65 @@
+#include "ui/window/address_entry.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <algorithm>
+
+#include "app/main_controller.h"
+#include "ui/text.h"
+#include "ui/window/clipboard.h"
+#include "ui/window/url_panel.h"
+
+namespace ui {
+namespace {
+
+/// More than this is no list of addresses that somebody has just copied.
+constexpr qsizetype longestClipboard = 100'000;
+
+}  // namespace
+
+AddressEntry::AddressEntry(app::DQMainController& controller, QWidget& window)
+    : controller_(controller), window_(window) {}
+
+AddressEntry::~AddressEntry() = default;
+
+void AddressEntry::openURL() {
+    const app::Pasteboard pasteboard = Clipboard::contents();
+    const QString text = pasteboard.text.value_or(QString());
+    QString proposed;
+    if (text.size() <= longestClipboard && text.contains(QStringLiteral("://")) &&
+        controller_.canDropPasteboard({{}, text})) {
+        proposed = text.trimmed();
+    }
+    openURLPanelWithString(proposed);
+}
+
+void AddressEntry::openURLPanelWithString(const QString& text) {
+    if (!openURLPanel) {
+        openURLPanel = std::make_unique<URLPanel>(
+            window_, [this](const QString& entered) { controller_.openText(entered); });
+    }
+    openURLPanel->openWithString(text);
+}
+
+void AddressEntry::openURLFromPasteboard() {
+    if (const auto text = controller_.openURLFromPasteboard(Clipboard::contents())) {
+        openURLPanelWithString(*text);
+    }
+}
+
+void AddressEntry::openFile() {
+    openPaths(QFileDialog::getOpenFileNames(&window_, translated("Open")));
+}
+
+void AddressEntry::openFolder() {
+    const QString path = QFileDialog::getExistingDirectory(&window_, translated("Open Folder"));
+    openPaths(path.isEmpty() ? QStringList() : QStringList{path});
+}
+
+void AddressEntry::openPaths(const QStringList& paths) {
+    if (!paths.isEmpty() && !controller_.openFiles(paths, false, false)) {
+        QApplication::beep();
+    }
+}
+
+}  // namespace ui

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <memory>
+
+#include "app/commands/commands.h"
+
+namespace ui {
+
+class DesktopFrontEnd;
+class MainWindow;
+class SettingsWindow;
+
+/// All windows of the program and the commands that connect them. One for the process.
+class DesktopWindows {
+public:
+    /// Both outlive the windows.
+    DesktopWindows(app::DQMainController& controller, DesktopFrontEnd& frontEnd);
+    ~DesktopWindows();
+    DesktopWindows(const DesktopWindows&) = delete;
+    DesktopWindows& operator=(const DesktopWindows&) = delete;
+
+    [[nodiscard]] app::Commands& commands() { return commands_; }
+
+private:
+    void showPreferencesSection(const QString& section);
+
+    DesktopFrontEnd& frontEnd_;
+    app::Commands commands_;
+    std::unique_ptr<MainWindow> window_;
+    std::unique_ptr<SettingsWindow> preferencesWindow;
+};
+
+}  // namespace ui

@@ -1,0 +1,80 @@
+#include "ui/window/window_commands.h"
+
+#include <QLineEdit>
+#include <QMessageBox>
+
+#include "app/commands/commands.h"
+#include "app/main_controller.h"
+#include "app/settings.h"
+#include "platform/base/user_defaults.h"
+#include "ui/art/icons.h"
+#include "ui/list/download_list.h"
+#include "ui/text.h"
+#include "ui/toolbar/toolbar.h"
+#include "ui/window/address_entry.h"
+#include "ui/window/main_window.h"
+
+namespace ui {
+namespace {
+
+using app::Command;
+using app::CommandState;
+
+void showAbout(QWidget& window) {
+    QMessageBox about(QMessageBox::NoIcon, translated("About Orlop"),
+                      QStringLiteral("Orlop ") + QStringLiteral(ORLOP_VERSION), QMessageBox::Close,
+                      &window);
+    about.setIconPixmap(colouredPixmap(QStringLiteral("orlop"), 64, window.devicePixelRatioF()));
+    about.setInformativeText(translated("A download manager for the desktop."));
+    about.exec();
+}
+
+void provideEntryCommands(app::Commands& commands, AddressEntry& entry) {
+    commands.provide(Command::OpenURL, {[&entry](qint64) { entry.openURL(); }, {}});
+    commands.provide(Command::OpenFile, {[&entry](qint64) { entry.openFile(); }, {}});
+    commands.provide(Command::OpenFolder, {[&entry](qint64) { entry.openFolder(); }, {}});
+    for (const Command paste : {Command::OpenURLFromPasteboard, Command::Paste}) {
+        commands.provide(paste, {[&entry](qint64) { entry.openURLFromPasteboard(); }, {}});
+    }
+}
+
+void provideListSelectionCommands(app::Commands& commands, MainWindow& window) {
+    const auto hasItems = [&window](qint64) -> CommandState {
+        return {window.list().hasItems(), {}, {}};
+    };
+    commands.provide(Command::SelectAll,
+                     {[&window](qint64) { window.list().selectAll(); }, hasItems});
+    commands.provide(Command::DeselectAll,
+                     {[&window](qint64) { window.list().clearSelection(); }, hasItems});
+    commands.provide(Command::Find,
+                     {[&window](qint64) {
+                          window.toolbar().filterField()->setFocus(Qt::ShortcutFocusReason);
+                          window.toolbar().filterField()->selectAll();
+                      },
+                      [&window](qint64 tag) -> CommandState {
+                          return {tag == 1 && window.toolbar().filterField() != nullptr, {}, {}};
+                      }});
+}
+
+}  // namespace
+
+void provideWindowCommands(app::Commands& commands, MainWindow& window, AddressEntry& entry) {
+    provideEntryCommands(commands, entry);
+    provideListSelectionCommands(commands, window);
+    const platform::UserDefaults& defaults = commands.surroundings().defaults;
+    commands.provide(Command::CloseWindow, {[&window](qint64) { window.close(); }, {}});
+    commands.provide(Command::Minimize, {[&window](qint64) { window.showMinimized(); }, {}});
+    commands.provide(
+        Command::FullScreen,
+        {[&window](qint64) { window.setWindowState(window.windowState() ^ Qt::WindowFullScreen); },
+         [&window, &defaults](qint64) -> CommandState {
+             return {defaults.get(app::settings::fullScreenModeBehavior) == 1,
+                     window.isFullScreen(),
+                     {}};
+         }});
+    commands.provide(Command::CustomizeToolbar,
+                     {[&window](qint64) { window.toolbar().runCustomizationPalette(); }, {}});
+    commands.provide(Command::ShowAbout, {[&window](qint64) { showAbout(window); }, {}});
+}
+
+}  // namespace ui
