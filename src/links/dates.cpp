@@ -65,7 +65,7 @@ public:
         for (std::size_t daysAgo = 0; daysAgo < relativeDateAndTime_.size(); ++daysAgo) {
             QString word = wordForDay(daysAgo, locale, UDISPCTX_CAPITALIZATION_NONE);
             wordForDay_[daysAgo] =
-                wordForDay(daysAgo, locale, UDISPCTX_CAPITALIZATION_FOR_UI_LIST_OR_MENU);
+                wordForDay(daysAgo, locale, UDISPCTX_CAPITALIZATION_FOR_BEGINNING_OF_SENTENCE);
             QString& pattern = relativeDateAndTime_[daysAgo] = dateAndTime_;
             if (!word.isEmpty())
                 pattern.replace(day_, u'\'' + word.replace(u"'"_s, u"''"_s) + u'\'');
