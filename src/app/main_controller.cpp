@@ -81,7 +81,7 @@ DQMainController::Parts::Parts(DQMainController& owner, const Surroundings& give
                  [this]() -> Scheduler& { return *schedule; },
                  [this]() -> HistoryKeeper& { return *history; },
                  [&owner] { Q_EMIT owner.terminated(); }}),
-      automation({queue, list, allDone, given.defaults, given.loop, given.frontEnd,
+      automation({queue, allDone, given.defaults, given.loop, given.frontEnd,
                   [&owner](bool force) { owner.updateStatusAndForceUpdateApplicationImage(force); },
                   [&owner](engine::StatusMask mask) {
                       owner.vanishDownloads(owner.downloadsMatchingStatusMask(mask));

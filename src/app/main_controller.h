@@ -165,7 +165,7 @@ public:
     [[nodiscard]] Lifecycle& lifecycle();
 
     [[nodiscard]] RuleBook& ruleBook();
-    /// The daily schedule, commands for many downloads, and switches.
+    /// The daily schedule, and switches.
     [[nodiscard]] Automation& automation();
 
     // Parts that are made elsewhere; null: none. They outlive the controller or are taken away.

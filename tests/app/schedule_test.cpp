@@ -50,7 +50,6 @@ protected:
     }
     void launch() { controller->applicationDidFinishLaunching(); }
     app::Toggles& toggles() { return controller->automation().toggles(); }
-    app::BulkCommands& commands() { return controller->automation().commands(); }
     engine::DQDownloadStatus status(const QString& name) { return download(name)->status(); }
     /// The moments at which the status of "a" changes in that time, by day and half hour.
     QStringList changesUntil(const QString& end) {
@@ -174,35 +173,6 @@ TEST_F(ScheduleTest, PausesWhatRunsOnlyIfToldTo) {
     }
 }
 
-TEST_F(ScheduleTest, CommandsActOnTheSelectionOrOnAll) {
-    launch();
-    add({u"a"_s, u"b"_s, u"c"_s});
-    main.settle();
-    controller->selectDownloads({download(u"b"_s)});
-    EXPECT_FALSE(commands().canQueuePaused());
-    commands().queueOrPause(1);
-    EXPECT_EQ(status(u"a"_s), queued);
-    EXPECT_EQ(status(u"b"_s), paused);
-    EXPECT_TRUE(commands().canQueuePaused());
-    controller->selectDownloads({});
-    download(u"a"_s)->setStatus(engine::DQDownloadStatusDownloading);
-    commands().pauseQueued();
-    EXPECT_EQ(status(u"a"_s), engine::DQDownloadStatusDownloading);
-    EXPECT_EQ(status(u"c"_s), paused);
-    commands().pauseAll();
-    EXPECT_FALSE(commands().canPauseAll());
-    commands().queueOrPause(0);
-    EXPECT_EQ(controller->downloadsMatchingStatusMask(queued).size(), 3U);
-
-    commands().cancelAll(true);
-    EXPECT_EQ(frontEnd.alerts.back().title, u"Cancel downloads?"_s);
-    EXPECT_EQ(queue().size(), 3);
-    commands().cancelAll(false);
-    main.settle();
-    EXPECT_EQ(queue().size(), 0);
-    EXPECT_EQ(frontEnd.alerts.size(), 1U);
-}
-
 TEST_F(ScheduleTest, OfTheRequestsForWhenAllIsDoneTheLastOneHolds) {
     toggles().toggleAutoSleep();
     EXPECT_TRUE(toggles().mayTriggerSleepOnAllDone());
@@ -242,7 +212,7 @@ TEST_F(ScheduleTest, SwitchesDoAtOnceWhatTheyStandFor) {
         toggles().setCloseBehavior(behavior);
         EXPECT_EQ(toggles().closeBehavior(), behavior);
     }
-    toggles().accelerateOrThrottle(0);
+    toggles().toggleAcceleration();
     EXPECT_TRUE(engine::AccelerationSettings::accelerates());
 }
 

@@ -3,6 +3,7 @@
 #include "app/commands/bulk_commands.h"
 #include "app/commands/commands.h"
 #include "app/commands/core_commands.h"
+#include "app/schedule/automation.h"
 #include "app/settings.h"
 #include "engine/acceleration_settings.h"
 #include "engine/throttle.h"
@@ -24,14 +25,14 @@ Commands::Behaviour toggleOf(platform::UserDefaults& defaults,
 }
 
 void provideSpeedCommands(Commands& commands) {
-    commands.provide(
-        Command::ToggleAcceleration,
-        {[](qint64) { AccelerationSettings::setAccelerates(!AccelerationSettings::accelerates()); },
-         [](qint64) -> CommandState {
-             return {Throttle::isAvailable(), AccelerationSettings::accelerates(), {}};
-         }});
+    Toggles& toggles = commands.surroundings().controller.automation().toggles();
+    commands.provide(Command::ToggleAcceleration,
+                     {[&toggles](qint64) { toggles.toggleAcceleration(); },
+                      [](qint64) -> CommandState {
+                          return {Throttle::isAvailable(), AccelerationSettings::accelerates(), {}};
+                      }});
     commands.provide(Command::ToggleThrottle,
-                     {[](qint64) { Throttle::setThrottled(!Throttle::isThrottled()); },
+                     {[&toggles](qint64) { toggles.toggleThrottle(); },
                       [](qint64) -> CommandState {
                           return {Throttle::isAvailable(), Throttle::isThrottled(), {}};
                       }});

@@ -3,7 +3,7 @@
 #include "app/commands/bulk_commands.h"
 #include "app/commands/commands.h"
 #include "app/commands/core_commands.h"
-#include "app/controller_roles.h"
+#include "app/schedule/automation.h"
 #include "app/settings.h"
 #include "platform/base/user_defaults.h"
 
@@ -12,35 +12,6 @@ namespace app {
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-Alert shutDownAlert() {
-    return {Alert::Kind::ShutDownWhenDone, u"Shut down when done?"_s,
-            u"Are you sure you want Orlop to shut down your computer once all downloads are "
-            "done?\n\nPlease note that Orlop will not remember this setting across restarts. Also, "
-            "Orlop cannot guarantee your computer will actually shut down, as other applications "
-            "may refuse to quit without any user interaction."_s,
-            u"Shut down when done"_s, u"Cancel"_s};
-}
-
-void toggleAutoSleep(DQMainController& controller) {
-    AllDone& done = controller.allDone();
-    done._mayTriggerSleepOnAllDone = !done._mayTriggerSleepOnAllDone;
-    if (done._mayTriggerSleepOnAllDone) {
-        done._mayTriggerShutDownOnAllDone = false;
-    }
-    controller.updateStatusAndForceUpdateApplicationImage(true);
-}
-
-void toggleAutoShutDown(DQMainController& controller, Questions& questions) {
-    AllDone& done = controller.allDone();
-    if (done._mayTriggerShutDownOnAllDone) {
-        done._mayTriggerShutDownOnAllDone = false;
-    } else if (questions.confirm(shutDownAlert())) {
-        done._mayTriggerShutDownOnAllDone = true;
-        done._mayTriggerSleepOnAllDone = false;
-    }
-    controller.updateStatusAndForceUpdateApplicationImage(true);
-}
 
 /// A command on the downloads of the context whose status matches.
 template <typename Operation>
@@ -119,18 +90,17 @@ void provideQueueCommands(Commands& commands) {
     provideContextCommands(commands);
     provideOrderCommands(commands);
     DQMainController& controller = commands.surroundings().controller;
-    Questions& questions = commands.surroundings().frontEnd.questions;
+    Toggles& toggles = controller.automation().toggles();
     commands.provide(Command::ToggleAutoSleep,
-                     {[&controller](qint64) { toggleAutoSleep(controller); },
-                      [&controller](qint64) -> CommandState {
-                          return {true, controller.allDone()._mayTriggerSleepOnAllDone, {}};
+                     {[&toggles](qint64) { toggles.toggleAutoSleep(); },
+                      [&toggles](qint64) -> CommandState {
+                          return {true, toggles.mayTriggerSleepOnAllDone(), {}};
                       }});
-    commands.provide(
-        Command::ToggleAutoShutDown,
-        {[&controller, &questions](qint64) { toggleAutoShutDown(controller, questions); },
-         [&controller](qint64) -> CommandState {
-             return {true, controller.allDone()._mayTriggerShutDownOnAllDone, {}};
-         }});
+    commands.provide(Command::ToggleAutoShutDown,
+                     {[&toggles](qint64) { toggles.toggleAutoShutDown(); },
+                      [&toggles](qint64) -> CommandState {
+                          return {true, toggles.mayTriggerShutDownOnAllDone(), {}};
+                      }});
     commands.provide(Command::StopIntake, {[&controller](qint64) { controller.stopIntake(); },
                                            [&controller](qint64) -> CommandState {
                                                return {controller.isTakingIn(), {}, {}};

@@ -2,19 +2,17 @@
 
 #include <functional>
 
-#include "app/schedule/bulk_commands.h"
 #include "app/schedule/daily_schedule.h"
 #include "app/schedule/toggles.h"
 
 namespace app {
 
-/// What the program does at set times, to many downloads at once, and when all is done. Main
+/// What the program does at set times, and the switches that tell it what to do by itself. Main
 /// thread.
 class Automation {
 public:
     struct Surroundings {
         const DownloadQueue& queue;
-        ListPresenter& list;
         AllDone& allDone;
         platform::UserDefaults& defaults;
         platform::RunLoop& loop;
@@ -25,12 +23,10 @@ public:
 
     explicit Automation(const Surroundings& surroundings);
 
-    [[nodiscard]] BulkCommands& commands() { return commands_; }
     [[nodiscard]] Toggles& toggles() { return toggles_; }
     [[nodiscard]] Scheduler& schedule() { return schedule_; }
 
 private:
-    BulkCommands commands_;
     Toggles toggles_;
     DailySchedule schedule_;
 };

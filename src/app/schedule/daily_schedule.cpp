@@ -1,6 +1,6 @@
 #include "app/schedule/daily_schedule.h"
 
-#include "app/schedule/bulk_commands.h"
+#include "app/commands/bulk_commands.h"
 #include "app/schedule/scheduled_time.h"
 #include "app/settings.h"
 #include "links/durations.h"
@@ -80,16 +80,18 @@ platform::Seconds DailySchedule::secondsUntil(const ScheduledTime& time) const {
 
 void DailySchedule::scheduledQueueAll() {
     platform::debugLog([] { return u"schedule: queue"_s; });
-    surroundings_.commands.queueDownloads(surroundings_.queue.downloads());
+    queuePaused(surroundings_.queue.downloads());
+    surroundings_.list.setNeedsDisplay();
     resetSchedule();
 }
 
 void DailySchedule::scheduledPauseAll() {
     platform::debugLog([] { return u"schedule: pause"_s; });
     const bool isRadical = surroundings_.defaults.get(settings::schedulePauseRadical);
-    surroundings_.commands.pauseDownloads(downloadsFromCollectionMatchingStatusMask(
+    pauseDownloads(downloadsFromCollectionMatchingStatusMask(
         surroundings_.queue.downloads(),
         isRadical ? engine::activeStatuses : engine::StatusMask{engine::DQDownloadStatusQueued}));
+    surroundings_.list.setNeedsDisplay();
     resetSchedule();
 }
 

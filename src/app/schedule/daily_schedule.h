@@ -1,13 +1,13 @@
 #pragma once
 
 #include "app/controller_roles.h"
+#include "app/front_end.h"
 #include "app/queue/download_queue.h"
 #include "platform/base/run_loop.h"
 #include "platform/base/user_defaults.h"
 
 namespace app {
 
-class BulkCommands;
 struct ScheduledTime;
 
 /// Queues everything at one time of the day and pauses at another, as the settings say.
@@ -19,7 +19,7 @@ class DailySchedule final : public Scheduler {
 public:
     struct Surroundings {
         const DownloadQueue& queue;
-        BulkCommands& commands;
+        DownloadListView& list;
         platform::UserDefaults& defaults;
         platform::RunLoop& loop;
     };

@@ -29,10 +29,6 @@ void Toggles::toggle(const platform::Setting<bool>& setting) {
     surroundings_.defaults.set(setting, !surroundings_.defaults.get(setting));
 }
 
-void Toggles::toggleAutoStart() {
-    toggle(settings::autoStart);
-}
-
 void Toggles::toggleAutoSleep() {
     AllDone& allDone = surroundings_.allDone;
     allDone._mayTriggerSleepOnAllDone = !allDone._mayTriggerSleepOnAllDone;
@@ -70,28 +66,12 @@ void Toggles::toggleThrottle() {
     engine::Throttle::setThrottled(!engine::Throttle::isThrottled());
 }
 
-void Toggles::accelerateOrThrottle(int segment) {
-    if (segment == 1) {
-        toggleThrottle();
-    } else {
-        toggleAcceleration();
-    }
-}
-
 void Toggles::toggleScheduledQueuing() {
     toggle(settings::scheduleQueue);
 }
 
 void Toggles::toggleScheduledPausing() {
     toggle(settings::schedulePause);
-}
-
-void Toggles::schedule(int segment) {
-    if (segment == 1) {
-        toggleScheduledPausing();
-    } else {
-        toggleScheduledQueuing();
-    }
 }
 
 void Toggles::changeScheduledTime(const ScheduledTime& time, QTime timeOfDay) {

@@ -36,7 +36,6 @@ public:
 
     explicit Toggles(Surroundings surroundings);
 
-    void toggleAutoStart();
     /// The machine sleeps when all is done, this once. Ends a request to shut down.
     void toggleAutoSleep();
     /// The machine shuts down when all is done, this once, if the user confirms. Ends a request to
@@ -47,13 +46,9 @@ public:
 
     void toggleAcceleration();
     void toggleThrottle();
-    /// The two-part button: part 1 throttles, any other accelerates.
-    void accelerateOrThrottle(int segment);
 
     void toggleScheduledQueuing();
     void toggleScheduledPausing();
-    /// The two-part button: part 1 pauses, any other queues.
-    void schedule(int segment);
     void changeScheduledTime(const ScheduledTime& time, QTime timeOfDay);
 
     /// Turned on, they also take at once what has finished or failed already.

@@ -6,9 +6,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "app/rules/rule_applications.h"
 #include "links/path_components.h"
-#include "platform/session/applications.h"
-#include "platform/text/comparison.h"
 #include "ui/menus/menu_items.h"
 #include "ui/text.h"
 
@@ -22,30 +21,14 @@ using Applications = std::vector<ApplicationEntry>;
 
 const auto ownIdentifier = u"com.tarnworks.Orlop.desktop"_s;
 
-/// Those that open every one of the files. An extension that nothing is known of narrows nothing.
-Applications commonApplications(const QStringList& paths) {
-    std::optional<Applications> common;
+Applications applicationsFor(const QStringList& paths) {
+    QStringList extensions;
     for (const QString& path : paths) {
-        const Applications some = platform::applicationsForExtension(links::pathExtension(path));
-        if (some.empty()) {
-            continue;
-        }
-        if (!common) {
-            common = some;
-            continue;
-        }
-        std::erase_if(*common, [&](const ApplicationEntry& entry) {
-            return std::none_of(some.begin(), some.end(), [&](const ApplicationEntry& other) {
-                return other.identifier == entry.identifier;
-            });
-        });
+        extensions.append(links::pathExtension(path));
     }
-    Applications applications = common.value_or(Applications());
+    Applications applications = app::applicationsForExtensions(extensions);
     std::erase_if(applications,
                   [](const ApplicationEntry& entry) { return entry.identifier == ownIdentifier; });
-    std::sort(applications.begin(), applications.end(), [](const auto& a, const auto& b) {
-        return platform::compareStringsNaturally(a.name, b.name) < 0;
-    });
     return applications;
 }
 
@@ -58,7 +41,7 @@ QIcon iconOf(const ApplicationEntry& entry) {
 
 QMenu* addOpenWithMenu(QMenu& menu, const QStringList& paths,
                        std::function<void(const QString& identifier)> open) {
-    const Applications applications = commonApplications(paths);
+    const Applications applications = applicationsFor(paths);
     if (applications.empty()) {
         return nullptr;
     }
