@@ -9,12 +9,15 @@
 #include <cerrno>
 
 #include "engine/background.h"
+#include "engine/now.h"
 #include "engine/partial_file_marks.h"
 
 namespace engine {
 namespace {
 
 constexpr qint64 syncInterval = qint64{32} << 20;
+/// A fast transfer would otherwise make the file system write its journal thirty times a second.
+constexpr platform::Seconds leastTimeBetweenSyncs = 1;
 constexpr qint64 syncAtClosing = qint64{1} << 20;
 constexpr mode_t newFileMode = 0666;
 
@@ -57,7 +60,8 @@ std::optional<platform::Error> PartialFile::open(const QString& path, qint64 off
     if (isNew)
         markSynced(file.get(), 0);
     file_ = std::move(file);
-    offset_ = syncedOffset_ = offset;
+    offset_ = syncedOffset_ = flushedOffset_ = offset;
+    syncedAt_ = monotonicNow();
     syncState_ = std::make_shared<SyncState>();
     return std::nullopt;
 }
@@ -75,8 +79,12 @@ std::optional<platform::Error> PartialFile::write(const QByteArray& data) {
         left -= static_cast<std::size_t>(written);
         offset_ += written;
     }
-    if (offset_ - syncedOffset_ >= syncInterval && !syncState_->isBusy)
-        syncInBackground();
+    if (offset_ - syncedOffset_ >= syncInterval && !syncState_->isBusy) {
+        if (monotonicNow() - syncedAt_ >= leastTimeBetweenSyncs)
+            syncInBackground();
+        else if (offset_ - flushedOffset_ >= syncInterval)
+            flushInBackground();
+    }
     return std::nullopt;
 }
 
@@ -85,6 +93,7 @@ bool PartialFile::truncate(qint64 offset) {
         return false;
     offset_ = offset;
     syncedOffset_ = std::min(syncedOffset_, offset);
+    flushedOffset_ = std::min(flushedOffset_, offset);
     ++syncState_->cuts;
     markSynced(file_.get(), 0);
     return true;
@@ -96,10 +105,22 @@ void PartialFile::close() {
     file_.close();
 }
 
+/// Sets the disk to work without waiting for it, so that little is left for the next sync.
+void PartialFile::flushInBackground() {
+    auto file = std::make_shared<platform::Descriptor>(fcntl(file_.get(), F_DUPFD_CLOEXEC, 0));
+    syncState_->isBusy = true;
+    runInBackground([file, start = flushedOffset_, end = offset_, state = syncState_] {
+        sync_file_range(file->get(), start, end - start, SYNC_FILE_RANGE_WRITE);
+        state->isBusy = false;
+    });
+    flushedOffset_ = offset_;
+}
+
 /// Not on the main thread, which a busy disk would hold up for seconds.
 void PartialFile::syncInBackground() {
     auto file = std::make_shared<platform::Descriptor>(fcntl(file_.get(), F_DUPFD_CLOEXEC, 0));
-    syncedOffset_ = offset_;
+    syncedOffset_ = flushedOffset_ = offset_;
+    syncedAt_ = monotonicNow();
     syncState_->isBusy = true;
     runInBackground([file, offset = offset_, state = syncState_, cuts = syncState_->cuts.load()] {
         if (fdatasync(file->get()) == 0 && state->cuts == cuts)

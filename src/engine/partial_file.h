@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 
+#include "platform/base/clock.h"
 #include "platform/base/error.h"
 #include "platform/files/descriptor.h"
 
@@ -14,8 +15,9 @@ namespace engine {
 /// The file that a worker writes: true bytes from the first on, in their order, and nothing else.
 /// It may at any moment be longer than anybody recorded.
 ///
-/// So that this holds after a power failure too, it is synced in the background, every 32 MiB and
-/// when it is closed with more than 1 MiB to lose, and then marked (see `markSynced`). Main thread.
+/// So that this holds after a power failure too, it is synced in the background, every 32 MiB but
+/// not more than once a second, and when it is closed with more than 1 MiB to lose, and then marked
+/// (see `markSynced`). Main thread.
 class PartialFile {
 public:
     PartialFile() = default;
@@ -42,11 +44,14 @@ private:
         std::atomic<unsigned> cuts = 0;
     };
 
+    void flushInBackground();
     void syncInBackground();
 
     platform::Descriptor file_;
     qint64 offset_ = 0;
-    qint64 syncedOffset_ = 0;  ///< Asked for, not yet known to be on the disk.
+    qint64 syncedOffset_ = 0;         ///< Asked for, not yet known to be on the disk.
+    qint64 flushedOffset_ = 0;        ///< Up to here the disk has been told to write.
+    platform::Seconds syncedAt_ = 0;  ///< When it was last asked for.
     std::shared_ptr<SyncState> syncState_;
 };
 
