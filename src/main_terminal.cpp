@@ -30,6 +30,8 @@ int main(int argc, char** argv) {
     platform::ignoreBrokenPipes();
     useUtf8();
     QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("Orlop"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(ORLOP_VERSION));
     const app::terminal::ProgramEnd end =
         app::terminal::runProgram(QCoreApplication::arguments().mid(1), environment);
     if (end.signal != 0)

@@ -1,6 +1,7 @@
 #include "links/download_page_extraction.h"
 
 #include <QStringList>
+#include <algorithm>
 #include <utility>
 
 #include "links/localization.h"
@@ -28,7 +29,7 @@ QString addressesOf(const std::vector<Url>& urls) {
 
 QString patternsOf(const DownloadPageStage& stage) {
     QStringList patterns;
-    for (const DownloadPageExpression& query : stage)
+    for (const UserExpression& query : stage)
         patterns.append(query.pattern());
     return patterns.join(u", "_s);
 }
@@ -40,6 +41,12 @@ std::optional<QString> hiddenText(const QString& link) {
     const qsizetype open = link.indexOf(u'\'');
     const qsizetype close = open < 0 ? -1 : link.indexOf(u'\'', open + 1);
     return close < 0 ? std::nullopt : std::optional(link.mid(open + 1, close - open - 1));
+}
+
+/// Pages write blanks and letters of every script as they are, but no address spans lines.
+bool hasControls(const QString& link) {
+    return std::any_of(link.begin(), link.end(),
+                       [](QChar unit) { return unit.category() == QChar::Other_Control; });
 }
 
 std::optional<QString> textFromBase64(const QString& base64) {
@@ -80,7 +87,7 @@ void DownloadPageExtraction::searchPage(const Url& url, const DownloadPageStage&
     if (!page.text)
         return;
     takeTitle(*page.text);
-    for (const DownloadPageExpression& query : stage) {
+    for (const UserExpression& query : stage) {
         query.forEachYield(*page.text, [&](const QString& yield) { return takeLink(page, yield); });
         if (!rule_.collectAllMatches && !found_.urls.empty())
             return;
@@ -142,10 +149,12 @@ bool DownloadPageExtraction::takeLink(const Page& page, const QString& yield) {
 }
 
 std::optional<Url> DownloadPageExtraction::urlOfLink(const Page& page, const QString& link) const {
-    const auto url = Url::parse(link);
-    if (url && (hidingPage_ || !url->host().isEmpty()))
+    auto url = Url::parse(link);
+    if (!url && !hasControls(link))
+        url = Url::parseLenient(link);
+    if (!url || hidingPage_ || !url->host().isEmpty())
         return url;
-    return page.base.resolved(link);
+    return page.base.resolved(url->absoluteString());
 }
 
 }  // namespace links

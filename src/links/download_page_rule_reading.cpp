@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "links/trimming.h"
-#include "links/user_patterns.h"
 #include "platform/text/comparison.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -12,7 +11,7 @@ namespace links {
 
 namespace {
 
-using Subject = DownloadPageExpression::Subject;
+using Subject = UserExpression::Subject;
 
 /// As people write booleans: numbers but 0, and texts that begin with Y, T or a digit but 0. What
 /// cannot be read so is nothing.
@@ -32,11 +31,10 @@ std::optional<bool> booleanValue(const QVariant& value) {
 }
 
 /// Nothing: no text, a blank one, or one that does not compile.
-std::optional<DownloadPageExpression> readExpression(const QVariant& value, Subject subject,
-                                                     platform::Seconds timeLimit) {
+std::optional<UserExpression> readExpression(const QVariant& value, Subject subject) {
     if (value.typeId() != QMetaType::QString || trimmedString(value.toString()).isEmpty())
         return std::nullopt;
-    return DownloadPageExpression::compile(value.toString(), subject, timeLimit);
+    return UserExpression::compile(value.toString(), subject);
 }
 
 std::optional<DownloadPageStage> readStage(const QVariant& value) {
@@ -44,8 +42,7 @@ std::optional<DownloadPageStage> readStage(const QVariant& value) {
         value.typeId() == QMetaType::QVariantList ? value.toList() : QVariantList{value};
     DownloadPageStage stage;
     for (const QVariant& alternative : alternatives) {
-        auto query =
-            readExpression(alternative, Subject::Page, DownloadPageExpression::pageTimeLimit);
+        auto query = readExpression(alternative, Subject::Page);
         if (!query)
             return std::nullopt;
         stage.push_back(std::move(*query));
@@ -76,10 +73,8 @@ NamePattern readNamePattern(const QVariant& value) {
     if (!value.isValid())
         return {};
     if (value.typeId() == QMetaType::QString) {
-        const QString pattern = value.toString();
-        const bool compiles =
-            !trimmedString(pattern).isEmpty() && compiledUserPattern(pattern).has_value();
-        return compiles ? NamePattern{true, pattern} : NamePattern{false, {}};
+        const auto expression = readExpression(value, Subject::Address);
+        return expression ? NamePattern{true, expression->pattern()} : NamePattern{false, {}};
     }
     const auto isWanted = booleanValue(value);
     return {isWanted.has_value(), isWanted.value_or(false) ? std::optional(u""_s) : std::nullopt};
@@ -108,8 +103,7 @@ std::optional<DownloadPageRule> readDownloadPageRule(const SourcedRule& sourced)
     if (sourced.rule.typeId() != QMetaType::QVariantMap)
         return std::nullopt;
     const QVariantMap rule = sourced.rule.toMap();
-    auto source =
-        readExpression(sourced.source, Subject::Address, DownloadPageExpression::addressTimeLimit);
+    auto source = readExpression(sourced.source, Subject::Address);
     auto cascade = readCascade(rule.value(u"Query Cascade"_s));
     const NamePattern name = readNamePattern(rule.value(u"Use Source Name"_s));
     if (!source || cascade.empty() || !name.isAcceptable)

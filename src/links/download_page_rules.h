@@ -6,17 +6,17 @@
 #include <optional>
 #include <vector>
 
-#include "links/download_page_expression.h"
+#include "links/user_expression.h"
 #include "platform/net/url.h"
 
 namespace links {
 
 /// Queries of which each is tried if the one before found nothing (or all, if a rule collects).
-using DownloadPageStage = std::vector<DownloadPageExpression>;
+using DownloadPageStage = std::vector<UserExpression>;
 
 /// Which pages a rule is for, and how the real links are found on them.
 struct DownloadPageRule {
-    DownloadPageExpression source;
+    UserExpression source;
     /// One for each page of the way from the first page to the links.
     std::vector<DownloadPageStage> queryCascade;
     bool collectAllMatches = false;

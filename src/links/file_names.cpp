@@ -1,9 +1,12 @@
 #include "links/file_names.h"
 
+#include <QHash>
+#include <mutex>
+
 #include "links/path_components.h"
 #include "links/percent_escapes.h"
 #include "links/trimming.h"
-#include "links/user_patterns.h"
+#include "links/user_expression.h"
 #include "platform/net/url.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -27,16 +30,33 @@ PatternSubject patternSubject(const QString& pattern, const QString& address,
     return {pattern.mid(length), title.isEmpty() ? address : title};
 }
 
+/// The names of a long list ask for the same few patterns over and over. Nothing: malformed.
+std::optional<UserExpression> compiledNamePattern(const QString& pattern) {
+    constexpr qsizetype mostKnown = 100;
+    static std::mutex lock;  // Guards `known`.
+    static QHash<QString, std::optional<UserExpression>> known;
+    const std::lock_guard guard(lock);
+    if (known.size() >= mostKnown)
+        known.clear();
+    if (!known.contains(pattern))
+        known[pattern] = UserExpression::compile(pattern, UserExpression::Subject::Address);
+    return known[pattern];
+}
+
 QString nameByPattern(const QString& pattern, const QString& address, const QString& title) {
     if (pattern.isEmpty())
         return {};
     const PatternSubject chosen = patternSubject(pattern, address, title);
-    const auto expression = compiledUserPattern(chosen.pattern);
+    const auto expression = compiledNamePattern(chosen.pattern);
     if (!expression)
         return {};
     QString captured;
-    for (const auto& match : expression->matches(chosen.subject))
-        captured.append(capturedText(match, chosen.subject));
+    const bool isWhole = expression->forEachYield(chosen.subject, [&](const QString& yield) {
+        captured.append(yield);
+        return true;
+    });
+    if (!isWhole)
+        return {};
     return trimmedString(
         cleanFilename(stringByReplacingPlusAndPercentEscapesIfNecessary(captured)));
 }

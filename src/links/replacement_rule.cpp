@@ -1,16 +1,12 @@
 #include "links/replacement_rule.h"
 
 #include "links/localization.h"
-#include "links/user_patterns.h"
 #include "platform/base/log.h"
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace links {
 namespace {
-
-/// So many times may a rule fail: a hundred thousand addresses must not each wait for it.
-constexpr int mostFailures = 5;
 
 bool isText(const QVariant& value) {
     return value.typeId() == QMetaType::QString;
@@ -24,7 +20,7 @@ ReplacementRule::ReplacementRule(Kind kind, QString query, QString replacement, 
       replacement_(std::move(replacement)),
       precheck_(precheck) {
     if (kind == Kind::Expression)
-        expression_.emplace(query_);
+        expression_ = UserExpression::compile(query_, UserExpression::Subject::Address, 0);
 }
 
 ReplacementRule::ReplacementRule(const QVariant& userRule) {
@@ -38,7 +34,7 @@ ReplacementRule::ReplacementRule(const QVariant& userRule) {
         kind_ = isComplete && !query_.isEmpty() ? Kind::Literal : Kind::Useless;
         return;
     }
-    expression_ = compiledUserPattern(query_);
+    expression_ = UserExpression::compile(query_, UserExpression::Subject::Address);
     if (!isComplete)
         kind_ = Kind::Incomplete;
     else if (expression_)
@@ -53,7 +49,7 @@ void ReplacementRule::apply(QString& text) const {
             text.replace(query_, replacement_, Qt::CaseInsensitive);
             break;
         case Kind::Expression:
-            applyExpression(text);
+            text = expression_->replaceAll(text, replacement_).value_or(text);
             break;
         case Kind::Incomplete:
             platform::log(filledFormat(
@@ -64,23 +60,6 @@ void ReplacementRule::apply(QString& text) const {
         case Kind::Useless:
             break;
     }
-}
-
-void ReplacementRule::applyExpression(QString& text) const {
-    if (failures_ >= mostFailures)
-        return;
-    // A copy, since one object serves one thread at a time.
-    const platform::RegularExpression expression = *expression_;
-    if (auto replaced = expression.replaceAll(text, replacement_))
-        text = std::move(*replaced);
-    else
-        noteFailure();
-}
-
-void ReplacementRule::noteFailure() const {
-    if (failures_++ == 0)
-        platform::log(u"replacement rule cannot be applied or takes too long: "_s + query_,
-                      platform::LogLevel::Warning);
 }
 
 }  // namespace links

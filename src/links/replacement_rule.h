@@ -2,10 +2,9 @@
 
 #include <QString>
 #include <QVariant>
-#include <atomic>
 #include <optional>
 
-#include "platform/text/regular_expression.h"
+#include "links/user_expression.h"
 
 namespace links {
 
@@ -31,15 +30,11 @@ public:
     void apply(QString& text) const;
 
 private:
-    void applyExpression(QString& text) const;
-    void noteFailure() const;
-
     Kind kind_ = Kind::Useless;
     QString query_;
     QString replacement_;
     Precheck precheck_ = nullptr;
-    std::optional<platform::RegularExpression> expression_;
-    mutable std::atomic<int> failures_ = 0;
+    std::optional<UserExpression> expression_;
 };
 
 }  // namespace links

@@ -15,7 +15,7 @@ class ReplacementRule;
 /// A user's rule is a dictionary with "Query", "Replacement" and "Regular Expression"; with the
 /// last one true "Query" is an expression (case-insensitive) and "Replacement" a template with $1.
 /// A rule that cannot be carried out changes nothing; one that fails at its work, by running out of
-/// time above all, is logged once and after five times left out for good. Any thread, once made.
+/// time above all, is logged once and after a few times left out for good. Any thread, once made.
 class ReplacementRules {
 public:
     /// `userRules` is the root of "Replacements.plist"; anything but a list adds nothing.

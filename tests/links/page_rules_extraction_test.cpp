@@ -60,8 +60,9 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"withoutHost",
              quoted,
              true,
-             {{start, "'/a.zip' 'mailto:someone' '?q' 'a b'"}},
-             {u"http://h/a.zip"_s, u"mailto:someone"_s, u"http://h/dir/page.html?q"_s},
+             {{start, "'/a.zip' 'mailto:someone' '?q' 'a \xC3\xA4' '//\xC3\xA4/'"}},
+             {u"http://h/a.zip"_s, u"mailto:someone"_s, u"http://h/dir/page.html?q"_s,
+              u"http://h/dir/a%20%C3%A4"_s, u"http://xn--4ca/"_s},
              {start}},
         Case{"repaired",
              quoted,
@@ -150,20 +151,20 @@ TEST(ExtractionLog, TellsTheWay) {
         uR"j([{"Source":"h/","Query Cascade":["'([^']+)'","z"],"Collect All Matches":1}])j"_s);
     ASSERT_TRUE(rules);
     const auto pages = std::make_shared<MemoryPages>();
-    pages->pages[start] = "'a' 'a' 'a b'";
+    pages->pages[start] = "'a' 'a' 'http://h:x/'";
     const LogRecorder log;
     const auto found = URLsFromDownloadPageWithTitle({urlOf(start), rules, pages});
     EXPECT_TRUE(found.urls.empty());
-    EXPECT_EQ(
-        log.lines(),
-        (QStringList{
-            u"[Debug] download page: <http://h/dir/page.html> {"_s, u"[Debug] query: '([^']+)'"_s,
-            u"[Debug] <http://h/dir/page.html> => <http://h/dir/a>"_s,
-            u"[Debug] <http://h/dir/page.html> => duplicate: <http://h/dir/a>"_s,
-            u"[Debug] <http://h/dir/page.html> => invalid match: <a b>"_s, u"[Debug] query: z"_s,
-            u"cannot load data from: http://h/dir/a\nerror: no such host\n"
-            u"response: "_s,
-            u"[Debug] } dead end: (http://h/dir/a)"_s}));
+    EXPECT_EQ(log.lines(),
+              (QStringList{u"[Debug] download page: <http://h/dir/page.html> {"_s,
+                           u"[Debug] query: '([^']+)'"_s,
+                           u"[Debug] <http://h/dir/page.html> => <http://h/dir/a>"_s,
+                           u"[Debug] <http://h/dir/page.html> => duplicate: <http://h/dir/a>"_s,
+                           u"[Debug] <http://h/dir/page.html> => invalid match: <http://h:x/>"_s,
+                           u"[Debug] query: z"_s,
+                           u"cannot load data from: http://h/dir/a\nerror: no such host\n"
+                           u"response: "_s,
+                           u"[Debug] } dead end: (http://h/dir/a)"_s}));
 }
 
 TEST(Extraction, TakesTheTitleOfTheFirstPageThatHasOne) {
@@ -187,8 +188,7 @@ TEST(Extraction, RefusesPagesBeyondTheBound) {
 TEST(Extraction, AQueryThatTakesTooLongCountsAsNotMatching) {
     constexpr platform::Seconds limit = 0.05;
     const auto query = [&](const QString& pattern) {
-        return *DownloadPageExpression::compile(pattern, DownloadPageExpression::Subject::Page,
-                                                limit);
+        return *UserExpression::compile(pattern, UserExpression::Subject::Page, limit);
     };
     const DownloadPageRule rule{
         query(u"h"_s), {{query(u"^(?:a|aa)+$"_s), query(u"'(\\w)'"_s)}}, false, {}};

@@ -2,15 +2,14 @@
 
 #include <QTemporaryDir>
 #include <atomic>
-#include <mutex>
 #include <thread>
 #include <vector>
 
+#include "links/page_rules_support.h"
 #include "links/percent_escapes.h"
 #include "links/replacement_rules.h"
 #include "links/url_unescaping.h"
 #include "platform/base/clock.h"
-#include "platform/base/log.h"
 #include "platform/files/files.h"
 #include "platform/files/property_list.h"
 #include "support/printers.h"
@@ -109,27 +108,8 @@ TEST(URLRepair, UnescapedAndRepaired) {
     }
 }
 
-class LinesOfLog : public platform::LogSink {
-public:
-    void write(platform::LogLevel, const QString& line) override {
-        const std::lock_guard guard(lock_);
-        lines_.append(line);
-    }
-    [[nodiscard]] qsizetype countContaining(const QString& text) const {
-        const std::lock_guard guard(lock_);
-        return lines_.filter(text).size();
-    }
-
-private:
-    mutable std::mutex lock_;
-    QStringList lines_;
-};
-
 class UserRules : public testing::Test {
 protected:
-    void SetUp() override { platform::addLogSink(log_); }
-    void TearDown() override { platform::removeLogSink(log_); }
-
     static QVariantMap literal(const QString& query, const QString& replacement) {
         return {{u"Query"_s, query}, {u"Replacement"_s, replacement}};
     }
@@ -139,7 +119,7 @@ protected:
         return rule;
     }
 
-    std::shared_ptr<LinesOfLog> log_ = std::make_shared<LinesOfLog>();
+    links::LogRecorder log_;
 };
 
 TEST_F(UserRules, RunInOrderBehindOurs) {
@@ -164,7 +144,7 @@ TEST_F(UserRules, UnusableOnesChangeNothing) {
     const links::ReplacementRules rules(true, list);
     EXPECT_EQ(rules.applied(u"http://host/x"_s), u"http://host/z");
     EXPECT_EQ(rules.applied(u"http://host/x"_s), u"http://host/z");
-    EXPECT_EQ(log_->countContaining(u"ignoring regular expression exception: "_s), 2);
+    EXPECT_EQ(log_.lines().filter(u"ignoring regular expression exception: "_s).size(), 2);
     EXPECT_EQ(links::ReplacementRules(true, u"no list"_s).applied(u"//h"_s), u"http://h");
 }
 
@@ -192,7 +172,7 @@ TEST_F(UserRules, EndlessOneIsGivenUp) {
     for (int count = 0; count < 200; ++count)
         EXPECT_EQ(rules.applied(text), QString(60, u'a') + u'-');
     EXPECT_LT(clock.monotonic() - start, 10.0);
-    EXPECT_EQ(log_->countContaining(u"takes too long"_s), 1);
+    EXPECT_EQ(log_.lines().filter(u"takes too long"_s).size(), 1);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <condition_variable>
 #include <optional>
 
+#include "engine/user_agent.h"
 #include "http/http_request.h"
 #include "platform/base/run_loop.h"
 
@@ -37,6 +38,7 @@ public:
         request_->setTimeOutSeconds(pageRequest_.timeOut);
         request_->setUseCookiePersistence(false);
         request_->setShouldWaitToInflateCompressedResponses(false);
+        request_->addRequestHeader(u"User-Agent"_s, engine::defaultUserAgent());
         request_->setBlocks(blocks());
         request_->startAsynchronous();
     }
