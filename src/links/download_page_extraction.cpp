@@ -57,14 +57,14 @@ std::optional<QString> textFromBase64(const QString& base64) {
 
 }  // namespace
 
-DownloadPageExtraction::DownloadPageExtraction(const DownloadPageRule& rule, PageFetcher& fetcher,
-                                               bool skipRedirectingServices)
-    : rule_(rule), fetcher_(fetcher), skipRedirectingServices_(skipRedirectingServices) {}
+DownloadPageExtraction::DownloadPageExtraction(const DownloadPageRule& rule,
+                                               const DownloadPageReading& reading)
+    : rule_(rule), reading_(reading) {}
 
-ExtractedLinks DownloadPageExtraction::follow(const Url& page) {
+ExtractedLinks DownloadPageExtraction::follow() {
     platform::debugLog(
-        [&] { return filledFormat(u"download page: <%@> {"_s, {page.absoluteString()}); });
-    found_.urls = {page};
+        [&] { return filledFormat(u"download page: <%@> {"_s, {reading_.url.absoluteString()}); });
+    found_.urls = {reading_.url};
     for (const DownloadPageStage& stage : rule_.queryCascade) {
         platform::debugLog([&] { return filledFormat(u"query: %@"_s, {patternsOf(stage)}); });
         const std::vector<Url> input = std::exchange(found_.urls, {});
@@ -88,7 +88,8 @@ void DownloadPageExtraction::searchPage(const Url& url, const DownloadPageStage&
         return;
     takeTitle(*page.text);
     for (const UserExpression& query : stage) {
-        query.forEachYield(*page.text, [&](const QString& yield) { return takeLink(page, yield); });
+        query.forEachYield(
+            *page.text, [&](const QString& yield) { return takeLink(page, yield); }, reading_.stop);
         if (!rule_.collectAllMatches && !found_.urls.empty())
             return;
     }
@@ -103,7 +104,7 @@ DownloadPageExtraction::Page DownloadPageExtraction::nextPage(const Url& url) {
 std::optional<QString> DownloadPageExtraction::fetchedText(const Url& url) const {
     PageRequest request;
     request.url = url;
-    const FetchedPage fetched = fetcher_.fetchSynchronously(request);
+    const FetchedPage fetched = reading_.fetcher->fetchSynchronously(request);
     const bool isTooLarge = fetched.data && fetched.data->size() > request.maximumBytes;
     if (fetched.data && !isTooLarge)
         return pageText(*fetched.data, fetched.contentType);
@@ -118,12 +119,13 @@ void DownloadPageExtraction::takeTitle(const QString& text) {
         return;
     const platform::RegularExpression element(u"<title>([^<]+)</title>"_s);
     if (const auto title = element.firstCapture(text, 1))
-        found_.title = trimmedString(unescapedURLString(*title, skipRedirectingServices_));
+        found_.title = trimmedString(unescapedURLString(*title, reading_.skipRedirectingServices));
 }
 
 /// False: the query need not be searched for further.
 bool DownloadPageExtraction::takeLink(const Page& page, const QString& yield) {
-    QString link = unescacpedURLStringWithReplacementsApplied(yield, skipRedirectingServices_);
+    QString link =
+        unescacpedURLStringWithReplacementsApplied(yield, reading_.skipRedirectingServices);
     if (const auto hidden = hiddenText(link)) {
         link = *hidden;
         hidingPage_ = page.base;

@@ -12,11 +12,10 @@ namespace links {
 /// One walk through the pages of a rule. Any one thread.
 class DownloadPageExtraction {
 public:
-    DownloadPageExtraction(const DownloadPageRule& rule, PageFetcher& fetcher,
-                           bool skipRedirectingServices);
+    DownloadPageExtraction(const DownloadPageRule& rule, const DownloadPageReading& reading);
 
     /// Once.
-    [[nodiscard]] ExtractedLinks follow(const platform::Url& page);
+    [[nodiscard]] ExtractedLinks follow();
 
 private:
     struct Page {
@@ -36,8 +35,7 @@ private:
                                                          const QString& link) const;
 
     const DownloadPageRule& rule_;
-    PageFetcher& fetcher_;
-    bool skipRedirectingServices_;
+    const DownloadPageReading& reading_;
 
     ExtractedLinks found_;
     QSet<QString> foundAddresses_;

@@ -13,8 +13,7 @@ ExtractedLinks URLsFromDownloadPageWithTitle(const DownloadPageReading& reading)
     const DownloadPageRule* rule = reading.rules ? reading.rules->ruleForURL(reading.url) : nullptr;
     if (!rule)
         return {{reading.url}, {}};
-    return DownloadPageExtraction(*rule, *reading.fetcher, reading.skipRedirectingServices)
-        .follow(reading.url);
+    return DownloadPageExtraction(*rule, reading).follow();
 }
 
 void readDownloadPageInBackground(DownloadPageReading reading, platform::RunLoop& loop,

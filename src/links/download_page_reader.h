@@ -3,6 +3,7 @@
 #include <QString>
 #include <functional>
 #include <memory>
+#include <stop_token>
 #include <vector>
 
 #include "platform/net/url.h"
@@ -23,6 +24,8 @@ struct DownloadPageReading {
     std::shared_ptr<PageFetcher> fetcher;
     /// The setting "Skip Redirecting Services".
     bool skipRedirectingServices = true;
+    /// Nobody waits for the result any more.
+    std::stop_token stop = {};
 };
 
 struct ExtractedLinks {

@@ -60,15 +60,17 @@ bool UserExpression::matchesSomething(const QString& text) const {
 }
 
 bool UserExpression::forEachYield(const QString& text,
-                                  const std::function<bool(const QString&)>& visit) const {
-    if (isGivenUp())
+                                  const std::function<bool(const QString&)>& visit,
+                                  const std::stop_token& stop) const {
+    if (isGivenUp() || stop.stop_requested())
         return false;
-    const platform::RegularExpression expression = expression_;
+    platform::RegularExpression expression = expression_;
+    expression.setStopToken(stop);
     expression.forEachMatch(text, [&](const platform::RegularExpression::Match& match) {
         const QString yield = capturedText(match, text);
         return yield.isEmpty() || visit(yield);
     });
-    if (expression.timedOut())
+    if (expression.timedOut() && !stop.stop_requested())
         noteFailure();
     return !expression.timedOut();
 }

@@ -36,8 +36,9 @@ public:
 
     /// Calls `visit` with what each match yields, until it answers false: all groups that took
     /// part, joined, or the whole match if the pattern has no groups. Empty texts are left out.
-    /// False: the time was up before all were found.
-    bool forEachYield(const QString& text, const std::function<bool(const QString&)>& visit) const;
+    /// False: the time was up before all were found, or it was stopped.
+    bool forEachYield(const QString& text, const std::function<bool(const QString&)>& visit,
+                      const std::stop_token& stop = {}) const;
 
     /// All matches replaced by the template, in which `$1` is a group. Nothing: that failed.
     [[nodiscard]] std::optional<QString> replaceAll(const QString& text,

@@ -192,14 +192,30 @@ TEST(Extraction, AQueryThatTakesTooLongCountsAsNotMatching) {
     };
     const DownloadPageRule rule{
         query(u"h"_s), {{query(u"^(?:a|aa)+$"_s), query(u"'(\\w)'"_s)}}, false, {}};
-    MemoryPages pages;
-    pages.pages[start] = QByteArray(5000, 'a') + "'b'";
+    const auto pages = std::make_shared<MemoryPages>();
+    pages->pages[start] = QByteArray(5000, 'a') + "'b'";
     const LogRecorder log;
     for (int i = 0; i < 2; ++i) {
-        const auto found = DownloadPageExtraction(rule, pages, true).follow(urlOf(start));
+        const auto found = DownloadPageExtraction(rule, {urlOf(start), {}, pages}).follow();
         EXPECT_EQ(addressesOf(found), QStringList{u"http://h/dir/b"_s});
     }
     EXPECT_EQ(log.lines().filter(u"too long"_s).size(), 1);
+}
+
+TEST(Extraction, CanBeStoppedInTheMiddleOfAHopelessQuery) {
+    const auto rules = rulesOf(uR"j([{"Source":"h/","Query Cascade":["^(?:a|aa)+$"]}])j"_s);
+    const auto pages = std::make_shared<MemoryPages>();
+    pages->pages[start] = QByteArray(5000, 'a') + "!";
+    std::stop_source stop;
+    const LogRecorder log;
+    std::thread reader([&] {
+        const auto found =
+            URLsFromDownloadPageWithTitle({urlOf(start), rules, pages, true, stop.get_token()});
+        EXPECT_TRUE(found.urls.empty());
+    });
+    stop.request_stop();
+    reader.join();
+    EXPECT_TRUE(log.lines().filter(u"too long"_s).isEmpty());
 }
 
 TEST(Extraction, RunsInTheBackgroundAndComesBackToTheLoop) {

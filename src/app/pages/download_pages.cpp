@@ -16,6 +16,7 @@ DownloadPages::DownloadPages(platform::UserDefaults& defaults, platform::RunLoop
       fetcher_(std::make_shared<HTTPPageFetcher>(loop)) {}
 
 DownloadPages::~DownloadPages() {
+    stop_.request_stop();
     fetcher_->stop();
     // A reader posts its result to the loop, which must still be there then.
     QThreadPool::globalInstance()->waitForDone();
@@ -31,9 +32,10 @@ std::optional<QString> DownloadPages::preservedNamePattern(const platform::Url& 
 
 void DownloadPages::URLsFromDownloadPageWithTitle(
     const platform::Url& url, std::function<void(links::ExtractedLinks)> completion) const {
-    links::readDownloadPageInBackground({url, ruleStore_.downloadPageRules(), fetcher_,
-                                         defaults_.get(links::settings::skipRedirectingServices)},
-                                        loop_, std::move(completion));
+    links::readDownloadPageInBackground(
+        {url, ruleStore_.downloadPageRules(), fetcher_,
+         defaults_.get(links::settings::skipRedirectingServices), stop_.get_token()},
+        loop_, std::move(completion));
 }
 
 }  // namespace app

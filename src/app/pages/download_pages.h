@@ -36,6 +36,7 @@ private:
     platform::RunLoop& loop_;
     mutable links::DownloadPageRuleStore ruleStore_;
     std::shared_ptr<HTTPPageFetcher> fetcher_;
+    std::stop_source stop_;
 };
 
 }  // namespace app

@@ -49,7 +49,9 @@ std::unique_ptr<icu::RegexPattern> compiledPattern(const QString& pattern, unsig
 /// One run of a pattern over a subject, which it does not copy.
 class Run {
 public:
-    Run(const icu::RegexPattern& pattern, const QString& subject, Seconds timeLimit) {
+    Run(const icu::RegexPattern& pattern, const QString& subject, Seconds timeLimit,
+        std::stop_token stop)
+        : stop_(std::move(stop)) {
         matcher_.reset(pattern.matcher(status_));
         utext_openUChars(&text_, reinterpret_cast<const char16_t*>(subject.utf16()), subject.size(),
                          &status_);
@@ -88,7 +90,7 @@ private:
         return position % positionsBetweenLooks != 0 || mayGoOnMatching(self, 0);
     }
     bool isInTime() {
-        timedOut_ = timedOut_ || SteadyClock::now() >= deadline_;
+        timedOut_ = timedOut_ || stop_.stop_requested() || SteadyClock::now() >= deadline_;
         return !timedOut_;
     }
 
@@ -96,6 +98,7 @@ private:
     UText text_ = UTEXT_INITIALIZER;
     std::unique_ptr<icu::RegexMatcher> matcher_;
     SteadyClock::time_point deadline_;
+    std::stop_token stop_;
     bool timedOut_ = false;
 };
 
@@ -151,13 +154,17 @@ void RegularExpression::setTimeLimit(Seconds limit) {
     timeLimit_ = limit;
 }
 
+void RegularExpression::setStopToken(std::stop_token stop) {
+    stop_ = std::move(stop);
+}
+
 bool RegularExpression::timedOut() const {
     return timedOut_;
 }
 
 std::optional<RegularExpression::Match> RegularExpression::firstMatch(const QString& subject,
                                                                       qsizetype from) const {
-    Run run(*compiled_->pattern, subject, timeLimit_);
+    Run run(*compiled_->pattern, subject, timeLimit_, stop_);
     const bool found = run.findFrom(from);
     timedOut_ = run.timedOut();
     return found ? std::optional(run.match()) : std::nullopt;
@@ -176,7 +183,7 @@ std::vector<RegularExpression::Match> RegularExpression::matches(const QString& 
 
 void RegularExpression::forEachMatch(const QString& subject,
                                      const std::function<bool(const Match&)>& visit) const {
-    Run run(*compiled_->pattern, subject, timeLimit_);
+    Run run(*compiled_->pattern, subject, timeLimit_, stop_);
     bool isWanted = true;
     while (isWanted && run.findNext())
         isWanted = visit(run.match());
@@ -193,7 +200,7 @@ std::optional<QString> RegularExpression::firstCapture(const QString& subject, i
 
 std::optional<QString> RegularExpression::replaceAll(const QString& subject,
                                                      const QString& replacement) const {
-    Run run(*compiled_->pattern, subject, timeLimit_);
+    Run run(*compiled_->pattern, subject, timeLimit_, stop_);
     std::optional<QString> result = run.replaceAll(replacement);
     timedOut_ = run.timedOut();
     return result;

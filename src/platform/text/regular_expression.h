@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <vector>
 
 #include "platform/base/clock.h"
@@ -36,7 +37,9 @@ public:
     /// How long one operation may take before it counts as not matching; for patterns that users
     /// write. 0: no limit.
     void setTimeLimit(Seconds limit);
-    /// Whether the last operation ran into the limit.
+    /// Ends an operation as if its time were up, from any thread. Heeded only with a time limit.
+    void setStopToken(std::stop_token stop);
+    /// Whether the last operation ran into the limit or was stopped.
     [[nodiscard]] bool timedOut() const;
 
     [[nodiscard]] std::optional<Match> firstMatch(const QString& subject, qsizetype from = 0) const;
@@ -58,6 +61,7 @@ private:
 
     std::shared_ptr<const Compiled> compiled_;
     Seconds timeLimit_ = 0;
+    std::stop_token stop_;
     mutable bool timedOut_ = false;
 };
 
