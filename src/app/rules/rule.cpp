@@ -27,12 +27,16 @@ QString Rule::title() const {
 }
 
 QVariantMap dictionaryFromRule(const Rule& rule) {
+    // Of the types in which a stored rule is read back, so that the two are equal.
+    const auto list = [](const QStringList& entries) {
+        return QVariantList(entries.begin(), entries.end());
+    };
     QVariantMap dictionary;
     if (!rule.hosts.isEmpty()) {
-        dictionary[hostsKey] = rule.hosts;
+        dictionary[hostsKey] = list(rule.hosts);
     }
     if (!rule.extensions.isEmpty()) {
-        dictionary[extensionsKey] = rule.extensions;
+        dictionary[extensionsKey] = list(rule.extensions);
     }
     if (!rule.downloadsFolder.isEmpty()) {
         dictionary[downloadsFolderKey] = rule.downloadsFolder;

@@ -18,7 +18,16 @@ void sortSpecialCases(QVariantList& specialCases) {
 
 }  // namespace
 
-RuleBook::RuleBook(platform::UserDefaults& defaults) : defaults_(defaults) {}
+RuleBook::RuleBook(platform::UserDefaults& defaults)
+    : defaults_(defaults), observer_(defaults.addObserver([this](const QString& key) {
+          if (key == settings::rules.name()) {
+              isLoaded_ = false;
+          }
+      })) {}
+
+RuleBook::~RuleBook() {
+    defaults_.removeObserver(observer_);
+}
 
 const QVariantList& RuleBook::specialCases() const {
     return loaded();
@@ -40,7 +49,7 @@ void RuleBook::addSpecialCase(const Rule& rule) {
 
 void RuleBook::replaceSpecialCase(const QVariantMap& specialCase, const Rule& replacement) {
     loaded().removeOne(specialCase);
-    specialCases_.append(dictionaryFromRule(replacement));
+    loaded().append(dictionaryFromRule(replacement));
     store();
 }
 

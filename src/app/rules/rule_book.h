@@ -8,11 +8,14 @@
 
 namespace app {
 
-/// The user's rules, in the order in which they are tried. Read at the first use and held from
-/// then on; every edit is stored at once. Main thread.
+/// The user's rules, in the order in which they are tried. Read at the first use and held until the
+/// setting is changed elsewhere; every edit is stored at once. Main thread.
 class RuleBook {
 public:
     explicit RuleBook(platform::UserDefaults& defaults);
+    ~RuleBook();
+    RuleBook(const RuleBook&) = delete;
+    RuleBook& operator=(const RuleBook&) = delete;
 
     /// The dictionaries as stored (see `ruleFromDictionary`), sorted.
     [[nodiscard]] const QVariantList& specialCases() const;
@@ -27,6 +30,7 @@ private:
     void store();
 
     platform::UserDefaults& defaults_;
+    int observer_;
     mutable bool isLoaded_ = false;
     mutable QVariantList specialCases_;
 };

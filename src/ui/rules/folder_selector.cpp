@@ -24,6 +24,12 @@ QIcon folderIcon() {
     return QIcon::fromTheme(u"folder"_s, symbolIcon(u"folder"_s));
 }
 
+QString chooseFolder(QWidget* window, const QString& path) {
+    const QString chosen = QFileDialog::getExistingDirectory(window, translated("Choose Folder"),
+                                                             platform::expandTilde(path));
+    return chosen.isEmpty() ? QString() : platform::abbreviateWithTilde(chosen);
+}
+
 FolderSelector::FolderSelector(Use use, const app::RuleBook& rules,
                                platform::UserDefaults& defaults, QWidget* parent)
     : QComboBox(parent), use_(use), rules_(rules), defaults_(defaults) {
@@ -104,13 +110,12 @@ void FolderSelector::choose(const std::optional<QString>& folder) {
 }
 
 void FolderSelector::askForOther() {
-    const QString start = folder_ ? *folder_ : app::Folders(defaults_).downloadsFolder();
-    const QString path = QFileDialog::getExistingDirectory(window(), translated("Choose Folder"),
-                                                           platform::expandTilde(start));
+    const QString path =
+        chooseFolder(window(), folder_ ? *folder_ : app::Folders(defaults_).downloadsFolder());
     if (path.isEmpty()) {
         fill();
     } else {
-        choose(platform::abbreviateWithTilde(path));
+        choose(path);
     }
 }
 

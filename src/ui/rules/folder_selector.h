@@ -45,6 +45,9 @@ private:
     std::optional<QString> folder_;
 };
 
+/// Asks for a folder, beginning at `path`. Abbreviated with a tilde; empty: cancelled.
+[[nodiscard]] QString chooseFolder(QWidget* window, const QString& path);
+
 /// How a folder looks in lists of folders.
 [[nodiscard]] QIcon folderIcon();
 

@@ -6,6 +6,7 @@
 #include "app/settings.h"
 #include "engine/settings.h"
 #include "ui/rules/folder_selector.h"
+#include "ui/rules/rule_list.h"
 #include "ui/rules/subdivision_field.h"
 #include "ui/settings/sections.h"
 #include "ui/settings/settings_page.h"
@@ -59,6 +60,9 @@ SettingsPage* makeGeneralSection(const SettingsContext& context, QWidget* parent
                     app::settings::folderPromptAllowsFilenameEditing);
     page->addGap();
     addSubdivision(*page, context);
+    page->addGap();
+    page->addRow("R&ules:", new RuleList(context.controller.ruleBook(), context.binder, page));
+    page->addNote("The first rule that fits a download decides on its folder.");
     return page;
 }
 

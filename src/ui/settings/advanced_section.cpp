@@ -1,0 +1,65 @@
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPushButton>
+
+#include "app/settings.h"
+#include "engine/settings.h"
+#include "links/settings.h"
+#include "ui/settings/sections.h"
+#include "ui/settings/settings_page.h"
+#include "ui/text.h"
+
+namespace ui {
+namespace {
+
+qint64 zeroOrOne(qint64 value) {
+    return value > 0 ? 1 : 0;
+}
+
+void addFiles(SettingsPage& page) {
+    using namespace engine::settings;
+    page.addPopup("Keep &unfinished files:",
+                  {{"Beside the finished file", 1}, {"In Orlop's own folder", 0}},
+                  intermediatesLocation, zeroOrOne);
+    page.addPopup("File e&xtensions:",
+                  {{"Leave as they are", 0},
+                   {"Add if missing", 1},
+                   {"Add if missing, correct if wrong", 2},
+                   {"Always by the type of the content", 3}},
+                  filenameExtensionPolicy,
+                  [](qint64 value) { return value >= 1 && value <= 3 ? value : 0; });
+    page.addPopup("&Date of files:",
+                  {{"When they were downloaded", 0}, {"The server's date", 1}},
+                  lastModifiedHeaderAdoption, zeroOrOne);
+    page.addSwitch("", "&Note in the file where it came from",
+                   links::settings::storeSourceURLInSpotlightComment);
+}
+
+void addAddresses(SettingsPage& page, const SettingsContext& context) {
+    page.addSwitch("Addresses:", "&Skip services that only redirect",
+                   links::settings::skipRedirectingServices);
+    auto* edit = new QPushButton(translated("Edit &Rules..."), &page);
+    edit->setAutoDefault(false);
+    edit->setAccessibleName(translated("Edit rules for download pages"));
+    page.addRow("Download pages:", {edit});
+    QObject::connect(edit, &QPushButton::clicked, &page,
+                     [show = context.showSection] { show(QStringLiteral("Experimental")); });
+    page.addField("User &agent:", engine::settings::customUserAgent, "Orlop's own name");
+    page.addNote("What servers are told about the program. “-” tells them nothing.");
+}
+
+}  // namespace
+
+SettingsPage* makeAdvancedSection(const SettingsContext& context, QWidget* parent) {
+    auto* page = new SettingsPage(context, parent);
+    page->addSwitch("Window:", "&Height follows the list", app::settings::rubberWindow);
+    page->addSwitch("", "An&imations", engine::settings::uselessAnimations);
+    page->addGap();
+    addFiles(*page);
+    page->addGap();
+    addAddresses(*page, context);
+    return page;
+}
+
+}  // namespace ui
