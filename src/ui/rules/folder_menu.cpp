@@ -7,6 +7,7 @@
 #include "app/rules/folder_menu.h"
 #include "platform/session/applications.h"
 #include "ui/art/icons.h"
+#include "ui/menus/menu_items.h"
 #include "ui/rules/folder_selector.h"
 #include "ui/rules/rule_editor.h"
 #include "ui/text.h"
@@ -18,7 +19,7 @@ namespace {
 
 using Kind = app::FolderMenuItem::Kind;
 
-constexpr int widestItem = 480;
+constexpr int mostCharacters = 80;
 
 /// Adds the items, each with what it does.
 class Filler {
@@ -47,16 +48,10 @@ private:
     };
     template <typename Act>
     QAction* addAction(const QString& title, Act act, const QIcon& icon = {}) {
-        QAction* action = menu_.addAction(icon, fitting(title));
+        QAction* action = menu_.addAction(icon, title);
         QObject::connect(action, &QAction::triggered, action,
                          [act, here = Surroundings{rules_, defaults_, window_}] { act(here); });
         return action;
-    }
-
-    /// File names are no place for mnemonics and can be of any length.
-    [[nodiscard]] QString fitting(QString text) const {
-        text = menu_.fontMetrics().elidedText(text, Qt::ElideMiddle, widestItem);
-        return text.replace(u'&', u"&&"_s);
     }
 
     void add(const app::FolderMenuItem& item) {
@@ -94,14 +89,14 @@ private:
                 addAction(title, [](const Surroundings& here) { removeAllRules(here); });
                 break;
             case Kind::Explanation:
-                menu_.addAction(title)->setEnabled(false);
+                addInertItem(menu_, title);
                 break;
         }
     }
 
     void addFolder(const app::FolderMenuItem& item) {
         QAction* action = addAction(
-            item.title + item.suffix,
+            menuText(item.title + item.suffix, mostCharacters),
             [path = item.path](const Surroundings& here) {
                 app::Folders(here.defaults).setDownloadsFolder(path);
             },
@@ -112,7 +107,7 @@ private:
 
     void addRule(const app::FolderMenuItem& item) {
         const app::Rule rule = app::ruleFromDictionary(item.rule);
-        QMenu* submenu = menu_.addMenu(fitting(item.title));
+        QMenu* submenu = menu_.addMenu(menuText(item.title));
         submenu->setIcon(rule.extensions.isEmpty()
                              ? symbolIcon(u"link"_s)
                              : QIcon(fileTypePixmap(rule.extensions.front().toLower(), 16,
@@ -128,7 +123,7 @@ private:
         const auto application = platform::applicationWithIdentifier(rule.application);
         for (const QString& effect :
              app::ruleEffects(rule, application ? application->name : QString())) {
-            submenu->addAction(filler.fitting(effect))->setEnabled(false);
+            addInertItem(*submenu, effect);
         }
     }
 

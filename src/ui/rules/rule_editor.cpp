@@ -57,6 +57,7 @@ RuleEditor::RuleEditor(Purpose purpose, const app::Rule& rule, const app::RuleBo
           new FolderSelector(FolderSelector::Use::Rule, rules, defaults, this)),
       specialCaseApplicationSwitch(new QCheckBox(translated("Open &with:"), this)),
       specialCaseApplicationSelector(new QComboBox(this)) {
+    problem_->setObjectName(u"problem"_s);
     setWindowTitle(translated(purpose == Purpose::Edit ? "Edit Rule" : "Define Rule"));
     auto* layout = new QVBoxLayout(this);
     layout->setSpacing(12);

@@ -45,6 +45,7 @@ void RuleList::makeTree() {
                             translated("Application")});
     tree_->setRootIsDecorated(false);
     tree_->setUniformRowHeights(true);
+    tree_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     tree_->setIconSize({iconSize, iconSize});
     tree_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     tree_->setMinimumHeight(fontMetrics().lineSpacing() * 8);
@@ -68,7 +69,7 @@ void RuleList::makeButtons() {
         return button;
     };
     add("De&fine Rule...", &RuleList::define);
-    edit_ = add("&Edit...", &RuleList::edit);
+    edit_ = add("Ed&it...", &RuleList::edit);
     duplicate_ = add("Dupli&cate...", &RuleList::duplicate);
     remove_ = add("Re&move", &RuleList::remove);
     row->addStretch();

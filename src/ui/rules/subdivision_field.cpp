@@ -11,6 +11,7 @@
 #include "links/dates.h"
 #include "links/file_names.h"
 #include "links/localization.h"
+#include "ui/settings/note.h"
 #include "ui/settings/settings_binder.h"
 #include "ui/text.h"
 
@@ -20,7 +21,7 @@ namespace ui {
 
 SubdivisionField::SubdivisionField(const platform::Setting<QString>& setting,
                                    SettingsBinder& binder, QWidget* parent)
-    : QWidget(parent), field_(new QComboBox(this)), example_(new QLabel(this)) {
+    : QWidget(parent), field_(new QComboBox(this)), example_(makeNote({}, this)) {
     field_->setEditable(true);
     field_->setInsertPolicy(QComboBox::NoInsert);
     field_->setCompleter(nullptr);
@@ -43,10 +44,6 @@ SubdivisionField::SubdivisionField(const platform::Setting<QString>& setting,
     layout->setSpacing(2);
     layout->addWidget(field_);
     layout->addWidget(example_);
-    QFont small = font();
-    small.setPointSizeF(small.pointSizeF() * 0.9);
-    example_->setFont(small);
-    example_->setTextInteractionFlags(Qt::NoTextInteraction);
     showExample(edit->text());
 }
 
@@ -71,7 +68,6 @@ void SubdivisionField::showExample(const QString& format) {
                           ? translated("This is no date format; no subfolder will be made.")
                           : links::filledFormat(translated("Today: %@"), {folder}));
     field_->setToolTip(folder.isEmpty() ? QString() : example_->text());
-    updateGeometry();
 }
 
 }  // namespace ui

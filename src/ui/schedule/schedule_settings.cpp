@@ -39,12 +39,14 @@ ScheduleSettings::ScheduleSettings(app::DQMainController& controller,
     scheduledQueuingSwitch =
         makeSwitch("scheduledQueuingSwitch", "Start downloads every day at", this);
     column->addWidget(scheduledQueuingSwitch);
-    scheduledQueuingTimePicker = addTimePicker(app::scheduledQueuingTime());
+    scheduledQueuingTimePicker =
+        addTimePicker(app::scheduledQueuingTime(), *scheduledQueuingSwitch);
     scheduledQueuingTimePicker->setObjectName(u"scheduledQueuingTimePicker"_s);
     scheduledPausingSwitch =
         makeSwitch("scheduledPausingSwitch", "Pause downloads every day at", this);
     column->addWidget(scheduledPausingSwitch);
-    scheduledPausingTimePicker = addTimePicker(app::scheduledPausingTime());
+    scheduledPausingTimePicker =
+        addTimePicker(app::scheduledPausingTime(), *scheduledPausingSwitch);
     scheduledPausingTimePicker->setObjectName(u"scheduledPausingTimePicker"_s);
     scheduledPausingRadicalSwitch = makeSwitch("scheduledPausingRadicalSwitch",
                                                "Pause downloads that are running as well", this);
@@ -70,8 +72,9 @@ ScheduleSettings::~ScheduleSettings() {
     defaults_.removeObserver(observer_);
 }
 
-QTimeEdit* ScheduleSettings::addTimePicker(const app::ScheduledTime& time) {
+QTimeEdit* ScheduleSettings::addTimePicker(const app::ScheduledTime& time, const QCheckBox& owner) {
     auto* picker = new QTimeEdit(this);
+    picker->setAccessibleName(owner.text());
     auto* row = new QHBoxLayout;
     row->addSpacing(switchIndent(*this));
     row->addWidget(picker);

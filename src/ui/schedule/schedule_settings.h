@@ -25,7 +25,7 @@ public:
     ~ScheduleSettings() override;
 
 private:
-    QTimeEdit* addTimePicker(const app::ScheduledTime& time);
+    QTimeEdit* addTimePicker(const app::ScheduledTime& time, const QCheckBox& owner);
     void followSettings();
     void showTime(QTimeEdit& picker, const app::ScheduledTime& time) const;
 

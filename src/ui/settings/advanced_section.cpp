@@ -2,9 +2,11 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QRegularExpressionValidator>
 
 #include "app/settings.h"
 #include "engine/settings.h"
+#include "engine/user_agent.h"
 #include "links/settings.h"
 #include "ui/settings/sections.h"
 #include "ui/settings/settings_page.h"
@@ -19,9 +21,9 @@ qint64 zeroOrOne(qint64 value) {
 
 void addFiles(SettingsPage& page) {
     using namespace engine::settings;
-    page.addPopup("Keep &unfinished files:",
-                  {{"Beside the finished file", 1}, {"In Orlop's own folder", 0}},
-                  intermediatesLocation, zeroOrOne);
+    page.addPopup(
+        "Keep &unfinished files:", {{"Beside the finished file", 1}, {"In Orlop's own folder", 0}},
+        intermediatesLocation, zeroOrOne);
     page.addPopup("File e&xtensions:",
                   {{"Leave as they are", 0},
                    {"Add if missing", 1},
@@ -29,8 +31,7 @@ void addFiles(SettingsPage& page) {
                    {"Always by the type of the content", 3}},
                   filenameExtensionPolicy,
                   [](qint64 value) { return value >= 1 && value <= 3 ? value : 0; });
-    page.addPopup("&Date of files:",
-                  {{"When they were downloaded", 0}, {"The server's date", 1}},
+    page.addPopup("&Date of files:", {{"When they were downloaded", 0}, {"The server's date", 1}},
                   lastModifiedHeaderAdoption, zeroOrOne);
     page.addSwitch("", "&Note in the file where it came from",
                    links::settings::storeSourceURLInSpotlightComment);
@@ -45,7 +46,10 @@ void addAddresses(SettingsPage& page, const SettingsContext& context) {
     page.addRow("Download pages:", {edit});
     QObject::connect(edit, &QPushButton::clicked, &page,
                      [show = context.showSection] { show(QStringLiteral("Experimental")); });
-    page.addField("User &agent:", engine::settings::customUserAgent, "Orlop's own name");
+    QLineEdit* agent = page.addField("User &agent:", engine::settings::customUserAgent);
+    agent->setPlaceholderText(engine::defaultUserAgent());
+    const QRegularExpression plainText(QStringLiteral("[\\x20-\\x7e]*"));
+    agent->setValidator(new QRegularExpressionValidator(plainText, agent));
     page.addNote("What servers are told about the program. “-” tells them nothing.");
 }
 

@@ -1,16 +1,15 @@
 #include <QCheckBox>
 #include <QComboBox>
+#include <algorithm>
 
 #include "app/main_controller.h"
+#include "app/schedule/automation.h"
 #include "app/settings.h"
 #include "ui/settings/sections.h"
 #include "ui/settings/settings_page.h"
 
 namespace ui {
 namespace {
-
-/// Values of a popup that stands for two switches.
-enum CloseBehavior : qint64 { KeepsRunning, QuitsWithNothingActive, Quits };
 
 /// The scale of what follows a success: off, each, last.
 const std::vector<Choice> occasions{
@@ -20,49 +19,35 @@ qint64 upToTwo(qint64 value) {
     return std::clamp<qint64>(value, 0, 2);
 }
 
-/// A switch that, turned on, also takes what is there already.
-void addAutoClear(SettingsPage& page, const SettingsContext& context, const char* label,
-                  const char* title, const platform::Setting<bool>& setting,
-                  engine::StatusMask mask) {
-    QCheckBox* box = page.addSwitch(label, title, setting);
-    QObject::connect(box, &QCheckBox::clicked, &page,
-                     [&controller = context.controller, mask](bool isOn) {
-                         if (isOn) {
-                             controller.vanishDownloads(controller.downloadsMatchingStatusMask(mask));
-                         }
-                     });
+qint64 valueOf(app::CloseBehavior behavior) {
+    return static_cast<qint64>(behavior);
 }
 
-void addQuitOnClose(SettingsPage& page, const SettingsContext& context) {
-    using app::settings::quitOnClose;
-    using app::settings::quitOnCloseCleanSlateOnly;
-    QComboBox* popup = makePopup({{"Keeps Orlop running", KeepsRunning},
-                                  {"Quits if nothing is active", QuitsWithNothingActive},
-                                  {"Quits", Quits}},
-                                 &page);
-    popup->setObjectName(quitOnClose.name());
+/// A choice of three that is kept in two settings.
+void addCloseBehavior(SettingsPage& page, const SettingsContext& context) {
+    using app::CloseBehavior;
+    const QString key = app::settings::quitOnClose.name();
+    QComboBox* popup =
+        makePopup({{"Keeps Orlop running", valueOf(CloseBehavior::Stays)},
+                   {"Quits if nothing is active", valueOf(CloseBehavior::QuitsOnCleanSlate)},
+                   {"Quits", valueOf(CloseBehavior::Quits)}},
+                  &page);
+    popup->setObjectName(key);
     page.addRow("Closing the &window:", popup);
-    platform::UserDefaults& defaults = context.defaults;
-    context.binder.follow({quitOnClose.name(), quitOnCloseCleanSlateOnly.name()}, popup,
-                          [popup, &defaults] {
-                              selectPopupValue(*popup, !defaults.get(quitOnClose) ? KeepsRunning
-                                               : defaults.get(quitOnCloseCleanSlateOnly)
-                                                   ? QuitsWithNothingActive
-                                                   : Quits);
-                          });
-    QObject::connect(popup, &QComboBox::activated, &page,
-                     [popup, &defaults, &controller = context.controller] {
-                         const qint64 chosen = popup->currentData().toLongLong();
-                         defaults.set(quitOnClose, chosen != KeepsRunning);
-                         defaults.set(quitOnCloseCleanSlateOnly, chosen == QuitsWithNothingActive);
-                         controller.updateStatusAndForceUpdateApplicationImage(false);
-                     });
+    app::Toggles& toggles = context.controller.automation().toggles();
+    context.binder.follow(
+        {key, app::settings::quitOnCloseCleanSlateOnly.name()}, popup,
+        [popup, &toggles] { selectPopupValue(*popup, valueOf(toggles.closeBehavior())); });
+    QObject::connect(popup, &QComboBox::activated, &page, [popup, &toggles] {
+        toggles.setCloseBehavior(static_cast<CloseBehavior>(popup->currentData().toLongLong()));
+    });
 }
 
 }  // namespace
 
 SettingsPage* makeBehaviorsSection(const SettingsContext& context, QWidget* parent) {
     using namespace app::settings;
+    app::Toggles& toggles = context.controller.automation().toggles();
     auto* page = new SettingsPage(context, parent);
     page->addPopup("&Handed an address:",
                    {{"Stay in front", 0}, {"Step back behind other windows", 1}, {"Hide", 2}},
@@ -72,20 +57,17 @@ SettingsPage* makeBehaviorsSection(const SettingsContext& context, QWidget* pare
     page->addPopup("Ask for &attention:", occasions, successBounceMode, upToTwo);
     page->addPopup("Play a &sound:", occasions, successHeartbeatMode, upToTwo);
     page->addGap();
-    addAutoClear(*page, context, "Clear from the list:", "&Finished downloads", autoClearSuccesses,
-                 engine::DQDownloadStatusDone);
-    addAutoClear(*page, context, "", "Fai&led downloads", autoClearLemons,
-                 engine::DQDownloadStatusAborted);
+    page->addSwitch("Clear from the list:", "&Finished downloads", autoClearSuccesses,
+                    [&toggles](bool clears) { toggles.setAutoClearSuccesses(clears); });
+    page->addSwitch("", "Fai&led downloads", autoClearLemons,
+                    [&toggles](bool clears) { toggles.setAutoClearLemons(clears); });
     page->addGap();
-    addQuitOnClose(*page, context);
-    page->addPopup("&Quitting while downloading:",
-                   {{"Asks first", 0}, {"Pauses without asking", 1}}, quitProcedure,
-                   [](qint64 value) { return value > 0 ? 1 : 0; });
-    QCheckBox* quits = page->addSwitch("", "Quit when everything is &done", autoQuit);
-    QObject::connect(quits, &QCheckBox::clicked, page, [&controller = context.controller] {
-        // Everything may be done already.
-        controller.allDone()._mayTriggerQuitOnAllDone = false;
-    });
+    addCloseBehavior(*page, context);
+    page->addPopup(
+        "&Quitting while downloading:", {{"Asks first", 0}, {"Pauses without asking", 1}},
+        quitProcedure, [](qint64 value) { return value > 0 ? 1 : 0; });
+    page->addSwitch("", "Quit when everything is &done", autoQuit,
+                    [&toggles](bool quits) { toggles.setAutoQuit(quits); });
     return page;
 }
 

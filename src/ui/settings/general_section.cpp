@@ -61,7 +61,7 @@ SettingsPage* makeGeneralSection(const SettingsContext& context, QWidget* parent
     page->addGap();
     addSubdivision(*page, context);
     page->addGap();
-    page->addRow("R&ules:", new RuleList(context.controller.ruleBook(), context.binder, page));
+    page->addRow("Rul&es:", new RuleList(context.controller.ruleBook(), context.binder, page));
     page->addNote("The first rule that fits a download decides on its folder.");
     return page;
 }

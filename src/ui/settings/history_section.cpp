@@ -1,5 +1,6 @@
 #include <QCheckBox>
 #include <QComboBox>
+#include <algorithm>
 
 #include "app/settings.h"
 #include "ui/settings/sections.h"
@@ -12,16 +13,25 @@ SettingsPage* makeHistorySection(const SettingsContext& context, QWidget* parent
     auto* page = new SettingsPage(context, parent);
     const Choice separator{nullptr};
     page->addPopup("&Remember downloads:",
-                   {{"None", 0}, separator, {"", 10}, {"", 25}, {"", 50}, {"", 100}, {"", 250},
-                    {"", 500}, {"", 1000}, separator, {"All", -1}},
+                   {{"None", 0},
+                    separator,
+                    {"", 10},
+                    {"", 25},
+                    {"", 50},
+                    {"", 100},
+                    {"", 250},
+                    {"", 500},
+                    {"", 1000},
+                    separator,
+                    {"All", -1}},
                    numberOfHistoryItems, [](qint64 value) { return std::max<qint64>(value, -1); });
     QComboBox* topLevel =
         page->addPopup("In the &menu itself:", {{"", 5}, {"", 10}, {"", 15}, {"", 20}, {"", 30}},
                        numberOfTopLevelHistoryItems);
     page->addNote("Older ones stand in a menu of their day.");
     page->addGap();
-    QCheckBox* complete = page->addSwitch("History:", "&Only downloads that finished",
-                                          historyOfCompleteDownloads);
+    QCheckBox* complete =
+        page->addSwitch("History:", "&Only downloads that finished", historyOfCompleteDownloads);
     page->addSwitch("", "&Clear when quitting", clearHistoryOnQuit);
     context.binder.follow({numberOfHistoryItems.name()}, page,
                           [topLevel, complete, &defaults = context.defaults] {

@@ -53,12 +53,17 @@ void SettingsBinder::follow(const QStringList& keys, QObject* context,
     });
 }
 
-void SettingsBinder::bind(QCheckBox* box, const platform::Setting<bool>& setting) {
+void SettingsBinder::bind(QCheckBox* box, const platform::Setting<bool>& setting,
+                          const Store& store) {
     const auto show = [this, box, setting] { box->setChecked(defaults_.get(setting)); };
     box->setObjectName(setting.name());
     follow({setting.name()}, box, show);
-    connect(box, &QCheckBox::clicked, this, [this, setting, show](bool isOn) {
-        defaults_.set(setting, isOn);
+    connect(box, &QCheckBox::clicked, this, [this, setting, show, store](bool isOn) {
+        if (store) {
+            store(isOn);
+        } else {
+            defaults_.set(setting, isOn);
+        }
         show();  // A value given for this run only stays in force.
     });
 }

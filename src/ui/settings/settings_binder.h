@@ -14,19 +14,19 @@ namespace ui {
 
 /// Ties controls to settings: a control shows the value in force, stores what the user makes of it
 /// at once, and follows changes made elsewhere. It bears the name of its key as its object name.
-///
-/// What a change sets off is not the business of controls: see `app::SettingsEffects`.
 class SettingsBinder final : public QObject {
     Q_OBJECT
 
 public:
     /// What a popup shows for a stored value.
     using Reading = std::function<qint64(qint64)>;
+    /// What is done with the state of a check box where more than storing it is to happen.
+    using Store = std::function<void(bool)>;
 
     explicit SettingsBinder(platform::UserDefaults& defaults, QObject* parent = nullptr);
     ~SettingsBinder() override;
 
-    void bind(QCheckBox* box, const platform::Setting<bool>& setting);
+    void bind(QCheckBox* box, const platform::Setting<bool>& setting, const Store& store = {});
     /// The data of the popup's items are the values. A value that no item stands for gets an item
     /// of its own as long as it is in force.
     void bind(QComboBox* popup, const platform::Setting<qint64>& setting,

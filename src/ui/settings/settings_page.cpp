@@ -2,12 +2,15 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QFormLayout>
+#include <QEvent>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
+#include <algorithm>
 
+#include "ui/settings/note.h"
 #include "ui/text.h"
 
 namespace ui {
@@ -41,20 +44,18 @@ QComboBox* makePopup(const std::vector<Choice>& choices, QWidget* parent) {
 }
 
 SettingsPage::SettingsPage(const SettingsContext& context, QWidget* parent)
-    : QWidget(parent), context_(context), form_(new QFormLayout(this)) {
-    form_->setContentsMargins(24, 20, 24, 20);
-    form_->setHorizontalSpacing(10);
-    form_->setVerticalSpacing(8);
-    form_->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    form_->setFormAlignment(Qt::AlignHCenter | Qt::AlignTop);
-    form_->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
-    form_->setRowWrapPolicy(QFormLayout::DontWrapRows);
+    : QWidget(parent), context_(context), grid_(new QGridLayout(this)) {
+    grid_->setContentsMargins(24, 20, 24, 20);
+    grid_->setHorizontalSpacing(10);
+    grid_->setVerticalSpacing(8);
+    grid_->setColumnStretch(1, 1);
 }
 
 QCheckBox* SettingsPage::addSwitch(const char* label, const char* title,
-                                   const platform::Setting<bool>& setting) {
+                                   const platform::Setting<bool>& setting,
+                                   const SettingsBinder::Store& store) {
     auto* box = new QCheckBox(translated(title), this);
-    context_.binder.bind(box, setting);
+    context_.binder.bind(box, setting, store);
     addRow(label, box);
     return box;
 }
@@ -68,10 +69,8 @@ QComboBox* SettingsPage::addPopup(const char* label, const std::vector<Choice>& 
     return popup;
 }
 
-QLineEdit* SettingsPage::addField(const char* label, const platform::Setting<QString>& setting,
-                                  const char* placeholder) {
+QLineEdit* SettingsPage::addField(const char* label, const platform::Setting<QString>& setting) {
     auto* field = new QLineEdit(this);
-    field->setPlaceholderText(translated(placeholder));
     context_.binder.bind(field, setting);
     addRow(label, field);
     return field;
@@ -79,47 +78,71 @@ QLineEdit* SettingsPage::addField(const char* label, const platform::Setting<QSt
 
 void SettingsPage::addRow(const char* label, QWidget* control) {
     const QString text = translatedLabel(label);
-    form_->addRow(text, control);
-    if (control->accessibleName().isEmpty() && qobject_cast<QCheckBox*>(control) == nullptr) {
-        control->setAccessibleName(plainText(text));
+    QWidget* focused = control->focusProxy() != nullptr ? control->focusProxy() : control;
+    if (focused->accessibleName().isEmpty() && qobject_cast<QCheckBox*>(focused) == nullptr) {
+        focused->setAccessibleName(plainText(text));
     }
+    addLabelled(text, control, control);
 }
 
 void SettingsPage::addRow(const char* label, const std::vector<QWidget*>& controls) {
-    auto* row = new QHBoxLayout;
+    auto* box = new QWidget(this);
+    auto* row = new QHBoxLayout(box);
+    row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(6);
     for (QWidget* control : controls) {
         row->addWidget(control);
     }
     row->addStretch();
-    auto* title = new QLabel(translatedLabel(label), this);
-    title->setBuddy(controls.front());
-    form_->addRow(title, row);
+    addLabelled(translatedLabel(label), box, controls.front());
+}
+
+void SettingsPage::addLabelled(const QString& text, QWidget* control, QWidget* buddy) {
+    const int row = grid_->rowCount();
+    QLabel* label = nullptr;
+    if (!text.isEmpty()) {
+        // Beside a tall control the label stands at the height of its first line.
+        const int lineHeight = QComboBox(this).sizeHint().height();
+        label = new QLabel(text, this);
+        label->setBuddy(buddy);
+        label->setMinimumHeight(std::min(lineHeight, control->sizeHint().height()));
+        grid_->addWidget(label, row, 0, Qt::AlignRight | Qt::AlignTop);
+    }
+    const bool grows = (control->sizePolicy().horizontalPolicy() & QSizePolicy::ExpandFlag) != 0;
+    grid_->addWidget(control, row, 1, grows ? Qt::Alignment() : Qt::AlignLeft);
+    labels_.insert(control, label);
 }
 
 QLabel* SettingsPage::addNote(const char* text) {
-    auto* note = new QLabel(translated(text), this);
-    QFont small = font();
-    small.setPointSizeF(small.pointSizeF() * 0.9);
-    note->setFont(small);
-    note->setWordWrap(true);
-    note->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Minimum);
-    form_->addRow(QString(), note);
+    QLabel* note = makeNote(translated(text), this);
+    grid_->addWidget(note, grid_->rowCount(), 1);
     return note;
 }
 
 void SettingsPage::addGap() {
-    form_->addItem(new QSpacerItem(0, gapHeight, QSizePolicy::Minimum, QSizePolicy::Fixed));
+    grid_->addItem(new QSpacerItem(0, gapHeight, QSizePolicy::Minimum, QSizePolicy::Fixed),
+                   grid_->rowCount(), 0);
 }
 
 void SettingsPage::setRowVisible(QWidget* control, bool isVisible) {
-    form_->setRowVisible(control, isVisible);
-    Q_EMIT heightChanged();
+    control->setVisible(isVisible);
+    if (QLabel* label = labels_.value(control)) {
+        label->setVisible(isVisible);
+    }
+    updateGeometry();
 }
 
 int SettingsPage::heightForPageWidth(int width) const {
-    return form_->hasHeightForWidth() ? form_->totalHeightForWidth(width)
-                                      : form_->totalSizeHint().height();
+    return grid_->hasHeightForWidth() ? grid_->totalHeightForWidth(width)
+                                      : grid_->totalSizeHint().height();
+}
+
+bool SettingsPage::event(QEvent* event) {
+    const bool result = QWidget::event(event);
+    if (event->type() == QEvent::LayoutRequest) {
+        Q_EMIT heightChanged();
+    }
+    return result;
 }
 
 }  // namespace ui

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QWidget>
 #include <vector>
 
@@ -7,7 +8,7 @@
 
 class QCheckBox;
 class QComboBox;
-class QFormLayout;
+class QGridLayout;
 class QLabel;
 class QLineEdit;
 
@@ -40,12 +41,12 @@ public:
     SettingsPage(const SettingsContext& context, QWidget* parent);
 
     QCheckBox* addSwitch(const char* label, const char* title,
-                         const platform::Setting<bool>& setting);
+                         const platform::Setting<bool>& setting,
+                         const SettingsBinder::Store& store = {});
     QComboBox* addPopup(const char* label, const std::vector<Choice>& choices,
                         const platform::Setting<qint64>& setting,
                         const SettingsBinder::Reading& reading = {});
-    QLineEdit* addField(const char* label, const platform::Setting<QString>& setting,
-                        const char* placeholder);
+    QLineEdit* addField(const char* label, const platform::Setting<QString>& setting);
     /// The label is the control's accessible name where it has none.
     void addRow(const char* label, QWidget* control);
     /// Several controls in one row, of which the first is the label's.
@@ -61,12 +62,19 @@ public:
     [[nodiscard]] int heightForPageWidth(int width) const;
 
 Q_SIGNALS:
-    /// Rows came or went.
+    /// Rows came, went or changed their height.
     void heightChanged();
 
+protected:
+    bool event(QEvent* event) override;
+
 private:
+    void addLabelled(const QString& text, QWidget* control, QWidget* buddy);
+
     const SettingsContext& context_;
-    QFormLayout* form_;
+    QGridLayout* grid_;
+    /// Of rows, by their control; null: the row has none.
+    QHash<QWidget*, QLabel*> labels_;
 };
 
 /// A popup with items for the choices, bound to nothing.

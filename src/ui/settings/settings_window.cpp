@@ -47,6 +47,10 @@ SettingsWindow::SettingsWindow(app::DQMainController& controller, platform::User
     toolbar_->setIconSize({toolbarIconSize, toolbarIconSize});
     addSection("General", "General", "general", makeGeneralSection);
     addSection("Speed", "Speed", "DQGauge", makeSpeedSection);
+    addSection("Schedule", "Schedule", "DQHistory", makeScheduleSection);
+    addSection("Feedback", "Behaviors", "DQFeedback", makeBehaviorsSection);
+    addSection("History", "History", "documents", makeHistorySection);
+    addSection("Advanced", "Advanced", "advanced", makeAdvancedSection);
     makeShortcuts();
     selectSection({});
 }

@@ -1,11 +1,16 @@
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QStandardItemModel>
+#include <algorithm>
 
 #include "app/main_controller.h"
+#include "app/schedule/automation.h"
 #include "engine/acceleration_settings.h"
 #include "engine/queue_admission.h"
 #include "engine/settings.h"
+#include "engine/throttle.h"
+#include "ui/schedule/throttle_field.h"
 #include "ui/settings/sections.h"
 #include "ui/settings/settings_page.h"
 #include "ui/text.h"
@@ -82,6 +87,15 @@ void addAcceleration(SettingsPage& page, const SettingsContext& context) {
                           });
 }
 
+void addThrottle(SettingsPage& page, const SettingsContext& context) {
+    app::Toggles& toggles = context.controller.automation().toggles();
+    page.addSwitch("Bandwidth:", "&Limit the speed of all downloads together",
+                   engine::settings::throttleEnabled,
+                   [&toggles](bool) { toggles.toggleThrottle(); });
+    auto* field = new ThrottleField(context.defaults, &page);
+    page.addRow("L&imit:", {field, new QLabel(translated("KB per second"), &page)});
+}
+
 }  // namespace
 
 SettingsPage* makeSpeedSection(const SettingsContext& context, QWidget* parent) {
@@ -90,6 +104,10 @@ SettingsPage* makeSpeedSection(const SettingsContext& context, QWidget* parent) 
     page->addGap();
     addAcceleration(*page, context);
     page->addGap();
+    if (engine::Throttle::isAvailable()) {
+        addThrottle(*page, context);
+        page->addGap();
+    }
     page->addSwitch("Failures:", "&Try failed downloads again", engine::settings::autoResume);
     return page;
 }

@@ -1,0 +1,232 @@
+#include <QAccessible>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QScrollArea>
+#include <QSet>
+#include <QStackedWidget>
+#include <QStandardItemModel>
+#include <QTest>
+
+#include "app/core_fixture.h"
+#include "http/http_session.h"
+#include "ui/rules/folder_selector.h"
+#include "ui/settings/settings_window.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+class SettingsWindowTest : public Core {
+protected:
+    SettingsWindowTest() { window = std::make_unique<ui::SettingsWindow>(*controller, defaults); }
+    ~SettingsWindowTest() override { window.reset(); }
+
+    template <typename Control>
+    Control* control(const char16_t* key) const {
+        return window->findChild<Control*>(QString::fromUtf16(key));
+    }
+    /// As another program would.
+    void store(const char16_t* key, const QVariant& value) {
+        defaults.setObject(QString::fromUtf16(key), value);
+        main.settle();
+    }
+    static void choose(QComboBox& popup, int index) {
+        popup.setCurrentIndex(index);
+        Q_EMIT popup.activated(index);
+    }
+
+    http::HTTPSession session{main.clock};
+    std::unique_ptr<ui::SettingsWindow> window;
+};
+
+TEST_F(SettingsWindowTest, SwitchesStoreAndFollowTheirKeys) {
+    const std::pair<const char16_t*, bool> switches[] = {
+        {u"Auto-Start", true},
+        {u"Instant Duplicate Check", true},
+        {u"Download Folder Prompt Allows Filename Editing", false},
+        {u"Acceleration: Enabled", false},
+        {u"Throttle: Enabled", false},
+        {u"Auto-Resume", false},
+        {u"Auto-Clear Successes", false},
+        {u"Auto-Clear Lemons", false},
+        {u"Auto-Quit", false},
+        {u"History Of Complete Downloads", true},
+        {u"Clear History On Quit", false},
+        {u"Rubber Window", false},
+        {u"Useless Animations", true},
+        {u"Store Source URL In Spotlight Comment", false},
+        {u"Skip Redirecting Services", true},
+    };
+    for (const auto& [key, byDefault] : switches) {
+        const QString name = QString::fromUtf16(key);
+        auto* box = control<QCheckBox>(key);
+        ASSERT_NE(box, nullptr) << name.toStdString();
+        EXPECT_EQ(box->isChecked(), byDefault) << name.toStdString();
+        box->click();
+        EXPECT_EQ(box->isChecked(), !byDefault) << name.toStdString();
+        EXPECT_EQ(defaults.storedValues().value(name), QVariant(!byDefault)) << name.toStdString();
+        store(key, {});
+        EXPECT_EQ(box->isChecked(), byDefault) << name.toStdString();
+    }
+}
+
+struct Popup {
+    const char16_t* key;
+    qint64 byDefault;
+    std::vector<qint64> choices;
+    qint64 odd, shown;  ///< What is shown for a stored value that is none of the choices.
+};
+
+TEST_F(SettingsWindowTest, PopupsStoreAndFollowTheirKeys) {
+    const std::vector<qint64> limits{1, 2, 3, 4, 5, 6, 7, 8, 9, 0};
+    const Popup popups[] = {
+        {u"Downloads Folder: Subdivision Format: Date", 0, {0, 1}, 7, 0},
+        {u"Number Of Concurrent Downloads", 4, limits, 12, 0},
+        {u"Number Of Concurrent Downloads Per Host", 2, limits, -3, 0},
+        {u"Acceleration: Channels", 4, {2, 3, 4, 5, 6, 7, 8, 9}, 40, 9},
+        {u"Auto-Retreat", 0, {0, 1, 2}, 5, 2},
+        {u"Success Bounce Mode", 2, {0, 1, 2}, 3, 2},
+        {u"Success Heartbeat Mode", 1, {0, 1, 2}, -1, 0},
+        {u"Quit Procedure", 0, {0, 1}, 2, 1},
+        {u"Number Of History Items", 100, {0, 10, 25, 50, 100, 250, 500, 1000, -1}, 123, 123},
+        {u"Number Of Top-Level History Items", 10, {5, 10, 15, 20, 30}, 12, 12},
+        {u"Intermediates Location", 1, {1, 0}, 3, 1},
+        {u"Filename Extension Policy", 1, {0, 1, 2, 3}, 9, 0},
+        {u"Last-Modified Header Adoption", 0, {0, 1}, 4, 1},
+    };
+    for (const Popup& row : popups) {
+        const QString name = QString::fromUtf16(row.key);
+        auto* popup = control<QComboBox>(row.key);
+        ASSERT_NE(popup, nullptr) << name.toStdString();
+        EXPECT_EQ(popup->currentData().toLongLong(), row.byDefault) << name.toStdString();
+        std::vector<qint64> choices;
+        for (int index = 0; index < popup->count(); ++index) {
+            if (popup->itemData(index).isValid()) {
+                choices.push_back(popup->itemData(index).toLongLong());
+                choose(*popup, index);
+                EXPECT_EQ(defaults.storedValues().value(name), choices.back())
+                    << name.toStdString();
+            }
+        }
+        EXPECT_EQ(choices, row.choices) << name.toStdString();
+        store(row.key, row.odd);
+        EXPECT_EQ(popup->currentData().toLongLong(), row.shown) << name.toStdString();
+        store(row.key, {});
+        EXPECT_EQ(popup->currentData().toLongLong(), row.byDefault) << name.toStdString();
+        EXPECT_EQ(popup->findData(123), -1) << "only while it is in force";
+    }
+}
+
+TEST_F(SettingsWindowTest, ClosingTheWindowIsOneChoiceOfThreeInTwoSettings) {
+    auto* popup = control<QComboBox>(u"Quit On Close");
+    ASSERT_EQ(popup->count(), 3);
+    const std::pair<bool, bool> stored[] = {{false, false}, {true, true}, {true, false}};
+    for (int index = 0; index < 3; ++index) {
+        choose(*popup, index);
+        EXPECT_EQ(defaults.boolForKey(u"Quit On Close"_s), stored[index].first);
+        EXPECT_EQ(defaults.boolForKey(u"Quit On Close: Clean Slate Only"_s), stored[index].second);
+    }
+    store(u"Quit On Close: Clean Slate Only", true);
+    EXPECT_EQ(popup->currentIndex(), 1);
+}
+
+TEST_F(SettingsWindowTest, TextIsStoredTrimmedAndRemovedWhenEmpty) {
+    auto* dateUsed = control<QComboBox>(u"Downloads Folder: Subdivision Format: Date");
+    EXPECT_TRUE(dateUsed->isHidden());
+    for (const char16_t* key :
+         {u"Custom User Agent", u"Downloads Folder: Subdivision Format (Rules)",
+          u"Downloads Folder: Subdivision Format (Default)"}) {
+        const QString name = QString::fromUtf16(key);
+        auto* field = control<QLineEdit>(key);
+        ASSERT_NE(field, nullptr) << name.toStdString();
+        QTest::keyClicks(field, u" yyyy "_s);
+        main.settle();
+        EXPECT_EQ(field->text(), u" yyyy "_s) << "typing goes on";
+        EXPECT_EQ(defaults.storedValues().value(name), u"yyyy"_s);
+        store(key, u"MM"_s);
+        EXPECT_EQ(field->text(), u"MM"_s);
+        field->selectAll();
+        QTest::keyClick(field, Qt::Key_Delete);
+        EXPECT_FALSE(defaults.hasValueForKey(name));
+    }
+    store(u"Downloads Folder: Subdivision Format (Rules)", u"yyyy"_s);
+    EXPECT_FALSE(dateUsed->isHidden());
+}
+
+TEST_F(SettingsWindowTest, LimitPerHostStaysWithinTheOverallOne) {
+    auto* popup = control<QComboBox>(u"Number Of Concurrent Downloads Per Host");
+    const auto isEnabled = [popup](qint64 value) {
+        return qobject_cast<QStandardItemModel*>(popup->model())
+            ->item(popup->findData(value))
+            ->isEnabled();
+    };
+    store(u"Number Of Concurrent Downloads Per Host", 6);
+    EXPECT_EQ(popup->currentData(), 4);
+    EXPECT_TRUE(isEnabled(4));
+    EXPECT_FALSE(isEnabled(5));
+    EXPECT_FALSE(isEnabled(0));
+    store(u"Number Of Concurrent Downloads", 0);
+    EXPECT_EQ(popup->currentData(), 6);
+    EXPECT_TRUE(isEnabled(9));
+    EXPECT_TRUE(isEnabled(0));
+}
+
+TEST_F(SettingsWindowTest, OffersFoldersAndRemembersTheChosenOne) {
+    const QString chosen = folder.filePath(u"chosen"_s);
+    QDir().mkpath(chosen);
+    auto* selector = control<ui::FolderSelector>(u"Downloads Folder");
+    store(u"Recent Downloads Folders", QStringList{chosen});
+    const int index = selector->findData(chosen, Qt::ToolTipRole);
+    ASSERT_GE(index, 0);
+    choose(*selector, index);
+    EXPECT_EQ(defaults.stringForKey(u"Downloads Folder"_s), chosen);
+    main.settle();
+    EXPECT_EQ(selector->folder(), chosen);
+}
+
+/// Of what a mnemonic key could mean in a section; empty: nothing.
+QString mnemonicOf(const QString& text) {
+    const qsizetype mark = text.indexOf(u'&');
+    return mark < 0 ? QString() : text.sliced(mark + 1, 1).toLower();
+}
+
+TEST_F(SettingsWindowTest, EveryControlHasANameAndAMnemonicOfItsOwn) {
+    auto* sections = qobject_cast<QStackedWidget*>(window->centralWidget());
+    for (int index = 0; index < sections->count(); ++index) {
+        sections->setCurrentIndex(index);
+        const QString section = window->currentSection();
+        QSet<QString> mnemonics;
+        const auto expectFree = [&](const QString& text) {
+            const QString mnemonic = mnemonicOf(text);
+            EXPECT_FALSE(mnemonics.contains(mnemonic))
+                << section.toStdString() << ": " << text.toStdString();
+            if (!mnemonic.isEmpty()) {
+                mnemonics.insert(mnemonic);
+            }
+        };
+        for (auto* label : sections->currentWidget()->findChildren<QLabel*>()) {
+            expectFree(label->text());
+        }
+        for (auto* button : sections->currentWidget()->findChildren<QAbstractButton*>()) {
+            expectFree(button->text());
+        }
+        for (auto* widget : sections->currentWidget()->findChildren<QWidget*>()) {
+            const bool isInner = widget->focusProxy() != nullptr ||
+                                 qobject_cast<QAbstractSpinBox*>(widget->parentWidget()) ||
+                                 qobject_cast<QComboBox*>(widget->parentWidget()) ||
+                                 qobject_cast<QAbstractScrollArea*>(widget->parentWidget());
+            if (!isInner && widget->window() == window.get() &&
+                (widget->focusPolicy() & Qt::TabFocus) == Qt::TabFocus) {
+                auto* interface = QAccessible::queryAccessibleInterface(widget);
+                ASSERT_NE(interface, nullptr);
+                EXPECT_FALSE(interface->text(QAccessible::Name).isEmpty())
+                    << section.toStdString() << ": " << widget->metaObject()->className() << " "
+                    << widget->objectName().toStdString();
+            }
+        }
+    }
+}
+
+}  // namespace
