@@ -1,8 +1,13 @@
 #include "ui/window/desktop_windows.h"
 
+#include "app/history/historian.h"
 #include "app/main_controller.h"
 #include "platform/base/user_defaults.h"
+#include "ui/commands/main_menu.h"
+#include "ui/history/history_menu.h"
+#include "ui/schedule/toolbar_explanation.h"
 #include "ui/settings/settings_window.h"
+#include "ui/toolbar/toolbar.h"
 #include "ui/window/desktop_front_end.h"
 #include "ui/window/main_window.h"
 
@@ -16,11 +21,29 @@ DesktopWindows::DesktopWindows(app::DQMainController& controller, DesktopFrontEn
     commands_.provide(Command::ShowPreferences,
                       {[this](qint64) { showPreferencesSection({}); }, {}});
     window_ = std::make_unique<MainWindow>(commands_);
+    makeHistoryMenu();
+    QObject::connect(&window_->toolbar(), &MainToolbar::shortcutUsed, window_.get(),
+                     [this](const QString& section) { explainShortcut(section); });
     frontEnd.setWindow(window_.get(), &controller);
 }
 
 DesktopWindows::~DesktopWindows() {
     frontEnd_.setWindow(nullptr, nullptr);
+}
+
+void DesktopWindows::makeHistoryMenu() {
+    const auto& around = commands_.surroundings();
+    auto* menu = new HistoryMenu(app::historian(), around.controller, around.defaults,
+                                 HistoryMenu::SearchField::Shown, window_.get());
+    window_->mainMenu().setHistoryMenu(menu);
+}
+
+void DesktopWindows::explainShortcut(const QString& section) {
+    showToolbarButtonExplanation(section, commands_.surroundings().defaults,
+                                 [this](const QString& shown) -> QWidget* {
+                                     showPreferencesSection(shown);
+                                     return preferencesWindow.get();
+                                 });
 }
 
 void DesktopWindows::showPreferencesSection(const QString& section) {

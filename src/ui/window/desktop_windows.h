@@ -22,6 +22,8 @@ public:
     [[nodiscard]] app::Commands& commands() { return commands_; }
 
 private:
+    void makeHistoryMenu();
+    void explainShortcut(const QString& section);
     void showPreferencesSection(const QString& section);
 
     DesktopFrontEnd& frontEnd_;
