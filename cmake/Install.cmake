@@ -5,6 +5,10 @@ foreach(program orlop orlop-terminal orlop-defaults orlop-log)
         install(TARGETS ${program} RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
     endif()
 endforeach()
+if(TARGET orlop-proxy-script)
+    install(TARGETS orlop-proxy-script
+            RUNTIME DESTINATION "${CMAKE_INSTALL_LIBEXECDIR}/orlop")
+endif()
 set(resources "${CMAKE_SOURCE_DIR}/resources")
 install(FILES "${resources}/desktop/com.tarnworks.Orlop.desktop"
         DESTINATION "${CMAKE_INSTALL_DATADIR}/applications")

@@ -4,7 +4,11 @@
 
 namespace http {
 
-HTTPSession::HTTPSession(platform::Clock& clock) : _shared(std::make_shared<SharedState>(clock)) {
+HTTPSession::HTTPSession(platform::Clock& clock, std::unique_ptr<platform::SystemProxies> proxies)
+    : _shared(std::make_shared<SharedState>(clock)) {
+    _shared->proxies = proxies != nullptr
+                           ? std::move(proxies)
+                           : platform::makeSystemProxies(QProcessEnvironment::systemEnvironment());
     SharedState::install(_shared);
 }
 

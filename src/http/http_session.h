@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "platform/base/clock.h"
+#include "platform/net/proxies/system_proxies.h"
 
 namespace http {
 
@@ -19,7 +20,9 @@ class SharedState;
 /// Main thread.
 class HTTPSession {
 public:
-    explicit HTTPSession(platform::Clock& clock);
+    /// `proxies`: what requests that were given no proxy ask; null: the system's.
+    explicit HTTPSession(platform::Clock& clock,
+                         std::unique_ptr<platform::SystemProxies> proxies = nullptr);
     ~HTTPSession();
     HTTPSession(const HTTPSession&) = delete;
     HTTPSession& operator=(const HTTPSession&) = delete;

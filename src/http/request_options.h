@@ -28,6 +28,9 @@ inline const QString proxyTypeHTTP = QStringLiteral("kCFProxyTypeHTTP");
 inline const QString proxyTypeHTTPS = QStringLiteral("kCFProxyTypeHTTPS");
 inline const QString proxyTypeSOCKS = QStringLiteral("kCFProxyTypeSOCKS");
 inline const QString proxyTypeNone = QStringLiteral("kCFProxyTypeNone");
+/// What those cannot say: SOCKS of version 4, and HTTP spoken to the proxy over TLS.
+inline const QString proxyTypeSOCKS4 = QStringLiteral("SOCKS4");
+inline const QString proxyTypeTLS = QStringLiteral("TLS");
 
 /// What a caller asks of a request, with the values that a new request has.
 struct RequestOptions {
@@ -91,8 +94,8 @@ struct RequestOptions {
     // Proxy. Host and port both set: this one; neither: the system's for the URL.
     QString proxyHost;
     int proxyPort = 0;
-    QString proxyType;  ///< Empty: HTTP.
-    platform::Url PACurl;
+    QString proxyType;     ///< Empty: HTTP.
+    platform::Url PACurl;  ///< Of an automatic configuration script; empty: the system's.
 
     // Cache.
     std::shared_ptr<ResponseCache> downloadCache;

@@ -42,7 +42,7 @@ RequestRun::RequestRun(HTTPRequest& request, RequestState& state, RequestNotifie
       _reader(_parts, *this),
       _cache(request, _parts, *this),
       _authentication(request, _parts, *this),
-      _proxies(*this) {}
+      _proxies(request, _parts, *this) {}
 
 RequestRun::~RequestRun() = default;
 
@@ -142,6 +142,12 @@ void RequestRun::setURL(const platform::Url& url) {
     _authentication.forgetChallenges();
     _state.request.reset();
     _state.redirectURL = platform::Url();
+}
+
+void RequestRun::becomePACFileRequest() {
+    const std::scoped_lock guard(_state.cancelledLock);
+    _state.isPACFileRequest = true;
+    _notifier.setReportsDirectly();
 }
 
 void RequestRun::startRequest() {
@@ -343,6 +349,7 @@ void RequestRun::markAsFinished() {
     if (std::exchange(_state.finished, true))
         return;
     _statusWatch.stop();
+    _proxies.cancelLoad();
     _stream.destroy();
     _state.request.reset();
     _authentication.forgetChallenges();
@@ -356,6 +363,7 @@ void RequestRun::markAsFinished() {
 
 void RequestRun::loopWillEnd() {
     const std::scoped_lock guard(_state.cancelledLock);
+    _proxies.cancelLoad();
     _stream.destroy();
     _state.complete = true;
     _state.cancelled = true;

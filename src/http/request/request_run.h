@@ -56,6 +56,8 @@ public:
     void setRequestMethod(const QString& method);
     [[nodiscard]] RequestBody& body() { return _body; }
     [[nodiscard]] std::uint32_t connectionID() const { return _connection.connectionID(); }
+    /// It looks for no proxy, and reports on the thread where things happen.
+    void becomePACFileRequest();
     [[nodiscard]] bool buildPostBody() { return _sender.buildPostBody(); }
 
     // The request's loop, under its lock; for the parts of the request.

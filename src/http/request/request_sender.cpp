@@ -153,9 +153,16 @@ platform::HTTPProxy RequestSender::proxy() const {
     const RequestOptions& options = _parts.state.options;
     if (options.proxyHost.isEmpty() || options.proxyPort == 0)
         return {};
-    const auto kind = options.proxyType == proxyTypeSOCKS ? platform::HTTPProxy::Kind::Socks5
-                                                          : platform::HTTPProxy::Kind::Http;
-    return {kind, options.proxyHost, options.proxyPort, {}, {}};
+    using Kind = platform::HTTPProxy::Kind;
+    Kind kind = Kind::Http;
+    if (options.proxyType == proxyTypeSOCKS)
+        kind = Kind::Socks5;
+    else if (options.proxyType == proxyTypeSOCKS4)
+        kind = Kind::Socks4;
+    else if (options.proxyType == proxyTypeTLS)
+        kind = Kind::Https;
+    return {kind, options.proxyHost, options.proxyPort, options.proxyUsername,
+            options.proxyPassword};
 }
 
 }  // namespace http

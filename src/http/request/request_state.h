@@ -62,6 +62,8 @@ struct RequestState {
     bool finished = false;
     bool cancelled = false;
     bool isSynchronous = false;
+    /// It fetches an automatic configuration script for another, and needs no proxy itself.
+    bool isPACFileRequest = false;
     bool needsRedirect = false;
     bool willRetryRequest = false;
     bool updatedProgress = false;

@@ -11,6 +11,7 @@
 #include "http/shared/session_cookies.h"
 #include "http/shared/session_credentials.h"
 #include "platform/base/clock.h"
+#include "platform/net/proxies/system_proxies.h"
 
 namespace http {
 
@@ -52,6 +53,7 @@ public:
     static void install(std::shared_ptr<SharedState> state);
 
     platform::Clock& clock;
+    std::unique_ptr<const platform::SystemProxies> proxies;
     BandwidthAccount bandwidth;
     ConnectionTable connections;
     SessionCookies cookies;

@@ -69,12 +69,15 @@ public:
 };
 
 struct HTTPProxy {
-    enum class Kind { None, Http, Socks4, Socks5 };
+    /// Https: spoken to as Http, but over TLS.
+    enum class Kind { None, Http, Https, Socks4, Socks5 };
     Kind kind = Kind::None;
     QString host;
     int port = 0;
-    /// SOCKS only; empty for none.
+    /// Empty for none. The stream sends them by SOCKS only; to the others they are a header's.
     QString user, password;
+
+    [[nodiscard]] bool speaksHTTP() const { return kind == Kind::Http || kind == Kind::Https; }
 };
 
 /// What a TLS connection presents and demands.

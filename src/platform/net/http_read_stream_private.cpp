@@ -40,8 +40,7 @@ bool HTTPReadStream::Private::open() {
     if (identity != nullptr)
         share_ = identity->internals().share();
     setup.sharedConnections = share_.get();
-    lines_ =
-        requestLines(setup.message, {setup.proxy.kind == HTTPProxy::Kind::Http, body_.exists()});
+    lines_ = requestLines(setup.message, {setup.proxy.speaksHTTP(), body_.exists()});
     reader_.emplace(askedRange(setup.message.headers),
                     ResponseReader::Negotiates{
                         setup.serverCredentials.scheme != ConnectionAuthentication::None,

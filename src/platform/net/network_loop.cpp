@@ -1,5 +1,7 @@
 #include "platform/net/network_loop.h"
 
+#include <poll.h>
+
 #include <algorithm>
 #include <cmath>
 #include <csignal>
@@ -97,7 +99,7 @@ int NetworkLoop::Private::pollTimeout() const {
 
 void NetworkLoop::Private::turn() {
     ++turns_;
-    curl_multi_poll(multi_.get(), nullptr, 0, pollTimeout(), nullptr);
+    poll();
     // Before what was posted is looked at: a later post wakes the next poll.
     isWoken_.exchange(false);
     int running = 0;
@@ -106,8 +108,34 @@ void NetworkLoop::Private::turn() {
     isInsideCurl_ = false;
     collectEnded();
     settleArrivals();
+    callWatches();
     calls.runDue();
     deliverReady();
+}
+
+void NetworkLoop::Private::poll() {
+    std::erase(watches_, nullptr);
+    watched_.clear();
+    for (const DescriptorWatch* watch : watches_)
+        watched_.push_back({watch->descriptor_, CURL_WAIT_POLLIN, 0});
+    curl_multi_poll(multi_.get(), watched_.data(), static_cast<unsigned>(watched_.size()),
+                    pollTimeout(), nullptr);
+}
+
+void NetworkLoop::Private::removeWatch(DescriptorWatch& watch) {
+    std::replace(watches_.begin(), watches_.end(), &watch, static_cast<DescriptorWatch*>(nullptr));
+}
+
+/// libcurl does not tell a descriptor that has ended from one with nothing to read.
+void NetworkLoop::Private::callWatches() {
+    constexpr short anything = POLLIN | POLLHUP | POLLERR;
+    for (std::size_t i = 0; i < watched_.size(); ++i) {
+        pollfd now{watched_[i].fd, POLLIN, 0};
+        if (watches_[i] == nullptr || ::poll(&now, 1, 0) <= 0 || (now.revents & anything) == 0)
+            continue;
+        const auto ready = watches_[i]->ready_;
+        ready();
+    }
 }
 
 void NetworkLoop::Private::collectEnded() {
@@ -170,6 +198,15 @@ void NetworkLoop::runUntil(const std::function<bool()>& done) {
 
 void NetworkLoop::wake() {
     private_->wake();
+}
+
+DescriptorWatch::DescriptorWatch(NetworkLoop& loop, int descriptor, std::function<void()> ready)
+    : loop_(loop), descriptor_(descriptor), ready_(std::move(ready)) {
+    loop_.internals().addWatch(*this);
+}
+
+DescriptorWatch::~DescriptorWatch() {
+    loop_.internals().removeWatch(*this);
 }
 
 NetworkThread::NetworkThread(Clock& clock)

@@ -36,6 +36,24 @@ private:
     std::unique_ptr<Private> private_;
 };
 
+/// Calls `ready` in each turn of the loop in which `descriptor` can be read without waiting, has
+/// ended or failed; it may end the watch. The descriptor stays its owner's and outlives the watch,
+/// as the loop does. Loop's thread only.
+class DescriptorWatch {
+public:
+    DescriptorWatch(NetworkLoop& loop, int descriptor, std::function<void()> ready);
+    ~DescriptorWatch();
+    DescriptorWatch(const DescriptorWatch&) = delete;
+    DescriptorWatch& operator=(const DescriptorWatch&) = delete;
+
+private:
+    friend class NetworkLoop::Private;
+
+    NetworkLoop& loop_;
+    const int descriptor_;
+    const std::function<void()> ready_;
+};
+
 /// A NetworkLoop with a thread of its own, which ends with the object.
 class NetworkThread {
 public:

@@ -62,6 +62,9 @@ public:
     [[nodiscard]] const std::shared_ptr<BlockPool>& blocks() const { return blocks_; }
     [[nodiscard]] std::uint64_t turns() const { return turns_; }
 
+    void addWatch(DescriptorWatch& watch) { watches_.push_back(&watch); }
+    void removeWatch(DescriptorWatch& watch);
+
     void addIdentity(HTTPConnectionIdentity::Private& identity) { identities_.insert(&identity); }
     void removeIdentity(HTTPConnectionIdentity::Private& identity) { identities_.erase(&identity); }
 
@@ -69,6 +72,8 @@ public:
 
 private:
     [[nodiscard]] int pollTimeout() const;
+    void poll();
+    void callWatches();
     void collectEnded();
     void settleArrivals();
     void deliverReady();
@@ -81,6 +86,9 @@ private:
     std::shared_ptr<BlockPool> blocks_ = std::make_shared<BlockPool>();
     std::unordered_set<Transfer*> transfers_;
     std::unordered_set<HTTPConnectionIdentity::Private*> identities_;
+    // Null where one has been taken out while they are called.
+    std::vector<DescriptorWatch*> watches_;
+    std::vector<curl_waitfd> watched_;  ///< Beside watches_, as of the last poll.
     // Null where a transfer has been taken out.
     std::vector<Transfer*> settling_, ready_, delivering_;
 };

@@ -75,16 +75,19 @@ void applyConnection(EasyOptions& options, const TransferSetup& setup) {
     }
 }
 
+/// The variable by which other programs on OpenSSL are told of a company's own authority.
+QString authoritiesPath(const TLSSettings& tls) {
+    return tls.authoritiesPath.isEmpty() ? qEnvironmentVariable("SSL_CERT_FILE")
+                                         : tls.authoritiesPath;
+}
+
 void applyTLS(EasyOptions& options, const TLSSettings& tls) {
     options.set(CURLOPT_SSL_ENABLE_ALPN, 0L);
     if (!tls.validatesCertificate) {
         options.set(CURLOPT_SSL_VERIFYPEER, 0L);
         options.set(CURLOPT_SSL_VERIFYHOST, 0L);
     }
-    // The variable by which other programs on OpenSSL are told of a company's own authority.
-    options.setPath(CURLOPT_CAINFO, tls.authoritiesPath.isEmpty()
-                                        ? qEnvironmentVariable("SSL_CERT_FILE")
-                                        : tls.authoritiesPath);
+    options.setPath(CURLOPT_CAINFO, authoritiesPath(tls));
     options.setPath(CURLOPT_SSLCERT, tls.clientCertificatePath);
     options.setPath(CURLOPT_SSLKEY, tls.clientKeyPath);
 }
@@ -104,6 +107,8 @@ long proxyType(const HTTPProxy& proxy, const QString& targetHost) {
         }
         case HTTPProxy::Kind::Socks5:
             return CURLPROXY_SOCKS5_HOSTNAME;
+        case HTTPProxy::Kind::Https:
+            return CURLPROXY_HTTPS;
         case HTTPProxy::Kind::Http:
         case HTTPProxy::Kind::None:
             break;
@@ -123,7 +128,8 @@ void applyProxy(EasyOptions& options, const TransferSetup& setup) {
     options.set(CURLOPT_PROXYPORT, long{proxy.port});
     options.set(CURLOPT_PROXYTYPE, proxyType(proxy, setup.message.url.host()));
     options.set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 0L);
-    if (proxy.kind != HTTPProxy::Kind::Http && !proxy.user.isEmpty()) {
+    options.setPath(CURLOPT_PROXY_CAINFO, authoritiesPath(setup.tls));
+    if (!proxy.speaksHTTP() && !proxy.user.isEmpty()) {
         options.set(CURLOPT_SOCKS5_AUTH, static_cast<long>(CURLAUTH_BASIC));
         options.set(CURLOPT_PROXYUSERNAME, proxy.user);
         options.set(CURLOPT_PROXYPASSWORD, proxy.password);
@@ -168,7 +174,7 @@ bool applySetup(CURL* easy, const TransferSetup& setup, const RequestLines& line
     applyProxy(options, setup);
     applyCredentials(options, setup.serverCredentials,
                      {CURLOPT_HTTPAUTH, CURLOPT_USERNAME, CURLOPT_PASSWORD});
-    if (setup.proxy.kind == HTTPProxy::Kind::Http)
+    if (setup.proxy.speaksHTTP())
         applyCredentials(options, setup.proxyCredentials,
                          {CURLOPT_PROXYAUTH, CURLOPT_PROXYUSERNAME, CURLOPT_PROXYPASSWORD});
     return options.succeeded();

@@ -1,0 +1,209 @@
+#include <mutex>
+#include <optional>
+
+#include "http_fixture.h"
+
+namespace http_test {
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+using http::HTTPRequest;
+using platform::HTTPProxy;
+using platform::ProxyChoice;
+using platform::Url;
+using support::ReceivedRequest;
+using support::Reply;
+using Choices = std::optional<std::vector<ProxyChoice>>;
+
+/// Answers as told, and counts.
+struct Settings : platform::SystemProxies {
+    struct Shared {
+        std::mutex lock;
+        Choices answer = std::vector{ProxyChoice()};
+        std::vector<std::string> asked;
+    };
+    explicit Settings(std::shared_ptr<Shared> state) : shared(std::move(state)) {}
+    [[nodiscard]] Choices proxiesForURL(const Url& url) const override {
+        const std::scoped_lock guard(shared->lock);
+        shared->asked.push_back(url.absoluteString().toStdString());
+        return shared->answer;
+    }
+    std::shared_ptr<Shared> shared;
+};
+
+/// Every server here is a proxy as well: it answers for addresses of other hosts.
+class ProxyTest : public HTTPTest {
+protected:
+    std::shared_ptr<Settings::Shared> settings = std::make_shared<Settings::Shared>();
+    support::HTTPServer other;
+
+    ProxyTest() {
+        session.reset();
+        session =
+            std::make_unique<http::HTTPSession>(main.clock, std::make_unique<Settings>(settings));
+        for (support::HTTPServer* each : {&server, &other})
+            each->handleAll([](const ReceivedRequest&) {
+                Reply reply;
+                reply.body = "body";
+                return reply;
+            });
+    }
+    [[nodiscard]] HTTPProxy at(const support::HTTPServer& proxy) const {
+        return {HTTPProxy::Kind::Http, u"127.0.0.1"_s, proxy.port(), {}, {}};
+    }
+    void answerWithScript(const QString& address) {
+        settings->answer = std::vector{ProxyChoice{{}, *Url::parse(address)}};
+    }
+    [[nodiscard]] QByteArray scriptNaming(const support::HTTPServer& proxy) const {
+        return "function FindProxyForURL(url, host) { return 'PROXY 127.0.0.1:" +
+               QByteArray::number(proxy.port()) + "' }";
+    }
+    [[nodiscard]] static std::string target(const support::HTTPServer& seen) {
+        return seen.requests().empty() ? "" : seen.requests().back().target;
+    }
+    [[nodiscard]] static int limit() {
+        return HTTPRequest::sharedQueue().maxConcurrentOperationCount();
+    }
+};
+
+TEST_F(ProxyTest, TheFirstChoiceOfTheSystemIsKeptForRedirects) {
+    settings->answer = std::vector{ProxyChoice{at(other), {}}, ProxyChoice()};
+    settings->answer->front().proxy.user = u"me"_s;
+    settings->answer->front().proxy.password = u"pw"_s;
+    Reply redirect;
+    redirect.status = 302;
+    redirect.headers = {{"Location", "http://second.invalid/b"}};
+    other.serve("http://first.invalid/a", redirect);
+    const auto made = observedRequest(u"http://first.invalid/a"_s);
+    run(made);
+    EXPECT_EQ(made->responseData(), "body");
+    EXPECT_EQ(target(other), "http://second.invalid/b");
+    EXPECT_EQ(settings->asked, std::vector<std::string>{"http://first.invalid/a"});
+    EXPECT_EQ(made->proxyHost(), u"127.0.0.1"_s);
+    EXPECT_EQ(made->proxyType(), http::proxyTypeHTTP);
+    EXPECT_EQ(made->proxyUsername() + made->proxyPassword(), u"mepw"_s);
+}
+
+TEST_F(ProxyTest, WhatIsSetOnARequestGoesBeforeTheSystem) {
+    settings->answer = std::vector{ProxyChoice{at(server), {}}};
+    const auto byHand = request(u"http://far.invalid/"_s);
+    byHand->setProxyHost(u"127.0.0.1"_s);
+    byHand->setProxyPort(other.port());
+    run(byHand);
+    EXPECT_EQ(target(other), "http://far.invalid/");
+    const auto portOnly = request(u"/direct"_s);
+    portOnly->setProxyPort(other.port());
+    run(portOnly);
+    EXPECT_EQ(target(server), "/direct");
+    EXPECT_TRUE(settings->asked.empty());
+}
+
+TEST_F(ProxyTest, SettingsThatSayNothingFailTheRequest) {
+    settings->answer = std::nullopt;
+    const auto unknown = request(u"/"_s);
+    run(unknown);
+    EXPECT_EQ(errorCode(*unknown), 6);
+    EXPECT_EQ(unknown->error()->text,
+              u"Unable to obtain information on proxy servers needed for request"_s);
+    settings->answer = std::vector<ProxyChoice>();
+    const auto empty = request(u"/"_s);
+    run(empty);
+    EXPECT_EQ(errorCode(*empty), 10);
+    EXPECT_TRUE(server.requests().empty());
+}
+
+TEST_F(ProxyTest, AScriptIsFetchedAheadOfTheQueueThatWaitsForIt) {
+    Reply script;
+    script.body = scriptNaming(other);
+    script.stallHead = true;
+    server.serve("/proxy.pac", script);
+    answerWithScript(server.url(u"/proxy.pac"_s));
+    const int before = limit();
+    HTTPRequest::sharedQueue().setMaxConcurrentOperationCount(1);
+    const auto made = request(u"http://far.invalid/"_s);
+    made->startAsynchronous();
+    ASSERT_TRUE(waitForThread([] { return limit() == 2; }));
+    ASSERT_TRUE(waitForRequests(1));
+    server.release();
+    ASSERT_TRUE(main.waitUntil([&] { return made->isFinished(); }));
+    EXPECT_EQ(limit(), 1);
+    EXPECT_EQ(target(other), "http://far.invalid/");
+    EXPECT_EQ(made->PACurl(), *Url::parse(server.url(u"/proxy.pac"_s)));
+    HTTPRequest::sharedQueue().setMaxConcurrentOperationCount(before);
+}
+
+TEST_F(ProxyTest, AScriptThatCannotBeHadMeansNoProxy) {
+    const int before = limit();
+    Reply missing;
+    missing.cutAfter = 3;
+    missing.body = "function FindProxyForURL";
+    server.serve("/cut.pac", missing);
+    write(temporaryFile(u"bad.pac"_s), "\xff\xfe(");
+    for (const QString& address :
+         {server.url(u"/cut.pac"_s), u"file:///nowhere"_s, u"ftp://127.0.0.1/x"_s, u"data:,x"_s,
+          u"file://"_s + temporaryFile(u"bad.pac"_s)}) {
+        answerWithScript(address);
+        const auto made = request(u"/direct"_s);
+        run(made);
+        EXPECT_EQ(made->responseData(), "body") << address.toStdString();
+        EXPECT_EQ(made->proxyHost(), QString());
+        EXPECT_EQ(limit(), before);
+    }
+}
+
+TEST_F(ProxyTest, ASynchronousRequestTakesItsScriptAlong) {
+    const int before = limit();
+    Reply script;
+    script.body = scriptNaming(other);
+    server.serve("/proxy.pac", script);
+    write(temporaryFile(u"proxy.pac"_s), script.body);
+    for (const QString& address :
+         {server.url(u"/proxy.pac"_s), u"file://"_s + temporaryFile(u"proxy.pac"_s)}) {
+        answerWithScript(address);
+        const auto made = request(u"http://far.invalid/"_s);
+        made->startSynchronous();
+        EXPECT_EQ(made->responseData(), "body");
+        EXPECT_EQ(made->proxyPort(), other.port());
+    }
+    EXPECT_EQ(limit(), before);
+}
+
+TEST_F(ProxyTest, ACancelledSearchIsOver) {
+    const int before = limit();
+    Reply script;
+    script.stallHead = true;
+    server.serve("/proxy.pac", script);
+    answerWithScript(server.url(u"/proxy.pac"_s));
+    const auto made = observedRequest(u"http://far.invalid/"_s);
+    made->startAsynchronous();
+    ASSERT_TRUE(waitForRequests(1));
+    made->cancel();
+    ASSERT_TRUE(main.waitUntil([&] { return made->isFinished(); }));
+    main.settle();
+    EXPECT_EQ(errorCode(*made), 4);
+    EXPECT_EQ(delegate.events, std::vector<std::string>{"failed"});
+    // The one that would have lowered it again has been told to keep quiet.
+    EXPECT_EQ(limit(), before + 1);
+    server.release();
+    HTTPRequest::sharedQueue().setMaxConcurrentOperationCount(before);
+    EXPECT_TRUE(other.requests().empty());
+}
+
+TEST_F(ProxyTest, ASilentScriptIsGivenUpInTime) {
+    write(temporaryFile(u"slow.pac"_s),
+          "function FindProxyForURL() { for (;;) dnsResolve('localhost'); }");
+    answerWithScript(u"file://"_s + temporaryFile(u"slow.pac"_s));
+    const auto made = request(u"/direct"_s);
+    made->setTimeOutSeconds(0);
+    made->startAsynchronous();
+    ASSERT_TRUE(waitForThread([&] { return !settings->asked.empty(); }));
+    ASSERT_TRUE(waitForThread([&] {
+        main.clock.advance(1);
+        settleThread();
+        return made->isFinished();
+    }));
+    EXPECT_EQ(made->responseData(), "body");
+}
+
+}  // namespace
+}  // namespace http_test
