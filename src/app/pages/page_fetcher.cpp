@@ -91,7 +91,9 @@ private:
                 self.end(failedPage(EFBIG));
             }
         });
-        blocks.requestRedirectedBlock = whileAlive([](Exchange& self) { self.body_.clear(); });
+        // A redirect has a body as well.
+        blocks.headersReceivedBlock =
+            whileAlive([](Exchange& self, const platform::HTTPHeaders&) { self.body_.clear(); });
         blocks.completionBlock = whileAlive([](Exchange& self) { self.end(self.received()); });
         blocks.failureBlock = whileAlive([](Exchange& self) {
             links::FetchedPage page;
