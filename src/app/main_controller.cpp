@@ -71,6 +71,7 @@ DQMainController::Parts::Parts(DQMainController& owner, const Surroundings& give
       intake({queue, given.defaults, given.loop, given.frontEnd,
               [&owner](bool wasEmpty) { owner.queueDidGrow(wasEmpty); },
               [&owner](const QStringList& names) { owner.intakeDidEnd(names); },
+              [&owner](const QString& text) { Q_EMIT owner.textNotUnderstood(text); },
               [&owner](std::optional<qsizetype> count) {
                   count ? Q_EMIT owner.intakeProgressed(*count) : Q_EMIT owner.intakeEnded();
               },

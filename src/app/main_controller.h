@@ -191,6 +191,8 @@ Q_SIGNALS:
     /// A long intake has made so many downloads, and has ended.
     void intakeProgressed(qsizetype count);
     void intakeEnded();
+    /// Lines of a pasted, dropped or typed text that are no addresses, for the user to correct.
+    void textNotUnderstood(const QString& text);
 
     /// The queue's file could not be understood and lies at the path now; empty: it could not even
     /// be moved away and will not be written over.

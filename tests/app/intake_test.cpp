@@ -301,6 +301,13 @@ TEST_F(IntakeTest, TakesDropsAndPastes) {
               u"www.e.example/e\nhttp://f.example/f"_s);
     EXPECT_EQ(controller->openURLFromPasteboard({{}, u"\n"_s}), u"\n"_s);
     EXPECT_EQ(queue().size(), 4);
+
+    QString left;
+    QObject::connect(controller.get(), &app::DQMainController::textNotUnderstood, controller.get(),
+                     [&](const QString& text) { left = text; });
+    controller->openText(u"http://h:port/\nhttp://g.example/g\nhttp://h:{a,b}/"_s);
+    EXPECT_EQ(queue().back(), u"g"_s);
+    EXPECT_EQ(left, u"http://h:port/\nhttp://h:a/\nhttp://h:b/"_s) << "nothing typed is lost";
 }
 
 TEST_F(IntakeTest, StreamsLongRangesWithoutHoldingTheLoop) {

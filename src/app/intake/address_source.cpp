@@ -13,14 +13,21 @@ namespace app {
 
 using namespace Qt::Literals::StringLiterals;
 
+namespace {
+
+constexpr qsizetype mostRefusedTexts = 1000;
+
+}  // namespace
+
 ListedAddresses::ListedAddresses(std::vector<platform::Url> urls) : urls_(std::move(urls)) {}
 
 std::optional<platform::Url> ListedAddresses::next() {
     return position_ < urls_.size() ? std::optional(std::move(urls_[position_++])) : std::nullopt;
 }
 
-TextAddresses::TextAddresses(links::URLCandidates candidates, KnownAddresses known)
-    : candidates_(std::move(candidates)), known_(std::move(known)) {}
+TextAddresses::TextAddresses(links::URLCandidates candidates, KnownAddresses known,
+                             RefusedTexts refused)
+    : candidates_(std::move(candidates)), known_(std::move(known)), refused_(std::move(refused)) {}
 
 std::optional<platform::Url> TextAddresses::next() {
     while (const std::optional<QString> candidate = candidates_.next()) {
@@ -35,6 +42,9 @@ std::optional<platform::Url> TextAddresses::next() {
         }
         if (url) {
             return url;
+        }
+        if (refused_ && refused_->size() < mostRefusedTexts) {
+            refused_->append(*candidate);
         }
     }
     return {};
@@ -80,25 +90,31 @@ std::optional<platform::Url> UnfoldedFolders::next() {
 namespace {
 
 std::unique_ptr<AddressSource> addressesOf(links::URLCandidates candidates, const Downloads& queue,
-                                           const platform::UserDefaults& defaults) {
+                                           const platform::UserDefaults& defaults,
+                                           RefusedTexts refused) {
     const bool checks = defaults.get(settings::instantDuplicateCheck);
     return std::make_unique<TextAddresses>(std::move(candidates),
-                                           checks ? KnownAddresses(queue) : KnownAddresses());
+                                           checks ? KnownAddresses(queue) : KnownAddresses(),
+                                           std::move(refused));
 }
 
 }  // namespace
 
 std::unique_ptr<AddressSource> addressesInText(const QString& text, const Downloads& queue,
-                                               const platform::UserDefaults& defaults) {
+                                               const platform::UserDefaults& defaults,
+                                               RefusedTexts refused) {
     const bool skips = defaults.get(links::settings::skipRedirectingServices);
-    return addressesOf(links::URLCandidates::fromString(text, skips), queue, defaults);
+    return addressesOf(links::URLCandidates::fromString(text, skips), queue, defaults,
+                       std::move(refused));
 }
 
 std::unique_ptr<AddressSource> addressesInCollection(const QStringList& items,
                                                      const Downloads& queue,
-                                                     const platform::UserDefaults& defaults) {
+                                                     const platform::UserDefaults& defaults,
+                                                     RefusedTexts refused) {
     const bool skips = defaults.get(links::settings::skipRedirectingServices);
-    return addressesOf(links::URLCandidates::fromCollection(items, skips), queue, defaults);
+    return addressesOf(links::URLCandidates::fromCollection(items, skips), queue, defaults,
+                       std::move(refused));
 }
 
 }  // namespace app

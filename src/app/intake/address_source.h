@@ -32,16 +32,21 @@ private:
     std::size_t position_ = 0;
 };
 
+/// Collects the texts of which no address could be made, the first thousand of them. Null: they are
+/// dropped.
+using RefusedTexts = std::shared_ptr<QStringList>;
+
 /// The addresses in a text. What cannot be made an address is left out.
 class TextAddresses final : public AddressSource {
 public:
     /// Those in `known` are left out as well.
-    TextAddresses(links::URLCandidates candidates, KnownAddresses known);
+    TextAddresses(links::URLCandidates candidates, KnownAddresses known, RefusedTexts refused);
     [[nodiscard]] std::optional<platform::Url> next() override;
 
 private:
     links::URLCandidates candidates_;
     KnownAddresses known_;
+    RefusedTexts refused_;
 };
 
 /// Looks one address ahead of another source, so that it is known whether there is just one.
@@ -75,10 +80,13 @@ private:
 
 /// The addresses in a text, line by line, without those that the queue as it stands has already,
 /// if the settings say so.
-[[nodiscard]] std::unique_ptr<AddressSource> addressesInText(
-    const QString& text, const Downloads& queue, const platform::UserDefaults& defaults);
+[[nodiscard]] std::unique_ptr<AddressSource> addressesInText(const QString& text,
+                                                             const Downloads& queue,
+                                                             const platform::UserDefaults& defaults,
+                                                             RefusedTexts refused = {});
 /// The same for texts that are lines already.
 [[nodiscard]] std::unique_ptr<AddressSource> addressesInCollection(
-    const QStringList& items, const Downloads& queue, const platform::UserDefaults& defaults);
+    const QStringList& items, const Downloads& queue, const platform::UserDefaults& defaults,
+    RefusedTexts refused = {});
 
 }  // namespace app

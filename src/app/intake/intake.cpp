@@ -29,6 +29,7 @@ std::vector<platform::Url> allOf(AddressSource& addresses) {
 
 struct Intake::Activity {
     IntakeRun run;
+    RefusedTexts refused;
     bool wasEmpty = false;
     /// How many downloads the list has been told of.
     qsizetype toldCount = 0;
@@ -49,12 +50,15 @@ std::vector<platform::Url> Intake::URLsFromString(const QString& text) const {
     return allOf(*addressesInText(text, surroundings_.queue.downloads(), surroundings_.defaults));
 }
 
-std::unique_ptr<AddressSource> Intake::addressesInPasteboard(const Pasteboard& pasteboard) const {
+std::unique_ptr<AddressSource> Intake::addressesInPasteboard(const Pasteboard& pasteboard,
+                                                             RefusedTexts refused) const {
     const Downloads& queue = surroundings_.queue.downloads();
     if (pasteboard.urls) {
-        return addressesInCollection(*pasteboard.urls, queue, surroundings_.defaults);
+        return addressesInCollection(*pasteboard.urls, queue, surroundings_.defaults,
+                                     std::move(refused));
     }
-    return pasteboard.text ? addressesInText(*pasteboard.text, queue, surroundings_.defaults)
+    return pasteboard.text ? addressesInText(*pasteboard.text, queue, surroundings_.defaults,
+                                             std::move(refused))
                            : nullptr;
 }
 
@@ -65,20 +69,26 @@ std::optional<std::vector<platform::Url>> Intake::URLsFromPasteboard(
 }
 
 void Intake::openURLs(std::vector<platform::Url> urls, const ScriptArguments& arguments) {
-    begin(std::make_unique<ListedAddresses>(std::move(urls)), arguments);
+    begin(std::make_unique<ListedAddresses>(std::move(urls)), arguments, {});
 }
 
 void Intake::openText(const QString& text) {
-    begin(addressesInText(text, surroundings_.queue.downloads(), surroundings_.defaults), {});
+    beginWithPasteboard({{}, text});
 }
 
-void Intake::begin(std::unique_ptr<AddressSource> addresses, const ScriptArguments& arguments) {
+void Intake::beginWithPasteboard(const Pasteboard& pasteboard) {
+    const auto refused = std::make_shared<QStringList>();
+    begin(addressesInPasteboard(pasteboard, refused), {}, refused);
+}
+
+void Intake::begin(std::unique_ptr<AddressSource> addresses, const ScriptArguments& arguments,
+                   RefusedTexts refused) {
     const IntakeRun::Surroundings surroundings{surroundings_.queue, surroundings_.defaults,
                                                surroundings_.frontEnd};
     const bool wasEmpty = surroundings_.queue.downloads().empty();
     auto unfolded = std::make_unique<UnfoldedFolders>(std::move(addresses), fileCollector());
-    const auto activity = std::make_shared<Activity>(
-        Activity{IntakeRun(surroundings, std::move(unfolded), arguments), wasEmpty});
+    const auto activity = std::make_shared<Activity>(Activity{
+        IntakeRun(surroundings, std::move(unfolded), arguments), std::move(refused), wasEmpty});
     activities_.push_back(activity);
     proceed(activity);
 }
@@ -106,6 +116,9 @@ void Intake::report(Activity& activity, bool goesOn) {
     }
     if (!goesOn && count > 0) {
         surroundings_.didEnd(activity.run.names());
+    }
+    if (!goesOn && activity.refused && !activity.refused->isEmpty()) {
+        surroundings_.notUnderstood(activity.refused->join(u'\n'));
     }
 }
 
@@ -158,9 +171,8 @@ bool Intake::dropPasteboard(const Pasteboard& pasteboard) {
         return false;
     }
     // The drag's source waits for the drop to return.
-    surroundings_.loop.performAfter(this, "dropPasteboard", 0, [this, pasteboard] {
-        begin(addressesInPasteboard(pasteboard), {});
-    });
+    surroundings_.loop.performAfter(this, "dropPasteboard", 0,
+                                    [this, pasteboard] { beginWithPasteboard(pasteboard); });
     return true;
 }
 
@@ -178,7 +190,7 @@ std::optional<QString> Intake::openURLFromPasteboard(const Pasteboard& pasteboar
         return pasteboard.text.value_or(QString());
     }
     if (areWhole) {
-        begin(addressesInPasteboard(pasteboard), {});
+        beginWithPasteboard(pasteboard);
         return {};
     }
     QStringList lines;

@@ -29,6 +29,8 @@ public:
         std::function<void(bool wasEmpty)> didGrow;
         /// An intake has ended that made downloads, which rows call these names.
         std::function<void(const QStringList& names)> didEnd;
+        /// Lines of what the user pasted, dropped or typed that are no addresses.
+        std::function<void(const QString& text)> notUnderstood;
         /// How many downloads a long intake has made so far. Nothing: it has ended.
         std::function<void(std::optional<qsizetype> count)> progressed;
         /// The user handed something over from another program.
@@ -67,9 +69,11 @@ private:
     struct Activity;
 
     [[nodiscard]] std::unique_ptr<AddressSource> addressesInPasteboard(
-        const Pasteboard& pasteboard) const;
+        const Pasteboard& pasteboard, RefusedTexts refused = {}) const;
     [[nodiscard]] FileCollector fileCollector() const;
-    void begin(std::unique_ptr<AddressSource> addresses, const ScriptArguments& arguments);
+    void beginWithPasteboard(const Pasteboard& pasteboard);
+    void begin(std::unique_ptr<AddressSource> addresses, const ScriptArguments& arguments,
+               RefusedTexts refused);
     void proceed(const std::shared_ptr<Activity>& activity);
     void report(Activity& activity, bool goesOn);
 

@@ -18,7 +18,10 @@ constexpr qsizetype longestClipboard = 100'000;
 }  // namespace
 
 AddressEntry::AddressEntry(app::DQMainController& controller, QWidget& window)
-    : controller_(controller), window_(window) {}
+    : controller_(controller), window_(window) {
+    QObject::connect(&controller_, &app::DQMainController::textNotUnderstood, &window_,
+                     [this](const QString& text) { openURLPanelWithString(text); });
+}
 
 AddressEntry::~AddressEntry() = default;
 
