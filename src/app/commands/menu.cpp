@@ -46,6 +46,7 @@ Menu commandItems(const Commands& commands, Command command) {
         menu.push_back(separator());
         for (const qint64 tag : group) {
             menu.push_back(commandItem(commands, command, tag));
+            menu.back().isChoice = true;
         }
     }
     menu.erase(menu.begin());

@@ -44,6 +44,8 @@ struct MenuItem {
     QString title = {};
     std::function<void()> perform = {};
     CommandState state = {};
+    /// One of several, of which only one is marked.
+    bool isChoice = false;
     MenuIcon icon = {};
     std::vector<MenuItem> items = {};
 };

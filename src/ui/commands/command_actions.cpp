@@ -1,6 +1,7 @@
 #include "ui/commands/command_actions.h"
 
 #include <QAction>
+#include <QActionGroup>
 #include <QKeySequence>
 #include <QMenu>
 #include <algorithm>
@@ -46,10 +47,12 @@ void CommandActions::addTo(QMenu& menu, app::Command command, qint64 tag) {
 }
 
 void CommandActions::addAllTo(QMenu& menu, app::Command command) {
-    for (const auto& group : app::commandTags(command)) {
+    for (const auto& tags : app::commandTags(command)) {
         menu.addSeparator();
-        for (const qint64 tag : group) {
+        auto* choice = new QActionGroup(&menu);
+        for (const qint64 tag : tags) {
             addTo(menu, command, tag);
+            choice->addAction(action(command, tag));
         }
     }
 }

@@ -31,7 +31,7 @@ public:
     void watch(QMenu& menu);
 
     void addTo(QMenu& menu, app::Command command, qint64 tag = 0);
-    /// All tags of the command.
+    /// All tags of the command, as choices of which one is marked.
     void addAllTo(QMenu& menu, app::Command command);
 
 private:

@@ -1,6 +1,7 @@
 #include "ui/commands/menu_items.h"
 
 #include <QAction>
+#include <QActionGroup>
 #include <QFontInfo>
 #include <QMenu>
 
@@ -71,6 +72,10 @@ QAction* actionFor(const app::MenuItem& item, QMenu& menu) {
     action->setEnabled(item.state.isEnabled);
     action->setCheckable(item.state.isChecked.has_value());
     action->setChecked(item.state.isChecked.value_or(false));
+    if (item.isChoice) {
+        // Only for its looks: the menu is made anew for every opening.
+        (new QActionGroup(action))->addAction(action);
+    }
     return action;
 }
 
