@@ -17,7 +17,7 @@ constexpr CommandDescription descriptions[] = {
     {Command::OpenFolder, 0, "openFolder", translatable("Open Fol&der..."), "Ctrl+Shift+O"},
     {Command::OpenURLFromPasteboard, 0, "openURLFromPasteboard",
      translatable("&Add from Pasteboard"), ""},
-    {Command::StopIntake, 0, "stopIntake", translatable("Stop Ad&ding"), ""},
+    {Command::StopIntake, 0, "stopIntake", translatable("S&top Adding"), ""},
 
     {Command::Copy, 0, "copy", translatable("&Copy URLs"), "Ctrl+C"},
     // With Shift it asks for the folder.

@@ -24,7 +24,9 @@ QAction* CommandActions::action(app::Command command, qint64 tag) {
     auto* made = new QAction(app::commandTitle(command, tag), this);
     made->setObjectName(QString::fromLatin1(description.identifier));
     made->setData(tag);
-    made->setShortcuts(QKeySequence::listFromString(QString::fromLatin1(description.shortcut)));
+    if (const QString keys = QString::fromLatin1(description.shortcut); !keys.isEmpty()) {
+        made->setShortcuts(QKeySequence::listFromString(keys));
+    }
     made->setCheckable(commands_.state(command, tag).isChecked.has_value());
     connect(made, &QAction::triggered, this,
             [this, command, tag] { commands_.perform(command, tag); });

@@ -123,10 +123,8 @@ void MainMenu::addHelpMenu() {
     actions_.addTo(*menu, Command::ShowAbout);
 }
 
-void MainMenu::setHistoryMenu(QMenu* menu) {
-    if (menu != nullptr) {
-        bar_.insertMenu(windowMenu_->menuAction(), menu);
-    }
+void MainMenu::setHistoryMenu(QMenu& menu) {
+    bar_.insertMenu(windowMenu_->menuAction(), &menu);
 }
 
 }  // namespace ui

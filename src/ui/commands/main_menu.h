@@ -23,8 +23,8 @@ public:
     /// All of it outlives the menu.
     MainMenu(QMenuBar& bar, CommandActions& actions, const app::Commands& commands);
 
-    /// Between Queue and Window. Null: there is none.
-    void setHistoryMenu(QMenu* menu);
+    /// Goes between Queue and Window.
+    void setHistoryMenu(QMenu& menu);
 
 private:
     QMenu* addMenu(const QString& title);

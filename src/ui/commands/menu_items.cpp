@@ -2,10 +2,10 @@
 
 #include <QAction>
 #include <QActionGroup>
-#include <QFontInfo>
 #include <QMenu>
 
 #include "ui/art/icons.h"
+#include "ui/menus/menu_items.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -15,8 +15,6 @@ namespace {
 using Kind = app::MenuItem::Kind;
 
 constexpr int iconSize = 16;
-/// Addresses and paths are shortened in their middle to so many times the height of their letters.
-constexpr int longestNote = 40;
 
 QIcon iconOf(const app::MenuIcon& icon, const QMenu& menu) {
     switch (icon.kind) {
@@ -34,20 +32,9 @@ QIcon iconOf(const app::MenuIcon& icon, const QMenu& menu) {
     return {};
 }
 
-QAction* noteAction(const QString& text, QMenu& menu) {
-    QFont font = menu.font();
-    font.setPixelSize(qMax(9, QFontInfo(font).pixelSize() * 5 / 6));
-    const QFontMetrics metrics(font);
-    const QString shown = metrics.elidedText(text, Qt::ElideMiddle, longestNote * metrics.height());
-    auto* action = new QAction(app::literalTitle(shown), &menu);
-    action->setFont(font);
-    action->setEnabled(false);
-    return action;
-}
-
 QAction* actionFor(const app::MenuItem& item, QMenu& menu) {
     if (item.kind == Kind::Note) {
-        return noteAction(item.title, menu);
+        return addInertItem(menu, item.title);
     }
     auto* action = new QAction(item.title, &menu);
     switch (item.kind) {

@@ -7,6 +7,7 @@
 #include "ui/history/history_menu.h"
 #include "ui/schedule/toolbar_explanation.h"
 #include "ui/settings/settings_window.h"
+#include "ui/text.h"
 #include "ui/toolbar/toolbar.h"
 #include "ui/window/desktop_front_end.h"
 #include "ui/window/main_window.h"
@@ -35,7 +36,8 @@ void DesktopWindows::makeHistoryMenu() {
     const auto& around = commands_.surroundings();
     auto* menu = new HistoryMenu(app::historian(), around.controller, around.defaults,
                                  HistoryMenu::SearchField::Shown, window_.get());
-    window_->mainMenu().setHistoryMenu(menu);
+    menu->setTitle(translated("H&istory"));
+    window_->mainMenu().setHistoryMenu(*menu);
 }
 
 void DesktopWindows::explainShortcut(const QString& section) {

@@ -1,0 +1,216 @@
+#include "ui/window/main_window.h"
+
+#include <gmock/gmock.h>
+
+#include <QAccessible>
+#include <QDragEnterEvent>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QTest>
+#include <QToolButton>
+#include <set>
+
+#include "app/commands/commands.h"
+#include "app/core_fixture.h"
+#include "app/settings.h"
+#include "ui/list/download_list.h"
+#include "ui/list/download_list_model.h"
+#include "ui/settings.h"
+#include "ui/toolbar/toolbar.h"
+#include "ui/window/desktop_front_end.h"
+#include "ui/window/rubber_window.h"
+#include "ui/window/scope_bar.h"
+
+using namespace Qt::Literals::StringLiterals;
+using testing::Contains;
+using testing::IsEmpty;
+
+namespace {
+
+/// The window with the core behind it; what the core asks goes to memory, what it shows to the
+/// window.
+class MainWindowTest : public Core {
+protected:
+    MainWindowTest() {
+        defaults.set(app::settings::autoStart, false);
+        window->show();
+        desktop.setWindow(window.get(), controller.get());
+    }
+    ~MainWindowTest() override { desktop.setWindow(nullptr, nullptr); }
+
+    void addAndShow(const QStringList& names) {
+        add(names);
+        desktop.frontEnd().list.reloadRows({});
+    }
+    template <typename Widget>
+    Widget* find(const QString& name) {
+        return window->findChild<Widget*>(name);
+    }
+
+    ui::DesktopFrontEnd desktop;
+    app::Commands commands{{*controller, defaults, frontEnd.frontEnd()}};
+    std::unique_ptr<ui::MainWindow> window = std::make_unique<ui::MainWindow>(commands);
+};
+
+void collect(const QMenu& menu, std::multiset<QString>& identifiers,
+             std::multiset<QString>& shortcuts, QStringList& clashes) {
+    std::multiset<QString> mnemonics;
+    for (const QAction* item : menu.actions()) {
+        if (item->isSeparator())
+            continue;
+        const QString mnemonic = QKeySequence::mnemonic(item->text()).toString();
+        mnemonics.insert(mnemonic);
+        if (mnemonics.count(mnemonic) > 1 && !mnemonic.isEmpty())
+            clashes.append(menu.title() + u": "_s + item->text());
+        if (item->menu()) {
+            collect(*item->menu(), identifiers, shortcuts, clashes);
+            continue;
+        }
+        identifiers.insert(item->objectName());
+        for (const QKeySequence& shortcut : item->shortcuts())
+            shortcuts.insert(shortcut.toString());
+    }
+}
+
+TEST_F(MainWindowTest, HasEveryCommandInItsMenusWithoutClashes) {
+    std::multiset<QString> identifiers, shortcuts;
+    QStringList clashes;
+    for (const QAction* item : window->menuBar()->actions())
+        collect(*item->menu(), identifiers, shortcuts, clashes);
+    for (int number = 0; number <= static_cast<int>(app::Command::Quit); ++number) {
+        const auto command = static_cast<app::Command>(number);
+        for (const auto& group : app::commandTags(command)) {
+            for (const qint64 tag : group) {
+                const auto* identifier = app::commandDescription(command, tag).identifier;
+                EXPECT_TRUE(identifiers.contains(QString::fromLatin1(identifier))) << identifier;
+            }
+        }
+    }
+    for (const QString& shortcut : shortcuts)
+        EXPECT_EQ(shortcuts.count(shortcut), 1U) << qPrintable(shortcut);
+    EXPECT_THAT(clashes, IsEmpty());
+}
+
+TEST_F(MainWindowTest, ObeysKeysAndSelection) {
+    addAndShow({u"a"_s, u"b"_s, u"c"_s});
+    ui::DQDownloadList& list = window->list();
+    QTest::keyClick(&list, Qt::Key_Down);
+    QTest::keyClick(&list, Qt::Key_Space);
+    EXPECT_EQ(download(u"a"_s)->status(), engine::DQDownloadStatusQueued);
+    EXPECT_EQ(download(u"b"_s)->status(), engine::DQDownloadStatusPaused);
+    EXPECT_EQ(selected(), QStringList{u"a"_s});
+    EXPECT_EQ(defaults.stringArrayForKey(u"Selected URLs"_s), QStringList{address(u"a"_s)});
+
+    // A menu about another row leaves the selection alone.
+    QTest::mouseClick(list.viewport(), Qt::RightButton, {},
+                      list.visualRect(list.rows().index(2)).center());
+    EXPECT_EQ(selected(), QStringList{u"a"_s});
+}
+
+TEST_F(MainWindowTest, FiltersAsIsTyped) {
+    addAndShow({u"apple"_s, u"pear"_s});
+    auto* scopeBar = window->findChild<ui::ScopeBar*>();
+    QLineEdit* field = window->toolbar().filterField();
+    ASSERT_NE(field, nullptr);
+    QTest::keyClicks(field, u" "_s);
+    EXPECT_FALSE(scopeBar->isVisible()) << "blanks are no filter";
+    QTest::keyClicks(field, u"pea"_s);
+    EXPECT_TRUE(scopeBar->isVisible());
+    EXPECT_EQ(shown(), QStringList{u"pear"_s});
+    QTest::keyClicks(field, u"x"_s);
+    EXPECT_EQ(shown(), QStringList());
+    QTest::mouseClick(scopeBar->findChild<QToolButton*>(u"URL"_s), Qt::LeftButton);
+    EXPECT_EQ(defaults.get(app::settings::toolbarFilterCriterion), u"URL"_s);
+    QTest::keyClick(field, Qt::Key_Escape);
+    EXPECT_FALSE(scopeBar->isVisible());
+    EXPECT_EQ(shown().size(), 2);
+}
+
+TEST_F(MainWindowTest, KeepsTheToolbarAsArranged) {
+    const auto buttons = [this] {
+        QStringList shown;
+        for (const QAction* action : window->toolbar().actions()) {
+            if (QWidget* widget = window->toolbar().widgetForAction(const_cast<QAction*>(action)))
+                shown.append(widget->objectName());
+        }
+        return shown;
+    };
+    EXPECT_EQ(buttons(), (QStringList{u"Queue/Pause"_s, u"Accelerate/Throttle"_s, u"More Actions"_s,
+                                      QString(), u"Filter"_s}));
+    defaults.set(ui::settings::mainToolbarWithThrottling,
+                 QStringList{u"Add from Pasteboard"_s, u"Unheard Of"_s, u"Auto-Queue/Pause"_s,
+                             u"Auto-Queue/Pause"_s});
+    window = std::make_unique<ui::MainWindow>(commands);
+    EXPECT_EQ(buttons(), (QStringList{u"Add from Pasteboard"_s, u"Auto-Queue/Pause"_s}));
+    EXPECT_FALSE(commands.state(app::Command::Find, 1).isEnabled);
+
+    auto* schedule = find<QToolButton>(u"schedule-queue"_s);
+    QTest::mouseClick(schedule, Qt::LeftButton);
+    EXPECT_TRUE(defaults.get(app::settings::scheduleQueue));
+    EXPECT_TRUE(schedule->isChecked());
+    defaults.set(app::settings::scheduleQueue, false);
+    main.settle();
+    EXPECT_FALSE(schedule->isChecked()) << "it follows changes made elsewhere";
+}
+
+TEST_F(MainWindowTest, TakesDropsAndNeverTheSource) {
+    QMimeData links, prose;
+    links.setData(u"text/uri-list"_s, "http://d.example/d\r\n");
+    prose.setText(QString());
+    QWidget* viewport = window->list().viewport();
+    const auto enter = [&](const QMimeData& data) {
+        QDragEnterEvent event({50, 50}, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton,
+                              Qt::ShiftModifier);
+        event.setDropAction(Qt::MoveAction);
+        QApplication::sendEvent(viewport, &event);
+        return event.isAccepted() ? event.dropAction() : Qt::IgnoreAction;
+    };
+    EXPECT_EQ(enter(prose), Qt::IgnoreAction);
+    EXPECT_EQ(enter(links), Qt::CopyAction) << "even with the key held that means to move";
+    QDropEvent drop({50, 50}, Qt::CopyAction, &links, Qt::LeftButton, {});
+    QApplication::sendEvent(viewport, &drop);
+    EXPECT_TRUE(drop.isAccepted());
+    main.settle();
+    EXPECT_EQ(queue(), QStringList{u"d"_s});
+}
+
+TEST_F(MainWindowTest, NamesItsControlsForAssistants) {
+    QStringList nameless;
+    for (QWidget* widget : window->findChildren<QWidget*>()) {
+        const bool isControl = widget->focusPolicy() != Qt::NoFocus && !widget->inherits("QMenu") &&
+                               !widget->inherits("QScrollBar") &&
+                               widget->objectName() != u"qt_scrollarea_viewport";
+        QAccessibleInterface* interface = QAccessible::queryAccessibleInterface(widget);
+        if (isControl && interface && interface->text(QAccessible::Name).isEmpty())
+            nameless.append(QString::fromLatin1(widget->metaObject()->className()) + u' ' +
+                            widget->objectName());
+    }
+    EXPECT_THAT(nameless, IsEmpty());
+}
+
+TEST(RubberWindow, IsAsHighAsItsRowsAndTheScreenAllow) {
+    const ui::RubberMeasures one{40, 40, 1, false, 100, 180, 400};
+    const struct {
+        int contentHeight, numberOfRows;
+        bool isCollapsing;
+        int roomHeight, height;
+    } cases[] = {
+        {0, 0, false, 400, 140},    {40, 1, false, 60, 140}, {120, 3, false, 400, 220},
+        {800, 20, false, 400, 400}, {80, 2, false, 90, 180}, {30, 2, true, 400, 140 + 40},
+        {70, 2, true, 400, 180},
+    };
+    for (const auto& expected : cases) {
+        ui::RubberMeasures measures = one;
+        measures.contentHeight = expected.contentHeight;
+        measures.numberOfRows = expected.numberOfRows;
+        measures.isCollapsing = expected.isCollapsing;
+        measures.roomHeight = expected.roomHeight;
+        EXPECT_EQ(ui::rubberHeight(measures), expected.height)
+            << expected.numberOfRows << " rows of " << expected.contentHeight;
+    }
+    EXPECT_EQ(ui::correctedWindowHeight(333, 100, 40), 300);
+    EXPECT_EQ(ui::correctedWindowHeight(90, 100, 40), 90);
+}
+
+}  // namespace
