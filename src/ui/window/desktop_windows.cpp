@@ -5,6 +5,7 @@
 #include "platform/base/user_defaults.h"
 #include "ui/commands/main_menu.h"
 #include "ui/history/history_menu.h"
+#include "ui/rules/rule_editor.h"
 #include "ui/schedule/toolbar_explanation.h"
 #include "ui/settings/settings_window.h"
 #include "ui/text.h"
@@ -21,6 +22,10 @@ DesktopWindows::DesktopWindows(app::DQMainController& controller, DesktopFrontEn
       commands_({controller, platform::standardDefaults(), frontEnd.frontEnd()}) {
     commands_.provide(Command::ShowPreferences,
                       {[this](qint64) { showPreferencesSection({}); }, {}});
+    commands_.editRule = [this](const QVariantMap& rule) {
+        defineOrEditSpecialCase(rule, commands_.surroundings().controller.ruleBook(),
+                                commands_.surroundings().defaults, window_.get());
+    };
     window_ = std::make_unique<MainWindow>(commands_);
     makeHistoryMenu();
     QObject::connect(&window_->toolbar(), &MainToolbar::shortcutUsed, window_.get(),
