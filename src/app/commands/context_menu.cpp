@@ -5,7 +5,7 @@
 #include "app/commands/bulk_commands.h"
 #include "app/commands/commands.h"
 #include "app/commands/folder_items.h"
-#include "app/rules/rule_applications.h"
+#include "app/commands/open_with.h"
 #include "app/settings.h"
 #include "engine/download.h"
 #include "engine/environment.h"
@@ -163,29 +163,19 @@ private:
     }
 
     void addOpenItems() {
-        QStringList paths, extensions;
+        QStringList paths;
         for (const engine::DownloadPtr& download : downloads_) {
             if (download->status() != engine::DQDownloadStatusDone || !download->fileExists()) {
                 return;
             }
             paths.append(download->path());
-            extensions.append(paths.last().section(u'.', -1));
         }
         add(localized("Open"), [downloads = downloads_] { open(downloads); });
-        Menu applications;
-        for (const auto& application : applicationsForExtensions(extensions)) {
-            MenuItem item =
-                action(literalTitle(application.name), [paths, id = application.identifier] {
-                    for (const QString& path : paths) {
-                        engine::environment().openWithApplication(path, id);
-                    }
-                });
-            item.icon = {MenuIcon::Kind::Application, application.iconName};
-            applications.push_back(std::move(item));
-        }
-        if (!applications.empty()) {
-            menu_.push_back(submenu(localized("Open with"), std::move(applications)));
-        }
+        appendOpenWith(menu_, paths, [paths](const QString& identifier) {
+            for (const QString& path : paths) {
+                engine::environment().openWithApplication(path, identifier);
+            }
+        });
     }
 
     void addCommonEnd() {

@@ -20,10 +20,6 @@ public:
 
 private:
     void fill();
-    void addFileItems(const QString& path);
-    void addAddressItems();
-    void add(const char* title, void (app::HistoryActions::*action)(const QString&) const,
-             const QString& object);
 
     const app::HistoryEntry entry_;
     const app::HistoryActions actions_;

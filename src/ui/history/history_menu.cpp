@@ -1,5 +1,6 @@
 #include "ui/history/history_menu.h"
 
+#include <QKeyEvent>
 #include <QWidgetAction>
 
 #include "app/history/historian.h"
@@ -15,7 +16,7 @@ HistoryMenu::HistoryMenu(app::DQHistorian& historian, app::DQMainController& con
     : HistoryListMenu(app::HistoryActions(controller), icons_, parent),
       historian_(historian),
       defaults_(defaults) {
-    setTitle(translated("History"));
+    setTitle(translated("H&istory"));
     if (searchField == SearchField::Shown) {
         makeSearch();
     }
@@ -71,6 +72,23 @@ void HistoryMenu::populate() {
     addSeparator();
     connect(addAction(translated("Clear History")), &QAction::triggered, &historian_,
             &app::DQHistorian::clear);
+}
+
+void HistoryMenu::keyPressEvent(QKeyEvent* event) {
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    QAction* active = activeAction();
+    if (search_ && search_->type(*event)) {
+        setActiveAction(fixedItems_.first());
+        return;
+    }
+    if (isReturn && search_ && (active == nullptr || fixedItems_.contains(active))) {
+        // Making an entry the active one would open its submenu; going down does not.
+        setActiveAction(fixedItems_.first());
+        QKeyEvent down(QEvent::KeyPress, Qt::Key_Down, Qt::NoModifier);
+        HistoryListMenu::keyPressEvent(&down);
+        return;
+    }
+    HistoryListMenu::keyPressEvent(event);
 }
 
 void HistoryMenu::addDays(const app::HistoryListing& listing) {

@@ -30,6 +30,10 @@ public:
                 QWidget* parent = nullptr);
     ~HistoryMenu() override;
 
+protected:
+    /// What is typed goes to the search field, and Return goes on to what was found.
+    void keyPressEvent(QKeyEvent* event) override;
+
 private:
     void rebuild();
     void makeSearch();

@@ -1,13 +1,14 @@
 #include "ui/history/history_search.h"
 
-#include <QButtonGroup>
-#include <QHBoxLayout>
+#include <QCoreApplication>
+#include <QKeyEvent>
 #include <QLineEdit>
-#include <QToolButton>
+#include <QVBoxLayout>
 
 #include "app/settings.h"
 #include "ui/art/icons.h"
 #include "ui/text.h"
+#include "ui/window/scope_bar.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -17,13 +18,15 @@ HistorySearch::HistorySearch(platform::UserDefaults& defaults, QWidget* parent)
     : QWidget(parent),
       defaults_(defaults),
       historySearchField(new QLineEdit(this)),
-      historySearchScopeBar(new QWidget(this)) {
+      historySearchScopeBar(
+          new ScopeBar(translated("Search:"),
+                       {{u"Name"_s, translated("Name")}, {u"URL"_s, translated("URL")}}, this)) {
     historySearchField->setObjectName(u"historySearchField"_s);
     historySearchField->setPlaceholderText(translated("Search"));
     historySearchField->setAccessibleName(translated("Search"));
     historySearchField->setClearButtonEnabled(true);
     historySearchField->addAction(symbolIcon(u"filter"_s), QLineEdit::LeadingPosition);
-    makeScopeBar();
+    historySearchScopeBar->select(defaults_.get(app::settings::historySearchCriterion));
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(6, 4, 6, 4);
     column->setSpacing(4);
@@ -35,29 +38,21 @@ HistorySearch::HistorySearch(platform::UserDefaults& defaults, QWidget* parent)
         showScopeBarIfSearching();
         Q_EMIT searchChanged();
     });
+    connect(historySearchScopeBar, &ScopeBar::selected, this, [this](const QString& criterion) {
+        defaults_.set(app::settings::historySearchCriterion, criterion);
+        Q_EMIT searchChanged();
+    });
 }
 
-void HistorySearch::makeScopeBar() {
-    auto* row = new QHBoxLayout(historySearchScopeBar);
-    row->setContentsMargins(0, 0, 0, 0);
-    auto* group = new QButtonGroup(historySearchScopeBar);
-    const bool checksURL = defaults_.get(app::settings::historySearchCriterion) == u"URL"_s;
-    for (const char* scope : {"Name", "URL"}) {
-        auto* button = new QToolButton(historySearchScopeBar);
-        const QString criterion = QString::fromLatin1(scope);
-        button->setObjectName(criterion);
-        button->setText(translated(scope));
-        button->setCheckable(true);
-        button->setAutoRaise(true);
-        button->setChecked(checksURL == (criterion == u"URL"_s));
-        group->addButton(button);
-        row->addWidget(button);
-        connect(button, &QToolButton::clicked, this, [this, criterion] {
-            defaults_.set(app::settings::historySearchCriterion, criterion);
-            Q_EMIT searchChanged();
-        });
+bool HistorySearch::type(QKeyEvent& event) {
+    const bool isText = !event.text().isEmpty() && event.text().front().isPrint() &&
+                        !(event.modifiers() & (Qt::ControlModifier | Qt::AltModifier));
+    if (!isText || !historySearchField->isEnabled() || historySearchField->hasFocus()) {
+        return false;
     }
-    row->addStretch();
+    historySearchField->setFocus();
+    QCoreApplication::sendEvent(historySearchField, &event);
+    return true;
 }
 
 void HistorySearch::showScopeBarIfSearching() {

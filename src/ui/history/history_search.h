@@ -5,10 +5,12 @@
 
 #include "platform/base/user_defaults.h"
 
-class QButtonGroup;
+class QKeyEvent;
 class QLineEdit;
 
 namespace ui {
+
+class ScopeBar;
 
 /// The search field of the History menu, and below it, while there is something in the field, the
 /// choice of what the search looks at.
@@ -21,17 +23,19 @@ public:
     [[nodiscard]] QStringList terms() const;
     /// With nothing to search in, the field is emptied and cannot be used.
     void setHasHistory(bool has);
+    /// Puts what was typed elsewhere into the field. False: it is no text, or there is nothing to
+    /// search in.
+    bool type(QKeyEvent& event);
 
 Q_SIGNALS:
     void searchChanged();
 
 private:
-    void makeScopeBar();
     void showScopeBarIfSearching();
 
     platform::UserDefaults& defaults_;
     QLineEdit* historySearchField;
-    QWidget* historySearchScopeBar;
+    ScopeBar* historySearchScopeBar;
 };
 
 }  // namespace ui

@@ -1,8 +1,8 @@
 #include "ui/menus/menu_items.h"
 
-#include <QAction>
-#include <QFontDatabase>
-#include <QMenu>
+#include <QList>
+
+#include "ui/commands/menu_items.h"
 
 namespace ui {
 
@@ -16,12 +16,7 @@ QString menuText(const QString& text, int mostCharacters) {
 }
 
 QAction* addInertItem(QMenu& menu, const QString& text) {
-    constexpr int mostCharacters = 80;
-    QAction* item = menu.addAction(menuText(text, mostCharacters));
-    item->setEnabled(false);
-    item->setToolTip(text);
-    item->setFont(QFontDatabase::systemFont(QFontDatabase::SmallestReadableFont));
-    return item;
+    return addMenuItems(menu, {app::note(text)}).first();
 }
 
 }  // namespace ui

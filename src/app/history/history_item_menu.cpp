@@ -1,0 +1,60 @@
+#include "app/history/history_item_menu.h"
+
+#include "app/commands/open_with.h"
+#include "links/localization.h"
+
+namespace app {
+
+namespace {
+
+class ItemMenu {
+public:
+    explicit ItemMenu(const HistoryActions& actions) : actions_(actions) {}
+
+    void addFileItems(const QString& path) {
+        add("Open", &HistoryActions::open, path);
+        appendOpenWith(menu_, {path}, [actions = actions_, path](const QString& identifier) {
+            actions.openWithApplication(path, identifier);
+        });
+        add("Show in Folder", &HistoryActions::reveal, path);
+        add("Move to Trash", &HistoryActions::moveToTrash, path);
+        menu_.push_back(separator());
+        add("Copy Path", &HistoryActions::copyPath, path);
+        menu_.push_back(note(path));
+        menu_.push_back(separator());
+    }
+
+    void addAddressItems(const QString& url) {
+        add("Open Original URL", &HistoryActions::openOriginalURL, url);
+        add("Copy Original URL", &HistoryActions::copyOriginalURL, url);
+        menu_.push_back(note(url));
+        menu_.push_back(separator());
+        add("Download Again", &HistoryActions::download, url);
+    }
+
+    [[nodiscard]] Menu taken() { return std::move(menu_); }
+
+private:
+    void add(const char* title, void (HistoryActions::*perform)(const QString&) const,
+             const QString& object) {
+        menu_.push_back(action(links::localized(title), [actions = actions_, perform, object] {
+            (actions.*perform)(object);
+        }));
+    }
+
+    const HistoryActions& actions_;
+    Menu menu_;
+};
+
+}  // namespace
+
+Menu historyItemMenu(const HistoryEntry& entry, const HistoryActions& actions) {
+    ItemMenu menu(actions);
+    if (const auto path = entry.existingPath()) {
+        menu.addFileItems(*path);
+    }
+    menu.addAddressItems(entry.originalURL);
+    return menu.taken();
+}
+
+}  // namespace app
