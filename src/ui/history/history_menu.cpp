@@ -33,6 +33,7 @@ void HistoryMenu::makeSearch() {
     item->setDefaultWidget(search_);
     addAction(item);
     fixedItems_ = {item, addSeparator()};
+    connect(this, &QMenu::aboutToShow, search_, &HistorySearch::selectText);
     connect(search_, &HistorySearch::searchChanged, this, [this] {
         if (isVisible()) {
             rebuild();

@@ -70,4 +70,8 @@ void HistorySearch::setHasHistory(bool has) {
     historySearchField->setEnabled(has);
 }
 
+void HistorySearch::selectText() {
+    historySearchField->selectAll();
+}
+
 }  // namespace ui

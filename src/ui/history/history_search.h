@@ -23,6 +23,8 @@ public:
     [[nodiscard]] QStringList terms() const;
     /// With nothing to search in, the field is emptied and cannot be used.
     void setHasHistory(bool has);
+    /// What is typed next replaces it.
+    void selectText();
     /// Puts what was typed elsewhere into the field. False: it is no text, or there is nothing to
     /// search in.
     bool type(QKeyEvent& event);
