@@ -16,7 +16,7 @@ HistoryMenu::HistoryMenu(app::DQHistorian& historian, app::DQMainController& con
     : HistoryListMenu(app::HistoryActions(controller), icons_, parent),
       historian_(historian),
       defaults_(defaults) {
-    setTitle(translated("H&istory"));
+    setTitle(translated("History"));
     if (searchField == SearchField::Shown) {
         makeSearch();
     }

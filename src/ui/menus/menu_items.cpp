@@ -1,8 +1,8 @@
 #include "ui/menus/menu_items.h"
 
-#include <QList>
-
-#include "ui/commands/menu_items.h"
+#include <QAction>
+#include <QFontDatabase>
+#include <QMenu>
 
 namespace ui {
 
@@ -16,7 +16,12 @@ QString menuText(const QString& text, int mostCharacters) {
 }
 
 QAction* addInertItem(QMenu& menu, const QString& text) {
-    return addMenuItems(menu, {app::note(text)}).first();
+    constexpr int mostCharacters = 80;
+    QAction* item = menu.addAction(menuText(text, mostCharacters));
+    item->setEnabled(false);
+    item->setToolTip(text);
+    item->setFont(QFontDatabase::systemFont(QFontDatabase::SmallestReadableFont));
+    return item;
 }
 
 }  // namespace ui
