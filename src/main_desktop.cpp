@@ -8,6 +8,7 @@
 #include "platform/base/arguments.h"
 #include "platform/session/signal_watcher.h"
 #include "ui/art/icons.h"
+#include "ui/authentication/authentication_panel.h"
 #include "ui/window/desktop_front_end.h"
 #include "ui/window/desktop_windows.h"
 
@@ -28,9 +29,12 @@ int main(int argumentCount, char** argumentValues) {
     const platform::ParsedArguments parsed = platform::parseArguments(arguments);
 
     ui::DesktopFrontEnd frontEnd;
+    ui::AuthenticationPanel authenticationPanel;
     std::unique_ptr<ui::DesktopWindows> windows;
     app::Application core({parsed.defaults, parsed.rest});
-    const auto start = core.start(frontEnd.frontEnd(), [&](app::DQMainController& controller) {
+    app::FrontEnd parts = frontEnd.frontEnd();
+    parts.authentication = &authenticationPanel;
+    const auto start = core.start(parts, [&](app::DQMainController& controller) {
         windows = std::make_unique<ui::DesktopWindows>(controller, frontEnd);
     });
     if (!start.problem.isEmpty()) {

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <thread>
 
+#include "app/authentication/http_authentication_manager.h"
 #include "app/history/historian.h"
 #include "app/lifecycle/handover.h"
 #include "app/lifecycle/instance_lock.h"
@@ -24,6 +25,7 @@
 #include "platform/base/user_defaults.h"
 #include "platform/files/files.h"
 #include "platform/net/cookie_storage.h"
+#include "platform/net/credential_storage.h"
 #include "platform/session/applications.h"
 #include "platform/session/power.h"
 #include "platform/session/workspace.h"
@@ -108,7 +110,8 @@ private:
 /// What the engine needs of a front end and of the machine.
 class EngineEnvironment {
 public:
-    EngineEnvironment(const FrontEnd& frontEnd, std::shared_ptr<engine::PageReader> pageReader) {
+    EngineEnvironment(const FrontEnd& frontEnd, DQHTTPAuthenticationManager& authentication,
+                      std::shared_ptr<engine::PageReader> pageReader) {
         engine::Environment environment;
         environment.addToHistory = [](engine::DQDownload& download) {
             mainController().addToHistory(download);
@@ -128,6 +131,12 @@ public:
                 clipboard->copy({{}, text});
             };
         }
+        environment.acquireAuthentication = [&authentication](http::HTTPRequest& request) {
+            authentication.acquireAuthenticationForRequest(request);
+        };
+        environment.cancelAuthentication = [&authentication](http::HTTPRequest& request) {
+            authentication.cancelAuthenticationForRequest(request);
+        };
         environment.isModalWindowUp = [&presence = frontEnd.presence] {
             return presence.isShowingModalWindow();
         };
@@ -163,7 +172,8 @@ public:
 
     Private(const QVariantMap& arguments, const FrontEnd& frontEnd, Receive receive)
         : standardDefaults(loop, arguments),
-          environment(frontEnd, downloadPages),
+          authentication(frontEnd.authentication, standardDefaults.defaults),
+          environment(frontEnd, authentication, downloadPages),
           historian(standardDefaults.defaults, loop),
           controller({loop, standardDefaults.defaults, *power, frontEnd}),
           receiver(platform::userDataFolder(), platform::runtimeFolder(), std::move(receive)) {
@@ -180,10 +190,15 @@ public:
         platform::makeCookieStorage(platform::userDataFolder() + u"/Cookies"_s)};
     Installed<platform::CookieStorage> installedCookies{platform::installSharedCookieStorage,
                                                         *cookies};
+    std::unique_ptr<platform::CredentialStorage> secrets{
+        platform::makeSecretServiceCredentialStorage()};
+    Installed<platform::CredentialStorage> installedSecrets{
+        platform::installSharedCredentialStorage, *secrets};
     http::HTTPSession session{clock};
     std::unique_ptr<platform::Power> power{platform::makePower()};
     std::shared_ptr<DownloadPages> downloadPages{
         std::make_shared<DownloadPages>(standardDefaults.defaults, loop)};
+    DQHTTPAuthenticationManager authentication;
     EngineEnvironment environment;
     DQHistorian historian;
     Installed<DQHistorian> installedHistorian{installHistorian, historian};

@@ -118,6 +118,8 @@ public:
     virtual void copy(const Pasteboard& pasteboard) = 0;
 };
 
+class AuthenticationPrompt;
+
 /// One front end. What it refers to outlives the core.
 struct FrontEnd {
     Questions& questions;
@@ -126,6 +128,8 @@ struct FrontEnd {
     DownloadListView& list;
     /// Null: nothing can be copied.
     Clipboard* clipboard = nullptr;
+    /// Null: nobody can be asked for passwords.
+    AuthenticationPrompt* authentication = nullptr;
 };
 
 }  // namespace app

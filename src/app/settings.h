@@ -130,6 +130,11 @@ inline constexpr Setting<bool> privateDownloadingSendsUserNotifications{
     u"Private Downloading Sends User Notifications", false, false,
     "Notifications are sent while downloading in private as well."};
 
+// Passwords.
+inline constexpr Setting<bool> storePasswordsInKeychain{
+    u"Store Passwords In Keychain", true, true,
+    "A password that is typed in is kept in the desktop's secret store."};
+
 // History.
 inline constexpr Setting<qint64> numberOfHistoryItems{
     u"Number Of History Items", 100, true, "How many entries the history keeps; negative: all."};

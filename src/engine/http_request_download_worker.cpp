@@ -49,6 +49,10 @@ void setRange(platform::HTTPHeaders& headers, const QString& range, const QStrin
         headers.set(u"If-Range"_s, validator);
 }
 
+bool isChallenge(int statusCode) {
+    return statusCode == 401 || statusCode == 407;
+}
+
 /// With a transfer coding, "Content-Length" does not count (RFC 9112, 6.3). 0: unknown.
 qint64 announcedLength(const platform::HTTPHeaders& headers) {
     if (headers.contains(u"Transfer-Encoding"_s))
@@ -99,6 +103,8 @@ void DQHTTPRequestDownloadWorker::requestDidReceiveResponseHeaders(
     http::HTTPRequest& request, const platform::HTTPHeaders& headers) {
     const auto keep = shared_from_this();
     statusCode_ = request.responseStatusCode();
+    if (!isChallenge(statusCode_))
+        environment().cancelAuthentication(request);
     // Whatever sent the request again: what has been written belongs to another answer.
     if (downloadedBytes() > 0)
         return stopWithError(makeWorkerError(
@@ -231,10 +237,10 @@ void DQHTTPRequestDownloadWorker::stopWithError(const platform::Error& error) {
 }
 
 void DQHTTPRequestDownloadWorker::cleanUpActiveRequest(bool mayBeLive) {
-    if (_downloadRequest && mayBeLive) {
+    if (_downloadRequest)
         environment().cancelAuthentication(*_downloadRequest);
+    if (_downloadRequest && mayBeLive)
         _downloadRequest->clearDelegatesAndCancel();
-    }
     _downloadRequest.reset();
     _downloadFile.close();
 }

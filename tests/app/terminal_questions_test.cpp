@@ -14,8 +14,9 @@ using app::terminal::LiveReporter;
 /// Answers from a list; when that is empty, the terminal is gone.
 class ScriptedPrompt final : public app::terminal::Prompt {
 public:
+    [[nodiscard]] bool exists() const override { return available; }
     [[nodiscard]] bool isAvailable() const override { return available; }
-    std::optional<QString> ask(const QString& question) override {
+    std::optional<QString> ask(const QString& question, Echo) override {
         asked.append(question);
         if (answers.isEmpty())
             return {};

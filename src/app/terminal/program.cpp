@@ -14,6 +14,7 @@
 #include "app/terminal/opened_items.h"
 #include "app/terminal/prompt.h"
 #include "app/terminal/session.h"
+#include "app/terminal/terminal_authentication.h"
 #include "app/terminal/terminal_presence.h"
 #include "app/terminal/terminal_questions.h"
 #include "links/localization.h"
@@ -69,7 +70,8 @@ public:
           application_({line.settings, opened.items}) {}
 
     [[nodiscard]] ProgramEnd toTheEnd() {
-        const FrontEnd frontEnd{questions_, feedback_, presence_, listView_};
+        const FrontEnd frontEnd{questions_, feedback_, presence_,
+                                listView_,  nullptr,   &authentication_};
         const Application::Start start = application_.start(
             frontEnd, [this](DQMainController& controller) { listenTo(controller); });
         if (!start.problem.isEmpty())
@@ -121,24 +123,34 @@ private:
     void handleSignal(int number) {
         switch (number) {
             case SIGWINCH:
-                session_->resume();
+                if (!prompt_.isAsking())
+                    session_->resume();
                 return;
             case SIGTSTP:
                 session_->suspend();
+                prompt_.suspend();
                 platform::stopProcess();
                 return;
             case SIGCONT:
-                session_->resume();
+                goOn();
                 return;
             default:
                 interrupt(number);
         }
     }
 
+    void goOn() {
+        if (prompt_.isAsking())
+            prompt_.resume();
+        else
+            session_->resume();
+    }
+
     void interrupt(int number) {
         if (end_.signal != 0)
             return;
         end_.signal = number;
+        authentication_.close();
         questions_.dismissAlert();
         session_->suspend();
         display_.reporter->tell({Event::Kind::Notice,
@@ -152,11 +164,16 @@ private:
     const QString& list_;
     Display& display_;
     ProgramEnd end_;
-    TerminalPrompt prompt_{display_.output};
+    TerminalPrompt prompt_;
     TerminalQuestions questions_{prompt_, *display_.reporter, [this] {
                                      if (session_ && end_.signal == 0)
                                          session_->resume();
                                  }};
+    TerminalAuthentication authentication_{{prompt_, [this] { session_->suspend(); },
+                                            [this] {
+                                                if (end_.signal == 0)
+                                                    session_->resume();
+                                            }}};
     TerminalFeedback feedback_;
     TerminalPresence presence_{[this] { return questions_.isAsking(); }};
     TerminalListView listView_{[this] {

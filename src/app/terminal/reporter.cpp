@@ -64,7 +64,7 @@ void LiveReporter::tell(const Event& event) {
     if (event.kind == Event::Kind::Started)
         return;
     pending_.push_back({{{0, eventText(event, glyphs_), inkOf(event.kind)}}});
-    if (output_.isReady())
+    if (!isReleased_ && output_.isReady())
         tellPending();
 }
 
@@ -78,6 +78,7 @@ void LiveReporter::tellPending() {
 void LiveReporter::show(const ProgressSnapshot& snapshot) {
     if (!output_.isReady())
         return;
+    isReleased_ = false;
     tellPending();
     if (!output_.isInForeground()) {
         // The other job leaves the terminal in a state of its own.
@@ -98,6 +99,7 @@ void LiveReporter::release() {
     const QByteArray bytes = screen_.clear();
     if (!bytes.isEmpty())
         output_.write(bytes);
+    isReleased_ = true;
 }
 
 }  // namespace app::terminal

@@ -34,7 +34,7 @@ public:
     /// The output may have changed its size or content under our hands.
     virtual void invalidate() = 0;
     /// Leaves the output to others: for a question, while stopped, at the end. The next `show`
-    /// takes it again.
+    /// takes it again, and tells what has happened meanwhile.
     virtual void release() = 0;
 };
 
@@ -76,6 +76,7 @@ private:
     Screen screen_;
     std::vector<Line> pending_;  ///< Events that the terminal has not taken yet.
     std::optional<Size> size_;
+    bool isReleased_ = false;
 };
 
 /// The line of an event, printable.

@@ -45,6 +45,10 @@ class TerminalSession:
     def type(self, text):
         os.write(self._master, text.encode())
 
+    def echoes(self):
+        """Whether the terminal shows what is typed."""
+        return bool(termios.tcgetattr(self._master)[3] & termios.ECHO)
+
     def pump(self, seconds):
         """Shows what the program writes within that time. False: it has closed the terminal."""
         readable, _, _ = select.select([self._master], [], [], seconds)

@@ -1,0 +1,180 @@
+"""Servers and proxies that want to know who is there."""
+import hashlib
+import subprocess
+
+from .servers import Apache, Server
+
+REALM = "The Club"
+NAME = "müller"
+
+
+def htdigest_line(name, realm, password, algorithm="md5"):
+    digest = hashlib.new(algorithm, f"{name}:{realm}:{password}".encode()).hexdigest()
+    return f"{name}:{realm}:{digest}\n"
+
+
+def plain_line(name, password):
+    """Apache's own form of an unsalted hash."""
+    made = subprocess.run(["openssl", "passwd", "-apr1", "-stdin"], input=password.encode(),
+                          capture_output=True, check=True).stdout.decode().strip()
+    return f"{name}:{made}\n"
+
+
+class GuardedApache(Apache):
+    """/basic/FILE and /digest/FILE are guarded, /302/basic/FILE and /307/basic/FILE redirect to
+    `elsewhere` whoever is let in, and /stale/FILE has nonces that live for a second."""
+
+    elsewhere = "http://127.0.0.1:9"
+    password = "secret"
+
+    def prepare(self):
+        (self.root / "basic").write_text(plain_line(NAME, self.password))
+        (self.root / "digest").write_text(htdigest_line(NAME, REALM, self.password))
+
+    def command(self):
+        words = super().command()
+        modules = "\n".join(
+            f"LoadModule {name}_module {self.modules}/mod_{name}.so" for name in
+            ("auth_basic", "auth_digest", "authn_core", "authn_file", "authz_user", "alias",
+             "rewrite"))
+        lifetimes = (("digest", 300), ("stale", 1))
+        digests = "\n".join(f"""
+<Location /{name}>
+    AuthType Digest
+    AuthName "{REALM}"
+    AuthDigestProvider file
+    AuthUserFile {self.root}/digest
+    AuthDigestNonceLifetime {seconds}
+    Require valid-user
+</Location>""" for name, seconds in lifetimes)
+        # Rules of a location are applied after its guard's.
+        redirects = "\n".join(f"""
+<Location /{status}>
+    RewriteEngine On
+    RewriteRule ([^/]*)$ {self.elsewhere}/$1 [R={status},L]
+</Location>""" for status in (302, 307))
+        with open(self.root / "apache.conf", "a", encoding="utf-8") as configuration:
+            configuration.write(f"""
+{modules}
+LogFormat "%m|%U|%>s|%{{Authorization}}i|%u" guarded
+CustomLog {self.root}/guarded.log guarded
+Alias /basic {self.content}
+Alias /digest {self.content}
+Alias /stale {self.content}
+<LocationMatch /basic/>
+    AuthType Basic
+    AuthName "{REALM}"
+    AuthBasicProvider file
+    AuthUserFile {self.root}/basic
+    Require valid-user
+</LocationMatch>{digests}{redirects}
+""")
+        return words
+
+    def exchanges(self, part=""):
+        """Status and "Authorization" of each request whose path has that part."""
+        lines = (self.root / "guarded.log").read_text().splitlines()
+        rows = [line.split("|") for line in lines]
+        return [(row[2], row[3]) for row in rows if part in row[1]]
+
+
+class Recorder(Apache):
+    """Says no to everything, in the same realm, and writes down what it was sent."""
+
+    def command(self):
+        words = super().command()
+        modules = "\n".join(
+            f"LoadModule {name}_module {self.modules}/mod_{name}.so" for name in
+            ("auth_basic", "authn_core", "authn_file", "authz_user", "log_forensic"))
+        (self.root / "nobody").write_text("")
+        with open(self.root / "apache.conf", "a", encoding="utf-8") as configuration:
+            configuration.write(f"""
+{modules}
+ForensicLog {self.root}/forensic.log
+<Location />
+    AuthType Basic
+    AuthName "{REALM}"
+    AuthBasicProvider file
+    AuthUserFile {self.root}/nobody
+    Require valid-user
+</Location>
+""")
+        return words
+
+    def heads(self):
+        """All heads of requests, as they came."""
+        return (self.root / "forensic.log").read_text()
+
+
+class Lighttpd(Server):
+    """Everything below /sha256 is guarded by Digest with SHA-256."""
+
+    password = "secret"
+
+    def prepare(self):
+        (self.root / "users").write_text(htdigest_line(NAME, REALM, self.password, "sha256"))
+
+    def command(self):
+        configuration = self.root / "lighttpd.conf"
+        configuration.write_text(f"""
+server.document-root = "{self.content}"
+server.port = {self.port}
+server.bind = "127.0.0.1"
+server.errorlog = "{self.root}/errors"
+server.modules = ("mod_auth", "mod_authn_file", "mod_alias", "mod_accesslog")
+accesslog.filename = "{self.log}"
+accesslog.format = "%m|%U|%s|%{{Authorization}}i|%B"
+alias.url = ("/sha256" => "{self.content}")
+auth.backend = "htdigest"
+auth.backend.htdigest.userfile = "{self.root}/users"
+auth.require = ("/sha256" => ("method" => "digest", "algorithm" => "SHA-256",
+                              "realm" => "{REALM}", "require" => "valid-user"))
+""")
+        return ["lighttpd", "-D", "-f", str(configuration)]
+
+
+class Squid(Server):
+    """A proxy that lets nobody through without a password. `kind`: basic, digest or ntlm."""
+
+    kind = "basic"
+    password = "secret"
+    name = "gatekeeper"
+    helpers = "/usr/lib/squid"
+
+    def prepare(self):
+        digest = htdigest_line(self.name, REALM, self.password)
+        lines = {"basic": plain_line(self.name, self.password), "digest": digest}
+        (self.root / "users").write_text(lines.get(self.kind, ""))
+        self.root.chmod(0o777)
+
+    def scheme_lines(self):
+        helper = {"basic": f"{self.helpers}/basic_ncsa_auth {self.root}/users",
+                  "digest": f"{self.helpers}/digest_file_auth -c {self.root}/users",
+                  "ntlm": f"{self.helpers}/ntlm_fake_auth"}[self.kind]
+        lines = [f"auth_param {self.kind} program {helper}",
+                 f"auth_param {self.kind} children 1 startup=1"]
+        if self.kind != "ntlm":
+            lines.append(f"auth_param {self.kind} realm {REALM}")
+        return "\n".join(lines)
+
+    def command(self):
+        configuration = self.root / "squid.conf"
+        configuration.write_text(f"""
+http_port 127.0.0.1:{self.port}
+pid_filename {self.root}/pid
+cache_log {self.root}/errors
+logformat plain %rm|%ru|%>Hs|%un|%>p
+access_log stdio:{self.log} logformat=plain
+cache deny all
+coredump_dir {self.root}
+shutdown_lifetime 0 seconds
+{self.scheme_lines()}
+acl known proxy_auth REQUIRED
+http_access allow known
+http_access deny all
+""")
+        return ["squid", "-N", "-f", str(configuration)]
+
+    def exchanges(self):
+        """Method, status and user's name of each request."""
+        return [(row[0], row[2], row[3]) for row in self.requests()]

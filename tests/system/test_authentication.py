@@ -1,0 +1,193 @@
+"""Names and passwords: who is asked, who gets them, and where they never turn up."""
+import os
+import unittest
+
+from support.case import SystemTest
+from support.guarded import NAME, REALM, GuardedApache, Lighttpd, Recorder
+from support.keyring import Keyring
+from support.servers import free_port
+from support.terminal import TerminalSession
+
+CANARY = "kanarienvogel-4711"
+SIZE = 200_000
+
+
+class GuardedTest(SystemTest):
+    server_class = type("Canaries", (GuardedApache,), {"password": CANARY})
+
+    def session(self, *arguments, **options):
+        session = TerminalSession(self.home, *arguments, **options)
+        self.addCleanup(session.close)
+        return session
+
+    def log_in(self, session, password=CANARY, name=NAME):
+        session.wait_for(lambda lines: lines and lines[-1] == "Name:")
+        session.type(name + "\n")
+        session.wait_for(lambda lines: lines and lines[-1] == "Password:")
+        session.type(password + "\n")
+
+
+class AskingTest(GuardedTest):
+    def test_schemes(self):
+        lighttpd = type("Canaries", (Lighttpd,), {"password": CANARY})()
+        self.addCleanup(lighttpd.close)
+        for server, path, promise in ((self.server, "/basic/a.bin", "as plain text"),
+                                      (self.server, "/digest/b.bin", "securely"),
+                                      (lighttpd, "/sha256/c.bin", "securely")):
+            with self.subTest(path):
+                name = path.rpartition("/")[2]
+                source = self.serve(name, SIZE)
+                (lighttpd.content / name).write_bytes(source.read_bytes())
+                session = self.session(server.url(path))
+                session.wait_for_text(f'You need to log in before downloading "{name}" from '
+                                      f'"{REALM}".')
+                session.wait_for_text(f"submitted {promise}")
+                self.log_in(session)
+                self.assertEqual(session.finish(), 0)
+                self.assert_downloaded(name, source)
+
+    def test_one_answer_serves_all_and_later_ones_need_none(self):
+        paths = [f"/digest/many-{number}.bin" for number in range(6)]
+        for path in paths:
+            self.serve(path.rpartition("/")[2], SIZE)
+        session = self.session("-Number Of Concurrent Downloads", "3",
+                               "-Number Of Concurrent Downloads Per Host", "3",
+                               *map(self.server.url, paths))
+        self.log_in(session)
+        self.assertEqual(session.finish(), 0)
+        self.assertEqual(len(self.home.finished()), 6)
+        self.assertEqual(session.raw.count(b"Password:"), 1)
+        refused = [status for status, _ in self.server.exchanges("/many-") if status == "401"]
+        self.assertLessEqual(len(refused), 3, "a stored challenge cost another round trip")
+
+    def test_wrong_and_then_right(self):
+        source = self.serve("second.bin", SIZE)
+        session = self.session(self.server.url("/digest/second.bin"))
+        self.log_in(session, "wrong")
+        session.wait_for(lambda lines: sum("Name:" in line for line in lines) == 2)
+        self.log_in(session)
+        self.assertEqual(session.finish(), 0)
+        self.assert_downloaded("second.bin", source)
+
+    def test_a_nonce_that_grows_old_asks_nobody(self):
+        paths = [f"/stale/old-{number}.bin" for number in range(2)]
+        for path in paths:
+            self.serve(path.rpartition("/")[2], 600_000)
+        session = self.session("-Number Of Concurrent Downloads", "1", "-Throttle: Enabled", "YES",
+                               "-Throttle: Limit", "300000", *map(self.server.url, paths))
+        self.log_in(session)
+        self.assertEqual(session.finish(), 0)
+        self.assertEqual(session.raw.count(b"Password:"), 1)
+        self.assertEqual(len(self.home.finished()), 2)
+
+    def test_nobody_to_ask(self):
+        self.serve("lonely.bin", SIZE)
+        result = self.home.run(self.server.url("/basic/lonely.bin"), start_new_session=True)
+        self.assert_status(result, 1)
+        self.assertIn("Authentication needed", result.stderr)
+        self.assertEqual(self.home.finished(), [])
+
+    def test_no_answer(self):
+        self.serve("refused.bin", SIZE)
+        session = self.session(self.server.url("/basic/refused.bin"))
+        session.wait_for_text("Name:")
+        session.type("\n")
+        self.assertEqual(session.finish(), 1)
+        self.assertIn(b"Authentication needed", session.raw)
+
+    def test_interrupted_while_asking(self):
+        self.serve("halted.bin", SIZE)
+        session = self.session(self.server.url("/basic/halted.bin"))
+        session.wait_for_text("Name:")
+        session.type(NAME + "\n")
+        session.wait_for_text("Password:")
+        session.type("\x03")
+        self.assertLess(session.finish(), 0)
+        self.assertTrue(session.echoes(), "the terminal was left without echo")
+        self.assertEqual(len(self.home.queue()), 1)
+
+
+class KeepingTest(GuardedTest):
+    def setUp(self):
+        super().setUp()
+        self.keyring = Keyring(self.home)
+        self.addCleanup(self.keyring.close)
+
+    def test_the_desktops_store_remembers(self):
+        path = "/digest/kept.bin"
+        self.serve("kept.bin", SIZE)
+        # A refusal to keep it, a mistake that is not kept, and then for good.
+        for arguments, passwords in ((("-Store Passwords In Keychain", "NO"), [CANARY]),
+                                     ((), ["mistake", CANARY]), ((), [])):
+            with self.subTest(arguments=arguments, asked=len(passwords)):
+                session = self.session(*arguments, self.server.url(path),
+                                       environment=self.keyring.environment)
+                for number, password in enumerate(passwords):
+                    session.wait_for(
+                        lambda lines: sum("Name:" in line for line in lines) == number + 1)
+                    self.log_in(session, password)
+                self.assertEqual(session.finish(), 0)
+                self.assertEqual(session.raw.count(b"Password:"), len(passwords))
+                (self.home.downloads / "kept.bin").unlink()
+        for file in self.home.root.rglob("*"):
+            if file.is_file():
+                self.assertNotIn(CANARY.encode(), file.read_bytes(), file)
+
+
+class SecrecyTest(GuardedTest):
+    def attributes(self, path):
+        return [os.getxattr(path, name) for name in os.listxattr(path)]
+
+    def assert_no_canary(self, text, where):
+        self.assertNotIn(CANARY.encode(), text, where)
+
+    def test_a_password_turns_up_nowhere(self):
+        self.serve("quiet.bin", 2_000_000)
+        session = self.session("-DQDebugLog", "YES", "-Throttle: Enabled", "YES",
+                               "-Throttle: Limit", "1000000", self.server.url("/basic/quiet.bin"))
+        self.log_in(session)
+        session.wait_for_text("%")
+        process = session.process.pid
+        for name in ("cmdline", "environ"):
+            with open(f"/proc/{process}/{name}", "rb") as file:
+                self.assert_no_canary(file.read(), name)
+        self.assert_folders_are_clean()
+        self.assertEqual(session.finish(), 0)
+        self.assertEqual(self.home.finished(), ["quiet.bin"])
+        self.assert_folders_are_clean()
+        self.assert_no_canary(session.raw, "the terminal")
+
+    def assert_folders_are_clean(self):
+        searched = 0
+        for path in self.home.root.rglob("*"):
+            for value in self.attributes(path):
+                self.assert_no_canary(value, path)
+            if path.is_file() and path.suffix != ".bin":
+                self.assert_no_canary(path.read_bytes(), path)
+                searched += 1
+        self.assertGreater(searched, 2)
+
+    def test_redirects_carry_nothing(self):
+        elsewhere = Recorder()
+        self.addCleanup(elsewhere.close)
+        port = free_port()
+        cases = {"another port": elsewhere.url(""), "another host": elsewhere.url("").replace(
+            "127.0.0.1", "localhost"), "another scheme": f"https://127.0.0.1:{port}"}
+        for what, target in cases.items():
+            for path in ("/302/basic/moved.bin", "/307/basic/moved.bin"):
+                with self.subTest(what, path=path):
+                    server = type("Redirector", (GuardedApache,),
+                                  {"password": CANARY, "elsewhere": target})()
+                    self.addCleanup(server.close)
+                    session = self.session(server.url(path))
+                    self.log_in(session)
+                    if what != "another scheme":
+                        session.wait_for(lambda lines: sum("Name:" in line for line in lines) == 2)
+                        session.type("\n")
+                    self.assertEqual(session.finish(), 1)
+        self.assertIn("/moved.bin", elsewhere.heads())
+        self.assertNotIn("Authorization", elsewhere.heads())
+
+
+if __name__ == "__main__":
+    unittest.main()
