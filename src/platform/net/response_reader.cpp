@@ -63,15 +63,33 @@ std::optional<HTTPResponseHead> parseHead(const QByteArray& block) {
     return head;
 }
 
-/// Two different lengths are how a response is smuggled into another's body (RFC 9112, 6.3).
-bool hasConflictingLengths(const HTTPHeaders& headers) {
+/// One for each time that a length is announced.
+QStringList announcedLengths(const HTTPHeaders& headers) {
     QStringList lengths;
     for (const QString& field : headers.values(u"Content-Length"_s)) {
         for (const QString& length : field.split(u','))
             lengths.append(length.trimmed());
     }
+    return lengths;
+}
+
+/// Two different lengths are how a response is smuggled into another's body (RFC 9112, 6.3).
+bool hasConflictingLengths(const HTTPHeaders& headers) {
+    QStringList lengths = announcedLengths(headers);
     lengths.removeDuplicates();
     return lengths.size() > 1;
+}
+
+/// What stands there must be a number that a file can have as its size; else nobody would notice a
+/// body that was cut short. A transfer coding overrules them all.
+bool hasImpossibleLength(const HTTPHeaders& headers) {
+    const QStringList lengths = announcedLengths(headers);
+    return !headers.contains(u"Transfer-Encoding"_s) &&
+           std::any_of(lengths.begin(), lengths.end(), [](const QString& length) {
+               bool isNumber = false;
+               static_cast<void>(length.toLongLong(&isNumber));
+               return !isNumber || !length.front().isDigit();
+           });
 }
 
 /// A coding that was not asked for, and would be undone silently.
@@ -141,6 +159,8 @@ bool ResponseReader::accept(HTTPResponseHead head) {
 QString ResponseReader::contradiction(const HTTPResponseHead& head) const {
     if (hasConflictingLengths(head.headers))
         return u"the server announced two different lengths"_s;
+    if (hasImpossibleLength(head.headers))
+        return u"the server announced a length that cannot be"_s;
     if (hasForeignTransferCoding(head.headers))
         return u"the server used a transfer coding that it was not asked for"_s;
     return head.statusCode == 206 ? contradictionOfPartialContent(head.headers, asked_) : QString();
