@@ -26,6 +26,10 @@ void SessionCookies::addCookie(const Cookie& cookie) {
     if (former != _cookies.end())
         _cookies.erase(former);
     _cookies.push_back(cookie);
+    if (_cookies.size() <= platform::mostCookies)
+        return;
+    platform::sharedCookieStorage().deleteCookie(_cookies.front());
+    _cookies.erase(_cookies.begin());
 }
 
 }  // namespace http

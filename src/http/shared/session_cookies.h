@@ -14,7 +14,8 @@ public:
     [[nodiscard]] std::vector<platform::Cookie> cookies() const;
     /// Deletes the former ones from the shared jar.
     void setCookies(std::vector<platform::Cookie> cookies);
-    /// Replaces a cookie of the same domain, path and name.
+    /// Replaces a cookie of the same domain, path and name. Past what a jar may hold the oldest is
+    /// forgotten, there as well.
     void addCookie(const platform::Cookie& cookie);
 
 private:

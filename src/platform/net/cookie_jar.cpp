@@ -8,9 +8,6 @@ namespace platform {
 
 namespace {
 
-constexpr std::size_t mostCookies = 3000;
-constexpr std::size_t mostInDomain = 180;
-
 bool isExpired(const Cookie& cookie, const QDateTime& now) {
     return cookie.expires.isValid() && cookie.expires <= now;
 }
@@ -107,7 +104,7 @@ void CookieJar::makeRoom(const QString& domain) {
             domains_.erase(place);
     };
     const auto own = domains_.find(domain);
-    if (own->second.size() > mostInDomain)
+    if (own->second.size() > mostCookiesInDomain)
         dropOldest(own);
     if (count_ <= mostCookies)
         return;

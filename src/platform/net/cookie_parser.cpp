@@ -119,6 +119,8 @@ std::vector<Cookie> cookiesFromHeaders(const HTTPHeaders& headers, const Url& ur
     for (const QString& field : headers.values(u"Set-Cookie"_s)) {
         if (auto cookie = Parser(url).parse(field))
             cookies.push_back(std::move(*cookie));
+        if (cookies.size() == mostCookiesInDomain)
+            break;
     }
     return cookies;
 }

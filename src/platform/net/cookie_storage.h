@@ -24,8 +24,11 @@ struct Cookie {
     }
 };
 
+/// No jar keeps more than so many, in all and of one domain; the least recently used go first.
+inline constexpr std::size_t mostCookies = 3000, mostCookiesInDomain = 180;
+
 /// The cookies of a response to `url`; malformed ones and those for foreign or public-suffix
-/// domains are left out.
+/// domains are left out, and so are those past as many as a domain may have.
 [[nodiscard]] std::vector<Cookie> cookiesFromHeaders(const HTTPHeaders& headers, const Url& url);
 
 /// The jar that all requests share. Any thread.
@@ -38,8 +41,7 @@ public:
     virtual void deleteCookie(const Cookie& cookie) = 0;
 };
 
-/// Keeps persistent cookies in `path` (0600, written atomically); empty: in memory only. At most
-/// 3,000 cookies, 180 a domain, the least recently used going first.
+/// Keeps persistent cookies in `path` (0600, written atomically); empty: in memory only.
 [[nodiscard]] std::unique_ptr<CookieStorage> makeCookieStorage(const QString& path);
 
 /// The program's own jar, as installed by the composition root or by a test; an empty one in
