@@ -32,6 +32,8 @@ namespace {
 constexpr qsizetype smallRead = 16384;
 constexpr qsizetype mediumRead = 65536;
 constexpr qsizetype largeRead = 262144;
+/// Of a body that is inflated as it comes, where each byte can become a thousand.
+constexpr qsizetype largestCompressedRead = 16384;
 
 /// As C reads numbers, so "0x" is hexadecimal and a leading "0" octal. The transport holds the
 /// body to the decimal reading; this one serves the books alone.
@@ -162,7 +164,8 @@ qsizetype ResponseReader::readLength() const {
     const qsizetype wanted = length > largeRead    ? largeRead
                              : length > mediumRead ? mediumRead
                                                    : smallRead;
-    return _parts.shared.bandwidth.readLength(wanted);
+    return _parts.shared.bandwidth.readLength(
+        inflatesOnTheWay() ? std::min(wanted, largestCompressedRead) : wanted);
 }
 
 void ResponseReader::handleBytesAvailable() {
@@ -181,10 +184,14 @@ void ResponseReader::handleBytesAvailable() {
     distribute(std::move(received));
 }
 
+bool ResponseReader::inflatesOnTheWay() const {
+    const RequestState& state = _parts.state;
+    return state.isResponseCompressed() && !state.options.shouldWaitToInflateCompressedResponses;
+}
+
 void ResponseReader::distribute(QByteArray received) {
     RequestState& state = _parts.state;
-    const bool mustInflate =
-        state.isResponseCompressed() && !state.options.shouldWaitToInflateCompressedResponses;
+    const bool mustInflate = inflatesOnTheWay();
     QByteArray inflated;
     if (mustInflate) {
         if (_dataDecompressor == nullptr)

@@ -41,6 +41,8 @@ private:
     void takeCookies();
     void noteLength();
     [[nodiscard]] qsizetype readLength() const;
+    /// Whether the body is decompressed as it comes.
+    [[nodiscard]] bool inflatesOnTheWay() const;
     void distribute(QByteArray received);
     [[nodiscard]] std::optional<platform::Error> writeToFile(const QByteArray& received,
                                                              const QByteArray* inflated);
