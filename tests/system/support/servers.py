@@ -129,6 +129,10 @@ class Nginx(Server):
     listen_options = ""
     tls_lines = ""
 
+    def connections(self):
+        """The number of the connection of each finished request."""
+        return (self.root / "connections.log").read_text().split()
+
     def command(self):
         configuration = self.root / "nginx.conf"
         configuration.write_text(f"""
@@ -142,6 +146,8 @@ http {{
     default_type application/octet-stream;
     log_format plain '$request_method|$request_uri|$status|$http_range|$body_bytes_sent';
     access_log {self.log} plain;
+    log_format numbers '$connection';
+    access_log {self.root}/connections.log numbers;
     sendfile on;
     keepalive_requests 100000;
     client_body_temp_path {self.root}/body;
