@@ -3,9 +3,9 @@ import os
 import unittest
 
 from support.case import SystemTest
-from support.guarded import NAME, REALM, GuardedApache, Lighttpd, Recorder
+from support.guarded import NAME, REALM, GuardedApache, GuardedSquid, Lighttpd, Recorder
 from support.keyring import Keyring
-from support.servers import free_port
+from support.servers import Nginx, TlsNginx, free_port
 from support.terminal import TerminalSession
 
 CANARY = "kanarienvogel-4711"
@@ -132,6 +132,50 @@ class KeepingTest(GuardedTest):
         for file in self.home.root.rglob("*"):
             if file.is_file():
                 self.assertNotIn(CANARY.encode(), file.read_bytes(), file)
+
+
+class ProxyTest(GuardedTest):
+    server_class = Nginx
+
+    def fetch(self, kind, proxy, server, names, passwords):
+        environment = {"all_proxy": proxy.address}
+        if server.scheme == "https":
+            environment["SSL_CERT_FILE"] = str(server.authority.authority)
+        session = self.session("-Number Of Concurrent Downloads", "1",
+                               *(server.url(f"/{name}") for name in names),
+                               environment=environment)
+        for number, password in enumerate(passwords):
+            session.wait_for(lambda lines: sum("Name:" in line for line in lines) == number + 1)
+            session.wait_for_text("Proxy: " + proxy.place)
+            self.log_in(session, password)
+            if kind == "ntlm":
+                session.wait_for(lambda lines: lines and lines[-1] == "Domain:")
+                session.type("WORK\n")
+        self.assertEqual(session.finish(), 0)
+        self.assertEqual(session.raw.count(b"Password:"), len(passwords))
+
+    def test_schemes(self):
+        secure = TlsNginx()
+        self.addCleanup(secure.close)
+        names = [f"through-{number}.bin" for number in range(3)]
+        for name in names:
+            self.serve(name, SIZE)
+            (secure.content / name).write_bytes((self.server.content / name).read_bytes())
+        for kind, passwords in (("basic", ["mistake", CANARY]), ("digest", ["mistake", CANARY]),
+                                ("ntlm", [CANARY])):
+            for server in (self.server, secure):
+                with self.subTest(kind, scheme=server.scheme):
+                    proxy = type("Canaries", (GuardedSquid,), {"password": CANARY})(kind)
+                    self.addCleanup(proxy.close)
+                    self.fetch(kind, proxy, server, names, passwords)
+                    for name in names:
+                        self.assert_downloaded(name, self.server.content / name)
+                        (self.home.downloads / name).unlink()
+                    refused = proxy.statuses().count("407")
+                    # The first meets a challenge, and so does each mistake; NTLM takes a round more
+                    # for each connection.
+                    self.assertLessEqual(refused, 4 if kind == "ntlm" else len(passwords),
+                                         proxy.requests())
 
 
 class SecrecyTest(GuardedTest):

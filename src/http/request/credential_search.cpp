@@ -100,8 +100,9 @@ platform::ProtectionSpace protectionSpace(const RequestState& state, const Chall
 
 bool usesHttpProxy(const RequestState& state) {
     const RequestOptions& options = state.options;
-    return !options.proxyHost.isEmpty() && options.proxyPort != 0 &&
-           options.proxyType != proxyTypeSOCKS;
+    const bool isSocks =
+        options.proxyType == proxyTypeSOCKS || options.proxyType == proxyTypeSOCKS4;
+    return !options.proxyHost.isEmpty() && options.proxyPort != 0 && !isSocks;
 }
 
 }  // namespace http

@@ -2,6 +2,7 @@
 import hashlib
 import subprocess
 
+from .proxies import Squid
 from .servers import Apache, Server
 
 REALM = "The Club"
@@ -133,48 +134,34 @@ auth.require = ("/sha256" => ("method" => "digest", "algorithm" => "SHA-256",
         return ["lighttpd", "-D", "-f", str(configuration)]
 
 
-class Squid(Server):
-    """A proxy that lets nobody through without a password. `kind`: basic, digest or ntlm."""
+class GuardedSquid(Squid):
+    """A proxy that lets nobody through without a password. `kind`: basic, digest or ntlm, of which
+    the last takes any password."""
 
-    kind = "basic"
     password = "secret"
-    name = "gatekeeper"
     helpers = "/usr/lib/squid"
 
+    def __init__(self, kind):
+        self._kind = kind
+        super().__init__()
+
     def prepare(self):
-        digest = htdigest_line(self.name, REALM, self.password)
-        lines = {"basic": plain_line(self.name, self.password), "digest": digest}
-        (self.root / "users").write_text(lines.get(self.kind, ""))
-        self.root.chmod(0o777)
-
-    def scheme_lines(self):
-        helper = {"basic": f"{self.helpers}/basic_ncsa_auth {self.root}/users",
-                  "digest": f"{self.helpers}/digest_file_auth -c {self.root}/users",
-                  "ntlm": f"{self.helpers}/ntlm_fake_auth"}[self.kind]
-        lines = [f"auth_param {self.kind} program {helper}",
-                 f"auth_param {self.kind} children 1 startup=1"]
-        if self.kind != "ntlm":
-            lines.append(f"auth_param {self.kind} realm {REALM}")
-        return "\n".join(lines)
-
-    def command(self):
-        configuration = self.root / "squid.conf"
-        configuration.write_text(f"""
-http_port 127.0.0.1:{self.port}
-pid_filename {self.root}/pid
-cache_log {self.root}/errors
-logformat plain %rm|%ru|%>Hs|%un|%>p
-access_log stdio:{self.log} logformat=plain
-cache deny all
-coredump_dir {self.root}
-shutdown_lifetime 0 seconds
-{self.scheme_lines()}
+        users = self.root / "users"
+        kind, helpers = self._kind, self.helpers
+        users.write_text({"basic": plain_line(NAME, self.password),
+                          "digest": htdigest_line(NAME, REALM, self.password)}.get(kind, ""))
+        helper = {"basic": f"{helpers}/basic_ncsa_auth {users}",
+                  "digest": f"{helpers}/digest_file_auth -c {users}",
+                  "ntlm": f"{helpers}/ntlm_fake_auth"}[kind]
+        realm = "" if kind == "ntlm" else f"auth_param {kind} realm {REALM}"
+        self.access_lines = f"""
+auth_param {kind} program {helper}
+auth_param {kind} children 1 startup=1
+{realm}
 acl known proxy_auth REQUIRED
 http_access allow known
 http_access deny all
-""")
-        return ["squid", "-N", "-f", str(configuration)]
+"""
 
-    def exchanges(self):
-        """Method, status and user's name of each request."""
-        return [(row[0], row[2], row[3]) for row in self.requests()]
+    def statuses(self):
+        return [request[2] for request in self.requests() if request[0] != "-"]
