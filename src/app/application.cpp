@@ -17,6 +17,7 @@
 #include "app/main_controller.h"
 #include "app/pages/download_pages.h"
 #include "app/settings.h"
+#include "app/status/queue_status_reporter.h"
 #include "engine/environment.h"
 #include "http/http_session.h"
 #include "links/localization.h"
@@ -176,9 +177,14 @@ public:
           environment(frontEnd, authentication, downloadPages),
           historian(standardDefaults.defaults, loop),
           controller({loop, standardDefaults.defaults, *power, frontEnd}),
+          status({controller, standardDefaults.defaults, loop, frontEnd}),
           receiver(platform::userDataFolder(), platform::runtimeFolder(), std::move(receive)) {
         controller.setHistory(&historian);
+        controller.setStatusReporter(&status);
     }
+    ~Private() { controller.setStatusReporter(nullptr); }
+    Private(const Private&) = delete;
+    Private& operator=(const Private&) = delete;
 
     platform::SystemClock clock;
     platform::RunLoop loop{clock};
@@ -204,6 +210,7 @@ public:
     Installed<DQHistorian> installedHistorian{installHistorian, historian};
     DQMainController controller;
     Installed<DQMainController> installedController{installMainController, controller};
+    QueueStatusReporter status;
     HandoverReceiver receiver;
 };
 
@@ -296,6 +303,10 @@ void Application::setActivationHandler(std::function<void(const QString&)> handl
 
 DQMainController& Application::controller() {
     return private_->controller;
+}
+
+QueueStatusReporter& Application::statusReporter() {
+    return private_->status;
 }
 
 void Application::stop() {

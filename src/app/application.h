@@ -11,6 +11,7 @@
 namespace app {
 
 class DQMainController;
+class QueueStatusReporter;
 struct Handover;
 struct LaunchItems;
 
@@ -53,6 +54,7 @@ public:
     void setActivationHandler(std::function<void(const QString& activationToken)> handler);
 
     [[nodiscard]] DQMainController& controller();
+    [[nodiscard]] QueueStatusReporter& statusReporter();
 
     /// Writes what has not been written and takes everything down. Does not ask: that is
     /// `DQMainController::shouldQuit`.

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include "app/status/queue_status.h"
+
 namespace engine {
 class DQDownload;
 }
@@ -28,6 +30,8 @@ public:
     virtual void updateStatusAndForceUpdateApplicationImage(bool force) {
         static_cast<void>(force);
     }
+    /// As of the last update.
+    [[nodiscard]] virtual QueueStatus status() const { return {}; }
     /// A download has finished or failed.
     virtual void playFeedback() {}
     /// False: not sent.

@@ -13,6 +13,9 @@
 namespace engine {
 class VanishView;
 }
+namespace platform {
+class UserNotificationCenter;
+}
 
 /// What the core asks of whatever shows it: a window, a terminal, or memory in a test. All of it
 /// is called on the main thread.
@@ -130,6 +133,8 @@ struct FrontEnd {
     Clipboard* clipboard = nullptr;
     /// Null: nobody can be asked for passwords.
     AuthenticationPrompt* authentication = nullptr;
+    /// Null: no notifications are sent.
+    platform::UserNotificationCenter* notifications = nullptr;
 };
 
 }  // namespace app

@@ -102,7 +102,7 @@ Downloads DQMainController::downloadsMatchingStatusMask(engine::StatusMask mask)
 }
 
 bool DQMainController::anyDownloadMatchesStatusMask(engine::StatusMask mask) const {
-    return anyDownloadFromCollectionMatchesStatusMask(downloads(), mask);
+    return tally().count(mask) > 0;
 }
 
 qsizetype DQMainController::numberOfDownloads() const {
@@ -110,9 +110,11 @@ qsizetype DQMainController::numberOfDownloads() const {
 }
 
 qsizetype DQMainController::numberOfFailedDownloads() const {
-    return std::count_if(downloads().begin(), downloads().end(), [](const auto& download) {
-        return download->status() == engine::DQDownloadStatusAborted;
-    });
+    return tally().count(engine::DQDownloadStatusAborted);
+}
+
+const QueueTally& DQMainController::tally() const {
+    return parts_->queue.tally();
 }
 
 const Downloads& DQMainController::sortedAndFilteredDownloads() {
@@ -137,6 +139,10 @@ void DQMainController::setFilterText(const QString& text) {
 
 bool DQMainController::isFiltering() const {
     return !parts_->view.filterTerms().isEmpty();
+}
+
+qsizetype DQMainController::numberOfHiddenDownloads() const {
+    return parts_->view.numberOfHiddenDownloads();
 }
 
 void DQMainController::setFilterCriterion(const QString& criterion) {
@@ -260,6 +266,10 @@ void DQMainController::reflectEnd(engine::DQDownload& download, bool forceVanish
     }
 }
 
+void DQMainController::statusDidChange(const engine::DQDownload& download) {
+    parts_->queue.reflectStatus(download);
+}
+
 void DQMainController::updateDownloadListDisplay() {
     parts_->surroundings.frontEnd.list.setNeedsDisplayAfterDelay(toggledRedrawDelay);
 }
@@ -278,16 +288,9 @@ void DQMainController::decrementLongTermNumberOfQueuedOrDownloadingDownloads() {
 }
 
 void DQMainController::disableAllDoneNotificationForDownload(engine::DQDownload& download) {
-    const engine::DQDownload* unfinished = nullptr;
-    for (const engine::DownloadPtr& candidate : downloads()) {
-        if (engine::matchesStatusMask(candidate->status(), engine::unfinishedStatuses)) {
-            if (unfinished) {
-                return;
-            }
-            unfinished = candidate.get();
-        }
-    }
-    if (unfinished == &download) {
+    const qint64 itself =
+        engine::matchesStatusMask(download.status(), engine::unfinishedStatuses) ? 1 : 0;
+    if (tally().count(engine::unfinishedStatuses) == itself) {
         parts_->allDone._mayTriggerAllDoneNotification = false;
     }
 }
@@ -437,6 +440,10 @@ void DQMainController::finishWriting() {
     parts_->archive.finish();
 }
 
+bool DQMainController::isShowingQuitWhileDownloadingAlert() const {
+    return parts_->archive.isShowingQuitWhileDownloadingAlert();
+}
+
 engine::DownloadPtr DQMainController::addDownloadFromArchive(const QVariantMap& archive,
                                                              const QString& externalContainerPath) {
     return app::addDownloadFromArchive(parts_->queue, parts_->surroundings.defaults, archive,
@@ -492,6 +499,10 @@ void DQMainController::setScheduler(Scheduler* scheduler) {
 
 void DQMainController::addToHistory(engine::DQDownload& download) {
     parts_->history->add(download);
+}
+
+QueueStatus DQMainController::queueStatus() const {
+    return parts_->status->status();
 }
 
 AllDone& DQMainController::allDone() {

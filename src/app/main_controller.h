@@ -23,10 +23,12 @@ class UserDefaults;
 namespace app {
 
 struct AllDone;
+struct QueueStatus;
 class Automation;
 class BatchProgress;
 class HistoryKeeper;
 class Lifecycle;
+class QueueTally;
 class RuleBook;
 class Scheduler;
 class StatusReporter;
@@ -58,6 +60,8 @@ public:
     [[nodiscard]] bool anyDownloadMatchesStatusMask(engine::StatusMask mask) const;
     [[nodiscard]] qsizetype numberOfDownloads() const;
     [[nodiscard]] qsizetype numberOfFailedDownloads() const;
+    /// How many there are at each status.
+    [[nodiscard]] const QueueTally& tally() const;
 
     // The list: the queue sorted and filtered, in which row n is element n.
 
@@ -69,6 +73,8 @@ public:
     /// Blanks separate the terms that a shown download must match; none shows all.
     void setFilterText(const QString& text);
     [[nodiscard]] bool isFiltering() const;
+    /// How many downloads the list does not show because of the filter.
+    [[nodiscard]] qsizetype numberOfHiddenDownloads() const;
     /// Stores what the filter looks at: "Name" or "URL".
     void setFilterCriterion(const QString& criterion);
     /// The tag of a menu item: -2 upside down, -1 not, 0 and above a criterion.
@@ -103,6 +109,7 @@ public:
     using engine::DQDownloadManager::updateDownload;
     void updateDownload(engine::DQDownload& download, bool forceDisplay, bool forceVanish,
                         platform::Seconds vanishInterval) override;
+    void statusDidChange(const engine::DQDownload& download) override;
     void updateDownloadListDisplay() override;
     void invalidateLongTermNumberOfQueuedOrDownloadingDownloads() override;
     void decrementLongTermNumberOfQueuedOrDownloadingDownloads() override;
@@ -149,6 +156,8 @@ public:
     bool writeArchiveBeforeQuitting(bool quitting);
     /// Waits until what was to be saved so far is on disk.
     void finishWriting();
+    /// The question whether to quit while downloads are active is on the screen.
+    [[nodiscard]] bool isShowingQuitWhileDownloadingAlert() const;
     engine::DownloadPtr addDownloadFromArchive(const QVariantMap& archive,
                                                const QString& externalContainerPath);
 
@@ -175,6 +184,8 @@ public:
     void setScheduler(Scheduler* scheduler);
     void addToHistory(engine::DQDownload& download);
     void updateStatusAndForceUpdateApplicationImage(bool force);
+    /// As of the last `statusChanged`.
+    [[nodiscard]] QueueStatus queueStatus() const;
     [[nodiscard]] AllDone& allDone();
     [[nodiscard]] BatchProgress& batchProgress();
 

@@ -254,6 +254,8 @@ QString DQDownload::finalDownloadTargetPath() {
 void DQDownload::setStatus(DQDownloadStatus status) {
     _status = status;
     invalidateQueuedAndDownloadingDownloads();
+    if (hasMainController())
+        mainController().statusDidChange(*this);
 }
 
 void DQDownload::startDownload() {

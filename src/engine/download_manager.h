@@ -33,6 +33,8 @@ public:
     void updateDownload(DQDownload& download, bool forceDisplay = false) {
         updateDownload(download, forceDisplay, false, 3.0);
     }
+    /// It is at another status now. Called at once, in the middle of whatever changes it.
+    virtual void statusDidChange(const DQDownload& download) { static_cast<void>(download); }
     /// How a row looks has changed for reasons outside its download.
     virtual void updateDownloadListDisplay() = 0;
 

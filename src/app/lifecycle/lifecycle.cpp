@@ -59,8 +59,7 @@ void Lifecycle::terminate() {
 }
 
 bool Lifecycle::isActive() const {
-    return anyDownloadFromCollectionMatchesStatusMask(surroundings_.queue.downloads(),
-                                                      engine::activeStatuses);
+    return surroundings_.queue.tally().count(engine::activeStatuses) > 0;
 }
 
 bool Lifecycle::wouldLoseDownloadsOnClose() const {

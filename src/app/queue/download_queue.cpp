@@ -34,6 +34,7 @@ std::optional<std::size_t> DownloadQueue::indexOf(const engine::DQDownload& down
 }
 
 void DownloadQueue::append(engine::DownloadPtr download) {
+    tally_.add(*download);
     _downloads.push_back(std::move(download));
     changed_();
 }
@@ -43,14 +44,20 @@ bool DownloadQueue::remove(const engine::DQDownload& download) {
     if (!index) {
         return false;
     }
+    tally_.remove(download);
     _downloads.erase(_downloads.begin() + static_cast<std::ptrdiff_t>(*index));
     changed_();
     return true;
 }
 
 std::size_t DownloadQueue::removeIf(const std::function<bool(engine::DQDownload&)>& matches) {
-    const std::size_t count =
-        std::erase_if(_downloads, [&](const auto& download) { return matches(*download); });
+    const std::size_t count = std::erase_if(_downloads, [&](const auto& download) {
+        const bool goes = matches(*download);
+        if (goes) {
+            tally_.remove(*download);
+        }
+        return goes;
+    });
     if (count > 0) {
         changed_();
     }
@@ -62,6 +69,8 @@ bool DownloadQueue::replace(const engine::DQDownload& download, engine::Download
     if (!index) {
         return false;
     }
+    tally_.remove(download);
+    tally_.add(*replacement);
     _downloads[*index] = std::move(replacement);
     changed_();
     return true;

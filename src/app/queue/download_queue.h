@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "app/queue/download_order.h"
+#include "app/queue/queue_tally.h"
 #include "engine/status.h"
 
 namespace app {
@@ -24,6 +25,7 @@ public:
     explicit DownloadQueue(std::function<void()> changed = [] {});
 
     [[nodiscard]] const Downloads& downloads() const { return _downloads; }
+    [[nodiscard]] const QueueTally& tally() const { return tally_; }
     [[nodiscard]] std::optional<std::size_t> indexOf(const engine::DQDownload& download) const;
 
     void append(engine::DownloadPtr download);
@@ -31,6 +33,8 @@ public:
     bool remove(const engine::DQDownload& download);
     /// Removes those for which `matches` answers true. How many there were.
     std::size_t removeIf(const std::function<bool(engine::DQDownload&)>& matches);
+    /// To be called when a download's status has changed, for the tally.
+    void reflectStatus(const engine::DQDownload& download) { tally_.reflectStatus(download); }
     /// Puts another one in its place. False: it was not in the queue.
     bool replace(const engine::DQDownload& download, engine::DownloadPtr replacement);
 
@@ -43,6 +47,7 @@ public:
 
 private:
     Downloads _downloads;
+    QueueTally tally_;
     std::function<void()> changed_;
 };
 

@@ -33,6 +33,13 @@ const QueueView::View& QueueView::sortedAndFilteredDownloads() {
     return _sortedAndFilteredDownloads;
 }
 
+qsizetype QueueView::numberOfHiddenDownloads() const {
+    return _sortedDownloads == _sortedAndFilteredDownloads
+               ? 0
+               : static_cast<qsizetype>(_sortedDownloads->size() -
+                                        _sortedAndFilteredDownloads->size());
+}
+
 std::optional<qsizetype> QueueView::rowOf(const engine::DQDownload& download) {
     if (isStale_) {
         sortAndFilterDownloads();

@@ -30,6 +30,8 @@ public:
     /// The same object while there are no filter terms.
     [[nodiscard]] const View& sortedDownloads();
     [[nodiscard]] const View& sortedAndFilteredDownloads();
+    /// How many the filter hid when the views were last put together.
+    [[nodiscard]] qsizetype numberOfHiddenDownloads() const;
     /// The row in `sortedAndFilteredDownloads`. Nothing: not shown.
     [[nodiscard]] std::optional<qsizetype> rowOf(const engine::DQDownload& download);
 

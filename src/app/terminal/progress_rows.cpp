@@ -17,17 +17,6 @@ namespace {
 using namespace Qt::Literals::StringLiterals;
 using links::localized;
 
-QString statusText(int running, int unfinished) {
-    if (running > 0 && unfinished > running)
-        return links::filledFormat(localized("%d of %d downloads"),
-                                   {QString::number(running), QString::number(unfinished)});
-    if (unfinished == 1)
-        return localized("1 download");
-    if (unfinished == 0)
-        return {};
-    return links::filledFormat(localized("%d downloads"), {QString::number(unfinished)});
-}
-
 ProgressRow progressRow(const engine::DQDownload& download) {
     ProgressRow row;
     row.name = download.displayName();
@@ -47,17 +36,12 @@ ProgressRow progressRow(const engine::DQDownload& download) {
 
 }  // namespace
 
-ProgressSnapshot progressSnapshot(const std::vector<engine::DownloadPtr>& queue) {
-    ProgressSnapshot snapshot;
-    int unfinished = 0;
-    for (const engine::DownloadPtr& download : queue) {
-        if (engine::matchesStatusMask(download->status(), engine::unfinishedStatuses))
-            ++unfinished;
-        if (download->status() == engine::DQDownloadStatusDownloading)
-            snapshot.rows.push_back(progressRow(*download));
-    }
-    snapshot.status = statusText(static_cast<int>(snapshot.rows.size()), unfinished);
-    return snapshot;
+std::vector<ProgressRow> progressRows(const std::vector<engine::DownloadPtr>& downloads) {
+    std::vector<ProgressRow> rows;
+    rows.reserve(downloads.size());
+    for (const engine::DownloadPtr& download : downloads)
+        rows.push_back(progressRow(*download));
+    return rows;
 }
 
 QString completionDetail(engine::DQDownload& download) {

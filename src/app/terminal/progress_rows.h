@@ -1,15 +1,16 @@
 #pragma once
 
 #include <QString>
+#include <vector>
 
 #include "app/terminal/progress_layout.h"
 #include "engine/download.h"
 
 namespace app::terminal {
 
-/// The running downloads of a queue, in its order, and how the queue as a whole stands. Main
-/// thread.
-[[nodiscard]] ProgressSnapshot progressSnapshot(const std::vector<engine::DownloadPtr>& queue);
+/// How running downloads come along. Main thread.
+[[nodiscard]] std::vector<ProgressRow> progressRows(
+    const std::vector<engine::DownloadPtr>& downloads);
 
 /// What to say of a finished file behind its name: its size and its folder.
 [[nodiscard]] QString completionDetail(engine::DQDownload& download);

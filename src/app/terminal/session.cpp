@@ -3,6 +3,7 @@
 #include <QSet>
 
 #include "app/main_controller.h"
+#include "app/status/queue_status.h"
 #include "app/terminal/progress_rows.h"
 #include "engine/settings.h"
 #include "engine/status.h"
@@ -102,7 +103,8 @@ void Session::resume() {
 }
 
 bool Session::draw() {
-    const ProgressSnapshot snapshot = progressSnapshot(surroundings_.controller.downloads());
+    const ProgressSnapshot snapshot{progressRows(engine::DQDownload::downloadingDownloads()),
+                                    surroundings_.controller.queueStatus().text};
     surroundings_.reporter.show(snapshot);
     return !snapshot.rows.empty();
 }

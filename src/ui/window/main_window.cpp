@@ -15,9 +15,9 @@
 #include "app/lifecycle/lifecycle.h"
 #include "app/main_controller.h"
 #include "app/settings.h"
+#include "app/status/queue_status.h"
 #include "engine/download.h"
 #include "platform/base/user_defaults.h"
-#include "ui/art/icons.h"
 #include "ui/commands/command_actions.h"
 #include "ui/commands/main_menu.h"
 #include "ui/commands/menu_items.h"
@@ -43,7 +43,6 @@ MainWindow::MainWindow(app::Commands& commands)
       controller_(commands.surroundings().controller),
       downloadList(new DQDownloadList(this)) {
     setWindowTitle(u"Orlop[*]"_s);
-    setWindowIcon(applicationIcon());
     setAcceptDrops(true);
     setContextMenuPolicy(Qt::NoContextMenu);
     makeContents();
@@ -132,27 +131,11 @@ void MainWindow::setFilterText(const QString& text) {
 }
 
 void MainWindow::updateStatus() {
-    const auto unfinished = controller_.downloadsMatchingStatusMask(engine::unfinishedStatuses);
-    const auto count = static_cast<qsizetype>(unfinished.size());
-    qsizetype running = 0;
-    for (const engine::DownloadPtr& download : unfinished) {
-        running += download->status() == engine::DQDownloadStatusDownloading ? 1 : 0;
-    }
-    QString text;
-    if (running > 0 && count > running) {
-        text = QString::asprintf(translated("%d of %d downloads").toUtf8().constData(),
-                                 static_cast<int>(running), static_cast<int>(count));
-    } else if (count == 1) {
-        text = translated("1 download");
-    } else if (count > 1) {
-        text = QString::asprintf(translated("%d downloads").toUtf8().constData(),
-                                 static_cast<int>(count));
-    }
-    statusField->setText(text);
-    const bool canClear = count != controller_.numberOfDownloads();
-    clearButton->setVisible(canClear);
-    clearButton->setEnabled(canClear);
-    setWindowModified(controller_.lifecycle().wouldLoseDownloadsOnClose());
+    const app::QueueStatus status = controller_.queueStatus();
+    statusField->setText(status.text);
+    clearButton->setVisible(status.canClear);
+    clearButton->setEnabled(status.canClear);
+    setWindowModified(status.isDocumentEdited);
 }
 
 void MainWindow::showContextMenu(int row, const QPoint& position) {

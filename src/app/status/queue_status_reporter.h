@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QObject>
+
+#include "app/controller_roles.h"
+#include "app/front_end.h"
+#include "app/status/application_image.h"
+#include "app/status/user_notification_manager.h"
+
+namespace platform {
+class RunLoop;
+class UserDefaults;
+}  // namespace platform
+
+namespace app {
+
+class DQMainController;
+
+/// Says how far along everything is: in the status line, on the icon, by sound and notification;
+/// and when nothing is left, sets off what the user wants to happen then. Main thread.
+class QueueStatusReporter final : public QObject, public StatusReporter {
+    Q_OBJECT
+
+public:
+    /// All of it outlives the reporter.
+    struct Surroundings {
+        DQMainController& controller;
+        const platform::UserDefaults& defaults;
+        platform::RunLoop& loop;
+        FrontEnd frontEnd;
+    };
+
+    explicit QueueStatusReporter(const Surroundings& surroundings);
+    ~QueueStatusReporter() override;
+
+    void updateStatusAndForceUpdateApplicationImage(bool force) override;
+    [[nodiscard]] QueueStatus status() const override { return status_; }
+    void playFeedback() override;
+    bool sendUserNotification(const QString& identifier, const QString& title,
+                              const QString& informativeText, bool asAppendix) override;
+
+Q_SIGNALS:
+    /// The icon is to be drawn anew; at most about twice a second while nothing but progress
+    /// changes.
+    void applicationImageChanged(const app::ApplicationImage& image);
+
+private:
+    void updateApplicationImage(bool force);
+    void reflectAllDone();
+    void actOnAllDone();
+    void sendDoneUserNotification(bool failuresRemain);
+
+    Surroundings surroundings_;
+    DQUserNotificationManager notifications_;
+    ApplicationImageGate imageGate_;
+    QueueStatus status_;
+};
+
+}  // namespace app

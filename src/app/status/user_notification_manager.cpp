@@ -1,0 +1,72 @@
+#include "app/status/user_notification_manager.h"
+
+#include "app/settings.h"
+#include "platform/base/user_defaults.h"
+#include "platform/session/notifications.h"
+
+namespace app {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+const auto identifierPrefix = u"com.tarnworks.Orlop"_s;
+
+/// Nobody reads more in a notification, and unclicked ones would gather without end.
+constexpr qsizetype mostTexts = 100;
+
+}  // namespace
+
+DQUserNotificationManager::DQUserNotificationManager(const platform::UserDefaults& defaults,
+                                                     platform::UserNotificationCenter* center,
+                                                     std::function<void()> activated)
+    : defaults_(defaults), center_(center), activated_(std::move(activated)) {
+    if (center_ != nullptr) {
+        center_->setActivationHandler(
+            [this](const QString& identifier) { didActivateNotification(identifier); });
+    }
+}
+
+DQUserNotificationManager::~DQUserNotificationManager() {
+    if (center_ != nullptr) {
+        center_->setActivationHandler({});
+    }
+}
+
+bool DQUserNotificationManager::sendNotification(const QString& identifier, const QString& title,
+                                                 const QString& informativeText, bool asAppendix) {
+    if (center_ == nullptr) {
+        return false;
+    }
+    if (identifier.isEmpty() || informativeText.isEmpty() ||
+        !defaults_.get(settings::coalesceUserNotifications)) {
+        return center_->deliver({{}, title, informativeText});
+    }
+    const QString fullIdentifier = u"%1: %2"_s.arg(identifierPrefix, identifier);
+    return center_->deliver(
+        {fullIdentifier, title, coalescedText(fullIdentifier, informativeText, asAppendix)});
+}
+
+QString DQUserNotificationManager::coalescedText(const QString& fullIdentifier, const QString& text,
+                                                 bool asAppendix) {
+    QStringList& texts = coalescedNotificationInformativeTextsByIdentifier[fullIdentifier];
+    const bool putsNewestFirst = defaults_.get(settings::invertUserNotifications);
+    if (texts.size() >= mostTexts) {
+        putsNewestFirst ? texts.removeLast() : texts.removeFirst();
+    }
+    if (!texts.isEmpty() && !asAppendix && putsNewestFirst) {
+        texts.prepend(text);
+    } else if (!texts.isEmpty() && asAppendix) {
+        texts.append(u'\n' + text);
+    } else {
+        texts.append(text);
+    }
+    return texts.join(u'\n');
+}
+
+void DQUserNotificationManager::didActivateNotification(const QString& fullIdentifier) {
+    coalescedNotificationInformativeTextsByIdentifier.remove(fullIdentifier);
+    activated_();
+}
+
+}  // namespace app

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QString>
+#include <functional>
+#include <memory>
+
+namespace platform {
+
+/// What pops up for a moment to tell the user something. Plain text; lines may be several.
+struct UserNotification {
+    /// One that is delivered under the identifier of an earlier one replaces it. Empty: it stands
+    /// for itself.
+    QString identifier;
+    QString title;
+    QString text;
+};
+
+/// The desktop's notifications (on Linux those of org.freedesktop.Notifications). Main thread.
+class UserNotificationCenter {
+public:
+    virtual ~UserNotificationCenter() = default;
+
+    /// False: this desktop shows none. What cannot be shown later is lost silently.
+    virtual bool deliver(const UserNotification& notification) = 0;
+    /// Called with the identifier of a notification that the user has clicked. Empty: nobody is.
+    virtual void setActivationHandler(std::function<void(const QString& identifier)> handler) = 0;
+};
+
+/// Runs in Qt's event loop of the thread that makes it.
+[[nodiscard]] std::unique_ptr<UserNotificationCenter> makeUserNotificationCenter();
+
+}  // namespace platform
