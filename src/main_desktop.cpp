@@ -5,6 +5,7 @@
 
 #include "app/application.h"
 #include "app/main_controller.h"
+#include "app/status/queue_status_reporter.h"
 #include "platform/base/arguments.h"
 #include "platform/session/signal_watcher.h"
 #include "ui/art/icons.h"
@@ -35,6 +36,8 @@ int main(int argumentCount, char** argumentValues) {
     app::FrontEnd parts = frontEnd.frontEnd();
     parts.authentication = &authenticationPanel;
     const auto start = core.start(parts, [&](app::DQMainController& controller) {
+        QObject::connect(&core.statusReporter(), &app::QueueStatusReporter::applicationImageChanged,
+                         &frontEnd.icon(), &desktop::ApplicationIcon::show);
         windows = std::make_unique<ui::DesktopWindows>(controller, frontEnd);
     });
     if (!start.problem.isEmpty()) {

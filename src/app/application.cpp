@@ -270,6 +270,7 @@ Application::Start Application::run(const FrontEnd& frontEnd, const ShowWindows&
     if (showWindows) {
         showWindows(controller);
     }
+    controller.lifecycle().willFinishLaunching();
     controller.applicationDidFinishLaunching();
     open(items);
     return start;

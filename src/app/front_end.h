@@ -81,6 +81,11 @@ public:
     /// Puts the window behind all others.
     virtual void orderDownloadWindowBack() = 0;
 
+    /// Whether the window has an entry in the desktop's task bar, now and whenever it comes up.
+    virtual void setShownInTaskBar(bool shown) { static_cast<void>(shown); }
+    /// Activates the program and shows its settings at a section, by name.
+    virtual void showPreferencesSection(const QString& section) { static_cast<void>(section); }
+
     [[nodiscard]] virtual bool isHidden() const = 0;
     virtual void hide() = 0;
     virtual void unhide(bool activating) = 0;

@@ -78,6 +78,10 @@ DQMainController::Parts::Parts(DQMainController& owner, const Surroundings& give
               [this] { lifecycle.giveFeedback(); }}),
       rules(given.defaults),
       lifecycle({queue, given.defaults, given.loop, given.power, given.frontEnd,
+                 [this] {
+                     archive.write();
+                     archive.finish();
+                 },
                  [this] { return archive.writeBeforeQuitting(); },
                  [this]() -> Scheduler& { return *schedule; },
                  [this]() -> HistoryKeeper& { return *history; },
@@ -275,6 +279,7 @@ void DQMainController::updateDownloadListDisplay() {
 }
 
 void DQMainController::updateStatusAndForceUpdateApplicationImage(bool force) {
+    parts_->lifecycle.statusDidChange();
     parts_->status->updateStatusAndForceUpdateApplicationImage(force);
     Q_EMIT statusChanged();
 }

@@ -63,8 +63,14 @@ TEST_F(LifecycleTest, PausesForSleepAndResumesWhatItPaused) {
     launch();
     add({u"a"_s, u"b"_s});
     download(u"b"_s)->pause();
+    EXPECT_TRUE(power.preventsIdleSleep);
     power.observers.willSleep();
+    EXPECT_FALSE(power.preventsIdleSleep);
     EXPECT_EQ(schedule.disables, 1);
+    ASSERT_EQ(savedURLs().size(), 2);
+    EXPECT_FALSE(savedQueue().toList()[0].toMap().value(u"Paused"_s).toBool())
+        << "it goes on even if the machine never wakes";
+    EXPECT_TRUE(savedQueue().toList()[1].toMap().value(u"Paused"_s).toBool());
     EXPECT_EQ(status(u"a"_s), engine::DQDownloadStatusPaused);
     const int resets = schedule.resets;
     power.observers.didWake();
@@ -130,6 +136,20 @@ TEST_F(LifecycleTest, ClosingTheWindowQuitsAsTheSettingsSay) {
     }
 }
 
+TEST_F(LifecycleTest, FollowsTheApplicationModeAndOpensTheSettingsAskedFor) {
+    defaults.set(app::settings::applicationMode, qint64{1});
+    controller->lifecycle().willFinishLaunching();
+    defaults.set(app::settings::applicationMode, qint64{2});
+    defaults.set(app::settings::preferencesSection, u"Advanced"_s);
+    launch();
+    EXPECT_EQ(frontEnd.moves, QStringList{u"activate"_s});
+    main.advance(1);
+    defaults.set(app::settings::applicationMode, qint64{1});
+    EXPECT_EQ(frontEnd.moves,
+              QStringList({u"activate"_s, u"settings: Advanced"_s, u"no task bar"_s}));
+    EXPECT_FALSE(defaults.hasValueForKey(app::settings::preferencesSection.name()));
+}
+
 TEST_F(LifecycleTest, AsksTheMachineToSleepOrShutDown) {
     controller->lifecycle().sleep();
     EXPECT_EQ(power.sleepRequests, 1);
@@ -141,6 +161,7 @@ TEST_F(LifecycleTest, AsksTheMachineToSleepOrShutDown) {
     EXPECT_EQ(terminations, 0) << "it stays, saved";
     EXPECT_EQ(history.cleanUps, 1);
     EXPECT_EQ(frontEnd.beeps, 2);
+    EXPECT_TRUE(power.observers.willSleep && frontEnd.isVisible) << "and goes on as before";
     power.grants = true;
     add({u"a"_s});
     controller->lifecycle().shutDown();

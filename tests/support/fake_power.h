@@ -8,12 +8,19 @@ namespace support {
 class FakePower final : public platform::Power {
 public:
     Observers observers;
-    bool grants = true;
+    bool grants = true, preventsIdleSleep = false;
     int sleepRequests = 0, shutDownRequests = 0;
 
     void observe(Observers newObservers) override { observers = std::move(newObservers); }
-    bool requestSleep() override { return ++sleepRequests, grants; }
-    bool requestShutDown() override { return ++shutDownRequests, grants; }
+    void setPreventsIdleSleep(bool prevents) override { preventsIdleSleep = prevents; }
+    void requestSleep(Answer answer) override {
+        ++sleepRequests;
+        answer(grants);
+    }
+    void requestShutDown(Answer answer) override {
+        ++shutDownRequests;
+        answer(grants);
+    }
 };
 
 }  // namespace support

@@ -33,7 +33,8 @@ public:
     std::vector<app::Alert> alerts;
     int dismissed = 0, beeps = 0, attentions = 0, reloads = 0, redraws = 0, faded = 0;
     QStringList sounds;
-    /// The window's moves: "show", "activate", "back", "hide", "unhide", "unhide and activate".
+    /// The window's moves: "show", "activate", "back", "hide", "unhide", "unhide and activate",
+    /// "task bar", "no task bar", "settings: SECTION".
     QStringList moves;
     QList<qsizetype> selectedRows;
     std::vector<platform::Seconds> delayedRedraws;
@@ -61,6 +62,12 @@ public:
         moves.append(activating ? QStringLiteral("activate") : QStringLiteral("show"));
     }
     void orderDownloadWindowBack() override { moves.append(QStringLiteral("back")); }
+    void setShownInTaskBar(bool shown) override {
+        moves.append(shown ? QStringLiteral("task bar") : QStringLiteral("no task bar"));
+    }
+    void showPreferencesSection(const QString& section) override {
+        moves.append(QStringLiteral("settings: ") + section);
+    }
     bool isHidden() const override { return isHiddenNow; }
     void hide() override {
         isHiddenNow = true;

@@ -15,27 +15,65 @@ enum AutoRetreat : qint64 { stays = 0, stepsBack = 1 };
 /// What the program's own window system needs to hide it before it can come back.
 constexpr platform::Seconds retreatDelay = 0.1;
 
+/// What the windows need to come up first.
+constexpr platform::Seconds preferencesDelay = 0.5;
+
 constexpr auto resumeOperation = "resumeAfterSleep";
 
 }  // namespace
 
-Lifecycle::Lifecycle(Surroundings surroundings) : surroundings_(std::move(surroundings)) {}
+Lifecycle::Lifecycle(Surroundings surroundings) : surroundings_(std::move(surroundings)) {
+    defaultsObserver_ = surroundings_.defaults.addObserver([this](const QString& key) {
+        if (key == settings::applicationMode.name()) {
+            updateApplicationMode();
+        }
+    });
+}
 
 Lifecycle::~Lifecycle() {
+    surroundings_.defaults.removeObserver(defaultsObserver_);
     surroundings_.power.observe({});
     surroundings_.loop.cancelAll(this);
 }
 
+void Lifecycle::willFinishLaunching() {
+    updateApplicationMode();
+}
+
+void Lifecycle::updateApplicationMode() {
+    surroundings_.frontEnd.presence.setShownInTaskBar(
+        surroundings_.defaults.get(settings::applicationMode) != inStatusItemOnly);
+}
+
 void Lifecycle::didFinishLaunching() {
     const platform::UserDefaults& defaults = surroundings_.defaults;
+    surroundings_.loop.performAfter(this, "showPreferencesSection", preferencesDelay,
+                                    [this] { showPreferencesAskedFor(); });
     if (defaults.get(settings::applicationMode) != inStatusItemOnly &&
         defaults.get(settings::mainWindowVisibleOnLaunch)) {
         surroundings_.frontEnd.presence.showDownloadWindow(
             !defaults.get(settings::backgroundLaunch));
     }
+    watchMachine();
+    surroundings_.scheduler().resetSchedule();
+}
+
+void Lifecycle::showPreferencesAskedFor() {
+    platform::UserDefaults& defaults = surroundings_.defaults;
+    const QString section = defaults.get(settings::preferencesSection);
+    if (!section.isEmpty()) {
+        surroundings_.frontEnd.presence.showPreferencesSection(section);
+        defaults.removeObject(settings::preferencesSection.name());
+    }
+}
+
+void Lifecycle::watchMachine() {
     surroundings_.power.observe({[this] { workspaceWillSleep(); }, [this] { workspaceDidWake(); },
                                  [this] { timeDidChange(); }});
-    surroundings_.scheduler().resetSchedule();
+}
+
+void Lifecycle::statusDidChange() {
+    surroundings_.power.setPreventsIdleSleep(isActive());
 }
 
 bool Lifecycle::shouldQuit() {
@@ -51,9 +89,12 @@ bool Lifecycle::shouldQuit() {
 
 void Lifecycle::terminate() {
     // A second pass would save what the first has paused as paused by the user.
-    if (hasTerminated_ || !shouldQuit()) {
-        return;
+    if (!hasTerminated_ && shouldQuit()) {
+        end();
     }
+}
+
+void Lifecycle::end() {
     hasTerminated_ = true;
     surroundings_.terminated();
 }
@@ -73,11 +114,8 @@ bool Lifecycle::windowShouldClose() {
         (defaults.get(settings::quitOnCloseCleanSlateOnly) && isActive())) {
         return true;
     }
-    if (!shouldQuit()) {
-        return false;
-    }
-    surroundings_.terminated();
-    return true;
+    terminate();
+    return hasTerminated_;
 }
 
 bool Lifecycle::applicationShouldHandleReopen() {
@@ -90,26 +128,39 @@ bool Lifecycle::applicationShouldHandleReopen() {
 }
 
 void Lifecycle::sleep() {
-    if (!surroundings_.power.requestSleep()) {
-        surroundings_.frontEnd.feedback.beep();
-        platform::log(u"cannot sleep"_s);
-    }
+    surroundings_.power.requestSleep([this](bool granted) {
+        if (!granted) {
+            surroundings_.frontEnd.feedback.beep();
+            platform::log(u"cannot sleep"_s);
+        }
+    });
 }
 
 void Lifecycle::shutDown() {
-    if (!shouldQuit()) {
+    if (hasTerminated_ || !shouldQuit()) {
         return;
     }
-    if (surroundings_.power.requestShutDown()) {
-        surroundings_.terminated();
-    } else {
-        surroundings_.frontEnd.feedback.beep();
-        platform::log(u"cannot shut down"_s);
-    }
+    surroundings_.power.requestShutDown([this](bool granted) {
+        if (granted) {
+            end();
+        } else {
+            stayAfterRefusal();
+        }
+    });
+}
+
+/// By now everything is saved and paused, and the window is gone.
+void Lifecycle::stayAfterRefusal() {
+    surroundings_.frontEnd.feedback.beep();
+    platform::log(u"cannot shut down"_s);
+    watchMachine();
+    surroundings_.scheduler().resetSchedule();
+    surroundings_.frontEnd.presence.showDownloadWindow(false);
 }
 
 void Lifecycle::workspaceWillSleep() {
     surroundings_.scheduler().disableSchedule();
+    surroundings_.loop.cancel(this, resumeOperation);
     const bool resumes = surroundings_.defaults.get(settings::autoResumeAfterSleepDelay) >= 0;
     for (const engine::DownloadPtr& download : downloadsFromCollectionMatchingStatusMask(
              surroundings_.queue.downloads(), engine::activeStatuses)) {
@@ -118,6 +169,8 @@ void Lifecycle::workspaceWillSleep() {
             download->setAutoResumeAfterSleep(true);
         }
     }
+    // The machine may never wake from it.
+    surroundings_.writeArchive();
 }
 
 void Lifecycle::workspaceDidWake() {

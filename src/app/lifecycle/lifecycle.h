@@ -20,6 +20,8 @@ public:
         platform::RunLoop& loop;
         platform::Power& power;
         FrontEnd frontEnd;
+        /// Saves the queue and waits until it is on disk.
+        std::function<void()> writeArchive;
         /// Saves the queue for good. False: the user does not want to quit.
         std::function<bool()> writeArchiveBeforeQuitting;
         std::function<Scheduler&()> scheduler;
@@ -33,6 +35,8 @@ public:
     Lifecycle(const Lifecycle&) = delete;
     Lifecycle& operator=(const Lifecycle&) = delete;
 
+    /// Before there are windows: shows them where the application mode says, from now on.
+    void willFinishLaunching();
     /// The queue and the list are there: brings up the window as the settings say, and watches the
     /// machine.
     void didFinishLaunching();
@@ -48,13 +52,22 @@ public:
     bool applicationShouldHandleReopen();
 
     void sleep();
+    /// Ends the program first; if the machine then refuses, the program stays.
     void shutDown();
+
+    /// How many downloads are at each status may have changed.
+    void statusDidChange();
 
     /// After an address was handed over from another program: goes out of the user's way as the
     /// settings say.
     void giveFeedback();
 
 private:
+    void watchMachine();
+    void end();
+    void updateApplicationMode();
+    void showPreferencesAskedFor();
+    void stayAfterRefusal();
     void workspaceWillSleep();
     void workspaceDidWake();
     void timeDidChange();
@@ -64,6 +77,7 @@ private:
     [[nodiscard]] bool isActive() const;
 
     Surroundings surroundings_;
+    int defaultsObserver_ = 0;
     bool hasTerminated_ = false;
 };
 

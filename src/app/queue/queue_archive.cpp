@@ -37,6 +37,11 @@ bool isActive(const engine::DQDownload& download) {
     return engine::matchesStatusMask(download.status(), engine::activeStatuses);
 }
 
+/// Whether it is to go on by itself at the next start.
+bool goesOn(const engine::DQDownload& download) {
+    return isActive(download) || download.autoResumeAfterSleep();
+}
+
 Alert quitAlert() {
     return {Alert::Kind::QuitWhileDownloading,
             u"Wait! You seem to have forgotten something on the stove..."_s,
@@ -143,7 +148,7 @@ QVariantList QueueArchive::archives() {
     QVariantList archives;
     for (const engine::DownloadPtr& download : surroundings_.queue.downloads()) {
         if (isSaved(*download)) {
-            if (QVariant archive = archiveOf(*download, !isActive(*download)); archive.isValid()) {
+            if (QVariant archive = archiveOf(*download, !goesOn(*download)); archive.isValid()) {
                 archives.append(std::move(archive));
             }
         }
@@ -218,8 +223,8 @@ private:
         const QString address = download.comparisonURLString();
         dropTwinOf(address);
         const engine::DQDownloadStatus status = download.status();
-        const bool wasActive = isActive(download);
-        if (wasActive) {
+        const bool goesOnLater = goesOn(download);
+        if (isActive(download)) {
             if (asks_ && !archive_.confirmQuit()) {
                 return false;
             }
@@ -229,7 +234,7 @@ private:
             }
             download.pause();
         }
-        const QVariant archive = archive_.archiveOf(download, !wasActive);
+        const QVariant archive = archive_.archiveOf(download, !goesOnLater);
         if (archive.isValid()) {
             const bool hasBegun = download.userSettings().contains(engine::keys::responseURL);
             if (status > engine::DQDownloadStatusDownloading || !hasBegun) {

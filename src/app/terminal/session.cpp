@@ -1,6 +1,7 @@
 #include "app/terminal/session.h"
 
 #include <QSet>
+#include <algorithm>
 
 #include "app/main_controller.h"
 #include "app/status/queue_status.h"
@@ -131,6 +132,10 @@ void Session::lookForEnd() {
 }
 
 bool Session::willTakeUpAgain() const {
+    const Downloads& downloads = surroundings_.controller.downloads();
+    if (std::any_of(downloads.begin(), downloads.end(),
+                    [](const auto& download) { return download->autoResumeAfterSleep(); }))
+        return true;
     const platform::UserDefaults& defaults = surroundings_.defaults;
     const platform::Seconds sinceFailure = surroundings_.loop.clock().monotonic() - lastFailure_;
     return defaults.get(engine::settings::autoResume) &&

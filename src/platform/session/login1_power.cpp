@@ -1,81 +1,91 @@
 #include "platform/session/login1_power.h"
 
-#include <QCoreApplication>
-#include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <limits>
+
+#include "platform/base/log.h"
+#include "platform/session/login1_manager.h"
 
 namespace platform {
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-
-const auto service = u"org.freedesktop.login1"_s;
-const auto path = u"/org/freedesktop/login1"_s;
-const auto interface = u"org.freedesktop.login1.Manager"_s;
-constexpr int timeout = 5000;
-
-QDBusMessage managerCall(const QString& method) {
-    return QDBusMessage::createMethodCall(service, path, interface, method);
-}
-
-}  // namespace
-
 Login1Power::Login1Power()
-    : bus_(QDBusConnection::systemBus()), clockWatcher_([this] {
+    : bus_(QDBusConnection::systemBus()),
+      sleepDelay_({u"sleep"_s, u"Downloads are paused before the machine sleeps."_s, u"delay"_s}),
+      idleBlock_({u"idle"_s, u"Downloads are going on."_s, u"block"_s}),
+      clockWatcher_([this] {
           if (observers_.timeDidChange) {
               observers_.timeDidChange();
           }
       }) {
-    bus_.connect(service, path, interface, u"PrepareForSleep"_s, this, SLOT(prepareForSleep(bool)));
+    for (const Login1Inhibitor* inhibitor : {&sleepDelay_, &idleBlock_}) {
+        connect(inhibitor, &Login1Inhibitor::refused, this, &Login1Power::logOnce);
+    }
+    bus_.connect(login1::service, login1::path, login1::interface, u"PrepareForSleep"_s, this,
+                 SLOT(prepareForSleep(bool)));
 }
 
 void Login1Power::observe(Observers observers) {
     observers_ = std::move(observers);
     if (observers_.willSleep) {
-        takeInhibitor();
+        sleepDelay_.take(bus_);
     } else {
-        inhibitor_ = {};
+        sleepDelay_.release();
     }
 }
 
-void Login1Power::takeInhibitor() {
-    QDBusMessage call = managerCall(u"Inhibit"_s);
-    call << u"sleep"_s << u"Orlop"_s << u"Downloads are paused before the machine sleeps."_s
-         << u"delay"_s;
-    auto* watcher = new QDBusPendingCallWatcher(bus_.asyncCall(call, timeout), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
-        const QDBusPendingReply<QDBusUnixFileDescriptor> reply = *watcher;
-        if (reply.isValid() && observers_.willSleep) {
-            inhibitor_ = reply.value();
-        }
-        watcher->deleteLater();
-    });
+void Login1Power::setPreventsIdleSleep(bool prevents) {
+    if (prevents) {
+        idleBlock_.take(bus_);
+    } else {
+        idleBlock_.release();
+    }
 }
 
 void Login1Power::prepareForSleep(bool begins) {
     if (begins && observers_.willSleep) {
         observers_.willSleep();
-        inhibitor_ = {};
+        sleepDelay_.release();
     } else if (!begins && observers_.didWake) {
-        takeInhibitor();
+        sleepDelay_.take(bus_);
         observers_.didWake();
     }
 }
 
-bool Login1Power::request(const QString& method) {
-    QDBusMessage call = managerCall(method);
+void Login1Power::request(const QString& method, Answer answer) {
+    if (!bus_.isConnected()) {
+        answer(false);
+        return;
+    }
+    QDBusMessage call = login1::managerCall(method);
     call << true;  // The system may ask the user to authenticate.
-    return bus_.call(call, QDBus::Block, timeout).type() == QDBusMessage::ReplyMessage;
+    constexpr int noTimeOut = std::numeric_limits<int>::max();
+    auto* watcher = new QDBusPendingCallWatcher(bus_.asyncCall(call, noTimeOut), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this,
+            [watcher, answer = std::move(answer)] {
+                if (watcher->isError()) {
+                    log(u"the system refuses: "_s + watcher->error().message());
+                }
+                watcher->deleteLater();
+                answer(!watcher->isError());
+            });
 }
 
-bool Login1Power::requestSleep() {
-    return request(u"Suspend"_s);
+void Login1Power::requestSleep(Answer answer) {
+    request(u"Suspend"_s, std::move(answer));
 }
 
-bool Login1Power::requestShutDown() {
-    return request(u"PowerOff"_s);
+void Login1Power::requestShutDown(Answer answer) {
+    request(u"PowerOff"_s, std::move(answer));
+}
+
+void Login1Power::logOnce(const QString& reason) {
+    if (!hasLogged_) {
+        hasLogged_ = true;
+        log(u"the machine's sleep is not known of: "_s + reason, LogLevel::Warning);
+    }
 }
 
 std::unique_ptr<Power> makePower() {

@@ -1,10 +1,10 @@
 #pragma once
 
 #include <QDBusConnection>
-#include <QDBusUnixFileDescriptor>
 #include <QObject>
 
 #include "platform/session/clock_watcher.h"
+#include "platform/session/login1_inhibitor.h"
 #include "platform/session/power.h"
 
 namespace platform {
@@ -17,21 +17,24 @@ public:
     Login1Power();
 
     void observe(Observers observers) override;
-    bool requestSleep() override;
-    bool requestShutDown() override;
+    void setPreventsIdleSleep(bool prevents) override;
+    void requestSleep(Answer answer) override;
+    void requestShutDown(Answer answer) override;
 
 private Q_SLOTS:
     void prepareForSleep(bool begins);
 
 private:
-    void takeInhibitor();
-    bool request(const QString& method);
+    void request(const QString& method, Answer answer);
+    void logOnce(const QString& reason);
 
     QDBusConnection bus_;
     Observers observers_;
     /// While we hold it the machine waits for us before it goes to sleep.
-    QDBusUnixFileDescriptor inhibitor_;
+    Login1Inhibitor sleepDelay_;
+    Login1Inhibitor idleBlock_;
     ClockWatcher clockWatcher_;
+    bool hasLogged_ = false;
 };
 
 }  // namespace platform

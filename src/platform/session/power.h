@@ -16,19 +16,26 @@ public:
         /// The date was set.
         std::function<void()> timeDidChange;
     };
+    /// False: the request could not be sent, or the system refuses it.
+    using Answer = std::function<void(bool granted)>;
 
     virtual ~Power() = default;
 
     /// Replaces the observers there were; empty ones end the watching.
     virtual void observe(Observers observers) = 0;
 
-    /// False: the request could not be sent, or the system refuses it.
-    virtual bool requestSleep() = 0;
-    virtual bool requestShutDown() = 0;
+    /// While true, the machine does not fall asleep for want of a user. Saying it again costs
+    /// nothing.
+    virtual void setPreventsIdleSleep(bool prevents) = 0;
+
+    /// The answer may take as long as a user needs to type a password, and never comes after the
+    /// end of this object.
+    virtual void requestSleep(Answer answer) = 0;
+    virtual void requestShutDown(Answer answer) = 0;
 };
 
 /// Runs in Qt's event loop of the thread that makes it. Where the system has no login manager
-/// there is no news of sleep, and every request is refused.
+/// there is no news of sleep, and every request is refused; that is logged once.
 [[nodiscard]] std::unique_ptr<Power> makePower();
 
 }  // namespace platform

@@ -9,16 +9,40 @@
 #include "links/file_names.h"
 #include "links/safe_file_name.h"
 #include "platform/files/files.h"
+#include "ui/art/icons.h"
 #include "ui/list/download_list.h"
 #include "ui/list/vanishing_rows.h"
 #include "ui/text.h"
 #include "ui/window/main_window.h"
+#include "ui/window/task_bar_entry.h"
 #include "ui/window/window_frame.h"
 
 namespace ui {
 
+namespace {
+
+/// The largest in which the icon is kept; desktops scale it down.
+constexpr int iconSize = 256;
+
+QImage iconImage(const QString& name) {
+    return colouredPixmap(name, iconSize, 1.0).toImage();
+}
+
+}  // namespace
+
+DesktopFrontEnd::DesktopFrontEnd()
+    : icon_(iconImage(QStringLiteral("orlop")), iconImage(QStringLiteral("DQOrlopFlatOff"))),
+      notifications_(platform::makeUserNotificationCenter()) {}
+
+DesktopFrontEnd::~DesktopFrontEnd() = default;
+
+void DesktopFrontEnd::setPreferences(std::function<void(const QString&)> show) {
+    showPreferences_ = std::move(show);
+}
+
 void DesktopFrontEnd::setWindow(MainWindow* window, app::DQMainController* controller) {
     window_ = window;
+    taskBarEntry_ = window == nullptr ? nullptr : std::make_unique<TaskBarEntry>(*window);
     controller_ = controller;
 }
 
@@ -75,13 +99,16 @@ void DesktopFrontEnd::beep() {
 }
 
 void DesktopFrontEnd::requestUserAttention() {
+    icon_.requestAttention();
     if (window_) {
         QApplication::alert(window_);
     }
 }
 
-void DesktopFrontEnd::playSound(const QString&) {
-    QApplication::beep();
+void DesktopFrontEnd::playSound(const QString& name) {
+    if (!sounds_.play(name)) {
+        QApplication::beep();
+    }
 }
 
 bool DesktopFrontEnd::isShowingModalWindow() const {
@@ -112,6 +139,18 @@ void DesktopFrontEnd::showDownloadWindow(bool activating) {
 void DesktopFrontEnd::orderDownloadWindowBack() {
     if (window_) {
         window_->lower();
+    }
+}
+
+void DesktopFrontEnd::setShownInTaskBar(bool shown) {
+    if (taskBarEntry_) {
+        taskBarEntry_->setShown(shown);
+    }
+}
+
+void DesktopFrontEnd::showPreferencesSection(const QString& section) {
+    if (showPreferences_) {
+        showPreferences_(section);
     }
 }
 

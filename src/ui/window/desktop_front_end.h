@@ -4,6 +4,9 @@
 #include <QWidget>
 
 #include "app/front_end.h"
+#include "desktop/icon/application_icon.h"
+#include "desktop/sound_player.h"
+#include "platform/session/notifications.h"
 #include "ui/window/clipboard.h"
 
 class QMessageBox;
@@ -15,6 +18,7 @@ class DQMainController;
 namespace ui {
 
 class MainWindow;
+class TaskBarEntry;
 
 /// The windows as the core sees them.
 class DesktopFrontEnd final : public app::Questions,
@@ -22,9 +26,17 @@ class DesktopFrontEnd final : public app::Questions,
                               public app::Presence,
                               public app::DownloadListView {
 public:
-    [[nodiscard]] app::FrontEnd frontEnd() { return {*this, *this, *this, *this, &clipboard_}; }
+    DesktopFrontEnd();
+    ~DesktopFrontEnd() override;
+
+    [[nodiscard]] app::FrontEnd frontEnd() {
+        return {*this, *this, *this, *this, &clipboard_, nullptr, notifications_.get()};
+    }
+    [[nodiscard]] desktop::ApplicationIcon& icon() { return icon_; }
     /// Until it is called there is nothing to show and questions get the safe answer.
     void setWindow(MainWindow* window, app::DQMainController* controller);
+    /// What shows the settings at a section. Empty: they cannot be shown.
+    void setPreferences(std::function<void(const QString& section)> show);
     /// Says what went wrong, in a dialog.
     void tellProblem(const QString& problem);
     /// From now on the default button answers every question: the session is ending.
@@ -44,6 +56,8 @@ public:
     [[nodiscard]] bool isDownloadWindowVisible() const override;
     void showDownloadWindow(bool activating) override;
     void orderDownloadWindowBack() override;
+    void setShownInTaskBar(bool shown) override;
+    void showPreferencesSection(const QString& section) override;
     [[nodiscard]] bool isHidden() const override;
     void hide() override;
     void unhide(bool activating) override;
@@ -59,7 +73,12 @@ public:
 
 private:
     Clipboard clipboard_;
+    desktop::ApplicationIcon icon_;
+    desktop::SoundPlayer sounds_;
+    std::unique_ptr<platform::UserNotificationCenter> notifications_;
+    std::function<void(const QString&)> showPreferences_;
     QPointer<MainWindow> window_;
+    std::unique_ptr<TaskBarEntry> taskBarEntry_;
     app::DQMainController* controller_ = nullptr;
     QPointer<QMessageBox> alert_;
     bool asks_ = true;

@@ -31,10 +31,12 @@ DesktopWindows::DesktopWindows(app::DQMainController& controller, DesktopFrontEn
     QObject::connect(&window_->toolbar(), &MainToolbar::shortcutUsed, window_.get(),
                      [this](const QString& section) { explainShortcut(section); });
     frontEnd.setWindow(window_.get(), &controller);
+    frontEnd.setPreferences([this](const QString& section) { showPreferencesSection(section); });
 }
 
 DesktopWindows::~DesktopWindows() {
     frontEnd_.setWindow(nullptr, nullptr);
+    frontEnd_.setPreferences({});
 }
 
 void DesktopWindows::makeHistoryMenu() {

@@ -1,0 +1,160 @@
+#include "platform/session/desktop_notifications.h"
+
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+
+#include "platform/base/log.h"
+
+namespace platform {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+const auto service = u"org.freedesktop.Notifications"_s;
+const auto path = u"/org/freedesktop/Notifications"_s;
+const auto interface = service;
+const auto defaultAction = u"default"_s;
+constexpr int timeout = 10'000;
+constexpr qsizetype longestText = 2000;
+
+QDBusMessage serverCall(const QString& method) {
+    return QDBusMessage::createMethodCall(service, path, interface, method);
+}
+
+/// Names come from servers and may hold anything: the bus takes no NUL, and nobody reads a book in
+/// a notification.
+QString bounded(QString text) {
+    text.replace(QChar(u'\0'), QChar(QChar::ReplacementCharacter));
+    if (text.size() > longestText) {
+        text.truncate(longestText - (text.at(longestText - 1).isHighSurrogate() ? 1 : 0));
+        text += QChar(u'\u2026');
+    }
+    return text;
+}
+
+}  // namespace
+
+DesktopNotifications::DesktopNotifications() : bus_(QDBusConnection::sessionBus()) {
+    bus_.connect(service, path, interface, u"ActionInvoked"_s, this,
+                 SLOT(actionInvoked(uint, QString)));
+    bus_.connect(service, path, interface, u"NotificationClosed"_s, this,
+                 SLOT(notificationClosed(uint, uint)));
+}
+
+bool DesktopNotifications::deliver(const UserNotification& notification) {
+    if (!bus_.isConnected()) {
+        logOnce(u"there is no session bus"_s);
+        return false;
+    }
+    switch (server_) {
+        case Server::Unknown:
+            askForCapabilities();
+            [[fallthrough]];
+        case Server::Asked:
+            waiting_.push_back(notification);
+            break;
+        case Server::Known:
+            sendInTurn(notification);
+    }
+    return true;
+}
+
+void DesktopNotifications::askForCapabilities() {
+    server_ = Server::Asked;
+    auto* watcher = new QDBusPendingCallWatcher(
+        bus_.asyncCall(serverCall(u"GetCapabilities"_s), timeout), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+        const QDBusPendingReply<QStringList> reply = *watcher;
+        const auto waiting = std::exchange(waiting_, {});
+        if (reply.isError()) {
+            server_ = Server::Unknown;
+            logOnce(reply.error().message());
+        } else {
+            server_ = Server::Known;
+            readsMarkup_ = reply.value().contains(u"body-markup"_s);
+            for (const UserNotification& notification : waiting) {
+                sendInTurn(notification);
+            }
+        }
+        watcher->deleteLater();
+    });
+}
+
+void DesktopNotifications::sendInTurn(const UserNotification& notification) {
+    if (notification.identifier.isEmpty()) {
+        send(notification);
+        return;
+    }
+    Kind& kind = kinds_[notification.identifier];
+    if (kind.isBeingSent) {
+        kind.next = notification;
+    } else {
+        kind.isBeingSent = true;
+        send(notification);
+    }
+}
+
+void DesktopNotifications::send(const UserNotification& notification) {
+    QDBusMessage call = serverCall(u"Notify"_s);
+    call << u"Orlop"_s << kinds_.value(notification.identifier).number << u"com.tarnworks.Orlop"_s
+         << bounded(notification.title) << body(notification.text)
+         << QStringList{defaultAction, u"Open"_s}
+         << QVariantMap{{u"desktop-entry"_s, u"com.tarnworks.Orlop"_s}} << -1;
+    auto* watcher = new QDBusPendingCallWatcher(bus_.asyncCall(call, timeout), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this,
+            [this, watcher, identifier = notification.identifier] {
+                const QDBusPendingReply<uint> reply = *watcher;
+                wasSent(identifier, reply.isError() ? 0 : reply.value());
+                watcher->deleteLater();
+            });
+}
+
+void DesktopNotifications::wasSent(const QString& identifier, uint number) {
+    if (number != 0) {
+        identifiers_.insert(number, identifier);
+    }
+    if (identifier.isEmpty()) {
+        return;
+    }
+    Kind& kind = kinds_[identifier];
+    kind.number = number;
+    kind.isBeingSent = kind.next.has_value();
+    if (const auto next = std::exchange(kind.next, std::nullopt)) {
+        send(*next);
+    }
+}
+
+QString DesktopNotifications::body(const QString& text) const {
+    const QString plain = bounded(text);
+    return readsMarkup_ ? plain.toHtmlEscaped() : plain;
+}
+
+void DesktopNotifications::setActivationHandler(std::function<void(const QString&)> handler) {
+    activated_ = std::move(handler);
+}
+
+void DesktopNotifications::actionInvoked(uint number, const QString& action) {
+    const auto found = identifiers_.constFind(number);
+    if (found != identifiers_.cend() && action == defaultAction && activated_) {
+        activated_(QString(*found));
+    }
+}
+
+void DesktopNotifications::logOnce(const QString& reason) {
+    if (!hasLogged_) {
+        hasLogged_ = true;
+        log(u"notifications are not shown: "_s + reason, LogLevel::Warning);
+    }
+}
+
+void DesktopNotifications::notificationClosed(uint number, uint) {
+    identifiers_.remove(number);
+}
+
+std::unique_ptr<UserNotificationCenter> makeUserNotificationCenter() {
+    return std::make_unique<DesktopNotifications>();
+}
+
+}  // namespace platform

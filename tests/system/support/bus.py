@@ -1,0 +1,83 @@
+"""A message bus of its own, with mocks of the desktop's services on it (python3-dbusmock)."""
+import re
+import subprocess
+import sys
+import tempfile
+from pathlib import Path
+
+from .home import wait_until
+
+LOGIN = ("org.freedesktop.login1", "/org/freedesktop/login1")
+NOTIFICATIONS = ("org.freedesktop.Notifications", "/org/freedesktop/Notifications")
+
+
+def mock_interpreter():
+    """The Python that has python3-dbusmock, which is Debian's own."""
+    for python in (sys.executable, "/usr/bin/python3"):
+        if subprocess.run([python, "-c", "import dbusmock"], capture_output=True,
+                          check=False).returncode == 0:
+            return python
+    raise AssertionError("python3-dbusmock is not installed")
+
+
+class Bus:
+    """Stands for both the session's and the system's bus."""
+
+    def __init__(self):
+        self._processes = []
+        self._folder = tempfile.TemporaryDirectory(prefix="orlop-bus-")
+        daemon = self._start("dbus-daemon", "--session", "--nofork", "--print-address",
+                             stdout=subprocess.PIPE)
+        self.address = daemon.stdout.readline().decode().strip()
+        self.environment = {"DBUS_SESSION_BUS_ADDRESS": self.address,
+                            "DBUS_SYSTEM_BUS_ADDRESS": self.address}
+
+    def _start(self, *arguments, **options):
+        process = subprocess.Popen([str(argument) for argument in arguments],
+                                   **({"stderr": subprocess.DEVNULL} | options))
+        self._processes.append(process)
+        return process
+
+    def close(self):
+        for process in reversed(self._processes):
+            process.kill()
+            process.wait()
+            if process.stdout:
+                process.stdout.close()
+        self._folder.cleanup()
+
+    def mock(self, template, service):
+        """Runs a mock. Answers a function that gives the calls it has had so far, a line each."""
+        log = Path(self._folder.name) / template
+        self._start(mock_interpreter(), "-m", "dbusmock", "--session", "--logfile", log,
+                    "--template", template, env=self.environment | {"PATH": "/usr/bin:/bin"})
+        wait_until(lambda: self.call("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                     "org.freedesktop.DBus.NameHasOwner", service[0])
+                   == "(true,)", what=service[0])
+        return lambda: log.read_text().splitlines() if log.exists() else []
+
+    def call(self, destination, path, method, *arguments):
+        """What `gdbus call` answers, in its own notation."""
+        result = subprocess.run(
+            ["gdbus", "call", "--address", self.address, "--dest", destination,
+             "--object-path", path, "--method", method, *arguments],
+            capture_output=True, text=True, check=False)
+        return result.stdout.strip()
+
+    def emit(self, service, interface, signal, signature, *arguments):
+        self.call(*service, "org.freedesktop.DBus.Mock.EmitSignal", interface, signal, signature,
+                  "[" + ", ".join(f"<{argument}>" for argument in arguments) + "]")
+
+    def inhibitors(self):
+        """What is held back at the moment, as "WHAT MODE"."""
+        held = self.call(*LOGIN, "org.freedesktop.login1.Manager.ListInhibitors")
+        return sorted(" ".join(lock) for lock in
+                      re.findall(r"\('([^']*)', 'Orlop', '[^']*', '([^']*)'", held))
+
+    def monitor(self, rule):
+        """Answers a function that gives all messages that match, as `dbus-monitor` prints them."""
+        log = Path(self._folder.name) / "monitor"
+        with open(log, "wb") as output:
+            self._start("dbus-monitor", "--address", self.address, rule, stdout=output)
+        wait_until(lambda: "NameAcquired" in log.read_text(), what="the monitor")
+        return log.read_text

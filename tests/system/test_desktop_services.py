@@ -1,0 +1,86 @@
+"""Sleep, notifications and the launcher, on a bus of their own; and a desktop without any."""
+import unittest
+from pathlib import Path
+
+from support.bus import LOGIN, NOTIFICATIONS, Bus
+from support.case import MIB, SystemTest
+from support.home import PROGRAMS, wait_until
+
+DESKTOP = PROGRAMS / "orlop"
+
+
+class DesktopServicesTest(SystemTest):
+    def setUp(self):
+        super().setUp()
+        self.bus = Bus()
+        self.addCleanup(self.bus.close)
+
+    def prepare_for_sleep(self, begins):
+        self.bus.emit(LOGIN, "org.freedesktop.login1.Manager", "PrepareForSleep", "b", begins)
+
+    def test_downloads_are_paused_and_saved_before_sleep_and_go_on_after_it(self):
+        self.bus.mock("logind", LOGIN)
+        source = self.serve("night.bin", 2 * MIB)
+        program = self.home.start("-Auto-Resume After Sleep: Delay", 0,
+                                  self.server.url("/rate/1000000/night.bin"),
+                                  environment=self.bus.environment)
+        wait_until(lambda: self.home.partial_bytes() > 0, what="the first bytes")
+        wait_until(lambda: self.bus.inhibitors() == ["idle block", "sleep delay"],
+                   what="both inhibitors")
+        self.prepare_for_sleep("true")
+        wait_until(lambda: self.bus.inhibitors() == [], what="leave to sleep")
+        record, = self.home.queue()
+        self.assertFalse(record["Paused"], "it goes on by itself even after a dead battery")
+        self.assertTrue(Path(record["Resume Path"]).expanduser().name)
+        asleep = self.home.partial_bytes()
+        self.assertGreater(asleep, 0)
+        self.assertLess(asleep, 2 * MIB)
+        self.prepare_for_sleep("false")
+        wait_until(lambda: "sleep delay" in self.bus.inhibitors(), what="the next delay")
+        self.assert_status(self.home.result(program), 0)
+        self.assert_downloaded("night.bin", source)
+        self.assertEqual(self.bus.inhibitors(), [])
+
+    @unittest.skipUnless(DESKTOP.exists(), "built without the desktop program")
+    def test_notifications_and_the_launcher_tell_how_it_went(self):
+        calls = self.bus.mock("notification_daemon", NOTIFICATIONS)
+        launcher = self.bus.monitor("interface='com.canonical.Unity.LauncherEntry'")
+        self.serve("a&b.bin", MIB // 2)
+        result = self.run_desktop("-Auto-Quit", "YES", self.server.url("/rate/500000/a&b.bin"),
+                                  environment=self.bus.environment)
+        self.assert_status(result, 0)
+        shown = [line for line in calls() if " Notify " in line]
+        self.assertEqual(len(shown), 3, shown)
+        for line, words in zip(shown, ((' "Added to Queue"', '"a&amp;b.bin"'),
+                                       (' "Download Complete"', '"a&amp;b.bin"'),
+                                       (' "Download Complete"', '"Done"'))):
+            for word in words:
+                self.assertIn(word, line)
+        updates = launcher().split("signal ")
+        self.assertTrue(all("application://com.tarnworks.Orlop.desktop" in update
+                            for update in updates if "LauncherEntry" in update))
+        self.assertRegex(launcher(), r'"progress-visible"\s+variant\s+boolean true')
+        self.assertRegex(launcher(), r'"count"\s+variant\s+int64 1')
+        self.assertRegex(updates[-1], r'"count-visible"\s+variant\s+boolean false')
+
+    @unittest.skipUnless(DESKTOP.exists(), "built without the desktop program")
+    def test_a_desktop_without_services_says_so_once(self):
+        for name in ("one", "two"):
+            self.serve(f"{name}.bin", 5000)
+        nowhere = {"DBUS_SYSTEM_BUS_ADDRESS": "disabled:"}
+        self.assert_status(self.run_desktop(
+            "-Auto-Quit", "YES", *(self.server.url(f"/{name}.bin") for name in ("one", "two")),
+            environment=nowhere), 0)
+        self.assertEqual(self.home.finished(), ["one.bin", "two.bin"])
+        log = "".join(path.read_text() for path in (self.home.root / "state").rglob("*")
+                      if path.is_file())
+        for complaint in ("the machine's sleep is not known of", "notifications are not shown"):
+            self.assertEqual(log.count(complaint), 1, log)
+
+    def run_desktop(self, *arguments, environment):
+        return self.home.run(*arguments, program=DESKTOP,
+                             environment={"QT_QPA_PLATFORM": "offscreen"} | environment)
+
+
+if __name__ == "__main__":
+    unittest.main()
