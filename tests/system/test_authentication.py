@@ -201,6 +201,14 @@ class SecrecyTest(GuardedTest):
         self.assert_folders_are_clean()
         self.assert_no_canary(session.raw, "the terminal")
 
+    def test_nor_does_that_of_an_address(self):
+        self.serve("addressed.bin", SIZE)
+        address = self.server.url("/basic/addressed.bin").replace("://", f"://m%C3%BCller:{CANARY}@")
+        result = self.home.run("-DQDebugLog", "YES", "-Number Of History Items", "0", address)
+        self.assert_status(result, 0)
+        self.assert_folders_are_clean()
+        self.assert_no_canary((result.stdout + result.stderr).encode(), "the output")
+
     def assert_folders_are_clean(self):
         searched = 0
         for path in self.home.root.rglob("*"):

@@ -17,7 +17,7 @@ public:
     virtual void write(LogLevel level, const QString& line) = 0;
 };
 
-/// Writes a line to the sinks. Any thread.
+/// Writes a line to the sinks, but not the passwords of the addresses in it. Any thread.
 void log(const QString& line, LogLevel level = LogLevel::Info);
 
 /// Writes "[Debug] " and what `line` answers, only if "DQDebugLog" is on; `line` is not called
