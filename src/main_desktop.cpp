@@ -8,6 +8,7 @@
 #include "app/status/queue_status_reporter.h"
 #include "platform/base/arguments.h"
 #include "platform/session/signal_watcher.h"
+#include "ui/art/appearance.h"
 #include "ui/art/icons.h"
 #include "ui/authentication/authentication_panel.h"
 #include "ui/window/desktop_front_end.h"
@@ -22,6 +23,8 @@ int main(int argumentCount, char** argumentValues) {
     QApplication::setDesktopFileName(QStringLiteral("com.tarnworks.Orlop"));
     QApplication::setWindowIcon(ui::applicationIcon());
     QApplication::setQuitOnLastWindowClosed(false);
+
+    const ui::Appearance appearance;
 
     QStringList arguments;
     for (int index = 1; index < argumentCount; ++index) {

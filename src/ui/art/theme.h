@@ -10,6 +10,8 @@ enum class ProgressBarStyle;
 /// Colours that the program adds to the desktop's palette, all derived from it, so that light,
 /// dark and high-contrast desktops stay what they are.
 [[nodiscard]] bool isDark(const QPalette& palette);
+/// For desktops that ask for dark windows and bring no colours for them.
+[[nodiscard]] QPalette darkPalette();
 [[nodiscard]] QColor separatorColor(const QPalette& palette);
 /// Around controls that stand on the window.
 [[nodiscard]] QColor outlineColor(const QPalette& palette);

@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "ui/art/icons.h"
 #include "ui/text.h"
 #include "ui/toolbar/toolbar_layout.h"
 
@@ -14,10 +15,15 @@ namespace ui {
 namespace {
 
 constexpr int identifierRole = Qt::UserRole;
+constexpr int iconSize = 20;
 
 QListWidgetItem* listItem(const QString& identifier) {
     auto* item = new QListWidgetItem(ToolbarLayout::label(identifier));
     item->setData(identifierRole, identifier);
+    const QString symbol = ToolbarLayout::symbol(identifier);
+    QPixmap blank(iconSize, iconSize);
+    blank.fill(Qt::transparent);
+    item->setIcon(symbol.isEmpty() ? QIcon(blank) : symbolIcon(symbol));
     return item;
 }
 
@@ -25,6 +31,8 @@ QListWidget* itemList(const QString& title, QGridLayout& grid, int column) {
     auto* list = new QListWidget;
     auto* label = new QLabel(title);
     label->setBuddy(list);
+    list->setIconSize({iconSize, iconSize});
+    list->setMinimumWidth(list->fontMetrics().averageCharWidth() * 48);
     list->setAccessibleName(title);
     grid.addWidget(label, 0, column);
     grid.addWidget(list, 1, column);
@@ -36,7 +44,6 @@ QListWidget* itemList(const QString& title, QGridLayout& grid, int column) {
 ToolbarEditor::ToolbarEditor(ToolbarLayout& layout, QWidget* parent)
     : QDialog(parent), layout_(layout) {
     setWindowTitle(translated("Customize Toolbar"));
-    resize(620, 340);
     auto* grid = new QGridLayout;
     available_ = itemList(translated("Available items:"), *grid, 0);
     shown_ = itemList(translated("In the toolbar:"), *grid, 2);
@@ -63,8 +70,10 @@ ToolbarEditor::ToolbarEditor(ToolbarLayout& layout, QWidget* parent)
     auto* buttons =
         new QDialogButtonBox(QDialogButtonBox::Close | QDialogButtonBox::RestoreDefaults, this);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    connect(buttons->button(QDialogButtonBox::RestoreDefaults), &QPushButton::clicked, this,
-            [this] { store(layout_.defaultItems(), 0); });
+    QPushButton* restore = buttons->button(QDialogButtonBox::RestoreDefaults);
+    restore->setAutoDefault(false);
+    connect(restore, &QPushButton::clicked, this, [this] { store(layout_.defaultItems(), 0); });
+    buttons->button(QDialogButtonBox::Close)->setDefault(true);
     auto* whole = new QVBoxLayout(this);
     whole->addLayout(grid);
     whole->addWidget(buttons);

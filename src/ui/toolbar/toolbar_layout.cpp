@@ -62,22 +62,43 @@ bool ToolbarLayout::isRepeatable(const QString& item) {
     return item == item::separator || item == item::space || item == item::flexibleSpace;
 }
 
-QString ToolbarLayout::label(const QString& item) {
-    static const std::pair<QString, const char*> labels[] = {
-        {item::queuePause, translatable("Start/Pause")},
-        {item::autoQueuePause, translatable("Start/Pause According to Schedule")},
-        {item::accelerateThrottle, translatable("Accelerate Downloads/Throttle Bandwidth")},
-        {item::addFromPasteboard, translatable("Add from Pasteboard")},
-        {item::moreActions, translatable("More Actions")},
-        {item::filter, translatable("Filter")},
-        {item::separator, translatable("Separator")},
-        {item::space, translatable("Space")},
-        {item::flexibleSpace, translatable("Flexible Space")},
-        {item::customize, translatable("Customize")},
+namespace {
+
+struct Face {
+    QString item;
+    const char* label;
+    const char* symbol;
+};
+
+const Face* faceOf(const QString& wanted) {
+    static const Face faces[] = {
+        {item::queuePause, translatable("Start/Pause"), "queue-start"},
+        {item::autoQueuePause, translatable("Start/Pause According to Schedule"), "schedule-queue"},
+        {item::accelerateThrottle, translatable("Accelerate Downloads/Throttle Bandwidth"),
+         "accelerate"},
+        {item::addFromPasteboard, translatable("Add from Pasteboard"), "add-from-pasteboard"},
+        {item::moreActions, translatable("More Actions"), "more-actions"},
+        {item::filter, translatable("Filter"), "filter"},
+        {item::separator, translatable("Separator"), ""},
+        {item::space, translatable("Space"), ""},
+        {item::flexibleSpace, translatable("Flexible Space"), ""},
+        {item::customize, translatable("Customize"), "general"},
     };
-    const auto found = std::find_if(std::begin(labels), std::end(labels),
-                                    [&](const auto& label) { return label.first == item; });
-    return found == std::end(labels) ? item : translated(found->second);
+    const auto found = std::find_if(std::begin(faces), std::end(faces),
+                                    [&](const Face& face) { return face.item == wanted; });
+    return found == std::end(faces) ? nullptr : found;
+}
+
+}  // namespace
+
+QString ToolbarLayout::label(const QString& item) {
+    const Face* face = faceOf(item);
+    return face ? translated(face->label) : item;
+}
+
+QString ToolbarLayout::symbol(const QString& item) {
+    const Face* face = faceOf(item);
+    return face ? QString::fromLatin1(face->symbol) : QString();
 }
 
 }  // namespace ui

@@ -36,6 +36,8 @@ public:
     [[nodiscard]] static bool isRepeatable(const QString& item);
     /// In the user's language.
     [[nodiscard]] static QString label(const QString& item);
+    /// Name of the drawing that stands for it; empty: none.
+    [[nodiscard]] static QString symbol(const QString& item);
 
     /// Of the toolbar, telling the two sets of items apart.
     [[nodiscard]] const QString& identifier() const { return identifier_; }
