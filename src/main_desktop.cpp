@@ -11,8 +11,20 @@
 #include "ui/art/appearance.h"
 #include "ui/art/icons.h"
 #include "ui/authentication/authentication_panel.h"
+#include "ui/language.h"
+#include "ui/settings.h"
 #include "ui/window/desktop_front_end.h"
 #include "ui/window/desktop_windows.h"
+
+namespace {
+
+ui::Language::Pseudo pseudoLocale(const QVariantMap& defaults) {
+    using Pseudo = ui::Language::Pseudo;
+    const int number = defaults.value(ui::settings::pseudoLocale.name()).toInt();
+    return number == 1 ? Pseudo::Accented : number == 2 ? Pseudo::RightToLeft : Pseudo::None;
+}
+
+}  // namespace
 
 int main(int argumentCount, char** argumentValues) {
     // Qt would take arguments with one dash for its own; they are settings here.
@@ -31,6 +43,7 @@ int main(int argumentCount, char** argumentValues) {
         arguments.push_back(QString::fromLocal8Bit(argumentValues[index]));
     }
     const platform::ParsedArguments parsed = platform::parseArguments(arguments);
+    const ui::Language language(application, QLocale(), pseudoLocale(parsed.defaults));
 
     ui::DesktopFrontEnd frontEnd;
     ui::AuthenticationPanel authenticationPanel;

@@ -23,4 +23,9 @@ inline const Setting<QStringList> mainToolbarWithThrottling{
     false,
     "The items of the toolbar otherwise; absent: the usual ones."};
 
+inline constexpr Setting<qint64> pseudoLocale{
+    u"Pseudo Locale", 0, false,
+    "For testing, on the command line only: 1 shows every text with accents, 2 also from right to "
+    "left."};
+
 }  // namespace ui::settings

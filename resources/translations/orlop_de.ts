@@ -1,0 +1,1694 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de" sourcelanguage="en">
+    <context>
+        <name>Orlop</name>
+        <message>
+            <location filename="../../src/app/application.cpp" />
+            <source>The queue of an earlier run cannot be read and will not be touched.</source>
+            <translation>Die Warteschlange eines früheren Laufs ist nicht lesbar und bleibt unberührt.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/application.cpp" />
+            <source>The queue of an earlier run cannot be read; it was kept as %@.</source>
+            <translation>Die Warteschlange eines früheren Laufs ist nicht lesbar; sie wurde als %@ aufbewahrt.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/bulk_commands.cpp" />
+            <source>Are you sure you want to cancel your downloads? All temporary files will be deleted.</source>
+            <translation>Möchten Sie Ihre Downloads wirklich abbrechen? Alle unfertigen Dateien werden gelöscht.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/bulk_commands.cpp" />
+            <source>Cancel downloads</source>
+            <translation>Downloads abbrechen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/bulk_commands.cpp" />
+            <source>Cancel downloads?</source>
+            <translation>Downloads abbrechen?</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/bulk_commands.cpp" />
+            <source>Keep downloading</source>
+            <translation>Weiter laden</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;About Orlop</source>
+            <translation>Ü&amp;ber Orlop</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Add from Pasteboard</source>
+            <translation>Aus &amp;Zwischenablage hinzufügen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Address</source>
+            <translation>&amp;Adresse</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Cancel...</source>
+            <translation>Ab&amp;brechen …</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Close Window</source>
+            <translation>Fenster &amp;schließen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Copy URLs</source>
+            <translation>URLs &amp;kopieren</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Date Added</source>
+            <translation>&amp;Datum</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Descending</source>
+            <translation>A&amp;bsteigend</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Divider Line</source>
+            <translation>&amp;Trennlinie</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Downloads</source>
+            <translation>&amp;Downloads</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Filter</source>
+            <translation>&amp;Filtern</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Full Screen</source>
+            <translation>&amp;Vollbild</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Help</source>
+            <translation>&amp;Hilfe</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Host</source>
+            <translation>&amp;Server</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Lively Background</source>
+            <translation>&amp;Kräftiger Hintergrund</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Minimize</source>
+            <translation>&amp;Minimieren</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Name</source>
+            <translation>&amp;Name</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Open...</source>
+            <translation>Ö&amp;ffnen …</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Paste</source>
+            <translation>&amp;Einfügen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Pause</source>
+            <translation>&amp;Anhalten</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Pill</source>
+            <translation>Ka&amp;psel</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Private Downloading</source>
+            <translation>&amp;Privat herunterladen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Progress</source>
+            <translation>&amp;Fortschritt</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Queue Order</source>
+            <translation>&amp;Warteschlange</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Quit</source>
+            <translation>&amp;Beenden</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Remove</source>
+            <translation>Ent&amp;fernen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Reverse Order</source>
+            <translation>&amp;Umkehren</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Settings...</source>
+            <translation>E&amp;instellungen …</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Start Paused</source>
+            <translation>Ange&amp;haltene starten</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Subtle Background</source>
+            <translation>&amp;Zarter Hintergrund</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>A&amp;scending</source>
+            <translation>Auf&amp;steigend</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>Accelerate Downl&amp;oads</source>
+            <translation>Downloads besch&amp;leunigen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>C&amp;lear</source>
+            <translation>Aufrä&amp;umen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>Check for &amp;Updates...</source>
+            <translation>Nach &amp;Updates suchen …</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>Customize &amp;Toolbar...</source>
+            <translation>&amp;Symbolleiste anpassen …</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>D&amp;eselect All</source>
+            <translation>Nichts a&amp;uswählen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>Enable Debug &amp;Logging</source>
+            <translation>Ausführlich &amp;protokollieren</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>Move &amp;Up</source>
+            <translation>Nach &amp;oben</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>Move Do&amp;wn</source>
+            <translation>Nach &amp;unten</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>Move to &amp;Bottom</source>
+            <translation>Ans &amp;Ende</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>Move to &amp;Top</source>
+            <translation>An den An&amp;fang</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>Open &amp;URLs...</source>
+            <translation>&amp;URLs öffnen …</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>Open Fol&amp;der...</source>
+            <translation>&amp;Ordner öffnen …</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>Pause &amp;Waiting</source>
+            <translation>&amp;Wartende anhalten</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>Pause According to Schedule</source>
+            <translation>Nach Zeitplan anhalten</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>Rando&amp;m Order</source>
+            <translation>&amp;Mischen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>Retr&amp;y</source>
+            <translation>Er&amp;neut versuchen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>S&amp;tart/Pause</source>
+            <translation>&amp;Starten/Anhalten</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>S&amp;top Adding</source>
+            <translation>&amp;Hinzufügen abbrechen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>Select &amp;All</source>
+            <translation>&amp;Alles auswählen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>Show &amp;Addresses</source>
+            <translation>&amp;Adressen anzeigen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>Shut &amp;Down When Done...</source>
+            <translation>Danach herunter&amp;fahren …</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>Sle&amp;ep When Done</source>
+            <translation>Danach in Ruhe&amp;zustand</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>Start According to Schedule</source>
+            <translation>Nach Zeitplan starten</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>Start Downloads &amp;Automatically</source>
+            <translation>Downloads au&amp;tomatisch starten</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>Throttle &amp;Bandwidth</source>
+            <translation>Bandbreite be&amp;grenzen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>(%lu more)</source>
+            <translation>(%lu weitere)</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Accelerate</source>
+            <translation>Beschleunigen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Copy Original URL</source>
+            <translation>Ursprüngliche URL kopieren</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Copy Path</source>
+            <translation>Pfad kopieren</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Copy URL</source>
+            <translation>URL kopieren</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Copy URLs</source>
+            <translation>URLs kopieren</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Download to</source>
+            <translation>Herunterladen nach</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>History</source>
+            <translation>Verlauf</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Move to Trash</source>
+            <translation>In den Papierkorb legen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Open</source>
+            <translation>Öffnen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Open Original URL</source>
+            <translation>Ursprüngliche URL öffnen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Open URL</source>
+            <translation>URL öffnen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Open URLs</source>
+            <translation>URLs öffnen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Open with</source>
+            <translation>Öffnen mit</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Pause Download</source>
+            <translation>Download anhalten</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Pause Downloads</source>
+            <translation>Downloads anhalten</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Progress Indicator</source>
+            <translation>Fortschrittsanzeige</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Rearrange Queue by</source>
+            <translation>Warteschlange umordnen nach</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Remove</source>
+            <translation>Entfernen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Retry</source>
+            <translation>Erneut versuchen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Retry All</source>
+            <translation>Alle erneut versuchen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Show in Folder</source>
+            <translation>Im Ordner zeigen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Sort by</source>
+            <translation>Sortieren nach</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Start Download</source>
+            <translation>Download starten</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Start Download Now</source>
+            <translation>Download jetzt starten</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Start Downloads</source>
+            <translation>Downloads starten</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/folder_items.cpp" />
+            <source>Edit...</source>
+            <translation>Bearbeiten …</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/file_collector.cpp" />
+            <source>100 files and counting...</source>
+            <translation>100 Dateien, und es werden mehr …</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/file_collector.cpp" />
+            <source>Are you sure you still want more?</source>
+            <translation>Möchten Sie wirklich noch mehr?</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/file_collector.cpp" />
+            <source>Continue</source>
+            <translation>Weiter</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/file_collector.cpp" />
+            <source>Stop</source>
+            <translation>Aufhören</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/main_controller.cpp" />
+            <source>Added to Queue</source>
+            <translation>Zur Warteschlange hinzugefügt</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/queue/queue_archive.cpp" />
+            <source>Cancel</source>
+            <translation>Abbrechen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/queue/queue_archive.cpp" />
+            <source>Orlop is not done downloading yet.
+
+If you quit now, Orlop will remember its downloads, but depending on the servers you were downloading from, downloads cannot always be resumed.
+
+Do you really want to quit now?</source>
+            <translation>Orlop lädt noch.
+
+Wenn Sie jetzt beenden, merkt sich Orlop die Downloads; je nach Server lassen sie sich aber nicht immer fortsetzen.
+
+Möchten Sie jetzt wirklich beenden?</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/queue/queue_archive.cpp" />
+            <source>Quit</source>
+            <translation>Beenden</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/queue/queue_archive.cpp" />
+            <source>Wait! You seem to have forgotten something on the stove...</source>
+            <translation>Halt! Da steht noch etwas auf dem Herd …</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rules/folder_menu.cpp" />
+            <source>Clear Menu</source>
+            <translation>Menü leeren</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rules/folder_menu.cpp" />
+            <source>Default Downloads Folder</source>
+            <translation>Allgemeiner Download-Ordner</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rules/folder_menu.cpp" />
+            <source>Define Rule...</source>
+            <translation>Regel anlegen …</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rules/folder_menu.cpp" />
+            <source>Download to %@</source>
+            <translation>Herunterladen nach %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rules/folder_menu.cpp" />
+            <source>General</source>
+            <translation>Allgemein</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rules/folder_menu.cpp" />
+            <source>Hold shift to specify an individual download folder.</source>
+            <translation>Mit gedrückter Umschalttaste wählen Sie einen eigenen Ordner.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rules/folder_menu.cpp" />
+            <source>Ineffective</source>
+            <translation>Ohne Wirkung</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rules/folder_menu.cpp" />
+            <source>Open with %@</source>
+            <translation>Öffnen mit %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rules/folder_menu.cpp" />
+            <source>Other...</source>
+            <translation>Anderer …</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rules/folder_menu.cpp" />
+            <source>Remove All Rules</source>
+            <translation>Alle Regeln entfernen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rules/folder_menu.cpp" />
+            <source>Rules</source>
+            <translation>Regeln</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rules/subdivision_suggestions.cpp" />
+            <source>%@ (%lu nested subfolders)</source>
+            <translation>%@ (%lu ineinanderliegende Unterordner)</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/schedule/explanation.cpp" />
+            <source>The toolbar button you just clicked is a shortcut to the more detailed settings you can access in this section of Orlop's settings.</source>
+            <translation>Der Knopf, auf den Sie gerade geklickt haben, ist eine Abkürzung zu den ausführlicheren Einstellungen in diesem Abschnitt.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/schedule/toggles.cpp" />
+            <source>Are you sure you want Orlop to shut down your computer once all downloads are done?
+
+Please note that Orlop will not remember this setting across restarts. Also, Orlop cannot guarantee your computer will actually shut down, as other applications may refuse to quit without any user interaction.</source>
+            <translation>Soll Orlop Ihren Rechner wirklich herunterfahren, sobald alle Downloads fertig sind?
+
+Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafür bürgen, dass der Rechner wirklich herunterfährt, denn andere Programme können sich weigern, ohne Rückfrage zu beenden.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/schedule/toggles.cpp" />
+            <source>Shut down when done</source>
+            <translation>Danach herunterfahren</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/schedule/toggles.cpp" />
+            <source>Shut down when done?</source>
+            <translation>Danach herunterfahren?</translation>
+        </message>
+        <message>
+            <location filename="../../src/engine/download_identity.cpp" />
+            <source>File "%@"</source>
+            <translation>Datei „%@“</translation>
+        </message>
+        <message>
+            <location filename="../../src/engine/file_access.cpp" />
+            <source>Orlop cannot download files to this folder at the moment. This is most likely due to the sandbox blocking access to it. Click "Unlock" to ask the sandbox for permanent access to the folder.</source>
+            <translation>Orlop kann im Moment nicht in diesen Ordner laden. Wahrscheinlich sperrt die Sandbox den Zugriff. Klicken Sie auf „Freigeben“, um dauerhaften Zugriff auf den Ordner zu erbitten.</translation>
+        </message>
+        <message>
+            <location filename="../../src/engine/status_text.cpp" />
+            <source> - Acceleration failed</source>
+            <translation> - Beschleunigung gescheitert</translation>
+        </message>
+        <message>
+            <location filename="../../src/engine/status_text.cpp" />
+            <source> - Acceleration not supported</source>
+            <translation> - Beschleunigung nicht möglich</translation>
+        </message>
+        <message>
+            <location filename="../../src/engine/status_text.cpp" />
+            <source>%@ - %lu connections</source>
+            <translation>%@ - %lu Verbindungen</translation>
+        </message>
+        <message>
+            <location filename="../../src/engine/status_text.cpp" />
+            <source>%@ at %@/s</source>
+            <translation>%@ mit %@/s</translation>
+        </message>
+        <message>
+            <location filename="../../src/engine/status_text.cpp" />
+            <source>%@ at %@/s - %@ remaining</source>
+            <translation>%@ mit %@/s - noch %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/engine/status_text.cpp" />
+            <source>%@ of %@</source>
+            <translation>%@ von %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/engine/status_text.cpp" />
+            <source>%@%@%@</source>
+            <translation>%@%@%@</translation>
+        </message>
+        <message>
+            <location filename="../../src/engine/status_text.cpp" />
+            <source>%@%@⎇</source>
+            <translation>%@%@⎇</translation>
+        </message>
+        <message>
+            <location filename="../../src/engine/status_text.cpp" />
+            <source>%lu</source>
+            <translation>%lu</translation>
+        </message>
+        <message>
+            <location filename="../../src/engine/status_text.cpp" />
+            <source>%lu @ %@</source>
+            <translation>%lu @ %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/engine/status_text.cpp" />
+            <source>Aborted</source>
+            <translation>Abgebrochen</translation>
+        </message>
+        <message>
+            <location filename="../../src/engine/status_text.cpp" />
+            <source>Complete</source>
+            <translation>Fertig</translation>
+        </message>
+        <message>
+            <location filename="../../src/engine/status_text.cpp" />
+            <source>Connecting...</source>
+            <translation>Verbinden …</translation>
+        </message>
+        <message>
+            <location filename="../../src/engine/status_text.cpp" />
+            <source>Downloading: %ld%%</source>
+            <translation>Laden: %ld%%</translation>
+        </message>
+        <message>
+            <location filename="../../src/engine/status_text.cpp" />
+            <source>Interrupted</source>
+            <translation>Unterbrochen</translation>
+        </message>
+        <message>
+            <location filename="../../src/engine/status_text.cpp" />
+            <source>Paused</source>
+            <translation>Angehalten</translation>
+        </message>
+        <message>
+            <location filename="../../src/engine/status_text.cpp" />
+            <source>Pending</source>
+            <translation>Angehalten</translation>
+        </message>
+        <message>
+            <location filename="../../src/engine/status_text.cpp" />
+            <source>Waiting</source>
+            <translation>Wartet</translation>
+        </message>
+        <message>
+            <location filename="../../src/engine/status_text.cpp" />
+            <source>Waiting: #%@</source>
+            <translation>Wartet: Nr. %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/links/byte_counts.cpp" />
+            <source> Bytes</source>
+            <translation> Byte</translation>
+        </message>
+        <message>
+            <location filename="../../src/links/byte_counts.cpp" />
+            <source> EB</source>
+            <translation> EB</translation>
+        </message>
+        <message>
+            <location filename="../../src/links/byte_counts.cpp" />
+            <source> GB</source>
+            <translation> GB</translation>
+        </message>
+        <message>
+            <location filename="../../src/links/byte_counts.cpp" />
+            <source> KB</source>
+            <translation> kB</translation>
+        </message>
+        <message>
+            <location filename="../../src/links/byte_counts.cpp" />
+            <source> MB</source>
+            <translation> MB</translation>
+        </message>
+        <message>
+            <location filename="../../src/links/byte_counts.cpp" />
+            <source> PB</source>
+            <translation> PB</translation>
+        </message>
+        <message>
+            <location filename="../../src/links/byte_counts.cpp" />
+            <source> TB</source>
+            <translation> TB</translation>
+        </message>
+        <message>
+            <location filename="../../src/links/dates.cpp" />
+            <source>%d minutes ago</source>
+            <translation>vor %d Minuten</translation>
+        </message>
+        <message>
+            <location filename="../../src/links/dates.cpp" />
+            <source>1 minute ago</source>
+            <translation>vor 1 Minute</translation>
+        </message>
+        <message>
+            <location filename="../../src/links/dates.cpp" />
+            <source>just now</source>
+            <translation>gerade eben</translation>
+        </message>
+        <message>
+            <location filename="../../src/links/durations.cpp" />
+            <source>%@ days</source>
+            <translation>%@ Tage</translation>
+        </message>
+        <message>
+            <location filename="../../src/links/durations.cpp" />
+            <source>1 day</source>
+            <translation>1 Tag</translation>
+        </message>
+        <message>
+            <location filename="../../src/links/path_display.cpp" />
+            <source>Currently not available</source>
+            <translation>Zurzeit nicht verfügbar</translation>
+        </message>
+        <message>
+            <location filename="../../src/links/path_display.cpp" />
+            <source>Home</source>
+            <translation>Persönlicher Ordner</translation>
+        </message>
+        <message>
+            <location filename="../../src/links/path_display.cpp" />
+            <source>Not found</source>
+            <translation>Nicht gefunden</translation>
+        </message>
+        <message>
+            <location filename="../../src/links/sort_keys.cpp" />
+            <source>a an the</source>
+            <translation>der die das ein eine</translation>
+        </message>
+        <message>
+            <location filename="../../src/structured/json_complaints.cpp" />
+            <source>A backslash must be followed by one of " \ / b f n r t u. To mean the backslash itself, double it.</source>
+            <translation>Auf einen Rückstrich muss eines von " \ / b f n r t u folgen. Für den Rückstrich selbst verdoppeln Sie ihn.</translation>
+        </message>
+        <message>
+            <location filename="../../src/structured/json_complaints.cpp" />
+            <source>A colon is missing behind the key.</source>
+            <translation>Hinter dem Schlüssel fehlt ein Doppelpunkt.</translation>
+        </message>
+        <message>
+            <location filename="../../src/structured/json_complaints.cpp" />
+            <source>A comma or a closing brace is missing before this.</source>
+            <translation>Davor fehlt ein Komma oder eine schließende geschweifte Klammer.</translation>
+        </message>
+        <message>
+            <location filename="../../src/structured/json_complaints.cpp" />
+            <source>A comma or a closing bracket is missing before this.</source>
+            <translation>Davor fehlt ein Komma oder eine schließende eckige Klammer.</translation>
+        </message>
+        <message>
+            <location filename="../../src/structured/json_complaints.cpp" />
+            <source>A control character within a text must be written as an escape such as \u001F.</source>
+            <translation>Ein Steuerzeichen in einem Text muss umschrieben werden, etwa als \u001F.</translation>
+        </message>
+        <message>
+            <location filename="../../src/structured/json_complaints.cpp" />
+            <source>A key in double quotation marks is missing.</source>
+            <translation>Es fehlt ein Schlüssel in Anführungszeichen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/structured/json_complaints.cpp" />
+            <source>A tab within a text must be written as \t.</source>
+            <translation>Ein Tabulator in einem Text muss als \t geschrieben werden.</translation>
+        </message>
+        <message>
+            <location filename="../../src/structured/json_complaints.cpp" />
+            <source>A text has no closing quotation mark on its line.</source>
+            <translation>Einem Text fehlt auf seiner Zeile das schließende Anführungszeichen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/structured/json_complaints.cpp" />
+            <source>A text has no closing quotation mark.</source>
+            <translation>Einem Text fehlt das schließende Anführungszeichen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/structured/json_complaints.cpp" />
+            <source>A value is missing before this bracket.</source>
+            <translation>Vor dieser Klammer fehlt ein Wert.</translation>
+        </message>
+        <message>
+            <location filename="../../src/structured/json_complaints.cpp" />
+            <source>A value is missing before this.</source>
+            <translation>Davor fehlt ein Wert.</translation>
+        </message>
+        <message>
+            <location filename="../../src/structured/json_complaints.cpp" />
+            <source>No comma may stand before a closing brace.</source>
+            <translation>Vor einer schließenden geschweiften Klammer darf kein Komma stehen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/structured/json_complaints.cpp" />
+            <source>Nothing may follow the end of the whole.</source>
+            <translation>Hinter dem Ende darf nichts folgen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/structured/json_complaints.cpp" />
+            <source>The text ends before everything is closed.</source>
+            <translation>Der Text endet, bevor alles geschlossen ist.</translation>
+        </message>
+        <message>
+            <location filename="../../src/structured/json_complaints.cpp" />
+            <source>This escape is half a character; its other half is missing.</source>
+            <translation>Diese Umschreibung ist ein halbes Zeichen; die andere Hälfte fehlt.</translation>
+        </message>
+        <message>
+            <location filename="../../src/structured/json_complaints.cpp" />
+            <source>This is no value. A text must stand in double quotation marks; the only bare words are true, false and null.</source>
+            <translation>Das ist kein Wert. Ein Text muss in Anführungszeichen stehen; ohne sie gibt es nur true, false und null.</translation>
+        </message>
+        <message>
+            <location filename="../../src/structured/json_complaints.cpp" />
+            <source>This is not valid JSON.</source>
+            <translation>Das ist kein gültiges JSON.</translation>
+        </message>
+        <message>
+            <location filename="../../src/structured/json_complaints.cpp" />
+            <source>This is not valid UTF-8.</source>
+            <translation>Das ist kein gültiges UTF-8.</translation>
+        </message>
+        <message>
+            <location filename="../../src/structured/json_complaints.cpp" />
+            <source>This number is incomplete: a digit is missing.</source>
+            <translation>Diese Zahl ist unvollständig: Es fehlt eine Ziffer.</translation>
+        </message>
+        <message>
+            <location filename="../../src/structured/json_complaints.cpp" />
+            <source>This number is too large.</source>
+            <translation>Diese Zahl ist zu groß.</translation>
+        </message>
+        <message>
+            <location filename="../../src/structured/json_complaints.cpp" />
+            <source>\u must be followed by four hexadecimal digits.</source>
+            <translation>Auf \u müssen vier hexadezimale Ziffern folgen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/commands/main_menu.cpp" />
+            <source>&amp;Edit</source>
+            <translation>&amp;Bearbeiten</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/commands/main_menu.cpp" />
+            <source>&amp;File</source>
+            <translation>&amp;Datei</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/commands/main_menu.cpp" />
+            <source>&amp;Move Selected</source>
+            <translation>Auswahl &amp;verschieben</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/commands/main_menu.cpp" />
+            <source>&amp;Queue</source>
+            <translation>&amp;Warteschlange</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/commands/main_menu.cpp" />
+            <source>&amp;Sort by</source>
+            <translation>S&amp;ortieren nach</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/commands/main_menu.cpp" />
+            <source>&amp;View</source>
+            <translation>&amp;Ansicht</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/commands/main_menu.cpp" />
+            <source>&amp;Window</source>
+            <translation>&amp;Fenster</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/commands/main_menu.cpp" />
+            <source>Progress &amp;Indicator</source>
+            <translation>&amp;Fortschrittsanzeige</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/commands/main_menu.cpp" />
+            <source>Rearran&amp;ge Queue by</source>
+            <translation>Warteschlange umo&amp;rdnen nach</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/history/history_item_menu.cpp" />
+            <source>Download Again</source>
+            <translation>Erneut herunterladen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/history/history_list_menu.cpp" />
+            <source>No Matches</source>
+            <translation>Keine Treffer</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/history/history_menu.cpp" />
+            <source>Clear History</source>
+            <translation>Verlauf löschen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/history/history_menu.cpp" />
+            <source>History is empty</source>
+            <translation>Der Verlauf ist leer</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/history/history_menu.cpp" />
+            <source>Search</source>
+            <translation>Suchen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/history/history_search.cpp" />
+            <source>Name</source>
+            <translation>Name</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/history/history_search.cpp" />
+            <source>URL</source>
+            <translation>URL</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/list/download_list.cpp" />
+            <source>Downloads</source>
+            <translation>Downloads</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/list/empty_list_text.cpp" />
+            <source>Drag URLs Here</source>
+            <translation>URLs hierher ziehen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/list/empty_list_text.cpp" />
+            <source>Drag URLs Here &amp; Choose Download Folder</source>
+            <translation>URLs hierher ziehen &amp; Ordner wählen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/list/row_texts.cpp" />
+            <source>Added earlier today</source>
+            <translation>Heute hinzugefügt</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/list/row_texts.cpp" />
+            <source>Added on %@</source>
+            <translation>Hinzugefügt am %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/list/row_texts.cpp" />
+            <source>Double-click to reveal target file</source>
+            <translation>Doppelklick zeigt die Zieldatei</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/rules/folder_menu.cpp" />
+            <source>Remove all rules?</source>
+            <translation>Alle Regeln entfernen?</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/rules/folder_menu.cpp" />
+            <source>This cannot be undone.</source>
+            <translation>Das lässt sich nicht rückgängig machen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/rules/folder_selector.cpp" />
+            <source>Choose Folder</source>
+            <translation>Ordner wählen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/rules/rule_editor.cpp" />
+            <source>&amp;Download to:</source>
+            <translation>&amp;Herunterladen nach:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/rules/rule_editor.cpp" />
+            <source>Application</source>
+            <translation>Programm</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/rules/rule_editor.cpp" />
+            <source>Define Rule</source>
+            <translation>Regel anlegen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/rules/rule_editor.cpp" />
+            <source>Edit Rule</source>
+            <translation>Regel bearbeiten</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/rules/rule_editor.cpp" />
+            <source>From these &amp;hosts, one on each line</source>
+            <translation>Von diesen &amp;Servern, je einer pro Zeile</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/rules/rule_editor.cpp" />
+            <source>Open &amp;with:</source>
+            <translation>Öffnen &amp;mit:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/rules/rule_editor.cpp" />
+            <source>Say which downloads the rule is for: those from certain hosts, those of certain types, or those that are both.</source>
+            <translation>Geben Sie an, für welche Downloads die Regel gilt: die von bestimmten Servern, die von bestimmter Art, oder die, auf die beides zutrifft.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/rules/rule_editor.cpp" />
+            <source>With these e&amp;xtensions, one on each line</source>
+            <translation>Mit diesen &amp;Endungen, je eine pro Zeile</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/rules/rule_editor.cpp" />
+            <source>“%@” is no extension. Write one on each line, as in zip.</source>
+            <translation>„%@“ ist keine Endung. Schreiben Sie eine pro Zeile, etwa zip.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/rules/rule_editor.cpp" />
+            <source>“%@” is no name of a host. Write one on each line, as in example.org.</source>
+            <translation>„%@“ ist kein Servername. Schreiben Sie einen pro Zeile, etwa example.org.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/rules/rule_list.cpp" />
+            <source>Any</source>
+            <translation>Beliebig</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/rules/rule_list.cpp" />
+            <source>De&amp;fine Rule...</source>
+            <translation>Regel &amp;anlegen …</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/rules/rule_list.cpp" />
+            <source>Dupli&amp;cate...</source>
+            <translation>&amp;Duplizieren …</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/rules/rule_list.cpp" />
+            <source>Ed&amp;it...</source>
+            <translation>&amp;Bearbeiten …</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/rules/rule_list.cpp" />
+            <source>Extensions</source>
+            <translation>Endungen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/rules/rule_list.cpp" />
+            <source>Folder</source>
+            <translation>Ordner</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/rules/rule_list.cpp" />
+            <source>Hosts</source>
+            <translation>Server</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/rules/rule_list.cpp" />
+            <source>Re&amp;move</source>
+            <translation>Ent&amp;fernen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/rules/subdivision_field.cpp" />
+            <source> - Example: %@</source>
+            <translation> - Beispiel: %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/rules/subdivision_field.cpp" />
+            <source>No subfolders</source>
+            <translation>Keine Unterordner</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/rules/subdivision_field.cpp" />
+            <source>This is no date format; no subfolder will be made.</source>
+            <translation>Das ist kein Datumsformat; es wird kein Unterordner angelegt.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/rules/subdivision_field.cpp" />
+            <source>Today: %@</source>
+            <translation>Heute: %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/schedule/schedule_settings.cpp" />
+            <source>Pause downloads every day at</source>
+            <translation>Downloads täglich anhalten um</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/schedule/schedule_settings.cpp" />
+            <source>Pause downloads that are running as well</source>
+            <translation>Auch laufende Downloads anhalten</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/schedule/schedule_settings.cpp" />
+            <source>Start downloads every day at</source>
+            <translation>Downloads täglich starten um</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/schedule/throttle_field.cpp" />
+            <source>Bandwidth limit in kilobytes per second</source>
+            <translation>Grenze der Bandbreite in Kilobyte pro Sekunde</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/schedule/toolbar_explanation.cpp" />
+            <source>Do not show this message again</source>
+            <translation>Diesen Hinweis nicht mehr zeigen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>&amp;Date of files:</source>
+            <translation>&amp;Datum der Dateien:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>&amp;Height follows the list</source>
+            <translation>&amp;Höhe folgt der Liste</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>&amp;Note in the file where it came from</source>
+            <translation>In der Datei ver&amp;merken, woher sie kommt</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>&amp;Skip services that only redirect</source>
+            <translation>Dienste über&amp;springen, die nur weiterleiten</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Add if missing</source>
+            <translation>Ergänzen, wenn sie fehlt</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Add if missing, correct if wrong</source>
+            <translation>Ergänzen und berichtigen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Addresses:</source>
+            <translation>Adressen:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Always by the type of the content</source>
+            <translation>Immer nach dem Typ des Inhalts</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>An&amp;imations</source>
+            <translation>An&amp;imationen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Beside the finished file</source>
+            <translation>Neben der fertigen Datei</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Download pages:</source>
+            <translation>Download-Seiten:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Edit &amp;Rules...</source>
+            <translation>&amp;Regeln bearbeiten …</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Edit rules for download pages</source>
+            <translation>Regeln für Download-Seiten bearbeiten</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>File e&amp;xtensions:</source>
+            <translation>&amp;Endungen:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>In Orlop's own folder</source>
+            <translation>In Orlops eigenem Ordner</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Keep &amp;unfinished files:</source>
+            <translation>&amp;Unfertige Dateien:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Leave as they are</source>
+            <translation>Lassen, wie sie sind</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>The server's date</source>
+            <translation>Das des Servers</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>User &amp;agent:</source>
+            <translation>User-&amp;Agent:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>What servers are told about the program. “-” tells them nothing.</source>
+            <translation>Was Server über das Programm erfahren. „-“ verrät ihnen nichts.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>When they were downloaded</source>
+            <translation>Wann sie geladen wurden</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Window:</source>
+            <translation>Fenster:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/behaviors_section.cpp" />
+            <source>&amp;Finished downloads</source>
+            <translation>&amp;Fertige Downloads</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/behaviors_section.cpp" />
+            <source>&amp;Handed an address:</source>
+            <translation>Nach einer &amp;Übergabe:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/behaviors_section.cpp" />
+            <source>&amp;Quitting while downloading:</source>
+            <translation>&amp;Beenden beim Laden:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/behaviors_section.cpp" />
+            <source>After each download</source>
+            <translation>Nach jedem Download</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/behaviors_section.cpp" />
+            <source>After the last download</source>
+            <translation>Nach dem letzten Download</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/behaviors_section.cpp" />
+            <source>Ask for &amp;attention:</source>
+            <translation>Auf sich auf&amp;merksam machen:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/behaviors_section.cpp" />
+            <source>Asks first</source>
+            <translation>Fragt vorher</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/behaviors_section.cpp" />
+            <source>Clear from the list:</source>
+            <translation>Aus der Liste räumen:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/behaviors_section.cpp" />
+            <source>Closing the &amp;window:</source>
+            <translation>Fenster &amp;schließen:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/behaviors_section.cpp" />
+            <source>Fai&amp;led downloads</source>
+            <translation>Fehl&amp;geschlagene Downloads</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/behaviors_section.cpp" />
+            <source>Hide</source>
+            <translation>Ausblenden</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/behaviors_section.cpp" />
+            <source>Keeps Orlop running</source>
+            <translation>Orlop läuft weiter</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/behaviors_section.cpp" />
+            <source>Never</source>
+            <translation>Nie</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/behaviors_section.cpp" />
+            <source>Pauses without asking</source>
+            <translation>Hält ohne Frage an</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/behaviors_section.cpp" />
+            <source>Play a &amp;sound:</source>
+            <translation>&amp;Klang abspielen:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/behaviors_section.cpp" />
+            <source>Quit when everything is &amp;done</source>
+            <translation>Beenden, wenn alles fertig ist</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/behaviors_section.cpp" />
+            <source>Quits</source>
+            <translation>Beendet Orlop</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/behaviors_section.cpp" />
+            <source>Quits if nothing is active</source>
+            <translation>Beendet Orlop, wenn nichts läuft</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/behaviors_section.cpp" />
+            <source>Stay in front</source>
+            <translation>Vorn bleiben</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/behaviors_section.cpp" />
+            <source>Step back behind other windows</source>
+            <translation>Hinter andere Fenster treten</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/behaviors_section.cpp" />
+            <source>What Orlop does once another program has passed it something to download.</source>
+            <translation>Was Orlop tut, sobald ein anderes Programm ihm etwas übergeben hat.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/general_section.cpp" />
+            <source>&amp;Subfolder by date:</source>
+            <translation>&amp;Unterordner nach Datum:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/general_section.cpp" />
+            <source>Asked for a folder, choose the &amp;name as well</source>
+            <translation>Mit dem Ordner auch den &amp;Namen wählen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/general_section.cpp" />
+            <source>Date &amp;used:</source>
+            <translation>&amp;Welches Datum:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/general_section.cpp" />
+            <source>In &amp;rules' folders:</source>
+            <translation>In Ordnern von &amp;Regeln:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/general_section.cpp" />
+            <source>New downloads:</source>
+            <translation>Neue Downloads:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/general_section.cpp" />
+            <source>Rul&amp;es:</source>
+            <translation>Re&amp;geln:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/general_section.cpp" />
+            <source>Skip addresses that are &amp;already in the list</source>
+            <translation>Adressen überspringen, die schon in der &amp;Liste sind</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/general_section.cpp" />
+            <source>Start at &amp;once</source>
+            <translation>&amp;Sofort starten</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/general_section.cpp" />
+            <source>The first rule that fits a download decides on its folder.</source>
+            <translation>Die erste Regel, die auf einen Download passt, bestimmt seinen Ordner.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/general_section.cpp" />
+            <source>Today</source>
+            <translation>Heute</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/general_section.cpp" />
+            <source>When the download was added</source>
+            <translation>Als der Download hinzukam</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/history_section.cpp" />
+            <source>&amp;Clear when quitting</source>
+            <translation>Beim Beenden &amp;löschen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/history_section.cpp" />
+            <source>&amp;Only downloads that finished</source>
+            <translation>&amp;Nur fertige Downloads</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/history_section.cpp" />
+            <source>&amp;Remember downloads:</source>
+            <translation>Downloads &amp;merken:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/history_section.cpp" />
+            <source>All</source>
+            <translation>Alle</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/history_section.cpp" />
+            <source>History:</source>
+            <translation>Verlauf:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/history_section.cpp" />
+            <source>In the &amp;menu itself:</source>
+            <translation>Im Menü &amp;selbst:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/history_section.cpp" />
+            <source>None</source>
+            <translation>Keine</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/history_section.cpp" />
+            <source>Older ones stand in a menu of their day.</source>
+            <translation>Ältere stehen im Menü ihres Tages.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/schedule_section.cpp" />
+            <source>Automatically:</source>
+            <translation>Automatisch:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/settings_window.cpp" />
+            <source>Advanced</source>
+            <translation>Erweitert</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/settings_window.cpp" />
+            <source>Behaviors</source>
+            <translation>Verhalten</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/settings_window.cpp" />
+            <source>Feedback</source>
+            <translation>Feedback</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/settings_window.cpp" />
+            <source>Schedule</source>
+            <translation>Zeitplan</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/settings_window.cpp" />
+            <source>Sections</source>
+            <translation>Abschnitte</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/settings_window.cpp" />
+            <source>Settings</source>
+            <translation>Einstellungen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/settings_window.cpp" />
+            <source>Speed</source>
+            <translation>Geschwindigkeit</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/speed_section.cpp" />
+            <source>&amp;Connections:</source>
+            <translation>&amp;Verbindungen:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/speed_section.cpp" />
+            <source>&amp;Downloads at once:</source>
+            <translation>&amp;Gleichzeitige Downloads:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/speed_section.cpp" />
+            <source>&amp;Fetch large files over several connections</source>
+            <translation>Große Dateien über &amp;mehrere Verbindungen laden</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/speed_section.cpp" />
+            <source>&amp;Limit the speed of all downloads together</source>
+            <translation>Alle Downloads zusammen &amp;begrenzen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/speed_section.cpp" />
+            <source>&amp;Try failed downloads again</source>
+            <translation>&amp;Fehlgeschlagene erneut versuchen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/speed_section.cpp" />
+            <source>Acceleration:</source>
+            <translation>Beschleunigung:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/speed_section.cpp" />
+            <source>Bandwidth:</source>
+            <translation>Bandbreite:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/speed_section.cpp" />
+            <source>Failures:</source>
+            <translation>Fehlschläge:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/speed_section.cpp" />
+            <source>From one &amp;host:</source>
+            <translation>Von einem &amp;Server:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/speed_section.cpp" />
+            <source>KB per second</source>
+            <translation>kB pro Sekunde</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/speed_section.cpp" />
+            <source>L&amp;imit:</source>
+            <translation>G&amp;renze:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/speed_section.cpp" />
+            <source>Some servers allow only one connection, and a few take offence at more.</source>
+            <translation>Manche Server erlauben nur eine Verbindung, und einige nehmen mehr davon übel.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/speed_section.cpp" />
+            <source>Unlimited</source>
+            <translation>Unbegrenzt</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/toolbar/toolbar.cpp" />
+            <source>Filter</source>
+            <translation>Filter</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/toolbar/toolbar.cpp" />
+            <source>Toolbar</source>
+            <translation>Symbolleiste</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/toolbar/toolbar_editor.cpp" />
+            <source>&amp;Add</source>
+            <translation>&amp;Hinzufügen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/toolbar/toolbar_editor.cpp" />
+            <source>Available items:</source>
+            <translation>Verfügbar:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/toolbar/toolbar_editor.cpp" />
+            <source>Customize Toolbar</source>
+            <translation>Symbolleiste anpassen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/toolbar/toolbar_editor.cpp" />
+            <source>In the toolbar:</source>
+            <translation>In der Symbolleiste:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/toolbar/toolbar_editor.cpp" />
+            <source>Move &amp;Down</source>
+            <translation>Nach &amp;unten</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/toolbar/toolbar_layout.cpp" />
+            <source>Accelerate Downloads/Throttle Bandwidth</source>
+            <translation>Beschleunigen/Bandbreite begrenzen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/toolbar/toolbar_layout.cpp" />
+            <source>Add from Pasteboard</source>
+            <translation>Aus Zwischenablage hinzufügen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/toolbar/toolbar_layout.cpp" />
+            <source>Customize</source>
+            <translation>Anpassen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/toolbar/toolbar_layout.cpp" />
+            <source>Flexible Space</source>
+            <translation>Flexibler Abstand</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/toolbar/toolbar_layout.cpp" />
+            <source>More Actions</source>
+            <translation>Weitere Befehle</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/toolbar/toolbar_layout.cpp" />
+            <source>Separator</source>
+            <translation>Trennstrich</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/toolbar/toolbar_layout.cpp" />
+            <source>Space</source>
+            <translation>Abstand</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/toolbar/toolbar_layout.cpp" />
+            <source>Start/Pause</source>
+            <translation>Starten/Anhalten</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/toolbar/toolbar_layout.cpp" />
+            <source>Start/Pause According to Schedule</source>
+            <translation>Nach Zeitplan starten/anhalten</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/address_entry.cpp" />
+            <source>Open Folder</source>
+            <translation>Ordner öffnen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/desktop_front_end.cpp" />
+            <source>Choose File Location</source>
+            <translation>Speicherort wählen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/desktop_windows.cpp" />
+            <source>H&amp;istory</source>
+            <translation>&amp;Verlauf</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/main_window.cpp" />
+            <source>%d downloads</source>
+            <translation>%d Downloads</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/main_window.cpp" />
+            <source>%d of %d downloads</source>
+            <translation>%d von %d Downloads</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/main_window.cpp" />
+            <source>1 download</source>
+            <translation>1 Download</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/main_window.cpp" />
+            <source>Clear</source>
+            <translation>Aufräumen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/main_window.cpp" />
+            <source>Search:</source>
+            <translation>Suchen:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/url_panel.cpp" />
+            <source>Addresses</source>
+            <translation>Adressen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/url_panel.cpp" />
+            <source>One or several addresses; {1-20} makes a series:</source>
+            <translation>Eine oder mehrere Adressen; {1-20} ergibt eine Reihe:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/window_commands.cpp" />
+            <source>A download manager for the desktop.</source>
+            <translation>Ein Download-Manager für den Schreibtisch.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/window_commands.cpp" />
+            <source>About Orlop</source>
+            <translation>Über Orlop</translation>
+        </message>
+    </context>
+</TS>
