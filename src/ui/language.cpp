@@ -39,15 +39,6 @@ public:
     }
 };
 
-/// All texts of the program are in one context; those that widgets of others ask for are Qt's.
-class OwnTranslator final : public QTranslator {
-public:
-    [[nodiscard]] QString translate(const char*, const char* source, const char*,
-                                    int number) const override {
-        return QTranslator::translate("Orlop", source, nullptr, number);
-    }
-};
-
 }  // namespace
 
 Language::Language(QCoreApplication& application, const QLocale& locale, Pseudo pseudo)
@@ -59,7 +50,7 @@ Language::Language(QCoreApplication& application, const QLocale& locale, Pseudo 
                                                                           : Qt::LeftToRight);
         return;
     }
-    auto own = std::make_unique<OwnTranslator>();
+    auto own = std::make_unique<QTranslator>();
     if (!own->load(locale, u"orlop"_s, u"_"_s, u":/translations"_s)) {
         return;
     }

@@ -17,7 +17,9 @@ QString menuText(const QString& text, int mostCharacters) {
 
 QAction* addInertItem(QMenu& menu, const QString& text) {
     constexpr int mostCharacters = 80;
-    QAction* item = menu.addAction(menuText(text, mostCharacters));
+    // An address or a path reads from left to right, whatever stands around it.
+    QAction* item =
+        menu.addAction(QChar(u'\u2068') + menuText(text, mostCharacters) + QChar(u'\u2069'));
     item->setEnabled(false);
     item->setToolTip(text);
     item->setFont(QFontDatabase::systemFont(QFontDatabase::SmallestReadableFont));
