@@ -42,6 +42,7 @@ QAction* actionFor(const app::MenuItem& item, QMenu& menu) {
             auto* submenu = new QMenu(item.title, &menu);
             addMenuItems(*submenu, item.items);
             action->setMenu(submenu);
+            QObject::connect(action, &QObject::destroyed, submenu, &QObject::deleteLater);
             break;
         }
         case Kind::Heading:
