@@ -3,6 +3,7 @@
 #include <QMap>
 #include <algorithm>
 
+#include "platform/net/request_lines.h"
 #include "platform/net/url.h"
 
 namespace platform {
@@ -58,7 +59,7 @@ std::optional<HTTPProxy> proxyOfUrl(Kind kind, const Url& url) {
 }  // namespace
 
 std::optional<HTTPProxy> proxyAt(Kind kind, const QString& host, int port) {
-    if (host.isEmpty() || port < 1 || port > largestPort)
+    if (host.isEmpty() || !isPlainHost(host) || port < 1 || port > largestPort)
         return std::nullopt;
     return HTTPProxy{kind, host, port, {}, {}};
 }
