@@ -1,17 +1,11 @@
 // Any text as a challenge: what is accepted can be shown, and answered within one header field.
 #include <QStringList>
 #include <algorithm>
-#include <cstdint>
-#include <cstdlib>
 
+#include "fuzz_target.h"
 #include "platform/net/http_authentication.h"
 
 namespace {
-
-void require(bool condition) {
-    if (!condition)
-        std::abort();
-}
 
 bool hasControlCharacters(const QString& text) {
     return std::any_of(text.begin(), text.end(),
@@ -20,16 +14,15 @@ bool hasControlCharacters(const QString& text) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    const QString text =
-        QString::fromUtf8(reinterpret_cast<const char*>(bytes), static_cast<qsizetype>(size));
+void checkInput(const QByteArray& input) {
+    const QString text = QString::fromUtf8(input);
     platform::HTTPResponseHead head;
     head.statusCode = 401;
     for (const QString& line : text.split(u'\n'))
         head.headers.add(QStringLiteral("WWW-Authenticate"), line);
     const auto authentication = platform::HTTPAuthentication::createFromResponse(head);
     if (authentication == nullptr)
-        return 0;
+        return;
     require(!hasControlCharacters(authentication->realm()));
     const platform::HTTPRequestMessage message{
         QStringLiteral("GET"),
@@ -43,5 +36,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
             {QStringLiteral("us\"er"), QStringLiteral("p\\w"), {}}, message, false);
         require(answer && !hasControlCharacters(answer->header));
     }
-    return 0;
 }

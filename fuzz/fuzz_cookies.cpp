@@ -1,27 +1,13 @@
 // Any text as a cookie of a server: what is accepted belongs to its host, and can be sent back
 // within one header field.
-#include <QByteArray>
-#include <cstdint>
-#include <cstdlib>
-
+#include "fuzz_target.h"
 #include "platform/net/cookie_rules.h"
 #include "platform/net/cookie_storage.h"
 
-namespace {
-
-void require(bool condition) {
-    if (!condition)
-        std::abort();
-}
-
-}  // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+void checkInput(const QByteArray& input) {
     const auto url = platform::Url::parse(QStringLiteral("https://www.example.co.uk/a/b")).value();
     platform::HTTPHeaders headers;
-    headers.add(
-        QStringLiteral("Set-Cookie"),
-        QString::fromUtf8(reinterpret_cast<const char*>(bytes), static_cast<qsizetype>(size)));
+    headers.add(QStringLiteral("Set-Cookie"), QString::fromUtf8(input));
     const auto cookies = platform::cookiesFromHeaders(headers, url);
     for (const platform::Cookie& cookie : cookies) {
         require(platform::domainMatches(url.host(), cookie.domain));
@@ -34,5 +20,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     for (const platform::Cookie& cookie : storage->cookiesForUrl(url))
         storage->deleteCookie(cookie);
     require(storage->cookiesForUrl(url).empty());
-    return 0;
 }

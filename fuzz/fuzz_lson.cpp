@@ -1,8 +1,6 @@
 // Any text in any spelling: what can be read comes back the same from every spelling of JSON, and
 // the shorthand differs from JSON by what the two expressions that define it say.
-#include <cstdint>
-#include <cstdlib>
-
+#include "fuzz_target.h"
 #include "platform/text/regular_expression.h"
 #include "structured/lson_serialization.h"
 #include "structured/syntax_highlighting.h"
@@ -10,11 +8,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-void require(bool condition) {
-    if (!condition)
-        std::abort();
-}
 
 void checkTransformations(const QString& text) {
     using Serialization = structured::DQLSONSerialization;
@@ -27,15 +20,14 @@ void checkTransformations(const QString& text) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+void checkInput(const QByteArray& input) {
     using Serialization = structured::DQLSONSerialization;
-    const QString text =
-        QString::fromUtf8(reinterpret_cast<const char*>(bytes), static_cast<qsizetype>(size));
+    const QString text = QString::fromUtf8(input);
     checkTransformations(text);
     const structured::ParsedText parsed = Serialization::objectWithString(text);
     static_cast<void>(structured::syntaxHighlighting(text, parsed.format));
     if (!structured::isJSON(parsed.format))
-        return 0;
+        return;
     for (const bool unwrap : {false, true}) {
         for (const bool useLSON : {false, true}) {
             const auto written =
@@ -46,5 +38,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
                     Serialization::objectWithString(*written).object == parsed.object);
         }
     }
-    return 0;
 }

@@ -1,7 +1,6 @@
 // Any bytes as a download page, after a first line that is its content type; and the same bytes as
 // a set of rules.
-#include <cstdint>
-
+#include "fuzz_target.h"
 #include "links/download_page_reader.h"
 #include "links/download_page_rules.h"
 #include "links/page_fetcher.h"
@@ -39,7 +38,7 @@ private:
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+void checkInput(const QByteArray& input) {
     static const auto rules = rulesOf(
         uR"j(
         "first" : {
@@ -50,13 +49,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
             "Collect All Matches" : true
         }
     )j"_s);
-    const QByteArray data(reinterpret_cast<const char*>(bytes), static_cast<qsizetype>(size));
-    const qsizetype lineEnd = std::max(data.indexOf('\n'), qsizetype{0});
+    const qsizetype lineEnd = std::max(input.indexOf('\n'), qsizetype{0});
     for (const QString& address : {u"http://first/dir/page"_s, u"http://all/"_s}) {
-        auto page = std::make_shared<OnePage>(data.first(lineEnd), data.mid(lineEnd));
+        auto page = std::make_shared<OnePage>(input.first(lineEnd), input.mid(lineEnd));
         static_cast<void>(links::URLsFromDownloadPageWithTitle(
             {*platform::Url::parse(address), rules, std::move(page)}));
     }
-    static_cast<void>(rulesOf(QString::fromUtf8(data)));
-    return 0;
+    static_cast<void>(rulesOf(QString::fromUtf8(input)));
 }

@@ -1,27 +1,15 @@
 // Any bytes as a property list: what is accepted can be written in both forms, and what was written
 // once is written the same again.
-#include <cstdint>
-#include <cstdlib>
-
+#include "fuzz_target.h"
 #include "platform/files/property_list.h"
 #include "structured/lson_serialization.h"
 
-namespace {
-
-void require(bool condition) {
-    if (!condition)
-        std::abort();
-}
-
-}  // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+void checkInput(const QByteArray& input) {
     using platform::PropertyListFormat;
-    const QByteArray data(reinterpret_cast<const char*>(bytes), static_cast<qsizetype>(size));
-    const platform::PropertyListResult result = platform::readPropertyList(data);
+    const platform::PropertyListResult result = platform::readPropertyList(input);
     if (!result.value.isValid()) {
         require(!result.error.text.isEmpty());
-        return 0;
+        return;
     }
     for (const PropertyListFormat format : {PropertyListFormat::Xml, PropertyListFormat::Binary}) {
         const QByteArray written = platform::writePropertyList(result.value, format);
@@ -31,5 +19,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     }
     const auto shorthand = structured::DQLSONSerialization::XMLStringWithObject(result.value, true);
     require(shorthand.has_value());
-    return 0;
 }

@@ -1,19 +1,12 @@
 #include <QString>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 
+#include "fuzz_target.h"
 #include "links/file_names.h"
 #include "links/percent_escapes.h"
 #include "links/safe_file_name.h"
 #include "links/url_unescaping.h"
 
 namespace {
-
-void require(bool condition) {
-    if (!condition)
-        std::abort();
-}
 
 void checkSafeName(const QString& name, qsizetype reserved) {
     const QString safe = links::safeFileName(name, reserved);
@@ -29,16 +22,14 @@ void checkSafeName(const QString& name, qsizetype reserved) {
 
 /// Escapes of any kind, in addresses and in names. The bytes are UTF-16, so that halves of
 /// surrogate pairs come up too.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
-    QString wide(bytes.size() / 2, QChar(u' '));
-    std::copy_n(bytes.constData(), wide.size() * 2, reinterpret_cast<char*>(wide.data()));
-    for (const QString& text : {QString::fromUtf8(bytes), wide}) {
+void checkInput(const QByteArray& input) {
+    QString wide(input.size() / 2, QChar(u' '));
+    std::copy_n(input.constData(), wide.size() * 2, reinterpret_cast<char*>(wide.data()));
+    for (const QString& text : {QString::fromUtf8(input), wide}) {
         const QString decoded = links::stringByReplacingPlusAndPercentEscapesIfNecessary(text);
         require(decoded.size() <= text.size());
         static_cast<void>(links::unescacpedURLStringWithReplacementsApplied(text, true));
         checkSafeName(decoded, 0);
         checkSafeName(text, links::partialFileSuffixBytes);
     }
-    return 0;
 }

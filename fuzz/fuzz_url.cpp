@@ -1,17 +1,9 @@
 // Any text as a URL: what is accepted keeps its text and its parts lie within it; what is resolved
 // or guessed is a URL again.
-#include <QByteArray>
-#include <cstdint>
-#include <cstdlib>
-
+#include "fuzz_target.h"
 #include "platform/net/url.h"
 
 namespace {
-
-void require(bool condition) {
-    if (!condition)
-        std::abort();
-}
 
 void check(const platform::Url& url) {
     const QString text = url.absoluteString();
@@ -28,9 +20,8 @@ void check(const platform::Url& url) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    const QString text =
-        QString::fromUtf8(reinterpret_cast<const char*>(bytes), static_cast<qsizetype>(size));
+void checkInput(const QByteArray& input) {
+    const QString text = QString::fromUtf8(input);
     const auto base = platform::Url::parse(QStringLiteral("http://u@h:1/a/b?c#d")).value();
     if (const auto url = platform::Url::parse(text)) {
         check(*url);
@@ -41,5 +32,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     }
     if (const auto url = platform::Url::parseLenient(text))
         check(*url);
-    return 0;
 }

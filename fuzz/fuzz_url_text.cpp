@@ -1,19 +1,16 @@
 #include <QString>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 
+#include "fuzz_target.h"
 #include "links/percent_escapes.h"
 #include "links/url_candidates.h"
 #include "platform/net/url.h"
 
 /// Text as pasted or dropped: no more than a bounded number of candidates is asked for, each made
 /// into an address as intake does.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void checkInput(const QByteArray& input) {
     constexpr int mostCandidates = 40;
-    const QString text =
-        QString::fromUtf8(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
-    auto candidates = links::URLCandidates::fromString(text, size % 2 == 0);
+    const QString text = QString::fromUtf8(input);
+    auto candidates = links::URLCandidates::fromString(text, input.size() % 2 == 0);
     for (int count = 0; count < mostCandidates; ++count) {
         const auto candidate = candidates.next();
         if (!candidate)
@@ -27,5 +24,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         static_cast<void>(platform::Url::parse(*candidate));
         static_cast<void>(platform::Url::parse(*encoded));
     }
-    return 0;
 }
