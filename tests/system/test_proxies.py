@@ -77,6 +77,17 @@ class EnvironmentTest(ProxyTest):
                     self.assert_asked(proxy, url)
                     self.assertEqual(len(proxy.asked()), before + 1)
 
+    def test_a_password_in_the_address(self):
+        proxies = [self.start_proxy(Tinyproxy, "BasicAuth me geheim9"),
+                   self.start_proxy(Microsocks, "-u", "me", "-P", "geheim9")]
+        for proxy in proxies:
+            for url in self.urls("file.bin?password"):
+                for entrance, status in ("me:g%65heim9@", 0), ("me:wrong@", 1), ("", 1):
+                    with self.subTest(proxy=type(proxy).__name__, url=url, entrance=entrance):
+                        address = proxy.address.replace("//", f"//{entrance}")
+                        self.fetch(url, status, all_proxy=address)
+                        self.assertNotIn("geheim9", self.log_text())
+
     def test_which_variable_counts(self):
         nowhere = f"http://127.0.0.1:{free_port()}"
         here = self.squid.address

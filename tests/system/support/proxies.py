@@ -84,6 +84,10 @@ class TlsSquid(Squid):
 
 
 class Tinyproxy(Proxy):
+    def __init__(self, more=""):
+        self.more = more
+        super().__init__()
+
     def command(self):
         configuration = self.root / "tinyproxy.conf"
         configuration.write_text(f"""
@@ -93,6 +97,7 @@ Timeout 60
 LogFile "{self.log}"
 LogLevel Connect
 MaxClients 50
+{self.more}
 """)
         return ["tinyproxy", "-d", "-c", str(configuration)]
 
@@ -107,8 +112,12 @@ class Microsocks(Proxy):
 
     scheme = "socks5"
 
+    def __init__(self, *more):
+        self.more = more
+        super().__init__()
+
     def command(self):
-        return ["microsocks", "-i", self.host, "-p", str(self.port)]
+        return ["microsocks", "-i", self.host, "-p", str(self.port), *self.more]
 
     def asked(self):
         """It writes a line for each connection that it has made, on its error output."""
