@@ -17,9 +17,12 @@ QString menuText(const QString& text, int mostCharacters) {
 
 QAction* addInertItem(QMenu& menu, const QString& text) {
     constexpr int mostCharacters = 80;
-    // An address or a path reads from left to right, whatever stands around it.
-    QAction* item =
-        menu.addAction(QChar(u'\u2068') + menuText(text, mostCharacters) + QChar(u'\u2069'));
+    QString shown = menuText(text, mostCharacters);
+    if (menu.layoutDirection() == Qt::RightToLeft) {
+        // An address or a path reads from left to right, whatever stands around it.
+        shown = QChar(u'\u2068') + shown + QChar(u'\u2069');
+    }
+    QAction* item = menu.addAction(shown);
     item->setEnabled(false);
     item->setToolTip(text);
     item->setFont(QFontDatabase::systemFont(QFontDatabase::SmallestReadableFont));
