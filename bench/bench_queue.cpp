@@ -217,4 +217,16 @@ void takeInRange(benchmark::State& state) {
 }
 BENCHMARK(takeInRange)->Unit(benchmark::kMillisecond)->Iterations(1);
 
+/// One address more, looked up among all that the queue has.
+void lookUpDuplicate(benchmark::State& state) {
+    Core core;
+    core.writeQueue();
+    app::DQMainController& controller = core.start();
+    controller.readQueue();
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(controller.URLsFromString(u"http://host.example/new.zip"_s));
+    }
+}
+BENCHMARK(lookUpDuplicate);
+
 }  // namespace
