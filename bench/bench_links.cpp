@@ -3,16 +3,16 @@
 #include <QDir>
 #include <QTemporaryDir>
 
-#include "links/byte_counts.h"
-#include "links/content_disposition.h"
-#include "links/dates.h"
-#include "links/exploded_urls.h"
-#include "links/file_names.h"
-#include "links/percent_escapes.h"
-#include "links/safe_file_name.h"
-#include "links/sort_keys.h"
-#include "links/url_candidates.h"
-#include "links/url_unescaping.h"
+#include "links/format/byte_counts.h"
+#include "links/format/dates.h"
+#include "links/names/content_disposition.h"
+#include "links/names/file_names.h"
+#include "links/names/safe_file_name.h"
+#include "links/names/sort_keys.h"
+#include "links/recognition/exploded_urls.h"
+#include "links/recognition/url_candidates.h"
+#include "links/repair/percent_escapes.h"
+#include "links/repair/url_unescaping.h"
 #include "platform/base/user_defaults.h"
 #include "platform/net/url.h"
 

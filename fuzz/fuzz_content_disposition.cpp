@@ -1,8 +1,8 @@
 #include <QString>
 
 #include "fuzz_target.h"
-#include "links/content_disposition.h"
-#include "links/path_components.h"
+#include "links/names/content_disposition.h"
+#include "links/paths/path_components.h"
 
 /// A header field as servers send it: what comes out is one component of a path.
 void checkInput(const QByteArray& input) {

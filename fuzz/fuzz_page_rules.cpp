@@ -1,9 +1,9 @@
 // Any bytes as a download page, after a first line that is its content type; and the same bytes as
 // a set of rules.
 #include "fuzz_target.h"
-#include "links/download_page_reader.h"
-#include "links/download_page_rules.h"
-#include "links/page_fetcher.h"
+#include "links/pages/download_page_reader.h"
+#include "links/pages/download_page_rules.h"
+#include "links/pages/page_fetcher.h"
 #include "structured/lson_serialization.h"
 
 using namespace Qt::Literals::StringLiterals;

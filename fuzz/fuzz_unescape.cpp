@@ -1,10 +1,10 @@
 #include <QString>
 
 #include "fuzz_target.h"
-#include "links/file_names.h"
-#include "links/percent_escapes.h"
-#include "links/safe_file_name.h"
-#include "links/url_unescaping.h"
+#include "links/names/file_names.h"
+#include "links/names/safe_file_name.h"
+#include "links/repair/percent_escapes.h"
+#include "links/repair/url_unescaping.h"
 
 namespace {
 

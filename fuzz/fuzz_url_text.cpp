@@ -1,8 +1,8 @@
 #include <QString>
 
 #include "fuzz_target.h"
-#include "links/percent_escapes.h"
-#include "links/url_candidates.h"
+#include "links/recognition/url_candidates.h"
+#include "links/repair/percent_escapes.h"
 #include "platform/net/url.h"
 
 /// Text as pasted or dropped: no more than a bounded number of candidates is asked for, each made

@@ -20,7 +20,7 @@
 #include "app/status/queue_status_reporter.h"
 #include "engine/environment.h"
 #include "http/http_session.h"
-#include "links/localization.h"
+#include "links/text/localization.h"
 #include "platform/base/log.h"
 #include "platform/base/run_loop.h"
 #include "platform/base/user_defaults.h"

@@ -14,8 +14,8 @@
 #include "app/schedule/automation.h"
 #include "app/settings.h"
 #include "engine/support_folder.h"
-#include "links/localization.h"
-#include "links/path_rules.h"
+#include "links/paths/path_rules.h"
+#include "links/text/localization.h"
 
 namespace app {
 

@@ -21,7 +21,7 @@
 #include "engine/support_folder.h"
 #include "engine/transfer.h"
 #include "engine/user_settings.h"
-#include "links/available_path.h"
+#include "links/paths/available_path.h"
 #include "platform/base/log.h"
 #include "platform/files/descriptor.h"
 #include "platform/files/files.h"

@@ -7,11 +7,11 @@
 #include "engine/now.h"
 #include "engine/settings.h"
 #include "engine/user_settings.h"
-#include "links/dates.h"
-#include "links/file_names.h"
-#include "links/folders.h"
-#include "links/path_components.h"
-#include "links/path_rules.h"
+#include "links/format/dates.h"
+#include "links/names/file_names.h"
+#include "links/paths/folders.h"
+#include "links/paths/path_components.h"
+#include "links/paths/path_rules.h"
 #include "platform/files/files.h"
 
 using namespace Qt::Literals::StringLiterals;

@@ -9,9 +9,9 @@
 #include "engine/settings.h"
 #include "engine/support_folder.h"
 #include "engine/user_settings.h"
-#include "links/available_path.h"
-#include "links/path_components.h"
-#include "links/safe_file_name.h"
+#include "links/names/safe_file_name.h"
+#include "links/paths/available_path.h"
+#include "links/paths/path_components.h"
 #include "platform/base/log.h"
 #include "platform/files/files.h"
 

@@ -13,7 +13,7 @@
 #include "engine/partial_file_marks.h"
 #include "engine/resume_plan.h"
 #include "engine/user_settings.h"
-#include "links/sandbox.h"
+#include "links/paths/sandbox.h"
 #include "platform/base/log.h"
 #include "platform/files/files.h"
 

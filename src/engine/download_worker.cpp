@@ -4,8 +4,8 @@
 
 #include "engine/file_source.h"
 #include "engine/intermediate_files.h"
-#include "links/available_path.h"
-#include "links/file_names.h"
+#include "links/names/file_names.h"
+#include "links/paths/available_path.h"
 #include "platform/base/run_loop.h"
 
 using namespace Qt::Literals::StringLiterals;

@@ -5,7 +5,7 @@
 #include <memory>
 #include <optional>
 
-#include "links/download_page_reader.h"
+#include "links/pages/download_page_reader.h"
 #include "platform/files/files.h"
 #include "platform/net/url.h"
 

@@ -1,8 +1,8 @@
 #include "engine/extension_policy.h"
 
-#include "links/file_names.h"
-#include "links/path_components.h"
-#include "links/trimming.h"
+#include "links/names/file_names.h"
+#include "links/paths/path_components.h"
+#include "links/text/trimming.h"
 #include "platform/files/type_identifiers.h"
 
 namespace engine {

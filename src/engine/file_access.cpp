@@ -5,8 +5,8 @@
 
 #include "engine/environment.h"
 #include "engine/queue_admission.h"
-#include "links/localization.h"
-#include "links/sandbox.h"
+#include "links/paths/sandbox.h"
+#include "links/text/localization.h"
 #include "platform/base/log.h"
 
 using namespace Qt::Literals::StringLiterals;

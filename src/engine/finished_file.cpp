@@ -11,8 +11,8 @@
 #include "engine/environment.h"
 #include "engine/settings.h"
 #include "engine/user_settings.h"
-#include "links/file_attributes.h"
-#include "links/path_rules.h"
+#include "links/paths/file_attributes.h"
+#include "links/paths/path_rules.h"
 #include "platform/base/log.h"
 
 using namespace Qt::Literals::StringLiterals;

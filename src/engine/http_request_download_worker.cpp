@@ -4,8 +4,8 @@
 #include "engine/http_client_setup.h"
 #include "engine/user_agent.h"
 #include "http/http_request.h"
-#include "links/content_disposition.h"
-#include "links/file_names.h"
+#include "links/names/content_disposition.h"
+#include "links/names/file_names.h"
 #include "platform/base/log.h"
 
 using namespace Qt::Literals::StringLiterals;

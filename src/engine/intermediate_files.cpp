@@ -9,9 +9,9 @@
 #include <tuple>
 #include <vector>
 
-#include "links/file_names.h"
-#include "links/folders.h"
-#include "links/path_components.h"
+#include "links/names/file_names.h"
+#include "links/paths/folders.h"
+#include "links/paths/path_components.h"
 #include "platform/base/log.h"
 #include "platform/files/files.h"
 

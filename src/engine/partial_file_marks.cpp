@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-#include "links/file_attributes.h"
+#include "links/paths/file_attributes.h"
 #include "platform/base/log.h"
 #include "platform/files/files.h"
 

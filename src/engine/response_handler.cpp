@@ -9,9 +9,9 @@
 #include "engine/known_file.h"
 #include "engine/user_settings.h"
 #include "http/http_request.h"
-#include "links/byte_counts.h"
-#include "links/path_rules.h"
-#include "links/percent_escapes.h"
+#include "links/format/byte_counts.h"
+#include "links/paths/path_rules.h"
+#include "links/repair/percent_escapes.h"
 #include "platform/base/log.h"
 
 using namespace Qt::Literals::StringLiterals;

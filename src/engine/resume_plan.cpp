@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "engine/user_settings.h"
-#include "links/path_components.h"
+#include "links/paths/path_components.h"
 
 namespace engine {
 namespace {

@@ -7,7 +7,7 @@
 #include "engine/download.h"
 #include "engine/known_file.h"
 #include "engine/user_settings.h"
-#include "links/path_components.h"
+#include "links/paths/path_components.h"
 #include "platform/base/log.h"
 #include "platform/base/run_loop.h"
 #include "platform/files/files.h"

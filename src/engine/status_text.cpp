@@ -7,12 +7,12 @@
 #include "engine/settings.h"
 #include "engine/transfer.h"
 #include "engine/user_settings.h"
-#include "links/anonymized_names.h"
-#include "links/byte_counts.h"
-#include "links/dates.h"
-#include "links/durations.h"
-#include "links/localization.h"
-#include "links/typography.h"
+#include "links/format/byte_counts.h"
+#include "links/format/dates.h"
+#include "links/format/durations.h"
+#include "links/names/anonymized_names.h"
+#include "links/text/localization.h"
+#include "links/text/typography.h"
 
 using namespace Qt::Literals::StringLiterals;
 

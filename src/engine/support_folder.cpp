@@ -4,8 +4,8 @@
 #include <QFile>
 
 #include "engine/environment.h"
-#include "links/folders.h"
-#include "links/path_components.h"
+#include "links/paths/folders.h"
+#include "links/paths/path_components.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -11,7 +11,7 @@
 #include "engine/now.h"
 #include "engine/settings.h"
 #include "engine/user_settings.h"
-#include "links/file_attributes.h"
+#include "links/paths/file_attributes.h"
 #include "platform/base/log.h"
 #include "platform/files/files.h"
 

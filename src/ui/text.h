@@ -3,7 +3,7 @@
 #include <QCoreApplication>
 #include <QString>
 
-#include "links/localization.h"
+#include "links/text/localization.h"
 
 namespace ui {
 

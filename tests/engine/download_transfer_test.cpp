@@ -4,7 +4,7 @@
 #include "engine/throttle.h"
 #include "engine_fixture.h"
 #include "http/http_request.h"
-#include "links/file_attributes.h"
+#include "links/paths/file_attributes.h"
 #include "platform/files/files.h"
 
 using namespace Qt::Literals::StringLiterals;

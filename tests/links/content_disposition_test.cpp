@@ -1,4 +1,4 @@
-#include "links/content_disposition.h"
+#include "links/names/content_disposition.h"
 
 #include <gtest/gtest.h>
 

@@ -1,11 +1,11 @@
-#include "links/file_names.h"
+#include "links/names/file_names.h"
 
 #include <gtest/gtest.h>
 
-#include "links/anonymized_names.h"
+#include "links/names/anonymized_names.h"
+#include "links/names/safe_file_name.h"
 #include "links/page_rules_support.h"
-#include "links/path_components.h"
-#include "links/safe_file_name.h"
+#include "links/paths/path_components.h"
 #include "platform/net/url.h"
 #include "support/printers.h"
 

@@ -3,16 +3,16 @@
 #include <QTimeZone>
 
 #include "links/arrays.h"
-#include "links/byte_counts.h"
-#include "links/dates.h"
-#include "links/durations.h"
-#include "links/formatting_locale.h"
-#include "links/localization.h"
-#include "links/numbers.h"
+#include "links/format/byte_counts.h"
+#include "links/format/dates.h"
+#include "links/format/durations.h"
+#include "links/format/formatting_locale.h"
+#include "links/format/numbers.h"
+#include "links/format/times_of_day.h"
+#include "links/names/sort_keys.h"
 #include "links/settings.h"
-#include "links/sort_keys.h"
-#include "links/substrings.h"
-#include "links/times_of_day.h"
+#include "links/text/localization.h"
+#include "links/text/substrings.h"
 #include "support/printers.h"
 
 using namespace Qt::Literals::StringLiterals;

@@ -2,10 +2,10 @@
 
 #include <thread>
 
-#include "links/download_page_extraction.h"
-#include "links/download_page_reader.h"
 #include "links/page_rules_support.h"
-#include "links/page_text.h"
+#include "links/pages/download_page_extraction.h"
+#include "links/pages/download_page_reader.h"
+#include "links/pages/page_text.h"
 #include "support/main_loop.h"
 
 using namespace Qt::Literals::StringLiterals;

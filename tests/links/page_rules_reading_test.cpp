@@ -3,9 +3,9 @@
 #include <QDateTime>
 #include <QTemporaryDir>
 
-#include "links/download_page_rule_highlighting.h"
-#include "links/download_page_rule_store.h"
 #include "links/page_rules_support.h"
+#include "links/pages/download_page_rule_highlighting.h"
+#include "links/pages/download_page_rule_store.h"
 #include "links/settings.h"
 #include "platform/base/user_defaults.h"
 #include "structured/syntax_highlighting.h"

@@ -6,8 +6,8 @@
 #include <mutex>
 #include <vector>
 
-#include "links/download_page_rules.h"
-#include "links/page_fetcher.h"
+#include "links/pages/download_page_rules.h"
+#include "links/pages/page_fetcher.h"
 #include "platform/base/log.h"
 #include "structured/lson_serialization.h"
 

@@ -6,11 +6,11 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-#include "links/available_path.h"
-#include "links/file_attributes.h"
-#include "links/folders.h"
-#include "links/path_display.h"
-#include "links/path_rules.h"
+#include "links/paths/available_path.h"
+#include "links/paths/file_attributes.h"
+#include "links/paths/folders.h"
+#include "links/paths/path_display.h"
+#include "links/paths/path_rules.h"
 #include "links/settings.h"
 #include "support/printers.h"
 

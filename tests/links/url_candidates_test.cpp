@@ -1,9 +1,9 @@
-#include "links/url_candidates.h"
+#include "links/recognition/url_candidates.h"
 
 #include <gtest/gtest.h>
 
-#include "links/quoted_links.h"
-#include "links/trimming.h"
+#include "links/recognition/quoted_links.h"
+#include "links/text/trimming.h"
 #include "support/printers.h"
 
 using namespace Qt::Literals::StringLiterals;

@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "links/page_rules_support.h"
-#include "links/percent_escapes.h"
-#include "links/replacement_rules.h"
-#include "links/url_unescaping.h"
+#include "links/repair/percent_escapes.h"
+#include "links/repair/replacement_rules.h"
+#include "links/repair/url_unescaping.h"
 #include "platform/base/clock.h"
 #include "platform/files/files.h"
 #include "platform/files/property_list.h"

@@ -4,8 +4,8 @@
 
 #include "app/settings.h"
 #include "http/http_request.h"
-#include "links/file_names.h"
-#include "links/localization.h"
+#include "links/names/file_names.h"
+#include "links/text/localization.h"
 #include "platform/base/user_defaults.h"
 
 namespace app {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "links/localization.h"
+#include "links/text/localization.h"
 
 namespace app {
 namespace {

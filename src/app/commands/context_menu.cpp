@@ -10,7 +10,7 @@
 #include "engine/download.h"
 #include "engine/environment.h"
 #include "engine/user_settings.h"
-#include "links/localization.h"
+#include "links/text/localization.h"
 #include "platform/base/user_defaults.h"
 
 namespace app {

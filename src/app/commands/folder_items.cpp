@@ -4,7 +4,7 @@
 #include "app/main_controller.h"
 #include "app/rules/folder_menu.h"
 #include "app/rules/rule.h"
-#include "links/localization.h"
+#include "links/text/localization.h"
 #include "platform/session/applications.h"
 
 namespace app {

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "app/rules/rule_applications.h"
-#include "links/localization.h"
-#include "links/path_components.h"
+#include "links/paths/path_components.h"
+#include "links/text/localization.h"
 
 namespace app {
 

@@ -4,7 +4,7 @@
 #include "engine/download.h"
 #include "engine/environment.h"
 #include "engine/settings.h"
-#include "links/path_components.h"
+#include "links/paths/path_components.h"
 
 namespace app {
 

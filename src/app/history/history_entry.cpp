@@ -2,7 +2,7 @@
 
 #include "engine/download.h"
 #include "engine/user_settings.h"
-#include "links/folders.h"
+#include "links/paths/folders.h"
 #include "platform/base/user_defaults.h"
 #include "platform/files/files.h"
 

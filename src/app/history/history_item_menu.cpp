@@ -1,7 +1,7 @@
 #include "app/history/history_item_menu.h"
 
 #include "app/commands/open_with.h"
-#include "links/localization.h"
+#include "links/text/localization.h"
 
 namespace app {
 

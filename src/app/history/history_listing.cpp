@@ -4,8 +4,8 @@
 #include <map>
 
 #include "app/settings.h"
-#include "links/dates.h"
-#include "links/substrings.h"
+#include "links/format/dates.h"
+#include "links/text/substrings.h"
 
 namespace app {
 

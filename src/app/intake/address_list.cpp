@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "links/page_text.h"
-#include "links/trimming.h"
+#include "links/pages/page_text.h"
+#include "links/text/trimming.h"
 
 namespace app {
 

@@ -3,10 +3,10 @@
 #include <utility>
 
 #include "app/settings.h"
-#include "links/folders.h"
-#include "links/localization.h"
-#include "links/path_components.h"
+#include "links/paths/folders.h"
+#include "links/paths/path_components.h"
 #include "links/settings.h"
+#include "links/text/localization.h"
 #include "platform/base/log.h"
 
 namespace app {

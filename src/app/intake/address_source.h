@@ -7,7 +7,7 @@
 
 #include "app/intake/file_collector.h"
 #include "app/intake/known_addresses.h"
-#include "links/url_candidates.h"
+#include "links/recognition/url_candidates.h"
 #include "platform/base/user_defaults.h"
 #include "platform/net/url.h"
 

@@ -4,9 +4,9 @@
 #include <QFileInfo>
 #include <algorithm>
 
-#include "links/folders.h"
-#include "links/path_components.h"
-#include "links/path_rules.h"
+#include "links/paths/folders.h"
+#include "links/paths/path_components.h"
+#include "links/paths/path_rules.h"
 #include "platform/text/comparison.h"
 
 namespace app {

@@ -1,6 +1,6 @@
 #include "app/intake/pasteboard.h"
 
-#include "links/trimming.h"
+#include "links/text/trimming.h"
 
 namespace app {
 

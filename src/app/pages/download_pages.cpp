@@ -3,7 +3,7 @@
 #include <QThreadPool>
 
 #include "app/pages/page_fetcher.h"
-#include "links/download_page_reader.h"
+#include "links/pages/download_page_reader.h"
 #include "links/settings.h"
 #include "platform/base/user_defaults.h"
 

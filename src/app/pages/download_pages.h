@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "engine/environment.h"
-#include "links/download_page_rule_store.h"
+#include "links/pages/download_page_rule_store.h"
 
 namespace platform {
 class RunLoop;

@@ -4,7 +4,7 @@
 #include <mutex>
 #include <vector>
 
-#include "links/page_fetcher.h"
+#include "links/pages/page_fetcher.h"
 
 namespace platform {
 class RunLoop;

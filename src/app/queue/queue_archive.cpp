@@ -9,7 +9,7 @@
 #include "engine/settings.h"
 #include "engine/support_folder.h"
 #include "engine/user_settings.h"
-#include "links/localization.h"
+#include "links/text/localization.h"
 #include "platform/base/log.h"
 #include "platform/files/files.h"
 #include "platform/files/property_list.h"

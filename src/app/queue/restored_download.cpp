@@ -2,9 +2,9 @@
 
 #include "app/settings.h"
 #include "engine/user_settings.h"
-#include "links/localization.h"
-#include "links/path_components.h"
-#include "links/path_rules.h"
+#include "links/paths/path_components.h"
+#include "links/paths/path_rules.h"
+#include "links/text/localization.h"
 #include "platform/base/log.h"
 #include "platform/files/files.h"
 

@@ -3,11 +3,11 @@
 #include <algorithm>
 
 #include "app/settings.h"
-#include "links/folders.h"
-#include "links/localization.h"
-#include "links/path_display.h"
-#include "links/path_rules.h"
-#include "links/typography.h"
+#include "links/paths/folders.h"
+#include "links/paths/path_display.h"
+#include "links/paths/path_rules.h"
+#include "links/text/localization.h"
+#include "links/text/typography.h"
 #include "platform/base/log.h"
 #include "platform/files/files.h"
 #include "platform/text/comparison.h"

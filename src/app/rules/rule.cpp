@@ -1,6 +1,6 @@
 #include "app/rules/rule.h"
 
-#include "links/trimming.h"
+#include "links/text/trimming.h"
 #include "platform/text/comparison.h"
 
 namespace app {

@@ -2,9 +2,9 @@
 
 #include <optional>
 
-#include "links/dates.h"
-#include "links/file_names.h"
-#include "links/localization.h"
+#include "links/format/dates.h"
+#include "links/names/file_names.h"
+#include "links/text/localization.h"
 
 namespace app {
 

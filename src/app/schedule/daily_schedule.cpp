@@ -3,9 +3,9 @@
 #include "app/commands/bulk_commands.h"
 #include "app/schedule/scheduled_time.h"
 #include "app/settings.h"
-#include "links/durations.h"
-#include "links/localization.h"
-#include "links/times_of_day.h"
+#include "links/format/durations.h"
+#include "links/format/times_of_day.h"
+#include "links/text/localization.h"
 #include "platform/base/log.h"
 
 namespace app {

@@ -1,7 +1,7 @@
 #include "app/schedule/explanation.h"
 
 #include "app/settings.h"
-#include "links/localization.h"
+#include "links/text/localization.h"
 
 namespace app {
 

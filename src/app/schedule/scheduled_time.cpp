@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "app/settings.h"
-#include "links/times_of_day.h"
+#include "links/format/times_of_day.h"
 
 namespace app {
 

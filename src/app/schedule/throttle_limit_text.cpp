@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "links/formatting_locale.h"
+#include "links/format/formatting_locale.h"
 
 namespace app {
 

@@ -7,7 +7,7 @@
 #include "app/settings.h"
 #include "app/status/status_line.h"
 #include "engine/settings.h"
-#include "links/localization.h"
+#include "links/text/localization.h"
 #include "platform/base/run_loop.h"
 #include "platform/base/user_defaults.h"
 

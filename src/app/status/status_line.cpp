@@ -1,8 +1,8 @@
 #include "app/status/status_line.h"
 
 #include "app/queue/queue_tally.h"
-#include "links/localization.h"
-#include "links/typography.h"
+#include "links/text/localization.h"
+#include "links/text/typography.h"
 
 namespace app {
 namespace {

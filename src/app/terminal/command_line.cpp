@@ -1,6 +1,6 @@
 #include "app/terminal/command_line.h"
 
-#include "links/localization.h"
+#include "links/text/localization.h"
 #include "platform/base/arguments.h"
 
 namespace app::terminal {

@@ -2,7 +2,7 @@
 
 #include <QFileInfo>
 
-#include "links/url_candidates.h"
+#include "links/recognition/url_candidates.h"
 #include "platform/net/url.h"
 
 namespace app::terminal {

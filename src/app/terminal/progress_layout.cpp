@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "links/localization.h"
+#include "links/text/localization.h"
 
 namespace app::terminal {
 namespace {

@@ -6,8 +6,8 @@
 #include "engine/status.h"
 #include "engine/status_text.h"
 #include "engine/transfer.h"
-#include "links/byte_counts.h"
-#include "links/localization.h"
+#include "links/format/byte_counts.h"
+#include "links/text/localization.h"
 #include "platform/base/user_defaults.h"
 #include "platform/files/files.h"
 

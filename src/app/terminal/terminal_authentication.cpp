@@ -1,6 +1,6 @@
 #include "app/terminal/terminal_authentication.h"
 
-#include "links/localization.h"
+#include "links/text/localization.h"
 #include "platform/base/run_loop.h"
 
 namespace app::terminal {

@@ -1,6 +1,6 @@
 #include "app/terminal/terminal_questions.h"
 
-#include "links/localization.h"
+#include "links/text/localization.h"
 
 namespace app::terminal {
 namespace {

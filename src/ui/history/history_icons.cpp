@@ -2,7 +2,7 @@
 
 #include <QGuiApplication>
 
-#include "links/path_components.h"
+#include "links/paths/path_components.h"
 #include "platform/files/files.h"
 #include "ui/art/icons.h"
 

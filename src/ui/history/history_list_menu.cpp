@@ -5,7 +5,7 @@
 #include <QMouseEvent>
 #include <algorithm>
 
-#include "links/localization.h"
+#include "links/text/localization.h"
 #include "ui/history/history_icons.h"
 #include "ui/history/history_item_menu.h"
 #include "ui/menus/menu_items.h"

@@ -4,7 +4,7 @@
 
 #include "engine/download.h"
 #include "engine/settings.h"
-#include "links/typography.h"
+#include "links/text/typography.h"
 #include "platform/base/user_defaults.h"
 #include "ui/text.h"
 

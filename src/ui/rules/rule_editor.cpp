@@ -12,7 +12,7 @@
 #include <algorithm>
 
 #include "app/rules/rule_applications.h"
-#include "links/localization.h"
+#include "links/text/localization.h"
 #include "ui/rules/folder_selector.h"
 #include "ui/text.h"
 

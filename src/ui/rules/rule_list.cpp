@@ -8,7 +8,7 @@
 #include <QVBoxLayout>
 
 #include "app/settings.h"
-#include "links/path_display.h"
+#include "links/paths/path_display.h"
 #include "platform/files/files.h"
 #include "platform/session/applications.h"
 #include "ui/art/icons.h"

@@ -8,9 +8,9 @@
 
 #include "app/rules/subdivision_suggestions.h"
 #include "app/settings.h"
-#include "links/dates.h"
-#include "links/file_names.h"
-#include "links/localization.h"
+#include "links/format/dates.h"
+#include "links/names/file_names.h"
+#include "links/text/localization.h"
 #include "ui/settings/note.h"
 #include "ui/settings/settings_binder.h"
 #include "ui/text.h"

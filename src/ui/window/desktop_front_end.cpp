@@ -6,8 +6,8 @@
 #include <QPushButton>
 
 #include "app/main_controller.h"
-#include "links/file_names.h"
-#include "links/safe_file_name.h"
+#include "links/names/file_names.h"
+#include "links/names/safe_file_name.h"
 #include "platform/files/files.h"
 #include "ui/art/icons.h"
 #include "ui/list/download_list.h"

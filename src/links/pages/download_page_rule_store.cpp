@@ -1,0 +1,51 @@
+#include "links/pages/download_page_rule_store.h"
+
+#include "links/settings.h"
+#include "platform/base/user_defaults.h"
+#include "structured/json_text_view.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace links {
+
+DownloadPageRuleStore::DownloadPageRuleStore(platform::UserDefaults& defaults)
+    : defaults_(defaults) {}
+
+std::shared_ptr<const DownloadPageRules> DownloadPageRuleStore::downloadPageRules() {
+    if (!rules_) {
+        rules_ = DownloadPageRules::fromObject(
+            structured::DQJSONTextView::objectValueWithString(ruleText()));
+    }
+    return *rules_;
+}
+
+QString DownloadPageRuleStore::ruleText() const {
+    // A value of another type is no text of the user's, though it could be converted to one.
+    const QVariant stored = defaults_.objectForKey(settings::downloadPageRules.name());
+    const QString text = stored.typeId() == QMetaType::QString ? stored.toString() : QString();
+    return text.isEmpty() ? defaultDownloadPageRuleText() : text;
+}
+
+void DownloadPageRuleStore::setRuleText(const QString& text) {
+    if (text.isEmpty()) {
+        defaults_.removeObject(settings::downloadPageRules.name());
+    } else {
+        defaults_.set(settings::downloadPageRules, text);
+    }
+    rules_.reset();
+}
+
+QString defaultDownloadPageRuleText() {
+    return uR"json([
+	{
+		"Source" : "^https?://(www\\.)?tarnworks\\.com/orlop(/.*)?$",
+		"Query Cascade" : [
+			"href\\s*=\\s*\"[^\"]*(/download/[^\"]+)\""
+		],
+		"Collect All Matches" : true,
+		"Use Source Name" : false
+	}
+])json"_s;
+}
+
+}  // namespace links

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QString>
+#include <memory>
+#include <optional>
+
+#include "links/pages/download_page_rules.h"
+
+namespace platform {
+class UserDefaults;
+}
+
+namespace links {
+
+/// The rules in force, from the setting "Download Page Rules". Main thread.
+class DownloadPageRuleStore {
+public:
+    explicit DownloadPageRuleStore(platform::UserDefaults& defaults);
+
+    /// Reads the setting at the first call. Null: the text is no valid set of rules.
+    [[nodiscard]] std::shared_ptr<const DownloadPageRules> downloadPageRules();
+
+    /// The user's text; the built-in one if there is none.
+    [[nodiscard]] QString ruleText() const;
+    /// What is in force from now on. Empty: the built-in text is.
+    void setRuleText(const QString& text);
+
+private:
+    using Rules = std::shared_ptr<const DownloadPageRules>;
+
+    platform::UserDefaults& defaults_;
+    std::optional<Rules> rules_;  ///< Nothing: not read yet.
+};
+
+/// The rules of a program whose user has written none.
+[[nodiscard]] QString defaultDownloadPageRuleText();
+
+}  // namespace links

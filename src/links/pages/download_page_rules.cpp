@@ -1,0 +1,44 @@
+#include "links/pages/download_page_rules.h"
+
+#include "links/pages/download_page_rule_reading.h"
+
+namespace links {
+
+std::shared_ptr<const DownloadPageRules> DownloadPageRules::fromObject(const QVariant& object) {
+    auto rules = std::make_shared<DownloadPageRules>();
+    for (const SourcedRule& sourced : sourcedDownloadPageRules(object)) {
+        auto rule = readDownloadPageRule(sourced);
+        if (!rule)
+            return nullptr;
+        rules->rules_.push_back(std::move(*rule));
+    }
+    return rules->rules_.empty() ? nullptr : rules;
+}
+
+const DownloadPageRule* DownloadPageRules::ruleForURL(const platform::Url& url) const {
+    const QString address = url.absoluteString();
+    for (const DownloadPageRule& rule : rules_) {
+        if (rule.source.matchesSomething(address))
+            return &rule;
+    }
+    return nullptr;
+}
+
+bool isDownloadPageURL(const platform::Url& url, const DownloadPageRules* rules) {
+    return rules && rules->ruleForURL(url);
+}
+
+std::optional<QString> preservedNamePattern(const platform::Url& url,
+                                            const DownloadPageRules* rules) {
+    const DownloadPageRule* rule = rules ? rules->ruleForURL(url) : nullptr;
+    return rule ? rule->preservedNamePattern : std::nullopt;
+}
+
+bool DownloadPageURLStatus::isDownloadPageURL(const platform::Url& url,
+                                              const DownloadPageRules* rules) {
+    if (!answer_)
+        answer_ = links::isDownloadPageURL(url, rules);
+    return *answer_;
+}
+
+}  // namespace links

@@ -1,0 +1,75 @@
+#include "links/paths/file_attributes.h"
+
+#include "links/settings.h"
+#include "platform/files/files.h"
+#include "platform/files/property_list.h"
+#include "platform/net/url.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace links {
+namespace {
+
+QString name(const char16_t* attribute) {
+    return QString::fromUtf16(attribute);
+}
+
+bool setText(const QString& path, const char16_t* attribute, const QString& text) {
+    return platform::setExtendedAttribute(path, name(attribute), text.toUtf8());
+}
+
+/// Whoever copies or reads the file must not learn a password from it.
+QString withoutSecrets(const QString& address) {
+    const auto url = platform::Url::parse(address);
+    return url ? url->forTransfer().absoluteString() : address;
+}
+
+}  // namespace
+
+bool setDataForExtendedFileAttribute(const QString& path, const QByteArray& data,
+                                     const QString& attribute) {
+    return platform::pathExists(path) && !platform::setExtendedAttribute(path, attribute, data);
+}
+
+std::optional<QByteArray> dataForExtendedFileAttribute(const QString& path,
+                                                       const QString& attribute) {
+    return platform::extendedAttribute(path, attribute);
+}
+
+bool setValueForExtendedFileAttribute(const QString& path, const QVariant& value,
+                                      const QString& attribute) {
+    const QByteArray data =
+        platform::writePropertyList(value, platform::PropertyListFormat::Binary);
+    return !data.isEmpty() && setDataForExtendedFileAttribute(path, data, attribute);
+}
+
+QVariant valueForExtendedFileAttribute(const QString& path, const QString& attribute) {
+    const auto data = dataForExtendedFileAttribute(path, attribute);
+    return data ? platform::readPropertyList(*data).value : QVariant();
+}
+
+bool setSpotlightComment(const QString& path, const QString& comment) {
+    return setText(path, attributes::comment, comment);
+}
+
+bool setSourceURLStrings(const QString& path, const QStringList& urlStrings) {
+    if (urlStrings.isEmpty())
+        return false;
+    QStringList sources;
+    for (const QString& address : urlStrings)
+        sources.append(withoutSecrets(address));
+    if (platform::standardDefaults().get(settings::storeSourceURLInSpotlightComment))
+        setSpotlightComment(path, sources.join(u", "_s));
+    setText(path, attributes::originURL, sources[0]);
+    if (sources.size() > 1)
+        setText(path, attributes::referrerURL, sources[1]);
+    const QByteArray list = platform::writePropertyList(
+        QVariantList(sources.begin(), sources.end()), platform::PropertyListFormat::Binary);
+    return platform::setExtendedAttribute(path, name(attributes::sourceURLs), list);
+}
+
+void setFractionCompleted(const QString& path, const QString& fraction) {
+    setText(path, attributes::fractionCompleted, fraction);
+}
+
+}  // namespace links
