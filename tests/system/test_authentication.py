@@ -1,5 +1,6 @@
 """Names and passwords: who is asked, who gets them, and where they never turn up."""
 import os
+import signal
 import unittest
 
 from support.case import SystemTest
@@ -94,6 +95,23 @@ class AskingTest(GuardedTest):
         session.type("\n")
         self.assertEqual(session.finish(), 1)
         self.assertIn(b"Authentication needed", session.raw)
+
+    def test_stopped_and_continued_while_asking(self):
+        source = self.serve("stopped.bin", SIZE)
+        session = self.session(self.server.url("/basic/stopped.bin"))
+        session.wait_for_text("Name:")
+        session.type(NAME + "\n")
+        session.wait_for_text("Password:")
+        self.assertFalse(session.echoes())
+        session.type("\x1a")
+        self.assertTrue(os.WIFSTOPPED(os.waitpid(session.process.pid, os.WUNTRACED)[1]))
+        self.assertTrue(session.echoes(), "the shell was left without echo")
+        session.process.send_signal(signal.SIGCONT)
+        session.wait_for(lambda lines: not session.echoes())
+        session.type(CANARY + "\n")
+        self.assertEqual(session.finish(), 0)
+        self.assert_downloaded("stopped.bin", source)
+        self.assertNotIn(CANARY.encode(), session.raw)
 
     def test_interrupted_while_asking(self):
         self.serve("halted.bin", SIZE)

@@ -18,10 +18,6 @@ using platform::HTTPCredentials;
 
 namespace {
 
-QString headerName(const ChallengeSide& side) {
-    return side.isProxy ? u"Proxy-Authorization"_s : u"Authorization"_s;
-}
-
 bool blamesCredentials(const Error& error) {
     return error.is(platform::httpStreamErrorDomain, platform::httpStreamErrorBadUserName) ||
            error.is(platform::httpStreamErrorDomain, platform::httpStreamErrorBadPassword);
@@ -30,7 +26,7 @@ bool blamesCredentials(const Error& error) {
 }  // namespace
 
 Authentication::Authentication(HTTPRequest& request, RequestParts parts, RequestRun& run)
-    : _request(request), _parts(parts), _run(run) {}
+    : _request(request), _parts(parts), _run(run), _applier(parts) {}
 
 // Ahead of a challenge.
 
@@ -42,47 +38,27 @@ void Authentication::applyAuthorizationHeader() {
     }
     if (!options.shouldPresentCredentialsBeforeChallenge)
         return;
-    const bool isGivenHeader = options.requestHeaders.contains(headerName(_server));
+    const bool isGivenHeader = options.requestHeaders.contains(u"Authorization"_s);
     const bool isKnownToBeBasic = _server.scheme == platform::authenticationSchemeBasic;
     if (!isGivenHeader && isKnownToBeBasic && !options.username.isEmpty() &&
         !options.password.isNull()) {
-        if (const auto header =
-                platform::basicAuthenticationHeader(options.username, options.password))
-            _parts.state.request->headers.set(headerName(_server), *header);
-    } else if (!isGivenHeader && answerAheadOfChallenge(_server)) {
+        static_cast<void>(_applier.setBasicHeader(_server, options.username, options.password));
+    } else if (!isGivenHeader && _applier.answerAheadOfChallenge(_server)) {
         _server.scheme = _server.answering != nullptr ? _server.answering->method()
                                                       : platform::authenticationSchemeBasic;
     }
-}
-
-bool Authentication::answerAheadOfChallenge(ChallengeSide& side) {
-    if (!_parts.state.options.useSessionPersistence)
-        return false;
-    const auto entry = findSessionCredentials(side);
-    if (!entry)
-        return false;
-    if (entry->authentication != nullptr) {
-        if (answerWith(side, entry->authentication, entry->credentials))
-            return true;
-        sessionEntries(side).remove(entry->credentials);
-        return false;
-    }
-    const auto header = platform::basicAuthenticationHeader(entry->credentials->username,
-                                                            entry->credentials->password);
-    if (header)
-        _parts.state.request->headers.set(headerName(side), *header);
-    return header.has_value();
 }
 
 void Authentication::prepareSend() {
     // The proxy may have been found only after the message was made.
     if (_proxy.answering == nullptr && usesHttpProxy(_parts.state) &&
         _parts.state.options.shouldPresentCredentialsBeforeChallenge)
-        static_cast<void>(answerAheadOfChallenge(_proxy));
+        static_cast<void>(_applier.answerAheadOfChallenge(_proxy));
     for (ChallengeSide* const side : {&_server, &_proxy}) {
         // No server takes the same answer twice.
         if (side->answering != nullptr && !side->isAnswerUnsent)
-            static_cast<void>(answerWith(*side, side->answering, side->answeringCredentials));
+            static_cast<void>(
+                _applier.answerWith(*side, side->answering, side->answeringCredentials));
         side->isAnswerUnsent = false;
     }
 }
@@ -98,7 +74,7 @@ void Authentication::credentialsWereAccepted() {
     const bool wasSentAhead = _server.authentication == nullptr && _server.answering == nullptr &&
                               _server.scheme == platform::authenticationSchemeBasic;
     if (!wasSentAhead || !options.useSessionPersistence || options.username.isEmpty() ||
-        options.password.isNull() || findSessionCredentials(_server))
+        options.password.isNull() || _applier.findSessionCredentials(_server))
         return;
     SessionEntry entry;
     entry.credentials = std::make_shared<const HTTPCredentials>(
@@ -158,7 +134,7 @@ void Authentication::answerChallenge(ChallengeSide& side) {
         answerAgain(side);
     } else if (!side.authentication->requiresUserNameAndPassword()) {
         const auto nobody = std::make_shared<const HTTPCredentials>();
-        if (answerWith(side, side.authentication, nobody))
+        if (_applier.answerWith(side, side.authentication, nobody))
             _run.startRequest();
     } else {
         answerFromSearch(side);
@@ -169,7 +145,7 @@ void Authentication::answerChallenge(ChallengeSide& side) {
 void Authentication::answerAgain(ChallengeSide& side) {
     const bool isNTLM = side.scheme == platform::authenticationSchemeNTLM;
     const bool hasGoneInCircles = isNTLM && side.retryCount > 1;
-    if (!hasGoneInCircles && applyCredentials(side, side.credentials))
+    if (!hasGoneInCircles && _applier.applyCredentials(side, side.credentials))
         _run.startRequest();
     else if (isNTLM && side.retryCount == 2)
         fail();
@@ -181,7 +157,7 @@ void Authentication::answerFromSearch(ChallengeSide& side) {
     std::unique_lock guard(_parts.shared.delegateAuthenticationLock);
     if (hasEnded())
         return;
-    if (applySessionCredentials(side)) {
+    if (_applier.applySessionCredentials(side)) {
         guard.unlock();
         _run.startRequest();
         return;
@@ -189,7 +165,7 @@ void Authentication::answerFromSearch(ChallengeSide& side) {
     const auto found = findCredentials(_parts.state, side);
     if (found) {
         const bool isApplied =
-            applyCredentials(side, std::make_shared<const HTTPCredentials>(*found));
+            _applier.applyCredentials(side, std::make_shared<const HTTPCredentials>(*found));
         // A wrong password is no use to anybody, so it is saved when it has been accepted.
         side.isToBeSaved =
             isApplied && _parts.state.options.useKeychainPersistence && side.saved != *found;
@@ -212,13 +188,13 @@ void Authentication::takeRefusal(ChallengeSide& side, const Error& reason) {
     if (blamesCredentials(reason)) {
         std::unique_lock guard(_parts.shared.delegateAuthenticationLock);
         if (side.credentials != nullptr) {
-            sessionEntries(side).remove(side.credentials);
+            _applier.sessionEntries(side).remove(side.credentials);
             side.refused.push_back(*side.credentials);
             side.credentials.reset();
         }
         if (hasEnded())
             return;
-        if (meetChallenge(side) && applySessionCredentials(side)) {
+        if (meetChallenge(side) && _applier.applySessionCredentials(side)) {
             guard.unlock();
             _run.startRequest();
             return;
@@ -235,77 +211,6 @@ void Authentication::takeRefusal(ChallengeSide& side, const Error& reason) {
     }
     _run.cancelLoad();
     fail();
-}
-
-// Applying.
-
-SessionEntries& Authentication::sessionEntries(const ChallengeSide& side) const {
-    return side.isProxy ? _parts.shared.sessionProxyCredentials : _parts.shared.sessionCredentials;
-}
-
-std::optional<SessionEntry> Authentication::findSessionCredentials(
-    const ChallengeSide& side) const {
-    const RequestOptions& options = _parts.state.options;
-    if (side.isProxy)
-        return sessionEntries(side).first([&](const SessionEntry& entry) {
-            return entry.host == options.proxyHost && entry.port == options.proxyPort;
-        });
-    return findSessionEntry(sessionEntries(side),
-                            {_parts.state.url, side.realm, options.username, options.password});
-}
-
-bool Authentication::applySessionCredentials(ChallengeSide& side) {
-    if (!_parts.state.options.useSessionPersistence)
-        return false;
-    const auto entry = findSessionCredentials(side);
-    return entry && !side.isRefused(*entry->credentials) &&
-           applyCredentials(side, entry->credentials);
-}
-
-bool Authentication::applyCredentials(ChallengeSide& side, const Credentials& credentials) {
-    ++side.retryCount;
-    if (credentials == nullptr || side.authentication == nullptr || !_parts.state.request)
-        return false;
-    if (!answerWith(side, side.authentication, credentials)) {
-        sessionEntries(side).remove(credentials);
-        return false;
-    }
-    side.credentials = credentials;
-    if (_parts.state.options.useSessionPersistence)
-        storeInSession(side);
-    return true;
-}
-
-bool Authentication::answerWith(ChallengeSide& side,
-                                std::shared_ptr<HTTPAuthentication> authentication,
-                                const Credentials& credentials) {
-    auto& headers = _parts.state.request->headers;
-    const auto answer = authentication->answer(*credentials, *_parts.state.request, side.isProxy);
-    if (!answer)
-        return false;
-    headers.remove(headerName(side));
-    if (!answer->header.isEmpty())
-        headers.set(headerName(side), answer->header);
-    side.connection = answer->connection;
-    side.answering = std::move(authentication);
-    side.answeringCredentials = credentials;
-    side.isAnswerUnsent = true;
-    return true;
-}
-
-void Authentication::storeInSession(const ChallengeSide& side) const {
-    SessionEntry entry;
-    entry.authentication = side.authentication;
-    entry.credentials = side.credentials;
-    entry.authenticationScheme = side.scheme;
-    if (side.isProxy) {
-        entry.host = _parts.state.options.proxyHost;
-        entry.port = _parts.state.options.proxyPort;
-    } else {
-        entry.authenticationRealm = side.realm;
-        entry.url = _parts.state.url;
-    }
-    sessionEntries(side).store(std::move(entry));
 }
 
 // Asking.

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "http/request/challenge_side.h"
+#include "http/request/credential_applier.h"
 #include "http/request/request_parts.h"
 #include "platform/base/error.h"
 
@@ -50,16 +51,6 @@ private:
     void takeRefusal(ChallengeSide& side, const platform::Error& reason);
 
     [[nodiscard]] bool hasEnded() const;
-    [[nodiscard]] std::optional<SessionEntry> findSessionCredentials(
-        const ChallengeSide& side) const;
-    [[nodiscard]] SessionEntries& sessionEntries(const ChallengeSide& side) const;
-    [[nodiscard]] bool applySessionCredentials(ChallengeSide& side);
-    [[nodiscard]] bool applyCredentials(ChallengeSide& side, const Credentials& credentials);
-    [[nodiscard]] bool answerWith(ChallengeSide& side,
-                                  std::shared_ptr<platform::HTTPAuthentication> authentication,
-                                  const Credentials& credentials);
-    [[nodiscard]] bool answerAheadOfChallenge(ChallengeSide& side);
-    void storeInSession(const ChallengeSide& side) const;
     [[nodiscard]] bool lookUpSaved(ChallengeSide& side);
     [[nodiscard]] bool willAskDelegate(const ChallengeSide& side);
     void fail();
@@ -68,6 +59,7 @@ private:
     HTTPRequest& _request;
     RequestParts _parts;
     RequestRun& _run;
+    CredentialApplier _applier;
     ChallengeSide _server{false};
     ChallengeSide _proxy{true};
 };
