@@ -14,6 +14,7 @@
 #include "app/lifecycle/launch_items.h"
 #include "app/lifecycle/lifecycle.h"
 #include "app/lifecycle/registered_defaults.h"
+#include "app/lifecycle/settings_effects.h"
 #include "app/main_controller.h"
 #include "app/pages/download_pages.h"
 #include "app/settings.h"
@@ -178,6 +179,8 @@ public:
           historian(standardDefaults.defaults, loop),
           controller({loop, standardDefaults.defaults, *power, frontEnd}),
           status({controller, standardDefaults.defaults, loop, frontEnd}),
+          settingsEffects(standardDefaults.defaults, controller, frontEnd.list,
+                          downloadPages->ruleStore()),
           receiver(platform::userDataFolder(), platform::runtimeFolder(), std::move(receive)) {
         controller.setHistory(&historian);
         controller.setStatusReporter(&status);
@@ -211,6 +214,7 @@ public:
     DQMainController controller;
     Installed<DQMainController> installedController{installMainController, controller};
     QueueStatusReporter status;
+    SettingsEffects settingsEffects;
     HandoverReceiver receiver;
 };
 

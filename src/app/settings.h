@@ -174,6 +174,15 @@ inline const Setting<QVariantList> rules{
     "The rules: dictionaries with \"Hosts\", \"Extensions\", \"Downloads Folder\" and "
     "\"Application\"."};
 
+// Browser extension. Kept in settings of their own, which the extension reads.
+inline const QString sharedDomain = QStringLiteral("QXRV529TZ8.com.tarnworks.Orlop.Shared");
+inline const Setting<QString> safariExtensionFilter{
+    u"Safari Extension Filter",
+    {},
+    false,
+    "The links that a browser extension hands over, as a regular expression; stored in "
+    "QXRV529TZ8.com.tarnworks.Orlop.Shared.plist."};
+
 // Diagnostics.
 inline constexpr Setting<bool> debugLog{u"DQDebugLog", false, false,
                                         "Debug lines are written to the log as well."};

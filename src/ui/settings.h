@@ -22,6 +22,22 @@ inline const Setting<QStringList> mainToolbarWithThrottling{
     {},
     false,
     "The items of the toolbar otherwise; absent: the usual ones."};
+inline const Setting<QStringList> preferencesToolbar{
+    u"Preferences Toolbar 3016 (Independent)",
+    {},
+    false,
+    "The sections in the toolbar of the settings; absent: all but \"Experimental\"."};
+
+// Toolkit.
+inline constexpr Setting<bool> flatUserInterfaceDrawing{
+    u"DQFlatUserInterfaceDrawing", true, true,
+    "The program's own controls are drawn flat; they have no other look as yet."};
+inline constexpr Setting<bool> backgroundImageLoaderUsesDetachedThread{
+    u"DQBackgroundImageLoaderUsesDetachedThread", false, false,
+    "Images are loaded on a thread of their own; no image takes long enough for one as yet."};
+inline constexpr Setting<qint64> visibleFrameExtraDockSpacing{
+    u"DQVisibleFrameExtraDockSpacing", 0, false,
+    "Pixels of the screen that windows leave free besides the desktop's panels."};
 
 inline constexpr Setting<qint64> pseudoLocale{
     u"Pseudo Locale", 0, false,

@@ -8,9 +8,12 @@
 #include <QStackedWidget>
 #include <QStandardItemModel>
 #include <QTest>
+#include <QTextEdit>
+#include <QToolBar>
 
 #include "app/core_fixture.h"
 #include "http/http_session.h"
+#include "links/download_page_rule_store.h"
 #include "ui/rules/folder_selector.h"
 #include "ui/settings/settings_window.h"
 
@@ -184,6 +187,57 @@ TEST_F(SettingsWindowTest, OffersFoldersAndRemembersTheChosenOne) {
     EXPECT_EQ(defaults.stringForKey(u"Downloads Folder"_s), chosen);
     main.settle();
     EXPECT_EQ(selector->folder(), chosen);
+}
+
+TEST_F(SettingsWindowTest, ShowsTheSectionsThatTheUserWants) {
+    const auto shown = [this] {
+        QStringList titles;
+        for (const QAction* action : window->findChild<QToolBar*>()->actions()) {
+            if (action->isVisible()) {
+                titles.append(action->text());
+            }
+        }
+        return titles;
+    };
+    const QStringList usual{u"General"_s,   u"Speed"_s,   u"Schedule"_s,
+                            u"Behaviors"_s, u"History"_s, u"Advanced"_s};
+    EXPECT_EQ(shown(), usual);
+    for (const char* section :
+         {"General", "Speed", "Schedule", "Feedback", "History", "Advanced"}) {
+        window->showPreferencesSection(QString::fromLatin1(section));
+        EXPECT_EQ(window->currentSection(), QString::fromLatin1(section));
+    }
+    window->showPreferencesSection(u"Experimental"_s);
+    EXPECT_EQ(shown(), usual + QStringList{u"Experimental"_s}) << "as long as it is current";
+    window->showPreferencesSection(u"No such section"_s);
+    EXPECT_EQ(window->currentSection(), u"General"_s);
+    EXPECT_EQ(shown(), usual);
+    store(u"Preferences Toolbar 3016 (Independent)", QStringList{u"Speed"_s, u"Experimental"_s});
+    EXPECT_EQ(shown(), (QStringList{u"General"_s, u"Speed"_s, u"Experimental"_s}));
+}
+
+TEST_F(SettingsWindowTest, RulesForDownloadPagesAreStoredAsTypedAndFollowed) {
+    const char16_t* key = u"Download Page Rules";
+    const QString name = QString::fromUtf16(key);
+    auto* editor = control<QTextEdit>(key);
+    const QString builtIn = editor->toPlainText();
+    EXPECT_EQ(builtIn, links::defaultDownloadPageRuleText());
+    EXPECT_FALSE(defaults.hasValueForKey(name));
+
+    editor->selectAll();
+    editor->insertPlainText(u"[1]"_s);
+    EXPECT_EQ(defaults.stringForKey(name), u"[1]"_s) << "valid or not";
+    editor->undo();
+    EXPECT_EQ(editor->toPlainText(), builtIn);
+    store(key, u"  {\"a\": 2}"_s);
+    EXPECT_EQ(editor->toPlainText(), u"  {\"a\": 2}"_s);
+    editor->moveCursor(QTextCursor::End);
+    QTest::keyClick(editor, Qt::Key_Return);
+    EXPECT_EQ(editor->toPlainText(), u"  {\"a\": 2}\n  "_s) << "indented like the line before";
+    editor->selectAll();
+    QTest::keyClick(editor, Qt::Key_Delete);
+    EXPECT_EQ(editor->toPlainText(), builtIn);
+    EXPECT_FALSE(defaults.hasValueForKey(name));
 }
 
 /// Of what a mnemonic key could mean in a section; empty: nothing.

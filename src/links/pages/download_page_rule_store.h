@@ -17,13 +17,16 @@ class DownloadPageRuleStore {
 public:
     explicit DownloadPageRuleStore(platform::UserDefaults& defaults);
 
-    /// Reads the setting at the first call. Null: the text is no valid set of rules.
+    /// Reads the setting at the first call and keeps what it says. Null: the text is no valid set
+    /// of rules.
     [[nodiscard]] std::shared_ptr<const DownloadPageRules> downloadPageRules();
 
     /// The user's text; the built-in one if there is none.
     [[nodiscard]] QString ruleText() const;
     /// What is in force from now on. Empty: the built-in text is.
     void setRuleText(const QString& text);
+    /// The setting has been changed elsewhere: it is read again when rules are next asked for.
+    void forgetRules() { rules_.reset(); }
 
 private:
     using Rules = std::shared_ptr<const DownloadPageRules>;

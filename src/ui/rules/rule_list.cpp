@@ -35,6 +35,7 @@ RuleList::RuleList(app::RuleBook& rules, SettingsBinder& binder, QWidget* parent
     makeTree();
     makeButtons();
     setFocusProxy(tree_);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     binder.follow({app::settings::rules.name()}, this, [this] { fill(); });
 }
 

@@ -38,6 +38,7 @@ SubdivisionField::SubdivisionField(const platform::Setting<QString>& setting,
         Q_EMIT edit->textEdited(format);
     });
     setFocusProxy(field_);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

@@ -113,6 +113,10 @@ void SettingsPage::addLabelled(const QString& text, QWidget* control, QWidget* b
     labels_.insert(control, label);
 }
 
+void SettingsPage::addWide(QWidget* control) {
+    grid_->addWidget(control, grid_->rowCount(), 0, 1, 2);
+}
+
 QLabel* SettingsPage::addNote(const char* text) {
     QLabel* note = makeNote(translated(text), this);
     grid_->addWidget(note, grid_->rowCount(), 1);
@@ -135,6 +139,10 @@ void SettingsPage::setRowVisible(QWidget* control, bool isVisible) {
 int SettingsPage::heightForPageWidth(int width) const {
     return grid_->hasHeightForWidth() ? grid_->totalHeightForWidth(width)
                                       : grid_->totalSizeHint().height();
+}
+
+bool SettingsPage::canGrow() const {
+    return grid_->expandingDirections().testFlag(Qt::Vertical);
 }
 
 bool SettingsPage::event(QEvent* event) {

@@ -51,6 +51,8 @@ public:
     void addRow(const char* label, QWidget* control);
     /// Several controls in one row, of which the first is the label's.
     void addRow(const char* label, const std::vector<QWidget*>& controls);
+    /// Without a label, as wide as the page.
+    void addWide(QWidget* control);
     /// An explanation of the row before.
     QLabel* addNote(const char* text);
     /// Space before the next group of rows.
@@ -60,6 +62,8 @@ public:
 
     /// In device-independent pixels, for the whole page to be seen.
     [[nodiscard]] int heightForPageWidth(int width) const;
+    /// Whether something in it has a use for more height.
+    [[nodiscard]] bool canGrow() const;
 
 Q_SIGNALS:
     /// Rows came, went or changed their height.

@@ -4,6 +4,7 @@
 #include <QActionGroup>
 #include <QEvent>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QScreen>
 #include <QScrollArea>
 #include <QShortcut>
@@ -13,6 +14,7 @@
 #include <algorithm>
 
 #include "ui/art/icons.h"
+#include "ui/settings.h"
 #include "ui/settings/sections.h"
 #include "ui/text.h"
 
@@ -21,7 +23,9 @@ using namespace Qt::Literals::StringLiterals;
 namespace ui {
 namespace {
 
+const QString experimentalSection = u"Experimental"_s;
 constexpr int narrowestPage = 560;
+constexpr int lowestWindow = 240;
 constexpr int toolbarIconSize = 24;
 /// Left free on the screen for panels and the window's frame.
 constexpr int screenMargin = 80;
@@ -51,7 +55,11 @@ SettingsWindow::SettingsWindow(app::DQMainController& controller, platform::User
     addSection("Feedback", "Behaviors", "DQFeedback", makeBehaviorsSection);
     addSection("History", "History", "documents", makeHistorySection);
     addSection("Advanced", "Advanced", "advanced", makeAdvancedSection);
+    addSection("Experimental", "Experimental", "experimental", makeDownloadPagesSection);
     makeShortcuts();
+    toolbar_->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(toolbar_, &QWidget::customContextMenuRequested, this, &SettingsWindow::showToolbarMenu);
+    binder_.follow({settings::preferencesToolbar.name()}, this, [this] { updateToolbar(); });
     selectSection({});
 }
 
@@ -91,6 +99,46 @@ void SettingsWindow::makeShortcuts() {
     add(QKeySequence(QKeySequence::Close), [this] { close(); });
 }
 
+QStringList SettingsWindow::toolbarSections() const {
+    const QStringList chosen =
+        context_.defaults.stringArrayForKey(settings::preferencesToolbar.name());
+    if (!chosen.isEmpty()) {
+        return chosen;
+    }
+    QStringList usual;
+    for (const Section& section : sections_) {
+        usual.append(section.identifier);
+    }
+    usual.removeOne(experimentalSection);
+    return usual;
+}
+
+void SettingsWindow::updateToolbar() {
+    const QStringList shown = toolbarSections();
+    for (const Section& section : sections_) {
+        section.action->setVisible(shown.contains(section.identifier) ||
+                                   section.action->isChecked());
+    }
+}
+
+void SettingsWindow::showToolbarMenu(const QPoint& position) {
+    QMenu menu(this);
+    QStringList shown = toolbarSections();
+    for (const Section& section : sections_) {
+        QAction* item = menu.addAction(section.action->text());
+        item->setCheckable(true);
+        item->setChecked(shown.contains(section.identifier));
+        item->setData(section.identifier);
+    }
+    if (const QAction* chosen = menu.exec(toolbar_->mapToGlobal(position))) {
+        const QString identifier = chosen->data().toString();
+        if (!shown.removeOne(identifier)) {
+            shown.append(identifier);
+        }
+        context_.defaults.set(settings::preferencesToolbar, shown);
+    }
+}
+
 const SettingsWindow::Section& SettingsWindow::current() const {
     return sections_.at(static_cast<std::size_t>(pages_->currentIndex()));
 }
@@ -108,11 +156,13 @@ void SettingsWindow::selectSection(const QString& identifier) {
     }
     section->action->setChecked(true);
     pages_->setCurrentWidget(section->area);
+    updateToolbar();
     fitToSection();
 }
 
 void SettingsWindow::step(int direction) {
-    const QList<QAction*> shown = actions_->actions();
+    QList<QAction*> shown = actions_->actions();
+    shown.removeIf([](const QAction* action) { return !action->isVisible(); });
     const qsizetype next = shown.indexOf(current().action) + direction;
     if (next >= 0 && next < shown.size()) {
         shown[next]->trigger();
@@ -124,10 +174,13 @@ void SettingsWindow::fitToSection() {
     for (const Section& section : sections_) {
         width = std::max(width, section.page->minimumSizeHint().width());
     }
-    const int room = screen()->availableGeometry().height() - screenMargin;
-    const int wanted = current().page->heightForPageWidth(width) + toolbar_->sizeHint().height();
-    setMinimumSize(width, std::min(wanted, 240));
-    setMaximumHeight(wanted);
+    const int room =
+        screen()->availableGeometry().height() - screenMargin -
+        static_cast<int>(context_.defaults.get(settings::visibleFrameExtraDockSpacing));
+    const SettingsPage& page = *current().page;
+    const int wanted = page.heightForPageWidth(width) + toolbar_->sizeHint().height();
+    setMinimumSize(width, std::min(wanted, lowestWindow));
+    setMaximumHeight(page.canGrow() ? QWIDGETSIZE_MAX : wanted);
     resize(width, std::min(wanted, room));
 }
 

@@ -44,6 +44,10 @@ private:
 
     void addSection(const char* identifier, const char* title, const char* icon, MakePage make);
     void makeShortcuts();
+    void showToolbarMenu(const QPoint& position);
+    [[nodiscard]] QStringList toolbarSections() const;
+    /// Shows those that the user wants, and the current one.
+    void updateToolbar();
     void selectSection(const QString& identifier);
     /// To the next section of the toolbar, or with -1 to the one before.
     void step(int direction);

@@ -1,0 +1,74 @@
+#include "app/lifecycle/settings_effects.h"
+
+#include <QStringList>
+
+#include "app/front_end.h"
+#include "app/main_controller.h"
+#include "engine/queue_admission.h"
+#include "engine/settings.h"
+#include "engine/throttle.h"
+#include "links/download_page_rule_store.h"
+#include "links/settings.h"
+#include "platform/base/user_defaults.h"
+
+namespace app {
+
+namespace {
+
+template <typename... Values>
+QStringList names(const platform::Setting<Values>&... settings) {
+    return {settings.name()...};
+}
+
+}  // namespace
+
+SettingsEffects::SettingsEffects(platform::UserDefaults& defaults, DQMainController& controller,
+                                 DownloadListView& list, links::DownloadPageRuleStore& pageRules)
+    : defaults_(defaults),
+      controller_(controller),
+      list_(list),
+      pageRules_(pageRules),
+      observer_(defaults.addObserver([this](const QString& key) { settingDidChange(key); })) {}
+
+SettingsEffects::~SettingsEffects() {
+    defaults_.removeObserver(observer_);
+}
+
+void SettingsEffects::settingDidChange(const QString& key) {
+    using namespace engine::settings;
+    static const QStringList limits =
+        names(numberOfConcurrentDownloads, numberOfConcurrentDownloadsPerHost);
+    static const QStringList bandwidth = names(throttleEnabled, throttleLimit);
+    static const QStringList rows =
+        names(privateDownloading, privateDownloadingPreservesExtensions,
+              privateDownloadingAddsGenericPrefix, displayLocationsAsNames,
+              displayAccelerationConnections, revealByLaunching, intermediatesLocation);
+    if (limits.contains(key)) {
+        admitDownloads();
+    } else if (bandwidth.contains(key)) {
+        engine::Throttle::apply();
+    } else if (rows.contains(key)) {
+        list_.setNeedsDisplay();
+    } else if (key == links::settings::downloadPageRules.name()) {
+        readDownloadPageRules();
+    }
+}
+
+void SettingsEffects::admitDownloads() {
+    engine::QueueAdmission& admission = engine::QueueAdmission::shared();
+    if (!admission.queuedDownloads().empty()) {
+        admission.startEligibleQueuedDownloadsWithTimer();
+    }
+    list_.setNeedsDisplay();
+}
+
+void SettingsEffects::readDownloadPageRules() {
+    constexpr platform::Seconds whileTyping = 0.1;
+    pageRules_.forgetRules();
+    for (const engine::DownloadPtr& download : controller_.downloads()) {
+        download->reevaluateDownloadPageURLStatus();
+    }
+    list_.setNeedsDisplayAfterDelay(whileTyping);
+}
+
+}  // namespace app
