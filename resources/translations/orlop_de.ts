@@ -14,6 +14,26 @@
             <translation>Die Warteschlange eines früheren Laufs ist nicht lesbar; sie wurde als %@ aufbewahrt.</translation>
         </message>
         <message>
+            <location filename="../../src/app/authentication/http_authentication_manager.cpp" />
+            <source>You need to log in before downloading "%@" from "%@".</source>
+            <translation>Sie müssen sich anmelden, um „%@“ von „%@“ zu laden.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/authentication/http_authentication_manager.cpp" />
+            <source>You need to log in before downloading "%@".</source>
+            <translation>Sie müssen sich anmelden, um „%@“ zu laden.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/authentication/http_authentication_manager.cpp" />
+            <source>Your password will be submitted as plain text.</source>
+            <translation>Ihr Passwort wird unverschlüsselt übertragen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/authentication/http_authentication_manager.cpp" />
+            <source>Your password will be submitted securely.</source>
+            <translation>Ihr Passwort wird sicher übertragen.</translation>
+        </message>
+        <message>
             <location filename="../../src/app/commands/bulk_commands.cpp" />
             <source>Are you sure you want to cancel your downloads? All temporary files will be deleted.</source>
             <translation>Möchten Sie Ihre Downloads wirklich abbrechen? Alle unfertigen Dateien werden gelöscht.</translation>
@@ -380,11 +400,6 @@
         </message>
         <message>
             <location filename="../../src/app/commands/context_menu.cpp" />
-            <source>Open with</source>
-            <translation>Öffnen mit</translation>
-        </message>
-        <message>
-            <location filename="../../src/app/commands/context_menu.cpp" />
             <source>Pause Download</source>
             <translation>Download anhalten</translation>
         </message>
@@ -447,6 +462,11 @@
             <location filename="../../src/app/commands/folder_items.cpp" />
             <source>Edit...</source>
             <translation>Bearbeiten …</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/open_with.cpp" />
+            <source>Open with</source>
+            <translation>Öffnen mit</translation>
         </message>
         <message>
             <location filename="../../src/app/intake/file_collector.cpp" />
@@ -586,6 +606,41 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>Danach herunterfahren?</translation>
         </message>
         <message>
+            <location filename="../../src/app/status/queue_status_reporter.cpp" />
+            <source>Done</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/status/queue_status_reporter.cpp" />
+            <source>Download Complete</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/status/queue_status_reporter.cpp" />
+            <source>No active downloads remaining</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/status/status_line.cpp" />
+            <source>%d downloads</source>
+            <translation>%d Downloads</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/status/status_line.cpp" />
+            <source>%d filtered</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/status/status_line.cpp" />
+            <source>%d of %d downloads</source>
+            <translation>%d von %d Downloads</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/status/status_line.cpp" />
+            <source>1 download</source>
+            <translation>1 Download</translation>
+        </message>
+        <message>
             <location filename="../../src/engine/download_identity.cpp" />
             <source>File "%@"</source>
             <translation>Datei „%@“</translation>
@@ -691,84 +746,84 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>Wartet: Nr. %@</translation>
         </message>
         <message>
-            <location filename="../../src/links/byte_counts.cpp" />
+            <location filename="../../src/links/format/byte_counts.cpp" />
             <source> Bytes</source>
             <translation> Byte</translation>
         </message>
         <message>
-            <location filename="../../src/links/byte_counts.cpp" />
+            <location filename="../../src/links/format/byte_counts.cpp" />
             <source> EB</source>
             <translation> EB</translation>
         </message>
         <message>
-            <location filename="../../src/links/byte_counts.cpp" />
+            <location filename="../../src/links/format/byte_counts.cpp" />
             <source> GB</source>
             <translation> GB</translation>
         </message>
         <message>
-            <location filename="../../src/links/byte_counts.cpp" />
+            <location filename="../../src/links/format/byte_counts.cpp" />
             <source> KB</source>
             <translation> kB</translation>
         </message>
         <message>
-            <location filename="../../src/links/byte_counts.cpp" />
+            <location filename="../../src/links/format/byte_counts.cpp" />
             <source> MB</source>
             <translation> MB</translation>
         </message>
         <message>
-            <location filename="../../src/links/byte_counts.cpp" />
+            <location filename="../../src/links/format/byte_counts.cpp" />
             <source> PB</source>
             <translation> PB</translation>
         </message>
         <message>
-            <location filename="../../src/links/byte_counts.cpp" />
+            <location filename="../../src/links/format/byte_counts.cpp" />
             <source> TB</source>
             <translation> TB</translation>
         </message>
         <message>
-            <location filename="../../src/links/dates.cpp" />
+            <location filename="../../src/links/format/dates.cpp" />
             <source>%d minutes ago</source>
             <translation>vor %d Minuten</translation>
         </message>
         <message>
-            <location filename="../../src/links/dates.cpp" />
+            <location filename="../../src/links/format/dates.cpp" />
             <source>1 minute ago</source>
             <translation>vor 1 Minute</translation>
         </message>
         <message>
-            <location filename="../../src/links/dates.cpp" />
+            <location filename="../../src/links/format/dates.cpp" />
             <source>just now</source>
             <translation>gerade eben</translation>
         </message>
         <message>
-            <location filename="../../src/links/durations.cpp" />
+            <location filename="../../src/links/format/durations.cpp" />
             <source>%@ days</source>
             <translation>%@ Tage</translation>
         </message>
         <message>
-            <location filename="../../src/links/durations.cpp" />
+            <location filename="../../src/links/format/durations.cpp" />
             <source>1 day</source>
             <translation>1 Tag</translation>
         </message>
         <message>
-            <location filename="../../src/links/path_display.cpp" />
+            <location filename="../../src/links/names/sort_keys.cpp" />
+            <source>a an the</source>
+            <translation>der die das ein eine</translation>
+        </message>
+        <message>
+            <location filename="../../src/links/paths/path_display.cpp" />
             <source>Currently not available</source>
             <translation>Zurzeit nicht verfügbar</translation>
         </message>
         <message>
-            <location filename="../../src/links/path_display.cpp" />
+            <location filename="../../src/links/paths/path_display.cpp" />
             <source>Home</source>
             <translation>Persönlicher Ordner</translation>
         </message>
         <message>
-            <location filename="../../src/links/path_display.cpp" />
+            <location filename="../../src/links/paths/path_display.cpp" />
             <source>Not found</source>
             <translation>Nicht gefunden</translation>
-        </message>
-        <message>
-            <location filename="../../src/links/sort_keys.cpp" />
-            <source>a an the</source>
-            <translation>der die das ein eine</translation>
         </message>
         <message>
             <location filename="../../src/structured/json_complaints.cpp" />
@@ -876,6 +931,46 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>Auf \u müssen vier hexadezimale Ziffern folgen.</translation>
         </message>
         <message>
+            <location filename="../../src/ui/authentication/authentication_panel.cpp" />
+            <source>&amp;Domain:</source>
+            <translation>&amp;Domäne:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/authentication/authentication_panel.cpp" />
+            <source>&amp;Name:</source>
+            <translation>&amp;Name:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/authentication/authentication_panel.cpp" />
+            <source>&amp;Password:</source>
+            <translation>&amp;Passwort:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/authentication/authentication_panel.cpp" />
+            <source>&amp;Remember this password</source>
+            <translation>Passwort &amp;merken</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/authentication/authentication_panel.cpp" />
+            <source>Authentication</source>
+            <translation>Anmeldung</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/authentication/authentication_panel.cpp" />
+            <source>Log In</source>
+            <translation>Anmelden</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/authentication/authentication_panel.cpp" />
+            <source>Proxy:</source>
+            <translation>Proxy:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/authentication/authentication_panel.cpp" />
+            <source>Server:</source>
+            <translation>Server:</translation>
+        </message>
+        <message>
             <location filename="../../src/ui/commands/main_menu.cpp" />
             <source>&amp;Edit</source>
             <translation>&amp;Bearbeiten</translation>
@@ -921,11 +1016,6 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>Warteschlange umo&amp;rdnen nach</translation>
         </message>
         <message>
-            <location filename="../../src/ui/history/history_item_menu.cpp" />
-            <source>Download Again</source>
-            <translation>Erneut herunterladen</translation>
-        </message>
-        <message>
             <location filename="../../src/ui/history/history_list_menu.cpp" />
             <source>No Matches</source>
             <translation>Keine Treffer</translation>
@@ -949,6 +1039,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/history/history_search.cpp" />
             <source>Name</source>
             <translation>Name</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/history/history_search.cpp" />
+            <source>Search:</source>
+            <translation>Suchen:</translation>
         </message>
         <message>
             <location filename="../../src/ui/history/history_search.cpp" />
@@ -1647,28 +1742,8 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/window/main_window.cpp" />
-            <source>%d downloads</source>
-            <translation>%d Downloads</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/window/main_window.cpp" />
-            <source>%d of %d downloads</source>
-            <translation>%d von %d Downloads</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/window/main_window.cpp" />
-            <source>1 download</source>
-            <translation>1 Download</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/window/main_window.cpp" />
             <source>Clear</source>
             <translation>Aufräumen</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/window/main_window.cpp" />
-            <source>Search:</source>
-            <translation>Suchen:</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/url_panel.cpp" />

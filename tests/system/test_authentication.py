@@ -61,15 +61,6 @@ class AskingTest(GuardedTest):
         refused = [status for status, _ in self.server.exchanges("/many-") if status == "401"]
         self.assertLessEqual(len(refused), 3, "a stored challenge cost another round trip")
 
-    def test_wrong_and_then_right(self):
-        source = self.serve("second.bin", SIZE)
-        session = self.session(self.server.url("/digest/second.bin"))
-        self.log_in(session, "wrong")
-        session.wait_for(lambda lines: sum("Name:" in line for line in lines) == 2)
-        self.log_in(session)
-        self.assertEqual(session.finish(), 0)
-        self.assert_downloaded("second.bin", source)
-
     def test_a_nonce_that_grows_old_asks_nobody(self):
         paths = [f"/stale/old-{number}.bin" for number in range(2)]
         for path in paths:
