@@ -66,7 +66,7 @@ protected:
         return urls;
     }
     app::HistoryListing listing(const QStringList& terms = {}) {
-        return app::historyListing(historian->history(), defaults, terms, now());
+        return app::historyListing(historian->history(), defaults, terms);
     }
     QDateTime now() const {
         return QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(main.clock.wall() * 1000));
@@ -186,10 +186,11 @@ TEST_F(HistoryTest, ListsTheNewestOnTopAndTheOthersByDay) {
     const app::HistoryListing list = listing();
     EXPECT_EQ(names(list, list.items), QStringList{u"a"_s});
     ASSERT_EQ(list.days.size(), 3U);
-    EXPECT_EQ(list.days[0].title, u"Today"_s);
-    EXPECT_EQ(list.days[1].title, u"Yesterday"_s);
+    EXPECT_EQ(list.title(list.days[0], now()), u"Today"_s);
+    EXPECT_EQ(list.title(list.days[1], now()), u"Yesterday"_s);
     EXPECT_EQ(names(list, list.days[1].items), QStringList({u"c"_s, u"d"_s}));
-    EXPECT_TRUE(list.days[2].title.contains(QString::number(now().addDays(-400).date().year())));
+    EXPECT_TRUE(list.title(list.days[2], now())
+                    .contains(QString::number(now().addDays(-400).date().year())));
     defaults.set(app::settings::numberOfTopLevelHistoryItems, qint64{0});
     EXPECT_TRUE(listing().items.empty());
     EXPECT_EQ(names(listing(), listing().days[0].items), QStringList({u"a"_s, u"b"_s}));

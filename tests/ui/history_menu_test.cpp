@@ -162,7 +162,7 @@ TEST_F(HistoryMenuTest, CutsShortWhatNobodyReads) {
         names.append(QString::number(number));
     }
     open(names);
-    EXPECT_LT(titles().size(), 400);
+    EXPECT_LT(titles().size(), 250);
     EXPECT_TRUE(titles()[titles().size() - 2].startsWith(u"("_s));
 }
 

@@ -14,7 +14,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr qint64 maximumFileSize = 256 << 20;
+/// Without a limit on their number, a hundred thousand entries take some 60 MB.
+constexpr qint64 maximumFileSize = 1 << 30;
 
 }  // namespace
 
@@ -35,7 +36,8 @@ QList<HistoryEntry> HistoryFile::read() {
     if (contents.error && contents.error->is(platform::posixErrorDomain, ENOENT)) {
         return {};
     }
-    const platform::PropertyListResult list = platform::readPropertyList(contents.data);
+    const platform::PropertyListResult list =
+        platform::readPropertyList(contents.data, maximumFileSize);
     if (contents.error || list.value.userType() != QMetaType::QVariantList) {
         mayWrite_ = !platform::keepDamagedFileAside(path_).isEmpty();
         return {};

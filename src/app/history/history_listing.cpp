@@ -26,9 +26,29 @@ std::vector<qsizetype> matches(const QList<HistoryEntry>& history, const QString
     return found;
 }
 
+/// The day of one moment after another. Most are on the day of the one before, and to ask the zone
+/// takes long.
+class LocalDays {
+public:
+    [[nodiscard]] QDate of(const QDateTime& date) {
+        const qint64 moment = date.toMSecsSinceEpoch();
+        if (moment < begin_ || moment >= end_) {
+            day_ = date.toLocalTime().date();
+            begin_ = day_.startOfDay().toMSecsSinceEpoch();
+            end_ = day_.addDays(1).startOfDay().toMSecsSinceEpoch();
+        }
+        return day_;
+    }
+
+private:
+    QDate day_;
+    qint64 begin_ = 0, end_ = 0;
+};
+
 /// Fills the top level, and the days with the rest.
-void divide(HistoryListing& listing, qint64 topLevelCount, const QDateTime& now) {
-    std::map<QDate, HistoryListing::Day, std::greater<>> days;
+void divide(HistoryListing& listing, qint64 topLevelCount) {
+    std::map<QDate, std::vector<qsizetype>, std::greater<>> days;
+    LocalDays localDays;
     for (qsizetype index = listing.history.size() - 1; index >= 0; --index) {
         const HistoryEntry& entry = listing.entry(index);
         if (static_cast<qint64>(listing.items.size()) < topLevelCount) {
@@ -36,15 +56,11 @@ void divide(HistoryListing& listing, qint64 topLevelCount, const QDateTime& now)
                 listing.items.push_back(index);
             }
         } else if (entry.date.isValid()) {
-            HistoryListing::Day& day = days[entry.date.toLocalTime().date()];
-            if (day.items.empty()) {
-                day.title = links::dayDescription(entry.date, now);
-            }
-            day.items.push_back(index);
+            days[localDays.of(entry.date)].push_back(index);
         }
     }
-    for (auto& [date, day] : days) {
-        listing.days.push_back(std::move(day));
+    for (auto& [date, items] : days) {
+        listing.days.push_back({std::move(items)});
     }
 }
 
@@ -52,7 +68,7 @@ void divide(HistoryListing& listing, qint64 topLevelCount, const QDateTime& now)
 
 HistoryListing historyListing(const QList<HistoryEntry>& history,
                               const platform::UserDefaults& defaults,
-                              const QStringList& searchTerms, const QDateTime& now) {
+                              const QStringList& searchTerms) {
     HistoryListing listing;
     listing.history = history;
     if (!searchTerms.isEmpty() && !history.isEmpty()) {
@@ -64,8 +80,12 @@ HistoryListing historyListing(const QList<HistoryEntry>& history,
         }
         listing.hasNoMatches = true;
     }
-    divide(listing, defaults.get(settings::numberOfTopLevelHistoryItems), now);
+    divide(listing, defaults.get(settings::numberOfTopLevelHistoryItems));
     return listing;
+}
+
+QString HistoryListing::title(const Day& day, const QDateTime& now) const {
+    return links::dayDescription(entry(day.items.front()).date, now);
 }
 
 }  // namespace app

@@ -14,8 +14,7 @@ namespace app {
 /// What a menu shows of the history, newest first. Indexes are those of `history`.
 struct HistoryListing {
     struct Day {
-        QString title;  ///< As in "Yesterday" or "Friday, November 20, 2026".
-        std::vector<qsizetype> items;
+        std::vector<qsizetype> items;  ///< Never none.
     };
 
     QList<HistoryEntry> history;
@@ -26,6 +25,8 @@ struct HistoryListing {
     bool isSearchResult = false;
 
     [[nodiscard]] bool isEmpty() const { return items.empty() && days.empty(); }
+    /// As in "Yesterday" or "Friday, November 20, 2026".
+    [[nodiscard]] QString title(const Day& day, const QDateTime& now) const;
     [[nodiscard]] const HistoryEntry& entry(qsizetype index) const { return history[index]; }
 };
 
@@ -33,6 +34,6 @@ struct HistoryListing {
 /// search.
 [[nodiscard]] HistoryListing historyListing(const QList<HistoryEntry>& history,
                                             const platform::UserDefaults& defaults,
-                                            const QStringList& searchTerms, const QDateTime& now);
+                                            const QStringList& searchTerms);
 
 }  // namespace app

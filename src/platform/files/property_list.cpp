@@ -102,12 +102,12 @@ QVariant propertyListValue(const QVariant& value) {
     return {};
 }
 
-PropertyListResult readPropertyList(const QByteArray& data) {
+PropertyListResult readPropertyList(const QByteArray& data, qint64 maximumBytes) {
     const bool isBinary = data.startsWith("bplist");
     const PropertyListFormat format =
         isBinary ? PropertyListFormat::Binary : PropertyListFormat::Xml;
-    if (data.size() > largestPropertyList)
-        return {{}, format, {u"It is larger than 64 MiB."_s, 0, 0}};
+    if (data.size() > maximumBytes)
+        return {{}, format, {u"It is larger than %1 MiB."_s.arg(maximumBytes >> 20), 0, 0}};
     return isBinary ? readBinaryPropertyList(data) : readXmlPropertyList(data);
 }
 

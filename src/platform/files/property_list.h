@@ -24,8 +24,12 @@ struct PropertyListResult {
     ParseError error;
 };
 
-/// Reads either form. At most 64 MiB and 512 levels deep.
-[[nodiscard]] PropertyListResult readPropertyList(const QByteArray& data);
+inline constexpr qint64 largestPropertyList = 64 << 20;
+
+/// Reads either form. At most 512 levels deep, and unless the program's own work may be larger, 64
+/// MiB.
+[[nodiscard]] PropertyListResult readPropertyList(const QByteArray& data,
+                                                  qint64 maximumBytes = largestPropertyList);
 
 /// With tabs and keys in order of their code points; dates in UTC, whole seconds in XML. Characters
 /// that XML cannot carry become U+FFFD. Empty: the value holds something that a property list

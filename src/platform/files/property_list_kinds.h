@@ -11,7 +11,6 @@ enum class PropertyListKind { None, Dictionary, Array, String, Integer, Real, Bo
 [[nodiscard]] PropertyListKind propertyListKind(const QVariant& value);
 
 inline constexpr int deepestPropertyList = 512;
-inline constexpr qint64 largestPropertyList = 64 * 1024 * 1024;
 
 /// 2001-01-01 00:00:00 UTC, from which the binary form counts its dates.
 inline constexpr qint64 referenceDateMilliseconds = 978'307'200'000;

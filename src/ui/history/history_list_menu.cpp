@@ -14,9 +14,6 @@
 namespace ui {
 namespace {
 
-/// More than anybody reads in a menu, and still quickly made.
-constexpr std::size_t mostEntries = 300;
-
 void closeAllMenus() {
     while (QWidget* menu = QApplication::activePopupWidget()) {
         menu->close();
@@ -31,23 +28,44 @@ HistoryListMenu::HistoryListMenu(const app::HistoryActions& actions, HistoryIcon
 
 void HistoryListMenu::addEntries(const QList<app::HistoryEntry>& history,
                                  const std::vector<qsizetype>& indexes) {
-    std::size_t count = 0;
+    std::size_t shown = 0;
     for (const qsizetype index : indexes) {
         const app::HistoryEntry& entry = history[index];
         if (!entry.canBeShown()) {
             continue;
         }
-        if (++count > mostEntries) {
+        if (++shown > mostItems) {
             break;
         }
         QAction* item = addMenu(new HistoryItemMenu(entry, actions_, this));
         item->setIcon(icons_.icon(entry));
         item->setIconVisibleInMenu(true);
     }
-    if (count > mostEntries) {
-        addInertItem(*this, links::filledFormat(translated("(%lu more)"),
-                                                {QString::number(indexes.size() - mostEntries)}));
+    addRest(shown > mostItems ? indexes.size() - mostItems : 0);
+}
+
+void HistoryListMenu::addRest(std::size_t count) {
+    if (count > 0) {
+        addInertItem(*this,
+                     links::filledFormat(translated("(%lu more)"), {QString::number(count)}));
     }
+}
+
+void HistoryListMenu::exchangeItems(const std::function<void()>& exchange) {
+    isExchangingItems_ = true;
+    exchange();
+    isExchangingItems_ = false;
+    if (isVisible()) {
+        resize(sizeHint());
+    }
+}
+
+/// A menu that is visible lays itself out after every item that comes or goes.
+void HistoryListMenu::actionEvent(QActionEvent* event) {
+    const bool isLaidOutLater = isExchangingItems_ && isVisible();
+    setAttribute(Qt::WA_WState_Visible, isVisible() && !isLaidOutLater);
+    QMenu::actionEvent(event);
+    setAttribute(Qt::WA_WState_Visible, isVisible() || isLaidOutLater);
 }
 
 void HistoryListMenu::removeItems(const QList<QAction*>& items) {
@@ -83,11 +101,13 @@ void HistoryListMenu::keyPressEvent(QKeyEvent* event) {
     }
 }
 
-HistoryDayMenu::HistoryDayMenu(QList<app::HistoryEntry> history, app::HistoryListing::Day day,
-                               const app::HistoryActions& actions, HistoryIcons& icons,
-                               QWidget* parent)
-    : HistoryListMenu(actions, icons, parent), history_(std::move(history)), day_(std::move(day)) {
-    setTitle(menuText(day_.title));
+HistoryDayMenu::HistoryDayMenu(const QString& title, QList<app::HistoryEntry> history,
+                               std::vector<qsizetype> indexes, const app::HistoryActions& actions,
+                               HistoryIcons& icons, QWidget* parent)
+    : HistoryListMenu(actions, icons, parent),
+      history_(std::move(history)),
+      indexes_(std::move(indexes)) {
+    setTitle(menuText(title));
     connect(this, &QMenu::aboutToShow, this, &HistoryDayMenu::fill);
 }
 
@@ -95,7 +115,7 @@ void HistoryDayMenu::fill() {
     if (!isEmpty()) {
         return;
     }
-    addEntries(history_, day_.items);
+    addEntries(history_, indexes_);
     if (isEmpty()) {
         addInertItem(*this, translated("No Matches"));
     }

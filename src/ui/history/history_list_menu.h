@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMenu>
+#include <functional>
 #include <vector>
 
 #include "app/history/history_actions.h"
@@ -19,20 +20,28 @@ public:
     HistoryListMenu(const app::HistoryActions& actions, HistoryIcons& icons, QWidget* parent);
 
 protected:
-    /// Of very many only the first are added, and how many more there are.
+    /// More than anybody reads in a menu, and still quickly made. What is beyond is only counted.
+    static constexpr std::size_t mostItems = 200;
+
     void addEntries(const QList<app::HistoryEntry>& history, const std::vector<qsizetype>& indexes);
+    /// Notes how many there are besides those that are shown, if any.
+    void addRest(std::size_t count);
     void removeItems(const QList<QAction*>& items);
+    /// Adds and removes items with the menu laid out once at the end, also if it is open.
+    void exchangeItems(const std::function<void()>& exchange);
     [[nodiscard]] const app::HistoryActions& historyActions() const { return actions_; }
     [[nodiscard]] HistoryIcons& icons() const { return icons_; }
 
     void mouseReleaseEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void actionEvent(QActionEvent* event) override;
 
 private:
     bool choose(QAction* item);
 
     const app::HistoryActions actions_;
     HistoryIcons& icons_;
+    bool isExchangingItems_ = false;
 };
 
 /// The entries of one day, put in when it opens for the first time.
@@ -40,14 +49,15 @@ class HistoryDayMenu final : public HistoryListMenu {
     Q_OBJECT
 
 public:
-    HistoryDayMenu(QList<app::HistoryEntry> history, app::HistoryListing::Day day,
-                   const app::HistoryActions& actions, HistoryIcons& icons, QWidget* parent);
+    HistoryDayMenu(const QString& title, QList<app::HistoryEntry> history,
+                   std::vector<qsizetype> indexes, const app::HistoryActions& actions,
+                   HistoryIcons& icons, QWidget* parent);
 
 private:
     void fill();
 
     const QList<app::HistoryEntry> history_;
-    const app::HistoryListing::Day day_;
+    const std::vector<qsizetype> indexes_;
 };
 
 }  // namespace ui

@@ -2,6 +2,7 @@
 
 #include <QKeyEvent>
 #include <QWidgetAction>
+#include <algorithm>
 
 #include "app/history/historian.h"
 #include "engine/now.h"
@@ -46,17 +47,18 @@ void HistoryMenu::rebuild() {
     for (QAction* fixed : fixedItems_) {
         items.removeOne(fixed);
     }
-    removeItems(items);
     if (search_) {
         search_->setHasHistory(historian_.numberOfItems() > 0);
     }
-    populate();
+    exchangeItems([&] {
+        removeItems(items);
+        populate();
+    });
 }
 
 void HistoryMenu::populate() {
-    const app::HistoryListing listing =
-        app::historyListing(historian_.history(), defaults_,
-                            search_ ? search_->terms() : QStringList(), engine::wallNow());
+    const app::HistoryListing listing = app::historyListing(
+        historian_.history(), defaults_, search_ ? search_->terms() : QStringList());
     if (listing.hasNoMatches) {
         addInertItem(*this, translated("No Matches"));
         addSeparator();
@@ -96,9 +98,14 @@ void HistoryMenu::addDays(const app::HistoryListing& listing) {
     if (!listing.items.empty() && !listing.days.empty()) {
         addSeparator();
     }
-    for (const app::HistoryListing::Day& day : listing.days) {
-        addMenu(new HistoryDayMenu(listing.history, day, historyActions(), icons_, this));
+    const QDateTime now = engine::wallNow();
+    const std::size_t shown = std::min(listing.days.size(), mostItems);
+    for (std::size_t index = 0; index < shown; ++index) {
+        const app::HistoryListing::Day& day = listing.days[index];
+        addMenu(new HistoryDayMenu(listing.title(day, now), listing.history, day.items,
+                                   historyActions(), icons_, this));
     }
+    addRest(listing.days.size() - shown);
 }
 
 }  // namespace ui
