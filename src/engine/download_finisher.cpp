@@ -158,10 +158,12 @@ void DownloadFinisher::assemble(std::vector<FilePiece> pieces) {
     job_->pieces = std::move(pieces);
     job_->origin = originOf(download_);
     job_->hasUserChosenPath = download_.userSettings().contains(keys::downloadFile);
-    markFinishing(job_->pieces.front().path);
+    const bool movesAtOnce = job_->pieces.size() == 1;
+    // One file of a known length shows by itself that it is complete.
+    if (!movesAtOnce || knownFile(download_.userSettings()).length == 0)
+        markFinishing(job_->pieces.front().path);
     // Where to is decided as late as may be, for names, rules and folders change; but a file in one
     // piece is put together in no time, and a second way there and back would cost more than that.
-    const bool movesAtOnce = job_->pieces.size() == 1;
     if (movesAtOnce)
         job_->target = download_.finalDownloadTargetPath();
     runInBackground(

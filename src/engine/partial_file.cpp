@@ -58,7 +58,7 @@ std::optional<platform::Error> PartialFile::open(const QString& path, qint64 off
         return platform::posixError(ESTALE);
     }
     if (isNew)
-        markSynced(file.get(), 0);
+        markUnsynced(file.get());
     file_ = std::move(file);
     offset_ = syncedOffset_ = flushedOffset_ = offset;
     syncedAt_ = monotonicNow();

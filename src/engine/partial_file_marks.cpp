@@ -32,11 +32,20 @@ QByteArray syncedMark(qint64 bytes) {
     return bootIdentifier() + ' ' + QByteArray::number(bytes);
 }
 
+void setSyncedMark(int file, qint64 bytes, int flags) {
+    const QByteArray mark = syncedMark(bytes);
+    fsetxattr(file, syncedAttribute, mark.constData(), static_cast<std::size_t>(mark.size()),
+              flags);
+}
+
 }  // namespace
 
+void markUnsynced(int file) {
+    setSyncedMark(file, 0, XATTR_CREATE);
+}
+
 void markSynced(int file, qint64 bytes) {
-    const QByteArray mark = syncedMark(bytes);
-    fsetxattr(file, syncedAttribute, mark.constData(), static_cast<std::size_t>(mark.size()), 0);
+    setSyncedMark(file, bytes, XATTR_REPLACE);
 }
 
 void dropUnsyncedTail(const QString& path) {

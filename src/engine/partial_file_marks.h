@@ -8,7 +8,10 @@ namespace engine {
 /// What is written on a partial file about itself, in extended attributes. On a file system
 /// without them nothing is known, and every file counts as it stands.
 
-/// So many bytes of the open file are on the disk. Any thread.
+/// Nothing of the new file is on the disk yet. Any thread.
+void markUnsynced(int file);
+/// So many bytes of the open file are on the disk, if it still has a mark: one that was finished
+/// meanwhile has lost it. Any thread.
 void markSynced(int file, qint64 bytes);
 /// Cuts off what may not have reached the disk before the machine last went down. While it has been
 /// up since the file was written, all of it counts: what a killed process wrote is not lost.

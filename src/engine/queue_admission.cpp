@@ -150,24 +150,28 @@ bool QueueAdmission::hasPausedDownloadsOfOtherHosts(const QString& queueRelevant
 /// Slots are compared with zero and nothing else: a limit lowered below the number that runs leaves
 /// them negative, and then all start that the limit for their host allows.
 void QueueAdmission::startEligibleQueuedDownloads() {
-    const std::vector<DownloadPtr> queue = queuedDownloads();
     const qint64 perHost = numberOfConcurrentDownloadsPerHost();
     qint64 slots = numberOfOpenDownloadSlots();
     Hosts hosts;
     for (const DownloadPtr& download : downloadingDownloads())
         addDownload(*download, hosts);
-    for (const DownloadPtr& download : queue) {
+    std::vector<DownloadPtr> eligible;
+    for (const DownloadPtr& download : queuedDownloads()) {
         if (slots == 0)
-            return;
+            break;
         const QString& host = download->queueRelevantHost();
         if (perHost >= 1 && !host.isEmpty()) {
             if (const auto used = hosts.find(host); used != hosts.end() && used->second >= perHost)
                 continue;
             addDownload(*download, hosts);
         }
+        eligible.push_back(download);
+        --slots;
+    }
+    // A start reports to the queue's owner, after which the lists are others.
+    for (const DownloadPtr& download : eligible) {
         download->startDownloadWithURL(std::nullopt, false);
         invalidateQueuedAndDownloadingDownloads();
-        --slots;
     }
 }
 
