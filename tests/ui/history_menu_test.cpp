@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QLineEdit>
+#include <QRegularExpression>
 #include <QTest>
 #include <QToolButton>
 
@@ -58,7 +59,9 @@ protected:
         QStringList titles;
         for (const QAction* item : of.actions()) {
             if (!item->isSeparator()) {
-                titles.append(item->text());
+                // Without what keeps a text's direction apart from its neighbours'.
+                static const QRegularExpression isolates(u"[\u2068\u2069]"_s);
+                titles.append(item->text().remove(isolates));
             }
         }
         return titles;
