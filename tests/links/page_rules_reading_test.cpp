@@ -100,16 +100,6 @@ TEST(PageRules, ASourceThatTakesTooLongIsLoggedOnceAndLeftOut) {
     EXPECT_EQ(log.lines().size(), 1);
 }
 
-TEST(PageRules, TheAnswerForAnAddressStandsUntilTheRulesAreEdited) {
-    const platform::Url url = urlOf(u"http://h/"_s);
-    const auto rules = rulesOf(u"\"h\" : {\"Query Cascade\" : [\"q\"]}"_s);
-    DownloadPageURLStatus status;
-    EXPECT_FALSE(status.isDownloadPageURL(url, nullptr));
-    EXPECT_FALSE(status.isDownloadPageURL(url, rules.get()));
-    status.reevaluateDownloadPageURLStatus();
-    EXPECT_TRUE(status.isDownloadPageURL(url, rules.get()));
-}
-
 TEST(PageRuleStore, TakesTheUsersTextAndElseTheBuiltInOne) {
     const QTemporaryDir folder;
     platform::UserDefaults defaults(folder.path(), u"test"_s);

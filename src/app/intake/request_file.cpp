@@ -15,12 +15,8 @@ const auto targetPathKey = u"DQOBPTargetPath"_s;
 
 }  // namespace
 
-std::optional<RequestFile> readRequestFile(const QString& path) {
-    const platform::FileContents contents = platform::readFile(path, maximumFileSize);
-    if (contents.error) {
-        return {};
-    }
-    QVariantMap dictionary = platform::readPropertyList(contents.data).value.toMap();
+std::optional<RequestFile> requestFileFromData(const QByteArray& data) {
+    QVariantMap dictionary = platform::readPropertyList(data).value.toMap();
     const QVariant source = dictionary.take(sourceURLKey);
     if (source.userType() != QMetaType::QString) {
         return {};
@@ -31,6 +27,11 @@ std::optional<RequestFile> readRequestFile(const QString& path) {
     }
     const QString target = dictionary.take(targetPathKey).toString();
     return RequestFile{std::move(*url), platform::abbreviateWithTilde(target), dictionary};
+}
+
+std::optional<RequestFile> readRequestFile(const QString& path) {
+    const platform::FileContents contents = platform::readFile(path, maximumFileSize);
+    return contents.error ? std::nullopt : requestFileFromData(contents.data);
 }
 
 }  // namespace app

@@ -15,7 +15,9 @@ struct RequestFile {
     QVariantMap request;  ///< All else that the file holds.
 };
 
-/// Nothing: there is no such file, or no usable address in it.
+/// Nothing: the data is no such dictionary, or has no usable address.
+[[nodiscard]] std::optional<RequestFile> requestFileFromData(const QByteArray& data);
+/// Nothing also if there is no such file.
 [[nodiscard]] std::optional<RequestFile> readRequestFile(const QString& path);
 
 }  // namespace app

@@ -34,11 +34,4 @@ std::optional<QString> preservedNamePattern(const platform::Url& url,
     return rule ? rule->preservedNamePattern : std::nullopt;
 }
 
-bool DownloadPageURLStatus::isDownloadPageURL(const platform::Url& url,
-                                              const DownloadPageRules* rules) {
-    if (!answer_)
-        answer_ = links::isDownloadPageURL(url, rules);
-    return *answer_;
-}
-
 }  // namespace links

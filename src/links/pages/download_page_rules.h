@@ -50,15 +50,4 @@ private:
 [[nodiscard]] std::optional<QString> preservedNamePattern(const platform::Url& url,
                                                           const DownloadPageRules* rules);
 
-/// The answer of `isDownloadPageURL` for one address, kept.
-class DownloadPageURLStatus {
-public:
-    [[nodiscard]] bool isDownloadPageURL(const platform::Url& url, const DownloadPageRules* rules);
-    /// To be called whenever the rules have changed.
-    void reevaluateDownloadPageURLStatus() { answer_.reset(); }
-
-private:
-    std::optional<bool> answer_;
-};
-
 }  // namespace links
