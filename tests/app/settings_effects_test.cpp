@@ -4,7 +4,7 @@
 #include "engine/settings.h"
 #include "http/http_request.h"
 #include "http/http_session.h"
-#include "links/download_page_rule_store.h"
+#include "links/pages/download_page_rule_store.h"
 #include "links/settings.h"
 
 using namespace Qt::Literals::StringLiterals;

@@ -13,7 +13,8 @@
 
 #include "app/core_fixture.h"
 #include "http/http_session.h"
-#include "links/download_page_rule_store.h"
+#include "links/pages/download_page_rule_store.h"
+#include "platform/session/login_item.h"
 #include "ui/rules/folder_selector.h"
 #include "ui/settings/settings_window.h"
 
@@ -95,6 +96,7 @@ TEST_F(SettingsWindowTest, PopupsStoreAndFollowTheirKeys) {
         {u"Quit Procedure", 0, {0, 1}, 2, 1},
         {u"Number Of History Items", 100, {0, 10, 25, 50, 100, 250, 500, 1000, -1}, 123, 123},
         {u"Number Of Top-Level History Items", 10, {5, 10, 15, 20, 30}, 12, 12},
+        {u"Full Screen Mode Behavior", 1, {1, 0}, 2, 0},
         {u"Intermediates Location", 1, {1, 0}, 3, 1},
         {u"Filename Extension Policy", 1, {0, 1, 2, 3}, 9, 0},
         {u"Last-Modified Header Adoption", 0, {0, 1}, 4, 1},
@@ -238,6 +240,16 @@ TEST_F(SettingsWindowTest, RulesForDownloadPagesAreStoredAsTypedAndFollowed) {
     QTest::keyClick(editor, Qt::Key_Delete);
     EXPECT_EQ(editor->toPlainText(), builtIn);
     EXPECT_FALSE(defaults.hasValueForKey(name));
+}
+
+TEST_F(SettingsWindowTest, StartsAtLoginOnlyAsLongAsTheUserWants) {
+    const platform::LoginItem item;
+    auto* box = control<QCheckBox>(u"loginItemSwitch");
+    for (const bool isOn : {true, false}) {
+        box->click();
+        EXPECT_EQ(box->isChecked(), isOn);
+        EXPECT_EQ(item.isEnabled(), isOn);
+    }
 }
 
 /// Of what a mnemonic key could mean in a section; empty: nothing.

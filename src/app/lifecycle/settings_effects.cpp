@@ -7,7 +7,7 @@
 #include "engine/queue_admission.h"
 #include "engine/settings.h"
 #include "engine/throttle.h"
-#include "links/download_page_rule_store.h"
+#include "links/pages/download_page_rule_store.h"
 #include "links/settings.h"
 #include "platform/base/user_defaults.h"
 

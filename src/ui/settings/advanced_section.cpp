@@ -8,6 +8,7 @@
 #include "engine/settings.h"
 #include "engine/user_agent.h"
 #include "links/settings.h"
+#include "ui/settings/login_item_switch.h"
 #include "ui/settings/sections.h"
 #include "ui/settings/settings_page.h"
 #include "ui/text.h"
@@ -57,8 +58,14 @@ void addAddresses(SettingsPage& page, const SettingsContext& context) {
 
 SettingsPage* makeAdvancedSection(const SettingsContext& context, QWidget* parent) {
     auto* page = new SettingsPage(context, parent);
+    auto* loginItem = new LoginItemSwitch(page);
+    loginItem->setObjectName(QStringLiteral("loginItemSwitch"));
+    page->addRow("At login:", loginItem);
     page->addSwitch("Window:", "&Height follows the list", app::settings::rubberWindow);
     page->addSwitch("", "An&imations", engine::settings::uselessAnimations);
+    page->addPopup("&Full screen:", {{"Allowed", 1}, {"Not allowed", 0}},
+                   app::settings::fullScreenModeBehavior,
+                   [](qint64 value) { return value == 1 ? 1 : 0; });
     page->addGap();
     addFiles(*page);
     page->addGap();

@@ -3,9 +3,9 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "links/download_page_rule_highlighting.h"
-#include "links/download_page_rule_store.h"
-#include "links/download_page_rules.h"
+#include "links/pages/download_page_rule_highlighting.h"
+#include "links/pages/download_page_rule_store.h"
+#include "links/pages/download_page_rules.h"
 #include "links/settings.h"
 #include "structured/json_text_view_validator.h"
 #include "ui/settings/note.h"
