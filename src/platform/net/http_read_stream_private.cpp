@@ -150,6 +150,8 @@ std::size_t HTTPReadStream::Private::takeBody(const char* bytes, std::size_t cou
     }
     if (!responseHead)
         responseHead = reader_->head();
+    // It may have been asked again since the head, and this may be the last that comes.
+    body_.stopWaiting();
     loop_->noteArrival(*this);
     buffer.append(bytes, count);
     // Left to itself libcurl would go on for as long as more arrives.
