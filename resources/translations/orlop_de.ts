@@ -494,6 +494,16 @@
             <translation>Zur Warteschlange hinzugefügt</translation>
         </message>
         <message>
+            <location filename="../../src/app/main_controller.cpp" />
+            <source>Download Complete</source>
+            <translation>Download fertig</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/main_controller.cpp" />
+            <source>Download Failed</source>
+            <translation>Download fehlgeschlagen</translation>
+        </message>
+        <message>
             <location filename="../../src/app/queue/queue_archive.cpp" />
             <source>Cancel</source>
             <translation>Abbrechen</translation>
@@ -608,17 +618,12 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         <message>
             <location filename="../../src/app/status/queue_status_reporter.cpp" />
             <source>Done</source>
-            <translation type="unfinished" />
-        </message>
-        <message>
-            <location filename="../../src/app/status/queue_status_reporter.cpp" />
-            <source>Download Complete</source>
-            <translation type="unfinished" />
+            <translation>Fertig</translation>
         </message>
         <message>
             <location filename="../../src/app/status/queue_status_reporter.cpp" />
             <source>No active downloads remaining</source>
-            <translation type="unfinished" />
+            <translation>Keine aktiven Downloads mehr</translation>
         </message>
         <message>
             <location filename="../../src/app/status/status_line.cpp" />
@@ -628,7 +633,7 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         <message>
             <location filename="../../src/app/status/status_line.cpp" />
             <source>%d filtered</source>
-            <translation type="unfinished" />
+            <translation>%d gefiltert</translation>
         </message>
         <message>
             <location filename="../../src/app/status/status_line.cpp" />

@@ -253,9 +253,10 @@ void DQMainController::reflectEnd(engine::DQDownload& download, bool forceVanish
                                   platform::Seconds vanishInterval) {
     const bool isDone = download.status() == engine::DQDownloadStatusDone;
     if (!download.isBeingRemoved() && (isDone || !forceVanish)) {
-        const char* title = isDone ? "Download Complete" : "Download Failed";
-        parts_->status->sendUserNotification(QString::fromLatin1(title), links::localized(title),
-                                             download.displayName(), false);
+        parts_->status->sendUserNotification(
+            isDone ? u"Download Complete"_s : u"Download Failed"_s,
+            links::localized(isDone ? "Download Complete" : "Download Failed"),
+            download.displayName(), false);
     }
     parts_->allDone._mayTriggerQuitOnAllDone = true;
     const platform::Setting<bool>& autoClear =

@@ -200,6 +200,7 @@ TEST_F(StatusTest, SetsOffWhatIsToHappenAtTheEnd) {
     EXPECT_EQ(power.sleepRequests, 1);
     EXPECT_EQ(terminations, 0);
     EXPECT_FALSE(allDone._mayTriggerSleepOnAllDone);
+    EXPECT_EQ(image.overlay, ApplicationImage::Overlay::None);
 
     allDone._mayTriggerShutDownOnAllDone = true;
     power.grants = false;

@@ -107,6 +107,7 @@ void QueueStatusReporter::actOnAllDone() {
     if (allDone._mayTriggerSleepOnAllDone) {
         allDone._mayTriggerQuitOnAllDone = false;
         allDone._mayTriggerSleepOnAllDone = false;
+        updateApplicationImage(true);
         surroundings_.loop.performAfter(this, "sleep", graceTime,
                                         [&controller] { controller.lifecycle().sleep(); });
     } else if (allDone._mayTriggerShutDownOnAllDone) {

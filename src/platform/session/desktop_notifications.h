@@ -21,6 +21,7 @@ public:
     void setActivationHandler(std::function<void(const QString&)> handler) override;
 
 private Q_SLOTS:
+    void activationToken(uint number, const QString& token);
     void actionInvoked(uint number, const QString& action);
     void notificationClosed(uint number, uint reason);
 
