@@ -26,6 +26,7 @@
 #include "ui/text.h"
 #include "ui/toolbar/toolbar.h"
 #include "ui/window/address_entry.h"
+#include "ui/window/intake_progress.h"
 #include "ui/window/pasteboard_contents.h"
 #include "ui/window/rubber_window.h"
 #include "ui/window/scope_bar.h"
@@ -94,6 +95,7 @@ void MainWindow::makeStatusLine() {
     clearButton->setFlat(true);
     connect(clearButton, &QPushButton::clicked, this, [this] { controller_.clear(); });
     statusBar()->addWidget(statusField, 1);
+    statusBar()->addPermanentWidget(new IntakeProgress(controller_, this));
     statusBar()->addPermanentWidget(clearButton);
     connect(&controller_, &app::DQMainController::statusChanged, this, &MainWindow::updateStatus);
 }
