@@ -60,6 +60,14 @@ constexpr int harmlessCalls[] = {
     __NR_tgkill,       __NR_restart_syscall, __NR_sched_getaffinity,
     __NR_exit,         __NR_exit_group,
 };
+/// What sanitizers need beside, to find out whether memory can be read, and at the end.
+constexpr int callsOfSanitizers[] = {
+#ifdef __NR_pipe
+    __NR_pipe,
+#endif
+    __NR_pipe2,
+    __NR_sigaltstack,
+};
 /// Their third argument is a protection, which must not make code of data.
 constexpr int mappingCalls[] = {__NR_mmap, __NR_mprotect};
 
@@ -91,10 +99,13 @@ Program filter() {
     program.push_back(BPF_JUMP(BPF_JMP | BPF_JA, 1, 0, 0));
     answer(program, SECCOMP_RET_KILL_PROCESS);
     load(program, callOffset);
-    for (const int call : harmlessCalls) {
+    const auto allow = [&program](int call) {
         unlessSkip(program, BPF_JEQ, static_cast<unsigned>(call), 1);
         answer(program, SECCOMP_RET_ALLOW);
-    }
+    };
+    std::for_each(std::begin(harmlessCalls), std::end(harmlessCalls), allow);
+    if (isInstrumented)
+        std::for_each(std::begin(callsOfSanitizers), std::end(callsOfSanitizers), allow);
     for (const int call : mappingCalls) {
         unlessSkip(program, BPF_JEQ, static_cast<unsigned>(call), 4);
         load(program, protectionOffset);
