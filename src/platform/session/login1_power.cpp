@@ -3,6 +3,7 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <limits>
+#include <utility>
 
 #include "platform/base/log.h"
 #include "platform/session/login1_manager.h"
@@ -37,6 +38,10 @@ void Login1Power::observe(Observers observers) {
 }
 
 void Login1Power::setPreventsIdleSleep(bool prevents) {
+    // Where it is refused, it is not asked for again at every report of progress.
+    if (std::exchange(preventsIdleSleep_, prevents) == prevents) {
+        return;
+    }
     if (prevents) {
         idleBlock_.take(bus_);
     } else {

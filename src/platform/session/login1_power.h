@@ -34,6 +34,7 @@ private:
     Login1Inhibitor sleepDelay_;
     Login1Inhibitor idleBlock_;
     ClockWatcher clockWatcher_;
+    bool preventsIdleSleep_ = false;
     bool hasLogged_ = false;
 };
 
