@@ -29,6 +29,7 @@ struct Alert {
         CancelDownloads,
         ShutDownWhenDone,
         LinkedFiles,
+        RemoveAllRules,
     };
     Kind kind;
     QString title, text;

@@ -66,7 +66,7 @@ private:
                               [&commands = commands_] { commands.editRule({}); });
             case Kind::RemoveAllRules:
                 return action(translated(offered.title),
-                              [&rules = rules_] { rules.removeAllSpecialCases(); });
+                              [this_ = *this] { this_.removeAllRules(); });
         }
         return separator();
     }
@@ -112,6 +112,15 @@ private:
         Questions& questions = commands_.surroundings().frontEnd.questions;
         if (const auto path = questions.chooseAbbreviatedDownloadsFolder()) {
             Folders(defaults_).setDownloadsFolder(*path);
+        }
+    }
+
+    void removeAllRules() const {
+        const Alert alert{Alert::Kind::RemoveAllRules, QStringLiteral("Remove all rules?"),
+                          QStringLiteral("This cannot be undone."),
+                          QStringLiteral("Remove All Rules"), QStringLiteral("Cancel")};
+        if (commands_.surroundings().frontEnd.questions.confirm(alert)) {
+            rules_.removeAllSpecialCases();
         }
     }
 
