@@ -91,6 +91,7 @@ void MainWindow::makeContents() {
 void MainWindow::makeStatusLine() {
     statusField = new QLabel(this);
     statusField->setObjectName(u"statusField"_s);
+    statusField->setIndent(6);
     clearButton = new QPushButton(translated("Clear"), this);
     clearButton->setFlat(true);
     connect(clearButton, &QPushButton::clicked, this, [this] { controller_.clear(); });
