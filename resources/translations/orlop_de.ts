@@ -460,13 +460,38 @@
         </message>
         <message>
             <location filename="../../src/app/commands/folder_items.cpp" />
+            <source>Cancel</source>
+            <translation>Abbrechen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/folder_items.cpp" />
             <source>Edit...</source>
             <translation>Bearbeiten …</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/folder_items.cpp" />
+            <source>Remove All Rules</source>
+            <translation>Alle Regeln entfernen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/folder_items.cpp" />
+            <source>Remove all rules?</source>
+            <translation>Alle Regeln entfernen?</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/folder_items.cpp" />
+            <source>This cannot be undone.</source>
+            <translation>Das lässt sich nicht rückgängig machen.</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/open_with.cpp" />
             <source>Open with</source>
             <translation>Öffnen mit</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/history/history_item_menu.cpp" />
+            <source>Download Again</source>
+            <translation>Erneut herunterladen</translation>
         </message>
         <message>
             <location filename="../../src/app/intake/file_collector.cpp" />
@@ -502,11 +527,6 @@
             <location filename="../../src/app/main_controller.cpp" />
             <source>Download Failed</source>
             <translation>Download fehlgeschlagen</translation>
-        </message>
-        <message>
-            <location filename="../../src/app/queue/queue_archive.cpp" />
-            <source>Cancel</source>
-            <translation>Abbrechen</translation>
         </message>
         <message>
             <location filename="../../src/app/queue/queue_archive.cpp" />
@@ -578,11 +598,6 @@ Möchten Sie jetzt wirklich beenden?</translation>
         </message>
         <message>
             <location filename="../../src/app/rules/folder_menu.cpp" />
-            <source>Remove All Rules</source>
-            <translation>Alle Regeln entfernen</translation>
-        </message>
-        <message>
-            <location filename="../../src/app/rules/folder_menu.cpp" />
             <source>Rules</source>
             <translation>Regeln</translation>
         </message>
@@ -623,7 +638,7 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         <message>
             <location filename="../../src/app/status/queue_status_reporter.cpp" />
             <source>No active downloads remaining</source>
-            <translation>Keine aktiven Downloads mehr</translation>
+            <translation>Keine Downloads mehr aktiv</translation>
         </message>
         <message>
             <location filename="../../src/app/status/status_line.cpp" />
@@ -1086,16 +1101,6 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>Doppelklick zeigt die Zieldatei</translation>
         </message>
         <message>
-            <location filename="../../src/ui/rules/folder_menu.cpp" />
-            <source>Remove all rules?</source>
-            <translation>Alle Regeln entfernen?</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/rules/folder_menu.cpp" />
-            <source>This cannot be undone.</source>
-            <translation>Das lässt sich nicht rückgängig machen.</translation>
-        </message>
-        <message>
             <location filename="../../src/ui/rules/folder_selector.cpp" />
             <source>Choose Folder</source>
             <translation>Ordner wählen</translation>
@@ -1242,6 +1247,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>&amp;Full screen:</source>
+            <translation>&amp;Vollbild:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>&amp;Height follows the list</source>
             <translation>&amp;Höhe folgt der Liste</translation>
         </message>
@@ -1272,6 +1282,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Allowed</source>
+            <translation>Erlaubt</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>Always by the type of the content</source>
             <translation>Immer nach dem Typ des Inhalts</translation>
         </message>
@@ -1279,6 +1294,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>An&amp;imations</source>
             <translation>An&amp;imationen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>At login:</source>
+            <translation>Bei der Anmeldung:</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
@@ -1319,6 +1339,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>Leave as they are</source>
             <translation>Lassen, wie sie sind</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Not allowed</source>
+            <translation>Nicht erlaubt</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
@@ -1451,6 +1476,36 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>Was Orlop tut, sobald ein anderes Programm ihm etwas übergeben hat.</translation>
         </message>
         <message>
+            <location filename="../../src/ui/settings/download_pages_section.cpp" />
+            <source>Rules for download pages</source>
+            <translation>Regeln für Download-Seiten</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/download_pages_section.cpp" />
+            <source>Show &amp;Problem...</source>
+            <translation>&amp;Fehler zeigen …</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/download_pages_section.cpp" />
+            <source>Some addresses lead to a page that holds the real links. Each rule says which pages these are and how the links are found on them, with regular expressions.</source>
+            <translation>Manche Adressen führen zu einer Seite mit den eigentlichen Links. Jede Regel sagt mit regulären Ausdrücken, welche Seiten das sind und wie die Links darauf zu finden sind.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/download_pages_section.cpp" />
+            <source>These rules are in force. An empty text brings back those that came with Orlop.</source>
+            <translation>Diese Regeln gelten. Ein leerer Text bringt die mitgelieferten zurück.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/download_pages_section.cpp" />
+            <source>This text cannot be read. Until it can, no rules are in force.</source>
+            <translation>Dieser Text ist nicht lesbar. So lange gelten keine Regeln.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/download_pages_section.cpp" />
+            <source>This text holds no complete rules. Until it does, none are in force.</source>
+            <translation>Dieser Text enthält keine vollständigen Regeln. So lange gelten keine.</translation>
+        </message>
+        <message>
             <location filename="../../src/ui/settings/general_section.cpp" />
             <source>&amp;Subfolder by date:</source>
             <translation>&amp;Unterordner nach Datum:</translation>
@@ -1546,6 +1601,16 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>Ältere stehen im Menü ihres Tages.</translation>
         </message>
         <message>
+            <location filename="../../src/ui/settings/login_item_switch.cpp" />
+            <source>Settings</source>
+            <translation>Einstellungen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/login_item_switch.cpp" />
+            <source>Start Orlop when you &amp;log in</source>
+            <translation>Orlop bei der &amp;Anmeldung starten</translation>
+        </message>
+        <message>
             <location filename="../../src/ui/settings/schedule_section.cpp" />
             <source>Automatically:</source>
             <translation>Automatisch:</translation>
@@ -1562,6 +1627,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/settings/settings_window.cpp" />
+            <source>Experimental</source>
+            <translation>Experimental</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/settings_window.cpp" />
             <source>Feedback</source>
             <translation>Feedback</translation>
         </message>
@@ -1574,11 +1644,6 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/settings/settings_window.cpp" />
             <source>Sections</source>
             <translation>Abschnitte</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/settings/settings_window.cpp" />
-            <source>Settings</source>
-            <translation>Einstellungen</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/settings_window.cpp" />
@@ -1649,6 +1714,16 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/settings/speed_section.cpp" />
             <source>Unlimited</source>
             <translation>Unbegrenzt</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/structured/structured_text_edit.cpp" />
+            <source>Format</source>
+            <translation>Formatieren</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/structured/structured_text_edit.cpp" />
+            <source>Syntax Error</source>
+            <translation>Syntaxfehler</translation>
         </message>
         <message>
             <location filename="../../src/ui/toolbar/toolbar.cpp" />
@@ -1744,6 +1819,16 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/window/desktop_windows.cpp" />
             <source>H&amp;istory</source>
             <translation>&amp;Verlauf</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/intake_progress.cpp" />
+            <source>%1 added</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/ui/window/intake_progress.cpp" />
+            <source>Stop Adding</source>
+            <translation type="unfinished" />
         </message>
         <message>
             <location filename="../../src/ui/window/main_window.cpp" />

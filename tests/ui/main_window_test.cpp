@@ -14,9 +14,11 @@
 #include "app/commands/commands.h"
 #include "app/core_fixture.h"
 #include "app/settings.h"
+#include "ui/language.h"
 #include "ui/list/download_list.h"
 #include "ui/list/download_list_model.h"
 #include "ui/settings.h"
+#include "ui/text.h"
 #include "ui/toolbar/toolbar.h"
 #include "ui/window/desktop_front_end.h"
 #include "ui/window/rubber_window.h"
@@ -187,6 +189,21 @@ TEST_F(MainWindowTest, NamesItsControlsForAssistants) {
                             widget->objectName());
     }
     EXPECT_THAT(nameless, IsEmpty());
+}
+
+TEST(Language, SpeaksTheUsersAndFallsSilentWhenItGoes) {
+    {
+        const ui::Language german(*qApp, QLocale(QLocale::German));
+        EXPECT_EQ(ui::translated("Paused"), u"Angehalten"_s);
+        EXPECT_EQ(ui::translated("of no source"), u"of no source"_s);
+    }
+    {
+        const ui::Language pseudo(*qApp, QLocale(), ui::Language::Pseudo::RightToLeft);
+        EXPECT_TRUE(ui::translated("%lu of %@").startsWith(u"%lu öƒ %@"_s));
+        EXPECT_EQ(QGuiApplication::layoutDirection(), Qt::RightToLeft);
+    }
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+    EXPECT_EQ(ui::translated("Paused"), u"Paused"_s);
 }
 
 TEST(RubberWindow, IsAsHighAsItsRowsAndTheScreenAllow) {

@@ -20,7 +20,8 @@ IntakeProgress::IntakeProgress(app::DQMainController& controller, QWidget* paren
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(label_);
     layout->addWidget(stop);
-    connect(&controller, &app::DQMainController::intakeProgressed, this, &IntakeProgress::showCount);
+    connect(&controller, &app::DQMainController::intakeProgressed, this,
+            &IntakeProgress::showCount);
     connect(&controller, &app::DQMainController::intakeEnded, this, &QWidget::hide);
     hide();
 }
