@@ -1823,12 +1823,12 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         <message>
             <location filename="../../src/ui/window/intake_progress.cpp" />
             <source>%1 added</source>
-            <translation type="unfinished" />
+            <translation>%1 hinzugefügt</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/intake_progress.cpp" />
             <source>Stop Adding</source>
-            <translation type="unfinished" />
+            <translation>Hinzufügen abbrechen</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/main_window.cpp" />
