@@ -5,6 +5,7 @@
 #include "http/request/request_run.h"
 #include "http/request/request_state.h"
 #include "http/shared/shared_state.h"
+#include "platform/base/log.h"
 #include "platform/net/proxies/proxy_text.h"
 #include "platform/net/proxies/system_proxies.h"
 
@@ -108,6 +109,11 @@ void ProxyConfiguration::use(const HTTPProxy& proxy) {
     options.proxyHost = proxy.host;
     options.proxyPort = proxy.port;
     options.proxyType = proxyTypeOf(proxy.kind, _parts.state.url);
+    platform::debugLog([&] {
+        return u"proxy for %1: %2 %3:%4"_s
+            .arg(_parts.state.url.host(), options.proxyType, proxy.host)
+            .arg(proxy.port);
+    });
     if (proxy.user.isEmpty() || !options.proxyUsername.isEmpty())
         return;
     options.proxyUsername = proxy.user;

@@ -106,9 +106,10 @@ void ProxyScriptSource::fetch(const Url& url, const std::shared_ptr<TransferLoop
     const auto download = std::make_shared<Download>();
     const std::weak_ptr<HTTPRequest> fetching = _PACFileRequest;
     // It says so under its own lock, so the rest is for later.
-    const auto finished = [this, loop, fetching, download, isQueued] {
-        loop->post([this, fetching, download, isQueued] {
-            if (const auto request = fetching.lock(); request && request == _PACFileRequest)
+    const auto finished = [this, life = std::weak_ptr(_life), loop, fetching, download, isQueued] {
+        loop->post([this, life, fetching, download, isQueued] {
+            const auto request = fetching.lock();
+            if (!life.expired() && request && request == _PACFileRequest)
                 finishedDownloadingPACFile(download, isQueued);
         });
     };

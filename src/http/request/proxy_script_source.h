@@ -47,6 +47,7 @@ private:
     void finishFile(const std::optional<QString>& script);
     void finishedDownloadingPACFile(const std::shared_ptr<Download>& download, bool isQueued);
 
+    const std::shared_ptr<char> _life = std::make_shared<char>();  ///< Ends with this object.
     Done _done;
     std::shared_ptr<TransferLoop> _loop;
     std::shared_ptr<HTTPRequest> _PACFileRequest;
