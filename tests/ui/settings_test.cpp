@@ -1,3 +1,4 @@
+#include <QAbstractItemView>
 #include <QAccessible>
 #include <QCheckBox>
 #include <QComboBox>
@@ -189,6 +190,10 @@ TEST_F(SettingsWindowTest, OffersFoldersAndRemembersTheChosenOne) {
     EXPECT_EQ(defaults.stringForKey(u"Downloads Folder"_s), chosen);
     main.settle();
     EXPECT_EQ(selector->folder(), chosen);
+    QTest::keyClick(selector, Qt::Key_End);
+    EXPECT_TRUE(selector->view()->isVisible());
+    selector->hidePopup();
+    EXPECT_EQ(selector->folder(), chosen) << "leafing through chooses nothing";
 }
 
 TEST_F(SettingsWindowTest, ShowsTheSectionsThatTheUserWants) {
@@ -274,6 +279,9 @@ TEST_F(SettingsWindowTest, EveryControlHasANameAndAMnemonicOfItsOwn) {
         };
         for (auto* label : sections->currentWidget()->findChildren<QLabel*>()) {
             expectFree(label->text());
+            EXPECT_TRUE(mnemonicOf(label->text()).isEmpty() ||
+                        label->buddy()->focusPolicy() != Qt::NoFocus)
+                << section.toStdString() << ": " << label->text().toStdString();
         }
         for (auto* button : sections->currentWidget()->findChildren<QAbstractButton*>()) {
             expectFree(button->text());

@@ -2,6 +2,8 @@
 
 #include <QFileDialog>
 #include <QFontMetrics>
+#include <QKeyEvent>
+#include <QWheelEvent>
 
 #include "platform/files/files.h"
 #include "ui/art/icons.h"
@@ -47,6 +49,29 @@ void FolderSelector::setFolder(const std::optional<QString>& folder) {
 void FolderSelector::showPopup() {
     fill();
     QComboBox::showPopup();
+}
+
+void FolderSelector::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+        case Qt::Key_Up:
+        case Qt::Key_Down:
+        case Qt::Key_PageUp:
+        case Qt::Key_PageDown:
+        case Qt::Key_Home:
+        case Qt::Key_End:
+            showPopup();
+            break;
+        default:
+            if (event->text().isEmpty() || event->key() == Qt::Key_Space) {
+                QComboBox::keyPressEvent(event);
+            } else {
+                event->ignore();
+            }
+    }
+}
+
+void FolderSelector::wheelEvent(QWheelEvent* event) {
+    event->ignore();
 }
 
 void FolderSelector::fill() {

@@ -28,6 +28,11 @@ public:
 
     void showPopup() override;
 
+protected:
+    /// Leafing through the items of the closed popup would also do what the last ones stand for.
+    void keyPressEvent(QKeyEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+
 Q_SIGNALS:
     /// The user has chosen `folder`, abbreviated with a tilde.
     void folderChosen();

@@ -82,7 +82,8 @@ void SettingsPage::addRow(const char* label, QWidget* control) {
     if (focused->accessibleName().isEmpty() && qobject_cast<QCheckBox*>(focused) == nullptr) {
         focused->setAccessibleName(plainText(text));
     }
-    addLabelled(text, control, control);
+    // A label passes the focus on to no widget that only has a proxy for it.
+    addLabelled(text, control, focused);
 }
 
 void SettingsPage::addRow(const char* label, const std::vector<QWidget*>& controls) {
