@@ -1,5 +1,7 @@
 #include "app/history/historian.h"
 
+#include <utility>
+
 #include "app/settings.h"
 #include "engine/download.h"
 #include "engine/environment.h"
@@ -20,8 +22,12 @@ DQHistorian* installedHistorian = nullptr;
 }  // namespace
 
 DQHistorian::DQHistorian(platform::UserDefaults& defaults, platform::RunLoop& loop)
-    : defaults_(defaults), loop_(loop), file_(historyArchivePath(), loop) {
-    observer_ = defaults_.addObserver([this](const QString& key) { settingDidChange(key); });
+    : defaults_(defaults),
+      loop_(loop),
+      file_(historyArchivePath(), loop),
+      isOfCompleteDownloads_(defaults.get(settings::historyOfCompleteDownloads)),
+      limit_(defaults.get(settings::numberOfHistoryItems)) {
+    observer_ = defaults_.addObserver([this](const QString&) { settingsDidChange(); });
 }
 
 DQHistorian::~DQHistorian() {
@@ -85,10 +91,14 @@ void DQHistorian::didRemoveItems() {
     Q_EMIT historyChanged();
 }
 
-void DQHistorian::settingDidChange(const QString& key) {
-    if (key == settings::historyOfCompleteDownloads.name()) {
-        checkNumberOfItems(false, defaults_.get(settings::historyOfCompleteDownloads));
-    } else if (key == settings::numberOfHistoryItems.name()) {
+/// Also told of a key whose value is the same as before, and then the file need not be read.
+void DQHistorian::settingsDidChange() {
+    const bool isOfCompleteDownloads = defaults_.get(settings::historyOfCompleteDownloads);
+    const qint64 limit = defaults_.get(settings::numberOfHistoryItems);
+    if (isOfCompleteDownloads != std::exchange(isOfCompleteDownloads_, isOfCompleteDownloads)) {
+        checkNumberOfItems(false, isOfCompleteDownloads);
+    }
+    if (limit != std::exchange(limit_, limit)) {
         checkNumberOfItems(true, false);
     }
 }

@@ -43,13 +43,16 @@ Q_SIGNALS:
     void itemsRemoved();
 
 private:
-    void settingDidChange(const QString& key);
+    void settingsDidChange();
     void didRemoveItems();
 
     platform::UserDefaults& defaults_;
     platform::RunLoop& loop_;
     HistoryFile file_;
     QList<HistoryEntry> _history;
+    /// The settings that were followed last.
+    bool isOfCompleteDownloads_;
+    qint64 limit_;
     bool isLoaded_ = false;
     bool _wantsToBeSaved = false;
     int observer_ = 0;
