@@ -59,7 +59,8 @@ bool DesktopFrontEnd::confirm(const app::Alert& alert) {
     if (!asks_ || !window_) {
         return !asks_;
     }
-    QMessageBox box(QMessageBox::Question, translated(alert.title), translated(alert.title),
+    QMessageBox box(QMessageBox::Question, QStringLiteral("Orlop"),
+                    QStringLiteral("<b>%1</b>").arg(translated(alert.title).toHtmlEscaped()),
                     QMessageBox::NoButton, window_->isVisible() ? window_.data() : nullptr);
     box.setInformativeText(translated(alert.text));
     QPushButton* accept = box.addButton(translated(alert.defaultButton), QMessageBox::AcceptRole);
