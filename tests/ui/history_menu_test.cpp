@@ -165,7 +165,7 @@ TEST_F(HistoryMenuTest, CutsShortWhatNobodyReads) {
         names.append(QString::number(number));
     }
     open(names);
-    EXPECT_LT(titles().size(), 250);
+    EXPECT_LT(titles().size(), 120);
     EXPECT_TRUE(titles()[titles().size() - 2].startsWith(u"("_s));
 }
 

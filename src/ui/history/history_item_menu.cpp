@@ -6,9 +6,13 @@
 
 namespace ui {
 
+constexpr int longestName = 45;
+
 HistoryItemMenu::HistoryItemMenu(app::HistoryEntry entry, const app::HistoryActions& actions,
                                  QWidget* parent)
-    : QMenu(menuText(entry.name), parent), entry_(std::move(entry)), actions_(actions) {
+    : QMenu(menuText(entry.name, longestName), parent),
+      entry_(std::move(entry)),
+      actions_(actions) {
     connect(this, &QMenu::aboutToShow, this, &HistoryItemMenu::fill);
 }
 

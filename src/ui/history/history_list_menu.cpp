@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QScreen>
 #include <algorithm>
 
 #include "links/text/localization.h"
@@ -56,8 +57,24 @@ void HistoryListMenu::exchangeItems(const std::function<void()>& exchange) {
     exchange();
     isExchangingItems_ = false;
     if (isVisible()) {
-        resize(sizeHint());
+        fitToScreen();
     }
+}
+
+/// Where it was opened, if it has room there.
+void HistoryListMenu::fitToScreen() {
+    QRect frame(shownAt_, sizeHint());
+    const QRect available = screen()->availableGeometry();
+    frame.moveRight(std::min(frame.right(), available.right()));
+    frame.moveBottom(std::min(frame.bottom(), available.bottom()));
+    frame.moveTopLeft(
+        {std::max(frame.left(), available.left()), std::max(frame.top(), available.top())});
+    setGeometry(frame);
+}
+
+void HistoryListMenu::showEvent(QShowEvent* event) {
+    shownAt_ = pos();
+    QMenu::showEvent(event);
 }
 
 /// A menu that is visible lays itself out after every item that comes or goes.

@@ -20,8 +20,8 @@ public:
     HistoryListMenu(const app::HistoryActions& actions, HistoryIcons& icons, QWidget* parent);
 
 protected:
-    /// More than anybody reads in a menu, and still quickly made. What is beyond is only counted.
-    static constexpr std::size_t mostItems = 200;
+    /// As many as fit on a screen, in several columns. What is beyond is only counted.
+    static constexpr std::size_t mostItems = 100;
 
     void addEntries(const QList<app::HistoryEntry>& history, const std::vector<qsizetype>& indexes);
     /// Notes how many there are besides those that are shown, if any.
@@ -35,13 +35,16 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void actionEvent(QActionEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
     bool choose(QAction* item);
+    void fitToScreen();
 
     const app::HistoryActions actions_;
     HistoryIcons& icons_;
     bool isExchangingItems_ = false;
+    QPoint shownAt_;
 };
 
 /// The entries of one day, put in when it opens for the first time.
