@@ -1,7 +1,6 @@
 #include "ui/rules/rule_list.h"
 
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QPushButton>
 #include <QShortcut>
 #include <QTreeWidget>
@@ -22,7 +21,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace ui {
 namespace {
 
-enum Column { Hosts, Extensions, Folder, Application, ColumnCount };
+enum Column { Hosts, Extensions, Folder, Application };
 constexpr int iconSize = 16;
 
 }  // namespace
@@ -50,9 +49,9 @@ void RuleList::makeTree() {
     tree_->setIconSize({iconSize, iconSize});
     tree_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     tree_->setMinimumHeight(fontMetrics().lineSpacing() * 8);
-    for (int column = 0; column < ColumnCount; ++column) {
-        tree_->header()->setSectionResizeMode(column, QHeaderView::Stretch);
-    }
+    tree_->setColumnWidth(Hosts, 140);
+    tree_->setColumnWidth(Extensions, 80);
+    tree_->setColumnWidth(Folder, 80);
     connect(tree_, &QTreeWidget::itemSelectionChanged, this, &RuleList::updateButtons);
     connect(tree_, &QTreeWidget::itemActivated, this, &RuleList::edit);
     auto* remove = new QShortcut(QKeySequence::Delete, tree_, nullptr, nullptr,
