@@ -57,10 +57,10 @@ protected:
     }
 
     /// Starts as many requests, and waits until all of them wait for an answer.
-    void start(const QString& address, int count) {
+    void start(const QString& address, std::size_t count) {
         HTTPRequest::clearSession();
-        const int before = asked;
-        for (int number = 0; number < count; ++number) {
+        const std::size_t before = asked.size();
+        for (std::size_t number = 0; number < count; ++number) {
             requests.push_back(HTTPRequest::requestWithURL(*platform::Url::parse(address)));
             requests.back()->setProxyHost(u"127.0.0.1"_s);
             requests.back()->setProxyPort(server.port());
@@ -69,7 +69,7 @@ protected:
             requests.back()->setDelegate(this);
             requests.back()->startAsynchronous();
         }
-        ASSERT_TRUE(main.waitUntil([&] { return asked == before + count; }));
+        ASSERT_TRUE(main.waitUntil([&] { return asked.size() == before + count; }));
     }
 
     void waitForEnds(int count) {
@@ -85,12 +85,14 @@ protected:
     Prompt prompt;
     app::DQHTTPAuthenticationManager manager{&prompt, defaults};
     std::vector<std::shared_ptr<HTTPRequest>> requests;
-    int asked = 0, ended = 0;
+    /// Who asked, in turn, which is not the turn in which they began.
+    std::vector<HTTPRequest*> asked;
+    int ended = 0;
 
 private:
     [[nodiscard]] Capabilities capabilities() const override { return {false, false, true, true}; }
     void authenticationNeededForRequest(HTTPRequest& request) override {
-        ++asked;
+        asked.push_back(&request);
         manager.acquireAuthenticationForRequest(request);
     }
     void requestFinished(HTTPRequest&) override { ++ended; }
@@ -127,12 +129,12 @@ TEST_F(AuthenticationManagerTest, ANoIsForOneRequest) {
     start(u"http://one.invalid:81/a.iso"_s, 3);
     prompt.client->cancelDialog();
     waitForEnds(1);
-    EXPECT_TRUE(http::hasRequestErrorCode(requests[0]->error().value(),
+    EXPECT_TRUE(http::hasRequestErrorCode(asked[0]->error().value(),
                                           http::HTTPRequestErrorCode::Authentication));
     EXPECT_EQ(prompt.questions.size(), 2U);
-    manager.cancelAuthenticationForRequest(*requests[2]);
+    manager.cancelAuthenticationForRequest(*asked[2]);
     EXPECT_EQ(prompt.questions.size(), 2U);
-    manager.cancelAuthenticationForRequest(*requests[1]);
+    manager.cancelAuthenticationForRequest(*asked[1]);
     EXPECT_FALSE(prompt.isVisible());
 
     prompt.isSomebodyThere = false;
