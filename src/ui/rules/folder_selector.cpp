@@ -18,7 +18,7 @@ using Kind = app::FolderMenuItem::Kind;
 
 constexpr int kindRole = Qt::UserRole;
 constexpr int pathRole = Qt::UserRole + 1;
-constexpr int widestItem = 420;
+constexpr int widestItem = 320;
 
 }  // namespace
 
@@ -37,6 +37,7 @@ FolderSelector::FolderSelector(Use use, const app::RuleBook& rules,
     : QComboBox(parent), use_(use), rules_(rules), defaults_(defaults) {
     setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     setMinimumContentsLength(32);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     connect(this, &QComboBox::activated, this, &FolderSelector::act);
     fill();
 }
