@@ -5,9 +5,9 @@
 #include <nlohmann/json.hpp>
 
 #include "platform/files/property_list.h"
-#include "structured/json_reader.h"
-#include "structured/json_writer.h"
-#include "structured/lson_serialization.h"
+#include "structured/json/json_reader.h"
+#include "structured/json/json_writer.h"
+#include "structured/shorthand/lson_serialization.h"
 
 using namespace Qt::Literals::StringLiterals;
 

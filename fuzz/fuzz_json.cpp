@@ -3,8 +3,8 @@
 #include <nlohmann/json.hpp>
 
 #include "fuzz_target.h"
-#include "structured/json_reader.h"
-#include "structured/json_writer.h"
+#include "structured/json/json_reader.h"
+#include "structured/json/json_writer.h"
 
 void checkInput(const QByteArray& input) {
     using structured::JsonLayout;

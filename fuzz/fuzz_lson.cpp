@@ -2,8 +2,8 @@
 // the shorthand differs from JSON by what the two expressions that define it say.
 #include "fuzz_target.h"
 #include "platform/text/regular_expression.h"
-#include "structured/lson_serialization.h"
-#include "structured/syntax_highlighting.h"
+#include "structured/shorthand/lson_serialization.h"
+#include "structured/text_view/syntax_highlighting.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -4,7 +4,7 @@
 #include "links/pages/download_page_reader.h"
 #include "links/pages/download_page_rules.h"
 #include "links/pages/page_fetcher.h"
-#include "structured/lson_serialization.h"
+#include "structured/shorthand/lson_serialization.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -2,7 +2,7 @@
 // once is written the same again.
 #include "fuzz_target.h"
 #include "platform/files/property_list.h"
-#include "structured/lson_serialization.h"
+#include "structured/shorthand/lson_serialization.h"
 
 void checkInput(const QByteArray& input) {
     using platform::PropertyListFormat;

@@ -661,109 +661,109 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>1 Download</translation>
         </message>
         <message>
-            <location filename="../../src/engine/download_identity.cpp" />
-            <source>File "%@"</source>
-            <translation>Datei „%@“</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/file_access.cpp" />
+            <location filename="../../src/engine/paths/file_access.cpp" />
             <source>Orlop cannot download files to this folder at the moment. This is most likely due to the sandbox blocking access to it. Click "Unlock" to ask the sandbox for permanent access to the folder.</source>
             <translation>Orlop kann im Moment nicht in diesen Ordner laden. Wahrscheinlich sperrt die Sandbox den Zugriff. Klicken Sie auf „Freigeben“, um dauerhaften Zugriff auf den Ordner zu erbitten.</translation>
         </message>
         <message>
-            <location filename="../../src/engine/status_text.cpp" />
+            <location filename="../../src/engine/presentation/status_text.cpp" />
             <source> - Acceleration failed</source>
             <translation> - Beschleunigung gescheitert</translation>
         </message>
         <message>
-            <location filename="../../src/engine/status_text.cpp" />
+            <location filename="../../src/engine/presentation/status_text.cpp" />
             <source> - Acceleration not supported</source>
             <translation> - Beschleunigung nicht möglich</translation>
         </message>
         <message>
-            <location filename="../../src/engine/status_text.cpp" />
+            <location filename="../../src/engine/presentation/status_text.cpp" />
             <source>%@ - %lu connections</source>
             <translation>%@ - %lu Verbindungen</translation>
         </message>
         <message>
-            <location filename="../../src/engine/status_text.cpp" />
+            <location filename="../../src/engine/presentation/status_text.cpp" />
             <source>%@ at %@/s</source>
             <translation>%@ mit %@/s</translation>
         </message>
         <message>
-            <location filename="../../src/engine/status_text.cpp" />
+            <location filename="../../src/engine/presentation/status_text.cpp" />
             <source>%@ at %@/s - %@ remaining</source>
             <translation>%@ mit %@/s - noch %@</translation>
         </message>
         <message>
-            <location filename="../../src/engine/status_text.cpp" />
+            <location filename="../../src/engine/presentation/status_text.cpp" />
             <source>%@ of %@</source>
             <translation>%@ von %@</translation>
         </message>
         <message>
-            <location filename="../../src/engine/status_text.cpp" />
+            <location filename="../../src/engine/presentation/status_text.cpp" />
             <source>%@%@%@</source>
             <translation>%@%@%@</translation>
         </message>
         <message>
-            <location filename="../../src/engine/status_text.cpp" />
+            <location filename="../../src/engine/presentation/status_text.cpp" />
             <source>%@%@⎇</source>
             <translation>%@%@⎇</translation>
         </message>
         <message>
-            <location filename="../../src/engine/status_text.cpp" />
+            <location filename="../../src/engine/presentation/status_text.cpp" />
             <source>%lu</source>
             <translation>%lu</translation>
         </message>
         <message>
-            <location filename="../../src/engine/status_text.cpp" />
+            <location filename="../../src/engine/presentation/status_text.cpp" />
             <source>%lu @ %@</source>
             <translation>%lu @ %@</translation>
         </message>
         <message>
-            <location filename="../../src/engine/status_text.cpp" />
+            <location filename="../../src/engine/presentation/status_text.cpp" />
             <source>Aborted</source>
             <translation>Abgebrochen</translation>
         </message>
         <message>
-            <location filename="../../src/engine/status_text.cpp" />
+            <location filename="../../src/engine/presentation/status_text.cpp" />
             <source>Complete</source>
             <translation>Fertig</translation>
         </message>
         <message>
-            <location filename="../../src/engine/status_text.cpp" />
+            <location filename="../../src/engine/presentation/status_text.cpp" />
             <source>Connecting...</source>
             <translation>Verbinden …</translation>
         </message>
         <message>
-            <location filename="../../src/engine/status_text.cpp" />
+            <location filename="../../src/engine/presentation/status_text.cpp" />
             <source>Downloading: %ld%%</source>
             <translation>Laden: %ld%%</translation>
         </message>
         <message>
-            <location filename="../../src/engine/status_text.cpp" />
+            <location filename="../../src/engine/presentation/status_text.cpp" />
             <source>Interrupted</source>
             <translation>Unterbrochen</translation>
         </message>
         <message>
-            <location filename="../../src/engine/status_text.cpp" />
+            <location filename="../../src/engine/presentation/status_text.cpp" />
             <source>Paused</source>
             <translation>Angehalten</translation>
         </message>
         <message>
-            <location filename="../../src/engine/status_text.cpp" />
+            <location filename="../../src/engine/presentation/status_text.cpp" />
             <source>Pending</source>
             <translation>Angehalten</translation>
         </message>
         <message>
-            <location filename="../../src/engine/status_text.cpp" />
+            <location filename="../../src/engine/presentation/status_text.cpp" />
             <source>Waiting</source>
             <translation>Wartet</translation>
         </message>
         <message>
-            <location filename="../../src/engine/status_text.cpp" />
+            <location filename="../../src/engine/presentation/status_text.cpp" />
             <source>Waiting: #%@</source>
             <translation>Wartet: Nr. %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/engine/record/download_identity.cpp" />
+            <source>File "%@"</source>
+            <translation>Datei „%@“</translation>
         </message>
         <message>
             <location filename="../../src/links/format/byte_counts.cpp" />
@@ -846,107 +846,107 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>Nicht gefunden</translation>
         </message>
         <message>
-            <location filename="../../src/structured/json_complaints.cpp" />
+            <location filename="../../src/structured/json/json_complaints.cpp" />
             <source>A backslash must be followed by one of " \ / b f n r t u. To mean the backslash itself, double it.</source>
             <translation>Auf einen Rückstrich muss eines von " \ / b f n r t u folgen. Für den Rückstrich selbst verdoppeln Sie ihn.</translation>
         </message>
         <message>
-            <location filename="../../src/structured/json_complaints.cpp" />
+            <location filename="../../src/structured/json/json_complaints.cpp" />
             <source>A colon is missing behind the key.</source>
             <translation>Hinter dem Schlüssel fehlt ein Doppelpunkt.</translation>
         </message>
         <message>
-            <location filename="../../src/structured/json_complaints.cpp" />
+            <location filename="../../src/structured/json/json_complaints.cpp" />
             <source>A comma or a closing brace is missing before this.</source>
             <translation>Davor fehlt ein Komma oder eine schließende geschweifte Klammer.</translation>
         </message>
         <message>
-            <location filename="../../src/structured/json_complaints.cpp" />
+            <location filename="../../src/structured/json/json_complaints.cpp" />
             <source>A comma or a closing bracket is missing before this.</source>
             <translation>Davor fehlt ein Komma oder eine schließende eckige Klammer.</translation>
         </message>
         <message>
-            <location filename="../../src/structured/json_complaints.cpp" />
+            <location filename="../../src/structured/json/json_complaints.cpp" />
             <source>A control character within a text must be written as an escape such as \u001F.</source>
             <translation>Ein Steuerzeichen in einem Text muss umschrieben werden, etwa als \u001F.</translation>
         </message>
         <message>
-            <location filename="../../src/structured/json_complaints.cpp" />
+            <location filename="../../src/structured/json/json_complaints.cpp" />
             <source>A key in double quotation marks is missing.</source>
             <translation>Es fehlt ein Schlüssel in Anführungszeichen.</translation>
         </message>
         <message>
-            <location filename="../../src/structured/json_complaints.cpp" />
+            <location filename="../../src/structured/json/json_complaints.cpp" />
             <source>A tab within a text must be written as \t.</source>
             <translation>Ein Tabulator in einem Text muss als \t geschrieben werden.</translation>
         </message>
         <message>
-            <location filename="../../src/structured/json_complaints.cpp" />
+            <location filename="../../src/structured/json/json_complaints.cpp" />
             <source>A text has no closing quotation mark on its line.</source>
             <translation>Einem Text fehlt auf seiner Zeile das schließende Anführungszeichen.</translation>
         </message>
         <message>
-            <location filename="../../src/structured/json_complaints.cpp" />
+            <location filename="../../src/structured/json/json_complaints.cpp" />
             <source>A text has no closing quotation mark.</source>
             <translation>Einem Text fehlt das schließende Anführungszeichen.</translation>
         </message>
         <message>
-            <location filename="../../src/structured/json_complaints.cpp" />
+            <location filename="../../src/structured/json/json_complaints.cpp" />
             <source>A value is missing before this bracket.</source>
             <translation>Vor dieser Klammer fehlt ein Wert.</translation>
         </message>
         <message>
-            <location filename="../../src/structured/json_complaints.cpp" />
+            <location filename="../../src/structured/json/json_complaints.cpp" />
             <source>A value is missing before this.</source>
             <translation>Davor fehlt ein Wert.</translation>
         </message>
         <message>
-            <location filename="../../src/structured/json_complaints.cpp" />
+            <location filename="../../src/structured/json/json_complaints.cpp" />
             <source>No comma may stand before a closing brace.</source>
             <translation>Vor einer schließenden geschweiften Klammer darf kein Komma stehen.</translation>
         </message>
         <message>
-            <location filename="../../src/structured/json_complaints.cpp" />
+            <location filename="../../src/structured/json/json_complaints.cpp" />
             <source>Nothing may follow the end of the whole.</source>
             <translation>Hinter dem Ende darf nichts folgen.</translation>
         </message>
         <message>
-            <location filename="../../src/structured/json_complaints.cpp" />
+            <location filename="../../src/structured/json/json_complaints.cpp" />
             <source>The text ends before everything is closed.</source>
             <translation>Der Text endet, bevor alles geschlossen ist.</translation>
         </message>
         <message>
-            <location filename="../../src/structured/json_complaints.cpp" />
+            <location filename="../../src/structured/json/json_complaints.cpp" />
             <source>This escape is half a character; its other half is missing.</source>
             <translation>Diese Umschreibung ist ein halbes Zeichen; die andere Hälfte fehlt.</translation>
         </message>
         <message>
-            <location filename="../../src/structured/json_complaints.cpp" />
+            <location filename="../../src/structured/json/json_complaints.cpp" />
             <source>This is no value. A text must stand in double quotation marks; the only bare words are true, false and null.</source>
             <translation>Das ist kein Wert. Ein Text muss in Anführungszeichen stehen; ohne sie gibt es nur true, false und null.</translation>
         </message>
         <message>
-            <location filename="../../src/structured/json_complaints.cpp" />
+            <location filename="../../src/structured/json/json_complaints.cpp" />
             <source>This is not valid JSON.</source>
             <translation>Das ist kein gültiges JSON.</translation>
         </message>
         <message>
-            <location filename="../../src/structured/json_complaints.cpp" />
+            <location filename="../../src/structured/json/json_complaints.cpp" />
             <source>This is not valid UTF-8.</source>
             <translation>Das ist kein gültiges UTF-8.</translation>
         </message>
         <message>
-            <location filename="../../src/structured/json_complaints.cpp" />
+            <location filename="../../src/structured/json/json_complaints.cpp" />
             <source>This number is incomplete: a digit is missing.</source>
             <translation>Diese Zahl ist unvollständig: Es fehlt eine Ziffer.</translation>
         </message>
         <message>
-            <location filename="../../src/structured/json_complaints.cpp" />
+            <location filename="../../src/structured/json/json_complaints.cpp" />
             <source>This number is too large.</source>
             <translation>Diese Zahl ist zu groß.</translation>
         </message>
         <message>
-            <location filename="../../src/structured/json_complaints.cpp" />
+            <location filename="../../src/structured/json/json_complaints.cpp" />
             <source>\u must be followed by four hexadecimal digits.</source>
             <translation>Auf \u müssen vier hexadezimale Ziffern folgen.</translation>
         </message>

@@ -13,7 +13,7 @@
 #include "app/rules/rule_book.h"
 #include "app/schedule/automation.h"
 #include "app/settings.h"
-#include "engine/support_folder.h"
+#include "engine/paths/support_folder.h"
 #include "links/paths/path_rules.h"
 #include "links/text/localization.h"
 

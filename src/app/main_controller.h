@@ -9,9 +9,9 @@
 #include "app/front_end.h"
 #include "app/intake/pasteboard.h"
 #include "app/intake/script_arguments.h"
-#include "engine/download.h"
-#include "engine/download_manager.h"
-#include "engine/status.h"
+#include "engine/admission/download_manager.h"
+#include "engine/record/download.h"
+#include "engine/record/status.h"
 #include "platform/net/url.h"
 
 namespace platform {

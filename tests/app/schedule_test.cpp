@@ -8,7 +8,7 @@
 #include "app/schedule/throttle_limit_text.h"
 #include "app/settings.h"
 #include "core_fixture.h"
-#include "engine/acceleration_settings.h"
+#include "engine/acceleration/acceleration_settings.h"
 
 using namespace Qt::Literals::StringLiterals;
 

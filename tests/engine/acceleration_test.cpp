@@ -3,12 +3,12 @@
 #include <atomic>
 #include <map>
 
-#include "engine/acceleration_settings.h"
-#include "engine/download_worker_prototype.h"
-#include "engine/intermediate_files.h"
-#include "engine/resume_plan.h"
+#include "engine/acceleration/acceleration_settings.h"
+#include "engine/lifecycle/resume_plan.h"
+#include "engine/lifecycle/transfer.h"
+#include "engine/paths/intermediate_files.h"
 #include "engine/settings.h"
-#include "engine/transfer.h"
+#include "engine/workers/download_worker_prototype.h"
 #include "engine_fixture.h"
 #include "platform/files/files.h"
 

@@ -1,6 +1,6 @@
 #include <cerrno>
 
-#include "engine/acceleration_settings.h"
+#include "engine/acceleration/acceleration_settings.h"
 #include "engine/settings.h"
 #include "engine_fixture.h"
 #include "failing_disk.h"

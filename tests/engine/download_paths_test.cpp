@@ -1,11 +1,11 @@
-#include "engine/download_paths.h"
+#include "engine/paths/download_paths.h"
 
 #include <QDir>
 #include <QFile>
 
-#include "engine/intermediate_files.h"
+#include "engine/paths/intermediate_files.h"
+#include "engine/paths/support_folder.h"
 #include "engine/settings.h"
-#include "engine/support_folder.h"
 #include "engine_fixture.h"
 
 using namespace Qt::Literals::StringLiterals;

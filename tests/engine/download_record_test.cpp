@@ -1,8 +1,8 @@
 #include <QDir>
 #include <QFile>
 
+#include "engine/presentation/vanishing.h"
 #include "engine/settings.h"
-#include "engine/vanishing.h"
 #include "engine_fixture.h"
 #include "platform/files/files.h"
 

@@ -1,7 +1,7 @@
 #include <QFileInfo>
 
+#include "engine/admission/throttle.h"
 #include "engine/settings.h"
-#include "engine/throttle.h"
 #include "engine_fixture.h"
 #include "http/http_request.h"
 #include "links/paths/file_attributes.h"

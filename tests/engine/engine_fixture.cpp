@@ -4,9 +4,9 @@
 #include <QFile>
 
 #include "engine/background.h"
-#include "engine/http_client_setup.h"
+#include "engine/lifecycle/transfer.h"
 #include "engine/settings.h"
-#include "engine/transfer.h"
+#include "engine/workers/http_client_setup.h"
 #include "platform/files/files.h"
 
 using namespace Qt::Literals::StringLiterals;

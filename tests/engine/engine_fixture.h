@@ -5,9 +5,9 @@
 #include <QTemporaryDir>
 #include <memory>
 
-#include "engine/download.h"
 #include "engine/environment.h"
-#include "engine/user_settings.h"
+#include "engine/record/download.h"
+#include "engine/record/user_settings.h"
 #include "http/http_session.h"
 #include "platform/base/log.h"
 #include "platform/base/user_defaults.h"

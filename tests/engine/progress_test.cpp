@@ -1,8 +1,8 @@
-#include "engine/acceleration_settings.h"
-#include "engine/download_dates.h"
-#include "engine/download_worker_prototype.h"
+#include "engine/acceleration/acceleration_settings.h"
+#include "engine/lifecycle/transfer.h"
+#include "engine/record/download_dates.h"
 #include "engine/settings.h"
-#include "engine/transfer.h"
+#include "engine/workers/download_worker_prototype.h"
 #include "engine_fixture.h"
 
 using namespace Qt::Literals::StringLiterals;

@@ -1,4 +1,4 @@
-#include "engine/queue_admission.h"
+#include "engine/admission/queue_admission.h"
 
 #include "engine/settings.h"
 #include "engine_fixture.h"
@@ -25,7 +25,7 @@ class QueueAdmissionTest : public EngineTest {
 protected:
     QueueAdmissionTest() {
         environment.pageReader = std::make_shared<NeverRead>();
-        environment.isModalWindowUp = [this] { return isModalWindowUp; };
+        environment.isModalWindowUp = [isUp = isModalWindowUp] { return *isUp; };
         installEnvironment(environment);
     }
 
@@ -44,7 +44,8 @@ protected:
         return text;
     }
 
-    bool isModalWindowUp = false;
+    /// Asked also while the fixture below is taken down.
+    const std::shared_ptr<bool> isModalWindowUp = std::make_shared<bool>(false);
 };
 
 TEST_F(QueueAdmissionTest, LimitsDecideWhoStarts) {
@@ -95,11 +96,11 @@ TEST_F(QueueAdmissionTest, FreedSlotIsTaken) {
 }
 
 TEST_F(QueueAdmissionTest, ModalWindowHoldsEverythingBack) {
-    isModalWindowUp = true;
+    *isModalWindowUp = true;
     queue("a");
     main.advance(5.5);
     EXPECT_EQ(states(), ".");
-    isModalWindowUp = false;
+    *isModalWindowUp = false;
     main.advance(1);
     EXPECT_EQ(states(), "r");
 }
@@ -129,7 +130,7 @@ TEST_F(QueueAdmissionTest, HostIsTheLastTwoLabels) {
 }
 
 TEST_F(QueueAdmissionTest, PlaceInTheQueueIsTold) {
-    isModalWindowUp = true;
+    *isModalWindowUp = true;
     queue("aba-");
     const auto text = [&](std::size_t index) {
         return manager.queue[index]->statusDescriptionWithLiveDetails(true);

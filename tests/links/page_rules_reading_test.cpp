@@ -8,7 +8,7 @@
 #include "links/pages/download_page_rule_store.h"
 #include "links/settings.h"
 #include "platform/base/user_defaults.h"
-#include "structured/syntax_highlighting.h"
+#include "structured/text_view/syntax_highlighting.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -9,7 +9,7 @@
 #include "links/pages/download_page_rules.h"
 #include "links/pages/page_fetcher.h"
 #include "platform/base/log.h"
-#include "structured/lson_serialization.h"
+#include "structured/shorthand/lson_serialization.h"
 
 namespace links {
 

@@ -1,8 +1,8 @@
-#include "structured/json_reader.h"
+#include "structured/json/json_reader.h"
 
 #include <gtest/gtest.h>
 
-#include "structured/bounds.h"
+#include "structured/json/bounds.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -1,15 +1,15 @@
-#include "structured/json_text_view.h"
+#include "structured/text_view/json_text_view.h"
 
 #include <gmock/gmock.h>
 
 #include <QTemporaryDir>
 
 #include "platform/base/user_defaults.h"
-#include "structured/auto_indent.h"
-#include "structured/json_text_view_validator.h"
-#include "structured/lson_serialization.h"
 #include "structured/settings.h"
-#include "structured/text_component.h"
+#include "structured/shorthand/lson_serialization.h"
+#include "structured/text_view/auto_indent.h"
+#include "structured/text_view/json_text_view_validator.h"
+#include "structured/text_view/text_component.h"
 
 using namespace Qt::Literals::StringLiterals;
 using testing::ElementsAre;

@@ -1,4 +1,4 @@
-#include "structured/json_writer.h"
+#include "structured/json/json_writer.h"
 
 #include <gtest/gtest.h>
 
@@ -6,8 +6,8 @@
 
 #include <limits>
 
-#include "structured/bounds.h"
-#include "structured/json_reader.h"
+#include "structured/json/bounds.h"
+#include "structured/json/json_reader.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -1,10 +1,10 @@
-#include "structured/lson_serialization.h"
+#include "structured/shorthand/lson_serialization.h"
 
 #include <gtest/gtest.h>
 
 #include <QDateTime>
 
-#include "structured/json_writer.h"
+#include "structured/json/json_writer.h"
 
 using namespace Qt::Literals::StringLiterals;
 

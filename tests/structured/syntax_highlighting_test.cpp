@@ -1,4 +1,4 @@
-#include "structured/syntax_highlighting.h"
+#include "structured/text_view/syntax_highlighting.h"
 
 #include <gtest/gtest.h>
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "app/front_end.h"
-#include "engine/vanishing.h"
+#include "engine/presentation/vanishing.h"
 
 namespace support {
 

@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "engine/download.h"
-#include "engine/download_manager.h"
+#include "engine/admission/download_manager.h"
+#include "engine/record/download.h"
 
 namespace support {
 

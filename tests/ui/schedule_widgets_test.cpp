@@ -6,8 +6,8 @@
 
 #include "app/core_fixture.h"
 #include "app/settings.h"
+#include "engine/admission/throttle.h"
 #include "engine/settings.h"
-#include "engine/throttle.h"
 #include "http/http_session.h"
 #include "ui/schedule/schedule_settings.h"
 #include "ui/schedule/throttle_field.h"

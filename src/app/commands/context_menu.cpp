@@ -7,9 +7,9 @@
 #include "app/commands/folder_items.h"
 #include "app/commands/open_with.h"
 #include "app/settings.h"
-#include "engine/download.h"
 #include "engine/environment.h"
-#include "engine/user_settings.h"
+#include "engine/record/download.h"
+#include "engine/record/user_settings.h"
 #include "links/text/localization.h"
 #include "platform/base/user_defaults.h"
 

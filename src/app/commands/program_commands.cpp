@@ -5,8 +5,8 @@
 #include "app/commands/core_commands.h"
 #include "app/schedule/automation.h"
 #include "app/settings.h"
-#include "engine/acceleration_settings.h"
-#include "engine/throttle.h"
+#include "engine/acceleration/acceleration_settings.h"
+#include "engine/admission/throttle.h"
 #include "platform/base/user_defaults.h"
 
 namespace app {

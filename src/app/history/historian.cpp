@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "app/settings.h"
-#include "engine/download.h"
 #include "engine/environment.h"
+#include "engine/record/download.h"
 #include "engine/settings.h"
 #include "links/paths/path_components.h"
 

@@ -1,7 +1,7 @@
 #include "app/history/history_entry.h"
 
-#include "engine/download.h"
-#include "engine/user_settings.h"
+#include "engine/record/download.h"
+#include "engine/record/user_settings.h"
 #include "links/paths/folders.h"
 #include "platform/base/user_defaults.h"
 #include "platform/files/files.h"

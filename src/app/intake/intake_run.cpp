@@ -7,7 +7,7 @@
 #include "app/intake/request_file.h"
 #include "app/queue/restored_download.h"
 #include "app/settings.h"
-#include "engine/user_settings.h"
+#include "engine/record/user_settings.h"
 #include "links/paths/folders.h"
 #include "links/paths/path_components.h"
 #include "links/paths/path_rules.h"

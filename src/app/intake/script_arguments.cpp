@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "engine/user_settings.h"
+#include "engine/record/user_settings.h"
 
 namespace app {
 

@@ -4,9 +4,9 @@
 
 #include "app/front_end.h"
 #include "app/main_controller.h"
-#include "engine/queue_admission.h"
+#include "engine/admission/queue_admission.h"
+#include "engine/admission/throttle.h"
 #include "engine/settings.h"
-#include "engine/throttle.h"
 #include "links/pages/download_page_rule_store.h"
 #include "links/settings.h"
 #include "platform/base/user_defaults.h"

@@ -5,7 +5,7 @@
 #include <condition_variable>
 #include <optional>
 
-#include "engine/user_agent.h"
+#include "engine/workers/user_agent.h"
 #include "http/http_request.h"
 #include "platform/base/run_loop.h"
 

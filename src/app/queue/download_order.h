@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "engine/download.h"
+#include "engine/record/download.h"
 #include "links/arrays.h"
 
 namespace app {

@@ -6,7 +6,7 @@
 
 #include "app/queue/download_order.h"
 #include "app/queue/queue_tally.h"
-#include "engine/status.h"
+#include "engine/record/status.h"
 
 namespace app {
 

@@ -6,9 +6,9 @@
 
 #include "app/queue/archive_writer.h"
 #include "app/settings.h"
+#include "engine/paths/support_folder.h"
+#include "engine/record/user_settings.h"
 #include "engine/settings.h"
-#include "engine/support_folder.h"
-#include "engine/user_settings.h"
 #include "links/text/localization.h"
 #include "platform/base/log.h"
 #include "platform/files/files.h"
@@ -20,7 +20,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr qint64 maximumFileSize = 64 << 20;
+/// Our own file, and a long queue must not count as a damaged one: a download takes some 400 bytes.
+constexpr qint64 maximumFileSize = 1 << 30;
 /// A write is followed by a rest of so many times what it took, so that a long queue whose
 /// downloads end one after another is not written all the time.
 constexpr double restPerWrite = 6;
@@ -79,7 +80,8 @@ std::vector<QVariantMap> QueueArchive::read() {
     if (contents.error && contents.error->is(platform::posixErrorDomain, ENOENT)) {
         return {};
     }
-    const platform::PropertyListResult list = platform::readPropertyList(contents.data);
+    const platform::PropertyListResult list =
+        platform::readPropertyList(contents.data, maximumFileSize);
     if (contents.error || list.value.userType() != QMetaType::QVariantList) {
         const QString keptPath = platform::keepDamagedFileAside(path_);
         mayWrite_ = !keptPath.isEmpty();

@@ -2,7 +2,7 @@
 
 #include <bit>
 
-#include "engine/download.h"
+#include "engine/record/download.h"
 
 namespace app {
 

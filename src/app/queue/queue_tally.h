@@ -4,7 +4,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "engine/status.h"
+#include "engine/record/status.h"
 
 namespace engine {
 class DQDownload;

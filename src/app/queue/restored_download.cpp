@@ -1,7 +1,7 @@
 #include "app/queue/restored_download.h"
 
 #include "app/settings.h"
-#include "engine/user_settings.h"
+#include "engine/record/user_settings.h"
 #include "links/paths/path_components.h"
 #include "links/paths/path_rules.h"
 #include "links/text/localization.h"

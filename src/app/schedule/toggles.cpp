@@ -3,8 +3,8 @@
 #include "app/controller_roles.h"
 #include "app/schedule/scheduled_time.h"
 #include "app/settings.h"
-#include "engine/acceleration_settings.h"
-#include "engine/throttle.h"
+#include "engine/acceleration/acceleration_settings.h"
+#include "engine/admission/throttle.h"
 
 namespace app {
 

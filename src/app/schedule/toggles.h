@@ -4,7 +4,7 @@
 #include <functional>
 
 #include "app/front_end.h"
-#include "engine/status.h"
+#include "engine/record/status.h"
 #include "platform/base/user_defaults.h"
 
 namespace app {

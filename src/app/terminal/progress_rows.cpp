@@ -2,10 +2,10 @@
 
 #include <QFileInfo>
 
+#include "engine/lifecycle/transfer.h"
+#include "engine/presentation/status_text.h"
+#include "engine/record/status.h"
 #include "engine/settings.h"
-#include "engine/status.h"
-#include "engine/status_text.h"
-#include "engine/transfer.h"
 #include "links/format/byte_counts.h"
 #include "links/text/localization.h"
 #include "platform/base/user_defaults.h"

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "app/terminal/progress_layout.h"
-#include "engine/download.h"
+#include "engine/record/download.h"
 
 namespace app::terminal {
 

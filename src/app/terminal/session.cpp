@@ -6,8 +6,8 @@
 #include "app/main_controller.h"
 #include "app/status/queue_status.h"
 #include "app/terminal/progress_rows.h"
+#include "engine/record/status.h"
 #include "engine/settings.h"
-#include "engine/status.h"
 #include "platform/base/run_loop.h"
 #include "platform/base/user_defaults.h"
 

@@ -1,7 +1,7 @@
 #include "links/pages/download_page_rule_highlighting.h"
 
 #include "platform/text/regular_expression.h"
-#include "structured/syntax_highlighting.h"
+#include "structured/text_view/syntax_highlighting.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -2,7 +2,7 @@
 
 #include "links/settings.h"
 #include "platform/base/user_defaults.h"
-#include "structured/json_text_view.h"
+#include "structured/text_view/json_text_view.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -23,7 +23,10 @@ constexpr int mostEventsInTurn = 16;
 
 HTTPReadStream::Private::Private(NetworkLoop& loop, HTTPRequestMessage message,
                                  HTTPBodySource* body, std::uint64_t bodyLength)
-    : buffer(loop.internals().blocks()), loop_(&loop.internals()), body_(body, bodyLength) {
+    : buffer(loop.internals().blocks()),
+      loop_(&loop.internals()),
+      loopLife_(loop_->life()),
+      body_(body, bodyLength) {
     setup.message = std::move(message);
     if (body != nullptr)
         setup.bodyLength = bodyLength;
@@ -34,7 +37,7 @@ HTTPReadStream::Private::~Private() {
 }
 
 bool HTTPReadStream::Private::open() {
-    if (isOpen_ || easy_ || loop_ == nullptr)
+    if (isOpen_ || easy_ || loop_ == nullptr || loopLife_.expired())
         return false;
     easy_.reset(curl_easy_init());
     if (identity != nullptr)

@@ -61,6 +61,7 @@ private:
     void releaseHandle();
 
     NetworkLoop::Private* loop_;
+    const std::weak_ptr<const void> loopLife_;
     // The handle refers to both.
     std::shared_ptr<CURLSH> share_;
     std::optional<RequestLines> lines_;

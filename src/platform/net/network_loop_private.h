@@ -60,6 +60,8 @@ public:
     /// Inside of libcurl, where most of its calls are forbidden.
     [[nodiscard]] bool isInsideCurl() const { return isInsideCurl_; }
     [[nodiscard]] const std::shared_ptr<BlockPool>& blocks() const { return blocks_; }
+    /// Expires with the loop, of whose end only open streams are told.
+    [[nodiscard]] std::weak_ptr<const void> life() const { return life_; }
     [[nodiscard]] std::uint64_t turns() const { return turns_; }
 
     void addWatch(DescriptorWatch& watch) { watches_.push_back(&watch); }
@@ -84,6 +86,7 @@ private:
     std::atomic<std::uint64_t> turns_ = 0;
     bool isInsideCurl_ = false;
     std::shared_ptr<BlockPool> blocks_ = std::make_shared<BlockPool>();
+    const std::shared_ptr<const void> life_ = std::make_shared<bool>();
     std::unordered_set<Transfer*> transfers_;
     std::unordered_set<HTTPConnectionIdentity::Private*> identities_;
     // Null where one has been taken out while they are called.

@@ -4,7 +4,7 @@
 #include <QPainter>
 #include <cmath>
 
-#include "engine/download.h"
+#include "engine/record/download.h"
 #include "ui/art/icons.h"
 #include "ui/art/theme.h"
 #include "ui/list/row_geometry.h"

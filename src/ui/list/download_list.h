@@ -5,7 +5,7 @@
 #include <memory>
 #include <optional>
 
-#include "engine/download.h"
+#include "engine/record/download.h"
 #include "ui/list/download_cell.h"
 #include "ui/list/empty_list_text.h"
 #include "ui/list/row_geometry.h"

@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "engine/download.h"
+#include "engine/record/download.h"
 
 namespace ui {
 

@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-#include "engine/download.h"
+#include "engine/record/download.h"
 
 class QDropEvent;
 class QMimeData;

@@ -2,7 +2,7 @@
 
 #include <QLocale>
 
-#include "engine/download.h"
+#include "engine/record/download.h"
 #include "engine/settings.h"
 #include "links/text/typography.h"
 #include "platform/base/user_defaults.h"

@@ -5,8 +5,8 @@
 #include <memory>
 #include <vector>
 
-#include "engine/download.h"
-#include "engine/vanishing.h"
+#include "engine/presentation/vanishing.h"
+#include "engine/record/download.h"
 
 namespace ui {
 

@@ -5,8 +5,8 @@
 #include <QTimer>
 
 #include "app/schedule/throttle_limit_text.h"
+#include "engine/admission/throttle.h"
 #include "engine/settings.h"
-#include "engine/throttle.h"
 #include "ui/text.h"
 
 using namespace Qt::Literals::StringLiterals;

@@ -6,7 +6,7 @@
 
 #include "app/settings.h"
 #include "engine/settings.h"
-#include "engine/user_agent.h"
+#include "engine/workers/user_agent.h"
 #include "links/settings.h"
 #include "ui/settings/login_item_switch.h"
 #include "ui/settings/sections.h"

@@ -7,7 +7,7 @@
 #include "links/pages/download_page_rule_store.h"
 #include "links/pages/download_page_rules.h"
 #include "links/settings.h"
-#include "structured/json_text_view_validator.h"
+#include "structured/text_view/json_text_view_validator.h"
 #include "ui/settings/note.h"
 #include "ui/settings/sections.h"
 #include "ui/settings/settings_page.h"

@@ -6,10 +6,10 @@
 
 #include "app/main_controller.h"
 #include "app/schedule/automation.h"
-#include "engine/acceleration_settings.h"
-#include "engine/queue_admission.h"
+#include "engine/acceleration/acceleration_settings.h"
+#include "engine/admission/queue_admission.h"
+#include "engine/admission/throttle.h"
 #include "engine/settings.h"
-#include "engine/throttle.h"
 #include "ui/schedule/throttle_field.h"
 #include "ui/settings/sections.h"
 #include "ui/settings/settings_page.h"

@@ -11,9 +11,9 @@
 #include <QTextBlock>
 #include <QWheelEvent>
 
-#include "structured/auto_indent.h"
-#include "structured/pasteboard.h"
-#include "structured/text_component.h"
+#include "structured/text_view/auto_indent.h"
+#include "structured/text_view/pasteboard.h"
+#include "structured/text_view/text_component.h"
 #include "ui/structured/syntax_colors.h"
 #include "ui/text.h"
 
@@ -123,7 +123,10 @@ StructuredTextEdit::StructuredTextEdit(platform::UserDefaults& defaults,
     connect(this, &QTextEdit::textChanged, this, &StructuredTextEdit::noticeChange);
 }
 
-StructuredTextEdit::~StructuredTextEdit() = default;
+StructuredTextEdit::~StructuredTextEdit() {
+    // The colours are taken off the text on the way out, which counts as a change of it.
+    disconnect(this, &QTextEdit::textChanged, this, &StructuredTextEdit::noticeChange);
+}
 
 /// Also comes when only colours or margins have changed.
 void StructuredTextEdit::noticeChange() {

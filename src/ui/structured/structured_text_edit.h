@@ -3,7 +3,7 @@
 #include <QTextEdit>
 #include <memory>
 
-#include "structured/json_text_view.h"
+#include "structured/text_view/json_text_view.h"
 
 namespace ui {
 

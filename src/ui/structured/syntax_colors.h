@@ -2,7 +2,7 @@
 
 #include <QSyntaxHighlighter>
 
-#include "structured/syntax_highlighting.h"
+#include "structured/text_view/syntax_highlighting.h"
 
 namespace ui {
 

@@ -8,7 +8,7 @@
 
 #include "app/commands/commands.h"
 #include "app/commands/context_menu.h"
-#include "engine/throttle.h"
+#include "engine/admission/throttle.h"
 #include "platform/base/user_defaults.h"
 #include "ui/art/icons.h"
 #include "ui/commands/menu_items.h"

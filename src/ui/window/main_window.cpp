@@ -16,7 +16,7 @@
 #include "app/main_controller.h"
 #include "app/settings.h"
 #include "app/status/queue_status.h"
-#include "engine/download.h"
+#include "engine/record/download.h"
 #include "platform/base/user_defaults.h"
 #include "ui/commands/command_actions.h"
 #include "ui/commands/main_menu.h"

@@ -1,0 +1,214 @@
+#include "engine/acceleration/accelerator.h"
+
+#include <QFile>
+#include <algorithm>
+
+#include "engine/acceleration/acceleration_settings.h"
+#include "engine/lifecycle/resume_plan.h"
+#include "engine/paths/download_paths.h"
+#include "engine/record/download.h"
+#include "engine/record/known_file.h"
+#include "engine/record/user_settings.h"
+#include "platform/base/log.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace engine {
+namespace {
+
+using Worker = Transfer::Worker;
+
+bool servesRanges(const WorkerResponse& response) {
+    return response.headers &&
+           response.headers->value(u"Accept-Ranges"_s).value_or(QString()).toLower() == u"bytes";
+}
+
+/// Whether everything but the size speaks for a split.
+bool mayAccelerate(DQDownload& download, const WorkerResponse& response) {
+    constexpr qint64 wholeAnswer = 200;
+    Transfer& transfer = download.transfer();
+    if (response.statusCode != wholeAnswer || transfer.hasFailedToAddAccelerationWorkers() ||
+        transfer.workers().size() != 1 || !download.accelerates())
+        return false;
+    if (servesRanges(response))
+        return true;
+    download.userSettings().set(keys::rangesDisabled, true);
+    return false;
+}
+
+void removeFragmentFiles(const QString& primaryPath) {
+    for (const QString& path : fragmentPathsForIntermediateDownloadTargetPath(primaryPath))
+        QFile::remove(path);
+}
+
+Worker::Pointer makeFractionWorker(const Worker::Pointer& primary, const StoredFraction& fraction) {
+    const Worker::Pointer worker = Worker::downloadWorkerWithDownloadWorker(primary);
+    worker->setTargetPath(fraction.target);
+    worker->setFractionStartByte(fraction.start);
+    worker->setEndByte(fraction.end);
+    return worker;
+}
+
+/// False: nothing more is to be added.
+bool addFractionWorker(DQDownload& download, const Worker::Pointer& primary,
+                       const StoredFraction& fraction, const platform::Url& url) {
+    const Worker::Pointer worker = makeFractionWorker(primary, fraction);
+    worker->request().url = url;
+    worker->request().rangeValidator = knownFile(download.userSettings()).rangeValidator();
+    // An empty file now, so that the parts and their files agree however early we are stopped.
+    if (!worker->claimTargetPath() || !worker->start()) {
+        platform::log(u"%1 cannot start acceleration worker %2"_s.arg(download.description(),
+                                                                      worker->description()));
+        return false;
+    }
+    download.transfer().addWorker(worker);
+    platform::debugLog([&] {
+        return u"%1 added acceleration worker %2 at offset %3"_s
+            .arg(download.description(), worker->description())
+            .arg(fraction.start);
+    });
+    return true;
+}
+
+/// The first worker reads on into the part behind it if nobody has begun with that, which saves a
+/// connection where they are scarce.
+bool takeOverParkedPart(DQDownload& download) {
+    Transfer& transfer = download.transfer();
+    const Worker::Pointer next = transfer.workers()[1];
+    if (next->status() != DQDownloadWorkerStatusIdle)
+        return false;
+    transfer.removeWorker(*next);
+    QFile::remove(next->targetPath());
+    if (transfer.workers().size() < 2)
+        download.userSettings().remove(keys::accelerationWorkers);
+    transfer.setShouldWriteMetadata();
+    return true;
+}
+
+}  // namespace
+
+void accelerateIfPossible(DQDownload& download, const Worker::Pointer& primary,
+                          const WorkerResponse& response) {
+    if (!mayAccelerate(download, response) || primary->expectedBytes() <= 0)
+        return;
+    const qint64 minimumSize = AccelerationSettings::acceleratorFractionMinimumSize();
+    const qint64 channels = AccelerationSettings::accelerationFactor();
+    if (splitIntoFractions(primary->expectedBytes(), minimumSize, channels, {}).empty())
+        return;
+    const QString path = download.paths().intermediateDownloadTargetPath(true, true);
+    if (primary->targetPath().isEmpty())
+        primary->setTargetPath(path);
+    // What lies here under these names was left behind by a download that is gone.
+    removeFragmentFiles(path);
+    if (!primary->claimTargetPath())
+        return;
+    for (const StoredFraction& fraction :
+         splitIntoFractions(primary->expectedBytes(), minimumSize, channels, path)) {
+        if (!addFractionWorker(download, primary, fraction, response.url)) {
+            dropAcceleration(download);
+            return;
+        }
+    }
+}
+
+bool addResumedWorkers(DQDownload& download, const ResumePlan& plan) {
+    Transfer& transfer = download.transfer();
+    const Worker::Pointer primary = transfer.workers().front();
+    for (std::size_t index = 0; index < plan.fractions.size(); ++index) {
+        const StoredFraction& fraction = plan.fractions[index];
+        const qint64 size = plan.fractionSizes[index];
+        const Worker::Pointer worker = makeFractionWorker(primary, fraction);
+        if (size >= fraction.length()) {
+            worker->setFinishedBefore(fraction.length());
+        } else {
+            worker->setResumeByteOffset(size);
+            if (!worker->start()) {
+                platform::log(u"%1 cannot resume acceleration worker %2"_s.arg(
+                    download.description(), worker->description()));
+                transfer.dropWorkers();
+                return false;
+            }
+        }
+        transfer.addWorker(worker);
+        platform::debugLog([&] {
+            return u"%1 resuming acceleration worker %2 at offset %3 + %4 = %5 (=> %6)"_s
+                .arg(download.description(), worker->description())
+                .arg(fraction.start)
+                .arg(size)
+                .arg(fraction.start + size)
+                .arg(fraction.end);
+        });
+    }
+    return true;
+}
+
+void recordAccelerationWorkers(DQDownload& download) {
+    const Transfer::Workers& workers = download.transfer().workers();
+    if (workers.size() < 2)
+        return;
+    std::vector<StoredFraction> fractions;
+    for (auto worker = workers.begin() + 1; worker != workers.end(); ++worker)
+        fractions.push_back(
+            {(*worker)->targetPath(), (*worker)->fractionStartByte(), (*worker)->endByte()});
+    download.userSettings().set(keys::accelerationWorkers, archiveOfFractions(fractions));
+}
+
+void truncateFirstWorker(DQDownload& download, qint64 offset) {
+    const Worker::Pointer first = download.transfer().workers().front();
+    if (first->endByte() == 0 && takeOverParkedPart(download))
+        return;
+    if (first->truncateAtOffset(offset)) {
+        platform::debugLog([&] {
+            return u"%1 truncated first worker at offset %2"_s.arg(download.description())
+                .arg(offset);
+        });
+        return;
+    }
+    // One with an end of its own stops there anyway.
+    if (first->endByte() > 0)
+        return;
+    platform::log(u"%1 cannot truncate first worker"_s.arg(download.description()));
+    dropAcceleration(download);
+}
+
+bool parkRefusedWorker(DQDownload& download, Worker& worker) {
+    Transfer& transfer = download.transfer();
+    const bool isAnotherRunning = std::any_of(
+        transfer.workers().begin(), transfer.workers().end(), [&](const Worker::Pointer& other) {
+            return other.get() != &worker && other->status() == DQDownloadWorkerStatusRunning;
+        });
+    if (!isAnotherRunning)
+        return false;
+    const Worker::Pointer waiting =
+        Worker::downloadWorkerWithDownloadWorker(worker.shared_from_this());
+    waiting->setFractionStartByte(worker.fractionStartByte());
+    waiting->setResumeByteOffset(worker.resumeByteOffset());
+    waiting->setEndByte(worker.endByte());
+    transfer.replaceWorker(worker, waiting);
+    platform::debugLog([&] {
+        return u"%1 lets acceleration worker %2 wait for a free connection"_s.arg(
+            download.description(), waiting->description());
+    });
+    return true;
+}
+
+bool startParkedWorker(DQDownload& download) {
+    for (const Worker::Pointer& worker : download.transfer().workers()) {
+        if (worker->status() == DQDownloadWorkerStatusIdle)
+            return worker->start();
+    }
+    return true;
+}
+
+void dropAcceleration(DQDownload& download) {
+    Transfer& transfer = download.transfer();
+    transfer.setHasFailedToAddAccelerationWorkers();
+    transfer.dropWorkers(1);
+    download.userSettings().set(keys::accelerationFailed, true);
+    // Nobody is going to join these, and a resume must not take them for parts of the file.
+    download.userSettings().remove(keys::accelerationWorkers);
+    removeFragmentFiles(download.paths().intermediateDownloadTargetPath(false, false));
+    transfer.setShouldWriteMetadata();
+}
+
+}  // namespace engine

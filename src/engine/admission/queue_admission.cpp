@@ -1,0 +1,178 @@
+#include "engine/admission/queue_admission.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "engine/environment.h"
+#include "engine/record/download.h"
+#include "engine/settings.h"
+#include "platform/base/run_loop.h"
+
+namespace engine {
+namespace {
+
+constexpr qint64 unlimitedSlots = 0x7fffffff;
+constexpr qint64 mostConcurrentDownloads = 9;
+constexpr char passOperation[] = "startEligibleQueuedDownloadsAndResetTimer";
+
+platform::UserDefaults& defaults() {
+    return platform::standardDefaults();
+}
+
+}  // namespace
+
+QueueAdmission& QueueAdmission::shared() {
+    static QueueAdmission admission;
+    return admission;
+}
+
+qint64 QueueAdmission::numberOfConcurrentDownloads() const {
+    const qint64 number = defaults().get(settings::numberOfConcurrentDownloads);
+    return number < 1 || number > mostConcurrentDownloads ? 0 : number;
+}
+
+qint64 QueueAdmission::numberOfConcurrentDownloadsPerHost() const {
+    return defaults().get(settings::numberOfConcurrentDownloadsPerHost);
+}
+
+void QueueAdmission::setNumberOfConcurrentDownloads(qint64 number) {
+    defaults().set(settings::numberOfConcurrentDownloads, number);
+    if (!queuedDownloads().empty())
+        startEligibleQueuedDownloadsWithTimer();
+}
+
+void QueueAdmission::setNumberOfConcurrentDownloadsPerHost(qint64 number) {
+    defaults().set(settings::numberOfConcurrentDownloadsPerHost, number);
+    if (!queuedDownloads().empty())
+        startEligibleQueuedDownloadsWithTimer();
+}
+
+qint64 QueueAdmission::numberOfOpenDownloadSlots() {
+    const qint64 limit = numberOfConcurrentDownloads();
+    return limit < 1 ? unlimitedSlots : limit - static_cast<qint64>(downloadingDownloads().size());
+}
+
+QueueAdmission::PerHostChoice QueueAdmission::numberOfConcurrentDownloadsPerHostSelector(
+    const std::vector<qint64>& tags) const {
+    const qint64 limit = numberOfConcurrentDownloads();
+    const qint64 perHost = numberOfConcurrentDownloadsPerHost();
+    PerHostChoice choice;
+    for (const qint64 tag : tags)
+        choice.enabled.push_back(limit < 1 || (tag >= 1 && tag <= limit));
+    choice.selectedTag = limit >= 1 && limit < perHost ? limit : perHost;
+    return choice;
+}
+
+const std::vector<DownloadPtr>& QueueAdmission::queuedDownloads() {
+    return populateQueuedAndDownloadingDownloads().queued;
+}
+
+const std::vector<DownloadPtr>& QueueAdmission::downloadingDownloads() {
+    return populateQueuedAndDownloadingDownloads().downloading;
+}
+
+QueueAdmission::Lists& QueueAdmission::populateQueuedAndDownloadingDownloads() {
+    if (!lists_) {
+        lists_.emplace();
+        for (const DownloadPtr& download : mainController().downloads()) {
+            if (download->status() == DQDownloadStatusQueued)
+                lists_->queued.push_back(download);
+            else if (download->status() == DQDownloadStatusDownloading)
+                lists_->downloading.push_back(download);
+            else if (download->status() == DQDownloadStatusPaused)
+                lists_->pausedHosts.insert(download->queueRelevantHost());
+        }
+    }
+    return *lists_;
+}
+
+void QueueAdmission::invalidateQueuedAndDownloadingDownloads() {
+    lists_.reset();
+}
+
+void QueueAdmission::startEligibleQueuedDownloadsWithTimer() {
+    platform::RunLoop& loop = platform::mainRunLoop();
+    if (!loop.isScheduled(this, passOperation))
+        loop.performAfter(this, passOperation, 0,
+                          [this] { startEligibleQueuedDownloadsAndResetTimer(); });
+}
+
+void QueueAdmission::startEligibleQueuedDownloadsAndResetTimer() {
+    constexpr platform::Seconds retryInterval = 1;
+    if (environment().isModalWindowUp())
+        platform::mainRunLoop().performAfter(this, passOperation, retryInterval, [this] {
+            startEligibleQueuedDownloadsAndResetTimer();
+        });
+    else if (hasMainController())
+        startEligibleQueuedDownloads();
+}
+
+qint64 QueueAdmission::addDownload(const DQDownload& download, Hosts& hosts) {
+    const QString& host = download.queueRelevantHost();
+    if (host.isEmpty())
+        return notFound;
+    return hosts[host]++;
+}
+
+const QueueAdmission::Lists& QueueAdmission::listsWithPlaces() {
+    Lists& lists = populateQueuedAndDownloadingDownloads();
+    if (lists.places.empty()) {
+        Hosts hosts;
+        qint64 index = 0;
+        for (const DownloadPtr& download : lists.queued)
+            lists.places[download.get()] = {index++, addDownload(*download, hosts)};
+        lists.hostsInQueue = hosts.size();
+    }
+    return lists;
+}
+
+QueueAdmission::Position QueueAdmission::positionOfQueuedDownload(const DQDownload& download) {
+    const Lists& lists = listsWithPlaces();
+    const auto found = lists.places.find(&download);
+    if (found == lists.places.end())
+        return {};
+    const Place& place = found->second;
+    Position position{place.index, std::nullopt, notFound};
+    if (numberOfConcurrentDownloadsPerHost() < 1)
+        return position;
+    position.hostIndex = place.hostIndex;
+    // With one host for all, its name says nothing.
+    if (lists.hostsInQueue != 1 && place.hostIndex != notFound)
+        position.host = download.queueRelevantHost();
+    return position;
+}
+
+bool QueueAdmission::hasPausedDownloadsOfOtherHosts(const QString& queueRelevantHost) {
+    const QSet<QString>& hosts = populateQueuedAndDownloadingDownloads().pausedHosts;
+    return hosts.size() > (hosts.contains(queueRelevantHost) ? 1 : 0);
+}
+
+/// Slots are compared with zero and nothing else: a limit lowered below the number that runs leaves
+/// them negative, and then all start that the limit for their host allows.
+void QueueAdmission::startEligibleQueuedDownloads() {
+    const qint64 perHost = numberOfConcurrentDownloadsPerHost();
+    qint64 slots = numberOfOpenDownloadSlots();
+    Hosts hosts;
+    for (const DownloadPtr& download : downloadingDownloads())
+        addDownload(*download, hosts);
+    std::vector<DownloadPtr> eligible;
+    for (const DownloadPtr& download : queuedDownloads()) {
+        if (slots == 0)
+            break;
+        const QString& host = download->queueRelevantHost();
+        if (perHost >= 1 && !host.isEmpty()) {
+            if (const auto used = hosts.find(host); used != hosts.end() && used->second >= perHost)
+                continue;
+            addDownload(*download, hosts);
+        }
+        eligible.push_back(download);
+        --slots;
+    }
+    // A start reports to the queue's owner, after which the lists are others.
+    for (const DownloadPtr& download : eligible) {
+        download->startDownloadWithURL(std::nullopt, false);
+        invalidateQueuedAndDownloadingDownloads();
+    }
+}
+
+}  // namespace engine

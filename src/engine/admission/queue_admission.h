@@ -1,0 +1,84 @@
+#pragma once
+
+#include <QSet>
+#include <QString>
+#include <map>
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+#include "engine/admission/download_manager.h"
+#include "engine/record/status.h"
+
+namespace engine {
+
+/// Which queued downloads start, and where in line the others stand: one queue in the manager's
+/// order, a limit on the whole and a limit for each host.
+///
+/// Whatever frees a slot or adds a candidate asks for a pass. Passes run on the main loop and never
+/// inside their caller, so that a batch of changes costs one. Main thread; one for the process.
+class QueueAdmission {
+public:
+    [[nodiscard]] static QueueAdmission& shared();
+
+    /// 0: no limit.
+    [[nodiscard]] qint64 numberOfConcurrentDownloads() const;
+    /// Below 1: no limit.
+    [[nodiscard]] qint64 numberOfConcurrentDownloadsPerHost() const;
+    void setNumberOfConcurrentDownloads(qint64 number);
+    void setNumberOfConcurrentDownloadsPerHost(qint64 number);
+    /// Below 0 when more run than a limit lowered in the meantime allows.
+    [[nodiscard]] qint64 numberOfOpenDownloadSlots();
+
+    /// What a choice of limits per host looks like beside the overall limit.
+    struct PerHostChoice {
+        std::vector<bool> enabled;  ///< One for each tag.
+        qint64 selectedTag = 0;
+    };
+    [[nodiscard]] PerHostChoice numberOfConcurrentDownloadsPerHostSelector(
+        const std::vector<qint64>& tags) const;
+
+    /// In queue order.
+    [[nodiscard]] const std::vector<DownloadPtr>& queuedDownloads();
+    [[nodiscard]] const std::vector<DownloadPtr>& downloadingDownloads();
+    void invalidateQueuedAndDownloadingDownloads();
+
+    /// Held back, and tried again each second, while a modal window is up.
+    void startEligibleQueuedDownloadsWithTimer();
+
+    /// Where a download stands among those that wait.
+    struct Position {
+        qint64 index = notFound;      ///< In the queue.
+        std::optional<QString> host;  ///< Only if downloads of several hosts wait.
+        qint64 hostIndex = notFound;  ///< Among those of its host.
+    };
+    [[nodiscard]] Position positionOfQueuedDownload(const DQDownload& download);
+    void startEligibleQueuedDownloads();
+
+    /// Whether paused downloads of another host than this one are there.
+    [[nodiscard]] bool hasPausedDownloadsOfOtherHosts(const QString& queueRelevantHost);
+
+private:
+    using Hosts = std::map<QString, qint64>;
+    struct Place {
+        qint64 index = 0;
+        qint64 hostIndex = notFound;
+    };
+    /// What one walk over all downloads finds; kept until the next change.
+    struct Lists {
+        std::vector<DownloadPtr> queued, downloading;
+        QSet<QString> pausedHosts;
+        /// Of each queued download, and how many hosts they have. Empty: not worked out yet.
+        std::unordered_map<const DQDownload*, Place> places;
+        std::size_t hostsInQueue = 0;
+    };
+
+    Lists& populateQueuedAndDownloadingDownloads();
+    const Lists& listsWithPlaces();
+    void startEligibleQueuedDownloadsAndResetTimer();
+    static qint64 addDownload(const DQDownload& download, Hosts& hosts);
+
+    std::optional<Lists> lists_;
+};
+
+}  // namespace engine

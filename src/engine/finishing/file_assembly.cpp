@@ -1,0 +1,108 @@
+#include "engine/finishing/file_assembly.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+#include <QByteArray>
+#include <QFile>
+
+#include <algorithm>
+#include <cerrno>
+
+#include "platform/base/log.h"
+#include "platform/files/descriptor.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace engine {
+namespace {
+
+using platform::Descriptor;
+
+/// Between two looks at the cancel flag.
+constexpr qint64 chunkSize = qint64{32} << 20;
+constexpr qint64 bufferSize = qint64{1} << 20;
+
+Descriptor openPiece(const QString& path, int flags) {
+    return Descriptor(::open(QFile::encodeName(path).constData(), flags | O_NOFOLLOW | O_CLOEXEC));
+}
+
+platform::Error failure(const QString& text, int errorNumber) {
+    const platform::Error reason = platform::posixError(errorNumber);
+    platform::log(text + u" ("_s + reason.text + u')');
+    return {reason.domain, reason.code, text, std::make_shared<const platform::Error>(reason)};
+}
+
+/// For file systems between which the kernel cannot copy. -1: errno says why.
+ssize_t copyThroughMemory(const Descriptor& from, off_t source, const Descriptor& to, off_t target,
+                          qint64 count) {
+    QByteArray buffer(std::min(count, bufferSize), Qt::Uninitialized);
+    const ssize_t got =
+        pread(from.get(), buffer.data(), static_cast<std::size_t>(buffer.size()), source);
+    if (got <= 0)
+        return got;
+    return pwrite(to.get(), buffer.constData(), static_cast<std::size_t>(got), target);
+}
+
+ssize_t copySome(const Descriptor& from, off_t source, const Descriptor& to, off_t target,
+                 qint64 count) {
+    const ssize_t copied =
+        copy_file_range(from.get(), &source, to.get(), &target, static_cast<std::size_t>(count), 0);
+    const bool cannot = copied < 0 && (errno == EXDEV || errno == EINVAL || errno == ENOSYS ||
+                                       errno == EOPNOTSUPP || errno == EPERM);
+    return cannot ? copyThroughMemory(from, source, to, target, count) : copied;
+}
+
+AssemblyResult append(const FilePiece& piece, const Descriptor& target, qint64 offset,
+                      const std::atomic<bool>& isCancelled) {
+    const Descriptor source = openPiece(piece.path, O_RDONLY);
+    if (!source.isOpen())
+        return {false, failure(u"cannot read from partial file: %1"_s.arg(piece.path), errno)};
+    for (qint64 done = 0; done < piece.length;) {
+        if (isCancelled)
+            return {true, std::nullopt};
+        const ssize_t copied =
+            copySome(source, done, target, offset + done, std::min(chunkSize, piece.length - done));
+        if (copied < 0 && errno == EINTR)
+            continue;
+        if (copied == 0)
+            return {false, failure(u"cannot read from partial file: %1"_s.arg(piece.path), ESTALE)};
+        if (copied < 0)
+            return {false,
+                    failure(u"cannot append partial files to primary file: %1"_s.arg(piece.path),
+                            errno)};
+        done += copied;
+    }
+    return {};
+}
+
+}  // namespace
+
+AssemblyResult assembleFile(const std::vector<FilePiece>& pieces,
+                            const std::atomic<bool>& isCancelled) {
+    const FilePiece& first = pieces.front();
+    const auto cannotAppend = [&](int errorNumber) {
+        return AssemblyResult{
+            false, failure(u"cannot append partial files to primary file: %1"_s.arg(first.path),
+                           errorNumber)};
+    };
+    const Descriptor target = openPiece(first.path, O_WRONLY);
+    // What stands behind the first piece is a copy of what comes next, cut short.
+    if (!target.isOpen() || (pieces.size() > 1 && ftruncate(target.get(), first.length) != 0) ||
+        fdatasync(target.get()) != 0)
+        return cannotAppend(errno);
+    qint64 offset = first.length;
+    for (auto piece = pieces.begin() + 1; piece != pieces.end(); ++piece) {
+        AssemblyResult result = append(*piece, target, offset, isCancelled);
+        if (result.isCancelled || result.error)
+            return result;
+        if (fdatasync(target.get()) != 0)
+            return cannotAppend(errno);
+        if (unlink(QFile::encodeName(piece->path).constData()) != 0)
+            platform::log(u"cannot remove partial file: %1 (%2)"_s.arg(
+                piece->path, platform::posixError(errno).text));
+        offset += piece->length;
+    }
+    return {isCancelled, std::nullopt};
+}
+
+}  // namespace engine

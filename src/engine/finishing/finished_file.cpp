@@ -1,0 +1,65 @@
+#include "engine/finishing/finished_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <QFile>
+#include <QVariant>
+
+#include "engine/admission/download_manager.h"
+#include "engine/environment.h"
+#include "engine/record/download.h"
+#include "engine/record/download_dates.h"
+#include "engine/record/user_settings.h"
+#include "engine/settings.h"
+#include "links/paths/file_attributes.h"
+#include "links/paths/path_rules.h"
+#include "platform/base/log.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace engine {
+
+namespace {
+
+/// The setting's lowest value that counts gives the date to the file's creation alone, which no
+/// file system of Linux lets anybody set.
+void setModificationDate(const QString& path, const QDateTime& date) {
+    timespec times[2]{};
+    times[0].tv_nsec = UTIME_OMIT;
+    times[1].tv_sec = date.toSecsSinceEpoch();
+    if (utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, AT_SYMLINK_NOFOLLOW) != 0)
+        platform::log(u"cannot set modification date for <%1>"_s.arg(path));
+}
+
+}  // namespace
+
+FileOrigin originOf(const DQDownload& download) {
+    FileOrigin origin;
+    if (platform::standardDefaults().get(settings::lastModifiedHeaderAdoption) > 0)
+        origin.modificationDate = download.dates().lastModifiedOnServerDate();
+    const QString response = download.userSettings().string(keys::responseURL);
+    const QString original = download.userSettings().string(keys::originalURL);
+    if (!response.isEmpty())
+        origin.sources.append(response);
+    if (!original.isEmpty() && !links::isEqualToPath(original, response))
+        origin.sources.append(original);
+    return origin;
+}
+
+void writeOrigin(const FileOrigin& origin, const QString& path) {
+    if (origin.modificationDate)
+        setModificationDate(path, *origin.modificationDate);
+    links::setSourceURLStrings(path, origin.sources);
+}
+
+void openByRule(const DQDownload& download, const QString& path) {
+    const QVariantList rules = mainController().specialCases();
+    for (const QVariant& element : rules) {
+        const QVariantMap rule = element.toMap();
+        if (download.matchesSpecialCase(rule) &&
+            environment().openWithApplication(path, rule.value(u"Application"_s).toString()))
+            return;
+    }
+}
+
+}  // namespace engine

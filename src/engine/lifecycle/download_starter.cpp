@@ -1,0 +1,265 @@
+#include "engine/lifecycle/download_starter.h"
+
+#include <utility>
+
+#include "engine/acceleration/accelerator.h"
+#include "engine/admission/download_manager.h"
+#include "engine/environment.h"
+#include "engine/finishing/download_finisher.h"
+#include "engine/lifecycle/download_lifecycle.h"
+#include "engine/lifecycle/resume_plan.h"
+#include "engine/paths/download_paths.h"
+#include "engine/record/download.h"
+#include "engine/record/known_file.h"
+#include "engine/record/user_settings.h"
+#include "engine/workers/partial_file_marks.h"
+#include "links/paths/sandbox.h"
+#include "platform/base/log.h"
+#include "platform/files/files.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace engine {
+namespace {
+
+using Worker = Transfer::Worker;
+
+/// What a start does about the partial data that may be there.
+enum class PartialData { Absent, Present, VolumeAway };
+
+void discardData(DQDownload& download) {
+    download.paths().discardPartialData();
+    download.userSettings().remove(keys::accelerationWorkers);
+    forgetFile(download.userSettings());
+}
+
+PartialData lookForPartialData(DQDownload& download) {
+    if (!download.userSettings().contains(keys::responseURL))
+        return PartialData::Absent;
+    const QString path = download.paths().intermediateDownloadTargetPath(false, true);
+    if (!path.isEmpty() && platform::pathExists(path))
+        return PartialData::Present;
+    if (!path.isEmpty() && !platform::pathExists(platform::volumePath(path))) {
+        environment().prepareMissingVolumeAlert(download);
+        download.pause();
+        return PartialData::VolumeAway;
+    }
+    platform::log(u"intermediate download file vanished: %1"_s.arg(path));
+    discardData(download);
+    download.userSettings().remove(keys::responseURL);
+    return PartialData::Absent;
+}
+
+ResumePlan planForPartialData(DQDownload& download) {
+    UserSettings& settings = download.userSettings();
+    const QString path = download.paths().intermediateDownloadTargetPath(false, false);
+    dropUnsyncedTail(path);
+    for (const QString& fragment : fragmentPathsForIntermediateDownloadTargetPath(path))
+        dropUnsyncedTail(fragment);
+    const std::vector<StoredFraction> recorded =
+        fractionsFromArchive(settings.value(keys::accelerationWorkers), path);
+    if (!recorded.empty() && !settings.contains(keys::expectedBytes))
+        settings.set(keys::expectedBytes, recorded.back().end + 1);
+    return planResume(path, measurePartialFiles(path), recorded, knownFile(settings).length,
+                      isMarkedFinishing(path));
+}
+
+/// The address that answered last. Nothing: it cannot be asked again.
+std::optional<platform::Url> responseURL(const DQDownload& download) {
+    auto url = platform::Url::parse(download.userSettings().string(keys::responseURL));
+    const bool isUsable = url && !url->isEmpty() && url->isFile() == download.URL().isFile();
+    return isUsable ? url : std::nullopt;
+}
+
+platform::HTTPHeaders headersFromDictionary(const QVariantMap& dictionary) {
+    platform::HTTPHeaders headers;
+    for (auto field = dictionary.cbegin(); field != dictionary.cend(); ++field)
+        headers.set(field.key(), field.value().toString());
+    return headers;
+}
+
+void applyRequestSettings(const DQDownload& download, WorkerRequest& request) {
+    const UserSettings& settings = download.userSettings();
+    if (!settings.contains(keys::request)) {
+        request.referer = settings.string(keys::referer);
+        return;
+    }
+    const QVariantMap captured = settings.value(keys::request).toMap();
+    platform::debugLog(
+        [&] { return u"using request: %1"_s.arg(captured.value(keys::requestMethod).toString()); });
+    request.requestMethod = captured.value(keys::requestMethod).toString();
+    if (captured.contains(keys::requestAllHeaders))
+        request.requestHeaders =
+            headersFromDictionary(captured.value(keys::requestAllHeaders).toMap());
+    if (captured.contains(keys::requestPartialHeaders))
+        request.additionalRequestHeaders =
+            headersFromDictionary(captured.value(keys::requestPartialHeaders).toMap());
+    request.requestBody = captured.value(keys::requestBody).toByteArray();
+}
+
+Worker::Pointer makePrimaryWorker(DQDownload& download, const platform::Url& url,
+                                  const ResumePlan& plan) {
+    Worker::Pointer worker = Worker::downloadWorkerForURL(url);
+    if (!worker)
+        return nullptr;
+    worker->setDelegate(&download);
+    applyRequestSettings(download, worker->request());
+    if (plan.kind == ResumePlan::Kind::Nothing)
+        return worker;
+    worker->setTargetPath(download.paths().intermediateDownloadTargetPath(false, false));
+    worker->request().rangeValidator = knownFile(download.userSettings()).rangeValidator();
+    if (plan.kind == ResumePlan::Kind::Single) {
+        worker->setResumeByteOffset(plan.size);
+        return worker;
+    }
+    const qint64 end = plan.fractions.front().start;
+    worker->setEndByte(end - 1);
+    if (plan.primarySize < end)
+        worker->setResumeByteOffset(plan.primarySize);
+    else
+        worker->setFinishedBefore(end);
+    return worker;
+}
+
+void startWorkers(DQDownload& download, const platform::Url& url, const ResumePlan& plan) {
+    if (links::isSandboxed() &&
+        download.paths().intermediateDownloadTargetPath(true, true).isEmpty()) {
+        download.pause();
+        return;
+    }
+    const Worker::Pointer worker = makePrimaryWorker(download, url, plan);
+    if (!worker || (!worker->isDone() && !worker->start()))
+        return abortDownload(download);
+    Transfer& transfer = download.transfer();
+    transfer.startSpeedMeter();
+    transfer.addWorker(worker);
+    if (plan.kind == ResumePlan::Kind::Accelerated && !addResumedWorkers(download, plan))
+        return abortDownload(download);
+    mainController().updateDownload(download);
+}
+
+void adoptPage(DQDownload& download, const platform::Url& page,
+               const links::ExtractedLinks& found) {
+    if (!found.title.isEmpty())
+        download.userSettings().set(keys::downloadPageTitle, found.title);
+    if (found.urls.size() > 1) {
+        mainController().openURLs(found.urls, page.absoluteString());
+        download.remove();
+        return;
+    }
+    download.userSettings().set(keys::referer, page.absoluteString());
+    download.startDownloadWithURL(
+        found.urls.empty() ? std::nullopt : std::optional(found.urls.front()), true);
+}
+
+void readPage(DQDownload& download, const platform::Url& page) {
+    download.transfer().setIsGettingDownloadPageSource(true);
+    mainController().updateDownload(download);
+    environment().pageReader->URLsFromDownloadPageWithTitle(
+        page, [weak = download.weak_from_this(), page](const links::ExtractedLinks& found) {
+            const auto kept = weak.lock();
+            if (kept && !kept->isBeingRemoved())
+                adoptPage(*kept, page, found);
+        });
+}
+
+bool isDownloadPage(const DQDownload& download, const platform::Url& url) {
+    if (url == download.URL())
+        return download.isDownloadPageURL();
+    const auto& reader = environment().pageReader;
+    return reader && reader->isDownloadPageURL(url);
+}
+
+/// Whether a page's answer is still wanted.
+bool acceptExtractedURL(DQDownload& download, const std::optional<platform::Url>& url) {
+    const QString wanted = url ? url->absoluteString() : QString();
+    if (!download.transfer().isGettingDownloadPageSource()) {
+        platform::debugLog([&] {
+            return u"%1 is not interested in extracted download page URL: %2"_s.arg(
+                download.description(), wanted);
+        });
+        return false;
+    }
+    download.transfer().setIsGettingDownloadPageSource(false);
+    if (!url && !platform::isDebugLogEnabled())
+        platform::log(
+            u"%1 cannot extract download page URL (enable debug logging for details)"_s.arg(
+                download.description()));
+    return true;
+}
+
+void setDownloading(DQDownload& download) {
+    cancelArrangedResume(download);
+    download.setLastError(std::nullopt);
+    download.setStatus(DQDownloadStatusDownloading);
+    DQDownload::invalidateQueuedAndDownloadingDownloads();
+    if (!download.userSettings().contains(keys::originalURL))
+        download.userSettings().set(keys::originalURL, download.URLString());
+}
+
+/// Goes on with partial data, or gives it up. False: there was nothing to go on with.
+bool resume(DQDownload& download, const platform::Url& url) {
+    const ResumePlan plan = planForPartialData(download);
+    if (plan.kind == ResumePlan::Kind::Nothing) {
+        discardData(download);
+        return false;
+    }
+    const std::optional<platform::Url> answered = responseURL(download);
+    const bool fits = plan.kind != ResumePlan::Kind::Damaged;
+    platform::debugLog([&] {
+        return u"%1 attempting resume from most recent response URL: %2"_s.arg(
+            download.description(), (fits && answered ? *answered : url).absoluteString());
+    });
+    if (plan.kind == ResumePlan::Kind::Complete) {
+        download.finisher().finishPartialData(plan);
+        return true;
+    }
+    if (fits && answered) {
+        if (plan.kind == ResumePlan::Kind::Single)
+            download.userSettings().remove(keys::accelerationWorkers);
+        startWorkers(download, *answered, plan);
+        return true;
+    }
+    platform::debugLog([&] {
+        return u"%1 damaged acceleration fractions or invalid most recent response URL: %2"_s.arg(
+            download.description(), download.userSettings().string(keys::responseURL));
+    });
+    discardData(download);
+    startWorkers(download, url, {});
+    return true;
+}
+
+}  // namespace
+
+void startDownload(DQDownload& download, const std::optional<platform::Url>& url,
+                   bool extractedFromDownloadPage) {
+    if (matchesStatusMask(download.status(), finishedStatuses))
+        return;
+    if (extractedFromDownloadPage && !acceptExtractedURL(download, url))
+        return;
+    if (download.finisher().isBusy()) {
+        setDownloading(download);
+        download.finisher().startWhenIdle();
+        return;
+    }
+    const PartialData data = lookForPartialData(download);
+    if (data == PartialData::VolumeAway)
+        return;
+    if (download.transfer().hasWorkers()) {
+        platform::debugLog(
+            [&] { return u"%1 already has active workers"_s.arg(download.description()); });
+        return;
+    }
+    setDownloading(download);
+    const platform::Url start = url.value_or(download.URL());
+    if (start.isEmpty())
+        return abortDownload(download);
+    if (data == PartialData::Present && resume(download, start))
+        return;
+    if (!extractedFromDownloadPage && isDownloadPage(download, start))
+        readPage(download, start);
+    else
+        startWorkers(download, start, {});
+}
+
+}  // namespace engine

@@ -1,0 +1,175 @@
+#include "engine/lifecycle/response_handler.h"
+
+#include "engine/acceleration/accelerator.h"
+#include "engine/lifecycle/download_lifecycle.h"
+#include "engine/paths/download_paths.h"
+#include "engine/record/download.h"
+#include "engine/record/download_dates.h"
+#include "engine/record/download_identity.h"
+#include "engine/record/known_file.h"
+#include "engine/record/user_settings.h"
+#include "http/http_request.h"
+#include "links/format/byte_counts.h"
+#include "links/paths/path_rules.h"
+#include "links/repair/percent_escapes.h"
+#include "platform/base/log.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace engine {
+namespace {
+
+using Worker = Transfer::Worker;
+
+constexpr qint64 firstErrorCode = 400;
+
+bool isSuccess(qint64 statusCode) {
+    return statusCode < 0 || (statusCode >= 200 && statusCode <= 299);
+}
+
+/// The client is going to ask again, elsewhere or with credentials.
+bool isFollowedByAnother(const WorkerResponse& response) {
+    constexpr qint64 unauthorized = 401;
+    constexpr qint64 proxyAuthenticationRequired = 407;
+    const bool isRedirect = response.statusCode >= 300 && response.statusCode <= 399;
+    return response.statusCode == unauthorized ||
+           response.statusCode == proxyAuthenticationRequired ||
+           (isRedirect && response.headers && response.headers->contains(u"Location"_s));
+}
+
+void noteAnswer(DQDownload& download, const WorkerResponse& response) {
+    if (response.statusCode >= 0)
+        download.userSettings().set(keys::statusCode, response.statusCode);
+    if (!response.url.isEmpty())
+        download.userSettings().set(keys::responseURL, response.url.absoluteString());
+}
+
+void adoptLastModifiedDate(DQDownload& download, const WorkerResponse& response) {
+    if (const auto text =
+            response.headers ? response.headers->value(u"Last-Modified"_s) : std::nullopt)
+        download.dates().setLastModifiedOnServerDate(
+            http::HTTPRequest::dateFromRFC1123String(*text));
+}
+
+void goOnWithPart(DQDownload& download, const Worker& worker, const WorkerResponse& response) {
+    noteAnswer(download, response);
+    if (download.transfer().isFirst(worker)) {
+        rememberLengthFromPart(download.userSettings(), response);
+        // After a restart of the program nobody else remembers it.
+        if (!download.dates().lastModifiedOnServerDate())
+            adoptLastModifiedDate(download, response);
+        download.dates().invalidateDownloadDate(true);
+        platform::debugLog([&] {
+            return u"%1 resuming from %2 (worker: %3)"_s.arg(
+                download.description(),
+                links::fileSizeDescriptionWithBytesCount(
+                    static_cast<quint64>(worker.resumeByteOffset())),
+                worker.description());
+        });
+        return;
+    }
+    download.transfer().setHasJustAddedAccelerationWorkers();
+    platform::debugLog([&] {
+        return u"%1 starting acceleration worker %2 at offset %3"_s
+            .arg(download.description(), worker.description())
+            .arg(worker.fractionStartByte());
+    });
+}
+
+/// The whole file comes in place of the rest that was asked for: what is on disk may be another
+/// version of it, and nothing of it is kept.
+void giveUpPartialData(DQDownload& download, Worker& worker) {
+    Transfer& transfer = download.transfer();
+    transfer.dropWorkers(1);
+    download.userSettings().remove(keys::accelerationWorkers);
+    download.paths().discardPartialData();
+    transfer.resetProgress();
+    worker.becomeWholeTransfer();
+}
+
+/// One of several workers has been answered with an error.
+void waitForFreeConnection(DQDownload& download, Worker& worker, const WorkerResponse& response) {
+    if (parkRefusedWorker(download, worker))
+        return;
+    handleFailure(
+        download, worker,
+        makeWorkerError(WorkerErrorCode::WrongPart,
+                        u"%1 was refused its part with status %2"_s.arg(worker.description())
+                            .arg(response.statusCode)));
+}
+
+/// An acceleration worker gets bytes, but not those of its part. What the first one reads is not
+/// touched by that.
+void goOnWithoutAcceleration(DQDownload& download) {
+    const Worker& first = *download.transfer().workers().front();
+    if (first.endByte() > 0) {
+        // Other workers go on with what may be another version of the file.
+        startOverAfterFailedResume(download);
+        return;
+    }
+    const bool isFirstDone = first.isDone();
+    dropAcceleration(download);
+    if (isFirstDone)
+        goOnAlone(download);
+}
+
+void adoptSuggestedName(DQDownload& download, const QString& suggestedFilename) {
+    if (suggestedFilename.isEmpty())
+        return;
+    const QString name =
+        links::stringByReplacingPlusAndPercentEscapesIfNecessary(suggestedFilename);
+    if (!links::isEqualToPath(name, download.name()))
+        download.setName(name);
+}
+
+void handleWholeAnswer(DQDownload& download, Worker& worker, const WorkerResponse& response) {
+    if (isUnaskedPart(response)) {
+        handleFailure(download, worker,
+                      makeWorkerError(WorkerErrorCode::WrongPart,
+                                      u"%1 received a part without having asked for one"_s.arg(
+                                          worker.description())));
+        return;
+    }
+    noteAnswer(download, response);
+    if (isSuccess(response.statusCode))
+        rememberFile(download.userSettings(), response, worker.expectedBytes());
+    download.userSettings().remove(keys::accelerationWorkers);
+    adoptLastModifiedDate(download, response);
+    download.dates().invalidateDownloadDate(true);
+    adoptSuggestedName(download, response.suggestedFilename);
+    accelerateIfPossible(download, worker.shared_from_this(), response);
+}
+
+}  // namespace
+
+void handleResponse(DQDownload& download, Worker& worker, const WorkerResponse& response) {
+    platform::debugLog([&] {
+        return u"%1 got a %2 from <%3> (worker: %4)"_s.arg(download.description())
+            .arg(response.statusCode)
+            .arg(response.url.absoluteString(), worker.description());
+    });
+    if (!worker.hasRange()) {
+        handleWholeAnswer(download, worker, response);
+        return;
+    }
+    if (isFollowedByAnother(response))
+        return;
+    const bool isFirst = download.transfer().isFirst(worker);
+    const bool isOneOfSeveral = download.transfer().workers().size() >= 2;
+    const RangeAnswer answer =
+        judgeRangeAnswer(worker, response, knownFile(download.userSettings()));
+    if (answer == RangeAnswer::Honoured) {
+        goOnWithPart(download, worker, response);
+    } else if (isOneOfSeveral && response.statusCode >= firstErrorCode) {
+        waitForFreeConnection(download, worker, response);
+    } else if (!isFirst) {
+        goOnWithoutAcceleration(download);
+    } else if (answer == RangeAnswer::Contradicted) {
+        startOverAfterFailedResume(download);
+    } else {
+        giveUpPartialData(download, worker);
+        handleWholeAnswer(download, worker, response);
+    }
+}
+
+}  // namespace engine

@@ -1,0 +1,40 @@
+#include "engine/paths/support_folder.h"
+
+#include <QDir>
+#include <QFile>
+
+#include "engine/environment.h"
+#include "links/paths/folders.h"
+#include "links/paths/path_components.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace engine {
+namespace {
+
+QString pathInSupportFolder(const QString& name) {
+    const QString folder = environment().applicationSupportPath();
+    return folder.isEmpty() ? QString() : links::stringByAppendingPathComponent(folder, name);
+}
+
+}  // namespace
+
+QString queueArchivePath() {
+    return pathInSupportFolder(u"Queue.plist"_s);
+}
+
+QString intermediateDownloadBasePath() {
+    const QString folder = pathInSupportFolder(u"Downloads"_s);
+    return !folder.isEmpty() && links::checkFolderPathAndCreateIfNecessary(folder)
+               ? folder
+               : QDir::tempPath();
+}
+
+void removeIntermediateFiles() {
+    if (const QString folder = pathInSupportFolder(u"Downloads"_s); !folder.isEmpty())
+        QDir(folder).removeRecursively();
+    if (const QString queue = queueArchivePath(); !queue.isEmpty())
+        QFile::remove(queue);
+}
+
+}  // namespace engine

@@ -1,0 +1,211 @@
+#include "engine/record/download_identity.h"
+
+#include <QStringList>
+#include <algorithm>
+#include <utility>
+
+#include "engine/environment.h"
+#include "engine/record/user_settings.h"
+#include "engine/settings.h"
+#include "links/names/anonymized_names.h"
+#include "links/names/file_names.h"
+#include "links/names/safe_file_name.h"
+#include "links/names/sort_keys.h"
+#include "links/paths/folders.h"
+#include "links/paths/path_components.h"
+#include "links/paths/path_rules.h"
+#include "links/text/localization.h"
+#include "platform/files/files.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace engine {
+namespace {
+
+platform::UserDefaults& defaults() {
+    return platform::standardDefaults();
+}
+
+/// For names without an extension, so that they get the icon of a plain file.
+const QString pseudoExtension = u"com.tarnworks.imaginaryfiletype"_s;
+
+QString hostForLimits(const QString& host) {
+    constexpr qsizetype countedLabels = 2;
+    const auto isNumeric = [](QChar unit) {
+        return unit == u'.' || (unit >= u'0' && unit <= u'9');
+    };
+    const QStringList labels = host.split(u'.');
+    if (labels.size() <= countedLabels || std::all_of(host.cbegin(), host.cend(), isNumeric))
+        return host;
+    return labels.last(countedLabels).join(u'.');
+}
+
+/// A text that is nothing but the prefix keeps it.
+QString withoutPrefix(const QString& text, QStringView prefix) {
+    return text.size() > prefix.size() && text.startsWith(prefix) ? text.sliced(prefix.size())
+                                                                  : text;
+}
+
+/// Marks a computed text as known even if it is empty.
+QString known(const QString& text) {
+    return text.isNull() ? u""_s : text;
+}
+
+}  // namespace
+
+DownloadIdentity::DownloadIdentity(platform::Url url, UserSettings& settings)
+    : settings_(settings), _url(std::move(url)) {}
+
+QString DownloadIdentity::originalURLString() const {
+    const QString original = settings_.string(keys::originalURL);
+    return original.isEmpty() ? _url.absoluteString() : original;
+}
+
+void DownloadIdentity::setURL(const platform::Url& url) {
+    _url = url;
+    isDownloadPage_.reset();
+    _queueRelevantHost = QString();
+    _locationKey = QString();
+    invalidateIconAndNameCache();
+}
+
+void DownloadIdentity::invalidateIconAndNameCache() {
+    _cachedName = QString();
+    _anonymizedName = QString();
+    _sortName = QString();
+    _icon = QString();
+}
+
+bool DownloadIdentity::isDownloadPageURL() {
+    if (!isDownloadPage_) {
+        const auto& reader = environment().pageReader;
+        isDownloadPage_ = reader && reader->isDownloadPageURL(_url);
+    }
+    return *isDownloadPage_;
+}
+
+const QString& DownloadIdentity::queueRelevantHost() {
+    if (_queueRelevantHost.isNull())
+        _queueRelevantHost = known(hostForLimits(_url.host().toLower()));
+    return _queueRelevantHost;
+}
+
+void DownloadIdentity::setName(const QString& name) {
+    if (name.isEmpty()) {
+        settings_.remove(keys::name);
+    } else {
+        const QString single =
+            name.endsWith(u".zip.001.zip"_s) ? links::stringByDeletingPathExtension(name) : name;
+        settings_.set(keys::name, links::filenameByRemovingURLParameters(single));
+    }
+    invalidateIconAndNameCache();
+}
+
+/// The name that a page's rule gives in place of `name`. Empty: none does.
+QString DownloadIdentity::preservedName(const QString& name) const {
+    const auto& reader = environment().pageReader;
+    const auto pattern = reader ? reader->preservedNamePattern(_url) : std::nullopt;
+    if (!pattern)
+        return {};
+    const QString preserved = links::filenameWithPreservedNamePattern(
+        _url, *pattern, settings_.string(keys::downloadPageTitle));
+    const QString extension = links::pathExtension(name);
+    if (extension.isEmpty())
+        return preserved;
+    constexpr qsizetype longestReplacedExtension = 4;
+    const qsizetype length = links::pathExtension(preserved).size();
+    const QString base = length >= 1 && length <= longestReplacedExtension
+                             ? links::stringByDeletingPathExtension(preserved)
+                             : preserved;
+    return links::stringByAppendingPathExtension(base, extension);
+}
+
+QString DownloadIdentity::name() {
+    if (!_cachedName.isNull())
+        return _cachedName;
+    QString result = settings_.string(keys::name);
+    if (!result.isEmpty()) {
+        if (const QString preserved = preservedName(result); !preserved.isEmpty()) {
+            result = preserved;
+            settings_.set(keys::name, result);
+        }
+    } else {
+        result = links::lastPathComponent(path());
+        if (result.isEmpty())
+            result = links::filename(_url);
+    }
+    _cachedName = known(result);
+    return _cachedName;
+}
+
+QString DownloadIdentity::displayName() {
+    if (defaults().get(settings::privateDownloading))
+        return anonymizedName();
+    return defaults().get(settings::displayLocationsAsNames) ? locationKey() : name();
+}
+
+QString DownloadIdentity::anonymizedName() {
+    if (_anonymizedName.isNull()) {
+        const QString hidden = links::anonymizedStringPreservingExtension(
+            name(), defaults().get(settings::privateDownloadingPreservesExtensions), true);
+        _anonymizedName = known(defaults().get(settings::privateDownloadingAddsGenericPrefix)
+                                    ? links::filledFormat(links::localized("File \"%@\""), {hidden})
+                                    : hidden);
+    }
+    return _anonymizedName;
+}
+
+QString DownloadIdentity::sortName() {
+    if (_sortName.isNull())
+        _sortName = known(links::sortString(name()));
+    return _sortName;
+}
+
+QString DownloadIdentity::locationKey() {
+    if (_locationKey.isNull()) {
+        const QString location = platform::abbreviateWithTilde(path());
+        _locationKey =
+            known(location.isEmpty()
+                      ? withoutPrefix(withoutPrefix(_url.absoluteString(), u"http://"), u"www.")
+                      : location);
+    }
+    return _locationKey;
+}
+
+std::optional<QString> DownloadIdentity::icon() {
+    if (defaults().get(settings::privateDownloading) &&
+        !defaults().get(settings::privateDownloadingPreservesExtensions))
+        return std::nullopt;
+    if (_icon.isNull()) {
+        const QString extension = links::pathExtension(links::cleanFilename(name()));
+        _icon = extension.isEmpty() ? pseudoExtension : extension;
+    }
+    return _icon;
+}
+
+QString DownloadIdentity::pathByCheckingExistence(bool check) {
+    const QString former = _url.isFile() ? _url.filePath() : QString();
+    if (former.isEmpty())
+        return {};
+    if (platform::pathExists(former))
+        return former;
+    return settings_.contains(keys::alias) ? movedPath(former, check)
+                                           : (check ? QString() : former);
+}
+
+/// Where the bookmark leads now that nothing is at the former path.
+QString DownloadIdentity::movedPath(const QString& formerPath, bool check) {
+    const QString moved = platform::resolveFileBookmark(settings_.value(keys::alias).toByteArray());
+    if (!moved.isEmpty() && !links::isEqualToPath(moved, formerPath) &&
+        platform::pathExists(moved)) {
+        setURL(platform::Url::fromFilePath(moved));
+        return moved;
+    }
+    if (!check)
+        return formerPath;
+    if (platform::pathExists(platform::volumePath(formerPath)))
+        settings_.remove(keys::alias);
+    return {};
+}
+
+}  // namespace engine

@@ -1,0 +1,64 @@
+#include "engine/record/user_settings.h"
+
+#include <QStringList>
+
+namespace engine {
+namespace {
+
+/// All that an archive holds of the settings; "Status Code" is added apart from them.
+const QStringList& keptKeys() {
+    static const QStringList list{keys::accelerationFailed,
+                                  keys::accelerationWorkers,
+                                  keys::alias,
+                                  keys::date,
+                                  keys::done,
+                                  keys::downloadFile,
+                                  keys::downloadFolder,
+                                  keys::name,
+                                  keys::rangesDisabled,
+                                  keys::referer,
+                                  keys::request,
+                                  keys::responseURL,
+                                  keys::expectedBytes,
+                                  keys::entityTag,
+                                  keys::lastModified};
+    return list;
+}
+
+}  // namespace
+
+void UserSettings::set(const QString& key, const QVariant& newValue) {
+    if (newValue.isValid())
+        values_.insert(key, newValue);
+    else
+        values_.remove(key);
+    didChange();
+}
+
+void UserSettings::remove(const QString& key) {
+    values_.remove(key);
+    didChange();
+}
+
+void UserSettings::didChange() {
+    static quint64 lastRevision = 0;
+    revision_ = ++lastRevision;
+}
+
+QVariantMap UserSettings::archive(const QString& urlString, bool paused) const {
+    QVariantMap result{{keys::url, urlString}, {keys::paused, paused}};
+    for (const QString& key : keptKeys()) {
+        if (const auto found = values_.constFind(key); found != values_.cend())
+            result.insert(key, *found);
+    }
+    return result;
+}
+
+void UserSettings::restore(const QVariantMap& archive) {
+    for (const QString& key : keptKeys() + QStringList{keys::statusCode}) {
+        if (const auto found = archive.constFind(key); found != archive.cend())
+            set(key, *found);
+    }
+}
+
+}  // namespace engine

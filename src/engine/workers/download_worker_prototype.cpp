@@ -1,0 +1,161 @@
+#include "engine/workers/download_worker_prototype.h"
+
+#include <QStringList>
+
+#include "engine/record/extension_policy.h"
+#include "engine/settings.h"
+#include "engine/workers/download_worker.h"
+#include "engine/workers/http_request_download_worker.h"
+#include "platform/base/log.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace engine {
+namespace {
+
+constexpr qint64 defaultTimeOut = 60;
+
+QString headersForLog(const std::optional<platform::HTTPHeaders>& headers) {
+    QStringList lines;
+    if (headers) {
+        for (const auto& [name, value] : headers->fields())
+            lines.append(name + u": "_s + value);
+    }
+    return lines.join(u"; "_s);
+}
+
+}  // namespace
+
+platform::Error makeWorkerError(WorkerErrorCode code, const QString& text,
+                                const platform::Error* underlying) {
+    return {workerErrorDomain, static_cast<int>(code), text,
+            underlying ? std::make_shared<const platform::Error>(*underlying) : nullptr};
+}
+
+/// Only the second kind reads files of this machine, and only the first kind reads anything else.
+DQDownloadWorkerPrototype::Pointer DQDownloadWorkerPrototype::downloadWorkerForURL(
+    const platform::Url& url) {
+    if (url.isEmpty())
+        return nullptr;
+    Pointer worker = url.isFile() ? DQDownloadWorker::make() : DQHTTPRequestDownloadWorker::make();
+    worker->request_.url = url;
+    return worker;
+}
+
+DQDownloadWorkerPrototype::Pointer DQDownloadWorkerPrototype::downloadWorkerWithDownloadWorker(
+    const Pointer& worker) {
+    if (!worker)
+        return nullptr;
+    Pointer another = worker->makeAnother();
+    another->_delegate = worker->_delegate;
+    another->request_ = worker->request_;
+    another->_targetPath = worker->_targetPath;
+    return another;
+}
+
+qint64 DQDownloadWorkerPrototype::extensionPolicy() {
+    return platform::standardDefaults().get(settings::filenameExtensionPolicy);
+}
+
+void DQDownloadWorkerPrototype::setExtensionPolicy(qint64 policy) {
+    platform::standardDefaults().set(settings::filenameExtensionPolicy, policy);
+}
+
+QString DQDownloadWorkerPrototype::description() const {
+    return u"<%1: %2>"_s
+        .arg(resumesInSeparateFile() ? u"DQDownloadWorker"_s : u"DQHTTPRequestDownloadWorker"_s)
+        .arg(reinterpret_cast<quintptr>(this), 0, 16);
+}
+
+QString DQDownloadWorkerPrototype::targetPathByFallingBackToDelegate() {
+    if (_targetPath.isEmpty() && _delegate)
+        _targetPath = _delegate->targetPathForDownloadWorker(*this);
+    return _targetPath;
+}
+
+void DQDownloadWorkerPrototype::setFinishedBefore(qint64 downloadedBytes) {
+    _downloadedBytes = downloadedBytes;
+    _status = DQDownloadWorkerStatusFinished;
+}
+
+QString DQDownloadWorkerPrototype::rangeHeader() const {
+    const qint64 start = _fractionStartByte + _resumeByteOffset;
+    if (_endByte >= 1)
+        return u"bytes=%1-%2"_s.arg(start).arg(_endByte);
+    return start >= 1 ? u"bytes=%1-"_s.arg(start) : QString();
+}
+
+bool DQDownloadWorkerPrototype::start() {
+    const qint64 timeOut = platform::standardDefaults().get(settings::requestTimeoutInterval);
+    const bool isStarted =
+        !request_.url.isEmpty() &&
+        startWithRequest(request_, rangeHeader(),
+                         static_cast<platform::Seconds>(timeOut < 1 ? defaultTimeOut : timeOut));
+    _status = isStarted ? DQDownloadWorkerStatusRunning : DQDownloadWorkerStatusFailed;
+    return isStarted;
+}
+
+bool DQDownloadWorkerPrototype::truncateAtOffset(qint64 offset) {
+    _downloadedBytes = offset - _resumeByteOffset;
+    _status = DQDownloadWorkerStatusTruncated;
+    finish();
+    return true;
+}
+
+void DQDownloadWorkerPrototype::becomeWholeTransfer() {
+    _fractionStartByte = _resumeByteOffset = _endByte = 0;
+    _targetPath.clear();
+    forgetTarget();
+}
+
+void DQDownloadWorkerPrototype::processResponse(const WorkerResponse& response,
+                                                qint64 expectedContentLength) {
+    platform::debugLog([&] {
+        return u"<%1>\n- status code: %2\n- response headers: %3"_s
+            .arg(response.url.absoluteString())
+            .arg(response.statusCode)
+            .arg(headersForLog(response.headers));
+    });
+    _expectedBytes = expectedContentLength;
+    WorkerResponse named = response;
+    if (response.headers) {
+        named.suggestedFilename = filenameWithExtensionPolicy(
+            response.suggestedFilename,
+            response.headers->value(u"Content-Type"_s).value_or(QString()), extensionPolicy());
+    }
+    if (_delegate)
+        _delegate->downloadWorkerDidReceiveResponse(*this, named);
+}
+
+void DQDownloadWorkerPrototype::processDownloadedBytes(qint64 count) {
+    _downloadedBytes += count;
+    if (_delegate)
+        _delegate->downloadWorkerDidReceiveBytes(*this, count);
+}
+
+void DQDownloadWorkerPrototype::failWithError(const platform::Error& error) {
+    _status = DQDownloadWorkerStatusFailed;
+    if (_delegate)
+        _delegate->downloadWorkerDidFail(*this, error);
+}
+
+void DQDownloadWorkerPrototype::finish() {
+    if (_status != DQDownloadWorkerStatusTruncated)
+        _status = DQDownloadWorkerStatusFinished;
+    if (_delegate)
+        _delegate->downloadWorkerDidFinish(*this);
+}
+
+/// One of several parts keeps its range and its file: no byte of it has come, and it must not
+/// begin to write where another part is written.
+void DQDownloadWorkerPrototype::reset() {
+    _expectedBytes = _downloadedBytes = 0;
+    if (_endByte == 0) {
+        _fractionStartByte = _resumeByteOffset = 0;
+        _targetPath.clear();
+    }
+    if (_delegate)
+        _delegate->resetProgressForDownloadWorker(*this);
+}
+
+}  // namespace engine

@@ -1,0 +1,20 @@
+#include "engine/workers/http_client_setup.h"
+
+#include "engine/admission/throttle.h"
+#include "engine/settings.h"
+#include "http/http_request.h"
+
+namespace engine {
+
+void configureHTTPClient() {
+    constexpr qint64 defaultOperations = 64;
+    const qint64 operations =
+        platform::standardDefaults().get(settings::maximumConcurrentOperations);
+    http::HTTPRequest::sharedQueue().setMaxConcurrentOperationCount(
+        static_cast<int>(operations < 1 ? defaultOperations : operations));
+    // Workers name the program themselves, unless the user wants no name to be sent.
+    http::HTTPRequest::setDefaultUserAgentString({});
+    Throttle::apply();
+}
+
+}  // namespace engine

@@ -1,0 +1,248 @@
+#include "engine/workers/http_request_download_worker.h"
+
+#include "engine/environment.h"
+#include "engine/workers/http_client_setup.h"
+#include "engine/workers/user_agent.h"
+#include "http/http_request.h"
+#include "links/names/content_disposition.h"
+#include "links/names/file_names.h"
+#include "platform/base/log.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace engine {
+namespace {
+
+/// Neither read from the cache nor write to it.
+constexpr std::uint32_t cachePolicy = 3;
+
+/// The body is stored as it comes, and in the part that we ask for: what a browser's captured
+/// request says about these two would be answered by bytes that are not the file.
+void removeForeignNegotiation(platform::HTTPHeaders& headers) {
+    for (const QString& name : {u"Accept-Encoding"_s, u"Range"_s, u"If-Range"_s})
+        headers.remove(name);
+}
+
+platform::HTTPHeaders headersFor(const WorkerRequest& request) {
+    platform::HTTPHeaders headers;
+    const auto& given =
+        request.requestHeaders ? request.requestHeaders : request.additionalRequestHeaders;
+    if (given)
+        headers = *given;
+    removeForeignNegotiation(headers);
+    if (!headers.contains(u"User-Agent"_s)) {
+        const auto agent = userAgentForURL(request.url);
+        platform::debugLog([&] { return u"user agent: %1"_s.arg(agent.value_or(u"-"_s)); });
+        if (agent)
+            headers.set(u"User-Agent"_s, *agent);
+    }
+    if (!request.referer.isEmpty())
+        headers.set(u"Referer"_s, request.referer);
+    return headers;
+}
+
+void setRange(platform::HTTPHeaders& headers, const QString& range, const QString& validator) {
+    if (range.isEmpty())
+        return;
+    headers.set(u"Range"_s, range);
+    if (!validator.isEmpty())
+        headers.set(u"If-Range"_s, validator);
+}
+
+bool isChallenge(int statusCode) {
+    return statusCode == 401 || statusCode == 407;
+}
+
+/// With a transfer coding, "Content-Length" does not count (RFC 9112, 6.3). 0: unknown.
+qint64 announcedLength(const platform::HTTPHeaders& headers) {
+    if (headers.contains(u"Transfer-Encoding"_s))
+        return 0;
+    return headers.value(u"Content-Length"_s).value_or(QString()).toLongLong();
+}
+
+}  // namespace
+
+DQDownloadWorkerPrototype::Pointer DQHTTPRequestDownloadWorker::make() {
+    return Pointer(new DQHTTPRequestDownloadWorker);
+}
+
+DQHTTPRequestDownloadWorker::~DQHTTPRequestDownloadWorker() {
+    cleanUpActiveRequest(true);
+}
+
+http::HTTPRequestDelegate::Capabilities DQHTTPRequestDownloadWorker::capabilities() const {
+    return {true, true, true, true};
+}
+
+bool DQHTTPRequestDownloadWorker::startWithRequest(const WorkerRequest& request,
+                                                   const QString& range,
+                                                   platform::Seconds timeOut) {
+    if (_downloadRequest)
+        return false;
+    static const bool isConfigured = (configureHTTPClient(), true);
+    static_cast<void>(isConfigured);
+    _downloadRequest = http::HTTPRequest::requestWithURL(request.url);
+    _downloadRequest->setDelegate(this);
+    _downloadRequest->setUseKeychainPersistence(true);
+    _downloadRequest->setUseSessionPersistence(true);
+    _downloadRequest->setAllowCompressedResponse(false);
+    _downloadRequest->setTimeOutSeconds(timeOut);
+    _downloadRequest->setCachePolicy(cachePolicy);
+    if (!request.requestMethod.isEmpty())
+        _downloadRequest->setRequestMethod(request.requestMethod);
+    if (!request.requestBody.isEmpty())
+        _downloadRequest->setPostBody(request.requestBody);
+    platform::HTTPHeaders headers = headersFor(request);
+    setRange(headers, range, request.rangeValidator);
+    _downloadRequest->setRequestHeaders(std::move(headers));
+    _downloadRequest->startAsynchronous();
+    return true;
+}
+
+void DQHTTPRequestDownloadWorker::requestDidReceiveResponseHeaders(
+    http::HTTPRequest& request, const platform::HTTPHeaders& headers) {
+    const auto keep = shared_from_this();
+    statusCode_ = request.responseStatusCode();
+    if (!isChallenge(statusCode_))
+        environment().cancelAuthentication(request);
+    // Whatever sent the request again: what has been written belongs to another answer.
+    if (downloadedBytes() > 0)
+        return stopWithError(makeWorkerError(
+            WorkerErrorCode::WrongPart,
+            u"%1 was answered again in the middle of an answer"_s.arg(description())));
+    WorkerResponse response;
+    response.headers = headers;
+    response.url = request.url();
+    response.statusCode = statusCode_;
+    response.suggestedFilename = links::filenameFromContentDisposition(
+        headers.value(u"Content-Disposition"_s).value_or(QString()));
+    if (response.suggestedFilename.isEmpty())
+        response.suggestedFilename = links::filename(response.url);
+    processResponse(response, announcedLength(headers));
+}
+
+void DQHTTPRequestDownloadWorker::requestWillRedirectToURL(http::HTTPRequest& request,
+                                                           const platform::Url& url) {
+    const auto keep = shared_from_this();
+    reset();
+    if (!_downloadRequest)
+        return;
+    // Most redirects lose these headers and some keep them, whether there still is a range or not.
+    platform::HTTPHeaders headers = request.requestHeaders();
+    headers.remove(u"Range"_s);
+    headers.remove(u"If-Range"_s);
+    setRange(headers, rangeHeader(), this->request().rangeValidator);
+    request.setRequestHeaders(std::move(headers));
+    request.redirectToURL(url);
+}
+
+bool DQHTTPRequestDownloadWorker::isStoringAnswer() const {
+    return statusCode_ >= 200 && statusCode_ <= 299;
+}
+
+std::optional<platform::Error> DQHTTPRequestDownloadWorker::openTarget() {
+    const QString path = targetPathByFallingBackToDelegate();
+    if (path.isEmpty())
+        return makeWorkerError(WorkerErrorCode::MissingTargetPath,
+                               u"%1 missing target path"_s.arg(description()));
+    if (const auto error = _downloadFile.open(path, resumeByteOffset()))
+        return makeWorkerError(WorkerErrorCode::CannotWrite,
+                               u"%1 cannot write to intermediate file"_s.arg(description()),
+                               &*error);
+    return std::nullopt;
+}
+
+bool DQHTTPRequestDownloadWorker::claimTargetPath() {
+    return _downloadFile.isOpen() || !openTarget();
+}
+
+void DQHTTPRequestDownloadWorker::requestDidReceiveData(http::HTTPRequest&,
+                                                        const QByteArray& data) {
+    if (!isStoringAnswer() || status() != DQDownloadWorkerStatusRunning)
+        return;
+    const auto keep = shared_from_this();
+    if (!_downloadFile.isOpen()) {
+        if (const auto error = openTarget())
+            return stopWithError(*error);
+    }
+    const qint64 position = fractionStartByte() + resumeByteOffset() + downloadedBytes();
+    if (endByte() > 0 && position + data.size() > endByte() + 1)
+        return stopWithError(
+            makeWorkerError(WorkerErrorCode::WrongLength,
+                            u"%1 received more than it asked for"_s.arg(description())));
+    if (const auto error = _downloadFile.write(data))
+        return stopWithError(
+            makeWorkerError(WorkerErrorCode::CannotWrite,
+                            u"%1 cannot write to intermediate file"_s.arg(description()), &*error));
+    processDownloadedBytes(data.size());
+}
+
+void DQHTTPRequestDownloadWorker::requestFinished(http::HTTPRequest&) {
+    const auto keep = shared_from_this();
+    cleanUpActiveRequest(false);
+    if (isStoringAnswer() && expectedBytes() > 0 && downloadedBytes() != expectedBytes())
+        return failWithError(makeWorkerError(
+            WorkerErrorCode::WrongLength,
+            u"%1 received %2 bytes in place of the announced %3"_s.arg(description())
+                .arg(downloadedBytes())
+                .arg(expectedBytes())));
+    // What is on disk from before must not pass for the file.
+    if (!isStoringAnswer() && hasRange())
+        return failWithError(makeWorkerError(WorkerErrorCode::WrongPart,
+                                             u"%1 was not given its part"_s.arg(description())));
+    finish();
+}
+
+void DQHTTPRequestDownloadWorker::requestFailed(http::HTTPRequest& request) {
+    const auto keep = shared_from_this();
+    const platform::Error error = request.error().value_or(platform::Error{});
+    cleanUpActiveRequest(false);
+    failWithError(error);
+}
+
+void DQHTTPRequestDownloadWorker::authenticationNeededForRequest(http::HTTPRequest& request) {
+    acquireAuthentication(request);
+}
+
+void DQHTTPRequestDownloadWorker::proxyAuthenticationNeededForRequest(http::HTTPRequest& request) {
+    acquireAuthentication(request);
+}
+
+/// The request is sent again as it is: one that asked for a part will be answered by that part, so
+/// that what is on disk must stay for it to go on from.
+void DQHTTPRequestDownloadWorker::acquireAuthentication(http::HTTPRequest& request) {
+    const auto keep = shared_from_this();
+    if (!hasRange())
+        reset();
+    if (_downloadRequest)
+        environment().acquireAuthentication(request);
+}
+
+void DQHTTPRequestDownloadWorker::reset() {
+    _downloadFile.close();
+    DQDownloadWorkerPrototype::reset();
+}
+
+bool DQHTTPRequestDownloadWorker::truncateAtOffset(qint64 offset) {
+    if (!_downloadFile.isOpen() || !_downloadFile.truncate(offset))
+        return false;
+    const auto keep = shared_from_this();
+    cleanUpActiveRequest(true);
+    return DQDownloadWorkerPrototype::truncateAtOffset(offset);
+}
+
+void DQHTTPRequestDownloadWorker::stopWithError(const platform::Error& error) {
+    cleanUpActiveRequest(true);
+    failWithError(error);
+}
+
+void DQHTTPRequestDownloadWorker::cleanUpActiveRequest(bool mayBeLive) {
+    if (_downloadRequest)
+        environment().cancelAuthentication(*_downloadRequest);
+    if (_downloadRequest && mayBeLive)
+        _downloadRequest->clearDelegatesAndCancel();
+    _downloadRequest.reset();
+    _downloadFile.close();
+}
+
+}  // namespace engine

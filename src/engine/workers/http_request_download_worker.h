@@ -1,0 +1,57 @@
+#pragma once
+
+#include <memory>
+
+#include "engine/workers/download_worker_prototype.h"
+#include "engine/workers/partial_file.h"
+#include "http/http_request_delegate.h"
+
+namespace http {
+class HTTPRequest;
+}
+
+namespace engine {
+
+/// The worker for addresses of the web. A resumed part is appended to its file.
+class DQHTTPRequestDownloadWorker final : public DQDownloadWorkerPrototype,
+                                          private http::HTTPRequestDelegate {
+public:
+    [[nodiscard]] static Pointer make();
+    ~DQHTTPRequestDownloadWorker() override;
+
+    [[nodiscard]] bool resumesInSeparateFile() const override { return false; }
+    [[nodiscard]] bool truncateAtOffset(qint64 offset) override;
+    [[nodiscard]] bool claimTargetPath() override;
+
+protected:
+    [[nodiscard]] Pointer makeAnother() const override { return make(); }
+    [[nodiscard]] bool startWithRequest(const WorkerRequest& request, const QString& range,
+                                        platform::Seconds timeOut) override;
+    void forgetTarget() override { _downloadFile.close(); }
+    void reset() override;
+
+private:
+    DQHTTPRequestDownloadWorker() = default;
+
+    [[nodiscard]] Capabilities capabilities() const override;
+    void requestDidReceiveResponseHeaders(http::HTTPRequest& request,
+                                          const platform::HTTPHeaders& headers) override;
+    void requestWillRedirectToURL(http::HTTPRequest& request, const platform::Url& url) override;
+    void requestDidReceiveData(http::HTTPRequest& request, const QByteArray& data) override;
+    void requestFinished(http::HTTPRequest& request) override;
+    void requestFailed(http::HTTPRequest& request) override;
+    void authenticationNeededForRequest(http::HTTPRequest& request) override;
+    void proxyAuthenticationNeededForRequest(http::HTTPRequest& request) override;
+
+    [[nodiscard]] std::optional<platform::Error> openTarget();
+    void acquireAuthentication(http::HTTPRequest& request);
+    [[nodiscard]] bool isStoringAnswer() const;
+    void cleanUpActiveRequest(bool mayBeLive);
+    void stopWithError(const platform::Error& error);
+
+    std::shared_ptr<http::HTTPRequest> _downloadRequest;
+    PartialFile _downloadFile;
+    int statusCode_ = 0;
+};
+
+}  // namespace engine

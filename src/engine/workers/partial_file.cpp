@@ -1,0 +1,132 @@
+#include "engine/workers/partial_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <QFile>
+
+#include <algorithm>
+#include <cerrno>
+
+#include "engine/background.h"
+#include "engine/now.h"
+#include "engine/workers/partial_file_marks.h"
+
+namespace engine {
+namespace {
+
+constexpr qint64 syncInterval = qint64{32} << 20;
+/// A fast transfer would otherwise make the file system write its journal thirty times a second.
+constexpr platform::Seconds leastTimeBetweenSyncs = 1;
+constexpr qint64 syncAtClosing = qint64{1} << 20;
+constexpr mode_t newFileMode = 0666;
+
+/// The size of a regular file that only this one name leads to. Nothing: errno says why.
+std::optional<qint64> plainFileSize(const platform::Descriptor& file) {
+    struct stat status {};
+    if (fstat(file.get(), &status) != 0)
+        return std::nullopt;
+    if (!S_ISREG(status.st_mode)) {
+        errno = ENOTSUP;
+        return std::nullopt;
+    }
+    return status.st_size;
+}
+
+}  // namespace
+
+PartialFile::~PartialFile() {
+    close();
+}
+
+std::optional<platform::Error> PartialFile::open(const QString& path, qint64 offset) {
+    const QByteArray name = QFile::encodeName(path);
+    constexpr int flags = O_WRONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK;
+    platform::Descriptor file(::open(name.constData(), flags | O_CREAT | O_EXCL, newFileMode));
+    const bool isNew = file.isOpen();
+    if (!isNew && errno == EEXIST)
+        file = platform::Descriptor(::open(name.constData(), flags));
+    if (!file.isOpen())
+        return platform::posixError(errno);
+    const std::optional<qint64> size = plainFileSize(file);
+    if (!size)
+        return platform::posixError(errno);
+    if (*size != offset) {
+        if (isNew)
+            unlink(name.constData());
+        // Somebody else has written to it, or it is another file by now.
+        return platform::posixError(ESTALE);
+    }
+    if (isNew)
+        markUnsynced(file.get());
+    file_ = std::move(file);
+    offset_ = syncedOffset_ = flushedOffset_ = offset;
+    syncedAt_ = monotonicNow();
+    syncState_ = std::make_shared<SyncState>();
+    return std::nullopt;
+}
+
+std::optional<platform::Error> PartialFile::write(const QByteArray& data) {
+    const char* bytes = data.constData();
+    auto left = static_cast<std::size_t>(data.size());
+    while (left > 0) {
+        const ssize_t written = pwrite(file_.get(), bytes, left, offset_);
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            return platform::posixError(written < 0 ? errno : ENOSPC);
+        bytes += written;
+        left -= static_cast<std::size_t>(written);
+        offset_ += written;
+    }
+    if (offset_ - syncedOffset_ >= syncInterval && !syncState_->isBusy) {
+        if (monotonicNow() - syncedAt_ >= leastTimeBetweenSyncs)
+            syncInBackground();
+        else if (offset_ - flushedOffset_ >= syncInterval)
+            flushInBackground();
+    }
+    return std::nullopt;
+}
+
+bool PartialFile::truncate(qint64 offset) {
+    if (ftruncate(file_.get(), offset) != 0)
+        return false;
+    offset_ = offset;
+    syncedOffset_ = std::min(syncedOffset_, offset);
+    flushedOffset_ = std::min(flushedOffset_, offset);
+    ++syncState_->cuts;
+    markSynced(file_.get(), 0);
+    return true;
+}
+
+void PartialFile::close() {
+    if (file_.isOpen() && offset_ - syncedOffset_ > syncAtClosing)
+        syncInBackground();
+    file_.close();
+}
+
+/// Sets the disk to work without waiting for it, so that little is left for the next sync.
+void PartialFile::flushInBackground() {
+    auto file = std::make_shared<platform::Descriptor>(fcntl(file_.get(), F_DUPFD_CLOEXEC, 0));
+    syncState_->isBusy = true;
+    runInBackground([file, start = flushedOffset_, end = offset_, state = syncState_] {
+        sync_file_range(file->get(), start, end - start, SYNC_FILE_RANGE_WRITE);
+        state->isBusy = false;
+    });
+    flushedOffset_ = offset_;
+}
+
+/// Not on the main thread, which a busy disk would hold up for seconds.
+void PartialFile::syncInBackground() {
+    auto file = std::make_shared<platform::Descriptor>(fcntl(file_.get(), F_DUPFD_CLOEXEC, 0));
+    syncedOffset_ = flushedOffset_ = offset_;
+    syncedAt_ = monotonicNow();
+    syncState_->isBusy = true;
+    runInBackground([file, offset = offset_, state = syncState_, cuts = syncState_->cuts.load()] {
+        if (fdatasync(file->get()) == 0 && state->cuts == cuts)
+            markSynced(file->get(), offset);
+        state->isBusy = false;
+    });
+}
+
+}  // namespace engine

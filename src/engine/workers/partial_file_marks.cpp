@@ -1,0 +1,89 @@
+#include "engine/workers/partial_file_marks.h"
+
+#include <sys/xattr.h>
+#include <unistd.h>
+#include <QFile>
+
+#include <algorithm>
+
+#include "links/paths/file_attributes.h"
+#include "platform/base/log.h"
+#include "platform/files/files.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace engine {
+namespace {
+
+/// "BOOT BYTES": the boot in which the mark was made, and the bytes known to be on the disk.
+constexpr char syncedAttribute[] = "user.orlop.synced";
+constexpr char finishingAttribute[] = "user.orlop.finishing";
+
+/// random(4): differs from one boot to the next.
+const QByteArray& bootIdentifier() {
+    static const QByteArray identifier = [] {
+        QFile file(u"/proc/sys/kernel/random/boot_id"_s);
+        return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed() : QByteArray();
+    }();
+    return identifier;
+}
+
+QByteArray syncedMark(qint64 bytes) {
+    return bootIdentifier() + ' ' + QByteArray::number(bytes);
+}
+
+void setSyncedMark(int file, qint64 bytes, int flags) {
+    const QByteArray mark = syncedMark(bytes);
+    fsetxattr(file, syncedAttribute, mark.constData(), static_cast<std::size_t>(mark.size()),
+              flags);
+}
+
+}  // namespace
+
+void markUnsynced(int file) {
+    setSyncedMark(file, 0, XATTR_CREATE);
+}
+
+void markSynced(int file, qint64 bytes) {
+    setSyncedMark(file, bytes, XATTR_REPLACE);
+}
+
+void dropUnsyncedTail(const QString& path) {
+    const auto mark = platform::extendedAttribute(path, QString::fromLatin1(syncedAttribute));
+    const auto size = platform::fileSize(path);
+    if (!mark || !size)
+        return;
+    const qsizetype blank = mark->indexOf(' ');
+    bool isNumber = false;
+    const qint64 synced = mark->mid(blank + 1).toLongLong(&isNumber);
+    if (blank < 0 || !isNumber || synced < 0 || mark->first(blank) == bootIdentifier())
+        return;
+    if (*size > synced) {
+        platform::log(
+            u"dropping what was not yet on the disk when the machine went down: %1 "
+            u"(%2 of %3 bytes)"_s.arg(path)
+                .arg(*size - synced)
+                .arg(*size));
+        if (truncate(QFile::encodeName(path).constData(), synced) != 0)
+            return;
+    }
+    static_cast<void>(platform::setExtendedAttribute(path, QString::fromLatin1(syncedAttribute),
+                                                     syncedMark(std::min(*size, synced))));
+}
+
+void markFinishing(const QString& path) {
+    static_cast<void>(platform::setExtendedAttribute(path, QString::fromLatin1(finishingAttribute),
+                                                     QByteArrayLiteral("1")));
+}
+
+bool isMarkedFinishing(const QString& path) {
+    return platform::extendedAttribute(path, QString::fromLatin1(finishingAttribute)).has_value();
+}
+
+void removePartialFileMarks(const QString& path) {
+    const QByteArray file = QFile::encodeName(path);
+    for (const char* name : {syncedAttribute, finishingAttribute})
+        lremovexattr(file.constData(), name);
+}
+
+}  // namespace engine
