@@ -73,7 +73,7 @@ const std::vector<DownloadPtr>& QueueAdmission::downloadingDownloads() {
 
 QueueAdmission::Lists& QueueAdmission::populateQueuedAndDownloadingDownloads() {
     if (!lists_) {
-        lists_.emplace();
+        lists_ = std::make_unique<Lists>();
         for (const DownloadPtr& download : mainController().downloads()) {
             if (download->status() == DQDownloadStatusQueued)
                 lists_->queued.push_back(download);

@@ -3,6 +3,7 @@
 #include <QSet>
 #include <QString>
 #include <map>
+#include <memory>
 #include <optional>
 #include <unordered_map>
 #include <vector>
@@ -78,7 +79,7 @@ private:
     void startEligibleQueuedDownloadsAndResetTimer();
     static qint64 addDownload(const DQDownload& download, Hosts& hosts);
 
-    std::optional<Lists> lists_;
+    std::unique_ptr<Lists> lists_;  ///< Null: to be made anew.
 };
 
 }  // namespace engine
