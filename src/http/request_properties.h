@@ -249,6 +249,12 @@ public:
     }
     void setSecondsToCache(platform::Seconds value) { set(&RequestOptions::secondsToCache, value); }
 
+    /// Nothing of the request changes while this is held, by whoever reads several of its values or
+    /// holds a lock of his own meanwhile. Taken before any other lock. Any thread.
+    [[nodiscard]] std::unique_lock<std::recursive_mutex> holdStill() const {
+        return std::unique_lock(_cancelledLock);
+    }
+
 protected:
     RequestProperties() = default;
     ~RequestProperties() = default;

@@ -129,11 +129,13 @@ QString HTTPDownloadCache::pathToCachedResponseHeadersForURL(const Url& url) {
 }
 
 QString HTTPDownloadCache::pathToStoreCachedResponseDataForRequest(const HTTPRequest& request) {
+    const auto held = request.holdStill();
     const std::scoped_lock guard(_accessLock);
     return fileToStore(request, cacheExtensionForURL(request.url()));
 }
 
 QString HTTPDownloadCache::pathToStoreCachedResponseHeadersForRequest(const HTTPRequest& request) {
+    const auto held = request.holdStill();
     const std::scoped_lock guard(_accessLock);
     return fileToStore(request, headersExtension);
 }
@@ -194,6 +196,7 @@ std::optional<Error> HTTPDownloadCache::clearCachedResponsesForStoragePolicy(
 // Decisions.
 
 bool HTTPDownloadCache::canUseCachedDataForRequest(const HTTPRequest& request) {
+    const auto held = request.holdStill();
     const std::scoped_lock guard(_accessLock);
     const std::uint32_t policy = request.cachePolicy();
     if ((policy & cachePolicyDoNotRead) != 0)
@@ -214,6 +217,7 @@ bool HTTPDownloadCache::canUseCachedDataForRequest(const HTTPRequest& request) {
 }
 
 bool HTTPDownloadCache::isCachedDataCurrentForRequest(const HTTPRequest& request) {
+    const auto held = request.holdStill();
     const std::scoped_lock guard(_accessLock);
     const auto cached = cachedHeaders(request.url());
     if (!cached || pathToCachedResponseDataForURL(request.url()).isEmpty())
@@ -244,6 +248,7 @@ bool HTTPDownloadCache::isWorthStoring(const HTTPRequest& request) const {
 
 void HTTPDownloadCache::storeResponseForRequest(const HTTPRequest& request,
                                                 platform::Seconds maxAge) {
+    const auto held = request.holdStill();
     const std::scoped_lock guard(_accessLock);
     const QString path = fileToStore(request, headersExtension);
     if (path.isEmpty() || !isWorthStoring(request))
@@ -272,6 +277,7 @@ void HTTPDownloadCache::storeBody(const HTTPRequest& request) {
 
 void HTTPDownloadCache::updateExpiryForRequest(const HTTPRequest& request,
                                                platform::Seconds maxAge) {
+    const auto held = request.holdStill();
     const std::scoped_lock guard(_accessLock);
     const QString path = existingFile(request.url(), headersExtension);
     auto cached = cachedHeaders(request.url());
