@@ -197,7 +197,7 @@ TEST_F(Paths, SourcesTravelWithTheFileWithoutPasswords) {
     EXPECT_EQ(links::valueForExtendedFileAttribute(
                   file, QString::fromUtf16(links::attributes::sourceURLs)),
               QVariant(QVariantList{u"http://host/a"_s, u"http://host/page"_s}));
-    links::setFractionCompleted(file, u"0.250"_s);
+    EXPECT_TRUE(links::setFractionCompleted(file, u"0.250"_s));
     EXPECT_EQ(text(links::attributes::fractionCompleted), "0.250");
 }
 

@@ -76,7 +76,7 @@ TEST_F(ProxyScriptHelpers, AnswerAsTheyAreKnownTo) {
         {u"weekdayRange('THU', 'GMT')"_s, u"false"_s},
         {u"weekdayRange('SAT', 'WED')"_s, u"false"_s},
         {u"weekdayRange('SAT', 'WED', 'GMT')"_s, u"true"_s},
-        {u"weekdayRange('XXX') || weekdayRange()"_s, u"false"_s},
+        {u"weekdayRange('DAY') || weekdayRange()"_s, u"false"_s},
         {u"dateRange(29)"_s, u"true"_s},
         {u"dateRange(29, 'GMT')"_s, u"false"_s},
         {u"dateRange(1, 15)"_s, u"false"_s},

@@ -24,6 +24,27 @@ Commands::Behaviour toggleOf(platform::UserDefaults& defaults,
             }};
 }
 
+/// A switch that more than one place turns.
+Commands::Behaviour toggleOf(Toggles& toggles, void (Toggles::*turn)(),
+                             const platform::UserDefaults& defaults,
+                             const platform::Setting<bool>& setting) {
+    return {[&toggles, turn](qint64) { (toggles.*turn)(); },
+            [&defaults, &setting](qint64) -> CommandState {
+                return {true, defaults.get(setting), {}};
+            }};
+}
+
+void provideScheduleCommands(Commands& commands) {
+    Toggles& toggles = commands.surroundings().controller.automation().toggles();
+    const platform::UserDefaults& defaults = commands.surroundings().defaults;
+    commands.provide(
+        Command::ToggleScheduledQueuing,
+        toggleOf(toggles, &Toggles::toggleScheduledQueuing, defaults, settings::scheduleQueue));
+    commands.provide(
+        Command::ToggleScheduledPausing,
+        toggleOf(toggles, &Toggles::toggleScheduledPausing, defaults, settings::schedulePause));
+}
+
 void provideSpeedCommands(Commands& commands) {
     Toggles& toggles = commands.surroundings().controller.automation().toggles();
     commands.provide(Command::ToggleAcceleration,
@@ -53,11 +74,10 @@ void provideProgramCommands(Commands& commands) {
          }});
     for (const auto& [command, setting] :
          {std::pair(Command::ToggleAutoStart, &settings::autoStart),
-          std::pair(Command::ToggleScheduledQueuing, &settings::scheduleQueue),
-          std::pair(Command::ToggleScheduledPausing, &settings::schedulePause),
           std::pair(Command::ToggleDebugLogging, &settings::debugLog)}) {
         commands.provide(command, toggleOf(around.defaults, *setting));
     }
+    provideScheduleCommands(commands);
     provideSpeedCommands(commands);
     commands.provide(Command::ShowDownloadWindow,
                      {[around](qint64) { around.frontEnd.presence.showDownloadWindow(true); }, {}});

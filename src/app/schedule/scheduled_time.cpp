@@ -43,11 +43,4 @@ QTime scheduleTime(const platform::UserDefaults& defaults, const ScheduledTime& 
     return QTime(part(hourKey, 23), part(minuteKey, 59), part(secondKey, 59));
 }
 
-QDateTime scheduleDate(const platform::UserDefaults& defaults, const ScheduledTime& time,
-                       const QDateTime& referenceDate) {
-    const QTime timeOfDay = scheduleTime(defaults, time);
-    return links::dateWithHour(referenceDate, timeOfDay.hour(), timeOfDay.minute(),
-                               timeOfDay.second());
-}
-
 }  // namespace app

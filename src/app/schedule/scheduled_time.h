@@ -20,8 +20,5 @@ struct ScheduledTime {
 void setScheduleTime(platform::UserDefaults& defaults, QTime timeOfDay, const ScheduledTime& time);
 /// The time of the day in force, to the second.
 [[nodiscard]] QTime scheduleTime(const platform::UserDefaults& defaults, const ScheduledTime& time);
-/// The same on the day of `referenceDate`.
-[[nodiscard]] QDateTime scheduleDate(const platform::UserDefaults& defaults,
-                                     const ScheduledTime& time, const QDateTime& referenceDate);
 
 }  // namespace app

@@ -114,9 +114,8 @@ void Transfer::showFraction() {
     const QString container = download_.paths().downloadContainerPath();
     if (container.isEmpty() || !platform::pathExists(container))
         return;
-    _canSetDownloadFractionAttribute = platform::setExtendedAttribute(
-        container, QString::fromUtf16(links::attributes::fractionCompleted),
-        QByteArray::number(hundredths / 100.0, 'f', 2));
+    _canSetDownloadFractionAttribute =
+        links::setFractionCompleted(container, QString::number(hundredths / 100.0, 'f', 2));
     if (!_canSetDownloadFractionAttribute)
         platform::log(
             u"cannot set fraction completed for download: %1"_s.arg(download_.description()));

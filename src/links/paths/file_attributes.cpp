@@ -68,8 +68,8 @@ bool setSourceURLStrings(const QString& path, const QStringList& urlStrings) {
     return platform::setExtendedAttribute(path, name(attributes::sourceURLs), list);
 }
 
-void setFractionCompleted(const QString& path, const QString& fraction) {
-    setText(path, attributes::fractionCompleted, fraction);
+bool setFractionCompleted(const QString& path, const QString& fraction) {
+    return setText(path, attributes::fractionCompleted, fraction);
 }
 
 }  // namespace links

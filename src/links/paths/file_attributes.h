@@ -43,7 +43,7 @@ bool setSpotlightComment(const QString& path, const QString& comment);
 /// its comment too. User names, passwords and fragments are left out. Whether the list was stored.
 bool setSourceURLStrings(const QString& path, const QStringList& urlStrings);
 
-/// `fraction` is a decimal number from 0 to 1, in ASCII.
-void setFractionCompleted(const QString& path, const QString& fraction);
+/// `fraction` is a decimal number from 0 to 1, in ASCII. Whether it was stored.
+bool setFractionCompleted(const QString& path, const QString& fraction);
 
 }  // namespace links

@@ -129,4 +129,13 @@ QPixmap fileTypePixmap(const QString& extension, int size, qreal devicePixelRati
     return pixmap;
 }
 
+QIcon folderIcon() {
+    return QIcon::fromTheme(u"folder"_s, symbolIcon(u"folder"_s));
+}
+
+QIcon applicationIconNamed(const QString& iconName) {
+    const QIcon fallback = QIcon::fromTheme(u"application-x-executable"_s);
+    return iconName.startsWith(u'/') ? QIcon(iconName) : QIcon::fromTheme(iconName, fallback);
+}
+
 }  // namespace ui

@@ -21,6 +21,11 @@ namespace ui {
 /// The program's own icon, crisp in every size.
 [[nodiscard]] QIcon applicationIcon();
 
+/// How a folder, and another program, look in lists and menus. `iconName` is a name in the
+/// desktop's theme or a path.
+[[nodiscard]] QIcon folderIcon();
+[[nodiscard]] QIcon applicationIconNamed(const QString& iconName);
+
 /// The icon of files with an extension (without its dot), from the desktop's theme or drawn here
 /// where the theme has none. Kept for the life of the process.
 [[nodiscard]] QPixmap fileTypePixmap(const QString& extension, int size, qreal devicePixelRatio);

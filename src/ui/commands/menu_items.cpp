@@ -5,7 +5,7 @@
 #include <QMenu>
 
 #include "ui/art/icons.h"
-#include "ui/menus/menu_items.h"
+#include "ui/commands/menu_text.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -21,9 +21,9 @@ QIcon iconOf(const app::MenuIcon& icon, const QMenu& menu) {
         case app::MenuIcon::Kind::None:
             return {};
         case app::MenuIcon::Kind::Folder:
-            return QIcon::fromTheme(u"folder"_s, symbolIcon(u"folder"_s));
+            return folderIcon();
         case app::MenuIcon::Kind::Application:
-            return icon.name.startsWith(u'/') ? QIcon(icon.name) : QIcon::fromTheme(icon.name);
+            return applicationIconNamed(icon.name);
         case app::MenuIcon::Kind::FileType:
             return fileTypePixmap(icon.name, iconSize, menu.devicePixelRatioF());
         case app::MenuIcon::Kind::Link:

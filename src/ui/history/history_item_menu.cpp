@@ -2,7 +2,7 @@
 
 #include "app/history/history_item_menu.h"
 #include "ui/commands/menu_items.h"
-#include "ui/menus/menu_items.h"
+#include "ui/commands/menu_text.h"
 
 namespace ui {
 

@@ -7,9 +7,9 @@
 #include <algorithm>
 
 #include "links/text/localization.h"
+#include "ui/commands/menu_text.h"
 #include "ui/history/history_icons.h"
 #include "ui/history/history_item_menu.h"
-#include "ui/menus/menu_items.h"
 #include "ui/text.h"
 
 namespace ui {

@@ -6,8 +6,8 @@
 
 #include "app/history/historian.h"
 #include "engine/now.h"
+#include "ui/commands/menu_text.h"
 #include "ui/history/history_search.h"
-#include "ui/menus/menu_items.h"
 #include "ui/text.h"
 
 namespace ui {

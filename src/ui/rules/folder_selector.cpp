@@ -22,10 +22,6 @@ constexpr int widestItem = 320;
 
 }  // namespace
 
-QIcon folderIcon() {
-    return QIcon::fromTheme(u"folder"_s, symbolIcon(u"folder"_s));
-}
-
 QString chooseFolder(QWidget* window, const QString& path) {
     const QString chosen = QFileDialog::getExistingDirectory(window, translated("Choose Folder"),
                                                              platform::expandTilde(path));

@@ -53,7 +53,4 @@ private:
 /// Asks for a folder, beginning at `path`. Abbreviated with a tilde; empty: cancelled.
 [[nodiscard]] QString chooseFolder(QWidget* window, const QString& path);
 
-/// How a folder looks in lists of folders.
-[[nodiscard]] QIcon folderIcon();
-
 }  // namespace ui

@@ -13,6 +13,7 @@
 
 #include "app/rules/rule_applications.h"
 #include "links/text/localization.h"
+#include "ui/art/icons.h"
 #include "ui/rules/folder_selector.h"
 #include "ui/text.h"
 
@@ -39,11 +40,6 @@ QLabel* makeWrappingLabel(const QString& text, QWidget* parent) {
 }
 
 }  // namespace
-
-QIcon applicationIconNamed(const QString& iconName) {
-    const QIcon fallback = QIcon::fromTheme(u"application-x-executable"_s);
-    return iconName.startsWith(u'/') ? QIcon(iconName) : QIcon::fromTheme(iconName, fallback);
-}
 
 RuleEditor::RuleEditor(Purpose purpose, const app::Rule& rule, const app::RuleBook& rules,
                        platform::UserDefaults& defaults, QWidget* parent)

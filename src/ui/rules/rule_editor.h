@@ -63,7 +63,4 @@ private:
 void defineOrEditSpecialCase(const QVariantMap& specialCase, app::RuleBook& rules,
                              platform::UserDefaults& defaults, QWidget* parent);
 
-/// How an application looks in lists.
-[[nodiscard]] QIcon applicationIconNamed(const QString& iconName);
-
 }  // namespace ui

@@ -12,6 +12,7 @@
 #include "ui/art/icons.h"
 #include "ui/list/download_list.h"
 #include "ui/list/vanishing_rows.h"
+#include "ui/rules/folder_selector.h"
 #include "ui/text.h"
 #include "ui/window/main_window.h"
 #include "ui/window/task_bar_entry.h"
@@ -90,9 +91,8 @@ std::optional<QString> DesktopFrontEnd::chooseAbbreviatedDownloadFileForURL(
 }
 
 std::optional<QString> DesktopFrontEnd::chooseAbbreviatedDownloadsFolder() {
-    const QString path = QFileDialog::getExistingDirectory(window_, translated("Choose Folder"),
-                                                           platform::downloadsUserFolder());
-    return path.isEmpty() ? std::nullopt : std::optional(platform::abbreviateWithTilde(path));
+    const QString path = chooseFolder(window_, platform::downloadsUserFolder());
+    return path.isEmpty() ? std::nullopt : std::optional(path);
 }
 
 void DesktopFrontEnd::beep() {

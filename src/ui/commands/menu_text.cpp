@@ -1,4 +1,4 @@
-#include "ui/menus/menu_items.h"
+#include "ui/commands/menu_text.h"
 
 #include <QAction>
 #include <QFontDatabase>
