@@ -124,10 +124,12 @@ std::uint64_t TransferStream::bodyBytesWritten() const {
 }
 
 QString connectionCircumstances(const TransferStream::Setup& setup) {
+    // An HTTP proxy is told with each request who asks.
+    const QString socksUser = setup.proxy.speaksHTTP() ? QString() : setup.proxy.user;
     return QStringList{QString::number(static_cast<int>(setup.proxy.kind)),
                        setup.proxy.host,
                        QString::number(setup.proxy.port),
-                       setup.proxy.user,
+                       socksUser,
                        circumstancesOf(setup.serverCredentials),
                        circumstancesOf(setup.proxyCredentials),
                        QString::number(setup.tls.validatesCertificate ? 1 : 0),

@@ -1,7 +1,10 @@
 """Servers and proxies that want to know who is there."""
 import hashlib
+import shutil
 import subprocess
+from pathlib import Path
 
+from . import ntlm
 from .proxies import Squid
 from .servers import Apache, Server
 
@@ -135,8 +138,8 @@ auth.require = ("/sha256" => ("method" => "digest", "algorithm" => "SHA-256",
 
 
 class GuardedSquid(Squid):
-    """A proxy that lets nobody through without a password. `kind`: basic, digest or ntlm, of which
-    the last takes any password."""
+    """A proxy that lets nobody through without a password. `kind`: basic, digest or ntlm, which
+    knows another name."""
 
     password = "secret"
     helpers = "/usr/lib/squid"
@@ -149,10 +152,13 @@ class GuardedSquid(Squid):
         users = self.root / "users"
         kind, helpers = self._kind, self.helpers
         users.write_text({"basic": plain_line(NAME, self.password),
-                          "digest": htdigest_line(NAME, REALM, self.password)}.get(kind, ""))
+                          "digest": htdigest_line(NAME, REALM, self.password),
+                          "ntlm": self.password}[kind])
+        # Where the proxy's own user can read it.
+        judge = shutil.copy(ntlm.__file__, self.root)
         helper = {"basic": f"{helpers}/basic_ncsa_auth {users}",
                   "digest": f"{helpers}/digest_file_auth -c {users}",
-                  "ntlm": f"{helpers}/ntlm_fake_auth"}[kind]
+                  "ntlm": f"/usr/bin/env python3 -B {judge} {users}"}[kind]
         realm = "" if kind == "ntlm" else f"auth_param {kind} realm {REALM}"
         self.access_lines = f"""
 auth_param {kind} program {helper}
@@ -163,5 +169,31 @@ http_access allow known
 http_access deny all
 """
 
-    def statuses(self):
-        return [request[2] for request in self.requests() if request[0] != "-"]
+    def exchanges(self):
+        """Status of each request, and the port that it came from."""
+        return [request[2:4] for request in self.requests() if request[0] != "-"]
+
+
+class NtlmOrigin(Server):
+    """A web server that wants NTLM, as ntlm_origin.js tells."""
+
+    password = "secret"
+    packages = Path(__file__).parents[3] / "build/node/node_modules"
+
+    def prepare(self):
+        if not self.packages.exists():
+            raise RuntimeError("scripts/setup gets the server that this test needs")
+        self.controller = ntlm.Controller(self.password)
+
+    def command(self):
+        script = Path(__file__).parents[1] / "node/ntlm_origin.js"
+        return ["node", str(script), str(self.packages), str(self.port), str(self.content),
+                str(self.log), str(self.controller.port)]
+
+    def close(self):
+        super().close()
+        self.controller.close()
+
+    def exchanges(self, name):
+        """Status, kind of authorization and connection of each request for a file."""
+        return [line[1:] for line in self.requests() if line[0].endswith("/" + name)]

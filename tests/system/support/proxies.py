@@ -54,7 +54,7 @@ class Squid(Proxy):
 pid_filename none
 {self.access_lines}
 cache deny all
-logformat plain %rm|%ru|%>Hs
+logformat plain %rm|%ru|%>Hs|%>p
 access_log stdio:{self.log} plain
 strip_query_terms off
 buffered_logs off
