@@ -36,6 +36,7 @@ RequestOptions probeOptions(const RequestOptions& main) {
     probe.shouldPresentCredentialsBeforeChallenge = main.shouldPresentCredentialsBeforeChallenge;
     probe.numberOfTimesToRetryOnTimeout = main.numberOfTimesToRetryOnTimeout;
     probe.shouldUseRFC2616RedirectBehaviour = main.shouldUseRFC2616RedirectBehaviour;
+    probe.followsPermanentRedirect = main.followsPermanentRedirect;
     probe.shouldAttemptPersistentConnection = main.shouldAttemptPersistentConnection;
     probe.persistentConnectionTimeoutSeconds = main.persistentConnectionTimeoutSeconds;
     return probe;

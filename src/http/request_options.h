@@ -66,6 +66,7 @@ struct RequestOptions {
     bool shouldRedirect = true;
     /// Keep method and body on 301 and 302 (RFC 9110, 15.4), not only on 307.
     bool shouldUseRFC2616RedirectBehaviour = false;
+    bool followsPermanentRedirect = false;  ///< Follow 308 (RFC 9110, 15.4.9) as well.
 
     // TLS.
     /// A client identity turns validation on whatever this says.

@@ -124,6 +124,12 @@ public:
     void setShouldUseRFC2616RedirectBehaviour(bool value) {
         set(&RequestOptions::shouldUseRFC2616RedirectBehaviour, value);
     }
+    [[nodiscard]] bool followsPermanentRedirect() const {
+        return get(&RequestOptions::followsPermanentRedirect);
+    }
+    void setFollowsPermanentRedirect(bool value) {
+        set(&RequestOptions::followsPermanentRedirect, value);
+    }
 
     // TLS.
     [[nodiscard]] bool validatesSecureCertificate() const {

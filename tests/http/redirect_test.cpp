@@ -72,12 +72,18 @@ TEST_F(RedirectTest, OtherStatusesAreAnswers) {
         EXPECT_EQ(request->responseStatusCode(), status);
         EXPECT_EQ(request->redirectCount(), 0);
     }
+    server.serve("/moved", redirect(308, u"/target"_s));
+    const auto willing = request(u"/moved"_s);
+    willing->setFollowsPermanentRedirect(true);
+    run(willing);
+    EXPECT_EQ(willing->url().path(), u"/target"_s);
+
     server.serve("/moved", redirect(302, u"/target"_s));
     const auto unwilling = request(u"/moved"_s);
     unwilling->setShouldRedirect(false);
     run(unwilling);
     EXPECT_EQ(unwilling->responseStatusCode(), 302);
-    EXPECT_EQ(server.requests().size(), 6U);
+    EXPECT_EQ(server.requests().size(), 8U);
 }
 
 TEST_F(RedirectTest, FollowsFiveAndNotSix) {

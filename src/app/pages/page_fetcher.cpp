@@ -37,6 +37,7 @@ public:
         request_ = http::HTTPRequest::requestWithURL(pageRequest_.url);
         request_->setTimeOutSeconds(pageRequest_.timeOut);
         request_->setUseCookiePersistence(false);
+        request_->setFollowsPermanentRedirect(true);
         request_->setShouldWaitToInflateCompressedResponses(false);
         request_->addRequestHeader(u"User-Agent"_s, engine::defaultUserAgent());
         request_->setBlocks(blocks());

@@ -86,6 +86,7 @@ bool DQHTTPRequestDownloadWorker::startWithRequest(const WorkerRequest& request,
     _downloadRequest->setUseKeychainPersistence(true);
     _downloadRequest->setUseSessionPersistence(true);
     _downloadRequest->setAllowCompressedResponse(false);
+    _downloadRequest->setFollowsPermanentRedirect(true);
     _downloadRequest->setTimeOutSeconds(timeOut);
     _downloadRequest->setCachePolicy(cachePolicy);
     if (!request.requestMethod.isEmpty())

@@ -1,20 +1,26 @@
 #include "http/request/redirect_rule.h"
 
+#include "http/request_options.h"
+
 namespace http {
 
 using namespace Qt::Literals::StringLiterals;
 using platform::HTTPHeaders;
 using platform::Url;
 
-RedirectKind redirectKind(int statusCode, bool keepsMethodOnFound) {
+RedirectKind redirectKind(int statusCode, const RequestOptions& options) {
     switch (statusCode) {
         case 301:
         case 302:
-            return keepsMethodOnFound ? RedirectKind::KeepsMethod : RedirectKind::AsGet;
+            return options.shouldUseRFC2616RedirectBehaviour ? RedirectKind::KeepsMethod
+                                                             : RedirectKind::AsGet;
         case 303:
             return RedirectKind::AsGet;
         case 307:
             return RedirectKind::KeepsMethod;
+        case 308:
+            return options.followsPermanentRedirect ? RedirectKind::KeepsMethod
+                                                    : RedirectKind::None;
         default:
             return RedirectKind::None;
     }

@@ -7,15 +7,16 @@
 
 namespace http {
 
+struct RequestOptions;
+
 enum class RedirectKind {
     None,
     AsGet,        ///< No body, and hardly any header, travels on.
     KeepsMethod,  ///< Method, body and headers travel on.
 };
 
-/// What a status means for a response with a "Location". `keepsMethodOnFound`: 301 and 302 are
-/// taken as RFC 9110, 15.4 describes them rather than as browsers do.
-[[nodiscard]] RedirectKind redirectKind(int statusCode, bool keepsMethodOnFound);
+/// What a status means for a response with a "Location" to a request with these options.
+[[nodiscard]] RedirectKind redirectKind(int statusCode, const RequestOptions& options);
 
 /// The headers of which a redirect as GET takes over those that say who asks, and no others.
 [[nodiscard]] platform::HTTPHeaders headersForRedirectAsGet(const platform::HTTPHeaders& headers);

@@ -139,8 +139,7 @@ bool ResponseReader::takeCachedHeaders() {
 bool ResponseReader::willRedirect() {
     RequestState& state = _parts.state;
     const auto location = state.responseHeader(u"Location"_s);
-    const RedirectKind kind =
-        redirectKind(state.responseStatusCode, state.options.shouldUseRFC2616RedirectBehaviour);
+    const RedirectKind kind = redirectKind(state.responseStatusCode, state.options);
     if (!state.options.shouldRedirect || !location || kind == RedirectKind::None)
         return false;
     if (_run.isHeard())
