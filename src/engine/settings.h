@@ -48,8 +48,7 @@ inline constexpr Setting<bool> throttleEnabled{
 inline constexpr Setting<qint64> throttleLimit{u"Throttle: Limit", 100000, true,
                                                "The bandwidth limit in bytes per second."};
 inline constexpr Setting<bool> throttleSupported{
-    u"Throttle: Supported", true, true,
-    "Web addresses are fetched by the program's own HTTP client; read once in a run."};
+    u"Throttle: Supported", true, true, "Bandwidth can be limited at all; read once in a run."};
 inline constexpr Setting<qint64> maximumConcurrentOperations{
     u"Maximum Concurrent Operations", 64, false,
     "Requests that may be open at once, over all downloads; below 1 means 64."};
