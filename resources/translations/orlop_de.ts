@@ -514,6 +514,31 @@
             <translation>Aufhören</translation>
         </message>
         <message>
+            <location filename="../../src/app/intake/intake.cpp" />
+            <source>There is nothing to download in %@.</source>
+            <translation>In %@ ist nichts zu laden.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/intake_run.cpp" />
+            <source>The download begun in %@ has no address to go on from.</source>
+            <translation>Der in %@ begonnene Download hat keine Adresse, an der es weitergehen könnte.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/intake_run.cpp" />
+            <source>The list of addresses %@ cannot be read: %@</source>
+            <translation>Die Adressenliste %@ ist nicht lesbar: %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/intake_run.cpp" />
+            <source>There is no address in the list %@.</source>
+            <translation>In der Liste %@ steht keine Adresse.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/intake_run.cpp" />
+            <source>There is no begun download in %@.</source>
+            <translation>In %@ liegt kein begonnener Download.</translation>
+        </message>
+        <message>
             <location filename="../../src/app/main_controller.cpp" />
             <source>Added to Queue</source>
             <translation>Zur Warteschlange hinzugefügt</translation>
@@ -1819,6 +1844,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/window/desktop_windows.cpp" />
             <source>H&amp;istory</source>
             <translation>&amp;Verlauf</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/desktop_windows.cpp" />
+            <source>The queue cannot be saved: %1</source>
+            <translation>Die Warteschlange kann nicht gesichert werden: %1</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/intake_progress.cpp" />

@@ -72,6 +72,7 @@ DQMainController::Parts::Parts(DQMainController& owner, const Surroundings& give
               [&owner](bool wasEmpty) { owner.queueDidGrow(wasEmpty); },
               [&owner](const QStringList& names) { owner.intakeDidEnd(names); },
               [&owner](const QString& text) { Q_EMIT owner.textNotUnderstood(text); },
+              [&owner](const QStringList& problems) { Q_EMIT owner.filesNotOpened(problems); },
               [&owner](std::optional<qsizetype> count) {
                   count ? Q_EMIT owner.intakeProgressed(*count) : Q_EMIT owner.intakeEnded();
               },

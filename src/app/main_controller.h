@@ -204,6 +204,8 @@ Q_SIGNALS:
     void intakeEnded();
     /// Lines of a pasted, dropped or typed text that are no addresses, for the user to correct.
     void textNotUnderstood(const QString& text);
+    /// What files and folders could not be opened and why, a sentence each.
+    void filesNotOpened(const QStringList& problems);
 
     /// The queue's file could not be understood and lies at the path now; empty: it could not even
     /// be moved away and will not be written over.

@@ -16,10 +16,11 @@ TEST(TerminalOpenedItems, TellsFilesFromAddressesFromNonsense) {
     const QString path = folder.filePath(u"part.orlop"_s);
     const auto opened =
         openedItems({u"http://a.example/x"_s, QDir::current().relativeFilePath(path), u"nonsense"_s,
-                     u"HTTPS://b.example/"_s, u"ftp://c/"_s, u""_s},
+                     u"HTTPS://b.example/"_s, u"ftp://c/"_s, u"http://"_s, u"https:///x"_s, u""_s},
                     {}, false);
     EXPECT_EQ(opened.items, (QStringList{u"http://a.example/x"_s, path, u"HTTPS://b.example/"_s}));
-    EXPECT_EQ(opened.refused, (QStringList{u"nonsense"_s, u"ftp://c/"_s, u""_s}));
+    EXPECT_EQ(opened.refused,
+              (QStringList{u"nonsense"_s, u"ftp://c/"_s, u"http://"_s, u"https:///x"_s, u""_s}));
 }
 
 TEST(TerminalOpenedItems, KnowsTheAddressesThatAWordStandsFor) {

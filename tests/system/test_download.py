@@ -50,6 +50,26 @@ class DownloadTest(SystemTest):
         self.assert_downloaded("listed.bin", source)
         self.assertTrue(listing.exists())
 
+    def test_what_cannot_be_opened_is_named(self):
+        for name, data in (("foreign.orlop/Archive.orlopinfo", "no metadata"), ("empty.txt", "\n"),
+                           ("folder/.hidden", "")):
+            with self.subTest(name=name):
+                path = self.home.root / name
+                path.parent.mkdir(exist_ok=True)
+                path.write_text(data)
+                given = self.home.root / name.split("/")[0]
+                result = self.home.run(given)
+                self.assert_status(result, 1)
+                self.assertRegex(result.stderr, f"^orlop-terminal: There is no.*{given}")
+
+    def test_a_list_that_is_given_again_takes_up_what_failed(self):
+        source = self.server.content / "late.bin"
+        (self.home.root / "list.txt").write_text(self.server.url("/late.bin"))
+        self.assert_status(self.home.run("list.txt"), 1)
+        source.write_bytes(b"here now")
+        self.assert_status(self.home.run("list.txt"), 0)
+        self.assert_downloaded("late.bin", source)
+
     def test_a_file_address(self):
         source = self.serve("local.bin", 2 * MIB)
         self.assert_status(self.home.run(source.as_uri()), 0)

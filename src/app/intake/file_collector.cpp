@@ -36,8 +36,14 @@ bool FileCollector::getFileURLs(const QStringList& paths, const std::optional<QS
     std::sort(sorted.begin(), sorted.end(), [](const QString& a, const QString& b) {
         return platform::compareStringsNaturally(a, b) < 0;
     });
-    return std::all_of(sorted.begin(), sorted.end(),
-                       [&](const QString& item) { return addItem(item, basePath); });
+    return std::all_of(sorted.begin(), sorted.end(), [&](const QString& item) {
+        const std::size_t before = urls_.size();
+        const bool goesOn = addItem(item, basePath);
+        if (goesOn && !basePath && urls_.size() == before) {
+            fruitlessPaths_.append(item);
+        }
+        return goesOn;
+    });
 }
 
 bool FileCollector::addItem(const QString& item, const std::optional<QString>& basePath) {

@@ -21,6 +21,8 @@ public:
     bool getFileURLs(const QStringList& paths, const std::optional<QString>& basePath = {});
 
     [[nodiscard]] const std::vector<platform::Url>& urls() const { return urls_; }
+    /// Those of the given paths at which nothing to open was found.
+    [[nodiscard]] const QStringList& fruitlessPaths() const { return fruitlessPaths_; }
 
 private:
     bool addItem(const QString& item, const std::optional<QString>& basePath);
@@ -30,6 +32,7 @@ private:
     bool acceptsBundles_;
     QSet<QString> walkedFolders_;
     std::vector<platform::Url> urls_;
+    QStringList fruitlessPaths_;
 };
 
 }  // namespace app

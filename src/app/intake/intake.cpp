@@ -4,6 +4,7 @@
 
 #include "app/settings.h"
 #include "engine/settings.h"
+#include "links/text/localization.h"
 
 namespace app {
 
@@ -120,6 +121,9 @@ void Intake::report(Activity& activity, bool goesOn) {
     if (!goesOn && activity.refused && !activity.refused->isEmpty()) {
         surroundings_.notUnderstood(activity.refused->join(u'\n'));
     }
+    if (!goesOn && !activity.run.problems().isEmpty()) {
+        surroundings_.notOpened(activity.run.problems());
+    }
 }
 
 bool Intake::isActive() const {
@@ -150,6 +154,7 @@ bool Intake::openFiles(const QStringList& paths, bool afterDelay, bool giveFeedb
     const std::size_t numberOfDownloads = surroundings_.queue.downloads().size();
     FileCollector files = fileCollector();
     files.getFileURLs(paths);
+    reportFruitlessPaths(files.fruitlessPaths());
     if (afterDelay) {
         openURLsAfterDelay(files.urls(), {}, giveFeedback);
         return !files.urls().empty();
@@ -159,6 +164,17 @@ bool Intake::openFiles(const QStringList& paths, bool afterDelay, bool giveFeedb
         surroundings_.giveFeedback();
     }
     return surroundings_.queue.downloads().size() > numberOfDownloads;
+}
+
+void Intake::reportFruitlessPaths(const QStringList& paths) {
+    QStringList problems;
+    for (const QString& path : paths) {
+        problems.append(
+            links::filledFormat(links::localized("There is nothing to download in %@."), {path}));
+    }
+    if (!problems.isEmpty()) {
+        surroundings_.notOpened(problems);
+    }
 }
 
 bool Intake::canDropPasteboard(const Pasteboard& pasteboard) const {

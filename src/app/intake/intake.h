@@ -31,6 +31,8 @@ public:
         std::function<void(const QStringList& names)> didEnd;
         /// Lines of what the user pasted, dropped or typed that are no addresses.
         std::function<void(const QString& text)> notUnderstood;
+        /// What files and folders could not be opened and why, a sentence each.
+        std::function<void(const QStringList& problems)> notOpened;
         /// How many downloads a long intake has made so far. Nothing: it has ended.
         std::function<void(std::optional<qsizetype> count)> progressed;
         /// The user handed something over from another program.
@@ -76,6 +78,7 @@ private:
                RefusedTexts refused);
     void proceed(const std::shared_ptr<Activity>& activity);
     void report(Activity& activity, bool goesOn);
+    void reportFruitlessPaths(const QStringList& paths);
 
     Surroundings surroundings_;
     std::vector<std::shared_ptr<Activity>> activities_;

@@ -27,6 +27,7 @@ namespace {
 constexpr qint64 maximumFileSize = 64 << 20;
 /// More names are of no use to whoever reads the notification.
 constexpr qsizetype maximumNumberOfNames = 1000;
+constexpr qsizetype maximumNumberOfProblems = 1000;
 
 /// Without links, and the same for every way of writing it. A path that does not exist stays.
 QString canonicalPath(const QString& path) {
@@ -101,6 +102,8 @@ void IntakeRun::openBundle(const platform::Url& url) {
         platform::log(
             links::filledFormat(u"cannot find locally stored metadata: %@"_s, {container}));
         surroundings_.frontEnd.feedback.beep();
+        noteProblem(links::filledFormat(links::localized("There is no begun download in %@."),
+                                        {container}));
         return;
     }
     if (const engine::DownloadPtr download = addDownloadFromArchive(
@@ -108,6 +111,9 @@ void IntakeRun::openBundle(const platform::Url& url) {
         didAdd(*download);
     } else {
         logRefusal(url);
+        noteProblem(links::filledFormat(
+            links::localized("The download begun in %@ has no address to go on from."),
+            {container}));
     }
 }
 
@@ -139,10 +145,18 @@ void IntakeRun::openList(const QString& path) {
     if (contents.error) {
         platform::log(
             u"cannot read the list of addresses: %1 (%2)"_s.arg(list, contents.error->text));
+        noteProblem(
+            links::filledFormat(links::localized("The list of addresses %@ cannot be read: %@"),
+                                {list, contents.error->text}));
         return;
     }
-    lists_.push_back(addressesInText(addressListText(contents.data),
-                                     surroundings_.queue.downloads(), surroundings_.defaults));
+    const QString text = addressListText(contents.data);
+    if (text.trimmed().isEmpty()) {
+        noteProblem(
+            links::filledFormat(links::localized("There is no address in the list %@."), {list}));
+    }
+    lists_.push_back(
+        addressesInText(text, surroundings_.queue.downloads(), surroundings_.defaults));
 }
 
 IntakeRun::Progress IntakeRun::openRequestFile(const platform::Url& url) {
@@ -192,6 +206,12 @@ void IntakeRun::didAdd(const engine::DQDownload& download) {
     ++count_;
     if (names_.size() < maximumNumberOfNames) {
         names_.append(download.displayName());
+    }
+}
+
+void IntakeRun::noteProblem(const QString& text) {
+    if (problems_.size() < maximumNumberOfProblems) {
+        problems_.append(text);
     }
 }
 

@@ -41,6 +41,8 @@ public:
     [[nodiscard]] qsizetype count() const { return count_; }
     /// The names of the first ones of them.
     [[nodiscard]] const QStringList& names() const { return names_; }
+    /// What could not be opened and why, a sentence each.
+    [[nodiscard]] const QStringList& problems() const { return problems_; }
 
 private:
     /// Whether the list of addresses in hand goes on.
@@ -54,6 +56,7 @@ private:
     Progress addDownload(const platform::Url& url);
     [[nodiscard]] engine::DownloadPtr appendDownload(const platform::Url& url);
     void didAdd(const engine::DQDownload& download);
+    void noteProblem(const QString& text);
 
     /// False: the user cancelled.
     bool chooseDestination(engine::DQDownload& download, const platform::Url& url);
@@ -76,6 +79,7 @@ private:
     bool isOver_ = false;
     qsizetype count_ = 0;
     QStringList names_;
+    QStringList problems_;
 };
 
 }  // namespace app

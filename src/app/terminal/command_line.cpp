@@ -13,7 +13,7 @@ using links::localized;
 void takeWord(const QString& word, CommandLine& line) {
     if (!word.startsWith(u'-') || word == u"-"_s)
         line.items.append(word);
-    else if (word == u"--help"_s)
+    else if (word == u"--help"_s || word == u"-h"_s)
         line.action = CommandLine::Action::ShowHelp;
     else if (word == u"--version"_s)
         line.action = CommandLine::Action::ShowVersion;

@@ -2,17 +2,22 @@
 
 #include <QFileInfo>
 
+#include "app/intake/address_list.h"
 #include "links/recognition/url_candidates.h"
+#include "platform/files/files.h"
 #include "platform/net/url.h"
 
 namespace app::terminal {
 namespace {
 
 constexpr int mostAddressesOfOneWord = 10'000;
+constexpr qint64 longestList = 64 << 20;
 
 bool canBeDownloaded(const QString& candidate) {
     const auto url = platform::Url::parseLenient(candidate);
-    return url && (url->hasScheme("http") || url->hasScheme("https") || url->isFile());
+    const bool isOfServer =
+        url && (url->hasScheme("http") || url->hasScheme("https")) && !url->host().isEmpty();
+    return isOfServer || (url && url->isFile());
 }
 
 /// What the words come to is gathered piece by piece.
@@ -23,7 +28,7 @@ public:
 
     void addWord(const QString& word) {
         if (const QFileInfo file(word); file.exists())
-            opened_.items.append(file.absoluteFilePath());
+            addFile(file);
         else if (!addAddresses(word))
             opened_.refused.append(word);
     }
@@ -41,6 +46,19 @@ public:
     [[nodiscard]] OpenedItems take() { return std::move(opened_); }
 
 private:
+    void addFile(const QFileInfo& file) {
+        opened_.items.append(file.absoluteFilePath());
+        if (file.suffix().compare(u"txt", Qt::CaseInsensitive) != 0 || !file.isFile())
+            return;
+        const QByteArray list = platform::readFile(file.absoluteFilePath(), longestList).data;
+        auto candidates =
+            links::URLCandidates::fromString(addressListText(list), skipsRedirectingServices_);
+        int left = mostAddressesOfOneWord;
+        for (auto candidate = candidates.next(); candidate && left > 0;
+             candidate = candidates.next(), --left)
+            opened_.addresses.append(links::comparisonURLString(*candidate));
+    }
+
     /// False: something in it is no address.
     bool addAddresses(const QString& text) {
         auto candidates = links::URLCandidates::fromCollection({text}, skipsRedirectingServices_);

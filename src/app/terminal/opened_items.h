@@ -9,8 +9,8 @@ namespace app::terminal {
 struct OpenedItems {
     /// Addresses as given and files by their absolute paths, in order.
     QStringList items;
-    /// The addresses among them as the queue knows them, repaired and expanded; of a word that
-    /// stands for very many, the first ones.
+    /// The addresses among them and in lists among them as the queue knows them, repaired and
+    /// expanded; of a word that stands for very many, the first ones.
     QStringList addresses;
     /// Words that are neither an address nor a file.
     QStringList refused;

@@ -84,6 +84,8 @@ public:
                                      {}});
             return {};
         }
+        if (line_.items.isEmpty())
+            tellIfIdle();
         session_->begin();
         const platform::SignalWatcher watcher(watchedSignals(),
                                               [this](int number) { handleSignal(number); });
@@ -114,10 +116,25 @@ private:
         QObject::connect(
             &controller, &DQMainController::queueFileNotWritten, session_.get(),
             [this](const QString& reason) {
-                display_.tellProblem(localized("the queue cannot be saved: %1").arg(reason));
+                display_.tellProblem(localized("The queue cannot be saved: %1").arg(reason));
             });
         QObject::connect(&controller, &DQMainController::terminated, session_.get(),
                          [] { QCoreApplication::exit(); });
+    }
+
+    /// A run that was given nothing, and finds nothing to go on with, would end without a word.
+    void tellIfIdle() {
+        const DQMainController& controller = application_.controller();
+        if (controller.anyDownloadMatchesStatusMask(engine::activeStatuses))
+            return;
+        const qsizetype paused = controller.numberOfDownloads();
+        const QString text =
+            paused == 0 ? localized("Nothing to do; orlop-terminal --help says what it takes.")
+                        : localized(
+                              "Nothing to do: what is in the queue (%1) is paused. To go on "
+                              "with a download, give its address.")
+                              .arg(paused);
+        display_.reporter->tell({Event::Kind::Notice, text, {}});
     }
 
     void handleSignal(int number) {
@@ -205,7 +222,8 @@ ProgramEnd runProgram(const QStringList& arguments, const QProcessEnvironment& e
     const OpenedItems opened =
         openedItems(line.items, list, links::settings::skipRedirectingServices.fallback);
     for (const QString& word : opened.refused)
-        display.tellProblem(localized("neither an address nor a file: %1").arg(word));
+        display.tellProblem(
+            localized("neither an address (http://, https://) nor a file: %1").arg(word));
     if (!opened.refused.isEmpty())
         return {statusBadUsage};
     for (const QString& text : opened.refusedLines)

@@ -5,6 +5,7 @@
 #include "engine/lifecycle/transfer.h"
 #include "engine/presentation/status_text.h"
 #include "engine/record/status.h"
+#include "engine/record/user_settings.h"
 #include "engine/settings.h"
 #include "links/format/byte_counts.h"
 #include "links/text/localization.h"
@@ -58,7 +59,11 @@ QString failureDetail(engine::DQDownload& download) {
     // The innermost error is the system's own word, such as that the disk is full.
     if (const auto& error = download.lastError())
         return error->underlying ? error->underlying->text : error->text;
-    return download.statusDescriptionWithLiveDetails(false);
+    const QString status = download.statusDescriptionWithLiveDetails(false);
+    const int code = download.userSettings().value(engine::keys::statusCode).toInt();
+    // A status of success does not say by itself what was wrong.
+    const bool wasEmpty = code == 0 || (code >= 200 && code <= 299);
+    return wasEmpty ? links::filledFormat(localized("%@ (nothing was sent)"), {status}) : status;
 }
 
 }  // namespace app::terminal

@@ -45,7 +45,8 @@ Session::Session(Surroundings surroundings, std::function<void()> didEnd)
         requestRefresh();
         lookForEndSoon();
     });
-    connect(&controller, &DQMainController::intakeEnded, this, [this] { lookForEndSoon(); });
+    connect(&controller, &DQMainController::filesNotOpened, this,
+            [this](const QStringList& problems) { tellProblems(problems); });
 }
 
 Session::~Session() {
@@ -86,6 +87,12 @@ void Session::tell(Event::Kind kind, engine::DQDownload& download) {
     surroundings_.reporter.tell(event);
 }
 
+void Session::tellProblems(const QStringList& problems) {
+    hasProblems_ = true;
+    for (const QString& problem : problems)
+        surroundings_.reporter.tell({Event::Kind::Problem, problem, {}});
+}
+
 void Session::requestRefresh() {
     if (!isSuspended_ && surroundings_.reporter.showsProgress())
         refresh_.request();
@@ -119,9 +126,10 @@ void Session::lookForEndSoon() {
 
 void Session::lookForEnd() {
     const DQMainController& controller = surroundings_.controller;
-    if (controller.isTakingIn() || controller.anyDownloadMatchesStatusMask(engine::activeStatuses))
+    if (controller.anyDownloadMatchesStatusMask(engine::activeStatuses))
         return;
-    if (willTakeUpAgain()) {
+    // Nobody tells of the end of an intake that makes no download.
+    if (controller.isTakingIn() || willTakeUpAgain()) {
         surroundings_.loop.performAfter(this, "lookForEnd", Refresh::idleInterval,
                                         [this] { lookForEnd(); });
         return;

@@ -46,11 +46,13 @@ public:
     void suspend();
     void resume();
 
-    [[nodiscard]] bool hasFailures() const { return ledger_.failures() > 0; }
+    /// Whether something that was asked for is not there.
+    [[nodiscard]] bool hasFailures() const { return hasProblems_ || ledger_.failures() > 0; }
 
 private:
     void noteChange(const engine::DownloadPtr& download);
     void tell(Event::Kind kind, engine::DQDownload& download);
+    void tellProblems(const QStringList& problems);
     [[nodiscard]] bool draw();
     void lookForEndSoon();
     void lookForEnd();
@@ -61,6 +63,7 @@ private:
     Refresh refresh_;
     RunLedger ledger_;
     platform::Seconds lastFailure_ = -1e9;
+    bool hasProblems_ = false;
     bool hasBegun_ = false;
     bool isSuspended_ = false;
 };

@@ -51,6 +51,15 @@ void DesktopFrontEnd::tellProblem(const QString& problem) {
     QMessageBox::warning(window_, QStringLiteral("Orlop"), problem);
 }
 
+void DesktopFrontEnd::noteProblem(const QString& problem) {
+    auto* const box = new QMessageBox(QMessageBox::Warning, QStringLiteral("Orlop"), problem,
+                                      QMessageBox::Ok, window_);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setTextFormat(Qt::PlainText);
+    box->setModal(false);
+    box->show();
+}
+
 void DesktopFrontEnd::stopAsking() {
     asks_ = false;
     dismissAlert();

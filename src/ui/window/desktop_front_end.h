@@ -37,8 +37,10 @@ public:
     void setWindow(MainWindow* window, app::DQMainController* controller);
     /// What shows the settings at a section. Empty: they cannot be shown.
     void setPreferences(std::function<void(const QString& section)> show);
-    /// Says what went wrong, in a dialog.
+    /// Says what went wrong, in a dialog; returns when it was read.
     void tellProblem(const QString& problem);
+    /// The same while everything else goes on.
+    void noteProblem(const QString& problem);
     /// From now on the default button answers every question: the session is ending.
     void stopAsking();
 

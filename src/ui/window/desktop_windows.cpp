@@ -1,5 +1,7 @@
 #include "ui/window/desktop_windows.h"
 
+#include <utility>
+
 #include "app/history/historian.h"
 #include "app/main_controller.h"
 #include "platform/base/user_defaults.h"
@@ -28,6 +30,7 @@ DesktopWindows::DesktopWindows(app::DQMainController& controller, DesktopFrontEn
     };
     window_ = std::make_unique<MainWindow>(commands_);
     makeHistoryMenu();
+    tellProblems();
     QObject::connect(&window_->toolbar(), &MainToolbar::shortcutUsed, window_.get(),
                      [this](const QString& section) { explainShortcut(section); });
     frontEnd.setWindow(window_.get(), &controller);
@@ -37,6 +40,23 @@ DesktopWindows::DesktopWindows(app::DQMainController& controller, DesktopFrontEn
 DesktopWindows::~DesktopWindows() {
     frontEnd_.setWindow(nullptr, nullptr);
     frontEnd_.setPreferences({});
+}
+
+/// What goes wrong at the edges of the program, where no row can show it.
+void DesktopWindows::tellProblems() {
+    const app::DQMainController* controller = &commands_.surroundings().controller;
+    QObject::connect(controller, &app::DQMainController::filesNotOpened, window_.get(),
+                     [this](const QStringList& problems) {
+                         constexpr qsizetype mostShown = 10;
+                         frontEnd_.noteProblem(problems.mid(0, mostShown).join(QLatin1Char('\n')));
+                     });
+    QObject::connect(
+        controller, &app::DQMainController::queueFileNotWritten, window_.get(),
+        [this, wasTold = false](const QString& reason) mutable {
+            if (!std::exchange(wasTold, true)) {
+                frontEnd_.noteProblem(translated("The queue cannot be saved: %1").arg(reason));
+            }
+        });
 }
 
 void DesktopWindows::makeHistoryMenu() {

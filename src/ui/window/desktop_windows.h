@@ -23,6 +23,7 @@ public:
 
 private:
     void makeHistoryMenu();
+    void tellProblems();
     void explainShortcut(const QString& section);
     void showPreferencesSection(const QString& section);
 
