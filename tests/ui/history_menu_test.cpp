@@ -59,9 +59,9 @@ protected:
         QStringList titles;
         for (const QAction* item : of.actions()) {
             if (!item->isSeparator()) {
-                // Without what keeps a text's direction apart from its neighbours'.
-                static const QRegularExpression isolates(u"[\u2068\u2069]"_s);
-                titles.append(item->text().remove(isolates));
+                // Without mnemonics and what keeps a text's direction apart from its neighbours'.
+                static const QRegularExpression marks(u"[\u2068\u2069]|&(?=\\w)"_s);
+                titles.append(item->text().remove(marks));
             }
         }
         return titles;

@@ -52,6 +52,10 @@ QColor separatorColor(const QPalette& palette) {
     return blended(palette.color(QPalette::Base), palette.color(QPalette::Text), 0.12);
 }
 
+QColor noteColor(const QPalette& palette) {
+    return blended(palette.color(QPalette::Base), palette.color(QPalette::Text), 0.6);
+}
+
 QColor outlineColor(const QPalette& palette) {
     return blended(palette.color(QPalette::Window), palette.color(QPalette::WindowText), 0.22);
 }

@@ -13,6 +13,8 @@ enum class ProgressBarStyle;
 /// For desktops that ask for dark windows and bring no colours for them.
 [[nodiscard]] QPalette darkPalette();
 [[nodiscard]] QColor separatorColor(const QPalette& palette);
+/// Of texts that only tell something, on the base: paler than the others, and to be read.
+[[nodiscard]] QColor noteColor(const QPalette& palette);
 /// Around controls that stand on the window.
 [[nodiscard]] QColor outlineColor(const QPalette& palette);
 

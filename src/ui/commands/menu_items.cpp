@@ -6,6 +6,7 @@
 
 #include "ui/art/icons.h"
 #include "ui/commands/menu_text.h"
+#include "ui/commands/mnemonics.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -67,14 +68,24 @@ QAction* actionFor(const app::MenuItem& item, QMenu& menu) {
     return action;
 }
 
+/// Names of folders, programs and files have an icon and no mnemonic.
+bool isOurs(const app::MenuItem& item) {
+    return (item.kind == Kind::Action || item.kind == Kind::Submenu) &&
+           item.icon.kind == app::MenuIcon::Kind::None;
+}
+
 }  // namespace
 
 QList<QAction*> addMenuItems(QMenu& menu, const app::Menu& items, QAction* before) {
-    QList<QAction*> made;
+    QList<QAction*> made, commands;
     for (const app::MenuItem& item : items) {
         made.append(actionFor(item, menu));
         menu.insertAction(before, made.last());
+        if (isOurs(item)) {
+            commands.append(made.last());
+        }
     }
+    completeMnemonics(menu, commands);
     return made;
 }
 

@@ -4,6 +4,8 @@
 #include <QFontDatabase>
 #include <QMenu>
 
+#include "ui/art/theme.h"
+
 namespace ui {
 
 QString menuText(const QString& text, int mostCharacters) {
@@ -15,8 +17,23 @@ QString menuText(const QString& text, int mostCharacters) {
     return line.replace(u'&', QStringLiteral("&&"));
 }
 
+namespace {
+
+/// What a menu tells is drawn like what cannot be chosen, which is mostly too pale to be read.
+void darkenNotes(QMenu& menu) {
+    QPalette palette;
+    const QColor color = noteColor(palette);
+    for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText}) {
+        palette.setColor(QPalette::Disabled, role, color);
+    }
+    menu.setPalette(palette);
+}
+
+}  // namespace
+
 QAction* addInertItem(QMenu& menu, const QString& text) {
     constexpr int mostCharacters = 80;
+    darkenNotes(menu);
     QString shown = menuText(text, mostCharacters);
     if (menu.layoutDirection() == Qt::RightToLeft) {
         // An address or a path reads from left to right, whatever stands around it.
