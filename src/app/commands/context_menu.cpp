@@ -216,6 +216,9 @@ Menu statusItemMenu(const Commands& commands, Menu history) {
         }
     };
     addOffered(menu, Command::ShowPreferences);
+    if (commands.surroundings().frontEnd.presence.areAlternateFunctionalityModifiersHeld()) {
+        addOffered(menu, Command::ToggleDebugLogging);
+    }
     menu.push_back(separator());
     if (!history.empty()) {
         menu.push_back(submenu(localized("History"), std::move(history)));

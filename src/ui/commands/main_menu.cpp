@@ -5,6 +5,7 @@
 
 #include "app/commands/commands.h"
 #include "app/commands/folder_items.h"
+#include "app/main_controller.h"
 #include "ui/commands/command_actions.h"
 #include "ui/commands/menu_items.h"
 #include "ui/text.h"
@@ -89,6 +90,10 @@ void MainMenu::addQueueMenu() {
     actions_.addTo(*menu, Command::Clear);
     menu->addSeparator();
     QMenu* order = menu->addMenu(translated("Rearran&ge Queue by"));
+    connect(menu, &QMenu::aboutToShow, order, [this, order] {
+        const auto& controller = commands_.surroundings().controller;
+        order->menuAction()->setEnabled(controller.numberOfDownloads() > 1);
+    });
     actions_.watch(*order);
     actions_.addAllTo(*order, Command::Rearrange);
     QMenu* movement = menu->addMenu(translated("&Move Selected"));
