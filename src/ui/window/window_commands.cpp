@@ -1,15 +1,15 @@
 #include "ui/window/window_commands.h"
 
 #include <QLineEdit>
-#include <QMessageBox>
+#include <QMenuBar>
 
 #include "app/commands/commands.h"
 #include "app/main_controller.h"
 #include "app/settings.h"
 #include "platform/base/user_defaults.h"
-#include "ui/art/icons.h"
+#include "ui/help/about_panel.h"
+#include "ui/help/help_window.h"
 #include "ui/list/download_list.h"
-#include "ui/text.h"
 #include "ui/toolbar/toolbar.h"
 #include "ui/window/address_entry.h"
 #include "ui/window/main_window.h"
@@ -19,15 +19,6 @@ namespace {
 
 using app::Command;
 using app::CommandState;
-
-void showAbout(QWidget& window) {
-    QMessageBox about(QMessageBox::NoIcon, translated("About Orlop"),
-                      QStringLiteral("Orlop ") + QStringLiteral(ORLOP_VERSION), QMessageBox::Close,
-                      &window);
-    about.setIconPixmap(colouredPixmap(QStringLiteral("orlop"), 64, window.devicePixelRatioF()));
-    about.setInformativeText(translated("A download manager for the desktop."));
-    about.exec();
-}
 
 void provideEntryCommands(app::Commands& commands, AddressEntry& entry) {
     commands.provide(Command::OpenURL, {[&entry](qint64) { entry.openURL(); }, {}});
@@ -74,7 +65,9 @@ void provideWindowCommands(app::Commands& commands, MainWindow& window, AddressE
          }});
     commands.provide(Command::CustomizeToolbar,
                      {[&window](qint64) { window.toolbar().runCustomizationPalette(); }, {}});
-    commands.provide(Command::ShowAbout, {[&window](qint64) { showAbout(window); }, {}});
+    commands.provide(Command::ShowHelp,
+                     {[&window](qint64) { showHelp(window, *window.menuBar()); }, {}});
+    commands.provide(Command::ShowAbout, {[&window](qint64) { showAboutPanel(window); }, {}});
 }
 
 }  // namespace ui
