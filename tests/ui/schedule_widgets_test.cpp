@@ -26,10 +26,10 @@ TEST_F(ScheduleWidgetsTest, TimesShowWhileTheirSwitchesAreOn) {
     auto* pausing = page.findChild<QCheckBox*>(u"scheduledPausingSwitch"_s);
     auto* radical = page.findChild<QCheckBox*>(u"scheduledPausingRadicalSwitch"_s);
     auto* time = page.findChild<QTimeEdit*>(u"scheduledPausingTimePicker"_s);
-    EXPECT_TRUE(time->isHidden());
+    EXPECT_FALSE(time->isVisibleTo(&page));
     pausing->click();
     EXPECT_TRUE(defaults.get(app::settings::schedulePause));
-    EXPECT_FALSE(time->isHidden());
+    EXPECT_TRUE(time->isVisibleTo(&page));
     EXPECT_EQ(time->time(), QTime(6, 0));
     time->setTime({7, 30, 5});
     EXPECT_EQ(app::scheduleTime(defaults, app::scheduledPausingTime()), QTime(7, 30, 5));

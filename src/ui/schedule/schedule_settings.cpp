@@ -1,6 +1,7 @@
 #include "ui/schedule/schedule_settings.h"
 
 #include <QCheckBox>
+#include <QLabel>
 #include <QSignalBlocker>
 #include <QStyle>
 #include <QTimeEdit>
@@ -37,21 +38,22 @@ ScheduleSettings::ScheduleSettings(app::DQMainController& controller,
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     scheduledQueuingSwitch =
-        makeSwitch("scheduledQueuingSwitch", "Start downloads every day at", this);
+        makeSwitch("scheduledQueuingSwitch", "&Start downloads every day", this);
     column->addWidget(scheduledQueuingSwitch);
     scheduledQueuingTimePicker =
         addTimePicker(app::scheduledQueuingTime(), *scheduledQueuingSwitch);
     scheduledQueuingTimePicker->setObjectName(u"scheduledQueuingTimePicker"_s);
     scheduledPausingSwitch =
-        makeSwitch("scheduledPausingSwitch", "Pause downloads every day at", this);
+        makeSwitch("scheduledPausingSwitch", "&Pause downloads every day", this);
     column->addWidget(scheduledPausingSwitch);
     scheduledPausingTimePicker =
         addTimePicker(app::scheduledPausingTime(), *scheduledPausingSwitch);
     scheduledPausingTimePicker->setObjectName(u"scheduledPausingTimePicker"_s);
     scheduledPausingRadicalSwitch = makeSwitch("scheduledPausingRadicalSwitch",
-                                               "Pause downloads that are running as well", this);
+                                               "Pause downloads that are &running as well", this);
     column->addWidget(scheduledPausingRadicalSwitch);
     column->addStretch();
+    setFocusProxy(scheduledQueuingSwitch);
 
     app::Toggles& toggles = controller_.automation().toggles();
     connect(scheduledQueuingSwitch, &QCheckBox::clicked, this,
@@ -73,13 +75,16 @@ ScheduleSettings::~ScheduleSettings() {
 }
 
 QTimeEdit* ScheduleSettings::addTimePicker(const app::ScheduledTime& time, const QCheckBox& owner) {
-    auto* picker = new QTimeEdit(this);
-    picker->setAccessibleName(owner.text());
-    auto* row = new QHBoxLayout;
+    auto* box = new QWidget(this);
+    auto* picker = new QTimeEdit(box);
+    picker->setAccessibleName(owner.text().remove(u'&'));
+    auto* row = new QHBoxLayout(box);
+    row->setContentsMargins(0, 0, 0, 0);
     row->addSpacing(switchIndent(*this));
+    row->addWidget(new QLabel(translated("at"), box));
     row->addWidget(picker);
     row->addStretch();
-    static_cast<QVBoxLayout*>(layout())->addLayout(row);
+    layout()->addWidget(box);
     connect(picker, &QTimeEdit::timeChanged, this, [this, &time](QTime chosen) {
         controller_.automation().toggles().changeScheduledTime(time, chosen);
     });
@@ -90,9 +95,9 @@ void ScheduleSettings::followSettings() {
     const bool queues = defaults_.get(app::settings::scheduleQueue);
     const bool pauses = defaults_.get(app::settings::schedulePause);
     scheduledQueuingSwitch->setChecked(queues);
-    scheduledQueuingTimePicker->setVisible(queues);
+    scheduledQueuingTimePicker->parentWidget()->setVisible(queues);
     scheduledPausingSwitch->setChecked(pauses);
-    scheduledPausingTimePicker->setVisible(pauses);
+    scheduledPausingTimePicker->parentWidget()->setVisible(pauses);
     scheduledPausingRadicalSwitch->setVisible(pauses);
     scheduledPausingRadicalSwitch->setChecked(defaults_.get(app::settings::schedulePauseRadical));
     showTime(*scheduledQueuingTimePicker, app::scheduledQueuingTime());

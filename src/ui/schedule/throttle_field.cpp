@@ -20,6 +20,7 @@ ThrottleField::ThrottleField(platform::UserDefaults& defaults, QWidget* parent)
     setAccessibleName(translated("Bandwidth limit in kilobytes per second"));
     setEditable(true);
     setInsertPolicy(QComboBox::NoInsert);
+    setMinimumContentsLength(7);
     setCompleter(nullptr);
     addItems(app::throttleLimitSuggestions());
     pendingUpdate_->setSingleShot(true);

@@ -1,10 +1,12 @@
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRegularExpressionValidator>
 
 #include "app/settings.h"
+#include "engine/admission/throttle.h"
 #include "engine/settings.h"
 #include "engine/workers/user_agent.h"
 #include "links/settings.h"
@@ -54,6 +56,27 @@ void addAddresses(SettingsPage& page, const SettingsContext& context) {
     page.addNote("What servers are told about the program. “-” tells them nothing.");
 }
 
+/// A setting of which another one says the opposite, and which counts from the next start.
+void addBasicDownloads(SettingsPage& page, const SettingsContext& context) {
+    const auto& supported = engine::settings::throttleSupported;
+    auto* basicDownloadSwitch =
+        new QCheckBox(translated("Without &bandwidth limit and its controls"), &page);
+    basicDownloadSwitch->setObjectName(supported.name());
+    page.addRow("Basic downloads:", basicDownloadSwitch);
+    QLabel* basicDownloadExplanationView =
+        page.addNote("This counts from the next start of Orlop.");
+    context.binder.follow(
+        {supported.name()}, basicDownloadSwitch,
+        [basicDownloadSwitch, basicDownloadExplanationView, &defaults = context.defaults] {
+            const bool isSupported = defaults.get(engine::settings::throttleSupported);
+            basicDownloadSwitch->setChecked(!isSupported);
+            basicDownloadExplanationView->setVisible(isSupported !=
+                                                     engine::Throttle::isAvailable());
+        });
+    QObject::connect(basicDownloadSwitch, &QCheckBox::clicked, &page,
+                     [](bool isBasic) { engine::Throttle::setAvailable(!isBasic); });
+}
+
 }  // namespace
 
 SettingsPage* makeAdvancedSection(const SettingsContext& context, QWidget* parent) {
@@ -70,6 +93,7 @@ SettingsPage* makeAdvancedSection(const SettingsContext& context, QWidget* paren
     addFiles(*page);
     page->addGap();
     addAddresses(*page, context);
+    addBasicDownloads(*page, context);
     return page;
 }
 

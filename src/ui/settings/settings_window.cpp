@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QActionGroup>
+#include <QApplication>
 #include <QEvent>
 #include <QKeyEvent>
 #include <QMenu>
@@ -43,19 +44,22 @@ SettingsWindow::SettingsWindow(app::DQMainController& controller, platform::User
       pages_(new QStackedWidget(this)) {
     setWindowTitle(translated("Settings"));
     setWindowIcon(applicationIcon());
+    // It is as large as its section.
+    setWindowFlag(Qt::WindowMaximizeButtonHint, false);
     setCentralWidget(pages_);
     setContextMenuPolicy(Qt::NoContextMenu);
     toolbar_->setObjectName(u"Preferences Toolbar 3016 (Independent)"_s);
     toolbar_->setMovable(false);
     toolbar_->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
     toolbar_->setIconSize({toolbarIconSize, toolbarIconSize});
-    addSection("General", "General", "general", makeGeneralSection);
-    addSection("Speed", "Speed", "DQGauge", makeSpeedSection);
-    addSection("Schedule", "Schedule", "DQHistory", makeScheduleSection);
-    addSection("Feedback", "Behaviors", "DQFeedback", makeBehaviorsSection);
-    addSection("History", "History", "documents", makeHistorySection);
-    addSection("Advanced", "Advanced", "advanced", makeAdvancedSection);
-    addSection("Experimental", "Experimental", "experimental", makeDownloadPagesSection);
+    addSection("General", translated("General"), "general", makeGeneralSection);
+    addSection("Speed", translated("Speed"), "DQGauge", makeSpeedSection);
+    addSection("Schedule", translated("Schedule"), "DQHistory", makeScheduleSection);
+    addSection("Feedback", translated("Behaviors"), "DQFeedback", makeBehaviorsSection);
+    addSection("History", translated("History"), "documents", makeHistorySection);
+    addSection("Advanced", translated("Advanced"), "advanced", makeAdvancedSection);
+    // Called the same in every language, as those who write about it call it.
+    addSection("Experimental", experimentalSection, "experimental", makeDownloadPagesSection);
     makeShortcuts();
     toolbar_->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(toolbar_, &QWidget::customContextMenuRequested, this, &SettingsWindow::showToolbarMenu);
@@ -65,7 +69,7 @@ SettingsWindow::SettingsWindow(app::DQMainController& controller, platform::User
 
 SettingsWindow::~SettingsWindow() = default;
 
-void SettingsWindow::addSection(const char* identifier, const char* title, const char* icon,
+void SettingsWindow::addSection(const char* identifier, const QString& title, const char* icon,
                                 MakePage make) {
     auto* area = new QScrollArea(pages_);
     area->setFrameShape(QFrame::NoFrame);
@@ -74,12 +78,12 @@ void SettingsWindow::addSection(const char* identifier, const char* title, const
     area->setFocusPolicy(Qt::NoFocus);
     SettingsPage* page = make(context_, area);
     area->setWidget(page);
-    area->setAccessibleName(translated(title));
+    area->setAccessibleName(title);
     pages_->addWidget(area);
     connect(page, &SettingsPage::heightChanged, this, &SettingsWindow::fitToSection,
             Qt::QueuedConnection);
 
-    QAction* action = toolbar_->addAction(symbolIcon(QString::fromLatin1(icon)), translated(title));
+    QAction* action = toolbar_->addAction(symbolIcon(QString::fromLatin1(icon)), title);
     action->setCheckable(true);
     actions_->addAction(action);
     const QString name = QString::fromLatin1(identifier);
@@ -184,8 +188,28 @@ void SettingsWindow::fitToSection() {
     resize(width, std::min(wanted, room));
 }
 
+void SettingsWindow::standOnTheScreenInUse() {
+    if (const QWidget* active = QApplication::activeWindow()) {
+        setScreen(active->screen());
+    }
+}
+
+/// As far as the window is concerned: its frame is not known before it shows.
+void SettingsWindow::centre() {
+    QRect frame({}, size());
+    frame.moveCenter(screen()->availableGeometry().center());
+    move(frame.topLeft());
+}
+
 void SettingsWindow::showPreferencesSection(const QString& identifier) {
+    const bool comesUp = !isVisible();
+    if (comesUp) {
+        standOnTheScreenInUse();
+    }
     selectSection(identifier);
+    if (comesUp) {
+        centre();
+    }
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
     raise();

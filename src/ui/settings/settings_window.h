@@ -42,7 +42,7 @@ private:
     };
     using MakePage = SettingsPage* (*)(const SettingsContext&, QWidget*);
 
-    void addSection(const char* identifier, const char* title, const char* icon, MakePage make);
+    void addSection(const char* identifier, const QString& title, const char* icon, MakePage make);
     void makeShortcuts();
     void showToolbarMenu(const QPoint& position);
     [[nodiscard]] QStringList toolbarSections() const;
@@ -52,6 +52,8 @@ private:
     /// To the next section of the toolbar, or with -1 to the one before.
     void step(int direction);
     void fitToSection();
+    void standOnTheScreenInUse();
+    void centre();
     [[nodiscard]] const Section& current() const;
 
     SettingsBinder binder_;

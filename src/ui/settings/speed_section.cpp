@@ -80,7 +80,7 @@ void addAcceleration(SettingsPage& page, const SettingsContext& context) {
     QComboBox* factor = page.addPopup(
         "&Connections:", numbers(2, mostAtOnce), engine::settings::accelerationChannels,
         [](qint64) { return engine::AccelerationSettings::accelerationFactor(); });
-    page.addNote("Some servers allow only one connection, and a few take offence at more.");
+    page.addNote("Some servers allow no more than one connection.");
     context.binder.follow({enabled.name()}, factor,
                           [factor, &defaults = context.defaults, enabled] {
                               factor->setEnabled(defaults.get(enabled));

@@ -24,7 +24,7 @@ namespace {
 
 namespace item = toolbaritem;
 
-constexpr int leastFilterWidth = 80, mostFilterWidth = 200;
+constexpr int leastFilterWidth = 80, mostFilterWidth = 130;
 constexpr QSize symbolSize(20, 20);
 
 QString plainTitle(Command command) {
