@@ -51,7 +51,7 @@
         <message>
             <location filename="../../src/app/commands/bulk_commands.cpp" />
             <source>Keep downloading</source>
-            <translation>Weiter laden</translation>
+            <translation>Weiterladen</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
@@ -106,7 +106,7 @@
         <message>
             <location filename="../../src/app/commands/command.cpp" />
             <source>&amp;Filter</source>
-            <translation>&amp;Filtern</translation>
+            <translation>Fi&amp;ltern</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
@@ -126,7 +126,7 @@
         <message>
             <location filename="../../src/app/commands/command.cpp" />
             <source>&amp;Lively Background</source>
-            <translation>&amp;Kräftiger Hintergrund</translation>
+            <translation>&amp;Lebhafter Hintergrund</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
@@ -201,12 +201,12 @@
         <message>
             <location filename="../../src/app/commands/command.cpp" />
             <source>&amp;Subtle Background</source>
-            <translation>&amp;Zarter Hintergrund</translation>
+            <translation>&amp;Dezenter Hintergrund</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
             <source>A&amp;scending</source>
-            <translation>Auf&amp;steigend</translation>
+            <translation>Aufs&amp;teigend</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
@@ -231,7 +231,7 @@
         <message>
             <location filename="../../src/app/commands/command.cpp" />
             <source>D&amp;eselect All</source>
-            <translation>Nichts a&amp;uswählen</translation>
+            <translation>A&amp;uswahl aufheben</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
@@ -316,7 +316,7 @@
         <message>
             <location filename="../../src/app/commands/command.cpp" />
             <source>Sle&amp;ep When Done</source>
-            <translation>Danach in Ruhe&amp;zustand</translation>
+            <translation>&amp;Danach in Bereitschaft</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
@@ -376,7 +376,7 @@
         <message>
             <location filename="../../src/app/commands/context_menu.cpp" />
             <source>Move to Trash</source>
-            <translation>In den Papierkorb legen</translation>
+            <translation>In den Papierkorb verschieben</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/context_menu.cpp" />
@@ -604,7 +604,7 @@ Möchten Sie jetzt wirklich beenden?</translation>
         <message>
             <location filename="../../src/app/rules/folder_menu.cpp" />
             <source>Hold shift to specify an individual download folder.</source>
-            <translation>Mit gedrückter Umschalttaste wählen Sie einen eigenen Ordner.</translation>
+            <translation>Umschalttaste gedrückt halten, um einen eigenen Ordner zu wählen.</translation>
         </message>
         <message>
             <location filename="../../src/app/rules/folder_menu.cpp" />
@@ -629,7 +629,7 @@ Möchten Sie jetzt wirklich beenden?</translation>
         <message>
             <location filename="../../src/app/rules/subdivision_suggestions.cpp" />
             <source>%@ (%lu nested subfolders)</source>
-            <translation>%@ (%lu ineinanderliegende Unterordner)</translation>
+            <translation>%@ (%lu verschachtelte Unterordner)</translation>
         </message>
         <message>
             <location filename="../../src/app/schedule/explanation.cpp" />
@@ -773,7 +773,7 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         <message>
             <location filename="../../src/engine/presentation/status_text.cpp" />
             <source>Pending</source>
-            <translation>Angehalten</translation>
+            <translation>Ausstehend</translation>
         </message>
         <message>
             <location filename="../../src/engine/presentation/status_text.cpp" />
@@ -873,7 +873,7 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         <message>
             <location filename="../../src/structured/json/json_complaints.cpp" />
             <source>A backslash must be followed by one of " \ / b f n r t u. To mean the backslash itself, double it.</source>
-            <translation>Auf einen Rückstrich muss eines von " \ / b f n r t u folgen. Für den Rückstrich selbst verdoppeln Sie ihn.</translation>
+            <translation>Auf einen Backslash muss eines von " \ / b f n r t u folgen. Für den Backslash selbst verdoppeln Sie ihn.</translation>
         </message>
         <message>
             <location filename="../../src/structured/json/json_complaints.cpp" />
@@ -1061,6 +1061,111 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>Warteschlange umo&amp;rdnen nach</translation>
         </message>
         <message>
+            <location filename="../../src/ui/help/about_panel.cpp" />
+            <source>A download manager for the desktop.</source>
+            <translation>Ein Download-Manager für den Desktop.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/help/about_panel.cpp" />
+            <source>About &amp;Qt</source>
+            <translation>Über &amp;Qt</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/help/about_panel.cpp" />
+            <source>About Orlop</source>
+            <translation>Über Orlop</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/help/about_panel.cpp" />
+            <source>Version %@</source>
+            <translation>Version %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/help/help_text.cpp" />
+            <source>A rule sends downloads from certain hosts or of certain types to a folder of their own and opens them with a program. Rules are listed in the File menu and in the settings.</source>
+            <translation>Eine Regel legt Downloads von bestimmten Servern oder bestimmter Art in einen eigenen Ordner und öffnet sie mit einem Programm. Die Regeln stehen im Menü „Datei“ und in den Einstellungen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/help/help_text.cpp" />
+            <source>Adding downloads</source>
+            <translation>Downloads hinzufügen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/help/help_text.cpp" />
+            <source>An entry of the History menu opens its file and offers what else can be done with it. To search, type while the menu is open.</source>
+            <translation>Ein Eintrag im Menü „Verlauf“ öffnet seine Datei und bietet an, was sich sonst damit tun lässt. Um zu suchen, tippen Sie, während das Menü offen ist.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/help/help_text.cpp" />
+            <source>Drag rows to put the queue in order, and finished files out of the list to wherever you need them.</source>
+            <translation>Ziehen Sie Zeilen, um die Warteschlange zu ordnen, und fertige Dateien aus der Liste dorthin, wo Sie sie brauchen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/help/help_text.cpp" />
+            <source>Finding a download again</source>
+            <translation>Einen Download wiederfinden</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/help/help_text.cpp" />
+            <source>Folders and rules</source>
+            <translation>Ordner und Regeln</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/help/help_text.cpp" />
+            <source>Hold Shift while pasting or dropping to choose a folder for these downloads.</source>
+            <translation>Halten Sie beim Einfügen oder Ablegen die Umschalttaste gedrückt, um für diese Downloads einen Ordner zu wählen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/help/help_text.cpp" />
+            <source>Keys in the list</source>
+            <translation>Tasten in der Liste</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/help/help_text.cpp" />
+            <source>Keys of the %@ menu</source>
+            <translation>Tasten des Menüs „%@“</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/help/help_text.cpp" />
+            <source>Paste addresses, drop them on the window, or enter them in the panel that Open URLs brings up. Any text will do: Orlop finds the addresses in it.</source>
+            <translation>Fügen Sie Adressen ein, ziehen Sie sie auf das Fenster oder geben Sie sie dort ein, wohin „URLs öffnen“ führt. Jeder Text ist recht: Orlop findet die Adressen darin.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/help/help_text.cpp" />
+            <source>Pause or resume the selected downloads</source>
+            <translation>Ausgewählte Downloads anhalten oder fortsetzen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/help/help_text.cpp" />
+            <source>Remove the selected downloads</source>
+            <translation>Ausgewählte Downloads entfernen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/help/help_text.cpp" />
+            <source>Select nothing</source>
+            <translation>Auswahl aufheben</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/help/help_text.cpp" />
+            <source>The commands of the Queue menu are about the selected downloads, or about all that the list shows if none is selected.</source>
+            <translation>Die Befehle im Menü „Warteschlange“ betreffen die ausgewählten Downloads oder, wenn keiner ausgewählt ist, alle, die die Liste zeigt.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/help/help_text.cpp" />
+            <source>Working with the list</source>
+            <translation>Mit der Liste arbeiten</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/help/help_text.cpp" />
+            <source>{1-20}, {01-20}, {a-f} or {front,back} in an address stands for a series.</source>
+            <translation>{1-20}, {01-20}, {a-f} oder {vorn,hinten} in einer Adresse steht für eine Reihe.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/help/help_window.cpp" />
+            <source>Orlop Help</source>
+            <translation>Orlop-Hilfe</translation>
+        </message>
+        <message>
             <location filename="../../src/ui/history/history_list_menu.cpp" />
             <source>No Matches</source>
             <translation>Keine Treffer</translation>
@@ -1242,23 +1347,28 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/schedule/schedule_settings.cpp" />
-            <source>Pause downloads every day at</source>
-            <translation>Downloads täglich anhalten um</translation>
+            <source>&amp;Pause downloads every day</source>
+            <translation>Downloads täglich &amp;anhalten</translation>
         </message>
         <message>
             <location filename="../../src/ui/schedule/schedule_settings.cpp" />
-            <source>Pause downloads that are running as well</source>
-            <translation>Auch laufende Downloads anhalten</translation>
+            <source>&amp;Start downloads every day</source>
+            <translation>Downloads täglich &amp;starten</translation>
         </message>
         <message>
             <location filename="../../src/ui/schedule/schedule_settings.cpp" />
-            <source>Start downloads every day at</source>
-            <translation>Downloads täglich starten um</translation>
+            <source>Pause downloads that are &amp;running as well</source>
+            <translation>Auch &amp;laufende Downloads anhalten</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/schedule/schedule_settings.cpp" />
+            <source>at</source>
+            <translation>um</translation>
         </message>
         <message>
             <location filename="../../src/ui/schedule/throttle_field.cpp" />
             <source>Bandwidth limit in kilobytes per second</source>
-            <translation>Grenze der Bandbreite in Kilobyte pro Sekunde</translation>
+            <translation>Bandbreitenlimit in Kilobyte pro Sekunde</translation>
         </message>
         <message>
             <location filename="../../src/ui/schedule/toolbar_explanation.cpp" />
@@ -1327,6 +1437,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Basic downloads:</source>
+            <translation>Einfache Downloads:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>Beside the finished file</source>
             <translation>Neben der fertigen Datei</translation>
         </message>
@@ -1373,12 +1488,17 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>The server's date</source>
-            <translation>Das des Servers</translation>
+            <translation>Angabe des Servers</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>This counts from the next start of Orlop.</source>
+            <translation>Das gilt ab dem nächsten Start von Orlop.</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>User &amp;agent:</source>
-            <translation>User-&amp;Agent:</translation>
+            <translation>User-A&amp;gent:</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
@@ -1388,12 +1508,17 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>When they were downloaded</source>
-            <translation>Wann sie geladen wurden</translation>
+            <translation>Zeitpunkt des Downloads</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>Window:</source>
             <translation>Fenster:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Without &amp;bandwidth limit and its controls</source>
+            <translation>Ohne &amp;Bandbreitenlimit und seine Bedienelemente</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/behaviors_section.cpp" />
@@ -1543,7 +1668,7 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         <message>
             <location filename="../../src/ui/settings/general_section.cpp" />
             <source>Date &amp;used:</source>
-            <translation>&amp;Welches Datum:</translation>
+            <translation>Ver&amp;wendetes Datum:</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/general_section.cpp" />
@@ -1583,7 +1708,7 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         <message>
             <location filename="../../src/ui/settings/general_section.cpp" />
             <source>When the download was added</source>
-            <translation>Als der Download hinzukam</translation>
+            <translation>Tag, an dem der Download hinzukam</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/history_section.cpp" />
@@ -1623,7 +1748,7 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         <message>
             <location filename="../../src/ui/settings/history_section.cpp" />
             <source>Older ones stand in a menu of their day.</source>
-            <translation>Ältere stehen im Menü ihres Tages.</translation>
+            <translation>Ältere stehen im Untermenü ihres Tages.</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/login_item_switch.cpp" />
@@ -1728,12 +1853,12 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         <message>
             <location filename="../../src/ui/settings/speed_section.cpp" />
             <source>L&amp;imit:</source>
-            <translation>G&amp;renze:</translation>
+            <translation>&amp;Limit:</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/speed_section.cpp" />
-            <source>Some servers allow only one connection, and a few take offence at more.</source>
-            <translation>Manche Server erlauben nur eine Verbindung, und einige nehmen mehr davon übel.</translation>
+            <source>Some servers allow no more than one connection.</source>
+            <translation>Manche Server erlauben nur eine Verbindung.</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/speed_section.cpp" />
@@ -1874,16 +1999,6 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/window/url_panel.cpp" />
             <source>One or several addresses; {1-20} makes a series:</source>
             <translation>Eine oder mehrere Adressen; {1-20} ergibt eine Reihe:</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/window/window_commands.cpp" />
-            <source>A download manager for the desktop.</source>
-            <translation>Ein Download-Manager für den Schreibtisch.</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/window/window_commands.cpp" />
-            <source>About Orlop</source>
-            <translation>Über Orlop</translation>
         </message>
     </context>
 </TS>

@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <QAccessible>
 #include <QDragEnterEvent>
 #include <QLineEdit>
 #include <QMenuBar>
@@ -25,8 +24,6 @@
 #include "ui/window/scope_bar.h"
 
 using namespace Qt::Literals::StringLiterals;
-using testing::Contains;
-using testing::IsEmpty;
 
 namespace {
 
@@ -56,17 +53,12 @@ protected:
 };
 
 void collect(const QMenu& menu, std::multiset<QString>& identifiers,
-             std::multiset<QString>& shortcuts, QStringList& clashes) {
-    std::multiset<QString> mnemonics;
+             std::multiset<QString>& shortcuts) {
     for (const QAction* item : menu.actions()) {
         if (item->isSeparator())
             continue;
-        const QString mnemonic = QKeySequence::mnemonic(item->text()).toString();
-        mnemonics.insert(mnemonic);
-        if (mnemonics.count(mnemonic) > 1 && !mnemonic.isEmpty())
-            clashes.append(menu.title() + u": "_s + item->text());
         if (item->menu()) {
-            collect(*item->menu(), identifiers, shortcuts, clashes);
+            collect(*item->menu(), identifiers, shortcuts);
             continue;
         }
         identifiers.insert(item->objectName());
@@ -75,11 +67,10 @@ void collect(const QMenu& menu, std::multiset<QString>& identifiers,
     }
 }
 
-TEST_F(MainWindowTest, HasEveryCommandInItsMenusWithoutClashes) {
+TEST_F(MainWindowTest, HasEveryCommandInItsMenusWithKeysOfItsOwn) {
     std::multiset<QString> identifiers, shortcuts;
-    QStringList clashes;
     for (const QAction* item : window->menuBar()->actions())
-        collect(*item->menu(), identifiers, shortcuts, clashes);
+        collect(*item->menu(), identifiers, shortcuts);
     for (int number = 0; number <= static_cast<int>(app::Command::Quit); ++number) {
         const auto command = static_cast<app::Command>(number);
         for (const auto& group : app::commandTags(command)) {
@@ -91,7 +82,6 @@ TEST_F(MainWindowTest, HasEveryCommandInItsMenusWithoutClashes) {
     }
     for (const QString& shortcut : shortcuts)
         EXPECT_EQ(shortcuts.count(shortcut), 1U) << qPrintable(shortcut);
-    EXPECT_THAT(clashes, IsEmpty());
 }
 
 TEST_F(MainWindowTest, ObeysKeysAndSelection) {
@@ -175,20 +165,6 @@ TEST_F(MainWindowTest, TakesDropsAndNeverTheSource) {
     EXPECT_TRUE(drop.isAccepted());
     main.settle();
     EXPECT_EQ(queue(), QStringList{u"d"_s});
-}
-
-TEST_F(MainWindowTest, NamesItsControlsForAssistants) {
-    QStringList nameless;
-    for (QWidget* widget : window->findChildren<QWidget*>()) {
-        const bool isControl = widget->focusPolicy() != Qt::NoFocus && !widget->inherits("QMenu") &&
-                               !widget->inherits("QScrollBar") &&
-                               widget->objectName() != u"qt_scrollarea_viewport";
-        QAccessibleInterface* interface = QAccessible::queryAccessibleInterface(widget);
-        if (isControl && interface && interface->text(QAccessible::Name).isEmpty())
-            nameless.append(QString::fromLatin1(widget->metaObject()->className()) + u' ' +
-                            widget->objectName());
-    }
-    EXPECT_THAT(nameless, IsEmpty());
 }
 
 TEST(Language, SpeaksTheUsersAndFallsSilentWhenItGoes) {
