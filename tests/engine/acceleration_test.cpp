@@ -283,11 +283,14 @@ TEST_F(AccelerationTest, ResultIsTheFileWhateverServersDoWithParts) {
         OtherVersion,
         OtherLength,
         OneConnection,
-        Longer
+        Longer,
+        Shorter,
+        Crawl
     };
     const QByteArray other = patternedBytes(body.size(), 9);
-    for (const Deed deed : {Deed::Whole, Deed::ErrorPage, Deed::OtherPart, Deed::OtherVersion,
-                            Deed::OtherLength, Deed::OneConnection, Deed::Longer}) {
+    for (const Deed deed :
+         {Deed::Whole, Deed::ErrorPage, Deed::OtherPart, Deed::OtherVersion, Deed::OtherLength,
+          Deed::OneConnection, Deed::Longer, Deed::Shorter, Deed::Crawl}) {
         SCOPED_TRACE(static_cast<int>(deed));
         std::atomic<int> open = 0;
         server.handle("/file.bin", [&, deed](const support::ReceivedRequest& request) {
@@ -322,6 +325,16 @@ TEST_F(AccelerationTest, ResultIsTheFileWhateverServersDoWithParts) {
                 case Deed::Longer:
                     served.status = 206;
                     served.body = patternedBytes(300'000);
+                    break;
+                case Deed::Shorter:
+                    if (request.header("Range") == "bytes=250003-500002") {
+                        served.status = 206;
+                        served.body = body.mid(250'003, 200'000);
+                        served.headers.emplace_back("Content-Range", "bytes 250003-500002/1000003");
+                    }
+                    break;
+                case Deed::Crawl:
+                    served.rate = open++ == 0 ? 500'000 : 0;
                     break;
             }
             return served;

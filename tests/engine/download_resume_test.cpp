@@ -230,6 +230,28 @@ TEST_F(TransferTest, VanishedPartialFileMeansANewStart) {
     EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
 }
 
+/// Killed after the file was moved, before that was saved.
+TEST_F(TransferTest, FinishedFileIsKnownAgainAndOnlyThat) {
+    main.clock.setWall(static_cast<double>(QDateTime::currentSecsSinceEpoch()));
+    const QByteArray body = patternedBytes(whole);
+    const auto paused = pausedAfter(half, reply(body));
+    const auto download = restarted(paused);
+    const auto twin = restarted(paused);
+    const auto later = restarted(paused);
+    run(download);
+    const auto requests = server.requests().size();
+    run(twin);
+    EXPECT_EQ(server.requests().size(), requests);
+    EXPECT_EQ(twin->status(), DQDownloadStatusDone);
+    EXPECT_EQ(twin->path(), downloadedPath(u"file.bin"_s));
+
+    ASSERT_TRUE(platform::setExtendedAttribute(downloadedPath(u"file.bin"_s),
+                                               u"user.xdg.origin.url"_s, "http://elsewhere/"));
+    run(later);
+    EXPECT_EQ(server.requests().size(), requests + 1);
+    EXPECT_EQ(downloadedNames(), QStringList({u"file 1.bin"_s, u"file.bin"_s}));
+}
+
 TEST_F(TransferTest, AbsentVolumePausesAndKeepsTheRecord) {
     const auto download = pausedAfter(half, reply(patternedBytes(whole)));
     const QString away = u"/media/nobody/Disk/file.bin.orlop/file.bin"_s;

@@ -1,53 +1,16 @@
 """Killed at any moment, the program loses nothing: the queue on disk is always whole, and the
 file ends byte for byte right. ORLOP_LONG_TESTS=1 kills 200 times and more."""
-import random
-import shutil
-import time
 import unittest
 
-from support.case import MIB, SystemTest
-from support.home import LONG, sha256, wait_until
+from support.case import MIB
+from support.home import LONG, wait_until
+from support.killing import KillingTest
 
 KILLS_IN_TRANSFERS = 160 if LONG else 7
 KILLS_IN_QUEUE_WRITES = 60 if LONG else 4
 
 
-class KillTest(SystemTest):
-    def setUp(self):
-        super().setUp()
-        seed = random.randrange(1 << 30)
-        self.random = random.Random(seed)
-        self.note = f"with seed {seed}"
-
-    def run_and_kill(self, longest, *arguments):
-        """True: it had ended by itself before."""
-        process = self.home.start(*arguments)
-        time.sleep(self.random.uniform(0.01, longest))
-        ended = process.poll()
-        process.kill()
-        self.home.result(process)
-        if ended is not None:
-            self.assertEqual(ended, 0, self.note)
-        return ended is not None
-
-    def assert_queue_is_whole(self, addresses):
-        """Some state between "all of these" and "none", and never a broken one."""
-        queued = self.home.queued_addresses()
-        self.assertEqual(queued, [each for each in addresses if each in queued], self.note)
-        return queued
-
-    def assert_only_copies_of(self, sources):
-        """Each is there; one that was finished but not yet out of the queue may be there twice.
-        Takes them away."""
-        wanted = {sha256(source): source.name for source in sources}
-        for name in self.home.finished():
-            self.assertIn(sha256(self.home.downloads / name), wanted,
-                          f"{name} is damaged, {self.note}")
-        for source in sources:
-            self.assert_downloaded(source.name, source)
-        for path in self.home.downloads.iterdir():
-            shutil.rmtree(path) if path.is_dir() else path.unlink()
-
+class KillTest(KillingTest):
     def test_the_next_run_goes_on_where_it_stood(self):
         source = self.serve("halfway.bin", 4 * MIB)
         address = self.server.url("/rate/1500000/halfway.bin")

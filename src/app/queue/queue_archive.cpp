@@ -26,6 +26,8 @@ constexpr qint64 maximumFileSize = 1 << 30;
 /// downloads end one after another is not written all the time.
 constexpr double restPerWrite = 6;
 constexpr platform::Seconds shortestRest = 0.1, longestRest = 2;
+/// The same where every moment costs what comes down in it if we are killed.
+constexpr double restPerWriteIfUrgent = 2;
 constexpr auto restOperation = "rest";
 
 /// A finished download does not survive a restart, nor does one on its way out.
@@ -97,10 +99,14 @@ std::vector<QVariantMap> QueueArchive::read() {
 }
 
 void QueueArchive::write() {
-    if (writer_->isBusy() || surroundings_.loop.isScheduled(this, restOperation)) {
-        wantsToBeWritten_ = true;
-    } else {
+    wantsToBeWritten_ = true;
+    if (writer_->isBusy()) {
+        return;
+    }
+    if (!surroundings_.loop.isScheduled(this, restOperation)) {
         handOver(archives());
+    } else if (isUrgent_) {
+        rest();
     }
 }
 
@@ -111,8 +117,21 @@ void QueueArchive::writeIfBegun(const engine::DQDownload& download) {
     }
     const auto known = cache_.find(&download);
     if (known == cache_.end() || known->second.revision != settings.revision()) {
+        isUrgent_ = isUrgent_ || !leadsToData(download);
         write();
     }
+}
+
+/// What has come whole at once is done before it could be saved.
+bool QueueArchive::leadsToData(const engine::DQDownload& download) const {
+    if (download.downloadCompletionFraction() >= 1) {
+        return true;
+    }
+    const auto known = cache_.find(&download);
+    const QVariantMap saved = known == cache_.end() ? QVariantMap() : known->second.archive.toMap();
+    return saved.contains(engine::keys::responseURL) &&
+           saved.value(engine::keys::accelerationWorkers) ==
+               download.userSettings().value(engine::keys::accelerationWorkers);
 }
 
 void QueueArchive::didWrite(const std::optional<platform::Error>& error) {
@@ -120,14 +139,23 @@ void QueueArchive::didWrite(const std::optional<platform::Error>& error) {
         platform::log(u"cannot write the queue: %1"_s.arg(error->text), platform::LogLevel::Error);
         surroundings_.notWritten(*error);
     }
-    const platform::Seconds took = surroundings_.loop.clock().monotonic() - handedOver_;
-    surroundings_.loop.cancelAll(this);
-    surroundings_.loop.performAfter(
-        this, restOperation, std::clamp(took * restPerWrite, shortestRest, longestRest), [this] {
-            if (wantsToBeWritten_ && !writer_->isBusy()) {
-                handOver(archives());
-            }
-        });
+    written_ = surroundings_.loop.clock().monotonic();
+    rest();
+}
+
+void QueueArchive::rest() {
+    platform::RunLoop& loop = surroundings_.loop;
+    const platform::Seconds took = written_ - handedOver_;
+    const platform::Seconds length =
+        isUrgent_ ? std::min(took * restPerWriteIfUrgent, longestRest)
+                  : std::clamp(took * restPerWrite, shortestRest, longestRest);
+    loop.cancelAll(this);
+    loop.performAfter(this, restOperation,
+                      std::max(written_ + length - loop.clock().monotonic(), 0.0), [this] {
+                          if (wantsToBeWritten_ && !writer_->isBusy()) {
+                              handOver(archives());
+                          }
+                      });
 }
 
 void QueueArchive::finish() {
@@ -138,7 +166,7 @@ void QueueArchive::finish() {
 }
 
 void QueueArchive::handOver(QVariantList archives) {
-    wantsToBeWritten_ = false;
+    wantsToBeWritten_ = isUrgent_ = false;
     handedOver_ = surroundings_.loop.clock().monotonic();
     if (mayWrite_) {
         writer_->write(std::move(archives));

@@ -65,15 +65,20 @@ private:
     [[nodiscard]] QVariantList archives();
     [[nodiscard]] QVariant archiveOf(engine::DQDownload& download, bool paused);
     [[nodiscard]] bool confirmQuit();
+    [[nodiscard]] bool leadsToData(const engine::DQDownload& download) const;
     void didWrite(const std::optional<platform::Error>& error);
+    void rest();
     void forgetRemovedDownloads();
 
     const QString path_;
     Surroundings surroundings_;
     std::unique_ptr<ArchiveWriter> writer_;
     std::unordered_map<const engine::DQDownload*, Cached> cache_;
+    /// Data is on the disk that the file does not lead to, and would be fetched again.
+    bool isUrgent_ = false;
+    platform::Seconds handedOver_ = 0;  ///< When the last write began, on the monotonic scale.
+    platform::Seconds written_ = 0;     ///< When it ended.
     bool wantsToBeWritten_ = false;
-    double handedOver_ = 0;  ///< When the last write began, on the clock's monotonic scale.
     bool mayWrite_ = true;
     /// The file that was found could not be read, so what it refers to must stay.
     bool keepsIntermediateFiles_ = false;

@@ -112,6 +112,12 @@ void DownloadFinisher::finishPartialData(const ResumePlan& plan) {
     conclude(std::move(pieces));
 }
 
+void DownloadFinisher::adoptFinishedFile(const QString& path) {
+    download_.paths().discardPartialData();
+    removePartialFileMarks(path);
+    endWithFile(path);
+}
+
 void DownloadFinisher::conclude(std::vector<FilePiece> pieces) {
     if (hasRightLength(pieces))
         assemble(std::move(pieces));
@@ -203,11 +209,14 @@ void DownloadFinisher::move(const std::shared_ptr<Job>& job) {
 void DownloadFinisher::Job::moveToTarget() {
     const QString& source = pieces.front().path;
     wasMoveTried = true;
+    // Before the move: from then on it is how the file is known again if we are stopped.
+    writeOrigin(origin, source);
     moveError =
         target.isEmpty() ? platform::posixError(EACCES) : platform::moveFile(source, target);
     const QString& path = moveError ? source : target;
     removePartialFileMarks(path);
-    writeOrigin(origin, path);
+    if (!origin.isKnownTo(path))
+        writeOrigin(origin, path);
     if (!moveError) {
         platform::syncFolderOf(QFile::encodeName(target));
         removePartialFiles(source);

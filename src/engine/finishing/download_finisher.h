@@ -28,6 +28,8 @@ public:
     void workerDidFinish(DQDownloadWorkerPrototype& worker);
     /// Goes on with what was cut short at an earlier end.
     void finishPartialData(const ResumePlan& plan);
+    /// The file is at its final path already, all of it.
+    void adoptFinishedFile(const QString& path);
 
     /// Work is going on in the background, even if it has been cancelled.
     [[nodiscard]] bool isBusy() const { return job_ != nullptr; }

@@ -2,18 +2,24 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <QDirIterator>
 #include <QFile>
+#include <QFileInfo>
 #include <QVariant>
 
 #include "engine/admission/download_manager.h"
 #include "engine/environment.h"
+#include "engine/paths/download_folder.h"
 #include "engine/record/download.h"
 #include "engine/record/download_dates.h"
+#include "engine/record/known_file.h"
 #include "engine/record/user_settings.h"
 #include "engine/settings.h"
 #include "links/paths/file_attributes.h"
+#include "links/paths/path_components.h"
 #include "links/paths/path_rules.h"
 #include "platform/base/log.h"
+#include "platform/files/files.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -33,6 +39,10 @@ void setModificationDate(const QString& path, const QDateTime& date) {
 
 }  // namespace
 
+bool FileOrigin::isKnownTo(const QString& path) const {
+    return sources.isEmpty() || links::isFromURLString(path, sources.front());
+}
+
 FileOrigin originOf(const DQDownload& download) {
     FileOrigin origin;
     if (platform::standardDefaults().get(settings::lastModifiedHeaderAdoption) > 0)
@@ -50,6 +60,26 @@ void writeOrigin(const FileOrigin& origin, const QString& path) {
     if (origin.modificationDate)
         setModificationDate(path, *origin.modificationDate);
     links::setSourceURLStrings(path, origin.sources);
+}
+
+QString finishedFileOf(const DQDownload& download) {
+    const UserSettings& settings = download.userSettings();
+    const qint64 length = knownFile(settings).length;
+    const QString chosen = platform::expandTilde(settings.string(keys::downloadFile));
+    const QString folder = chosen.isEmpty() ? downloadBasePath(download)
+                                            : links::stringByDeletingLastPathComponent(chosen);
+    if (length <= 0 || folder.isEmpty())
+        return {};
+    const QDateTime begun = download.date();
+    for (QDirIterator files(folder, QDir::Files | QDir::Hidden | QDir::NoSymLinks);
+         files.hasNext();) {
+        const QString path = files.next();
+        const QFileInfo info = files.fileInfo();
+        if (info.size() == length && info.metadataChangeTime() >= begun &&
+            links::isFromURLString(path, settings.string(keys::responseURL)))
+            return path;
+    }
+    return {};
 }
 
 void openByRule(const DQDownload& download, const QString& path) {

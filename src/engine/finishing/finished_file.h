@@ -14,9 +14,16 @@ class DQDownload;
 struct FileOrigin {
     std::optional<QDateTime> modificationDate;  ///< The server's. Nothing: it stays as it is.
     QStringList sources;                        ///< Addresses, the last of redirects first.
+
+    /// Not every file system keeps it when it is given a file of another one.
+    [[nodiscard]] bool isKnownTo(const QString& path) const;
 };
 [[nodiscard]] FileOrigin originOf(const DQDownload& download);
 void writeOrigin(const FileOrigin& origin, const QString& path);
+
+/// The file of a download whose partial data is gone because the program was stopped between moving
+/// the file to its final path and saving that. Empty: there is none, or it cannot be told.
+[[nodiscard]] QString finishedFileOf(const DQDownload& download);
 
 /// Hands it to the application of the first matching rule whose application takes it.
 void openByRule(const DQDownload& download, const QString& path);

@@ -6,6 +6,7 @@
 #include "engine/admission/download_manager.h"
 #include "engine/environment.h"
 #include "engine/finishing/download_finisher.h"
+#include "engine/finishing/finished_file.h"
 #include "engine/lifecycle/download_lifecycle.h"
 #include "engine/lifecycle/resume_plan.h"
 #include "engine/paths/download_paths.h"
@@ -25,7 +26,7 @@ namespace {
 using Worker = Transfer::Worker;
 
 /// What a start does about the partial data that may be there.
-enum class PartialData { Absent, Present, VolumeAway };
+enum class PartialData { Absent, Present, VolumeAway, Finished };
 
 void discardData(DQDownload& download) {
     download.paths().discardPartialData();
@@ -43,6 +44,10 @@ PartialData lookForPartialData(DQDownload& download) {
         environment().prepareMissingVolumeAlert(download);
         download.pause();
         return PartialData::VolumeAway;
+    }
+    if (const QString finished = finishedFileOf(download); !finished.isEmpty()) {
+        download.finisher().adoptFinishedFile(finished);
+        return PartialData::Finished;
     }
     platform::log(u"intermediate download file vanished: %1"_s.arg(path));
     discardData(download);
@@ -243,7 +248,7 @@ void startDownload(DQDownload& download, const std::optional<platform::Url>& url
         return;
     }
     const PartialData data = lookForPartialData(download);
-    if (data == PartialData::VolumeAway)
+    if (data == PartialData::VolumeAway || data == PartialData::Finished)
         return;
     if (download.transfer().hasWorkers()) {
         platform::debugLog(

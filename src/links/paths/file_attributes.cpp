@@ -68,6 +68,11 @@ bool setSourceURLStrings(const QString& path, const QStringList& urlStrings) {
     return platform::setExtendedAttribute(path, name(attributes::sourceURLs), list);
 }
 
+bool isFromURLString(const QString& path, const QString& urlString) {
+    return platform::extendedAttribute(path, name(attributes::originURL)) ==
+           withoutSecrets(urlString).toUtf8();
+}
+
 bool setFractionCompleted(const QString& path, const QString& fraction) {
     return setText(path, attributes::fractionCompleted, fraction);
 }

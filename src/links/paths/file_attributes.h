@@ -42,6 +42,8 @@ bool setSpotlightComment(const QString& path, const QString& comment);
 /// which is where the user began, as its referrer; with "Store Source URL In Spotlight Comment" as
 /// its comment too. User names, passwords and fragments are left out. Whether the list was stored.
 bool setSourceURLStrings(const QString& path, const QStringList& urlStrings);
+/// Whether that is what the first of the addresses kept there was.
+[[nodiscard]] bool isFromURLString(const QString& path, const QString& urlString);
 
 /// `fraction` is a decimal number from 0 to 1, in ASCII. Whether it was stored.
 bool setFractionCompleted(const QString& path, const QString& fraction);

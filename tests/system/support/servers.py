@@ -133,6 +133,12 @@ class Nginx(Server):
         """The number of the connection of each finished request."""
         return (self.root / "connections.log").read_text().split()
 
+    def is_idle(self):
+        """Whether nobody is being served."""
+        with urllib.request.build_opener(urllib.request.ProxyHandler({})).open(
+                self.url("/connections"), timeout=5) as answer:
+            return b"Active connections: 1 " in answer.read()
+
     def command(self):
         configuration = self.root / "nginx.conf"
         configuration.write_text(f"""
@@ -171,6 +177,7 @@ http {{
         }}
         location /noranges/ {{ alias {self.content}/; max_ranges 0; }}
         location ~ ^/to/(?<file>.+)$ {{ return 302 /$file; }}
+        location /connections {{ stub_status; access_log off; }}
         location /status/404 {{ return 404; }}
         location /status/500 {{ return 500; }}
     }}

@@ -1,0 +1,111 @@
+"""Killed at any moment of a download over several connections, the program goes on with every part
+where it stood. ORLOP_LONG_TESTS=1 kills 200 times and more."""
+import signal
+import time
+import unittest
+from collections import Counter
+
+from support.case import MIB
+from support.home import LONG, wait_until
+from support.killing import KillingTest
+
+KILLS = 240 if LONG else 12
+CHANNELS = 4
+ACCELERATED = ("-Acceleration: Enabled", "1", "-Acceleration: Channels", str(CHANNELS))
+
+
+class Parts:
+    """Which bytes of a file that is fetched over several connections are on the disk."""
+
+    def __init__(self, home, source):
+        size = source.stat().st_size // CHANNELS
+        first = source.stat().st_size - (CHANNELS - 1) * size
+        starts = [0] + [first + number * size for number in range(CHANNELS - 1)]
+        folder = home.downloads / f"{source.name}.orlop"
+        names = [source.name] + [f"{source.name}.orlop-xf-{number}" for number in range(1, CHANNELS)]
+        self.spans = [(start, start + (folder / name).stat().st_size)
+                      for start, name in zip(starts, names) if (folder / name).exists()]
+        self.are_joined = any(first < end for start, end in self.spans if start == 0)
+
+    def held(self, first=0, last=1 << 62):
+        """How many of these bytes."""
+        total = 0
+        for start, end in sorted(self.spans):
+            start, end = max(start, first), min(end, last + 1)
+            total += max(0, end - start)
+            first = max(first, end)
+        return total
+
+
+class AcceleratedKillTest(KillingTest):
+    def setUp(self):
+        super().setUp()
+        self.source = self.serve("wide.bin", 8 * MIB + 3)
+        self.address = self.server.url("/rate/400000/wide.bin")
+        self.length = self.source.stat().st_size
+        self.kills = Counter()
+        self.fetched_again = []
+        self.unsaved = 0
+
+    def transfer(self, process):
+        time.sleep(self.random.uniform(0.01, 0.5))
+
+    def pause(self, process):
+        time.sleep(self.random.uniform(0.05, 0.4))
+        process.send_signal(signal.SIGINT)
+        time.sleep(self.random.uniform(0, 0.03))
+
+    def join(self, process):
+        wait_until(lambda: process.poll() is not None or
+                   Parts(self.home, self.source).held() == self.length, what="all of the file")
+        time.sleep(self.random.uniform(0, 0.03))
+
+    def run_and_kill_while(self, deed, arguments):
+        """True: the file had come whole before."""
+        before, saved = Parts(self.home, self.source), self.home.queue()
+        known = len(self.server.requests())
+        process = self.home.start(*ACCELERATED, *arguments)
+        deed(process)
+        process.kill()
+        self.home.result(process)
+        wait_until(self.server.is_idle, 5, "the end of what was killed")
+        again = 0
+        for _, _, _, span, _ in self.server.requests()[known:]:
+            first, last = span[6:].split("-") if span != "-" else (0, self.length - 1)
+            again += before.held(int(first), int(last))
+        if saved and "Response URL" in saved[0]:
+            self.fetched_again.append(again)
+        else:
+            # Killed before the queue on disk told of the very first bytes.
+            self.unsaved += again
+        if process.returncode != -signal.SIGKILL:
+            return process.returncode == 0
+        after = Parts(self.home, self.source)
+        self.kills["joining" if after.are_joined else
+                   "complete" if after.held() == self.length else
+                   "in parts" if len(after.spans) > 1 else "start or end"] += 1
+        return False
+
+    def test_every_part_goes_on_where_it_stood(self):
+        deeds = [self.transfer] * 4 + [self.pause, self.join]
+        files = 0
+        while self.kills.total() < KILLS:
+            files += 1
+            arguments = [self.address]
+            for _ in range(50):
+                if self.run_and_kill_while(self.random.choice(deeds), arguments):
+                    break
+                if self.assert_queue_is_whole([self.address]):
+                    arguments = []
+            self.assertEqual(self.home.queued_addresses(), [], self.note)
+            self.assertEqual(self.home.finished(), [self.source.name], self.note)
+            self.assert_only_copies_of([self.source])
+        sent = sum(int(request[4]) for request in self.server.requests())
+        print(f"{self.kills.total()} kills ({dict(self.kills)}) in {files} files of {self.length} "
+              f"bytes, sent more than once: {sent - files * self.length}, of which on the disk but "
+              f"not yet in the queue's file: {self.unsaved}")
+        self.assertEqual([count for count in self.fetched_again if count], [], self.note)
+
+
+if __name__ == "__main__":
+    unittest.main()
