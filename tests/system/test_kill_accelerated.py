@@ -97,6 +97,8 @@ class AcceleratedKillTest(KillingTest):
                     break
                 if self.assert_queue_is_whole([self.address]):
                     arguments = []
+                elif self.home.finished():
+                    break
             self.assertEqual(self.home.queued_addresses(), [], self.note)
             self.assertEqual(self.home.finished(), [self.source.name], self.note)
             self.assert_only_copies_of([self.source])

@@ -11,6 +11,7 @@
 #include "engine/record/download.h"
 #include "engine/record/user_settings.h"
 #include "engine/settings.h"
+#include "engine/workers/partial_file_marks.h"
 #include "links/paths/file_attributes.h"
 #include "platform/base/log.h"
 #include "platform/files/files.h"
@@ -74,6 +75,10 @@ qint64 Transfer::noteReceivedBytes(const Worker& worker) {
         writeMetadataIfNecessary();
     if (reached.expected < 1)
         return 0;
+    // Before the workers know that they are done: parts that are complete are not asked for again,
+    // so that a run after a kill has to know that they only wait to be joined.
+    if (_downloadWorkers.size() >= 2 && reached.total() == reached.expected)
+        markFinishing(download_.paths().intermediateDownloadTargetPath(false, false));
     const double fraction =
         static_cast<double>(reached.total()) / static_cast<double>(reached.expected);
     if (fraction > _downloadFraction || reached.total() == reached.expected) {
