@@ -9,6 +9,10 @@ if(TARGET orlop-proxy-script)
     install(TARGETS orlop-proxy-script
             RUNTIME DESTINATION "${CMAKE_INSTALL_LIBEXECDIR}/orlop")
 endif()
+foreach(page orlop orlop-terminal orlop-defaults)
+    install(FILES "${CMAKE_SOURCE_DIR}/docs/man/${page}.1"
+            DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
+endforeach()
 set(resources "${CMAKE_SOURCE_DIR}/resources")
 install(FILES "${resources}/desktop/com.tarnworks.Orlop.desktop"
         DESTINATION "${CMAKE_INSTALL_DATADIR}/applications")

@@ -2,11 +2,12 @@
 #include <csignal>
 #include <cstdio>
 #include <memory>
+#include <optional>
 
 #include "app/application.h"
+#include "app/lifecycle/command_line.h"
 #include "app/main_controller.h"
 #include "app/status/queue_status_reporter.h"
-#include "platform/base/arguments.h"
 #include "platform/session/signal_watcher.h"
 #include "ui/art/appearance.h"
 #include "ui/art/icons.h"
@@ -24,9 +25,47 @@ ui::Language::Pseudo pseudoLocale(const QVariantMap& defaults) {
     return number == 1 ? Pseudo::Accented : number == 2 ? Pseudo::RightToLeft : Pseudo::None;
 }
 
+constexpr const char* usage =
+    "Usage: orlop [-KEY VALUE]... [ADDRESS|FILE]...\n"
+    "Opens the window and takes in addresses, lists of addresses (.txt), folders and begun\n"
+    "downloads (.orlop). If Orlop is running already, it is handed what is given.\n"
+    "\n"
+    "  -KEY VALUE   a setting for this run only, such as -\"Downloads Folder\" /tmp\n"
+    "  --           only addresses and files follow\n"
+    "  --help       show this text\n"
+    "  --version    show the version\n"
+    "\n"
+    "orlop-terminal is the same without a window.\n";
+
+/// What can be answered without a display. Nothing: the program is to run.
+std::optional<int> answerAtOnce(const app::CommandLine& line) {
+    constexpr int statusBadUsage = 2;
+    if (line.action == app::CommandLine::Action::ShowHelp) {
+        std::fputs(usage, stdout);
+        return 0;
+    }
+    if (line.action == app::CommandLine::Action::ShowVersion) {
+        std::puts("orlop " ORLOP_VERSION);
+        return 0;
+    }
+    if (!line.problem.isEmpty()) {
+        std::fprintf(stderr, "orlop: %s\n", qUtf8Printable(line.problem));
+        return statusBadUsage;
+    }
+    return std::nullopt;
+}
+
 }  // namespace
 
 int main(int argumentCount, char** argumentValues) {
+    QStringList arguments;
+    for (int index = 1; index < argumentCount; ++index) {
+        arguments.push_back(QString::fromLocal8Bit(argumentValues[index]));
+    }
+    const app::CommandLine line = app::parsedCommandLine(arguments);
+    if (const std::optional<int> status = answerAtOnce(line)) {
+        return *status;
+    }
     // Qt would take arguments with one dash for its own; they are settings here.
     int ownArguments = 1;
     QApplication application(ownArguments, argumentValues);
@@ -38,17 +77,12 @@ int main(int argumentCount, char** argumentValues) {
 
     const ui::Appearance appearance;
 
-    QStringList arguments;
-    for (int index = 1; index < argumentCount; ++index) {
-        arguments.push_back(QString::fromLocal8Bit(argumentValues[index]));
-    }
-    const platform::ParsedArguments parsed = platform::parseArguments(arguments);
-    const ui::Language language(application, QLocale(), pseudoLocale(parsed.defaults));
+    const ui::Language language(application, QLocale(), pseudoLocale(line.settings));
 
     ui::DesktopFrontEnd frontEnd;
     ui::AuthenticationPanel authenticationPanel;
     std::unique_ptr<ui::DesktopWindows> windows;
-    app::Application core({parsed.defaults, parsed.rest});
+    app::Application core({line.settings, line.items});
     app::FrontEnd parts = frontEnd.frontEnd();
     parts.authentication = &authenticationPanel;
     const auto start = core.start(parts, [&](app::DQMainController& controller) {

@@ -1,14 +1,14 @@
-#include "app/terminal/command_line.h"
+#include "app/lifecycle/command_line.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
 using namespace Qt::Literals::StringLiterals;
-using app::terminal::CommandLine;
-using app::terminal::parsedCommandLine;
+using app::CommandLine;
+using app::parsedCommandLine;
 
-TEST(TerminalCommandLine, TellsSettingsFromAddresses) {
+TEST(CommandLineTest, TellsSettingsFromAddresses) {
     const CommandLine line =
         parsedCommandLine({u"-Number Of Concurrent Downloads"_s, u"9"_s, u"http://a/b"_s, u"-"_s,
                            u"-Downloads Folder"_s, u"-odd"_s, u"--"_s, u"-file"_s, u"--help"_s});
@@ -19,14 +19,14 @@ TEST(TerminalCommandLine, TellsSettingsFromAddresses) {
     EXPECT_EQ(line.items, (QStringList{u"http://a/b"_s, u"-"_s, u"-file"_s, u"--help"_s}));
 }
 
-TEST(TerminalCommandLine, RefusesWhatItDoesNotUnderstand) {
+TEST(CommandLineTest, RefusesWhatItDoesNotUnderstand) {
     for (const QStringList& words :
          {QStringList{u"--colour"_s}, QStringList{u"http://a/"_s, u"-Auto-Start"_s},
-          QStringList{u"-"_s, u"-"_s}})
+          QStringList{u"-o"_s, u"file"_s, u"http://a/"_s}, QStringList{u"-"_s, u"-"_s}})
         EXPECT_FALSE(parsedCommandLine(words).problem.isEmpty()) << words.join(u' ').toStdString();
 }
 
-TEST(TerminalCommandLine, AnswersHelpAndVersionWhateverElseIsThere) {
+TEST(CommandLineTest, AnswersHelpAndVersionWhateverElseIsThere) {
     EXPECT_EQ(parsedCommandLine({u"http://a/"_s, u"--help"_s, u"--nonsense"_s}).action,
               CommandLine::Action::ShowHelp);
     EXPECT_EQ(parsedCommandLine({u"--version"_s}).action, CommandLine::Action::ShowVersion);

@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <QVariantMap>
 
-namespace app::terminal {
+namespace app {
 
 /// What the words behind the program's name ask for.
 struct CommandLine {
@@ -20,10 +20,8 @@ struct CommandLine {
 };
 
 /// `arguments` are those behind the program's name. A word that begins with a hyphen is the key of
-/// a setting and the next word its value; behind "--" everything is an address or a path.
+/// a setting and the next word its value, unless it is a single letter, which is no setting's key;
+/// behind "--" everything is an address or a path.
 [[nodiscard]] CommandLine parsedCommandLine(const QStringList& arguments);
 
-/// The answer to --help.
-[[nodiscard]] QString usageText();
-
-}  // namespace app::terminal
+}  // namespace app

@@ -8,15 +8,16 @@
 #include <memory>
 
 #include "app/application.h"
+#include "app/lifecycle/command_line.h"
 #include "app/main_controller.h"
 #include "app/settings.h"
-#include "app/terminal/command_line.h"
 #include "app/terminal/opened_items.h"
 #include "app/terminal/prompt.h"
 #include "app/terminal/session.h"
 #include "app/terminal/terminal_authentication.h"
 #include "app/terminal/terminal_presence.h"
 #include "app/terminal/terminal_questions.h"
+#include "app/terminal/usage.h"
 #include "links/settings.h"
 #include "links/text/localization.h"
 #include "platform/base/run_loop.h"
