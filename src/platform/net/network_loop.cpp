@@ -1,12 +1,11 @@
 #include "platform/net/network_loop.h"
 
 #include <poll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
-#include <csignal>
-#include <cstdlib>
-#include <cstring>
 #include <limits>
 
 #include "platform/net/http_connection_identity_private.h"
@@ -16,28 +15,6 @@ namespace platform {
 
 namespace {
 
-/// libcurl's receive buffers begin at a cache line: the kernel's copy into a buffer that does not
-/// can be several times slower.
-void* allocateForCurl(std::size_t size) {
-    constexpr std::size_t cacheLine = 64, smallestBuffer = 16 * 1024;
-    if (size < smallestBuffer)
-        return std::malloc(size);
-    return std::aligned_alloc(cacheLine, (size + cacheLine - 1) / cacheLine * cacheLine);
-}
-
-/// To be done once, and before any other thread uses libcurl.
-void prepareProcess() {
-    static const CURLcode prepared = [] {
-        // libcurl is told to leave signals alone, and a server that hangs up must not end us.
-        struct sigaction action {};
-        if (sigaction(SIGPIPE, nullptr, &action) == 0 && action.sa_handler == SIG_DFL)
-            std::signal(SIGPIPE, SIG_IGN);
-        return curl_global_init_mem(CURL_GLOBAL_DEFAULT, allocateForCurl, std::free, std::realloc,
-                                    ::strdup, std::calloc);
-    }();
-    static_cast<void>(prepared);
-}
-
 void takeOut(std::vector<Transfer*>& list, Transfer* transfer) {
     std::replace(list.begin(), list.end(), transfer, static_cast<Transfer*>(nullptr));
 }
@@ -45,7 +22,7 @@ void takeOut(std::vector<Transfer*>& list, Transfer* transfer) {
 }  // namespace
 
 NetworkLoop::Private::Private(Clock& clock)
-    : calls(clock), multi_((prepareProcess(), curl_multi_init()), &curl_multi_cleanup) {
+    : calls(clock), wakeEvent_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
     calls.setWaker([this] { wake(); });
     wakerToken_ = clock.addWaker([this] { wake(); });
 }
@@ -61,20 +38,23 @@ NetworkLoop::Private::~Private() {
 }
 
 void NetworkLoop::Private::wake() {
-    if (!isWoken_.exchange(true))
-        curl_multi_wakeup(multi_.get());
+    // The runner looks at the flag before it sleeps again.
+    if (isWoken_.exchange(true) || runner_ == std::this_thread::get_id())
+        return;
+    constexpr std::uint64_t once = 1;
+    static_cast<void>(::write(wakeEvent_.get(), &once, sizeof once));
 }
 
 bool NetworkLoop::Private::add(CURL* easy, Transfer& transfer) {
     if (curl_easy_setopt(easy, CURLOPT_PRIVATE, &transfer) != CURLE_OK ||
-        curl_multi_add_handle(multi_.get(), easy) != CURLM_OK)
+        curl_multi_add_handle(curl_.multi(), easy) != CURLM_OK)
         return false;
     transfers_.insert(&transfer);
     return true;
 }
 
 void NetworkLoop::Private::removeHandle(CURL* easy) {
-    curl_multi_remove_handle(multi_.get(), easy);
+    curl_multi_remove_handle(curl_.multi(), easy);
 }
 
 void NetworkLoop::Private::remove(Transfer& transfer) {
@@ -88,23 +68,20 @@ void NetworkLoop::Private::remove(Transfer& transfer) {
 
 int NetworkLoop::Private::pollTimeout() const {
     constexpr int forEver = std::numeric_limits<int>::max();
-    if (!settling_.empty() || !ready_.empty())
+    if (isWoken_ || !settling_.empty() || !ready_.empty())
         return 0;
+    const int curlWait = curl_.timeout().value_or(forEver);
     const auto deadline = calls.nextDeadline();
     const Seconds wait = deadline ? calls.clock().sleepUntil(*deadline) : -1;
-    if (wait < 0 || wait > forEver / 1000)
-        return forEver;
-    return static_cast<int>(std::ceil(wait * 1000));
+    return wait < 0 || wait * 1000 >= curlWait ? curlWait
+                                               : static_cast<int>(std::ceil(wait * 1000));
 }
 
 void NetworkLoop::Private::turn() {
     ++turns_;
     poll();
-    // Before what was posted is looked at: a later post wakes the next poll.
-    isWoken_.exchange(false);
-    int running = 0;
     isInsideCurl_ = true;
-    curl_multi_perform(multi_.get(), &running);
+    curl_.act(std::span(polled_).subspan(1 + polledWatches_));
     isInsideCurl_ = false;
     collectEnded();
     settleArrivals();
@@ -115,23 +92,33 @@ void NetworkLoop::Private::turn() {
 
 void NetworkLoop::Private::poll() {
     std::erase(watches_, nullptr);
-    watched_.clear();
+    polledWatches_ = watches_.size();
+    polled_.assign(1, {wakeEvent_.get(), POLLIN, 0});
     for (const DescriptorWatch* watch : watches_)
-        watched_.push_back({watch->descriptor_, CURL_WAIT_POLLIN, 0});
-    curl_multi_poll(multi_.get(), watched_.data(), static_cast<unsigned>(watched_.size()),
-                    pollTimeout(), nullptr);
+        polled_.push_back({watch->descriptor_, POLLIN, 0});
+    curl_.appendSockets(polled_);
+    if (::poll(polled_.data(), polled_.size(), pollTimeout()) < 0)
+        for (pollfd& descriptor : polled_)
+            descriptor.revents = 0;
+    drainWakeEvent();
+}
+
+/// Before what was posted is looked at: a later post wakes the next poll.
+void NetworkLoop::Private::drainWakeEvent() {
+    std::uint64_t count = 0;
+    if (polled_.front().revents != 0)
+        static_cast<void>(::read(wakeEvent_.get(), &count, sizeof count));
+    isWoken_.exchange(false);
 }
 
 void NetworkLoop::Private::removeWatch(DescriptorWatch& watch) {
     std::replace(watches_.begin(), watches_.end(), &watch, static_cast<DescriptorWatch*>(nullptr));
 }
 
-/// libcurl does not tell a descriptor that has ended from one with nothing to read.
 void NetworkLoop::Private::callWatches() {
     constexpr short anything = POLLIN | POLLHUP | POLLERR;
-    for (std::size_t i = 0; i < watched_.size(); ++i) {
-        pollfd now{watched_[i].fd, POLLIN, 0};
-        if (watches_[i] == nullptr || ::poll(&now, 1, 0) <= 0 || (now.revents & anything) == 0)
+    for (std::size_t i = 0; i < polledWatches_; ++i) {
+        if (watches_[i] == nullptr || (polled_[1 + i].revents & anything) == 0)
             continue;
         const auto ready = watches_[i]->ready_;
         ready();
@@ -140,7 +127,7 @@ void NetworkLoop::Private::callWatches() {
 
 void NetworkLoop::Private::collectEnded() {
     int left = 0;
-    while (const CURLMsg* const message = curl_multi_info_read(multi_.get(), &left)) {
+    while (const CURLMsg* const message = curl_multi_info_read(curl_.multi(), &left)) {
         if (message->msg != CURLMSG_DONE)
             continue;
         const CURLcode result = message->data.result;
@@ -191,6 +178,7 @@ RunLoop& NetworkLoop::calls() {
 }
 
 void NetworkLoop::runUntil(const std::function<bool()>& done) {
+    private_->becomeRunner();
     do
         private_->turn();
     while (!done());

@@ -1,12 +1,16 @@
 #pragma once
 
+#include <poll.h>
+
 #include <atomic>
 #include <memory>
+#include <thread>
 #include <unordered_set>
 #include <vector>
 
+#include "platform/files/descriptor.h"
 #include "platform/net/block_pool.h"
-#include "platform/net/curl_handles.h"
+#include "platform/net/curl_driver.h"
 #include "platform/net/http_read_stream.h"
 #include "platform/net/network_loop.h"
 
@@ -42,6 +46,8 @@ public:
     explicit Private(Clock& clock);
     ~Private();
 
+    /// On the thread that runs the turns from now on.
+    void becomeRunner() { runner_ = std::this_thread::get_id(); }
     void turn();
     void wake();
 
@@ -75,12 +81,15 @@ public:
 private:
     [[nodiscard]] int pollTimeout() const;
     void poll();
+    void drainWakeEvent();
     void callWatches();
     void collectEnded();
     void settleArrivals();
     void deliverReady();
 
-    CurlMulti multi_;
+    CurlDriver curl_;
+    platform::Descriptor wakeEvent_;  ///< eventfd(2)
+    std::atomic<std::thread::id> runner_;
     int wakerToken_;
     std::atomic<bool> isWoken_ = false;
     std::atomic<std::uint64_t> turns_ = 0;
@@ -91,7 +100,9 @@ private:
     std::unordered_set<HTTPConnectionIdentity::Private*> identities_;
     // Null where one has been taken out while they are called.
     std::vector<DescriptorWatch*> watches_;
-    std::vector<curl_waitfd> watched_;  ///< Beside watches_, as of the last poll.
+    /// As of the last poll: the wake event, one for each of watches_, libcurl's sockets.
+    std::vector<pollfd> polled_;
+    std::size_t polledWatches_ = 0;
     // Null where a transfer has been taken out.
     std::vector<Transfer*> settling_, ready_, delivering_;
 };
