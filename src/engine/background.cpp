@@ -1,18 +1,16 @@
 #include "engine/background.h"
 
-#include <QThreadPool>
 #include <utility>
 
 #include "platform/base/run_loop.h"
+#include "platform/base/thread_pool.h"
 
 namespace engine {
 namespace {
 
-/// Not the global pool: a page that is slow to come must not hold up the end of a download.
-QThreadPool& pool() {
-    constexpr int mostThreads = 8;
-    static QThreadPool threads;
-    threads.setMaxThreadCount(mostThreads);
+platform::ThreadPool& pool() {
+    constexpr std::size_t mostThreads = 8;
+    static platform::ThreadPool threads(mostThreads);
     return threads;
 }
 
