@@ -1,5 +1,8 @@
 #include "engine/admission/queue_admission.h"
 
+#include <random>
+#include <tuple>
+
 #include "engine/settings.h"
 #include "engine_fixture.h"
 
@@ -69,6 +72,31 @@ TEST_F(QueueAdmissionTest, LimitsDecideWhoStarts) {
         EXPECT_EQ(states(), c.states) << c.hosts << ' ' << c.limit << ' ' << c.perHost;
         manager.queue.clear();
         DQDownload::invalidateQueuedAndDownloadingDownloads();
+    }
+}
+
+/// What is kept up while downloads start, end, pause and go on is what a walk over all would find.
+TEST_F(QueueAdmissionTest, ListsFollowEachStatus) {
+    queue("abcabcabcabc");
+    set(settings::numberOfConcurrentDownloads, qint64{0});
+    QueueAdmission& admission = QueueAdmission::shared();
+    std::mt19937 random(7);
+    for (int step = 0; step < 400; ++step) {
+        const DownloadPtr download = manager.queue[random() % manager.queue.size()];
+        if (download->status() == DQDownloadStatusQueued && random() % 2 == 0)
+            download->startDownload();
+        else
+            download->setStatus(DQDownloadStatus(1 << random() % 5));
+        const std::deque<DownloadPtr> queued = admission.queuedDownloads();
+        const std::vector<DownloadPtr> downloading = admission.downloadingDownloads();
+        const auto [index, host, hostIndex] = admission.positionOfQueuedDownload(*download);
+        admission.invalidateQueuedAndDownloadingDownloads();
+        ASSERT_EQ(queued, admission.queuedDownloads()) << step;
+        ASSERT_EQ(downloading, admission.downloadingDownloads()) << step;
+        const auto again = admission.positionOfQueuedDownload(*download);
+        ASSERT_EQ(std::tie(index, host, hostIndex),
+                  std::tie(again.index, again.host, again.hostIndex))
+            << step;
     }
 }
 

@@ -63,7 +63,7 @@ QueueAdmission::PerHostChoice QueueAdmission::numberOfConcurrentDownloadsPerHost
     return choice;
 }
 
-const std::vector<DownloadPtr>& QueueAdmission::queuedDownloads() {
+const std::deque<DownloadPtr>& QueueAdmission::queuedDownloads() {
     return populateQueuedAndDownloadingDownloads().queued;
 }
 
@@ -74,13 +74,17 @@ const std::vector<DownloadPtr>& QueueAdmission::downloadingDownloads() {
 QueueAdmission::Lists& QueueAdmission::populateQueuedAndDownloadingDownloads() {
     if (!lists_) {
         lists_ = std::make_unique<Lists>();
+        std::size_t place = 0;
         for (const DownloadPtr& download : mainController().downloads()) {
-            if (download->status() == DQDownloadStatusQueued)
+            if (download->status() == DQDownloadStatusPaused)
+                lists_->pausedHosts.insert(download->queueRelevantHost());
+            else if (download->status() == DQDownloadStatusQueued)
                 lists_->queued.push_back(download);
             else if (download->status() == DQDownloadStatusDownloading)
                 lists_->downloading.push_back(download);
-            else if (download->status() == DQDownloadStatusPaused)
-                lists_->pausedHosts.insert(download->queueRelevantHost());
+            else
+                continue;
+            lists_->order[download.get()] = place++;
         }
     }
     return *lists_;
@@ -88,6 +92,42 @@ QueueAdmission::Lists& QueueAdmission::populateQueuedAndDownloadingDownloads() {
 
 void QueueAdmission::invalidateQueuedAndDownloadingDownloads() {
     lists_.reset();
+}
+
+/// A queue that runs by itself does nothing but start and end downloads, and looking through all of
+/// it each time would cost the square of its length.
+void QueueAdmission::statusDidChange(const DQDownload& download, DQDownloadStatus before) {
+    if (!lists_)
+        return;
+    const DQDownloadStatus now = download.status();
+    const bool isFollowed = now == before ||
+                            (before == DQDownloadStatusQueued &&
+                             now == DQDownloadStatusDownloading && followStart(download)) ||
+                            (before == DQDownloadStatusDownloading &&
+                             matchesStatusMask(now, finishedStatuses) && followEnd(download));
+    if (!isFollowed)
+        invalidateQueuedAndDownloadingDownloads();
+}
+
+bool QueueAdmission::followStart(const DQDownload& download) {
+    auto& [queued, downloading, order, pausedHosts, places, hostsInQueue] = *lists_;
+    const auto started = std::find_if(queued.begin(), queued.end(),
+                                      [&](const auto& other) { return other.get() == &download; });
+    if (started == queued.end())
+        return false;
+    const auto isBefore = [&order](const DownloadPtr& one, const DownloadPtr& other) {
+        return order.at(one.get()) < order.at(other.get());
+    };
+    downloading.insert(std::lower_bound(downloading.begin(), downloading.end(), *started, isBefore),
+                       *started);
+    queued.erase(started);
+    places.clear();
+    return true;
+}
+
+bool QueueAdmission::followEnd(const DQDownload& download) {
+    return std::erase_if(lists_->downloading,
+                         [&](const DownloadPtr& other) { return other.get() == &download; }) == 1;
 }
 
 void QueueAdmission::startEligibleQueuedDownloadsWithTimer() {
@@ -168,11 +208,8 @@ void QueueAdmission::startEligibleQueuedDownloads() {
         eligible.push_back(download);
         --slots;
     }
-    // A start reports to the queue's owner, after which the lists are others.
-    for (const DownloadPtr& download : eligible) {
+    for (const DownloadPtr& download : eligible)
         download->startDownloadWithURL(std::nullopt, false);
-        invalidateQueuedAndDownloadingDownloads();
-    }
 }
 
 }  // namespace engine

@@ -2,6 +2,7 @@
 
 #include <QSet>
 #include <QString>
+#include <deque>
 #include <map>
 #include <memory>
 #include <optional>
@@ -40,9 +41,11 @@ public:
         const std::vector<qint64>& tags) const;
 
     /// In queue order.
-    [[nodiscard]] const std::vector<DownloadPtr>& queuedDownloads();
+    [[nodiscard]] const std::deque<DownloadPtr>& queuedDownloads();
     [[nodiscard]] const std::vector<DownloadPtr>& downloadingDownloads();
     void invalidateQueuedAndDownloadingDownloads();
+    /// `before`: the status that the download has left.
+    void statusDidChange(const DQDownload& download, DQDownloadStatus before);
 
     /// Held back, and tried again each second, while a modal window is up.
     void startEligibleQueuedDownloadsWithTimer();
@@ -65,9 +68,12 @@ private:
         qint64 index = 0;
         qint64 hostIndex = notFound;
     };
-    /// What one walk over all downloads finds; kept until the next change.
+    /// What one walk over all downloads finds; kept until the next change that is not followed.
     struct Lists {
-        std::vector<DownloadPtr> queued, downloading;
+        std::deque<DownloadPtr> queued;
+        std::vector<DownloadPtr> downloading;
+        /// Of these, the places among all downloads.
+        std::unordered_map<const DQDownload*, std::size_t> order;
         QSet<QString> pausedHosts;
         /// Of each queued download, and how many hosts they have. Empty: not worked out yet.
         std::unordered_map<const DQDownload*, Place> places;
@@ -77,6 +83,8 @@ private:
     Lists& populateQueuedAndDownloadingDownloads();
     const Lists& listsWithPlaces();
     void startEligibleQueuedDownloadsAndResetTimer();
+    [[nodiscard]] bool followStart(const DQDownload& download);
+    [[nodiscard]] bool followEnd(const DQDownload& download);
     static qint64 addDownload(const DQDownload& download, Hosts& hosts);
 
     std::unique_ptr<Lists> lists_;  ///< Null: to be made anew.

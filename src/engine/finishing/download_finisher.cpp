@@ -291,7 +291,7 @@ void DownloadFinisher::endWithFile(const QString& path) {
 void DownloadFinisher::close() {
     mainController().updateDownload(download_);
     environment().addToHistory(download_);
-    announceChangedQueue();
+    DQDownload::startEligibleQueuedDownloadsWithTimer();
     endFileAccess();
 }
 

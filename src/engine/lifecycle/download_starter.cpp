@@ -197,7 +197,6 @@ void setDownloading(DQDownload& download) {
     cancelArrangedResume(download);
     download.setLastError(std::nullopt);
     download.setStatus(DQDownloadStatusDownloading);
-    DQDownload::invalidateQueuedAndDownloadingDownloads();
     if (!download.userSettings().contains(keys::originalURL))
         download.userSettings().set(keys::originalURL, download.URLString());
 }

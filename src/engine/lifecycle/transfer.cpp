@@ -84,12 +84,13 @@ qint64 Transfer::noteReceivedBytes(const Worker& worker) {
     if (fraction > _downloadFraction || reached.total() == reached.expected) {
         _downloadFraction = std::min(fraction, 1.0);
         const platform::Seconds now = monotonicNow();
-        if (!_lastDownloadUpdateDate || now - *_lastDownloadUpdateDate > updateInterval) {
-            mainController().updateDownload(download_);
-            _lastDownloadUpdateDate = now;
-        }
-        if (!cameAtOnce)
+        if (!cameAtOnce) {
+            if (!_lastDownloadUpdateDate || now - *_lastDownloadUpdateDate > updateInterval) {
+                mainController().updateDownload(download_);
+                _lastDownloadUpdateDate = now;
+            }
             showFraction();
+        }
         speed_.note(now, reached.downloaded);
     }
     return reached.truncation;

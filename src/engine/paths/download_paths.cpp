@@ -1,6 +1,9 @@
 #include "engine/paths/download_paths.h"
 
-#include <QDir>
+#include <sys/stat.h>
+#include <QFile>
+
+#include <cerrno>
 
 #include "engine/paths/download_folder.h"
 #include "engine/paths/file_access.h"
@@ -20,6 +23,8 @@ using namespace Qt::Literals::StringLiterals;
 namespace engine {
 namespace {
 
+constexpr mode_t newFolderMode = 0777;
+
 QString partialFileName(const DQDownload& download) {
     return links::safeFileName(download.name(), links::partialFileSuffixBytes);
 }
@@ -38,36 +43,39 @@ QString DownloadPaths::intermediateDownloadTargetPath(bool createIfNecessary, bo
         return _intermediateDownloadTargetPath;
     }
     if (createIfNecessary) {
-        const QString folder = intermediateFolder();
-        _intermediateDownloadTargetPath = links::availablePath(
-            links::stringByAppendingPathComponent(folder, partialFileName(download_)),
-            links::partialFileSuffixBytes);
+        const auto [folder, isNew] = intermediateFolder();
+        const QString path =
+            links::stringByAppendingPathComponent(folder, partialFileName(download_));
+        _intermediateDownloadTargetPath =
+            isNew ? path : links::availablePath(path, links::partialFileSuffixBytes);
     }
     return _intermediateDownloadTargetPath;
 }
 
-QString DownloadPaths::intermediateFolder() {
+DownloadPaths::Folder DownloadPaths::intermediateFolder() {
     if (platform::standardDefaults().get(settings::intermediatesLocation) > 0) {
         const QString folder = downloadBasePath(download_);
         if (confirmDownloadAccess(folder)) {
             if (const QString container = newContainer(folder); !container.isEmpty())
-                return container;
+                return {container, true};
         }
     }
-    return intermediateDownloadBasePath();
+    return {intermediateDownloadBasePath(), false};
 }
 
 /// Only a folder that this call made is taken: one that is there already belongs to another
 /// download, or was planted.
 QString DownloadPaths::newContainer(const QString& folder) {
     constexpr int attempts = 8;
+    const QString wanted = links::stringByAppendingPathExtension(
+        links::stringByAppendingPathComponent(folder, partialFileName(download_)), u"orlop"_s);
+    QString container = wanted;
     for (int attempt = 0; attempt < attempts; ++attempt) {
-        const QString container = links::availablePath(links::stringByAppendingPathExtension(
-            links::stringByAppendingPathComponent(folder, partialFileName(download_)), u"orlop"_s));
-        if (QDir().mkdir(container))
+        if (::mkdir(QFile::encodeName(container).constData(), newFolderMode) == 0)
             return container;
-        if (!platform::pathExists(container))
+        if (errno != EEXIST)
             break;
+        container = links::availablePath(wanted);
     }
     return {};
 }

@@ -34,7 +34,11 @@ public:
     [[nodiscard]] QString finalDownloadTargetPath();
 
 private:
-    [[nodiscard]] QString intermediateFolder();
+    struct Folder {
+        QString path;
+        bool isNew = false;  ///< And thus empty.
+    };
+    [[nodiscard]] Folder intermediateFolder();
     [[nodiscard]] QString newContainer(const QString& folder);
 
     DQDownload& download_;

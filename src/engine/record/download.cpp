@@ -1,6 +1,7 @@
 #include "engine/record/download.h"
 
 #include <QDir>
+#include <utility>
 
 #include "engine/acceleration/acceleration_settings.h"
 #include "engine/acceleration/accelerator.h"
@@ -83,7 +84,9 @@ QString DQDownload::comparisonURLString() const {
 
 void DQDownload::setURL(const platform::Url& url) {
     identity().setURL(url);
-    invalidateQueuedAndDownloadingDownloads();
+    // Only these are sorted by their hosts.
+    if (matchesStatusMask(status(), unfinishedStatuses) && status() != DQDownloadStatusDownloading)
+        invalidateQueuedAndDownloadingDownloads();
 }
 
 bool DQDownload::isDownloadPageURL() const {
@@ -255,8 +258,8 @@ QString DQDownload::finalDownloadTargetPath() {
 // Life.
 
 void DQDownload::setStatus(DQDownloadStatus status) {
-    _status = status;
-    invalidateQueuedAndDownloadingDownloads();
+    const DQDownloadStatus before = std::exchange(_status, status);
+    QueueAdmission::shared().statusDidChange(*this, before);
     if (hasMainController())
         mainController().statusDidChange(*this);
 }
@@ -386,7 +389,7 @@ double DQDownload::vanishRowHeightFraction() const {
 
 // The queue as a whole.
 
-const std::vector<DownloadPtr>& DQDownload::queuedDownloads() {
+const std::deque<DownloadPtr>& DQDownload::queuedDownloads() {
     return QueueAdmission::shared().queuedDownloads();
 }
 

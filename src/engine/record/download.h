@@ -4,6 +4,7 @@
 #include <QString>
 #include <QStringList>
 #include <QVariant>
+#include <deque>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -191,7 +192,7 @@ public:
 
     // The queue as a whole; see QueueAdmission.
 
-    [[nodiscard]] static const std::vector<DownloadPtr>& queuedDownloads();
+    [[nodiscard]] static const std::deque<DownloadPtr>& queuedDownloads();
     [[nodiscard]] static const std::vector<DownloadPtr>& downloadingDownloads();
     /// To be called after every change of queue order, and of status to or from queued or
     /// downloading.

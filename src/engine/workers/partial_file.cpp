@@ -48,7 +48,7 @@ std::optional<platform::Error> PartialFile::open(const QString& path, qint64 off
         file = platform::Descriptor(::open(name.constData(), flags));
     if (!file.isOpen())
         return platform::posixError(errno);
-    const std::optional<qint64> size = plainFileSize(file);
+    const std::optional<qint64> size = isNew ? 0 : plainFileSize(file);
     if (!size)
         return platform::posixError(errno);
     if (*size != offset) {

@@ -1,5 +1,6 @@
 #include "links/paths/folders.h"
 
+#include <sys/stat.h>
 #include <unicode/locid.h>
 #include <unistd.h>
 
@@ -79,7 +80,8 @@ QStringList makeLocalizedFolders() {
 }  // namespace
 
 bool isFolderPath(const QString& path) {
-    return QFileInfo(path).isDir();
+    struct stat status {};
+    return stat(QFile::encodeName(path).constData(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
 bool checkFolderPathAndCreateIfNecessary(const QString& path) {

@@ -2,6 +2,8 @@
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
+#include <chrono>
+#include <cstdlib>
 #include <tuple>
 
 #include "platform/files/files.h"
@@ -22,22 +24,22 @@ QString inHome(const QString& path) {
     return QDir::homePath() + u'/' + path;
 }
 
-/// A folder that the user's `user-dirs.dirs` names (xdg-user-dirs). That file is read again only
-/// when it has changed: the folder is asked for several times for each download.
+/// A folder that the user's `user-dirs.dirs` names (xdg-user-dirs). The folder is asked for several
+/// times for each download: that file is read again only when it has changed, and looked at no more
+/// than ten times a second.
 class KnownUserFolder {
 public:
     explicit KnownUserFolder(QStandardPaths::StandardLocation location) : location_(location) {}
 
     QString path() {
-        Origin now{qgetenv("HOME"), qgetenv("XDG_CONFIG_HOME"), {}};
-        const QByteArray config = now.config.isEmpty() ? now.home + "/.config" : now.config;
-        struct stat status {};
-        if (stat((config + "/user-dirs.dirs").constData(), &status) == 0)
-            now.file = {status.st_ino, status.st_size, status.st_mtim.tv_sec,
-                        status.st_mtim.tv_nsec};
-        if (path_.isEmpty() || origin_ != now) {
-            path_ = QStandardPaths::writableLocation(location_);
-            origin_ = now;
+        constexpr std::chrono::milliseconds restBetweenLooks(100);
+        const auto now = std::chrono::steady_clock::now();
+        const char *const home = std::getenv("HOME"), *const config =
+                                                          std::getenv("XDG_CONFIG_HOME");
+        if (path_.isEmpty() || now - lookedAt_ >= restBetweenLooks || origin_.home != home ||
+            origin_.config != config) {
+            lookedAt_ = now;
+            lookAt({home, config, {}});
         }
         return path_;
     }
@@ -50,7 +52,19 @@ private:
         bool operator==(const Origin&) const = default;
     };
 
+    void lookAt(Origin now) {
+        const QByteArray config = now.config.isEmpty() ? now.home + "/.config" : now.config;
+        struct stat status {};
+        if (stat((config + "/user-dirs.dirs").constData(), &status) == 0)
+            now.file = {status.st_ino, status.st_size, status.st_mtim.tv_sec,
+                        status.st_mtim.tv_nsec};
+        if (path_.isEmpty() || origin_ != now)
+            path_ = QStandardPaths::writableLocation(location_);
+        origin_ = now;
+    }
+
     const QStandardPaths::StandardLocation location_;
+    std::chrono::steady_clock::time_point lookedAt_;
     Origin origin_;
     QString path_;
 };
