@@ -1463,7 +1463,7 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>File e&amp;xtensions:</source>
-            <translation>&amp;Endungen:</translation>
+            <translation>&amp;Endung:</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
@@ -1478,7 +1478,7 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>Leave as they are</source>
-            <translation>Lassen, wie sie sind</translation>
+            <translation>Lassen, wie sie ist</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />

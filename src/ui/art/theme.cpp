@@ -56,6 +56,16 @@ QColor noteColor(const QPalette& palette) {
     return blended(palette.color(QPalette::Base), palette.color(QPalette::Text), 0.6);
 }
 
+QFont noteFont(QFont around) {
+    constexpr double share = 0.9;
+    if (around.pointSizeF() > 0) {
+        around.setPointSizeF(around.pointSizeF() * share);
+    } else {
+        around.setPixelSize(static_cast<int>(around.pixelSize() * share));
+    }
+    return around;
+}
+
 QColor outlineColor(const QPalette& palette) {
     return blended(palette.color(QPalette::Window), palette.color(QPalette::WindowText), 0.22);
 }

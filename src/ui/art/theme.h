@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QFont>
 #include <QPalette>
 
 namespace ui {
@@ -15,6 +16,8 @@ enum class ProgressBarStyle;
 [[nodiscard]] QColor separatorColor(const QPalette& palette);
 /// Of texts that only tell something, on the base: paler than the others, and to be read.
 [[nodiscard]] QColor noteColor(const QPalette& palette);
+/// Smaller than the type around it.
+[[nodiscard]] QFont noteFont(QFont around);
 /// Around controls that stand on the window.
 [[nodiscard]] QColor outlineColor(const QPalette& palette);
 

@@ -2,6 +2,7 @@
 
 #include <QMenu>
 #include <QMenuBar>
+#include <QShortcut>
 
 #include "app/commands/commands.h"
 #include "app/commands/folder_items.h"
@@ -22,6 +23,10 @@ MainMenu::MainMenu(QMenuBar& bar, CommandActions& actions, const app::Commands& 
     addQueueMenu();
     addWindowMenu();
     addHelpMenu();
+    // The desktop's key for menu bars; the toolkit knows only Alt.
+    auto* open = new QShortcut(Qt::Key_F10, &bar_);
+    connect(open, &QShortcut::activated, &bar_,
+            [this] { bar_.setActiveAction(bar_.actions().constFirst()); });
 }
 
 QMenu* MainMenu::addMenu(const QString& title) {

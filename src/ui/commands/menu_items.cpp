@@ -61,6 +61,12 @@ QAction* actionFor(const app::MenuItem& item, QMenu& menu) {
     action->setEnabled(item.state.isEnabled);
     action->setCheckable(item.state.isChecked.has_value());
     action->setChecked(item.state.isChecked.value_or(false));
+    if (action->isChecked() && !action->icon().isNull()) {
+        // Styles draw no more than a faint frame around the icon.
+        QFont font = menu.font();
+        font.setBold(true);
+        action->setFont(font);
+    }
     if (item.isChoice) {
         // Only for its looks: the menu is made anew for every opening.
         (new QActionGroup(action))->addAction(action);

@@ -1,7 +1,6 @@
 #include "ui/commands/menu_text.h"
 
 #include <QAction>
-#include <QFontDatabase>
 #include <QMenu>
 
 #include "ui/art/theme.h"
@@ -42,7 +41,7 @@ QAction* addInertItem(QMenu& menu, const QString& text) {
     QAction* item = menu.addAction(shown);
     item->setEnabled(false);
     item->setToolTip(text);
-    item->setFont(QFontDatabase::systemFont(QFontDatabase::SmallestReadableFont));
+    item->setFont(noteFont(menu.font()));
     return item;
 }
 

@@ -49,9 +49,9 @@ void RuleList::makeTree() {
     tree_->setIconSize({iconSize, iconSize});
     tree_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     tree_->setMinimumHeight(fontMetrics().lineSpacing() * 8);
-    tree_->setColumnWidth(Hosts, 140);
-    tree_->setColumnWidth(Extensions, 80);
-    tree_->setColumnWidth(Folder, 80);
+    tree_->setColumnWidth(Hosts, 150);
+    tree_->setColumnWidth(Extensions, 85);
+    tree_->setColumnWidth(Folder, 115);
     connect(tree_, &QTreeWidget::itemSelectionChanged, this, &RuleList::updateButtons);
     connect(tree_, &QTreeWidget::itemActivated, this, &RuleList::edit);
     auto* remove = new QShortcut(QKeySequence::Delete, tree_, nullptr, nullptr,

@@ -77,6 +77,8 @@ ScheduleSettings::~ScheduleSettings() {
 QTimeEdit* ScheduleSettings::addTimePicker(const app::ScheduledTime& time, const QCheckBox& owner) {
     auto* box = new QWidget(this);
     auto* picker = new QTimeEdit(box);
+    // Digits run from left to right everywhere.
+    picker->setLayoutDirection(Qt::LeftToRight);
     picker->setAccessibleName(owner.text().remove(u'&'));
     auto* row = new QHBoxLayout(box);
     row->setContentsMargins(0, 0, 0, 0);

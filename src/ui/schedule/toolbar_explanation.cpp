@@ -1,10 +1,10 @@
 #include "ui/schedule/toolbar_explanation.h"
 
 #include <QCheckBox>
-#include <QFontDatabase>
 #include <QMessageBox>
 
 #include "app/schedule/explanation.h"
+#include "ui/art/theme.h"
 #include "ui/text.h"
 
 namespace ui {
@@ -20,7 +20,7 @@ bool showToolbarButtonExplanation(const QString& section, platform::UserDefaults
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->setInformativeText(explanation->text);
     auto* suppression = new QCheckBox(translated("Do not show this message again"));
-    suppression->setFont(QFontDatabase::systemFont(QFontDatabase::SmallestReadableFont));
+    suppression->setFont(noteFont(suppression->font()));
     suppression->setChecked(true);
     alert->setCheckBox(suppression);
     QObject::connect(alert, &QMessageBox::finished, alert, [&defaults, section, suppression] {

@@ -25,7 +25,7 @@ namespace ui {
 namespace {
 
 const QString experimentalSection = u"Experimental"_s;
-constexpr int narrowestPage = 560;
+constexpr int narrowestPage = 620;
 constexpr int lowestWindow = 240;
 constexpr int toolbarIconSize = 24;
 /// Left free on the screen for panels and the window's frame.
