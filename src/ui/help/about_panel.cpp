@@ -27,9 +27,11 @@ QDialogButtonBox* makeButtons(QDialog& panel) {
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, &panel);
     QPushButton* aboutQt =
         buttons->addButton(translated("About &Qt"), QDialogButtonBox::ActionRole);
+    aboutQt->setAutoDefault(false);
     QObject::connect(aboutQt, &QPushButton::clicked, &QApplication::aboutQt);
     QObject::connect(buttons, &QDialogButtonBox::rejected, &panel, &QDialog::reject);
     buttons->button(QDialogButtonBox::Close)->setDefault(true);
+    buttons->button(QDialogButtonBox::Close)->setFocus();
     return buttons;
 }
 
