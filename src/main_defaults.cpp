@@ -17,6 +17,7 @@ public:
 }  // namespace
 
 int main(int argc, char** argv) {
+    platform::adoptHomeFolder();
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
         arguments.append(QString::fromLocal8Bit(argv[i]));

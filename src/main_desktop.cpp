@@ -8,6 +8,7 @@
 #include "app/lifecycle/command_line.h"
 #include "app/main_controller.h"
 #include "app/status/queue_status_reporter.h"
+#include "platform/files/files.h"
 #include "platform/session/signal_watcher.h"
 #include "ui/art/appearance.h"
 #include "ui/art/icons.h"
@@ -58,6 +59,7 @@ std::optional<int> answerAtOnce(const app::CommandLine& line) {
 }  // namespace
 
 int main(int argumentCount, char** argumentValues) {
+    platform::adoptHomeFolder();
     QStringList arguments;
     for (int index = 1; index < argumentCount; ++index) {
         arguments.push_back(QString::fromLocal8Bit(argumentValues[index]));

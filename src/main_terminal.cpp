@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "app/terminal/program.h"
+#include "platform/files/files.h"
 #include "platform/session/signal_watcher.h"
 
 namespace {
@@ -26,6 +27,7 @@ void useUtf8() {
 }  // namespace
 
 int main(int argc, char** argv) {
+    platform::adoptHomeFolder();
     const auto environment = QProcessEnvironment::systemEnvironment();
     platform::ignoreBrokenPipes();
     useUtf8();

@@ -35,8 +35,9 @@ class DownloadTest(SystemTest):
         sources = [self.serve(f"list-{number}.bin", 2000 + number, seed=number)
                    for number in range(40)]
         lines = "".join(f"{self.server.url('/' + source.name)}\n" for source in sources)
-        result = self.home.run("-", text=f"\r\n  \n{lines}")
-        self.assert_status(result, 0)
+        result = self.home.run("-", text=f"\r\n  \n{lines}not an address\n")
+        self.assert_status(result, 1)
+        self.assertEqual(result.stderr, "orlop-terminal: no address: not an address\n")
         for source in sources:
             self.assert_downloaded(source.name, source)
         self.assertEqual(result.stdout.count("Download Complete"), len(sources))

@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "app/application.h"
+#include "app/intake/address_list.h"
 #include "app/lifecycle/command_line.h"
 #include "app/main_controller.h"
 #include "app/settings.h"
@@ -58,7 +59,7 @@ QString listOnStandardInput() {
     QFile input;
     if (!input.open(STDIN_FILENO, QIODevice::ReadOnly))
         return {};
-    return QString::fromUtf8(input.read(longestList));
+    return addressListText(input.read(longestList));
 }
 
 /// The core with a terminal for its front end, from its start to its end.
@@ -68,6 +69,7 @@ public:
         : line_(line),
           list_(list),
           display_(display),
+          hasRefusedLines_(!opened.refusedLines.isEmpty()),
           application_({line.settings, opened.items}) {}
 
     [[nodiscard]] ProgramEnd toTheEnd() {
@@ -92,7 +94,7 @@ public:
                                               [this](int number) { handleSignal(number); });
         QCoreApplication::exec();
         display_.reporter->release();
-        end_.status = session_->hasFailures() ? statusFailed : 0;
+        end_.status = session_->hasFailures() || hasRefusedLines_ ? statusFailed : 0;
         session_.reset();
         application_.stop();
         return end_;
@@ -181,6 +183,7 @@ private:
     const CommandLine& line_;
     const QString& list_;
     Display& display_;
+    const bool hasRefusedLines_;
     ProgramEnd end_;
     TerminalPrompt prompt_;
     TerminalQuestions questions_{prompt_, *display_.reporter, [this] {

@@ -63,6 +63,10 @@ QString keepDamagedFileAside(const QString& path);
 [[nodiscard]] QByteArray fileBookmark(const QString& path);
 [[nodiscard]] QString resolveFileBookmark(const QByteArray& bookmark);
 
+/// Gives the process the user's home folder if the environment names none, as in a bare service. To
+/// be called before there is a second thread.
+void adoptHomeFolder();
+
 /// The XDG base and user directories, with their defaults. Asking creates none of them.
 [[nodiscard]] QString userDataFolder();       ///< $XDG_DATA_HOME/Orlop
 [[nodiscard]] QString userConfigFolder();     ///< $XDG_CONFIG_HOME/Orlop

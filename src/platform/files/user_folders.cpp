@@ -1,4 +1,6 @@
+#include <pwd.h>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
@@ -70,6 +72,12 @@ private:
 };
 
 }  // namespace
+
+void adoptHomeFolder() {
+    const passwd* const user = qEnvironmentVariableIsEmpty("HOME") ? getpwuid(geteuid()) : nullptr;
+    if (user != nullptr && user->pw_dir != nullptr)
+        qputenv("HOME", user->pw_dir);
+}
 
 QString userDataFolder() {
     return baseFolder("XDG_DATA_HOME", inHome(u".local/share"_s));
