@@ -49,7 +49,9 @@ PartialData lookForPartialData(DQDownload& download) {
         download.finisher().adoptFinishedFile(finished);
         return PartialData::Finished;
     }
-    platform::log(u"intermediate download file vanished: %1"_s.arg(path));
+    // Without a path there never was a file: the answer was an error.
+    if (!path.isEmpty())
+        platform::log(u"intermediate download file vanished: %1"_s.arg(path));
     discardData(download);
     download.userSettings().remove(keys::responseURL);
     return PartialData::Absent;
