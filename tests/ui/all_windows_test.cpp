@@ -10,6 +10,8 @@
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QRegularExpression>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QStackedWidget>
 #include <QTextBrowser>
 #include <QTimer>
@@ -227,6 +229,45 @@ TEST_F(AllWindows, HaveNoTwoMnemonicsAlikeInAnyLanguage) {
             }
         });
         EXPECT_THAT(clashes, IsEmpty());
+    }
+}
+
+/// What has less room in a window than its text needs.
+QStringList clippedIn(const QWidget& window) {
+    QCoreApplication::sendPostedEvents();
+    QStringList clipped;
+    for (const QWidget* widget : window.findChildren<QWidget*>()) {
+        const auto* label = qobject_cast<const QLabel*>(widget);
+        const auto* button = qobject_cast<const QAbstractButton*>(widget);
+        const auto* area = qobject_cast<const QScrollArea*>(widget);
+        const QString text = label ? label->text() : button ? button->text() : QString();
+        if (!widget->isVisibleTo(&window))
+            continue;
+        const bool isNarrow =
+            !text.isEmpty() && widget->width() < widget->minimumSizeHint().width();
+        const bool isLow =
+            !text.isEmpty() &&
+            (label && label->wordWrap() ? label->height() < label->heightForWidth(label->width())
+                                        : widget->height() < widget->minimumSizeHint().height());
+        if (isNarrow || isLow)
+            clipped.append(window.windowTitle() + u": "_s + text);
+        if (area && area->verticalScrollBar()->maximum() > 0)
+            clipped.append(area->accessibleName() + u" scrolls by "_s +
+                           QString::number(area->verticalScrollBar()->maximum()));
+    }
+    return clipped;
+}
+
+TEST_F(AllWindows, HaveRoomForTheirTexts) {
+    defaults.set(app::settings::scheduleQueue, true);
+    defaults.setObject(u"Downloads Folder: Subdivision Format (Default)"_s, u"yyyy"_s);
+    for (const bool isPseudo : {false, true}) {
+        const ui::Language language(
+            *qApp, QLocale(QLocale::German),
+            isPseudo ? ui::Language::Pseudo::Accented : ui::Language::Pseudo::None);
+        QStringList clipped;
+        visit([&](const QWidget& window) { clipped += clippedIn(window); });
+        EXPECT_THAT(clipped, IsEmpty());
     }
 }
 

@@ -72,7 +72,7 @@ RuleEditor::RuleEditor(Purpose purpose, const app::Rule& rule, const app::RuleBo
         specialCaseDownloadsFolderSelector->setFolder(rule.downloadsFolder);
     }
     updateApplicationSelector();
-    resize(480, sizeHint().height());
+    resize(std::max(560, sizeHint().width()), sizeHint().height());
 }
 
 QPlainTextEdit* RuleEditor::makeField(const char* name, const QStringList& entries) {
@@ -89,6 +89,7 @@ QWidget* RuleEditor::makeConditions() {
     auto* conditions = new QWidget(this);
     auto* grid = new QGridLayout(conditions);
     grid->setContentsMargins(0, 0, 0, 0);
+    grid->setHorizontalSpacing(16);
     const auto add = [&](int column, const char* title, QPlainTextEdit* field,
                          const char* placeholder) {
         auto* label = new QLabel(translated(title), conditions);

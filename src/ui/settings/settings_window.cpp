@@ -61,6 +61,7 @@ SettingsWindow::SettingsWindow(app::DQMainController& controller, platform::User
     // Called the same in every language, as those who write about it call it.
     addSection("Experimental", experimentalSection, "experimental", makeDownloadPagesSection);
     makeShortcuts();
+    orderFocus();
     toolbar_->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(toolbar_, &QWidget::customContextMenuRequested, this, &SettingsWindow::showToolbarMenu);
     binder_.follow({settings::preferencesToolbar.name()}, this, [this] { updateToolbar(); });
@@ -92,6 +93,14 @@ void SettingsWindow::addSection(const char* identifier, const QString& title, co
     button->setFocusPolicy(Qt::TabFocus);
     button->setMinimumWidth(68);
     sections_.push_back({name, action, area, page});
+}
+
+/// The sections one after another, not each before its page.
+void SettingsWindow::orderFocus() {
+    for (std::size_t index = 1; index < sections_.size(); ++index) {
+        setTabOrder(toolbar_->widgetForAction(sections_[index - 1].action),
+                    toolbar_->widgetForAction(sections_[index].action));
+    }
 }
 
 void SettingsWindow::makeShortcuts() {
@@ -183,7 +192,11 @@ void SettingsWindow::fitToSection() {
         static_cast<int>(context_.defaults.get(settings::visibleFrameExtraDockSpacing));
     const SettingsPage& page = *current().page;
     const int wanted = page.heightForPageWidth(width) + toolbar_->sizeHint().height();
-    setMinimumSize(width, std::min(wanted, lowestWindow));
+    const bool fits = wanted <= room;
+    // A bar that came while the section was larger would make it narrow, and so stay for ever.
+    current().area->setVerticalScrollBarPolicy(fits ? Qt::ScrollBarAlwaysOff
+                                                    : Qt::ScrollBarAsNeeded);
+    setMinimumSize(width, fits ? wanted : lowestWindow);
     setMaximumHeight(page.canGrow() ? QWIDGETSIZE_MAX : wanted);
     resize(width, std::min(wanted, room));
 }

@@ -43,6 +43,7 @@ private:
     using MakePage = SettingsPage* (*)(const SettingsContext&, QWidget*);
 
     void addSection(const char* identifier, const QString& title, const char* icon, MakePage make);
+    void orderFocus();
     void makeShortcuts();
     void showToolbarMenu(const QPoint& position);
     [[nodiscard]] QStringList toolbarSections() const;

@@ -86,6 +86,13 @@ ToolbarEditor::ToolbarEditor(ToolbarLayout& layout, QWidget* parent)
         shown_->model(), &QAbstractItemModel::rowsMoved, this,
         [this] { store(shownItems(), shown_->currentRow()); }, Qt::QueuedConnection);
     fill(layout_.items(), 0);
+    QWidget* before = available_;
+    for (QWidget* next :
+         std::initializer_list<QWidget*>{add_, remove_, up_, down_, shown_, buttons}) {
+        setTabOrder(before, next);
+        before = next;
+    }
+    available_->setFocus();
 }
 
 void ToolbarEditor::fill(const QStringList& items, int current) {
