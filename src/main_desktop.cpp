@@ -104,8 +104,10 @@ int main(int argumentCount, char** argumentValues) {
         qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
         frontEnd.showDownloadWindow(true);
     });
-    QObject::connect(&core.controller(), &app::DQMainController::terminated, &application,
-                     &QCoreApplication::quit, Qt::QueuedConnection);
+    QObject::connect(
+        &core.controller(), &app::DQMainController::terminated, &application,
+        [&] { frontEnd.afterFading(application, [] { QCoreApplication::quit(); }); },
+        Qt::QueuedConnection);
     // A session that ends, or a user at a terminal, gets no question: all is paused and saved.
     const platform::SignalWatcher signalWatcher({{SIGTERM}, {SIGHUP}, {SIGINT, true}}, [&](int) {
         frontEnd.stopAsking();

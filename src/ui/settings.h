@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QByteArray>
 #include <QStringList>
 
 #include "platform/base/user_defaults.h"
@@ -10,8 +9,11 @@ namespace ui::settings {
 
 using platform::Setting;
 
-inline const Setting<QByteArray> mainWindowFrame{
-    u"NSWindow Frame MainWindow", {}, false, "Where the main window stands, as opaque data."};
+inline const Setting<QString> mainWindowFrame{
+    u"NSWindow Frame MainWindow",
+    {},
+    false,
+    "Where the main window stands: left, top, width and height, and \"maximized\" if it is."};
 inline const Setting<QStringList> mainToolbar{
     u"Main Toolbar 3003",
     {},

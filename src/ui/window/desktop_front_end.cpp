@@ -137,6 +137,9 @@ void DesktopFrontEnd::showDownloadWindow(bool activating) {
     if (!window_) {
         return;
     }
+    if (window_->frame().isFading()) {
+        window_->frame().stopAnimation();
+    }
     window_->setAttribute(Qt::WA_ShowWithoutActivating, !activating);
     window_->setWindowState(window_->windowState() & ~Qt::WindowMinimized);
     window_->show();
@@ -183,9 +186,22 @@ bool DesktopFrontEnd::springOpenDownloadWindow(const std::function<void()>& upda
 }
 
 void DesktopFrontEnd::fadeDownloadWindow() {
-    if (window_) {
+    if (!window_) {
+        return;
+    }
+    if (asks_) {
+        window_->frame().fadeOut();
+    } else {
         window_->frame().save();
         window_->hide();
+    }
+}
+
+void DesktopFrontEnd::afterFading(QObject& context, const std::function<void()>& then) {
+    if (window_ && window_->frame().isFading()) {
+        QObject::connect(&window_->frame(), &WindowFrame::fadedOut, &context, then);
+    } else {
+        then();
     }
 }
 

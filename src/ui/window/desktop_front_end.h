@@ -41,7 +41,10 @@ public:
     void tellProblem(const QString& problem);
     /// The same while everything else goes on.
     void noteProblem(const QString& problem);
-    /// From now on the default button answers every question: the session is ending.
+    /// Calls `then` when the window is gone that may be about to go; unless `context` goes first.
+    void afterFading(QObject& context, const std::function<void()>& then);
+    /// From now on the default button answers every question, and nothing is animated at the end:
+    /// the session is ending.
     void stopAsking();
 
     bool confirm(const app::Alert& alert) override;

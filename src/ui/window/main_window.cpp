@@ -55,7 +55,7 @@ MainWindow::MainWindow(app::Commands& commands)
     connectList();
 
     platform::UserDefaults& defaults = commands.surroundings().defaults;
-    frame_ = std::make_unique<WindowFrame>(*this, defaults);
+    frame_ = std::make_unique<WindowFrame>(*this, *downloadList, defaults);
     frame_->restore();
     rubber_ = std::make_unique<RubberWindow>(*this, *downloadList, defaults);
     downloadList->setFocus();
@@ -151,7 +151,8 @@ void MainWindow::showContextMenu(int row, const QPoint& position) {
 
 void MainWindow::closeEvent(QCloseEvent* event) {
     frame_->save();
-    event->setAccepted(controller_.lifecycle().windowShouldClose());
+    const bool closes = controller_.lifecycle().windowShouldClose();
+    event->setAccepted(closes && !frame_->isFading());
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {

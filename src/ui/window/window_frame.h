@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QList>
 #include <QObject>
 #include <QRect>
 #include <QVariantAnimation>
@@ -13,14 +14,19 @@ class UserDefaults;
 
 namespace ui {
 
+/// The frame, moved and cut so that the screen that shows most of it, or else the nearest, shows
+/// all of it. `screens`: what windows may cover of each; not empty. All in the desktop's
+/// coordinates.
+[[nodiscard]] QRect frameOnScreens(const QRect& frame, const QList<QRect>& screens);
+
 /// Where the main window stands: kept over restarts, and left for a moment when the first rows
-/// come.
+/// come, and for good when the program ends.
 class WindowFrame final : public QObject {
     Q_OBJECT
 
 public:
-    /// Both outlive it.
-    WindowFrame(QWidget& window, platform::UserDefaults& defaults);
+    /// `list`: what gives way when the window collapses. All outlive it.
+    WindowFrame(QWidget& window, const QWidget& list, platform::UserDefaults& defaults);
 
     /// As it was, on a screen that is there, or else in the middle of one.
     void restore();
@@ -30,15 +36,35 @@ public:
     /// False: nothing was done and `update` not called.
     bool collapseAndSpringOpen(const std::function<void()>& update);
 
+    /// Saves the frame and lets the window shrink and fade away.
+    void fadeOut();
+    [[nodiscard]] bool isFading() const { return isFading_; }
+    /// Puts the window back at once.
+    void stopAnimation();
+
+Q_SIGNALS:
+    void fadedOut();
+
 private:
     [[nodiscard]] bool mayAnimate() const;
+    [[nodiscard]] bool mayCollapse() const;
+    void start(int milliseconds);
+    void step(double progress);
+    /// 0: collapsed, 1: wholly.
+    void openTo(double opening);
     void settle();
+    void finish();
 
     QWidget& window_;
+    const QWidget& list_;
     platform::UserDefaults& defaults_;
     QVariantAnimation animation_;
+    /// What the window goes back to. Null: it is there.
     QRect frame_;
     QSize minimumSize_;
+    int collapsedHeight_ = 0;
+    bool isFading_ = false;
+    bool collapses_ = false;
     std::function<void()> update_;
 };
 

@@ -21,13 +21,14 @@ def mock_interpreter():
 
 
 class Bus:
-    """Stands for both the session's and the system's bus."""
+    """Stands for both the session's and the system's bus. `environment` is that of the services
+    which are started over it."""
 
-    def __init__(self):
+    def __init__(self, environment=None):
         self._processes = []
         self._folder = tempfile.TemporaryDirectory(prefix="orlop-bus-")
         daemon = self._start("dbus-daemon", "--session", "--nofork", "--print-address",
-                             stdout=subprocess.PIPE)
+                             stdout=subprocess.PIPE, env=environment)
         self.address = daemon.stdout.readline().decode().strip()
         self.environment = {"DBUS_SESSION_BUS_ADDRESS": self.address,
                             "DBUS_SYSTEM_BUS_ADDRESS": self.address}

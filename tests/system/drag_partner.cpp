@@ -1,0 +1,73 @@
+// drag_partner [ADDRESS...]: another program's window, from which the addresses can be dragged and
+// into which files can be dropped. Tells on its standard output what happens.
+#include <QApplication>
+#include <QDrag>
+#include <QDragEnterEvent>
+#include <QLabel>
+#include <QMimeData>
+#include <QMouseEvent>
+#include <QUrl>
+#include <cstdio>
+
+namespace {
+
+void say(const QString& line) {
+    std::puts(qUtf8Printable(line));
+    std::fflush(stdout);
+}
+
+class Partner final : public QLabel {
+public:
+    explicit Partner(const QStringList& addresses) : addresses_(addresses) {
+        setText(QStringLiteral("Another program"));
+        setAlignment(Qt::AlignCenter);
+        setAcceptDrops(true);
+    }
+
+protected:
+    void paintEvent(QPaintEvent* event) override {
+        QLabel::paintEvent(event);
+        say(QStringLiteral("ready"));
+    }
+
+    void mousePressEvent(QMouseEvent*) override {}
+
+    void mouseMoveEvent(QMouseEvent*) override {
+        auto* drag = new QDrag(this);
+        auto* data = new QMimeData;
+        QList<QUrl> urls;
+        for (const QString& address : addresses_)
+            urls.append(QUrl(address));
+        data->setUrls(urls);
+        drag->setMimeData(data);
+        connect(drag, &QDrag::actionChanged, this,
+                [](Qt::DropAction action) { say(QStringLiteral("offered %1").arg(action)); });
+        const Qt::DropAction action =
+            drag->exec(Qt::CopyAction | Qt::MoveAction | Qt::LinkAction, Qt::LinkAction);
+        say(QStringLiteral("done %1").arg(action));
+    }
+
+    void dragEnterEvent(QDragEnterEvent* event) override {
+        event->acceptProposedAction();
+        say(QStringLiteral("entered"));
+    }
+
+    void dropEvent(QDropEvent* event) override {
+        event->acceptProposedAction();
+        for (const QUrl& url : event->mimeData()->urls())
+            say(QStringLiteral("dropped ") + url.toString());
+    }
+
+private:
+    QStringList addresses_;
+};
+
+}  // namespace
+
+int main(int count, char** values) {
+    QApplication application(count, values);
+    Partner partner(QApplication::arguments().mid(1));
+    partner.setGeometry(20, 40, 200, 80);
+    partner.show();
+    return QApplication::exec();
+}
