@@ -25,10 +25,7 @@ public:
     }
 
 protected:
-    void paintEvent(QPaintEvent* event) override {
-        QLabel::paintEvent(event);
-        say(QStringLiteral("ready"));
-    }
+    void enterEvent(QEnterEvent*) override { say(QStringLiteral("ready")); }
 
     void mousePressEvent(QMouseEvent*) override {}
 

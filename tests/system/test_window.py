@@ -104,13 +104,17 @@ class WindowTest(SystemTest):
         the other side has noticed."""
         self.desktop.press(start)
         self.desktop.glide(start, end)
-        places = itertools.cycle(((end[0] + 1, end[1]), end))
-        wait_until(lambda: self.desktop.move(next(places)) or is_over(), 30, "the drag's target")
+        self.tremble(end, is_over)
         self.desktop.release()
+
+    def tremble(self, place, until):
+        """Moves the pointer about a place."""
+        places = itertools.cycle(((place[0] + 1, place[1]), place))
+        wait_until(lambda: self.desktop.move(next(places)) or until(), 30, f"an effect at {place}")
 
     def use_partner(self, *addresses):
         partner = self.desktop.start(PARTNER, *addresses)
-        partner.hear("ready")
+        self.tremble(PARTNERS_WINDOW, lambda: partner.has_said("ready"))
         return partner
 
 
@@ -169,22 +173,23 @@ class WholeUseTest(WindowTest):
     def drop_addresses(self):
         before = self.rows()
         self.desktop.hold("shift")
-        self.drag_addresses_in()
+        partner = self.drag_in("unwanted.txt")
         self.desktop.wait_for("dialog", "Choose Folder")
+        # Not before: what is dropped is asked of it afterwards.
+        partner.end()
         self.desktop.let_go("shift")
         self.shoot("choose-folder")
         self.desktop.key("Escape")
         self.desktop.wait_until_gone("dialog", "Choose Folder")
         self.wait_for_rows(*before)
-        self.drag_addresses_in()
+        self.drag_in("dropped.txt")
         self.wait_for_rows(*before, "dropped.txt")
 
-    def drag_addresses_in(self):
-        partner = self.use_partner(self.server.url("/rate/1/dropped.txt"))
+    def drag_in(self, name):
+        partner = self.use_partner(self.server.url(f"/rate/1/{name}"))
         self.drag(PARTNERS_WINDOW, self.desktop.find("list", "Downloads").center,
                   lambda: partner.has_said("offered 1"))
-        partner.hear("done 1")
-        partner.end()
+        return partner
 
     def pause_and_resume(self):
         self.desktop.click(self.first_button("slow.iso"))

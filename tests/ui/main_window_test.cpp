@@ -22,6 +22,7 @@
 #include "ui/window/desktop_front_end.h"
 #include "ui/window/rubber_window.h"
 #include "ui/window/scope_bar.h"
+#include "ui/window/window_frame.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -147,9 +148,10 @@ TEST_F(MainWindowTest, KeepsTheToolbarAsArranged) {
 }
 
 TEST_F(MainWindowTest, TakesDropsAndNeverTheSource) {
-    QMimeData links, prose;
+    QMimeData links, prose, picture;
     links.setData(u"text/uri-list"_s, "http://d.example/d\r\n");
-    prose.setText(QString());
+    prose.setText(u" \n"_s);
+    picture.setData(u"image/png"_s, "x");
     QWidget* viewport = window->list().viewport();
     const auto enter = [&](const QMimeData& data) {
         QDragEnterEvent event({50, 50}, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton,
@@ -158,7 +160,11 @@ TEST_F(MainWindowTest, TakesDropsAndNeverTheSource) {
         QApplication::sendEvent(viewport, &event);
         return event.isAccepted() ? event.dropAction() : Qt::IgnoreAction;
     };
-    EXPECT_EQ(enter(prose), Qt::IgnoreAction);
+    EXPECT_EQ(enter(picture), Qt::IgnoreAction);
+    EXPECT_EQ(enter(prose), Qt::CopyAction);
+    QDropEvent vain({50, 50}, Qt::CopyAction, &prose, Qt::LeftButton, {});
+    QApplication::sendEvent(viewport, &vain);
+    EXPECT_FALSE(vain.isAccepted()) << "there is no address in it after all";
     EXPECT_EQ(enter(links), Qt::CopyAction) << "even with the key held that means to move";
     QDropEvent drop({50, 50}, Qt::CopyAction, &links, Qt::LeftButton, {});
     QApplication::sendEvent(viewport, &drop);
@@ -180,6 +186,23 @@ TEST(Language, SpeaksTheUsersAndFallsSilentWhenItGoes) {
     }
     QGuiApplication::setLayoutDirection(Qt::LeftToRight);
     EXPECT_EQ(ui::translated("Paused"), u"Paused"_s);
+}
+
+TEST(WindowFrame, ComesBackOntoTheScreensThereAre) {
+    const QList<QRect> screens{{0, 30, 800, 570}, {800, 30, 1000, 770}};
+    const struct {
+        QRect stored, shown;
+    } cases[] = {
+        {{100, 100, 300, 200}, {100, 100, 300, 200}},
+        {{900, 100, 300, 200}, {900, 100, 300, 200}},
+        {{700, 100, 300, 200}, {800, 100, 300, 200}},
+        {{2500, 400, 300, 200}, {1500, 400, 300, 200}},
+        {{-900, -50, 300, 200}, {0, 30, 300, 200}},
+        {{900, 700, 1200, 900}, {800, 30, 1000, 770}},
+    };
+    for (const auto& expected : cases)
+        EXPECT_EQ(ui::frameOnScreens(expected.stored, screens), expected.shown)
+            << expected.stored.x() << ", " << expected.stored.y();
 }
 
 TEST(RubberWindow, IsAsHighAsItsRowsAndTheScreenAllow) {

@@ -62,8 +62,7 @@ bool ListDragging::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
         case QEvent::DragEnter: {
             auto& drag = static_cast<QDropEvent&>(*event);
-            isAcceptable_ = drag.source() == &list_ ||
-                            controller_.canDropPasteboard(pasteboardFromMimeData(*drag.mimeData()));
+            isAcceptable_ = drag.source() == &list_ || mayHoldAddresses(*drag.mimeData());
             event->setAccepted(isAcceptable_);
             validate(drag);
             return true;

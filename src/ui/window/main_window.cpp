@@ -156,8 +156,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-    if (event->source() == nullptr &&
-        controller_.canDropPasteboard(pasteboardFromMimeData(*event->mimeData()))) {
+    if (event->source() == nullptr && mayHoldAddresses(*event->mimeData())) {
         event->setDropAction(Qt::CopyAction);
         event->accept();
     }

@@ -4,10 +4,18 @@
 #include <QUrl>
 
 namespace ui {
+namespace {
+
+const QString uriList = QStringLiteral("text/uri-list");
+
+}  // namespace
+
+bool mayHoldAddresses(const QMimeData& data) {
+    return data.hasFormat(uriList) || data.hasText();
+}
 
 app::Pasteboard pasteboardFromMimeData(const QMimeData& data) {
     app::Pasteboard pasteboard;
-    const QString uriList = QStringLiteral("text/uri-list");
     if (data.hasFormat(uriList)) {
         pasteboard.urls = app::addressesFromUriList(QString::fromUtf8(data.data(uriList)));
     }
