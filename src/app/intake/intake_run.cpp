@@ -7,6 +7,8 @@
 #include "app/intake/request_file.h"
 #include "app/queue/restored_download.h"
 #include "app/settings.h"
+#include "engine/admission/download_manager.h"
+#include "engine/record/download.h"
 #include "engine/record/user_settings.h"
 #include "links/paths/folders.h"
 #include "links/paths/path_components.h"
@@ -186,6 +188,8 @@ IntakeRun::Progress IntakeRun::addDownload(const platform::Url& url) {
     }
     if (!chooseDestination(*download, url)) {
         download->removeAndMoveToTrashIfDone(false);
+        // No list has shown it yet, so that it cannot vanish from one.
+        engine::mainController().removeDownload(*download);
         return Progress::Ends;
     }
     didAdd(*download);
