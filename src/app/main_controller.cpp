@@ -7,6 +7,7 @@
 #include "app/lifecycle/lifecycle.h"
 #include "app/queue/batch_progress.h"
 #include "app/queue/list_presenter.h"
+#include "app/queue/orphaned_containers.h"
 #include "app/queue/queue_archive.h"
 #include "app/queue/restored_download.h"
 #include "app/queue/row_drag.h"
@@ -458,8 +459,9 @@ engine::DownloadPtr DQMainController::addDownloadFromArchive(const QVariantMap& 
 }
 
 void DQMainController::readQueue() {
+    OrphanedContainers orphans(foldersOfDownloads(parts_->surroundings.defaults, specialCases()));
     for (const QVariantMap& archive : parts_->archive.read()) {
-        addDownloadFromArchive(archive, {});
+        addDownloadFromArchive(orphans.completed(archive), {});
     }
 }
 

@@ -6,6 +6,7 @@
 #include "app/queue/restored_download.h"
 #include "app/settings.h"
 #include "core_fixture.h"
+#include "engine/settings.h"
 
 using namespace Qt::Literals::StringLiterals;
 namespace keys = engine::keys;
@@ -113,6 +114,31 @@ TEST_F(QueueFile, KeepsAFileAsideThatItCannotUnderstand) {
     }
     EXPECT_TRUE(controller->shouldQuit());
     EXPECT_TRUE(QFile::exists(partial)) << "what the kept file refers to";
+}
+
+/// Killed after the first bytes had come, before the file told of them.
+TEST_F(QueueFile, FindsTheContainerOfADownloadOfWhichItSaysNothing) {
+    const QString downloads = folder.filePath(u"downloads"_s);
+    defaults.set(engine::settings::downloadsFolder, downloads);
+    add({u"a"_s, u"b"_s});
+    for (const QString& name : {u"a"_s, u"b"_s}) {
+        const QString container = downloads + u'/' + name + u".orlop"_s;
+        QVariantMap archive = savedArchive(name);
+        archive[keys::responseURL] = address(name);
+        archive[keys::resumePath] = container + u"/x"_s;
+        archive[keys::paused] = true;
+        if (name == u"b"_s) {
+            archive[keys::date] = savedArchive(u"a"_s).value(keys::date).toByteArray() + 'x';
+        }
+        ASSERT_TRUE(QDir().mkpath(container));
+        ASSERT_EQ(platform::writeFileAtomically(container + u"/Archive.orlopinfo"_s,
+                                                platform::writePropertyList(archive)),
+                  std::nullopt);
+    }
+    restart();
+    EXPECT_EQ(download(u"a"_s)->intermediateDownloadTargetPath(), downloads + u"/a.orlop/x"_s);
+    EXPECT_EQ(download(u"a"_s)->status(), engine::DQDownloadStatusQueued);
+    EXPECT_EQ(download(u"b"_s)->intermediateDownloadTargetPath(), QString());
 }
 
 TEST_F(QueueFile, SkipsElementsWithoutAnAddress) {

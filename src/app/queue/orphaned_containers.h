@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QHash>
+#include <QStringList>
+#include <QVariantMap>
+#include <optional>
+
+#include "platform/base/user_defaults.h"
+
+namespace app {
+
+/// The .orlop folders of downloads that the queue's file has not been told of, since the program
+/// was killed when their first bytes had just come. They are looked for when they are first wanted.
+class OrphanedContainers {
+public:
+    /// `folders`: where downloads go, without the folders below them.
+    explicit OrphanedContainers(QStringList folders) : folders_(std::move(folders)) {}
+
+    /// What the queue's file says of a download, with what its container says where that is more.
+    [[nodiscard]] QVariantMap completed(const QVariantMap& archive);
+
+private:
+    void read();
+
+    const QStringList folders_;
+    /// By what tells downloads apart.
+    std::optional<QHash<QByteArray, QVariantMap>> archives_;
+};
+
+/// The general folder and those of the rules.
+[[nodiscard]] QStringList foldersOfDownloads(const platform::UserDefaults& defaults,
+                                             const QVariantList& specialCases);
+
+}  // namespace app
