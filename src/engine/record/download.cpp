@@ -191,7 +191,8 @@ QVariantMap DQDownload::userSettingsArchiveWithPausedStatus(bool paused,
         archive.insert(keys::resumePath, platform::abbreviateWithTilde(
                                              paths().intermediateDownloadTargetPath(false, false)));
         const QString container = downloadContainerPath();
-        if (writeMetadataToDownloadBundle && !container.isEmpty())
+        // While the file is being finished, its container may be on the way out.
+        if (writeMetadataToDownloadBundle && !container.isEmpty() && !finisher().isBusy())
             static_cast<void>(platform::writeFileAtomically(
                 links::stringByAppendingPathComponent(container, u"Archive.orlopinfo"_s),
                 platform::writePropertyList(archive)));
