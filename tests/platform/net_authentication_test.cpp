@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/net/credential_storage.h"
+#include "platform/net/headers_for_log.h"
 #include "platform/net/http_authentication.h"
 #include "support/printers.h"
 
@@ -94,6 +95,22 @@ TEST(HTTPAuthentication, ChoosesTheStrongestThatItKnows) {
             EXPECT_EQ(made->realm(), u"b"_s);
         }
     }
+}
+
+TEST(HeadersForLog, KeepWhatLetsSomebodyInToThemselves) {
+    platform::HTTPHeaders headers;
+    for (const auto& [name, value] :
+         {std::pair{u"Server"_s, u"nginx"_s}, std::pair{u"set-cookie"_s, u"a=canary"_s},
+          std::pair{u"WWW-Authenticate"_s, u"Negotiate canary==, Digest nonce=canary"_s},
+          std::pair{u"Proxy-Authenticate"_s, u"NTLM canary="_s},
+          std::pair{u"Proxy-Authorization"_s, u"Basic canary"_s},
+          std::pair{u"Authentication-Info"_s, u"rspauth=canary"_s},
+          std::pair{u"X-Auth-Token"_s, u"canary"_s}})
+        headers.add(name, value);
+    EXPECT_EQ(platform::headersForLog(headers),
+              u"Server: nginx; set-cookie: ...; WWW-Authenticate: Negotiate, Digest; "
+              "Proxy-Authenticate: NTLM; Proxy-Authorization: ...; Authentication-Info: ...; "
+              "X-Auth-Token: ..."_s);
 }
 
 }  // namespace

@@ -1,12 +1,11 @@
 #include "engine/workers/download_worker_prototype.h"
 
-#include <QStringList>
-
 #include "engine/record/extension_policy.h"
 #include "engine/settings.h"
 #include "engine/workers/download_worker.h"
 #include "engine/workers/http_request_download_worker.h"
 #include "platform/base/log.h"
+#include "platform/net/headers_for_log.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -14,15 +13,6 @@ namespace engine {
 namespace {
 
 constexpr qint64 defaultTimeOut = 60;
-
-QString headersForLog(const std::optional<platform::HTTPHeaders>& headers) {
-    QStringList lines;
-    if (headers) {
-        for (const auto& [name, value] : headers->fields())
-            lines.append(name + u": "_s + value);
-    }
-    return lines.join(u"; "_s);
-}
 
 }  // namespace
 
@@ -114,7 +104,7 @@ void DQDownloadWorkerPrototype::processResponse(const WorkerResponse& response,
         return u"<%1>\n- status code: %2\n- response headers: %3"_s
             .arg(response.url.absoluteString())
             .arg(response.statusCode)
-            .arg(headersForLog(response.headers));
+            .arg(platform::headersForLog(response.headers.value_or(platform::HTTPHeaders())));
     });
     _expectedBytes = expectedContentLength;
     WorkerResponse named = response;

@@ -26,7 +26,8 @@ def plain_line(name, password):
 
 class GuardedApache(Apache):
     """/basic/FILE and /digest/FILE are guarded, /302/basic/FILE and /307/basic/FILE redirect to
-    `elsewhere` whoever is let in, and /stale/FILE has nonces that live for a second."""
+    `elsewhere` whoever is let in, and /stale/FILE has nonces that live for a second. Who has been
+    let in once gets a cookie with the password in it."""
 
     elsewhere = "http://127.0.0.1:9"
     password = "secret"
@@ -40,7 +41,7 @@ class GuardedApache(Apache):
         modules = "\n".join(
             f"LoadModule {name}_module {self.modules}/mod_{name}.so" for name in
             ("auth_basic", "auth_digest", "authn_core", "authn_file", "authz_user", "alias",
-             "rewrite"))
+             "headers", "rewrite"))
         lifetimes = (("digest", 300), ("stale", 1))
         digests = "\n".join(f"""
 <Location /{name}>
@@ -60,7 +61,7 @@ class GuardedApache(Apache):
         with open(self.root / "apache.conf", "a", encoding="utf-8") as configuration:
             configuration.write(f"""
 {modules}
-LogFormat "%m|%U|%>s|%{{Authorization}}i|%u" guarded
+LogFormat "%m|%U|%>s|%{{Authorization}}i" guarded
 CustomLog {self.root}/guarded.log guarded
 Alias /basic {self.content}
 Alias /digest {self.content}
@@ -71,6 +72,7 @@ Alias /stale {self.content}
     AuthBasicProvider file
     AuthUserFile {self.root}/basic
     Require valid-user
+    Header always set Set-Cookie "session={self.password}; Path=/"
 </LocationMatch>{digests}{redirects}
 """)
         return words
