@@ -30,9 +30,10 @@ def write_random(path, size, seed=1):
 
 
 class Authority:
-    """A certificate authority of our own and a server certificate for localhost, by openssl."""
+    """A certificate authority of our own and, by openssl, a server's certificate for these names
+    and so many days, signed by the authority or by the server itself."""
 
-    def __init__(self, folder):
+    def __init__(self, folder, names="DNS:localhost,IP:127.0.0.1", days=2, signs=True):
         self.folder = Path(folder)
         self.authority = self.folder / "authority.pem"
         self.certificate = self.folder / "server.pem"
@@ -43,10 +44,11 @@ class Authority:
         self._openssl("req", "-newkey", "rsa:2048", "-nodes", "-subj", "/CN=localhost",
                       "-keyout", self.key, "-out", self.folder / "server.csr")
         extensions = self.folder / "extensions"
-        extensions.write_text("subjectAltName=DNS:localhost,IP:127.0.0.1\n")
-        self._openssl("x509", "-req", "-in", self.folder / "server.csr", "-CA", self.authority,
-                      "-CAkey", self.folder / "authority.key", "-CAcreateserial", "-days", "2",
-                      "-extfile", extensions, "-out", self.certificate)
+        extensions.write_text(f"subjectAltName={names}\n")
+        signing = ["-CA", self.authority, "-CAkey", self.folder / "authority.key",
+                   "-CAcreateserial"] if signs else ["-signkey", self.key]
+        self._openssl("x509", "-req", "-in", self.folder / "server.csr", *signing,
+                      "-days", days, "-extfile", extensions, "-out", self.certificate)
 
     @staticmethod
     def _openssl(*arguments):
@@ -191,8 +193,12 @@ class TlsNginx(Nginx):
     scheme, host = "https", "localhost"
     listen_options = " ssl"
 
+    def __init__(self, **certificate):
+        self._certificate = certificate
+        super().__init__()
+
     def prepare(self):
-        self.authority = Authority(self.root)
+        self.authority = Authority(self.root, **self._certificate)
         self.tls_lines = (f"ssl_certificate {self.authority.certificate};"
                           f" ssl_certificate_key {self.authority.key};")
 
