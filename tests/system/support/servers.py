@@ -122,6 +122,10 @@ class Server:
             return []
         return [tuple(line.split("|")) for line in self.log.read_text().splitlines()]
 
+    def statuses(self, part):
+        """Of the requests whose targets have that part, in the order of their ends."""
+        return [request[2] for request in self.requests() if part in request[1]]
+
 
 class Nginx(Server):
     """Beside the files themselves: /rate/SPEED/FILE sends SPEED bytes a second, /chunked/FILE has
