@@ -142,6 +142,28 @@ TEST_F(AuthenticationTest, AsksAgainAfterAWrongPasswordAndHasTime) {
     EXPECT_EQ(delegate.count("authenticationNeeded"), 4);
 }
 
+TEST_F(AuthenticationTest, WhoWaitsFollowsWhoWasLetIn) {
+    protect({basic(u"me:right"_s)});
+    std::vector<std::shared_ptr<HTTPRequest>> requests;
+    for (const QString& path : {u"/1"_s, u"/2"_s, u"/3"_s}) {
+        requests.push_back(observedRequest(path));
+        requests.back()->startAsynchronous();
+    }
+    ASSERT_TRUE(main.waitUntil([&] { return delegate.count("authenticationNeeded") == 3; }));
+    for (const auto& [password, asked, ended] :
+         {std::tuple(u"wrong"_s, 4, 0), std::tuple(u"right"_s, 4, 3)}) {
+        requests[0]->setUsername(u"me"_s);
+        requests[0]->setPassword(password);
+        requests[0]->retryUsingSuppliedCredentials();
+        ASSERT_TRUE(main.waitUntil([&, asked = asked, ended = ended] {
+            return delegate.count("authenticationNeeded") >= asked &&
+                   delegate.count("finished") >= ended;
+        }));
+        EXPECT_EQ(delegate.count("authenticationNeeded"), asked);
+        EXPECT_EQ(delegate.count("finished"), ended);
+    }
+}
+
 TEST_F(AuthenticationTest, DigestKeepsItsNonceUntilItIsStale) {
     std::atomic<int> nonce = 1;
     server.handleAll([&](const ReceivedRequest& request) {

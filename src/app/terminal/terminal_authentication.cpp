@@ -12,6 +12,8 @@ namespace {
 
 /// How long another question may go on before this one tries again.
 constexpr platform::Seconds pauseForOthers = 0.5;
+/// How long a question waits after an answer for the same server, which may serve it, too.
+constexpr platform::Seconds pauseForFollowers = 0.5;
 constexpr char askOperation[] = "ask";
 
 }  // namespace
@@ -25,7 +27,7 @@ bool TerminalAuthentication::show(const AuthenticationQuestion& question, Client
     if (isAsking_)
         surroundings_.prompt.cancel();
     else
-        askLater(0);
+        askLater(question.host == answeredHost_ ? pauseForFollowers : 0);
     return true;
 }
 
@@ -56,8 +58,9 @@ void TerminalAuthentication::ask() {
     if (client_ == nullptr)
         return;
     if (shown_ != asked)
-        askLater(0);
-    else if (given)
+        return askLater(0);
+    answeredHost_ = given ? question_.host : QString();
+    if (given)
         client_->applyCredentialsFromDialog(*given);
     else
         client_->cancelDialog();

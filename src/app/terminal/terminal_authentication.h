@@ -32,6 +32,7 @@ private:
 
     Surroundings surroundings_;
     AuthenticationQuestion question_;
+    QString answeredHost_;      ///< Of the last question, if it was answered.
     Client* client_ = nullptr;  ///< Null: nothing is asked.
     bool isAsking_ = false;
     int shown_ = 0;  ///< Counts questions, so that an answer to one is not taken for another's.

@@ -49,10 +49,6 @@ void setRange(platform::HTTPHeaders& headers, const QString& range, const QStrin
         headers.set(u"If-Range"_s, validator);
 }
 
-bool isChallenge(int statusCode) {
-    return statusCode == 401 || statusCode == 407;
-}
-
 /// With a transfer coding, "Content-Length" does not count (RFC 9112, 6.3). 0: unknown.
 qint64 announcedLength(const platform::HTTPHeaders& headers) {
     if (headers.contains(u"Transfer-Encoding"_s))
@@ -100,12 +96,15 @@ bool DQHTTPRequestDownloadWorker::startWithRequest(const WorkerRequest& request,
     return true;
 }
 
+/// Perhaps because another's answer lets it in, too.
+void DQHTTPRequestDownloadWorker::requestStarted(http::HTTPRequest& request) {
+    environment().cancelAuthentication(request);
+}
+
 void DQHTTPRequestDownloadWorker::requestDidReceiveResponseHeaders(
     http::HTTPRequest& request, const platform::HTTPHeaders& headers) {
     const auto keep = shared_from_this();
     statusCode_ = request.responseStatusCode();
-    if (!isChallenge(statusCode_))
-        environment().cancelAuthentication(request);
     // Whatever sent the request again: what has been written belongs to another answer.
     if (downloadedBytes() > 0)
         return stopWithError(makeWorkerError(

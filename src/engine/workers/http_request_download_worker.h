@@ -34,6 +34,7 @@ private:
     DQHTTPRequestDownloadWorker() = default;
 
     [[nodiscard]] Capabilities capabilities() const override;
+    void requestStarted(http::HTTPRequest& request) override;
     void requestDidReceiveResponseHeaders(http::HTTPRequest& request,
                                           const platform::HTTPHeaders& headers) override;
     void requestWillRedirectToURL(http::HTTPRequest& request, const platform::Url& url) override;

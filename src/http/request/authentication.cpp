@@ -65,6 +65,7 @@ void Authentication::prepareSend() {
 
 void Authentication::credentialsWereAccepted() {
     const RequestOptions& options = _parts.state.options;
+    tellOthers();
     for (ChallengeSide* const side : {&_server, &_proxy}) {
         if (!std::exchange(side->isToBeSaved, false))
             continue;
@@ -242,8 +243,47 @@ void Authentication::savedCredentialsWereFound(bool forProxy,
 bool Authentication::willAskDelegate(const ChallengeSide& side) {
     if (_parts.state.isSynchronous)
         return false;
-    return side.isProxy ? _parts.notifier.askForProxyCredentials()
-                        : _parts.notifier.askForCredentials();
+    const bool isAsked = side.isProxy ? _parts.notifier.askForProxyCredentials()
+                                      : _parts.notifier.askForCredentials();
+    if (isAsked)
+        waitForOthers();
+    return isAsked;
+}
+
+void Authentication::waitForOthers() {
+    _parts.shared.waitingForCredentials.add(
+        std::static_pointer_cast<HTTPRequest>(_request.shared_from_this()));
+}
+
+/// What has let this request in may let in those that somebody is still asked about.
+void Authentication::tellOthers() {
+    constexpr int firstFailure = 400;
+    bool isNews = false;
+    for (ChallengeSide* const side : {&_server, &_proxy}) {
+        const bool wasKnown = std::exchange(side->accepted, side->credentials) == side->credentials;
+        isNews = isNews || (side->credentials != nullptr && !wasKnown);
+    }
+    // Some servers forbid where they should ask again.
+    if (!isNews || _parts.state.responseStatusCode >= firstFailure)
+        return;
+    // Later: each has a lock of its own, and this one's is held.
+    _run.loopInUse()->post([waiting = _parts.shared.waitingForCredentials.takeAll()] {
+        for (const auto& request : waiting)
+            request->internals().resumeWithSessionCredentials();
+    });
+}
+
+void Authentication::followOthers() {
+    ChallengeSide& side =
+        _parts.state.authenticationNeeded == AuthenticationNeeded::Proxy ? _proxy : _server;
+    std::unique_lock guard(_parts.shared.delegateAuthenticationLock);
+    if (hasEnded())
+        return;
+    const bool hasChallenge = side.authentication != nullptr || meetChallenge(side);
+    if (!hasChallenge || !_applier.applySessionCredentials(side))
+        return waitForOthers();
+    guard.unlock();
+    _run.startRequest();
 }
 
 void Authentication::credentialsWereSupplied() {

@@ -32,6 +32,8 @@ public:
     void attemptToApplyCredentialsAndResume();
     /// Somebody has answered the question, though perhaps with the same as before.
     void credentialsWereSupplied();
+    /// Another request has been let in, and this one may go in behind it.
+    void followOthers();
     void savedCredentialsWereFound(bool forProxy, std::optional<platform::HTTPCredentials> found);
 
     /// Another address: what is known of the last challenge does not hold there.
@@ -53,6 +55,8 @@ private:
     [[nodiscard]] bool hasEnded() const;
     [[nodiscard]] bool lookUpSaved(ChallengeSide& side);
     [[nodiscard]] bool willAskDelegate(const ChallengeSide& side);
+    void waitForOthers();
+    void tellOthers();
     void fail();
     void failToApply(const ChallengeSide& side);
 

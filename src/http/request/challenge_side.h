@@ -27,6 +27,7 @@ struct ChallengeSide {
     enum class LookUp { NotBegun, UnderWay, Done } lookUp = LookUp::NotBegun;
     std::optional<platform::HTTPCredentials> saved;
     bool isToBeSaved = false;  ///< The credentials, once they have been accepted.
+    Credentials accepted;      ///< Have let this request in; null: none.
 
     /// What the message answers with, which need not be to a challenge of this request's own.
     std::shared_ptr<platform::HTTPAuthentication> answering;

@@ -387,6 +387,14 @@ void RequestRun::resumeWithSavedCredentials(bool forProxy,
     });
 }
 
+void RequestRun::resumeWithSessionCredentials() {
+    perform([this] {
+        const bool isAsked = _state.authenticationNeeded != AuthenticationNeeded::None;
+        if (isWaitingForAnswer() && isAsked && _state.request)
+            _authentication.followOthers();
+    });
+}
+
 void RequestRun::resumeAuthentication() {
     if (!isWaitingForAnswer())
         return;

@@ -49,6 +49,8 @@ public:
     void cancelAuthentication();
     /// The persistent store has answered.
     void resumeWithSavedCredentials(bool forProxy, std::optional<platform::HTTPCredentials> found);
+    /// Another request has been let in.
+    void resumeWithSessionCredentials();
 
     // The request's loop or, before the start, its caller; under the request's lock.
 

@@ -10,6 +10,7 @@
 #include "http/shared/request_thread.h"
 #include "http/shared/session_cookies.h"
 #include "http/shared/session_credentials.h"
+#include "http/shared/waiting_requests.h"
 #include "platform/base/clock.h"
 #include "platform/net/proxies/system_proxies.h"
 
@@ -37,9 +38,10 @@ private:
 
 /// The parts that all requests of a session share. Each has its own lock; they are named after what
 /// they guard: the connection lock (ConnectionTable), the bandwidth lock (BandwidthAccount), the
-/// session cookie lock (SessionCookies), the session credential lock (SessionEntries) and those
-/// below. A request's own `_cancelledLock` is taken before any of them, the delegate authentication
-/// lock before the session credential lock, and no two others together.
+/// session cookie lock (SessionCookies), the session credential lock (SessionEntries), the waiting
+/// lock (WaitingRequests) and those below. A request's own `_cancelledLock` is taken before any of
+/// them, the delegate authentication lock before the session credential lock, and no two others
+/// together.
 ///
 /// A request keeps this alive, so it may outlive the session; what it then posts to the thread is
 /// dropped. Any thread.
@@ -59,6 +61,7 @@ public:
     SessionCookies cookies;
     SessionEntries sessionCredentials;
     SessionEntries sessionProxyCredentials;
+    WaitingRequests waitingForCredentials;
     /// Held while a request looks for credentials, so that of several that have met one challenge
     /// the later ones find what the first has stored. Not held while a user answers.
     std::recursive_mutex delegateAuthenticationLock;
