@@ -1,6 +1,7 @@
 #include "http/http_request.h"
 
 #include "http/content/http_data_decompressor.h"
+#include "http/request/credential_search.h"
 #include "http/request/request_notifier.h"
 #include "http/request/request_run.h"
 #include "http/request/request_state.h"
@@ -308,6 +309,14 @@ QString HTTPRequest::proxyAuthenticationScheme() const {
 QString HTTPRequest::proxyAuthenticationRealm() const {
     const std::scoped_lock guard(_cancelledLock);
     return _run->authentication().proxy().realm;
+}
+
+platform::ProtectionSpace HTTPRequest::protectionSpace() const {
+    const std::scoped_lock guard(_cancelledLock);
+    const Authentication& authentication = _run->authentication();
+    const bool isForProxy = _state->authenticationNeeded == AuthenticationNeeded::Proxy;
+    return http::protectionSpace(*_state,
+                                 isForProxy ? authentication.proxy() : authentication.server());
 }
 
 }  // namespace http

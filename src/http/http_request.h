@@ -208,6 +208,8 @@ public:
     [[nodiscard]] QString authenticationRealm() const;
     [[nodiscard]] QString proxyAuthenticationScheme() const;
     [[nodiscard]] QString proxyAuthenticationRealm() const;
+    /// Where the credentials that are wanted go: to the proxy if it asks, else to the server.
+    [[nodiscard]] platform::ProtectionSpace protectionSpace() const;
 
     void start() override;
 

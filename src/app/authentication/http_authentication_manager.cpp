@@ -28,11 +28,6 @@ QString schemeOf(const HTTPRequest& request) {
                                  : request.authenticationScheme();
 }
 
-QString realmOf(const HTTPRequest& request) {
-    return isAboutProxy(request) ? request.proxyAuthenticationRealm()
-                                 : request.authenticationRealm();
-}
-
 /// A server's words cannot pass for ours: one line of moderate length, written in one direction.
 QString harmless(QString text) {
     constexpr qsizetype longest = 120;
@@ -44,16 +39,9 @@ QString harmless(QString text) {
     return text.size() > longest ? text.left(longest - 1) + u'…' : text;
 }
 
-platform::ProtectionSpace protectionSpace(const HTTPRequest& request) {
-    const platform::Url url = request.url();
-    if (isAboutProxy(request))
-        return {request.proxyHost(), request.proxyPort(), {}, realmOf(request), true};
-    return {url.host(), url.port().value_or(0), url.scheme(), realmOf(request), false};
-}
-
 QString explanation(const HTTPRequest& request) {
     const QString name = harmless(links::filename(request.url()));
-    const QString realm = harmless(realmOf(request));
+    const QString realm = harmless(request.protectionSpace().realm);
     if (realm.isEmpty())
         return filledFormat(localized("You need to log in before downloading \"%@\"."), {name});
     return filledFormat(localized("You need to log in before downloading \"%@\" from \"%@\"."),
@@ -152,7 +140,7 @@ void DQHTTPAuthenticationManager::promptOrClose() {
 
 AuthenticationQuestion DQHTTPAuthenticationManager::question() const {
     const HTTPRequest& request = *_pendingRequests.front();
-    const platform::ProtectionSpace space = protectionSpace(request);
+    const platform::ProtectionSpace space = request.protectionSpace();
     const bool isSecure = space.receivesCredentialSecurely(schemeOf(request));
     AuthenticationQuestion question;
     question.explanation = explanation(request);
