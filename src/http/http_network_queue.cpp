@@ -52,7 +52,14 @@ std::shared_ptr<HTTPNetworkQueue> HTTPNetworkQueue::copy() const {
 
 // Requests.
 
-void HTTPNetworkQueue::addOperation(const std::shared_ptr<HTTPRequest>& request) {
+std::optional<platform::Error> HTTPNetworkQueue::addOperation(
+    const std::shared_ptr<Operation>& operation) {
+    const auto request = std::dynamic_pointer_cast<HTTPRequest>(operation);
+    if (request == nullptr)
+        return platform::Error{u"AttemptToAddInvalidRequest"_s, 0,
+                               u"Attempted to add an object that was not an HTTPRequest to an "
+                               "HTTPNetworkQueue"_s,
+                               nullptr};
     ++_requestsCount;
     if (_showAccurateProgress) {
         preparePreciseProgress(*request);
@@ -67,6 +74,7 @@ void HTTPNetworkQueue::addOperation(const std::shared_ptr<HTTPRequest>& request)
     request->setShowAccurateProgress(_showAccurateProgress);
     request->setQueue(shared_from_this());
     _operations.addOperation(request);
+    return std::nullopt;
 }
 
 void HTTPNetworkQueue::preparePreciseProgress(HTTPRequest& request) {

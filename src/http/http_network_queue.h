@@ -5,9 +5,11 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 
 #include "http/http_request_delegate.h"
 #include "http/operation_queue.h"
+#include "platform/base/error.h"
 
 namespace http {
 
@@ -40,7 +42,8 @@ public:
     /// A new queue with the same receivers and settings, and no requests.
     [[nodiscard]] std::shared_ptr<HTTPNetworkQueue> copy() const;
 
-    void addOperation(const std::shared_ptr<HTTPRequest>& request);
+    /// Nothing: added. An error, whose domain is its name: it is no HTTPRequest.
+    std::optional<platform::Error> addOperation(const std::shared_ptr<Operation>& operation);
     /// Adds a probe, which does not count among the requests.
     void addHEADOperation(const std::shared_ptr<HTTPRequest>& probe);
     void go() { _operations.setSuspended(false); }

@@ -79,8 +79,10 @@ TEST_F(AuthenticationTest, SearchesInAFixedOrder) {
         bool isGiven, isSaved;
         std::string expected;
     };
-    protect({basic(u"url:u"_s), basic(u"given:g"_s), basic(u"saved:s"_s), basic(u"asked:a"_s)});
+    protect({basic(u"url:u"_s), basic(u"url:"_s), basic(u"given:g"_s), basic(u"saved:s"_s),
+             basic(u"asked:a"_s)});
     for (const Case& row : {Case{u"url:u@"_s, true, true, basic(u"url:u"_s)},
+                            Case{u"url:@"_s, true, true, basic(u"url:"_s)},
                             Case{u"url@"_s, true, true, basic(u"given:g"_s)},
                             Case{u""_s, false, true, basic(u"saved:s"_s)},
                             Case{u""_s, false, false, basic(u"asked:a"_s)}}) {
@@ -226,30 +228,131 @@ TEST_F(AuthenticationTest, WhatCannotBeAnsweredFailsSoon) {
     }
 }
 
-TEST_F(AuthenticationTest, NothingGoesToAnotherServer) {
-    support::HTTPServer other;
-    other.handleAll([](const ReceivedRequest&) { return challenge("Basic realm=\"club\""); });
-    server.handleAll([&](const ReceivedRequest& request) {
-        if (!request.header("Authorization"))
-            return challenge("Basic realm=\"club\"");
-        Reply reply;
-        reply.status = 307;
-        reply.headers = {{"Location", other.url(u"/there"_s).toStdString()}};
-        return reply;
-    });
-    for (const QString& userInfo : {u""_s, u"me:canary@"_s}) {
-        const auto request =
-            observedRequest(u"http://"_s + userInfo + server.url(u"/here"_s).mid(7));
-        request->setUsername(u"me"_s);
-        request->setPassword(u"canary"_s);
-        request->setUseKeychainPersistence(true);
-        answerWith({});
+TEST_F(AuthenticationTest, SaysWhatCannotBeApplied) {
+    struct Case {
+        std::string offer;
+        int status;
+        QString text;
+    };
+    for (const auto& [offer, status, text] :
+         {Case{"Bearer", 401, u"Failed to get authentication object from response headers"_s},
+          Case{"Basic realm=r", 401, u"Failed to apply credentials to request"_s},
+          Case{"Basic realm=r", 407, u"Failed to apply proxy credentials to request"_s}}) {
+        server.handleAll(
+            [offer, status](const ReceivedRequest&) { return challenge(offer, status); });
+        const auto request = observedRequest(u"http://name.invalid/file"_s);
+        request->setProxyHost(u"127.0.0.1"_s);
+        request->setProxyPort(server.port());
+        // No header can carry such a name.
+        request->setUsername(u"with:colon"_s);
+        request->setPassword(u"pw"_s);
+        request->setProxyUsername(u"with:colon"_s);
+        request->setProxyPassword(u"pw"_s);
         run(request);
-        EXPECT_EQ(errorCode(*request), codeAuthentication);
+        EXPECT_EQ(errorCode(*request), codeApplying);
+        EXPECT_EQ(request->error()->text, text);
     }
-    ASSERT_GE(other.requests().size(), 2U);
-    for (const ReceivedRequest& request : other.requests())
-        EXPECT_FALSE(request.header("Authorization"));
+}
+
+/// A request full of secrets, each of which can be told from the others, is sent elsewhere.
+class CanaryTest : public AuthenticationTest {
+protected:
+    void SetUp() override {
+        for (support::HTTPServer* const target : {&other, &secure})
+            target->handleAll(
+                [](const ReceivedRequest&) { return challenge("Basic realm=\"club\""); });
+        server.handleAll([this](const ReceivedRequest& request) {
+            if (!request.header("Authorization"))
+                return challenge("Basic realm=\"club\"");
+            Reply reply;
+            reply.status = std::stoi(request.target.substr(1));
+            reply.headers = {{"Location", location}};
+            return reply;
+        });
+        platform::Cookie cookie;
+        cookie.name = u"jar"_s;
+        cookie.value = u"canary-jar"_s;
+        cookie.domain = u"127.0.0.1"_s;
+        cookie.path = u"/"_s;
+        cookies->setCookies({cookie}, *platform::Url::parse(server.url()));
+        secrets->save({u"127.0.0.1"_s, server.port(), u"http"_s, u"club"_s},
+                      {u"me"_s, u"canary-saved"_s, {}});
+    }
+
+    /// `bringsHeaders`: what lets it in is a header of its own; else it is challenged.
+    std::shared_ptr<HTTPRequest> send(int status, bool bringsHeaders) {
+        HTTPRequest::clearSession();
+        answerWith({});
+        const QString user = bringsHeaders ? u""_s : u"me:canary-url@"_s;
+        const auto request =
+            observedRequest(u"http://"_s + user + server.url(u"/%1"_s.arg(status)).mid(7));
+        request->setValidatesSecureCertificate(false);
+        request->setUseKeychainPersistence(true);
+        request->setUsername(u"me"_s);
+        request->setPassword(u"canary-password"_s);
+        request->setUseCookiePersistence(!bringsHeaders);
+        std::vector<QString> names{u"Referer"_s, u"X-Custom"_s, u"Proxy-Authorization"_s};
+        if (bringsHeaders)
+            names.insert(names.end(), {u"Authorization"_s, u"Cookie"_s});
+        for (const QString& name : names)
+            request->addRequestHeader(name, u"canary-"_s + name);
+        if (!bringsHeaders) {
+            platform::Cookie own;
+            own.name = u"own"_s;
+            own.value = u"canary-own"_s;
+            request->setRequestCookies({own});
+        }
+        run(request);
+        return request;
+    }
+
+    /// The secrets in a head. What is in Base64 cannot be seen, but the header that it is in can.
+    static std::set<std::string> canariesIn(const ReceivedRequest& request) {
+        std::set<std::string> found;
+        const QByteArray beginning = "canary-";
+        for (auto at = request.raw.indexOf(beginning); at >= 0;
+             at = request.raw.indexOf(beginning, at + 1)) {
+            auto end = at + beginning.size();
+            while (std::isalpha(request.raw.at(end)) || request.raw.at(end) == '-')
+                ++end;
+            found.insert(request.raw.mid(at, end - at).toStdString());
+        }
+        for (const char* name : {"Authorization", "Proxy-Authorization"})
+            if (request.header(name))
+                found.insert(name);
+        return found;
+    }
+
+    support::HTTPServer other, secure{support::HTTPServer::Security::Tls};
+    std::string location;
+};
+
+TEST_F(CanaryTest, NothingGoesToAnotherServer) {
+    struct Case {
+        support::HTTPServer& target;
+        QString address;
+        bool isSameHost;
+    };
+    const QString port = other.url(u"/there"_s);
+    for (const auto& [target, address, isSameHost] :
+         {Case{other, port, true}, Case{other, QString(port).replace(7, 9, u"localhost"_s), false},
+          Case{secure, QString(secure.url()).replace(8, 9, u"127.0.0.1"_s), true}}) {
+        location = address.toStdString();
+        for (const int status : {301, 302, 303, 307}) {
+            for (const bool bringsHeaders : {false, true}) {
+                SCOPED_TRACE(location + " " + std::to_string(status));
+                EXPECT_EQ(errorCode(*send(status, bringsHeaders)), codeAuthentication);
+                std::set<std::string> expected;
+                if (status == 307)
+                    expected = {"canary-Referer", "canary-X-Custom"};
+                if (isSameHost && !bringsHeaders)
+                    expected.insert("canary-jar");  // Cookies know no ports.
+                ASSERT_FALSE(target.requests().empty());
+                EXPECT_EQ(canariesIn(target.requests().back()), expected);
+            }
+        }
+    }
+    EXPECT_EQ(other.requests().size() + secure.requests().size(), 24U);
 }
 
 TEST_F(AuthenticationTest, AProxyIsAnsweredApartFromItsServers) {

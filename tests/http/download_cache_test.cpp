@@ -50,8 +50,11 @@ TEST_F(DownloadCacheTest, AnswersWhileTheStoredResponseIsCurrent) {
     EXPECT_EQ(delegate.events, std::vector<std::string>{"finished"});
     EXPECT_EQ(sent(), 1U);
     main.clock.advance(2);
+    serve("second", {{"Cache-Control", "max-age=-1"}});
     EXPECT_EQ(get()->responseData(), "second");
     EXPECT_EQ(sent(), 2U);
+    EXPECT_EQ(get()->responseData(), "second");
+    EXPECT_EQ(sent(), 3U);
 }
 
 TEST_F(DownloadCacheTest, AsksWhetherSomethingChanged) {
@@ -141,6 +144,11 @@ TEST_F(DownloadCacheTest, StoresOnlyWhatItMay) {
         serve("x", {{name, value}});
         EXPECT_EQ(isStored(), stored) << name << value;
     }
+    // The bytes that a delegate took are nowhere to be stored from.
+    serve("x");
+    delegate.does.receivesData = true;
+    EXPECT_FALSE(isStored());
+    delegate.does.receivesData = false;
     Reply missing;
     missing.status = 404;
     server.serve("/a.txt", missing);
@@ -169,19 +177,22 @@ TEST_F(DownloadCacheTest, KeepsBodiesUncompressedAndFilesCopied) {
 }
 
 TEST_F(DownloadCacheTest, AStoredRedirectIsFollowed) {
-    Reply moved;
-    moved.status = 302;
-    moved.headers = {{"Location", "/b"}, {"Cache-Control", "max-age=100"}};
-    moved.body = "moved";
-    server.serve("/a.txt", moved);
     Reply target;
     target.body = "target";
     server.serve("/b", target);
-    EXPECT_EQ(get()->responseData(), "target");
-    const auto again = get();
-    EXPECT_EQ(again->responseData(), "target");
-    EXPECT_EQ(again->redirectCount(), 1);
-    EXPECT_EQ(sent(), 3U);
+    for (const char* body : {"moved", ""}) {
+        Reply moved;
+        moved.status = 302;
+        moved.headers = {{"Location", "/b"}, {"Cache-Control", "max-age=100"}};
+        moved.body = body;
+        server.serve("/a.txt", moved);
+        const std::size_t before = sent();
+        EXPECT_EQ(get(http::cachePolicyDoNotRead)->responseData(), "target");
+        const auto again = get();
+        EXPECT_EQ(again->responseData(), "target");
+        EXPECT_EQ(again->redirectCount(), 1);
+        EXPECT_EQ(sent(), before + 3);
+    }
 }
 
 TEST_F(DownloadCacheTest, ACacheThatThrowsIsAnError) {

@@ -162,6 +162,20 @@ TEST_F(NetworkQueueTest, TakesRedirectsOverOnlyIfItCan) {
     EXPECT_EQ(heard, (std::vector<std::string>{"redirect", "end"}));
 }
 
+TEST_F(NetworkQueueTest, TakesNothingButRequests) {
+    struct Other : http::Operation {
+        void start() override {}
+        void cancel() override {}
+    };
+    const auto error = queue->addOperation(std::make_shared<Other>());
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->domain, u"AttemptToAddInvalidRequest"_s);
+    EXPECT_EQ(error->text,
+              u"Attempted to add an object that was not an HTTPRequest to an HTTPNetworkQueue"_s);
+    EXPECT_EQ(queue->requestsCount(), 0);
+    EXPECT_EQ(queue->operationQueue().operationCount(), 0U);
+}
+
 TEST_F(NetworkQueueTest, ResetForgetsItsListenersFirst) {
     Reply stalled;
     stalled.stallHead = true;

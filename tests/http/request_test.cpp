@@ -165,6 +165,31 @@ TEST_F(RequestTest, StreamsABodyFromDiskAndClearsItAway) {
               u"Failed to get attributes for file at path '%1'"_s.arg(temporaryFile(u"none"_s)));
 }
 
+TEST_F(RequestTest, SaysWhichPartOfTheStreamCannotBeMade) {
+    // The file goes away before it is sent a second time.
+    write(temporaryFile(u"part"_s), "body");
+    server.handle("/moved", [this](const support::ReceivedRequest&) {
+        QFile::remove(temporaryFile(u"part"_s));
+        Reply reply;
+        reply.status = 307;
+        reply.headers = {{"Location", "/post"}};
+        return reply;
+    });
+    const auto unreadable = this->request(u"/moved"_s);
+    unreadable->setPostBodyFilePath(temporaryFile(u"part"_s));
+    unreadable->setShouldStreamPostDataFromDisk(true);
+    const auto unsendable = this->request(u"/post"_s);
+    unsendable->setRequestMethod(u"GET /other"_s);
+    for (const auto& [request, text] :
+         {std::pair(unreadable, u"Unable to create read stream"_s),
+          std::pair(unsendable, u"Unable to start HTTP connection"_s)}) {
+        run(request);
+        EXPECT_EQ(errorCode(*request), 6);
+        EXPECT_EQ(request->error()->text, text);
+    }
+    EXPECT_EQ(server.requests().size(), 1U);
+}
+
 TEST_F(RequestTest, RunsOnTheCallersThreadToo) {
     server.serve("/file", okay("body"));
     Reply moved;

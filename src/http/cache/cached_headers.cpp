@@ -48,12 +48,12 @@ std::optional<CachedHeaders> decodedCachedHeaders(const QByteArray& data) {
 }
 
 std::optional<Seconds> expiryDate(const HTTPHeaders& headers, Seconds maxAge, Seconds now) {
-    if (maxAge <= 0) {
-        static const QRegularExpression pattern(u"max-age\\s*=\\s*(\\d{1,18})"_s);
+    if (maxAge == 0) {
+        static const QRegularExpression pattern(u"max-age\\s*=\\s*(-?\\d{1,18})"_s);
         const auto control = headers.value(u"Cache-Control"_s).value_or(QString()).toLower();
         maxAge = pattern.match(control).captured(1).toDouble();
     }
-    if (maxAge > 0)
+    if (maxAge != 0)
         return now + maxAge;
     const auto date = dateFromRFC1123String(headers.value(u"Expires"_s).value_or(QString()));
     if (!date)

@@ -225,6 +225,7 @@ bool HTTPDownloadCache::isCachedDataCurrentForRequest(const HTTPRequest& request
     constexpr int notModified = 304;
     if (request.responseStatusCode() == notModified)
         return true;
+    // Also of a response whose body is still to come: a server that was asked has answered.
     if (const auto headers = request.responseHeaders(); headers) {
         const auto agree = [&](const QString& name) {
             const auto value = headers->value(name);
@@ -260,19 +261,27 @@ void HTTPDownloadCache::storeResponseForRequest(const HTTPRequest& request,
         cached.headers.remove(u"Content-Encoding"_s);
     cached.statusCode = request.responseStatusCode();
     cached.expires = expiryDate(*request.responseHeaders(), maxAge, _clock.wall());
-    if (!platform::writeFileAtomically(path, encodedCachedHeaders(cached)))
-        storeBody(request);
+    // The former head does not belong to this body, nor this head to the former body.
+    QFile::remove(path);
+    if (storeBody(request))
+        static_cast<void>(platform::writeFileAtomically(path, encodedCachedHeaders(cached)));
 }
 
-void HTTPDownloadCache::storeBody(const HTTPRequest& request) {
+bool HTTPDownloadCache::storeBody(const HTTPRequest& request) {
     const QString path = pathToStoreCachedResponseDataForRequest(request);
     const QString downloaded = request.downloadDestinationPath();
-    if (const auto data = request.responseData()) {
-        static_cast<void>(platform::writeFileAtomically(path, *data));
-    } else if (!downloaded.isEmpty() && downloaded != path) {
-        QFile::remove(path);
-        QFile::copy(downloaded, path);
-    }
+    auto data = request.responseData();
+    // Redirects often have an empty one.
+    if (!data && request.totalBytesRead() == 0)
+        data = QByteArray();
+    if (data)
+        return !platform::writeFileAtomically(path, *data);
+    if (downloaded.isEmpty())
+        return false;
+    if (downloaded == path)
+        return true;
+    QFile::remove(path);
+    return QFile::copy(downloaded, path);
 }
 
 void HTTPDownloadCache::updateExpiryForRequest(const HTTPRequest& request,

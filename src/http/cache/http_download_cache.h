@@ -60,7 +60,8 @@ private:
     [[nodiscard]] QString fileToStore(const HTTPRequest& request, const QString& extension) const;
     [[nodiscard]] std::optional<CachedHeaders> cachedHeaders(const platform::Url& url);
     [[nodiscard]] bool isWorthStoring(const HTTPRequest& request) const;
-    void storeBody(const HTTPRequest& request);
+    /// False: it has not been kept, or cannot be.
+    [[nodiscard]] bool storeBody(const HTTPRequest& request);
 
     const platform::Clock& _clock;
     mutable std::recursive_mutex _accessLock;  ///< Guards the fields below and the files.

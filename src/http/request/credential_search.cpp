@@ -57,8 +57,7 @@ private:
 
 void addForServer(Candidates& candidates, const RequestState& state) {
     const RequestOptions& options = state.options;
-    if (!state.url.password().isEmpty())
-        candidates.add(state.url.user(), state.url.password(), options.domain);
+    candidates.add(state.url.user(), state.url.password(), options.domain);
     // A probe that was sent elsewhere must not take the secrets of its request along.
     const HTTPRequest* const main = state.mainRequest.get();
     if (main != nullptr && main->url().hasSameOrigin(state.url))

@@ -140,7 +140,7 @@ QString Url::user() const {
 QString Url::password() const {
     const QStringView info = part(parts_.authorityStart, parts_.userInfoEnd);
     const qsizetype colon = info.indexOf(u':');
-    return colon < 0 ? QString() : percentDecoded(info.mid(colon + 1));
+    return colon < 0 ? QString() : u""_s + percentDecoded(info.mid(colon + 1));
 }
 
 bool Url::hasUserInfo() const {

@@ -24,9 +24,10 @@ public:
 
     [[nodiscard]] bool isEmpty() const { return text_.isEmpty(); }
     [[nodiscard]] QString absoluteString() const { return text_; }
-    [[nodiscard]] QString scheme() const;    ///< As written. Empty: relative.
-    [[nodiscard]] QString user() const;      ///< Percent-decoded.
-    [[nodiscard]] QString password() const;  ///< Percent-decoded.
+    [[nodiscard]] QString scheme() const;  ///< As written. Empty: relative.
+    [[nodiscard]] QString user() const;    ///< Percent-decoded.
+    /// Percent-decoded. Null: none is written, not even an empty one.
+    [[nodiscard]] QString password() const;
     [[nodiscard]] bool hasUserInfo() const;
     [[nodiscard]] QString host() const;  ///< Percent-decoded; an IPv6 address without brackets.
     /// As written; a number that no int can hold is the largest one.
