@@ -2,6 +2,7 @@
 
 #include <QBuffer>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <array>
 
@@ -62,6 +63,18 @@ TEST(Compression, DamageAndBombsAreErrors) {
     const QByteArray bomb = HTTPDataCompressor::compressData(QByteArray(2 << 20, '\0')).data;
     EXPECT_TRUE(HTTPDataDecompressor::uncompressData(bomb, 1 << 20).error);
     EXPECT_FALSE(HTTPDataDecompressor::uncompressData(bomb, 2 << 20).error);
+
+    const QTemporaryDir folder;
+    const QString packed = folder.filePath(u"packed"_s), target = folder.filePath(u"target"_s);
+    QFile file(packed);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bomb);
+    file.close();
+    const auto error = HTTPDataDecompressor::uncompressDataFromFile(packed, target, 1 << 20);
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->text, u"Decompression of data failed with code -4"_s);
+    EXPECT_LE(QFileInfo(target).size(), 1 << 20);
+    EXPECT_FALSE(HTTPDataDecompressor::uncompressDataFromFile(packed, target, 2 << 20));
 }
 
 TEST(Compression, FilesAndWhatGoesWrongWithThem) {

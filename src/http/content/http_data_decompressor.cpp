@@ -1,5 +1,6 @@
 #include "http/content/http_data_decompressor.h"
 
+#include <QFileInfo>
 #include <algorithm>
 #include <limits>
 #include <utility>
@@ -15,6 +16,8 @@ namespace {
 
 constexpr int eitherFraming = 32;
 constexpr qsizetype smallestStep = 64;
+/// What people compress hardly ever shrinks more; the zeros of a bomb shrink to a thousandth.
+constexpr qint64 mostGrowth = 100;
 
 }  // namespace
 
@@ -77,14 +80,17 @@ CodedBytes HTTPDataDecompressor::uncompressData(const QByteArray& data, qsizetyp
 }
 
 std::optional<Error> HTTPDataDecompressor::uncompressDataFromFile(const QString& source,
-                                                                  const QString& target) {
+                                                                  const QString& target,
+                                                                  qsizetype limit) {
     HTTPDataDecompressor decompressor;
+    qsizetype left = std::max(limit, mostGrowth * QFileInfo(source).size());
+    const auto code = [&](const char* bytes, qsizetype length, bool) {
+        CodedBytes coded = decompressor.uncompressBytes(bytes, length, left);
+        left -= coded.data.size();
+        return left < 0 ? CodedBytes{{}, inflateErrorWithCode(Z_MEM_ERROR)} : coded;
+    };
     return codeFile(source, target,
-                    {u"Decompression"_s,
-                     [&](const char* bytes, qsizetype length, bool) {
-                         return decompressor.uncompressBytes(bytes, length);
-                     },
-                     [&] { return decompressor.closeStream(); }});
+                    {u"Decompression"_s, code, [&] { return decompressor.closeStream(); }});
 }
 
 Error HTTPDataDecompressor::inflateErrorWithCode(int code) {

@@ -29,9 +29,10 @@ public:
 
     [[nodiscard]] static CodedBytes uncompressData(const QByteArray& data,
                                                    qsizetype limit = defaultLimit);
-    /// Nothing: done.
+    /// Nothing: done. An error also if the target grows past `limit` bytes as well as past a
+    /// hundred times the source.
     [[nodiscard]] static std::optional<platform::Error> uncompressDataFromFile(
-        const QString& source, const QString& target);
+        const QString& source, const QString& target, qsizetype limit = defaultLimit);
     [[nodiscard]] static platform::Error inflateErrorWithCode(int code);
 
 private:

@@ -98,7 +98,8 @@ Error badResponseError(const QString& why) {
 }
 
 Error brokenReusedConnectionError() {
-    return {posixErrorDomain, EPIPE, u"broken pipe on a reused connection"_s, nullptr};
+    return {posixErrorDomain, EPIPE, u"The connection was lost: the server had closed it"_s,
+            nullptr};
 }
 
 Error errorForResult(CURLcode result, const QString& reason) {
