@@ -6,6 +6,7 @@
 #include "links/pages/download_page_extraction.h"
 #include "links/pages/download_page_reader.h"
 #include "links/pages/page_text.h"
+#include "platform/base/thread_pool.h"
 #include "support/main_loop.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -225,7 +226,8 @@ TEST(Extraction, RunsInTheBackgroundAndComesBackToTheLoop) {
     pages->pages[start] = "'a'";
     std::optional<ExtractedLinks> found;
     std::thread::id thread;
-    readDownloadPageInBackground({urlOf(start), rules, pages}, main.loop,
+    platform::ThreadPool readers(1);
+    readDownloadPageInBackground({urlOf(start), rules, pages}, readers, main.loop,
                                  [&](const ExtractedLinks& links) {
                                      found = links;
                                      thread = std::this_thread::get_id();

@@ -1,7 +1,5 @@
 #include "app/pages/download_pages.h"
 
-#include <QThreadPool>
-
 #include "app/pages/page_fetcher.h"
 #include "links/pages/download_page_reader.h"
 #include "links/settings.h"
@@ -19,7 +17,7 @@ DownloadPages::~DownloadPages() {
     stop_.request_stop();
     fetcher_->stop();
     // A reader posts its result to the loop, which must still be there then.
-    QThreadPool::globalInstance()->waitForDone();
+    readers_.waitForDone();
 }
 
 bool DownloadPages::isDownloadPageURL(const platform::Url& url) const {
@@ -35,7 +33,7 @@ void DownloadPages::URLsFromDownloadPageWithTitle(
     links::readDownloadPageInBackground(
         {url, ruleStore_.downloadPageRules(), fetcher_,
          defaults_.get(links::settings::skipRedirectingServices), stop_.get_token()},
-        loop_, std::move(completion));
+        readers_, loop_, std::move(completion));
 }
 
 }  // namespace app

@@ -4,6 +4,7 @@
 
 #include "engine/environment.h"
 #include "links/pages/download_page_rule_store.h"
+#include "platform/base/thread_pool.h"
 
 namespace platform {
 class RunLoop;
@@ -32,11 +33,15 @@ public:
     [[nodiscard]] links::DownloadPageRuleStore& ruleStore() { return ruleStore_; }
 
 private:
+    /// A page that is slow to come holds one up.
+    static constexpr std::size_t mostReaders = 8;
+
     platform::UserDefaults& defaults_;
     platform::RunLoop& loop_;
     mutable links::DownloadPageRuleStore ruleStore_;
     std::shared_ptr<HTTPPageFetcher> fetcher_;
     std::stop_source stop_;
+    mutable platform::ThreadPool readers_{mostReaders};
 };
 
 }  // namespace app

@@ -1,11 +1,10 @@
 #include "links/pages/download_page_reader.h"
 
-#include <QThreadPool>
-
 #include "links/pages/download_page_extraction.h"
 #include "links/pages/download_page_rules.h"
 #include "links/pages/page_fetcher.h"
 #include "platform/base/run_loop.h"
+#include "platform/base/thread_pool.h"
 
 namespace links {
 
@@ -16,10 +15,11 @@ ExtractedLinks URLsFromDownloadPageWithTitle(const DownloadPageReading& reading)
     return DownloadPageExtraction(*rule, reading).follow();
 }
 
-void readDownloadPageInBackground(DownloadPageReading reading, platform::RunLoop& loop,
+void readDownloadPageInBackground(DownloadPageReading reading, platform::ThreadPool& readers,
+                                  platform::RunLoop& loop,
                                   std::function<void(ExtractedLinks)> completion) {
     // What the completion holds is moved along, so that it dies on the loop's thread.
-    QThreadPool::globalInstance()->start(
+    readers.start(
         [&loop, reading = std::move(reading), completion = std::move(completion)]() mutable {
             ExtractedLinks found = URLsFromDownloadPageWithTitle(reading);
             loop.post([completion = std::move(completion), found = std::move(found)]() mutable {

@@ -10,7 +10,8 @@
 
 namespace platform {
 class RunLoop;
-}
+class ThreadPool;
+}  // namespace platform
 
 namespace links {
 
@@ -39,9 +40,9 @@ struct ExtractedLinks {
 /// fetches, one at a time. An address that no rule is for is its own only link. Any thread.
 [[nodiscard]] ExtractedLinks URLsFromDownloadPageWithTitle(const DownloadPageReading& reading);
 
-/// The same on a thread of the global pool. `completion` is posted to `loop`, which must live
-/// until then.
-void readDownloadPageInBackground(DownloadPageReading reading, platform::RunLoop& loop,
+/// The same on a thread of `readers`. `completion` is posted to `loop`, which must live until then.
+void readDownloadPageInBackground(DownloadPageReading reading, platform::ThreadPool& readers,
+                                  platform::RunLoop& loop,
                                   std::function<void(ExtractedLinks)> completion);
 
 }  // namespace links
