@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <future>
 
 #include "platform/base/log.h"
 #include "platform/files/descriptor.h"
@@ -70,9 +71,17 @@ AssemblyResult append(const FilePiece& piece, const Descriptor& target, qint64 o
             return {false,
                     failure(u"cannot append partial files to primary file: %1"_s.arg(piece.path),
                             errno)};
+        // The disk works while the next chunk is copied, so that little is left for the sync.
+        sync_file_range(target.get(), offset + done, copied, SYNC_FILE_RANGE_WRITE);
         done += copied;
     }
     return {};
+}
+
+void removePiece(const QString& path) {
+    if (unlink(QFile::encodeName(path).constData()) != 0)
+        platform::log(
+            u"cannot remove partial file: %1 (%2)"_s.arg(path, platform::posixError(errno).text));
 }
 
 }  // namespace
@@ -91,15 +100,15 @@ AssemblyResult assembleFile(const std::vector<FilePiece>& pieces,
         fdatasync(target.get()) != 0)
         return cannotAppend(errno);
     qint64 offset = first.length;
+    // Giving back a large file's space takes a while, in which the next one can be copied.
+    std::future<void> removal;
     for (auto piece = pieces.begin() + 1; piece != pieces.end(); ++piece) {
         AssemblyResult result = append(*piece, target, offset, isCancelled);
         if (result.isCancelled || result.error)
             return result;
         if (fdatasync(target.get()) != 0)
             return cannotAppend(errno);
-        if (unlink(QFile::encodeName(piece->path).constData()) != 0)
-            platform::log(u"cannot remove partial file: %1 (%2)"_s.arg(
-                piece->path, platform::posixError(errno).text));
+        removal = std::async(std::launch::async, removePiece, piece->path);
         offset += piece->length;
     }
     return {isCancelled, std::nullopt};

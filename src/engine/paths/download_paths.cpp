@@ -17,6 +17,7 @@
 #include "links/paths/path_components.h"
 #include "platform/base/log.h"
 #include "platform/files/files.h"
+#include "platform/files/property_list.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -83,12 +84,23 @@ QString DownloadPaths::newContainer(const QString& folder) {
 void DownloadPaths::discardPartialData() {
     removePartialFiles(_intermediateDownloadTargetPath);
     _intermediateDownloadTargetPath.clear();
+    writtenMetadata_.clear();
 }
 
 QString DownloadPaths::downloadContainerPath() const {
     const QString folder =
         links::stringByDeletingLastPathComponent(_intermediateDownloadTargetPath);
     return isDownloadContainer(folder) ? folder : QString();
+}
+
+void DownloadPaths::writeMetadata(const QVariantMap& archive) {
+    const QString container = downloadContainerPath();
+    if (container.isEmpty() || archive == writtenMetadata_)
+        return;
+    const auto error = platform::writeFileAtomically(
+        links::stringByAppendingPathComponent(container, u"Archive.orlopinfo"_s),
+        platform::writePropertyList(archive));
+    writtenMetadata_ = error ? QVariantMap() : archive;
 }
 
 QString DownloadPaths::finalDownloadTargetPath() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QVariantMap>
 
 namespace engine {
 
@@ -28,6 +29,9 @@ public:
 
     /// The folder of the primary partial file, if it holds this download and nothing else.
     [[nodiscard]] QString downloadContainerPath() const;
+    /// Writes down in the container, if there is one, what belongs to its download; not once more
+    /// what it says already.
+    void writeMetadata(const QVariantMap& archive);
 
     /// Where the finished file goes as names, rules and folders stand now. A path that the user
     /// chose may be taken already; any other is free.
@@ -43,6 +47,7 @@ private:
 
     DQDownload& download_;
     QString _intermediateDownloadTargetPath;
+    QVariantMap writtenMetadata_;
 };
 
 }  // namespace engine

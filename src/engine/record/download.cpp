@@ -24,7 +24,6 @@
 #include "platform/base/log.h"
 #include "platform/base/run_loop.h"
 #include "platform/files/files.h"
-#include "platform/files/property_list.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -190,12 +189,9 @@ QVariantMap DQDownload::userSettingsArchiveWithPausedStatus(bool paused,
     if (userSettings().contains(keys::responseURL) && paths().hasIntermediateDownloadTargetPath()) {
         archive.insert(keys::resumePath, platform::abbreviateWithTilde(
                                              paths().intermediateDownloadTargetPath(false, false)));
-        const QString container = downloadContainerPath();
         // While the file is being finished, its container may be on the way out.
-        if (writeMetadataToDownloadBundle && !container.isEmpty() && !finisher().isBusy())
-            static_cast<void>(platform::writeFileAtomically(
-                links::stringByAppendingPathComponent(container, u"Archive.orlopinfo"_s),
-                platform::writePropertyList(archive)));
+        if (writeMetadataToDownloadBundle && !finisher().isBusy())
+            paths().writeMetadata(archive);
     }
     if (userSettings().contains(keys::statusCode))
         archive.insert(keys::statusCode, userSettings().value(keys::statusCode));
