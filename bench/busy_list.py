@@ -17,6 +17,7 @@ class BusyList(Task):
 
     def __init__(self, title, server, source, count, running, rate):
         self.title, self.server, self.count, self.running = title, server, count, running
+        self.rate = rate
         self.address = server.url(f"/rate/{rate}/{source.name}?")
 
     def programs(self):
@@ -54,6 +55,8 @@ class BusyList(Task):
             time.sleep(3)
             before = self.ticks(process.pid)
             time.sleep(self.seconds)
+            if home.partial_bytes() < self.running * self.rate * self.seconds / 2:
+                raise RuntimeError("the transfers did not run")
             spent = [after - earlier
                      for after, earlier in zip(self.ticks(process.pid), before)]
             process.kill()
