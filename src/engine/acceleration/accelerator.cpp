@@ -70,6 +70,15 @@ bool addFractionWorker(DQDownload& download, const Worker::Pointer& primary,
     return true;
 }
 
+/// Nobody is going to join the others' files, and a resume must not take them for parts of the
+/// file.
+void goOnWithFirstWorker(DQDownload& download) {
+    download.transfer().dropWorkers(1);
+    download.userSettings().remove(keys::accelerationWorkers);
+    removeFragmentFiles(download.paths().intermediateDownloadTargetPath(false, false));
+    download.transfer().setShouldWriteMetadata();
+}
+
 /// The first worker reads on into the part behind it if nobody has begun with that, which saves a
 /// connection where they are scarce.
 bool takeOverParkedPart(DQDownload& download) {
@@ -168,7 +177,7 @@ void truncateFirstWorker(DQDownload& download, qint64 offset) {
     if (first->endByte() > 0)
         return;
     platform::log(u"%1 cannot truncate first worker"_s.arg(download.description()));
-    dropAcceleration(download);
+    goOnWithFirstWorker(download);
 }
 
 bool parkRefusedWorker(DQDownload& download, Worker& worker) {
@@ -201,14 +210,9 @@ bool startParkedWorker(DQDownload& download) {
 }
 
 void dropAcceleration(DQDownload& download) {
-    Transfer& transfer = download.transfer();
-    transfer.setHasFailedToAddAccelerationWorkers();
-    transfer.dropWorkers(1);
+    download.transfer().setHasFailedToAddAccelerationWorkers();
     download.userSettings().set(keys::accelerationFailed, true);
-    // Nobody is going to join these, and a resume must not take them for parts of the file.
-    download.userSettings().remove(keys::accelerationWorkers);
-    removeFragmentFiles(download.paths().intermediateDownloadTargetPath(false, false));
-    transfer.setShouldWriteMetadata();
+    goOnWithFirstWorker(download);
 }
 
 }  // namespace engine
