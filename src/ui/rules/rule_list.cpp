@@ -1,6 +1,7 @@
 #include "ui/rules/rule_list.h"
 
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QPushButton>
 #include <QShortcut>
 #include <QTreeWidget>
@@ -49,9 +50,11 @@ void RuleList::makeTree() {
     tree_->setIconSize({iconSize, iconSize});
     tree_->setSelectionMode(QAbstractItemView::ExtendedSelection);
     tree_->setMinimumHeight(fontMetrics().lineSpacing() * 8);
-    tree_->setColumnWidth(Hosts, 150);
+    tree_->header()->setStretchLastSection(false);
+    tree_->header()->setSectionResizeMode(Hosts, QHeaderView::Stretch);
     tree_->setColumnWidth(Extensions, 85);
-    tree_->setColumnWidth(Folder, 115);
+    tree_->setColumnWidth(Folder, 105);
+    tree_->setColumnWidth(Application, 90);
     connect(tree_, &QTreeWidget::itemSelectionChanged, this, &RuleList::updateButtons);
     connect(tree_, &QTreeWidget::itemActivated, this, &RuleList::edit);
     auto* remove = new QShortcut(QKeySequence::Delete, tree_, nullptr, nullptr,

@@ -77,8 +77,9 @@ ScheduleSettings::~ScheduleSettings() {
 QTimeEdit* ScheduleSettings::addTimePicker(const app::ScheduledTime& time, const QCheckBox& owner) {
     auto* box = new QWidget(this);
     auto* picker = new QTimeEdit(box);
-    // Digits run from left to right everywhere.
+    // Digits run from left to right everywhere; the format was turned round before it knew.
     picker->setLayoutDirection(Qt::LeftToRight);
+    picker->setDisplayFormat(picker->locale().timeFormat(QLocale::ShortFormat));
     picker->setAccessibleName(owner.text().remove(u'&'));
     auto* row = new QHBoxLayout(box);
     row->setContentsMargins(0, 0, 0, 0);

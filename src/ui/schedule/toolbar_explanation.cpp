@@ -15,8 +15,10 @@ bool showToolbarButtonExplanation(const QString& section, platform::UserDefaults
     if (!explanation) {
         return false;
     }
-    auto* alert = new QMessageBox(QMessageBox::Information, explanation->message,
-                                  explanation->message, QMessageBox::Ok, showSection(section));
+    auto* alert =
+        new QMessageBox(QMessageBox::Information, QStringLiteral("Orlop"),
+                        QStringLiteral("<b>%1</b>").arg(explanation->message.toHtmlEscaped()),
+                        QMessageBox::Ok, showSection(section));
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->setInformativeText(explanation->text);
     auto* suppression = new QCheckBox(translated("Do not show this message again"));
