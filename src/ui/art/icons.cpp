@@ -45,7 +45,7 @@ QString actionPath(const QString& name) {
 /// Paints a symbolic drawing in the text colour of the palette in force.
 class SymbolIconEngine final : public QIconEngine {
 public:
-    explicit SymbolIconEngine(QString name) : name_(std::move(name)) {}
+    SymbolIconEngine(QString name, bool isOfItem) : name_(std::move(name)), isOfItem_(isOfItem) {}
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
         const qreal ratio = painter->device()->devicePixelRatioF();
@@ -57,7 +57,7 @@ public:
     QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State, qreal scale) override {
         return pixmapFor(size / scale, scale, mode);
     }
-    [[nodiscard]] QIconEngine* clone() const override { return new SymbolIconEngine(name_); }
+    [[nodiscard]] QIconEngine* clone() const override { return new SymbolIconEngine(*this); }
 
 private:
     [[nodiscard]] QPixmap pixmapFor(const QSize& size, qreal ratio, QIcon::Mode mode) const {
@@ -65,12 +65,15 @@ private:
         const QPalette::ColorGroup group =
             mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
         const QPalette::ColorRole role =
-            mode == QIcon::Selected ? QPalette::HighlightedText : QPalette::ButtonText;
+            mode == QIcon::Selected || (isOfItem_ && mode == QIcon::Active)
+                ? QPalette::HighlightedText
+                : QPalette::ButtonText;
         return symbolPixmap(name_, palette.color(group, role), qMin(size.width(), size.height()),
                             ratio);
     }
 
     QString name_;
+    bool isOfItem_;
 };
 
 }  // namespace
@@ -105,7 +108,11 @@ QPixmap colouredPixmap(const QString& name, int size, qreal devicePixelRatio) {
 }
 
 QIcon symbolIcon(const QString& name) {
-    return QIcon(new SymbolIconEngine(name));
+    return QIcon(new SymbolIconEngine(name, false));
+}
+
+QIcon itemIcon(const QString& name) {
+    return QIcon(new SymbolIconEngine(name, true));
 }
 
 QIcon applicationIcon() {
@@ -130,12 +137,17 @@ QPixmap fileTypePixmap(const QString& extension, int size, qreal devicePixelRati
 }
 
 QIcon folderIcon() {
-    return QIcon::fromTheme(u"folder"_s, symbolIcon(u"folder"_s));
+    return QIcon::fromTheme(u"folder"_s, itemIcon(u"folder"_s));
 }
 
 QIcon applicationIconNamed(const QString& iconName) {
-    const QIcon fallback = QIcon::fromTheme(u"application-x-executable"_s);
-    return iconName.startsWith(u'/') ? QIcon(iconName) : QIcon::fromTheme(iconName, fallback);
+    const QIcon fallback =
+        QIcon::fromTheme(u"application-x-executable"_s, itemIcon(u"application"_s));
+    if (!iconName.startsWith(u'/')) {
+        return QIcon::fromTheme(iconName, fallback);
+    }
+    const QIcon icon(iconName);
+    return icon.availableSizes().isEmpty() ? fallback : icon;
 }
 
 }  // namespace ui

@@ -17,6 +17,8 @@ namespace ui {
 
 /// A symbolic drawing as an icon that follows the palette of whatever shows it, in every state.
 [[nodiscard]] QIcon symbolIcon(const QString& name);
+/// The same for items of lists and menus, where the pointer or the keys highlight the whole item.
+[[nodiscard]] QIcon itemIcon(const QString& name);
 
 /// The program's own icon, crisp in every size.
 [[nodiscard]] QIcon applicationIcon();

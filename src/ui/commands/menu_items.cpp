@@ -28,7 +28,7 @@ QIcon iconOf(const app::MenuIcon& icon, const QMenu& menu) {
         case app::MenuIcon::Kind::FileType:
             return fileTypePixmap(icon.name, iconSize, menu.devicePixelRatioF());
         case app::MenuIcon::Kind::Link:
-            return symbolIcon(u"link"_s);
+            return itemIcon(u"link"_s);
     }
     return {};
 }

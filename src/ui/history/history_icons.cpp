@@ -16,7 +16,7 @@ constexpr int iconSize = 16;
 /// Looks only where the file was: to search for it takes too long for a whole menu.
 QIcon iconOf(const app::HistoryEntry& entry) {
     if (entry.path.isEmpty() || !platform::pathExists(platform::expandTilde(entry.path))) {
-        return symbolIcon(u"link"_s);
+        return itemIcon(u"link"_s);
     }
     return fileTypePixmap(links::pathExtension(entry.path), iconSize, qGuiApp->devicePixelRatio());
 }

@@ -97,7 +97,7 @@ void RuleList::addRow(const QVariantMap& specialCase, bool isSelected) {
     auto* item = new QTreeWidgetItem(tree_, {joined(rule.hosts), joined(rule.extensions)});
     item->setData(0, Qt::UserRole, specialCase);
     item->setIcon(Hosts, rule.extensions.isEmpty()
-                             ? symbolIcon(u"link"_s)
+                             ? itemIcon(u"link"_s)
                              : QIcon(fileTypePixmap(rule.extensions.front().toLower(), iconSize,
                                                     devicePixelRatioF())));
     if (!rule.downloadsFolder.isEmpty()) {
