@@ -36,6 +36,8 @@ struct ChallengeSide {
     platform::ConnectionCredentials connection;
 
     [[nodiscard]] bool isRefused(const platform::HTTPCredentials& other) const;
+    /// Whatever the domain.
+    [[nodiscard]] bool isRefused(const QString& username, const QString& password) const;
     void takeBackRefusal(const QString& username, const QString& password);
     /// The challenge is another address's.
     void forgetChallenge();

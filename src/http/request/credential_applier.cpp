@@ -50,8 +50,14 @@ std::optional<SessionEntry> CredentialApplier::findSessionCredentials(
         return sessionEntries(side).first([&](const SessionEntry& entry) {
             return entry.host == options.proxyHost && entry.port == options.proxyPort;
         });
-    return findSessionEntry(sessionEntries(side),
-                            {_parts.state.url, side.realm, options.username, options.password});
+    SessionSearch search{_parts.state.url, side.realm, {}, {}};
+    if (!options.username.isEmpty() && !options.password.isEmpty()) {
+        search.username = options.username;
+        // The user may have answered better for another request.
+        if (!side.isRefused(options.username, options.password))
+            search.password = options.password;
+    }
+    return findSessionEntry(sessionEntries(side), search);
 }
 
 bool CredentialApplier::applySessionCredentials(ChallengeSide& side) {

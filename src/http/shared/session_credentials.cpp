@@ -17,10 +17,11 @@ bool fits(const SessionEntry& entry, const SessionSearch& search) {
     const bool isOtherRealm = !search.authenticationRealm.isEmpty() &&
                               !entry.authenticationRealm.isEmpty() &&
                               search.authenticationRealm != entry.authenticationRealm;
-    const bool isOtherUser = !search.username.isEmpty() && !search.password.isEmpty() &&
-                             (search.username != entry.credentials->username ||
-                              search.password != entry.credentials->password);
-    return !isOtherRealm && !isOtherUser;
+    const bool isOtherUser =
+        !search.username.isEmpty() && search.username != entry.credentials->username;
+    const bool isOtherPassword =
+        !search.password.isEmpty() && search.password != entry.credentials->password;
+    return !isOtherRealm && !isOtherUser && !isOtherPassword;
 }
 
 }  // namespace
