@@ -42,7 +42,7 @@ void removeFragmentFiles(const QString& primaryPath) {
 }
 
 Worker::Pointer makeFractionWorker(const Worker::Pointer& primary, const StoredFraction& fraction) {
-    const Worker::Pointer worker = Worker::downloadWorkerWithDownloadWorker(primary);
+    Worker::Pointer worker = Worker::downloadWorkerWithDownloadWorker(primary);
     worker->setTargetPath(fraction.target);
     worker->setFractionStartByte(fraction.start);
     worker->setEndByte(fraction.end);
