@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <typeinfo>
 
+#include "platform/net/http_read_stream.h"
+
 namespace http {
 
 using namespace Qt::Literals::StringLiterals;
@@ -74,6 +76,22 @@ Error unhandledExceptionError(const std::exception& exception) {
 
 bool hasRequestErrorCode(const Error& error, HTTPRequestErrorCode code) {
     return error.is(httpRequestErrorDomain, static_cast<int>(code));
+}
+
+bool isFromTheWayToServer(const Error& error) {
+    if (hasRequestErrorCode(error, HTTPRequestErrorCode::TimedOut))
+        return true;
+    const Error* const cause = error.underlying.get();
+    if (!hasRequestErrorCode(error, HTTPRequestErrorCode::ConnectionFailure) || cause == nullptr)
+        return false;
+    const auto isNetworkError = [cause](int code) {
+        return cause->is(platform::networkErrorDomain, code);
+    };
+    return cause->domain == platform::securityErrorDomain ||
+           isNetworkError(platform::networkErrorHostNotFound) ||
+           isNetworkError(platform::networkErrorProxyNotFound) ||
+           isNetworkError(platform::networkErrorCannotConnect) ||
+           isNetworkError(platform::networkErrorTimedOut);
 }
 
 }  // namespace http

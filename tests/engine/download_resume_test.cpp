@@ -160,6 +160,20 @@ TEST_F(TransferTest, ResumeThatGetsNoByteBeginsAnew) {
     EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
 }
 
+TEST_F(TransferTest, ResumeThatReachesNoServerKeepsWhatCame) {
+    const QByteArray body = patternedBytes(whole);
+    const auto download = pausedAfter(half, reply(body));
+    const QString address = download->userSettings().string(keys::responseURL);
+    download->userSettings().set(keys::responseURL, u"http://127.0.0.1:9/file.bin"_s);
+    run(download);
+    EXPECT_TRUE(download->isInterrupted());
+    download->userSettings().set(keys::responseURL, address);
+    serve(body);
+    run(download);
+    EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
+    EXPECT_EQ(server.requests().back().header("Range"), "bytes=300000-");
+}
+
 TEST_F(TransferTest, CutConnectionInterruptsAndKeepsWhatCame) {
     const QByteArray body = patternedBytes(whole);
     Reply cut = reply(body);

@@ -47,10 +47,12 @@ qint64 partialBytes(DQDownload& download) {
 }
 
 /// Whether the server would not go on, which is told by its having sent nothing. A disk that takes
-/// nothing and a user who gives no password say nothing about the data that is there.
+/// nothing, a user who gives no password and a network that is away, as just after waking, say
+/// nothing about the data that is there.
 bool isFailedResume(const Transfer::Workers& workers, const platform::Error& error) {
     if (error.domain == workerErrorDomain ||
-        http::hasRequestErrorCode(error, http::HTTPRequestErrorCode::Authentication))
+        http::hasRequestErrorCode(error, http::HTTPRequestErrorCode::Authentication) ||
+        http::isFromTheWayToServer(error))
         return false;
     const auto isResumed = [](const auto& worker) { return worker->resumeByteOffset() >= 1; };
     qint64 sum = 0;
