@@ -62,7 +62,7 @@ protected:
     [[nodiscard]] QPoint buttonCentre(int row, unsigned button) const {
         const QRect frame = list->visualRect(list->rows().index(row));
         return ui::RowGeometry(list->font())
-            .actionButtonFrame(button, frame, list->layoutDirection())
+            .frameForActionButtonWithIndex(button, frame, list->layoutDirection())
             .center();
     }
     [[nodiscard]] QWidget* viewport() const { return list->viewport(); }

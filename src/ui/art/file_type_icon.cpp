@@ -70,7 +70,8 @@ void paintPage(QPainter& painter, const QRectF& frame, const QString& extension,
     if (extension.isEmpty() || extension.size() > 5) {
         return;
     }
-    const QRectF label(frame.left() + 2 * unit, frame.top() + 16 * unit, 28 * unit, 10 * unit);
+    // High enough to be read beside a badge.
+    const QRectF label(frame.left() + 2 * unit, frame.top() + 11 * unit, 28 * unit, 10 * unit);
     painter.setPen(Qt::NoPen);
     painter.setBrush(color);
     painter.drawRoundedRect(label, 2 * unit, 2 * unit);

@@ -70,8 +70,8 @@ QColor outlineColor(const QPalette& palette) {
     return blended(palette.color(QPalette::Window), palette.color(QPalette::WindowText), 0.22);
 }
 
-ProgressColors progressColors(const QPalette& palette, ProgressBarStyle style, bool isSelected,
-                              bool active) {
+ProgressColors fractionGradientForSelectedCell(const QPalette& palette, ProgressBarStyle style,
+                                               bool isSelected, bool active) {
     const QColor base = palette.color(isSelected ? QPalette::Highlight : QPalette::Base);
     const QColor ink =
         active ? palette.color(isSelected ? QPalette::HighlightedText : QPalette::Highlight)

@@ -25,7 +25,8 @@ struct ProgressColors {
     QColor top, bottom;
 };
 /// `active` is false for progress that has stopped, which is grey.
-[[nodiscard]] ProgressColors progressColors(const QPalette& palette, ProgressBarStyle style,
-                                            bool isSelected, bool active);
+[[nodiscard]] ProgressColors fractionGradientForSelectedCell(const QPalette& palette,
+                                                             ProgressBarStyle style,
+                                                             bool isSelected, bool active);
 
 }  // namespace ui

@@ -2,6 +2,8 @@
 
 #include <QFontMetrics>
 #include <QPainter>
+#include <QStyle>
+#include <QTextOption>
 #include <cmath>
 
 #include "engine/record/download.h"
@@ -27,9 +29,17 @@ QColor fadedTextColor(const DQDownloadCell::Surroundings& surroundings) {
     return color;
 }
 
-/// How much of `width` is filled; a begun transfer shows at least `least`.
-int filledWidth(int width, double fraction, int border, int least) {
-    return static_cast<int>(std::floor((width - border) * std::min(1.0, fraction))) + least;
+/// What is filled of a frame; of a begun transfer at least a little.
+QRect filledPart(const QRect& frame, double fraction, int border, Qt::LayoutDirection direction) {
+    constexpr int least = 3;
+    const int width =
+        static_cast<int>(std::floor((frame.width() - border) * std::min(1.0, fraction))) + least;
+    return QStyle::alignedRect(direction, Qt::AlignLeft, {width, frame.height()}, frame);
+}
+
+/// How much of a vanishing row its background covers.
+float veilOpacity(double vanishFraction) {
+    return static_cast<float>((vanishFraction > 0.99 ? 1.0 : vanishFraction) / 1.5);
 }
 
 }  // namespace
@@ -70,7 +80,7 @@ void DQDownloadCell::paint(QPainter& painter, const Surroundings& surroundings) 
     if (_vanishFraction >= 0) {
         QColor veil = surroundings.palette.color(surroundings.isSelected ? QPalette::Highlight
                                                                          : QPalette::Base);
-        veil.setAlphaF(static_cast<float>(std::min(1.0, _vanishFraction / 1.5)));
+        veil.setAlphaF(veilOpacity(_vanishFraction));
         painter.fillRect(surroundings.row, veil);
     }
     painter.restore();
@@ -91,23 +101,19 @@ void DQDownloadCell::paintBackground(QPainter& painter, const Surroundings& surr
     }
 }
 
+bool DQDownloadCell::showsProgress() const {
+    return isLive_ && _finalStatus == 0 && _fraction > 0.0001;
+}
+
 void DQDownloadCell::paintProgress(QPainter& painter, const Surroundings& surroundings) const {
-    if (!isLive_ || _finalStatus != 0 || _fraction <= 0.0001) {
+    if (!showsProgress()) {
         return;
     }
     const bool active = surroundings.isActiveWindow && _fraction < 0.99999 && !_isPaused;
     const QRect& row = surroundings.row;
-    const bool mirrored = surroundings.direction == Qt::RightToLeft;
-    const auto filled = [&](const QRect& frame, int border) {
-        const int width = filledWidth(frame.width(), _fraction, border, 3);
-        QRect part(frame.left(), frame.top(), width, frame.height());
-        if (mirrored) {
-            part.moveRight(frame.right());
-        }
-        return part;
-    };
-    const ProgressColors colors =
-        progressColors(surroundings.palette, surroundings.style, surroundings.isSelected, active);
+    const Qt::LayoutDirection direction = surroundings.direction;
+    const ProgressColors colors = fractionGradientForSelectedCell(
+        surroundings.palette, surroundings.style, surroundings.isSelected, active);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     switch (surroundings.style) {
@@ -117,34 +123,41 @@ void DQDownloadCell::paintProgress(QPainter& painter, const Surroundings& surrou
             QLinearGradient gradient(area.topLeft(), area.bottomLeft());
             gradient.setColorAt(0, colors.top);
             gradient.setColorAt(1, colors.bottom);
-            painter.fillRect(filled(area, 3), gradient);
+            painter.fillRect(filledPart(area, _fraction, 3, direction), gradient);
             break;
         }
-        case ProgressBarStyle::Pill: {
-            QRect frame = geometry_.blobFrame(row, surroundings.direction);
-            frame = QRect(frame.left(), frame.center().y() - 4, frame.width(), 9);
-            const QRectF outline = QRectF(frame).adjusted(0.5, 0.5, -0.5, -0.5);
-            painter.setPen(QPen(fadedTextColor(surroundings), 1));
-            painter.setBrush(Qt::NoBrush);
-            painter.drawRoundedRect(outline, 4.5, 4.5);
-            painter.setPen(Qt::NoPen);
-            painter.setBrush(colors.bottom);
-            painter.drawRoundedRect(QRectF(filled(frame, 2)).adjusted(2, 2, -2, -2), 2.5, 2.5);
+        case ProgressBarStyle::Pill:
+            paintPill(painter, surroundings, colors.bottom);
             break;
-        }
         case ProgressBarStyle::DividerLine: {
-            const QRect status = geometry_.statusFrame(row, shownButtons(), surroundings.direction);
+            const QRect status = geometry_.statusFrameForCellFrame(row, shownButtons(), direction);
             const QRect bar(status.left(), status.top() - 1, status.width(), 3);
             painter.setBrush(colors.bottom);
-            painter.drawRoundedRect(filled(bar, 3), 1.5, 1.5);
+            painter.drawRoundedRect(filledPart(bar, _fraction, 3, direction), 1.5, 1.5);
             break;
         }
     }
     painter.setRenderHint(QPainter::Antialiasing, false);
 }
 
+void DQDownloadCell::paintPill(QPainter& painter, const Surroundings& surroundings,
+                               const QColor& color) const {
+    constexpr int height = 9;
+    QRect frame = geometry_.blobFrameForCellFrame(surroundings.row, surroundings.direction);
+    frame = QRect(frame.left(), frame.center().y() - height / 2, frame.width(), height);
+    painter.setPen(QPen(fadedTextColor(surroundings), 1));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(QRectF(frame).adjusted(0.5, 0.5, -0.5, -0.5), height / 2.0,
+                            height / 2.0);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(color);
+    painter.drawRoundedRect(
+        QRectF(filledPart(frame, _fraction, 2, surroundings.direction)).adjusted(2, 2, -2, -2), 2.5,
+        2.5);
+}
+
 void DQDownloadCell::paintIcon(QPainter& painter, const Surroundings& surroundings) const {
-    const QRect frame = geometry_.imageFrame(surroundings.row, surroundings.direction);
+    const QRect frame = geometry_.imageFrameForCellFrame(surroundings.row, surroundings.direction);
     painter.drawPixmap(frame.topLeft(), fileTypePixmap(_icon.value_or(QString()), frame.width(),
                                                        surroundings.devicePixelRatio));
     if (_finalStatus != 0) {
@@ -160,10 +173,10 @@ void DQDownloadCell::paintIcon(QPainter& painter, const Surroundings& surroundin
 
 void DQDownloadCell::paintTexts(QPainter& painter, const Surroundings& surroundings) const {
     const QRect& row = surroundings.row;
-    QRect name = geometry_.textFrame(row, shownButtons(), surroundings.direction);
-    QRect status = geometry_.statusFrame(row, shownButtons(), surroundings.direction);
-    if (surroundings.style == ProgressBarStyle::Pill) {
-        const QRect blob = geometry_.blobFrame(row, surroundings.direction);
+    QRect name = geometry_.textFrameForCellFrame(row, shownButtons(), surroundings.direction);
+    QRect status = geometry_.statusFrameForCellFrame(row, shownButtons(), surroundings.direction);
+    if (surroundings.style == ProgressBarStyle::Pill && showsProgress()) {
+        const QRect blob = geometry_.blobFrameForCellFrame(row, surroundings.direction);
         if (surroundings.direction == Qt::RightToLeft) {
             name.setLeft(blob.right() + 8);
             status.setLeft(blob.right() + 8);
@@ -175,19 +188,30 @@ void DQDownloadCell::paintTexts(QPainter& painter, const Surroundings& surroundi
         name.translate(0, -2);
         status.translate(0, 2);
     }
-    const int flags = static_cast<int>(
-        Qt::AlignVCenter |
-        (surroundings.direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft));
     painter.setFont(geometry_.nameFont());
     painter.setPen(textColor(surroundings));
-    painter.drawText(name, flags | Qt::TextSingleLine,
-                     QFontMetrics(geometry_.nameFont())
-                         .elidedText(name_.simplified(), Qt::ElideMiddle, name.width()));
+    // A name reads in its own direction wherever it stands.
+    paintText(painter, surroundings, name,
+              QFontMetrics(geometry_.nameFont())
+                  .elidedText(name_.simplified(), Qt::ElideMiddle, name.width()),
+              name_.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     painter.setFont(geometry_.statusFont());
     painter.setPen(fadedTextColor(surroundings));
-    painter.drawText(status, flags | Qt::TextSingleLine,
-                     QFontMetrics(geometry_.statusFont())
-                         .elidedText(_statusDescription, Qt::ElideRight, status.width()));
+    paintText(painter, surroundings, status,
+              QFontMetrics(geometry_.statusFont())
+                  .elidedText(_statusDescription, Qt::ElideRight, status.width()),
+              surroundings.direction);
+}
+
+void DQDownloadCell::paintText(QPainter& painter, const Surroundings& surroundings,
+                               const QRect& frame, const QString& text,
+                               Qt::LayoutDirection direction) const {
+    const Qt::Alignment side =
+        surroundings.direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft;
+    QTextOption option(side | Qt::AlignAbsolute | Qt::AlignVCenter);
+    option.setTextDirection(direction);
+    option.setWrapMode(QTextOption::NoWrap);
+    painter.drawText(QRectF(frame), text, option);
 }
 
 void DQDownloadCell::paintActionButton(QPainter& painter, const Surroundings& surroundings,
@@ -198,7 +222,7 @@ void DQDownloadCell::paintActionButton(QPainter& painter, const Surroundings& su
     }
     const bool isPressed = _highlightedActionButtonIndex == index;
     const QRect frame =
-        geometry_.actionButtonFrame(index, surroundings.row, surroundings.direction);
+        geometry_.frameForActionButtonWithIndex(index, surroundings.row, surroundings.direction);
     QString image = u"DQCancel"_s;
     QColor color = fadedTextColor(surroundings);
     if (isPrimary) {

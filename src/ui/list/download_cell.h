@@ -40,6 +40,10 @@ public:
     [[nodiscard]] int shownButtons() const;
 
 private:
+    [[nodiscard]] bool showsProgress() const;
+    void paintPill(QPainter& painter, const Surroundings& surroundings, const QColor& color) const;
+    void paintText(QPainter& painter, const Surroundings& surroundings, const QRect& frame,
+                   const QString& text, Qt::LayoutDirection direction) const;
     void paintBackground(QPainter& painter, const Surroundings& surroundings) const;
     void paintProgress(QPainter& painter, const Surroundings& surroundings) const;
     void paintIcon(QPainter& painter, const Surroundings& surroundings) const;

@@ -118,6 +118,7 @@ void DQDownloadList::paintEvent(QPaintEvent* event) {
         return;
     }
     paintRows(painter, event->rect());
+    paintMarks(painter);
     paintDropMark(painter);
 }
 
@@ -150,15 +151,19 @@ void DQDownloadList::paintRows(QPainter& painter, const QRect& area) {
         painter.fillRect(QRect(area.left(), top, area.width(), area.bottom() - top + 1),
                          palette().color(QPalette::Base));
     }
-    if (menuRow_ >= 0 && !selection->isSelected(rows_->index(menuRow_))) {
-        painter.setPen(palette().color(QPalette::Highlight));
-        painter.drawRect(visualRect(rows_->index(menuRow_)).adjusted(0, 0, -1, -2));
-    }
-    if (hasFocus() && currentIndex().isValid() && !selection->isSelected(currentIndex())) {
-        QStyleOptionFocusRect focus;
-        focus.initFrom(this);
-        focus.rect = visualRect(currentIndex()).adjusted(1, 1, -1, -2);
-        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, this);
+}
+
+/// Around rows that something is about though they are not selected.
+void DQDownloadList::paintMarks(QPainter& painter) const {
+    const auto mark = [&](const QModelIndex& index) {
+        if (index.isValid() && !selectionModel()->isSelected(index)) {
+            painter.setPen(palette().color(QPalette::Highlight));
+            painter.drawRect(visualRect(index).adjusted(0, 0, -1, -2));
+        }
+    };
+    mark(rows_->index(menuRow_));
+    if (hasFocus() && isFocusShown_) {
+        mark(currentIndex());
     }
 }
 

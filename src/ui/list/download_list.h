@@ -100,7 +100,9 @@ private:
     /// Whether the motion is one that drags rows and not one that selects them.
     bool trackDrag(const QPoint& point);
     [[nodiscard]] QList<qsizetype> selectedRows() const;
+    void setFocusShown(bool isShown);
     void paintDropMark(QPainter& painter) const;
+    void paintMarks(QPainter& painter) const;
     void paintRows(QPainter& painter, const QRect& area);
     void noteEmptiness();
     void fadeInStep();
@@ -117,6 +119,7 @@ private:
     int menuRow_ = -1;
     QTimer delayedDisplay_, minute_, fade_;
     bool _didHaveItems = false;
+    bool isFocusShown_ = false;
     bool reportsSelection_ = true;
 };
 

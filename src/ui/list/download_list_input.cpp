@@ -18,9 +18,8 @@ unsigned DQDownloadList::actionButtonAt(int row, const QPoint& point) const {
     }
     const QRect frame = visualRect(rows_->index(row));
     for (const unsigned index : {engine::DQDownloadActionPrimary, engine::DQDownloadActionRemove}) {
-        // A little more than the drawing, so that it can be hit.
         const QRect button =
-            geometry_.actionButtonFrame(index, frame, layoutDirection()).adjusted(-1, -4, 1, 4);
+            geometry_.frameForActionButtonWithIndex(index, frame, layoutDirection());
         if (button.contains(point) && download->canPerformActionWithIndex(index)) {
             return index;
         }
@@ -48,6 +47,7 @@ void DQDownloadList::highlightPressedButton(bool isInside) {
 }
 
 void DQDownloadList::mousePressEvent(QMouseEvent* event) {
+    setFocusShown(false);
     if (event->button() == Qt::LeftButton && trackActionButton(event->position().toPoint())) {
         return;
     }
@@ -127,7 +127,15 @@ void DQDownloadList::mouseDoubleClickEvent(QMouseEvent* event) {
     }
 }
 
+/// Who uses the pointer needs no mark where the keys would go on.
+void DQDownloadList::setFocusShown(bool isShown) {
+    if (std::exchange(isFocusShown_, isShown) != isShown) {
+        viewport()->update();
+    }
+}
+
 void DQDownloadList::keyPressEvent(QKeyEvent* event) {
+    setFocusShown(true);
     switch (event->key()) {
         case Qt::Key_Delete:
         case Qt::Key_Backspace:

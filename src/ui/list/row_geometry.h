@@ -15,17 +15,19 @@ public:
     [[nodiscard]] const QFont& nameFont() const { return nameFont_; }
     [[nodiscard]] const QFont& statusFont() const { return statusFont_; }
 
-    [[nodiscard]] QRect imageFrame(const QRect& row, Qt::LayoutDirection direction) const;
+    [[nodiscard]] QRect imageFrameForCellFrame(const QRect& row,
+                                               Qt::LayoutDirection direction) const;
     /// `buttons`: how many of the two action buttons are shown.
-    [[nodiscard]] QRect textFrame(const QRect& row, int buttons,
-                                  Qt::LayoutDirection direction) const;
-    [[nodiscard]] QRect statusFrame(const QRect& row, int buttons,
-                                    Qt::LayoutDirection direction) const;
+    [[nodiscard]] QRect textFrameForCellFrame(const QRect& row, int buttons,
+                                              Qt::LayoutDirection direction) const;
+    [[nodiscard]] QRect statusFrameForCellFrame(const QRect& row, int buttons,
+                                                Qt::LayoutDirection direction) const;
     /// Index 1 or 2 from the left of the pair; 0 is the place beside them.
-    [[nodiscard]] QRect actionButtonFrame(unsigned index, const QRect& row,
-                                          Qt::LayoutDirection direction) const;
+    [[nodiscard]] QRect frameForActionButtonWithIndex(unsigned index, const QRect& row,
+                                                      Qt::LayoutDirection direction) const;
     /// The capsule of the pill style, to the left of the buttons.
-    [[nodiscard]] QRect blobFrame(const QRect& row, Qt::LayoutDirection direction) const;
+    [[nodiscard]] QRect blobFrameForCellFrame(const QRect& row,
+                                              Qt::LayoutDirection direction) const;
     /// Only a press within it may begin a vertical drag.
     [[nodiscard]] QRect dragHandleFrame(const QRect& row, Qt::LayoutDirection direction) const;
 
