@@ -60,7 +60,9 @@ inline constexpr Setting<qint64> fullScreenModeBehavior{u"Full Screen Mode Behav
 inline constexpr Setting<bool> rubberWindow{u"Rubber Window", false, false,
                                             "The window's height follows the list."};
 inline constexpr Setting<bool> preserveTitleBar{u"Preserve Title Bar", false, false,
-                                                "The window keeps its title."};
+                                                "The window keeps its title; it always does, since "
+                                                "the desktop draws it and its task switchers name "
+                                                "windows by it."};
 inline const Setting<QString> preferencesSection{
     u"Preferences Section",
     {},

@@ -10,14 +10,17 @@
 namespace ui {
 namespace {
 
+constexpr int largest = 32;
+constexpr int smallest = 9;
+
 QFont fittingFont(const QFont& base, const QString& text, const QSize& room) {
     QFont font = base;
     font.setWeight(QFont::DemiBold);
-    font.setPixelSize(28);
-    const QRect needed = QFontMetrics(font).boundingRect(text);
-    if (needed.width() > room.width() && needed.width() > 0) {
-        font.setPixelSize(std::max(9, 28 * room.width() / needed.width()));
-    }
+    font.setPixelSize(largest);
+    const QSize needed = QFontMetrics(font).boundingRect(text).size();
+    const double fit = std::min({1.0, double(room.width()) / std::max(1, needed.width()),
+                                 double(room.height()) / std::max(1, needed.height())});
+    font.setPixelSize(std::max(smallest, static_cast<int>(largest * fit)));
     return font;
 }
 

@@ -42,6 +42,13 @@ RubberWindow::RubberWindow(QMainWindow& window, DQDownloadList& list,
     animation_.setEasingCurve(QEasingCurve::OutCubic);
     connect(&animation_, &QVariantAnimation::valueChanged, this,
             [this](const QVariant& value) { setHeight(value.toInt()); });
+    connect(&animation_, &QVariantAnimation::stateChanged, this,
+            [this](QAbstractAnimation::State state) {
+                const bool grows = state == QAbstractAnimation::Running && mayShowAll_ &&
+                                   animation_.endValue().toInt() > window_.height();
+                list_.setVerticalScrollBarPolicy(grows ? Qt::ScrollBarAlwaysOff
+                                                       : Qt::ScrollBarAsNeeded);
+            });
     snap_.setSingleShot(true);
     snap_.setInterval(150ms);
     connect(&snap_, &QTimer::timeout, this, &RubberWindow::snapHeight);
@@ -64,7 +71,7 @@ bool RubberWindow::isOn() const {
     return defaults_.get(app::settings::rubberWindow);
 }
 
-int RubberWindow::wantedHeight() const {
+RubberMeasures RubberWindow::measures() const {
     RubberMeasures measures;
     measures.rowHeight = list_.rowHeight();
     measures.contentHeight = list_.contentHeight();
@@ -76,7 +83,7 @@ int RubberWindow::wantedHeight() const {
     const int frame = window_.frameGeometry().bottom() - window_.geometry().bottom();
     measures.roomHeight =
         window_.screen()->availableGeometry().bottom() + 1 - window_.geometry().top() - frame;
-    return rubberHeight(measures);
+    return measures;
 }
 
 void RubberWindow::updateRubberWindow(bool animated) {
@@ -93,7 +100,9 @@ void RubberWindow::updateRubberWindow(bool animated) {
     if (window_.isFullScreen() || window_.isMaximized()) {
         return;
     }
-    const int wanted = wantedHeight();
+    const RubberMeasures measured = measures();
+    const int wanted = rubberHeight(measured);
+    mayShowAll_ = wanted < measured.roomHeight;
     if (wanted == window_.height()) {
         fixHeight(true);
         return;
@@ -123,7 +132,7 @@ bool RubberWindow::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::Move || event->type() == QEvent::Show) {
         // The screen may be another one.
         if (animation_.state() != QAbstractAnimation::Running) {
-            updateRubberWindow(false);
+            updateRubberWindow(event->type() == QEvent::Move);
         }
     } else if (event->type() == QEvent::Resize && event->spontaneous() && !isOn() &&
                engine::environment().isAlternateFunctionalityEvent()) {

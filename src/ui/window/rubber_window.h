@@ -45,7 +45,7 @@ protected:
 
 private:
     [[nodiscard]] bool isOn() const;
-    [[nodiscard]] int wantedHeight() const;
+    [[nodiscard]] RubberMeasures measures() const;
     void setHeight(int height);
     /// The user may not change the height while it follows the list.
     void fixHeight(bool isFixed);
@@ -56,6 +56,8 @@ private:
     platform::UserDefaults& defaults_;
     int observer_ = 0;
     bool wasOn_ = false;
+    /// The screen has room for all rows, so that no scroll bar is needed on the way.
+    bool mayShowAll_ = false;
     QVariantAnimation animation_;
     QTimer snap_;
 };

@@ -27,6 +27,7 @@ class WindowFrame final : public QObject {
 public:
     /// `list`: what gives way when the window collapses. All outlive it.
     WindowFrame(QWidget& window, const QWidget& list, platform::UserDefaults& defaults);
+    ~WindowFrame() override;
 
     /// As it was, on a screen that is there, or else in the middle of one.
     void restore();
@@ -58,6 +59,7 @@ private:
     QWidget& window_;
     const QWidget& list_;
     platform::UserDefaults& defaults_;
+    int observer_ = 0;
     QVariantAnimation animation_;
     /// What the window goes back to. Null: it is there.
     QRect frame_;
