@@ -115,7 +115,7 @@ bool QueueAdmission::followStart(const DQDownload& download) {
                                       [&](const auto& other) { return other.get() == &download; });
     if (started == queued.end())
         return false;
-    const auto isBefore = [&order](const DownloadPtr& one, const DownloadPtr& other) {
+    const auto isBefore = [&order = order](const DownloadPtr& one, const DownloadPtr& other) {
         return order.at(one.get()) < order.at(other.get());
     };
     downloading.insert(std::lower_bound(downloading.begin(), downloading.end(), *started, isBefore),

@@ -73,7 +73,7 @@ QString finishedFileOf(const DQDownload& download) {
     const QDateTime begun = download.date();
     for (QDirIterator files(folder, QDir::Files | QDir::Hidden | QDir::NoSymLinks);
          files.hasNext();) {
-        const QString path = files.next();
+        QString path = files.next();
         const QFileInfo info = files.fileInfo();
         if (info.size() == length && info.metadataChangeTime() >= begun &&
             links::isFromURLString(path, settings.string(keys::responseURL)))
