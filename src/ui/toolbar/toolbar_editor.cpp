@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 #include "ui/art/icons.h"
@@ -32,7 +33,6 @@ QListWidget* itemList(const QString& title, QGridLayout& grid, int column) {
     auto* label = new QLabel(title);
     label->setBuddy(list);
     list->setIconSize({iconSize, iconSize});
-    list->setMinimumWidth(list->fontMetrics().averageCharWidth() * 48);
     list->setAccessibleName(title);
     grid.addWidget(label, 0, column);
     grid.addWidget(list, 1, column);
@@ -86,6 +86,11 @@ ToolbarEditor::ToolbarEditor(ToolbarLayout& layout, QWidget* parent)
         shown_->model(), &QAbstractItemModel::rowsMoved, this,
         [this] { store(shownItems(), shown_->currentRow()); }, Qt::QueuedConnection);
     fill(layout_.items(), 0);
+    // Every item can get into either of the two.
+    const int width = std::max(available_->sizeHintForColumn(0), shown_->sizeHintForColumn(0));
+    for (QListWidget* list : {available_, shown_}) {
+        list->setMinimumWidth(width + list->verticalScrollBar()->sizeHint().width() + iconSize);
+    }
     QWidget* before = available_;
     for (QWidget* next :
          std::initializer_list<QWidget*>{add_, remove_, up_, down_, shown_, buttons}) {
