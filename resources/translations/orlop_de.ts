@@ -539,6 +539,21 @@
             <translation>In %@ liegt kein begonnener Download.</translation>
         </message>
         <message>
+            <location filename="../../src/app/lifecycle/command_line.cpp" />
+            <source>standard input can be read only once</source>
+            <translation>Die Standardeingabe lässt sich nur einmal lesen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/lifecycle/command_line.cpp" />
+            <source>the setting %1 needs a value</source>
+            <translation>Die Einstellung %1 braucht einen Wert</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/lifecycle/command_line.cpp" />
+            <source>unknown option: %1</source>
+            <translation>Unbekannte Option: %1</translation>
+        </message>
+        <message>
             <location filename="../../src/app/main_controller.cpp" />
             <source>Added to Queue</source>
             <translation>Zur Warteschlange hinzugefügt</translation>
