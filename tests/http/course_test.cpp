@@ -1,4 +1,5 @@
 #include <QFileInfo>
+#include <atomic>
 
 #include "http_fixture.h"
 
@@ -186,7 +187,7 @@ TEST_F(CourseTest, RepeatsAfterATimeOutAsOftenAsToldAndAsksForTheRest) {
 }
 
 TEST_F(CourseTest, ADeadConnectionIsTriedAgainOnce) {
-    int asked = 0;
+    std::atomic<int> asked = 0;
     const auto dropping = [&](int drops) -> support::HTTPServer::Handler {
         return [&asked, drops](const support::ReceivedRequest&) {
             Reply reply;
