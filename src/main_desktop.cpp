@@ -12,7 +12,7 @@
 #include "platform/session/signal_watcher.h"
 #include "ui/art/appearance.h"
 #include "ui/art/icons.h"
-#include "ui/art/plain_style.h"
+#include "ui/art/program_style.h"
 #include "ui/authentication/authentication_panel.h"
 #include "ui/language.h"
 #include "ui/settings.h"
@@ -78,7 +78,7 @@ int main(int argumentCount, char** argumentValues) {
     QApplication::setWindowIcon(ui::applicationIcon());
     QApplication::setQuitOnLastWindowClosed(false);
 
-    QApplication::setStyle(new ui::PlainStyle);
+    QApplication::setStyle(new ui::ProgramStyle);
     const ui::Appearance appearance;
 
     const ui::Language language(application, QLocale(), pseudoLocale(line.settings));

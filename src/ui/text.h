@@ -17,4 +17,9 @@ using links::translatable;
     return translated(english.toUtf8().constData());
 }
 
+/// What an alert says first, in bold; as rich text that shows all of `text` as it stands.
+[[nodiscard]] inline QString alertTitle(const QString& text) {
+    return QStringLiteral("<b>%1</b>").arg(text.toHtmlEscaped());
+}
+
 }  // namespace ui

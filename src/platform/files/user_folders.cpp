@@ -36,8 +36,8 @@ public:
     QString path() {
         constexpr std::chrono::milliseconds restBetweenLooks(100);
         const auto now = std::chrono::steady_clock::now();
-        const char *const home = std::getenv("HOME"), *const config =
-                                                          std::getenv("XDG_CONFIG_HOME");
+        const char* const home = std::getenv("HOME");
+        const char* const config = std::getenv("XDG_CONFIG_HOME");
         if (path_.isEmpty() || now - lookedAt_ >= restBetweenLooks || origin_.home != home ||
             origin_.config != config) {
             lookedAt_ = now;

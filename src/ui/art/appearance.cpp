@@ -7,7 +7,6 @@
 #include <QDBusPendingReply>
 #include <QPalette>
 
-#include "ui/art/outlined_style.h"
 #include "ui/art/theme.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -34,7 +33,6 @@ uint unwrapped(QVariant value) {
 }  // namespace
 
 Appearance::Appearance(QObject* parent) : QObject(parent) {
-    OutlinedStyle::installIfNeeded();
     QDBusConnection::sessionBus().connect(service, path, interface, u"SettingChanged"_s, this,
                                           SLOT(settingChanged(QDBusMessage)));
     readColorScheme();

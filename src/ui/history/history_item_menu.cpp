@@ -5,8 +5,11 @@
 #include "ui/commands/menu_text.h"
 
 namespace ui {
+namespace {
 
 constexpr int longestName = 45;
+
+}  // namespace
 
 HistoryItemMenu::HistoryItemMenu(app::HistoryEntry entry, const app::HistoryActions& actions,
                                  QWidget* parent)

@@ -17,8 +17,7 @@ bool showToolbarButtonExplanation(const QString& section, platform::UserDefaults
     }
     auto* alert =
         new QMessageBox(QMessageBox::Information, QStringLiteral("Orlop"),
-                        QStringLiteral("<b>%1</b>").arg(explanation->message.toHtmlEscaped()),
-                        QMessageBox::Ok, showSection(section));
+                        alertTitle(explanation->message), QMessageBox::Ok, showSection(section));
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->setInformativeText(explanation->text);
     auto* suppression = new QCheckBox(translated("Do not show this message again"));

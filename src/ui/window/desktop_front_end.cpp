@@ -29,6 +29,16 @@ QImage iconImage(const QString& name) {
     return colouredPixmap(name, iconSize, 1.0).toImage();
 }
 
+/// Goes when it is closed.
+QMessageBox* makeProblemBox(const QString& problem, QWidget* parent) {
+    auto* const box = new QMessageBox(QMessageBox::Warning, QStringLiteral("Orlop"), problem,
+                                      QMessageBox::Ok, parent);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    // A path may look like markup.
+    box->setTextFormat(Qt::PlainText);
+    return box;
+}
+
 }  // namespace
 
 DesktopFrontEnd::DesktopFrontEnd()
@@ -48,14 +58,11 @@ void DesktopFrontEnd::setWindow(MainWindow* window, app::DQMainController* contr
 }
 
 void DesktopFrontEnd::tellProblem(const QString& problem) {
-    QMessageBox::warning(window_, QStringLiteral("Orlop"), problem);
+    makeProblemBox(problem, window_)->exec();
 }
 
 void DesktopFrontEnd::noteProblem(const QString& problem) {
-    auto* const box = new QMessageBox(QMessageBox::Warning, QStringLiteral("Orlop"), problem,
-                                      QMessageBox::Ok, window_);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setTextFormat(Qt::PlainText);
+    QMessageBox* const box = makeProblemBox(problem, window_);
     box->setModal(false);
     box->show();
 }
@@ -70,8 +77,8 @@ bool DesktopFrontEnd::confirm(const app::Alert& alert) {
         return !asks_;
     }
     QMessageBox box(QMessageBox::Question, QStringLiteral("Orlop"),
-                    QStringLiteral("<b>%1</b>").arg(translated(alert.title).toHtmlEscaped()),
-                    QMessageBox::NoButton, window_->isVisible() ? window_.data() : nullptr);
+                    alertTitle(translated(alert.title)), QMessageBox::NoButton,
+                    window_->isVisible() ? window_.data() : nullptr);
     box.setInformativeText(translated(alert.text));
     QPushButton* accept = box.addButton(translated(alert.defaultButton), QMessageBox::AcceptRole);
     if (!alert.otherButton.isEmpty()) {

@@ -96,7 +96,7 @@ void WindowFrame::restore() {
     for (const QScreen* screen : QGuiApplication::screens()) {
         rooms.append(screen->availableGeometry().adjusted(0, titleBarHeight, 0, 0));
     }
-    window_.setGeometry(frameOnScreens(frame, rooms));
+    window_.setGeometry(rooms.isEmpty() ? frame : frameOnScreens(frame, rooms));
     if (stored.contains(maximizedMark)) {
         window_.setWindowState(window_.windowState() | Qt::WindowMaximized);
     }
