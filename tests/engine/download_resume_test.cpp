@@ -81,11 +81,7 @@ TEST_F(TransferTest, ResumeNeverSplicesTwoFiles) {
         Reply before, after;
         QByteArray expected;
     };
-    const auto withoutTag = [](const QByteArray& body) {
-        Reply reply;
-        reply.body = body;
-        return reply;
-    };
+    const auto withoutTag = [](const QByteArray& body) { return Reply{.body = body}; };
     const auto dated = [&](const QByteArray& body, const char* date) {
         Reply reply = withoutTag(body);
         reply.headers = {{"Last-Modified", date}, {"Date", "Wed, 16 Nov 1994 00:00:00 GMT"}};
@@ -340,10 +336,7 @@ TEST_F(TransferTest, RedirectedResumeBeginsAnew) {
     const QByteArray body = patternedBytes(whole);
     for (const int status : {302, 307}) {
         const auto download = pausedAfter(half, reply(body));
-        Reply redirect;
-        redirect.status = status;
-        redirect.headers = {{"Location", "/other.bin"}};
-        server.serve("/file.bin", redirect);
+        server.serve("/file.bin", {.status = status, .headers = {{"Location", "/other.bin"}}});
         serve(body, u"/other.bin"_s);
         run(download);
         ASSERT_EQ(download->status(), DQDownloadStatusDone) << status;

@@ -156,11 +156,8 @@ TEST_F(TransferTest, NameComesFromAddressHeaderAndType) {
 TEST_F(TransferTest, RedirectIsFollowedAndRemembered) {
     const QByteArray body = patternedBytes(5000);
     serve(body, u"/there/real.bin"_s);
-    Reply redirect;
-    redirect.status = 302;
-    redirect.headers = {{"Location", "/there/real.bin"}};
-    redirect.body = "moved";
-    server.serve("/file.bin", redirect);
+    server.serve("/file.bin",
+                 {.status = 302, .headers = {{"Location", "/there/real.bin"}}, .body = "moved"});
     const auto download = add();
     run(download);
     EXPECT_EQ(contents(downloadedPath(u"real.bin"_s)), body);

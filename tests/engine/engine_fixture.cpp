@@ -105,10 +105,8 @@ bool TransferTest::waitForBytes(const engine::DQDownload& download, qint64 count
 }
 
 support::Reply TransferTest::reply(const QByteArray& body) const {
-    support::Reply reply;
-    reply.body = body;
-    reply.headers = {{"ETag", "\"" + std::to_string(qHash(body)) + "\""}};
-    return reply;
+    return support::Reply{.headers = {{"ETag", "\"" + std::to_string(qHash(body)) + "\""}},
+                          .body = body};
 }
 
 void TransferTest::serve(const QByteArray& body, const QString& name) {

@@ -27,17 +27,14 @@ protected:
     }
 
     static Reply welcome(const std::string& body) {
-        Reply reply;
-        reply.body = QByteArray::fromStdString(body);
-        return reply;
+        return Reply{.body = QByteArray::fromStdString(body)};
     }
 
     static Reply challenge(const std::string& offer, int status = 401) {
-        Reply reply;
-        reply.status = status;
-        reply.headers = {{status == 407 ? "Proxy-Authenticate" : "WWW-Authenticate", offer}};
-        reply.body = "who are you?";
-        return reply;
+        return Reply{
+            .status = status,
+            .headers = {{status == 407 ? "Proxy-Authenticate" : "WWW-Authenticate", offer}},
+            .body = "who are you?"};
     }
 
     /// Lets in who brings one of these.
@@ -263,10 +260,8 @@ protected:
         server.handleAll([this](const ReceivedRequest& request) {
             if (!request.header("Authorization"))
                 return challenge("Basic realm=\"club\"");
-            Reply reply;
-            reply.status = std::stoi(request.target.substr(1));
-            reply.headers = {{"Location", location}};
-            return reply;
+            return Reply{.status = std::stoi(request.target.substr(1)),
+                         .headers = {{"Location", location}}};
         });
         platform::Cookie cookie;
         cookie.name = u"jar"_s;

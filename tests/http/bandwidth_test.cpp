@@ -93,9 +93,7 @@ TEST(BandwidthAccount, UploadsTakeAQuarterAndRestAtTheEnd) {
 class ThrottleTest : public HTTPTest {
 protected:
     void serveFile(qsizetype size) {
-        Reply reply;
-        reply.body = support::patternedBytes(size);
-        server.serve("/file", reply);
+        server.serve("/file", {.body = support::patternedBytes(size)});
     }
 };
 

@@ -14,16 +14,9 @@ using support::Reply;
 class CourseTest : public HTTPTest {
 protected:
     static Reply stalledAfter(std::size_t bytes) {
-        Reply reply;
-        reply.body = support::patternedBytes(100'000);
-        reply.stallAfter = bytes;
-        return reply;
+        return Reply{.body = support::patternedBytes(100'000), .stallAfter = bytes};
     }
-    static Reply silent() {
-        Reply reply;
-        reply.stallHead = true;
-        return reply;
-    }
+    static Reply silent() { return Reply{.stallHead = true}; }
 };
 
 TEST_F(CourseTest, CancelledWhileItWaitsForItsTurn) {
@@ -156,8 +149,7 @@ TEST_F(CourseTest, RepeatsAfterATimeOutAsOftenAsToldAndAsksForTheRest) {
     const QByteArray body = support::patternedBytes(100'000);
     int asked = 0;
     server.handle("/file", [&](const support::ReceivedRequest&) {
-        Reply reply;
-        reply.body = body;
+        Reply reply{.body = body};
         if (asked++ < 2)
             reply.stallAfter = static_cast<std::size_t>(20'000);
         return reply;
@@ -190,8 +182,7 @@ TEST_F(CourseTest, ADeadConnectionIsTriedAgainOnce) {
     std::atomic<int> asked = 0;
     const auto dropping = [&](int drops) -> support::HTTPServer::Handler {
         return [&asked, drops](const support::ReceivedRequest&) {
-            Reply reply;
-            reply.body = "alive";
+            Reply reply{.body = "alive"};
             if (asked++ < drops) {
                 reply.raw = QByteArray();
                 reply.keepAlive = false;
@@ -226,9 +217,7 @@ TEST_F(CourseTest, ADeadConnectionIsTriedAgainOnce) {
 }
 
 TEST_F(CourseTest, WhatTheDelegateHasCannotBeSentTwice) {
-    Reply cut;
-    cut.body = support::patternedBytes(100'000);
-    cut.cutAfter = 30'000;
+    Reply cut{.body = support::patternedBytes(100'000), .cutAfter = 30'000};
     server.serve("/cut", cut);
     delegate.does.receivesData = true;
     const auto request = observedRequest(u"/cut"_s);
@@ -255,9 +244,7 @@ TEST_F(CourseTest, AnUploadThatCannotBeSeenMovingGetsHalfAsLongAgain) {
 
 TEST_F(CourseTest, TlsTroubleIsSpelledOut) {
     support::HTTPServer secure(support::HTTPServer::Security::Tls);
-    Reply reply;
-    reply.body = "secret";
-    secure.serve("/", reply);
+    secure.serve("/", {.body = "secret"});
     const auto distrustful = request(secure.url());
     run(distrustful);
     EXPECT_EQ(errorCode(*distrustful), 1);

@@ -21,10 +21,7 @@ protected:
 
     void serve(const QByteArray& body,
                std::vector<std::pair<std::string, std::string>> headers = {}) {
-        Reply reply;
-        reply.body = body;
-        reply.headers = std::move(headers);
-        server.serve("/a.txt", reply);
+        server.serve("/a.txt", {.headers = std::move(headers), .body = body});
     }
     std::shared_ptr<http::HTTPRequest> get(std::uint32_t policy = 0) {
         auto made = observedRequest(u"/a.txt"_s);
@@ -60,9 +57,9 @@ TEST_F(DownloadCacheTest, AnswersWhileTheStoredResponseIsCurrent) {
 TEST_F(DownloadCacheTest, AsksWhetherSomethingChanged) {
     int asked = 0;
     server.handle("/a.txt", [&](const support::ReceivedRequest& seen) {
-        Reply reply;
-        reply.body = "body";
-        reply.headers = {{"ETag", "\"1\""}, {"Last-Modified", "Sun, 06 Nov 1994 08:49:37 GMT"}};
+        Reply reply{
+            .headers = {{"ETag", "\"1\""}, {"Last-Modified", "Sun, 06 Nov 1994 08:49:37 GMT"}},
+            .body = "body"};
         if (asked++ > 0 && seen.header("If-None-Match") == "\"1\"" &&
             seen.header("If-Modified-Since") == "Sun, 06 Nov 1994 08:49:37 GMT") {
             reply.status = 304;
@@ -112,10 +109,7 @@ TEST_F(DownloadCacheTest, PolicyBits) {
     EXPECT_FALSE(nothing->responseData());
     EXPECT_FALSE(nothing->didUseCachedResponse());
 
-    Reply dead;
-    dead.raw = QByteArray();
-    dead.keepAlive = false;
-    server.serve("/a.txt", dead);
+    server.serve("/a.txt", {.raw = QByteArray(), .keepAlive = false});
     const auto fallen = get(http::cachePolicyFallbackToCacheIfLoadFails);
     EXPECT_EQ(fallen->responseData(), "first");
     EXPECT_FALSE(fallen->error());
@@ -149,9 +143,7 @@ TEST_F(DownloadCacheTest, StoresOnlyWhatItMay) {
     delegate.does.receivesData = true;
     EXPECT_FALSE(isStored());
     delegate.does.receivesData = false;
-    Reply missing;
-    missing.status = 404;
-    server.serve("/a.txt", missing);
+    server.serve("/a.txt", {.status = 404});
     EXPECT_FALSE(isStored());
 }
 
@@ -181,11 +173,9 @@ TEST_F(DownloadCacheTest, AStoredRedirectIsFollowed) {
     target.body = "target";
     server.serve("/b", target);
     for (const char* body : {"moved", ""}) {
-        Reply moved;
-        moved.status = 302;
-        moved.headers = {{"Location", "/b"}, {"Cache-Control", "max-age=100"}};
-        moved.body = body;
-        server.serve("/a.txt", moved);
+        server.serve("/a.txt", {.status = 302,
+                                .headers = {{"Location", "/b"}, {"Cache-Control", "max-age=100"}},
+                                .body = body});
         const std::size_t before = sent();
         EXPECT_EQ(get(http::cachePolicyDoNotRead)->responseData(), "target");
         const auto again = get();

@@ -68,8 +68,7 @@ TEST_F(FileOutputTest, GoesOnWhereItStopped) {
 }
 
 TEST_F(FileOutputTest, StartsOverWhenTheRangeIsIgnored) {
-    Reply reply;
-    reply.ranges = Reply::Ranges::Ignore;
+    Reply reply{.ranges = Reply::Ranges::Ignore};
     serve(reply);
     const auto request = resumingRequest("something else altogether");
     std::vector<std::int64_t> sizes;
@@ -84,9 +83,7 @@ TEST_F(FileOutputTest, StartsOverWhenTheRangeIsIgnored) {
 
 TEST_F(FileOutputTest, ARedirectsBodyStaysOutOfAFileThatIsGoneOnWith) {
     serve({});
-    Reply moved;
-    moved.status = 302;
-    moved.headers = {{"Location", "/file"}};
+    Reply moved{.status = 302, .headers = {{"Location", "/file"}}};
     moved.body = "<html>moved</html>";
     server.serve("/moved", moved);
     const auto request = resumingRequest(body.left(1000));
@@ -96,8 +93,7 @@ TEST_F(FileOutputTest, ARedirectsBodyStaysOutOfAFileThatIsGoneOnWith) {
 }
 
 TEST_F(FileOutputTest, WhatNobodyCanGoOnWithIsDeleted) {
-    Reply reply;
-    reply.stallAfter = 100'000;
+    Reply reply{.stallAfter = 100'000};
     serve(reply);
     for (const bool resumes : {false, true}) {
         const auto request = resumes ? resumingRequest({}) : fileRequest();
@@ -140,9 +136,8 @@ TEST_F(FileOutputTest, TroubleWithFilesIsToldByName) {
 }
 
 TEST_F(FileOutputTest, InflatesAtOnceOrAtTheEnd) {
-    Reply reply;
-    reply.body = http::HTTPDataCompressor::compressData(body).data;
-    reply.headers = {{"Content-Encoding", "x-gzip"}};
+    Reply reply{.headers = {{"Content-Encoding", "x-gzip"}},
+                .body = http::HTTPDataCompressor::compressData(body).data};
     server.serve("/file", reply);
     for (const bool waits : {true, false}) {
         QFile::remove(done());

@@ -33,9 +33,7 @@ protected:
         queue->setSelectors(std::move(selectors));
     }
     void serve(const std::string& path, qsizetype size) {
-        Reply reply;
-        reply.body = support::patternedBytes(size);
-        server.serve(path, reply);
+        server.serve(path, {.body = support::patternedBytes(size)});
     }
     [[nodiscard]] bool waitForQueue() {
         return main.waitUntil([&] { return !heard.empty() && heard.back() == "end"; });
@@ -86,9 +84,7 @@ TEST_F(NetworkQueueTest, WithoutAccuracyEachRequestCountsOne) {
 
 TEST_F(NetworkQueueTest, AnEmptyGzipStreamIsNotBelieved) {
     server.handle("/a", [](const support::ReceivedRequest& seen) {
-        Reply reply;
-        reply.body = support::patternedBytes(seen.method == "HEAD" ? 20 : 5000);
-        return reply;
+        return Reply{.body = support::patternedBytes(seen.method == "HEAD" ? 20 : 5000)};
     });
     queue->setShowAccurateProgress(true);
     const auto one = request(u"/a"_s);
@@ -108,8 +104,7 @@ TEST_F(NetworkQueueTest, OneFailureEndsAllUnlessToldOtherwise) {
         queue->operationQueue().setMaxConcurrentOperationCount(1);
         queue->setShouldCancelAllRequestsOnFailure(cancelsAll);
         queue->addOperation(request(u"http://127.0.0.1:1/bad"_s));
-        Reply slow;
-        slow.stallHead = true;
+        Reply slow{.stallHead = true};
         server.serve("/slow", slow);
         queue->addOperation(request(u"/slow"_s));
         queue->addOperation(request(u"/good"_s));
@@ -141,10 +136,7 @@ TEST_F(NetworkQueueTest, AFailedProbeFailsItsRequestOnce) {
 }
 
 TEST_F(NetworkQueueTest, TakesRedirectsOverOnlyIfItCan) {
-    Reply moved;
-    moved.status = 302;
-    moved.headers = {{"Location", "/b"}};
-    server.serve("/a", moved);
+    server.serve("/a", {.status = 302, .headers = {{"Location", "/b"}}});
     serve("/b", 10);
     EXPECT_FALSE(queue->capabilities().confirmsRedirects);
     HTTPNetworkQueue::Selectors selectors;
@@ -177,9 +169,7 @@ TEST_F(NetworkQueueTest, TakesNothingButRequests) {
 }
 
 TEST_F(NetworkQueueTest, ResetForgetsItsListenersFirst) {
-    Reply stalled;
-    stalled.stallHead = true;
-    server.serve("/a", stalled);
+    server.serve("/a", {.stallHead = true});
     queue->setShowAccurateProgress(true);
     const auto waiting = request(u"/a"_s);
     queue->addOperation(waiting);

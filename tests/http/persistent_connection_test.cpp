@@ -15,10 +15,7 @@ using support::Reply;
 class PersistentConnectionTest : public HTTPTest {
 protected:
     void answerWith(std::vector<std::pair<std::string, std::string>> headers) {
-        Reply reply;
-        reply.body = "body";
-        reply.headers = std::move(headers);
-        server.serve("/", reply);
+        server.serve("/", {.headers = std::move(headers), .body = "body"});
     }
     std::shared_ptr<http::HTTPRequest> get(const QString& path = u"/"_s) {
         auto made = request(path);
@@ -42,9 +39,7 @@ TEST_F(PersistentConnectionTest, OneSocketServesRequestsInTurn) {
 }
 
 TEST_F(PersistentConnectionTest, TwoAtOnceTakeTwoAndAThirdTheLatter) {
-    Reply stalled;
-    stalled.stallHead = true;
-    server.serve("/", stalled);
+    server.serve("/", {.stallHead = true});
     const auto one = request();
     const auto other = request();
     one->startAsynchronous();
@@ -90,8 +85,7 @@ TEST_F(PersistentConnectionTest, HeadersDecideWhetherASocketIsUsedAgain) {
 }
 
 TEST_F(PersistentConnectionTest, OldServersMustSaySo) {
-    Reply reply;
-    reply.raw = "HTTP/1.0 200 OK\r\nContent-Length: 2\r\n\r\nok";
+    Reply reply{.raw = "HTTP/1.0 200 OK\r\nContent-Length: 2\r\n\r\nok"};
     server.serve("/silent", reply);
     reply.raw = "HTTP/1.0 200 OK\r\nContent-Length: 2\r\nConnection: Keep-Alive\r\n\r\nok";
     server.serve("/kept", reply);
@@ -115,9 +109,7 @@ TEST_F(PersistentConnectionTest, ASocketThatDiedMeanwhileIsReplaced) {
 
 TEST_F(PersistentConnectionTest, OtherCircumstancesMeanAnotherSocket) {
     support::HTTPServer secure(support::HTTPServer::Security::Tls);
-    Reply reply;
-    reply.body = "secret";
-    secure.serve("/", reply);
+    secure.serve("/", {.body = "secret"});
     const auto careless = request(secure.url());
     careless->setValidatesSecureCertificate(false);
     run(careless);

@@ -44,8 +44,7 @@ protected:
 };
 
 TEST_F(ProgressTest, CountsBytesAndFillsTheIndicator) {
-    Reply reply;
-    reply.stallAfter = 40'000;
+    Reply reply{.stallAfter = 40'000};
     serveFile(reply);
     std::vector<std::pair<std::int64_t, std::uint64_t>> amounts;
     http::RequestBlocks blocks;
@@ -71,8 +70,7 @@ TEST_F(ProgressTest, CountsBytesAndFillsTheIndicator) {
 }
 
 TEST_F(ProgressTest, AnUnknownSizeCountsOne) {
-    Reply reply;
-    reply.length = Reply::Length::Chunked;
+    Reply reply{.length = Reply::Length::Chunked};
     serveFile(reply);
     run(download());
     EXPECT_EQ(indicator.received, 1);
@@ -95,10 +93,8 @@ TEST_F(ProgressTest, LengthsAreBookedAsTheyAreWritten) {
         std::uint64_t booked;
     };
     for (const auto& [length, booked] : {Case{"010", 8}, Case{"10", 10}}) {
-        Reply reply;
-        reply.raw =
-            QByteArray("HTTP/1.1 200 OK\r\nContent-Length: ") + length + "\r\n\r\n0123456789";
-        server.serve("/file", reply);
+        server.serve("/file", {.raw = QByteArray("HTTP/1.1 200 OK\r\nContent-Length: ") + length +
+                                      "\r\n\r\n0123456789"});
         const auto request = download();
         run(request);
         EXPECT_EQ(request->contentLength(), booked);
@@ -143,11 +139,8 @@ TEST_F(ProgressTest, TheUploadsFirstPartIsNotMeasured) {
 
 TEST_F(ProgressTest, ABodySentTwiceIsTakenBackFirst) {
     int asked = 0;
-    server.handle("/post", [&](const support::ReceivedRequest&) {
-        Reply reply;
-        reply.stallHead = asked++ == 0;
-        return reply;
-    });
+    server.handle(
+        "/post", [&](const support::ReceivedRequest&) { return Reply{.stallHead = asked++ == 0}; });
     const auto request = observedRequest(u"/post"_s);
     request->setUploadProgressDelegate(&indicator);
     request->setNumberOfTimesToRetryOnTimeout(1);

@@ -42,11 +42,7 @@ protected:
         session =
             std::make_unique<http::HTTPSession>(main.clock, std::make_unique<Settings>(settings));
         for (support::HTTPServer* each : {&server, &other})
-            each->handleAll([](const ReceivedRequest&) {
-                Reply reply;
-                reply.body = "body";
-                return reply;
-            });
+            each->handleAll([](const ReceivedRequest&) { return Reply{.body = "body"}; });
     }
     [[nodiscard]] HTTPProxy at(const support::HTTPServer& proxy) const {
         return {HTTPProxy::Kind::Http, u"127.0.0.1"_s, proxy.port(), {}, {}};
@@ -70,10 +66,8 @@ TEST_F(ProxyTest, TheFirstChoiceOfTheSystemIsKeptForRedirects) {
     settings->answer = std::vector{ProxyChoice{at(other), {}}, ProxyChoice()};
     settings->answer->front().proxy.user = u"me"_s;
     settings->answer->front().proxy.password = u"pw"_s;
-    Reply redirect;
-    redirect.status = 302;
-    redirect.headers = {{"Location", "http://second.invalid/b"}};
-    other.serve("http://first.invalid/a", redirect);
+    other.serve("http://first.invalid/a",
+                {.status = 302, .headers = {{"Location", "http://second.invalid/b"}}});
     const auto made = observedRequest(u"http://first.invalid/a"_s);
     run(made);
     EXPECT_EQ(made->responseData(), "body");
@@ -113,10 +107,7 @@ TEST_F(ProxyTest, SettingsThatSayNothingFailTheRequest) {
 }
 
 TEST_F(ProxyTest, AScriptIsFetchedAheadOfTheQueueThatWaitsForIt) {
-    Reply script;
-    script.body = scriptNaming(other);
-    script.stallHead = true;
-    server.serve("/proxy.pac", script);
+    server.serve("/proxy.pac", {.body = scriptNaming(other), .stallHead = true});
     answerWithScript(server.url(u"/proxy.pac"_s));
     const int before = limit();
     HTTPRequest::sharedQueue().setMaxConcurrentOperationCount(1);
@@ -134,10 +125,7 @@ TEST_F(ProxyTest, AScriptIsFetchedAheadOfTheQueueThatWaitsForIt) {
 
 TEST_F(ProxyTest, AScriptThatCannotBeHadMeansNoProxy) {
     const int before = limit();
-    Reply missing;
-    missing.cutAfter = 3;
-    missing.body = "function FindProxyForURL";
-    server.serve("/cut.pac", missing);
+    server.serve("/cut.pac", {.body = "function FindProxyForURL", .cutAfter = 3});
     write(temporaryFile(u"bad.pac"_s), "\xff\xfe(");
     for (const QString& address :
          {server.url(u"/cut.pac"_s), u"file:///nowhere"_s, u"ftp://127.0.0.1/x"_s, u"data:,x"_s,
@@ -153,8 +141,7 @@ TEST_F(ProxyTest, AScriptThatCannotBeHadMeansNoProxy) {
 
 TEST_F(ProxyTest, ASynchronousRequestTakesItsScriptAlong) {
     const int before = limit();
-    Reply script;
-    script.body = scriptNaming(other);
+    Reply script{.body = scriptNaming(other)};
     server.serve("/proxy.pac", script);
     write(temporaryFile(u"proxy.pac"_s), script.body);
     for (const QString& address :
@@ -170,9 +157,7 @@ TEST_F(ProxyTest, ASynchronousRequestTakesItsScriptAlong) {
 
 TEST_F(ProxyTest, ACancelledSearchIsOver) {
     const int before = limit();
-    Reply script;
-    script.stallHead = true;
-    server.serve("/proxy.pac", script);
+    server.serve("/proxy.pac", {.stallHead = true});
     answerWithScript(server.url(u"/proxy.pac"_s));
     const auto made = observedRequest(u"http://far.invalid/"_s);
     made->startAsynchronous();

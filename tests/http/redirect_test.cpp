@@ -9,18 +9,12 @@ using support::Reply;
 class RedirectTest : public HTTPTest {
 protected:
     static Reply redirect(int status, const QString& location) {
-        Reply reply;
-        reply.status = status;
-        reply.reason = "Elsewhere";
-        reply.headers = {{"Location", location.toStdString()}};
-        reply.body = "gone";
-        return reply;
+        return Reply{.status = status,
+                     .reason = "Elsewhere",
+                     .headers = {{"Location", location.toStdString()}},
+                     .body = "gone"};
     }
-    void serveTarget() {
-        Reply reply;
-        reply.body = "target";
-        server.serve("/target", reply);
-    }
+    void serveTarget() { server.serve("/target", {.body = "target"}); }
 };
 
 TEST_F(RedirectTest, StatusDecidesWhatTravels) {
@@ -139,9 +133,7 @@ TEST_F(RedirectTest, NeverLeavesTheWeb) {
 
 TEST_F(RedirectTest, SecretsStayWithTheirOrigin) {
     support::HTTPServer other;
-    Reply reply;
-    reply.body = "target";
-    other.serve("/target", reply);
+    other.serve("/target", {.body = "target"});
     serveTarget();
     Reply moved = redirect(307, other.url(u"/target"_s));
     moved.headers.emplace_back("Set-Cookie", "fresh=1; Path=/target");

@@ -12,9 +12,7 @@ using support::Reply;
 using RequestTest = HTTPTest;
 
 Reply okay(const QByteArray& body) {
-    Reply reply;
-    reply.body = body;
-    return reply;
+    return Reply{.body = body};
 }
 
 TEST_F(RequestTest, TellsItsDelegateInOrderAndHandsOverEveryByte) {
@@ -99,9 +97,8 @@ TEST_F(RequestTest, SendsItsHeadersAndTheJarsCookies) {
 }
 
 TEST_F(RequestTest, KeepsCookiesInJarAndSession) {
-    Reply reply;
-    reply.headers = {{"Set-Cookie", "a=1; Path=/"}, {"Set-Cookie", "b=2; Path=/"}};
-    server.serve("/set", reply);
+    server.serve("/set",
+                 {.headers = {{"Set-Cookie", "a=1; Path=/"}, {"Set-Cookie", "b=2; Path=/"}}});
     run(request(u"/set"_s));
     const auto url = *platform::Url::parse(server.url(u"/"_s));
     EXPECT_EQ(cookies->cookiesForUrl(url).size(), 2U);
@@ -170,10 +167,7 @@ TEST_F(RequestTest, SaysWhichPartOfTheStreamCannotBeMade) {
     write(temporaryFile(u"part"_s), "body");
     server.handle("/moved", [this](const support::ReceivedRequest&) {
         QFile::remove(temporaryFile(u"part"_s));
-        Reply reply;
-        reply.status = 307;
-        reply.headers = {{"Location", "/post"}};
-        return reply;
+        return Reply{.status = 307, .headers = {{"Location", "/post"}}};
     });
     const auto unreadable = this->request(u"/moved"_s);
     unreadable->setPostBodyFilePath(temporaryFile(u"part"_s));
@@ -192,9 +186,7 @@ TEST_F(RequestTest, SaysWhichPartOfTheStreamCannotBeMade) {
 
 TEST_F(RequestTest, RunsOnTheCallersThreadToo) {
     server.serve("/file", okay("body"));
-    Reply moved;
-    moved.status = 302;
-    moved.headers = {{"Location", "/file"}};
+    Reply moved{.status = 302, .headers = {{"Location", "/file"}}};
     server.serve("/moved", moved);
     delegate.does.receivesData = true;
     const auto request = observedRequest(u"/moved"_s);

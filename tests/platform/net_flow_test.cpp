@@ -27,8 +27,7 @@ constexpr qsizetype largeBody = 24 << 20;
 class NetFlow : public testing::Test {
 protected:
     NetFlow() {
-        Reply reply;
-        reply.body = support::patternedBytes(largeBody);
+        Reply reply{.body = support::patternedBytes(largeBody)};
         body = reply.body;
         server.serve("/large", reply);
     }
@@ -102,8 +101,7 @@ TEST_F(NetFlow, IsSilentFromTheStartIfUnscheduledBeforeOpen) {
 }
 
 TEST_F(NetFlow, SurvivesBeingTakenOffTheLoopAgainAndAgain) {
-    Reply reply;
-    reply.body = support::patternedBytes(1 << 20);
+    Reply reply{.body = support::patternedBytes(1 << 20)};
     server.serve("/f", reply);
     reply.length = Reply::Length::Chunked;
     server.serve("/chunked", reply);
@@ -166,8 +164,7 @@ TEST_F(NetFlow, OneStreamMayDestroyAnotherThatIsDue) {
 }
 
 TEST_F(NetFlow, CanBeGivenUpInEveryPhase) {
-    Reply stalled;
-    stalled.stallHead = true;
+    Reply stalled{.stallHead = true};
     server.serve("/stalled", stalled);
     const auto descriptors = [] { return QDir(u"/proc/self/fd"_s).count(); };
     const auto before = descriptors();
@@ -197,10 +194,7 @@ TEST_F(NetFlow, CanBeGivenUpInEveryPhase) {
 
 TEST(NetLoop, MayEndBeforeItsStreams) {
     HTTPServer server;
-    Reply reply;
-    reply.body = support::patternedBytes(1 << 20);
-    reply.stallAfter = 1 << 19;
-    server.serve("/f", reply);
+    server.serve("/f", {.body = support::patternedBytes(1 << 20), .stallAfter = 1 << 19});
     auto loop = std::make_unique<Loop>();
     Exchange exchange(*loop, server.url(u"/f"_s)), never(*loop, server.url(u"/f"_s));
     auto identity = std::make_unique<platform::HTTPConnectionIdentity>(loop->loop);

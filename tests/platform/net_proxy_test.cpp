@@ -73,12 +73,8 @@ public:
 
 TEST(NetProxy, AsksAnHttpProxyForWholeAddresses) {
     HTTPServer proxy;
-    proxy.handleAll([](const support::ReceivedRequest&) {
-        Reply reply;
-        reply.status = 407;
-        reply.body = "who?";
-        return reply;
-    });
+    proxy.handleAll(
+        [](const support::ReceivedRequest&) { return Reply{.status = 407, .body = "who?"}; });
     Loop loop;
     auto request = message(u"http://name.invalid/a/../b?c"_s);
     request.headers.set(u"Proxy-Authorization"_s, u"Basic eDp5"_s);
@@ -95,9 +91,7 @@ TEST(NetProxy, AsksAnHttpProxyForWholeAddresses) {
 
 TEST(NetProxy, TunnelsThroughAnHttpProxy) {
     HTTPServer server(HTTPServer::Security::Tls);
-    Reply reply;
-    reply.body = "inside";
-    server.serve("/", reply);
+    server.serve("/", {.body = "inside"});
     TunnelProxy proxy(server.port(), {});
     platform::TLSSettings settings;
     settings.authoritiesPath = server.authoritiesPath();
@@ -156,9 +150,7 @@ TEST(NetProxy, ShowsAProxysRefusalAsTheResponse) {
 
 TEST(NetProxy, LetsSocksProxiesLookNamesUp) {
     HTTPServer server;
-    Reply reply;
-    reply.body = "behind";
-    server.serve("/", reply);
+    server.serve("/", {.body = "behind"});
     QList<QByteArray> asked;
     std::mutex lock;
     const auto note = [&](const QByteArray& bytes) {
@@ -270,8 +262,7 @@ platform::ConnectionCredentials ntlmCredentials() {
 TEST(NetConnectionAuthentication, KeepsTheRoundsToItself) {
     HTTPServer server;
     server.handleAll([](const support::ReceivedRequest& request) {
-        Reply reply;
-        reply.body = "welcome";
+        Reply reply{.body = "welcome"};
         if (ntlmMessage(request, "Authorization") != 3) {
             reply.status = 401;
             reply.headers = {{"WWW-Authenticate", ntlmChallenge().toStdString()}};
@@ -297,10 +288,7 @@ TEST(NetConnectionAuthentication, ShowsTheChallengeThatRemains) {
     for (const bool keepsAlive : {true, false}) {
         HTTPServer server;
         server.handleAll([keepsAlive](const support::ReceivedRequest& request) {
-            Reply reply;
-            reply.status = 401;
-            reply.keepAlive = keepsAlive;
-            reply.body = "go away";
+            Reply reply{.status = 401, .body = "go away", .keepAlive = keepsAlive};
             const bool isLast = ntlmMessage(request, "Authorization") == 3;
             reply.headers = {{"WWW-Authenticate", isLast ? "NTLM" : ntlmChallenge().toStdString()}};
             return reply;
@@ -318,8 +306,7 @@ TEST(NetConnectionAuthentication, ShowsTheChallengeThatRemains) {
 TEST(NetConnectionAuthentication, NegotiatesWithAProxy) {
     HTTPServer proxy;
     proxy.handleAll([](const support::ReceivedRequest& request) {
-        Reply reply;
-        reply.body = "through";
+        Reply reply{.body = "through"};
         if (ntlmMessage(request, "Proxy-Authorization") != 3) {
             reply.status = 407;
             reply.headers = {{"Proxy-Authenticate", ntlmChallenge().toStdString()}};

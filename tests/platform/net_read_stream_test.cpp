@@ -35,9 +35,8 @@ QString urlOf(const SocketServer& server, const QString& path = u"/"_s) {
 
 TEST(NetReadStream, YieldsHeadAndBody) {
     HTTPServer server;
-    Reply reply;
-    reply.body = support::patternedBytes(5'000'000);
-    reply.headers = {{"X-Thing", "one"}, {"x-thing", "two"}, {"Set-Cookie", "a=1"}};
+    Reply reply{.headers = {{"X-Thing", "one"}, {"x-thing", "two"}, {"Set-Cookie", "a=1"}},
+                .body = support::patternedBytes(5'000'000)};
     server.serve("/f", reply);
     reply.length = Reply::Length::Chunked;
     server.serve("/chunked", reply);
@@ -58,8 +57,7 @@ TEST(NetReadStream, YieldsHeadAndBody) {
 
 TEST(NetReadStream, ReadsNoMoreThanAskedFor) {
     HTTPServer server;
-    Reply reply;
-    reply.body = support::patternedBytes(300'000);
+    Reply reply{.body = support::patternedBytes(300'000)};
     server.serve("/f", reply);
     Loop loop;
     Exchange exchange(loop, server.url(u"/f"_s));
@@ -275,8 +273,7 @@ TEST(NetReadStream, SharesASocketByIdentity) {
 
 TEST(NetReadStream, KeepsASocketOnlyIfTheBodyWasRead) {
     HTTPServer server;
-    Reply reply;
-    reply.body = QByteArray(100, 'x');
+    Reply reply{.body = QByteArray(100, 'x')};
     server.serve("/f", reply);
     reply.stallAfter = 50;
     server.serve("/stall", reply);
@@ -312,11 +309,7 @@ TEST(NetReadStream, LeavesTheRetryOnADeadSocketToItsClient) {
 
 TEST(NetReadStream, NamesWhatWentWrong) {
     HTTPServer server;
-    Reply reply;
-    reply.body = QByteArray(100, 'x');
-    reply.cutAfter = 50;
-    reply.resetConnection = true;
-    server.serve("/reset", reply);
+    server.serve("/reset", {.body = QByteArray(100, 'x'), .cutAfter = 50, .resetConnection = true});
     int closedPort = 0;
     {
         const SocketServer gone([](Peer&) {});

@@ -55,8 +55,7 @@ TEST(NetTls, PresentsAClientCertificate) {
 
 TEST(NetTls, CarriesLargeBodiesAndKeepsConnections) {
     HTTPServer server(HTTPServer::Security::Tls);
-    Reply reply;
-    reply.body = support::patternedBytes(5'000'000);
+    Reply reply{.body = support::patternedBytes(5'000'000)};
     server.serve("/", reply);
     TLSSettings settings;
     settings.authoritiesPath = server.authoritiesPath();

@@ -45,9 +45,7 @@ class NetUpload : public testing::Test {
 protected:
     NetUpload() {
         server.handle("/put", [](const support::ReceivedRequest& request) {
-            Reply reply;
-            reply.body = QByteArray::number(request.body.size());
-            return reply;
+            return Reply{.body = QByteArray::number(request.body.size())};
         });
     }
     [[nodiscard]] auto length(const Source& source) const {
@@ -137,11 +135,7 @@ TEST_F(NetUpload, SendsNeitherMoreNorLessThanAnnounced) {
 }
 
 TEST_F(NetUpload, HearsAnAnswerThatComesEarly) {
-    Reply refusal;
-    refusal.status = 413;
-    refusal.body = "too much";
-    refusal.keepAlive = false;
-    server.serveBeforeBody("/early", refusal);
+    server.serveBeforeBody("/early", {.status = 413, .body = "too much", .keepAlive = false});
     for (const int pausesEvery : {0, 2}) {
         Source source(support::patternedBytes(20'000'000));
         source.pausesEvery = pausesEvery;

@@ -58,9 +58,7 @@ HTTPServer::Private::Route HTTPServer::Private::routeFor(const ReceivedRequest& 
         return route->second;
     if (fallback_.handler)
         return fallback_;
-    Reply notFound;
-    notFound.status = 404;
-    notFound.reason = "Not Found";
+    Reply notFound{.status = 404, .reason = "Not Found"};
     return {[notFound](const ReceivedRequest&) { return notFound; }};
 }
 

@@ -29,23 +29,23 @@ struct Reply {
     int status = 200;
     std::string reason = "OK";
     /// After the ones that the server makes.
-    std::vector<std::pair<std::string, std::string>> headers;
-    QByteArray body;
+    std::vector<std::pair<std::string, std::string>> headers{};
+    QByteArray body{};
 
     /// Sent as it stands in place of everything else.
-    std::optional<QByteArray> raw;
+    std::optional<QByteArray> raw{};
     enum class Ranges { Honour, Ignore, WrongOffset, WrongTotal, Refuse416 };
     Ranges ranges = Ranges::Honour;
     bool announceRanges = true;
     enum class Length { Announce, Chunked, None };
     Length length = Length::Announce;
     /// Announced in place of the true one.
-    std::optional<std::uint64_t> falseLength;
+    std::optional<std::uint64_t> falseLength{};
     /// Close (or with `resetConnection` reset) after so many bytes of the body.
-    std::optional<std::size_t> cutAfter;
+    std::optional<std::size_t> cutAfter{};
     bool resetConnection = false;
     /// Stop sending after so many bytes of the body, until `HTTPServer::release`.
-    std::optional<std::size_t> stallAfter;
+    std::optional<std::size_t> stallAfter{};
     /// Do not even send the head until `HTTPServer::release`.
     bool stallHead = false;
     std::size_t chunkSize = 65536;
