@@ -263,12 +263,8 @@ protected:
             return Reply{.status = std::stoi(request.target.substr(1)),
                          .headers = {{"Location", location}}};
         });
-        platform::Cookie cookie;
-        cookie.name = u"jar"_s;
-        cookie.value = u"canary-jar"_s;
-        cookie.domain = u"127.0.0.1"_s;
-        cookie.path = u"/"_s;
-        cookies->setCookies({cookie}, *platform::Url::parse(server.url()));
+        cookies->setCookies({cookie(u"canary-jar"_s, u"127.0.0.1"_s)},
+                            *platform::Url::parse(server.url()));
         secrets->save({u"127.0.0.1"_s, server.port(), u"http"_s, u"club"_s},
                       {u"me"_s, u"canary-saved"_s, {}});
     }
@@ -290,12 +286,8 @@ protected:
             names.insert(names.end(), {u"Authorization"_s, u"Cookie"_s});
         for (const QString& name : names)
             request->addRequestHeader(name, u"canary-"_s + name);
-        if (!bringsHeaders) {
-            platform::Cookie own;
-            own.name = u"own"_s;
-            own.value = u"canary-own"_s;
-            request->setRequestCookies({own});
-        }
+        if (!bringsHeaders)
+            request->setRequestCookies({cookie(u"canary-own"_s, {})});
         run(request);
         return request;
     }

@@ -153,22 +153,5 @@ TEST_F(ThrottleTest, NewRequestsRestToo) {
     EXPECT_EQ(second->totalBytesRead(), 0U);
 }
 
-TEST_F(ThrottleTest, UploadsAreHeldToTheLimit) {
-    HTTPRequest::setMaxBandwidthPerSecond(20'000);
-    const QByteArray body = support::patternedBytes(60'000);
-    const auto request = observedRequest(u"/post"_s);
-    request->appendPostData(body);
-    request->startAsynchronous();
-    const platform::Seconds start = main.clock.monotonic();
-    while (!delegate.hasEnded()) {
-        ASSERT_TRUE(waitForRest());
-        ASSERT_LT(main.clock.monotonic() - start, 30);
-        advance(0.25);
-    }
-    // Each byte counts twice, when it is read and when it is on its way.
-    EXPECT_GE(main.clock.monotonic() - start, 4);
-    EXPECT_EQ(server.requests().at(0).body, body);
-}
-
 }  // namespace
 }  // namespace http_test

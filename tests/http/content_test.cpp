@@ -2,16 +2,26 @@
 
 #include <gtest/gtest.h>
 
+#include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
+#include <array>
 
-#include "http/content/http_date.h"
-#include "http/content/user_agent.h"
+#include "http/content/http_data_compressor.h"
+#include "http/content/http_data_decompressor.h"
+#include "http/content/http_input_stream.h"
 #include "http/http_request.h"
+#include "http/http_request_error.h"
+#include "http/shared/bandwidth_account.h"
+#include "support/http_server.h"
+#include "support/manual_clock.h"
 
 namespace http_test {
 namespace {
 
 using namespace Qt::Literals::StringLiterals;
+using http::HTTPDataCompressor;
+using http::HTTPDataDecompressor;
 
 TEST(ContentType, GivesTypeAndEncoding) {
     struct Case {
@@ -68,35 +78,82 @@ TEST(HTTPDate, ReadsWhatServersWrite) {
         EXPECT_EQ(read(text), u"none"_s) << text.toStdString();
 }
 
-TEST(UserAgent, NamesTheProgram) {
-    using http::userAgentForProgram;
-    const QString tail = u"(Macintosh; Mac OS X 10.8.0; de_DE)"_s;
-    EXPECT_EQ(userAgentForProgram({u"Shown"_s, u"name"_s, u"1.2"_s, u"77"_s}, u"de_DE"_s),
-              u"Shown 1.2 rv:77 "_s + tail);
-    EXPECT_EQ(userAgentForProgram({{}, u"name"_s, u"1.2"_s, u"1.2"_s}, u"de_DE"_s),
-              u"name 1.2 "_s + tail);
-    EXPECT_EQ(userAgentForProgram({{}, u"name"_s, {}, u"77"_s}, u"de_DE"_s), u"name 77 "_s + tail);
-    EXPECT_EQ(userAgentForProgram({u"Ü"_s, {}, u"1"_s, {}}, u"de_DE"_s), u"Ã\u009c 1 "_s + tail);
-    EXPECT_EQ(userAgentForProgram({{}, {}, u"1"_s, {}}, u"de_DE"_s), QString());
+TEST(Compression, WhatGoesInComesOut) {
+    for (const QByteArray& data : {QByteArray("a"), QByteArray(1'000'000, 'x'),
+                                   support::patternedBytes(300'000), support::patternedBytes(3)}) {
+        const auto packed = HTTPDataCompressor::compressData(data);
+        ASSERT_FALSE(packed.error);
+        EXPECT_EQ(packed.data.left(2), "\x1f\x8b");
+        EXPECT_EQ(HTTPDataDecompressor::uncompressData(packed.data).data, data);
+        EXPECT_EQ(HTTPDataDecompressor::uncompressData(packed.data + "trailing").data, data);
+    }
+    EXPECT_TRUE(HTTPDataCompressor::compressData({}).data.isEmpty());
+    // qCompress writes zlib framing behind four bytes of length.
+    EXPECT_EQ(HTTPDataDecompressor::uncompressData(qCompress("zlib").mid(4)).data, "zlib");
 }
 
-TEST(Helpers, ReadFilesAndBytes) {
-    using http::HTTPRequest;
+TEST(Compression, ChunksMakeOneStream) {
+    const QByteArray data = support::patternedBytes(100'000);
+    HTTPDataCompressor compressor;
+    QByteArray packed;
+    for (qsizetype start = 0; start < data.size(); start += 10'000)
+        packed +=
+            compressor
+                .compressBytes(data.constData() + start, 10'000, start + 10'000 == data.size())
+                .data;
+    EXPECT_FALSE(compressor.closeStream());
+    HTTPDataDecompressor decompressor;
+    QByteArray unpacked;
+    for (const char byte : packed)
+        unpacked += decompressor.uncompressBytes(&byte, 1).data;
+    EXPECT_EQ(unpacked, data);
+}
+
+TEST(Compression, DamageAndBombsAreErrors) {
+    const auto damaged = HTTPDataDecompressor::uncompressData("not compressed");
+    ASSERT_TRUE(damaged.error);
+    EXPECT_TRUE(http::hasRequestErrorCode(*damaged.error, http::HTTPRequestErrorCode::Compression));
+    EXPECT_EQ(damaged.error->text, u"Decompression of data failed with code -3"_s);
+    EXPECT_TRUE(damaged.data.isEmpty());
+
+    const QByteArray bomb = HTTPDataCompressor::compressData(QByteArray(2 << 20, '\0')).data;
+    EXPECT_TRUE(HTTPDataDecompressor::uncompressData(bomb, 1 << 20).error);
+    EXPECT_FALSE(HTTPDataDecompressor::uncompressData(bomb, 2 << 20).error);
+
     const QTemporaryDir folder;
-    const auto file = [&](const QString& name) {
-        QFile made(folder.filePath(name));
-        EXPECT_TRUE(made.open(QIODevice::WriteOnly));
-        return made.fileName();
-    };
-    EXPECT_EQ(HTTPRequest::mimeTypeForFileAtPath(file(u"a.png"_s)), u"image/png"_s);
-    EXPECT_EQ(HTTPRequest::mimeTypeForFileAtPath(file(u"a.unheardof"_s)),
-              u"application/octet-stream"_s);
-    EXPECT_EQ(HTTPRequest::mimeTypeForFileAtPath(folder.filePath(u"none"_s)), std::nullopt);
-    EXPECT_EQ(HTTPRequest::base64forData("\xff\xfe\xfd?"), u"//79Pw=="_s);
-    EXPECT_EQ(HTTPRequest::base64forData({}), QString());
-    EXPECT_FALSE(HTTPRequest::removeFileAtPath(file(u"gone"_s)));
-    EXPECT_FALSE(HTTPRequest::removeFileAtPath(folder.filePath(u"gone"_s)));
-    EXPECT_EQ(HTTPRequest::removeFileAtPath(folder.path())->code, 8);
+    const QString packed = folder.filePath(u"packed"_s), target = folder.filePath(u"target"_s);
+    QFile file(packed);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bomb);
+    file.close();
+    const auto error = HTTPDataDecompressor::uncompressDataFromFile(packed, target, 1 << 20);
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->text, u"Decompression of data failed with code -4"_s);
+    EXPECT_LE(QFileInfo(target).size(), 1 << 20);
+    EXPECT_FALSE(HTTPDataDecompressor::uncompressDataFromFile(packed, target, 2 << 20));
+}
+
+TEST(InputStream, ReadsThroughTheAccount) {
+    support::ManualClock clock;
+    http::BandwidthAccount account(clock);
+    int throttled = 0;
+    const QByteArray body = support::patternedBytes(5000);
+    const auto stream =
+        http::HTTPInputStream::inputStreamWithData(body, account, [&] { ++throttled; });
+    std::array<char, 4096> buffer{};
+    const auto read = [&] { return stream->read(buffer.data(), buffer.size()); };
+    EXPECT_EQ(read().count, 4096);
+    EXPECT_EQ(throttled, 0);
+    EXPECT_EQ(read().count, 904);
+    EXPECT_EQ(read().state, platform::HTTPBodySource::State::End);
+
+    ASSERT_TRUE(stream->rewind());
+    account.setMaxBandwidthPerSecond(10'000);  // Of which 5,000 are used.
+    EXPECT_EQ(read().count, 2500);
+    EXPECT_EQ(throttled, 1);
+    account.incrementBandwidthUsedInLastSecond(10'000);
+    EXPECT_EQ(read().count, 1);
+    EXPECT_EQ(http::HTTPInputStream::inputStreamWithFileAtPath(u"/none"_s, account, {}), nullptr);
 }
 
 }  // namespace

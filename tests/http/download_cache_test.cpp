@@ -80,16 +80,6 @@ TEST_F(DownloadCacheTest, AsksWhetherSomethingChanged) {
     EXPECT_EQ(server.connectionCount(), 1U);
 }
 
-TEST_F(DownloadCacheTest, AChangedResponseReplacesTheStoredOne) {
-    serve("first", {{"ETag", "\"1\""}, {"Last-Modified", "x"}, {"Cache-Control", "max-age=100"}});
-    get();
-    serve("second", {{"ETag", "\"2\""}, {"Last-Modified", "x"}, {"Cache-Control", "max-age=100"}});
-    const auto asked = get(http::cachePolicyAskServerIfModified);
-    EXPECT_FALSE(asked->didUseCachedResponse());
-    EXPECT_EQ(asked->responseData(), "second");
-    EXPECT_EQ(get()->responseData(), "second");
-}
-
 TEST_F(DownloadCacheTest, PolicyBits) {
     serve("first");
     get(http::cachePolicyDoNotWrite);
@@ -147,27 +137,6 @@ TEST_F(DownloadCacheTest, StoresOnlyWhatItMay) {
     EXPECT_FALSE(isStored());
 }
 
-TEST_F(DownloadCacheTest, KeepsBodiesUncompressedAndFilesCopied) {
-    const auto url = *platform::Url::parse(server.url(u"/a.txt"_s));
-    serve(http::HTTPDataCompressor::compressData("plain").data, {{"Content-Encoding", "gzip"}});
-    get();
-    EXPECT_EQ(cache->cachedResponseDataForURL(url), "plain");
-    EXPECT_FALSE(cache->cachedResponseHeadersForURL(url)->contains(u"Content-Encoding"_s));
-
-    serve("file");
-    const auto file = observedRequest(u"/a.txt"_s);
-    file->setDownloadCache(cache);
-    file->setCacheStoragePolicy(http::cacheStoragePermanent);
-    file->setDownloadDestinationPath(temporaryFile(u"done"_s));
-    run(file);
-    EXPECT_EQ(contents(cache->pathToStoreCachedResponseDataForRequest(*file)), "file");
-    // The session's shadows it until that is cleared.
-    EXPECT_EQ(cache->cachedResponseDataForURL(url), "plain");
-    http::HTTPRequest::setDefaultCache(cache);
-    http::HTTPRequest::clearSession();
-    EXPECT_EQ(cache->cachedResponseDataForURL(url), "file");
-}
-
 TEST_F(DownloadCacheTest, AStoredRedirectIsFollowed) {
     Reply target;
     target.body = "target";
@@ -183,48 +152,6 @@ TEST_F(DownloadCacheTest, AStoredRedirectIsFollowed) {
         EXPECT_EQ(again->redirectCount(), 1);
         EXPECT_EQ(sent(), before + 3);
     }
-}
-
-TEST_F(DownloadCacheTest, ACacheThatThrowsIsAnError) {
-    struct Throwing : http::ResponseCache {
-        std::uint32_t defaultCachePolicy() const override { return 4; }
-        bool canUseCachedDataForRequest(const http::HTTPRequest&) override {
-            throw std::runtime_error("no idea");
-        }
-        void storeResponseForRequest(const http::HTTPRequest&, double) override {}
-        void updateExpiryForRequest(const http::HTTPRequest&, double) override {}
-        std::optional<platform::HTTPHeaders> cachedResponseHeadersForURL(
-            const platform::Url&) override {
-            return {};
-        }
-        std::optional<QByteArray> cachedResponseDataForURL(const platform::Url&) override {
-            return {};
-        }
-        QString pathToCachedResponseDataForURL(const platform::Url&) override { return {}; }
-        std::optional<platform::Error> clearCachedResponsesForStoragePolicy(
-            std::uint32_t) override {
-            return {};
-        }
-    };
-    const auto request = observedRequest(u"/a.txt"_s);
-    request->setDownloadCache(std::make_shared<Throwing>());
-    run(request);
-    ASSERT_EQ(errorCode(*request), 10);
-    EXPECT_EQ(request->error()->text, u"std::runtime_error"_s);
-    EXPECT_EQ(request->error()->underlying->text, u"no idea"_s);
-}
-
-TEST_F(DownloadCacheTest, TroubleWithFoldersHasANameAndPath) {
-    write(temporaryFile(u"file"_s), "x");
-    const auto error = cache->setStoragePath(temporaryFile(u"file"_s));
-    ASSERT_TRUE(error);
-    EXPECT_EQ(error->domain, u"FailedToCreateCacheDirectory"_s);
-    QDir(folder.path()).mkpath(u"other"_s);
-    write(temporaryFile(u"other/SessionStore"_s), "x");
-    EXPECT_EQ(
-        cache->setStoragePath(temporaryFile(u"other"_s))->text,
-        u"Cannot create a directory for the cache at '%1', because a file already exists"_s.arg(
-            temporaryFile(u"other/SessionStore"_s)));
 }
 
 TEST(CacheKeys, NameFilesSafely) {

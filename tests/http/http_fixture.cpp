@@ -163,4 +163,13 @@ int HTTPTest::errorCode(const HTTPRequest& request) {
     return error ? error->code : 0;
 }
 
+platform::Cookie HTTPTest::cookie(const QString& name, const QString& domain) {
+    platform::Cookie made;
+    made.name = name;
+    made.value = QStringLiteral("1");
+    made.domain = domain;
+    made.path = QStringLiteral("/");
+    return made;
+}
+
 }  // namespace http_test

@@ -71,6 +71,8 @@ protected:
     [[nodiscard]] static QByteArray contents(const QString& path);
     static void write(const QString& path, const QByteArray& data);
     static int errorCode(const http::HTTPRequest& request);
+    /// Of value "1", for all of `domain`.
+    [[nodiscard]] static platform::Cookie cookie(const QString& name, const QString& domain);
 
     support::MainLoop main;
     std::unique_ptr<platform::CookieStorage> cookies;

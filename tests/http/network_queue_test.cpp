@@ -32,9 +32,6 @@ protected:
         selectors.queueDidFinishSelector = [this](HTTPNetworkQueue&) { heard.push_back("end"); };
         queue->setSelectors(std::move(selectors));
     }
-    void serve(const std::string& path, qsizetype size) {
-        server.serve(path, {.body = support::patternedBytes(size)});
-    }
     [[nodiscard]] bool waitForQueue() {
         return main.waitUntil([&] { return !heard.empty() && heard.back() == "end"; });
     }
@@ -47,8 +44,8 @@ protected:
 };
 
 TEST_F(NetworkQueueTest, KnowsTheWholeBeforeItBegins) {
-    serve("/a", 30'000);
-    serve("/b", 70'000);
+    server.serve("/a", {.body = support::patternedBytes(30'000)});
+    server.serve("/b", {.body = support::patternedBytes(70'000)});
     queue->setShowAccurateProgress(true);
     queue->setDownloadProgressDelegate(&dial);
     queue->operationQueue().setMaxConcurrentOperationCount(2);
@@ -70,42 +67,15 @@ TEST_F(NetworkQueueTest, KnowsTheWholeBeforeItBegins) {
     EXPECT_EQ(methodCount("HEAD"), 2U);
 }
 
-TEST_F(NetworkQueueTest, WithoutAccuracyEachRequestCountsOne) {
-    serve("/a", 30'000);
-    queue->setDownloadProgressDelegate(&dial);
-    for (int i = 0; i < 4; ++i)
-        queue->addOperation(request(u"/a"_s));
-    queue->go();
-    ASSERT_TRUE(waitForQueue());
-    EXPECT_EQ(methodCount("HEAD"), 0U);
-    EXPECT_EQ(queue->totalBytesToDownload(), 4U);
-    EXPECT_EQ(dial.values, (std::vector<double>{0, 0.25, 0.5, 0.75, 1}));
-}
-
-TEST_F(NetworkQueueTest, AnEmptyGzipStreamIsNotBelieved) {
-    server.handle("/a", [](const support::ReceivedRequest& seen) {
-        return Reply{.body = support::patternedBytes(seen.method == "HEAD" ? 20 : 5000)};
-    });
-    queue->setShowAccurateProgress(true);
-    const auto one = request(u"/a"_s);
-    queue->addOperation(one);
-    queue->go();
-    ASSERT_TRUE(waitForQueue());
-    EXPECT_FALSE(one->showAccurateProgress());
-    EXPECT_EQ(queue->totalBytesToDownload(), 1U);
-    EXPECT_EQ(queue->bytesDownloadedSoFar(), 1U);
-}
-
 TEST_F(NetworkQueueTest, OneFailureEndsAllUnlessToldOtherwise) {
     for (const bool cancelsAll : {true, false}) {
-        serve("/good", 10);
+        server.serve("/good", {.body = "good"});
         heard.clear();
         queue->operationQueue().setSuspended(true);
         queue->operationQueue().setMaxConcurrentOperationCount(1);
         queue->setShouldCancelAllRequestsOnFailure(cancelsAll);
         queue->addOperation(request(u"http://127.0.0.1:1/bad"_s));
-        Reply slow{.stallHead = true};
-        server.serve("/slow", slow);
+        server.serve("/slow", {.stallHead = true});
         queue->addOperation(request(u"/slow"_s));
         queue->addOperation(request(u"/good"_s));
         queue->go();
@@ -122,50 +92,6 @@ TEST_F(NetworkQueueTest, OneFailureEndsAllUnlessToldOtherwise) {
         EXPECT_EQ(std::count(heard.begin(), heard.end(), "finished /good"), cancelsAll ? 0 : 1);
         ASSERT_TRUE(main.waitUntil([&] { return queue->operationQueue().operationCount() == 0; }));
     }
-}
-
-TEST_F(NetworkQueueTest, AFailedProbeFailsItsRequestOnce) {
-    queue->setShowAccurateProgress(true);
-    const auto doomed = request(u"http://127.0.0.1:1/a"_s);
-    queue->addOperation(doomed);
-    queue->go();
-    ASSERT_TRUE(waitForQueue());
-    EXPECT_EQ(heard, (std::vector<std::string>{"failed /a", "end"}));
-    EXPECT_EQ(errorCode(*doomed), 1);
-    ASSERT_TRUE(main.waitUntil([&] { return doomed->isFinished(); }));
-}
-
-TEST_F(NetworkQueueTest, TakesRedirectsOverOnlyIfItCan) {
-    server.serve("/a", {.status = 302, .headers = {{"Location", "/b"}}});
-    serve("/b", 10);
-    EXPECT_FALSE(queue->capabilities().confirmsRedirects);
-    HTTPNetworkQueue::Selectors selectors;
-    selectors.requestWillRedirectSelector = [this](http::HTTPRequest& request,
-                                                   const platform::Url& url) {
-        heard.push_back("redirect");
-        request.redirectToURL(url);
-    };
-    selectors.queueDidFinishSelector = [this](HTTPNetworkQueue&) { heard.push_back("end"); };
-    queue->setSelectors(std::move(selectors));
-    EXPECT_TRUE(queue->capabilities().confirmsRedirects);
-    queue->addOperation(request(u"/a"_s));
-    queue->go();
-    ASSERT_TRUE(waitForQueue());
-    EXPECT_EQ(heard, (std::vector<std::string>{"redirect", "end"}));
-}
-
-TEST_F(NetworkQueueTest, TakesNothingButRequests) {
-    struct Other : http::Operation {
-        void start() override {}
-        void cancel() override {}
-    };
-    const auto error = queue->addOperation(std::make_shared<Other>());
-    ASSERT_TRUE(error);
-    EXPECT_EQ(error->domain, u"AttemptToAddInvalidRequest"_s);
-    EXPECT_EQ(error->text,
-              u"Attempted to add an object that was not an HTTPRequest to an HTTPNetworkQueue"_s);
-    EXPECT_EQ(queue->requestsCount(), 0);
-    EXPECT_EQ(queue->operationQueue().operationCount(), 0U);
 }
 
 TEST_F(NetworkQueueTest, ResetForgetsItsListenersFirst) {

@@ -107,18 +107,6 @@ TEST_F(PersistentConnectionTest, ASocketThatDiedMeanwhileIsReplaced) {
     EXPECT_EQ(next->connectionID(), 1U + static_cast<unsigned>(next->retryCount()));
 }
 
-TEST_F(PersistentConnectionTest, OtherCircumstancesMeanAnotherSocket) {
-    support::HTTPServer secure(support::HTTPServer::Security::Tls);
-    secure.serve("/", {.body = "secret"});
-    const auto careless = request(secure.url());
-    careless->setValidatesSecureCertificate(false);
-    run(careless);
-    const auto distrustful = request(secure.url());
-    run(distrustful);
-    EXPECT_EQ(careless->responseData(), "secret");
-    EXPECT_EQ(errorCode(*distrustful), 1);
-}
-
 TEST_F(PersistentConnectionTest, SynchronousRequestsKeepToThemselves) {
     answerWith({});
     get();
@@ -129,26 +117,6 @@ TEST_F(PersistentConnectionTest, SynchronousRequestsKeepToThemselves) {
     EXPECT_EQ(http::SharedState::current()->connections.count(), 1U);
     get();
     EXPECT_EQ(server.connectionCount(), 2U);
-}
-
-TEST(ConnectionTable, KeepsTargetsApartAsTheyAreWritten) {
-    support::ManualClock clock;
-    http::ConnectionTable table(clock);
-    const auto target = [](const QString& url) {
-        return ConnectionTarget::of(*platform::Url::parse(url));
-    };
-    EXPECT_EQ(target(u"http://a.example/"_s).port, 0);
-    EXPECT_EQ(target(u"http://a.example:80/"_s).port, 80);
-    std::uint32_t one = 0;
-    std::uint32_t two = 0;
-    const auto plain = table.acquire(target(u"http://a.example/x"_s), nullptr, nullptr, one);
-    table.release(plain, one, 60, true);
-    const auto spelled = table.acquire(target(u"http://a.example:80/x"_s), nullptr, nullptr, two);
-    EXPECT_NE(plain, spelled);
-    EXPECT_EQ(one, 1U);
-    EXPECT_EQ(two, 2U);
-    EXPECT_EQ(table.acquire(target(u"http://a.example/y"_s), nullptr, nullptr, two), plain);
-    EXPECT_EQ(plain->request, 2U);
 }
 
 TEST(ConnectionTable, AFailedConnectionIsNobodysAndFreeOnesAreFew) {

@@ -120,39 +120,14 @@ TEST_F(ProxyTest, AScriptIsFetchedAheadOfTheQueueThatWaitsForIt) {
     EXPECT_EQ(limit(), 1);
     EXPECT_EQ(target(other), "http://far.invalid/");
     EXPECT_EQ(made->PACurl(), *Url::parse(server.url(u"/proxy.pac"_s)));
+
+    server.serve("/proxy.pac", {.body = scriptNaming(other), .cutAfter = 3});
+    const auto direct = request(u"/direct"_s);
+    run(direct);
+    EXPECT_EQ(direct->responseData(), "body");
+    EXPECT_EQ(direct->proxyHost(), QString());
+    EXPECT_EQ(limit(), 1) << "also when the script cannot be had";
     HTTPRequest::sharedQueue().setMaxConcurrentOperationCount(before);
-}
-
-TEST_F(ProxyTest, AScriptThatCannotBeHadMeansNoProxy) {
-    const int before = limit();
-    server.serve("/cut.pac", {.body = "function FindProxyForURL", .cutAfter = 3});
-    write(temporaryFile(u"bad.pac"_s), "\xff\xfe(");
-    for (const QString& address :
-         {server.url(u"/cut.pac"_s), u"file:///nowhere"_s, u"ftp://127.0.0.1/x"_s, u"data:,x"_s,
-          u"file://"_s + temporaryFile(u"bad.pac"_s)}) {
-        answerWithScript(address);
-        const auto made = request(u"/direct"_s);
-        run(made);
-        EXPECT_EQ(made->responseData(), "body") << address.toStdString();
-        EXPECT_EQ(made->proxyHost(), QString());
-        EXPECT_EQ(limit(), before);
-    }
-}
-
-TEST_F(ProxyTest, ASynchronousRequestTakesItsScriptAlong) {
-    const int before = limit();
-    Reply script{.body = scriptNaming(other)};
-    server.serve("/proxy.pac", script);
-    write(temporaryFile(u"proxy.pac"_s), script.body);
-    for (const QString& address :
-         {server.url(u"/proxy.pac"_s), u"file://"_s + temporaryFile(u"proxy.pac"_s)}) {
-        answerWithScript(address);
-        const auto made = request(u"http://far.invalid/"_s);
-        made->startSynchronous();
-        EXPECT_EQ(made->responseData(), "body");
-        EXPECT_EQ(made->proxyPort(), other.port());
-    }
-    EXPECT_EQ(limit(), before);
 }
 
 TEST_F(ProxyTest, ACancelledSearchIsOver) {
@@ -172,22 +147,6 @@ TEST_F(ProxyTest, ACancelledSearchIsOver) {
     server.release();
     HTTPRequest::sharedQueue().setMaxConcurrentOperationCount(before);
     EXPECT_TRUE(other.requests().empty());
-}
-
-TEST_F(ProxyTest, ASilentScriptIsGivenUpInTime) {
-    write(temporaryFile(u"slow.pac"_s),
-          "function FindProxyForURL() { for (;;) dnsResolve('localhost'); }");
-    answerWithScript(u"file://"_s + temporaryFile(u"slow.pac"_s));
-    const auto made = request(u"/direct"_s);
-    made->setTimeOutSeconds(0);
-    made->startAsynchronous();
-    ASSERT_TRUE(waitForThread([&] { return !settings->asked.empty(); }));
-    ASSERT_TRUE(waitForThread([&] {
-        main.clock.advance(1);
-        settleThread();
-        return made->isFinished();
-    }));
-    EXPECT_EQ(made->responseData(), "body");
 }
 
 }  // namespace

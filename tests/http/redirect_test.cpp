@@ -131,38 +131,6 @@ TEST_F(RedirectTest, NeverLeavesTheWeb) {
     }
 }
 
-TEST_F(RedirectTest, SecretsStayWithTheirOrigin) {
-    support::HTTPServer other;
-    other.serve("/target", {.body = "target"});
-    serveTarget();
-    Reply moved = redirect(307, other.url(u"/target"_s));
-    moved.headers.emplace_back("Set-Cookie", "fresh=1; Path=/target");
-    server.serve("/away", moved);
-    server.serve("/near", redirect(307, u"/target"_s));
-
-    const auto prepared = [&](const QString& path) {
-        const auto request = this->request(path);
-        request->addRequestHeader(u"Authorization"_s, u"secret"_s);
-        request->addRequestHeader(u"X-Plain"_s, u"kept"_s);
-        platform::Cookie own;
-        own.name = u"own"_s;
-        own.value = u"1"_s;
-        request->setRequestCookies({own});
-        return request;
-    };
-    run(prepared(u"/away"_s));
-    EXPECT_EQ(server.requests().back().header("Cookie"), "own=1");
-    const auto far = other.requests().back();
-    EXPECT_EQ(far.header("X-Plain"), "kept");
-    EXPECT_FALSE(far.header("Authorization"));
-    // Cookies know no ports, so the jar's does travel; the one put in by hand does not.
-    EXPECT_EQ(far.header("Cookie"), "fresh=1");
-
-    run(prepared(u"/near"_s));
-    EXPECT_EQ(server.requests().back().header("Authorization"), "secret");
-    EXPECT_EQ(server.requests().back().header("Cookie"), "fresh=1");
-}
-
 TEST_F(RedirectTest, ADelegateMayTakeItOver) {
     serveTarget();
     server.serve("/moved", redirect(302, u"/ignored"_s));
