@@ -124,6 +124,12 @@ TEST_F(CommandsTest, EnablesAndMarksWhatTheQueueAndTheSettingsAllow) {
          },
          Command::ToggleAutoSleep, 0, true, Off},
         {"shutting down agreed", nothing, Command::ToggleAutoShutDown, 0, true, On},
+        {"taken back without a question",
+         [this] {
+             frontEnd.onConfirm = [](const app::Alert&) { return false; };
+             commands.perform(Command::ToggleAutoShutDown);
+         },
+         Command::ToggleAutoShutDown, 0, true, Off},
         {"style", nothing, Command::ChangeProgressBarStyle, 0, true, On},
         {"no window", nothing, Command::ShowPreferences, 0, false},
     };
@@ -166,10 +172,7 @@ TEST_F(CommandsTest, OffersForOneDownloadWhatItsStatusAllows) {
 }
 
 TEST_F(CommandsTest, OffersForSeveralWhatAllOfThemAllow) {
-    QStringList names;
-    for (int index = 0; index < 11; ++index)
-        names.append(u"n%1"_s.arg(index, 2, 10, QChar(u'0')));
-    add(names);
+    add(numbered(11));
     const auto count = [this] {
         return leadingLines(controller->downloads()).filter(u"http"_s).size();
     };
@@ -180,22 +183,22 @@ TEST_F(CommandsTest, OffersForSeveralWhatAllOfThemAllow) {
     EXPECT_EQ(frontEnd.copied.urls.value_or(QStringList()).size(), 11);
     EXPECT_EQ(frontEnd.copied.text.value_or(QString()).count(u'\n'), 10);
 
-    setStatus(u"n00"_s, engine::DQDownloadStatusDownloading);
+    setStatus(u"f0"_s, engine::DQDownloadStatusDownloading);
     EXPECT_EQ(leadingLines(controller->downloads()).constFirst(), u"Remove"_s);
 
     // A click beside the selection is about that row alone.
-    controller->selectDownloads({download(u"n01"_s), download(u"n02"_s)});
+    controller->selectDownloads({download(u"f1"_s), download(u"f2"_s)});
     EXPECT_EQ(Core::names(app::clickedDownloads(*controller, 2)).size(), 2);
-    EXPECT_EQ(Core::names(app::clickedDownloads(*controller, 5)), QStringList{u"n05"_s});
+    EXPECT_EQ(Core::names(app::clickedDownloads(*controller, 5)), QStringList{u"f5"_s});
     EXPECT_TRUE(app::clickedDownloads(*controller, -1).empty());
     EXPECT_EQ(selected().size(), 2);
 
     commands.perform(Command::Move, app::MoveToBottom);
-    EXPECT_EQ(queue().mid(9), (QStringList{u"n01"_s, u"n02"_s}));
+    EXPECT_EQ(queue().mid(9), (QStringList{u"f1"_s, u"f2"_s}));
     commands.perform(Command::Move, app::MoveUp);
-    EXPECT_EQ(queue().mid(8), (QStringList{u"n01"_s, u"n02"_s, u"n10"_s}));
+    EXPECT_EQ(queue().mid(8), (QStringList{u"f1"_s, u"f2"_s, u"f10"_s}));
 
-    controller->removeDownload(*download(u"n10"_s));
+    controller->removeDownload(*download(u"f10"_s));
     EXPECT_EQ(count(), 10);
     commands.perform(Command::CancelAll, 1);
     EXPECT_EQ(controller->numberOfDownloads(), 10) << "the user keeps them";

@@ -94,6 +94,14 @@ protected:
     static QString address(const QString& name) {
         return QStringLiteral("http://%1.example/%1").arg(name);
     }
+    /// "f0", "f1" and so on.
+    static QStringList numbered(int count) {
+        QStringList names;
+        for (int number = 0; number < count; ++number) {
+            names.append(QStringLiteral("f%1").arg(number));
+        }
+        return names;
+    }
     void add(const QStringList& names) {
         QStringList addresses;
         for (const QString& name : names) {

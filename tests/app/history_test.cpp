@@ -146,17 +146,6 @@ TEST_F(HistoryTest, IsLeftAloneByTheNewsOfALaunch) {
     EXPECT_EQ(launchedHistorian.numberOfItems(), 2) << "though neither is known to be complete";
 }
 
-TEST_F(HistoryTest, IsSavedOrClearedAtTheEnd) {
-    finish(u"a"_s);
-    historian->cleanUp();
-    EXPECT_TRUE(platform::pathExists(path()));
-    defaults.set(app::settings::clearHistoryOnQuit, true);
-    startHistory();
-    historian->cleanUp();
-    EXPECT_FALSE(platform::pathExists(path()));
-    EXPECT_EQ(historian->numberOfItems(), 0);
-}
-
 TEST_F(HistoryTest, KeepsAFileThatItCannotUnderstand) {
     for (const QByteArray& damaged :
          {QByteArray("not a list"), QByteArray("<plist><dict/></plist>"), QByteArray(),

@@ -10,11 +10,13 @@
 #include <QTemporaryDir>
 #include <thread>
 
+#include "app/lifecycle/command_line.h"
 #include "app/lifecycle/handover.h"
 #include "app/lifecycle/instance_lock.h"
 #include "app/lifecycle/launch_items.h"
 
 using namespace Qt::Literals::StringLiterals;
+using app::CommandLine;
 
 namespace {
 
@@ -141,6 +143,17 @@ TEST_F(Instances, TellsPathsFromAddresses) {
     EXPECT_EQ(items.paths, QStringList({QDir::current().absoluteFilePath(u"list.txt"_s), file}));
     EXPECT_EQ(items.addresses, QStringList({u"http://a.example/x"_s, u"gone.txt"_s}));
     QDir::setCurrent(u"/"_s);
+}
+
+TEST(CommandLineTest, TellsSettingsFromAddresses) {
+    const CommandLine line = app::parsedCommandLine(
+        {u"-Number Of Concurrent Downloads"_s, u"9"_s, u"http://a/b"_s, u"-"_s,
+         u"-Downloads Folder"_s, u"-odd"_s, u"--"_s, u"-file"_s, u"--help"_s});
+    EXPECT_EQ(line.action, CommandLine::Action::Run);
+    EXPECT_TRUE(line.problem.isEmpty());
+    EXPECT_EQ(line.settings, (QVariantMap{{u"Number Of Concurrent Downloads"_s, u"9"_s},
+                                          {u"Downloads Folder"_s, u"-odd"_s}}));
+    EXPECT_EQ(line.items, (QStringList{u"http://a/b"_s, u"-"_s, u"-file"_s, u"--help"_s}));
 }
 
 }  // namespace

@@ -38,29 +38,16 @@ protected:
 };
 
 TEST_F(IntakeTest, FindsAddressesInText) {
-    struct Case {
-        QString text;
-        QStringList addresses;
-    };
-    const std::vector<Case> cases{
-        {u" http://a.example/1 \n\n\thttp://a.example/2"_s,
-         {u"http://a.example/1"_s, u"http://a.example/2"_s}},
-        {u"<a href=\"http://a.example/1\">x</a>"_s, {u"http://a.example/1"_s}},
-        {u"http://a.example/{01-03}.zip"_s,
-         {u"http://a.example/01.zip"_s, u"http://a.example/02.zip"_s,
-          u"http://a.example/03.zip"_s}},
-        {u"http://a.example/a b\u00e4"_s, {u"http://a.example/a%20b%C3%A4"_s}},
-        {u"http://a.example/1\nhttp://a.example/1"_s,
-         {u"http://a.example/1"_s, u"http://a.example/1"_s}},
-        {u"   \n"_s, {}},
-    };
-    for (const Case& test : cases) {
-        QStringList found;
-        for (const platform::Url& address : controller->URLsFromString(test.text)) {
-            found.append(address.absoluteString());
-        }
-        EXPECT_EQ(found, test.addresses) << test.text.toStdString();
+    const QString text =
+        u" http://a.example/1 \n \n\t<a href=\"http://a.example/2\">x</a>\n"
+        "http://a.example/{03-04}.zip\nhttp://a.example/a b\u00e4\nhttp://a.example/1"_s;
+    QStringList found;
+    for (const platform::Url& address : controller->URLsFromString(text)) {
+        found.append(address.absoluteString());
     }
+    EXPECT_EQ(found, QStringList({u"http://a.example/1"_s, u"http://a.example/2"_s,
+                                  u"http://a.example/03.zip"_s, u"http://a.example/04.zip"_s,
+                                  u"http://a.example/a%20b%C3%A4"_s, u"http://a.example/1"_s}));
 }
 
 TEST_F(IntakeTest, SkipsWhatTheQueueHas) {

@@ -1,8 +1,14 @@
 #include <gmock/gmock.h>
 
 #include "app/lifecycle/lifecycle.h"
+#include "app/lifecycle/settings_effects.h"
 #include "app/settings.h"
 #include "core_fixture.h"
+#include "engine/settings.h"
+#include "http/http_request.h"
+#include "http/http_session.h"
+#include "links/pages/download_page_rule_store.h"
+#include "links/settings.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -189,14 +195,36 @@ TEST_F(LifecycleTest, GetsOutOfTheWayAfterAnAddressWasHandedOver) {
     EXPECT_EQ(handOver(2, true), QStringList());
 }
 
-TEST_F(LifecycleTest, AKeyRemovedByHandReturnsToItsRegisteredValue) {
-    EXPECT_TRUE(defaults.get(app::settings::autoStart));
-    defaults.set(app::settings::autoStart, false);
-    EXPECT_FALSE(defaults.get(app::settings::autoStart));
-    defaults.removeObject(app::settings::autoStart.name());
-    EXPECT_TRUE(defaults.boolForKey(app::settings::autoStart.name()));
-    EXPECT_FALSE(defaults.hasValueForKey(app::settings::quitProcedure.name()));
-    EXPECT_EQ(defaults.integerForKey(app::settings::numberOfHistoryItems.name()), 100);
+class SettingsEffectsTest : public Core {
+protected:
+    http::HTTPSession session{main.clock};
+    links::DownloadPageRuleStore pageRules{defaults};
+    app::SettingsEffects effects{defaults, *controller, frontEnd, pageRules};
+};
+
+TEST_F(SettingsEffectsTest, BandwidthIsLimitedHoweverTheSettingChanged) {
+    defaults.set(engine::settings::throttleLimit, qint64{5000});
+    EXPECT_EQ(http::HTTPRequest::maxBandwidthPerSecond(), 0U);
+    defaults.set(engine::settings::throttleEnabled, true);
+    EXPECT_EQ(http::HTTPRequest::maxBandwidthPerSecond(), 5000U);
+    defaults.set(engine::settings::throttleLimit, qint64{7000});
+    EXPECT_EQ(http::HTTPRequest::maxBandwidthPerSecond(), 7000U);
+    defaults.removeObject(engine::settings::throttleEnabled.name());
+    EXPECT_EQ(http::HTTPRequest::maxBandwidthPerSecond(), 0U);
+}
+
+TEST_F(SettingsEffectsTest, NewRulesForDownloadPagesCountAtOnce) {
+    const platform::Url page = *platform::Url::parse(address(u"a"_s));
+    const auto isDownloadPage = [&] {
+        return links::isDownloadPageURL(page, pageRules.downloadPageRules().get());
+    };
+    EXPECT_FALSE(isDownloadPage());
+    defaults.set(links::settings::downloadPageRules,
+                 uR"([{"Source": "a\\.example", "Query Cascade": ["x"]}])"_s);
+    EXPECT_TRUE(isDownloadPage());
+    EXPECT_EQ(frontEnd.delayedRedraws, std::vector<platform::Seconds>{0.1});
+    defaults.removeObject(links::settings::downloadPageRules.name());
+    EXPECT_FALSE(isDownloadPage());
 }
 
 }  // namespace

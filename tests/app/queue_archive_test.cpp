@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 
+#include "app/queue/archive_writer.h"
 #include "app/queue/restored_download.h"
 #include "app/settings.h"
 #include "core_fixture.h"
@@ -179,19 +180,6 @@ TEST_F(QueueFile, QuitsWithAndWithoutAQuestion) {
     EXPECT_EQ(frontEnd.alerts.size(), 2u);
 }
 
-TEST_F(QueueFile, LeavesNothingBehindWhenNothingIsToBeKept) {
-    add({u"a"_s});
-    EXPECT_EQ(savedURLs().size(), 1);
-    ASSERT_TRUE(QDir().mkpath(engine::intermediateDownloadBasePath()));
-    end(*download(u"a"_s), engine::DQDownloadStatusDone);
-    EXPECT_EQ(savedQueue(), QVariant(QVariantList()));
-    EXPECT_TRUE(controller->shouldQuit());
-    stop();
-    EXPECT_FALSE(QFile::exists(queuePath()));
-    EXPECT_FALSE(QFile::exists(supportFolder() + u"/Downloads"_s));
-    start();
-}
-
 TEST_F(QueueFile, DropsEarlierInactiveTwinsAtQuitOnly) {
     for (int i = 0; i < 3; ++i) {
         controller->openURLs({*platform::Url::parse(address(u"a"_s))});
@@ -244,6 +232,38 @@ TEST(MigratedArchive, FollowsABundleThatWasMoved) {
     EXPECT_EQ(app::migratedArchive(other, moved), other);
     EXPECT_EQ(app::migratedArchive(archive, folder.filePath(u"gone.orlop"_s)), archive);
     EXPECT_EQ(app::migratedArchive(archive, {}), archive);
+}
+
+TEST(ArchiveWriter, WritesTheLatestOfManyAndFinishesBeforeItGoes) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"Queue.plist"_s);
+    const auto written = [&path] {
+        return platform::readPropertyList(platform::readFile(path, 1 << 20).data)
+            .value.toList()
+            .value(0)
+            .toInt();
+    };
+    support::MainLoop main;
+    int reports = 0;
+    {
+        app::ArchiveWriter writer(path, main.loop, [&](const auto& error) {
+            EXPECT_FALSE(error);
+            ++reports;
+        });
+        for (int number = 0; number <= 300; ++number) {
+            writer.write({number});
+        }
+        EXPECT_FALSE(writer.finish());
+        EXPECT_FALSE(writer.isBusy());
+        EXPECT_EQ(written(), 300);
+        main.settle();
+        EXPECT_GE(reports, 1);
+        EXPECT_LT(reports, 300) << "every list was written, though newer ones waited";
+        writer.write({7});
+    }
+    EXPECT_EQ(written(), 7);
+    main.settle();
+    EXPECT_LT(reports, 300);
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 
 #include <random>
 
-#include "app/queue/batch_progress.h"
 #include "app/queue/download_order.h"
 #include "app/queue/queue_view.h"
 #include "app/settings.h"
@@ -25,20 +24,6 @@ protected:
         return names(*app::QueueView(copy, defaults).sortedAndFilteredDownloads());
     }
 };
-
-TEST_F(QueueList, MasksSelectCollections) {
-    add({u"a"_s, u"b"_s, u"c"_s, u"d"_s});
-    download(u"a"_s)->pause();
-    end(*download(u"c"_s), engine::DQDownloadStatusAborted);
-    EXPECT_EQ(names(controller->downloadsMatchingStatusMask(engine::activeStatuses)),
-              QStringList({u"b"_s, u"d"_s}));
-    EXPECT_EQ(names(controller->downloadsMatchingStatusMask(0)), queue());
-    EXPECT_TRUE(controller->anyDownloadMatchesStatusMask(0));
-    EXPECT_FALSE(controller->anyDownloadMatchesStatusMask(engine::DQDownloadStatusDone));
-    EXPECT_EQ(controller->numberOfFailedDownloads(), 1);
-    EXPECT_EQ(controller->downloadAtSortedAndFilteredIndex(4), nullptr);
-    EXPECT_EQ(controller->downloadAtSortedAndFilteredIndex(-1), nullptr);
-}
 
 TEST_F(QueueList, SortsByEachCriterionAndTurnsUpsideDown) {
     add({u"file10"_s, u"b"_s, u"file9"_s, u"a"_s});
@@ -139,10 +124,7 @@ TEST_F(QueueList, SelectionFollowsDownloadsAndIsRemembered) {
 }
 
 TEST_F(QueueList, RearrangesTheQueueItself) {
-    QStringList all;
-    for (int i = 0; i < 30; ++i) {
-        all.append(u"f%1"_s.arg(i));
-    }
+    const QStringList all = numbered(30);
     add(all);
     EXPECT_FALSE(controller->canRearrange(1));
     EXPECT_TRUE(controller->canRearrange(-1));
@@ -225,11 +207,7 @@ TEST_F(QueueList, ReloadsOnlyWhenRowsMove) {
 }
 
 TEST_F(QueueList, PlacesChangedRowsAsSortingAnewWould) {
-    QStringList all;
-    for (int i = 0; i < 40; ++i) {
-        all.append(u"f%1"_s.arg(i));
-    }
-    add(all);
+    add(numbered(40));
     std::mt19937 random(3);
     for (const qint64 tag : {-1, -2}) {
         controller->changeSorting(tag);
@@ -274,11 +252,7 @@ TEST_F(QueueList, ClearsByItselfIfAskedTo) {
 }
 
 TEST_F(QueueList, ManyRemovalsShowTheListOnce) {
-    QStringList all;
-    for (int i = 0; i < 2000; ++i) {
-        all.append(u"f%1"_s.arg(i));
-    }
-    add(all);
+    add(numbered(2000));
     main.settle();
     const int reloads = frontEnd.reloads;
     const Downloads downloads = controller->downloads();
@@ -301,18 +275,6 @@ TEST_F(QueueList, RemovesFinishedDownloadsOfAPathOnly) {
     EXPECT_EQ(controller->numberOfDownloads(), 1);
     controller->removeDownloadIfDoneWithPath(path);
     EXPECT_EQ(controller->numberOfDownloads(), 1) << "a paused one of that path stays";
-}
-
-TEST(BatchProgress, DoesNotJumpBackWhenOneFinishes) {
-    app::BatchProgress batch;
-    EXPECT_DOUBLE_EQ(batch.fraction(4, 1.0), 0.25);
-    EXPECT_DOUBLE_EQ(batch.fraction(3, 0.0), 0.25) << "one has finished";
-    batch.decrementLongTermNumberOfQueuedOrDownloadingDownloads();
-    EXPECT_DOUBLE_EQ(batch.fraction(2, 0.5), 0.5) << "one was taken out";
-    batch.invalidateLongTermNumberOfQueuedOrDownloadingDownloads();
-    EXPECT_DOUBLE_EQ(batch.fraction(2, 0.5), 0.25);
-    EXPECT_LT(batch.fraction(0, 0), 0);
-    EXPECT_DOUBLE_EQ(batch.fraction(1, 0.5), 0.5);
 }
 
 }  // namespace

@@ -14,7 +14,6 @@
 
 using namespace Qt::Literals::StringLiterals;
 using app::FolderMenuItem;
-using app::Rule;
 using Kind = FolderMenuItem::Kind;
 
 namespace {
@@ -77,11 +76,7 @@ TEST_F(Rules, AreSortedStoredAndKeepWhatIsNotUnderstood) {
         << "an empty list matches nothing and must not become a missing one";
 }
 
-TEST_F(Rules, FieldsHoldOneEntryInEachLine) {
-    EXPECT_EQ(app::dotTrimmedStringValuesSeparatedByNewlines(u" .zip \r\n\n.tar.gz.\n . \nx"_s),
-              QStringList({u"zip"_s, u"tar.gz"_s, u"x"_s}));
-    EXPECT_EQ(Rule().title(), u"-"_s);
-    EXPECT_FALSE(Rule().hasCondition() || Rule().hasConsequence());
+TEST_F(Rules, SayWhatTheyDo) {
     EXPECT_EQ(app::ruleEffects({{}, {}, u"/a/Folder"_s, u"id"_s}, u"Viewer"_s),
               QStringList({u"Download to Folder"_s, u"Open with Viewer"_s}));
     EXPECT_EQ(app::ruleEffects({{}, {}, {}, u"gone"_s}, {}), QStringList{u"Ineffective"_s});

@@ -3,7 +3,6 @@
 #include <ctime>
 
 #include "app/schedule/automation.h"
-#include "app/schedule/explanation.h"
 #include "app/schedule/scheduled_time.h"
 #include "app/schedule/throttle_limit_text.h"
 #include "app/settings.h"
@@ -173,21 +172,6 @@ TEST_F(ScheduleTest, PausesWhatRunsOnlyIfToldTo) {
     }
 }
 
-TEST_F(ScheduleTest, OfTheRequestsForWhenAllIsDoneTheLastOneHolds) {
-    toggles().toggleAutoSleep();
-    EXPECT_TRUE(toggles().mayTriggerSleepOnAllDone());
-    toggles().toggleAutoShutDown();
-    EXPECT_TRUE(toggles().mayTriggerSleepOnAllDone()) << "not confirmed";
-    frontEnd.onConfirm = [](const app::Alert&) { return true; };
-    toggles().toggleAutoShutDown();
-    EXPECT_TRUE(toggles().mayTriggerShutDownOnAllDone());
-    EXPECT_FALSE(toggles().mayTriggerSleepOnAllDone());
-    EXPECT_EQ(frontEnd.alerts.size(), 2U);
-    toggles().toggleAutoShutDown();
-    EXPECT_FALSE(toggles().mayTriggerShutDownOnAllDone());
-    EXPECT_EQ(frontEnd.alerts.size(), 2U) << "taking it back needs no question";
-}
-
 TEST_F(ScheduleTest, SwitchesDoAtOnceWhatTheyStandFor) {
     launch();
     add({u"a"_s, u"b"_s});
@@ -214,15 +198,6 @@ TEST_F(ScheduleTest, SwitchesDoAtOnceWhatTheyStandFor) {
     }
     toggles().toggleAcceleration();
     EXPECT_TRUE(engine::AccelerationSettings::accelerates());
-}
-
-TEST_F(ScheduleTest, ExplainsAToolbarButtonUntilTheUserHasSeenEnough) {
-    EXPECT_EQ(app::toolbarButtonExplanation(defaults, u"Speed"_s)->message, u"Speed"_s);
-    app::suppressToolbarButtonExplanation(defaults, u"Speed"_s);
-    EXPECT_TRUE(defaults.boolForKey(u"Speed: Suppress Toolbar Button Explanation"_s));
-    EXPECT_FALSE(app::toolbarButtonExplanation(defaults, u"Speed"_s));
-    EXPECT_TRUE(app::toolbarButtonExplanation(defaults, u"Schedule"_s));
-    EXPECT_FALSE(app::toolbarButtonExplanation(defaults, {}));
 }
 
 TEST(ThrottleLimitText, ReadsWhateverIsTyped) {
