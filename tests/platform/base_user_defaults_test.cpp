@@ -182,15 +182,6 @@ TEST(DefaultsInQt, ObserversHearOfAnEditThatNobodyReads) {
     EXPECT_EQ(heard, u"k"_s);
 }
 
-TEST_F(DefaultsTest, SuitesAreFilesOfTheirOwn) {
-    UserDefaults& suite = defaults.suite(u"shared"_s);
-    suite.setObject(u"k"_s, 1);
-    EXPECT_EQ(&defaults.suite(u"shared"_s), &suite);
-    EXPECT_FALSE(defaults.hasValueForKey(u"k"_s));
-    main.advance(1);
-    EXPECT_TRUE(QFile::exists(folder.filePath(u"shared.plist"_s)));
-}
-
 TEST_F(DefaultsTest, StoresFoldersAndArchives) {
     defaults.setFolderPath(u"f"_s, QDir::homePath() + u"/Stuff"_s);
     EXPECT_EQ(defaults.stringForKey(u"f"_s), u"~/Stuff"_s);
@@ -203,15 +194,6 @@ TEST_F(DefaultsTest, StoresFoldersAndArchives) {
     EXPECT_EQ(defaults.unarchivedObjectForKey(u"d"_s).toDateTime(), date);
     for (const char* foreign : {"", "bplist00", "<plist><true/></plist>"})
         EXPECT_FALSE(platform::valueFromArchivedData(foreign).isValid());
-}
-
-TEST_F(DefaultsTest, SettingsFallBack) {
-    constexpr platform::Setting<qint64> number{u"Number", 7, false, ""};
-    EXPECT_EQ(defaults.get(number), 7);
-    defaults.set(number, qint64{0});
-    EXPECT_EQ(defaults.get(number), 0);
-    defaults.setObject(u"Number"_s, u"not a number"_s);
-    EXPECT_EQ(defaults.get(number), 0);
 }
 
 TEST(Values, AreConvertedWhereThatMakesSense) {

@@ -137,14 +137,6 @@ TEST_F(FilesTest, KeepsEveryDamagedFileUnderANameOfItsOwn) {
     EXPECT_EQ(platform::keepDamagedFileAside(at(u"absent"_s)), QString());
 }
 
-TEST_F(FilesTest, ExtendedAttributesRoundTripWhereSupported) {
-    const QString path = put(u"a"_s, "");
-    EXPECT_EQ(platform::extendedAttribute(path, u"user.orlop.none"_s), std::nullopt);
-    if (!platform::setExtendedAttribute(path, u"user.orlop.test"_s, "a\0b"_ba))
-        GTEST_SKIP() << "no extended attributes here";
-    EXPECT_EQ(platform::extendedAttribute(path, u"user.orlop.test"_s), "a\0b"_ba);
-}
-
 TEST(Volumes, AreTheLongestMountOrARemovableMedium) {
     const QStringList mounts = platform::mountPoints(
         "21 1 8:1 / / rw - ext4 /dev/a rw\n"

@@ -41,6 +41,35 @@ inline platform::HTTPRequestMessage message(const QString& url,
     return result;
 }
 
+/// Gives its bytes in pieces, with a pause after some of them.
+class Source final : public platform::HTTPBodySource {
+public:
+    explicit Source(QByteArray given) : bytes(std::move(given)) {}
+
+    Piece read(char* buffer, qsizetype maximum) override {
+        ++readings;
+        if (failsAt >= 0 && at >= failsAt)
+            return {State::Failed};
+        if (pausesEvery > 0 && readings % pausesEvery == 0)
+            return {State::NotNow};
+        const qsizetype count = std::min({maximum, pieceSize, bytes.size() - at});
+        std::copy_n(bytes.constData() + at, count, buffer);
+        at += count;
+        return count == 0 ? Piece{State::End} : Piece{State::Data, count};
+    }
+    bool rewind() override {
+        at = 0;
+        return true;
+    }
+
+    QByteArray bytes;
+    qsizetype pieceSize = 1 << 20;
+    int pausesEvery = 0;
+    qsizetype failsAt = -1;
+    qsizetype at = 0;
+    int readings = 0;
+};
+
 /// A stream and what it has told, read to its end as it comes.
 class Exchange {
 public:
@@ -97,6 +126,7 @@ private:
 public:
     void read() {
         const QByteArray piece = stream->read(readSize);
+        EXPECT_LE(piece.size(), readSize);
         largestPiece = std::max(largestPiece, piece.size());
         body += piece;
     }

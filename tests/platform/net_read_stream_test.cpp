@@ -55,18 +55,6 @@ TEST(NetReadStream, YieldsHeadAndBody) {
     }
 }
 
-TEST(NetReadStream, ReadsNoMoreThanAskedFor) {
-    HTTPServer server;
-    Reply reply{.body = support::patternedBytes(300'000)};
-    server.serve("/f", reply);
-    Loop loop;
-    Exchange exchange(loop, server.url(u"/f"_s));
-    exchange.readSize = 999;
-    exchange.run();
-    EXPECT_EQ(exchange.body, reply.body);
-    EXPECT_EQ(exchange.largestPiece, 999);
-}
-
 TEST(NetReadStream, SendsExactlyTheMessage) {
     HTTPServer server;
     Loop loop;

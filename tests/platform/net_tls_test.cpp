@@ -53,21 +53,4 @@ TEST(NetTls, PresentsAClientCertificate) {
     EXPECT_EQ(outcome(loop, server.url(), settings), "200");
 }
 
-TEST(NetTls, CarriesLargeBodiesAndKeepsConnections) {
-    HTTPServer server(HTTPServer::Security::Tls);
-    Reply reply{.body = support::patternedBytes(5'000'000)};
-    server.serve("/", reply);
-    TLSSettings settings;
-    settings.authoritiesPath = server.authoritiesPath();
-    Loop loop;
-    platform::HTTPConnectionIdentity identity(loop.loop);
-    for (int i = 0; i < 2; ++i) {
-        Exchange exchange(loop, server.url());
-        exchange.stream->setTLSSettings(settings);
-        exchange.stream->setConnection(&identity);
-        EXPECT_EQ(exchange.run().body, reply.body);
-    }
-    EXPECT_EQ(server.connectionCount(), 1U);
-}
-
 }  // namespace

@@ -7,39 +7,11 @@ using namespace Qt::Literals::StringLiterals;
 using net_test::Exchange;
 using net_test::Loop;
 using net_test::message;
+using net_test::Source;
 using support::HTTPServer;
 using support::Reply;
 
 namespace {
-
-/// Gives its bytes in pieces, with a pause after some of them.
-class Source final : public platform::HTTPBodySource {
-public:
-    explicit Source(QByteArray given) : bytes(std::move(given)) {}
-
-    Piece read(char* buffer, qsizetype maximum) override {
-        ++readings;
-        if (failsAt >= 0 && at >= failsAt)
-            return {State::Failed};
-        if (pausesEvery > 0 && readings % pausesEvery == 0)
-            return {State::NotNow};
-        const qsizetype count = std::min({maximum, pieceSize, bytes.size() - at});
-        std::copy_n(bytes.constData() + at, count, buffer);
-        at += count;
-        return count == 0 ? Piece{State::End} : Piece{State::Data, count};
-    }
-    bool rewind() override {
-        at = 0;
-        return true;
-    }
-
-    QByteArray bytes;
-    qsizetype pieceSize = 1 << 20;
-    int pausesEvery = 0;
-    qsizetype failsAt = -1;
-    qsizetype at = 0;
-    int readings = 0;
-};
 
 class NetUpload : public testing::Test {
 protected:
@@ -74,28 +46,6 @@ TEST_F(NetUpload, SendsTheBodyAsItComes) {
             EXPECT_EQ(seen.header("Expect"), std::nullopt);
         }
     }
-}
-
-TEST_F(NetUpload, WaitsForASourceThatHasNothingYet) {
-    Source source(support::patternedBytes(50'000));
-    source.pieceSize = 10'000;
-    source.pausesEvery = 2;
-    Exchange exchange(loop, message(server.url(u"/put"_s), u"POST"_s), &source, length(source));
-    ASSERT_TRUE(exchange.stream->open());
-    int resumed = 0;
-    while (!exchange.isOver()) {
-        const int before = source.readings;
-        loop.runUntil([&] { return exchange.isOver() || source.readings % 2 == 0; });
-        loop.runFor(0.005);
-        if (exchange.isOver())
-            break;
-        EXPECT_EQ(source.readings % 2, 0) << "asked again, unbidden";
-        ASSERT_LT(++resumed, 20) << before;
-        exchange.stream->resumeBody();
-        loop.runUntil([&] { return exchange.isOver() || source.readings % 2 == 1; });
-    }
-    EXPECT_EQ(exchange.body, "50000");
-    EXPECT_EQ(server.requests().back().body, source.bytes);
 }
 
 TEST_F(NetUpload, StandsStillWhileUnscheduled) {

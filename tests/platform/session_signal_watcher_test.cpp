@@ -31,40 +31,9 @@ TEST_F(SignalWatcherTest, TellsOfSignalsInTheEventLoopAndNotBefore) {
     EXPECT_EQ(told, (std::vector<int>{SIGUSR1, SIGUSR2}));
 }
 
-TEST_F(SignalWatcherTest, LeavesWhatTheStarterHadIgnored) {
-    std::signal(SIGHUP, SIG_IGN);
-    {
-        const SignalWatcher watcher({{SIGHUP}}, note);
-        std::raise(SIGHUP);
-        QCoreApplication::processEvents();
-        EXPECT_TRUE(told.empty());
-    }
-    EXPECT_EQ(std::signal(SIGHUP, SIG_DFL), SIG_IGN);
-}
-
 TEST_F(SignalWatcherTest, GivesTheFormerDispositionBack) {
     { const SignalWatcher watcher({{SIGUSR1}}, note); }
     EXPECT_EQ(std::signal(SIGUSR1, SIG_DFL), SIG_DFL);
-}
-
-TEST_F(SignalWatcherTest, EndsTheProcessAtTheSecondSignalEvenIfNobodyListens) {
-    EXPECT_EXIT(
-        {
-            const SignalWatcher watcher({{SIGINT, true}}, note);
-            std::raise(SIGINT);
-            std::raise(SIGINT);
-            std::_Exit(0);
-        },
-        testing::KilledBySignal(SIGINT), "");
-}
-
-TEST_F(SignalWatcherTest, EndsByTheSignalThatWasAsked) {
-    EXPECT_EXIT(
-        {
-            const SignalWatcher watcher({{SIGTERM}}, note);
-            platform::endBySignal(SIGTERM);
-        },
-        testing::KilledBySignal(SIGTERM), "");
 }
 
 }  // namespace
