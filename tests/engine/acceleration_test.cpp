@@ -151,9 +151,7 @@ protected:
 
     /// Starts a split download and stops it when each part has half of its bytes.
     DownloadPtr pausedHalfway() {
-        Reply slow = reply(body);
-        slow.stallAfter = static_cast<std::size_t>(body.size() / 8);
-        server.serve("/file.bin", slow);
+        serve(body, {.stallAfter = static_cast<std::size_t>(body.size() / 8)});
         auto download = add();
         download->startDownload();
         EXPECT_TRUE(waitForBytes(*download, body.size() / 8 * 4));
@@ -168,9 +166,7 @@ protected:
 };
 
 TEST_F(AccelerationTest, PartsAreJoinedInOrder) {
-    Reply slow = reply(body);
-    slow.stallAfter = 200'000;
-    server.serve("/file.bin", slow);
+    serve(body, {.stallAfter = 200'000});
     const auto download = add();
     download->startDownload();
     ASSERT_TRUE(waitForBytes(*download, 800'000));
@@ -185,34 +181,66 @@ TEST_F(AccelerationTest, SmallFilesAndDeafServersGetOneConnection) {
     serve(patternedBytes(199'999));
     run(add());
     EXPECT_EQ(requestedRanges().size(), 1u);
-    Reply deaf = reply(body);
-    deaf.announceRanges = false;
-    server.serve("/file.bin", deaf);
+    serve(body, {.announceRanges = false});
     const auto download = add();
     run(download);
     EXPECT_EQ(requestedRanges().size(), 2u);
     EXPECT_TRUE(download->userSettings().boolean(keys::rangesDisabled));
 }
 
-TEST_F(AccelerationTest, EachPartGoesOnWhereItStood) {
-    const auto download = restarted(pausedHalfway());
-    const auto before = server.requests().size();
-    run(download);
-    EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
-    std::vector<std::string> ranges = requestedRanges();
-    ranges.erase(ranges.begin(), ranges.begin() + static_cast<std::ptrdiff_t>(before));
-    std::sort(ranges.begin(), ranges.end());
-    EXPECT_EQ(ranges, (std::vector<std::string>{"bytes=125000-250002", "bytes=375003-500002",
-                                                "bytes=625003-750002", "bytes=875003-1000002"}));
-}
-
-/// Paused while other workers were ahead of the first one.
-TEST_F(AccelerationTest, FirstPartCanBeginAtTheFirstByteOnceMore) {
-    const auto download = restarted(pausedHalfway());
-    write(downloadedPath(u"file.bin.orlop/file.bin"_s), {});
-    run(download);
-    EXPECT_EQ(download->status(), DQDownloadStatusDone);
-    EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
+/// Whatever a kill, a pause or a user has left of the parts.
+TEST_F(AccelerationTest, GoesOnFromWhatIsThereOfTheParts) {
+    const QString primary = downloadedPath(u"file.bin.orlop/file.bin"_s);
+    const auto joinHalf = [&](const DownloadPtr&) {
+        write(primary, body.first(600'000));
+        QFile::remove(accelerationFragmentPath(primary, 1));
+        write(accelerationFragmentPath(primary, 2), body.mid(500'003, 250'000));
+        write(accelerationFragmentPath(primary, 3), body.mid(750'003));
+        ASSERT_TRUE(platform::setExtendedAttribute(primary, u"user.orlop.finishing"_s, "1"));
+    };
+    using Ranges = std::vector<std::string>;
+    const std::string second = "bytes=375003-500002", third = "bytes=625003-750002",
+                      fourth = "bytes=875003-1000002";
+    struct Case {
+        const char* what;
+        std::function<void(const DownloadPtr&)> meanwhile;
+        /// What is asked for first, in order of the texts.
+        Ranges ranges;
+    };
+    const Case cases[] = {
+        {"half of each", [](const DownloadPtr&) {}, {"bytes=125000-250002", second, third, fourth}},
+        {"nothing of the first, which others were ahead of",
+         [&](const DownloadPtr&) { write(primary, {}); },
+         {"bytes=0-250002", second, third, fourth}},
+        {"a first that has run past its end",
+         [&](const DownloadPtr&) { write(primary, body.first(260'000)); },
+         {second, third, fourth}},
+        {"one lost",
+         [&](const DownloadPtr&) { QFile::remove(accelerationFragmentPath(primary, 2)); },
+         {""}},
+        {"no record of them",
+         [](const DownloadPtr& download) {
+             download->userSettings().remove(keys::accelerationWorkers);
+         },
+         {""}},
+        {"joined as far as the third when it was killed", joinHalf, {}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        const auto download = restarted(pausedHalfway());
+        c.meanwhile(download);
+        const auto before = static_cast<std::ptrdiff_t>(server.requests().size());
+        run(download);
+        ASSERT_EQ(download->status(), DQDownloadStatusDone);
+        EXPECT_EQ(contents(download->path()), body);
+        EXPECT_EQ(downloadedNames(), QStringList{u"file.bin"_s});
+        Ranges ranges = requestedRanges();
+        ranges.erase(ranges.begin(), ranges.begin() + before);
+        ranges.resize(std::min(ranges.size(), c.ranges.size()));
+        std::sort(ranges.begin(), ranges.end());
+        EXPECT_EQ(ranges, c.ranges);
+        QFile::remove(download->path());
+    }
 }
 
 TEST_F(AccelerationTest, ChangedFileIsNeverMixed) {
@@ -222,44 +250,6 @@ TEST_F(AccelerationTest, ChangedFileIsNeverMixed) {
     download->addToQueue();
     ASSERT_TRUE(waitForStatus(*download, finishedStatuses));
     EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), other);
-}
-
-TEST_F(AccelerationTest, LostFragmentOrRecordMeansANewStart) {
-    for (const bool loseFile : {true, false}) {
-        const auto download = restarted(pausedHalfway());
-        if (loseFile)
-            QFile::remove(downloadedPath(u"file.bin.orlop/file.bin.orlop-xf-2"_s));
-        else
-            download->userSettings().remove(keys::accelerationWorkers);
-        run(download);
-        ASSERT_EQ(download->status(), DQDownloadStatusDone);
-        EXPECT_EQ(contents(download->path()), body);
-        QFile::remove(download->path());
-    }
-}
-
-/// What a kill in the middle of joining leaves behind.
-TEST_F(AccelerationTest, JoinThatWasCutShortIsTakenUpAgain) {
-    const auto download = restarted(pausedHalfway());
-    const QString primary = downloadedPath(u"file.bin.orlop/file.bin"_s);
-    write(primary, body.first(600'000));
-    QFile::remove(accelerationFragmentPath(primary, 1));
-    write(accelerationFragmentPath(primary, 2), body.mid(500'003, 250'000));
-    write(accelerationFragmentPath(primary, 3), body.mid(750'003));
-    ASSERT_TRUE(platform::setExtendedAttribute(primary, u"user.orlop.finishing"_s, "1"));
-    const auto requests = server.requests().size();
-    run(download);
-    EXPECT_EQ(server.requests().size(), requests);
-    EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
-    EXPECT_EQ(downloadedNames(), QStringList{u"file.bin"_s});
-}
-
-/// A primary file may have run past its part when the program was killed.
-TEST_F(AccelerationTest, OverlongPrimaryFileIsCut) {
-    const auto download = restarted(pausedHalfway());
-    write(downloadedPath(u"file.bin.orlop/file.bin"_s), body.first(260'000));
-    run(download);
-    EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
 }
 
 TEST_F(AccelerationTest, CompletePartsWaitForTheUser) {
@@ -352,7 +342,7 @@ TEST_F(AccelerationTest, ResultIsTheFileWhateverServersDoWithParts) {
 }
 
 TEST_F(AccelerationTest, RedirectedPartsKeepTheirPlaces) {
-    serve(body, u"/mirror.bin"_s);
+    serve(body, {}, u"/mirror.bin"_s);
     server.handle("/file.bin", [&](const support::ReceivedRequest& request) {
         Reply served = reply(body);
         served.rate = 2'000'000;

@@ -46,14 +46,6 @@ protected:
     std::shared_ptr<TitleReader> reader = std::make_shared<TitleReader>();
 };
 
-TEST_F(DownloadRecordTest, RecordsAreMadeOfAddressesOnly) {
-    EXPECT_FALSE(DQDownload::downloadWithURLString(u"no address"_s, true));
-    EXPECT_FALSE(DQDownload::downloadWithURLString({}, true));
-    EXPECT_EQ(manager.invalidations, 0);
-    EXPECT_EQ(manager.add(u"http://a/"_s, true)->status(), DQDownloadStatusQueued);
-    EXPECT_EQ(manager.invalidations, 1);
-}
-
 TEST_F(DownloadRecordTest, NamesFollowTheirSources) {
     const auto download = manager.add(u"http://www.example.org/dir/a+b%20c.zip?x=1"_s);
     EXPECT_EQ(download->name(), u"a b c.zip"_s);
@@ -88,13 +80,6 @@ TEST_F(DownloadRecordTest, PageRuleKeepsTheTitleAsName) {
     download->setName(u"42.mp4"_s);
     EXPECT_EQ(download->name(), u"Some Film.mp4"_s);
     EXPECT_EQ(download->userSettings().string(keys::name), u"Some Film.mp4"_s);
-}
-
-TEST_F(DownloadRecordTest, SearchLooksAtNameOrAddress) {
-    const auto download = manager.add(u"http://example.org/x/%C3%BCber.bin"_s);
-    EXPECT_TRUE(download->isMatchForSearchStrings({u"ÜBER"_s, u"bin"_s}, false));
-    EXPECT_FALSE(download->isMatchForSearchStrings({u"example"_s}, false));
-    EXPECT_TRUE(download->isMatchForSearchStrings({u"example"_s}, true));
 }
 
 TEST_F(DownloadRecordTest, RulesMatchHostsFromTheRight) {

@@ -20,10 +20,65 @@ using support::Reply;
 constexpr qint64 half = 300'000;
 constexpr qint64 whole = 600'000;
 
-TEST_F(TransferTest, PauseBeforeTheFirstAnswerKeepsNothing) {
-    Reply served = reply(patternedBytes(100));
-    served.stallHead = true;
-    server.serve("/file.bin", served);
+class ResumeTest : public TransferTest {
+protected:
+    DownloadPtr paused() { return pausedAfter(half, reply(body)); }
+
+    const QByteArray body = patternedBytes(whole);
+    const QString partial = downloadedPath(u"file.bin.orlop/file.bin"_s);
+};
+
+TEST_F(ResumeTest, GoesOnFromWhatIsThereOfTheFile) {
+    const auto losePower = [this] {
+        waitForBackgroundWork();
+        ASSERT_TRUE(platform::extendedAttribute(partial, u"user.orlop.synced"_s));
+        write(partial, body.first(100'000) + QByteArray(half - 100'000, '\0'));
+        ASSERT_TRUE(
+            platform::setExtendedAttribute(partial, u"user.orlop.synced"_s, "another-boot 100000"));
+    };
+    const auto nothing = std::nullopt;
+    struct Case {
+        const char* what;
+        std::function<void()> meanwhile;
+        /// Nothing: there is no request.
+        std::optional<std::string> range;
+        QString logged;
+    };
+    const Case cases[] = {
+        {"half of it", [] {}, "bytes=300000-", {}},
+        {"nothing any more", [this] { QFile::remove(partial); }, "",
+         u"intermediate download file vanished"_s},
+        {"more than there can be", [this] { write(partial, body + "x"); }, "", {}},
+        {"all of it, but it was not moved", [this] { write(partial, body); }, nothing, {}},
+        {"less than was written before the power failed", losePower, "bytes=100000-", {}},
+    };
+    for (const Case& c : cases) {
+        for (const bool restarts : {false, true}) {
+            SCOPED_TRACE(c.what);
+            SCOPED_TRACE(restarts);
+            auto download = paused();
+            if (restarts)
+                download = restarted(download);
+            EXPECT_EQ(download->statusDescriptionWithLiveDetails(false), u"Paused");
+            EXPECT_EQ(download->downloadCompletionFraction(), 0);
+            c.meanwhile();
+            const auto requests = server.requests().size();
+            run(download);
+            EXPECT_EQ(contents(download->path()), body);
+            ASSERT_EQ(server.requests().size(), requests + (c.range ? 1 : 0));
+            EXPECT_EQ(requestedRanges().back(), c.range.value_or(""));
+            if (c.range && !c.range->empty()) {
+                EXPECT_EQ(server.requests().back().header("If-Range"),
+                          reply(body).headers[0].second);
+            }
+            EXPECT_TRUE(c.logged.isEmpty() || log->contains(c.logged));
+            QFile::remove(download->path());
+        }
+    }
+}
+
+TEST_F(ResumeTest, PauseBeforeTheFirstAnswerKeepsNothing) {
+    serve(patternedBytes(100), {.stallHead = true});
     const auto download = add();
     download->startDownload();
     ASSERT_TRUE(main.waitUntil([&] { return !server.requests().empty(); }));
@@ -33,30 +88,9 @@ TEST_F(TransferTest, PauseBeforeTheFirstAnswerKeepsNothing) {
     server.release();
 }
 
-TEST_F(TransferTest, PausedDownloadGoesOnWhereItStood) {
-    const QByteArray body = patternedBytes(whole);
-    const auto download = pausedAfter(half, reply(body));
-    EXPECT_EQ(download->statusDescriptionWithLiveDetails(false), u"Paused");
-    EXPECT_EQ(download->downloadCompletionFraction(), 0);
-    run(download);
-    EXPECT_EQ(requestedRanges(), (std::vector<std::string>{"", "bytes=300000-"}));
-    EXPECT_EQ(server.requests().back().header("If-Range"), reply(body).headers[0].second);
-    EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
-}
-
-TEST_F(TransferTest, DownloadGoesOnAfterARestart) {
-    const QByteArray body = patternedBytes(whole);
-    const auto download = restarted(pausedAfter(half, reply(body)));
-    EXPECT_EQ(download->statusDescriptionWithLiveDetails(false), u"Paused");
-    run(download);
-    EXPECT_EQ(requestedRanges().back(), "bytes=300000-");
-    EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
-}
-
 /// What the container says about itself must be enough to go on by.
-TEST_F(TransferTest, ContainerCarriesItsOwnMetadata) {
-    const QByteArray body = patternedBytes(whole);
-    const auto download = pausedAfter(half, reply(body));
+TEST_F(ResumeTest, ContainerCarriesItsOwnMetadata) {
+    const auto download = paused();
     const QByteArray info = contents(downloadedPath(u"file.bin.orlop/Archive.orlopinfo"_s));
     const QVariantMap archive = platform::readPropertyList(info).value.toMap();
     EXPECT_EQ(archive.value(keys::url), server.url(u"/file.bin"_s));
@@ -64,15 +98,14 @@ TEST_F(TransferTest, ContainerCarriesItsOwnMetadata) {
     EXPECT_EQ(archive.value(keys::paused), false);
     EXPECT_EQ(archive.value(keys::expectedBytes), whole);
     EXPECT_FALSE(archive.contains(keys::statusCode));
-    EXPECT_EQ(platform::expandTilde(archive.value(keys::resumePath).toString()),
-              downloadedPath(u"file.bin.orlop/file.bin"_s));
+    EXPECT_EQ(platform::expandTilde(archive.value(keys::resumePath).toString()), partial);
     EXPECT_EQ(platform::extendedAttribute(downloadedPath(u"file.bin.orlop"_s),
                                           u"user.orlop.fraction-completed"_s),
               "0.50");
 }
 
 /// Every way in which the rest that comes can be the rest of something else.
-TEST_F(TransferTest, ResumeNeverSplicesTwoFiles) {
+TEST_F(ResumeTest, ResumeNeverSplicesTwoFiles) {
     const QByteArray first = patternedBytes(whole, 1);
     const QByteArray second = patternedBytes(whole, 2);
     const QByteArray longer = patternedBytes(whole + 50'000, 3);
@@ -80,33 +113,35 @@ TEST_F(TransferTest, ResumeNeverSplicesTwoFiles) {
         const char* what;
         Reply before, after;
         QByteArray expected;
+        /// Sent in place of `after` whatever "If-Range" says.
+        std::optional<Reply> toRange = {};
     };
-    const auto withoutTag = [](const QByteArray& body) { return Reply{.body = body}; };
-    const auto dated = [&](const QByteArray& body, const char* date) {
-        Reply reply = withoutTag(body);
-        reply.headers = {{"Last-Modified", date}, {"Date", "Wed, 16 Nov 1994 00:00:00 GMT"}};
-        return reply;
+    const auto withoutTag = [](const QByteArray& file) { return Reply{.body = file}; };
+    const auto dated = [](const QByteArray& file, const char* date) {
+        return Reply{
+            .headers = {{"Last-Modified", date}, {"Date", "Wed, 16 Nov 1994 00:00:00 GMT"}},
+            .body = file};
     };
-    Reply deaf = reply(second);
-    deaf.ranges = Reply::Ranges::Ignore;
-    Reply wrongOffset = reply(first);
-    wrongOffset.ranges = Reply::Ranges::WrongOffset;
-    Reply wrongTotal = withoutTag(first);
-    wrongTotal.ranges = Reply::Ranges::WrongTotal;
-    Reply fickle = reply(second);  // Sends the rest of another version whatever "If-Range" says.
+    const Reply rest =
+        reply(second.mid(half),
+              {.status = 206, .headers = {{"Content-Range", "bytes 300000-599999/600000"}}});
     const std::vector<Case> cases{
         {"another version", reply(first), reply(second), second},
         {"another length", withoutTag(first), withoutTag(longer), longer},
         {"another date", dated(first, "Tue, 15 Nov 1994 12:45:26 GMT"),
          dated(second, "Tue, 15 Nov 1994 13:45:26 GMT"), second},
-        {"no ranges", reply(first), deaf, second},
-        {"another part", reply(first), wrongOffset, first},
-        {"a part of another length", withoutTag(first), wrongTotal, first},
+        {"no ranges", reply(first), reply(second, {.ranges = Reply::Ranges::Ignore}), second},
+        {"another part", reply(first), reply(first, {.ranges = Reply::Ranges::WrongOffset}), first},
+        {"a part of another length", withoutTag(first),
+         Reply{.body = first, .ranges = Reply::Ranges::WrongTotal}, first},
+        {"the rest of another version", reply(first), reply(second), second, rest},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
         const auto download = restarted(pausedAfter(half, c.before));
-        server.serve("/file.bin", c.after);
+        server.handle("/file.bin", [&c](const support::ReceivedRequest& request) {
+            return c.toRange && request.header("Range") ? *c.toRange : c.after;
+        });
         download->addToQueue();
         ASSERT_TRUE(waitForStatus(*download, finishedStatuses));
         ASSERT_EQ(download->status(), DQDownloadStatusDone);
@@ -114,35 +149,18 @@ TEST_F(TransferTest, ResumeNeverSplicesTwoFiles) {
         EXPECT_FALSE(downloadedNames().contains(u"file.bin.orlop"_s));
         QFile::remove(download->path());
     }
-    // And a server that answers with the rest of another version although asked not to.
-    const auto download = restarted(pausedAfter(half, reply(first)));
-    server.handle("/file.bin", [&](const support::ReceivedRequest& request) {
-        if (!request.header("Range"))
-            return fickle;
-        Reply part = fickle;
-        part.status = 206;
-        part.body = second.mid(half);
-        part.headers.emplace_back("Content-Range", "bytes 300000-599999/600000");
-        return part;
-    });
-    download->addToQueue();
-    ASSERT_TRUE(waitForStatus(*download, finishedStatuses));
-    EXPECT_EQ(contents(download->path()), second);
 }
 
-TEST_F(TransferTest, RangeAnsweredWithAnErrorAborts) {
-    const auto download = pausedAfter(half, reply(patternedBytes(whole)));
-    Reply refusal = reply("gone");
-    refusal.status = 410;
-    server.serve("/file.bin", refusal);
+TEST_F(ResumeTest, RangeAnsweredWithAnErrorAborts) {
+    const auto download = paused();
+    serve("gone", {.status = 410});
     run(download);
     EXPECT_EQ(download->statusDescriptionWithLiveDetails(false), u"Aborted — 410");
     EXPECT_EQ(downloadedNames(), QStringList());
 }
 
-TEST_F(TransferTest, ResumeThatGetsNoByteBeginsAnew) {
-    const QByteArray body = patternedBytes(whole);
-    const auto download = pausedAfter(half, reply(body));
+TEST_F(ResumeTest, ResumeThatGetsNoByteBeginsAnew) {
+    const auto download = paused();
     server.handle("/file.bin", [&](const support::ReceivedRequest& request) {
         Reply served = reply(body);
         if (request.header("Range"))
@@ -156,9 +174,8 @@ TEST_F(TransferTest, ResumeThatGetsNoByteBeginsAnew) {
     EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
 }
 
-TEST_F(TransferTest, ResumeThatReachesNoServerKeepsWhatCame) {
-    const QByteArray body = patternedBytes(whole);
-    const auto download = pausedAfter(half, reply(body));
+TEST_F(ResumeTest, ResumeThatReachesNoServerKeepsWhatCame) {
+    const auto download = paused();
     const QString address = download->userSettings().string(keys::responseURL);
     download->userSettings().set(keys::responseURL, u"http://127.0.0.1:9/file.bin"_s);
     run(download);
@@ -170,15 +187,12 @@ TEST_F(TransferTest, ResumeThatReachesNoServerKeepsWhatCame) {
     EXPECT_EQ(server.requests().back().header("Range"), "bytes=300000-");
 }
 
-TEST_F(TransferTest, CutConnectionInterruptsAndKeepsWhatCame) {
-    const QByteArray body = patternedBytes(whole);
-    Reply cut = reply(body);
-    cut.cutAfter = half;
-    server.serve("/file.bin", cut);
+TEST_F(ResumeTest, CutConnectionInterruptsAndKeepsWhatCame) {
+    serve(body, {.cutAfter = half});
     const auto download = add();
     run(download);
     EXPECT_EQ(download->statusDescriptionWithLiveDetails(false), u"Interrupted");
-    EXPECT_EQ(contents(downloadedPath(u"file.bin.orlop/file.bin"_s)), body.first(half));
+    EXPECT_EQ(contents(partial), body.first(half));
     serve(body);
     download->addToQueue();
     EXPECT_FALSE(download->isInterrupted());
@@ -186,11 +200,9 @@ TEST_F(TransferTest, CutConnectionInterruptsAndKeepsWhatCame) {
     EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
 }
 
-TEST_F(TransferTest, AutoResumeTakesOneOfABurst) {
+TEST_F(ResumeTest, AutoResumeTakesOneOfABurst) {
     set(settings::autoResume, true);
-    Reply cut = reply(patternedBytes(100'000));
-    cut.cutAfter = 500;
-    server.serve("/file.bin", cut);
+    serve(patternedBytes(100'000), {.cutAfter = 500});
     const auto first = add(), second = add();
     run(first);
     run(second);
@@ -215,39 +227,28 @@ TEST_F(TransferTest, AutoResumeTakesOneOfABurst) {
     EXPECT_EQ(server.requests().size(), requests);
 }
 
-TEST_F(TransferTest, RemovalTakesThePartialDataAlong) {
-    const auto download = pausedAfter(half, reply(patternedBytes(whole)));
+TEST_F(ResumeTest, RemovalTakesThePartialDataAlong) {
+    const auto download = paused();
     write(downloadedPath(u"file.bin.orlop/notes.txt"_s), "mine");
     download->remove();
     EXPECT_EQ(download->status(), DQDownloadStatusAborted);
     EXPECT_TRUE(manager.queue.empty());
     // Nothing but what is ours goes.
     EXPECT_EQ(contents(downloadedPath(u"file.bin.orlop/notes.txt"_s)), "mine");
-    EXPECT_FALSE(QFile::exists(downloadedPath(u"file.bin.orlop/file.bin"_s)));
-    const auto other = pausedAfter(half, reply(patternedBytes(whole)));
+    EXPECT_FALSE(QFile::exists(partial));
+    const auto other = paused();
     other->remove();
     EXPECT_EQ(downloadedNames(), QStringList{u"file.bin.orlop"_s});
     EXPECT_EQ(manager.decrements, 0);
 }
 
-TEST_F(TransferTest, VanishedPartialFileMeansANewStart) {
-    const QByteArray body = patternedBytes(whole);
-    const auto download = pausedAfter(half, reply(body));
-    QFile::remove(downloadedPath(u"file.bin.orlop/file.bin"_s));
-    run(download);
-    EXPECT_TRUE(log->contains(u"intermediate download file vanished"_s));
-    EXPECT_EQ(requestedRanges().back(), "");
-    EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
-}
-
 /// Killed after the file was moved, before that was saved.
-TEST_F(TransferTest, FinishedFileIsKnownAgainAndOnlyThat) {
+TEST_F(ResumeTest, FinishedFileIsKnownAgainAndOnlyThat) {
     main.clock.setWall(static_cast<double>(QDateTime::currentSecsSinceEpoch()));
-    const QByteArray body = patternedBytes(whole);
-    const auto paused = pausedAfter(half, reply(body));
-    const auto download = restarted(paused);
-    const auto twin = restarted(paused);
-    const auto later = restarted(paused);
+    const auto killed = paused();
+    const auto download = restarted(killed);
+    const auto twin = restarted(killed);
+    const auto later = restarted(killed);
     run(download);
     const auto requests = server.requests().size();
     run(twin);
@@ -262,8 +263,8 @@ TEST_F(TransferTest, FinishedFileIsKnownAgainAndOnlyThat) {
     EXPECT_EQ(downloadedNames(), QStringList({u"file 1.bin"_s, u"file.bin"_s}));
 }
 
-TEST_F(TransferTest, AbsentVolumePausesAndKeepsTheRecord) {
-    const auto download = pausedAfter(half, reply(patternedBytes(whole)));
+TEST_F(ResumeTest, AbsentVolumePausesAndKeepsTheRecord) {
+    const auto download = paused();
     const QString away = u"/media/nobody/Disk/file.bin.orlop/file.bin"_s;
     download->setIntermediateDownloadTargetPath(away);
     int alerts = 0;
@@ -277,51 +278,13 @@ TEST_F(TransferTest, AbsentVolumePausesAndKeepsTheRecord) {
     EXPECT_TRUE(download->userSettings().contains(keys::responseURL));
 }
 
-/// Killed after the last byte, before the file was moved: nothing is left to be asked for.
-TEST_F(TransferTest, CompletePartialDataIsFinishedWithoutARequest) {
-    const QByteArray body = patternedBytes(whole);
-    const auto download = pausedAfter(half, reply(body));
-    write(downloadedPath(u"file.bin.orlop/file.bin"_s), body);
-    const auto requests = server.requests().size();
-    run(restarted(download));
-    EXPECT_EQ(server.requests().size(), requests);
-    EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
-}
-
-TEST_F(TransferTest, PartialFileThatIsTooLongIsGivenUp) {
-    const QByteArray body = patternedBytes(whole);
-    const auto download = pausedAfter(half, reply(body));
-    write(downloadedPath(u"file.bin.orlop/file.bin"_s), body + "x");
-    run(download);
-    EXPECT_EQ(requestedRanges().back(), "");
-    EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
-}
-
-/// After the power failed, the end of a file may hold anything but what was written.
-TEST_F(TransferTest, BytesThatMayNotHaveReachedTheDiskAreFetchedAgain) {
-    const QByteArray body = patternedBytes(whole);
-    const auto download = pausedAfter(half, reply(body));
-    waitForBackgroundWork();
-    const QString partial = downloadedPath(u"file.bin.orlop/file.bin"_s);
-    const auto mark = platform::extendedAttribute(partial, u"user.orlop.synced"_s);
-    ASSERT_TRUE(mark) << "no extended attributes here";
-    QByteArray data = contents(partial);
-    data.replace(100'000, 200'000, QByteArray(200'000, '\0'));
-    write(partial, data);
-    ASSERT_TRUE(
-        platform::setExtendedAttribute(partial, u"user.orlop.synced"_s, "another-boot 100000"));
-    run(download);
-    EXPECT_EQ(requestedRanges().back(), "bytes=100000-");
-    EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
-}
-
-TEST_F(TransferTest, PlantedLinksAreNotFollowed) {
+TEST_F(ResumeTest, PlantedLinksAreNotFollowed) {
     write(path(u"precious"_s), "precious");
     set(settings::intermediatesLocation, qint64{0});
-    const auto download = pausedAfter(half, reply(patternedBytes(whole)));
-    const QString partial = path(u"support/Downloads/file.bin"_s);
-    ASSERT_TRUE(QFile::remove(partial));
-    ASSERT_TRUE(QFile::link(path(u"precious"_s), partial));
+    const auto download = paused();
+    const QString planted = path(u"support/Downloads/file.bin"_s);
+    ASSERT_TRUE(QFile::remove(planted));
+    ASSERT_TRUE(QFile::link(path(u"precious"_s), planted));
     run(download);
     EXPECT_EQ(contents(path(u"precious"_s)), "precious");
     // Nor is a record believed that says its partial file lies just anywhere.
@@ -332,12 +295,11 @@ TEST_F(TransferTest, PlantedLinksAreNotFollowed) {
 }
 
 /// A redirect answers a resume with the file from its first byte.
-TEST_F(TransferTest, RedirectedResumeBeginsAnew) {
-    const QByteArray body = patternedBytes(whole);
+TEST_F(ResumeTest, RedirectedResumeBeginsAnew) {
     for (const int status : {302, 307}) {
-        const auto download = pausedAfter(half, reply(body));
+        const auto download = paused();
         server.serve("/file.bin", {.status = status, .headers = {{"Location", "/other.bin"}}});
-        serve(body, u"/other.bin"_s);
+        serve(body, {}, u"/other.bin"_s);
         run(download);
         ASSERT_EQ(download->status(), DQDownloadStatusDone) << status;
         EXPECT_EQ(requestedRanges().back(), "");

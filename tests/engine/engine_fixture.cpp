@@ -104,13 +104,14 @@ bool TransferTest::waitForBytes(const engine::DQDownload& download, qint64 count
     return main.waitUntil([&] { return download.transfer().figures().total() >= count; });
 }
 
-support::Reply TransferTest::reply(const QByteArray& body) const {
-    return support::Reply{.headers = {{"ETag", "\"" + std::to_string(qHash(body)) + "\""}},
-                          .body = body};
+support::Reply TransferTest::reply(const QByteArray& body, support::Reply how) {
+    how.body = body;
+    how.headers.emplace_back("ETag", "\"" + std::to_string(qHash(body)) + "\"");
+    return how;
 }
 
-void TransferTest::serve(const QByteArray& body, const QString& name) {
-    server.serve(name.toStdString(), reply(body));
+void TransferTest::serve(const QByteArray& body, const support::Reply& how, const QString& name) {
+    server.serve(name.toStdString(), reply(body, how));
 }
 
 engine::DownloadPtr TransferTest::pausedAfter(qint64 count, const support::Reply& served) {

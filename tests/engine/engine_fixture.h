@@ -70,9 +70,10 @@ protected:
     void run(const engine::DownloadPtr& download);
     /// Until so many bytes of the whole file have arrived.
     [[nodiscard]] bool waitForBytes(const engine::DQDownload& download, qint64 count);
-    /// Serves `body` at "/file.bin" with an entity tag.
-    void serve(const QByteArray& body, const QString& name = QStringLiteral("/file.bin"));
-    [[nodiscard]] support::Reply reply(const QByteArray& body) const;
+    /// Serves `body` at "/file.bin" with an entity tag, and otherwise as `how` says.
+    void serve(const QByteArray& body, const support::Reply& how = {},
+               const QString& name = QStringLiteral("/file.bin"));
+    [[nodiscard]] static support::Reply reply(const QByteArray& body, support::Reply how = {});
     /// Fetches the first `count` bytes of a file of the server's, and then pauses.
     engine::DownloadPtr pausedAfter(qint64 count, const support::Reply& reply);
     /// A new record with what the other's archive says, as after a restart of the program.

@@ -200,19 +200,5 @@ TEST_F(QueueAdmissionTest, PausedHostIsNamedIfThereAreSeveral) {
     EXPECT_TRUE(first->pausedHostDescription().isNull());
 }
 
-TEST_F(QueueAdmissionTest, ChoiceOfLimitsPerHostFollowsTheOverallLimit) {
-    const std::vector<qint64> tags{0, 1, 2, 3, 4, 5};
-    const auto choice = [&] {
-        return QueueAdmission::shared().numberOfConcurrentDownloadsPerHostSelector(tags);
-    };
-    set(settings::numberOfConcurrentDownloads, qint64{3});
-    set(settings::numberOfConcurrentDownloadsPerHost, qint64{5});
-    EXPECT_EQ(choice().enabled, (std::vector<bool>{false, true, true, true, false, false}));
-    EXPECT_EQ(choice().selectedTag, 3);
-    set(settings::numberOfConcurrentDownloads, qint64{0});
-    EXPECT_EQ(choice().enabled, std::vector<bool>(6, true));
-    EXPECT_EQ(choice().selectedTag, 5);
-}
-
 }  // namespace
 }  // namespace engine_test
