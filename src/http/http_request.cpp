@@ -157,6 +157,10 @@ void HTTPRequest::setSelectors(DelegateSelectors selectors) {
     _notifier->setSelectors(std::move(selectors));
 }
 
+void HTTPRequest::setBodyStore(std::shared_ptr<HTTPBodyStore> store) {
+    _run->setBodyStore(std::move(store));
+}
+
 // Course.
 
 void HTTPRequest::startAsynchronous() {

@@ -21,6 +21,7 @@
 
 namespace http {
 
+class HTTPBodyStore;
 class RequestRun;
 class RequestNotifier;
 struct RequestState;
@@ -147,6 +148,11 @@ public:
     void setBlocks(RequestBlocks blocks);
     /// What is called on the delegate in place of its own operations, where set.
     void setSelectors(DelegateSelectors selectors);
+
+    /// Where what follows of the body in hand goes in place of the delegate, which hears how much
+    /// it was. From inside `requestDidReceiveData` for the first bytes of a body; forgotten with
+    /// it.
+    void setBodyStore(std::shared_ptr<HTTPBodyStore> store);
 
     // Course.
 

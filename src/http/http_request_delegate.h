@@ -13,7 +13,7 @@ class HTTPRequest;
 /// `platform::mainRunLoop()`, in the order in which things happened, and all are optional:
 /// override what is wanted.
 ///
-/// Four of them change what a request does, so a request must know whether they exist before it
+/// Five of them change what a request does, so a request must know whether they exist before it
 /// calls them: `capabilities` says so.
 ///
 /// A request does not own its delegate. A delegate that dies first must call
@@ -32,6 +32,9 @@ public:
         bool suppliesCredentials = false;
         /// The same for `proxyAuthenticationNeededForRequest`.
         bool suppliesProxyCredentials = false;
+        /// May call `setBodyStore` when it is given the first bytes of a body; more of a longer one
+        /// comes only when it has had the chance.
+        bool suppliesBodyStore = false;
     };
 
     virtual ~HTTPRequestDelegate() = default;
@@ -49,6 +52,8 @@ public:
     virtual void requestWillRedirectToURL(HTTPRequest& /*request*/, const platform::Url& /*url*/) {}
     /// Never empty. Keeping `data` costs no copy.
     virtual void requestDidReceiveData(HTTPRequest& /*request*/, const QByteArray& /*data*/) {}
+    /// The request's store has taken so many bytes since this was told last.
+    virtual void requestDidStoreData(HTTPRequest& /*request*/, std::int64_t /*count*/) {}
     /// Also for an HTTP error status: look at `responseStatusCode`.
     virtual void requestFinished(HTTPRequest& /*request*/) {}
     /// The request's `error` says why.

@@ -49,6 +49,12 @@ void RecordingDelegate::requestDidReceiveData(HTTPRequest& request, const QByteA
     data += block;
     if (++blocks == 1)
         note("data", request);
+    if (onBlock)
+        onBlock(blocks);
+}
+
+void RecordingDelegate::requestDidStoreData(HTTPRequest&, std::int64_t count) {
+    stored += count;
 }
 
 void RecordingDelegate::requestFinished(HTTPRequest& request) {

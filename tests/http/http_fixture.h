@@ -21,6 +21,8 @@ public:
     QByteArray data;
     std::vector<platform::Url> redirects;
     int blocks = 0;
+    std::int64_t stored = 0;
+    std::function<void(int number)> onBlock;
     bool followsRedirects = true;
     /// Called after each event is written down.
     std::function<void(const std::string& event, http::HTTPRequest& request)> onEvent;
@@ -35,6 +37,7 @@ public:
     void requestRedirected(http::HTTPRequest& request) override;
     void requestWillRedirectToURL(http::HTTPRequest& request, const platform::Url& url) override;
     void requestDidReceiveData(http::HTTPRequest& request, const QByteArray& block) override;
+    void requestDidStoreData(http::HTTPRequest& request, std::int64_t count) override;
     void requestFinished(http::HTTPRequest& request) override;
     void requestFailed(http::HTTPRequest& request) override;
     void authenticationNeededForRequest(http::HTTPRequest& request) override;

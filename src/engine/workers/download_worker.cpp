@@ -107,7 +107,6 @@ bool DQDownloadWorker::truncateAtOffset(qint64 offset) {
     _download.reset();
     if (!target_.isOpen() || !target_.truncate(offset))
         return false;
-    target_.close();
     return DQDownloadWorkerPrototype::truncateAtOffset(offset);
 }
 

@@ -67,7 +67,7 @@ DQHTTPRequestDownloadWorker::~DQHTTPRequestDownloadWorker() {
 }
 
 http::HTTPRequestDelegate::Capabilities DQHTTPRequestDownloadWorker::capabilities() const {
-    return {true, true, true, true};
+    return {true, true, true, true, true};
 }
 
 bool DQHTTPRequestDownloadWorker::startWithRequest(const WorkerRequest& request,
@@ -145,23 +145,33 @@ std::optional<platform::Error> DQHTTPRequestDownloadWorker::openTarget() {
     if (path.isEmpty())
         return makeWorkerError(WorkerErrorCode::MissingTargetPath,
                                u"%1 missing target path"_s.arg(description()));
-    if (const auto error = _downloadFile.open(path, resumeByteOffset()))
+    auto file = std::make_shared<PartialFile>();
+    if (const auto error = file->open(path, resumeByteOffset()))
         return makeWorkerError(WorkerErrorCode::CannotWrite,
                                u"%1 cannot write to intermediate file"_s.arg(description()),
                                &*error);
+    if (endByte() > 0)
+        file->setStoreLimit(endByte() + 1 - fractionStartByte());
+    _downloadFile = std::move(file);
     return std::nullopt;
 }
 
-bool DQHTTPRequestDownloadWorker::claimTargetPath() {
-    return _downloadFile.isOpen() || !openTarget();
+/// For good: the request's thread may still hold it.
+void DQHTTPRequestDownloadWorker::closeFile() {
+    if (const auto file = std::exchange(_downloadFile, nullptr))
+        file->close();
 }
 
-void DQHTTPRequestDownloadWorker::requestDidReceiveData(http::HTTPRequest&,
+bool DQHTTPRequestDownloadWorker::claimTargetPath() {
+    return _downloadFile || !openTarget();
+}
+
+void DQHTTPRequestDownloadWorker::requestDidReceiveData(http::HTTPRequest& request,
                                                         const QByteArray& data) {
     if (!isStoringAnswer() || status() != DQDownloadWorkerStatusRunning)
         return;
     const auto keep = shared_from_this();
-    if (!_downloadFile.isOpen()) {
+    if (!_downloadFile) {
         if (const auto error = openTarget())
             return stopWithError(*error);
     }
@@ -170,11 +180,19 @@ void DQHTTPRequestDownloadWorker::requestDidReceiveData(http::HTTPRequest&,
         return stopWithError(
             makeWorkerError(WorkerErrorCode::WrongLength,
                             u"%1 received more than it asked for"_s.arg(description())));
-    if (const auto error = _downloadFile.write(data))
+    if (const auto error = _downloadFile->write(data))
         return stopWithError(
             makeWorkerError(WorkerErrorCode::CannotWrite,
                             u"%1 cannot write to intermediate file"_s.arg(description()), &*error));
+    if (downloadedBytes() == 0)
+        request.setBodyStore(_downloadFile);
     processDownloadedBytes(data.size());
+}
+
+void DQHTTPRequestDownloadWorker::requestDidStoreData(http::HTTPRequest&, std::int64_t count) {
+    const auto keep = shared_from_this();
+    if (status() == DQDownloadWorkerStatusRunning)
+        processDownloadedBytes(count);
 }
 
 void DQHTTPRequestDownloadWorker::requestFinished(http::HTTPRequest&) {
@@ -219,12 +237,12 @@ void DQHTTPRequestDownloadWorker::acquireAuthentication(http::HTTPRequest& reque
 }
 
 void DQHTTPRequestDownloadWorker::reset() {
-    _downloadFile.close();
+    closeFile();
     DQDownloadWorkerPrototype::reset();
 }
 
 bool DQHTTPRequestDownloadWorker::truncateAtOffset(qint64 offset) {
-    if (!_downloadFile.isOpen() || !_downloadFile.truncate(offset))
+    if (!_downloadFile || !_downloadFile->truncate(offset))
         return false;
     const auto keep = shared_from_this();
     cleanUpActiveRequest(true);
@@ -242,7 +260,7 @@ void DQHTTPRequestDownloadWorker::cleanUpActiveRequest(bool mayBeLive) {
     if (_downloadRequest && mayBeLive)
         _downloadRequest->clearDelegatesAndCancel();
     _downloadRequest.reset();
-    _downloadFile.close();
+    closeFile();
 }
 
 }  // namespace engine

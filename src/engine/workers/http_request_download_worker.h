@@ -27,7 +27,7 @@ protected:
     [[nodiscard]] Pointer makeAnother() const override { return make(); }
     [[nodiscard]] bool startWithRequest(const WorkerRequest& request, const QString& range,
                                         platform::Seconds timeOut) override;
-    void forgetTarget() override { _downloadFile.close(); }
+    void forgetTarget() override { closeFile(); }
     void reset() override;
 
 private:
@@ -39,19 +39,21 @@ private:
                                           const platform::HTTPHeaders& headers) override;
     void requestWillRedirectToURL(http::HTTPRequest& request, const platform::Url& url) override;
     void requestDidReceiveData(http::HTTPRequest& request, const QByteArray& data) override;
+    void requestDidStoreData(http::HTTPRequest& request, std::int64_t count) override;
     void requestFinished(http::HTTPRequest& request) override;
     void requestFailed(http::HTTPRequest& request) override;
     void authenticationNeededForRequest(http::HTTPRequest& request) override;
     void proxyAuthenticationNeededForRequest(http::HTTPRequest& request) override;
 
     [[nodiscard]] std::optional<platform::Error> openTarget();
+    void closeFile();
     void acquireAuthentication(http::HTTPRequest& request);
     [[nodiscard]] bool isStoringAnswer() const;
     void cleanUpActiveRequest(bool mayBeLive);
     void stopWithError(const platform::Error& error);
 
     std::shared_ptr<http::HTTPRequest> _downloadRequest;
-    PartialFile _downloadFile;
+    std::shared_ptr<PartialFile> _downloadFile;  ///< Null before the first byte.
     int statusCode_ = 0;
 };
 

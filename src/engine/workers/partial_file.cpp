@@ -59,6 +59,7 @@ std::optional<platform::Error> PartialFile::open(const QString& path, qint64 off
     }
     if (isNew)
         markUnsynced(file.get());
+    const std::scoped_lock guard(lock_);
     file_ = std::move(file);
     offset_ = syncedOffset_ = flushedOffset_ = offset;
     syncedAt_ = monotonicNow();
@@ -66,40 +67,71 @@ std::optional<platform::Error> PartialFile::open(const QString& path, qint64 off
     return std::nullopt;
 }
 
+bool PartialFile::isOpen() const {
+    const std::scoped_lock guard(lock_);
+    return file_.isOpen();
+}
+
+void PartialFile::setStoreLimit(qint64 length) {
+    const std::scoped_lock guard(lock_);
+    storeLimit_ = length;
+}
+
 std::optional<platform::Error> PartialFile::write(const QByteArray& data) {
-    const char* bytes = data.constData();
-    auto left = static_cast<std::size_t>(data.size());
-    while (left > 0) {
-        const ssize_t written = pwrite(file_.get(), bytes, left, offset_);
+    const std::scoped_lock guard(lock_);
+    return append(data);
+}
+
+bool PartialFile::store(const QByteArray& data) {
+    const std::scoped_lock guard(lock_);
+    const bool fits = storeLimit_ == 0 || data.size() <= storeLimit_ - offset_;
+    return file_.isOpen() && fits && !append(data);
+}
+
+std::optional<platform::Error> PartialFile::append(const QByteArray& data) {
+    for (qsizetype done = 0; done < data.size();) {
+        const ssize_t written =
+            pwrite(file_.get(), data.constData() + done,
+                   static_cast<std::size_t>(data.size() - done), offset_ + done);
         if (written < 0 && errno == EINTR)
             continue;
         if (written <= 0)
             return platform::posixError(written < 0 ? errno : ENOSPC);
-        bytes += written;
-        left -= static_cast<std::size_t>(written);
-        offset_ += written;
+        done += written;
     }
+    offset_ += data.size();
+    keepDiskBusy();
+    return std::nullopt;
+}
+
+void PartialFile::keepDiskBusy() {
     if (offset_ - syncedOffset_ >= syncInterval && !syncState_->isBusy) {
         if (monotonicNow() - syncedAt_ >= leastTimeBetweenSyncs)
             syncInBackground();
         else if (offset_ - flushedOffset_ >= syncInterval)
             flushInBackground();
     }
-    return std::nullopt;
 }
 
 bool PartialFile::truncate(qint64 offset) {
-    if (ftruncate(file_.get(), offset) != 0)
+    const std::scoped_lock guard(lock_);
+    if (!file_.isOpen() || ftruncate(file_.get(), offset) != 0)
         return false;
     offset_ = offset;
     syncedOffset_ = std::min(syncedOffset_, offset);
     flushedOffset_ = std::min(flushedOffset_, offset);
     ++syncState_->cuts;
     markSynced(file_.get(), 0);
+    closeFile();
     return true;
 }
 
 void PartialFile::close() {
+    const std::scoped_lock guard(lock_);
+    closeFile();
+}
+
+void PartialFile::closeFile() {
     if (file_.isOpen() && offset_ - syncedOffset_ > syncAtClosing)
         syncInBackground();
     file_.close();
@@ -116,7 +148,7 @@ void PartialFile::flushInBackground() {
     flushedOffset_ = offset_;
 }
 
-/// Not on the main thread, which a busy disk would hold up for seconds.
+/// Not on the thread that writes, which a busy disk would hold up for seconds.
 void PartialFile::syncInBackground() {
     auto file = std::make_shared<platform::Descriptor>(fcntl(file_.get(), F_DUPFD_CLOEXEC, 0));
     syncedOffset_ = flushedOffset_ = offset_;

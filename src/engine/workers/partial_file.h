@@ -4,8 +4,10 @@
 #include <QString>
 #include <atomic>
 #include <memory>
+#include <mutex>
 #include <optional>
 
+#include "http/http_body_store.h"
 #include "platform/base/clock.h"
 #include "platform/base/error.h"
 #include "platform/files/descriptor.h"
@@ -17,23 +19,28 @@ namespace engine {
 ///
 /// So that this holds after a power failure too, it is synced in the background, every 32 MiB but
 /// not more than once a second, and when it is closed with more than 1 MiB to lose, and then marked
-/// (see `markSynced`). Main thread.
-class PartialFile {
+/// (see `markSynced`). Any thread.
+class PartialFile final : public http::HTTPBodyStore {
 public:
     PartialFile() = default;
     /// Closes it.
-    ~PartialFile();
+    ~PartialFile() override;
     PartialFile(const PartialFile&) = delete;
     PartialFile& operator=(const PartialFile&) = delete;
 
     /// Creates the file, or goes on with one that has `offset` bytes. A link is not followed, a
     /// file of another size is not touched. Nothing: done.
     [[nodiscard]] std::optional<platform::Error> open(const QString& path, qint64 offset);
-    [[nodiscard]] bool isOpen() const { return file_.isOpen(); }
+    [[nodiscard]] bool isOpen() const;
+    /// How long `store` may make it; 0: as long as may be.
+    void setStoreLimit(qint64 length);
 
-    /// Appends all of it. With an error, some of it may have been appended.
+    /// Appends all of it. With an error, some of it may lie in the file, and the same may be tried
+    /// again.
     [[nodiscard]] std::optional<platform::Error> write(const QByteArray& data);
-    /// Cuts it and goes on from there. False: it could not be cut.
+    /// The same. False: it is closed, the limit would be passed, or there was an error.
+    [[nodiscard]] bool store(const QByteArray& data) override;
+    /// Cuts it and closes it. False: it could not be cut, and is still open.
     [[nodiscard]] bool truncate(qint64 offset);
     void close();
 
@@ -44,11 +51,16 @@ private:
         std::atomic<unsigned> cuts = 0;
     };
 
+    [[nodiscard]] std::optional<platform::Error> append(const QByteArray& data);
+    void keepDiskBusy();
     void flushInBackground();
     void syncInBackground();
+    void closeFile();
 
+    mutable std::mutex lock_;  ///< Guards all below.
     platform::Descriptor file_;
     qint64 offset_ = 0;
+    qint64 storeLimit_ = 0;
     qint64 syncedOffset_ = 0;         ///< Asked for, not yet known to be on the disk.
     qint64 flushedOffset_ = 0;        ///< Up to here the disk has been told to write.
     platform::Seconds syncedAt_ = 0;  ///< When it was last asked for.

@@ -203,6 +203,25 @@ bool RequestNotifier::passOnReceivedData(QByteArray data, const std::function<vo
     return true;
 }
 
+bool RequestNotifier::isBodyStoreSupplied() const {
+    const std::scoped_lock guard(_cancelledLock);
+    return _delegate != nullptr && _delegate->capabilities().suppliesBodyStore;
+}
+
+void RequestNotifier::dataWasStored(std::int64_t count) {
+    if (_untoldStored.fetch_add(count) > 0)
+        return;
+    send([this] {
+        const std::int64_t untold = _untoldStored.exchange(0);
+        if (HTTPRequestDelegate* const target = delegate())
+            target->requestDidStoreData(_request, untold);
+    });
+}
+
+void RequestNotifier::callWhenTold(std::function<void()> call) {
+    _mailbox->post(_request.shared_from_this(), std::move(call));
+}
+
 void RequestNotifier::reportFinished() {
     send([this] {
         callDelegate(&DelegateSelectors::didFinishSelector, &HTTPRequestDelegate::requestFinished);

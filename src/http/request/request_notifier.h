@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -51,6 +52,11 @@ public:
     [[nodiscard]] bool isDataReceived() const;
     /// False: the main thread is behind, and `caughtUp` will be called there when it no longer is.
     [[nodiscard]] bool passOnReceivedData(QByteArray data, const std::function<void()>& caughtUp);
+    [[nodiscard]] bool isBodyStoreSupplied() const;
+    /// However often it happens while the main thread is busy, it is told once.
+    void dataWasStored(std::int64_t count);
+    /// Calls, on the main thread, when all that has happened so far has been told.
+    void callWhenTold(std::function<void()> call);
     void reportFinished();
     void reportFailure();
     /// False: nobody supplies credentials, and nobody has been asked.
@@ -112,6 +118,7 @@ private:
     HTTPProgressDelegate* _downloadProgressDelegate = nullptr;
     Blocks _blocks;
     Selectors _selectors;
+    std::atomic<std::int64_t> _untoldStored = 0;  ///< Bytes in the store.
     bool _reportsDirectly = false;
 };
 

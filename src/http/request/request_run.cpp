@@ -5,6 +5,7 @@
 
 #include "http/http_request.h"
 #include "http/http_request_error.h"
+#include "http/request/body_storage.h"
 #include "http/request/request_notifier.h"
 #include "http/request/request_state.h"
 #include "http/shared/shared_state.h"
@@ -169,7 +170,7 @@ void RequestRun::performThrottling() {
 
 void RequestRun::handleNetworkEvent(HTTPReadStream::Event event) {
     const std::scoped_lock guard(_state.cancelledLock);
-    if (_state.complete || _state.cancelled)
+    if (_state.complete || _state.cancelled || waitsForStorage(event))
         return;
     switch (event) {
         case HTTPReadStream::Event::BytesAvailable:
@@ -189,13 +190,55 @@ void RequestRun::handleNetworkEvent(HTTPReadStream::Event event) {
         _authentication.attemptToApplyCredentialsAndResume();
 }
 
-bool RequestRun::passOnReceivedData(QByteArray data) {
+const std::function<void()>& RequestRun::callWhenCaughtUp() {
     if (!_callWhenCaughtUp)
         _callWhenCaughtUp = [this, request = _request.weak_from_this()] {
             if (const auto alive = request.lock())
                 perform(&RequestRun::letGoOfBacklog);
         };
-    return _notifier.passOnReceivedData(std::move(data), _callWhenCaughtUp);
+    return _callWhenCaughtUp;
+}
+
+void RequestRun::setBodyStore(std::shared_ptr<HTTPBodyStore> store) {
+    const auto weak = _request.weak_from_this();
+    BodyStorage::Receiver receiver;
+    receiver.stored = [this, weak](qsizetype count) {
+        if (const auto alive = weak.lock())
+            _notifier.dataWasStored(count);
+    };
+    receiver.refused = [this, weak](const QByteArray& data) {
+        if (const auto alive = weak.lock())
+            static_cast<void>(_notifier.passOnReceivedData(data, nullptr));
+    };
+    const std::scoped_lock guard(_state.cancelledLock);
+    _state.bodyStorage = std::make_shared<BodyStorage>(_shared->storingThreads, std::move(store),
+                                                       std::move(receiver));
+}
+
+/// What ends the response is told behind the bytes that are on their way to the disk.
+bool RequestRun::waitsForStorage(HTTPReadStream::Event event) {
+    if (_state.bodyStorage == nullptr || event == HTTPReadStream::Event::BytesAvailable)
+        return false;
+    const bool waits =
+        _state.bodyStorage->callWhenIdle([this, event, weak = _request.weak_from_this()] {
+            if (const auto alive = weak.lock())
+                perform([this, event] { handleNetworkEvent(event); });
+        });
+    // That takes as long as the disk likes, and the server has no part in it.
+    if (waits)
+        _state.lastActivityTime.reset();
+    return waits;
+}
+
+bool RequestRun::passOnReceivedData(QByteArray data) {
+    if (_state.bodyStorage != nullptr)
+        return _state.bodyStorage->add(std::move(data), callWhenCaughtUp());
+    return _notifier.passOnReceivedData(std::move(data), callWhenCaughtUp());
+}
+
+void RequestRun::waitForMainThread() {
+    _stream.hold(TransferStream::Hold::Backlog);
+    _notifier.callWhenTold(callWhenCaughtUp());
 }
 
 void RequestRun::letGoOfBacklog() {

@@ -24,6 +24,7 @@
 
 namespace http {
 
+class HTTPBodyStore;
 class HTTPRequest;
 class RequestNotifier;
 class SharedState;
@@ -44,6 +45,7 @@ public:
     void start();
     void runSynchronously();
     void cancel();
+    void setBodyStore(std::shared_ptr<HTTPBodyStore> store);
     void redirectToURL(const platform::Url& url);
     void retryUsingSuppliedCredentials();
     void cancelAuthentication();
@@ -85,9 +87,11 @@ public:
     /// Whether receivers are told of anything but the end: not once it has failed, and never of a
     /// probe.
     [[nodiscard]] bool isHeard() const;
-    /// Hands bytes to the delegate. False: the main thread is behind; the stream will be let go of
-    /// when it has caught up.
+    /// Hands bytes to the body's store or else to the delegate. False: they are behind; the stream
+    /// will be let go of when they have caught up.
     [[nodiscard]] bool passOnReceivedData(QByteArray data);
+    /// Lets the stream rest until the main thread has been told all that has happened so far.
+    void waitForMainThread();
     [[nodiscard]] Authentication& authentication() { return _authentication; }
     [[nodiscard]] const Authentication& authentication() const { return _authentication; }
     [[nodiscard]] RequestCache& cache() { return _cache; }
@@ -113,6 +117,8 @@ private:
     void cancelOnRequestThread();
     void failAuthentication();
     void resumeAuthentication();
+    [[nodiscard]] bool waitsForStorage(platform::HTTPReadStream::Event event);
+    [[nodiscard]] const std::function<void()>& callWhenCaughtUp();
     void letGoOfBacklog();
 
     HTTPRequest& _request;

@@ -14,6 +14,7 @@
 
 namespace http {
 
+class BodyStorage;
 class HTTPRequest;
 
 /// Whose credentials a response asks for.
@@ -43,6 +44,7 @@ struct RequestState {
     std::vector<platform::Cookie> responseCookies;
     StringEncoding responseEncoding = noStringEncoding;
     QByteArray rawResponseData;
+    std::shared_ptr<BodyStorage> bodyStorage;  ///< Null: the delegate takes the body.
 
     // Counters, in bytes.
     std::uint64_t postLength = 0;

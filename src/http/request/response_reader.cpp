@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <utility>
 
 #include "http/content/content_type.h"
 #include "http/content/http_data_decompressor.h"
@@ -68,6 +69,7 @@ ResponseReader::~ResponseReader() = default;
 void ResponseReader::readResponseHeaders() {
     RequestState& state = _parts.state;
     state.authenticationNeeded = AuthenticationNeeded::None;
+    _hasPassedOn = false;
     const auto& head = _parts.stream.responseHead();
     if (!head)
         return;
@@ -229,8 +231,18 @@ bool ResponseReader::isRedirectBodyUnwanted() const {
 void ResponseReader::passOn(QByteArray data) {
     if (data.isEmpty() || !_run.isHeard())
         return;
-    if (!_run.passOnReceivedData(std::move(data)))
+    const bool mustWait = !std::exchange(_hasPassedOn, true) && isMoreExpected() &&
+                          _parts.notifier.isBodyStoreSupplied();
+    const bool isWithinLimit = _run.passOnReceivedData(std::move(data));
+    if (mustWait)
+        _run.waitForMainThread();
+    else if (!isWithinLimit)
         _parts.stream.hold(TransferStream::Hold::Backlog);
+}
+
+bool ResponseReader::isMoreExpected() const {
+    const RequestState& state = _parts.state;
+    return state.contentLength == 0 || state.totalBytesRead < state.contentLength;
 }
 
 std::optional<Error> ResponseReader::writeToFile(const QByteArray& received,

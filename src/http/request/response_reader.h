@@ -47,6 +47,7 @@ private:
     [[nodiscard]] std::optional<platform::Error> writeToFile(const QByteArray& received,
                                                              const QByteArray* inflated);
     void passOn(QByteArray data);
+    [[nodiscard]] bool isMoreExpected() const;
     [[nodiscard]] bool isRedirectBodyUnwanted() const;
     [[nodiscard]] bool isFinalResponse() const;
     [[nodiscard]] std::optional<platform::Error> finishFile();
@@ -54,6 +55,7 @@ private:
     RequestParts _parts;
     RequestRun& _run;
     std::unique_ptr<HTTPDataDecompressor> _dataDecompressor;
+    bool _hasPassedOn = false;  ///< The delegate has been given the first bytes of the body.
 };
 
 }  // namespace http

@@ -2,6 +2,7 @@
 
 #include "http/http_request.h"
 #include "http/http_request_error.h"
+#include "http/request/body_storage.h"
 #include "http/request/connection_lease.h"
 #include "http/request/file_output.h"
 #include "http/request/progress_reporter.h"
@@ -47,6 +48,8 @@ void StatusWatch::checkRequestStatus() {
     }
     if (_parts.stream.exists() && state.postLength > 0)
         countUpload();
+    if (state.bodyStorage != nullptr)
+        state.bodyStorage->tellStored();
     _parts.progress.updateProgressIndicators();
 }
 

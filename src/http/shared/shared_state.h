@@ -12,6 +12,7 @@
 #include "http/shared/session_credentials.h"
 #include "http/shared/waiting_requests.h"
 #include "platform/base/clock.h"
+#include "platform/base/thread_pool.h"
 #include "platform/net/proxies/system_proxies.h"
 
 namespace http {
@@ -69,6 +70,7 @@ public:
     /// Guards the queueing of progress and the end of a response, across requests.
     std::recursive_mutex progressLock;
     OperationQueue sharedQueue;
+    platform::ThreadPool storingThreads;
     RequestThread thread;
 };
 

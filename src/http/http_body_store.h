@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QByteArray>
+
+namespace http {
+
+/// Takes the bytes of a body on a thread that may wait for a disk, so that a slow one holds up
+/// neither a window nor other transfers. See `HTTPRequest::setBodyStore`.
+class HTTPBodyStore {
+public:
+    virtual ~HTTPBodyStore() = default;
+
+    /// Takes all of `data`, which comes in order and is never empty. False: it has not been taken;
+    /// the delegate is given it and what follows, and should see to it that little does. Never on
+    /// two threads at once, nor on the main thread.
+    [[nodiscard]] virtual bool store(const QByteArray& data) = 0;
+};
+
+}  // namespace http
