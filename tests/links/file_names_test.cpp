@@ -64,18 +64,6 @@ TEST(FileNames, FilenameByPattern) {
     }
 }
 
-TEST(FileNames, PatternWithoutEndCountsAsNotMatching) {
-    const QString title(40, u'a');
-    const auto url = platform::Url::parse(u"http://host/x.zip"_s);
-    const links::LogRecorder log;
-    for (int i = 0; i < 20; ++i) {
-        EXPECT_EQ(
-            links::filenameWithPreservedNamePattern(*url, u"title:((a+)+)+$b"_s, title + u'!'),
-            u"x.zip");
-    }
-    EXPECT_EQ(log.lines().filter(u"takes too long"_s).size(), 1);
-}
-
 TEST(FileNames, CleanFilename) {
     const Case cases[] = {
         {u".hidden."_s, u"_hidden_"_s},
@@ -101,14 +89,6 @@ TEST(FileNames, CleanRelativePath) {
         EXPECT_EQ(links::cleanPathByReplacingDashesWithString(c.given, std::nullopt), c.expected)
             << qPrintable(c.given);
     }
-}
-
-TEST(FileNames, NegligibleNames) {
-    for (const QString& name :
-         {u".DS_Store"_s, u"_DS_Store"_s, u"Archive.OrlopInfo"_s, u"Icon\r"_s})
-        EXPECT_TRUE(links::isNegligibleFilename(name)) << qPrintable(name);
-    for (const QString& name : {u""_s, u"a"_s, u"orlopinfo"_s, u"x_ds_store"_s})
-        EXPECT_FALSE(links::isNegligibleFilename(name)) << qPrintable(name);
 }
 
 TEST(FileNames, SafeFileName) {

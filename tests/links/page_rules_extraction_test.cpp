@@ -92,7 +92,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"allAlternatives",
              uR"j([["'(\\w)'","(b)","c"]])j"_s,
              true,
-             {{start, "'a' 'b' c"}},
+             {{start, "'a' 'a' 'http://h:x/' 'b' c"}},
              {u"http://h/dir/a"_s, u"http://h/dir/b"_s, u"http://h/dir/c"_s},
              {start}},
         Case{"groupsAreJoined",
@@ -146,27 +146,6 @@ INSTANTIATE_TEST_SUITE_P(
              {u"http://h/dir/atob(x)"_s},
              {start}}),
     [](const auto& given) { return given.param.name; });
-
-TEST(ExtractionLog, TellsTheWay) {
-    const auto rules = rulesOf(
-        uR"j([{"Source":"h/","Query Cascade":["'([^']+)'","z"],"Collect All Matches":1}])j"_s);
-    ASSERT_TRUE(rules);
-    const auto pages = std::make_shared<MemoryPages>();
-    pages->pages[start] = "'a' 'a' 'http://h:x/'";
-    const LogRecorder log;
-    const auto found = URLsFromDownloadPageWithTitle({urlOf(start), rules, pages});
-    EXPECT_TRUE(found.urls.empty());
-    EXPECT_EQ(log.lines(),
-              (QStringList{u"[Debug] download page: <http://h/dir/page.html> {"_s,
-                           u"[Debug] query: '([^']+)'"_s,
-                           u"[Debug] <http://h/dir/page.html> => <http://h/dir/a>"_s,
-                           u"[Debug] <http://h/dir/page.html> => duplicate: <http://h/dir/a>"_s,
-                           u"[Debug] <http://h/dir/page.html> => invalid match: <http://h:x/>"_s,
-                           u"[Debug] query: z"_s,
-                           u"cannot load data from: http://h/dir/a\nerror: no such host\n"
-                           u"response: "_s,
-                           u"[Debug] } dead end: (http://h/dir/a)"_s}));
-}
 
 TEST(Extraction, TakesTheTitleOfTheFirstPageThatHasOne) {
     const auto rules = rulesOf(uR"j([{"Source":"h/","Query Cascade":["'(\\w)'","b"]}])j"_s);

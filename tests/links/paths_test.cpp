@@ -131,37 +131,6 @@ TEST_F(Paths, ALinkToAFolderGoesAlone) {
     EXPECT_FALSE(QFileInfo(path(u"link"_s)).isSymLink());
 }
 
-TEST_F(Paths, TotalFileSize) {
-    EXPECT_EQ(links::totalFileSizeAtPath(path(u"none"_s)), std::nullopt);
-    const QString folder = makeFolder(u"f"_s);
-    EXPECT_EQ(links::totalFileSizeAtPath(folder), 0U);
-    makeFolder(u"f/g"_s);
-    makeFile(u"f/a"_s, QByteArray(1000, 'x'));
-    makeFile(u"f/g/.b"_s, QByteArray(24, 'x'));
-    ASSERT_TRUE(QFile::link(folder, path(u"f/g/loop"_s)));
-    EXPECT_EQ(links::totalFileSizeAtPath(folder), 1024U);
-    EXPECT_EQ(links::totalFileSizeAtPath(path(u"f/a"_s)), 1000U);
-}
-
-TEST_F(Paths, MovedFileIsFoundByItsBookmark) {
-    const QString file = makeFile(u"a"_s, "content");
-    const QByteArray bookmark = platform::fileBookmark(file);
-    ASSERT_TRUE(QFile::rename(file, path(u"b"_s)));
-    EXPECT_EQ(links::existingPathWithFallBackAliasData(file, bookmark), path(u"b"_s));
-    EXPECT_EQ(links::existingPathWithFallBackAliasData(file, {}), std::nullopt);
-    EXPECT_EQ(links::existingPathWithFallBackAliasData(path(u"b"_s), {}), path(u"b"_s));
-}
-
-TEST_F(Paths, LocalizedFolders) {
-    const QString base = makeFolder(u"Help"_s);
-    EXPECT_EQ(links::localizedPathToDirectory(u"Book"_s, base), std::nullopt);
-    EXPECT_EQ(links::localizedPathToDirectory(u"Book"_s, {}), std::nullopt);
-    makeFolder(u"Help/Book"_s);
-    EXPECT_EQ(links::localizedPathToDirectory(u"Book"_s, base), base + u"/Book"_s);
-    makeFolder(u"Help/English.lproj/Book"_s);
-    EXPECT_EQ(links::localizedPathToDirectory(u"Book"_s, base), base + u"/English.lproj/Book"_s);
-}
-
 TEST_F(Paths, DisplayOfPaths) {
     const QString home = QDir::cleanPath(QDir::homePath());
     ASSERT_TRUE(QDir().mkpath(home + u"/Films/New"_s));
@@ -199,13 +168,6 @@ TEST_F(Paths, SourcesTravelWithTheFileWithoutPasswords) {
               QVariant(QVariantList{u"http://host/a"_s, u"http://host/page"_s}));
     EXPECT_TRUE(links::setFractionCompleted(file, u"0.250"_s));
     EXPECT_EQ(text(links::attributes::fractionCompleted), "0.250");
-}
-
-TEST_F(Paths, SettingAnAttributeAnswersInverted) {
-    EXPECT_FALSE(links::setDataForExtendedFileAttribute(path(u"none"_s), "x", u"user.x"_s));
-    // Everyone may read the namespace, but only "user." can be written.
-    EXPECT_TRUE(links::setDataForExtendedFileAttribute(makeFile(u"a"_s), "x", u"nonsense"_s));
-    EXPECT_EQ(links::dataForExtendedFileAttribute(path(u"a"_s), u"user.absent"_s), std::nullopt);
 }
 
 }  // namespace

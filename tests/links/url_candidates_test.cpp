@@ -119,11 +119,4 @@ TEST(URLCandidates, FromText) {
     EXPECT_TRUE(allOf(links::URLCandidates::fromString(u"\n \n"_s, true)).isEmpty());
 }
 
-TEST(URLCandidates, Trimming) {
-    EXPECT_EQ(links::trimmedString(u"\u00A0\t a b\u3000\u200B\r\n"_s), u"a b");
-    EXPECT_EQ(links::stringsByTrimmingCharactersInSet({u"--a-b-"_s, u"--"_s},
-                                                      [](QChar unit) { return unit == u'-'; }),
-              (QStringList{u"a-b"_s, u""_s}));
-}
-
 }  // namespace

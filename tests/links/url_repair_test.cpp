@@ -1,15 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <QTemporaryDir>
-#include <atomic>
-#include <thread>
-#include <vector>
 
 #include "links/page_rules_support.h"
 #include "links/repair/percent_escapes.h"
 #include "links/repair/replacement_rules.h"
 #include "links/repair/url_unescaping.h"
-#include "platform/base/clock.h"
 #include "platform/files/files.h"
 #include "platform/files/property_list.h"
 #include "support/printers.h"
@@ -146,33 +142,6 @@ TEST_F(UserRules, UnusableOnesChangeNothing) {
     EXPECT_EQ(rules.applied(u"http://host/x"_s), u"http://host/z");
     EXPECT_EQ(log_.lines().filter(u"ignoring regular expression exception: "_s).size(), 2);
     EXPECT_EQ(links::ReplacementRules(true, u"no list"_s).applied(u"//h"_s), u"http://h");
-}
-
-TEST_F(UserRules, ServeSeveralThreads) {
-    const links::ReplacementRules rules(true, QVariantList{expression(u"(\\d+)"_s, u"<$1>"_s)});
-    std::atomic<int> right = 0;
-    std::vector<std::thread> threads;
-    for (int thread = 0; thread < 4; ++thread) {
-        threads.emplace_back([&] {
-            for (int count = 0; count < 100; ++count)
-                right += rules.applied(u"hxxp://r/?u=http://h/1"_s) == u"http://h/<1>";
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
-    EXPECT_EQ(right, 400);
-}
-
-TEST_F(UserRules, EndlessOneIsGivenUp) {
-    const links::ReplacementRules rules(
-        true, QVariantList{expression(u"^(\\w+\\s?)+$"_s, u"!"_s), literal(u"~"_s, u"-"_s)});
-    const QString text = QString(60, u'a') + u'~';
-    const platform::SystemClock clock;
-    const auto start = clock.monotonic();
-    for (int count = 0; count < 200; ++count)
-        EXPECT_EQ(rules.applied(text), QString(60, u'a') + u'-');
-    EXPECT_LT(clock.monotonic() - start, 10.0);
-    EXPECT_EQ(log_.lines().filter(u"takes too long"_s).size(), 1);
 }
 
 }  // namespace
