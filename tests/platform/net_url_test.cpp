@@ -11,11 +11,18 @@ struct Resolution {
     QString reference, expected;
 };
 
-// From RFC 3986, 5.4, one of each kind, and what lies beyond them.
+// From RFC 3986, 5.4, at least one of each kind, and what lies beyond them.
 const Resolution resolutions[] = {
     {u"g:h"_s, u"g:h"_s},
     {u"g"_s, u"http://a/b/c/g"_s},
+    {u"./g"_s, u"http://a/b/c/g"_s},
     {u"/g"_s, u"http://a/g"_s},
+    {u"/./g"_s, u"http://a/g"_s},
+    {u"/../g"_s, u"http://a/g"_s},
+    {u"../.."_s, u"http://a/"_s},
+    {u"./g/."_s, u"http://a/b/c/g/"_s},
+    {u"g.."_s, u"http://a/b/c/g.."_s},
+    {u"g;x=1/../y"_s, u"http://a/b/c/y"_s},
     {u"//g"_s, u"http://g"_s},
     {u"#s"_s, u"http://a/b/c/d;p?q#s"_s},
     {u"g?y#s"_s, u"http://a/b/c/g?y#s"_s},
