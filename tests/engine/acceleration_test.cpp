@@ -368,7 +368,6 @@ TEST_F(AccelerationTest, FailureOfOnePartInterruptsAllAndKeepsThem) {
         const std::string range = request.header("Range").value_or("");
         if (cuts && range == "bytes=500003-750002") {
             served.cutAfter = 100'000;
-            served.resetConnection = false;
         } else if (cuts) {
             served.stallAfter = 50'000;
         }

@@ -54,42 +54,6 @@ TEST(BandwidthAccount, ReadsGetSmallerAsTheLimitNears) {
     }
 }
 
-TEST(BandwidthAccount, AveragesTheLastSeconds) {
-    support::ManualClock clock;
-    BandwidthAccount account(clock);
-    const auto period = [&](std::uint64_t bytes) {
-        account.incrementBandwidthUsedInLastSecond(bytes);
-        clock.advance(1);
-        account.measureBandwidthUsage();
-    };
-    period(100);
-    for (const std::uint64_t bytes : {200U, 300U, 400U, 500U})
-        period(bytes);
-    EXPECT_EQ(account.averageBandwidthUsedPerSecond(), 300U);
-    clock.advance(3);
-    period(900);
-    EXPECT_EQ(account.averageBandwidthUsedPerSecond(), (400U + 500U + 900U) / 3);
-    period(0);
-    EXPECT_EQ(account.averageBandwidthUsedPerSecond(), 0U);
-    period(70);
-    EXPECT_EQ(account.averageBandwidthUsedPerSecond(), 35U);
-}
-
-TEST(BandwidthAccount, UploadsTakeAQuarterAndRestAtTheEnd) {
-    support::ManualClock clock;
-    BandwidthAccount account(clock);
-    EXPECT_EQ(account.maxUploadReadLength(), 0U);
-    account.setMaxBandwidthPerSecond(1000);
-    account.measureBandwidthUsage();
-    EXPECT_EQ(account.maxUploadReadLength(), 250U);
-    EXPECT_FALSE(account.throttleWakeUpTime());
-    account.incrementBandwidthUsedInLastSecond(900);
-    EXPECT_EQ(account.maxUploadReadLength(), 100U);
-    account.incrementBandwidthUsedInLastSecond(900);
-    EXPECT_EQ(account.maxUploadReadLength(), 0U);
-    EXPECT_DOUBLE_EQ(*account.throttleWakeUpTime(), clock.monotonic() + 1);
-}
-
 class ThrottleTest : public HTTPTest {
 protected:
     void serveFile(qsizetype size) {

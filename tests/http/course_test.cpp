@@ -145,39 +145,6 @@ TEST_F(CourseTest, WithoutATimeOutItWaitsForEver) {
     EXPECT_TRUE(waitForEnd());
 }
 
-TEST_F(CourseTest, RepeatsAfterATimeOutAsOftenAsToldAndAsksForTheRest) {
-    const QByteArray body = support::patternedBytes(100'000);
-    int asked = 0;
-    server.handle("/file", [&](const support::ReceivedRequest&) {
-        Reply reply{.body = body};
-        if (asked++ < 2)
-            reply.stallAfter = static_cast<std::size_t>(20'000);
-        return reply;
-    });
-    const auto request = observedRequest(u"/file"_s);
-    request->setNumberOfTimesToRetryOnTimeout(2);
-    request->setDownloadDestinationPath(temporaryFile(u"done"_s));
-    request->setTemporaryFileDownloadPath(temporaryFile(u"part"_s));
-    request->setAllowResumeForFileDownloads(true);
-    request->startAsynchronous();
-    for (const std::uint64_t there : {20'000U, 40'000U}) {
-        ASSERT_TRUE(main.waitUntil([&] {
-            return QFileInfo(temporaryFile(u"part"_s)).size() == static_cast<qint64>(there);
-        }));
-        advance(10.5);
-    }
-    ASSERT_TRUE(waitForEnd());
-    EXPECT_EQ(delegate.count("finished"), 1);
-    EXPECT_EQ(delegate.count("started"), 3);
-    EXPECT_EQ(request->retryCount(), 2);
-    const auto seen = server.requests();
-    ASSERT_EQ(seen.size(), 3U);
-    EXPECT_FALSE(seen[0].header("Range"));
-    EXPECT_EQ(seen[1].header("Range"), "bytes=20000-");
-    EXPECT_EQ(seen[2].header("Range"), "bytes=40000-");
-    EXPECT_EQ(contents(temporaryFile(u"done"_s)), body);
-}
-
 TEST_F(CourseTest, ADeadConnectionIsTriedAgainOnce) {
     std::atomic<int> asked = 0;
     const auto dropping = [&](int drops) -> support::HTTPServer::Handler {
@@ -262,14 +229,6 @@ TEST_F(CourseTest, TlsTroubleIsSpelledOut) {
     informed->setAuthoritiesPath(secure.authoritiesPath());
     run(informed);
     EXPECT_EQ(informed->responseData(), "secret");
-
-    // A client identity turns validation back on.
-    const auto identified = request(secure.url());
-    identified->setValidatesSecureCertificate(false);
-    identified->setClientCertificateIdentity(
-        {secure.clientCertificatePath(), secure.clientKeyPath()});
-    run(identified);
-    EXPECT_EQ(errorCode(*identified), 1);
 }
 
 }  // namespace

@@ -80,34 +80,6 @@ TEST_F(DownloadCacheTest, AsksWhetherSomethingChanged) {
     EXPECT_EQ(server.connectionCount(), 1U);
 }
 
-TEST_F(DownloadCacheTest, PolicyBits) {
-    serve("first");
-    get(http::cachePolicyDoNotWrite);
-    EXPECT_FALSE(cache->cachedResponseDataForURL(*platform::Url::parse(server.url(u"/a.txt"_s))));
-    get();
-    serve("second");
-    EXPECT_EQ(get(http::cachePolicyOnlyLoadIfNotCached)->responseData(), "first");
-    EXPECT_EQ(get(http::cachePolicyDoNotRead | http::cachePolicyDoNotWrite)->responseData(),
-              "second");
-    EXPECT_EQ(get(http::cachePolicyDontLoad)->responseData(), "first");
-
-    const auto nothing = observedRequest(u"/unknown"_s);
-    nothing->setDownloadCache(cache);
-    nothing->setCachePolicy(http::cachePolicyDontLoad);
-    run(nothing);
-    EXPECT_EQ(delegate.events.back(), "finished");
-    EXPECT_FALSE(nothing->responseData());
-    EXPECT_FALSE(nothing->didUseCachedResponse());
-
-    server.serve("/a.txt", {.raw = QByteArray(), .keepAlive = false});
-    const auto fallen = get(http::cachePolicyFallbackToCacheIfLoadFails);
-    EXPECT_EQ(fallen->responseData(), "first");
-    EXPECT_FALSE(fallen->error());
-    EXPECT_EQ(errorCode(*get(http::cachePolicyAskServerIfModified)), 1);
-    cache->setDefaultCachePolicy(0);
-    EXPECT_EQ(cache->defaultCachePolicy(), http::cachePolicyAskServerIfModifiedWhenStale);
-}
-
 TEST_F(DownloadCacheTest, StoresOnlyWhatItMay) {
     const auto url = *platform::Url::parse(server.url(u"/a.txt"_s));
     const auto isStored = [&] {
@@ -135,23 +107,6 @@ TEST_F(DownloadCacheTest, StoresOnlyWhatItMay) {
     delegate.does.receivesData = false;
     server.serve("/a.txt", {.status = 404});
     EXPECT_FALSE(isStored());
-}
-
-TEST_F(DownloadCacheTest, AStoredRedirectIsFollowed) {
-    Reply target;
-    target.body = "target";
-    server.serve("/b", target);
-    for (const char* body : {"moved", ""}) {
-        server.serve("/a.txt", {.status = 302,
-                                .headers = {{"Location", "/b"}, {"Cache-Control", "max-age=100"}},
-                                .body = body});
-        const std::size_t before = sent();
-        EXPECT_EQ(get(http::cachePolicyDoNotRead)->responseData(), "target");
-        const auto again = get();
-        EXPECT_EQ(again->responseData(), "target");
-        EXPECT_EQ(again->redirectCount(), 1);
-        EXPECT_EQ(sent(), before + 3);
-    }
 }
 
 TEST(CacheKeys, NameFilesSafely) {

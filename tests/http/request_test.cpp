@@ -111,33 +111,6 @@ TEST_F(RequestTest, ABodyDecidesTheMethod) {
     }
 }
 
-TEST_F(RequestTest, StreamsABodyFromDiskAndClearsItAway) {
-    const QByteArray body = support::patternedBytes(1'000'000);
-    write(temporaryFile(u"part"_s), body);
-    const auto request = this->request(u"/post"_s);
-    request->setShouldStreamPostDataFromDisk(true);
-    request->appendPostData("head:");
-    request->appendPostDataFromFile(temporaryFile(u"part"_s));
-    const QString gathered = request->postBodyFilePath();
-    EXPECT_TRUE(QFile::exists(gathered));
-    run(request);
-    EXPECT_EQ(server.requests().at(0).body, "head:" + body);
-    EXPECT_FALSE(QFile::exists(gathered));
-
-    const auto given = this->request(u"/post"_s);
-    given->setPostBodyFilePath(temporaryFile(u"part"_s));
-    run(given);
-    EXPECT_EQ(server.requests().at(1).body, body);
-    EXPECT_TRUE(QFile::exists(temporaryFile(u"part"_s)));
-
-    const auto missing = this->request(u"/post"_s);
-    missing->setPostBodyFilePath(temporaryFile(u"none"_s));
-    run(missing);
-    EXPECT_EQ(errorCode(*missing), 8);
-    EXPECT_EQ(missing->error()->text,
-              u"Failed to get attributes for file at path '%1'"_s.arg(temporaryFile(u"none"_s)));
-}
-
 TEST_F(RequestTest, RunsOnTheCallersThreadToo) {
     server.serve("/file", okay("body"));
     Reply moved{.status = 302, .headers = {{"Location", "/file"}}};
@@ -173,6 +146,38 @@ TEST_F(RequestTest, HoldsBackWhatTheMainThreadHasNotTaken) {
     ASSERT_TRUE(waitForEnd());
     EXPECT_EQ(delegate.data.size(), size);
     EXPECT_EQ(delegate.count("finished"), 1);
+}
+
+TEST_F(RequestTest, TellsHowFarItIsAsOftenAsThatChanges) {
+    server.serve("/file", {.body = support::patternedBytes(100'000), .stallAfter = 40'000});
+    std::vector<std::pair<std::int64_t, std::uint64_t>> amounts;
+    http::RequestBlocks blocks;
+    blocks.bytesReceivedBlock = [&](std::int64_t amount, std::uint64_t total) {
+        amounts.emplace_back(amount, total);
+    };
+    Dial dial;
+    const auto request = observedRequest(u"/file"_s);
+    request->setDownloadProgressDelegate(&dial);
+    request->setBlocks(std::move(blocks));
+    request->startAsynchronous();
+    ASSERT_TRUE(main.waitUntil([&] { return request->totalBytesRead() == 40'000; }));
+    advance(0.5);
+    server.release();
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(dial.values, (std::vector<double>{0, 0.4, 1}));
+    EXPECT_EQ(amounts, (std::vector<std::pair<std::int64_t, std::uint64_t>>{{40'000, 100'000},
+                                                                            {60'000, 100'000}}));
+}
+
+TEST_F(RequestTest, LengthsAreBookedAsTheyAreWritten) {
+    for (const auto& [length, booked] : {std::pair("010", 8U), std::pair("10", 10U)}) {
+        server.serve("/file", {.raw = QByteArray("HTTP/1.1 200 OK\r\nContent-Length: ") + length +
+                                      "\r\n\r\n0123456789"});
+        const auto request = this->request(u"/file"_s);
+        run(request);
+        EXPECT_EQ(request->contentLength(), booked);
+        EXPECT_EQ(request->totalBytesRead(), 10U);
+    }
 }
 
 }  // namespace

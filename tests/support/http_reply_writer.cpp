@@ -69,7 +69,7 @@ void HTTPReplyWriter::applyRange() {
     const auto span = parseRange(*asked, body_.size());
     if (!span)
         return;
-    if (reply_.ranges == Reply::Ranges::Refuse416 || span->first > span->last) {
+    if (span->first > span->last) {
         refuseRange();
         return;
     }
@@ -101,9 +101,7 @@ bool HTTPReplyWriter::keepsAlive() const {
 QByteArray HTTPReplyWriter::head() const {
     Headers fields;
     if (reply_.length == Reply::Length::Announce && status_ != 204 && status_ != 304)
-        fields.emplace_back(
-            "Content-Length",
-            std::to_string(reply_.falseLength.value_or(static_cast<std::uint64_t>(body_.size()))));
+        fields.emplace_back("Content-Length", std::to_string(body_.size()));
     if (isChunked())
         fields.emplace_back("Transfer-Encoding", "chunked");
     if (reply_.announceRanges)
@@ -138,7 +136,7 @@ bool HTTPReplyWriter::sendBody() {
     constexpr std::chrono::milliseconds sliceTime(1000 / slicesPerSecond);
     const qsizetype cut = reply_.cutAfter ? static_cast<qsizetype>(*reply_.cutAfter) : -1;
     qsizetype stall = reply_.stallAfter ? static_cast<qsizetype>(*reply_.stallAfter) : -1;
-    qsizetype slice = static_cast<qsizetype>(reply_.chunkSize);
+    qsizetype slice = 65536;
     if (reply_.rate > 0)
         slice =
             std::clamp<qsizetype>(static_cast<qsizetype>(reply_.rate) / slicesPerSecond, 1, slice);

@@ -56,13 +56,10 @@ std::optional<ReceivedRequest> HTTPRequestReader::readHead() {
             request.headers.emplace_back(line.left(colon).toStdString(),
                                          line.mid(colon + 1).trimmed().toStdString());
     }
-    request.connection = peer_.number();
     return request;
 }
 
 bool HTTPRequestReader::readBody(ReceivedRequest& request) {
-    if (request.header("Transfer-Encoding"))
-        return readChunks(request.body);
     const auto length = request.header("Content-Length");
     return !length || appendExactly(request.body, QByteArray::fromStdString(*length).toLongLong());
 }
@@ -79,17 +76,6 @@ bool HTTPRequestReader::appendExactly(QByteArray& target, qsizetype count) {
         count -= taken;
     }
     return true;
-}
-
-bool HTTPRequestReader::readChunks(QByteArray& target) {
-    for (;;) {
-        const qsizetype size =
-            takeThrough(QByteArrayLiteral("\r\n")).trimmed().toLongLong(nullptr, 16);
-        if (!appendExactly(target, size) || takeThrough(QByteArrayLiteral("\r\n")).isEmpty())
-            return false;
-        if (size == 0)
-            return true;
-    }
 }
 
 }  // namespace support

@@ -21,7 +21,6 @@ private:
     /// Up to and with `end`. Empty: it did not come.
     [[nodiscard]] QByteArray takeThrough(const QByteArray& end);
     bool appendExactly(QByteArray& target, qsizetype count);
-    bool readChunks(QByteArray& target);
     [[nodiscard]] bool receiveMore();
 
     Peer& peer_;

@@ -12,8 +12,7 @@ namespace support {
 class HTTPServer::Private {
 public:
     explicit Private(Security security)
-        : security_(security),
-          authority_(security == Security::Plain ? nullptr : std::make_unique<TestAuthority>()),
+        : authority_(security == Security::Plain ? nullptr : std::make_unique<TestAuthority>()),
           sockets_(std::make_unique<SocketServer>([this](Peer& peer) { serve(peer); })) {}
     ~Private() {
         {
@@ -38,7 +37,6 @@ public:
     [[nodiscard]] bool answer(Peer& peer, HTTPRequestReader& reader, ReceivedRequest request);
     [[nodiscard]] Route routeFor(const ReceivedRequest& request) const;
 
-    const Security security_;
     const std::unique_ptr<TestAuthority> authority_;
     std::mutex handlerLock_;   ///< Held while a handler runs.
     mutable std::mutex lock_;  ///< Guards all that follows but the sockets.
@@ -63,8 +61,7 @@ HTTPServer::Private::Route HTTPServer::Private::routeFor(const ReceivedRequest& 
 }
 
 void HTTPServer::Private::serve(Peer& peer) {
-    const bool demandsCertificate = security_ == Security::TlsWithClientCertificate;
-    if (authority_ && !peer.acceptTls(*authority_, demandsCertificate))
+    if (authority_ && !peer.acceptTls(*authority_))
         return;
     HTTPRequestReader reader(peer);
     bool goesOn = true;
@@ -108,9 +105,8 @@ HTTPServer::HTTPServer(Security security) : private_(std::make_unique<Private>(s
 HTTPServer::~HTTPServer() = default;
 
 QString HTTPServer::url(const QString& path) const {
-    const bool isPlain = private_->security_ == Security::Plain;
-    return (isPlain ? QStringLiteral("http://127.0.0.1:%1%2")
-                    : QStringLiteral("https://localhost:%1%2"))
+    return (private_->authority_ ? QStringLiteral("https://localhost:%1%2")
+                                 : QStringLiteral("http://127.0.0.1:%1%2"))
         .arg(QString::number(port()), path);
 }
 
@@ -120,14 +116,6 @@ int HTTPServer::port() const {
 
 QString HTTPServer::authoritiesPath() const {
     return private_->authority_->authoritiesPath();
-}
-
-QString HTTPServer::clientCertificatePath() const {
-    return private_->authority_->clientCertificatePath();
-}
-
-QString HTTPServer::clientKeyPath() const {
-    return private_->authority_->clientKeyPath();
 }
 
 void HTTPServer::serve(const std::string& path, Reply reply) {

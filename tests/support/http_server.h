@@ -17,8 +17,7 @@ struct ReceivedRequest {
     std::string method, target, version;
     std::vector<std::pair<std::string, std::string>> headers;
     QByteArray body;
-    int connection = 0;  ///< Counts accepted sockets, from 1.
-    QByteArray raw;      ///< The head as it came.
+    QByteArray raw;  ///< The head as it came.
 
     /// Without regard to case. Nothing: no such field.
     [[nodiscard]] std::optional<std::string> header(const std::string& name) const;
@@ -34,13 +33,11 @@ struct Reply {
 
     /// Sent as it stands in place of everything else.
     std::optional<QByteArray> raw{};
-    enum class Ranges { Honour, Ignore, WrongOffset, WrongTotal, Refuse416 };
+    enum class Ranges { Honour, Ignore, WrongOffset, WrongTotal };
     Ranges ranges = Ranges::Honour;
     bool announceRanges = true;
     enum class Length { Announce, Chunked, None };
     Length length = Length::Announce;
-    /// Announced in place of the true one.
-    std::optional<std::uint64_t> falseLength{};
     /// Close (or with `resetConnection` reset) after so many bytes of the body.
     std::optional<std::size_t> cutAfter{};
     bool resetConnection = false;
@@ -48,7 +45,6 @@ struct Reply {
     std::optional<std::size_t> stallAfter{};
     /// Do not even send the head until `HTTPServer::release`.
     bool stallHead = false;
-    std::size_t chunkSize = 65536;
     /// Bytes per second, in real time. 0: as fast as possible.
     std::size_t rate = 0;
     bool keepAlive = true;
@@ -60,8 +56,7 @@ class HTTPServer {
 public:
     using Handler = std::function<Reply(const ReceivedRequest&)>;
 
-    /// `TlsWithClientCertificate` refuses clients that the authority has not certified.
-    enum class Security { Plain, Tls, TlsWithClientCertificate };
+    enum class Security { Plain, Tls };
     explicit HTTPServer(Security security = Security::Plain);
     ~HTTPServer();
 
@@ -70,9 +65,6 @@ public:
     [[nodiscard]] int port() const;
     /// The certificate authority to trust, as a PEM file, with Tls.
     [[nodiscard]] QString authoritiesPath() const;
-    /// What a client may present, as PEM files, with Tls.
-    [[nodiscard]] QString clientCertificatePath() const;
-    [[nodiscard]] QString clientKeyPath() const;
 
     /// Answers for a path (without its query). A path nobody answers for gets a 404. Handlers are
     /// called one at a time, on threads of the server.

@@ -38,7 +38,7 @@ public:
             removeDownload(download);
     }
     void updateDownloadListDisplay() override { ++displayUpdates; }
-    void invalidateLongTermNumberOfQueuedOrDownloadingDownloads() override { ++invalidations; }
+    void invalidateLongTermNumberOfQueuedOrDownloadingDownloads() override {}
     void decrementLongTermNumberOfQueuedOrDownloadingDownloads() override { ++decrements; }
     void disableAllDoneNotificationForDownload(engine::DQDownload&) override {}
     void removeDownload(engine::DQDownload& download) override {
@@ -54,7 +54,6 @@ public:
     bool removesVanished = true;
     int updates = 0;
     int displayUpdates = 0;
-    int invalidations = 0;
     int decrements = 0;
     std::vector<std::pair<QString, QString>> opened;  ///< Address and referrer.
 };

@@ -36,8 +36,8 @@ bool wouldBlock() {
 
 }  // namespace
 
-Peer::Peer(int socket, int stopSignal, int number)
-    : socket_(socket), stopSignal_(stopSignal), number_(number), tls_(nullptr, &SSL_free) {
+Peer::Peer(int socket, int stopSignal)
+    : socket_(socket), stopSignal_(stopSignal), tls_(nullptr, &SSL_free) {
     const int on = 1;
     ::setsockopt(socket_, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
 }
@@ -55,10 +55,8 @@ bool Peer::waitFor(short events, int timeoutMilliseconds) const {
     return watched[1].revents == 0 && !isDropped_ && (count > 0 || timeoutMilliseconds >= 0);
 }
 
-bool Peer::acceptTls(const TestAuthority& authority, bool demandsCertificate) {
+bool Peer::acceptTls(const TestAuthority& authority) {
     tls_.reset(SSL_new(authority.serverContext()));
-    if (demandsCertificate)
-        SSL_set_verify(tls_.get(), SSL_VERIFY_PEER | SSL_VERIFY_FAIL_IF_NO_PEER_CERT, nullptr);
     SSL_set_fd(tls_.get(), socket_);
     for (;;) {
         ERR_clear_error();
@@ -227,7 +225,8 @@ void SocketServer::start(int socket) {
     const std::lock_guard guard(lock_);
     reap();
     Connection& connection = connections_.emplace_back();
-    connection.peer = std::make_unique<Peer>(socket, stopSignal_, ++accepted_);
+    ++accepted_;
+    connection.peer = std::make_unique<Peer>(socket, stopSignal_);
     connection.thread = std::thread([this, &connection] {
         serve_(*connection.peer);
         const std::lock_guard innerGuard(lock_);

@@ -18,16 +18,13 @@ class TestAuthority;
 /// One accepted socket, on the thread that serves it.
 class Peer {
 public:
-    Peer(int socket, int stopSignal, int number);
+    Peer(int socket, int stopSignal);
     ~Peer();
     Peer(const Peer&) = delete;
     Peer& operator=(const Peer&) = delete;
 
-    /// Counts accepted sockets, from 1.
-    [[nodiscard]] int number() const { return number_; }
-
     /// Takes the client's TLS handshake. False: it failed.
-    [[nodiscard]] bool acceptTls(const TestAuthority& authority, bool demandsCertificate);
+    [[nodiscard]] bool acceptTls(const TestAuthority& authority);
 
     /// At least one byte and at most `maximum`. Empty: the connection or the server has ended.
     [[nodiscard]] QByteArray read(qsizetype maximum = 65536);
@@ -52,7 +49,7 @@ private:
     /// Waits for what the TLS engine asked for. False: nothing more will come.
     [[nodiscard]] bool waitForTls(int result) const;
 
-    const int socket_, stopSignal_, number_;
+    const int socket_, stopSignal_;
     std::unique_ptr<ssl_st, void (*)(ssl_st*)> tls_;
     bool isResetOnClose_ = false;
     std::atomic<bool> isDropped_ = false;

@@ -26,13 +26,6 @@ void addExtension(X509* certificate, X509* issuer, int kind, const char* value) 
     X509_EXTENSION_free(extension);
 }
 
-std::unique_ptr<std::FILE, int (*)(std::FILE*)> create(const QString& path) {
-    std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(
-        std::fopen(QFile::encodeName(path).constData(), "w"), &std::fclose);
-    require(file != nullptr);
-    return file;
-}
-
 }  // namespace
 
 TestAuthority::TestAuthority()
@@ -40,20 +33,14 @@ TestAuthority::TestAuthority()
       certificate_(nullptr, &X509_free),
       context_(SSL_CTX_new(TLS_server_method()), &SSL_CTX_free) {
     certificate_ = issue(key_.get(), "Test Authority", nullptr);
-    require(PEM_write_X509(create(authoritiesPath()).get(), certificate_.get()) == 1);
-
-    const Key clientKey(EVP_EC_gen("P-256"), &EVP_PKEY_free);
-    const Certificate client = issue(clientKey.get(), "Test Client", "email:client@localhost");
-    require(PEM_write_X509(create(clientCertificatePath()).get(), client.get()) == 1);
-    require(PEM_write_PrivateKey(create(clientKeyPath()).get(), clientKey.get(), nullptr, nullptr,
-                                 0, nullptr, nullptr) == 1);
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(
+        std::fopen(QFile::encodeName(authoritiesPath()).constData(), "w"), &std::fclose);
+    require(file && PEM_write_X509(file.get(), certificate_.get()) == 1);
 
     const Key serverKey(EVP_EC_gen("P-256"), &EVP_PKEY_free);
     const Certificate server = issue(serverKey.get(), "localhost", "DNS:localhost");
     require(SSL_CTX_use_certificate(context_.get(), server.get()) == 1);
     require(SSL_CTX_use_PrivateKey(context_.get(), serverKey.get()) == 1);
-    const QByteArray authorities = QFile::encodeName(authoritiesPath());
-    require(SSL_CTX_load_verify_locations(context_.get(), authorities.constData(), nullptr) == 1);
     SSL_CTX_set_mode(context_.get(), SSL_MODE_ENABLE_PARTIAL_WRITE);
 }
 

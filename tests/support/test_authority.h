@@ -10,22 +10,16 @@ struct x509_st;
 
 namespace support {
 
-/// A certificate authority made for one test, with a certificate for "localhost" and one for a
-/// client. Its files vanish with it.
+/// A certificate authority made for one test, with a certificate for "localhost". Its file vanishes
+/// with it.
 class TestAuthority {
 public:
     TestAuthority();
     ~TestAuthority();
 
-    /// PEM files.
+    /// A PEM file.
     [[nodiscard]] QString authoritiesPath() const {
         return folder_.filePath(QStringLiteral("ca.pem"));
-    }
-    [[nodiscard]] QString clientCertificatePath() const {
-        return folder_.filePath(QStringLiteral("me.pem"));
-    }
-    [[nodiscard]] QString clientKeyPath() const {
-        return folder_.filePath(QStringLiteral("me.key"));
     }
 
     [[nodiscard]] ssl_ctx_st* serverContext() const { return context_.get(); }

@@ -1,5 +1,6 @@
 #include "http/http_network_queue.h"
 
+#include "http/operation_queue.h"
 #include "http_fixture.h"
 
 namespace http_test {
@@ -8,11 +9,6 @@ namespace {
 using namespace Qt::Literals::StringLiterals;
 using http::HTTPNetworkQueue;
 using support::Reply;
-
-struct Dial : http::HTTPProgressDelegate {
-    std::vector<double> values;
-    void setDoubleValue(double value) override { values.push_back(value); }
-};
 
 class NetworkQueueTest : public HTTPTest {
 protected:
@@ -94,27 +90,102 @@ TEST_F(NetworkQueueTest, OneFailureEndsAllUnlessToldOtherwise) {
     }
 }
 
-TEST_F(NetworkQueueTest, ResetForgetsItsListenersFirst) {
-    server.serve("/a", {.stallHead = true});
-    queue->setShowAccurateProgress(true);
-    const auto waiting = request(u"/a"_s);
-    queue->addOperation(waiting);
-    const auto copied = queue->copy();
-    EXPECT_TRUE(copied->showAccurateProgress());
-    EXPECT_EQ(copied->requestsCount(), 0);
-    EXPECT_TRUE(copied->operationQueue().isSuspended());
-    EXPECT_EQ(copied->delegate(), &delegate);
+struct Work final : http::Operation {
+    Work(std::string workName, std::vector<std::string>& startedNames, bool endsAtOnce = false)
+        : name(std::move(workName)), started(startedNames), isInstant(endsAtOnce) {}
+    void start() override {
+        started.push_back(name);
+        if (isInstant)
+            announceFinished();
+    }
+    void cancel() override { isCancelled = true; }
+    void finish() { announceFinished(); }
 
-    queue->go();
-    ASSERT_TRUE(waitForRequests(1));
-    queue->reset();
-    // Given up itself, or failed by its probe, whichever the request thread comes to first.
-    ASSERT_TRUE(
-        main.waitUntil([&] { return waiting->isCancelled() || waiting->error().has_value(); }));
-    main.settle();
-    EXPECT_TRUE(heard.empty());
-    EXPECT_EQ(queue->delegate(), nullptr);
-    EXPECT_TRUE(queue->operationQueue().isSuspended());
+    std::string name;
+    std::vector<std::string>& started;
+    bool isInstant;
+    bool isCancelled = false;
+};
+
+class OperationQueueTest : public ::testing::Test {
+protected:
+    std::vector<std::string> started;
+    http::OperationQueue queue;
+
+    std::shared_ptr<Work> make(const std::string& name, bool endsAtOnce = false) {
+        return std::make_shared<Work>(name, started, endsAtOnce);
+    }
+    std::shared_ptr<Work> add(const std::string& name) {
+        auto work = make(name);
+        queue.addOperation(work);
+        return work;
+    }
+    using Names = std::vector<std::string>;
+};
+
+TEST_F(OperationQueueTest, RunsSoManyAtOnceInOrder) {
+    queue.setMaxConcurrentOperationCount(2);
+    const auto a = add("a");
+    const auto b = add("b");
+    add("c");
+    add("d");
+    EXPECT_EQ(started, (Names{"a", "b"}));
+    b->finish();
+    EXPECT_EQ(started, (Names{"a", "b", "c"}));
+    b->finish();  // Says nothing new.
+    EXPECT_EQ(started.size(), 3U);
+    queue.changeMaxConcurrentOperationCount(1);
+    EXPECT_EQ(started.size(), 4U);
+    EXPECT_EQ(queue.maxConcurrentOperationCount(), 3);
+    EXPECT_EQ(queue.operationCount(), 3U);
+}
+
+TEST_F(OperationQueueTest, HigherPrioritiesAndDependencies) {
+    queue.setSuspended(true);
+    queue.setMaxConcurrentOperationCount(1);
+    const auto late = make("late");
+    const auto probe = make("probe");
+    const auto urgent = make("urgent");
+    late->addDependency(probe);
+    late->setQueuePriority(99);
+    urgent->setQueuePriority(10);
+    queue.addOperation(late);
+    queue.addOperation(probe);
+    queue.addOperation(urgent);
+    EXPECT_TRUE(started.empty());
+    queue.setSuspended(false);
+    EXPECT_EQ(started, Names{"urgent"});
+    urgent->finish();
+    EXPECT_EQ(started.back(), "probe");
+    probe->finish();
+    EXPECT_EQ(started.back(), "late");
+    const auto after = make("after");
+    after->addDependency(probe);  // Which has finished long ago.
+    queue.addOperation(after);
+    late->finish();
+    EXPECT_EQ(started.back(), "after");
+}
+
+TEST_F(OperationQueueTest, ThousandsThatEndAtOnceNeedNoStack) {
+    queue.setSuspended(true);
+    for (int i = 0; i < 100'000; ++i)
+        queue.addOperation(make("x", true));
+    queue.setSuspended(false);
+    EXPECT_EQ(started.size(), 100'000U);
+    EXPECT_EQ(queue.operationCount(), 0U);
+}
+
+TEST_F(OperationQueueTest, CancelReachesAllAndRemovalLetsThemGo) {
+    queue.setMaxConcurrentOperationCount(1);
+    const auto running = add("running");
+    std::weak_ptr<Work> waiting = add("waiting");
+    queue.cancelAllOperations();
+    EXPECT_TRUE(running->isCancelled);
+    EXPECT_TRUE(waiting.lock()->isCancelled);
+    queue.removeAllOperations();
+    EXPECT_TRUE(waiting.expired());
+    running->finish();
+    EXPECT_EQ(started.size(), 1U);
 }
 
 }  // namespace
