@@ -4,10 +4,10 @@ import unittest
 from support.case import SystemTest
 from support.home import wait_until
 from support.proxies import Squid
-from support.servers import Nginx, TlsNginx
+from support.servers import TlsNginx
 
 
-class CountingTest(SystemTest):
+class KeptConnectionsTest(SystemTest):
     def fetch(self, server, count, at_once, **environment):
         """Answers how many connections `count` small files took."""
         for number in range(count):
@@ -24,13 +24,8 @@ class CountingTest(SystemTest):
         wait_until(lambda: len(server.connections()) == before + count, 5, "every request's line")
         return len(set(server.connections()[before:]))
 
-
-class KeptConnectionsTest(CountingTest):
     def test_as_many_as_transfers_at_once(self):
         self.assertEqual(self.fetch(self.server, 1000, 9), 9)
-
-    def test_one_after_the_other(self):
-        self.assertEqual(self.fetch(self.server, 50, 1), 1)
 
     def test_over_tls_and_through_a_proxy(self):
         secure, squid = TlsNginx(), Squid()
@@ -42,15 +37,6 @@ class KeptConnectionsTest(CountingTest):
             path.unlink()
         self.assertEqual(self.fetch(secure, 60, 3, https_proxy=squid.address, **trust), 3)
         wait_until(lambda: len(squid.asked()) == 3, 5, "each tunnel's line")
-
-
-class ClosedConnectionsTest(CountingTest):
-    """A server that closes after each answer gets a connection for each file."""
-
-    server_class = type("ClosingNginx", (Nginx,), {"tls_lines": "keepalive_timeout 0;"})
-
-    def test_one_for_each(self):
-        self.assertEqual(self.fetch(self.server, 40, 9), 40)
 
 
 if __name__ == "__main__":

@@ -60,8 +60,7 @@ class VanishedFolderTest(SystemTest):
     def test_made_anew_at_the_start(self):
         source = self.serve("lonely.bin", MIB)
         self.home.downloads.rmdir()
-        self.assert_status(self.home.run(self.server.url("/lonely.bin")), 0)
-        self.assert_downloaded("lonely.bin", source)
+        self.assert_fetches(source)
 
     def test_during_a_download(self):
         """Whether it ends well or not, what it calls complete is complete, and the next run gets

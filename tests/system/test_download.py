@@ -3,7 +3,7 @@ import unittest
 import urllib.parse
 
 from support.case import MIB, SystemTest
-from support.servers import Apache, free_port
+from support.servers import free_port
 
 
 class DownloadTest(SystemTest):
@@ -20,8 +20,7 @@ class DownloadTest(SystemTest):
         for size in (1, 65535, 65536, 256 * 1024, MIB + 1):
             with self.subTest(size=size):
                 source = self.serve(f"size-{size}.bin", size)
-                self.assert_status(self.home.run(self.server.url(f"/{source.name}")), 0)
-                self.assert_downloaded(source.name, source)
+                self.assert_fetches(source)
 
     def test_names_in_other_scripts(self):
         for name in ("Ünïcode ñame.bin", "日本語.bin", "a b&c.bin", "100%.bin"):
@@ -71,12 +70,6 @@ class DownloadTest(SystemTest):
         self.assert_status(self.home.run("list.txt"), 0)
         self.assert_downloaded("late.bin", source)
 
-    def test_a_file_address(self):
-        source = self.serve("local.bin", 2 * MIB)
-        self.assert_status(self.home.run(source.as_uri()), 0)
-        self.assert_downloaded("local.bin", source)
-        self.assertTrue(source.exists())
-
     def test_settings_of_one_run(self):
         source = self.serve("elsewhere.bin", 5000)
         folder = self.home.root / "elsewhere"
@@ -85,14 +78,6 @@ class DownloadTest(SystemTest):
         self.assertEqual((folder / "elsewhere.bin").read_bytes(), source.read_bytes())
         stored = list((self.home.root / "config").rglob("*.plist"))
         self.assertFalse(any(b"elsewhere" in path.read_bytes() for path in stored))
-
-    def test_a_name_that_is_taken_is_left_alone(self):
-        source = self.serve("taken.bin", 5000)
-        (self.home.downloads / "taken.bin").write_text("mine")
-        self.assert_status(self.home.run(self.server.url("/taken.bin")), 0)
-        self.assertEqual((self.home.downloads / "taken.bin").read_text(), "mine")
-        self.assertIn(source.read_bytes(),
-                      [path.read_bytes() for path in self.home.downloads.iterdir()])
 
 
 class FailureTest(SystemTest):
@@ -109,11 +94,6 @@ class FailureTest(SystemTest):
                 self.assert_status(result, 1)
                 self.assertIn(str(number), result.stderr)
                 self.assertEqual(self.home.finished(), [])
-
-    def test_an_empty_answer_is_no_file(self):
-        self.serve("empty.bin", 0)
-        self.assert_status(self.home.run(self.server.url("/empty.bin")), 1)
-        self.assertEqual(self.home.finished(), [])
 
     def test_one_failure_among_many(self):
         source = self.serve("good.bin", 5000)
@@ -132,24 +112,12 @@ class UsageTest(SystemTest):
     def test_bad_usage_starts_nothing(self):
         good = self.server.url("/")
         for words in (["--nonsense"], ["-Auto-Start"], ["no such thing"], [good, "nonsense"],
-                      ["-", "-"]):
+                      ["-", "-"], ["-o", "file", good]):
             with self.subTest(words=words):
                 result = self.home.run(*words)
                 self.assert_status(result, 2)
                 self.assertTrue(result.stderr.startswith("orlop-terminal: "))
                 self.assertEqual(self.home.queued_addresses(), [])
-
-    def test_nothing_to_do(self):
-        self.assert_status(self.home.run(), 0)
-
-
-class ApacheTest(SystemTest):
-    server_class = Apache
-
-    def test_a_file(self):
-        source = self.serve("apache.bin", 3 * MIB + 5)
-        self.assert_status(self.home.run(self.server.url("/apache.bin")), 0)
-        self.assert_downloaded("apache.bin", source)
 
 
 if __name__ == "__main__":

@@ -32,14 +32,6 @@ class HistoryTest(SystemTest):
         self.download("fourth.bin", "-Clear History On Quit", "YES")
         self.assertFalse(self.history_path.exists())
 
-    def test_a_damaged_history_is_kept_aside(self):
-        self.download("first.bin")
-        self.history_path.write_bytes(b"damaged")
-        second = self.download("second.bin")
-        self.assertEqual(self.addresses(), [second])
-        kept = list(self.history_path.parent.glob("History.plist.damaged-*"))
-        self.assertEqual([path.read_bytes() for path in kept], [b"damaged"])
-
     def test_a_kill_loses_no_more_than_the_last_seconds(self):
         self.serve("first.bin", 1000)
         self.serve("slow.bin", 200_000)

@@ -27,13 +27,9 @@ class HostileTest(SystemTest):
     def test_answers_that_cannot_be(self):
         table = {
             "chunk-overflow": once(CHUNKED, b"8000000000000000\r\nxy"),
-            "chunk-wraps": once(CHUNKED, b"10000000000000002\r\nxy\r\n0\r\n\r\n"),
-            "chunk-negative": once(CHUNKED, b"-2\r\nxy\r\n0\r\n\r\n"),
             "chunk-size-endless": lambda: itertools.chain([CHUNKED], itertools.repeat(b"0" * KIB)),
-            "length-63": once(OK, b"Content-Length: 9223372036854775808\r\n\r\nxy"),
-            "length-64": once(OK, b"Content-Length: 18446744073709551618\r\n\r\nxy"),
+            "length-overflow": once(OK, b"Content-Length: 18446744073709551618\r\n\r\nxy"),
             "length-largest": once(OK, b"Content-Length: 9223372036854775807\r\n\r\nxy"),
-            "lengths": once(OK, b"Content-Length: 2\r\nContent-Length: 3\r\n\r\nxyz"),
             "head-endless": lambda: itertools.chain(
                 [OK], (b"X-%d: " % i + b"x" * KIB + b"\r\n" for i in itertools.count())),
             "line-endless": lambda: itertools.chain([OK, b"X: "], itertools.repeat(b"x" * KIB)),

@@ -3,16 +3,15 @@ import unittest
 
 from support import ntlm
 from support.asking import AskingTest
-from support.guarded import NtlmOrigin
+from support.guarded import PASSWORD, NtlmOrigin
 
-CANARY = "kanarienvogel-4711"
 SIZE = 200_000
 # A server's user writes the domain before the name.
 WHO = f"{ntlm.DOMAIN}\\{ntlm.NAME}"
 
 
 class NtlmTest(AskingTest):
-    server_class = type("Canaries", (NtlmOrigin,), {"password": CANARY})
+    server_class = NtlmOrigin
 
     def ask(self, *paths, answers=()):
         """A run over files on the server, one after the other; the answers to its questions."""
@@ -26,7 +25,7 @@ class NtlmTest(AskingTest):
 
     def test_one_handshake_serves_all_files(self):
         names = [f"file-{number}.bin" for number in range(3)]
-        session = self.ask(*(f"/{name}" for name in names), answers=[(WHO, CANARY)])
+        session = self.ask(*(f"/{name}" for name in names), answers=[(WHO, PASSWORD)])
         self.assertEqual(session.finish(), 0)
         self.assertIn(b"You need to log in before downloading \"file-0.bin\".", session.raw)
         for name in names:
@@ -39,9 +38,9 @@ class NtlmTest(AskingTest):
 
     def test_a_wrong_password_is_asked_about_again(self):
         for path in "/wrong.bin", "/late-domain.bin":
-            wrong = (WHO, "mistake") if path == "/wrong.bin" else (ntlm.NAME, CANARY)
+            wrong = (WHO, "mistake") if path == "/wrong.bin" else (ntlm.NAME, PASSWORD)
             with self.subTest(path):
-                session = self.ask(path, answers=[wrong, (WHO, CANARY)])
+                session = self.ask(path, answers=[wrong, (WHO, PASSWORD)])
                 self.assertEqual(session.finish(), 0)
                 self.assert_downloaded(path[1:], self.server.content / path[1:])
                 self.assertLessEqual(len(self.server.exchanges(path[1:])), 6)
@@ -63,7 +62,7 @@ class NtlmTest(AskingTest):
     def test_a_server_that_closes_the_connection_in_the_handshake(self):
         for folder in "half", "late":
             with self.subTest(folder):
-                session = self.ask(f"/{folder}/{folder}.bin", answers=[(WHO, CANARY)])
+                session = self.ask(f"/{folder}/{folder}.bin", answers=[(WHO, PASSWORD)])
                 self.assertEqual(session.finish(), 1)
                 self.assertEqual(self.home.finished(), [])
                 self.assertLessEqual(len(self.server.exchanges(f"{folder}.bin")), 8)

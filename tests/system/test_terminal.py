@@ -5,17 +5,11 @@ import unittest
 
 from support.case import MIB, SystemTest
 from support.screen import width
-from support.terminal import TerminalSession
 
 BAR = "━"
 
 
 class TerminalTest(SystemTest):
-    def session(self, *arguments, **options):
-        session = TerminalSession(self.home, *arguments, **options)
-        self.addCleanup(session.close)
-        return session
-
     def assert_screen_was_well_treated(self, session):
         self.assertEqual(session.screen.unknown, [])
         self.assertTrue(session.screen.wraps, "the terminal's wrapping was left off")
@@ -33,14 +27,6 @@ class TerminalTest(SystemTest):
         self.assertEqual(len(session.screen.text()), 1)
         self.assert_screen_was_well_treated(session)
         self.assert_downloaded("moving.bin", source)
-
-    def test_is_drawn_at_most_ten_times_a_second_and_only_when_it_changes(self):
-        self.serve("calm.bin", 4 * MIB)
-        session = self.session(self.server.url("/rate/1500000/calm.bin"))
-        self.assertEqual(session.finish(), 0)
-        self.assertLess(session.drawings, 45)
-        frames = session.raw.split(b"\x1b[?7h")
-        self.assertEqual(len(frames), len(set(frames)), "the same was drawn twice")
 
     def test_more_downloads_than_lines(self):
         names = [f"crowd-{number}.bin" for number in range(9)]
@@ -85,17 +71,6 @@ class TerminalTest(SystemTest):
         self.assertNotIn(b"\x1b[2J", session.raw)
         self.assertNotIn("\u202e".encode(), session.raw)
 
-    def test_wide_names_keep_the_columns(self):
-        name = "日本語の長い名前のファイルです.bin"
-        self.serve(name, 2 * MIB)
-        session = self.session(self.server.url(f"/rate/1000000/{name}"))
-        row = session.wait_for(lambda lines: [line for line in lines if BAR in line])[0]
-        self.assertLessEqual(sum(map(width, row)), 80)
-        self.assertTrue(row.startswith("日本"))
-        self.assertIn(".bin", row)
-        session.process.send_signal(signal.SIGINT)
-        session.finish()
-
     def test_interrupted_from_the_keyboard(self):
         self.serve("halted.bin", 4 * MIB)
         session = self.session(self.server.url("/rate/500000/halted.bin"))
@@ -123,29 +98,6 @@ class TerminalTest(SystemTest):
         self.assertEqual(session.finish(), 0)
         self.assertNotIn(b"\x1b", session.raw)
         self.assertIn(b"Download Complete: plain.bin", session.raw)
-
-    def test_colours_can_be_turned_off(self):
-        self.serve("grey.bin", 2 * MIB)
-        session = self.session(self.server.url("/rate/2000000/grey.bin"),
-                               environment={"NO_COLOR": "1"})
-        session.wait_for_text(BAR)
-        self.assertEqual(session.finish(), 0)
-        self.assertNotRegex(session.raw, rb"\x1b\[[0-9;]*m")
-
-    def test_more_than_a_hundred_files_are_asked_about(self):
-        folder = self.home.root / "many"
-        folder.mkdir()
-        for number in range(102):
-            (folder / f"{number:03}.bin").write_bytes(b"x")
-        session = self.session(folder)
-        session.wait_for_text("Are you sure you still want more?")
-        session.type("s\n")
-        self.assertEqual(session.finish(), 0)
-        self.assertEqual(len(self.home.finished()), 100)
-
-        result = self.home.run(folder)
-        self.assert_status(result, 0)
-        self.assertEqual(len(self.home.finished()), 200)
 
 
 if __name__ == "__main__":

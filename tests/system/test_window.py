@@ -359,21 +359,6 @@ class LooksTest(WindowTest):
         self.assertLess(self.desktop.find("text", pseudo("Filter")).frame[0] - edge, 60)
         self.quit(program)
 
-    def test_a_window_comes_back_onto_a_screen_that_has_shrunk(self):
-        for size, room in (("1700x700", 1700), ("1700x700", 1700), ("800x600", 800)):
-            self.use(f"screen-{size}", size=size)
-            program = self.start()
-            frame = self.desktop.find("frame").frame
-            if self.setting("NSWindow Frame MainWindow") is None:
-                self.desktop.place_window("Orlop", (1000, 150, 500, 300))
-                wait_until(lambda: self.desktop.find("frame").frame[2:] == (500, 300), 30, "room")
-            else:
-                self.assertEqual(frame[2:], (500, 300))
-                self.assertEqual(frame[0] >= 1000, room > 1000)
-                self.assertLessEqual(frame[0] + frame[2], room)
-            self.desktop.key("ctrl+q")
-            self.assert_status(self.home.result(program), 0)
-
 
 if __name__ == "__main__":
     unittest.main()

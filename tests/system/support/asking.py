@@ -1,14 +1,8 @@
 """Programs that ask a user at their terminal for names and passwords."""
 from .case import SystemTest
-from .terminal import TerminalSession
 
 
 class AskingTest(SystemTest):
-    def session(self, *arguments, **options):
-        session = TerminalSession(self.home, *arguments, **options)
-        self.addCleanup(session.close)
-        return session
-
     def log_in(self, session, password, name, domain=None, times=1):
         """Answers the question that comes for the so many-th time."""
         session.wait_for(lambda lines: lines and lines[-1] == "Name:" and

@@ -1,4 +1,4 @@
-"""Servers and proxies that want to know who is there."""
+"""Servers and proxies that want to know who is there: NAME, or who ntlm.py says, by PASSWORD."""
 import hashlib
 import shutil
 import subprocess
@@ -10,6 +10,8 @@ from .servers import Apache, Server
 
 REALM = "The Club"
 NAME = "müller"
+# Searched for wherever it must not turn up.
+PASSWORD = "kanarienvogel-4711"
 
 
 def htdigest_line(name, realm, password, algorithm="md5"):
@@ -25,23 +27,19 @@ def plain_line(name, password):
 
 
 class GuardedApache(Apache):
-    """/basic/FILE and /digest/FILE are guarded, /302/basic/FILE and /307/basic/FILE redirect to
-    `elsewhere` whoever is let in, and /stale/FILE has nonces that live for a second. Who has been
-    let in once gets a cookie with the password in it."""
-
-    elsewhere = "http://127.0.0.1:9"
-    password = "secret"
+    """/basic/FILE and /digest/FILE are guarded, and /stale/FILE has nonces that live for a second.
+    Who has been let in once gets a cookie with the password in it."""
 
     def prepare(self):
-        (self.root / "basic").write_text(plain_line(NAME, self.password))
-        (self.root / "digest").write_text(htdigest_line(NAME, REALM, self.password))
+        (self.root / "basic").write_text(plain_line(NAME, PASSWORD))
+        (self.root / "digest").write_text(htdigest_line(NAME, REALM, PASSWORD))
 
     def command(self):
         words = super().command()
         modules = "\n".join(
             f"LoadModule {name}_module {self.modules}/mod_{name}.so" for name in
             ("auth_basic", "auth_digest", "authn_core", "authn_file", "authz_user", "alias",
-             "headers", "rewrite"))
+             "headers"))
         lifetimes = (("digest", 300), ("stale", 1))
         digests = "\n".join(f"""
 <Location /{name}>
@@ -52,12 +50,6 @@ class GuardedApache(Apache):
     AuthDigestNonceLifetime {seconds}
     Require valid-user
 </Location>""" for name, seconds in lifetimes)
-        # Rules of a location are applied after its guard's.
-        redirects = "\n".join(f"""
-<Location /{status}>
-    RewriteEngine On
-    RewriteRule ([^/]*)$ {self.elsewhere}/$1 [R={status},L]
-</Location>""" for status in (302, 307))
         with open(self.root / "apache.conf", "a", encoding="utf-8") as configuration:
             configuration.write(f"""
 {modules}
@@ -70,47 +62,17 @@ Alias /stale {self.content}
     AuthBasicProvider file
     AuthUserFile {self.root}/basic
     Require valid-user
-    Header always set Set-Cookie "session={self.password}; Path=/"
-</LocationMatch>{digests}{redirects}
+    Header always set Set-Cookie "session={PASSWORD}; Path=/"
+</LocationMatch>{digests}
 """)
         return words
-
-
-class Recorder(Apache):
-    """Says no to everything, in the same realm, and writes down what it was sent."""
-
-    def command(self):
-        words = super().command()
-        modules = "\n".join(
-            f"LoadModule {name}_module {self.modules}/mod_{name}.so" for name in
-            ("auth_basic", "authn_core", "authn_file", "authz_user", "log_forensic"))
-        (self.root / "nobody").write_text("")
-        with open(self.root / "apache.conf", "a", encoding="utf-8") as configuration:
-            configuration.write(f"""
-{modules}
-ForensicLog {self.root}/forensic.log
-<Location />
-    AuthType Basic
-    AuthName "{REALM}"
-    AuthBasicProvider file
-    AuthUserFile {self.root}/nobody
-    Require valid-user
-</Location>
-""")
-        return words
-
-    def heads(self):
-        """All heads of requests, as they came."""
-        return (self.root / "forensic.log").read_text()
 
 
 class Lighttpd(Server):
     """Everything below /sha256 is guarded by Digest with SHA-256."""
 
-    password = "secret"
-
     def prepare(self):
-        (self.root / "users").write_text(htdigest_line(NAME, REALM, self.password, "sha256"))
+        (self.root / "users").write_text(htdigest_line(NAME, REALM, PASSWORD, "sha256"))
 
     def command(self):
         configuration = self.root / "lighttpd.conf"
@@ -135,7 +97,6 @@ class GuardedSquid(Squid):
     """A proxy that lets nobody through without a password. `kind`: basic, digest or ntlm, which
     knows another name."""
 
-    password = "secret"
     helpers = "/usr/lib/squid"
 
     def __init__(self, kind):
@@ -145,9 +106,9 @@ class GuardedSquid(Squid):
     def prepare(self):
         users = self.root / "users"
         kind, helpers = self._kind, self.helpers
-        users.write_text({"basic": plain_line(NAME, self.password),
-                          "digest": htdigest_line(NAME, REALM, self.password),
-                          "ntlm": self.password}[kind])
+        users.write_text({"basic": plain_line(NAME, PASSWORD),
+                          "digest": htdigest_line(NAME, REALM, PASSWORD),
+                          "ntlm": PASSWORD}[kind])
         # Where the proxy's own user can read it.
         judge = shutil.copy(ntlm.__file__, self.root)
         helper = {"basic": f"{helpers}/basic_ncsa_auth {users}",
@@ -171,13 +132,12 @@ http_access deny all
 class NtlmOrigin(Server):
     """A web server that wants NTLM, as ntlm_origin.js tells."""
 
-    password = "secret"
     packages = Path(__file__).parents[3] / "build/node/node_modules"
 
     def prepare(self):
         if not self.packages.exists():
             raise RuntimeError("scripts/setup gets the server that this test needs")
-        self.controller = ntlm.Controller(self.password)
+        self.controller = ntlm.Controller(PASSWORD)
 
     def command(self):
         script = Path(__file__).parents[1] / "node/ntlm_origin.js"

@@ -3,43 +3,30 @@ import shutil
 import subprocess
 import unittest
 
+from .bus import Bus
 from .home import wait_until
 
 
 class Keyring:
     def __init__(self, home):
-        for program in ("dbus-daemon", "gnome-keyring-daemon", "gdbus"):
-            if shutil.which(program) is None:
-                raise unittest.SkipTest(f"{program} is not installed")
-        self._home = home
-        self._processes = []
-        bus = self._start("dbus-daemon", "--session", "--nofork", "--print-address=1")
-        self.environment = {"DBUS_SESSION_BUS_ADDRESS": bus.stdout.readline().decode().strip()}
-        daemon = self._start("gnome-keyring-daemon", "--foreground", "--unlock",
-                             "--components=secrets")
-        daemon.stdin.write(b"key to the keyring")
-        daemon.stdin.close()
+        if shutil.which("gnome-keyring-daemon") is None:
+            raise unittest.SkipTest("gnome-keyring-daemon is not installed")
+        self._bus = Bus(home.environment())
+        self.environment = {"DBUS_SESSION_BUS_ADDRESS": self._bus.address}
+        self._daemon = subprocess.Popen(
+            ["gnome-keyring-daemon", "--foreground", "--unlock", "--components=secrets"],
+            stdin=subprocess.PIPE, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+            env=home.environment(**self.environment))
+        self._daemon.stdin.write(b"key to the keyring")
+        self._daemon.stdin.close()
         wait_until(self._is_unlocked, what="the secret store")
 
-    def _start(self, *words):
-        process = subprocess.Popen(words, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                                   stderr=subprocess.DEVNULL,
-                                   env=self._home.environment(**getattr(self, "environment", {})))
-        self._processes.append(process)
-        return process
-
     def _is_unlocked(self):
-        asked = subprocess.run(
-            ["gdbus", "call", "--session", "-d", "org.freedesktop.secrets",
-             "-o", "/org/freedesktop/secrets/aliases/default",
-             "-m", "org.freedesktop.DBus.Properties.Get",
-             "org.freedesktop.Secret.Collection", "Locked"],
-            env=self._home.environment(**self.environment), capture_output=True, text=True)
-        return "false" in asked.stdout
+        return "false" in self._bus.call(
+            "org.freedesktop.secrets", "/org/freedesktop/secrets/aliases/default",
+            "org.freedesktop.DBus.Properties.Get", "org.freedesktop.Secret.Collection", "Locked")
 
     def close(self):
-        for process in reversed(self._processes):
-            process.terminate()
-            process.wait()
-            for stream in (process.stdin, process.stdout):
-                stream.close()
+        self._daemon.terminate()
+        self._daemon.wait()
+        self._bus.close()
