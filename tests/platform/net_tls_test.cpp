@@ -13,7 +13,6 @@ using support::Reply;
 namespace {
 
 const std::string untrusted = "NSOSStatusErrorDomain -9807";
-const std::string clientRefused = "NSOSStatusErrorDomain -9801";
 
 std::string outcome(Loop& loop, const QString& url, const TLSSettings& settings) {
     Exchange exchange(loop, url);
@@ -37,20 +36,6 @@ TEST(NetTls, TrustsWhomItIsToldTo) {
     EXPECT_EQ(outcome(loop, byAddress, known), untrusted) << "issued for another name";
     EXPECT_EQ(outcome(loop, byAddress, unchecked), "200");
     EXPECT_EQ(outcome(loop, server.url(), missing), untrusted);
-}
-
-TEST(NetTls, PresentsAClientCertificate) {
-    HTTPServer server(HTTPServer::Security::TlsWithClientCertificate);
-    server.serve("/", Reply());
-    TLSSettings settings;
-    settings.authoritiesPath = server.authoritiesPath();
-    Loop loop;
-    EXPECT_EQ(outcome(loop, server.url(), settings), clientRefused);
-    settings.clientCertificatePath = u"/nonexistent.pem"_s;
-    EXPECT_EQ(outcome(loop, server.url(), settings), clientRefused);
-    settings.clientCertificatePath = server.clientCertificatePath();
-    settings.clientKeyPath = server.clientKeyPath();
-    EXPECT_EQ(outcome(loop, server.url(), settings), "200");
 }
 
 }  // namespace

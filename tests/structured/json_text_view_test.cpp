@@ -176,24 +176,15 @@ TEST_F(JSONTextView, OffersTheOtherSpellings) {
     EXPECT_THAT(titles(), ElementsAre());
 }
 
-TEST_F(JSONTextView, SetsItsTextInTheUsersSize) {
+TEST_F(JSONTextView, SetsItsTextInASizeThatCanBeRead) {
     EXPECT_EQ(view.fontSize(), 12);
-    for (const auto& [set, used] : {std::pair{5.0, 8.0},
-                                    {100.0, 50.0},
-                                    {0.0, 12.0},
-                                    {-1.0, 12.0},
-                                    {std::nan(""), 12.0},
-                                    {13.0, 13.0}}) {
+    for (const auto& [set, used] :
+         {std::pair{5.0, 8.0}, {100.0, 50.0}, {0.0, 12.0}, {std::nan(""), 12.0}, {13.0, 13.0}}) {
         view.setFontSize(set);
         EXPECT_EQ(view.fontSize(), used);
     }
     view.setString(u"[1]"_s);
     EXPECT_EQ(text.style, (TextStyle{13, 1, 29, 3}));
-    view.setString(u"<key>a</key><true/>"_s);
-    EXPECT_EQ(text.style, (TextStyle{13, 1, 29, 0}));
-    defaults.set(settings::tightLayout, true);
-    view.setFont();
-    EXPECT_EQ(text.style, (TextStyle{13, 0, 0, 0}));
 }
 
 TEST_F(JSONTextView, ConvertsPropertyListsThatArePasted) {
@@ -251,13 +242,6 @@ TEST_F(JSONTextView, OffersASelectedPropertyList) {
         EXPECT_FALSE(selectedPropertyList(selection).isValid()) << selection.toStdString();
         EXPECT_EQ(writablePasteboardTypes(types, selection), types);
     }
-}
-
-TEST(AutoIndent, RepeatsTheWhiteSpaceOfTheLine) {
-    EXPECT_EQ(indentationOfLastLine(u"a\n\t b\n"_s), u""_s);
-    EXPECT_EQ(indentationOfLastLine(u"a\n\t b c"_s), u"\t "_s);
-    EXPECT_EQ(indentationOfLastLine(u"  "_s), u"  "_s);
-    EXPECT_EQ(indentationOfLastLine(u"\t\r\n x"_s), u" "_s);
 }
 
 }  // namespace

@@ -152,42 +152,5 @@ TEST(Serialization, ReadsBackWhatItWrites) {
     }
 }
 
-TEST(Serialization, CarriesSpecialValuesThroughJsonOnlyWhenTold) {
-    const QDateTime date(QDate(2001, 2, 3), QTime(4, 5, 6), Qt::UTC);
-    const QVariantMap object{{u"list"_s, QVariantList{QByteArray("x"), date}},
-                             {u"text"_s, u"dat:"_s}};
-    EXPECT_FALSE(Serialization::JSONStringWithObject(object, false, false));
-
-    Serialization::setConvertsSpecialValues(true);
-    const auto text = Serialization::JSONStringWithObject(object, true, true);
-    const auto ambiguous = Serialization::JSONStringWithObject(
-        QVariantMap{{u"a"_s, date}, {u"b"_s, u"Data:x"_s}}, false, false);
-    const auto list = Serialization::JSONStringWithObject(QVariantList{date}, false, false);
-    const QVariantMap read =
-        Serialization::objectWithString(text.value_or(QString())).object.toMap();
-    const QVariant odd =
-        Serialization::objectWithString(
-            u"{\"a\":null,\"b\":\"date:x\",\"c\":\"DATA: eA==\",\"d\":\"data:\"}"_s)
-            .object;
-    Serialization::setConvertsSpecialValues(false);
-
-    EXPECT_EQ(text,
-              u"\"list\" : [\n\t\"data:eA==\"\n\t\"date:2001-02-03T04:05:06Z\"\n]\n"
-              u"\"text\" : \"dat:\"\n"_s);
-    EXPECT_EQ(read, object);
-    EXPECT_FALSE(ambiguous);
-    EXPECT_FALSE(list);
-    EXPECT_EQ(odd, QVariant(QVariantMap{{u"a"_s, qint64{0}},
-                                        {u"b"_s, u"date:x"_s},
-                                        {u"c"_s, QByteArray("x")},
-                                        {u"d"_s, u"data:"_s}}));
-}
-
-TEST(Serialization, ReadsBinaryPropertyLists) {
-    const QByteArray data =
-        platform::writePropertyList(simple, platform::PropertyListFormat::Binary);
-    EXPECT_EQ(Serialization::objectWithData(data, {}).object, QVariant(simple));
-}
-
 }  // namespace
 }  // namespace structured

@@ -143,14 +143,6 @@ TEST_F(DownloadListTest, PressesActionButtonsAndSelectsElsewhere) {
     EXPECT_EQ(second->status(), engine::DQDownloadStatusAborted);
 }
 
-TEST_F(DownloadListTest, MirrorsItsButtonsFromRightToLeft) {
-    list->setLayoutDirection(Qt::RightToLeft);
-    fill(1);
-    EXPECT_LT(buttonCentre(0, 2).x(), 40);
-    QTest::mouseClick(viewport(), Qt::LeftButton, {}, buttonCentre(0, 1));
-    EXPECT_EQ(manager.queue[0]->status(), engine::DQDownloadStatusQueued);
-}
-
 TEST_F(DownloadListTest, ObeysTheKeyboard) {
     fill(30);
     const QSignalSpy selected(list.get(), &ui::DQDownloadList::selectionMade);
@@ -189,17 +181,6 @@ TEST_F(DownloadListTest, CollapsesVanishingRowsTogether) {
     EXPECT_LT(least, full - list->rowHeight());
     reload();
     EXPECT_EQ(list->contentHeight(), 2 * list->rowHeight());
-}
-
-TEST_F(DownloadListTest, TellsAssistantsWhatItsRowsSay) {
-    fill(2);
-    QAccessibleInterface* interface = QAccessible::queryAccessibleInterface(list.get());
-    ASSERT_NE(interface, nullptr);
-    EXPECT_EQ(interface->text(QAccessible::Name), u"Downloads"_s);
-    ASSERT_EQ(interface->childCount(), 2);
-    const QString row = interface->child(1)->text(QAccessible::Name);
-    EXPECT_TRUE(row.contains(u"file1.bin"_s)) << qPrintable(row);
-    EXPECT_TRUE(row.contains(u"Pending"_s)) << qPrintable(row);
 }
 
 TEST_F(DownloadListTest, DrawsEveryStyleAndTheEmptyList) {

@@ -101,25 +101,6 @@ TEST_F(MainWindowTest, ObeysKeysAndSelection) {
     EXPECT_EQ(selected(), QStringList{u"a"_s});
 }
 
-TEST_F(MainWindowTest, FiltersAsIsTyped) {
-    addAndShow({u"apple"_s, u"pear"_s});
-    auto* scopeBar = window->findChild<ui::ScopeBar*>();
-    QLineEdit* field = window->toolbar().filterField();
-    ASSERT_NE(field, nullptr);
-    QTest::keyClicks(field, u" "_s);
-    EXPECT_FALSE(scopeBar->isVisible()) << "blanks are no filter";
-    QTest::keyClicks(field, u"pea"_s);
-    EXPECT_TRUE(scopeBar->isVisible());
-    EXPECT_EQ(shown(), QStringList{u"pear"_s});
-    QTest::keyClicks(field, u"x"_s);
-    EXPECT_EQ(shown(), QStringList());
-    QTest::mouseClick(scopeBar->findChild<QToolButton*>(u"URL"_s), Qt::LeftButton);
-    EXPECT_EQ(defaults.get(app::settings::toolbarFilterCriterion), u"URL"_s);
-    QTest::keyClick(field, Qt::Key_Escape);
-    EXPECT_FALSE(scopeBar->isVisible());
-    EXPECT_EQ(shown().size(), 2);
-}
-
 TEST_F(MainWindowTest, KeepsTheToolbarAsArranged) {
     const auto buttons = [this] {
         QStringList shown;

@@ -1,14 +1,19 @@
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QTemporaryDir>
+#include <csignal>
 
 #include "platform/files/files.h"
 #include "platform/session/login_item.h"
+#include "platform/session/signal_watcher.h"
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
+
+using platform::SignalWatcher;
 
 TEST(LoginItemTest, IsAnAutostartEntryThatDesktopsCanSwitchOff) {
     const QTemporaryDir folder;
@@ -30,6 +35,33 @@ TEST(LoginItemTest, IsAnAutostartEntryThatDesktopsCanSwitchOff) {
     EXPECT_FALSE(platform::pathExists(path));
     EXPECT_FALSE(item.setEnabled(false)) << "it is gone already";
     EXPECT_TRUE(platform::LoginItem(u"/proc/no/such.desktop"_s, u"/orlop"_s).setEnabled(true));
+}
+
+/// Qt's event loop delivers the signals.
+class SignalWatcherTest : public testing::Test {
+protected:
+    std::vector<int> told;
+    SignalWatcher::Handler note = [this](int number) { told.push_back(number); };
+
+private:
+    int argc_ = 1;
+    char name_[5] = "test";
+    char* argv_[2] = {name_, nullptr};
+    QCoreApplication application_{argc_, argv_};
+};
+
+TEST_F(SignalWatcherTest, TellsOfSignalsInTheEventLoopAndNotBefore) {
+    const SignalWatcher watcher({{SIGUSR1}, {SIGUSR2}}, note);
+    std::raise(SIGUSR1);
+    std::raise(SIGUSR2);
+    EXPECT_TRUE(told.empty());
+    QCoreApplication::processEvents();
+    EXPECT_EQ(told, (std::vector<int>{SIGUSR1, SIGUSR2}));
+}
+
+TEST_F(SignalWatcherTest, GivesTheFormerDispositionBack) {
+    { const SignalWatcher watcher({{SIGUSR1}}, note); }
+    EXPECT_EQ(std::signal(SIGUSR1, SIG_DFL), SIG_DFL);
 }
 
 }  // namespace
