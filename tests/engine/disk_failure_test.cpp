@@ -4,6 +4,7 @@
 #include "engine/settings.h"
 #include "engine_fixture.h"
 #include "failing_disk.h"
+#include "links/paths/file_attributes.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -65,6 +66,33 @@ TEST_F(TransferTest, UserWhoPausesIsNotOverruledByRoom) {
     main.advance(100);
     EXPECT_EQ(download->status(), DQDownloadStatusPaused);
     EXPECT_EQ(server.requests().size(), requests);
+}
+
+TEST_F(TransferTest, SmallFileIsPlacedWholeOrWaitsInAPartialFile) {
+    const QByteArray body = patternedBytes(10'000);
+    serve(body);
+    const auto placed = add();
+    run(placed);
+    const UnlinkableFiles noUnnamedFiles;
+    const auto moved = add();
+    run(moved);
+    EXPECT_EQ(downloadedNames(), (QStringList{u"file 1.bin"_s, u"file.bin"_s}));
+    for (const auto& download : {placed, moved}) {
+        EXPECT_EQ(contents(download->path()), body);
+        EXPECT_TRUE(links::isFromURLString(download->path(), server.url(u"/file.bin"_s)));
+    }
+
+    const auto waiting = add();
+    {
+        const FailingDisk disk(ENOSPC, 1234);
+        run(waiting);
+    }
+    ASSERT_TRUE(waiting->isInterrupted());
+    EXPECT_EQ(waiting->lastError()->underlying->code, ENOSPC);
+    main.advance(31);
+    ASSERT_TRUE(waitForStatus(*waiting, DQDownloadStatusDone));
+    EXPECT_EQ(requestedRanges().back(), "bytes=1234-");
+    EXPECT_EQ(contents(waiting->path()), body);
 }
 
 }  // namespace

@@ -12,6 +12,7 @@ namespace {
 
 std::atomic<int> failure = 0;
 std::atomic<qint64> roomLeft = 0;
+std::atomic<bool> isUnlinkable = false;
 
 ssize_t writeIntoRoom(const char* name, int file, const void* bytes, size_t count, off_t offset) {
     using Write = ssize_t (*)(int, const void*, size_t, off_t);
@@ -38,6 +39,14 @@ FailingDisk::~FailingDisk() {
     failure = 0;
 }
 
+UnlinkableFiles::UnlinkableFiles() {
+    isUnlinkable = true;
+}
+
+UnlinkableFiles::~UnlinkableFiles() {
+    isUnlinkable = false;
+}
+
 }  // namespace engine_test
 
 // The executable's own definitions come before those of the C library.
@@ -46,4 +55,13 @@ extern "C" ssize_t pwrite(int file, const void* bytes, size_t count, off_t offse
 }
 extern "C" ssize_t pwrite64(int file, const void* bytes, size_t count, off64_t offset) {
     return engine_test::writeIntoRoom("pwrite64", file, bytes, count, offset);
+}
+extern "C" int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) {
+    if (engine_test::isUnlinkable) {
+        errno = ENOENT;
+        return -1;
+    }
+    using Link = int (*)(int, const char*, int, const char*, int);
+    return reinterpret_cast<Link>(dlsym(RTLD_NEXT, "linkat"))(fromFolder, from, toFolder, to,
+                                                              flags);
 }

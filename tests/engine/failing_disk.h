@@ -14,4 +14,13 @@ public:
     FailingDisk& operator=(const FailingDisk&) = delete;
 };
 
+/// While it lives, no file without a name is given one (linkat), as where /proc is not mounted.
+class UnlinkableFiles {
+public:
+    UnlinkableFiles();
+    ~UnlinkableFiles();
+    UnlinkableFiles(const UnlinkableFiles&) = delete;
+    UnlinkableFiles& operator=(const UnlinkableFiles&) = delete;
+};
+
 }  // namespace engine_test

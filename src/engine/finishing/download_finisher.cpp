@@ -10,6 +10,7 @@
 #include "engine/admission/download_manager.h"
 #include "engine/background.h"
 #include "engine/environment.h"
+#include "engine/finishing/whole_file.h"
 #include "engine/lifecycle/download_lifecycle.h"
 #include "engine/lifecycle/resume_plan.h"
 #include "engine/lifecycle/transfer.h"
@@ -20,6 +21,7 @@
 #include "engine/record/download.h"
 #include "engine/record/known_file.h"
 #include "engine/record/user_settings.h"
+#include "engine/workers/partial_file.h"
 #include "engine/workers/partial_file_marks.h"
 #include "links/paths/available_path.h"
 #include "platform/base/log.h"
@@ -72,10 +74,13 @@ void DownloadFinisher::workerDidFinish(DQDownloadWorkerPrototype& worker) {
                      [](const auto& other) { return other->isDone(); }))
         return;
     const bool hasData = transfer.figures().total() > 0;
-    std::vector<FilePiece> pieces = piecesOfWorkers();
+    const QByteArray body = transfer.workers().front()->wholeBody();
+    std::vector<FilePiece> pieces = body.isEmpty() ? piecesOfWorkers() : std::vector<FilePiece>();
     transfer.freezeFigures();
     transfer.dropWorkers();
-    if (hasData)
+    if (!body.isEmpty())
+        place(body);
+    else if (hasData)
         conclude(std::move(pieces));
     else
         endWithoutData();
@@ -159,11 +164,73 @@ void DownloadFinisher::handleWrongLength(const std::vector<FilePiece>& pieces) {
                                           download_.description())));
 }
 
-void DownloadFinisher::assemble(std::vector<FilePiece> pieces) {
+void DownloadFinisher::beginJob() {
     job_ = std::make_shared<Job>();
-    job_->pieces = std::move(pieces);
     job_->origin = originOf(download_);
     job_->hasUserChosenPath = download_.userSettings().contains(keys::downloadFile);
+}
+
+void DownloadFinisher::place(const QByteArray& body) {
+    beginJob();
+    job_->body = body;
+    job_->target = download_.finalDownloadTargetPath();
+    runInBackground([job = job_] { job->placeBody(); },
+                    [weak = download_.weak_from_this(), job = job_] {
+                        if (const auto download = weak.lock())
+                            download->finisher().didPlace(job);
+                    });
+}
+
+void DownloadFinisher::Job::placeBody() {
+    if (isCancelled)
+        return;
+    wasMoveTried = true;
+    moveError =
+        target.isEmpty() ? platform::posixError(EACCES) : placeWholeFile(body, target, origin);
+}
+
+void DownloadFinisher::didPlace(const std::shared_ptr<Job>& job) {
+    const bool isPlaced = job->wasMoveTried && !job->moveError;
+    if (download_.isBeingRemoved()) {
+        if (isPlaced)
+            QFile::remove(job->target);
+        endJob();
+    } else if (isPlaced) {
+        endJob();
+        // Of an earlier attempt.
+        download_.paths().discardPartialData();
+        endWithFile(job->target);
+    } else if (job->isCancelled) {
+        endCancelledJob();
+    } else {
+        concludeThroughPartialFile(job->body);
+    }
+}
+
+/// Whatever stood in the way, a taken name or a full disk: a partial file can wait for better
+/// times.
+void DownloadFinisher::concludeThroughPartialFile(const QByteArray& body) {
+    job_.reset();
+    const QString path = download_.paths().intermediateDownloadTargetPath(true, true);
+    PartialFile file;
+    std::optional<platform::Error> error = file.open(path, 0);
+    if (!error)
+        error = file.write(body);
+    if (!error) {
+        conclude({{path, body.size()}});
+        return;
+    }
+    download_.transfer().thawFigures();
+    interruptDownload(
+        download_,
+        makeWorkerError(WorkerErrorCode::CannotWrite,
+                        u"%1 cannot write to intermediate file"_s.arg(download_.description()),
+                        &*error));
+}
+
+void DownloadFinisher::assemble(std::vector<FilePiece> pieces) {
+    beginJob();
+    job_->pieces = std::move(pieces);
     const bool movesAtOnce = job_->pieces.size() == 1;
     // One file of a known length shows by itself that it is complete.
     if (!movesAtOnce || knownFile(download_.userSettings()).length == 0)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <atomic>
 #include <memory>
@@ -40,6 +41,7 @@ public:
 private:
     struct Job {
         std::vector<FilePiece> pieces;
+        QByteArray body;  ///< In place of pieces: the whole file, which lies in no file yet.
         FileOrigin origin;
         bool hasUserChosenPath = false;
         int attempts = 0;
@@ -53,6 +55,7 @@ private:
 
         void assemble() { assembly = assembleFile(pieces, isCancelled); }
         void moveToTarget();
+        void placeBody();
     };
 
     [[nodiscard]] std::vector<FilePiece> piecesOfWorkers() const;
@@ -60,6 +63,10 @@ private:
     void conclude(std::vector<FilePiece> pieces);
     [[nodiscard]] bool hasRightLength(const std::vector<FilePiece>& pieces) const;
     void handleWrongLength(const std::vector<FilePiece>& pieces);
+    void place(const QByteArray& body);
+    void didPlace(const std::shared_ptr<Job>& job);
+    void concludeThroughPartialFile(const QByteArray& body);
+    void beginJob();
     void assemble(std::vector<FilePiece> pieces);
     void didAssemble(const std::shared_ptr<Job>& job);
     void move(const std::shared_ptr<Job>& job);

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QVariant>
+#include <array>
 
 #include "engine/admission/download_manager.h"
 #include "engine/environment.h"
@@ -19,6 +20,7 @@
 #include "links/paths/path_components.h"
 #include "links/paths/path_rules.h"
 #include "platform/base/log.h"
+#include "platform/files/descriptor.h"
 #include "platform/files/files.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -29,12 +31,11 @@ namespace {
 
 /// The setting's lowest value that counts gives the date to the file's creation alone, which no
 /// file system of Linux lets anybody set.
-void setModificationDate(const QString& path, const QDateTime& date) {
-    timespec times[2]{};
+std::array<timespec, 2> timesFor(const QDateTime& modificationDate) {
+    std::array<timespec, 2> times{};
     times[0].tv_nsec = UTIME_OMIT;
-    times[1].tv_sec = date.toSecsSinceEpoch();
-    if (utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, AT_SYMLINK_NOFOLLOW) != 0)
-        platform::log(u"cannot set modification date for <%1>"_s.arg(path));
+    times[1].tv_sec = modificationDate.toSecsSinceEpoch();
+    return times;
 }
 
 }  // namespace
@@ -57,9 +58,17 @@ FileOrigin originOf(const DQDownload& download) {
 }
 
 void writeOrigin(const FileOrigin& origin, const QString& path) {
-    if (origin.modificationDate)
-        setModificationDate(path, *origin.modificationDate);
+    if (origin.modificationDate &&
+        utimensat(AT_FDCWD, QFile::encodeName(path).constData(),
+                  timesFor(*origin.modificationDate).data(), AT_SYMLINK_NOFOLLOW) != 0)
+        platform::log(u"cannot set modification date for <%1>"_s.arg(path));
     links::setSourceURLStrings(path, origin.sources);
+}
+
+void writeOrigin(const FileOrigin& origin, const platform::Descriptor& file) {
+    if (origin.modificationDate)
+        futimens(file.get(), timesFor(*origin.modificationDate).data());
+    links::setSourceURLStrings(file, origin.sources);
 }
 
 QString finishedFileOf(const DQDownload& download) {

@@ -4,6 +4,10 @@
 #include <QStringList>
 #include <optional>
 
+namespace platform {
+class Descriptor;
+}
+
 namespace engine {
 
 class DQDownload;
@@ -20,6 +24,7 @@ struct FileOrigin {
 };
 [[nodiscard]] FileOrigin originOf(const DQDownload& download);
 void writeOrigin(const FileOrigin& origin, const QString& path);
+void writeOrigin(const FileOrigin& origin, const platform::Descriptor& file);
 
 /// The file of a download whose partial data is gone because the program was stopped between moving
 /// the file to its final path and saving that. Empty: there is none, or it cannot be told.

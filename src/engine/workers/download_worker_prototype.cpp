@@ -140,6 +140,7 @@ void DQDownloadWorkerPrototype::finish() {
 /// begin to write where another part is written.
 void DQDownloadWorkerPrototype::reset() {
     _expectedBytes = _downloadedBytes = 0;
+    _wholeBody.clear();
     if (_endByte == 0) {
         _fractionStartByte = _resumeByteOffset = 0;
         _targetPath.clear();

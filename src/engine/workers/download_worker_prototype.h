@@ -99,6 +99,9 @@ public:
         return _fractionStartByte + _resumeByteOffset > 0 || _endByte > 0;
     }
 
+    /// The file, if all of it has come at once and lies in no file yet. Empty: it does not.
+    [[nodiscard]] const QByteArray& wholeBody() const { return _wholeBody; }
+
     /// What the answer is going to deliver; below 1: unknown.
     [[nodiscard]] qint64 expectedBytes() const { return _expectedBytes; }
     /// What it has delivered.
@@ -133,6 +136,7 @@ protected:
 
     void processResponse(const WorkerResponse& response, qint64 expectedContentLength);
     void processDownloadedBytes(qint64 count);
+    void setWholeBody(const QByteArray& body) { _wholeBody = body; }
     void failWithError(const platform::Error& error);
     void finish();
     virtual void reset();
@@ -144,6 +148,7 @@ private:
     DQDownloadWorkerDelegate* _delegate = nullptr;
     WorkerRequest request_;
     QString _targetPath;
+    QByteArray _wholeBody;
     qint64 _fractionStartByte = 0;
     qint64 _resumeByteOffset = 0;
     qint64 _endByte = 0;

@@ -140,6 +140,12 @@ bool DQHTTPRequestDownloadWorker::isStoringAnswer() const {
     return statusCode_ >= 200 && statusCode_ <= 299;
 }
 
+/// A partial file would only be made to be moved away again.
+bool DQHTTPRequestDownloadWorker::isWholeFile(const QByteArray& data) const {
+    return !_downloadFile && !hasRange() && downloadedBytes() == 0 &&
+           data.size() == expectedBytes();
+}
+
 std::optional<platform::Error> DQHTTPRequestDownloadWorker::openTarget() {
     const QString path = targetPathByFallingBackToDelegate();
     if (path.isEmpty())
@@ -171,6 +177,10 @@ void DQHTTPRequestDownloadWorker::requestDidReceiveData(http::HTTPRequest& reque
     if (!isStoringAnswer() || status() != DQDownloadWorkerStatusRunning)
         return;
     const auto keep = shared_from_this();
+    if (isWholeFile(data)) {
+        setWholeBody(data);
+        return processDownloadedBytes(data.size());
+    }
     if (!_downloadFile) {
         if (const auto error = openTarget())
             return stopWithError(*error);

@@ -49,6 +49,7 @@ private:
     void closeFile();
     void acquireAuthentication(http::HTTPRequest& request);
     [[nodiscard]] bool isStoringAnswer() const;
+    [[nodiscard]] bool isWholeFile(const QByteArray& data) const;
     void cleanUpActiveRequest(bool mayBeLive);
     void stopWithError(const platform::Error& error);
 

@@ -14,14 +14,33 @@ QString name(const char16_t* attribute) {
     return QString::fromUtf16(attribute);
 }
 
-bool setText(const QString& path, const char16_t* attribute, const QString& text) {
-    return platform::setExtendedAttribute(path, name(attribute), text.toUtf8());
+/// `File`: a path or a descriptor.
+template <typename File>
+bool setText(const File& file, const char16_t* attribute, const QString& text) {
+    return platform::setExtendedAttribute(file, name(attribute), text.toUtf8());
 }
 
 /// Whoever copies or reads the file must not learn a password from it.
 QString withoutSecrets(const QString& address) {
     const auto url = platform::Url::parse(address);
     return url ? url->forTransfer().absoluteString() : address;
+}
+
+template <typename File>
+bool setSources(const File& file, const QStringList& urlStrings) {
+    if (urlStrings.isEmpty())
+        return false;
+    QStringList sources;
+    for (const QString& address : urlStrings)
+        sources.append(withoutSecrets(address));
+    if (platform::standardDefaults().get(settings::storeSourceURLInSpotlightComment))
+        setText(file, attributes::comment, sources.join(u", "_s));
+    setText(file, attributes::originURL, sources[0]);
+    if (sources.size() > 1)
+        setText(file, attributes::referrerURL, sources[1]);
+    const QByteArray list = platform::writePropertyList(
+        QVariantList(sources.begin(), sources.end()), platform::PropertyListFormat::Binary);
+    return platform::setExtendedAttribute(file, name(attributes::sourceURLs), list);
 }
 
 }  // namespace
@@ -53,19 +72,11 @@ bool setSpotlightComment(const QString& path, const QString& comment) {
 }
 
 bool setSourceURLStrings(const QString& path, const QStringList& urlStrings) {
-    if (urlStrings.isEmpty())
-        return false;
-    QStringList sources;
-    for (const QString& address : urlStrings)
-        sources.append(withoutSecrets(address));
-    if (platform::standardDefaults().get(settings::storeSourceURLInSpotlightComment))
-        setSpotlightComment(path, sources.join(u", "_s));
-    setText(path, attributes::originURL, sources[0]);
-    if (sources.size() > 1)
-        setText(path, attributes::referrerURL, sources[1]);
-    const QByteArray list = platform::writePropertyList(
-        QVariantList(sources.begin(), sources.end()), platform::PropertyListFormat::Binary);
-    return platform::setExtendedAttribute(path, name(attributes::sourceURLs), list);
+    return setSources(path, urlStrings);
+}
+
+bool setSourceURLStrings(const platform::Descriptor& file, const QStringList& urlStrings) {
+    return setSources(file, urlStrings);
 }
 
 bool isFromURLString(const QString& path, const QString& urlString) {

@@ -6,6 +6,10 @@
 #include <QVariant>
 #include <optional>
 
+namespace platform {
+class Descriptor;
+}
+
 namespace links {
 
 /// The extended attributes that we write, all in the "user." namespace, the only one open to
@@ -42,6 +46,7 @@ bool setSpotlightComment(const QString& path, const QString& comment);
 /// which is where the user began, as its referrer; with "Store Source URL In Spotlight Comment" as
 /// its comment too. User names, passwords and fragments are left out. Whether the list was stored.
 bool setSourceURLStrings(const QString& path, const QStringList& urlStrings);
+bool setSourceURLStrings(const platform::Descriptor& file, const QStringList& urlStrings);
 /// Whether that is what the first of the addresses kept there was.
 [[nodiscard]] bool isFromURLString(const QString& path, const QString& urlString);
 

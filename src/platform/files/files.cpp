@@ -128,6 +128,11 @@ bool setExtendedAttribute(const QString& path, const QString& name, const QByteA
                      value.constData(), static_cast<std::size_t>(value.size()), 0) == 0;
 }
 
+bool setExtendedAttribute(const Descriptor& file, const QString& name, const QByteArray& value) {
+    return fsetxattr(file.get(), name.toUtf8().constData(), value.constData(),
+                     static_cast<std::size_t>(value.size()), 0) == 0;
+}
+
 std::optional<QByteArray> extendedAttribute(const QString& path, const QString& name) {
     const QByteArray file = QFile::encodeName(path);
     const QByteArray attribute = name.toUtf8();

@@ -10,6 +10,8 @@
 
 namespace platform {
 
+class Descriptor;
+
 /// A leading "~" or "~/" becomes the home folder.
 [[nodiscard]] QString expandTilde(const QString& path);
 /// The home folder at the start becomes "~".
@@ -46,6 +48,8 @@ QString keepDamagedFileAside(const QString& path);
 /// Extended attributes, of the link itself where it is one. Names as given; the caller supplies
 /// the "user." prefix. Nothing: absent, empty or not supported.
 [[nodiscard]] bool setExtendedAttribute(const QString& path, const QString& name,
+                                        const QByteArray& value);
+[[nodiscard]] bool setExtendedAttribute(const Descriptor& file, const QString& name,
                                         const QByteArray& value);
 [[nodiscard]] std::optional<QByteArray> extendedAttribute(const QString& path, const QString& name);
 
