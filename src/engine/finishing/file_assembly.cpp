@@ -7,8 +7,10 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <future>
+#include <memory>
+#include <utility>
 
+#include "engine/background.h"
 #include "platform/base/log.h"
 #include "platform/files/descriptor.h"
 
@@ -53,9 +55,8 @@ ssize_t copySome(const Descriptor& from, off_t source, const Descriptor& to, off
     return cannot ? copyThroughMemory(from, source, to, target, count) : copied;
 }
 
-AssemblyResult append(const FilePiece& piece, const Descriptor& target, qint64 offset,
-                      const std::atomic<bool>& isCancelled) {
-    const Descriptor source = openPiece(piece.path, O_RDONLY);
+AssemblyResult append(const FilePiece& piece, const Descriptor& source, const Descriptor& target,
+                      qint64 offset, const std::atomic<bool>& isCancelled) {
     if (!source.isOpen())
         return {false, failure(u"cannot read from partial file: %1"_s.arg(piece.path), errno)};
     for (qint64 done = 0; done < piece.length;) {
@@ -78,10 +79,12 @@ AssemblyResult append(const FilePiece& piece, const Descriptor& target, qint64 o
     return {};
 }
 
-void removePiece(const QString& path) {
+/// Its name at once; its space, which takes a while for a large one, when `source` is closed.
+void removePiece(const QString& path, Descriptor source) {
     if (unlink(QFile::encodeName(path).constData()) != 0)
         platform::log(
             u"cannot remove partial file: %1 (%2)"_s.arg(path, platform::posixError(errno).text));
+    runInBackground([kept = std::make_shared<Descriptor>(std::move(source))] { kept->close(); });
 }
 
 }  // namespace
@@ -100,15 +103,14 @@ AssemblyResult assembleFile(const std::vector<FilePiece>& pieces,
         fdatasync(target.get()) != 0)
         return cannotAppend(errno);
     qint64 offset = first.length;
-    // Giving back a large file's space takes a while, in which the next one can be copied.
-    std::future<void> removal;
     for (auto piece = pieces.begin() + 1; piece != pieces.end(); ++piece) {
-        AssemblyResult result = append(*piece, target, offset, isCancelled);
+        Descriptor source = openPiece(piece->path, O_RDONLY);
+        AssemblyResult result = append(*piece, source, target, offset, isCancelled);
         if (result.isCancelled || result.error)
             return result;
         if (fdatasync(target.get()) != 0)
             return cannotAppend(errno);
-        removal = std::async(std::launch::async, removePiece, piece->path);
+        removePiece(piece->path, std::move(source));
         offset += piece->length;
     }
     return {isCancelled, std::nullopt};
