@@ -207,15 +207,4 @@ TEST_F(CommandsTest, OffersForSeveralWhatAllOfThemAllow) {
     EXPECT_EQ(frontEnd.alerts.size(), 1U);
 }
 
-TEST_F(CommandsTest, GathersTheProgramInTheStatusMenu) {
-    commands.provide(Command::ShowAbout, {[](qint64) {}, {}});
-    EXPECT_EQ(lines(app::statusItemMenu(commands, {})),
-              (QStringList{u"Downloads"_s, u"-"_s, u"About Orlop"_s, u"-"_s, u"Quit"_s}));
-    defaults.set(app::settings::useStatusItemMetaSubmenu, true);
-    EXPECT_EQ(lines(app::statusItemMenu(commands, {app::note(u"x"_s)})),
-              (QStringList{u"Downloads"_s, u"-"_s, u"History >"_s, u"-"_s, u"Orlop >"_s}));
-    commands.perform(Command::ShowDownloadWindow);
-    EXPECT_TRUE(frontEnd.moves.contains(u"activate"_s));
-}
-
 }  // namespace

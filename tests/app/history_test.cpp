@@ -137,15 +137,6 @@ TEST_F(HistoryTest, TakesUpWhatTheSettingsLetIn) {
     EXPECT_EQ(historian->numberOfItems(), 300);
 }
 
-TEST_F(HistoryTest, IsLeftAloneByTheNewsOfALaunch) {
-    writeFile({element(u"a"_s, 0), element(u"b"_s, 0)});
-    platform::UserDefaults launched(folder.path(), u"launched"_s, &main.loop);
-    app::registerDefaults(launched);
-    app::DQHistorian launchedHistorian(launched, main.loop);
-    main.advance(10);
-    EXPECT_EQ(launchedHistorian.numberOfItems(), 2) << "though neither is known to be complete";
-}
-
 TEST_F(HistoryTest, KeepsAFileThatItCannotUnderstand) {
     for (const QByteArray& damaged :
          {QByteArray("not a list"), QByteArray("<plist><dict/></plist>"), QByteArray(),

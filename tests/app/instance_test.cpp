@@ -97,15 +97,6 @@ TEST_F(Instances, HandsItemsToTheOwner) {
     }
 }
 
-TEST_F(Instances, SaysWhyItCannotHandOver) {
-    const std::optional<QString> nobody = app::handOver({{u"x"_s}, {}}, support_, runtime_);
-    ASSERT_TRUE(nobody);
-    const std::optional<QString> tooMany =
-        app::handOver({{QString(5 << 20, u'x')}, {}}, support_, runtime_);
-    ASSERT_TRUE(tooMany);
-    EXPECT_NE(*nobody, *tooMany);
-}
-
 TEST_F(Instances, RefusesAMessageBeyondBoundsAndSurvivesHalfOnes) {
     int received = 0;
     const app::HandoverReceiver receiver(support_, runtime_, [&](const auto&) { ++received; });

@@ -50,22 +50,6 @@ TEST_F(QueueList, SortsByEachCriterionAndTurnsUpsideDown) {
     }
 }
 
-TEST_F(QueueList, ComparesWithTolerancesAndTellsATieBreak) {
-    add({u"a"_s, u"b"_s});
-    const engine::DownloadPtr a = download(u"a"_s), b = download(u"b"_s);
-    const auto compare = [&](qint64 criterion) {
-        return app::compareDownloadsWithCriterion(*b, *a, criterion);
-    };
-    EXPECT_EQ(compare(0).order, 1);
-    EXPECT_TRUE(compare(0).isTieBreak) << "added within a tenth of a second";
-    EXPECT_EQ(compare(2).order, 1);
-    EXPECT_TRUE(compare(2).isTieBreak);
-    b->pause();
-    EXPECT_EQ(compare(2).order, -1) << "of two that have not begun the paused one is first";
-    EXPECT_FALSE(compare(2).isTieBreak);
-    EXPECT_FALSE(compare(1).isTieBreak) << "the name is the criterion itself";
-}
-
 TEST_F(QueueList, SortsHoweverToleranceBreaksTransitivity) {
     std::mt19937 random(7);
     for (int round = 0; round < 50; ++round) {
@@ -262,19 +246,6 @@ TEST_F(QueueList, ManyRemovalsShowTheListOnce) {
     main.settle();
     EXPECT_TRUE(queue().isEmpty());
     EXPECT_EQ(frontEnd.reloads, reloads + 1);
-}
-
-TEST_F(QueueList, RemovesFinishedDownloadsOfAPathOnly) {
-    add({u"a"_s, u"b"_s});
-    const QString path = folder.filePath(u"x.zip"_s);
-    for (const auto& element : controller->downloads()) {
-        element->setURL(platform::Url::fromFilePath(path));
-    }
-    end(*controller->downloads()[0], engine::DQDownloadStatusDone);
-    controller->removeDownloadIfDoneWithPath(path.toUpper());
-    EXPECT_EQ(controller->numberOfDownloads(), 1);
-    controller->removeDownloadIfDoneWithPath(path);
-    EXPECT_EQ(controller->numberOfDownloads(), 1) << "a paused one of that path stays";
 }
 
 }  // namespace

@@ -148,21 +148,6 @@ TEST_F(Rules, TheMenuListsRules) {
     EXPECT_EQ(forRule.selectedIndex, 0);
 }
 
-TEST_F(Rules, SuggestFormatsForSubfolders) {
-    const QDateTime now(QDate(2026, 3, 9), QTime(12, 0));
-    const auto nested = app::subdivisionSuggestions(now, true);
-    const auto flat = app::subdivisionSuggestions(now, false);
-    ASSERT_EQ(flat.size(), 6u);
-    EXPECT_EQ(flat[0].title, u"2026-03-09"_s);
-    EXPECT_EQ(flat[1].title, u"2026/03/09 (3 nested subfolders)"_s);
-    EXPECT_EQ(flat[1].format, u"yyyy/MM/dd"_s);
-    EXPECT_TRUE(flat[2].title.isEmpty() && flat[2].format.isEmpty());
-    for (std::size_t i = 3; i < flat.size(); ++i) {
-        EXPECT_FALSE(flat[i].format.contains(u'/'));
-        EXPECT_EQ(QString(nested[i].format).replace(u'/', u'-'), flat[i].format);
-    }
-}
-
 TEST_F(Rules, ProposeAnApplication) {
     const std::vector<platform::ApplicationEntry> entries{{u"a.desktop"_s, u"A"_s, {}},
                                                           {u"b.desktop"_s, u"B"_s, {}}};

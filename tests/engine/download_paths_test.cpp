@@ -103,15 +103,6 @@ TEST_F(DownloadPathsTest, FragmentsStandInTheOrderOfTheirBytes) {
     EXPECT_EQ(measurePartialFiles(primary).total, 0);
 }
 
-TEST_F(DownloadPathsTest, ContainerGoesUnlessSomethingOfTheUsersIsInIt) {
-    const auto download = add(u"a"_s);
-    write(partial(download), "x");
-    write(downloadedPath(u"a.orlop/Archive.orlopinfo"_s), "x");
-    download->paths().discardPartialData();
-    EXPECT_EQ(downloadedNames(), QStringList());
-    EXPECT_NE(partial(download), QString());
-}
-
 TEST_F(DownloadPathsTest, EmptiedQueueLeavesNoFiles) {
     write(queueArchivePath(), "x");
     write(intermediateDownloadBasePath() + u"/a"_s, "x");

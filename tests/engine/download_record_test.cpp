@@ -1,7 +1,6 @@
 #include <QDir>
 #include <QFile>
 
-#include "engine/presentation/vanishing.h"
 #include "engine/settings.h"
 #include "engine_fixture.h"
 #include "platform/files/files.h"
@@ -138,15 +137,6 @@ TEST_F(DownloadRecordTest, ArchiveHoldsWhatARestartNeeds) {
     EXPECT_EQ(restored->userSettingsArchiveWithPausedStatus(true, false), archive);
 }
 
-TEST_F(DownloadRecordTest, FirstReaderFixesWhenItWasDone) {
-    const auto download = manager.add(u"http://example.org/a"_s);
-    main.clock.advance(100);
-    const QDateTime done = download->doneDate();
-    main.clock.advance(100);
-    EXPECT_EQ(download->doneDate(), done);
-    EXPECT_NE(done, download->date());
-}
-
 TEST_F(DownloadRecordTest, MovedFileIsFoundAgain) {
     write(path(u"a/file"_s), "x");
     const auto download =
@@ -240,43 +230,6 @@ TEST_F(DownloadRecordTest, PageGivesOneAddressOrSeveral) {
     EXPECT_EQ(manager.opened[1], std::pair(u"http://a/2"_s, u"http://127.0.0.1:1/page/3"_s));
     EXPECT_EQ(several->status(), DQDownloadStatusAborted);
     EXPECT_EQ(manager.queue.size(), 2u);
-}
-
-class RecordingView final : public VanishView {
-public:
-    [[nodiscard]] bool showsDownload(const DQDownload&) const override { return shows; }
-    void redrawDownload(DQDownload&) override { ++redraws; }
-    void performVanishStepForObject(DQDownload&) override { ++collapses; }
-
-    bool shows = true;
-    int redraws = 0, collapses = 0;
-};
-
-TEST_F(DownloadRecordTest, RowFadesCollapsesAndGoes) {
-    const auto view = std::make_shared<RecordingView>();
-    const auto download = manager.add(u"http://a/"_s);
-    download->vanishInView(view, 3);
-    EXPECT_TRUE(download->isVanishing());
-    EXPECT_FALSE(download->canPerformActionWithIndex(DQDownloadActionRemove));
-    main.advance(3);
-    EXPECT_DOUBLE_EQ(download->vanishFraction(), 0);
-    EXPECT_DOUBLE_EQ(download->vanishRowHeightFraction(), -1);
-    main.advance(0.2);
-    EXPECT_EQ(view->redraws, 8);
-    EXPECT_EQ(view->collapses, 1);
-    EXPECT_DOUBLE_EQ(download->vanishRowHeightFraction(), 1);
-    while (!manager.queue.empty() && view->collapses < 100)
-        download->performVanishStep();
-    EXPECT_EQ(view->collapses, 7);
-
-    const auto hidden = manager.add(u"http://b/"_s);
-    hidden->vanishInView(view, 0);
-    view->shows = false;
-    main.advance(5);
-    EXPECT_EQ(manager.queue.size(), 1u);
-    set(settings::uselessAnimations, false);
-    manager.add(u"http://c/"_s)->vanishInView(view, 5);
-    EXPECT_EQ(manager.queue.size(), 1u);
 }
 
 }  // namespace

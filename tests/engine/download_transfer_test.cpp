@@ -54,15 +54,6 @@ TEST_F(TransferTest, AnswerThatIsNoFileAborts) {
     EXPECT_EQ(history.size(), 2u);
 }
 
-TEST_F(TransferTest, NobodyListensOnThePort) {
-    const auto download = manager.add(u"http://127.0.0.1:1/file.bin"_s);
-    run(download);
-    EXPECT_EQ(download->status(), DQDownloadStatusPaused);
-    EXPECT_TRUE(download->isInterrupted());
-    ASSERT_TRUE(download->lastError());
-    EXPECT_EQ(downloadedNames(), QStringList());
-}
-
 TEST_F(TransferTest, RequestCarriesWhatTheRecordSays) {
     serve("body");
     struct Case {

@@ -107,17 +107,6 @@ TEST_F(ProgressTest, SpeedFollowsTheLastHalfMinute) {
     EXPECT_TRUE(text().contains(u"at 339 KB/s"_s)) << text().toStdString();
 }
 
-TEST_F(ProgressTest, MiddlingRatesAreRounded) {
-    const std::pair<qint64, QString> cases[] = {{1000, u"1 KB"_s},      {1001, u"1 KB"_s},
-                                                {1999, u"1 KB"_s},      {999'999, u"999 KB"_s},
-                                                {1'000'000, u"1 MB"_s}, {999, u"999 Bytes"_s}};
-    main.clock.advance(2);
-    for (const auto& [rate, shown] : cases) {
-        receive(rate * 2 - worker->downloadedBytes());
-        EXPECT_TRUE(text().contains(u"at "_s + shown + u"/s"_s)) << text().toStdString();
-    }
-}
-
 TEST_F(ProgressTest, ListIsToldTenTimesASecond) {
     const int before = manager.updates;
     for (int block = 0; block < 1000; ++block) {

@@ -100,17 +100,6 @@ TEST_F(QueueAdmissionTest, ListsFollowEachStatus) {
     }
 }
 
-/// Lowering the limit below the number that runs leaves it open for all that wait.
-TEST_F(QueueAdmissionTest, NegativeSlotsCountAsOpen) {
-    queue("abc");
-    main.settle();
-    set(settings::numberOfConcurrentDownloads, qint64{1});
-    EXPECT_EQ(QueueAdmission::shared().numberOfOpenDownloadSlots(), -2);
-    queue("de");
-    main.settle();
-    EXPECT_EQ(states(), "rrrrr");
-}
-
 TEST_F(QueueAdmissionTest, FreedSlotIsTaken) {
     queue("aaa");
     main.settle();
@@ -185,19 +174,6 @@ TEST_F(QueueAdmissionTest, PlaceInTheQueueIsTold) {
     manager.queue.resize(1);
     DQDownload::invalidateQueuedAndDownloadingDownloads();
     EXPECT_EQ(text(0), u"Waiting"_s);
-}
-
-TEST_F(QueueAdmissionTest, PausedHostIsNamedIfThereAreSeveral) {
-    environment.pageReader = nullptr;
-    installEnvironment(environment);
-    const auto first = manager.add(u"http://a.example/1"_s);
-    const auto second = manager.add(u"http://a.example/2"_s);
-    EXPECT_TRUE(first->pausedHostDescription().isNull());
-    manager.add(u"http://b.example/"_s);
-    EXPECT_EQ(first->statusDescriptionWithLiveDetails(true), u"Pending @ a.example"_s);
-    EXPECT_EQ(first->statusDescriptionWithLiveDetails(false), u"Pending"_s);
-    set(settings::numberOfConcurrentDownloadsPerHost, qint64{0});
-    EXPECT_TRUE(first->pausedHostDescription().isNull());
 }
 
 }  // namespace

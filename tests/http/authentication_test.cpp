@@ -224,32 +224,6 @@ TEST_F(AuthenticationTest, WhatCannotBeAnsweredFailsSoon) {
     }
 }
 
-TEST_F(AuthenticationTest, SaysWhatCannotBeApplied) {
-    struct Case {
-        std::string offer;
-        int status;
-        QString text;
-    };
-    for (const auto& [offer, status, text] :
-         {Case{"Bearer", 401, u"Failed to get authentication object from response headers"_s},
-          Case{"Basic realm=r", 401, u"Failed to apply credentials to request"_s},
-          Case{"Basic realm=r", 407, u"Failed to apply proxy credentials to request"_s}}) {
-        server.handleAll(
-            [offer, status](const ReceivedRequest&) { return challenge(offer, status); });
-        const auto request = observedRequest(u"http://name.invalid/file"_s);
-        request->setProxyHost(u"127.0.0.1"_s);
-        request->setProxyPort(server.port());
-        // No header can carry such a name.
-        request->setUsername(u"with:colon"_s);
-        request->setPassword(u"pw"_s);
-        request->setProxyUsername(u"with:colon"_s);
-        request->setProxyPassword(u"pw"_s);
-        run(request);
-        EXPECT_EQ(errorCode(*request), codeApplying);
-        EXPECT_EQ(request->error()->text, text);
-    }
-}
-
 /// A request full of secrets, each of which can be told from the others, is sent elsewhere.
 class CanaryTest : public AuthenticationTest {
 protected:

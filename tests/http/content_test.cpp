@@ -92,23 +92,6 @@ TEST(Compression, WhatGoesInComesOut) {
     EXPECT_EQ(HTTPDataDecompressor::uncompressData(qCompress("zlib").mid(4)).data, "zlib");
 }
 
-TEST(Compression, ChunksMakeOneStream) {
-    const QByteArray data = support::patternedBytes(100'000);
-    HTTPDataCompressor compressor;
-    QByteArray packed;
-    for (qsizetype start = 0; start < data.size(); start += 10'000)
-        packed +=
-            compressor
-                .compressBytes(data.constData() + start, 10'000, start + 10'000 == data.size())
-                .data;
-    EXPECT_FALSE(compressor.closeStream());
-    HTTPDataDecompressor decompressor;
-    QByteArray unpacked;
-    for (const char byte : packed)
-        unpacked += decompressor.uncompressBytes(&byte, 1).data;
-    EXPECT_EQ(unpacked, data);
-}
-
 TEST(Compression, DamageAndBombsAreErrors) {
     const auto damaged = HTTPDataDecompressor::uncompressData("not compressed");
     ASSERT_TRUE(damaged.error);

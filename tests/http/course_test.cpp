@@ -195,41 +195,5 @@ TEST_F(CourseTest, WhatTheDelegateHasCannotBeSentTwice) {
     EXPECT_EQ(server.requests().size(), 1U);
 }
 
-TEST_F(CourseTest, AnUploadThatCannotBeSeenMovingGetsHalfAsLongAgain) {
-    server.serve("/silent", silent());
-    const auto request = observedRequest(u"/silent"_s);
-    request->appendPostData("tiny");
-    request->startAsynchronous();
-    ASSERT_TRUE(waitForRequests(1));
-    advance(0.5);  // The body goes into the socket's buffer; that counts as activity.
-    advance(10.5);
-    EXPECT_FALSE(delegate.hasEnded());
-    advance(5);
-    ASSERT_TRUE(waitForEnd());
-    EXPECT_EQ(errorCode(*request), 2);
-}
-
-TEST_F(CourseTest, TlsTroubleIsSpelledOut) {
-    support::HTTPServer secure(support::HTTPServer::Security::Tls);
-    secure.serve("/", {.body = "secret"});
-    const auto careless = request(secure.url());
-    careless->setValidatesSecureCertificate(false);
-    run(careless);
-    EXPECT_EQ(careless->responseData(), "secret");
-
-    // It does not go over the socket of the one before.
-    const auto distrustful = request(secure.url());
-    run(distrustful);
-    EXPECT_EQ(errorCode(*distrustful), 1);
-    EXPECT_EQ(distrustful->error()->text,
-              u"A connection failure occurred: SSL problem (Possible causes may include a "
-              "bad/expired/self-signed certificate, clock set to wrong date)"_s);
-
-    const auto informed = request(secure.url());
-    informed->setAuthoritiesPath(secure.authoritiesPath());
-    run(informed);
-    EXPECT_EQ(informed->responseData(), "secret");
-}
-
 }  // namespace
 }  // namespace http_test

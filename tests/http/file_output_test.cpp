@@ -1,5 +1,7 @@
 #include <QFile>
 
+#include "http/cache/cache_keys.h"
+#include "http/cache/http_download_cache.h"
 #include "http/content/http_data_compressor.h"
 #include "http_fixture.h"
 
@@ -7,6 +9,7 @@ namespace http_test {
 namespace {
 
 using namespace Qt::Literals::StringLiterals;
+using http::HTTPDownloadCache;
 using support::Reply;
 
 class FileOutputTest : public HTTPTest {
@@ -80,6 +83,94 @@ TEST_F(FileOutputTest, InflatesAtOnceOrAtTheEnd) {
     run(request);
     EXPECT_EQ(errorCode(*request), 11);
     EXPECT_FALSE(QFile::exists(part()));
+}
+
+class DownloadCacheTest : public HTTPTest {
+protected:
+    std::shared_ptr<HTTPDownloadCache> cache = std::make_shared<HTTPDownloadCache>(main.clock);
+
+    DownloadCacheTest() { EXPECT_FALSE(cache->setStoragePath(temporaryFile(u"cache"_s))); }
+
+    void serve(const QByteArray& body,
+               std::vector<std::pair<std::string, std::string>> headers = {}) {
+        server.serve("/a.txt", {.headers = std::move(headers), .body = body});
+    }
+    std::shared_ptr<http::HTTPRequest> get(std::uint32_t policy = 0) {
+        auto made = observedRequest(u"/a.txt"_s);
+        made->setDownloadCache(cache);
+        made->setCachePolicy(policy);
+        run(made);
+        return made;
+    }
+    [[nodiscard]] std::size_t sent() const { return server.requests().size(); }
+};
+
+TEST_F(DownloadCacheTest, AnswersWhileTheStoredResponseIsCurrent) {
+    serve("first", {{"Cache-Control", "public, max-age=100"}, {"Content-Type", "text/plain"}});
+    EXPECT_FALSE(get()->didUseCachedResponse());
+    serve("second");
+    main.clock.advance(99);
+    delegate.events.clear();
+    const auto cached = get();
+    EXPECT_TRUE(cached->didUseCachedResponse());
+    EXPECT_EQ(cached->responseData(), "first");
+    EXPECT_EQ(cached->responseStatusCode(), 200);
+    EXPECT_EQ(cached->totalBytesRead(), 5U);
+    EXPECT_EQ(delegate.events, std::vector<std::string>{"finished"});
+    EXPECT_EQ(sent(), 1U);
+    main.clock.advance(2);
+    serve("second", {{"Cache-Control", "max-age=-1"}});
+    EXPECT_EQ(get()->responseData(), "second");
+    EXPECT_EQ(sent(), 2U);
+    EXPECT_EQ(get()->responseData(), "second");
+    EXPECT_EQ(sent(), 3U);
+}
+
+TEST_F(DownloadCacheTest, StoresOnlyWhatItMay) {
+    const auto url = *platform::Url::parse(server.url(u"/a.txt"_s));
+    const auto isStored = [&] {
+        get(http::cachePolicyDoNotRead);
+        const bool stored = cache->cachedResponseHeadersForURL(url).has_value();
+        cache->removeCachedDataForURL(url);
+        EXPECT_FALSE(cache->cachedResponseDataForURL(url));
+        return stored;
+    };
+    serve("x");
+    EXPECT_TRUE(isStored());
+    for (const auto& [name, value, stored] :
+         std::vector<std::tuple<const char*, const char*, bool>>{
+             {"Cache-Control", "No-Store", false},
+             {"Cache-Control", "no-cache", false},
+             {"Pragma", "no-cache", false},
+             {"Cache-Control", "private, no-cache", true}}) {
+        serve("x", {{name, value}});
+        EXPECT_EQ(isStored(), stored) << name << value;
+    }
+    // The bytes that a delegate took are nowhere to be stored from.
+    serve("x");
+    delegate.does.receivesData = true;
+    EXPECT_FALSE(isStored());
+    delegate.does.receivesData = false;
+    server.serve("/a.txt", {.status = 404});
+    EXPECT_FALSE(isStored());
+}
+
+TEST(CacheKeys, NameFilesSafely) {
+    const auto url = [](const QString& text) { return *platform::Url::parse(text); };
+    EXPECT_EQ(http::cacheKeyForURL(url(u"http://example.com"_s)),
+              u"A9B9F04336CE0181A08E774E01113B31"_s);
+    EXPECT_EQ(http::cacheKeyForURL(url(u"http://example.com/"_s)),
+              http::cacheKeyForURL(url(u"http://example.com"_s)));
+    EXPECT_EQ(http::cacheKeyForURL(platform::Url()), QString());
+    for (const auto& [path, extension] :
+         std::vector<std::pair<QString, QString>>{{u"/a.txt"_s, u"txt"_s},
+                                                  {u"/a"_s, u"html"_s},
+                                                  {u"/a.PHP"_s, u"html"_s},
+                                                  {u"/a.cachedheaders"_s, u"html"_s},
+                                                  {u"/a.b%2F..%2Fc"_s, u"html"_s},
+                                                  {u"/a.b%00"_s, u"html"_s}})
+        EXPECT_EQ(http::cacheExtensionForURL(url(u"http://example.com"_s + path)), extension)
+            << path.toStdString();
 }
 
 }  // namespace

@@ -25,35 +25,6 @@ protected:
     }
 };
 
-TEST_F(PersistentConnectionTest, OneSocketServesRequestsInTurn) {
-    answerWith({});
-    const auto first = get();
-    const auto second = get();
-    EXPECT_EQ(first->connectionID(), 1U);
-    EXPECT_EQ(second->connectionID(), 1U);
-    EXPECT_EQ(server.connectionCount(), 1U);
-
-    main.clock.advance(61);
-    EXPECT_EQ(get()->connectionID(), 2U);
-    EXPECT_EQ(server.connectionCount(), 2U);
-}
-
-TEST_F(PersistentConnectionTest, TwoAtOnceTakeTwoAndAThirdTheLatter) {
-    server.serve("/", {.stallHead = true});
-    const auto one = request();
-    const auto other = request();
-    one->startAsynchronous();
-    ASSERT_TRUE(waitForRequests(1));
-    other->startAsynchronous();
-    ASSERT_TRUE(waitForRequests(2));
-    EXPECT_EQ(server.connectionCount(), 2U);
-    server.release();
-    ASSERT_TRUE(main.waitUntil([&] { return one->isFinished() && other->isFinished(); }));
-    answerWith({});
-    EXPECT_EQ(get()->connectionID(), 2U);
-    EXPECT_EQ(server.connectionCount(), 2U);
-}
-
 TEST_F(PersistentConnectionTest, HeadersDecideWhetherASocketIsUsedAgain) {
     struct Case {
         std::vector<std::pair<std::string, std::string>> headers;
@@ -105,18 +76,6 @@ TEST_F(PersistentConnectionTest, ASocketThatDiedMeanwhileIsReplaced) {
     EXPECT_EQ(server.connectionCount(), 2U);
     // libcurl may notice before it sends; if not, this side sends once more under a new number.
     EXPECT_EQ(next->connectionID(), 1U + static_cast<unsigned>(next->retryCount()));
-}
-
-TEST_F(PersistentConnectionTest, SynchronousRequestsKeepToThemselves) {
-    answerWith({});
-    get();
-    const auto own = request();
-    own->startSynchronous();
-    EXPECT_EQ(own->responseData(), "body");
-    EXPECT_EQ(server.connectionCount(), 2U);
-    EXPECT_EQ(http::SharedState::current()->connections.count(), 1U);
-    get();
-    EXPECT_EQ(server.connectionCount(), 2U);
 }
 
 TEST(ConnectionTable, AFailedConnectionIsNobodysAndFreeOnesAreFew) {

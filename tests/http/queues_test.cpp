@@ -63,33 +63,6 @@ TEST_F(NetworkQueueTest, KnowsTheWholeBeforeItBegins) {
     EXPECT_EQ(methodCount("HEAD"), 2U);
 }
 
-TEST_F(NetworkQueueTest, OneFailureEndsAllUnlessToldOtherwise) {
-    for (const bool cancelsAll : {true, false}) {
-        server.serve("/good", {.body = "good"});
-        heard.clear();
-        queue->operationQueue().setSuspended(true);
-        queue->operationQueue().setMaxConcurrentOperationCount(1);
-        queue->setShouldCancelAllRequestsOnFailure(cancelsAll);
-        queue->addOperation(request(u"http://127.0.0.1:1/bad"_s));
-        server.serve("/slow", {.stallHead = true});
-        queue->addOperation(request(u"/slow"_s));
-        queue->addOperation(request(u"/good"_s));
-        queue->go();
-        ASSERT_TRUE(main.waitUntil([&] { return !heard.empty(); }));
-        EXPECT_EQ(heard.front(), "failed /bad");
-        if (!cancelsAll) {
-            ASSERT_TRUE(main.waitUntil([&] { return methodCount("GET") >= 1; }));
-            ASSERT_TRUE(waitForRequests(server.requests().size()));
-            server.serve("/slow", Reply());
-            server.release();
-        }
-        ASSERT_TRUE(waitForQueue());
-        EXPECT_EQ(heard.size(), 4U);
-        EXPECT_EQ(std::count(heard.begin(), heard.end(), "finished /good"), cancelsAll ? 0 : 1);
-        ASSERT_TRUE(main.waitUntil([&] { return queue->operationQueue().operationCount() == 0; }));
-    }
-}
-
 struct Work final : http::Operation {
     Work(std::string workName, std::vector<std::string>& startedNames, bool endsAtOnce = false)
         : name(std::move(workName)), started(startedNames), isInstant(endsAtOnce) {}

@@ -145,27 +145,6 @@ TEST(FileNames, LongNamesAreCutAtCharacterBoundaries) {
     EXPECT_EQ(links::fittedFileName(QString(300, u'.')).size(), 255);
 }
 
-TEST(FileNames, AnonymizedNames) {
-    struct AnonymousCase {
-        QString name;
-        bool preserves;
-        bool upper;
-        QString expected;
-    };
-    const AnonymousCase cases[] = {
-        {u""_s, true, true, u""_s},
-        {u"a.zip"_s, true, true, u"A…zip"_s},
-        {u"Movie 2.mkv"_s, true, false, u"M…·····2.mkv"_s},
-        {u"movie 2.mkv"_s, false, true, u"M…·····2····"_s},
-        {u"x"_s, false, false, u"x…"_s},
-        {u"\U0001F4BE\U0001F4BE7"_s, true, true, u"\U0001F4BE…·7"_s},
-    };
-    for (const AnonymousCase& c : cases) {
-        EXPECT_EQ(links::anonymizedStringPreservingExtension(c.name, c.preserves, c.upper),
-                  c.expected);
-    }
-}
-
 TEST(FileNames, PathComponents) {
     struct PathCase {
         QString path;

@@ -129,37 +129,5 @@ TEST(PageRuleStore, TakesTheUsersTextAndElseTheBuiltInOne) {
     EXPECT_TRUE(isPage(store, product));
 }
 
-TEST(PageRuleHighlighting, MarksTheTitlePrefixOfNamePatterns) {
-    using structured::DQDetectedFormat;
-    struct Case {
-        QString text;
-        DQDetectedFormat format;
-        QStringList marked;
-    };
-    const std::vector<Case> cases{
-        {u"\"Use Source Name\" : \" Title :  x\"\n\"y\" : \"title:x\""_s,
-         DQDetectedFormat::JSONShorthand,
-         {u"Title :"_s}},
-        {u"[\"Use Source Name\", \"title:x\"]"_s, DQDetectedFormat::JSON, {}},
-        {u"\"Use Source Name\" : \"title: \""_s, DQDetectedFormat::JSON, {u"title:"_s}},
-        {u"<key>Use Source Name</key> <string>title: x</string><string>title:</string>"_s,
-         DQDetectedFormat::XMLShorthand,
-         {u"title:"_s}},
-        {u""_s, DQDetectedFormat::JSON, {}},
-    };
-    for (const Case& each : cases) {
-        auto highlighting = structured::syntaxHighlighting(each.text, each.format);
-        const auto before = highlighting.spans.size();
-        markTitlePrefixes(each.text, highlighting);
-        QStringList marked;
-        for (std::size_t i = before; i < highlighting.spans.size(); ++i) {
-            const auto& span = highlighting.spans[i];
-            EXPECT_EQ(span.role, structured::SyntaxRole::Disabled);
-            marked.append(each.text.mid(span.range.location, span.range.length));
-        }
-        EXPECT_EQ(marked, each.marked) << each.text.toStdString();
-    }
-}
-
 }  // namespace
 }  // namespace links

@@ -84,23 +84,6 @@ struct Recorder final : platform::LogSink {
     void write(platform::LogLevel, const QString& line) override { lines.append(line); }
 };
 
-TEST(Log, WritesToItsSinksFromAnyThread) {
-    const auto sink = std::make_shared<Recorder>();
-    platform::addLogSink(sink);
-    {
-        std::vector<std::jthread> threads;
-        for (int t = 0; t < 4; ++t)
-            threads.emplace_back([] {
-                for (int i = 0; i < 50; ++i)
-                    platform::log(u"line"_s);
-            });
-    }
-    platform::removeLogSink(sink);
-    platform::log(u"unheard"_s);
-    EXPECT_EQ(sink->lines.count(u"line"_s), 200);
-    EXPECT_EQ(sink->lines.size(), 200);
-}
-
 TEST(Log, LeavesPasswordsOfAddressesOut) {
     const auto sink = std::make_shared<Recorder>();
     platform::addLogSink(sink);

@@ -182,13 +182,4 @@ TEST_F(FilesTest, BookmarksFindAFileThatMovedNearBy) {
     EXPECT_EQ(platform::fileBookmark(at(u"absent"_s)), QByteArray());
 }
 
-TEST(UserFolders, IgnoreRelativeVariables) {
-    const QByteArray before = qgetenv("XDG_DATA_HOME");
-    EXPECT_EQ(platform::userDataFolder(), QFile::decodeName(before) + u"/Orlop"_s);
-    qputenv("XDG_DATA_HOME", "relative/path");
-    EXPECT_EQ(platform::userDataFolder(), QDir::homePath() + u"/.local/share/Orlop"_s);
-    qputenv("XDG_DATA_HOME", before);
-    EXPECT_EQ(platform::downloadsUserFolder(), QDir::homePath() + u"/Downloads"_s);
-}
-
 }  // namespace

@@ -48,25 +48,6 @@ TEST_F(NetUpload, SendsTheBodyAsItComes) {
     }
 }
 
-TEST_F(NetUpload, StandsStillWhileUnscheduled) {
-    Source source(support::patternedBytes(3'000'000));
-    source.pieceSize = 1000;
-    Exchange exchange(loop, message(server.url(u"/put"_s), u"POST"_s), &source, length(source));
-    exchange.stream->unschedule();
-    ASSERT_TRUE(exchange.stream->open());
-    loop.runFor(0.1);
-    EXPECT_EQ(source.readings, 0);
-    exchange.stream->schedule();
-    loop.runUntil([&source] { return source.readings > 0; });
-    exchange.stream->unschedule();
-    const int readings = source.readings;
-    loop.runFor(0.1);
-    EXPECT_LE(source.readings, readings + 2000);
-    exchange.stream->schedule();
-    loop.runUntil([&exchange] { return exchange.isOver(); });
-    EXPECT_EQ(exchange.body, "3000000");
-}
-
 TEST_F(NetUpload, SendsNeitherMoreNorLessThanAnnounced) {
     Source longer(support::patternedBytes(2000));
     Exchange clamped(loop, message(server.url(u"/put"_s), u"PUT"_s), &longer, 1500);

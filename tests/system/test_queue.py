@@ -8,16 +8,6 @@ from support.home import SANITIZED, wait_until
 
 
 class QueueTest(SystemTest):
-    def test_paused_downloads_stay_as_they_are(self):
-        records = [{"URL": self.server.url(f"/{number}.bin"), "Paused": True}
-                   for number in range(3)]
-        self.home.write_queue(records)
-        before = self.server.requests()
-        self.assert_status(self.home.run(), 0)
-        self.assertEqual([(record["URL"], record["Paused"]) for record in self.home.queue()],
-                         [(record["URL"], True) for record in records])
-        self.assertEqual(self.server.requests(), before)
-
     def test_an_address_that_waits_in_the_queue_is_started_not_added(self):
         source = self.serve("known.bin", 5000)
         address = self.server.url("/known.bin")
@@ -64,16 +54,6 @@ class TwoProcessesTest(SystemTest):
         self.assert_status(self.home.result(first), 0)
         self.assert_downloaded("slow.bin", slow)
         self.assert_downloaded("handed.bin", handed)
-        self.assert_nothing_left()
-
-    def test_many_at_once_share_one_queue(self):
-        sources = [self.serve(f"each-{number}.bin", 300_000, seed=number) for number in range(6)]
-        processes = [self.home.start(self.server.url(f"/rate/400000/{source.name}"))
-                     for source in sources]
-        for process in processes:
-            self.assert_status(self.home.result(process), 0)
-        for source in sources:
-            self.assert_downloaded(source.name, source)
         self.assert_nothing_left()
 
     def test_a_killed_owner_leaves_no_lock(self):

@@ -183,22 +183,4 @@ TEST_F(DownloadListTest, CollapsesVanishingRowsTogether) {
     EXPECT_EQ(list->contentHeight(), 2 * list->rowHeight());
 }
 
-TEST_F(DownloadListTest, DrawsEveryStyleAndTheEmptyList) {
-    const auto colours = [&] {
-        const QImage image = list->grab().toImage();
-        QSet<QRgb> seen;
-        for (int y = 0; y < image.height(); y += 2) {
-            for (int x = 0; x < image.width(); x += 2)
-                seen.insert(image.pixel(x, y));
-        }
-        return seen.size();
-    };
-    EXPECT_GT(colours(), 4) << "the empty list shows its text";
-    fill(3);
-    for (qint64 style = 0; style < 4; ++style) {
-        defaults.setObject(u"Progress Bar Style"_s, style);
-        EXPECT_GT(colours(), 12) << style;
-    }
-}
-
 }  // namespace

@@ -126,15 +126,6 @@ TEST_F(SettingsWindowTest, PopupsStoreAndFollowTheirKeys) {
     }
 }
 
-TEST_F(SettingsWindowTest, BasicDownloadsAreTheOppositeOfWhatIsStored) {
-    auto* basicDownloadSwitch = control<QCheckBox>(u"Throttle: Supported");
-    EXPECT_FALSE(basicDownloadSwitch->isChecked());
-    basicDownloadSwitch->click();
-    EXPECT_EQ(defaults.storedValues().value(u"Throttle: Supported"_s), false);
-    store(u"Throttle: Supported", {});
-    EXPECT_FALSE(basicDownloadSwitch->isChecked());
-}
-
 TEST_F(SettingsWindowTest, ClosingTheWindowIsOneChoiceOfThreeInTwoSettings) {
     auto* popup = control<QComboBox>(u"Quit On Close");
     ASSERT_EQ(popup->count(), 3);
