@@ -128,10 +128,6 @@ TEST_F(Rules, TheMenuListsRules) {
         }
         return found;
     };
-    EXPECT_THAT(
-        kinds(menu(form)),
-        testing::ElementsAre(Kind::Folder, Kind::PseudoSeparator, Kind::Other, Kind::ClearMenu,
-                             Kind::DefineRule, Kind::Separator, Kind::Explanation));
     book.addSpecialCase({{u"h.example"_s}, {}, {}, {}});
     const app::FolderMenu withRules = menu(form);
     EXPECT_THAT(kinds(withRules),
@@ -146,16 +142,6 @@ TEST_F(Rules, TheMenuListsRules) {
     const app::FolderMenu forRule = menu({.setting = {}, .forSpecialCase = true});
     EXPECT_EQ(forRule.items[0].kind, Kind::DefaultDownloadsFolder);
     EXPECT_EQ(forRule.selectedIndex, 0);
-}
-
-TEST_F(Rules, ProposeAnApplication) {
-    const std::vector<platform::ApplicationEntry> entries{{u"a.desktop"_s, u"A"_s, {}},
-                                                          {u"b.desktop"_s, u"B"_s, {}}};
-    EXPECT_EQ(app::proposedApplication(entries, u"b.desktop"_s, {}), u"b.desktop"_s);
-    EXPECT_EQ(app::proposedApplication(entries, u"gone"_s, {u"nothing opens this"_s}),
-              u"a.desktop"_s);
-    EXPECT_EQ(app::proposedApplication({}, u"gone"_s, {}), QString());
-    EXPECT_TRUE(app::applicationsForExtensions({u"nothing opens this"_s}).empty());
 }
 
 }  // namespace

@@ -24,7 +24,7 @@ TEST_F(TransferTest, FullDiskInterruptsWithItsReasonAndGoesOnWhenThereIsRoom) {
         ASSERT_TRUE(download->isInterrupted());
         ASSERT_TRUE(download->lastError() && download->lastError()->underlying);
         EXPECT_EQ(download->lastError()->underlying->code, ENOSPC);
-        EXPECT_TRUE(log->contains(u"cannot write to intermediate file: No space left"_s));
+        EXPECT_TRUE(log.contains(u"cannot write to intermediate file: No space left"_s));
         EXPECT_EQ(contents(downloadedPath(u"file.bin.orlop/file.bin"_s)), body.first(234'567));
         // Nor does a resume give up what is there.
         run(download);

@@ -71,7 +71,7 @@ TEST_F(ResumeTest, GoesOnFromWhatIsThereOfTheFile) {
                 EXPECT_EQ(server.requests().back().header("If-Range"),
                           reply(body).headers[0].second);
             }
-            EXPECT_TRUE(c.logged.isEmpty() || log->contains(c.logged));
+            EXPECT_TRUE(c.logged.isEmpty() || log.contains(c.logged));
             QFile::remove(download->path());
         }
     }
@@ -170,7 +170,7 @@ TEST_F(ResumeTest, ResumeThatGetsNoByteBeginsAnew) {
     });
     run(download);
     EXPECT_EQ(download->status(), DQDownloadStatusDone);
-    EXPECT_TRUE(log->contains(u"cannot resume download; will try complete reload"_s));
+    EXPECT_TRUE(log.contains(u"cannot resume download; will try complete reload"_s));
     EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
 }
 

@@ -198,7 +198,7 @@ TEST_F(TransferTest, TakenNamesAreNeverReplaced) {
     EXPECT_EQ(chosen->status(), DQDownloadStatusDone);
     EXPECT_EQ(contents(chosen->path()), "body");
     EXPECT_EQ(beeps, 1);
-    EXPECT_TRUE(log->contains(u"cannot move downloaded"_s));
+    EXPECT_TRUE(log.contains(u"cannot move downloaded"_s));
 }
 
 TEST_F(TransferTest, PartAnsweredToTheWishForTheWholeIsRefused) {

@@ -13,21 +13,9 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace engine_test {
 
-void RecordingSink::write(platform::LogLevel, const QString& line) {
-    const std::scoped_lock guard(lock_);
-    lines_.append(line);
-}
-
-bool RecordingSink::contains(const QString& text) const {
-    const std::scoped_lock guard(lock_);
-    return !lines_.filter(text).isEmpty();
-}
-
 EngineTest::EngineTest()
-    : defaults(std::make_unique<platform::UserDefaults>(folder.filePath(u"config"_s), u"Test"_s)),
-      log(std::make_shared<RecordingSink>()) {
+    : defaults(std::make_unique<platform::UserDefaults>(folder.filePath(u"config"_s), u"Test"_s)) {
     platform::installStandardDefaults(defaults.get());
-    platform::addLogSink(log);
     defaults->set(engine::settings::downloadsFolder, path(u"Downloads"_s));
     environment.applicationSupportPath = [this] { return path(u"support"_s); };
     environment.addToHistory = [this](engine::DQDownload& download) {
@@ -44,7 +32,6 @@ EngineTest::~EngineTest() {
     engine::waitForBackgroundWork();
     main.settle();
     engine::installEnvironment({});
-    platform::removeLogSink(log);
     platform::installStandardDefaults(nullptr);
 }
 

@@ -9,26 +9,15 @@
 #include "engine/record/download.h"
 #include "engine/record/user_settings.h"
 #include "http/http_session.h"
-#include "platform/base/log.h"
 #include "platform/base/user_defaults.h"
 #include "platform/net/cookie_storage.h"
 #include "support/http_server.h"
+#include "support/log_recorder.h"
 #include "support/main_loop.h"
 #include "support/memory_manager.h"
 #include "support/printers.h"
 
 namespace engine_test {
-
-/// Keeps what is logged.
-class RecordingSink final : public platform::LogSink {
-public:
-    void write(platform::LogLevel level, const QString& line) override;
-    [[nodiscard]] bool contains(const QString& text) const;
-
-private:
-    mutable std::mutex lock_;  ///< Guards lines_.
-    QStringList lines_;
-};
 
 /// A queue, empty folders, settings and a main loop on a manual clock.
 class EngineTest : public ::testing::Test {
@@ -52,7 +41,7 @@ protected:
     QTemporaryDir folder;
     support::MainLoop main;
     std::unique_ptr<platform::UserDefaults> defaults;
-    std::shared_ptr<RecordingSink> log;
+    support::LogRecorder log;
     engine::Environment environment;
     support::MemoryManager manager;
     std::vector<QString> history;  ///< Names of the downloads that entered it.

@@ -57,17 +57,6 @@ TEST_F(CourseTest, CancelledBeforeTheHeadAndWithinTheBody) {
     ASSERT_TRUE(main.waitUntil([] { return HTTPRequest::sharedQueue().operationCount() == 0; }));
 }
 
-TEST_F(CourseTest, CancellingWhatIsOverDoesNothing) {
-    const auto request = observedRequest(u"/x"_s);
-    run(request);
-    request->cancel();
-    settleThread();
-    main.settle();
-    EXPECT_EQ(delegate.events.back(), "finished");
-    EXPECT_FALSE(request->isCancelled());
-    EXPECT_FALSE(request->error());
-}
-
 TEST_F(CourseTest, ADelegateThatHasGoneHearsNothing) {
     server.serve("/stalled", stalledAfter(5000));
     delegate.does.receivesData = true;

@@ -78,34 +78,6 @@ TEST_F(ProxyTest, TheFirstChoiceOfTheSystemIsKeptForRedirects) {
     EXPECT_EQ(made->proxyUsername() + made->proxyPassword(), u"mepw"_s);
 }
 
-TEST_F(ProxyTest, WhatIsSetOnARequestGoesBeforeTheSystem) {
-    settings->answer = std::vector{ProxyChoice{at(server), {}}};
-    const auto byHand = request(u"http://far.invalid/"_s);
-    byHand->setProxyHost(u"127.0.0.1"_s);
-    byHand->setProxyPort(other.port());
-    run(byHand);
-    EXPECT_EQ(target(other), "http://far.invalid/");
-    const auto portOnly = request(u"/direct"_s);
-    portOnly->setProxyPort(other.port());
-    run(portOnly);
-    EXPECT_EQ(target(server), "/direct");
-    EXPECT_TRUE(settings->asked.empty());
-}
-
-TEST_F(ProxyTest, SettingsThatSayNothingFailTheRequest) {
-    settings->answer = std::nullopt;
-    const auto unknown = request(u"/"_s);
-    run(unknown);
-    EXPECT_EQ(errorCode(*unknown), 6);
-    EXPECT_EQ(unknown->error()->text,
-              u"Unable to obtain information on proxy servers needed for request"_s);
-    settings->answer = std::vector<ProxyChoice>();
-    const auto empty = request(u"/"_s);
-    run(empty);
-    EXPECT_EQ(errorCode(*empty), 10);
-    EXPECT_TRUE(server.requests().empty());
-}
-
 TEST_F(ProxyTest, AScriptIsFetchedAheadOfTheQueueThatWaitsForIt) {
     server.serve("/proxy.pac", {.body = scriptNaming(other), .stallHead = true});
     answerWithScript(server.url(u"/proxy.pac"_s));

@@ -3,15 +3,16 @@
 #include <QMap>
 #include <QStringList>
 #include <memory>
-#include <mutex>
 #include <vector>
 
 #include "links/pages/download_page_rules.h"
 #include "links/pages/page_fetcher.h"
-#include "platform/base/log.h"
 #include "structured/shorthand/lson_serialization.h"
+#include "support/log_recorder.h"
 
 namespace links {
+
+using support::LogRecorder;
 
 /// The rules of a text in any spelling. Null: refused.
 inline std::shared_ptr<const DownloadPageRules> rulesOf(const QString& text) {
@@ -41,37 +42,6 @@ public:
             page.error.text = QStringLiteral("no such host");
         return page;
     }
-};
-
-/// Keeps what is logged while it lives, debug lines included. Any thread.
-class LogRecorder {
-public:
-    LogRecorder() : sink_(std::make_shared<Sink>()) {
-        platform::addLogSink(sink_);
-        platform::setDebugLogEnabled(true);
-    }
-    ~LogRecorder() {
-        platform::setDebugLogEnabled(false);
-        platform::removeLogSink(sink_);
-    }
-    LogRecorder(const LogRecorder&) = delete;
-    LogRecorder& operator=(const LogRecorder&) = delete;
-
-    [[nodiscard]] QStringList lines() const {
-        const std::scoped_lock guard(sink_->lock);
-        return sink_->lines;
-    }
-
-private:
-    struct Sink : platform::LogSink {
-        std::mutex lock;  ///< Guards lines.
-        QStringList lines;
-        void write(platform::LogLevel, const QString& line) override {
-            const std::scoped_lock guard(lock);
-            lines.append(line);
-        }
-    };
-    std::shared_ptr<Sink> sink_;
 };
 
 }  // namespace links

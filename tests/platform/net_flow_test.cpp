@@ -204,16 +204,4 @@ TEST(NetLoop, WakesForPostsAndForAClockThatIsMoved) {
     EXPECT_LE(thread.loop().internals().turns(), 6U);
 }
 
-TEST(NetLoop, RunsWhatWasPostedBeforeItEnds) {
-    platform::SystemClock clock;
-    std::atomic<int> ran = 0;
-    for (int i = 0; i < 100; ++i) {
-        platform::NetworkThread thread(clock);
-        std::thread poster([&] { thread.loop().calls().post([&ran] { ++ran; }); });
-        thread.loop().calls().post([&ran] { ++ran; });
-        poster.join();
-    }
-    EXPECT_EQ(ran, 200);
-}
-
 }  // namespace

@@ -5,15 +5,12 @@
 #include "support/http_reply_writer.h"
 #include "support/http_request_reader.h"
 #include "support/socket_server.h"
-#include "support/test_authority.h"
 
 namespace support {
 
 class HTTPServer::Private {
 public:
-    explicit Private(Security security)
-        : authority_(security == Security::Plain ? nullptr : std::make_unique<TestAuthority>()),
-          sockets_(std::make_unique<SocketServer>([this](Peer& peer) { serve(peer); })) {}
+    Private() : sockets_(std::make_unique<SocketServer>([this](Peer& peer) { serve(peer); })) {}
     ~Private() {
         {
             const std::lock_guard guard(lock_);
@@ -37,7 +34,6 @@ public:
     [[nodiscard]] bool answer(Peer& peer, HTTPRequestReader& reader, ReceivedRequest request);
     [[nodiscard]] Route routeFor(const ReceivedRequest& request) const;
 
-    const std::unique_ptr<TestAuthority> authority_;
     std::mutex handlerLock_;   ///< Held while a handler runs.
     mutable std::mutex lock_;  ///< Guards all that follows but the sockets.
     std::condition_variable released_;
@@ -61,8 +57,6 @@ HTTPServer::Private::Route HTTPServer::Private::routeFor(const ReceivedRequest& 
 }
 
 void HTTPServer::Private::serve(Peer& peer) {
-    if (authority_ && !peer.acceptTls(*authority_))
-        return;
     HTTPRequestReader reader(peer);
     bool goesOn = true;
     while (goesOn) {
@@ -101,21 +95,15 @@ bool HTTPServer::Private::answer(Peer& peer, HTTPRequestReader& reader, Received
     return false;
 }
 
-HTTPServer::HTTPServer(Security security) : private_(std::make_unique<Private>(security)) {}
+HTTPServer::HTTPServer() : private_(std::make_unique<Private>()) {}
 HTTPServer::~HTTPServer() = default;
 
 QString HTTPServer::url(const QString& path) const {
-    return (private_->authority_ ? QStringLiteral("https://localhost:%1%2")
-                                 : QStringLiteral("http://127.0.0.1:%1%2"))
-        .arg(QString::number(port()), path);
+    return QStringLiteral("http://127.0.0.1:%1%2").arg(QString::number(port()), path);
 }
 
 int HTTPServer::port() const {
     return private_->sockets_->port();
-}
-
-QString HTTPServer::authoritiesPath() const {
-    return private_->authority_->authoritiesPath();
 }
 
 void HTTPServer::serve(const std::string& path, Reply reply) {

@@ -56,15 +56,12 @@ class HTTPServer {
 public:
     using Handler = std::function<Reply(const ReceivedRequest&)>;
 
-    enum class Security { Plain, Tls };
-    explicit HTTPServer(Security security = Security::Plain);
+    HTTPServer();
     ~HTTPServer();
 
-    /// "http://127.0.0.1:PORT" and `path`; with Tls "https://localhost:PORT".
+    /// "http://127.0.0.1:PORT" and `path`.
     [[nodiscard]] QString url(const QString& path = QStringLiteral("/")) const;
     [[nodiscard]] int port() const;
-    /// The certificate authority to trust, as a PEM file, with Tls.
-    [[nodiscard]] QString authoritiesPath() const;
 
     /// Answers for a path (without its query). A path nobody answers for gets a 404. Handlers are
     /// called one at a time, on threads of the server.

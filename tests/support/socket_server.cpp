@@ -4,8 +4,6 @@
 #include <fcntl.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
-#include <openssl/err.h>
-#include <openssl/ssl.h>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
@@ -15,8 +13,6 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
-
-#include "support/test_authority.h"
 
 namespace support {
 
@@ -36,16 +32,12 @@ bool wouldBlock() {
 
 }  // namespace
 
-Peer::Peer(int socket, int stopSignal)
-    : socket_(socket), stopSignal_(stopSignal), tls_(nullptr, &SSL_free) {
+Peer::Peer(int socket, int stopSignal) : socket_(socket), stopSignal_(stopSignal) {
     const int on = 1;
     ::setsockopt(socket_, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
 }
 
 Peer::~Peer() {
-    if (tls_ && !isResetOnClose_)
-        SSL_shutdown(tls_.get());
-    tls_.reset();
     ::close(socket_);
 }
 
@@ -55,64 +47,19 @@ bool Peer::waitFor(short events, int timeoutMilliseconds) const {
     return watched[1].revents == 0 && !isDropped_ && (count > 0 || timeoutMilliseconds >= 0);
 }
 
-bool Peer::acceptTls(const TestAuthority& authority) {
-    tls_.reset(SSL_new(authority.serverContext()));
-    SSL_set_fd(tls_.get(), socket_);
-    for (;;) {
-        ERR_clear_error();
-        const int result = SSL_accept(tls_.get());
-        if (result == 1)
-            return true;
-        if (!waitForTls(result))
-            break;
-    }
-    // A socket closed with bytes unread is reset, and the alert would be lost on its way.
-    tls_.reset();
-    ::shutdown(socket_, SHUT_WR);
-    while (!read().isEmpty()) {
-    }
-    return false;
-}
-
-bool Peer::waitForTls(int result) const {
-    switch (SSL_get_error(tls_.get(), result)) {
-        case SSL_ERROR_WANT_READ:
-            return waitFor(POLLIN);
-        case SSL_ERROR_WANT_WRITE:
-            return waitFor(POLLOUT);
-        default:
-            return false;
-    }
-}
-
 long Peer::readSome(char* buffer, qsizetype maximum) {
     for (;;) {
-        if (tls_) {
-            ERR_clear_error();
-            const int got = SSL_read(tls_.get(), buffer, static_cast<int>(maximum));
-            if (got > 0 || !waitForTls(got))
-                return got;
-        } else {
-            const ssize_t got = ::recv(socket_, buffer, static_cast<std::size_t>(maximum), 0);
-            if (got >= 0 || !wouldBlock() || !waitFor(POLLIN))
-                return got;
-        }
+        const ssize_t got = ::recv(socket_, buffer, static_cast<std::size_t>(maximum), 0);
+        if (got >= 0 || !wouldBlock() || !waitFor(POLLIN))
+            return got;
     }
 }
 
 long Peer::writeSome(const char* bytes, qsizetype count) {
     for (;;) {
-        if (tls_) {
-            ERR_clear_error();
-            const int sent = SSL_write(tls_.get(), bytes, static_cast<int>(count));
-            if (sent > 0 || !waitForTls(sent))
-                return sent;
-        } else {
-            const ssize_t sent =
-                ::send(socket_, bytes, static_cast<std::size_t>(count), MSG_NOSIGNAL);
-            if (sent >= 0 || !wouldBlock() || !waitFor(POLLOUT))
-                return sent;
-        }
+        const ssize_t sent = ::send(socket_, bytes, static_cast<std::size_t>(count), MSG_NOSIGNAL);
+        if (sent >= 0 || !wouldBlock() || !waitFor(POLLOUT))
+            return sent;
     }
 }
 
@@ -170,7 +117,6 @@ void Peer::relayTo(int port) {
 }
 
 void Peer::resetOnClose() {
-    isResetOnClose_ = true;
     const linger atOnce{1, 0};
     ::setsockopt(socket_, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
 }

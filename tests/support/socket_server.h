@@ -9,11 +9,7 @@
 #include <mutex>
 #include <thread>
 
-struct ssl_st;
-
 namespace support {
-
-class TestAuthority;
 
 /// One accepted socket, on the thread that serves it.
 class Peer {
@@ -22,9 +18,6 @@ public:
     ~Peer();
     Peer(const Peer&) = delete;
     Peer& operator=(const Peer&) = delete;
-
-    /// Takes the client's TLS handshake. False: it failed.
-    [[nodiscard]] bool acceptTls(const TestAuthority& authority);
 
     /// At least one byte and at most `maximum`. Empty: the connection or the server has ended.
     [[nodiscard]] QByteArray read(qsizetype maximum = 65536);
@@ -46,12 +39,8 @@ private:
     [[nodiscard]] bool waitFor(short events, int timeoutMilliseconds = -1) const;
     [[nodiscard]] long readSome(char* buffer, qsizetype maximum);
     [[nodiscard]] long writeSome(const char* bytes, qsizetype count);
-    /// Waits for what the TLS engine asked for. False: nothing more will come.
-    [[nodiscard]] bool waitForTls(int result) const;
 
     const int socket_, stopSignal_;
-    std::unique_ptr<ssl_st, void (*)(ssl_st*)> tls_;
-    bool isResetOnClose_ = false;
     std::atomic<bool> isDropped_ = false;
 };
 

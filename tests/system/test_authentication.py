@@ -194,6 +194,7 @@ class ProxyTest(GuardedTest):
                     # rounds, but once for a connection.
                     statuses = [status for status, _ in proxy.exchanges()]
                     self.assertEqual(statuses.count("407"), 4 if kind == "ntlm" else 2, statuses)
+                    self.assertEqual(server.proxy_passwords(), {"-"})
                     let_in = {port for status, port in proxy.exchanges() if status == "200"}
                     self.assertEqual(len(let_in), 1)
 

@@ -139,6 +139,10 @@ class Nginx(Server):
         """The number of the connection of each finished request."""
         return (self.root / "connections.log").read_text().split()
 
+    def proxy_passwords(self):
+        """What was sent here that was meant for a proxy, "-" for nothing."""
+        return set((self.root / "passwords.log").read_text().splitlines())
+
     def is_idle(self):
         """Whether nobody is being served."""
         with urllib.request.build_opener(urllib.request.ProxyHandler({})).open(
@@ -160,6 +164,8 @@ http {{
     access_log {self.log} plain;
     log_format numbers '$connection';
     access_log {self.root}/connections.log numbers;
+    log_format passwords '$http_proxy_authorization';
+    access_log {self.root}/passwords.log passwords;
     sendfile on;
     keepalive_requests 100000;
     client_body_temp_path {self.root}/body;
