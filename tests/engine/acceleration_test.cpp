@@ -266,68 +266,49 @@ TEST_F(AccelerationTest, CompletePartsWaitForTheUser) {
 
 /// Servers that promise parts and do otherwise.
 TEST_F(AccelerationTest, ResultIsTheFileWhateverServersDoWithParts) {
-    enum class Deed {
-        Whole,
-        ErrorPage,
-        OtherPart,
-        OtherVersion,
-        OtherLength,
-        OneConnection,
-        Longer,
-        Shorter,
-        Crawl
-    };
     const QByteArray other = patternedBytes(body.size(), 9);
-    for (const Deed deed :
-         {Deed::Whole, Deed::ErrorPage, Deed::OtherPart, Deed::OtherVersion, Deed::OtherLength,
-          Deed::OneConnection, Deed::Longer, Deed::Shorter, Deed::Crawl}) {
-        SCOPED_TRACE(static_cast<int>(deed));
-        std::atomic<int> open = 0;
-        server.handle("/file.bin", [&, deed](const support::ReceivedRequest& request) {
-            Reply served = reply(body);
-            if (!request.header("Range")) {
-                served.rate = 4'000'000;
-                return served;
-            }
-            switch (deed) {
-                case Deed::Whole:
-                    served.ranges = Reply::Ranges::Ignore;
-                    break;
-                case Deed::ErrorPage:
-                    served.status = 503;
-                    served.body = "<html>busy</html>";
-                    break;
-                case Deed::OtherPart:
-                    served.ranges = Reply::Ranges::WrongOffset;
-                    break;
-                case Deed::OtherVersion:
-                    served = reply(other);
-                    served.headers.clear();
-                    served.headers.emplace_back("ETag", "\"other\"");
-                    break;
-                case Deed::OtherLength:
-                    served.ranges = Reply::Ranges::WrongTotal;
-                    break;
-                case Deed::OneConnection:
-                    if (open++ > 0 && open < 4)
-                        served.status = 429;
-                    break;
-                case Deed::Longer:
-                    served.status = 206;
-                    served.body = patternedBytes(300'000);
-                    break;
-                case Deed::Shorter:
-                    if (request.header("Range") == "bytes=250003-500002" && open++ == 0) {
-                        served.status = 206;
-                        served.body = body.mid(250'003, 200'000);
-                        served.headers.emplace_back("Content-Range", "bytes 250003-500002/1000003");
-                    }
-                    break;
-                case Deed::Crawl:
-                    served.rate = open++ == 0 ? 500'000 : 0;
-                    break;
-            }
-            return served;
+    bool hasCut = false;
+    struct Case {
+        const char* what;
+        /// The answer to a range, of which so many have been asked for before.
+        std::function<Reply(const std::string& range, int before)> answer;
+    };
+    const Case cases[] = {
+        {"all of it", [&](auto&, int) { return reply(body, {.ranges = Reply::Ranges::Ignore}); }},
+        {"an error page", [](auto&, int) { return reply("<html>busy</html>", {.status = 503}); }},
+        {"another part",
+         [&](auto&, int) { return reply(body, {.ranges = Reply::Ranges::WrongOffset}); }},
+        {"another version",
+         [&](auto&, int) {
+             return Reply{.headers = {{"ETag", "\"other\""}}, .body = other};
+         }},
+        {"another length",
+         [&](auto&, int) { return reply(body, {.ranges = Reply::Ranges::WrongTotal}); }},
+        {"one connection only",
+         [&](auto&, int before) {
+             return reply(body, {.status = before > 0 && before < 4 ? 429 : 200});
+         }},
+        {"more than was asked for",
+         [](auto&, int) { return reply(patternedBytes(300'000), {.status = 206}); }},
+        {"less than was asked for",
+         [&](auto& range, int) {
+             if (range != "bytes=250003-500002" || std::exchange(hasCut, true))
+                 return reply(body);
+             return reply(
+                 body.mid(250'003, 200'000),
+                 {.status = 206, .headers = {{"Content-Range", "bytes 250003-500002/1000003"}}});
+         }},
+        {"a crawl",
+         [&](auto&, int before) {
+             return reply(body, {.rate = before == 0 ? std::size_t{500'000} : 0});
+         }},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        int ranges = 0;
+        server.handle("/file.bin", [&](const support::ReceivedRequest& request) {
+            const auto range = request.header("Range");
+            return range ? c.answer(*range, ranges++) : reply(body, {.rate = 4'000'000});
         });
         const auto download = add();
         download->addToQueue();

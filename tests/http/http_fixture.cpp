@@ -17,27 +17,6 @@ void RecordingDelegate::note(const std::string& event, HTTPRequest& request) {
         onEvent(event, request);
 }
 
-bool RecordingDelegate::hasEnded() const {
-    return count("finished") + count("failed") > 0;
-}
-
-int RecordingDelegate::count(const std::string& event) const {
-    return static_cast<int>(std::count(events.begin(), events.end(), event));
-}
-
-void RecordingDelegate::requestStarted(HTTPRequest& request) {
-    note("started", request);
-}
-
-void RecordingDelegate::requestDidReceiveResponseHeaders(HTTPRequest& request,
-                                                         const platform::HTTPHeaders&) {
-    note("headers", request);
-}
-
-void RecordingDelegate::requestRedirected(HTTPRequest& request) {
-    note("redirected", request);
-}
-
 void RecordingDelegate::requestWillRedirectToURL(HTTPRequest& request, const platform::Url& url) {
     redirects.push_back(url);
     note("willRedirect", request);
@@ -51,26 +30,6 @@ void RecordingDelegate::requestDidReceiveData(HTTPRequest& request, const QByteA
         note("data", request);
     if (onBlock)
         onBlock(blocks);
-}
-
-void RecordingDelegate::requestDidStoreData(HTTPRequest&, std::int64_t count) {
-    stored += count;
-}
-
-void RecordingDelegate::requestFinished(HTTPRequest& request) {
-    note("finished", request);
-}
-
-void RecordingDelegate::requestFailed(HTTPRequest& request) {
-    note("failed", request);
-}
-
-void RecordingDelegate::authenticationNeededForRequest(HTTPRequest& request) {
-    note("authenticationNeeded", request);
-}
-
-void RecordingDelegate::proxyAuthenticationNeededForRequest(HTTPRequest& request) {
-    note("proxyAuthenticationNeeded", request);
 }
 
 HTTPTest::HTTPTest()

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QTemporaryDir>
+#include <algorithm>
 #include <memory>
 #include <vector>
 
@@ -28,20 +29,28 @@ public:
     std::function<void(const std::string& event, http::HTTPRequest& request)> onEvent;
 
     [[nodiscard]] Capabilities capabilities() const override { return does; }
-    [[nodiscard]] bool hasEnded() const;
-    [[nodiscard]] int count(const std::string& event) const;
+    [[nodiscard]] bool hasEnded() const { return count("finished") + count("failed") > 0; }
+    [[nodiscard]] int count(const std::string& event) const {
+        return static_cast<int>(std::count(events.begin(), events.end(), event));
+    }
 
-    void requestStarted(http::HTTPRequest& request) override;
-    void requestDidReceiveResponseHeaders(http::HTTPRequest& request,
-                                          const platform::HTTPHeaders& headers) override;
-    void requestRedirected(http::HTTPRequest& request) override;
-    void requestWillRedirectToURL(http::HTTPRequest& request, const platform::Url& url) override;
-    void requestDidReceiveData(http::HTTPRequest& request, const QByteArray& block) override;
-    void requestDidStoreData(http::HTTPRequest& request, std::int64_t count) override;
-    void requestFinished(http::HTTPRequest& request) override;
-    void requestFailed(http::HTTPRequest& request) override;
-    void authenticationNeededForRequest(http::HTTPRequest& request) override;
-    void proxyAuthenticationNeededForRequest(http::HTTPRequest& request) override;
+    using Request = http::HTTPRequest;
+    void requestStarted(Request& request) override { note("started", request); }
+    void requestDidReceiveResponseHeaders(Request& request, const platform::HTTPHeaders&) override {
+        note("headers", request);
+    }
+    void requestRedirected(Request& request) override { note("redirected", request); }
+    void requestWillRedirectToURL(Request& request, const platform::Url& url) override;
+    void requestDidReceiveData(Request& request, const QByteArray& block) override;
+    void requestDidStoreData(Request&, std::int64_t count) override { stored += count; }
+    void requestFinished(Request& request) override { note("finished", request); }
+    void requestFailed(Request& request) override { note("failed", request); }
+    void authenticationNeededForRequest(Request& request) override {
+        note("authenticationNeeded", request);
+    }
+    void proxyAuthenticationNeededForRequest(Request& request) override {
+        note("proxyAuthenticationNeeded", request);
+    }
 
 private:
     void note(const std::string& event, http::HTTPRequest& request);

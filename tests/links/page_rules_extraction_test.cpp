@@ -21,131 +21,82 @@ QStringList addressesOf(const ExtractedLinks& found) {
     return addresses;
 }
 
-struct Case {
-    const char* name;
-    /// The stages of the only rule, as JSON.
-    QString cascade;
-    bool collects;
-    QMap<QString, QByteArray> pages;
-    QStringList links, fetched;
-};
-
 const QString start = u"http://h/dir/page.html"_s;
 
-class Extraction : public testing::TestWithParam<Case> {};
-
-TEST_P(Extraction, FollowsTheCascade) {
-    const Case& given = GetParam();
-    const auto rules =
-        rulesOf(u"[{\"Source\":\"h/\",\"Query Cascade\":%1,\"Collect All Matches\":%2}]"_s.arg(
-            given.cascade, given.collects ? u"true"_s : u"false"_s));
-    ASSERT_TRUE(rules);
-    const auto pages = std::make_shared<MemoryPages>();
-    pages->pages = given.pages;
-    const auto found = URLsFromDownloadPageWithTitle({urlOf(start), rules, pages});
-    EXPECT_EQ(addressesOf(found), given.links);
-    EXPECT_EQ(pages->fetched, given.fetched);
+TEST(Extraction, FollowsTheCascade) {
+    struct Case {
+        const char* name;
+        /// The stages of the only rule, as JSON.
+        QString cascade;
+        bool collects;
+        /// The first page, if it can be loaded.
+        std::optional<QByteArray> page;
+        /// Addresses, parted by blanks.
+        QString links;
+        /// Others that are there, and what is asked for in turn.
+        QMap<QString, QByteArray> pages = {};
+        QString fetched = {};
+    };
+    const QString quoted = uR"j(["'([^']+)'"])j"_s, one = u"http://h/dir/1"_s,
+                  two = u"http://h/dir/2"_s;
+    const Case cases[] = {
+        {"relative", quoted, false, "'files/a.zip' 'b'", u"http://h/dir/files/a.zip"_s},
+        {"without a host", quoted, true,
+         "'/a.zip' 'mailto:someone' '?q' 'a \xC3\xA4' '//\xC3\xA4/'",
+         u"http://h/a.zip mailto:someone http://h/dir/page.html?q http://h/dir/a%20%C3%A4 "
+         "http://xn--4ca/"_s},
+        {"repaired", quoted, true,
+         R"('hxxps://o/a' 'http:\/\/p\/b' 'http://r/?u=http%3A%2F%2Fs%2Fc&amp;d')",
+         u"https://o/a http://p/b http://s/c&d"_s},
+        {"two pages",
+         uR"j(["href=\"([^\"]+)\"","src=(\\S+)"])j"_s,
+         false,
+         "<a HREF=\"2\">",
+         u"http://o/x.zip"_s,
+         {{two, "src=http://o/x.zip "}},
+         two},
+        {"every page of a stage",
+         uR"j(["'(\\w)'","=(\\w)"])j"_s,
+         true,
+         "'1' '2'",
+         u"http://h/dir/a http://h/dir/b"_s,
+         {{one, "=a"}, {two, "=a =b"}},
+         one + u' ' + two},
+        {"first alternative that finds", uR"j([["none","'(\\w)'","\\w+"]])j"_s, false, "'a' 'b'",
+         u"http://h/dir/a"_s},
+        {"all alternatives", uR"j([["'(\\w)'","(b)","c"]])j"_s, true, "'a' 'a' 'http://h:x/' 'b' c",
+         u"http://h/dir/a http://h/dir/b http://h/dir/c"_s},
+        {"groups are joined", uR"j(["<(a)?(b)(.)(c*)>"])j"_s, false, "<b\nc> <b.>",
+         u"http://h/dir/b."_s},
+        {"empty yield", uR"j(["x(y)?"])j"_s, false, "x xy", u"http://h/dir/y"_s},
+        {"dead end", uR"j(["'(\\w)'","z"])j"_s, false, "'1'", {}, {}, one},
+        {"empty stage", uR"j(["'(\\w)'",[]])j"_s, false, "'1'", {}, {{one, "b"}}, one},
+        {"unreachable", quoted, false, {}, {}},
+        {"no text", quoted, false, "\xFF'a'", {}},
+        {"hidden page", uR"j(["atob\\([^)]*\\)","'([^']+)'"])j"_s, true,
+         "atob('J2h0dHA6Ly9vL2EuemlwJyAncmVsJw==') atob('J3gn')",
+         u"http://o/a.zip http://h/dir/rel"_s},
+        {"hidden on the last page", uR"j(["atob\\([^)]*\\)"])j"_s, false,
+         "atob('aHR0cDovL2hvc3QvYS56aXA=')", u"aHR0cDovL2hvc3QvYS56aXA="_s},
+        {"hidden rubbish", uR"j(["atob\\([^)]*\\)","."])j"_s, false, "atob('%%%%')", {}},
+        {"hidden without quotes", uR"j(["atob\\([^)]*\\)"])j"_s, false, "atob(x)",
+         u"http://h/dir/atob(x)"_s},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const auto rules =
+            rulesOf(u"[{\"Source\":\"h/\",\"Query Cascade\":%1,\"Collect All Matches\":%2}]"_s.arg(
+                c.cascade, c.collects ? u"true"_s : u"false"_s));
+        ASSERT_TRUE(rules);
+        const auto pages = std::make_shared<MemoryPages>();
+        pages->pages = c.pages;
+        if (c.page)
+            pages->pages[start] = *c.page;
+        const auto found = URLsFromDownloadPageWithTitle({urlOf(start), rules, pages});
+        EXPECT_EQ(addressesOf(found).join(u' '), c.links);
+        EXPECT_EQ(pages->fetched.join(u' '), (start + u' ' + c.fetched).trimmed());
+    }
 }
-
-const QString quoted = uR"j(["'([^']+)'"])j"_s;
-
-INSTANTIATE_TEST_SUITE_P(
-    Pages, Extraction,
-    testing::Values(
-        Case{"relative",
-             quoted,
-             false,
-             {{start, "'files/a.zip' 'b'"}},
-             {u"http://h/dir/files/a.zip"_s},
-             {start}},
-        Case{"withoutHost",
-             quoted,
-             true,
-             {{start, "'/a.zip' 'mailto:someone' '?q' 'a \xC3\xA4' '//\xC3\xA4/'"}},
-             {u"http://h/a.zip"_s, u"mailto:someone"_s, u"http://h/dir/page.html?q"_s,
-              u"http://h/dir/a%20%C3%A4"_s, u"http://xn--4ca/"_s},
-             {start}},
-        Case{"repaired",
-             quoted,
-             true,
-             {{start, R"('hxxps://o/a' 'http:\/\/p\/b' 'http://r/?u=http%3A%2F%2Fs%2Fc&amp;d')"}},
-             {u"https://o/a"_s, u"http://p/b"_s, u"http://s/c&d"_s},
-             {start}},
-        Case{"twoPages",
-             uR"j(["href=\"([^\"]+)\"","src=(\\S+)"])j"_s,
-             false,
-             {{start, "<a HREF=\"/two\">"}, {u"http://h/two"_s, "src=http://o/x.zip "}},
-             {u"http://o/x.zip"_s},
-             {start, u"http://h/two"_s}},
-        Case{"everyPageOfAStage",
-             uR"j(["'(\\w)'","=(\\w)"])j"_s,
-             true,
-             {{start, "'1' '2' '3'"}, {u"http://h/dir/1"_s, "=a"}, {u"http://h/dir/3"_s, "=a =b"}},
-             {u"http://h/dir/a"_s, u"http://h/dir/b"_s},
-             {start, u"http://h/dir/1"_s, u"http://h/dir/2"_s, u"http://h/dir/3"_s}},
-        Case{"firstAlternativeThatFinds",
-             uR"j([["none","'(\\w)'","\\w+"]])j"_s,
-             false,
-             {{start, "'a' 'b'"}},
-             {u"http://h/dir/a"_s},
-             {start}},
-        Case{"allAlternatives",
-             uR"j([["'(\\w)'","(b)","c"]])j"_s,
-             true,
-             {{start, "'a' 'a' 'http://h:x/' 'b' c"}},
-             {u"http://h/dir/a"_s, u"http://h/dir/b"_s, u"http://h/dir/c"_s},
-             {start}},
-        Case{"groupsAreJoined",
-             uR"j(["<(a)?(b)(.)(c*)>"])j"_s,
-             false,
-             {{start, "<b\nc> <b.>"}},
-             {u"http://h/dir/b."_s},
-             {start}},
-        Case{"emptyYield",
-             uR"j(["x(y)?"])j"_s,
-             false,
-             {{start, "x xy"}},
-             {u"http://h/dir/y"_s},
-             {start}},
-        Case{"deadEnd",
-             uR"j(["'(\\w)'","z"])j"_s,
-             false,
-             {{start, "'a'"}},
-             {},
-             {start, u"http://h/dir/a"_s}},
-        Case{"emptyStage",
-             uR"j(["'(\\w)'",[]])j"_s,
-             false,
-             {{start, "'a'"}, {u"http://h/dir/a"_s, "b"}},
-             {},
-             {start, u"http://h/dir/a"_s}},
-        Case{"unreachable", quoted, false, {}, {}, {start}},
-        Case{"noText", quoted, false, {{start, "\xFF'a'"}}, {}, {start}},
-        Case{"hiddenPage",
-             uR"j(["atob\\([^)]*\\)","'([^']+)'"])j"_s,
-             true,
-             {{start, "atob('J2h0dHA6Ly9vL2EuemlwJyAncmVsJw==') atob('J3gn')"}},
-             {u"http://o/a.zip"_s, u"http://h/dir/rel"_s},
-             {start}},
-        Case{"hiddenOnTheLastPage",
-             uR"j(["atob\\([^)]*\\)"])j"_s,
-             false,
-             {{start, "atob('aHR0cDovL2hvc3QvYS56aXA=')"}},
-             {u"aHR0cDovL2hvc3QvYS56aXA="_s},
-             {start}},
-        Case{"hiddenRubbish",
-             uR"j(["atob\\([^)]*\\)","."])j"_s,
-             false,
-             {{start, "atob('%%%%')"}},
-             {},
-             {start}},
-        Case{"hiddenWithoutQuotes",
-             uR"j(["atob\\([^)]*\\)"])j"_s,
-             false,
-             {{start, "atob(x)"}},
-             {u"http://h/dir/atob(x)"_s},
-             {start}}),
-    [](const auto& given) { return given.param.name; });
 
 TEST(Extraction, TakesTheTitleOfTheFirstPageThatHasOne) {
     const auto rules = rulesOf(uR"j([{"Source":"h/","Query Cascade":["'(\\w)'","b"]}])j"_s);
