@@ -157,8 +157,8 @@ void HTTPRequest::setSelectors(DelegateSelectors selectors) {
     _notifier->setSelectors(std::move(selectors));
 }
 
-void HTTPRequest::setBodyStore(std::shared_ptr<HTTPBodyStore> store) {
-    _run->setBodyStore(std::move(store));
+bool HTTPRequest::setBodyStore(std::shared_ptr<HTTPBodyStore> store, const QByteArray& first) {
+    return _run->setBodyStore(std::move(store), first);
 }
 
 // Course.

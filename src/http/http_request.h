@@ -150,9 +150,10 @@ public:
     void setSelectors(DelegateSelectors selectors);
 
     /// Where what follows of the body in hand goes in place of the delegate, which hears how much
-    /// it was. From inside `requestDidReceiveData` for the first bytes of a body; forgotten with
-    /// it.
-    void setBodyStore(std::shared_ptr<HTTPBodyStore> store);
+    /// it was; and ahead of it `first`, if that is not empty. From inside `requestDidReceiveData`
+    /// for the first bytes of a body; forgotten with it. False: nothing follows, nor is `first`
+    /// taken.
+    bool setBodyStore(std::shared_ptr<HTTPBodyStore> store, const QByteArray& first = {});
 
     // Course.
 

@@ -164,6 +164,7 @@ std::optional<platform::Error> DQHTTPRequestDownloadWorker::openTarget() {
 
 /// For good: the request's thread may still hold it.
 void DQHTTPRequestDownloadWorker::closeFile() {
+    isStoreOffered_ = false;
     if (const auto file = std::exchange(_downloadFile, nullptr))
         file->close();
 }
@@ -190,12 +191,12 @@ void DQHTTPRequestDownloadWorker::requestDidReceiveData(http::HTTPRequest& reque
         return stopWithError(
             makeWorkerError(WorkerErrorCode::WrongLength,
                             u"%1 received more than it asked for"_s.arg(description())));
+    if (!std::exchange(isStoreOffered_, true) && request.setBodyStore(_downloadFile, data))
+        return;
     if (const auto error = _downloadFile->write(data))
         return stopWithError(
             makeWorkerError(WorkerErrorCode::CannotWrite,
                             u"%1 cannot write to intermediate file"_s.arg(description()), &*error));
-    if (downloadedBytes() == 0)
-        request.setBodyStore(_downloadFile);
     processDownloadedBytes(data.size());
 }
 

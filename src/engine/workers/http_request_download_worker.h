@@ -55,6 +55,7 @@ private:
 
     std::shared_ptr<http::HTTPRequest> _downloadRequest;
     std::shared_ptr<PartialFile> _downloadFile;  ///< Null before the first byte.
+    bool isStoreOffered_ = false;
     int statusCode_ = 0;
 };
 

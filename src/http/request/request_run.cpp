@@ -199,7 +199,7 @@ const std::function<void()>& RequestRun::callWhenCaughtUp() {
     return _callWhenCaughtUp;
 }
 
-void RequestRun::setBodyStore(std::shared_ptr<HTTPBodyStore> store) {
+bool RequestRun::setBodyStore(std::shared_ptr<HTTPBodyStore> store, const QByteArray& first) {
     const auto weak = _request.weak_from_this();
     BodyStorage::Receiver receiver;
     receiver.stored = [this, weak](qsizetype count) {
@@ -211,8 +211,14 @@ void RequestRun::setBodyStore(std::shared_ptr<HTTPBodyStore> store) {
             static_cast<void>(_notifier.passOnReceivedData(data, nullptr));
     };
     const std::scoped_lock guard(_state.cancelledLock);
+    if (_state.complete || _state.downloadComplete)
+        return false;
     _state.bodyStorage = std::make_shared<BodyStorage>(_shared->storingThreads, std::move(store),
                                                        std::move(receiver));
+    // One block is within any limit.
+    if (!first.isEmpty())
+        static_cast<void>(_state.bodyStorage->add(first, callWhenCaughtUp()));
+    return true;
 }
 
 /// What ends the response is told behind the bytes that are on their way to the disk.

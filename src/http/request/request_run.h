@@ -45,7 +45,7 @@ public:
     void start();
     void runSynchronously();
     void cancel();
-    void setBodyStore(std::shared_ptr<HTTPBodyStore> store);
+    [[nodiscard]] bool setBodyStore(std::shared_ptr<HTTPBodyStore> store, const QByteArray& first);
     void redirectToURL(const platform::Url& url);
     void retryUsingSuppliedCredentials();
     void cancelAuthentication();
