@@ -158,7 +158,7 @@ void HTTPRequest::setSelectors(DelegateSelectors selectors) {
 }
 
 bool HTTPRequest::setBodyStore(std::shared_ptr<HTTPBodyStore> store, const QByteArray& first) {
-    return _run->setBodyStore(std::move(store), first);
+    return _run->delivery().setStore(std::move(store), first);
 }
 
 // Course.

@@ -5,7 +5,6 @@
 
 #include "http/http_request.h"
 #include "http/http_request_error.h"
-#include "http/request/body_storage.h"
 #include "http/request/request_notifier.h"
 #include "http/request/request_state.h"
 #include "http/shared/shared_state.h"
@@ -40,6 +39,7 @@ RequestRun::RequestRun(HTTPRequest& request, RequestState& state, RequestNotifie
       _parts{state, *_shared, notifier, _body, _headers, _progress, _file, _connection, _stream},
       _sender(request, _parts, *this),
       _statusWatch(request, _parts, *this),
+      _delivery(request, _parts, *this),
       _reader(_parts, *this),
       _cache(request, _parts, *this),
       _authentication(request, _parts, *this),
@@ -170,7 +170,7 @@ void RequestRun::performThrottling() {
 
 void RequestRun::handleNetworkEvent(HTTPReadStream::Event event) {
     const std::scoped_lock guard(_state.cancelledLock);
-    if (_state.complete || _state.cancelled || waitsForStorage(event))
+    if (_state.complete || _state.cancelled || waitsForStore(event))
         return;
     switch (event) {
         case HTTPReadStream::Event::BytesAvailable:
@@ -190,65 +190,14 @@ void RequestRun::handleNetworkEvent(HTTPReadStream::Event event) {
         _authentication.attemptToApplyCredentialsAndResume();
 }
 
-const std::function<void()>& RequestRun::callWhenCaughtUp() {
-    if (!_callWhenCaughtUp)
-        _callWhenCaughtUp = [this, request = _request.weak_from_this()] {
-            if (const auto alive = request.lock())
-                perform(&RequestRun::letGoOfBacklog);
-        };
-    return _callWhenCaughtUp;
-}
-
-bool RequestRun::setBodyStore(std::shared_ptr<HTTPBodyStore> store, const QByteArray& first) {
-    const auto weak = _request.weak_from_this();
-    BodyStorage::Receiver receiver;
-    receiver.stored = [this, weak](qsizetype count) {
-        if (const auto alive = weak.lock())
-            _notifier.dataWasStored(count);
-    };
-    receiver.refused = [this, weak](const QByteArray& data) {
-        if (const auto alive = weak.lock())
-            static_cast<void>(_notifier.passOnReceivedData(data, nullptr));
-    };
-    const std::scoped_lock guard(_state.cancelledLock);
-    if (_state.complete || _state.downloadComplete)
-        return false;
-    _state.bodyStorage = std::make_shared<BodyStorage>(_shared->storingThreads, std::move(store),
-                                                       std::move(receiver));
-    // One block is within any limit.
-    if (!first.isEmpty())
-        static_cast<void>(_state.bodyStorage->add(first, callWhenCaughtUp()));
-    return true;
-}
-
 /// What ends the response is told behind the bytes that are on their way to the disk.
-bool RequestRun::waitsForStorage(HTTPReadStream::Event event) {
-    if (_state.bodyStorage == nullptr || event == HTTPReadStream::Event::BytesAvailable)
+bool RequestRun::waitsForStore(HTTPReadStream::Event event) {
+    if (event == HTTPReadStream::Event::BytesAvailable ||
+        !_delivery.callWhenStored([this, event] { handleNetworkEvent(event); }))
         return false;
-    const bool waits =
-        _state.bodyStorage->callWhenIdle([this, event, weak = _request.weak_from_this()] {
-            if (const auto alive = weak.lock())
-                perform([this, event] { handleNetworkEvent(event); });
-        });
     // That takes as long as the disk likes, and the server has no part in it.
-    if (waits)
-        _state.lastActivityTime.reset();
-    return waits;
-}
-
-bool RequestRun::passOnReceivedData(QByteArray data) {
-    if (_state.bodyStorage != nullptr)
-        return _state.bodyStorage->add(std::move(data), callWhenCaughtUp());
-    return _notifier.passOnReceivedData(std::move(data), callWhenCaughtUp());
-}
-
-void RequestRun::waitForMainThread() {
-    _stream.hold(TransferStream::Hold::Backlog);
-    _notifier.callWhenTold(callWhenCaughtUp());
-}
-
-void RequestRun::letGoOfBacklog() {
-    _stream.letGo(TransferStream::Hold::Backlog);
+    _state.lastActivityTime.reset();
+    return true;
 }
 
 bool RequestRun::retryUsingNewConnection() {

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "http/request/authentication.h"
+#include "http/request/body_delivery.h"
 #include "http/request/connection_lease.h"
 #include "http/request/file_output.h"
 #include "http/request/progress_reporter.h"
@@ -24,7 +25,6 @@
 
 namespace http {
 
-class HTTPBodyStore;
 class HTTPRequest;
 class RequestNotifier;
 class SharedState;
@@ -45,7 +45,6 @@ public:
     void start();
     void runSynchronously();
     void cancel();
-    [[nodiscard]] bool setBodyStore(std::shared_ptr<HTTPBodyStore> store, const QByteArray& first);
     void redirectToURL(const platform::Url& url);
     void retryUsingSuppliedCredentials();
     void cancelAuthentication();
@@ -87,11 +86,9 @@ public:
     /// Whether receivers are told of anything but the end: not once it has failed, and never of a
     /// probe.
     [[nodiscard]] bool isHeard() const;
-    /// Hands bytes to the body's store or else to the delegate. False: they are behind; the stream
-    /// will be let go of when they have caught up.
-    [[nodiscard]] bool passOnReceivedData(QByteArray data);
-    /// Lets the stream rest until the main thread has been told all that has happened so far.
-    void waitForMainThread();
+    /// Runs `step` on the request's loop while the request lives. Any thread.
+    void perform(std::function<void()> step);
+    [[nodiscard]] BodyDelivery& delivery() { return _delivery; }
     [[nodiscard]] Authentication& authentication() { return _authentication; }
     [[nodiscard]] const Authentication& authentication() const { return _authentication; }
     [[nodiscard]] RequestCache& cache() { return _cache; }
@@ -103,8 +100,6 @@ public:
 private:
     void loopWillEnd() override;
 
-    /// Runs `step` on the request's loop while the request lives.
-    void perform(std::function<void()> step);
     void perform(void (RequestRun::*step)()) {
         perform([this, step] { (this->*step)(); });
     }
@@ -117,9 +112,7 @@ private:
     void cancelOnRequestThread();
     void failAuthentication();
     void resumeAuthentication();
-    [[nodiscard]] bool waitsForStorage(platform::HTTPReadStream::Event event);
-    [[nodiscard]] const std::function<void()>& callWhenCaughtUp();
-    void letGoOfBacklog();
+    [[nodiscard]] bool waitsForStore(platform::HTTPReadStream::Event event);
 
     HTTPRequest& _request;
     RequestState& _state;
@@ -127,8 +120,7 @@ private:
     std::shared_ptr<SharedState> _shared;
     std::function<void()> _announceFinished;
     std::shared_ptr<TransferLoop> _loop;  ///< Null before the start.
-    std::function<void()> _callWhenCaughtUp;
-    bool _isRedirectAsked = false;  ///< The delegate decides about it now.
+    bool _isRedirectAsked = false;        ///< The delegate decides about it now.
 
     RequestBody _body;
     RequestHeaderBuilder _headers;
@@ -139,6 +131,7 @@ private:
     RequestParts _parts;
     RequestSender _sender;
     StatusWatch _statusWatch;
+    BodyDelivery _delivery;
     ResponseReader _reader;
     RequestCache _cache;
     Authentication _authentication;

@@ -114,7 +114,7 @@ void RequestSender::resetForSend() {
     state.totalBytesSent = 0;
     state.contentLength = 0;
     state.responseHeaders.reset();
-    state.bodyStorage.reset();
+    _run.delivery().reset();
     if (state.options.downloadDestinationPath.isEmpty())
         state.rawResponseData = QByteArray();
 }

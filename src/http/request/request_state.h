@@ -14,7 +14,6 @@
 
 namespace http {
 
-class BodyStorage;
 class HTTPRequest;
 
 /// Whose credentials a response asks for.
@@ -44,7 +43,6 @@ struct RequestState {
     std::vector<platform::Cookie> responseCookies;
     StringEncoding responseEncoding = noStringEncoding;
     QByteArray rawResponseData;
-    std::shared_ptr<BodyStorage> bodyStorage;  ///< Null: the delegate takes the body.
 
     // Counters, in bytes.
     std::uint64_t postLength = 0;

@@ -69,7 +69,6 @@ ResponseReader::~ResponseReader() = default;
 void ResponseReader::readResponseHeaders() {
     RequestState& state = _parts.state;
     state.authenticationNeeded = AuthenticationNeeded::None;
-    _hasPassedOn = false;
     const auto& head = _parts.stream.responseHead();
     if (!head)
         return;
@@ -208,7 +207,7 @@ void ResponseReader::distribute(QByteArray received) {
     if (isRedirectBodyUnwanted())
         return;
     if (_parts.notifier.isDataReceived()) {
-        passOn(mustInflate ? std::move(inflated) : std::move(received));
+        deliver(mustInflate ? std::move(inflated) : std::move(received));
     } else if (state.options.downloadDestinationPath.isEmpty()) {
         state.rawResponseData.append(mustInflate ? inflated : received);
     } else if (const auto error = writeToFile(received, mustInflate ? &inflated : nullptr)) {
@@ -228,21 +227,9 @@ bool ResponseReader::isRedirectBodyUnwanted() const {
            state.options.allowResumeForFileDownloads;
 }
 
-void ResponseReader::passOn(QByteArray data) {
-    if (data.isEmpty() || !_run.isHeard())
-        return;
-    const bool mustWait = !std::exchange(_hasPassedOn, true) && isMoreExpected() &&
-                          _parts.notifier.isBodyStoreSupplied();
-    const bool isWithinLimit = _run.passOnReceivedData(std::move(data));
-    if (mustWait)
-        _run.waitForMainThread();
-    else if (!isWithinLimit)
-        _parts.stream.hold(TransferStream::Hold::Backlog);
-}
-
-bool ResponseReader::isMoreExpected() const {
-    const RequestState& state = _parts.state;
-    return state.contentLength == 0 || state.totalBytesRead < state.contentLength;
+void ResponseReader::deliver(QByteArray data) {
+    if (!data.isEmpty() && _run.isHeard())
+        _run.delivery().deliver(std::move(data));
 }
 
 std::optional<Error> ResponseReader::writeToFile(const QByteArray& received,

@@ -46,8 +46,7 @@ private:
     void distribute(QByteArray received);
     [[nodiscard]] std::optional<platform::Error> writeToFile(const QByteArray& received,
                                                              const QByteArray* inflated);
-    void passOn(QByteArray data);
-    [[nodiscard]] bool isMoreExpected() const;
+    void deliver(QByteArray data);
     [[nodiscard]] bool isRedirectBodyUnwanted() const;
     [[nodiscard]] bool isFinalResponse() const;
     [[nodiscard]] std::optional<platform::Error> finishFile();
@@ -55,7 +54,6 @@ private:
     RequestParts _parts;
     RequestRun& _run;
     std::unique_ptr<HTTPDataDecompressor> _dataDecompressor;
-    bool _hasPassedOn = false;  ///< The delegate has been given the first bytes of the body.
 };
 
 }  // namespace http

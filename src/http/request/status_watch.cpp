@@ -2,7 +2,6 @@
 
 #include "http/http_request.h"
 #include "http/http_request_error.h"
-#include "http/request/body_storage.h"
 #include "http/request/connection_lease.h"
 #include "http/request/file_output.h"
 #include "http/request/progress_reporter.h"
@@ -48,8 +47,7 @@ void StatusWatch::checkRequestStatus() {
     }
     if (_parts.stream.exists() && state.postLength > 0)
         countUpload();
-    if (state.bodyStorage != nullptr)
-        state.bodyStorage->tellStored();
+    _run.delivery().tellStored();
     _parts.progress.updateProgressIndicators();
 }
 
