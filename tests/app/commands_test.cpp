@@ -74,6 +74,9 @@ TEST_F(CommandsTest, EnablesAndMarksWhatTheQueueAndTheSettingsAllow) {
     const auto set = [this](const platform::Setting<bool>& setting, bool value) {
         return [this, &setting, value] { defaults.set(setting, value); };
     };
+    const auto perform = [this](Command command, qint64 tag = 0) {
+        return [this, command, tag] { commands.perform(command, tag); };
+    };
     const auto selectPaused = [this] { controller->selectDownloads({download(u"b"_s)}); };
     const Case cases[] = {
         {"empty", nothing, Command::Copy, 0, false},
@@ -84,8 +87,7 @@ TEST_F(CommandsTest, EnablesAndMarksWhatTheQueueAndTheSettingsAllow) {
         {"one paused", nothing, Command::Rearrange, -1, false},
         {"two paused", [this] { add({u"a"_s}); }, Command::Rearrange, -1, true},
         {"two paused", nothing, Command::Rearrange, 1, true},
-        {"rearranged by name", [this] { commands.perform(Command::Rearrange, 1); },
-         Command::Rearrange, 1, false},
+        {"rearranged by name", perform(Command::Rearrange, 1), Command::Rearrange, 1, false},
         {"all paused", nothing, Command::PauseAll, 0, false},
         {"all paused", nothing, Command::PauseQueued, 0, false},
         {"a waits", [this] { setStatus(u"a"_s, engine::DQDownloadStatusQueued); },
@@ -97,26 +99,24 @@ TEST_F(CommandsTest, EnablesAndMarksWhatTheQueueAndTheSettingsAllow) {
         {"a paused one is selected", nothing, Command::Remove, 0, true},
         {"the last row is selected", nothing, Command::Move, app::MoveDown, false},
         {"the last row is selected", nothing, Command::Move, app::MoveUp, true},
-        {"sorted by name", [this] { commands.perform(Command::ChangeSorting, 1); }, Command::Move,
-         app::MoveUp, false},
+        {"sorted by name", perform(Command::ChangeSorting, 1), Command::Move, app::MoveUp, false},
         {"sorted by name", nothing, Command::ChangeSorting, 1, true, On},
         {"sorted by name", nothing, Command::ChangeSorting, 0, true, Off},
         {"not inverted", nothing, Command::ChangeSorting, -1, true, On},
-        {"inverted", [this] { commands.perform(Command::ChangeSorting, -2); },
-         Command::ChangeSorting, -2, true, On},
+        {"inverted", perform(Command::ChangeSorting, -2), Command::ChangeSorting, -2, true, On},
         {"one failed", [this] { setStatus(u"b"_s, engine::DQDownloadStatusAborted); },
          Command::Clear, 0, true},
         {"the selected one failed", nothing, Command::CancelAll, 1, false},
         {"the selected one failed", nothing, Command::Retry, 0, true},
-        {"addresses shown", [this] { commands.perform(Command::ToggleLocationKeyDisplayNames); },
+        {"addresses shown", perform(Command::ToggleLocationKeyDisplayNames),
          Command::ToggleLocationKeyDisplayNames, 0, true, On},
-        {"in private", [this] { commands.perform(Command::TogglePrivateDownloading); },
+        {"in private", perform(Command::TogglePrivateDownloading),
          Command::ToggleLocationKeyDisplayNames, 0, false, Off},
         {"automatic", set(app::settings::autoStart, true), Command::ToggleAutoStart, 0, true, On},
-        {"sleep asked for", [this] { commands.perform(Command::ToggleAutoSleep); },
-         Command::ToggleAutoSleep, 0, true, On},
-        {"shutting down declined", [this] { commands.perform(Command::ToggleAutoShutDown); },
-         Command::ToggleAutoSleep, 0, true, On},
+        {"sleep asked for", perform(Command::ToggleAutoSleep), Command::ToggleAutoSleep, 0, true,
+         On},
+        {"shutting down declined", perform(Command::ToggleAutoShutDown), Command::ToggleAutoSleep,
+         0, true, On},
         {"shutting down agreed",
          [this] {
              frontEnd.onConfirm = [](const app::Alert&) { return true; };

@@ -59,7 +59,7 @@ TEST_F(TransferTest, RequestCarriesWhatTheRecordSays) {
     struct Case {
         QString customAgent;
         QVariantMap request;
-        std::string method, agent, referer, encoding, range;
+        std::string method, agent, referer;
         QByteArray body = {};
     };
     const std::string own = "Mozilla/5.0 (X11; Linux) Version/";
@@ -68,18 +68,16 @@ TEST_F(TransferTest, RequestCarriesWhatTheRecordSays) {
                               {u"Accept-Encoding"_s, u"gzip"_s},
                               {u"Range"_s, u"bytes=1-"_s}};
     const Case cases[] = {
-        {{}, {}, "GET", own, "http://a/", {}, {}},
-        {u"Custom"_s, {}, "GET", "Custom", "http://a/", {}, {}},
-        {u"-"_s, {}, "GET", {}, "http://a/", {}, {}},
-        {u"-"_s, {{keys::requestAllHeaders, headers}}, "GET", "Browser", "http://b/", {}, {}},
+        {{}, {}, "GET", own, "http://a/"},
+        {u"Custom"_s, {}, "GET", "Custom", "http://a/"},
+        {u"-"_s, {}, "GET", {}, "http://a/"},
+        {u"-"_s, {{keys::requestAllHeaders, headers}}, "GET", "Browser", "http://b/"},
         {{},
          {{keys::requestPartialHeaders, QVariantMap{{u"X-A"_s, u"1"_s}}},
           {keys::requestMethod, u"POST"_s},
           {keys::requestBody, QByteArray("a=1")}},
          "POST",
          own,
-         {},
-         {},
          {},
          "a=1"},
     };
@@ -97,8 +95,7 @@ TEST_F(TransferTest, RequestCarriesWhatTheRecordSays) {
         EXPECT_EQ(agent.substr(0, c.agent.size()), c.agent);
         EXPECT_EQ(agent.empty(), c.agent.empty());
         EXPECT_EQ(seen.header("Referer").value_or(""), c.referer);
-        EXPECT_EQ(seen.header("Accept-Encoding").value_or(""), c.encoding);
-        EXPECT_EQ(seen.header("Range").value_or(""), c.range);
+        EXPECT_FALSE(seen.header("Accept-Encoding") || seen.header("Range"));
     }
 }
 

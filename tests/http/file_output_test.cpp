@@ -126,35 +126,6 @@ TEST_F(DownloadCacheTest, AnswersWhileTheStoredResponseIsCurrent) {
     EXPECT_EQ(sent(), 3U);
 }
 
-TEST_F(DownloadCacheTest, StoresOnlyWhatItMay) {
-    const auto url = *platform::Url::parse(server.url(u"/a.txt"_s));
-    const auto isStored = [&] {
-        get(http::cachePolicyDoNotRead);
-        const bool stored = cache->cachedResponseHeadersForURL(url).has_value();
-        cache->removeCachedDataForURL(url);
-        EXPECT_FALSE(cache->cachedResponseDataForURL(url));
-        return stored;
-    };
-    serve("x");
-    EXPECT_TRUE(isStored());
-    for (const auto& [name, value, stored] :
-         std::vector<std::tuple<const char*, const char*, bool>>{
-             {"Cache-Control", "No-Store", false},
-             {"Cache-Control", "no-cache", false},
-             {"Pragma", "no-cache", false},
-             {"Cache-Control", "private, no-cache", true}}) {
-        serve("x", {{name, value}});
-        EXPECT_EQ(isStored(), stored) << name << value;
-    }
-    // The bytes that a delegate took are nowhere to be stored from.
-    serve("x");
-    delegate.does.receivesData = true;
-    EXPECT_FALSE(isStored());
-    delegate.does.receivesData = false;
-    server.serve("/a.txt", {.status = 404});
-    EXPECT_FALSE(isStored());
-}
-
 TEST(CacheKeys, NameFilesSafely) {
     const auto url = [](const QString& text) { return *platform::Url::parse(text); };
     EXPECT_EQ(http::cacheKeyForURL(url(u"http://example.com"_s)),

@@ -56,12 +56,6 @@ private:
     void note(const std::string& event, http::HTTPRequest& request);
 };
 
-/// Shows how far something is, from 0 to 1.
-struct Dial : http::HTTPProgressDelegate {
-    std::vector<double> values;
-    void setDoubleValue(double value) override { values.push_back(value); }
-};
-
 /// A server, a main loop on a manual clock, and a session between them.
 class HTTPTest : public ::testing::Test {
 protected:

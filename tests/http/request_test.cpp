@@ -34,14 +34,6 @@ TEST_F(RequestTest, TellsItsDelegateInOrderAndHandsOverEveryByte) {
     EXPECT_FALSE(HTTPRequest::isNetworkInUse());
 }
 
-TEST_F(RequestTest, AnErrorStatusIsNoFailure) {
-    const auto request = observedRequest(u"/missing"_s);
-    run(request);
-    EXPECT_EQ(delegate.count("finished"), 1);
-    EXPECT_EQ(request->responseStatusCode(), 404);
-    EXPECT_FALSE(request->error());
-}
-
 TEST_F(RequestTest, RefusesAddressesThatItCannotAsk) {
     const std::vector<platform::Url> addresses{
         platform::Url(), *platform::Url::parse(u"file:///etc/passwd"_s),
@@ -111,24 +103,6 @@ TEST_F(RequestTest, ABodyDecidesTheMethod) {
     }
 }
 
-TEST_F(RequestTest, RunsOnTheCallersThreadToo) {
-    server.serve("/file", okay("body"));
-    Reply moved{.status = 302, .headers = {{"Location", "/file"}}};
-    server.serve("/moved", moved);
-    delegate.does.receivesData = true;
-    const auto request = observedRequest(u"/moved"_s);
-    request->startSynchronous();
-    // On the main thread its delegate has heard everything by now.
-    EXPECT_EQ(delegate.data, "body");
-    EXPECT_EQ(delegate.count("finished"), 1);
-    EXPECT_TRUE(request->isFinished());
-    EXPECT_FALSE(request->inProgress());
-
-    const auto hopeless = observedRequest(u"http://127.0.0.1:1/"_s);
-    hopeless->startSynchronous();
-    EXPECT_EQ(errorCode(*hopeless), 1);
-}
-
 TEST_F(RequestTest, HoldsBackWhatTheMainThreadHasNotTaken) {
     const qsizetype size = 24 << 20;
     server.serve("/large", okay(support::patternedBytes(size)));
@@ -146,27 +120,6 @@ TEST_F(RequestTest, HoldsBackWhatTheMainThreadHasNotTaken) {
     ASSERT_TRUE(waitForEnd());
     EXPECT_EQ(delegate.data.size(), size);
     EXPECT_EQ(delegate.count("finished"), 1);
-}
-
-TEST_F(RequestTest, TellsHowFarItIsAsOftenAsThatChanges) {
-    server.serve("/file", {.body = support::patternedBytes(100'000), .stallAfter = 40'000});
-    std::vector<std::pair<std::int64_t, std::uint64_t>> amounts;
-    http::RequestBlocks blocks;
-    blocks.bytesReceivedBlock = [&](std::int64_t amount, std::uint64_t total) {
-        amounts.emplace_back(amount, total);
-    };
-    Dial dial;
-    const auto request = observedRequest(u"/file"_s);
-    request->setDownloadProgressDelegate(&dial);
-    request->setBlocks(std::move(blocks));
-    request->startAsynchronous();
-    ASSERT_TRUE(main.waitUntil([&] { return request->totalBytesRead() == 40'000; }));
-    advance(0.5);
-    server.release();
-    ASSERT_TRUE(waitForEnd());
-    EXPECT_EQ(dial.values, (std::vector<double>{0, 0.4, 1}));
-    EXPECT_EQ(amounts, (std::vector<std::pair<std::int64_t, std::uint64_t>>{{40'000, 100'000},
-                                                                            {60'000, 100'000}}));
 }
 
 TEST_F(RequestTest, LengthsAreBookedAsTheyAreWritten) {

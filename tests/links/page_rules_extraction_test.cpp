@@ -116,23 +116,6 @@ TEST(Extraction, RefusesPagesBeyondTheBound) {
     EXPECT_TRUE(URLsFromDownloadPageWithTitle({urlOf(start), rules, pages}).urls.empty());
 }
 
-TEST(Extraction, AQueryThatTakesTooLongCountsAsNotMatching) {
-    constexpr platform::Seconds limit = 0.05;
-    const auto query = [&](const QString& pattern) {
-        return *UserExpression::compile(pattern, UserExpression::Subject::Page, limit);
-    };
-    const DownloadPageRule rule{
-        query(u"h"_s), {{query(u"^(?:a|aa)+$"_s), query(u"'(\\w)'"_s)}}, false, {}};
-    const auto pages = std::make_shared<MemoryPages>();
-    pages->pages[start] = QByteArray(5000, 'a') + "'b'";
-    const LogRecorder log;
-    for (int i = 0; i < 2; ++i) {
-        const auto found = DownloadPageExtraction(rule, {urlOf(start), {}, pages}).follow();
-        EXPECT_EQ(addressesOf(found), QStringList{u"http://h/dir/b"_s});
-    }
-    EXPECT_EQ(log.lines().filter(u"too long"_s).size(), 1);
-}
-
 TEST(Extraction, CanBeStoppedInTheMiddleOfAHopelessQuery) {
     const auto rules = rulesOf(uR"j([{"Source":"h/","Query Cascade":["^(?:a|aa)+$"]}])j"_s);
     const auto pages = std::make_shared<MemoryPages>();

@@ -146,20 +146,6 @@ TEST_F(DefaultsTest, ObserversHearOfEachChangeOfAValueInForce) {
     EXPECT_EQ(take(), QStringList());
 }
 
-TEST_F(DefaultsTest, AnObserverMayStoreWhileAnotherProgramsChangeIsTakenUp) {
-    UserDefaults direct(folder.path(), domain);
-    direct.addObserver([&](const QString& key) {
-        if (key == u"theirs")
-            direct.setObject(u"answer"_s, 1);
-    });
-    ASSERT_TRUE(QDir(folder.path()).removeRecursively());
-    direct.setObject(u"mine"_s, 1);
-    ASSERT_TRUE(QDir().mkpath(folder.path()));
-    writeByHand("<dict><key>theirs</key><true/></dict>");
-    EXPECT_TRUE(direct.synchronize());
-    EXPECT_EQ(onDisk().keys(), QStringList({u"answer"_s, u"mine"_s, u"theirs"_s}));
-}
-
 TEST(DefaultsInQt, ObserversHearOfAnEditThatNobodyReads) {
     int count = 1;
     char name[] = "test";

@@ -123,15 +123,4 @@ TEST(RegularExpression, GivesUpOnARunawayPattern) {
     EXPECT_FALSE(expression.timedOut());
 }
 
-TEST(RegularExpression, CopiesServeSeveralThreads) {
-    const RegularExpression shared(u"(\\d+)"_s);
-    std::vector<std::jthread> threads;
-    for (int t = 0; t < 4; ++t) {
-        threads.emplace_back([copy = shared] {
-            for (int i = 0; i < 200; ++i)
-                EXPECT_EQ(copy.firstCapture(u"x%1y"_s.arg(i), 1), QString::number(i));
-        });
-    }
-}
-
 }  // namespace

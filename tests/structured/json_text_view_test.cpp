@@ -211,22 +211,6 @@ TEST_F(JSONTextView, ConvertsPropertyListsThatArePasted) {
     EXPECT_FALSE(view.readSelectionFromPasteboard({{}, "no list", {}}, plist));
 }
 
-TEST_F(JSONTextView, OffersASelectedPropertyList) {
-    text.selection = u"\"a\" : 1"_s;
-    EXPECT_EQ(platform::readPropertyList(view.selectionAsPropertyList()).value,
-              QVariant(QVariantMap{{u"a"_s, qint64{1}}}));
-    const QStringList types{u"text/plain"_s};
-    EXPECT_EQ(writablePasteboardTypes(types, text.selection),
-              (QStringList{u"text/plain"_s, propertyListPasteboardType}));
-    EXPECT_EQ(writablePasteboardTypes({}, text.selection), QStringList());
-    EXPECT_EQ(readablePasteboardTypes({}), QStringList());
-    for (const QString& selection :
-         {u""_s, u"words"_s, u"[null]"_s, u"<plist><string>x</string></plist>"_s}) {
-        EXPECT_FALSE(selectedPropertyList(selection).isValid()) << selection.toStdString();
-        EXPECT_EQ(writablePasteboardTypes(types, selection), types);
-    }
-}
-
 char letterOf(SyntaxRole role) {
     switch (role) {
         case SyntaxRole::Tag:

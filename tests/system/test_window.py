@@ -131,7 +131,7 @@ class WholeUseTest(WindowTest):
         self.filter_rows()
         self.sort_rows()
         self.reorder_rows()
-        self.change_settings()
+        self.desktop.key("ctrl+comma")
         self.define_rule()
         self.drag_file_out()
         self.remove_and_clear()
@@ -233,15 +233,6 @@ class WholeUseTest(WindowTest):
         first = self.row(others[0]).frame
         self.drag(self.icon(last), (self.icon(last)[0], first[1] + 4), lambda: True)
         self.wait_for_rows(last, *others)
-
-    def change_settings(self):
-        self.desktop.key("ctrl+comma")
-        switch = self.desktop.wait_for("check box", "Start at once")
-        self.shoot("settings")
-        self.desktop.click(switch)
-        self.wait_for_setting("Auto-Start", False)
-        self.desktop.click(switch)
-        self.wait_for_setting("Auto-Start", True)
 
     def define_rule(self):
         self.desktop.click(self.desktop.wait_for("push button", "Define Rule..."))
