@@ -1,4 +1,3 @@
-#include <gmock/gmock.h>
 
 #include "app/history/historian.h"
 #include "app/history/history_actions.h"

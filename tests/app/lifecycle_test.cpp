@@ -1,4 +1,3 @@
-#include <gmock/gmock.h>
 
 #include "app/lifecycle/lifecycle.h"
 #include "app/lifecycle/settings_effects.h"

@@ -4,9 +4,7 @@
 #include <QTemporaryDir>
 
 #include "app/rules/folder_menu.h"
-#include "app/rules/rule_applications.h"
 #include "app/rules/rule_book.h"
-#include "app/rules/subdivision_suggestions.h"
 #include "app/settings.h"
 #include "engine/settings.h"
 #include "platform/files/files.h"

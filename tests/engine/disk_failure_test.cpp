@@ -1,6 +1,5 @@
 #include <cerrno>
 
-#include "engine/acceleration/acceleration_settings.h"
 #include "engine/settings.h"
 #include "engine_fixture.h"
 #include "failing_disk.h"

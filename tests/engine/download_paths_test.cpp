@@ -1,7 +1,6 @@
 #include "engine/paths/download_paths.h"
 
 #include <QDir>
-#include <QFile>
 
 #include "engine/paths/intermediate_files.h"
 #include "engine/paths/support_folder.h"

@@ -1,5 +1,4 @@
 #include <sys/xattr.h>
-#include <QDir>
 #include <QFile>
 
 #include "engine/background.h"

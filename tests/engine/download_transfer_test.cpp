@@ -1,6 +1,5 @@
 #include <QFileInfo>
 
-#include "engine/admission/throttle.h"
 #include "engine/settings.h"
 #include "engine_fixture.h"
 #include "http/http_request.h"

@@ -1,4 +1,3 @@
-#include <QFileInfo>
 #include <atomic>
 
 #include "http_fixture.h"

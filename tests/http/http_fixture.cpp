@@ -1,7 +1,6 @@
 #include "http_fixture.h"
 
 #include <QFile>
-#include <algorithm>
 #include <future>
 
 #include "http/shared/shared_state.h"

@@ -1,6 +1,5 @@
 #include "http/request/connection_lease.h"
 #include "http/shared/connection_table.h"
-#include "http/shared/shared_state.h"
 #include "http/shared/transfer_loop.h"
 #include "http_fixture.h"
 #include "platform/net/http_read_stream.h"

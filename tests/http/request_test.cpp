@@ -1,4 +1,3 @@
-#include <QDir>
 
 #include "http_fixture.h"
 

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "links/names/anonymized_names.h"
 #include "links/names/content_disposition.h"
 #include "links/names/safe_file_name.h"
 #include "links/paths/path_components.h"

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <QTimeZone>
-
 #include "links/format/byte_counts.h"
 #include "links/format/dates.h"
 #include "links/format/durations.h"
@@ -9,7 +7,6 @@
 #include "links/format/numbers.h"
 #include "links/names/sort_keys.h"
 #include "links/settings.h"
-#include "links/text/localization.h"
 #include "support/printers.h"
 
 using namespace Qt::Literals::StringLiterals;

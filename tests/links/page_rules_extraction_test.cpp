@@ -3,7 +3,6 @@
 #include <thread>
 
 #include "links/page_rules_support.h"
-#include "links/pages/download_page_extraction.h"
 #include "links/pages/download_page_reader.h"
 #include "links/pages/page_text.h"
 #include "platform/base/thread_pool.h"

@@ -4,11 +4,9 @@
 #include <QTemporaryDir>
 
 #include "links/page_rules_support.h"
-#include "links/pages/download_page_rule_highlighting.h"
 #include "links/pages/download_page_rule_store.h"
 #include "links/settings.h"
 #include "platform/base/user_defaults.h"
-#include "structured/text_view/syntax_highlighting.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "links/recognition/quoted_links.h"
-#include "links/text/trimming.h"
 #include "support/printers.h"
 
 using namespace Qt::Literals::StringLiterals;

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "platform/net/credential_storage.h"
 #include "platform/net/headers_for_log.h"
 #include "platform/net/http_authentication.h"
 #include "support/printers.h"

@@ -1,9 +1,7 @@
-#include <gmock/gmock.h>
 
 #include <QDir>
 #include <QSysInfo>
 #include <algorithm>
-#include <atomic>
 #include <future>
 
 #include "platform/net/network_loop_private.h"

@@ -1,4 +1,4 @@
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include "platform/net/proxies/proxy_exceptions.h"
 #include "platform/net/proxies/proxy_text.h"

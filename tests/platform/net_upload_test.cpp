@@ -1,4 +1,3 @@
-#include <gmock/gmock.h>
 
 #include "platform/net_exchange.h"
 #include "support/http_server.h"

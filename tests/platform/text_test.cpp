@@ -3,7 +3,6 @@
 #include <QByteArray>
 #include <QStringList>
 #include <cstring>
-#include <thread>
 
 #include "platform/text/comparison.h"
 #include "platform/text/regular_expression.h"

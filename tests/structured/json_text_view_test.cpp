@@ -7,7 +7,6 @@
 #include "platform/base/user_defaults.h"
 #include "structured/settings.h"
 #include "structured/shorthand/lson_serialization.h"
-#include "structured/text_view/auto_indent.h"
 #include "structured/text_view/json_text_view_validator.h"
 #include "structured/text_view/syntax_highlighting.h"
 #include "structured/text_view/text_component.h"

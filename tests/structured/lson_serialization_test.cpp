@@ -2,10 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QDateTime>
-
-#include "structured/json/json_writer.h"
-
 using namespace Qt::Literals::StringLiterals;
 
 namespace structured {

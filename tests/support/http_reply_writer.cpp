@@ -43,7 +43,6 @@ HTTPReplyWriter::HTTPReplyWriter(Peer& peer, const ReceivedRequest& request, con
       reply_(reply),
       waitForRelease_(std::move(waitForRelease)),
       status_(reply.status),
-      reason_(reply.reason),
       body_(reply.body) {
     applyRange();
 }
@@ -56,7 +55,6 @@ bool HTTPReplyWriter::rangeStillApplies() const {
 
 void HTTPReplyWriter::refuseRange() {
     status_ = 416;
-    reason_ = "Range Not Satisfiable";
     rangeHeaders_.emplace_back("Content-Range", "bytes */" + std::to_string(body_.size()));
     body_.clear();
 }
@@ -76,7 +74,6 @@ void HTTPReplyWriter::applyRange() {
     const qsizetype shift = reply_.ranges == Reply::Ranges::WrongOffset ? 1 : 0;
     const qsizetype total = body_.size() + (reply_.ranges == Reply::Ranges::WrongTotal ? 1 : 0);
     status_ = 206;
-    reason_ = "Partial Content";
     rangeHeaders_.emplace_back("Content-Range", "bytes " + std::to_string(span->first + shift) +
                                                     "-" + std::to_string(span->last + shift) + "/" +
                                                     std::to_string(total));
@@ -110,7 +107,7 @@ QByteArray HTTPReplyWriter::head() const {
         fields.emplace_back("Connection", "close");
     fields.insert(fields.end(), rangeHeaders_.begin(), rangeHeaders_.end());
     fields.insert(fields.end(), reply_.headers.begin(), reply_.headers.end());
-    std::string text = "HTTP/1.1 " + std::to_string(status_) + " " + reason_ + "\r\n";
+    std::string text = "HTTP/1.1 " + std::to_string(status_) + " OK\r\n";
     for (const auto& [name, value] : fields)
         text += name + ": " + value + "\r\n";
     return QByteArray::fromStdString(text + "\r\n");

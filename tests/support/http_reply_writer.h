@@ -36,7 +36,6 @@ private:
     const Reply& reply_;
     std::function<bool()> waitForRelease_;
     int status_;
-    std::string reason_;
     Headers rangeHeaders_;
     QByteArray body_;
 };

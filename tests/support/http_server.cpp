@@ -52,8 +52,7 @@ HTTPServer::Private::Route HTTPServer::Private::routeFor(const ReceivedRequest& 
         return route->second;
     if (fallback_.handler)
         return fallback_;
-    Reply notFound{.status = 404, .reason = "Not Found"};
-    return {[notFound](const ReceivedRequest&) { return notFound; }};
+    return {[](const ReceivedRequest&) { return Reply{.status = 404}; }};
 }
 
 void HTTPServer::Private::serve(Peer& peer) {

@@ -26,7 +26,6 @@ struct ReceivedRequest {
 /// How to answer one request. The defaults give an honest 200 with ranges.
 struct Reply {
     int status = 200;
-    std::string reason = "OK";
     /// After the ones that the server makes.
     std::vector<std::pair<std::string, std::string>> headers{};
     QByteArray body{};

@@ -1,5 +1,4 @@
 """What a person sees on a terminal."""
-import os
 import signal
 import unittest
 
@@ -27,18 +26,6 @@ class TerminalTest(SystemTest):
         self.assertEqual(len(session.screen.text()), 1)
         self.assert_screen_was_well_treated(session)
         self.assert_downloaded("moving.bin", source)
-
-    def test_more_downloads_than_lines(self):
-        names = [f"crowd-{number}.bin" for number in range(9)]
-        for number, name in enumerate(names):
-            self.serve(name, 600_000, seed=number)
-        session = self.session(
-            "-Number Of Concurrent Downloads", "9", "-Number Of Concurrent Downloads Per Host", "0",
-            *(self.server.url(f"/rate/300000/{name}") for name in names), lines=6)
-        session.wait_for(lambda lines: len(lines) == 5 and "5 more not shown" in lines[-1])
-        self.assertEqual(session.finish(), 0)
-        self.assertEqual(sorted(line.split()[2] for line in session.screen.everything()), names)
-        self.assert_screen_was_well_treated(session)
 
     def test_being_resized(self):
         for reflows in (True, False):
@@ -80,17 +67,6 @@ class TerminalTest(SystemTest):
         self.assertTrue(session.screen.wraps)
         self.assertFalse(any(BAR in line for line in session.screen.text()))
         self.assertEqual(len(self.home.queue()), 1)
-
-    def test_stopped_and_continued(self):
-        source = self.serve("stopped.bin", 4 * MIB)
-        session = self.session(self.server.url("/rate/2000000/stopped.bin"))
-        session.wait_for_text(BAR)
-        session.type("\x1a")
-        self.assertTrue(os.WIFSTOPPED(os.waitpid(session.process.pid, os.WUNTRACED)[1]))
-        session.process.send_signal(signal.SIGCONT)
-        session.wait_for_text(BAR)
-        self.assertEqual(session.finish(), 0)
-        self.assert_downloaded("stopped.bin", source)
 
     def test_a_terminal_without_a_movable_cursor_gets_plain_lines(self):
         self.serve("plain.bin", 100_000)

@@ -1,7 +1,5 @@
 #include "ui/history/history_menu.h"
 
-#include <gtest/gtest.h>
-
 #include <QApplication>
 #include <QLineEdit>
 #include <QRegularExpression>

@@ -1,9 +1,6 @@
 #include "ui/window/main_window.h"
 
-#include <gmock/gmock.h>
-
 #include <QDragEnterEvent>
-#include <QLineEdit>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QTest>

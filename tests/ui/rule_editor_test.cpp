@@ -1,7 +1,6 @@
 #include "ui/rules/rule_editor.h"
 
 #include <QApplication>
-#include <QCheckBox>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QLabel>
