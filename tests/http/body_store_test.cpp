@@ -19,7 +19,7 @@ public:
         changed_.wait(guard, [&] { return !isStuck_; });
         if (data_.size() + block.size() > room_)
             return false;
-        data_ += block;
+        data_.append(block.constData(), block.size());
         return true;
     }
     void setStuck(bool isStuck) {

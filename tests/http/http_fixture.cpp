@@ -24,7 +24,8 @@ void RecordingDelegate::requestWillRedirectToURL(HTTPRequest& request, const pla
 }
 
 void RecordingDelegate::requestDidReceiveData(HTTPRequest& request, const QByteArray& block) {
-    data += block;
+    // Not shared with the transport, which fills its blocks again.
+    data.append(block.constData(), block.size());
     if (++blocks == 1)
         note("data", request);
     if (onBlock)
