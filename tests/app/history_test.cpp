@@ -187,18 +187,6 @@ TEST_F(HistoryTest, ListsTheNewestOnTopAndTheOthersByDay) {
               QStringList({u"a"_s, u"b"_s, u"c"_s, u"d"_s, u"undated"_s, u"old"_s}));
 }
 
-TEST_F(HistoryTest, FindsByNameOrByAddress) {
-    writeFile({element(u"Müller 2.iso"_s, 300), element(u"b.iso"_s, 0)});
-    EXPECT_EQ(names(listing({u"MULLER"_s, u"2"_s}), listing({u"MULLER"_s, u"2"_s}).items),
-              QStringList{u"Müller 2.iso"_s});
-    EXPECT_TRUE(listing({u"muller"_s}).isSearchResult);
-    EXPECT_EQ(listing({u"iso"_s}).items.size(), 2U);
-    EXPECT_TRUE(listing({u"files.example"_s}).hasNoMatches);
-    EXPECT_EQ(listing({u"files.example"_s}).items.size(), 2U) << "then all are shown";
-    defaults.set(app::settings::historySearchCriterion, u"URL"_s);
-    EXPECT_TRUE(listing({u"files.example"_s}).isSearchResult);
-}
-
 TEST_F(HistoryTest, ActsOnEntries) {
     QStringList opened, revealed, copied;
     engine::Environment environment = engine::environment();

@@ -144,19 +144,6 @@ TEST_F(ScheduleTest, FollowsItsSettingsWhileItRuns) {
     EXPECT_EQ(status(u"a"_s), paused) << "after the end";
 }
 
-TEST_F(ScheduleTest, TakesTimesAsTheyAreStored) {
-    const app::ScheduledTime& time = app::scheduledQueuingTime();
-    EXPECT_EQ(app::scheduleTime(defaults, time), QTime(22, 0));
-    EXPECT_EQ(app::scheduleTime(defaults, app::scheduledPausingTime()), QTime(6, 0));
-    toggles().changeScheduledTime(time, {7, 8, 9});
-    EXPECT_EQ(defaults.dictionaryForKey(u"Schedule: Queue: Time"_s),
-              (QVariantMap{{u"Hour"_s, 7}, {u"Minute"_s, 8}, {u"Second"_s, 9}}));
-    defaults.set(time.setting, QVariantMap{{u"Minute"_s, 5}});
-    EXPECT_EQ(app::scheduleTime(defaults, time), QTime(0, 5));
-    defaults.set(time.setting, QVariantMap{{u"Hour"_s, 99}, {u"Minute"_s, u"no"_s}});
-    EXPECT_EQ(app::scheduleTime(defaults, time), QTime(23, 0));
-}
-
 TEST_F(ScheduleTest, PausesWhatRunsOnlyIfToldTo) {
     setTime(u"2027-06-01T05:59:00"_s);
     add({u"a"_s, u"b"_s, u"c"_s});

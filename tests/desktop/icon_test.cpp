@@ -2,7 +2,6 @@
 
 #include <QGuiApplication>
 
-#include "desktop/icon/badge.h"
 #include "desktop/icon/icon_painter.h"
 
 namespace {
@@ -76,15 +75,6 @@ TEST(IconPainterTest, FillsFromBelowAndBearsBadges) {
     const QImage sleeping = painter.paint({0, 0, Overlay::SleepWhenDone, -1});
     EXPECT_NEAR(sleeping.pixelColor(0, 0).alpha(), 128, 1);
     EXPECT_NE(sleeping, painter.paint({0, 0, Overlay::ShutDownWhenDone, -1}));
-}
-
-TEST(BadgeTest, IsAsWideAsItsTextUpToALimit) {
-    const QSize one = desktop::badgeImage({.text = QStringLiteral("1")}).size();
-    const QSize many = desktop::badgeImage({.text = QString(100, u'9')}).size();
-    EXPECT_EQ(one.height(), many.height());
-    EXPECT_GE(one.width(), one.height());
-    EXPECT_NEAR(many.width(), 2.7 * many.height(), 3);
-    EXPECT_EQ(desktop::badgeImage({}).height(), 30);
 }
 
 }  // namespace

@@ -29,17 +29,6 @@ TEST_F(TransferTest, FileArrivesWholeAndLeavesNothingBehind) {
         EXPECT_FALSE(platform::extendedAttribute(download->path(), mark));
 }
 
-TEST_F(TransferTest, BodyWithoutALengthIsTakenToItsEnd) {
-    const QByteArray body = patternedBytes(300'000);
-    for (const auto length : {Reply::Length::Chunked, Reply::Length::None}) {
-        serve(body, {.length = length});
-        const auto download = add();
-        run(download);
-        EXPECT_EQ(contents(download->path()), body);
-        EXPECT_EQ(download->downloadCompletionFraction(), 1);
-    }
-}
-
 TEST_F(TransferTest, AnswerThatIsNoFileAborts) {
     serve("not here", {.status = 404});
     server.serve("/empty.bin", reply({}));

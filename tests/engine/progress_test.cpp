@@ -116,19 +116,6 @@ TEST_F(ProgressTest, ListIsToldTenTimesASecond) {
     EXPECT_NEAR(manager.updates - before, 10, 1);
 }
 
-TEST_F(ProgressTest, SuffixTellsOfAcceleration) {
-    receive(1);
-    const auto part = TestWorker::make(500, 0, 999);
-    download->transfer().addWorker(part);
-    EXPECT_EQ(text(), u"1 Bytes of 1 GB"_s);
-    set(settings::displayAccelerationConnections, true);
-    EXPECT_EQ(text(), u"1 Bytes of 1 GB - 2 connections"_s);
-    download->userSettings().set(keys::accelerationFailed, true);
-    EXPECT_EQ(text(), u"1 Bytes of 1 GB - Acceleration failed"_s);
-    download->userSettings().set(keys::rangesDisabled, true);
-    EXPECT_EQ(text(), u"1 Bytes of 1 GB - Acceleration not supported"_s);
-}
-
 TEST_F(EngineTest, StatusTextsOfWhatDoesNotRun) {
     const auto download = manager.add(u"http://example.org/a"_s);
     const auto text = [&](bool live) { return download->statusDescriptionWithLiveDetails(live); };

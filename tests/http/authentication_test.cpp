@@ -133,12 +133,6 @@ TEST_F(AuthenticationTest, AsksAgainAfterAWrongPasswordAndHasTime) {
     run(hopeless);
     EXPECT_EQ(errorCode(*hopeless), codeAuthentication);
     EXPECT_EQ(delegate.count("authenticationNeeded"), 4);
-
-    // Nobody is asked by a synchronous one.
-    const auto synchronous = observedRequest(u"/file"_s);
-    synchronous->startSynchronous();
-    EXPECT_EQ(errorCode(*synchronous), codeAuthentication);
-    EXPECT_EQ(delegate.count("authenticationNeeded"), 4);
 }
 
 TEST_F(AuthenticationTest, WhoWaitsFollowsWhoWasLetIn) {

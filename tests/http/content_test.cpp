@@ -48,21 +48,6 @@ TEST(ContentType, GivesTypeAndEncoding) {
     }
 }
 
-TEST(StringEncoding, DecodesEveryCharsetThatIcuKnows) {
-    const auto decoded = [](const QByteArray& data, const QString& name) {
-        const auto encoding = http::stringEncodingFromIANAName(name);
-        return encoding ? http::decodedString(data, *encoding) : std::nullopt;
-    };
-    EXPECT_EQ(decoded("\x93\xfa\x96\x7b", u"shift_jis"_s), u"日本"_s);
-    EXPECT_EQ(decoded("\xcd\xee\xf0", u"windows-1251"_s), u"Нор"_s);
-    EXPECT_EQ(decoded("\xee\xcf\xd2", u"koi8-r"_s), u"Нор"_s);
-    EXPECT_EQ(decoded("\xc4\xe3", u"GBK"_s), u"你"_s);
-    EXPECT_EQ(decoded("\xff", u"utf-8"_s), std::nullopt);
-    EXPECT_EQ(decoded("", u"utf-8"_s), QString());
-    EXPECT_EQ(http::decodedString("x", 0), std::nullopt);
-    EXPECT_EQ(http::decodedString("x", 0x8fffffff), std::nullopt);
-}
-
 TEST(HTTPDate, ReadsWhatServersWrite) {
     const auto read = [](const QString& text) {
         const auto date = http::HTTPRequest::dateFromRFC1123String(text);

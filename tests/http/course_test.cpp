@@ -120,19 +120,6 @@ TEST_F(CourseTest, TimesOutAfterSilenceOnly) {
     EXPECT_EQ(mute->retryCount(), 0);
 }
 
-TEST_F(CourseTest, WithoutATimeOutItWaitsForEver) {
-    server.serve("/silent", silent());
-    const auto request = observedRequest(u"/silent"_s);
-    request->setTimeOutSeconds(0);
-    request->startAsynchronous();
-    ASSERT_TRUE(waitForRequests(1));
-    main.clock.advance(1'000'000);
-    advance(1);
-    EXPECT_FALSE(delegate.hasEnded());
-    server.release();
-    EXPECT_TRUE(waitForEnd());
-}
-
 TEST_F(CourseTest, ADeadConnectionIsTriedAgainOnce) {
     std::atomic<int> asked = 0;
     const auto dropping = [&](int drops) -> support::HTTPServer::Handler {

@@ -54,18 +54,6 @@ TEST_F(PersistentConnectionTest, HeadersDecideWhetherASocketIsUsedAgain) {
     }
 }
 
-TEST_F(PersistentConnectionTest, OldServersMustSaySo) {
-    Reply reply{.raw = "HTTP/1.0 200 OK\r\nContent-Length: 2\r\n\r\nok"};
-    server.serve("/silent", reply);
-    reply.raw = "HTTP/1.0 200 OK\r\nContent-Length: 2\r\nConnection: Keep-Alive\r\n\r\nok";
-    server.serve("/kept", reply);
-    get(u"/silent"_s);
-    get(u"/kept"_s);
-    EXPECT_EQ(server.connectionCount(), 2U);
-    get(u"/kept"_s);
-    EXPECT_EQ(server.connectionCount(), 2U);
-}
-
 TEST_F(PersistentConnectionTest, ASocketThatDiedMeanwhileIsReplaced) {
     answerWith({});
     get();

@@ -154,16 +154,6 @@ TEST(Formatting, FuzzyDates) {
     }
 }
 
-TEST(Formatting, DateFormats) {
-    const QDateTime date = local(u"2024-03-09T07:05:00"_s);
-    EXPECT_EQ(links::dateStringWithFormat(date, u"yyyy/MM-dd 'at' HH:mm"_s),
-              u"2024/03-09 at 07:05");
-    EXPECT_EQ(links::dateStringWithFormat(date, u"MMMM"_s, u"de_DE"_s), u"März");
-    EXPECT_EQ(links::dateStringWithFormat(date, u"yyyy 'T' jP"_s), u"");
-    EXPECT_EQ(links::dateFormatFromTemplate(u"yMd"_s), u"M/d/y");
-    EXPECT_EQ(links::dateFormatFromTemplate(u"yMMMMd"_s, u"de_DE"_s), u"d. MMMM y");
-}
-
 TEST(Formatting, SortKeys) {
     auto& defaults = platform::standardDefaults();
     EXPECT_EQ(links::sortPrefixesByForcedRebuild(true),

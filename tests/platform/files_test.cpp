@@ -124,19 +124,6 @@ TEST_F(FilesTest, MovesAcrossFileSystems) {
     EXPECT_EQ(QDir(memory.path()).entryList(QDir::Files | QDir::Hidden), QStringList{u"to"_s});
 }
 
-TEST_F(FilesTest, KeepsEveryDamagedFileUnderANameOfItsOwn) {
-    QStringList kept;
-    for (const char* content : {"1", "2", "3"}) {
-        const QString path = put(u"Queue.plist"_s, content);
-        kept.append(platform::keepDamagedFileAside(path));
-        EXPECT_EQ(contents(kept.last()), content);
-        EXPECT_TRUE(kept.last().contains(u".damaged-"_s));
-        EXPECT_FALSE(platform::pathExists(path));
-    }
-    EXPECT_EQ(names().size(), 3);
-    EXPECT_EQ(platform::keepDamagedFileAside(at(u"absent"_s)), QString());
-}
-
 TEST(Volumes, AreTheLongestMountOrARemovableMedium) {
     const QStringList mounts = platform::mountPoints(
         "21 1 8:1 / / rw - ext4 /dev/a rw\n"

@@ -58,28 +58,6 @@ TEST_F(NetFlow, SleepsWithABoundedBufferWhileUnscheduled) {
     EXPECT_EQ(exchange.body, body);
 }
 
-TEST_F(NetFlow, IsSilentFromTheStartIfUnscheduledBeforeOpen) {
-    server.serve("/empty", Reply());
-    Exchange large(loop, server.url(u"/large"_s)), empty(loop, server.url(u"/empty"_s)),
-        broken(loop, u"http://127.0.0.1:1/"_s);
-    for (Exchange* each : {&large, &empty, &broken}) {
-        each->stream->unschedule();
-        ASSERT_TRUE(each->stream->open());
-    }
-    loop.runUntil([&] {
-        return large.stream->responseHead() && empty.stream->responseHead() &&
-               broken.stream->error();
-    });
-    loop.runFor(0.05);
-    EXPECT_EQ(large.events + empty.events + broken.events, 0);
-    for (Exchange* each : {&large, &empty, &broken})
-        each->stream->schedule();
-    loop.runUntil([&] { return large.isOver() && empty.isOver() && broken.isOver(); });
-    EXPECT_EQ(large.body, body);
-    EXPECT_TRUE(empty.hasEnded);
-    EXPECT_TRUE(broken.hasFailed);
-}
-
 TEST_F(NetFlow, SurvivesBeingTakenOffTheLoopAgainAndAgain) {
     Reply reply{.body = support::patternedBytes(1 << 20)};
     server.serve("/f", reply);

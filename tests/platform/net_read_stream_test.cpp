@@ -251,23 +251,6 @@ TEST(NetReadStream, SharesASocketByIdentity) {
     EXPECT_EQ(server.connectionCount(), 4U);
 }
 
-TEST(NetReadStream, KeepsASocketOnlyIfTheBodyWasRead) {
-    HTTPServer server;
-    Reply reply{.body = QByteArray(100, 'x')};
-    server.serve("/f", reply);
-    reply.stallAfter = 50;
-    server.serve("/stall", reply);
-    Loop loop;
-    platform::HTTPConnectionIdentity identity(loop.loop);
-    for (const QString& path : {u"/f"_s, u"/stall"_s, u"/f"_s}) {
-        Exchange exchange(loop, server.url(path));
-        exchange.stream->setConnection(&identity);
-        ASSERT_TRUE(exchange.stream->open());
-        loop.runUntil([&exchange] { return exchange.isOver() || exchange.body.size() == 50; });
-    }
-    EXPECT_EQ(server.connectionCount(), 2U);
-}
-
 TEST(NetReadStream, LeavesTheRetryOnADeadSocketToItsClient) {
     // Takes the second request of each connection and hangs up.
     SocketServer server([](Peer& peer) {

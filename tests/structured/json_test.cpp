@@ -130,10 +130,6 @@ INSTANTIATE_TEST_SUITE_P(
                u"{\"a\\/\":\"\\/\\\"\\\\\\t\\u001f\\u2028ä\",\"b\":[1,{\"x\":[]},{}]}"_s}),
     [](const auto& given) { return given.param.name; });
 
-TEST(JsonWriter, LeavesAnArrayItsBrackets) {
-    EXPECT_EQ(writeJson(QVariantList{true}, {JsonLayout::Unwrapped}), u"[\n\ttrue\n]"_s);
-}
-
 TEST(JsonWriter, KeepsNumbersAndTheirKind) {
     const QVariantList numbers{qint64{-7},
                                2.0,

@@ -70,14 +70,6 @@ INSTANTIATE_TEST_SUITE_P(
         Reading{"halfACharacter", u"[\"\xD83D\"]"_s, Format::None, {}}),
     [](const auto& given) { return given.param.name; });
 
-TEST(Serialization, HasNothingToSayAboutBlankText) {
-    for (const QString& text : {u""_s, u" \n\t"_s}) {
-        const ParsedText parsed = Serialization::objectWithString(text);
-        EXPECT_FALSE(parsed.object.isValid());
-        EXPECT_FALSE(parsed.error);
-    }
-}
-
 TEST(Serialization, ReportsTheErrorOfTheSpellingThatWasMeant) {
     struct Case {
         QString text;

@@ -31,7 +31,7 @@ public:
     // What happened.
 
     std::vector<app::Alert> alerts;
-    int dismissed = 0, beeps = 0, attentions = 0, reloads = 0, redraws = 0, faded = 0;
+    int dismissed = 0, beeps = 0, attentions = 0, reloads = 0, faded = 0;
     QStringList sounds;
     /// The window's moves: "show", "activate", "back", "hide", "unhide", "unhide and activate",
     /// "task bar", "no task bar", "settings: SECTION".
@@ -91,11 +91,11 @@ public:
         selectedRows = rows;
     }
     void selectRows(const QList<qsizetype>& rows) override { selectedRows = rows; }
-    void setNeedsDisplay() override { ++redraws; }
+    void setNeedsDisplay() override {}
     void setNeedsDisplayAfterDelay(platform::Seconds delay) override {
         delayedRedraws.push_back(delay);
     }
-    void displayNow() override { ++redraws; }
+    void displayNow() override {}
     std::shared_ptr<engine::VanishView> vanishView() override { return vanishing; }
 
     void copy(const app::Pasteboard& pasteboard) override { copied = pasteboard; }

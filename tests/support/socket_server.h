@@ -58,7 +58,6 @@ public:
 
     [[nodiscard]] int port() const { return port_; }
     [[nodiscard]] int connectionCount() const { return accepted_; }
-    [[nodiscard]] bool isStopping() const { return isStopping_; }
     void dropConnections();
     /// Ends all connections and threads; the destructor does it too.
     void stop();

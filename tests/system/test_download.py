@@ -95,12 +95,6 @@ class FailureTest(SystemTest):
                 self.assertIn(str(number), result.stderr)
                 self.assertEqual(self.home.finished(), [])
 
-    def test_one_failure_among_many(self):
-        source = self.serve("good.bin", 5000)
-        result = self.home.run(self.server.url("/status/404"), self.server.url("/good.bin"))
-        self.assert_status(result, 1)
-        self.assert_downloaded("good.bin", source)
-
 
 class UsageTest(SystemTest):
     def test_help_and_version(self):

@@ -3,7 +3,7 @@ file ends byte for byte right. ORLOP_LONG_TESTS=1 kills 200 times and more."""
 import unittest
 
 from support.case import MIB
-from support.home import LONG, wait_until
+from support.home import LONG
 from support.killing import KillingTest
 
 KILLS_IN_TRANSFERS = 160 if LONG else 7
@@ -11,20 +11,6 @@ KILLS_IN_QUEUE_WRITES = 60 if LONG else 4
 
 
 class KillTest(KillingTest):
-    def test_the_next_run_goes_on_where_it_stood(self):
-        source = self.serve("halfway.bin", 4 * MIB)
-        address = self.server.url("/rate/1500000/halfway.bin")
-        process = self.home.start(address)
-        wait_until(lambda: self.home.partial_bytes() > 2 * MIB, what="half of the file")
-        process.kill()
-        self.home.result(process)
-        self.assert_status(self.home.run(), 0)
-        self.assert_downloaded("halfway.bin", source)
-        self.assertEqual(self.home.leftovers(), [])
-        span = self.server.requests()[-1][3]
-        self.assertTrue(span.startswith("bytes="), "not resumed")
-        self.assertGreater(int(span[6:].split("-")[0]), 2 * MIB - 65536)
-
     def test_transfers(self):
         """Of one file, again and again from where the last run was killed."""
         kills = rounds = 0

@@ -8,7 +8,7 @@ from pathlib import Path
 from support.case import MIB, SystemTest
 from support.home import PROGRAMS, wait_until
 from support.proxies import Microsocks, Squid, Tinyproxy, TlsSquid
-from support.servers import Nginx, TlsNginx, free_port
+from support.servers import TlsNginx, free_port
 
 
 def script(body):

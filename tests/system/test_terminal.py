@@ -1,8 +1,10 @@
 """What a person sees on a terminal."""
 import signal
+import subprocess
 import unittest
 
 from support.case import MIB, SystemTest
+from support.home import PROGRAMS
 from support.screen import width
 
 BAR = "━"
@@ -68,12 +70,20 @@ class TerminalTest(SystemTest):
         self.assertFalse(any(BAR in line for line in session.screen.text()))
         self.assertEqual(len(self.home.queue()), 1)
 
-    def test_a_terminal_without_a_movable_cursor_gets_plain_lines(self):
-        self.serve("plain.bin", 100_000)
-        session = self.session(self.server.url("/plain.bin"), environment={"TERM": "dumb"})
-        self.assertEqual(session.finish(), 0)
-        self.assertNotIn(b"\x1b", session.raw)
-        self.assertIn(b"Download Complete: plain.bin", session.raw)
+
+class LibrariesTest(unittest.TestCase):
+    """Programs without windows load nothing that belongs to windows."""
+
+    def test_no_window_system(self):
+        for program in ("orlop-terminal", "orlop-defaults", "orlop-log"):
+            path = PROGRAMS / program
+            if program != "orlop-terminal" and not path.exists():
+                continue
+            loaded = subprocess.run(["ldd", path], capture_output=True, text=True,
+                                    check=True).stdout
+            self.assertIn("libQt6Core", loaded)
+            for library in ("Qt6Gui", "Qt6Widgets", "libX11", "libwayland"):
+                self.assertNotIn(library, loaded, program)
 
 
 if __name__ == "__main__":

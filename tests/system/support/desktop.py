@@ -186,9 +186,8 @@ class Desktop:
     def move(self, place):
         self._xdotool("mousemove", *place)
 
-    def click(self, what, button=1, times=1):
-        self._xdotool("mousemove", *self._place(what), "click", "--repeat", times, "--delay", 30,
-                      button)
+    def click(self, what):
+        self._xdotool("mousemove", *self._place(what), "click", 1)
 
     def press(self, what):
         self._xdotool("mousemove", *self._place(what), "mousedown", 1)
