@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <cstdint>
 
 namespace http {
 
@@ -9,6 +10,9 @@ namespace http {
 class HTTPBodyStore {
 public:
     virtual ~HTTPBodyStore() = default;
+
+    /// A number of the disk that `store` waits for. Main thread.
+    [[nodiscard]] virtual std::uint64_t disk() const = 0;
 
     /// Takes all of `data`, which comes in order and is never empty. False: it has not been taken;
     /// the delegate is given it and what follows, and should see to it that little does. Never on

@@ -14,6 +14,8 @@ using support::Reply;
 /// Keeps what it is given; waits like a disk that does not answer while it is stuck.
 class SlowStore final : public http::HTTPBodyStore {
 public:
+    [[nodiscard]] std::uint64_t disk() const override { return disk_; }
+    void setDisk(std::uint64_t disk) { disk_ = disk; }
     bool store(const QByteArray& block) override {
         std::unique_lock guard(lock_);
         changed_.wait(guard, [&] { return !isStuck_; });
@@ -37,6 +39,7 @@ private:
     mutable std::mutex lock_;
     std::condition_variable changed_;
     bool isStuck_ = false;
+    std::uint64_t disk_ = 1;
     qsizetype room_ = std::numeric_limits<qsizetype>::max();
     QByteArray data_;
 };
@@ -77,10 +80,18 @@ TEST_F(BodyStoreTest, StuckDiskHoldsBackItsTransferAndNoOther) {
     // Rest is no silence: the time-out does not count.
     advance(30);
 
-    server.serve("/other", {.body = "other"});
-    const auto other = this->request(u"/other"_s);
+    RecordingDelegate second;
+    const auto otherDisk = std::make_shared<SlowStore>();
+    otherDisk->setDisk(2);
+    second.does = delegate.does;
+    second.onEvent = [&](const std::string& event, http::HTTPRequest& other) {
+        if (event == "data")
+            other.setBodyStore(otherDisk);
+    };
+    const auto other = this->request(u"/large"_s);
+    other->setDelegate(&second);
     run(other);
-    EXPECT_EQ(other->responseData(), "other");
+    EXPECT_EQ(second.data + otherDisk->data(), body);
     EXPECT_FALSE(delegate.hasEnded());
 
     store->setStuck(false);

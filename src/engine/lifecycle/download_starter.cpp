@@ -67,8 +67,10 @@ ResumePlan planForPartialData(DQDownload& download) {
         fractionsFromArchive(settings.value(keys::accelerationWorkers), path);
     if (!recorded.empty() && !settings.contains(keys::expectedBytes))
         settings.set(keys::expectedBytes, recorded.back().end + 1);
+    const bool isFinishing =
+        isMarkedFinishing(path) || (!recorded.empty() && isMarkedWithParts(path));
     return planResume(path, measurePartialFiles(path), recorded, knownFile(settings).length,
-                      isMarkedFinishing(path));
+                      isFinishing);
 }
 
 /// The address that answered last. Nothing: it cannot be asked again.

@@ -49,8 +49,8 @@ struct ResumePlan {
     std::vector<qint64> fractionSizes;
 };
 
-/// `length` of the whole file, 0 if not known. `isFinishing`: all workers were done, and putting
-/// the file together was cut short.
+/// `length` of the whole file, 0 if not known. `isFinishing`: what is complete has only to be
+/// put together.
 [[nodiscard]] ResumePlan planResume(const QString& primaryPath, const PartialFileSizes& sizes,
                                     std::vector<StoredFraction> recorded, qint64 length,
                                     bool isFinishing);

@@ -75,10 +75,6 @@ qint64 Transfer::noteReceivedBytes(const Worker& worker) {
         writeMetadataIfNecessary();
     if (reached.expected < 1)
         return 0;
-    // Before the workers know that they are done: parts that are complete are not asked for again,
-    // so that a run after a kill has to know that they only wait to be joined.
-    if (_downloadWorkers.size() >= 2 && reached.total() == reached.expected)
-        markFinishing(download_.paths().intermediateDownloadTargetPath(false, false));
     const double fraction =
         static_cast<double>(reached.total()) / static_cast<double>(reached.expected);
     if (fraction > _downloadFraction || reached.total() == reached.expected) {
@@ -105,6 +101,9 @@ void Transfer::writeMetadataIfNecessary() {
         !download_.paths().hasIntermediateDownloadTargetPath())
         return;
     recordAccelerationWorkers(download_);
+    // Long before they are complete: nobody may hear of that any more.
+    if (_downloadWorkers.size() >= 2)
+        markWithParts(download_.paths().intermediateDownloadTargetPath(false, false));
     if (platform::standardDefaults().get(settings::storeMetadataLocally))
         download_.userSettingsArchiveWithPausedStatus(false, true);
     _shouldWriteMetadataToDownloadBundle = false;

@@ -21,8 +21,8 @@ constexpr platform::Seconds leastTimeBetweenSyncs = 1;
 constexpr qint64 syncAtClosing = qint64{1} << 20;
 constexpr mode_t newFileMode = 0666;
 
-/// The size of a regular file that only this one name leads to. Nothing: errno says why.
-std::optional<qint64> plainFileSize(const platform::Descriptor& file) {
+/// Of a regular file. Nothing: errno says why.
+std::optional<struct stat> plainFileStatus(const platform::Descriptor& file) {
     struct stat status {};
     if (fstat(file.get(), &status) != 0)
         return std::nullopt;
@@ -30,7 +30,7 @@ std::optional<qint64> plainFileSize(const platform::Descriptor& file) {
         errno = ENOTSUP;
         return std::nullopt;
     }
-    return status.st_size;
+    return status;
 }
 
 }  // namespace
@@ -48,10 +48,10 @@ std::optional<platform::Error> PartialFile::open(const QString& path, qint64 off
         file = platform::Descriptor(::open(name.constData(), flags));
     if (!file.isOpen())
         return platform::posixError(errno);
-    const std::optional<qint64> size = isNew ? 0 : plainFileSize(file);
-    if (!size)
+    const auto status = plainFileStatus(file);
+    if (!status)
         return platform::posixError(errno);
-    if (*size != offset) {
+    if (status->st_size != offset) {
         if (isNew)
             unlink(name.constData());
         // Somebody else has written to it, or it is another file by now.
@@ -61,6 +61,7 @@ std::optional<platform::Error> PartialFile::open(const QString& path, qint64 off
         markUnsynced(file.get());
     const std::scoped_lock guard(lock_);
     file_ = std::move(file);
+    disk_ = status->st_dev;
     offset_ = syncedOffset_ = flushedOffset_ = offset;
     syncedAt_ = monotonicNow();
     syncState_ = std::make_shared<SyncState>();
@@ -80,6 +81,11 @@ void PartialFile::setStoreLimit(qint64 length) {
 std::optional<platform::Error> PartialFile::write(const QByteArray& data) {
     const std::scoped_lock guard(lock_);
     return append(data);
+}
+
+std::uint64_t PartialFile::disk() const {
+    const std::scoped_lock guard(lock_);
+    return disk_;
 }
 
 bool PartialFile::store(const QByteArray& data) {

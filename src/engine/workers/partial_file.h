@@ -38,7 +38,9 @@ public:
     /// Appends all of it. With an error, some of it may lie in the file, and the same may be tried
     /// again.
     [[nodiscard]] std::optional<platform::Error> write(const QByteArray& data);
-    /// The same. False: it is closed, the limit would be passed, or there was an error.
+    /// Its file system's device number; 0 before it is open.
+    [[nodiscard]] std::uint64_t disk() const override;
+    /// As `write` does. False: it is closed, the limit would be passed, or there was an error.
     [[nodiscard]] bool store(const QByteArray& data) override;
     /// Cuts it and closes it. False: it could not be cut, and is still open.
     [[nodiscard]] bool truncate(qint64 offset);
@@ -61,6 +63,7 @@ private:
     platform::Descriptor file_;
     qint64 offset_ = 0;
     qint64 storeLimit_ = 0;
+    std::uint64_t disk_ = 0;
     qint64 syncedOffset_ = 0;         ///< Asked for, not yet known to be on the disk.
     qint64 flushedOffset_ = 0;        ///< Up to here the disk has been told to write.
     platform::Seconds syncedAt_ = 0;  ///< When it was last asked for.

@@ -18,6 +18,7 @@ namespace {
 /// "BOOT BYTES": the boot in which the mark was made, and the bytes known to be on the disk.
 constexpr char syncedAttribute[] = "user.orlop.synced";
 constexpr char finishingAttribute[] = "user.orlop.finishing";
+constexpr char partsAttribute[] = "user.orlop.parts";
 
 /// random(4): differs from one boot to the next.
 const QByteArray& bootIdentifier() {
@@ -36,6 +37,15 @@ void setSyncedMark(int file, qint64 bytes, int flags) {
     const QByteArray mark = syncedMark(bytes);
     fsetxattr(file, syncedAttribute, mark.constData(), static_cast<std::size_t>(mark.size()),
               flags);
+}
+
+void setFlag(const QString& path, const char* attribute) {
+    static_cast<void>(platform::setExtendedAttribute(path, QString::fromLatin1(attribute),
+                                                     QByteArrayLiteral("1")));
+}
+
+bool hasFlag(const QString& path, const char* attribute) {
+    return platform::extendedAttribute(path, QString::fromLatin1(attribute)).has_value();
 }
 
 }  // namespace
@@ -72,17 +82,24 @@ void dropUnsyncedTail(const QString& path) {
 }
 
 void markFinishing(const QString& path) {
-    static_cast<void>(platform::setExtendedAttribute(path, QString::fromLatin1(finishingAttribute),
-                                                     QByteArrayLiteral("1")));
+    setFlag(path, finishingAttribute);
 }
 
 bool isMarkedFinishing(const QString& path) {
-    return platform::extendedAttribute(path, QString::fromLatin1(finishingAttribute)).has_value();
+    return hasFlag(path, finishingAttribute);
+}
+
+void markWithParts(const QString& path) {
+    setFlag(path, partsAttribute);
+}
+
+bool isMarkedWithParts(const QString& path) {
+    return hasFlag(path, partsAttribute);
 }
 
 void removePartialFileMarks(const QString& path) {
     const QByteArray file = QFile::encodeName(path);
-    for (const char* name : {syncedAttribute, finishingAttribute})
+    for (const char* name : {syncedAttribute, finishingAttribute, partsAttribute})
         lremovexattr(file.constData(), name);
 }
 

@@ -21,6 +21,11 @@ void dropUnsyncedTail(const QString& path);
 void markFinishing(const QString& path);
 [[nodiscard]] bool isMarkedFinishing(const QString& path);
 
+/// The file has fragments that go with it: whoever finds them all complete has only to join them.
+/// Without it, complete parts wait for a user's word.
+void markWithParts(const QString& path);
+[[nodiscard]] bool isMarkedWithParts(const QString& path);
+
 /// Takes the marks off before the file becomes the user's. Any thread.
 void removePartialFileMarks(const QString& path);
 

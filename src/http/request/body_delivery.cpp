@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "http/http_body_store.h"
 #include "http/http_request.h"
 #include "http/request/body_storage.h"
 #include "http/request/request_notifier.h"
@@ -78,8 +79,8 @@ bool BodyDelivery::setStore(std::shared_ptr<HTTPBodyStore> store, const QByteArr
     const std::scoped_lock guard(_parts.state.cancelledLock);
     if (_parts.state.complete || _parts.state.downloadComplete)
         return false;
-    _storage = std::make_shared<BodyStorage>(_parts.shared.storingThreads, std::move(store),
-                                             std::move(receiver));
+    auto& threads = _parts.shared.storingThreads.ofDisk(store->disk());
+    _storage = std::make_shared<BodyStorage>(threads, std::move(store), std::move(receiver));
     // One block is within any limit.
     if (!first.isEmpty())
         static_cast<void>(_storage->add(first, callWhenCaughtUp()));

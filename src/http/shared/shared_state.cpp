@@ -40,18 +40,10 @@ void RequestDefaults::setCache(std::shared_ptr<ResponseCache> cache) {
     _cache = std::move(cache);
 }
 
-namespace {
-
-/// Each may wait for a disk that does not answer, while other disks do.
-constexpr std::size_t mostStoringThreads = 16;
-
-}  // namespace
-
 SharedState::SharedState(platform::Clock& theClock)
     : clock(theClock),
       bandwidth(theClock),
       connections(theClock),
-      storingThreads(mostStoringThreads),
       thread(theClock, bandwidth, connections) {}
 
 namespace {

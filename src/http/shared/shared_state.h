@@ -10,9 +10,9 @@
 #include "http/shared/request_thread.h"
 #include "http/shared/session_cookies.h"
 #include "http/shared/session_credentials.h"
+#include "http/shared/storing_threads.h"
 #include "http/shared/waiting_requests.h"
 #include "platform/base/clock.h"
-#include "platform/base/thread_pool.h"
 #include "platform/net/proxies/system_proxies.h"
 
 namespace http {
@@ -70,7 +70,7 @@ public:
     /// Guards the queueing of progress and the end of a response, across requests.
     std::recursive_mutex progressLock;
     OperationQueue sharedQueue;
-    platform::ThreadPool storingThreads;
+    StoringThreads storingThreads;
     RequestThread thread;
 };
 
