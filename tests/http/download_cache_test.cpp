@@ -1,7 +1,5 @@
 #include "http/cache/http_download_cache.h"
 
-#include <QDir>
-
 #include "http/cache/cache_keys.h"
 #include "http/content/http_data_compressor.h"
 #include "http_fixture.h"
@@ -179,19 +177,6 @@ TEST_F(DownloadCacheTest, AStoredRedirectIsFollowed) {
         EXPECT_EQ(again->redirectCount(), 1);
         EXPECT_EQ(sent(), before + 3);
     }
-}
-
-TEST_F(DownloadCacheTest, TroubleWithFoldersHasANameAndPath) {
-    write(temporaryFile(u"file"_s), "x");
-    const auto error = cache->setStoragePath(temporaryFile(u"file"_s));
-    ASSERT_TRUE(error);
-    EXPECT_EQ(error->domain, u"FailedToCreateCacheDirectory"_s);
-    QDir(folder.path()).mkpath(u"other"_s);
-    write(temporaryFile(u"other/SessionStore"_s), "x");
-    EXPECT_EQ(
-        cache->setStoragePath(temporaryFile(u"other"_s))->text,
-        u"Cannot create a directory for the cache at '%1', because a file already exists"_s.arg(
-            temporaryFile(u"other/SessionStore"_s)));
 }
 
 TEST(CacheKeys, NameFilesSafely) {
