@@ -189,4 +189,16 @@ TEST(TerminalReporter, LeavesTheTerminalToAnotherJob) {
     EXPECT_EQ(output.screen(), "Download Failed: b.iso - 404");
 }
 
+TEST(TerminalReporter, DrawsAnewWhenTheSizeChanges) {
+    MemoryOutput output;
+    LiveReporter reporter(output, {true, false, Glyphs::Unicode});
+    reporter.show(oneRow);
+    output.written.clear();
+    reporter.show(oneRow);
+    EXPECT_TRUE(output.written.isEmpty());
+    output.window = {20, 5};
+    reporter.show(oneRow);
+    EXPECT_EQ(output.screen(), "a.iso           Con…\n1 download");
+}
+
 }  // namespace
