@@ -65,6 +65,20 @@ TEST_F(PersistentConnectionTest, ASocketThatDiedMeanwhileIsReplaced) {
     EXPECT_EQ(next->connectionID(), 1U + static_cast<unsigned>(next->retryCount()));
 }
 
+TEST_F(PersistentConnectionTest, KeepsASocketOnlyIfTheBodyWasRead) {
+    answerWith({});
+    server.serve("/stall", {.body = QByteArray(100, 'x'), .stallAfter = 50});
+    get();
+    const auto unread = request(u"/stall"_s);
+    unread->startAsynchronous();
+    ASSERT_TRUE(main.waitUntil([&] { return unread->totalBytesRead() == 50; }));
+    EXPECT_EQ(server.connectionCount(), 1U);
+    unread->cancel();
+    ASSERT_TRUE(main.waitUntil([&] { return unread->isFinished(); }));
+    EXPECT_EQ(get()->responseData(), "body");
+    EXPECT_EQ(server.connectionCount(), 2U);
+}
+
 TEST(ConnectionTable, AFailedConnectionIsNobodysAndFreeOnesAreFew) {
     support::ManualClock clock;
     http::ConnectionTable table(clock);

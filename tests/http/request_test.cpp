@@ -102,6 +102,22 @@ TEST_F(RequestTest, ABodyDecidesTheMethod) {
     }
 }
 
+TEST_F(RequestTest, RunsOnTheCallersThreadToo) {
+    server.serve("/file", okay("body"));
+    server.serve("/moved", {.status = 302, .headers = {{"Location", "/file"}}});
+    delegate.does.receivesData = true;
+    const auto request = observedRequest(u"/moved"_s);
+    request->startSynchronous();
+    // On the main thread its delegate has heard everything by now.
+    EXPECT_EQ(delegate.data, "body");
+    EXPECT_EQ(delegate.count("finished"), 1);
+    EXPECT_TRUE(request->isFinished());
+
+    const auto hopeless = observedRequest(u"http://127.0.0.1:1/"_s);
+    hopeless->startSynchronous();
+    EXPECT_EQ(errorCode(*hopeless), 1);
+}
+
 TEST_F(RequestTest, HoldsBackWhatTheMainThreadHasNotTaken) {
     const qsizetype size = 24 << 20;
     server.serve("/large", okay(support::patternedBytes(size)));
