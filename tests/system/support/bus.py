@@ -52,10 +52,12 @@ class Bus:
         log = Path(self._folder.name) / template
         self._start(mock_interpreter(), "-m", "dbusmock", "--session", "--logfile", log,
                     "--template", template, env=self.environment | {"PATH": "/usr/bin:/bin"})
-        wait_until(lambda: self.call("org.freedesktop.DBus", "/org/freedesktop/DBus",
-                                     "org.freedesktop.DBus.NameHasOwner", service[0])
-                   == "(true,)", what=service[0])
+        wait_until(lambda: self.has_owner(service[0]), what=service[0])
         return lambda: log.read_text().splitlines() if log.exists() else []
+
+    def has_owner(self, name):
+        return self.call("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                         "org.freedesktop.DBus.NameHasOwner", name) == "(true,)"
 
     def call(self, destination, path, method, *arguments):
         """What `gdbus call` answers, in its own notation."""

@@ -6,6 +6,8 @@ import unittest
 from .bus import Bus
 from .home import wait_until
 
+SERVICE = "org.freedesktop.secrets"
+
 
 class Keyring:
     def __init__(self, home):
@@ -19,11 +21,13 @@ class Keyring:
             env=home.environment(**self.environment))
         self._daemon.stdin.write(b"key to the keyring")
         self._daemon.stdin.close()
-        wait_until(self._is_unlocked, what="the secret store")
+        # A call before it is there would make the bus start another, which stays locked.
+        wait_until(lambda: self._bus.has_owner(SERVICE), what="the secret store")
+        wait_until(self._is_unlocked, what="the unlocked secret store")
 
     def _is_unlocked(self):
         return "false" in self._bus.call(
-            "org.freedesktop.secrets", "/org/freedesktop/secrets/aliases/default",
+            SERVICE, "/org/freedesktop/secrets/aliases/default",
             "org.freedesktop.DBus.Properties.Get", "org.freedesktop.Secret.Collection", "Locked")
 
     def close(self):
