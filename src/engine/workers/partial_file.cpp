@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 
 #include "engine/background.h"
 #include "engine/now.h"
@@ -20,6 +21,8 @@ constexpr qint64 syncInterval = qint64{32} << 20;
 constexpr platform::Seconds leastTimeBetweenSyncs = 1;
 constexpr qint64 syncAtClosing = qint64{1} << 20;
 constexpr mode_t newFileMode = 0666;
+/// Of the main thread for a disk.
+constexpr std::chrono::seconds longestWait{1};
 
 /// Of a regular file. Nothing: errno says why.
 std::optional<struct stat> plainFileStatus(const platform::Descriptor& file) {
@@ -60,6 +63,7 @@ std::optional<platform::Error> PartialFile::open(const QString& path, qint64 off
     if (isNew)
         markUnsynced(file.get());
     const std::scoped_lock guard(lock_);
+    isClosing_ = false;
     file_ = std::move(file);
     disk_ = status->st_dev;
     offset_ = syncedOffset_ = flushedOffset_ = offset;
@@ -91,7 +95,10 @@ std::uint64_t PartialFile::disk() const {
 bool PartialFile::store(const QByteArray& data) {
     const std::scoped_lock guard(lock_);
     const bool fits = storeLimit_ == 0 || data.size() <= storeLimit_ - offset_;
-    return file_.isOpen() && fits && !append(data);
+    const bool isStored = file_.isOpen() && fits && !append(data);
+    if (isClosing_)
+        closeFile();
+    return isStored;
 }
 
 std::optional<platform::Error> PartialFile::append(const QByteArray& data) {
@@ -133,8 +140,9 @@ bool PartialFile::truncate(qint64 offset) {
 }
 
 void PartialFile::close() {
-    const std::scoped_lock guard(lock_);
-    closeFile();
+    isClosing_ = true;
+    if (const std::unique_lock guard(lock_, longestWait); guard.owns_lock())
+        closeFile();
 }
 
 void PartialFile::closeFile() {

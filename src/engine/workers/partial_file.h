@@ -44,6 +44,8 @@ public:
     [[nodiscard]] bool store(const QByteArray& data) override;
     /// Cuts it and closes it. False: it could not be cut, and is still open.
     [[nodiscard]] bool truncate(qint64 offset);
+    /// Nothing is written after that. Waits a moment for a write that is going on; one that a disk
+    /// keeps for longer closes the file itself when it ends.
     void close();
 
 private:
@@ -59,7 +61,8 @@ private:
     void syncInBackground();
     void closeFile();
 
-    mutable std::mutex lock_;  ///< Guards all below.
+    std::atomic<bool> isClosing_ = false;
+    mutable std::timed_mutex lock_;  ///< Guards all below.
     platform::Descriptor file_;
     qint64 offset_ = 0;
     qint64 storeLimit_ = 0;
