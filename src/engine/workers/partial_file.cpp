@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <thread>
 
 #include "engine/background.h"
 #include "engine/now.h"
@@ -21,8 +22,9 @@ constexpr qint64 syncInterval = qint64{32} << 20;
 constexpr platform::Seconds leastTimeBetweenSyncs = 1;
 constexpr qint64 syncAtClosing = qint64{1} << 20;
 constexpr mode_t newFileMode = 0666;
-/// Of the main thread for a disk.
-constexpr std::chrono::seconds longestWait{1};
+/// Of the main thread for a disk, in steps, since the thread sanitizer knows no timed mutex.
+constexpr std::chrono::milliseconds longestWait{1000};
+constexpr std::chrono::milliseconds waitStep{1};
 
 /// Of a regular file. Nothing: errno says why.
 std::optional<struct stat> plainFileStatus(const platform::Descriptor& file) {
@@ -141,7 +143,12 @@ bool PartialFile::truncate(qint64 offset) {
 
 void PartialFile::close() {
     isClosing_ = true;
-    if (const std::unique_lock guard(lock_, longestWait); guard.owns_lock())
+    std::unique_lock guard(lock_, std::try_to_lock);
+    for (auto left = longestWait; !guard.owns_lock() && left > left.zero(); left -= waitStep) {
+        std::this_thread::sleep_for(waitStep);
+        static_cast<void>(guard.try_lock());
+    }
+    if (guard.owns_lock())
         closeFile();
 }
 

@@ -62,7 +62,7 @@ private:
     void closeFile();
 
     std::atomic<bool> isClosing_ = false;
-    mutable std::timed_mutex lock_;  ///< Guards all below.
+    mutable std::mutex lock_;  ///< Guards all below.
     platform::Descriptor file_;
     qint64 offset_ = 0;
     qint64 storeLimit_ = 0;
