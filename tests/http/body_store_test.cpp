@@ -1,9 +1,12 @@
 #include "http/http_body_store.h"
 
+#include <algorithm>
 #include <condition_variable>
 #include <mutex>
 
+#include "http/request/body_storage.h"
 #include "http_fixture.h"
+#include "platform/base/thread_pool.h"
 
 namespace http_test {
 namespace {
@@ -98,6 +101,30 @@ TEST_F(BodyStoreTest, StuckDiskHoldsBackItsTransferAndNoOther) {
     ASSERT_TRUE(waitForEnd());
     EXPECT_FALSE(request->error());
     EXPECT_EQ(delegate.data + store->data(), body);
+}
+
+TEST_F(BodyStoreTest, TransfersTakeTurnsAtTheirDisk) {
+    platform::ThreadPool disk(1);
+    std::vector<char> order;
+    std::mutex lock;
+    const auto storage = [&](const std::shared_ptr<SlowStore>& to, char name) {
+        http::BodyStorage::Receiver receiver;
+        receiver.stored = [&, name](qsizetype) {
+            const std::scoped_lock guard(lock);
+            order.push_back(name);
+        };
+        return std::make_shared<http::BodyStorage>(disk, to, receiver);
+    };
+    store->setStuck(true);
+    const auto greedy = storage(store, 'g');
+    const auto other = storage(std::make_shared<SlowStore>(), 'o');
+    for (int block = 0; block < 12; ++block)
+        static_cast<void>(greedy->add("block", [] {}));
+    static_cast<void>(other->add("block", [] {}));
+    store->setStuck(false);
+    disk.waitForDone();
+    ASSERT_EQ(order.size(), 13U);
+    EXPECT_LE(std::find(order.begin(), order.end(), 'o') - order.begin(), 4);
 }
 
 TEST_F(BodyStoreTest, EndIsToldBehindWhatIsStillBeingStored) {

@@ -65,9 +65,10 @@ void writeOrigin(const FileOrigin& origin, const QString& path) {
     links::setSourceURLStrings(path, origin.sources);
 }
 
-void writeOrigin(const FileOrigin& origin, const platform::Descriptor& file) {
-    if (origin.modificationDate)
-        futimens(file.get(), timesFor(*origin.modificationDate).data());
+void writeOrigin(const FileOrigin& origin, const platform::Descriptor& file, const QString& path) {
+    if (origin.modificationDate &&
+        futimens(file.get(), timesFor(*origin.modificationDate).data()) != 0)
+        platform::log(u"cannot set modification date for <%1>"_s.arg(path));
     links::setSourceURLStrings(file, origin.sources);
 }
 

@@ -24,7 +24,8 @@ struct FileOrigin {
 };
 [[nodiscard]] FileOrigin originOf(const DQDownload& download);
 void writeOrigin(const FileOrigin& origin, const QString& path);
-void writeOrigin(const FileOrigin& origin, const platform::Descriptor& file);
+/// To a file that is going to be at `path`.
+void writeOrigin(const FileOrigin& origin, const platform::Descriptor& file, const QString& path);
 
 /// The file of a download whose partial data is gone because the program was stopped between moving
 /// the file to its final path and saving that. Empty: there is none, or it cannot be told.

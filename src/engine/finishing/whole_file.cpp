@@ -29,7 +29,7 @@ std::optional<platform::Error> placeWholeFile(const QByteArray& body, const QStr
         ::open(folder.constData(), O_TMPFILE | O_WRONLY | O_CLOEXEC, newFileMode));
     if (!file.isOpen() || !platform::writeFully(file, body.constData(), body.size()))
         return platform::posixError(errno);
-    writeOrigin(origin, file);
+    writeOrigin(origin, file, target);
     const QByteArray name = QFile::encodeName(target);
     if (fdatasync(file.get()) != 0 || !giveName(file, name))
         return platform::posixError(errno);

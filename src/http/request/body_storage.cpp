@@ -11,6 +11,7 @@ namespace {
 
 constexpr qsizetype wholeBlock = qsizetype{256} << 10;
 constexpr qsizetype mostUntold = qsizetype{1} << 20;
+constexpr int blocksInATurn = 4;
 
 }  // namespace
 
@@ -49,14 +50,19 @@ void BodyStorage::tellStored() {
         _receiver.stored(count);
 }
 
+/// A little at a time: others write to the same disk, and a fast stream never runs dry.
 void BodyStorage::work() {
-    for (QByteArray data = takeNext(); !data.isNull(); data = takeNext()) {
+    for (int block = 0; block < blocksInATurn; ++block) {
+        QByteArray data = takeNext();
+        if (data.isNull())
+            return;
         store(data);
         const qsizetype count = data.size();
         // Free to be filled again before more is let in.
         data = QByteArray();
         letGo(count);
     }
+    _pool.start([self = shared_from_this()] { self->work(); });
 }
 
 QByteArray BodyStorage::takeNext() {
