@@ -36,7 +36,8 @@ public:
     explicit Veil(const DQMainController& controller) {
         constexpr qsizetype shortestName = 4;
         for (const engine::DownloadPtr& download : controller.downloads()) {
-            for (const QString& name : {download->name(), download->path().section(u'/', -1)}) {
+            for (const QString& name :
+                 {download->name(), download->path().section(u'/', -1), download->URL().host()}) {
                 if (name.size() >= shortestName)
                     names_.append(name);
             }
@@ -94,12 +95,20 @@ QString settingsText(const platform::UserDefaults& defaults) {
     return QString::fromUtf8(platform::writePropertyList(withoutSecrets(defaults.storedValues())));
 }
 
+/// The folder, or the nearest above it that is there.
+QString existingFolderOf(QString folder) {
+    while (!folder.isEmpty() && !QDir(folder).exists())
+        folder = folder.section(u'/', 0, -2);
+    return folder.isEmpty() ? u"/"_s : folder;
+}
+
 QString surroundingsText(const platform::UserDefaults& defaults) {
     const QString folder = defaults.folderPathForKey(engine::settings::downloadsFolder.name(),
                                                      platform::downloadsUserFolder());
-    const QStorageInfo volume(folder);
+    const QStorageInfo volume(existingFolderOf(folder));
     const auto inGigabytes = [](qint64 bytes) {
-        return QString::number(static_cast<double>(bytes) / 1e9, 'f', 1) + u" GB"_s;
+        return bytes < 0 ? u"-"_s
+                         : QString::number(static_cast<double>(bytes) / 1e9, 'f', 1) + u" GB"_s;
     };
     const auto setting = [](const char* name) {
         const QString value = qEnvironmentVariable(name);
