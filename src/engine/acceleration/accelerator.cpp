@@ -9,6 +9,7 @@
 #include "engine/record/download.h"
 #include "engine/record/known_file.h"
 #include "engine/record/user_settings.h"
+#include "engine/workers/debug_log.h"
 #include "platform/base/log.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -62,7 +63,7 @@ bool addFractionWorker(DQDownload& download, const Worker::Pointer& primary,
         return false;
     }
     download.transfer().addWorker(worker);
-    platform::debugLog([&] {
+    debugLog(&download, [&] {
         return u"%1 added acceleration worker %2 at offset %3"_s
             .arg(download.description(), worker->description())
             .arg(fraction.start);
@@ -139,7 +140,7 @@ bool addResumedWorkers(DQDownload& download, const ResumePlan& plan) {
             }
         }
         transfer.addWorker(worker);
-        platform::debugLog([&] {
+        debugLog(&download, [&] {
             return u"%1 resuming acceleration worker %2 at offset %3 + %4 = %5 (=> %6)"_s
                 .arg(download.description(), worker->description())
                 .arg(fraction.start)
@@ -167,7 +168,7 @@ void truncateFirstWorker(DQDownload& download, qint64 offset) {
     if (first->endByte() == 0 && takeOverParkedPart(download))
         return;
     if (first->truncateAtOffset(offset)) {
-        platform::debugLog([&] {
+        debugLog(&download, [&] {
             return u"%1 truncated first worker at offset %2"_s.arg(download.description())
                 .arg(offset);
         });
@@ -194,7 +195,7 @@ bool parkRefusedWorker(DQDownload& download, Worker& worker) {
     waiting->setResumeByteOffset(worker.resumeByteOffset());
     waiting->setEndByte(worker.endByte());
     transfer.replaceWorker(worker, waiting);
-    platform::debugLog([&] {
+    debugLog(&download, [&] {
         return u"%1 lets acceleration worker %2 wait for a free connection"_s.arg(
             download.description(), waiting->description());
     });

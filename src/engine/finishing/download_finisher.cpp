@@ -21,6 +21,7 @@
 #include "engine/record/download.h"
 #include "engine/record/known_file.h"
 #include "engine/record/user_settings.h"
+#include "engine/workers/debug_log.h"
 #include "engine/workers/partial_file.h"
 #include "engine/workers/partial_file_marks.h"
 #include "links/paths/available_path.h"
@@ -336,7 +337,7 @@ void DownloadFinisher::endCancelledJob() {
 
 void DownloadFinisher::endWithoutData() {
     download_.transfer().thawFigures();
-    platform::debugLog([&] {
+    debugLog(&download_, [&] {
         return u"%1 finished with no data (status code: %2)"_s.arg(
             download_.description(), download_.userSettings().string(keys::statusCode));
     });

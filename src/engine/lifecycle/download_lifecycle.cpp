@@ -17,6 +17,7 @@
 #include "engine/record/known_file.h"
 #include "engine/record/user_settings.h"
 #include "engine/settings.h"
+#include "engine/workers/debug_log.h"
 #include "http/http_request_error.h"
 #include "platform/base/log.h"
 #include "platform/files/files.h"
@@ -155,7 +156,7 @@ void removeDownload(DQDownload& download, bool moveToTrashIfDone) {
 
 void handleFailure(DQDownload& download, DQDownloadWorkerPrototype& worker,
                    const platform::Error& error) {
-    platform::debugLog([&] {
+    debugLog(&download, [&] {
         return u"%1 failed with error: %2 (worker: %3)"_s.arg(download.description(), error.text,
                                                               worker.description());
     });

@@ -8,11 +8,11 @@
 #include "engine/record/download_identity.h"
 #include "engine/record/known_file.h"
 #include "engine/record/user_settings.h"
+#include "engine/workers/debug_log.h"
 #include "http/http_request.h"
 #include "links/format/byte_counts.h"
 #include "links/paths/path_rules.h"
 #include "links/repair/percent_escapes.h"
-#include "platform/base/log.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -59,7 +59,7 @@ void goOnWithPart(DQDownload& download, const Worker& worker, const WorkerRespon
         if (!download.dates().lastModifiedOnServerDate())
             adoptLastModifiedDate(download, response);
         download.dates().invalidateDownloadDate(true);
-        platform::debugLog([&] {
+        debugLog(&download, [&] {
             return u"%1 resuming from %2 (worker: %3)"_s.arg(
                 download.description(),
                 links::fileSizeDescriptionWithBytesCount(
@@ -69,7 +69,7 @@ void goOnWithPart(DQDownload& download, const Worker& worker, const WorkerRespon
         return;
     }
     download.transfer().setHasJustAddedAccelerationWorkers();
-    platform::debugLog([&] {
+    debugLog(&download, [&] {
         return u"%1 starting acceleration worker %2 at offset %3"_s
             .arg(download.description(), worker.description())
             .arg(worker.fractionStartByte());
@@ -143,7 +143,7 @@ void handleWholeAnswer(DQDownload& download, Worker& worker, const WorkerRespons
 }  // namespace
 
 void handleResponse(DQDownload& download, Worker& worker, const WorkerResponse& response) {
-    platform::debugLog([&] {
+    debugLog(&download, [&] {
         return u"%1 got a %2 from <%3> (worker: %4)"_s.arg(download.description())
             .arg(response.statusCode)
             .arg(response.url.absoluteString(), worker.description());

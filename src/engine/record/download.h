@@ -49,6 +49,9 @@ public:
 
     /// For log lines: names it as the rows would, unless debug logging is on.
     [[nodiscard]] QString description() const;
+    /// For this run of the program only.
+    [[nodiscard]] bool isDebugLogged() const override { return isDebugLogged_; }
+    void setDebugLogged(bool logged) { isDebugLogged_ = logged; }
 
     // Address. Once done, it is the file URL of the finished file.
 
@@ -231,6 +234,7 @@ private:
 
     std::unique_ptr<Parts> parts_;
     std::optional<platform::Error> lastError_;
+    bool isDebugLogged_ = false;
     unsigned _highlightedActionButtonIndex = 0;
     DQDownloadStatus _status = DQDownloadStatusPaused;
     bool _isInterrupted = false;
