@@ -9,6 +9,7 @@
 #include "app/lifecycle/command_line.h"
 #include "app/main_controller.h"
 #include "app/status/queue_status_reporter.h"
+#include "platform/base/log_writer.h"
 #include "platform/files/files.h"
 #include "platform/session/signal_watcher.h"
 #include "ui/art/appearance.h"
@@ -70,6 +71,7 @@ int main(int argumentCount, char** argumentValues) {
     if (const std::optional<int> status = answerAtOnce(line)) {
         return *status;
     }
+    const platform::ProgramLog log;
     // Qt would take arguments with one dash for its own; they are settings here.
     int ownArguments = 1;
     QApplication application(ownArguments, argumentValues);

@@ -40,8 +40,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr qint64 logStoreSize = 4 << 20;
-
 /// Installs something where the whole program looks for it, for as long as this lives.
 template <typename Object>
 class Installed {
@@ -53,32 +51,6 @@ public:
 
 private:
     void (*install_)(Object*);
-};
-
-/// Where log lines go, for as long as this lives.
-class LogSinks {
-public:
-    LogSinks()
-        : sinks_{platform::makeLogStore(platform::userStateFolder(), logStoreSize),
-                 platform::makeJournalSink()} {
-        for (const auto& sink : sinks_) {
-            if (sink) {
-                platform::addLogSink(sink);
-            }
-        }
-    }
-    ~LogSinks() {
-        for (const auto& sink : sinks_) {
-            if (sink) {
-                platform::removeLogSink(sink);
-            }
-        }
-    }
-    LogSinks(const LogSinks&) = delete;
-    LogSinks& operator=(const LogSinks&) = delete;
-
-private:
-    std::vector<std::shared_ptr<platform::LogSink>> sinks_;
 };
 
 /// The program's settings, with what this run was given above what is stored.
@@ -203,7 +175,6 @@ public:
     Installed<platform::RunLoop> installedLoop{platform::installMainRunLoop, loop};
     platform::QtRunLoopDriver driver{loop};
     platform::Disks disks{loop};
-    LogSinks logSinks;
     StandardDefaults standardDefaults;
     std::unique_ptr<platform::CookieStorage> cookies{
         platform::makeCookieStorage(platform::userDataFolder() + u"/Cookies"_s)};
