@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <optional>
 
@@ -119,6 +120,8 @@ int main(int argumentCount, char** argumentValues) {
     });
     const int status = QApplication::exec();
     windows.reset();
-    core.stop();
+    if (!core.stop()) {
+        std::_Exit(status);
+    }
     return status;
 }

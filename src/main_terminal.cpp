@@ -40,5 +40,7 @@ int main(int argc, char** argv) {
         app::terminal::runProgram(QCoreApplication::arguments().mid(1), environment);
     if (end.signal != 0)
         platform::endBySignal(end.signal);
+    if (end.mustNotWait)
+        std::_Exit(end.status);
     return end.status;
 }

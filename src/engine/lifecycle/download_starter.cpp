@@ -3,16 +3,14 @@
 #include <utility>
 
 #include "engine/acceleration/accelerator.h"
-#include "engine/admission/download_manager.h"
+#include "engine/context.h"
 #include "engine/environment.h"
 #include "engine/finishing/download_finisher.h"
 #include "engine/finishing/finished_file.h"
-#include "engine/lifecycle/download_lifecycle.h"
-#include "engine/lifecycle/resume_plan.h"
+#include "engine/lifecycle/download.h"
 #include "engine/paths/download_paths.h"
-#include "engine/record/download.h"
 #include "engine/record/known_file.h"
-#include "engine/record/user_settings.h"
+#include "engine/transfer/resume_plan.h"
 #include "engine/workers/debug_log.h"
 #include "engine/workers/partial_file_marks.h"
 #include "links/paths/sandbox.h"
@@ -38,11 +36,12 @@ void discardData(DQDownload& download) {
 PartialData lookForPartialData(DQDownload& download) {
     if (!download.userSettings().contains(keys::responseURL))
         return PartialData::Absent;
-    const QString path = download.paths().intermediateDownloadTargetPath(false, true);
+    download.paths().confirmAccessToPartialData();
+    const QString path = download.paths().intermediateDownloadTargetPath();
     if (!path.isEmpty() && platform::pathExists(path))
         return PartialData::Present;
     if (!path.isEmpty() && !platform::pathExists(platform::volumePath(path))) {
-        environment().prepareMissingVolumeAlert(download);
+        download.host().volumeIsMissing(download);
         download.pause();
         return PartialData::VolumeAway;
     }
@@ -60,7 +59,7 @@ PartialData lookForPartialData(DQDownload& download) {
 
 ResumePlan planForPartialData(DQDownload& download) {
     UserSettings& settings = download.userSettings();
-    const QString path = download.paths().intermediateDownloadTargetPath(false, false);
+    const QString path = download.paths().intermediateDownloadTargetPath();
     dropUnsyncedTail(path);
     for (const QString& fragment : fragmentPathsForIntermediateDownloadTargetPath(path))
         dropUnsyncedTail(fragment);
@@ -109,14 +108,14 @@ void applyRequestSettings(const DQDownload& download, WorkerRequest& request) {
 
 Worker::Pointer makePrimaryWorker(DQDownload& download, const platform::Url& url,
                                   const ResumePlan& plan) {
-    Worker::Pointer worker = Worker::downloadWorkerForURL(url);
+    Worker::Pointer worker = Worker::downloadWorkerForURL(download.context(), url);
     if (!worker)
         return nullptr;
     worker->setDelegate(&download);
     applyRequestSettings(download, worker->request());
     if (plan.kind == ResumePlan::Kind::Nothing)
         return worker;
-    worker->setTargetPath(download.paths().intermediateDownloadTargetPath(false, false));
+    worker->setTargetPath(download.paths().intermediateDownloadTargetPath());
     worker->request().rangeValidator = knownFile(download.userSettings()).rangeValidator();
     if (plan.kind == ResumePlan::Kind::Single) {
         worker->setResumeByteOffset(plan.size);
@@ -132,20 +131,19 @@ Worker::Pointer makePrimaryWorker(DQDownload& download, const platform::Url& url
 }
 
 void startWorkers(DQDownload& download, const platform::Url& url, const ResumePlan& plan) {
-    if (links::isSandboxed() &&
-        download.paths().intermediateDownloadTargetPath(true, true).isEmpty()) {
+    if (links::isSandboxed() && download.paths().chooseIntermediateDownloadTargetPath().isEmpty()) {
         download.pause();
         return;
     }
     const Worker::Pointer worker = makePrimaryWorker(download, url, plan);
     if (!worker || (!worker->isDone() && !worker->start()))
-        return abortDownload(download);
+        return download.abort();
     Transfer& transfer = download.transfer();
     transfer.startSpeedMeter();
     transfer.addWorker(worker);
-    if (plan.kind == ResumePlan::Kind::Accelerated && !addResumedWorkers(download, plan))
-        return abortDownload(download);
-    mainController().updateDownload(download);
+    if (plan.kind == ResumePlan::Kind::Accelerated && !addResumedWorkers(download.transfer(), plan))
+        return download.abort();
+    download.host().downloadDidChange(download);
 }
 
 void adoptPage(DQDownload& download, const platform::Url& page,
@@ -153,7 +151,7 @@ void adoptPage(DQDownload& download, const platform::Url& page,
     if (!found.title.isEmpty())
         download.userSettings().set(keys::downloadPageTitle, found.title);
     if (found.urls.size() > 1) {
-        mainController().openURLs(found.urls, page.absoluteString());
+        download.host().openURLs(found.urls, page.absoluteString());
         download.remove();
         return;
     }
@@ -163,9 +161,9 @@ void adoptPage(DQDownload& download, const platform::Url& page,
 }
 
 void readPage(DQDownload& download, const platform::Url& page) {
-    download.transfer().setIsGettingDownloadPageSource(true);
-    mainController().updateDownload(download);
-    environment().pageReader->URLsFromDownloadPageWithTitle(
+    download.setIsGettingDownloadPageSource(true);
+    download.host().downloadDidChange(download);
+    download.context().environment.pageReader->URLsFromDownloadPageWithTitle(
         page, [weak = download.weak_from_this(), page](const links::ExtractedLinks& found) {
             const auto kept = weak.lock();
             if (kept && !kept->isBeingRemoved())
@@ -176,34 +174,26 @@ void readPage(DQDownload& download, const platform::Url& page) {
 bool isDownloadPage(const DQDownload& download, const platform::Url& url) {
     if (url == download.URL())
         return download.isDownloadPageURL();
-    const auto& reader = environment().pageReader;
+    const auto& reader = download.context().environment.pageReader;
     return reader && reader->isDownloadPageURL(url);
 }
 
 /// Whether a page's answer is still wanted.
 bool acceptExtractedURL(DQDownload& download, const std::optional<platform::Url>& url) {
     const QString wanted = url ? url->absoluteString() : QString();
-    if (!download.transfer().isGettingDownloadPageSource()) {
-        debugLog(&download, [&] {
+    if (!download.isGettingDownloadPageSource()) {
+        debugLog(download, [&] {
             return u"%1 is not interested in extracted download page URL: %2"_s.arg(
                 download.description(), wanted);
         });
         return false;
     }
-    download.transfer().setIsGettingDownloadPageSource(false);
+    download.setIsGettingDownloadPageSource(false);
     if (!url && !platform::isDebugLogEnabled() && !download.isDebugLogged())
         platform::log(
             u"%1 cannot extract download page URL (enable debug logging for details)"_s.arg(
                 download.description()));
     return true;
-}
-
-void setDownloading(DQDownload& download) {
-    cancelArrangedResume(download);
-    download.setLastError(std::nullopt);
-    download.setStatus(DQDownloadStatusDownloading);
-    if (!download.userSettings().contains(keys::originalURL))
-        download.userSettings().set(keys::originalURL, download.URLString());
 }
 
 /// Goes on with partial data, or gives it up. False: there was nothing to go on with.
@@ -215,7 +205,7 @@ bool resume(DQDownload& download, const platform::Url& url) {
     }
     const std::optional<platform::Url> answered = responseURL(download);
     const bool fits = plan.kind != ResumePlan::Kind::Damaged;
-    debugLog(&download, [&] {
+    debugLog(download, [&] {
         return u"%1 attempting resume from most recent response URL: %2"_s.arg(
             download.description(), (fits && answered ? *answered : url).absoluteString());
     });
@@ -229,7 +219,7 @@ bool resume(DQDownload& download, const platform::Url& url) {
         startWorkers(download, *answered, plan);
         return true;
     }
-    debugLog(&download, [&] {
+    debugLog(download, [&] {
         return u"%1 damaged acceleration fractions or invalid most recent response URL: %2"_s.arg(
             download.description(), download.userSettings().string(keys::responseURL));
     });
@@ -247,7 +237,7 @@ void startDownload(DQDownload& download, const std::optional<platform::Url>& url
     if (extractedFromDownloadPage && !acceptExtractedURL(download, url))
         return;
     if (download.finisher().isBusy()) {
-        setDownloading(download);
+        download.becomeDownloading();
         download.finisher().startWhenIdle();
         return;
     }
@@ -255,14 +245,14 @@ void startDownload(DQDownload& download, const std::optional<platform::Url>& url
     if (data == PartialData::VolumeAway || data == PartialData::Finished)
         return;
     if (download.transfer().hasWorkers()) {
-        debugLog(&download,
+        debugLog(download,
                  [&] { return u"%1 already has active workers"_s.arg(download.description()); });
         return;
     }
-    setDownloading(download);
+    download.becomeDownloading();
     const platform::Url start = url.value_or(download.URL());
     if (start.isEmpty())
-        return abortDownload(download);
+        return download.abort();
     if (data == PartialData::Present && resume(download, start))
         return;
     if (!extractedFromDownloadPage && isDownloadPage(download, start))
