@@ -186,7 +186,7 @@
         <message>
             <location filename="../../src/app/commands/command.cpp" />
             <source>&amp;Report a Problem...</source>
-            <translation>Ein &amp;Problem melden …</translation>
+            <translation>Ein Problem Ein &amp;Problem melden …amp;melden …</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
