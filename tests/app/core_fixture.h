@@ -5,7 +5,6 @@
 #include <QTemporaryDir>
 
 #include "app/controller_roles.h"
-#include "app/lifecycle/registered_defaults.h"
 #include "app/main_controller.h"
 #include "engine/environment.h"
 #include "engine/paths/support_folder.h"
@@ -40,7 +39,7 @@ protected:
     Core() {
         frontEnd.isModal = true;
         platform::installStandardDefaults(&defaults);
-        app::registerDefaults(defaults);
+        platform::registerSettings(defaults);
         engine::Environment environment;
         environment.applicationSupportPath = [this] { return supportFolder(); };
         environment.isModalWindowUp = [this] { return frontEnd.isModal; };

@@ -78,7 +78,7 @@ bool cancel(const Downloads& downloads, bool mustConfirm, Questions& questions) 
 }
 
 void openOriginalURLs(const Downloads& downloads, const platform::UserDefaults& defaults) {
-    const double interval = std::max(0.0, defaults.get(settings::urlOpeningInterval));
+    const double interval = defaults.get(settings::urlOpeningInterval);
     for (std::size_t index = 0; index < downloads.size(); ++index) {
         const engine::DownloadPtr download = downloads[index];
         // Not by the record's own name: it may have others pending.

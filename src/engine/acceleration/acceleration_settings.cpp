@@ -1,15 +1,11 @@
 #include "engine/acceleration/acceleration_settings.h"
 
-#include <algorithm>
-
 #include "engine/settings.h"
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace engine {
 namespace {
-
-constexpr qint64 mostChannels = 9;
 
 platform::UserDefaults& defaults() {
     return platform::standardDefaults();
@@ -37,9 +33,7 @@ void AccelerationSettings::setAccelerates(bool accelerates) {
 }
 
 qint64 AccelerationSettings::accelerationFactor() {
-    const qint64 channels = defaults().get(settings::accelerationChannels);
-    return channels < 2 ? settings::accelerationChannels.fallback
-                        : std::min(channels, mostChannels);
+    return defaults().get(settings::accelerationChannels);
 }
 
 void AccelerationSettings::setAccelerationFactor(qint64 factor) {
@@ -47,8 +41,7 @@ void AccelerationSettings::setAccelerationFactor(qint64 factor) {
 }
 
 qint64 AccelerationSettings::acceleratorFractionMinimumSize() {
-    const qint64 size = defaults().get(settings::accelerationMinimumFractionSize);
-    return size < 1 ? settings::accelerationMinimumFractionSize.fallback : size;
+    return defaults().get(settings::accelerationMinimumFractionSize);
 }
 
 QStringList AccelerationSettings::accelerationHostWhitelist() {

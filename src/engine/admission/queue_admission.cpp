@@ -12,7 +12,6 @@ namespace engine {
 namespace {
 
 constexpr qint64 unlimitedSlots = 0x7fffffff;
-constexpr qint64 mostConcurrentDownloads = 9;
 constexpr char passOperation[] = "startEligibleQueuedDownloadsAndResetTimer";
 
 platform::UserDefaults& defaults() {
@@ -27,8 +26,7 @@ QueueAdmission& QueueAdmission::shared() {
 }
 
 qint64 QueueAdmission::numberOfConcurrentDownloads() const {
-    const qint64 number = defaults().get(settings::numberOfConcurrentDownloads);
-    return number < 1 || number > mostConcurrentDownloads ? 0 : number;
+    return defaults().get(settings::numberOfConcurrentDownloads);
 }
 
 qint64 QueueAdmission::numberOfConcurrentDownloadsPerHost() const {

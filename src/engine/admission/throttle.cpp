@@ -13,14 +13,7 @@ platform::UserDefaults& defaults() {
 }  // namespace
 
 bool Throttle::isAvailable() {
-    static const bool inForce = [] {
-        const auto value = [](const auto& setting) { return QVariant(setting.fallback); };
-        defaults().registerDefaults(
-            {{settings::throttleSupported.name(), value(settings::throttleSupported)},
-             {settings::throttleLimit.name(), value(settings::throttleLimit)},
-             {settings::filenameExtensionPolicy.name(), value(settings::filenameExtensionPolicy)}});
-        return defaults().get(settings::throttleSupported);
-    }();
+    static const bool inForce = defaults().get(settings::throttleSupported);
     return inForce;
 }
 
@@ -41,8 +34,7 @@ void Throttle::setThrottled(bool throttled) {
 }
 
 qint64 Throttle::throttleLimit() {
-    const qint64 limit = defaults().get(settings::throttleLimit);
-    return limit < 1 ? 1000 : limit;
+    return defaults().get(settings::throttleLimit);
 }
 
 void Throttle::setThrottleLimit(qint64 limit) {

@@ -7,11 +7,9 @@
 namespace engine {
 
 void configureHTTPClient() {
-    constexpr qint64 defaultOperations = 64;
     const qint64 operations =
         platform::standardDefaults().get(settings::maximumConcurrentOperations);
-    http::HTTPRequest::sharedQueue().setMaxConcurrentOperationCount(
-        static_cast<int>(operations < 1 ? defaultOperations : operations));
+    http::HTTPRequest::sharedQueue().setMaxConcurrentOperationCount(static_cast<int>(operations));
     // Workers name the program themselves, unless the user wants no name to be sent.
     http::HTTPRequest::setDefaultUserAgentString({});
     Throttle::apply();

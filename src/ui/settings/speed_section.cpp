@@ -6,7 +6,6 @@
 
 #include "app/main_controller.h"
 #include "app/schedule/automation.h"
-#include "engine/acceleration/acceleration_settings.h"
 #include "engine/admission/queue_admission.h"
 #include "engine/admission/throttle.h"
 #include "engine/settings.h"
@@ -60,8 +59,7 @@ void addLimits(SettingsPage& page, const SettingsContext& context) {
     using engine::QueueAdmission;
     const auto& overall = engine::settings::numberOfConcurrentDownloads;
     const auto& perHost = engine::settings::numberOfConcurrentDownloadsPerHost;
-    page.addPopup("&Downloads at once:", limits(), overall,
-                  [](qint64) { return QueueAdmission::shared().numberOfConcurrentDownloads(); });
+    page.addPopup("&Downloads at once:", limits(), overall);
     QComboBox* popup = makePopup(limits(), &page);
     popup->setObjectName(perHost.name());
     page.addRow("From one &host:", popup);
@@ -77,12 +75,11 @@ void addLimits(SettingsPage& page, const SettingsContext& context) {
 void addAcceleration(SettingsPage& page, const SettingsContext& context) {
     const auto& enabled = engine::settings::accelerationEnabled;
     page.addSwitch("Acceleration:", "&Fetch large files over several connections", enabled);
-    QComboBox* factor = page.addPopup(
-        "&Connections:", numbers(2, mostAtOnce), engine::settings::accelerationChannels,
-        [](qint64) { return engine::AccelerationSettings::accelerationFactor(); });
+    QComboBox* factor = page.addPopup("&Connections:", numbers(2, mostAtOnce),
+                                      engine::settings::accelerationChannels);
     page.addNote("Some servers allow no more than one connection.");
     context.binder.follow({enabled.name()}, factor,
-                          [factor, &defaults = context.defaults, enabled] {
+                          [factor, &defaults = context.defaults, &enabled] {
                               factor->setEnabled(defaults.get(enabled));
                           });
 }
