@@ -31,7 +31,7 @@ class TlsTest(SystemTest):
                 self.assertNotIn("/secret.bin", [request[1] for request in server.requests()])
                 self.assertEqual((self.home.finished(), self.home.partial_bytes()), ([], 0))
         # The general words, which the window shows.
-        log = (self.home.root / "state/Orlop/Log.jsonl").read_text()
+        log = self.home.log_text()
         self.assertEqual(log.count("A connection failure occurred: SSL problem (Possible causes may"
                                    " include a bad/expired/self-signed certificate, clock set to "
                                    "wrong date)"), len(cases))
