@@ -44,9 +44,10 @@ public:
     void removeDownload(engine::DQDownload& download) override {
         std::erase_if(queue, [&](const auto& other) { return other.get() == &download; });
     }
-    void openURLs(const std::vector<platform::Url>& urls, const QString& referrer) override {
+    void openURLs(const std::vector<platform::Url>& urls, const QStringList& pageChain) override {
         for (const platform::Url& url : urls)
-            opened.emplace_back(url.absoluteString(), referrer);
+            opened.emplace_back(url.absoluteString(), pageChain.back());
+        lastPageChain = pageChain;
     }
 
     std::vector<engine::DownloadPtr> queue;
@@ -56,6 +57,7 @@ public:
     int displayUpdates = 0;
     int decrements = 0;
     std::vector<std::pair<QString, QString>> opened;  ///< Address and referrer.
+    QStringList lastPageChain;
 };
 
 }  // namespace support

@@ -45,6 +45,12 @@ std::vector<ProgressRow> progressRows(const std::vector<engine::DownloadPtr>& do
     return rows;
 }
 
+QString completionName(engine::DQDownload& download) {
+    const bool isPrivate = platform::standardDefaults().get(engine::settings::privateDownloading);
+    const QString onDisk = QFileInfo(download.path()).fileName();
+    return isPrivate || onDisk.isEmpty() ? download.displayName() : onDisk;
+}
+
 QString completionDetail(engine::DQDownload& download) {
     const QString path = download.path();
     const QString size = links::fileSizeDescriptionWithBytesCount(

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 #include <memory>
 #include <vector>
@@ -45,8 +46,9 @@ public:
     virtual void disableAllDoneNotificationForDownload(DQDownload& download) = 0;
     /// Takes it out of the queue; nothing happens if it is not in it.
     virtual void removeDownload(DQDownload& download) = 0;
-    /// Makes a download of each address, with `referrer` as the page it was found on.
-    virtual void openURLs(const std::vector<platform::Url>& urls, const QString& referrer) = 0;
+    /// Makes a download of each address. `pageChain`: the download pages that led to it, the one
+    /// that it was found on last.
+    virtual void openURLs(const std::vector<platform::Url>& urls, const QStringList& pageChain) = 0;
 };
 
 /// The manager as installed by the composition root or by a test. Installing forgets what was

@@ -116,8 +116,7 @@ void goOnWithoutAcceleration(DQDownload& download) {
 void adoptSuggestedName(DQDownload& download, const QString& suggestedFilename) {
     if (suggestedFilename.isEmpty())
         return;
-    const QString name =
-        links::stringByReplacingPlusAndPercentEscapesIfNecessary(suggestedFilename);
+    const QString name = links::stringByReplacingEscapesOfName(suggestedFilename);
     if (!links::isEqualToPath(name, download.name()))
         download.setName(name);
 }

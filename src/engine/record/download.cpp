@@ -92,6 +92,10 @@ bool DQDownload::isDownloadPageURL() const {
     return identity().isDownloadPageURL();
 }
 
+void DQDownload::invalidateIconAndNameCache() {
+    identity().invalidateIconAndNameCache();
+}
+
 void DQDownload::reevaluateDownloadPageURLStatus() {
     identity().reevaluateDownloadPageURLStatus();
 }
@@ -146,7 +150,7 @@ bool DQDownload::hasHostFromArray(const QStringList& hosts) const {
 }
 
 bool DQDownload::hasExtensionFromArray(const QStringList& extensions) const {
-    return isExtensionInList(links::pathExtension(links::cleanFilename(name())), extensions);
+    return hasExtensionInList(links::cleanFilename(name()), extensions);
 }
 
 bool DQDownload::matchesSpecialCase(const QVariantMap& rule) const {

@@ -61,6 +61,8 @@ public:
     /// or `reevaluateDownloadPageURLStatus`.
     [[nodiscard]] bool isDownloadPageURL() const;
     void reevaluateDownloadPageURLStatus();
+    /// A setting by which names are made has changed.
+    void invalidateIconAndNameCache();
     /// The host as the limits count it: in lower case, and the last two labels of a longer name.
     [[nodiscard]] const QString& queueRelevantHost() const;
 

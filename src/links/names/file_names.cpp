@@ -65,8 +65,8 @@ QString nameByPath(const QString& path) {
     const QString component = lastPathComponent(path);
     if (component == u"/")
         return {};
-    return trimmedString(stringByReplacingPlusAndPercentEscapesIfNecessary(
-        filenameByRemovingURLParameters(component)));
+    return trimmedString(
+        stringByReplacingEscapesOfName(filenameByRemovingURLParameters(component)));
 }
 
 QString nameByHost(const QString& host) {

@@ -4,6 +4,7 @@
 #include <QStringDecoder>
 #include <algorithm>
 
+#include "links/settings.h"
 #include "links/text/trimming.h"
 
 namespace links {
@@ -119,6 +120,12 @@ QString stringByReplacingPlusAndPercentEscapesIfNecessary(const QString& text) {
             return stringByReplacingPercentEscapesIfNecessary(trimmed);
     }
     return stringByReplacingPercentEscapesIfNecessary(text);
+}
+
+QString stringByReplacingEscapesOfName(const QString& text) {
+    return platform::standardDefaults().get(settings::plusSignsStandForBlanks)
+               ? stringByReplacingPlusAndPercentEscapesIfNecessary(text)
+               : stringByReplacingPercentEscapesIfNecessary(text);
 }
 
 std::optional<QString> URLEncodedString(const QString& text) {
