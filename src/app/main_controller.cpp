@@ -378,8 +378,8 @@ void DQMainController::openURLs(const std::vector<platform::Url>& urls,
     parts_->intake.openURLs(urls, arguments);
 }
 
-void DQMainController::openURLs(const std::vector<platform::Url>& urls,
-                                const QStringList& pageChain) {
+void DQMainController::openURLsOfPage(const std::vector<platform::Url>& urls,
+                                      const QStringList& pageChain) {
     ScriptArguments arguments;
     arguments.withReferrer = pageChain.value(pageChain.size() - 1);
     arguments.downloadPageChain = pageChain;

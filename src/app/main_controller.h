@@ -116,7 +116,8 @@ public:
     void decrementLongTermNumberOfQueuedOrDownloadingDownloads() override;
     void disableAllDoneNotificationForDownload(engine::DQDownload& download) override;
     void removeDownload(engine::DQDownload& download) override;
-    void openURLs(const std::vector<platform::Url>& urls, const QStringList& pageChain) override;
+    void openURLsOfPage(const std::vector<platform::Url>& urls,
+                        const QStringList& pageChain) override;
     [[nodiscard]] const QVariantList& specialCases() const override;
 
     // Leaving the queue.

@@ -44,7 +44,8 @@ public:
     void removeDownload(engine::DQDownload& download) override {
         std::erase_if(queue, [&](const auto& other) { return other.get() == &download; });
     }
-    void openURLs(const std::vector<platform::Url>& urls, const QStringList& pageChain) override {
+    void openURLsOfPage(const std::vector<platform::Url>& urls,
+                        const QStringList& pageChain) override {
         for (const platform::Url& url : urls)
             opened.emplace_back(url.absoluteString(), pageChain.back());
         lastPageChain = pageChain;

@@ -52,10 +52,10 @@ RefusedText refusedText(const QString& text) {
 QString refusalLine(const RefusedText& refused) {
     switch (refused.reason) {
         case Reason::LacksScheme:
-            return filledFormat(localized("no address without https://, as in %@: %@"),
+            return filledFormat(localized("no address without its scheme, as in %@: %@"),
                                 {refused.proposal, refused.text});
         case Reason::OtherScheme:
-            return filledFormat(localized("no address of http://, https:// or file:///: %@"),
+            return filledFormat(localized("no address of http, https or a file: %@"),
                                 {refused.text});
         case Reason::Malformed:
             return filledFormat(localized("no valid address: %@"), {refused.text});
@@ -72,10 +72,12 @@ QString refusalExplanation(const std::vector<RefusedText>& refused) {
     };
     QStringList sentences;
     if (holds(Reason::LacksScheme)) {
-        sentences.append(localized("https:// was put in front of what lacked it."));
+        sentences.append(
+            localized("Addresses that lacked their scheme got https in front of them."));
     }
     if (holds(Reason::OtherScheme)) {
-        sentences.append(localized("Orlop downloads http://, https:// and file:///, no others."));
+        sentences.append(
+            localized("Orlop downloads addresses of http, https and files, no others."));
     }
     if (holds(Reason::Malformed)) {
         sentences.append(localized("An address that names no server cannot be downloaded."));

@@ -13,7 +13,7 @@ struct ScriptArguments {
     QString byPostingData;
     std::optional<QString> withReferrer, posingAsUserAgent, usingCookies;
     /// Not for scripts: the download pages that led to the addresses.
-    QStringList downloadPageChain;
+    QStringList downloadPageChain = {};
 
     [[nodiscard]] bool isEmpty() const;
     /// As the "Request" of a download's settings. Empty: an ordinary request.

@@ -16,7 +16,7 @@ struct Handover {
     QStringList items;        ///< Addresses and absolute paths.
     QString activationToken;  ///< The desktop's leave to take the focus; may be empty.
     /// The same at each attempt to hand over the same, so that it arrives once. Empty: unknown.
-    QString id;
+    QString id = {};
 };
 
 /// The owner's end: a socket in `folder` that only the same user may connect to. Runs in Qt's event

@@ -3,6 +3,7 @@
 #include <QObject>
 #include <functional>
 
+#include "app/queue/download_order.h"
 #include "app/terminal/refresh.h"
 #include "app/terminal/reporter.h"
 #include "app/terminal/run_ledger.h"

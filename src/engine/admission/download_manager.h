@@ -48,7 +48,8 @@ public:
     virtual void removeDownload(DQDownload& download) = 0;
     /// Makes a download of each address. `pageChain`: the download pages that led to it, the one
     /// that it was found on last.
-    virtual void openURLs(const std::vector<platform::Url>& urls, const QStringList& pageChain) = 0;
+    virtual void openURLsOfPage(const std::vector<platform::Url>& urls,
+                                const QStringList& pageChain) = 0;
 };
 
 /// The manager as installed by the composition root or by a test. Installing forgets what was

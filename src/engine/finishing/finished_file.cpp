@@ -52,7 +52,7 @@ FileOrigin originOf(const DQDownload& download) {
     const QString original = download.userSettings().string(keys::originalURL);
     if (!response.isEmpty())
         origin.sources.append(response);
-    if (!original.isEmpty() && !links::isEqualToPath(original, response))
+    if (!original.isEmpty() && original != response)
         origin.sources.append(original);
     return origin;
 }

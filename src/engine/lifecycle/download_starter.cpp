@@ -178,7 +178,7 @@ void adoptPage(DQDownload& download, const platform::Url& page,
     if (!found.title.isEmpty())
         download.userSettings().set(keys::downloadPageTitle, found.title);
     if (urls.size() > 1) {
-        mainController().openURLs(urls, chain);
+        mainController().openURLsOfPage(urls, chain);
         download.remove();
         return;
     }

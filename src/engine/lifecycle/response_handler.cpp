@@ -117,7 +117,7 @@ void adoptSuggestedName(DQDownload& download, const QString& suggestedFilename) 
     if (suggestedFilename.isEmpty())
         return;
     const QString name = links::stringByReplacingEscapesOfName(suggestedFilename);
-    if (!links::isEqualToPath(name, download.name()))
+    if (name != download.name())
         download.setName(name);
 }
 

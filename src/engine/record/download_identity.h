@@ -21,6 +21,7 @@ public:
     [[nodiscard]] bool isDownloadPageURL();
     void reevaluateDownloadPageURLStatus() { isDownloadPage_.reset(); }
     [[nodiscard]] const QString& queueRelevantHost();
+    void invalidateIconAndNameCache();
 
     void setName(const QString& name);
     [[nodiscard]] QString name();
@@ -34,7 +35,6 @@ public:
     [[nodiscard]] QString path() { return pathByCheckingExistence(false); }
 
 private:
-    void invalidateIconAndNameCache();
     [[nodiscard]] QString preservedName(const QString& name) const;
     [[nodiscard]] QString movedPath(const QString& formerPath, bool check);
 

@@ -51,12 +51,14 @@ qsizetype endOfRangeGroup(QStringView text, qsizetype position) {
     constexpr qsizetype longestGroup = 1000;
     if (text[position] != u'{')
         return position;
-    const qsizetype end = text.indexOf(u'}', position);
-    if (end < 0 || end - position > longestGroup)
+    const QStringView rest = text.sliced(position);
+    const qsizetype length = rest.first(std::min(rest.size(), longestGroup)).indexOf(u'}');
+    if (length < 0)
         return position;
-    const QStringView inside = text.sliced(position, end - position);
+    const QStringView inside = rest.first(length);
     const bool isGroup = inside.contains(u',') || inside.contains(u'-');
-    return isGroup && !inside.contains(u':') && !inside.contains(u'"') ? end + 1 : position;
+    return isGroup && !inside.contains(u':') && !inside.contains(u'"') ? position + length + 1
+                                                                       : position;
 }
 
 bool endsInExtension(QStringView address) {

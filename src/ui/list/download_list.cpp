@@ -87,7 +87,7 @@ void DQDownloadList::selectRows(const QList<qsizetype>& rows) {
 void DQDownloadList::scrollToSelection() {
     const QModelIndexList selected = selectionModel()->selectedIndexes();
     if (!selected.isEmpty()) {
-        scrollTo(*std::min_element(selected.begin(), selected.end()));
+        scrollTo(*std::min_element(selected.begin(), selected.end()), EnsureVisible);
     }
 }
 
