@@ -121,7 +121,7 @@ TEST_F(Instances, RefusesAMessageBeyondBoundsAndSurvivesHalfOnes) {
     EXPECT_EQ(received, 0);
 
     EXPECT_EQ(::write(half, "abc", 3), 3);
-    processUntil([&] { return ::recv(half, &byte, 1, MSG_DONTWAIT) == 1; });
+    processUntil([&] { return ::recv(half, &byte, 1, MSG_DONTWAIT | MSG_PEEK) == 1; });
     EXPECT_EQ(received, 0) << "not before its sender has heard the answer";
     EXPECT_EQ(::write(half, "!", 1), 1);
     processUntil([&] { return received == 1; });

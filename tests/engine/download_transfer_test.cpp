@@ -110,14 +110,14 @@ TEST_F(TransferTest, NameComesFromAddressHeaderAndType) {
         {1, "attachment; filename=x", "video/quicktime", u"x.mov"_s},
         {1, "attachment; filename=x", "application/pgp-keys", u"x.asc"_s},
         {1, "attachment; filename=x", "application/vnd.apple.mpegurl", u"x.m3u8"_s},
-        {1, "attachment; filename=x", "application/x-mpegURL", u"x.m3u8"_s},
+        {1, "attachment; filename=y", "application/x-mpegURL", u"y.m3u8"_s},
         {1, "attachment; filename=x", "application/dash+xml", u"x.mpd"_s},
         {1, "attachment; filename=x", "application/wasm", u"x.wasm"_s},
         {1, "attachment; filename=x", "image/jpg", u"x.jpg"_s},
         {1, "attachment; filename=x", "audio/opus", u"x.opus"_s},
         {1, "attachment; filename=x", "audio/webm", u"x.webm"_s},
         {2, "attachment; filename=x.jpeg", "image/jpg", u"x.jpeg"_s},
-        {2, "attachment; filename=x.wasm", "application/wasm", u"x.wasm"_s},
+        {2, "attachment; filename=y.wasm", "application/wasm", u"y.wasm"_s},
         {1, "attachment; filename=libstdc++6", "", u"libstdc  6"_s},
     };
     for (const Case& c : cases) {

@@ -41,8 +41,8 @@ TEST(FileNames, FilenameOfURL) {
 
 TEST(FileNames, PlusSignsStayIfTheSettingSaysSo) {
     auto& defaults = platform::standardDefaults();
-    const auto nameOf = [](const QString& url) {
-        return links::filename(*platform::Url::parse(url));
+    const auto nameOf = [&](const QString& url) {
+        return links::filename(*platform::Url::parse(url), links::plusSignsInNames(defaults));
     };
     const QString package = u"http://host/libstdc++6_12.deb"_s;
     EXPECT_EQ(nameOf(package), u"libstdc  6_12.deb"_s);

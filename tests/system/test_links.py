@@ -23,7 +23,7 @@ class LinksTest(SystemTest):
         result = self.home.run(f"look:\n{self.server.url('/mail-1.bin')}")
         self.assert_status(result, 1)
         self.assert_downloaded("mail-1 1.bin", one)
-        self.assertIn("mail-1 1.bin: Download Complete", result.stdout, "the name on the disk")
+        self.assertIn("Download Complete: mail-1 1.bin", result.stdout, "the name on the disk")
 
     def test_what_is_refused_says_why(self):
         for word, words in (("www.example.invalid/x", "https://www.example.invalid/x"),

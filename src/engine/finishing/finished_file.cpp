@@ -18,7 +18,6 @@
 #include "engine/settings.h"
 #include "links/paths/file_attributes.h"
 #include "links/paths/path_components.h"
-#include "links/paths/path_rules.h"
 #include "platform/base/log.h"
 #include "platform/files/descriptor.h"
 #include "platform/files/files.h"

@@ -10,9 +10,9 @@
 #include "engine/record/user_settings.h"
 #include "http/http_request.h"
 #include "links/format/byte_counts.h"
-#include "links/paths/path_rules.h"
 #include "links/repair/percent_escapes.h"
 #include "platform/base/log.h"
+#include "platform/base/user_defaults.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -116,7 +116,8 @@ void goOnWithoutAcceleration(DQDownload& download) {
 void adoptSuggestedName(DQDownload& download, const QString& suggestedFilename) {
     if (suggestedFilename.isEmpty())
         return;
-    const QString name = links::stringByReplacingEscapesOfName(suggestedFilename);
+    const QString name = links::stringByReplacingEscapesOfName(
+        suggestedFilename, links::plusSignsInNames(platform::standardDefaults()));
     if (name != download.name())
         download.setName(name);
 }

@@ -108,7 +108,8 @@ QString DownloadIdentity::preservedName(const QString& name) const {
     if (!pattern)
         return {};
     const QString preserved = links::filenameWithPreservedNamePattern(
-        _url, *pattern, settings_.string(keys::downloadPageTitle));
+        _url, *pattern, settings_.string(keys::downloadPageTitle),
+        links::plusSignsInNames(defaults()));
     const QString extension = links::pathExtension(name);
     if (extension.isEmpty())
         return preserved;
@@ -132,7 +133,7 @@ QString DownloadIdentity::name() {
     } else {
         result = links::lastPathComponent(path());
         if (result.isEmpty())
-            result = links::filename(_url);
+            result = links::filename(_url, links::plusSignsInNames(defaults()));
     }
     _cachedName = known(result);
     return _cachedName;

@@ -7,6 +7,7 @@
 #include "links/names/file_names.h"
 #include "links/paths/available_path.h"
 #include "platform/base/run_loop.h"
+#include "platform/base/user_defaults.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -46,7 +47,8 @@ void DQDownloadWorker::answer() {
     WorkerResponse response;
     response.url = request().url;
     response.statusCode = offset > 0 ? partialContent : noStatusCode;
-    response.suggestedFilename = links::filename(request().url);
+    response.suggestedFilename =
+        links::filename(request().url, links::plusSignsInNames(platform::standardDefaults()));
     processResponse(response, _download->size() - offset);
     if (!_download || status() != DQDownloadWorkerStatusRunning)
         return;

@@ -48,7 +48,10 @@ private:
         if (unit == u'|')
             return !isInQuery_ || isInTable();
         if (unit == u',' || unit == u';')
-            return unit == before_ || beginsAddress(at + 1) || isBeforeWideText(at + 1);
+            return unit == before_ || beginsAddress(at + 1) || isBeforeWideText(at + 1) ||
+                   isWordBehindFile(at);
+        if (isSymbol(at) && endsInExtension(soFar(at)))
+            return true;
         return endsAtBracket(at);
     }
 
@@ -80,6 +83,30 @@ private:
         const auto next =
             findAddressStart(text_.sliced(at, std::min<qsizetype>(20, text_.size() - at)));
         return next && next->position == 0;
+    }
+
+    [[nodiscard]] QStringView soFar(qsizetype at) const {
+        return text_.sliced(start_.position, at - start_.position);
+    }
+
+    /// An arrow or an emoji, which somebody puts beside an address.
+    [[nodiscard]] bool isSymbol(qsizetype at) const {
+        if (text_[at].unicode() < 0x80)
+            return false;
+        const bool isPair = text_[at].isHighSurrogate() && at + 1 < text_.size();
+        const char32_t code = isPair ? QChar::surrogateToUcs4(text_[at], text_[at + 1])
+                                     : char32_t{text_[at].unicode()};
+        const QChar::Category category = QChar::category(code);
+        return category == QChar::Symbol_Other || category == QChar::Symbol_Math;
+    }
+
+    /// As in "x.zip;thanks", which is no parameter of a path.
+    [[nodiscard]] bool isWordBehindFile(qsizetype at) const {
+        qsizetype end = at + 1;
+        while (end < text_.size() && text_[end].isLetter())
+            ++end;
+        const bool isWord = end > at + 1 && (end == text_.size() || text_[end].isSpace());
+        return isWord && endsInExtension(soFar(at));
     }
 
     /// As where Chinese follows a comma without a blank.

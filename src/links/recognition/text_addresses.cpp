@@ -61,6 +61,8 @@ bool goesOnBehindAddress(QStringView item) {
     const qsizetype length = lengthOfLeadingRun(item);
     if (length == 0 || length == item.size())
         return false;
+    if (item[length] == u'|' && endsInExtension(item.first(length)))
+        return true;
     const qsizetype blank = firstBlank(item);
     if (blank < item.size() && item[blank] != u' ')
         return true;
@@ -75,6 +77,21 @@ bool goesOnBehindAddress(QStringView item) {
         return length + 1 == item.size();
     return isTrailingPunctuation(next) && length + 1 == item.size() &&
            endsInExtension(item.first(length));
+}
+
+/// With what JSON writes as the numbers of plain characters, as it does with ampersands.
+QString withoutJSONEscapes(const QString& item) {
+    if (!item.contains("\\u00"_L1))
+        return item;
+    QString plain = item;
+    for (qsizetype at = plain.indexOf("\\u00"_L1); at >= 0;
+         at = plain.indexOf("\\u00"_L1, at + 1)) {
+        bool isNumber = false;
+        const ushort code = plain.mid(at + 2, 4).toUShort(&isNumber, 16);
+        if (isNumber && code > u' ' && code < 0x7F)
+            plain.replace(at, 6, QChar(code));
+    }
+    return plain;
 }
 
 bool holdsQuotedLinks(const QString& item) {
@@ -116,13 +133,14 @@ bool TextAddresses::holdsAddress(const QStringList& texts, bool skipRedirectingS
 }
 
 bool TextAddresses::beginItem() {
-    auto item = items_.next();
-    if (!item)
+    auto next = items_.next();
+    if (!next)
         return false;
-    item_ = std::move(*item);
+    item_ = std::move(*next);
     hasAddress_ = false;
-    isSearched_ = !holdsQuotedLinks(item_) && (holdsSeveral(item_) || goesOnBehindAddress(item_));
-    pieces_ = isSearched_ ? addressRuns(item_) : QStringList(item_);
+    const QString item = withoutJSONEscapes(item_);
+    isSearched_ = !holdsQuotedLinks(item) && (holdsSeveral(item) || goesOnBehindAddress(item));
+    pieces_ = isSearched_ ? addressRuns(item) : QStringList(item);
     return true;
 }
 
@@ -154,7 +172,7 @@ std::optional<TextFinding> TextAddresses::endOfItem() {
     if (!hasAddress_ && !isSearched_) {
         isSearched_ = true;
         misses_.clear();
-        pieces_ = addressRuns(item_);
+        pieces_ = addressRuns(withoutJSONEscapes(item_));
         if (!pieces_.isEmpty())
             return std::nullopt;
     }

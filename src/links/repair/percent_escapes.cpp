@@ -122,8 +122,13 @@ QString stringByReplacingPlusAndPercentEscapesIfNecessary(const QString& text) {
     return stringByReplacingPercentEscapesIfNecessary(text);
 }
 
-QString stringByReplacingEscapesOfName(const QString& text) {
-    return platform::standardDefaults().get(settings::plusSignsStandForBlanks)
+PlusSigns plusSignsInNames(const platform::UserDefaults& defaults) {
+    return defaults.get(settings::plusSignsStandForBlanks) ? PlusSigns::StandForBlanks
+                                                           : PlusSigns::Stay;
+}
+
+QString stringByReplacingEscapesOfName(const QString& text, PlusSigns plusSigns) {
+    return plusSigns == PlusSigns::StandForBlanks
                ? stringByReplacingPlusAndPercentEscapesIfNecessary(text)
                : stringByReplacingPercentEscapesIfNecessary(text);
 }
