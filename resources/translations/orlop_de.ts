@@ -5,6 +5,11 @@
         <name>Orlop</name>
         <message>
             <location filename="../../src/app/application.cpp" />
+            <source>Orlop is running already, and a setting for one run cannot be handed to it: %1. Nothing was handed over.</source>
+            <translation>Orlop läuft bereits, und eine Einstellung für einen Lauf kann ihm nicht übergeben werden: %1. Es wurde nichts übergeben.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/application.cpp" />
             <source>The queue of an earlier run cannot be read and will not be touched.</source>
             <translation>Die Warteschlange eines früheren Laufs ist nicht lesbar und bleibt unberührt.</translation>
         </message>
@@ -186,7 +191,7 @@
         <message>
             <location filename="../../src/app/commands/command.cpp" />
             <source>&amp;Report a Problem...</source>
-            <translation>Ein Problem Ein &amp;Problem melden …amp;melden …</translation>
+            <translation>Ein Problem &amp;melden …</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
@@ -524,6 +529,11 @@
             <translation>Aufhören</translation>
         </message>
         <message>
+            <location filename="../../src/app/intake/file_collector.cpp" />
+            <source>There are more than 100 files in what was given, and nobody to ask whether they are all meant; none was taken.</source>
+            <translation>Es sind mehr als 100 Dateien, und niemand kann gefragt werden, ob alle gemeint sind; keine wurde genommen.</translation>
+        </message>
+        <message>
             <location filename="../../src/app/intake/intake.cpp" />
             <source>There is nothing to download in %@.</source>
             <translation>In %@ ist nichts zu laden.</translation>
@@ -549,6 +559,76 @@
             <translation>In %@ liegt kein begonnener Download.</translation>
         </message>
         <message>
+            <location filename="../../src/app/intake/offered_documents.cpp" />
+            <source>%@ It is no list of addresses, so they were not taken: %@</source>
+            <translation>%@ Es ist keine Liste von Adressen, darum wurden sie nicht genommen: %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/offered_documents.cpp" />
+            <source>%@ addresses in %@ text documents.</source>
+            <translation>%@ Adressen in %@ Textdokumenten.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/offered_documents.cpp" />
+            <source>%@ addresses in %@.</source>
+            <translation>%@ Adressen in %@.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/offered_documents.cpp" />
+            <source>1 address in %@.</source>
+            <translation>1 Adresse in %@.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/offered_documents.cpp" />
+            <source>Download</source>
+            <translation>Laden</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/offered_documents.cpp" />
+            <source>Download them?</source>
+            <translation>Sollen sie geladen werden?</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/refused_text.cpp" />
+            <source>Addresses that lacked their scheme got https in front of them.</source>
+            <translation>Adressen, denen der Anfang fehlte, wurde https vorangestellt.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/refused_text.cpp" />
+            <source>An address that names no server cannot be downloaded.</source>
+            <translation>Eine Adresse, die keinen Server nennt, kann nicht geladen werden.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/refused_text.cpp" />
+            <source>Orlop downloads addresses of http, https and files, no others.</source>
+            <translation>Orlop lädt Adressen von http, https und Dateien, keine anderen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/refused_text.cpp" />
+            <source>There is no address in the text that is left.</source>
+            <translation>Im übrigen Text steht keine Adresse.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/refused_text.cpp" />
+            <source>no address of http, https or a file: %@</source>
+            <translation>keine Adresse von http, https oder einer Datei: %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/refused_text.cpp" />
+            <source>no address without its scheme, as in %@: %@</source>
+            <translation>keine Adresse ohne ihren Anfang wie in %@: %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/refused_text.cpp" />
+            <source>no address: %@</source>
+            <translation>keine Adresse: %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/refused_text.cpp" />
+            <source>no valid address: %@</source>
+            <translation>keine gültige Adresse: %@</translation>
+        </message>
+        <message>
             <location filename="../../src/app/lifecycle/command_line.cpp" />
             <source>standard input can be read only once</source>
             <translation>Die Standardeingabe lässt sich nur einmal lesen</translation>
@@ -557,6 +637,11 @@
             <location filename="../../src/app/lifecycle/command_line.cpp" />
             <source>the setting %1 needs a value</source>
             <translation>Die Einstellung %1 braucht einen Wert</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/lifecycle/command_line.cpp" />
+            <source>there is no setting "%1"; did you mean "%2"?</source>
+            <translation>Es gibt keine Einstellung „%1“; ist „%2“ gemeint?</translation>
         </message>
         <message>
             <location filename="../../src/app/lifecycle/command_line.cpp" />
@@ -600,6 +685,101 @@ Möchten Sie jetzt wirklich beenden?</translation>
             <location filename="../../src/app/queue/queue_archive.cpp" />
             <source>Wait! You seem to have forgotten something on the stove...</source>
             <translation>Halt! Da steht noch etwas auf dem Herd …</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source> - Acceleration failed</source>
+            <translation> - Beschleunigung gescheitert</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source> - Acceleration not supported</source>
+            <translation> - Beschleunigung nicht möglich</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>%@ - %lu connections</source>
+            <translation>%@ - %lu Verbindungen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>%@ at %@/s</source>
+            <translation>%@ mit %@/s</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>%@ at %@/s - %@ remaining</source>
+            <translation>%@ mit %@/s - noch %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>%@ of %@</source>
+            <translation>%@ von %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>%@%@%@</source>
+            <translation>%@%@%@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>%@%@⎇</source>
+            <translation>%@%@⎇</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>%lu</source>
+            <translation>%lu</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>%lu @ %@</source>
+            <translation>%lu @ %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>Aborted</source>
+            <translation>Abgebrochen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>Complete</source>
+            <translation>Fertig</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>Connecting...</source>
+            <translation>Verbinden …</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>Downloading: %ld%%</source>
+            <translation>Laden: %ld%%</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>Interrupted</source>
+            <translation>Unterbrochen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>Paused</source>
+            <translation>Angehalten</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>Pending</source>
+            <translation>Ausstehend</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>Waiting</source>
+            <translation>Wartet</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>Waiting: #%@</source>
+            <translation>Wartet: Nr. %@</translation>
         </message>
         <message>
             <location filename="../../src/app/rules/folder_menu.cpp" />
@@ -714,101 +894,6 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/engine/paths/file_access.cpp" />
             <source>Orlop cannot download files to this folder at the moment. This is most likely due to the sandbox blocking access to it. Click "Unlock" to ask the sandbox for permanent access to the folder.</source>
             <translation>Orlop kann im Moment nicht in diesen Ordner laden. Wahrscheinlich sperrt die Sandbox den Zugriff. Klicken Sie auf „Freigeben“, um dauerhaften Zugriff auf den Ordner zu erbitten.</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source> - Acceleration failed</source>
-            <translation> - Beschleunigung gescheitert</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source> - Acceleration not supported</source>
-            <translation> - Beschleunigung nicht möglich</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>%@ - %lu connections</source>
-            <translation>%@ - %lu Verbindungen</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>%@ at %@/s</source>
-            <translation>%@ mit %@/s</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>%@ at %@/s - %@ remaining</source>
-            <translation>%@ mit %@/s - noch %@</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>%@ of %@</source>
-            <translation>%@ von %@</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>%@%@%@</source>
-            <translation>%@%@%@</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>%@%@⎇</source>
-            <translation>%@%@⎇</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>%lu</source>
-            <translation>%lu</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>%lu @ %@</source>
-            <translation>%lu @ %@</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>Aborted</source>
-            <translation>Abgebrochen</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>Complete</source>
-            <translation>Fertig</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>Connecting...</source>
-            <translation>Verbinden …</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>Downloading: %ld%%</source>
-            <translation>Laden: %ld%%</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>Interrupted</source>
-            <translation>Unterbrochen</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>Paused</source>
-            <translation>Angehalten</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>Pending</source>
-            <translation>Ausstehend</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>Waiting</source>
-            <translation>Wartet</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>Waiting: #%@</source>
-            <translation>Wartet: Nr. %@</translation>
         </message>
         <message>
             <location filename="../../src/engine/record/download_identity.cpp" />
@@ -1507,8 +1592,8 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/rules/rule_editor.cpp" />
-            <source>“%@” is no name of a host. Write one on each line, as in example.org.</source>
-            <translation>„%@“ ist kein Servername. Schreiben Sie einen pro Zeile, etwa example.org.</translation>
+            <source>“%@” is no name of a host. Write one on each line, as in example.org, without what follows it in an address.</source>
+            <translation>„%@“ ist kein Name eines Hosts. Schreiben Sie je Zeile einen, wie example.org, ohne das, was ihm in einer Adresse folgt.</translation>
         </message>
         <message>
             <location filename="../../src/ui/rules/rule_list.cpp" />
@@ -1619,6 +1704,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>&amp;Note in the file where it came from</source>
             <translation>In der Datei ver&amp;merken, woher sie kommt</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>&amp;Plus signs in addresses stand for blanks</source>
+            <translation>&amp;Pluszeichen in Adressen stehen für Leerzeichen</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
@@ -1849,6 +1939,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/settings/behaviors_section.cpp" />
             <source>What Orlop does once another program has passed it something to download.</source>
             <translation>Was Orlop tut, sobald ein anderes Programm ihm etwas übergeben hat.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/download_pages_section.cpp" />
+            <source>In force are all rules but that for %@: what its "Use Source Name" says is no regular expression.</source>
+            <translation>Es gelten alle Regeln außer der für %@: Was bei ihr unter „Use Source Name“ steht, ist kein regulärer Ausdruck.</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/download_pages_section.cpp" />
@@ -2214,6 +2309,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/window/intake_progress.cpp" />
             <source>Stop Adding</source>
             <translation>Hinzufügen abbrechen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/main_window.cpp" />
+            <source>Already in the list</source>
+            <translation>Schon in der Liste</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/url_panel.cpp" />
