@@ -186,8 +186,8 @@ void HTTPNetworkQueue::requestStarted(HTTPRequest& request) {
 }
 
 void HTTPNetworkQueue::requestDidReceiveResponseHeaders(HTTPRequest& request,
-                                                        const platform::HTTPHeaders& headers) {
-    call(&Selectors::requestDidReceiveResponseHeadersSelector, request, headers);
+                                                        const HTTPResponse& response) {
+    call(&Selectors::requestDidReceiveResponseHeadersSelector, request, response);
 }
 
 void HTTPNetworkQueue::requestWillRedirectToURL(HTTPRequest& request, const platform::Url& url) {

@@ -27,7 +27,7 @@ public:
     /// What is called while there is a delegate; none is set at first.
     struct Selectors {
         RequestSelector requestDidStartSelector;
-        std::function<void(HTTPRequest&, const platform::HTTPHeaders&)>
+        std::function<void(HTTPRequest&, const HTTPResponse&)>
             requestDidReceiveResponseHeadersSelector;
         /// Takes redirects over, as HTTPRequestDelegate::Capabilities describes.
         std::function<void(HTTPRequest&, const platform::Url&)> requestWillRedirectSelector;
@@ -88,7 +88,7 @@ public:
     [[nodiscard]] Capabilities capabilities() const override;
     void requestStarted(HTTPRequest& request) override;
     void requestDidReceiveResponseHeaders(HTTPRequest& request,
-                                          const platform::HTTPHeaders& headers) override;
+                                          const HTTPResponse& response) override;
     void requestWillRedirectToURL(HTTPRequest& request, const platform::Url& url) override;
     void requestFinished(HTTPRequest& request) override;
     void requestFailed(HTTPRequest& request) override;

@@ -115,7 +115,7 @@ void ProxyScriptSource::fetch(const Url& url, const std::shared_ptr<TransferLoop
     };
     RequestBlocks blocks;
     // What a redirect says in its body is not the script.
-    blocks.headersReceivedBlock = [download](const platform::HTTPHeaders&) { download->clear(); };
+    blocks.headersReceivedBlock = [download](const HTTPResponse&) { download->clear(); };
     blocks.dataReceivedBlock = [download, fetching](const QByteArray& data) {
         const auto request = fetching.lock();
         if (!download->append(data) && request)

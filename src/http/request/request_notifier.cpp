@@ -148,13 +148,13 @@ void RequestNotifier::requestStarted() {
     });
 }
 
-void RequestNotifier::requestReceivedResponseHeaders(const platform::HTTPHeaders& headers) {
-    send([this, headers] {
+void RequestNotifier::requestReceivedResponseHeaders(const HTTPResponse& response) {
+    send([this, response] {
         callDelegate(&DelegateSelectors::didReceiveResponseHeadersSelector,
-                     &HTTPRequestDelegate::requestDidReceiveResponseHeaders, headers);
-        callBlock(&RequestBlocks::headersReceivedBlock, headers);
+                     &HTTPRequestDelegate::requestDidReceiveResponseHeaders, response);
+        callBlock(&RequestBlocks::headersReceivedBlock, response);
         if (const auto target = queue())
-            target->requestDidReceiveResponseHeaders(_request, headers);
+            target->requestDidReceiveResponseHeaders(_request, response);
     });
 }
 

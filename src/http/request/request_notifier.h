@@ -45,7 +45,7 @@ public:
     // Events. The request's loop.
 
     void requestStarted();
-    void requestReceivedResponseHeaders(const platform::HTTPHeaders& headers);
+    void requestReceivedResponseHeaders(const HTTPResponse& response);
     void requestRedirected();
     [[nodiscard]] bool isRedirectConfirmed() const;
     void requestWillRedirectToURL(const platform::Url& url);

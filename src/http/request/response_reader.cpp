@@ -87,7 +87,8 @@ void ResponseReader::readResponseHeaders() {
         noteLength();
     _parts.connection.judge(*head);
     if (_run.isHeard())
-        _parts.notifier.requestReceivedResponseHeaders(*state.responseHeaders);
+        _parts.notifier.requestReceivedResponseHeaders(
+            {state.url, head->statusCode, head->statusLine, head->headers});
 }
 
 void ResponseReader::takeHead(const HTTPResponseHead& head) {
