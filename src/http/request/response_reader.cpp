@@ -82,7 +82,8 @@ void ResponseReader::readResponseHeaders() {
     else
         _run.authentication().credentialsWereAccepted();
     parseStringEncodingFromHeaders();
-    takeCookies();
+    if (!head->fromProxy)
+        takeCookies();
     if (!willRedirect())
         noteLength();
     _parts.connection.judge(*head);

@@ -26,6 +26,7 @@ enum NetworkErrorCode {
     networkErrorCannotConnect = -1004,
     networkErrorTimedOut = -1001,
     networkErrorBadServerResponse = -1011,
+    networkErrorProxyRefused = 306,  ///< It would not lead on to the server.
     networkErrorProxyNotFound = 310,
 };
 /// Codes of securityErrorDomain lie from -9818 to -9800.

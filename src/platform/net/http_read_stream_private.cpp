@@ -2,7 +2,7 @@
 
 #include <sys/socket.h>
 
-#include "platform/net/http_connection_identity_private.h"
+#include "platform/net/body_framing.h"
 #include "platform/net/transfer_error.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -174,7 +174,7 @@ std::size_t HTTPReadStream::Private::giveBody(char* target, std::size_t maximum)
 void HTTPReadStream::Private::transferEnded(CURLcode result) {
     isEnded_ = true;
     const bool wentInCircles = isGivenUp_ && reader_->refusal().isEmpty() && !body_.error();
-    if (result == CURLE_OK || wentInCircles || reader_->isTunnelRefused()) {
+    if (result == CURLE_OK || wentInCircles || reader_->isProxyAsking()) {
         reader_->end();
         responseHead = reader_->head();
     }
@@ -224,8 +224,14 @@ void HTTPReadStream::Private::updatePause() {
         return;
     if (loop_->isInsideCurl()) {
         loop_->noteArrival(*this);
+    if (const auto& refusal = reader_->tunnelRefusal())
+        return proxyRefusalError(setup.proxy, *refusal);
         return;
     }
+    if (result == CURLE_OK && !isBodyWhole())
+        return badResponseError(u"its body is not as long as it says"_s);
+    if (result == CURLE_OK && isEndDoubtful())
+        return unannouncedEndError();
     const bool isFull = buffer.size() > (isReceivePaused_ ? resumeAt : pauseAt);
     const bool pausesReceive = !isScheduled || isFull;
     const bool pausesSend = isSendPaused_ && (!isScheduled || body_.isWaiting());
@@ -236,6 +242,23 @@ void HTTPReadStream::Private::updatePause() {
 void HTTPReadStream::Private::pause(bool receive, bool send) {
     isReceivePaused_ = receive;
     isSendPaused_ = send;
+bool HTTPReadStream::Private::hasBody() const {
+    constexpr int noContent = 204, notModified = 304;
+    const int status = responseHead->statusCode;
+    return setup.message.method != "HEAD"_L1 && status != noContent && status != notModified;
+}
+
+/// libcurl forgets the length where a field names no transfer coding.
+bool HTTPReadStream::Private::isBodyWhole() const {
+    const auto length = reader_->announcedLength();
+    return !hasBody() || !length || *length == bodyBytesReceived_;
+}
+
+bool HTTPReadStream::Private::isEndDoubtful() const {
+    return tlsEnd_ != nullptr && !tlsEnd_->isAnnounced && hasBody() &&
+           endsWithConnection(responseHead->headers);
+}
+
     // With one direction left open libcurl receives once more, into a buffer of its own. Where
     // nothing is to be sent, the other one may as well be closed.
     const bool closesBoth = receive && (send || !body_.exists());

@@ -55,6 +55,9 @@ private:
     [[nodiscard]] bool hasNews() const;
     /// Pauses and resumes both directions as far as they ought to be.
     void updatePause();
+    [[nodiscard]] bool hasBody() const;
+    [[nodiscard]] bool isBodyWhole() const;
+    [[nodiscard]] bool isEndDoubtful() const;
     void pause(bool receive, bool send);
     /// False: the stream died in it.
     bool tell(Event event);

@@ -102,6 +102,22 @@ Error brokenReusedConnectionError() {
             nullptr};
 }
 
+Error unannouncedEndError() {
+    const Meaning meaning = connectionLost();
+    return {meaning.domain, meaning.code,
+            u"%1: it ended without a notice, before the body had to be over"_s.arg(meaning.text),
+            nullptr};
+}
+
+Error proxyRefusalError(const HTTPProxy& proxy, const HTTPResponseHead& answer) {
+    constexpr qsizetype longestReason = 80;
+    QString said = answer.statusLine.section(u' ', 1).left(longestReason).trimmed();
+    said.removeIf([](QChar c) { return !c.isPrint(); });
+    const QString host = proxy.host.contains(u':') ? u'[' + proxy.host + u']' : proxy.host;
+    return {networkErrorDomain, networkErrorProxyRefused,
+            u"The proxy %1:%2 answered %3"_s.arg(host).arg(proxy.port).arg(said), nullptr};
+}
+
 Error errorForResult(CURLcode result, const QString& reason) {
     const Meaning meaning = meaningOf(result, reason);
     const QString why = reason.isEmpty() ? QString::fromUtf8(curl_easy_strerror(result)) : reason;
