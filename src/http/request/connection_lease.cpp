@@ -1,6 +1,7 @@
 #include "http/request/connection_lease.h"
 
 #include <QRegularExpression>
+#include <utility>
 
 #include "http/request/request_state.h"
 #include "http/shared/transfer_loop.h"
@@ -41,7 +42,8 @@ std::shared_ptr<HTTPConnectionIdentity> ConnectionLease::acquire(
     }
     if (!_state.options.shouldAttemptPersistentConnection)
         return nullptr;
-    _connectionInfo = _table.acquire(target, loop, _connectionInfo, _requestID);
+    _connectionInfo =
+        _table.acquire(target, loop, _connectionInfo, _requestID, std::exchange(_mustBeNew, false));
     // The entry is this request's own now, so its socket can be touched without the table's lock.
     if (_connectionInfo->identity == nullptr || _connectionInfo->circumstances != circumstances) {
         _connectionInfo->identity = std::make_shared<HTTPConnectionIdentity>(loop->network());
@@ -82,6 +84,7 @@ void ConnectionLease::remove() {
 void ConnectionLease::giveUp() {
     remove();
     _connectionInfo = nullptr;
+    _mustBeNew = true;
 }
 
 void ConnectionLease::stampExpiry() {

@@ -43,6 +43,7 @@ private:
     ConnectionTable& _table;
     ConnectionTable::Entry _connectionInfo;
     std::uint32_t _requestID = 0;
+    bool _mustBeNew = false;  ///< The next one: the last one failed.
     bool _connectionCanBeReused = false;
 };
 

@@ -200,15 +200,18 @@ bool RequestRun::waitsForStore(HTTPReadStream::Event event) {
     return true;
 }
 
-bool RequestRun::retryUsingNewConnection() {
+bool RequestRun::retryUsingNewConnection(bool counts) {
     const bool wouldRepeatData = _state.totalBytesRead > 0 && _notifier.isDataReceived();
-    if (_state.retryCount > 0 || wouldRepeatData)
+    const bool isFree =
+        !counts && std::exchange(_freeRetryAfter, _state.redirectCount) != _state.redirectCount;
+    if ((!isFree && _state.retryCount > 0) || wouldRepeatData)
         return false;
     _state.willRetryRequest = true;
     cancelLoad();
     _state.willRetryRequest = false;
     _connection.giveUp();
-    ++_state.retryCount;
+    if (!isFree)
+        ++_state.retryCount;
     _sender.startRequest();
     return true;
 }

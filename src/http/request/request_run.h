@@ -72,8 +72,9 @@ public:
     void failWithError(const platform::Error& error);
     void requestFinished();
     void markAsFinished();
-    /// Sends once more on another connection, once at most. False: not any more.
-    [[nodiscard]] bool retryUsingNewConnection();
+    /// Sends once more on a new connection, once at most; where it need not count, once more for
+    /// each address. False: not any more.
+    [[nodiscard]] bool retryUsingNewConnection(bool counts);
     /// Follows the redirect that waits, or lets the delegate decide; on the loop's next turn.
     void followRedirectLater();
     /// What a response, this one's or its probe's, says of the body's length. Nothing: not known.
@@ -121,6 +122,8 @@ private:
     std::function<void()> _announceFinished;
     std::shared_ptr<TransferLoop> _loop;  ///< Null before the start.
     bool _isRedirectAsked = false;        ///< The delegate decides about it now.
+
+    int _freeRetryAfter = -1;  ///< So many redirects.
 
     RequestBody _body;
     RequestHeaderBuilder _headers;

@@ -304,7 +304,9 @@ void ResponseReader::handleStreamError() {
     const Error error = _parts.stream.error().value_or(
         Error{platform::networkErrorDomain, platform::networkErrorConnectionLost, {}, nullptr});
     if (!_parts.state.error) {
-        if (isLostConnection(error) && _run.retryUsingNewConnection())
+        // A connection that was kept too long says nothing about the server.
+        const bool isFreshConnection = !error.is(platform::posixErrorDomain, EPIPE);
+        if (isLostConnection(error) && _run.retryUsingNewConnection(isFreshConnection))
             return;
         breakOff(makeRequestError(HTTPRequestErrorCode::ConnectionFailure,
                                   connectionFailureText(error), error));

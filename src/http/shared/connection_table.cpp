@@ -21,7 +21,8 @@ ConnectionTarget ConnectionTarget::of(const platform::Url& url) {
 
 ConnectionTable::Entry ConnectionTable::acquire(const ConnectionTarget& target,
                                                 const std::shared_ptr<TransferLoop>& loop,
-                                                const Entry& current, std::uint32_t& requestID) {
+                                                const Entry& current, std::uint32_t& requestID,
+                                                bool mustBeNew) {
     const std::scoped_lock guard(_connectionLock);
     expirePersistentConnections();
     const auto isUsable = [&](const Entry& entry) {
@@ -30,7 +31,7 @@ ConnectionTable::Entry ConnectionTable::acquire(const ConnectionTarget& target,
     // Expiry has just taken out what is due, so what is in the table is good.
     Entry entry;
     for (const Entry& other : _entries)
-        if (isUsable(other) && (entry == nullptr || entry != current))
+        if (!mustBeNew && isUsable(other) && (entry == nullptr || entry != current))
             entry = other;
     if (entry == nullptr) {
         entry = std::make_shared<ConnectionEntry>();

@@ -55,10 +55,10 @@ public:
 
     /// A free connection to `target` on that loop, the latest in the table, or a new one, taken
     /// for the request. `current`: the one that the request had before; null: none. `requestID` 0
-    /// is given the next number.
+    /// is given the next number. `mustBeNew`: those that are kept are not trusted.
     [[nodiscard]] Entry acquire(const ConnectionTarget& target,
                                 const std::shared_ptr<TransferLoop>& loop, const Entry& current,
-                                std::uint32_t& requestID);
+                                std::uint32_t& requestID, bool mustBeNew = false);
     /// The request that uses it is done with it; it may be had by others for so many seconds, if
     /// not `keepsSocket` with a fresh socket.
     void release(const Entry& entry, std::uint32_t requestID, platform::Seconds timeout,

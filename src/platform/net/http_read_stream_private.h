@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 
+#include "platform/net/http_connection_identity_private.h"
 #include "platform/net/http_read_stream.h"
 #include "platform/net/network_loop_private.h"
 #include "platform/net/receive_buffer.h"
@@ -50,14 +51,16 @@ private:
     [[nodiscard]] std::size_t giveBody(char* target, std::size_t maximum);
     [[nodiscard]] curl_socket_t openSocket(const curl_sockaddr& address);
     void requestStarts();
+    void lookBehindBody();
+    void securesConnection(void* context);
 
     [[nodiscard]] std::optional<Error> whatWentWrong(CURLcode result) const;
-    [[nodiscard]] bool hasNews() const;
-    /// Pauses and resumes both directions as far as they ought to be.
-    void updatePause();
     [[nodiscard]] bool hasBody() const;
     [[nodiscard]] bool isBodyWhole() const;
     [[nodiscard]] bool isEndDoubtful() const;
+    [[nodiscard]] bool hasNews() const;
+    /// Pauses and resumes both directions as far as they ought to be.
+    void updatePause();
     void pause(bool receive, bool send);
     /// False: the stream died in it.
     bool tell(Event event);
@@ -66,8 +69,9 @@ private:
     NetworkLoop::Private* loop_;
     const std::weak_ptr<const void> loopLife_;
     // The handle refers to both.
-    std::shared_ptr<CURLSH> share_;
+    std::shared_ptr<KeptConnection> kept_;  ///< Null: a connection of its own.
     std::optional<RequestLines> lines_;
+    std::shared_ptr<const TLSEnd> tlsEnd_;  ///< Null: not over TLS, so far.
     CurlEasy easy_{nullptr, &curl_easy_cleanup};
     RequestBody body_;
     std::optional<ResponseReader> reader_;
@@ -88,6 +92,7 @@ private:
     int socketsOpened_ = 0;  ///< Since the request was last sent.
     int deferrals_ = 0;
     std::uint64_t bodyBytesWritten_ = 0;
+    std::uint64_t bodyBytesReceived_ = 0;
 };
 
 }  // namespace platform
