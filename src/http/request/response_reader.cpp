@@ -36,6 +36,10 @@ constexpr qsizetype largeRead = 262144;
 /// Of a body that is inflated as it comes, where each byte can become a thousand.
 constexpr qsizetype largestCompressedRead = 16384;
 
+/// Of a body that only comes before the answer that is wanted: in bytes, and in seconds.
+constexpr std::uint64_t mostOnTheWay = 65536;
+constexpr platform::Seconds longestOnTheWay = 10;
+
 /// As C reads numbers, so "0x" is hexadecimal and a leading "0" octal. The transport holds the
 /// body to the decimal reading; this one serves the books alone.
 std::uint64_t lengthFromHeader(const QString& text) {
@@ -73,6 +77,8 @@ void ResponseReader::readResponseHeaders() {
     if (!head)
         return;
     takeHead(*head);
+    _isEndedEarly = false;
+    _headTime = _parts.shared.clock.monotonic();
     if (_run.cache().answerAfterHead())
         return;
     if (state.responseStatusCode == 401)
@@ -184,6 +190,23 @@ void ResponseReader::handleBytesAvailable() {
     state.lastActivityTime = _parts.shared.clock.monotonic();
     _parts.shared.bandwidth.incrementBandwidthUsedInLastSecond(count);
     distribute(std::move(received));
+    if (!state.complete && isWorthNoMore())
+        endEarly();
+}
+
+bool ResponseReader::isWorthNoMore() const {
+    const RequestState& state = _parts.state;
+    const bool isOnTheWay =
+        state.needsRedirect || state.authenticationNeeded != AuthenticationNeeded::None;
+    return isOnTheWay && (state.totalBytesRead >= mostOnTheWay ||
+                          _parts.shared.clock.monotonic() - _headTime >= longestOnTheWay);
+}
+
+void ResponseReader::endEarly() {
+    _isEndedEarly = true;
+    _parts.connection.setConnectionCannotBeReused();
+    _parts.stream.stopReceiving();
+    handleStreamComplete();
 }
 
 bool ResponseReader::inflatesOnTheWay() const {
@@ -286,7 +309,8 @@ void ResponseReader::handleStreamComplete() {
         if (isFinalResponse())
             _parts.body.removeTemporaryFiles();
         fileError = finishFile();
-        _run.cache().store();
+        if (!_isEndedEarly)
+            _run.cache().store();
     }
     _parts.connection.endUse();
     if (state.authenticationNeeded == AuthenticationNeeded::None)

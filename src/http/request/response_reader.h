@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "http/request/request_parts.h"
+#include "platform/base/clock.h"
 #include "platform/base/error.h"
 #include "platform/net/http_message.h"
 
@@ -48,12 +49,17 @@ private:
                                                              const QByteArray* inflated);
     void deliver(QByteArray data);
     [[nodiscard]] bool isRedirectBodyUnwanted() const;
+    /// Whether another answer follows whatever this one's body says, which has had its chance.
+    [[nodiscard]] bool isWorthNoMore() const;
+    void endEarly();
     [[nodiscard]] bool isFinalResponse() const;
     [[nodiscard]] std::optional<platform::Error> finishFile();
 
     RequestParts _parts;
     RequestRun& _run;
     std::unique_ptr<HTTPDataDecompressor> _dataDecompressor;
+    platform::Seconds _headTime = 0;  ///< Monotonic.
+    bool _isEndedEarly = false;
 };
 
 }  // namespace http

@@ -61,6 +61,11 @@ void TransferStream::destroy() {
     _connection.reset();
 }
 
+void TransferStream::stopReceiving() {
+    if (_readStream != nullptr)
+        _readStream->close();
+}
+
 void TransferStream::performThrottling() {
     if (_readStream == nullptr)
         return;

@@ -46,6 +46,8 @@ public:
                             platform::HTTPReadStream::Client client);
     [[nodiscard]] bool exists() const { return _readStream != nullptr; }
     void destroy();
+    /// Takes nothing more from the server; what has come can still be asked for.
+    void stopReceiving();
 
     /// Counts the time and lets the stream rest or go on as the bandwidth limit wants it.
     void performThrottling();
