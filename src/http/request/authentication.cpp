@@ -151,7 +151,7 @@ void Authentication::answerAgain(ChallengeSide& side) {
     else if (isNTLM && side.retryCount == 2)
         fail();
     else
-        failToApply(side);
+        failToApply(side, *side.credentials);
 }
 
 void Authentication::answerFromSearch(ChallengeSide& side) {
@@ -174,7 +174,7 @@ void Authentication::answerFromSearch(ChallengeSide& side) {
         if (isApplied)
             _run.startRequest();
         else
-            failToApply(side);
+            failToApply(side, *found);
         return;
     }
     if (lookUpSaved(side) || willAskDelegate(side))
@@ -298,11 +298,14 @@ void Authentication::fail() {
     _run.failWithError(authenticationError());
 }
 
-void Authentication::failToApply(const ChallengeSide& side) {
-    _run.failWithError(makeRequestError(HTTPRequestErrorCode::ApplyingCredentials,
-                                        side.isProxy
-                                            ? u"Failed to apply proxy credentials to request"_s
-                                            : u"Failed to apply credentials to request"_s));
+void Authentication::failToApply(const ChallengeSide& side, const HTTPCredentials& credentials) {
+    constexpr auto code = HTTPRequestErrorCode::ApplyingCredentials;
+    const QString text = side.isProxy ? u"Failed to apply proxy credentials to request"_s
+                                      : u"Failed to apply credentials to request"_s;
+    const auto obstacle =
+        side.authentication != nullptr ? side.authentication->obstacle(credentials) : std::nullopt;
+    _run.failWithError(obstacle ? makeRequestError(code, text, *obstacle)
+                                : makeRequestError(code, text));
 }
 
 void Authentication::forgetChallenges() {

@@ -58,7 +58,7 @@ private:
     void waitForOthers();
     void tellOthers();
     void fail();
-    void failToApply(const ChallengeSide& side);
+    void failToApply(const ChallengeSide& side, const platform::HTTPCredentials& credentials);
 
     HTTPRequest& _request;
     RequestParts _parts;
