@@ -48,7 +48,7 @@ bool HTTPReadStream::Private::open() {
     setup.sharedConnections = kept_ != nullptr ? kept_->share() : nullptr;
     lines_ = requestLines(setup.message, {setup.proxy.speaksHTTP(), body_.exists()});
     reader_.emplace(askedRange(setup.message.headers),
-                    ResponseReader::Negotiates{
+                    ResponseHeadReader::Negotiates{
                         setup.serverCredentials.scheme != ConnectionAuthentication::None,
                         setup.proxyCredentials.scheme != ConnectionAuthentication::None});
     isOpen_ = easy_ && lines_ && applySetup(easy_.get(), setup, *lines_) && setCallbacks() &&

@@ -4,19 +4,19 @@
 #include <memory>
 #include <optional>
 
+#include "platform/net/body_feed.h"
 #include "platform/net/http_connection_identity_private.h"
 #include "platform/net/http_read_stream.h"
 #include "platform/net/network_loop_private.h"
 #include "platform/net/receive_buffer.h"
-#include "platform/net/request_body.h"
-#include "platform/net/response_reader.h"
+#include "platform/net/response_head_reader.h"
 #include "platform/net/transfer_options.h"
 
 namespace platform {
 
 /// The exchange behind a stream. libcurl's callbacks only note what has come; the client is told
 /// outside of them, by `deliver`.
-class HTTPReadStream::Private final : public Transfer {
+class HTTPReadStream::Private final : public DrivenExchange {
 public:
     Private(NetworkLoop& loop, HTTPRequestMessage message, HTTPBodySource* body,
             std::uint64_t bodyLength);
@@ -73,8 +73,8 @@ private:
     std::optional<RequestLines> lines_;
     std::shared_ptr<const TLSEnd> tlsEnd_;  ///< Null: not over TLS, so far.
     CurlEasy easy_{nullptr, &curl_easy_cleanup};
-    RequestBody body_;
-    std::optional<ResponseReader> reader_;
+    BodyFeed body_;
+    std::optional<ResponseHeadReader> reader_;
     std::array<char, CURL_ERROR_SIZE> reason_{};
     /// Expires when the object dies.
     std::shared_ptr<char> life_ = std::make_shared<char>();

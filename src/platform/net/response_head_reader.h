@@ -11,13 +11,13 @@ namespace platform {
 
 /// Makes the head of the final response out of the header lines of all responses that an exchange
 /// meets: interim ones, a proxy's to CONNECT, those of authentication rounds.
-class ResponseReader {
+class ResponseHeadReader {
 public:
     /// Which challenges the transport answers by itself.
     struct Negotiates {
         bool server = false, proxy = false;
     };
-    ResponseReader(const AskedRange& asked, Negotiates negotiates)
+    ResponseHeadReader(const AskedRange& asked, Negotiates negotiates)
         : asked_(asked), negotiates_(negotiates) {}
 
     /// What has come so far answered the proxy's part; the next head is the server's.

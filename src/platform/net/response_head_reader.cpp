@@ -1,4 +1,4 @@
-#include "platform/net/response_reader.h"
+#include "platform/net/response_head_reader.h"
 
 #include <QStringList>
 
@@ -23,19 +23,19 @@ bool contradictsItself(const HTTPHeaders& headers, const QString& name) {
 
 }  // namespace
 
-void ResponseReader::requestStarts() {
+void ResponseHeadReader::requestStarts() {
     isRequestSent_ = true;
     hasSeenAnswer_ = false;
     block_.clear();
     proxyHead_.reset();
 }
 
-bool ResponseReader::refuse(const QString& why) {
+bool ResponseHeadReader::refuse(const QString& why) {
     refusal_ = why;
     return false;
 }
 
-bool ResponseReader::takeLine(std::string_view line) {
+bool ResponseHeadReader::takeLine(std::string_view line) {
     if (head_)
         return true;  // A trailer.
     hasSeenAnswer_ = true;
@@ -46,11 +46,11 @@ bool ResponseReader::takeLine(std::string_view line) {
     return !isEnd || endBlock();
 }
 
-bool ResponseReader::isAnsweredByTransport(int statusCode) const {
+bool ResponseHeadReader::isAnsweredByTransport(int statusCode) const {
     return (negotiates_.server && statusCode == 401) || (negotiates_.proxy && statusCode == 407);
 }
 
-bool ResponseReader::endBlock() {
+bool ResponseHeadReader::endBlock() {
     auto read = readHead(std::exchange(block_, {}));
     if (!read)
         return refuse(u"the server's answer is not HTTP"_s);
@@ -68,7 +68,7 @@ bool ResponseReader::endBlock() {
     return ++rounds_ <= mostRounds;
 }
 
-bool ResponseReader::accept(HTTPResponseHead head) {
+bool ResponseHeadReader::accept(HTTPResponseHead head) {
     heldHead_.reset();
     if (const QString why = contradiction(head); !why.isEmpty())
         return refuse(why);
@@ -77,7 +77,7 @@ bool ResponseReader::accept(HTTPResponseHead head) {
     return true;
 }
 
-QString ResponseReader::contradiction(const HTTPResponseHead& head) const {
+QString ResponseHeadReader::contradiction(const HTTPResponseHead& head) const {
     if (const QString why = contradictionOfFraming(head.headers); !why.isEmpty())
         return why;
     if (contradictsItself(head.headers, u"Location"_s))
@@ -87,24 +87,24 @@ QString ResponseReader::contradiction(const HTTPResponseHead& head) const {
     return head.statusCode == 206 ? contradictionOfPartialContent(head.headers, asked_) : QString();
 }
 
-bool ResponseReader::bodyStarts() {
+bool ResponseHeadReader::bodyStarts() {
     return head_ || (heldHead_ && accept(*std::exchange(heldHead_, {})));
 }
 
-void ResponseReader::end() {
+void ResponseHeadReader::end() {
     if (isProxyAsking())
         head_ = std::exchange(proxyHead_, {});
     else if (refusal_.isEmpty())
         static_cast<void>(bodyStarts());
 }
 
-const std::optional<HTTPResponseHead>& ResponseReader::tunnelRefusal() const {
+const std::optional<HTTPResponseHead>& ResponseHeadReader::tunnelRefusal() const {
     static const std::optional<HTTPResponseHead> none;
     const bool isRefused = !isRequestSent_ && proxyHead_ && proxyHead_->statusCode >= 300;
     return isRefused ? proxyHead_ : none;
 }
 
-bool ResponseReader::isProxyAsking() const {
+bool ResponseHeadReader::isProxyAsking() const {
     constexpr int proxyAuthenticationRequired = 407;
     return tunnelRefusal() && tunnelRefusal()->statusCode == proxyAuthenticationRequired;
 }
