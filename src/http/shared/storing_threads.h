@@ -18,8 +18,8 @@ public:
     void waitForDone();
 
 private:
-    std::mutex _lock;  ///< Guards the map, not what is in it.
-    std::map<std::uint64_t, platform::ThreadPool> _pools;
+    std::mutex lock_;  ///< Guards the map, not what is in it.
+    std::map<std::uint64_t, platform::ThreadPool> pools_;
 };
 
 }  // namespace http
