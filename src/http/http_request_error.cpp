@@ -92,6 +92,7 @@ bool isFromTheWayToServer(const Error& error) {
            isNetworkError(platform::networkErrorProxyNotFound) ||
            isNetworkError(platform::networkErrorProxyRefused) ||
            isNetworkError(platform::networkErrorCannotConnect) ||
+           isNetworkError(platform::networkErrorRefused) ||
            isNetworkError(platform::networkErrorTimedOut);
 }
 

@@ -14,25 +14,41 @@ class TlsTest(SystemTest):
         trust = {"SSL_CERT_FILE": str(self.server.authority.authority)}
         self.assert_fetches(source, environment=trust)
 
+    def test_a_kept_connection_serves_the_next_file(self):
+        for name in "one.bin", "two.bin":
+            self.serve(name, MIB)
+        result = self.home.run("-Number Of Concurrent Downloads", "1",
+                               *map(self.server.url, ("/one.bin", "/two.bin")),
+                               environment={"SSL_CERT_FILE": str(self.server.authority.authority)})
+        self.assert_status(result, 0)
+        first, second = self.server.connections()[-2:]
+        self.assertEqual(first, second)
+
     def test_certificates_that_are_not_believed(self):
+        unknown = "Nobody who is trusted vouches for the server’s certificate."
         cases = {
-            "certificate has expired": {"days": -1},
-            "no alternative certificate subject name matches": {"names": "DNS:elsewhere.invalid"},
-            "self-signed certificate": {"signs": False},
-            "unable to get local issuer certificate": {},
+            "certificate has expired":
+                ("The certificate of the server has expired", {"days": -1}),
+            "no alternative certificate subject name matches":
+                ("The certificate is not valid for this host.",
+                 {"names": "DNS:elsewhere.invalid"}),
+            "self-signed certificate": (unknown, {"signs": False}),
+            "unable to get local issuer certificate": (unknown, {}),
         }
-        for reason, certificate in cases.items():
+        for reason, (sentence, certificate) in cases.items():
             with self.subTest(reason):
                 server = TlsNginx(**certificate)
                 self.addCleanup(server.close)
                 trust = {"SSL_CERT_FILE": str(server.authority.authority)} if certificate else {}
                 result = self.home.run(server.url("/secret.bin"), environment=trust)
                 self.assert_status(result, 1)
-                self.assertIn(reason, result.stderr)
+                self.assertIn(sentence, result.stderr)
                 self.assertNotIn("/secret.bin", [request[1] for request in server.requests()])
                 self.assertEqual((self.home.finished(), self.home.partial_bytes()), ([], 0))
-        # The general words, which the window shows.
+        # What only those who look for it want to know.
         log = (self.home.root / "state/Orlop/Log.jsonl").read_text()
+        for reason in cases:
+            self.assertIn(reason, log)
         self.assertEqual(log.count("A connection failure occurred: SSL problem (Possible causes may"
                                    " include a bad/expired/self-signed certificate, clock set to "
                                    "wrong date)"), len(cases))

@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 
+#include "app/failures/failure_sentence.h"
 #include "engine/lifecycle/transfer.h"
 #include "engine/presentation/status_text.h"
 #include "engine/record/status.h"
@@ -56,9 +57,8 @@ QString completionDetail(engine::DQDownload& download) {
 }
 
 QString failureDetail(engine::DQDownload& download) {
-    // The innermost error is the system's own word, such as that the disk is full.
-    if (const auto& error = download.lastError())
-        return error->underlying ? error->underlying->text : error->text;
+    if (const QString sentence = failureSentence(download); !sentence.isEmpty())
+        return sentence;
     const QString status = download.statusDescriptionWithLiveDetails(false);
     const int code = download.userSettings().value(engine::keys::statusCode).toInt();
     // A status of success does not say by itself what was wrong.

@@ -229,17 +229,27 @@ std::optional<Error> HTTPReadStream::Private::whatWentWrong(CURLcode result) con
     if (result == CURLE_OK && !responseHead)
         return badResponseError(u"it ended within its head"_s);
     if (result == CURLE_OK && !isBodyWhole())
-        return badResponseError(u"its body is not as long as it says"_s);
+        return cutShortError();
     if (result == CURLE_OK && isEndDoubtful())
         return unannouncedEndError();
     // What was given up for no reason of its own stands: a challenge, or a proxy's refusal.
     if (result == CURLE_OK || (responseHead && (isGivenUp_ || responseHead->fromProxy)))
         return std::nullopt;
-    const Error failure = errorForResult(result, QString::fromUtf8(reason_.data()));
+    const Error failure = errorForResult(resultOf(result));
     const bool isLost = failure.is(networkErrorDomain, networkErrorConnectionLost);
     if (isLost && usedExistingConnection && !reader_->hasSeenAnswer())
         return brokenReusedConnectionError();
     return failure;
+}
+
+TransferResult HTTPReadStream::Private::resultOf(CURLcode code) const {
+    TransferResult result{code, QString::fromUtf8(reason_.data())};
+    long systemError = 0;
+    if (curl_easy_getinfo(easy_.get(), CURLINFO_OS_ERRNO, &systemError) == CURLE_OK)
+        result.systemError = static_cast<int>(systemError);
+    static_cast<void>(
+        curl_easy_getinfo(easy_.get(), CURLINFO_SSL_VERIFYRESULT, &result.verification));
+    return result;
 }
 
 bool HTTPReadStream::Private::hasBody() const {

@@ -10,6 +10,7 @@
 #include "platform/net/network_loop_private.h"
 #include "platform/net/receive_buffer.h"
 #include "platform/net/response_head_reader.h"
+#include "platform/net/transfer_error.h"
 #include "platform/net/transfer_options.h"
 
 namespace platform {
@@ -55,6 +56,7 @@ private:
     void securesConnection(void* context);
 
     [[nodiscard]] std::optional<Error> whatWentWrong(CURLcode result) const;
+    [[nodiscard]] TransferResult resultOf(CURLcode code) const;
     [[nodiscard]] bool hasBody() const;
     [[nodiscard]] bool isBodyWhole() const;
     [[nodiscard]] bool isEndDoubtful() const;

@@ -15,7 +15,17 @@ namespace platform {
 [[nodiscard]] Error unannouncedEndError();
 /// The proxy answered CONNECT with this.
 [[nodiscard]] Error proxyRefusalError(const HTTPProxy& proxy, const HTTPResponseHead& answer);
-/// What a result that is not CURLE_OK means. `reason`: libcurl's own words, possibly empty.
-[[nodiscard]] Error errorForResult(CURLcode result, const QString& reason);
+/// The body ended before it was as long as it says.
+[[nodiscard]] Error cutShortError();
+
+/// How a transfer ended, in libcurl's terms.
+struct TransferResult {
+    CURLcode code = CURLE_OK;
+    QString reason;         ///< libcurl's own words, possibly empty.
+    int systemError = 0;    ///< errno of the last attempt to connect; 0: not known.
+    long verification = 0;  ///< Of the server's certificate, as OpenSSL numbers the reasons.
+};
+/// What a result that is not CURLE_OK means.
+[[nodiscard]] Error errorForResult(const TransferResult& result);
 
 }  // namespace platform

@@ -2,6 +2,7 @@
 
 #include <QLocale>
 
+#include "app/failures/failure_sentence.h"
 #include "engine/record/download.h"
 #include "engine/settings.h"
 #include "links/text/typography.h"
@@ -29,8 +30,8 @@ QString rowToolTip(engine::DQDownload& download) {
     QString text = download.originalURLString() + u'\n' + bullet +
                    download.statusDescriptionWithLiveDetails(false) + u'\n' + bullet +
                    dateLine(download.date());
-    if (const auto& error = download.lastError()) {
-        text += u'\n' + bullet + error->text;
+    if (const QString sentence = app::failureSentence(download); !sentence.isEmpty()) {
+        text += u'\n' + bullet + sentence;
     }
     const bool inBundle =
         platform::standardDefaults().get(engine::settings::intermediatesLocation) > 0;
@@ -41,7 +42,10 @@ QString rowToolTip(engine::DQDownload& download) {
 }
 
 QString accessibleRowText(engine::DQDownload& download) {
-    return download.displayName() + u", "_s + download.statusDescriptionWithLiveDetails(false);
+    const QString text =
+        download.displayName() + u", "_s + download.statusDescriptionWithLiveDetails(false);
+    const QString sentence = app::failureSentence(download);
+    return sentence.isEmpty() ? text : text + u", "_s + sentence;
 }
 
 }  // namespace ui
