@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <optional>
 
@@ -8,6 +9,7 @@
 #include "app/lifecycle/command_line.h"
 #include "app/main_controller.h"
 #include "app/status/queue_status_reporter.h"
+#include "platform/base/log_writer.h"
 #include "platform/files/files.h"
 #include "platform/session/signal_watcher.h"
 #include "ui/art/appearance.h"
@@ -69,6 +71,7 @@ int main(int argumentCount, char** argumentValues) {
     if (const std::optional<int> status = answerAtOnce(line)) {
         return *status;
     }
+    const platform::ProgramLog log;
     // Qt would take arguments with one dash for its own; they are settings here.
     int ownArguments = 1;
     QApplication application(ownArguments, argumentValues);
@@ -117,6 +120,8 @@ int main(int argumentCount, char** argumentValues) {
     });
     const int status = QApplication::exec();
     windows.reset();
-    core.stop();
+    if (!core.stop()) {
+        std::_Exit(status);
+    }
     return status;
 }

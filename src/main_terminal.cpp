@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "app/terminal/program.h"
+#include "platform/base/log_writer.h"
 #include "platform/files/files.h"
 #include "platform/session/signal_watcher.h"
 
@@ -31,6 +32,7 @@ int main(int argc, char** argv) {
     const auto environment = QProcessEnvironment::systemEnvironment();
     platform::ignoreBrokenPipes();
     useUtf8();
+    const platform::ProgramLog log;
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("Orlop"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ORLOP_VERSION));
@@ -38,5 +40,7 @@ int main(int argc, char** argv) {
         app::terminal::runProgram(QCoreApplication::arguments().mid(1), environment);
     if (end.signal != 0)
         platform::endBySignal(end.signal);
+    if (end.mustNotWait)
+        std::_Exit(end.status);
     return end.status;
 }

@@ -16,7 +16,6 @@ HTTPSession::~HTTPSession() {
     // What still waits must not start while the thread winds up.
     shared_->sharedQueue.setSuspended(true);
     shared_->thread.stop();
-    shared_->storingThreads.waitForDone();
     shared_->sharedQueue.removeAllOperations();
     SharedState::install(nullptr);
 }

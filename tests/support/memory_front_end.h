@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "app/front_end.h"
-#include "engine/presentation/vanishing.h"
+#include "app/rows/vanishing.h"
 
 namespace support {
 
@@ -26,7 +26,7 @@ public:
     std::deque<std::optional<QString>> files, folders;
     bool isModal = false, holdsModifiers = false, isVisible = false, isHiddenNow = false;
     bool springs = false;
-    std::shared_ptr<engine::VanishView> vanishing;
+    std::shared_ptr<app::VanishView> vanishing;
 
     // What happened.
 
@@ -96,7 +96,7 @@ public:
         delayedRedraws.push_back(delay);
     }
     void displayNow() override {}
-    std::shared_ptr<engine::VanishView> vanishView() override { return vanishing; }
+    std::shared_ptr<app::VanishView> vanishView() override { return vanishing; }
 
     void copy(const app::Pasteboard& pasteboard) override { copied = pasteboard; }
 

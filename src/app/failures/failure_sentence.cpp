@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <vector>
 
-#include "engine/record/download.h"
+#include "engine/lifecycle/download.h"
 #include "engine/record/known_file.h"
 #include "engine/record/user_settings.h"
 #include "engine/workers/download_worker_prototype.h"
@@ -177,16 +177,22 @@ QString failureSentence(engine::DQDownload& download) {
     const auto& error = download.lastError();
     if (!error)
         return {};
-    FailureCircumstances circumstances;
+    const Error* found = nullptr;
+    const Cause* const cause = causeOf(*error, found);
+    const Detail detail = cause != nullptr ? cause->detail : Detail::None;
     const QString partial = download.intermediateDownloadTargetPath();
-    circumstances.expected = engine::knownFile(download.userSettings()).length;
-    // Of several parts the first says little about the whole.
-    if (!download.userSettings().contains(engine::keys::accelerationWorkers))
-        circumstances.received = platform::fileSize(partial).value_or(0);
-    const QStorageInfo volume(QFileInfo(partial).absolutePath());
-    if (volume.isValid()) {
+    FailureCircumstances circumstances;
+    if (detail == Detail::Progress) {
+        circumstances.expected = engine::knownFile(download.userSettings()).length;
+        // Of several parts the first says little about the whole.
+        if (!download.userSettings().contains(engine::keys::accelerationWorkers))
+            circumstances.received = platform::fileSize(partial).value_or(0);
+    }
+    if (detail == Detail::Space) {
+        const QStorageInfo volume(QFileInfo(partial).absolutePath());
         circumstances.volume = volume.displayName();
-        circumstances.freeBytes = volume.bytesAvailable();
+        if (volume.isValid())
+            circumstances.freeBytes = volume.bytesAvailable();
     }
     return failureSentence(*error, circumstances);
 }

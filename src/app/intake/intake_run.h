@@ -9,7 +9,7 @@
 #include "app/front_end.h"
 #include "app/intake/address_source.h"
 #include "app/intake/script_arguments.h"
-#include "app/queue/download_queue.h"
+#include "engine/queue/download_queue.h"
 #include "platform/base/user_defaults.h"
 
 namespace engine {
@@ -24,7 +24,7 @@ namespace app {
 class IntakeRun {
 public:
     struct Surroundings {
-        DownloadQueue& queue;
+        engine::DownloadQueue& queue;
         platform::UserDefaults& defaults;
         FrontEnd frontEnd;
     };

@@ -27,7 +27,9 @@ void registerDefaults(platform::UserDefaults& defaults) {
                   links::settings::skipRedirectingServices, settings::instantDuplicateCheck,
                   settings::rememberSelection, settings::numberOfHistoryItems,
                   settings::historyOfCompleteDownloads, settings::numberOfTopLevelHistoryItems,
-                  settings::autoResumeAfterSleepDelay, engine::settings::storeMetadataLocally));
+                  settings::autoResumeAfterSleepDelay, engine::settings::storeMetadataLocally,
+                  engine::settings::throttleSupported, engine::settings::throttleLimit,
+                  engine::settings::filenameExtensionPolicy));
 }
 
 }  // namespace app

@@ -3,8 +3,8 @@
 #include <QFileInfo>
 
 #include "app/failures/failure_sentence.h"
-#include "engine/lifecycle/transfer.h"
-#include "engine/presentation/status_text.h"
+#include "app/rows/status_text.h"
+#include "engine/context.h"
 #include "engine/record/status.h"
 #include "engine/record/user_settings.h"
 #include "engine/settings.h"
@@ -19,12 +19,12 @@ namespace {
 using namespace Qt::Literals::StringLiterals;
 using links::localized;
 
-ProgressRow progressRow(const engine::DQDownload& download) {
+ProgressRow progressRow(const StatusTexts& statusTexts, const engine::DQDownload& download) {
     ProgressRow row;
     row.name = download.displayName();
-    const engine::ProgressTexts texts = engine::progressTexts(download);
+    const StatusTexts::Progress texts = statusTexts.progress(download);
     if (texts.bytes.isEmpty()) {
-        row.note = download.downloadProgressDescription();
+        row.note = statusTexts.downloadProgressDescription(download);
         return row;
     }
     if (download.transfer().figures().isLengthKnown)
@@ -38,28 +38,29 @@ ProgressRow progressRow(const engine::DQDownload& download) {
 
 }  // namespace
 
-std::vector<ProgressRow> progressRows(const std::vector<engine::DownloadPtr>& downloads) {
+std::vector<ProgressRow> progressRows(const StatusTexts& texts,
+                                      const std::vector<engine::DownloadPtr>& downloads) {
     std::vector<ProgressRow> rows;
     rows.reserve(downloads.size());
     for (const engine::DownloadPtr& download : downloads)
-        rows.push_back(progressRow(*download));
+        rows.push_back(progressRow(texts, *download));
     return rows;
 }
 
-QString completionDetail(engine::DQDownload& download) {
+QString completionDetail(const engine::DQDownload& download) {
     const QString path = download.path();
     const QString size = links::fileSizeDescriptionWithBytesCount(
         static_cast<quint64>(platform::fileSize(path).value_or(0)));
-    if (platform::standardDefaults().get(engine::settings::privateDownloading))
+    if (download.context().defaults.get(engine::settings::privateDownloading))
         return size;
     const QString folder = platform::abbreviateWithTilde(QFileInfo(path).path());
     return links::filledFormat(localized("%@ in %@"), {size, folder});
 }
 
-QString failureDetail(engine::DQDownload& download) {
+QString failureDetail(const StatusTexts& texts, engine::DQDownload& download) {
     if (const QString sentence = failureSentence(download); !sentence.isEmpty())
         return sentence;
-    const QString status = download.statusDescriptionWithLiveDetails(false);
+    const QString status = texts.statusDescriptionWithLiveDetails(download, false);
     const int code = download.userSettings().value(engine::keys::statusCode).toInt();
     // A status of success does not say by itself what was wrong.
     const bool wasEmpty = code == 0 || (code >= 200 && code <= 299);

@@ -1,20 +1,19 @@
 #include "engine/workers/http_client_setup.h"
 
-#include "engine/admission/throttle.h"
 #include "engine/settings.h"
+#include "engine/workers/throttle.h"
 #include "http/http_request.h"
 
 namespace engine {
 
-void configureHTTPClient() {
+void configureHTTPClient(const platform::UserDefaults& defaults, const Throttle& throttle) {
     constexpr qint64 defaultOperations = 64;
-    const qint64 operations =
-        platform::standardDefaults().get(settings::maximumConcurrentOperations);
+    const qint64 operations = defaults.get(settings::maximumConcurrentOperations);
     http::HTTPRequest::sharedQueue().setMaxConcurrentOperationCount(
         static_cast<int>(operations < 1 ? defaultOperations : operations));
     // Workers name the program themselves, unless the user wants no name to be sent.
     http::HTTPRequest::setDefaultUserAgentString({});
-    Throttle::apply();
+    throttle.apply();
 }
 
 }  // namespace engine

@@ -79,8 +79,8 @@ bool BodyDelivery::setStore(std::shared_ptr<HTTPBodyStore> store, const QByteArr
     const std::scoped_lock guard(parts_.state.cancelledLock);
     if (parts_.state.isComplete())
         return false;
-    auto& threads = parts_.shared.storingThreads.ofDisk(store->disk());
-    storage_ = std::make_shared<BodyStorage>(threads, std::move(store), std::move(receiver));
+    auto& thread = store->writesOfDisk();
+    storage_ = std::make_shared<BodyStorage>(thread, std::move(store), std::move(receiver));
     // One block is within any limit.
     if (!first.isEmpty())
         static_cast<void>(storage_->add(first, callWhenCaughtUp()));

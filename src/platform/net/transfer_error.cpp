@@ -43,8 +43,8 @@ Meaning meaningOfReceiveError(const QString& reason) {
     return connectionLost();
 }
 
-/// Without a fault of the certificate itself it is another host's, which libcurl finds out before it
-/// notes a reason.
+/// Without a fault of the certificate itself it is another host's, which libcurl finds out before
+/// it notes a reason.
 Meaning meaningOfVerification(long verification) {
     const QString text = u"The server's certificate cannot be trusted"_s;
     switch (verification) {
