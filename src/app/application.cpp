@@ -13,7 +13,6 @@
 #include "app/lifecycle/instance_lock.h"
 #include "app/lifecycle/launch_items.h"
 #include "app/lifecycle/lifecycle.h"
-#include "app/lifecycle/registered_defaults.h"
 #include "app/lifecycle/settings_effects.h"
 #include "app/main_controller.h"
 #include "app/pages/download_pages.h"
@@ -59,7 +58,7 @@ public:
     StandardDefaults(platform::RunLoop& loop, const QVariantMap& arguments)
         : defaults(platform::userConfigFolder(), platform::defaultsDomain, &loop) {
         defaults.setArguments(arguments);
-        registerDefaults(defaults);
+        platform::registerSettings(defaults);
         platform::installStandardDefaults(&defaults);
         followDebugLog();
         observer_ = defaults.addObserver([this](const QString& key) {

@@ -10,21 +10,20 @@ namespace desktop::settings {
 using platform::Setting;
 
 // Status item.
-inline constexpr Setting<qint64> statusItemWidth{
+inline const Setting<qint64> statusItemWidth{
     u"DQStatusItemWidth", 0, false,
     "Width of the status item, up to 100; less than its image means the image's."};
-inline constexpr Setting<double> statusItemDragSpringActionDelay{
+inline const Setting<double> statusItemDragSpringActionDelay{
     u"DQStatusItemDragSpringActionDelay", 0.5, false,
     "Seconds that a drag rests on the status item until the window comes up; 0 or less: at once."};
-inline constexpr Setting<bool> statusItemVisibilityCheckRespondsToAllWindows{
+inline const Setting<bool> statusItemVisibilityCheckRespondsToAllWindows{
     u"DQStatusItemVisibilityCheckRespondsToAllWindows", false, false,
     "A status item below any window counts as covered and takes no drops."};
 
 // Icon announcements.
-inline constexpr Setting<bool> disableAnnouncing{
-    u"com.tarnworks.AIHDisableAnnouncing", false, false,
-    "Other programs are not told what the icon shows."};
-inline constexpr Setting<bool> disableListening{
+inline const Setting<bool> disableAnnouncing{u"com.tarnworks.AIHDisableAnnouncing", false, false,
+                                             "Other programs are not told what the icon shows."};
+inline const Setting<bool> disableListening{
     u"com.tarnworks.AIHDisableListening", false, false,
     "What other programs announce of their icons is not listened to."};
 
@@ -36,10 +35,10 @@ inline const Setting<QVariantMap> securityScopedBookmarks{
     "The folders that the user unlocked for a program that may reach no others, by path."};
 
 // Help.
-inline constexpr Setting<bool> helpCenterQuickAccess{
+inline const Setting<bool> helpCenterQuickAccess{
     u"DQHelpManager: Center Quick Access", false, false,
     "The help window's quick access stands in its middle."};
-inline constexpr Setting<bool> helpListAnchorsInSubmenus{
+inline const Setting<bool> helpListAnchorsInSubmenus{
     u"DQHelpManager: List Anchors In Submenus", false, false,
     "The help menu lists the sections of a page in a submenu of their own."};
 inline const Setting<QString> helpOpenRelativePath{
@@ -49,17 +48,17 @@ inline const Setting<QString> helpOpenRelativePath{
     "Help page to open at the next launch, relative to the help folder; removed when used."};
 
 // Updates and news.
-inline constexpr Setting<bool> suppressNews{u"Automatic News Updates: Suppress", false, false,
-                                            "News are not looked for."};
-inline constexpr Setting<bool> newsReportVersion{
+inline const Setting<bool> suppressNews{u"Automatic News Updates: Suppress", false, false,
+                                        "News are not looked for."};
+inline const Setting<bool> newsReportVersion{
     u"Automatic News Updates: Report Version", false, false,
     "Looking for news tells the server which version of the program asks."};
-inline constexpr Setting<bool> newsPoppedUpOnce{u"Automatic News Updates: Popped Up Once", false,
-                                                false, "News have come up by themselves before."};
+inline const Setting<bool> newsPoppedUpOnce{u"Automatic News Updates: Popped Up Once", false, false,
+                                            "News have come up by themselves before."};
 inline const Setting<QVariant> latestNews{
     u"Automatic News Updates: Latest", {}, false, "When news were last looked for."};
-inline constexpr Setting<qint64> newsVersion{u"Automatic News Updates: Version", 0, false,
-                                             "The number of the news that were seen last."};
+inline const Setting<qint64> newsVersion{u"Automatic News Updates: Version", 0, false,
+                                         "The number of the news that were seen last."};
 inline const Setting<QVariantMap> updateStatus{
     u"DQSparkleWrapper Status",
     {},

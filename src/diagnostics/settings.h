@@ -4,10 +4,10 @@
 
 namespace diagnostics::settings {
 
-inline constexpr platform::Setting<bool> disableCoalescing{
+inline const platform::Setting<bool> disableCoalescing{
     u"ILRIntegratedLogReaderDisableCoalescing", false, false,
     "The log viewer shows equal lines in a row one by one."};
-inline constexpr platform::Setting<bool> hideSender{
+inline const platform::Setting<bool> hideSender{
     u"ILRIntegratedLogReaderHideSender", false, false,
     "The log viewer does not say which part of the program wrote a line."};
 

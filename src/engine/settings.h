@@ -11,23 +11,34 @@ namespace engine::settings {
 using platform::Setting;
 
 // How many at once.
-inline constexpr Setting<qint64> numberOfConcurrentDownloads{
-    u"Number Of Concurrent Downloads", 4, false,
-    "How many downloads run at once, 1 to 9; any other value lifts the limit."};
-inline constexpr Setting<qint64> numberOfConcurrentDownloadsPerHost{
-    u"Number Of Concurrent Downloads Per Host", 2, false,
-    "How many downloads run at once from one host; below 1 lifts the limit."};
+inline const Setting<qint64> numberOfConcurrentDownloads{
+    u"Number Of Concurrent Downloads",
+    4,
+    false,
+    "How many downloads run at once; 0 lifts the limit.",
+    {.lowest = 1, .below = 0, .highest = 9, .above = 0}};
+inline const Setting<qint64> numberOfConcurrentDownloadsPerHost{
+    u"Number Of Concurrent Downloads Per Host",
+    2,
+    false,
+    "How many downloads run at once from one host; 0 lifts the limit.",
+    {.lowest = 0}};
 
 // Several connections for one file.
-inline constexpr Setting<bool> accelerationEnabled{
+inline const Setting<bool> accelerationEnabled{
     u"Acceleration: Enabled", false, false,
     "Large files are fetched over several connections, except from hosts on the blacklist."};
-inline constexpr Setting<qint64> accelerationChannels{
-    u"Acceleration: Channels", 4, false,
-    "Connections for one file; below 2 means 4, above 9 means 9."};
-inline constexpr Setting<qint64> accelerationMinimumFractionSize{
-    u"Acceleration: Minimum Fraction Size", 100000, false,
-    "No connection is opened for fewer bytes than this; below 1 means 100000."};
+inline const Setting<qint64> accelerationChannels{u"Acceleration: Channels",
+                                                  4,
+                                                  false,
+                                                  "Connections for one file.",
+                                                  {.lowest = 2, .below = 4, .highest = 9}};
+inline const Setting<qint64> accelerationMinimumFractionSize{
+    u"Acceleration: Minimum Fraction Size",
+    100000,
+    false,
+    "No connection is opened for fewer bytes than this.",
+    {.lowest = 1, .below = 100000}};
 inline const Setting<QStringList> accelerationHostWhitelist{
     u"Acceleration: Host Whitelist",
     {},
@@ -38,48 +49,57 @@ inline const Setting<QStringList> accelerationHostBlacklist{
     {},
     false,
     "Hosts that are not accelerated although acceleration is on."};
-inline constexpr Setting<bool> displayAccelerationConnections{
+inline const Setting<bool> displayAccelerationConnections{
     u"Display Acceleration Connections", false, false,
     "The progress text of a download says how many connections it has."};
 
 // Transfers.
-inline constexpr Setting<bool> throttleEnabled{
-    u"Throttle: Enabled", false, false, "The bandwidth of all downloads together is limited."};
-inline constexpr Setting<qint64> throttleLimit{u"Throttle: Limit", 100000, true,
-                                               "The bandwidth limit in bytes per second."};
-inline constexpr Setting<bool> throttleSupported{
+inline const Setting<bool> throttleEnabled{u"Throttle: Enabled", false, false,
+                                           "The bandwidth of all downloads together is limited."};
+inline const Setting<qint64> throttleLimit{u"Throttle: Limit",
+                                           100000,
+                                           true,
+                                           "The bandwidth limit in bytes per second.",
+                                           {.lowest = 1, .below = 1000}};
+inline const Setting<bool> throttleSupported{
     u"Throttle: Supported", true, true, "Bandwidth can be limited at all; read once in a run."};
-inline constexpr Setting<qint64> maximumConcurrentOperations{
-    u"Maximum Concurrent Operations", 64, false,
-    "Requests that may be open at once, over all downloads; below 1 means 64."};
-inline constexpr Setting<qint64> requestTimeoutInterval{
-    u"Request Timeout Interval", 0, false,
-    "Seconds without a byte until a transfer fails; below 1 means 60."};
+inline const Setting<qint64> maximumConcurrentOperations{
+    u"Maximum Concurrent Operations",
+    64,
+    false,
+    "Requests that may be open at once, over all downloads.",
+    {.lowest = 1, .below = 64}};
+inline const Setting<qint64> requestTimeoutInterval{
+    u"Request Timeout Interval",
+    0,
+    false,
+    "Seconds without a byte until a transfer fails.",
+    {.lowest = 1, .below = 60}};
 inline const Setting<QString> customUserAgent{
     u"Custom User Agent",
     {},
     false,
     "Sent to servers in place of the program's own name; \"-\" sends no user agent."};
-inline constexpr Setting<qint64> filenameExtensionPolicy{
+inline const Setting<qint64> filenameExtensionPolicy{
     u"Filename Extension Policy", 1, true,
     "Whether a name takes its extension from the content type: 1 if it has none, 2 also if it has "
     "one that does not belong to the type, 3 always, any other value never."};
-inline constexpr Setting<bool> autoResume{u"Auto-Resume", false, false,
-                                          "A download that failed is queued again by itself."};
-inline constexpr Setting<double> autoResumeIntervalThreshold{
+inline const Setting<bool> autoResume{u"Auto-Resume", false, false,
+                                      "A download that failed is queued again by itself."};
+inline const Setting<double> autoResumeIntervalThreshold{
     u"Auto-Resume: Interval Threshold", 5.0, false,
     "Seconds that must have passed since the last failure of any download for a new failure to be "
     "resumed."};
-inline constexpr Setting<double> autoResumeDelay{
+inline const Setting<double> autoResumeDelay{
     u"Auto-Resume: Delay", 1.0, false,
     "Seconds from a failure until the download is queued again."};
 
 // Files.
-inline constexpr Setting<qint64> intermediatesLocation{
+inline const Setting<qint64> intermediatesLocation{
     u"Intermediates Location", 1, true,
     "Above 0, partial data lies in an .orlop folder beside its target, otherwise in the folder of "
     "the program's own data."};
-inline constexpr Setting<bool> storeMetadataLocally{
+inline const Setting<bool> storeMetadataLocally{
     u"Store Metadata Locally", true, true,
     "An .orlop folder carries all that is needed to go on with its download, even on another "
     "disk."};
@@ -95,30 +115,30 @@ inline const Setting<QString> subdivisionFormatRules{
     {},
     false,
     "Date format for a subfolder of a rule's folder; empty for none."};
-inline constexpr Setting<qint64> subdivisionDate{
+inline const Setting<qint64> subdivisionDate{
     u"Downloads Folder: Subdivision Format: Date", 0, false,
     "1 names the subfolder by when the download was added, any other value by today."};
-inline constexpr Setting<qint64> lastModifiedHeaderAdoption{
+inline const Setting<qint64> lastModifiedHeaderAdoption{
     u"Last-Modified Header Adoption", 0, false,
     "Above 0, a finished file gets the server's date as its date of modification."};
 
 // Rows.
-inline constexpr Setting<bool> privateDownloading{
+inline const Setting<bool> privateDownloading{
     u"Private Downloading", false, false,
     "Names are hidden wherever they are shown, and nothing enters the history."};
-inline constexpr Setting<bool> privateDownloadingPreservesExtensions{
+inline const Setting<bool> privateDownloadingPreservesExtensions{
     u"Private Downloading Preserves Extensions", false, false,
     "A hidden name still shows its extension and icon."};
-inline constexpr Setting<bool> privateDownloadingAddsGenericPrefix{
+inline const Setting<bool> privateDownloadingAddsGenericPrefix{
     u"Private Downloading Adds Generic Prefix", false, false,
     "A hidden name says that it is the name of a file."};
-inline constexpr Setting<bool> displayLocationsAsNames{
+inline const Setting<bool> displayLocationsAsNames{
     u"Display Locations As Names", false, false,
     "Rows show where a download comes from or lies in place of its name."};
-inline constexpr Setting<bool> revealByLaunching{
+inline const Setting<bool> revealByLaunching{
     u"Reveal By Launching", false, false,
     "The button of a finished row opens the file and does not reveal it."};
-inline constexpr Setting<bool> uselessAnimations{u"Useless Animations", true, true,
-                                                 "Rows that go fade out and collapse."};
+inline const Setting<bool> uselessAnimations{u"Useless Animations", true, true,
+                                             "Rows that go fade out and collapse."};
 
 }  // namespace engine::settings

@@ -4,25 +4,28 @@
 
 namespace links::settings {
 
-inline constexpr platform::Setting<bool> skipRedirectingServices{
+inline const platform::Setting<bool> skipRedirectingServices{
     u"Skip Redirecting Services", true, true,
     "Addresses that wrap another address are cut down to it."};
 
-inline constexpr platform::Setting<bool> storeSourceURLInSpotlightComment{
+inline const platform::Setting<bool> storeSourceURLInSpotlightComment{
     u"Store Source URL In Spotlight Comment", false, false,
     "A finished file's comment names the addresses it came from."};
 
-inline constexpr platform::Setting<bool> numbersDisableGroupingSeparator{
+inline const platform::Setting<bool> numbersDisableGroupingSeparator{
     u"Numbers: Disable Grouping Separator", false, false,
     "Numbers are shown without separators between thousands; read once."};
 
-inline constexpr platform::Setting<bool> numbersLeaveUnlocalized{
+inline const platform::Setting<bool> numbersLeaveUnlocalized{
     u"Numbers: Leave Unlocalized", false, false,
     "Numbers are shown with a point for the decimals and commas between thousands; read once."};
 
-inline constexpr platform::Setting<qint64> numbersFractionDigits{
-    u"Numbers: Fraction Digits", -1, false,
-    "How many decimals a number may have where nothing else decides; negative: by its size."};
+inline const platform::Setting<qint64> numbersFractionDigits{
+    u"Numbers: Fraction Digits",
+    -1,
+    false,
+    "How many decimals a number may have where nothing else decides; -1: by its size.",
+    {.lowest = -1}};
 
 /// Falls back to the user's wording of "a an the", so it has no fallback of its own here.
 inline const platform::Setting<QString> ignorableSortingPrefixes{

@@ -4,22 +4,22 @@
 
 namespace structured::settings {
 
-inline constexpr platform::Setting<bool> prefersShorthand{
+inline const platform::Setting<bool> prefersShorthand{
     u"DQJSONTextViewPrefersShorthand", false, false,
     "Values put into the structured text editor are written in a shorthand."};
-inline constexpr platform::Setting<bool> prefersJSON{
+inline const platform::Setting<bool> prefersJSON{
     u"DQJSONTextViewPrefersJSON", false, false,
     "Values put into the structured text editor are written as JSON where they can be."};
-inline constexpr platform::Setting<bool> escapesJSONSlashes{
+inline const platform::Setting<bool> escapesJSONSlashes{
     u"DQJSONTextViewEscapesJSONSlashes", false, false,
     "The structured text editor writes slashes in JSON with a backslash."};
-inline constexpr platform::Setting<double> fontSize{
+inline const platform::Setting<double> fontSize{
     u"DQJSONTextViewFontSize", 0, false,
     "Font size of the structured text editor in points, from 8 to 50; 0 stands for 12."};
-inline constexpr platform::Setting<bool> tightLayout{
+inline const platform::Setting<bool> tightLayout{
     u"DQJSONTextViewTightLayout", false, false,
     "No extra space between the lines of the structured text editor."};
-inline constexpr platform::Setting<bool> highlightsDespiteError{
+inline const platform::Setting<bool> highlightsDespiteError{
     u"DQJSONTextViewAppliesSyntaxHighlightingDespiteError", false, false,
     "The structured text editor also colours text that it cannot read."};
 

@@ -35,17 +35,17 @@ inline const Setting<QStringList> preferencesToolbar{
     "The sections in the toolbar of the settings; absent: all but \"Experimental\"."};
 
 // Toolkit.
-inline constexpr Setting<bool> flatUserInterfaceDrawing{
+inline const Setting<bool> flatUserInterfaceDrawing{
     u"DQFlatUserInterfaceDrawing", true, true,
     "The program's own controls are drawn flat; they have no other look as yet."};
-inline constexpr Setting<bool> backgroundImageLoaderUsesDetachedThread{
+inline const Setting<bool> backgroundImageLoaderUsesDetachedThread{
     u"DQBackgroundImageLoaderUsesDetachedThread", false, false,
     "Images are loaded on a thread of their own; no image takes long enough for one as yet."};
-inline constexpr Setting<qint64> visibleFrameExtraDockSpacing{
+inline const Setting<qint64> visibleFrameExtraDockSpacing{
     u"DQVisibleFrameExtraDockSpacing", 0, false,
     "Pixels of the screen that windows leave free besides the desktop's panels."};
 
-inline constexpr Setting<qint64> pseudoLocale{
+inline const Setting<qint64> pseudoLocale{
     u"Pseudo Locale", 0, false,
     "For testing, on the command line only: 1 shows every text with accents, 2 also from right to "
     "left."};

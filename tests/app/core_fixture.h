@@ -5,7 +5,6 @@
 #include <QTemporaryDir>
 
 #include "app/controller_roles.h"
-#include "app/lifecycle/registered_defaults.h"
 #include "app/main_controller.h"
 #include "app/rows/rows.h"
 #include "engine/environment.h"
@@ -42,7 +41,7 @@ protected:
     Core() {
         frontEnd.isModal = true;
         platform::installStandardDefaults(&defaults);
-        app::registerDefaults(defaults);
+        platform::registerSettings(defaults);
         environment.applicationSupportPath = [this] { return supportFolder(); };
         environment.isModalWindowUp = [this] { return frontEnd.isModal; };
         environment.beep = [this] { frontEnd.beep(); };

@@ -54,6 +54,33 @@ TEST_F(DefaultsTest, ArgumentsWinOverStoredOverRegistered) {
     EXPECT_EQ(defaults.integerForKey(u"k"_s), 2);
 }
 
+const platform::Setting<qint64> channels{
+    u"Channels", 4, true, "", {.lowest = 2, .below = 5, .highest = 9}};
+const platform::Setting<double> pause{u"Pause", 1.5, false, "", {.lowest = 0.5}};
+const platform::Setting<QString> label{u"Label", u"none"_s, true, ""};
+
+TEST_F(DefaultsTest, TableOfSettingsRegistersWhatIsDeclaredSo) {
+    platform::registerSettings(defaults);
+    EXPECT_EQ(defaults.integerForKey(channels.name()), 4);
+    EXPECT_EQ(defaults.stringForKey(label.name()), u"none"_s);
+    EXPECT_FALSE(defaults.hasValueForKey(pause.name()));
+    EXPECT_EQ(defaults.get(pause), 1.5);
+}
+
+TEST_F(DefaultsTest, ReadingStaysWithinTheLimitsDeclared) {
+    for (const auto& [stored, read] : std::initializer_list<std::pair<qint64, qint64>>{
+             {1, 5}, {2, 2}, {9, 9}, {10, 9}, {-1, 5}}) {
+        defaults.set(channels, stored);
+        EXPECT_EQ(defaults.get(channels), read) << stored;
+        EXPECT_EQ(defaults.integerForKey(channels.name()), stored) << "kept as it was set";
+    }
+    for (const auto& [stored, read] : std::initializer_list<std::pair<double, double>>{
+             {0.25, 0.5}, {0.5, 0.5}, {1e9, 1e9}, {qQNaN(), 0.5}}) {
+        defaults.set(pause, stored);
+        EXPECT_EQ(defaults.get(pause), read) << stored;
+    }
+}
+
 TEST_F(DefaultsTest, WritesShortlyAfterAndOnlyOnce) {
     for (int i = 0; i < 100; ++i)
         defaults.setObject(QString::number(i), i);

@@ -158,8 +158,6 @@ AuthenticationQuestion DQHTTPAuthenticationManager::question() const {
 bool DQHTTPAuthenticationManager::promptForNextAuthentication() {
     if (_pendingRequests.empty() || _prompt == nullptr)
         return false;
-    _defaults.registerDefaults(
-        {{settings::storePasswordsInKeychain.name(), settings::storePasswordsInKeychain.fallback}});
     return _prompt->show(question(), *this);
 }
 

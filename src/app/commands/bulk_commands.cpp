@@ -73,7 +73,7 @@ bool cancel(engine::DownloadQueue& queue, const Downloads& downloads, bool mustC
 
 void openOriginalURLs(const RowActions& actions, const Downloads& downloads,
                       const engine::Context& context) {
-    const double interval = std::max(0.0, context.defaults.get(settings::urlOpeningInterval));
+    const double interval = context.defaults.get(settings::urlOpeningInterval);
     for (std::size_t index = 0; index < downloads.size(); ++index) {
         static const int owner = 0;
         context.loop.performAfter(

@@ -224,7 +224,7 @@ ProgramEnd runProgram(const QStringList& arguments, const QProcessEnvironment& e
     }
     const QString list = line.items.contains(u"-"_s) ? listOnStandardInput() : QString();
     const OpenedItems opened =
-        openedItems(line.items, list, links::settings::skipRedirectingServices.fallback);
+        openedItems(line.items, list, links::settings::skipRedirectingServices.fallback());
     for (const QString& word : opened.refused)
         display.tellProblem(
             localized("neither an address (http://, https://) nor a file: %1").arg(word));

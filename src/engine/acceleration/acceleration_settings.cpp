@@ -1,15 +1,11 @@
 #include "engine/acceleration/acceleration_settings.h"
 
-#include <algorithm>
-
 #include "engine/settings.h"
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace engine {
 namespace {
-
-constexpr qint64 mostChannels = 9;
 
 QString listedName(const QString& host) {
     return host.isEmpty() ? u"?"_s : host;
@@ -34,9 +30,7 @@ void AccelerationSettings::setAccelerates(bool accelerates) {
 }
 
 qint64 AccelerationSettings::accelerationFactor() const {
-    const qint64 channels = defaults_.get(settings::accelerationChannels);
-    return channels < 2 ? settings::accelerationChannels.fallback
-                        : std::min(channels, mostChannels);
+    return defaults_.get(settings::accelerationChannels);
 }
 
 void AccelerationSettings::setAccelerationFactor(qint64 factor) {
@@ -44,8 +38,7 @@ void AccelerationSettings::setAccelerationFactor(qint64 factor) {
 }
 
 qint64 AccelerationSettings::acceleratorFractionMinimumSize() const {
-    const qint64 size = defaults_.get(settings::accelerationMinimumFractionSize);
-    return size < 1 ? settings::accelerationMinimumFractionSize.fallback : size;
+    return defaults_.get(settings::accelerationMinimumFractionSize);
 }
 
 QStringList AccelerationSettings::accelerationHostWhitelist() const {

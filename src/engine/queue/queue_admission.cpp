@@ -12,7 +12,6 @@ namespace engine {
 namespace {
 
 constexpr qint64 unlimitedSlots = 0x7fffffff;
-constexpr qint64 mostConcurrentDownloads = 9;
 
 }  // namespace
 
@@ -21,8 +20,7 @@ QueueAdmission::QueueAdmission(DownloadQueue& queue) : queue_(queue), pass_(queu
 QueueAdmission::~QueueAdmission() = default;
 
 qint64 QueueAdmission::numberOfConcurrentDownloads() const {
-    const qint64 number = queue_.context().defaults.get(settings::numberOfConcurrentDownloads);
-    return number < 1 || number > mostConcurrentDownloads ? 0 : number;
+    return queue_.context().defaults.get(settings::numberOfConcurrentDownloads);
 }
 
 qint64 QueueAdmission::numberOfConcurrentDownloadsPerHost() const {

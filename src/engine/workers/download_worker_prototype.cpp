@@ -12,12 +12,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace engine {
-namespace {
-
-constexpr qint64 defaultTimeOut = 60;
-
-}  // namespace
-
 platform::Error makeWorkerError(WorkerErrorCode code, const QString& text,
                                 const platform::Error* underlying) {
     return {workerErrorDomain, static_cast<int>(code), text,
@@ -74,8 +68,7 @@ bool DQDownloadWorkerPrototype::start() {
     const qint64 timeOut = context_.defaults.get(settings::requestTimeoutInterval);
     const bool isStarted =
         !request_.url.isEmpty() &&
-        startWithRequest(request_, rangeHeader(),
-                         static_cast<platform::Seconds>(timeOut < 1 ? defaultTimeOut : timeOut));
+        startWithRequest(request_, rangeHeader(), static_cast<platform::Seconds>(timeOut));
     _status = isStarted ? DQDownloadWorkerStatusRunning : DQDownloadWorkerStatusFailed;
     return isStarted;
 }

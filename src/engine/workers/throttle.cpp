@@ -26,7 +26,7 @@ void Throttle::setThrottled(bool throttled) {
 
 qint64 Throttle::throttleLimit() const {
     const qint64 limit = defaults_.get(settings::throttleLimit);
-    return limit < 1 ? 1000 : limit;
+    return limit;
 }
 
 void Throttle::setThrottleLimit(qint64 limit) {

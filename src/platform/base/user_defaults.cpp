@@ -358,25 +358,25 @@ bool UserDefaults::synchronize() {
 template <>
 bool UserDefaults::get(const Setting<bool>& setting) const {
     const QVariant value = objectForKey(setting.name());
-    return value.isValid() ? boolValue(value) : setting.fallback;
+    return value.isValid() ? boolValue(value) : setting.fallback();
 }
 
 template <>
 qint64 UserDefaults::get(const Setting<qint64>& setting) const {
     const QVariant value = objectForKey(setting.name());
-    return value.isValid() ? integerValue(value) : setting.fallback;
+    return setting.limits().applied(value.isValid() ? integerValue(value) : setting.fallback());
 }
 
 template <>
 double UserDefaults::get(const Setting<double>& setting) const {
     const QVariant value = objectForKey(setting.name());
-    return value.isValid() ? doubleValue(value) : setting.fallback;
+    return setting.limits().applied(value.isValid() ? doubleValue(value) : setting.fallback());
 }
 
 template <>
 QString UserDefaults::get(const Setting<QString>& setting) const {
     const QVariant value = objectForKey(setting.name());
-    return value.isValid() ? stringValue(value) : setting.fallback;
+    return value.isValid() ? stringValue(value) : setting.fallback();
 }
 
 namespace {

@@ -6,28 +6,12 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <string>
+
+#include "platform/base/setting.h"
 
 namespace platform {
 
 class RunLoop;
-
-/// A setting: its key and what a reader takes when the defaults have no value.
-/// `registered` says that the value is registered at launch rather than supplied by the reader.
-template <typename Value>
-struct Setting {
-    const char16_t* key;
-    Value fallback;
-    bool registered;
-    const char* meaning;
-
-    /// Refers to the constant, without a copy.
-    [[nodiscard]] QString name() const {
-        return QString::fromRawData(
-            reinterpret_cast<const QChar*>(key),
-            static_cast<qsizetype>(std::char_traits<char16_t>::length(key)));
-    }
-};
 
 /// The domain of the program's own settings, in `userConfigFolder`.
 inline const QString defaultsDomain = QStringLiteral("com.tarnworks.Orlop");
@@ -96,6 +80,7 @@ public:
     /// Writes what has not been written. False: it could not be.
     bool synchronize();
 
+    /// The value in force within the setting's limits.
     template <typename Value>
     [[nodiscard]] Value get(const Setting<Value>& setting) const;
     template <typename Value>

@@ -1,6 +1,5 @@
 #include <QCheckBox>
 #include <QComboBox>
-#include <algorithm>
 
 #include "app/main_controller.h"
 #include "app/schedule/automation.h"
@@ -14,10 +13,6 @@ namespace {
 /// The scale of what follows a success: off, each, last.
 const std::vector<Choice> occasions{
     {"Never", 0}, {"After each download", 1}, {"After the last download", 2}};
-
-qint64 upToTwo(qint64 value) {
-    return std::clamp<qint64>(value, 0, 2);
-}
 
 qint64 valueOf(app::CloseBehavior behavior) {
     return static_cast<qint64>(behavior);
@@ -51,11 +46,11 @@ SettingsPage* makeBehaviorsSection(const SettingsContext& context, QWidget* pare
     auto* page = new SettingsPage(context, parent);
     page->addPopup("&Handed an address:",
                    {{"Stay in front", 0}, {"Step back behind other windows", 1}, {"Hide", 2}},
-                   autoRetreat, upToTwo);
+                   autoRetreat);
     page->addNote("What Orlop does once another program has passed it something to download.");
     page->addGap();
-    page->addPopup("Ask for &attention:", occasions, successBounceMode, upToTwo);
-    page->addPopup("Play a &sound:", occasions, successHeartbeatMode, upToTwo);
+    page->addPopup("Ask for &attention:", occasions, successBounceMode);
+    page->addPopup("Play a &sound:", occasions, successHeartbeatMode);
     page->addGap();
     page->addSwitch("Clear from the list:", "&Finished downloads", autoClearSuccesses,
                     [&toggles](bool clears) { toggles.setAutoClearSuccesses(clears); });
@@ -63,9 +58,8 @@ SettingsPage* makeBehaviorsSection(const SettingsContext& context, QWidget* pare
                     [&toggles](bool clears) { toggles.setAutoClearLemons(clears); });
     page->addGap();
     addCloseBehavior(*page, context);
-    page->addPopup(
-        "&Quitting while downloading:", {{"Asks first", 0}, {"Pauses without asking", 1}},
-        quitProcedure, [](qint64 value) { return value > 0 ? 1 : 0; });
+    page->addPopup("&Quitting while downloading:",
+                   {{"Asks first", 0}, {"Pauses without asking", 1}}, quitProcedure);
     page->addSwitch("", "Quit when everything is &done", autoQuit,
                     [&toggles](bool quits) { toggles.setAutoQuit(quits); });
     return page;

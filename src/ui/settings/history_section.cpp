@@ -1,6 +1,5 @@
 #include <QCheckBox>
 #include <QComboBox>
-#include <algorithm>
 
 #include "app/settings.h"
 #include "ui/settings/sections.h"
@@ -24,7 +23,7 @@ SettingsPage* makeHistorySection(const SettingsContext& context, QWidget* parent
                     {"", 1000},
                     separator,
                     {"All", -1}},
-                   numberOfHistoryItems, [](qint64 value) { return std::max<qint64>(value, -1); });
+                   numberOfHistoryItems);
     QComboBox* topLevel =
         page->addPopup("In the &menu itself:", {{"", 5}, {"", 10}, {"", 15}, {"", 20}, {"", 30}},
                        numberOfTopLevelHistoryItems);

@@ -55,10 +55,10 @@ void SettingsBinder::follow(const QStringList& keys, QObject* context,
 
 void SettingsBinder::bind(QCheckBox* box, const platform::Setting<bool>& setting,
                           const Store& store) {
-    const auto show = [this, box, setting] { box->setChecked(defaults_.get(setting)); };
+    const auto show = [this, box, &setting] { box->setChecked(defaults_.get(setting)); };
     box->setObjectName(setting.name());
     follow({setting.name()}, box, show);
-    connect(box, &QCheckBox::clicked, this, [this, setting, show, store](bool isOn) {
+    connect(box, &QCheckBox::clicked, this, [this, &setting, show, store](bool isOn) {
         if (store) {
             store(isOn);
         } else {
@@ -70,13 +70,13 @@ void SettingsBinder::bind(QCheckBox* box, const platform::Setting<bool>& setting
 
 void SettingsBinder::bind(QComboBox* popup, const platform::Setting<qint64>& setting,
                           const Reading& reading) {
-    const auto show = [this, popup, setting, reading] {
+    const auto show = [this, popup, &setting, reading] {
         const qint64 value = defaults_.get(setting);
         selectPopupValue(*popup, reading ? reading(value) : value);
     };
     popup->setObjectName(setting.name());
     follow({setting.name()}, popup, show);
-    connect(popup, &QComboBox::activated, this, [this, popup, setting, show] {
+    connect(popup, &QComboBox::activated, this, [this, popup, &setting, show] {
         defaults_.set(setting, popup->currentData().toLongLong());
         show();
     });
@@ -84,14 +84,14 @@ void SettingsBinder::bind(QComboBox* popup, const platform::Setting<qint64>& set
 
 void SettingsBinder::bind(QLineEdit* field, const platform::Setting<QString>& setting) {
     field->setObjectName(setting.name());
-    follow({setting.name()}, field, [this, field, setting] {
+    follow({setting.name()}, field, [this, field, &setting] {
         // While the user types a blank between two words nothing has changed.
         const QString text = defaults_.get(setting);
         if (field->text().trimmed() != text.trimmed()) {
             field->setText(text);
         }
     });
-    connect(field, &QLineEdit::textEdited, this, [this, setting](const QString& text) {
+    connect(field, &QLineEdit::textEdited, this, [this, &setting](const QString& text) {
         const QString trimmed = text.trimmed();
         defaults_.setObject(setting.name(), trimmed.isEmpty() ? QVariant() : trimmed);
     });

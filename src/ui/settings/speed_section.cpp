@@ -6,7 +6,6 @@
 
 #include "app/main_controller.h"
 #include "app/schedule/automation.h"
-#include "engine/acceleration/acceleration_settings.h"
 #include "engine/queue/queue_admission.h"
 #include "engine/settings.h"
 #include "engine/workers/throttle.h"
@@ -59,8 +58,7 @@ void addLimits(SettingsPage& page, const SettingsContext& context) {
     engine::QueueAdmission& admission = context.controller.queue().admission();
     const auto& overall = engine::settings::numberOfConcurrentDownloads;
     const auto& perHost = engine::settings::numberOfConcurrentDownloadsPerHost;
-    page.addPopup("&Downloads at once:", limits(), overall,
-                  [&admission](qint64) { return admission.numberOfConcurrentDownloads(); });
+    page.addPopup("&Downloads at once:", limits(), overall);
     QComboBox* popup = makePopup(limits(), &page);
     popup->setObjectName(perHost.name());
     page.addRow("From one &host:", popup);
@@ -75,14 +73,11 @@ void addLimits(SettingsPage& page, const SettingsContext& context) {
 void addAcceleration(SettingsPage& page, const SettingsContext& context) {
     const auto& enabled = engine::settings::accelerationEnabled;
     page.addSwitch("Acceleration:", "&Fetch large files over several connections", enabled);
-    QComboBox* factor = page.addPopup(
-        "&Connections:", numbers(2, mostAtOnce), engine::settings::accelerationChannels,
-        [&defaults = context.defaults](qint64) {
-            return engine::AccelerationSettings(defaults).accelerationFactor();
-        });
+    QComboBox* factor = page.addPopup("&Connections:", numbers(2, mostAtOnce),
+                                      engine::settings::accelerationChannels);
     page.addNote("Some servers allow no more than one connection.");
     context.binder.follow({enabled.name()}, factor,
-                          [factor, &defaults = context.defaults, enabled] {
+                          [factor, &defaults = context.defaults, &enabled] {
                               factor->setEnabled(defaults.get(enabled));
                           });
 }

@@ -13,8 +13,8 @@ namespace item = toolbaritem;
 ToolbarLayout::ToolbarLayout(platform::UserDefaults& defaults, bool isThrottlingSupported)
     : defaults_(defaults),
       isThrottlingSupported_(isThrottlingSupported),
-      identifier_(isThrottlingSupported ? settings::mainToolbarWithThrottling.name()
-                                        : settings::mainToolbar.name()) {}
+      setting_(isThrottlingSupported ? settings::mainToolbarWithThrottling
+                                     : settings::mainToolbar) {}
 
 QStringList ToolbarLayout::allowedItems() const {
     QStringList items{item::queuePause,        item::autoQueuePause, item::accelerateThrottle,
@@ -37,12 +37,12 @@ QStringList ToolbarLayout::defaultItems() const {
 }
 
 QStringList ToolbarLayout::items() const {
-    if (!defaults_.hasValueForKey(identifier_)) {
+    if (!defaults_.hasValueForKey(setting_.name())) {
         return defaultItems();
     }
     const QStringList allowed = allowedItems();
     QStringList items;
-    for (const QString& stored : defaults_.stringArrayForKey(identifier_)) {
+    for (const QString& stored : defaults_.stringArrayForKey(setting_.name())) {
         if (allowed.contains(stored) && (isRepeatable(stored) || !items.contains(stored))) {
             items.append(stored);
         }
@@ -52,9 +52,9 @@ QStringList ToolbarLayout::items() const {
 
 void ToolbarLayout::setItems(const QStringList& items) {
     if (items == defaultItems()) {
-        defaults_.removeObject(identifier_);
+        defaults_.removeObject(setting_.name());
     } else {
-        defaults_.setObject(identifier_, items);
+        defaults_.setObject(setting_.name(), items);
     }
 }
 

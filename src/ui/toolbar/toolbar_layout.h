@@ -2,9 +2,7 @@
 
 #include <QStringList>
 
-namespace platform {
-class UserDefaults;
-}
+#include "platform/base/user_defaults.h"
 
 namespace ui {
 
@@ -40,12 +38,12 @@ public:
     [[nodiscard]] static QString symbol(const QString& item);
 
     /// Of the toolbar, telling the two sets of items apart.
-    [[nodiscard]] const QString& identifier() const { return identifier_; }
+    [[nodiscard]] QString identifier() const { return setting_.name(); }
 
 private:
     platform::UserDefaults& defaults_;
     bool isThrottlingSupported_;
-    QString identifier_;
+    const platform::Setting<QStringList>& setting_;
 };
 
 }  // namespace ui
