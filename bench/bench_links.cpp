@@ -86,7 +86,7 @@ void repairOfAddress(benchmark::State& state) {
     useEmptyDefaults();
     const QString address = u"http://host.example/folder/file.zip?x=1&amp;y=2"_s;
     for (auto _ : state)
-        benchmark::DoNotOptimize(links::unescacpedURLStringWithReplacementsApplied(address));
+        benchmark::DoNotOptimize(links::unescacpedURLStringWithReplacementsApplied(address, true));
 }
 BENCHMARK(repairOfAddress);
 

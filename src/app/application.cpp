@@ -22,6 +22,8 @@
 #include "engine/environment.h"
 #include "engine/workers/http_client_setup.h"
 #include "http/http_session.h"
+#include "links/format/numbers.h"
+#include "links/names/sort_keys.h"
 #include "links/text/localization.h"
 #include "platform/base/log.h"
 #include "platform/base/run_loop.h"
@@ -61,6 +63,8 @@ public:
         defaults.setArguments(arguments);
         platform::registerSettings(defaults);
         platform::installStandardDefaults(&defaults);
+        links::setSharedNumberStyle(links::numberStyle(defaults));
+        links::setSortPrefixes(links::sortPrefixesString(defaults));
         followDebugLog();
         observer_ = defaults.addObserver([this](const QString& key) {
             if (key == settings::debugLog.name()) {
@@ -163,7 +167,7 @@ public:
           endOfDisks(disks, haveDisksAnswered),
           authentication(frontEnd.authentication, standardDefaults.defaults),
           environment(engineEnvironment(frontEnd, authentication, downloadPages)),
-          historian(platform::userDataFolder(), standardDefaults.defaults, loop),
+          historian(platform::userDataFolder(), standardDefaults.defaults, disks, loop),
           controller(
               {loop, standardDefaults.defaults, disks, *power, environment, workspace, frontEnd}),
           status({controller, standardDefaults.defaults, loop, frontEnd}),

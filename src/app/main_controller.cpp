@@ -10,6 +10,7 @@
 #include "app/lifecycle/lifecycle.h"
 #include "app/queue/batch_progress.h"
 #include "app/queue/list_presenter.h"
+#include "app/queue/missing_volumes.h"
 #include "app/queue/orphaned_containers.h"
 #include "app/queue/queue_archive.h"
 #include "app/queue/restored_download.h"
@@ -60,6 +61,7 @@ struct DQMainController::Parts {
     bool isStale = false;
     AllDone allDone;
     Automation automation;
+    MissingVolumes missingVolumes;
 
     // What a program without these parts has.
     StatusReporter noStatus;
@@ -113,7 +115,10 @@ DQMainController::Parts::Parts(DQMainController& owner, const Surroundings& give
                   [&owner](bool force) { owner.updateStatusAndForceUpdateApplicationImage(force); },
                   [&owner](engine::StatusMask mask) {
                       owner.vanishDownloads(owner.downloadsMatchingStatusMask(mask));
-                  }}) {}
+                  }}),
+      missingVolumes(given.loop, [&owner](const QStringList& sentences) {
+          Q_EMIT owner.volumesMissing(sentences);
+      }) {}
 
 DQMainController::DQMainController(const Surroundings& surroundings)
     : parts_(std::make_unique<Parts>(*this, surroundings)) {}
@@ -367,10 +372,7 @@ void DQMainController::openURLsOfPage(const std::vector<platform::Url>& urls,
 }
 
 void DQMainController::volumeIsMissing(engine::DQDownload& download) {
-    const QString path = platform::volumePath(download.intermediateDownloadTargetPath());
-    platform::log(u"%1 waits for the volume %2"_s.arg(download.description(), path),
-                  platform::LogLevel::Warning);
-    Q_EMIT volumeMissing(download.shared_from_this(), path);
+    parts_->missingVolumes.note(download);
 }
 
 void DQMainController::fileWasNotThrownAway(const QString& path) {

@@ -215,8 +215,9 @@ Q_SIGNALS:
     void queueFileDamaged(const QString& keptPath);
     void queueFileNotWritten(const QString& reason);
 
-    /// It cannot go on before the volume at `path`, on which its partial file lies, is back.
-    void volumeMissing(const engine::DownloadPtr& download, const QString& path);
+    /// Downloads cannot go on before the volume of their partial files is back; a sentence for each
+    /// volume.
+    void volumesMissing(const QStringList& sentences);
     /// The file of a removed download is still there.
     void fileNotThrownAway(const QString& path);
 

@@ -25,7 +25,7 @@ protected:
 
     void startHistory() {
         historian.reset();
-        historian = std::make_unique<app::DQHistorian>(supportFolder(), defaults, main.loop);
+        historian = std::make_unique<app::DQHistorian>(supportFolder(), defaults, disks, main.loop);
         controller->setHistory(historian.get());
     }
     QString path() const { return supportFolder() + u"/History.plist"_s; }

@@ -244,9 +244,10 @@ TEST(ArchiveWriter, WritesTheLatestOfManyAndFinishesBeforeItGoes) {
             .toInt();
     };
     support::MainLoop main;
+    platform::Disks disks(main.loop);
     int reports = 0;
     {
-        app::ArchiveWriter writer(path, main.loop, [&](const auto& error) {
+        app::ArchiveWriter writer(path, disks, main.loop, [&](const auto& error) {
             EXPECT_FALSE(error);
             ++reports;
         });

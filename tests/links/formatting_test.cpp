@@ -155,19 +155,19 @@ TEST(Formatting, FuzzyDates) {
 }
 
 TEST(Formatting, SortKeys) {
-    auto& defaults = platform::standardDefaults();
-    EXPECT_EQ(links::sortPrefixesByForcedRebuild(true),
-              (QStringList{u"a "_s, u"an "_s, u"the "_s}));
+    platform::UserDefaults& defaults = platform::standardDefaults();
+    links::setSortPrefixes(links::sortPrefixesString(defaults));
+    EXPECT_EQ(links::sortPrefixes(), (QStringList{u"a "_s, u"an "_s, u"the "_s}));
     EXPECT_EQ(links::sortString(u"The Film"_s), u"Film");
     EXPECT_EQ(links::sortString(u"AN apple"_s), u"apple");
     EXPECT_EQ(links::sortString(u"Theatre"_s), u"Theatre");
     EXPECT_EQ(links::sortString(u"A"_s), u"A");
     defaults.set(links::settings::ignorableSortingPrefixes, QString());
-    EXPECT_EQ(links::sortString(u"The Film"_s), u"Film");
-    EXPECT_EQ(links::sortPrefixesByForcedRebuild(true), QStringList(u" "_s));
+    links::setSortPrefixes(links::sortPrefixesString(defaults));
     EXPECT_EQ(links::sortString(u" The Film"_s), u"The Film");
     defaults.removeObject(links::settings::ignorableSortingPrefixes.name());
-    EXPECT_EQ(links::sortPrefixesByForcedRebuild(true).size(), 3);
+    links::setSortPrefixes(links::sortPrefixesString(defaults));
+    EXPECT_EQ(links::sortPrefixes().size(), 3);
 }
 
 }  // namespace

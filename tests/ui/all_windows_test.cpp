@@ -145,7 +145,7 @@ private:
     }
 
     http::HTTPSession session{main.clock};
-    app::DQHistorian historian{supportFolder(), defaults, main.loop};
+    app::DQHistorian historian{supportFolder(), defaults, disks, main.loop};
 };
 
 /// What of a window or a menu its user reads, but for names and addresses.

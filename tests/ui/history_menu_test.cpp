@@ -45,7 +45,7 @@ protected:
         }
         ASSERT_FALSE(platform::writeFileAtomically(supportFolder() + u"/History.plist"_s,
                                                    platform::writePropertyList(entries)));
-        historian = std::make_unique<app::DQHistorian>(supportFolder(), defaults, main.loop);
+        historian = std::make_unique<app::DQHistorian>(supportFolder(), defaults, disks, main.loop);
         menu = std::make_unique<ui::HistoryMenu>(*historian, *controller, defaults,
                                                  ui::HistoryMenu::SearchField::Shown);
         menu->popup({});

@@ -21,11 +21,11 @@ DQHistorian* installedHistorian = nullptr;
 }  // namespace
 
 DQHistorian::DQHistorian(QString supportFolder, platform::UserDefaults& defaults,
-                         platform::RunLoop& loop)
+                         platform::Disks& disks, platform::RunLoop& loop)
     : supportFolder_(std::move(supportFolder)),
       defaults_(defaults),
       loop_(loop),
-      file_(historyArchivePath(), loop),
+      file_(historyArchivePath(), disks, loop),
       isOfCompleteDownloads_(defaults.get(settings::historyOfCompleteDownloads)),
       limit_(defaults.get(settings::numberOfHistoryItems)) {
     observer_ = defaults_.addObserver([this](const QString&) { settingsDidChange(); });

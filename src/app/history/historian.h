@@ -7,6 +7,10 @@
 #include "platform/base/run_loop.h"
 #include "platform/base/user_defaults.h"
 
+namespace platform {
+class Disks;
+}
+
 namespace app {
 
 /// Remembers what was downloaded after the queue has forgotten it: a bounded list on disk.
@@ -18,7 +22,8 @@ class DQHistorian final : public QObject, public HistoryKeeper {
 
 public:
     /// `supportFolder` is where the program keeps its own data; empty: nowhere.
-    DQHistorian(QString supportFolder, platform::UserDefaults& defaults, platform::RunLoop& loop);
+    DQHistorian(QString supportFolder, platform::UserDefaults& defaults, platform::Disks& disks,
+                platform::RunLoop& loop);
     ~DQHistorian() override;
 
     [[nodiscard]] const QString& applicationSupportPath() const { return supportFolder_; }

@@ -19,10 +19,10 @@ constexpr qint64 maximumFileSize = 1 << 30;
 
 }  // namespace
 
-HistoryFile::HistoryFile(QString path, platform::RunLoop& loop)
+HistoryFile::HistoryFile(QString path, platform::Disks& disks, platform::RunLoop& loop)
     : path_(std::move(path)),
       writer_(std::make_unique<ArchiveWriter>(
-          path_, loop, [](const std::optional<platform::Error>& error) {
+          path_, disks, loop, [](const std::optional<platform::Error>& error) {
               if (error) {
                   platform::log(u"cannot write the history: %1"_s.arg(error->text),
                                 platform::LogLevel::Error);

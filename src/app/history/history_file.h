@@ -6,6 +6,10 @@
 #include "app/history/history_entry.h"
 #include "platform/base/run_loop.h"
 
+namespace platform {
+class Disks;
+}
+
 namespace app {
 
 class ArchiveWriter;
@@ -14,7 +18,7 @@ class ArchiveWriter;
 /// at every moment. Main thread; writing goes on elsewhere.
 class HistoryFile {
 public:
-    HistoryFile(QString path, platform::RunLoop& loop);
+    HistoryFile(QString path, platform::Disks& disks, platform::RunLoop& loop);
     /// Waits for what is being written.
     ~HistoryFile();
     HistoryFile(const HistoryFile&) = delete;

@@ -8,6 +8,7 @@
 #include "engine/queue/queue_admission.h"
 #include "engine/settings.h"
 #include "engine/workers/throttle.h"
+#include "links/names/sort_keys.h"
 #include "links/pages/download_page_rule_store.h"
 #include "links/settings.h"
 #include "platform/base/user_defaults.h"
@@ -54,6 +55,10 @@ void SettingsEffects::settingDidChange(const QString& key) {
         controller_.queue().throttle().apply();
     } else if (fileNames.contains(key)) {
         makeNamesAnew();
+    } else if (key == links::settings::ignorableSortingPrefixes.name()) {
+        links::setSortPrefixes(links::sortPrefixesString(defaults_));
+        makeNamesAnew();
+        controller_.updateDownloadListAndStatus();
     } else if (order.contains(key)) {
         controller_.updateDownloadListAndStatus();
     } else if (rows.contains(key)) {

@@ -62,7 +62,7 @@ struct QueueArchive::Cached {
 QueueArchive::QueueArchive(QString path, Surroundings surroundings)
     : path_(std::move(path)), surroundings_(std::move(surroundings)) {
     writer_ = std::make_unique<ArchiveWriter>(
-        path_, surroundings_.loop,
+        path_, surroundings_.queue.context().disks, surroundings_.loop,
         [this](const std::optional<platform::Error>& error) { didWrite(error); });
 }
 

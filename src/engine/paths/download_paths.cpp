@@ -16,6 +16,7 @@
 #include "engine/settings.h"
 #include "links/names/safe_file_name.h"
 #include "links/paths/available_path.h"
+#include "links/paths/folders.h"
 #include "links/paths/path_components.h"
 #include "platform/base/log.h"
 #include "platform/base/user_defaults.h"
@@ -134,7 +135,9 @@ void DownloadPaths::writeMetadata(const QVariantMap& archive) {
 QString DownloadPaths::finalDownloadTargetPath() {
     const QString chosen =
         platform::expandTilde(download_.userSettings().string(keys::downloadFile));
-    if (confirmAccess(links::stringByDeletingLastPathComponent(chosen)))
+    const QString chosenFolder = links::stringByDeletingLastPathComponent(chosen);
+    if (!chosenFolder.isEmpty() && links::checkFolderPathAndCreateIfNecessary(chosenFolder) &&
+        confirmAccess(chosenFolder))
         return chosen;
     const QString folder = downloadBasePath(download_);
     if (!confirmAccess(folder))

@@ -9,6 +9,7 @@
 #include "links/format/formatting_locale.h"
 #include "links/settings.h"
 #include "links/text/icu_text.h"
+#include "platform/base/user_defaults.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -55,14 +56,6 @@ icu::number::FormattedNumber formatted(const icu::number::LocalizedNumberFormatt
         default:
             return formatter.formatDouble(number.toDouble(), failure);
     }
-}
-
-NumberStyle styleFromSettings() {
-    const auto& defaults = platform::standardDefaults();
-    return {.localeName = numberLocaleName(),
-            .usesGroupingSeparator = !defaults.get(settings::numbersDisableGroupingSeparator),
-            .isLocalized = !defaults.get(settings::numbersLeaveUnlocalized),
-            .automaticFractionDigits = defaults.get(settings::numbersFractionDigits)};
 }
 
 QString decimalSeparator(const NumberStyle& style) {
@@ -114,9 +107,29 @@ QString NumberFormatter::string(const QVariant& number, int minimumIntegerDigits
     return fromICU(formatted(formatter, number, failure).toString(failure));
 }
 
-const NumberFormatter& sharedNumberFormatter() {
-    static const NumberFormatter formatter(styleFromSettings());
+NumberStyle numberStyle(const platform::UserDefaults& defaults) {
+    return {.localeName = numberLocaleName(),
+            .usesGroupingSeparator = !defaults.get(settings::numbersDisableGroupingSeparator),
+            .isLocalized = !defaults.get(settings::numbersLeaveUnlocalized),
+            .automaticFractionDigits = defaults.get(settings::numbersFractionDigits)};
+}
+
+namespace {
+
+std::unique_ptr<const NumberFormatter>& ownFormatter() {
+    static std::unique_ptr<const NumberFormatter> formatter =
+        std::make_unique<const NumberFormatter>(NumberStyle{.localeName = numberLocaleName()});
     return formatter;
+}
+
+}  // namespace
+
+const NumberFormatter& sharedNumberFormatter() {
+    return *ownFormatter();
+}
+
+void setSharedNumberStyle(const NumberStyle& style) {
+    ownFormatter() = std::make_unique<const NumberFormatter>(style);
 }
 
 QString stringWithNumber(const QVariant& number, int minimumNumberOfIntegerDigits,

@@ -4,6 +4,10 @@
 #include <QVariant>
 #include <memory>
 
+namespace platform {
+class UserDefaults;
+}
+
 namespace links {
 
 /// How numbers look.
@@ -38,9 +42,13 @@ private:
     std::unique_ptr<Cache> cache_;
 };
 
-/// The program's own formatter: the user's locale and the three "Numbers: " settings, as they were
-/// at its first use. All that follows is for the main thread.
+/// The user's locale and the three "Numbers: " settings.
+[[nodiscard]] NumberStyle numberStyle(const platform::UserDefaults& defaults);
+
+/// The program's own formatter, in the user's locale and as it was told. All that follows is for
+/// the main thread.
 [[nodiscard]] const NumberFormatter& sharedNumberFormatter();
+void setSharedNumberStyle(const NumberStyle& style);
 
 [[nodiscard]] QString stringWithNumber(const QVariant& number, int minimumNumberOfIntegerDigits,
                                        int numberOfFractionDigits, bool trim);

@@ -2,16 +2,11 @@
 
 #include "links/repair/percent_escapes.h"
 #include "links/repair/replacement_rules.h"
-#include "links/settings.h"
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace links {
 namespace {
-
-bool skipsRedirectingServices() {
-    return platform::standardDefaults().get(settings::skipRedirectingServices);
-}
 
 bool isEscapedAsAWhole(const QString& text) {
     return text.startsWith(u"http%3a"_s, Qt::CaseInsensitive) ||
@@ -36,18 +31,10 @@ QString unescapedURLString(const QString& text, bool skipRedirectingServices) {
     return current.contains(u'&') ? current.replace(u"&amp;"_s, u"&"_s) : current;
 }
 
-QString unescapedURLString(const QString& text) {
-    return unescapedURLString(text, skipsRedirectingServices());
-}
-
 QString unescacpedURLStringWithReplacementsApplied(const QString& text,
                                                    bool skipRedirectingServices) {
     return ReplacementRules::shared(skipRedirectingServices)
         .applied(unescapedURLString(text, skipRedirectingServices));
-}
-
-QString unescacpedURLStringWithReplacementsApplied(const QString& text) {
-    return unescacpedURLStringWithReplacementsApplied(text, skipsRedirectingServices());
 }
 
 }  // namespace links

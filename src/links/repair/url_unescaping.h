@@ -8,14 +8,10 @@ namespace links {
 /// carries an escaped address as a parameter's value, is decoded; and "&amp;" becomes "&". Any
 /// thread.
 [[nodiscard]] QString unescapedURLString(const QString& text, bool skipRedirectingServices);
-/// As the setting "Skip Redirecting Services" says. Main thread.
-[[nodiscard]] QString unescapedURLString(const QString& text);
 
 /// The whole repair of a candidate: `unescapedURLString`, then the replacement rules of this run
 /// (see `ReplacementRules::shared`). Any thread.
 [[nodiscard]] QString unescacpedURLStringWithReplacementsApplied(const QString& text,
                                                                  bool skipRedirectingServices);
-/// Main thread.
-[[nodiscard]] QString unescacpedURLStringWithReplacementsApplied(const QString& text);
 
 }  // namespace links

@@ -63,6 +63,8 @@ private:
     void announce(const QString& key);
     void announceSoon(const QString& key);
 
+    /// Where no value changes while another thread reads it, none is half read.
+    void assertThread() const { Q_ASSERT(std::this_thread::get_id() == thread_); }
     void writeSoon();
     void watch();
     void refresh();
@@ -97,6 +99,7 @@ QVariant UserDefaults::Private::lookUp(const QString& key) const {
 }
 
 QVariant UserDefaults::Private::valueInForce(const QString& key) {
+    assertThread();
     refresh();
     return lookUp(key);
 }
@@ -141,6 +144,7 @@ void UserDefaults::Private::announce(const QString& key) {
 }
 
 void UserDefaults::Private::store(const QString& key, const QVariant& value) {
+    assertThread();
     const QVariant plain = value.isValid() ? propertyListValue(value) : QVariant();
     if (value.isValid() && !plain.isValid()) {
         log(u"cannot store a %1 as \"%2\""_s.arg(QLatin1StringView(value.typeName()), key),

@@ -7,6 +7,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
 #include <algorithm>
 #include <cerrno>
 
@@ -156,8 +158,33 @@ std::optional<QByteArray> extendedAttribute(const QString& path, const QString& 
     return value;
 }
 
+namespace {
+
+bool canTakeFiles(const QString& trash) {
+    const auto isWritable = [](const QString& folder) {
+        return QDir().mkpath(folder) && QFileInfo(folder).isWritable();
+    };
+    return isWritable(trash + u"/files"_s) && isWritable(trash + u"/info"_s);
+}
+
+/// Where the specification lets the file be thrown away; what is called for the moving does not
+/// look itself, and puts files into the current folder where there is no trash.
+bool hasTrash(const QString& path) {
+    const QString home =
+        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/Trash"_s;
+    if (canTakeFiles(home))
+        return true;
+    const QString user = QString::number(getuid());
+    const QString volume = volumePath(path);
+    const QString shared = volume + u"/.Trash"_s;
+    return (QFileInfo(shared).isDir() && canTakeFiles(shared + u'/' + user)) ||
+           canTakeFiles(volume + u"/.Trash-"_s + user);
+}
+
+}  // namespace
+
 bool moveToTrash(const QString& path) {
-    return QFile::moveToTrash(path);
+    return pathExists(path) && hasTrash(path) && QFile::moveToTrash(path);
 }
 
 }  // namespace platform

@@ -55,7 +55,8 @@ QString keepDamagedFileAside(const QString& path);
                                         const QByteArray& value);
 [[nodiscard]] std::optional<QByteArray> extendedAttribute(const QString& path, const QString& name);
 
-/// Moves to the desktop's Trash (freedesktop.org Trash specification).
+/// Moves to the desktop's Trash (freedesktop.org Trash specification). False: there is none for
+/// this file, or it could not be moved; it stays where it is.
 [[nodiscard]] bool moveToTrash(const QString& path);
 
 /// Where a mounted file system begins: the longest mount point that is a prefix of the path; "/"

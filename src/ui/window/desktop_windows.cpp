@@ -75,6 +75,16 @@ void DesktopWindows::tellProblems() {
                          constexpr qsizetype mostShown = 10;
                          frontEnd_.noteProblem(problems.mid(0, mostShown).join(QLatin1Char('\n')));
                      });
+    QObject::connect(controller, &app::DQMainController::volumesMissing, window_.get(),
+                     [this](const QStringList& sentences) {
+                         frontEnd_.noteProblem(sentences.join(QLatin1Char('\n')));
+                     });
+    QObject::connect(
+        controller, &app::DQMainController::fileNotThrownAway, window_.get(),
+        [this](const QString& path) {
+            frontEnd_.noteProblem(
+                translated("%1 could not be moved to the trash and is still there.").arg(path));
+        });
     QObject::connect(
         controller, &app::DQMainController::queueFileNotWritten, window_.get(),
         [this, wasTold = false](const QString& reason) mutable {
