@@ -1,5 +1,12 @@
 #include <cerrno>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <chrono>
+
 #include "engine/settings.h"
 #include "engine_fixture.h"
 #include "failing_disk.h"
@@ -92,6 +99,41 @@ TEST_F(TransferTest, SmallFileIsPlacedWholeOrWaitsInAPartialFile) {
     ASSERT_TRUE(waitForStatus(*waiting, DQDownloadStatusDone));
     EXPECT_EQ(requestedRanges().back(), "bytes=1234-");
     EXPECT_EQ(contents(waiting->path()), body);
+}
+
+/// One that hangs in a sync holds up what lies on it, and neither other disks nor us.
+TEST_F(TransferTest, DiskThatHangsInASyncStopsNoOther) {
+    const QTemporaryDir memory(u"/dev/shm/orlop-XXXXXX"_s);
+    struct stat here {
+    }, there{};
+    if (!memory.isValid() || stat(qPrintable(memory.path()), &there) != 0 ||
+        stat(qPrintable(folder.path()), &here) != 0 || here.st_dev == there.st_dev)
+        GTEST_SKIP() << "there is only one disk";
+    const QByteArray body = patternedBytes(3 << 20);
+    serve(body);
+    const auto stuck = add();
+    const auto other = add();
+    other->userSettings().set(keys::downloadFolder, memory.path());
+    std::optional<HangingDisk> hanging(std::in_place, qPrintable(folder.path()));
+    stuck->startDownload();
+    other->startDownload();
+    ASSERT_TRUE(waitForStatus(*other, DQDownloadStatusDone));
+    EXPECT_EQ(contents(other->path()), body);
+    ASSERT_TRUE(waitForBytes(*stuck, body.size()));
+    EXPECT_EQ(stuck->status(), DQDownloadStatusDownloading);
+    platform::Disks ended(main.loop);
+    const auto begun = std::chrono::steady_clock::now();
+    ended.ofDevice(here.st_dev).run([path = path(u"x"_s)] {
+        static_cast<void>(platform::writeFileAtomically(path, "x"));
+        QFile file(path);
+        if (file.open(QIODevice::ReadWrite))
+            fdatasync(file.handle());
+    });
+    EXPECT_FALSE(ended.finish(std::chrono::milliseconds(50))) << "waited for a disk that hangs";
+    EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::seconds(5));
+    hanging.reset();
+    ASSERT_TRUE(waitForStatus(*stuck, DQDownloadStatusDone));
+    EXPECT_EQ(contents(stuck->path()), body);
 }
 
 }  // namespace

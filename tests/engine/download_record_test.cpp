@@ -1,3 +1,4 @@
+#include <QDir>
 #include <QFile>
 
 #include "engine/record/rule_matching.h"
@@ -188,6 +189,24 @@ TEST_F(DownloadRecordTest, MovedFileIsFoundAgain) {
     away->userSettings().set(keys::alias, QByteArray("x"));
     EXPECT_FALSE(away->fileExists());
     EXPECT_TRUE(away->userSettings().contains(keys::alias));
+}
+
+/// Nowhere to throw it: the current folder is no place for it.
+TEST_F(DownloadRecordTest, FileStaysWhereThereIsNoTrash) {
+    write(path(u"no-folder"_s), "x");
+    qputenv("XDG_DATA_HOME", QFile::encodeName(path(u"no-folder"_s)));
+    write(path(u"done.txt"_s), "x");
+    const auto download =
+        owner.add(platform::Url::fromFilePath(path(u"done.txt"_s)).absoluteString());
+    download->changeStatus(DQDownloadStatusDone, StatusCause::Finished);
+    const QDir here;
+    const QStringList before = here.entryList(QDir::AllEntries);
+    download->removeAndMoveToTrash();
+    waitForDisks();
+    qunsetenv("XDG_DATA_HOME");
+    EXPECT_EQ(contents(path(u"done.txt"_s)), "x");
+    EXPECT_EQ(owner.notThrownAway, std::vector{path(u"done.txt"_s)});
+    EXPECT_EQ(here.entryList(QDir::AllEntries), before);
 }
 
 TEST_F(DownloadRecordTest, PageGivesOneAddressOrSeveral) {

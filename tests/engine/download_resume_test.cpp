@@ -88,6 +88,37 @@ TEST_F(ResumeTest, PauseBeforeTheFirstAnswerKeepsNothing) {
     server.release();
 }
 
+/// Nothing said how long it is: nothing said that it was whole either.
+TEST_F(ResumeTest, WithoutALengthItIsGoneOnWithAfterAKill) {
+    constexpr std::size_t come = 400'000;
+    const QByteArray all = support::patternedBytes(1'000'000);
+    support::Reply endless = reply(all, {.length = support::Reply::Length::Chunked});
+    endless.stallAfter = come;
+    server.serve("/file.bin", endless);
+    const auto killed = add();
+    const int before = owner.updates;
+    killed->startDownload();
+    ASSERT_TRUE(waitForBytes(*killed, static_cast<qint64>(come)));
+    EXPECT_GT(owner.updates, before + 1) << "its row stood still";
+    waitForDisks();
+    const QVariantMap archive =
+        platform::readPropertyList(contents(downloadedPath(u"file.bin.orlop/Archive.orlopinfo"_s)))
+            .value.toMap();
+    EXPECT_EQ(archive.value(keys::url), server.url(u"/file.bin"_s));
+    const auto again = owner.add(archive.value(keys::url).toString());
+    again->setIntermediateDownloadTargetPath(
+        platform::expandTilde(archive.value(keys::resumePath).toString()));
+    again->userSettingsFromArchive(archive);
+    killed->transfer().dropWorkers();
+    waitForDisks();
+    server.release();
+    serve(all, {.length = support::Reply::Length::Chunked});
+    run(again);
+    ASSERT_EQ(again->status(), DQDownloadStatusDone);
+    EXPECT_EQ(contents(again->path()), all);
+    EXPECT_NE(requestedRanges().back(), "") << "it was fetched from its first byte";
+}
+
 /// What the container says about itself must be enough to go on by.
 TEST_F(ResumeTest, ContainerCarriesItsOwnMetadata) {
     const auto download = paused();

@@ -1,3 +1,4 @@
+#include <QDir>
 #include <QFileInfo>
 
 #include "engine/settings.h"
@@ -28,6 +29,18 @@ TEST_F(TransferTest, FileArrivesWholeAndLeavesNothingBehind) {
     EXPECT_EQ(owner.history, std::vector{u"file.bin"_s});
     for (const QString& mark : {u"user.orlop.synced"_s, u"user.orlop.finishing"_s})
         EXPECT_FALSE(platform::extendedAttribute(download->path(), mark));
+}
+
+TEST_F(TransferTest, ChosenFileIsKeptThoughItsFolderIsYetToBeMade) {
+    const QString chosen = path(u"new/folder/mine.bin"_s);
+    for (const int size : {10, 3 << 20}) {
+        serve(patternedBytes(size));
+        const auto download = add();
+        download->userSettings().set(keys::downloadFile, chosen);
+        run(download);
+        EXPECT_EQ(download->path(), chosen) << size;
+        QDir(path(u"new"_s)).removeRecursively();
+    }
 }
 
 TEST_F(TransferTest, AnswerThatIsNoFileAborts) {

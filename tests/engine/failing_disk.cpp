@@ -1,6 +1,7 @@
 #include "failing_disk.h"
 
 #include <dlfcn.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -28,7 +29,29 @@ ssize_t writeIntoRoom(const char* name, int file, const void* bytes, size_t coun
     return systemWrite(file, bytes, static_cast<size_t>(room), offset);
 }
 
+/// 0: none.
+std::atomic<dev_t> hangingDevice = 0;
+
+void waitWhileHanging(int file) {
+    struct stat status {};
+    if (hangingDevice != 0 && fstat(file, &status) == 0) {
+        for (dev_t device = hangingDevice; device == status.st_dev; device = hangingDevice)
+            hangingDevice.wait(device);
+    }
+}
+
 }  // namespace
+
+HangingDisk::HangingDisk(const char* path) {
+    struct stat status {};
+    if (stat(path, &status) == 0)
+        hangingDevice = status.st_dev;
+}
+
+HangingDisk::~HangingDisk() {
+    hangingDevice = 0;
+    hangingDevice.notify_all();
+}
 
 FailingDisk::FailingDisk(int errorNumber, qint64 room) {
     roomLeft = room;
@@ -55,6 +78,11 @@ extern "C" ssize_t pwrite(int file, const void* bytes, size_t count, off_t offse
 }
 extern "C" ssize_t pwrite64(int file, const void* bytes, size_t count, off64_t offset) {
     return engine_test::writeIntoRoom("pwrite64", file, bytes, count, offset);
+}
+extern "C" int fdatasync(int file) {
+    engine_test::waitWhileHanging(file);
+    using Sync = int (*)(int);
+    return reinterpret_cast<Sync>(dlsym(RTLD_NEXT, "fdatasync"))(file);
 }
 extern "C" int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) {
     if (engine_test::isUnlinkable) {

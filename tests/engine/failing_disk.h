@@ -14,6 +14,15 @@ public:
     FailingDisk& operator=(const FailingDisk&) = delete;
 };
 
+/// While it lives, syncing a file (fdatasync) on the disk that holds `path` does not return.
+class HangingDisk {
+public:
+    explicit HangingDisk(const char* path);
+    ~HangingDisk();
+    HangingDisk(const HangingDisk&) = delete;
+    HangingDisk& operator=(const HangingDisk&) = delete;
+};
+
 /// While it lives, no file without a name is given one (linkat), as where /proc is not mounted.
 class UnlinkableFiles {
 public:

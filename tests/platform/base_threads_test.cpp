@@ -5,11 +5,13 @@
 #include <QCoreApplication>
 #include <QEventLoop>
 #include <atomic>
+#include <chrono>
 #include <latch>
 #include <set>
 #include <thread>
 
 #include "platform/base/thread_pool.h"
+#include "platform/base/timer.h"
 #include "support/main_loop.h"
 
 namespace {
@@ -205,6 +207,56 @@ TEST(ThreadPoolTest, WorksSideBySideUpToItsLimitAndKeepsTheOrder) {
     EXPECT_EQ(begun.size(), std::size_t{count});
     EXPECT_EQ(threads.size(), std::size_t{limit});
     EXPECT_EQ(std::set<int>(begun.begin(), begun.begin() + limit), (std::set<int>{0, 1, 2}));
+}
+
+TEST(ThreadPoolTest, GivesUpOnWorkThatHangs) {
+    const auto release = std::make_shared<std::latch>(1);
+    const auto ended = std::make_shared<std::latch>(1);
+    std::atomic<bool> hasRunLater = false;
+    {
+        ThreadPool pool(1);
+        pool.start([release, ended] {
+            release->wait();
+            ended->count_down();
+        });
+        pool.start([&] { hasRunLater = true; });
+        EXPECT_FALSE(pool.finish(std::chrono::milliseconds(20)));
+        pool.start([&] { hasRunLater = true; });
+    }
+    release->count_down();
+    ended->wait();
+    EXPECT_FALSE(hasRunLater);
+    ThreadPool willing(1);
+    willing.start([&] { hasRunLater = true; });
+    EXPECT_TRUE(willing.finish(std::chrono::seconds(10)));
+    EXPECT_TRUE(hasRunLater);
+}
+
+TEST(TimerTest, CallsOnceAndNeverWhenItIsGone) {
+    support::ManualClock clock;
+    platform::RunLoop loop(clock);
+    int calls = 0;
+    platform::Timer timer(loop);
+    timer.start(1, [&] { calls += 100; });
+    timer.start(2, [&] { ++calls; });
+    timer.startUnlessActive(0, [&] { calls += 100; });
+    clock.advance(3);
+    loop.runDue();
+    EXPECT_EQ(calls, 1);
+    EXPECT_FALSE(timer.isActive());
+    // It may go in its own call.
+    auto another = std::make_unique<platform::Timer>(loop);
+    another->start(0, [&] {
+        another.reset();
+        ++calls;
+    });
+    {
+        platform::Timer gone(loop);
+        gone.start(0, [&] { calls += 100; });
+    }
+    loop.runDue();
+    EXPECT_EQ(calls, 2);
+    EXPECT_EQ(loop.nextDeadline(), std::nullopt);
 }
 
 TEST(ThreadPoolTest, EndsWithAllWorkDoneAndItsCapturesGone) {

@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
+#include <QStorageInfo>
 #include <algorithm>
 #include <cerrno>
 
@@ -174,6 +175,8 @@ bool hasTrash(const QString& path) {
         QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/Trash"_s;
     if (canTakeFiles(home))
         return true;
+    if (QStorageInfo(path) == QStorageInfo(QDir::home()))
+        return false;
     const QString user = QString::number(getuid());
     const QString volume = volumePath(path);
     const QString shared = volume + u"/.Trash"_s;

@@ -1,0 +1,188 @@
+#include "app/rows/rows.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include "core_fixture.h"
+#include "engine/acceleration/acceleration_settings.h"
+#include "engine/settings.h"
+#include "support/test_worker.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+using namespace engine;
+using support::TestWorker;
+
+class RowsTest : public Core {
+protected:
+    app::Rows& rows() { return controller->rows(); }
+    DownloadPtr one(const QString& url = u"http://a.example/a"_s, bool isQueued = false) {
+        return controller->queue().add(platform::Url::parse(url), isQueued);
+    }
+    QString text(DQDownload& download, bool live = true) {
+        return rows().texts().statusDescriptionWithLiveDetails(download, live);
+    }
+};
+
+class RunningRowTest : public RowsTest {
+protected:
+    RunningRowTest() {
+        download->becomeDownloading();
+        worker->answer(1'000'000'000);
+        download->transfer().addWorker(worker);
+        download->dates().noteAnswer();
+    }
+    void receive(qint64 count) {
+        worker->receive(count);
+        static_cast<void>(download->transfer().noteReceivedBytes(*worker));
+    }
+    QString text() { return RowsTest::text(*download); }
+
+    const DownloadPtr download = one();
+    const std::shared_ptr<TestWorker> worker = TestWorker::make(controller->queue().context());
+};
+
+TEST_F(RunningRowTest, TellsBytesSpeedAndTimeLeft) {
+    EXPECT_EQ(text(), u"- of 1 GB"_s);
+    receive(30'000'000);
+    EXPECT_EQ(text(), u"30 MB of 1 GB"_s);
+    main.clock.advance(10);
+    EXPECT_EQ(text(), u"30 MB of 1 GB at 3 MB/s - 5:23 remaining"_s);
+    EXPECT_EQ(RowsTest::text(*download, false), u"Downloading: 3%"_s);
+    receive(970'000'000);
+    EXPECT_EQ(text(), u"1 GB at 100 MB/s"_s);
+}
+
+TEST_F(RunningRowTest, SpeedFollowsTheLastHalfMinute) {
+    receive(1);
+    for (int second = 0; second < 31; ++second) {
+        main.clock.advance(1);
+        receive(10'000'000);
+    }
+    // From here on ten times slower.
+    for (int second = 0; second < 29; ++second) {
+        main.clock.advance(1);
+        receive(1'000'000);
+    }
+    EXPECT_TRUE(text().contains(u"at 1.3 MB/s"_s)) << text().toStdString();
+    // Stalled for longer than a half minute: the average since the start.
+    main.clock.advance(940);
+    EXPECT_TRUE(text().contains(u"at 339 KB/s"_s)) << text().toStdString();
+}
+
+TEST_F(RowsTest, SaysWhatDoesNotRun) {
+    const auto download = one();
+    EXPECT_EQ(text(*download), u"Pending"_s);
+    AccelerationSettings(defaults).setAccelerates(true);
+    EXPECT_EQ(text(*download), u"Pending \u2014 Accelerate"_s);
+    EXPECT_EQ(text(*download, false), u"Pending"_s);
+    download->userSettings().set(keys::responseURL, u"http://a.example/a"_s);
+    EXPECT_EQ(text(*download), u"Paused"_s);
+    download->interrupt(platform::posixError(5));
+    EXPECT_EQ(text(*download), u"Interrupted"_s);
+    end(*download, DQDownloadStatusAborted);
+    EXPECT_EQ(text(*download), u"Aborted"_s);
+    download->userSettings().set(keys::statusCode, 503);
+    EXPECT_EQ(text(*download, false), u"Aborted \u2014 503"_s);
+    end(*download, DQDownloadStatusDone);
+    EXPECT_EQ(text(*download), u"Complete \u2014 just now"_s);
+}
+
+TEST_F(RowsTest, TellsThePlaceInTheQueue) {
+    Downloads queued;
+    for (const char16_t* url :
+         {u"http://a.example/x", u"http://b.example/x", u"http://a.example/x", u"file:///x"})
+        queued.push_back(one(QString::fromUtf16(url), true));
+    const auto place = [&](std::size_t index) {
+        return rows().texts().queueIndexDescription(*queued[index]);
+    };
+    EXPECT_EQ(place(2), u"2 @ a.example"_s);
+    EXPECT_EQ(place(1), u"1 @ b.example"_s);
+    EXPECT_EQ(place(3), u"4"_s);
+    EXPECT_EQ(text(*queued[2]), u"Waiting: #2 @ a.example"_s);
+    EXPECT_EQ(text(*queued[2], false), u"Waiting"_s);
+    defaults.set(settings::privateDownloading, true);
+    EXPECT_EQ(place(2), u"2 @ a\u2026example"_s);
+    defaults.set(settings::privateDownloading, false);
+    defaults.set(settings::numberOfConcurrentDownloadsPerHost, qint64{0});
+    EXPECT_EQ(place(2), u"3"_s);
+    queued[1]->pause();
+    EXPECT_TRUE(place(1).isNull());
+}
+
+TEST_F(RowsTest, ButtonsFollowTheStatus) {
+    QStringList calls;
+    workspace.revealFile = [&](const QString& file) {
+        calls.append(u"reveal "_s + QFileInfo(file).fileName());
+        return true;
+    };
+    workspace.openURL = [&](const platform::Url& opened) {
+        calls.append(u"open "_s + opened.lastPathComponent());
+        return opened.isFile();
+    };
+    const app::RowActions& actions = rows().actions();
+    const auto download = one();
+    EXPECT_TRUE(rows().canPerformAction(*download, DQDownloadActionPrimary));
+    EXPECT_FALSE(rows().canPerformAction(*download, 3));
+    actions.perform(*download, DQDownloadActionPrimary);
+    EXPECT_EQ(download->status(), DQDownloadStatusQueued);
+    actions.perform(*download, DQDownloadActionPrimary);
+    EXPECT_EQ(download->status(), DQDownloadStatusPaused);
+    actions.openOriginalURL(*download);
+    actions.copyPath(*download);
+    EXPECT_EQ(calls, QStringList{u"open a"_s});
+    EXPECT_EQ(frontEnd.beeps, 2);
+
+    calls.clear();
+    const QString file = folder.filePath(u"done.txt"_s);
+    ASSERT_FALSE(platform::writeFileAtomically(file, "x"));
+    const auto done = one(platform::Url::fromFilePath(file).absoluteString());
+    end(*done, DQDownloadStatusDone);
+    actions.perform(*done, DQDownloadActionPrimary);
+    defaults.set(settings::revealByLaunching, true);
+    actions.perform(*done, DQDownloadActionPrimary);
+    EXPECT_EQ(calls, (QStringList{u"reveal done.txt"_s, u"open done.txt"_s}));
+    end(*download, DQDownloadStatusAborted);
+    actions.perform(*download, DQDownloadActionPrimary);
+    EXPECT_EQ(frontEnd.beeps, 3);
+}
+
+/// A row that is drawn does not ask the disk: what it shows was found out in the background.
+TEST_F(RowsTest, MissingFileIsNoticedWithoutAskingWhileDrawing) {
+    const QString file = folder.filePath(u"done.txt"_s);
+    ASSERT_FALSE(platform::writeFileAtomically(file, "x"));
+    const auto done = one(platform::Url::fromFilePath(file).absoluteString());
+    end(*done, DQDownloadStatusDone);
+    const auto canShow = [&] { return rows().canPerformAction(*done, DQDownloadActionPrimary); };
+    EXPECT_TRUE(canShow());
+    QFile::remove(file);
+    EXPECT_TRUE(canShow()) << "asked the disk";
+    for (int look = 0; look < 2; ++look) {
+        disks.waitForDone();
+        main.advance(3);
+        static_cast<void>(canShow());
+    }
+    EXPECT_FALSE(canShow());
+    EXPECT_TRUE(rows().canPerformAction(*done, DQDownloadActionRemove));
+}
+
+TEST_F(RowsTest, AbsentVolumeIsToldOncePerVolume) {
+    QStringList told;
+    QObject::connect(controller.get(), &app::DQMainController::volumesMissing, controller.get(),
+                     [&](const QStringList& sentences) { told += sentences; });
+    for (int index = 0; index < 3; ++index) {
+        const auto download = one();
+        download->setIntermediateDownloadTargetPath(u"/media/nobody/Disk/%1.orlop/a"_s.arg(index));
+        download->userSettings().set(keys::responseURL, u"http://a.example/a"_s);
+        download->startDownload();
+        EXPECT_EQ(download->status(), DQDownloadStatusPaused);
+    }
+    main.settle();
+    ASSERT_EQ(told.size(), 1);
+    EXPECT_TRUE(told[0].contains(u"/media/nobody/Disk"_s)) << qPrintable(told[0]);
+    EXPECT_TRUE(told[0].startsWith(u"3 downloads"_s)) << qPrintable(told[0]);
+}
+
+}  // namespace
