@@ -9,6 +9,8 @@
 #include "app/lifecycle/command_line.h"
 #include "app/main_controller.h"
 #include "app/status/queue_status_reporter.h"
+#include "desktop/settings.h"
+#include "diagnostics/settings.h"
 #include "platform/base/log_writer.h"
 #include "platform/files/files.h"
 #include "platform/session/signal_watcher.h"
@@ -16,6 +18,7 @@
 #include "ui/art/icons.h"
 #include "ui/art/program_style.h"
 #include "ui/authentication/authentication_panel.h"
+#include "ui/display.h"
 #include "ui/language.h"
 #include "ui/settings.h"
 #include "ui/window/desktop_front_end.h"
@@ -59,6 +62,21 @@ std::optional<int> answerAtOnce(const app::CommandLine& line) {
     return std::nullopt;
 }
 
+/// A process with a display can take over what this one cannot show.
+int runWithoutDisplay(int& argumentCount, char** argumentValues, const app::CommandLine& line) {
+    const QCoreApplication application(argumentCount, argumentValues);
+    QCoreApplication::setApplicationName(QStringLiteral("Orlop"));
+    app::Application core({line.settings, line.items});
+    const auto start = core.handOverOnly();
+    if (start && start->problem.isEmpty()) {
+        return 0;
+    }
+    std::fprintf(stderr, "orlop: %s\n",
+                 start ? qUtf8Printable(start->problem)
+                       : "there is no display to open a window on; orlop-terminal needs none");
+    return 1;
+}
+
 }  // namespace
 
 int main(int argumentCount, char** argumentValues) {
@@ -74,6 +92,9 @@ int main(int argumentCount, char** argumentValues) {
     const platform::ProgramLog log;
     // Qt would take arguments with one dash for its own; they are settings here.
     int ownArguments = 1;
+    if (!ui::hasDisplay()) {
+        return runWithoutDisplay(ownArguments, argumentValues, line);
+    }
     QApplication application(ownArguments, argumentValues);
     QApplication::setApplicationName(QStringLiteral("Orlop"));
     QApplication::setApplicationVersion(QStringLiteral(ORLOP_VERSION));

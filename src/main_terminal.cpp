@@ -6,9 +6,14 @@
 #include <string_view>
 
 #include "app/terminal/program.h"
+// The settings of the windows can be given here as well: they are the same settings.
+#include "desktop/settings.h"
+#include "diagnostics/settings.h"
 #include "platform/base/log_writer.h"
 #include "platform/files/files.h"
 #include "platform/session/signal_watcher.h"
+#include "structured/settings.h"
+#include "ui/settings.h"
 
 namespace {
 

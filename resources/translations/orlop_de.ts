@@ -5,6 +5,11 @@
         <name>Orlop</name>
         <message>
             <location filename="../../src/app/application.cpp" />
+            <source>Orlop is running already, and a setting for one run cannot be handed to it: %1. Nothing was handed over.</source>
+            <translation>Orlop läuft bereits, und eine Einstellung für einen Lauf kann ihm nicht übergeben werden: %1. Es wurde nichts übergeben.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/application.cpp" />
             <source>The queue of an earlier run cannot be read and will not be touched.</source>
             <translation>Die Warteschlange eines früheren Laufs ist nicht lesbar und bleibt unberührt.</translation>
         </message>
@@ -664,6 +669,11 @@
             <translation>Aufhören</translation>
         </message>
         <message>
+            <location filename="../../src/app/intake/file_collector.cpp" />
+            <source>There are more than 100 files in what was given, and nobody to ask whether they are all meant; none was taken.</source>
+            <translation>Es sind mehr als 100 Dateien, und niemand kann gefragt werden, ob alle gemeint sind; keine wurde genommen.</translation>
+        </message>
+        <message>
             <location filename="../../src/app/intake/intake.cpp" />
             <source>There is nothing to download in %@.</source>
             <translation>In %@ ist nichts zu laden.</translation>
@@ -689,6 +699,76 @@
             <translation>In %@ liegt kein begonnener Download.</translation>
         </message>
         <message>
+            <location filename="../../src/app/intake/offered_documents.cpp" />
+            <source>%@ It is no list of addresses, so they were not taken: %@</source>
+            <translation>%@ Es ist keine Liste von Adressen, darum wurden sie nicht genommen: %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/offered_documents.cpp" />
+            <source>%@ addresses in %@ text documents.</source>
+            <translation>%@ Adressen in %@ Textdokumenten.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/offered_documents.cpp" />
+            <source>%@ addresses in %@.</source>
+            <translation>%@ Adressen in %@.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/offered_documents.cpp" />
+            <source>1 address in %@.</source>
+            <translation>1 Adresse in %@.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/offered_documents.cpp" />
+            <source>Download</source>
+            <translation>Laden</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/offered_documents.cpp" />
+            <source>Download them?</source>
+            <translation>Sollen sie geladen werden?</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/refused_text.cpp" />
+            <source>Addresses that lacked their scheme got https in front of them.</source>
+            <translation>Adressen, denen der Anfang fehlte, wurde https vorangestellt.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/refused_text.cpp" />
+            <source>An address that names no server cannot be downloaded.</source>
+            <translation>Eine Adresse, die keinen Server nennt, kann nicht geladen werden.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/refused_text.cpp" />
+            <source>Orlop downloads addresses of http, https and files, no others.</source>
+            <translation>Orlop lädt Adressen von http, https und Dateien, keine anderen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/refused_text.cpp" />
+            <source>There is no address in the text that is left.</source>
+            <translation>Im übrigen Text steht keine Adresse.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/refused_text.cpp" />
+            <source>no address of http, https or a file: %@</source>
+            <translation>keine Adresse von http, https oder einer Datei: %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/refused_text.cpp" />
+            <source>no address without its scheme, as in %@: %@</source>
+            <translation>keine Adresse ohne ihren Anfang wie in %@: %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/refused_text.cpp" />
+            <source>no address: %@</source>
+            <translation>keine Adresse: %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/refused_text.cpp" />
+            <source>no valid address: %@</source>
+            <translation>keine gültige Adresse: %@</translation>
+        </message>
+        <message>
             <location filename="../../src/app/lifecycle/command_line.cpp" />
             <source>standard input can be read only once</source>
             <translation>Die Standardeingabe lässt sich nur einmal lesen</translation>
@@ -697,6 +777,11 @@
             <location filename="../../src/app/lifecycle/command_line.cpp" />
             <source>the setting %1 needs a value</source>
             <translation>Die Einstellung %1 braucht einen Wert</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/lifecycle/command_line.cpp" />
+            <source>there is no setting "%1"; did you mean "%2"?</source>
+            <translation>Es gibt keine Einstellung „%1“; ist „%2“ gemeint?</translation>
         </message>
         <message>
             <location filename="../../src/app/lifecycle/command_line.cpp" />
@@ -1447,8 +1532,8 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/rules/rule_editor.cpp" />
-            <source>“%@” is no name of a host. Write one on each line, as in example.org.</source>
-            <translation>„%@“ ist kein Servername. Schreiben Sie einen pro Zeile, etwa example.org.</translation>
+            <source>“%@” is no name of a host. Write one on each line, as in example.org, without what follows it in an address.</source>
+            <translation>„%@“ ist kein Name eines Hosts. Schreiben Sie je Zeile einen, wie example.org, ohne das, was ihm in einer Adresse folgt.</translation>
         </message>
         <message>
             <location filename="../../src/ui/rules/rule_list.cpp" />
@@ -1559,6 +1644,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>&amp;Note in the file where it came from</source>
             <translation>In der Datei ver&amp;merken, woher sie kommt</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>&amp;Plus signs in addresses stand for blanks</source>
+            <translation>&amp;Pluszeichen in Adressen stehen für Leerzeichen</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
@@ -1789,6 +1879,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/settings/behaviors_section.cpp" />
             <source>What Orlop does once another program has passed it something to download.</source>
             <translation>Was Orlop tut, sobald ein anderes Programm ihm etwas übergeben hat.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/download_pages_section.cpp" />
+            <source>In force are all rules but that for %@: what its "Use Source Name" says is no regular expression.</source>
+            <translation>Es gelten alle Regeln außer der für %@: Was bei ihr unter „Use Source Name“ steht, ist kein regulärer Ausdruck.</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/download_pages_section.cpp" />
@@ -2149,6 +2244,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/window/intake_progress.cpp" />
             <source>Stop Adding</source>
             <translation>Hinzufügen abbrechen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/main_window.cpp" />
+            <source>Already in the list</source>
+            <translation>Schon in der Liste</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/main_window.cpp" />

@@ -4,6 +4,7 @@
 
 #include <QDeadlineTimer>
 #include <QFile>
+#include <QUuid>
 #include <chrono>
 #include <thread>
 
@@ -141,6 +142,14 @@ QString damagedQueueText(const QString& keptPath) {
                      {keptPath});
 }
 
+/// Settings of one run would hold for all that the running program does.
+QString settingsNotHandedOverText(const QVariantMap& settings) {
+    return links::localized(
+               "Orlop is running already, and a setting for one run cannot be handed to it: %1. "
+               "Nothing was handed over.")
+        .arg(u"-\"%1\""_s.arg(settings.keys().join(u"\", -\""_s)));
+}
+
 }  // namespace
 
 /// Everything that exists between start and stop, in the order of making; it goes in reverse.
@@ -210,13 +219,19 @@ Application::Start Application::start(const FrontEnd& frontEnd, const ShowWindow
     return start.outcome == Start::Outcome::Started ? run(frontEnd, showWindows, items) : start;
 }
 
+std::optional<Application::Start> Application::handOverOnly() {
+    const Start start = claimOrHandOver(launchItems(invocation_.items));
+    return start.outcome == Start::Outcome::Started ? std::nullopt : std::optional(start);
+}
+
 /// The owner of the queue may be only just starting or ending: then it has the lock and does not
 /// answer, but that passes.
 Application::Start Application::claimOrHandOver(const LaunchItems& items) {
     constexpr std::chrono::seconds patience(10);
     constexpr std::chrono::milliseconds nap(20);
     const QString supportFolder = platform::userDataFolder();
-    const Handover handover{items.all(), qEnvironmentVariable("XDG_ACTIVATION_TOKEN")};
+    const Handover handover{items.all(), qEnvironmentVariable("XDG_ACTIVATION_TOKEN"),
+                            QUuid::createUuid().toString()};
     for (const QDeadlineTimer deadline(patience);;) {
         switch (lock_.claim(supportFolder)) {
             case InstanceLock::Claim::Owned:
@@ -225,6 +240,10 @@ Application::Start Application::claimOrHandOver(const LaunchItems& items) {
                 return {Start::Outcome::Failed, lock_.problem()};
             case InstanceLock::Claim::Taken:
                 break;
+        }
+        if (!invocation_.settings.isEmpty() &&
+            canHandOver(supportFolder, platform::runtimeFolder())) {
+            return {Start::Outcome::Failed, settingsNotHandedOverText(invocation_.settings)};
         }
         const auto problem = handOver(handover, supportFolder, platform::runtimeFolder());
         if (!problem) {

@@ -4,6 +4,7 @@
 #include <QVariantMap>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "app/front_end.h"
 #include "app/lifecycle/instance_lock.h"
@@ -48,6 +49,9 @@ public:
     /// anything is selected or opened; a window is set up there.
     using ShowWindows = std::function<void(DQMainController&)>;
     [[nodiscard]] Start start(const FrontEnd& frontEnd, const ShowWindows& showWindows = {});
+    /// Only hands over to a process that owns the queue, which needs no front end. Nothing: there
+    /// is none.
+    [[nodiscard]] std::optional<Start> handOverOnly();
 
     /// What another process was asked to open, when it brings `activationToken` (the desktop's
     /// leave to take the focus; may be empty).

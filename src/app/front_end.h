@@ -28,6 +28,7 @@ struct Alert {
         CancelDownloads,
         ShutDownWhenDone,
         LinkedFiles,
+        TextDocument,
         RemoveAllRules,
     };
     Kind kind;
@@ -43,6 +44,8 @@ public:
 
     /// True: the default button.
     virtual bool confirm(const Alert& alert) = 0;
+    /// Whether somebody is there to answer; without, each answer is false.
+    [[nodiscard]] virtual bool canAsk() const { return true; }
     /// The reason for the alert on screen is gone: takes it away, its answer being false.
     virtual void dismissAlert() = 0;
 

@@ -91,7 +91,10 @@ DQMainController::Parts::Parts(DQMainController& owner, const Surroundings& give
       intake({queue, given.defaults, given.loop, given.frontEnd,
               [&owner](bool wasEmpty) { owner.queueDidGrow(wasEmpty); },
               [&owner](const QStringList& names) { owner.intakeDidEnd(names); },
-              [&owner](const QString& text) { Q_EMIT owner.textNotUnderstood(text); },
+              [&owner](const std::vector<RefusedText>& refused) {
+                  Q_EMIT owner.textNotUnderstood(refused);
+              },
+              [&owner](const Downloads& known) { Q_EMIT owner.alreadyInList(known); },
               [&owner](const QStringList& problems) { Q_EMIT owner.filesNotOpened(problems); },
               [&owner](std::optional<qsizetype> count) {
                   count ? Q_EMIT owner.intakeProgressed(*count) : Q_EMIT owner.intakeEnded();
@@ -355,9 +358,11 @@ void DQMainController::removeLeavingDownloads() {
     }
 }
 
-void DQMainController::openURLs(const std::vector<platform::Url>& urls, const QString& referrer) {
+void DQMainController::openURLsOfPage(const std::vector<platform::Url>& urls,
+                                      const QStringList& pageChain) {
     ScriptArguments arguments;
-    arguments.withReferrer = referrer;
+    arguments.withReferrer = pageChain.value(pageChain.size() - 1);
+    arguments.downloadPageChain = pageChain;
     parts_->intake.openURLs(urls, arguments);
 }
 
@@ -473,6 +478,10 @@ std::optional<std::vector<platform::Url>> DQMainController::URLsFromPasteboard(
 void DQMainController::openURLs(const std::vector<platform::Url>& urls,
                                 const ScriptArguments& arguments) {
     parts_->intake.openURLs(urls, arguments);
+}
+
+void DQMainController::openNewURLs(const std::vector<platform::Url>& urls) {
+    parts_->intake.openNewURLs(urls);
 }
 
 void DQMainController::openURLsAfterDelay(const std::vector<platform::Url>& urls,

@@ -8,6 +8,7 @@
 
 #include "app/front_end.h"
 #include "app/intake/pasteboard.h"
+#include "app/intake/refused_text.h"
 #include "app/intake/script_arguments.h"
 #include "app/workspace.h"
 #include "engine/queue/download_queue.h"
@@ -129,14 +130,18 @@ public:
     [[nodiscard]] std::optional<std::vector<platform::Url>> URLsFromPasteboard(
         const Pasteboard& pasteboard) const;
     void openURLs(const std::vector<platform::Url>& urls, const ScriptArguments& arguments = {});
+    /// Those that the queue does not have yet; `alreadyInList` tells of the others.
+    void openNewURLs(const std::vector<platform::Url>& urls);
     void openURLsAfterDelay(const std::vector<platform::Url>& urls,
                             const ScriptArguments& arguments, bool giveFeedback);
     /// With `afterDelay` whether anything was found to open, else whether the queue grew.
     bool openFiles(const QStringList& paths, bool afterDelay, bool giveFeedback);
-    /// What a drop onto the list or the status item does. False: nothing to open in it.
+    /// Whether there is an address in it.
     [[nodiscard]] bool canDropPasteboard(const Pasteboard& pasteboard) const;
+    /// What a drop onto the list or the status item does: takes the addresses in; what else there
+    /// is goes to `textNotUnderstood`. False: it is blank.
     bool dropPasteboard(const Pasteboard& pasteboard);
-    /// Opens the addresses if they are whole. Otherwise the text for the user to correct.
+    /// The same at once. Where it is blank, the text for the user to fill.
     [[nodiscard]] std::optional<QString> openURLFromPasteboard(const Pasteboard& pasteboard);
     /// Text that the user entered; may hold ranges of any size, which come in piece by piece.
     void openText(const QString& text);
@@ -197,8 +202,11 @@ Q_SIGNALS:
     /// A long intake has made so many downloads, and has ended.
     void intakeProgressed(qsizetype count);
     void intakeEnded();
-    /// Lines of a pasted, dropped or typed text that are no addresses, for the user to correct.
-    void textNotUnderstood(const QString& text);
+    /// Pieces of a pasted, dropped or typed text in which there is no address, for the user to
+    /// correct.
+    void textNotUnderstood(const std::vector<RefusedText>& refused);
+    /// Addresses were given once more of which these are the downloads.
+    void alreadyInList(const Downloads& downloads);
     /// What files and folders could not be opened and why, a sentence each.
     void filesNotOpened(const QStringList& problems);
 
@@ -225,7 +233,8 @@ private:
     void downloadDidChange(engine::DQDownload& download) override;
     void downloadWasRemoved(engine::DQDownload& download) override;
     void batchDidEnd() override;
-    void openURLs(const std::vector<platform::Url>& urls, const QString& referrer) override;
+    void openURLsOfPage(const std::vector<platform::Url>& urls,
+                        const QStringList& pageChain) override;
     void volumeIsMissing(engine::DQDownload& download) override;
     void fileWasNotThrownAway(const QString& path) override;
 

@@ -25,11 +25,8 @@ inline const Setting<bool> rememberSelection{u"Remember Selection", true, true,
 inline const Setting<QStringList> selectedURLs{
     u"Selected URLs", {}, false, "The addresses of the selected downloads, kept up to date."};
 inline const Setting<qint64> sortingCriterion{
-    u"Sorting Criterion",
-    0,
-    false,
-    "How the list is sorted: 0 queue order, 1 name, 2 progress, 3 host, 4 address.",
-    {.lowest = 0, .below = 0, .highest = 4, .above = 0}};
+    u"Sorting Criterion", 0, false,
+    "How the list is sorted: 0 queue order, 1 name, 2 progress, 3 host, 4 address."};
 inline const Setting<bool> invertSorting{u"Invert Sorting", false, false,
                                          "The list is shown upside down."};
 inline const Setting<QString> toolbarFilterCriterion{

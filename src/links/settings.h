@@ -6,7 +6,12 @@ namespace links::settings {
 
 inline const platform::Setting<bool> skipRedirectingServices{
     u"Skip Redirecting Services", true, true,
-    "Addresses that wrap another address are cut down to it."};
+    "Addresses that wrap another address are cut down to it; read once in a run."};
+
+inline const platform::Setting<bool> plusSignsStandForBlanks{
+    u"Plus Signs In Addresses Stand For Blanks", true, true,
+    "A plus sign in an address or in a name that a server gives becomes a blank in the name of the "
+    "file."};
 
 inline const platform::Setting<bool> storeSourceURLInSpotlightComment{
     u"Store Source URL In Spotlight Comment", false, false,

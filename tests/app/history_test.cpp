@@ -226,6 +226,8 @@ TEST_F(HistoryTest, ActsOnEntries) {
     EXPECT_TRUE(queue().isEmpty()) << "it left the queue with its file";
     actions.download(entry.originalURL);
     EXPECT_EQ(queue(), QStringList{u"a"_s});
+    actions.download(entry.originalURL);
+    EXPECT_EQ(queue(), QStringList{u"a"_s}) << "it is in the queue already";
 }
 
 }  // namespace

@@ -121,8 +121,27 @@ TEST_F(Instances, RefusesAMessageBeyondBoundsAndSurvivesHalfOnes) {
     EXPECT_EQ(received, 0);
 
     EXPECT_EQ(::write(half, "abc", 3), 3);
+    processUntil([&] { return ::recv(half, &byte, 1, MSG_DONTWAIT | MSG_PEEK) == 1; });
+    EXPECT_EQ(received, 0) << "not before its sender has heard the answer";
+    EXPECT_EQ(::write(half, "!", 1), 1);
     processUntil([&] { return received == 1; });
     ::close(half);
+}
+
+TEST_F(Instances, DeliversOnceWhatIsSentAgainAndDropsWhatWasGivenUp) {
+    QStringList received;
+    const app::HandoverReceiver receiver(support_, runtime_,
+                                         [&](const auto& handover) { received += handover.items; });
+    // Nothing is processed here meanwhile: the sender waits in vain, and goes.
+    EXPECT_NE(app::handOver({{u"given up"_s}, {}, u"1"_s}, support_, runtime_), std::nullopt);
+    std::thread sender([&] {
+        for (const QString& item : {u"first"_s, u"again"_s})
+            EXPECT_EQ(app::handOver({{item}, {}, u"2"_s}, support_, runtime_), std::nullopt);
+        EXPECT_EQ(app::handOver({{u"last"_s}, {}, u"3"_s}, support_, runtime_), std::nullopt);
+    });
+    processUntil([&] { return received.contains(u"last"_s); });
+    sender.join();
+    EXPECT_EQ(received, QStringList({u"first"_s, u"last"_s}));
 }
 
 TEST_F(Instances, TellsPathsFromAddresses) {
@@ -145,6 +164,19 @@ TEST(CommandLineTest, TellsSettingsFromAddresses) {
     EXPECT_EQ(line.settings, (QVariantMap{{u"Number Of Concurrent Downloads"_s, u"9"_s},
                                           {u"Downloads Folder"_s, u"-odd"_s}}));
     EXPECT_EQ(line.items, (QStringList{u"http://a/b"_s, u"-"_s, u"-file"_s, u"--help"_s}));
+}
+
+TEST(CommandLineTest, RefusesSettingsThatNobodyKnows) {
+    const auto problem = [](const QString& key) {
+        return app::parsedCommandLine({u'-' + key, u"x"_s}).problem;
+    };
+    EXPECT_EQ(problem(u"Downlods Folder"_s),
+              u"there is no setting \"Downlods Folder\"; did you mean \"Downloads Folder\"?"_s);
+    EXPECT_EQ(problem(u"auto-start"_s),
+              u"there is no setting \"auto-start\"; did you mean \"Auto-Start\"?"_s);
+    EXPECT_TRUE(problem(u"Auto-Start"_s).isEmpty());
+    EXPECT_TRUE(problem(u"session"_s).isEmpty()) << "what a session manager adds";
+    EXPECT_TRUE(app::parsedCommandLine({u"-session"_s, u"x"_s}).settings.isEmpty());
 }
 
 }  // namespace

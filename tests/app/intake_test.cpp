@@ -10,6 +10,7 @@
 #include "engine/settings.h"
 
 using namespace Qt::Literals::StringLiterals;
+using app::Downloads;
 namespace keys = engine::keys;
 
 namespace {
@@ -283,17 +284,112 @@ TEST_F(IntakeTest, TakesDropsAndPastes) {
 
     EXPECT_EQ(controller->openURLFromPasteboard({{}, u"http://d.example/d"_s}), std::nullopt);
     EXPECT_EQ(queue().back(), u"d"_s);
-    EXPECT_EQ(controller->openURLFromPasteboard({{}, u"www.e.example/e\nhttp://f.example/f"_s}),
-              u"www.e.example/e\nhttp://f.example/f"_s);
     EXPECT_EQ(controller->openURLFromPasteboard({{}, u"\n"_s}), u"\n"_s);
     EXPECT_EQ(queue().size(), 4);
+}
 
-    QString left;
+TEST_F(IntakeTest, TakesTheAddressesOfATextAndShowsTheRestOnce) {
+    std::vector<app::RefusedText> refused;
+    int shown = 0;
     QObject::connect(controller.get(), &app::DQMainController::textNotUnderstood, controller.get(),
-                     [&](const QString& text) { left = text; });
-    controller->openText(u"http://h:port/\nhttp://g.example/g\nhttp://h:{a,b}/"_s);
-    EXPECT_EQ(queue().back(), u"g"_s);
-    EXPECT_EQ(left, u"http://h:port/\nhttp://h:a/\nhttp://h:b/"_s) << "nothing typed is lost";
+                     [&](const std::vector<app::RefusedText>& texts) {
+                         refused = texts;
+                         ++shown;
+                     });
+    const QString mail =
+        u"Hi Anna,\n<https://a.example/a>\nwww.b.example/b\nmagnet:?xt=1\nhttp://h:port/"_s;
+    const std::function<void()> entrances[] = {
+        [&] { controller->openText(mail); },
+        [&] {
+            EXPECT_EQ(controller->openURLFromPasteboard({{}, mail}), std::nullopt);
+        },
+        [&] {
+            EXPECT_TRUE(controller->dropPasteboard({{}, mail}));
+            main.settle();
+        },
+        [&] {
+            EXPECT_TRUE(controller->dropPasteboard({QStringList{mail}, {}}));
+            main.settle();
+        }};
+    for (const auto& enter : entrances) {
+        shown = 0;
+        enter();
+        EXPECT_EQ(addresses(), QStringList{u"https://a.example/a"_s});
+        EXPECT_EQ(shown, 1);
+        QStringList proposals;
+        for (const app::RefusedText& text : refused) {
+            proposals.append(text.proposal);
+        }
+        EXPECT_EQ(proposals, (QStringList{u"Hi Anna,"_s, u"https://www.b.example/b"_s,
+                                          u"magnet:?xt=1"_s, u"http://h:port/"_s}));
+        const QString why = app::refusalExplanation(refused);
+        for (const QString& word :
+             {u"got https"_s, u"no others"_s, u"no server"_s, u"no address"_s}) {
+            EXPECT_TRUE(why.contains(word)) << qPrintable(why);
+        }
+        controller->downloads()[0]->remove();
+        main.settle();
+    }
+}
+
+TEST_F(IntakeTest, PointsToWhatTheQueueHasHoweverItIsWritten) {
+    Downloads known;
+    QObject::connect(controller.get(), &app::DQMainController::alreadyInList, controller.get(),
+                     [&](const Downloads& downloads) { known = downloads; });
+    const QString text = u"http://m\u00FCller.example/a b \u00E4.zip\nhttp://a.example/plain"_s;
+    controller->openText(text);
+    ASSERT_EQ(controller->numberOfDownloads(), 2);
+    EXPECT_TRUE(known.empty());
+    controller->openText(text + u"\n"_s + text + u"\nhttp://a.example/new"_s);
+    EXPECT_EQ(controller->numberOfDownloads(), 3);
+    EXPECT_EQ(known, Downloads({controller->downloads()[0], controller->downloads()[1]}));
+    known.clear();
+    controller->openNewURLs({url(u"http://a.example/plain"_s)});
+    EXPECT_EQ(known.size(), 1u);
+    controller->openURLs({url(u"http://a.example/plain"_s)});
+    EXPECT_EQ(controller->numberOfDownloads(), 4) << "what a script asks for it gets";
+}
+
+TEST_F(IntakeTest, ADocumentIsNoListAndItsAddressesAreOffered) {
+    writeFile(u"docs/notes.txt"_s,
+              "Dear all,\nsee http://a.example/a and http://a.example/b.\nJo\n");
+    writeFile(u"docs/licence.txt"_s, "All rights reserved.\nNo warranty.\n");
+    writeFile(u"docs/list.txt"_s, "http://a.example/c\nhttp://a.example/d\n-- the end --\n");
+    QStringList problems;
+    QObject::connect(controller.get(), &app::DQMainController::filesNotOpened, controller.get(),
+                     [&](const QStringList& texts) { problems = texts; });
+    controller->openFiles({folder.filePath(u"docs"_s)}, false, false);
+    EXPECT_EQ(queue(), QStringList({u"c"_s, u"d"_s}));
+    ASSERT_EQ(frontEnd.alerts.size(), 1u);
+    EXPECT_EQ(frontEnd.alerts[0].title, u"2 addresses in notes.txt."_s);
+    ASSERT_EQ(problems.size(), 1);
+    EXPECT_TRUE(problems[0].contains(u"licence.txt"_s));
+
+    frontEnd.onConfirm = [](const app::Alert&) { return true; };
+    controller->openFiles({folder.filePath(u"docs/notes.txt"_s)}, false, false);
+    EXPECT_EQ(queue(), QStringList({u"c"_s, u"d"_s, u"a"_s, u"b"_s}));
+
+    frontEnd.isThere = false;
+    writeFile(u"docs/more.txt"_s, "Hello\nhttp://a.example/e\n\nBye\n");
+    controller->openFiles({folder.filePath(u"docs/more.txt"_s)}, false, false);
+    EXPECT_EQ(queue().size(), 4);
+    ASSERT_EQ(problems.size(), 1);
+    EXPECT_TRUE(problems[0].startsWith(u"1 address in more.txt."_s));
+}
+
+TEST_F(IntakeTest, TakesNoneOfTooManyFilesWhereNobodyCanBeAsked) {
+    for (int i = 0; i < 101; ++i) {
+        writeFile(u"tree/f%1.zip"_s.arg(i), "x");
+    }
+    frontEnd.isThere = false;
+    QStringList problems;
+    QObject::connect(controller.get(), &app::DQMainController::filesNotOpened, controller.get(),
+                     [&](const QStringList& texts) { problems += texts; });
+    const QString tree = folder.filePath(u"tree"_s);
+    EXPECT_FALSE(controller->openFiles({tree}, false, false));
+    controller->openText(platform::Url::fromFilePath(tree).absoluteString());
+    EXPECT_EQ(controller->numberOfDownloads(), 0);
+    EXPECT_EQ(problems, QStringList(2, app::tooManyFilesText()));
 }
 
 TEST_F(IntakeTest, StreamsLongRangesWithoutHoldingTheLoop) {

@@ -212,6 +212,36 @@ TEST_F(SettingsEffectsTest, BandwidthIsLimitedHoweverTheSettingChanged) {
     EXPECT_EQ(http::HTTPRequest::maxBandwidthPerSecond(), 0U);
 }
 
+TEST_F(SettingsEffectsTest, OrderFilterAndNamesFollowTheirSettings) {
+    add({u"b"_s, u"a.ex"_s});
+    const auto shown = [&] {
+        QStringList names;
+        for (const auto& row : controller->sortedAndFilteredDownloads())
+            names.append(row->name());
+        return names;
+    };
+    defaults.set(app::settings::sortingCriterion, qint64{1});
+    main.settle();
+    EXPECT_EQ(shown(), QStringList({u"a.ex"_s, u"b"_s}));
+    defaults.set(app::settings::invertSorting, true);
+    main.settle();
+    EXPECT_EQ(shown(), QStringList({u"b"_s, u"a.ex"_s}));
+    controller->setFilterText(u"ex"_s);
+    EXPECT_EQ(shown(), QStringList{u"a.ex"_s});
+    defaults.set(app::settings::toolbarFilterCriterion, u"URL"_s);
+    main.settle();
+    EXPECT_EQ(shown().size(), 2) << "both hosts hold it";
+    controller->setFilterText({});
+
+    defaults.set(engine::settings::privateDownloading, true);
+    const auto download = this->download(u"a.ex"_s);
+    EXPECT_FALSE(download->displayName().endsWith(u".ex"_s));
+    defaults.set(engine::settings::privateDownloadingPreservesExtensions, true);
+    main.settle();
+    EXPECT_TRUE(download->displayName().endsWith(u"ex"_s, Qt::CaseInsensitive))
+        << qPrintable(download->displayName());
+}
+
 TEST_F(SettingsEffectsTest, NewRulesForDownloadPagesCountAtOnce) {
     const platform::Url page = *platform::Url::parse(address(u"a"_s));
     const auto isDownloadPage = [&] {

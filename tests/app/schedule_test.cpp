@@ -122,6 +122,22 @@ TEST_F(ScheduleTest, LeavesOutATimeThatTheMachineOrItsClockHasPassed) {
     EXPECT_EQ(status(u"a"_s), queued) << "set back before it";
 }
 
+TEST_F(ScheduleTest, ATimeThatIsNoneIsTheUsualOne) {
+    const auto& time = app::scheduledQueuingTime();
+    for (const auto& [stored, expected] : std::initializer_list<std::pair<QVariant, QTime>>{
+             {QVariant(), {22, 0}},
+             {u"noon"_s, {22, 0}},
+             {qint64{7}, {22, 0}},
+             {QVariantMap{}, {22, 0}},
+             {QVariantMap{{u"Hour"_s, u"x"_s}, {u"Minute"_s, qint64{5}}}, {22, 5}},
+             {QVariantMap{{u"Hour"_s, qint64{3}}}, {3, 0}},
+             {QVariantMap{{u"Hour"_s, u"4"_s}, {u"Minute"_s, qint64{99}}}, {4, 59}}}) {
+        defaults.setObject(time.setting.name(), stored);
+        EXPECT_EQ(app::scheduleTime(defaults, time), expected)
+            << app::scheduleTime(defaults, time).toString().toStdString();
+    }
+}
+
 TEST_F(ScheduleTest, FollowsItsSettingsWhileItRuns) {
     setTime(u"2027-06-01T12:00:00.300"_s);
     add({u"a"_s});

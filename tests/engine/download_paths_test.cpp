@@ -61,8 +61,10 @@ TEST_F(DownloadPathsTest, FolderIsChosenInOrder) {
     set(settings::subdivisionFormatRules, u"yyyy/MM"_s);
     EXPECT_EQ(download->downloadBasePath(), path(u"Zips/2027/01"_s));
     // A choice that is the general folder anyway beats no rule.
-    download->userSettings().set(keys::downloadFolder, path(u"downloads"_s));
+    download->userSettings().set(keys::downloadFolder, path(u"Downloads"_s));
     EXPECT_EQ(download->downloadBasePath(), path(u"Zips/2027/01"_s));
+    download->userSettings().set(keys::downloadFolder, path(u"downloads"_s));
+    EXPECT_EQ(download->downloadBasePath(), path(u"downloads"_s)) << "another folder on Linux";
     download->userSettings().set(keys::downloadFolder, path(u"Chosen"_s));
     EXPECT_EQ(download->downloadBasePath(), path(u"Chosen"_s));
     download->userSettings().set(keys::downloadFile, path(u"Other/name"_s));

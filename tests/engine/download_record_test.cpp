@@ -1,5 +1,6 @@
 #include <QFile>
 
+#include "engine/record/rule_matching.h"
 #include "engine/settings.h"
 #include "engine_fixture.h"
 #include "platform/files/files.h"
@@ -96,9 +97,45 @@ TEST_F(DownloadRecordTest, RulesMatchHostsFromTheRight) {
     EXPECT_FALSE(matches({}, {}));
     EXPECT_TRUE(matches({}, list(u"GZ"_s)));
     EXPECT_FALSE(matches(list(u"org"_s), list(u"zip"_s)));
+    for (const QString& host : {u"https://example.org/"_s, u"*.example.org"_s,
+                                u"example.org:8080"_s, u"example.org."_s, u".org"_s})
+        EXPECT_TRUE(matches(list(host), {})) << qPrintable(host);
+    for (const QString& extension : {u"*.gz"_s, u".gz"_s, u"tar.gz"_s, u"*.tar.gz"_s})
+        EXPECT_TRUE(matches({}, list(extension))) << qPrintable(extension);
+    for (const QString& extension : {u"r.gz"_s, u"a.tar.gz"_s, u""_s, u"z"_s})
+        EXPECT_FALSE(matches({}, list(extension))) << qPrintable(extension);
     download->userSettings().set(keys::originalURL, u"http://elsewhere.net/a"_s);
     EXPECT_FALSE(matches(list(u"org"_s), {}));
     EXPECT_FALSE(owner.add(u"file:///a"_s)->matchesSpecialCase({{u"Hosts"_s, list(u""_s)}}));
+    const auto other = [&](const QString& url, const QString& host) {
+        return owner.add(url)->matchesSpecialCase({{u"Hosts"_s, list(host)}});
+    };
+    EXPECT_TRUE(other(u"http://dl.xn--mller-kva.example/x"_s, u"M\u00FCller.example"_s));
+    EXPECT_TRUE(other(u"http://example.net./x"_s, u"example.net"_s));
+    EXPECT_TRUE(other(u"http://[2001:db8::1]/x"_s, u"[2001:DB8::1]"_s));
+}
+
+TEST(RuleTexts, AreHostsAndExtensionsOrNothing) {
+    for (const auto& [text, host] : std::initializer_list<std::pair<QString, QString>>{
+             {u"https://Example.org/"_s, u"Example.org"_s},
+             {u"*.example.net"_s, u"example.net"_s},
+             {u"example.com:8080"_s, u"example.com"_s},
+             {u"http://m\u00FCller.example."_s, u"m\u00FCller.example"_s},
+             {u"[::1]:80"_s, u"::1"_s},
+             {u"localhost"_s, u"localhost"_s},
+             {u"https://example.org/path"_s, u""_s},
+             {u"a b"_s, u""_s},
+             {u"a..b"_s, u""_s},
+             {u"*"_s, u""_s}})
+        EXPECT_EQ(engine::hostFromText(text), host) << qPrintable(text);
+    for (const auto& [text, extension] :
+         std::initializer_list<std::pair<QString, QString>>{{u"*.zip"_s, u"zip"_s},
+                                                            {u".zip"_s, u"zip"_s},
+                                                            {u"tar.gz"_s, u"tar.gz"_s},
+                                                            {u"z ip"_s, u""_s},
+                                                            {u"zip,pdf"_s, u""_s},
+                                                            {u"."_s, u""_s}})
+        EXPECT_EQ(engine::extensionFromText(text), extension) << qPrintable(text);
 }
 
 TEST_F(DownloadRecordTest, ArchiveHoldsWhatARestartNeeds) {
@@ -177,6 +214,31 @@ TEST_F(DownloadRecordTest, PageGivesOneAddressOrSeveral) {
     EXPECT_EQ(owner.opened[1], std::pair(u"http://a/2"_s, u"http://127.0.0.1:1/page/3"_s));
     EXPECT_EQ(several->status(), DQDownloadStatusAborted);
     EXPECT_EQ(downloads().size(), 2u);
+}
+
+TEST_F(DownloadRecordTest, PagesThatLeadBackAreNotReadAgain) {
+    const auto linksOf = [&](const QStringList& chain, const std::vector<platform::Url>& found) {
+        owner.opened.clear();
+        const auto page = owner.add(u"http://a/page/2"_s);
+        page->userSettings().set(keys::downloadPageChain, chain);
+        page->startDownload();
+        reader->answers.back()({found, {}});
+        QStringList opened;
+        for (const auto& [address, referrer] : owner.opened)
+            opened.append(address);
+        return opened;
+    };
+    EXPECT_EQ(
+        linksOf({u"http://a/page/1"_s}, {url(u"http://a/page/1"_s), url(u"http://a/page/2#top"_s),
+                                         url(u"http://a/page/3"_s), url(u"http://a/file"_s)}),
+        QStringList({u"http://a/page/3"_s, u"http://a/file"_s}));
+    EXPECT_EQ(owner.lastPageChain, QStringList({u"http://a/page/1"_s, u"http://a/page/2"_s}));
+    EXPECT_EQ(owner.opened[0].second, u"http://a/page/2"_s);
+
+    const QStringList longChain{u"1"_s, u"2"_s, u"3"_s, u"4"_s, u"5"_s, u"6"_s, u"7"_s};
+    EXPECT_EQ(
+        linksOf(longChain, {url(u"http://a/page/9"_s), url(u"http://a/x"_s), url(u"http://a/y"_s)}),
+        QStringList({u"http://a/x"_s, u"http://a/y"_s}));
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include "engine_fixture.h"
 #include "http/http_request.h"
 #include "links/paths/file_attributes.h"
+#include "links/settings.h"
 #include "platform/files/files.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -103,6 +104,21 @@ TEST_F(TransferTest, NameComesFromAddressHeaderAndType) {
         {3, "attachment; filename=page.htm", "text/html", u"page.htm.html"_s},
         {0, "attachment; filename=plain", "text/html", u"plain"_s},
         {1, "", "", u"file.bin"_s},
+        {1, "attachment; filename=x", "text/calendar; charset=utf-8", u"x.ics"_s},
+        {1, "attachment; filename=x", "text/vcard", u"x.vcf"_s},
+        {1, "attachment; filename=x", "application/vnd.ms-powerpoint", u"x.ppt"_s},
+        {1, "attachment; filename=x", "video/quicktime", u"x.mov"_s},
+        {1, "attachment; filename=x", "application/pgp-keys", u"x.asc"_s},
+        {1, "attachment; filename=x", "application/vnd.apple.mpegurl", u"x.m3u8"_s},
+        {1, "attachment; filename=y", "application/x-mpegURL", u"y.m3u8"_s},
+        {1, "attachment; filename=x", "application/dash+xml", u"x.mpd"_s},
+        {1, "attachment; filename=x", "application/wasm", u"x.wasm"_s},
+        {1, "attachment; filename=x", "image/jpg", u"x.jpg"_s},
+        {1, "attachment; filename=x", "audio/opus", u"x.opus"_s},
+        {1, "attachment; filename=x", "audio/webm", u"x.webm"_s},
+        {2, "attachment; filename=x.jpeg", "image/jpg", u"x.jpeg"_s},
+        {2, "attachment; filename=y.wasm", "application/wasm", u"y.wasm"_s},
+        {1, "attachment; filename=libstdc++6", "", u"libstdc  6"_s},
     };
     for (const Case& c : cases) {
         set(settings::filenameExtensionPolicy, c.policy);
@@ -117,6 +133,16 @@ TEST_F(TransferTest, NameComesFromAddressHeaderAndType) {
         EXPECT_EQ(download->name(), c.name) << c.disposition;
         EXPECT_EQ(QFileInfo(download->path()).fileName(), c.name);
     }
+}
+
+TEST_F(TransferTest, PlusSignsOfAHeaderStayIfTheSettingSaysSo) {
+    set(links::settings::plusSignsStandForBlanks, false);
+    Reply served = reply("body");
+    served.headers.emplace_back("Content-Disposition", "attachment; filename=libstdc++6.deb");
+    server.serve("/file.bin", served);
+    const auto download = add();
+    run(download);
+    EXPECT_EQ(QFileInfo(download->path()).fileName(), u"libstdc++6.deb"_s);
 }
 
 TEST_F(TransferTest, RedirectIsFollowedAndRemembered) {

@@ -5,6 +5,7 @@
 #include "links/names/content_disposition.h"
 #include "links/names/safe_file_name.h"
 #include "links/paths/path_components.h"
+#include "links/settings.h"
 #include "platform/net/url.h"
 #include "support/printers.h"
 
@@ -36,6 +37,18 @@ TEST(FileNames, FilenameOfURL) {
         ASSERT_TRUE(url) << qPrintable(c.given);
         EXPECT_EQ(links::filename(*url), c.expected) << qPrintable(c.given);
     }
+}
+
+TEST(FileNames, PlusSignsStayIfTheSettingSaysSo) {
+    auto& defaults = platform::standardDefaults();
+    const auto nameOf = [&](const QString& url) {
+        return links::filename(*platform::Url::parse(url), links::plusSignsInNames(defaults));
+    };
+    const QString package = u"http://host/libstdc++6_12.deb"_s;
+    EXPECT_EQ(nameOf(package), u"libstdc  6_12.deb"_s);
+    defaults.set(links::settings::plusSignsStandForBlanks, false);
+    EXPECT_EQ(nameOf(package), u"libstdc++6_12.deb"_s);
+    defaults.removeObject(links::settings::plusSignsStandForBlanks.name());
 }
 
 TEST(FileNames, FilenameByPattern) {

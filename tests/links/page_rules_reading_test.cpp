@@ -81,6 +81,27 @@ TEST(PageRules, TheFirstWhoseSourceMatchesSomethingDecides) {
     EXPECT_FALSE(isDownloadPageURL(urlOf(u"http://h9/"_s), nullptr));
 }
 
+TEST(PageRules, ASlipInTheNameLeavesOutItsRuleAlone) {
+    const QString text =
+        uR"j([
+        {"Source" : "^http://a/", "Query Cascade" : ["a"], "Use Source Name" : "title:("},
+        {"Source" : "^http://b/", "Query Cascade" : ["b"], "Use Source Name" : "(.*)"}
+    ])j"_s;
+    const auto rules = rulesOf(text);
+    ASSERT_TRUE(rules);
+    EXPECT_EQ(rules->sourcesLeftOut(), QStringList{u"^http://a/"_s});
+    EXPECT_FALSE(isDownloadPageURL(urlOf(u"http://a/x"_s), rules.get()));
+    EXPECT_TRUE(isDownloadPageURL(urlOf(u"http://b/x"_s), rules.get()));
+
+    const QTemporaryDir folder;
+    platform::UserDefaults defaults(folder.path(), u"test"_s);
+    defaults.set(settings::downloadPageRules, text);
+    const LogRecorder log;
+    DownloadPageRuleStore store(defaults);
+    EXPECT_TRUE(store.downloadPageRules());
+    EXPECT_EQ(log.lines().filter(u"^http://a/"_s).size(), 1);
+}
+
 TEST(PageRules, ASourceThatTakesTooLongIsLoggedOnceAndLeftOut) {
     const auto rules = rulesOf(
         uR"j([
@@ -112,6 +133,16 @@ TEST(PageRuleStore, TakesTheUsersTextAndElseTheBuiltInOne) {
         DownloadPageRuleStore store(defaults);
         EXPECT_TRUE(isPage(store, product));
         EXPECT_FALSE(isPage(store, urlOf(u"https://www.tarnworks.com/orlopping"_s)));
+    }
+    const QVariantMap rule{{u"Query Cascade"_s, QVariantList{u"q"_s}}};
+    for (const QVariant& structure :
+         {QVariant(QVariantMap{{u"mine"_s, rule}}),
+          QVariant(QVariantList{QVariantMap{{u"Source"_s, u"mine"_s},
+                                            {u"Query Cascade"_s, QVariantList{u"q"_s}}}})}) {
+        defaults.setObject(key, structure);
+        DownloadPageRuleStore store(defaults);
+        EXPECT_TRUE(isPage(store, mine)) << "a structure counts as well";
+        EXPECT_TRUE(rulesOf(store.ruleText())->ruleForURL(mine)) << "and can be edited";
     }
     DownloadPageRuleStore store(defaults);
     store.setRuleText(u"\"mine\" : {\n\"Query Cascade\" : [\"q\"]\n}"_s);

@@ -53,9 +53,13 @@ TEST_F(Paths, AvailablePathKeepsTheCurrentOne) {
     makeFile(u"a.zip"_s);
     makeFile(u"a 1.zip"_s);
     const auto kept =
-        links::availablePathWithCurrentPath(path(u"a.zip"_s), path(u"A 1.zip"_s), u" "_s, true);
+        links::availablePathWithCurrentPath(path(u"a.zip"_s), path(u"a 1.zip"_s), u" "_s, true);
     EXPECT_EQ(kept.path, path(u"a 1.zip"_s));
     EXPECT_TRUE(kept.isMatch);
+    const auto other =
+        links::availablePathWithCurrentPath(path(u"a.zip"_s), path(u"A 1.zip"_s), u" "_s, true);
+    EXPECT_EQ(other.path, path(u"a 2.zip"_s)) << "another file on Linux";
+    EXPECT_EQ(links::availablePath(path(u"A.zip"_s)), path(u"A.zip"_s)) << "a free name is free";
     const auto fragment =
         links::availablePathWithCurrentPath(path(u"a.zip"_s), std::nullopt, u".orlop-rf-"_s, false);
     EXPECT_EQ(fragment.path, path(u"a.zip.orlop-rf-1"_s));
@@ -90,9 +94,14 @@ TEST_F(Paths, RulesForPaths) {
     for (const QString& item : {u""_s, u".x"_s, u"Network"_s, u"/Network/"_s, u"/tmp"_s})
         EXPECT_FALSE(links::itemPathWithBasePath(item, std::nullopt)) << qPrintable(item);
     EXPECT_FALSE(links::itemPathWithBasePath(u"dev"_s, u"/"_s));
-    EXPECT_TRUE(links::isEqualToPath(u"/A"_s, u"/a"_s));
+    for (const QString& item : {u"/opt/"_s, u"//opt"_s, u"/opt/."_s, u"/etc//"_s})
+        EXPECT_FALSE(links::itemPathWithBasePath(item, std::nullopt)) << qPrintable(item);
+    EXPECT_EQ(links::itemPathWithBasePath(u"/opt/x/"_s, std::nullopt), u"/opt/x/");
+    EXPECT_TRUE(links::isEqualToPath(u"/a"_s, u"/a"_s));
+    EXPECT_FALSE(links::isEqualToPath(u"/A"_s, u"/a"_s));
     EXPECT_FALSE(links::isEqualToPath(u""_s, std::nullopt));
-    EXPECT_TRUE(links::hasPathPrefix(u"/a/bc"_s, u"/A/b"_s));
+    EXPECT_TRUE(links::hasPathPrefix(u"/a/bc"_s, u"/a/b"_s));
+    EXPECT_FALSE(links::hasPathPrefix(u"/a/bc"_s, u"/A/b"_s));
     EXPECT_FALSE(links::hasPathPrefix(u"/a"_s, u""_s));
     EXPECT_EQ(links::volumePath(u"/etc"_s), u"/");
 }

@@ -80,6 +80,7 @@ TEST(URLRepair, UnescapedAndRepaired) {
         {redirect, u"http://host/x.zip"_s, redirect},
         {nested, u"HTTPS://t.example/x"_s, nested},
         {quoted, quoted, quoted},
+        {u"http://a/ http://b/"_s, u"http://a/ http://b/"_s, u"http://a/ http://b/"_s},
         {u"http://host/a?x=1&amp;y=2&AMP;"_s, u"http://host/a?x=1&y=2&AMP;"_s,
          u"http://host/a?x=1&y=2&AMP;"_s},
         {u"//host/x.zip"_s, u"http://host/x.zip"_s, u"http://host/x.zip"_s},
@@ -126,6 +127,14 @@ TEST_F(UserRules, RunInOrderBehindOurs) {
     const links::ReplacementRules rules(true, links::replacementRulesAtPath(path));
     EXPECT_EQ(rules.applied(u"hxxp://host/x"_s), u"http://x/b");
     EXPECT_FALSE(links::replacementRulesAtPath(path + u"x"_s).isValid());
+
+    QVariantMap rule = expression(u"h.st"_s, u"b"_s);
+    rule[u"Regular Expression"_s] = u"NO"_s;
+    EXPECT_EQ(links::ReplacementRules(true, QVariantList{rule}).applied(u"http://host/h.st"_s),
+              u"http://host/b");
+    rule[u"Regular Expression"_s] = u"YES"_s;
+    EXPECT_EQ(links::ReplacementRules(true, QVariantList{rule}).applied(u"http://host/"_s),
+              u"http://b/");
 }
 
 TEST_F(UserRules, UnusableOnesChangeNothing) {

@@ -108,6 +108,8 @@ TEST(NetUrl, GuessesWhatAUserMeant) {
         {u"http://u\u00e9:p@w@h/[x]"_s, u"http://u%C3%A9:p%40w@h/%5Bx%5D"_s},
         {u"http://h/a#b#c"_s, u"http://h/a#b%23c"_s},
         {u"http://h/a%20b"_s, u"http://h/a%20b"_s},
+        {u"http://[fe80::1%25eth0]:8/x"_s, u"http://[fe80::1%25eth0]:8/x"_s},
+        {u"http://[fe80::1%eth0]/x"_s, u"http://[fe80::1%25eth0]/x"_s},
     };
     for (const Resolution& each : table) {
         const auto url = Url::parseLenient(each.reference);
@@ -116,6 +118,8 @@ TEST(NetUrl, GuessesWhatAUserMeant) {
     }
     EXPECT_FALSE(Url::parseLenient(u"http://a b/"_s));
     EXPECT_FALSE(Url::parseLenient(u"http://h:port/"_s));
+    EXPECT_FALSE(Url::parseLenient(u"http://[fe80::1%25]/"_s));
+    EXPECT_FALSE(Url::parseLenient(u"http://[fe80::1%25a/b]/"_s));
 }
 
 TEST(NetUrl, TurnsFilesIntoUrlsAndBack) {

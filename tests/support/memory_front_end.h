@@ -26,6 +26,8 @@ public:
     std::deque<std::optional<QString>> files, folders;
     bool isModal = false, holdsModifiers = false, isVisible = false, isHiddenNow = false;
     bool springs = false;
+    /// Somebody who can be asked.
+    bool isThere = true;
     std::shared_ptr<app::VanishView> vanishing;
 
     // What happened.
@@ -42,8 +44,9 @@ public:
 
     bool confirm(const app::Alert& alert) override {
         alerts.push_back(alert);
-        return onConfirm(alert);
+        return isThere && onConfirm(alert);
     }
+    bool canAsk() const override { return isThere; }
     void dismissAlert() override { ++dismissed; }
     std::optional<QString> chooseAbbreviatedDownloadFileForURL(const platform::Url&) override {
         return taken(files);

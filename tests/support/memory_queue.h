@@ -38,9 +38,11 @@ public:
             queue.remove(download);
     }
     void batchDidEnd() override { ++batches; }
-    void openURLs(const std::vector<platform::Url>& urls, const QString& referrer) override {
+    void openURLsOfPage(const std::vector<platform::Url>& urls,
+                        const QStringList& pageChain) override {
         for (const platform::Url& url : urls)
-            opened.emplace_back(url.absoluteString(), referrer);
+            opened.emplace_back(url.absoluteString(), pageChain.back());
+        lastPageChain = pageChain;
     }
     void volumeIsMissing(engine::DQDownload& download) override {
         missingVolumes.push_back(download.name());
@@ -54,6 +56,7 @@ public:
     std::vector<std::pair<engine::DQDownloadStatus, engine::StatusCause>> changes;
     std::vector<QString> history;  ///< Names of the downloads that ended by themselves.
     std::vector<std::pair<QString, QString>> opened;  ///< Address and referrer.
+    QStringList lastPageChain;
     std::vector<QString> missingVolumes, notThrownAway;
 
     engine::DownloadQueue queue;

@@ -1,8 +1,12 @@
 #include "ui/window/main_window.h"
 
+#include <QDialog>
 #include <QDragEnterEvent>
+#include <QLabel>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QPlainTextEdit>
+#include <QStatusBar>
 #include <QTest>
 #include <QToolButton>
 #include <set>
@@ -115,6 +119,12 @@ TEST_F(MainWindowTest, KeepsTheToolbarAsArranged) {
     window = std::make_unique<ui::MainWindow>(commands);
     EXPECT_EQ(buttons(), (QStringList{u"Add from Pasteboard"_s, u"Auto-Queue/Pause"_s}));
     EXPECT_FALSE(commands.state(app::Command::Find, 1).isEnabled);
+    defaults.set(ui::settings::mainToolbarWithThrottling, QStringList{u"More Actions"_s});
+    main.settle();
+    EXPECT_EQ(buttons(), QStringList{u"More Actions"_s}) << "changed elsewhere";
+    defaults.set(ui::settings::mainToolbarWithThrottling,
+                 QStringList{u"Add from Pasteboard"_s, u"Auto-Queue/Pause"_s});
+    main.settle();
 
     auto* schedule = find<QToolButton>(u"schedule-queue"_s);
     QTest::mouseClick(schedule, Qt::LeftButton);
@@ -139,16 +149,38 @@ TEST_F(MainWindowTest, TakesDropsAndNeverTheSource) {
         return event.isAccepted() ? event.dropAction() : Qt::IgnoreAction;
     };
     EXPECT_EQ(enter(picture), Qt::IgnoreAction);
-    EXPECT_EQ(enter(prose), Qt::CopyAction);
+    EXPECT_EQ(enter(prose), Qt::IgnoreAction) << "there is nothing in it";
     QDropEvent vain({50, 50}, Qt::CopyAction, &prose, Qt::LeftButton, {});
     QApplication::sendEvent(viewport, &vain);
-    EXPECT_FALSE(vain.isAccepted()) << "there is no address in it after all";
+    EXPECT_FALSE(vain.isAccepted());
     EXPECT_EQ(enter(links), Qt::CopyAction) << "even with the key held that means to move";
     QDropEvent drop({50, 50}, Qt::CopyAction, &links, Qt::LeftButton, {});
     QApplication::sendEvent(viewport, &drop);
     EXPECT_TRUE(drop.isAccepted());
     main.settle();
     EXPECT_EQ(queue(), QStringList{u"d"_s});
+}
+
+TEST_F(MainWindowTest, ShowsWhatItDidNotUnderstandAndWhatItHas) {
+    controller->openText(u"Hi Anna,\nhttp://a.example/a\nwww.b.example/b"_s);
+    auto* panel = find<QDialog>(u"openURLPanel"_s);
+    ASSERT_TRUE(panel && panel->isVisible());
+    const auto* text = panel->findChild<QPlainTextEdit*>(u"openURLTextView"_s);
+    EXPECT_EQ(text->toPlainText(), u"Hi Anna,\nhttps://www.b.example/b"_s);
+    const auto* note = panel->findChild<QLabel*>(u"openURLNote"_s);
+    EXPECT_TRUE(note->isVisible());
+    EXPECT_FALSE(note->text().isEmpty());
+    controller->openText(u"Bye"_s);
+    EXPECT_TRUE(text->toPlainText().endsWith(u"/b\nBye"_s)) << "nothing is lost";
+    panel->reject();
+
+    controller->openText(u"http://a.example/b"_s);
+    controller->setFilterText(u"nothing like it"_s);
+    desktop.frontEnd().list.reloadRows({});
+    controller->openText(u"http://a.example/a"_s);
+    EXPECT_EQ(controller->selectedDownloads(), app::Downloads{controller->downloads()[0]});
+    EXPECT_FALSE(controller->isFiltering());
+    EXPECT_EQ(window->statusBar()->currentMessage(), u"Already in the list"_s);
 }
 
 TEST(Language, SpeaksTheUsersAndFallsSilentWhenItGoes) {

@@ -66,6 +66,9 @@ TEST_F(RuleEditorTest, TakesARuleOnlyWithConditionAndConsequence) {
     EXPECT_EQ(controls->currentIndex(), 1);
     EXPECT_FALSE(canAccept(editor)) << "nothing would happen";
     selector->setFolder(folder.path());
+    type(editor, u"specialCaseHostsField", u"example.org\na/b"_s);
+    EXPECT_FALSE(canAccept(editor)) << "half of it would be lost";
+    type(editor, u"specialCaseHostsField", u"https://example.org/\n*.a.example"_s);
     type(editor, u"specialCaseExtensionsField", u".zip"_s);
     EXPECT_TRUE(canAccept(editor));
     EXPECT_EQ(editor.rule(),
@@ -85,6 +88,7 @@ TEST_F(RuleEditorTest, SaysWhatNoHostOrExtensionLooksLike) {
     };
     const std::tuple<const char16_t*, QString, QString> inputs[] = {
         {u"specialCaseHostsField", u"example.org\n[::1]"_s, {}},
+        {u"specialCaseHostsField", u"https://a.example/\n*.b.example\nc.example:80"_s, {}},
         {u"specialCaseHostsField", u"a.example\nhttp://b.example/x"_s, u"http://b.example/x"_s},
         {u"specialCaseExtensionsField", u"zip\ntar.gz"_s, {}},
         {u"specialCaseExtensionsField", u"zip, rar"_s, u"zip, rar"_s},

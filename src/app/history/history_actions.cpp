@@ -68,7 +68,7 @@ void HistoryActions::download(const QString& url) const {
         beepUnless(false);
         return;
     }
-    controller_.openURLs({*parsed});
+    controller_.openNewURLs({*parsed});
 }
 
 }  // namespace app

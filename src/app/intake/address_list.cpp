@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "links/pages/page_text.h"
+#include "links/recognition/text_addresses.h"
+#include "links/recognition/text_items.h"
 #include "links/text/trimming.h"
 
 namespace app {
@@ -25,6 +27,21 @@ QString addressListText(const QByteArray& data) {
         start = next;
     }
     return addresses;
+}
+
+bool isAddressList(const QString& text, bool skipRedirectingServices) {
+    constexpr int mostLines = 1000;
+    links::TextItems lines(text);
+    int balance = 0;
+    for (int count = 0; count < mostLines; ++count) {
+        const std::optional<QString> line = lines.next();
+        if (!line) {
+            break;
+        }
+        const auto finding = links::TextAddresses(*line, skipRedirectingServices).next();
+        balance += finding && finding->address ? 1 : -1;
+    }
+    return balance > 0;
 }
 
 }  // namespace app

@@ -13,39 +13,40 @@ namespace app {
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-
-constexpr qsizetype mostRefusedTexts = 1000;
-
-}  // namespace
-
 ListedAddresses::ListedAddresses(std::vector<platform::Url> urls) : urls_(std::move(urls)) {}
 
 std::optional<platform::Url> ListedAddresses::next() {
     return position_ < urls_.size() ? std::optional(std::move(urls_[position_++])) : std::nullopt;
 }
 
-TextAddresses::TextAddresses(links::URLCandidates candidates, KnownAddresses known,
-                             RefusedTexts refused)
-    : candidates_(std::move(candidates)), known_(std::move(known)), refused_(std::move(refused)) {}
+UnknownAddresses::UnknownAddresses(std::unique_ptr<AddressSource> rest, KnownAddresses known,
+                                   SharedIntakeNotes notes)
+    : rest_(std::move(rest)), known_(std::move(known)), notes_(std::move(notes)) {}
 
-std::optional<platform::Url> TextAddresses::next() {
-    while (const std::optional<QString> candidate = candidates_.next()) {
-        if (known_.contains(links::comparisonURLString(*candidate))) {
-            platform::debugLog(
-                [&] { return links::filledFormat(u"skipping duplicate: %@"_s, {*candidate}); });
-            continue;
-        }
-        std::optional<platform::Url> url = platform::Url::parse(*candidate);
-        if (!url) {
-            url = platform::Url::parseLenient(*candidate);
-        }
-        if (url) {
+std::optional<platform::Url> UnknownAddresses::next() {
+    while (std::optional<platform::Url> url = rest_->next()) {
+        const QString address = links::comparisonURLString(url->absoluteString());
+        const engine::DownloadPtr download = known_.find(address);
+        if (!download) {
             return url;
         }
-        if (refused_ && refused_->size() < mostRefusedTexts) {
-            refused_->append(*candidate);
+        platform::debugLog(
+            [&] { return links::filledFormat(u"skipping duplicate: %@"_s, {address}); });
+        notes_->noteKnown(download);
+    }
+    return {};
+}
+
+AddressesInTexts::AddressesInTexts(const QStringList& texts, bool skipRedirectingServices,
+                                   SharedIntakeNotes notes)
+    : addresses_(texts, skipRedirectingServices), notes_(std::move(notes)) {}
+
+std::optional<platform::Url> AddressesInTexts::next() {
+    while (std::optional<links::TextFinding> finding = addresses_.next()) {
+        if (finding->address) {
+            return std::move(finding->address);
         }
+        notes_->noteRefused(finding->refused);
     }
     return {};
 }
@@ -73,8 +74,9 @@ bool isFolder(const platform::Url& url) {
 
 }  // namespace
 
-UnfoldedFolders::UnfoldedFolders(std::unique_ptr<AddressSource> rest, FileCollector files)
-    : rest_(std::move(rest)), files_(std::move(files)) {}
+UnfoldedFolders::UnfoldedFolders(std::unique_ptr<AddressSource> rest, FileCollector files,
+                                 SharedIntakeNotes notes)
+    : rest_(std::move(rest)), files_(std::move(files)), notes_(std::move(notes)) {}
 
 std::optional<platform::Url> UnfoldedFolders::next() {
     while (position_ >= files_.urls().size()) {
@@ -82,39 +84,33 @@ std::optional<platform::Url> UnfoldedFolders::next() {
         if (!url || !isFolder(*url)) {
             return url;
         }
-        wantsMore_ = wantsMore_ && files_.getFileURLs({url->filePath()});
+        if (wantsMore_ && !files_.getFileURLs({url->filePath()})) {
+            wantsMore_ = false;
+            if (files_.hasTooMany()) {
+                notes_->noteProblem(tooManyFilesText());
+            }
+        }
     }
     return files_.urls()[position_++];
 }
 
-namespace {
-
-std::unique_ptr<AddressSource> addressesOf(links::URLCandidates candidates, const Downloads& queue,
-                                           const platform::UserDefaults& defaults,
-                                           RefusedTexts refused) {
-    const bool checks = defaults.get(settings::instantDuplicateCheck);
-    return std::make_unique<TextAddresses>(std::move(candidates),
-                                           checks ? KnownAddresses(queue) : KnownAddresses(),
-                                           std::move(refused));
+std::unique_ptr<AddressSource> newAddresses(std::unique_ptr<AddressSource> rest,
+                                            const Downloads& queue,
+                                            const platform::UserDefaults& defaults,
+                                            SharedIntakeNotes notes) {
+    if (!defaults.get(settings::instantDuplicateCheck)) {
+        return rest;
+    }
+    return std::make_unique<UnknownAddresses>(std::move(rest), KnownAddresses(queue),
+                                              std::move(notes));
 }
 
-}  // namespace
-
-std::unique_ptr<AddressSource> addressesInText(const QString& text, const Downloads& queue,
-                                               const platform::UserDefaults& defaults,
-                                               RefusedTexts refused) {
+std::unique_ptr<AddressSource> newAddressesInTexts(const QStringList& texts, const Downloads& queue,
+                                                   const platform::UserDefaults& defaults,
+                                                   const SharedIntakeNotes& notes) {
     const bool skips = defaults.get(links::settings::skipRedirectingServices);
-    return addressesOf(links::URLCandidates::fromString(text, skips), queue, defaults,
-                       std::move(refused));
-}
-
-std::unique_ptr<AddressSource> addressesInCollection(const QStringList& items,
-                                                     const Downloads& queue,
-                                                     const platform::UserDefaults& defaults,
-                                                     RefusedTexts refused) {
-    const bool skips = defaults.get(links::settings::skipRedirectingServices);
-    return addressesOf(links::URLCandidates::fromCollection(items, skips), queue, defaults,
-                       std::move(refused));
+    return newAddresses(std::make_unique<AddressesInTexts>(texts, skips, notes), queue, defaults,
+                        notes);
 }
 
 }  // namespace app

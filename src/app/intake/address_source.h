@@ -6,8 +6,9 @@
 #include <vector>
 
 #include "app/intake/file_collector.h"
+#include "app/intake/intake_notes.h"
 #include "app/intake/known_addresses.h"
-#include "links/recognition/url_candidates.h"
+#include "links/recognition/text_addresses.h"
 #include "platform/base/user_defaults.h"
 #include "platform/net/url.h"
 
@@ -26,27 +27,37 @@ class ListedAddresses final : public AddressSource {
 public:
     explicit ListedAddresses(std::vector<platform::Url> urls);
     [[nodiscard]] std::optional<platform::Url> next() override;
+    [[nodiscard]] std::size_t size() const { return urls_.size(); }
 
 private:
     std::vector<platform::Url> urls_;
     std::size_t position_ = 0;
 };
 
-/// Collects the texts of which no address could be made, the first thousand of them. Null: they are
-/// dropped.
-using RefusedTexts = std::shared_ptr<QStringList>;
-
-/// The addresses in a text. What cannot be made an address is left out.
-class TextAddresses final : public AddressSource {
+/// The addresses of another source without those that the queue as it stood has already, which
+/// `notes` hears of.
+class UnknownAddresses final : public AddressSource {
 public:
-    /// Those in `known` are left out as well.
-    TextAddresses(links::URLCandidates candidates, KnownAddresses known, RefusedTexts refused);
+    UnknownAddresses(std::unique_ptr<AddressSource> rest, KnownAddresses known,
+                     SharedIntakeNotes notes);
     [[nodiscard]] std::optional<platform::Url> next() override;
 
 private:
-    links::URLCandidates candidates_;
+    std::unique_ptr<AddressSource> rest_;
     KnownAddresses known_;
-    RefusedTexts refused_;
+    SharedIntakeNotes notes_;
+};
+
+/// The whole addresses in texts; `notes` hears of everything else.
+class AddressesInTexts final : public AddressSource {
+public:
+    AddressesInTexts(const QStringList& texts, bool skipRedirectingServices,
+                     SharedIntakeNotes notes);
+    [[nodiscard]] std::optional<platform::Url> next() override;
+
+private:
+    links::TextAddresses addresses_;
+    SharedIntakeNotes notes_;
 };
 
 /// Looks one address ahead of another source, so that it is known whether there is just one.
@@ -68,25 +79,26 @@ private:
 /// mean a question to the user. Once the user had enough, further folders are left out.
 class UnfoldedFolders final : public AddressSource {
 public:
-    UnfoldedFolders(std::unique_ptr<AddressSource> rest, FileCollector files);
+    UnfoldedFolders(std::unique_ptr<AddressSource> rest, FileCollector files,
+                    SharedIntakeNotes notes);
     [[nodiscard]] std::optional<platform::Url> next() override;
 
 private:
     std::unique_ptr<AddressSource> rest_;
     FileCollector files_;
+    SharedIntakeNotes notes_;
     std::size_t position_ = 0;
     bool wantsMore_ = true;
 };
 
-/// The addresses in a text, line by line, without those that the queue as it stands has already,
-/// if the settings say so.
-[[nodiscard]] std::unique_ptr<AddressSource> addressesInText(const QString& text,
-                                                             const Downloads& queue,
-                                                             const platform::UserDefaults& defaults,
-                                                             RefusedTexts refused = {});
-/// The same for texts that are lines already.
-[[nodiscard]] std::unique_ptr<AddressSource> addressesInCollection(
-    const QStringList& items, const Downloads& queue, const platform::UserDefaults& defaults,
-    RefusedTexts refused = {});
+/// The addresses of `rest` that are new to the queue as it stands, if the settings want them to be.
+[[nodiscard]] std::unique_ptr<AddressSource> newAddresses(std::unique_ptr<AddressSource> rest,
+                                                          const Downloads& queue,
+                                                          const platform::UserDefaults& defaults,
+                                                          SharedIntakeNotes notes);
+/// The whole addresses in texts, line by line, that are new to the queue likewise.
+[[nodiscard]] std::unique_ptr<AddressSource> newAddressesInTexts(
+    const QStringList& texts, const Downloads& queue, const platform::UserDefaults& defaults,
+    const SharedIntakeNotes& notes);
 
 }  // namespace app

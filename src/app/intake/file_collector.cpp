@@ -7,6 +7,7 @@
 #include "links/paths/folders.h"
 #include "links/paths/path_components.h"
 #include "links/paths/path_rules.h"
+#include "links/text/localization.h"
 #include "platform/text/comparison.h"
 
 namespace app {
@@ -27,6 +28,12 @@ bool isBundleName(const QString& name) {
 }
 
 }  // namespace
+
+QString tooManyFilesText() {
+    return links::localized(
+        "There are more than 100 files in what was given, and nobody to ask whether they are all "
+        "meant; none was taken.");
+}
 
 FileCollector::FileCollector(Questions& questions, bool acceptsBundles)
     : questions_(questions), acceptsBundles_(acceptsBundles) {}
@@ -69,6 +76,10 @@ bool FileCollector::addItem(const QString& item, const std::optional<QString>& b
 
 bool FileCollector::addFile(const QString& path) {
     if (urls_.size() >= numberOfFilesWithoutQuestion && !questions_.confirm(manyFilesAlert())) {
+        if (!questions_.canAsk()) {
+            urls_.clear();
+            hasTooMany_ = true;
+        }
         return false;
     }
     urls_.push_back(platform::Url::fromFilePath(path));

@@ -4,6 +4,8 @@
 
 #include "app/settings.h"
 #include "engine/settings.h"
+#include "links/recognition/text_addresses.h"
+#include "links/settings.h"
 #include "links/text/localization.h"
 
 namespace app {
@@ -18,19 +20,11 @@ constexpr int addressesPerTurn = 500;
 constexpr qsizetype longIntake = 10'000;
 constexpr auto delayedOpening = "openURLsWithArguments";
 
-std::vector<platform::Url> allOf(AddressSource& addresses) {
-    std::vector<platform::Url> urls;
-    while (std::optional<platform::Url> url = addresses.next()) {
-        urls.push_back(std::move(*url));
-    }
-    return urls;
-}
-
 }  // namespace
 
 struct Intake::Activity {
     IntakeRun run;
-    RefusedTexts refused;
+    SharedIntakeNotes notes;
     bool wasEmpty = false;
     /// How many downloads the list has been told of.
     qsizetype toldCount = 0;
@@ -42,35 +36,58 @@ Intake::~Intake() {
     surroundings_.loop.cancelAll(this);
 }
 
+/// Here a text that holds no whole address counts by what the parser makes of it, if only a name of
+/// a host; whoever opens it finds out that it cannot be downloaded.
+std::vector<platform::Url> Intake::candidatesIn(const QStringList& texts) const {
+    const bool skips = surroundings_.defaults.get(links::settings::skipRedirectingServices);
+    KnownAddresses known;
+    if (surroundings_.defaults.get(settings::instantDuplicateCheck)) {
+        known = KnownAddresses(surroundings_.queue.downloads());
+    }
+    std::vector<platform::Url> urls;
+    const auto add = [&](const std::optional<platform::Url>& url) {
+        if (url && !known.find(links::comparisonURLString(url->absoluteString()))) {
+            urls.push_back(*url);
+        }
+    };
+    links::TextAddresses addresses(texts, skips);
+    while (const auto finding = addresses.next()) {
+        if (finding->address) {
+            add(finding->address);
+            continue;
+        }
+        auto candidates = links::URLCandidates::fromCollection({finding->refused}, skips);
+        while (const auto candidate = candidates.next()) {
+            add(platform::Url::parseLenient(*candidate));
+        }
+    }
+    return urls;
+}
+
 std::vector<platform::Url> Intake::URLsFromCollection(const QStringList& items) const {
-    return allOf(
-        *addressesInCollection(items, surroundings_.queue.downloads(), surroundings_.defaults));
+    return candidatesIn(items);
 }
 
 std::vector<platform::Url> Intake::URLsFromString(const QString& text) const {
-    return allOf(*addressesInText(text, surroundings_.queue.downloads(), surroundings_.defaults));
-}
-
-std::unique_ptr<AddressSource> Intake::addressesInPasteboard(const Pasteboard& pasteboard,
-                                                             RefusedTexts refused) const {
-    const Downloads& queue = surroundings_.queue.downloads();
-    if (pasteboard.urls) {
-        return addressesInCollection(*pasteboard.urls, queue, surroundings_.defaults,
-                                     std::move(refused));
-    }
-    return pasteboard.text ? addressesInText(*pasteboard.text, queue, surroundings_.defaults,
-                                             std::move(refused))
-                           : nullptr;
+    return candidatesIn({text});
 }
 
 std::optional<std::vector<platform::Url>> Intake::URLsFromPasteboard(
     const Pasteboard& pasteboard) const {
-    const std::unique_ptr<AddressSource> addresses = addressesInPasteboard(pasteboard);
-    return addresses ? std::optional(allOf(*addresses)) : std::nullopt;
+    return pasteboard.urls || pasteboard.text ? std::optional(candidatesIn(pasteboard.texts()))
+                                              : std::nullopt;
 }
 
 void Intake::openURLs(std::vector<platform::Url> urls, const ScriptArguments& arguments) {
-    begin(std::make_unique<ListedAddresses>(std::move(urls)), arguments, {});
+    begin(std::make_unique<ListedAddresses>(std::move(urls)), arguments,
+          std::make_shared<IntakeNotes>());
+}
+
+void Intake::openNewURLs(std::vector<platform::Url> urls) {
+    const auto notes = std::make_shared<IntakeNotes>();
+    begin(newAddresses(std::make_unique<ListedAddresses>(std::move(urls)),
+                       surroundings_.queue.downloads(), surroundings_.defaults, notes),
+          {}, notes);
 }
 
 void Intake::openText(const QString& text) {
@@ -78,18 +95,20 @@ void Intake::openText(const QString& text) {
 }
 
 void Intake::beginWithPasteboard(const Pasteboard& pasteboard) {
-    const auto refused = std::make_shared<QStringList>();
-    begin(addressesInPasteboard(pasteboard, refused), {}, refused);
+    const auto notes = std::make_shared<IntakeNotes>();
+    begin(newAddressesInTexts(pasteboard.texts(), surroundings_.queue.downloads(),
+                              surroundings_.defaults, notes),
+          {}, notes);
 }
 
 void Intake::begin(std::unique_ptr<AddressSource> addresses, const ScriptArguments& arguments,
-                   RefusedTexts refused) {
+                   SharedIntakeNotes notes) {
     const IntakeRun::Surroundings surroundings{surroundings_.queue, surroundings_.defaults,
                                                surroundings_.frontEnd};
     const bool wasEmpty = surroundings_.queue.downloads().empty();
-    auto unfolded = std::make_unique<UnfoldedFolders>(std::move(addresses), fileCollector());
-    const auto activity = std::make_shared<Activity>(Activity{
-        IntakeRun(surroundings, std::move(unfolded), arguments), std::move(refused), wasEmpty});
+    auto unfolded = std::make_unique<UnfoldedFolders>(std::move(addresses), fileCollector(), notes);
+    const auto activity = std::make_shared<Activity>(
+        Activity{IntakeRun(surroundings, std::move(unfolded), arguments, notes), notes, wasEmpty});
     activities_.push_back(activity);
     proceed(activity);
 }
@@ -118,16 +137,26 @@ void Intake::report(Activity& activity, bool goesOn) {
     if (!goesOn && count > 0) {
         surroundings_.didEnd(activity.run.names());
     }
-    if (!goesOn && activity.refused && !activity.refused->isEmpty()) {
-        surroundings_.notUnderstood(activity.refused->join(u'\n'));
+    if (!goesOn) {
+        tellNotes(activity);
     }
-    if (!goesOn && !activity.run.problems().isEmpty()) {
-        surroundings_.notOpened(activity.run.problems());
+}
+
+void Intake::tellNotes(const Activity& activity) {
+    if (!activity.notes->known().empty()) {
+        surroundings_.alreadyInList(activity.notes->known());
+    }
+    if (!activity.notes->refused().empty()) {
+        surroundings_.notUnderstood(activity.notes->refused());
+    }
+    if (!activity.notes->problems().isEmpty()) {
+        surroundings_.notOpened(activity.notes->problems());
     }
 }
 
 bool Intake::isActive() const {
-    return !activities_.empty() || surroundings_.loop.isScheduled(this, delayedOpening);
+    return !activities_.empty() || surroundings_.loop.isScheduled(this, delayedOpening) ||
+           surroundings_.loop.isScheduled(this, "dropPasteboard");
 }
 
 void Intake::stop() {
@@ -155,6 +184,9 @@ bool Intake::openFiles(const QStringList& paths, bool afterDelay, bool giveFeedb
     FileCollector files = fileCollector();
     files.getFileURLs(paths);
     reportFruitlessPaths(files.fruitlessPaths());
+    if (files.hasTooMany()) {
+        surroundings_.notOpened({tooManyFilesText()});
+    }
     if (afterDelay) {
         openURLsAfterDelay(files.urls(), {}, giveFeedback);
         return !files.urls().empty();
@@ -178,12 +210,12 @@ void Intake::reportFruitlessPaths(const QStringList& paths) {
 }
 
 bool Intake::canDropPasteboard(const Pasteboard& pasteboard) const {
-    const std::unique_ptr<AddressSource> addresses = addressesInPasteboard(pasteboard);
-    return addresses && addresses->next();
+    return links::TextAddresses::holdsAddress(
+        pasteboard.texts(), surroundings_.defaults.get(links::settings::skipRedirectingServices));
 }
 
 bool Intake::dropPasteboard(const Pasteboard& pasteboard) {
-    if (!canDropPasteboard(pasteboard)) {
+    if (pasteboard.isBlank()) {
         return false;
     }
     // The drag's source waits for the drop to return.
@@ -193,26 +225,11 @@ bool Intake::dropPasteboard(const Pasteboard& pasteboard) {
 }
 
 std::optional<QString> Intake::openURLFromPasteboard(const Pasteboard& pasteboard) {
-    const std::unique_ptr<AddressSource> addresses = addressesInPasteboard(pasteboard);
-    std::vector<platform::Url> urls;
-    std::optional<platform::Url> next;
-    while (addresses && static_cast<qsizetype>(urls.size()) < longIntake &&
-           (next = addresses->next())) {
-        urls.push_back(std::move(*next));
-    }
-    const bool areWhole = std::all_of(
-        urls.begin(), urls.end(), [](const platform::Url& url) { return !url.scheme().isEmpty(); });
-    if (urls.empty()) {
+    if (pasteboard.isBlank()) {
         return pasteboard.text.value_or(QString());
     }
-    if (areWhole) {
-        beginWithPasteboard(pasteboard);
-        return {};
-    }
-    QStringList lines;
-    std::transform(urls.begin(), urls.end(), std::back_inserter(lines),
-                   [](const platform::Url& url) { return url.absoluteString(); });
-    return lines.join(u'\n');
+    beginWithPasteboard(pasteboard);
+    return {};
 }
 
 bool Intake::retry(const Downloads& downloads) {

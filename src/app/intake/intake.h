@@ -29,8 +29,10 @@ public:
         std::function<void(bool wasEmpty)> didGrow;
         /// An intake has ended that made downloads, which rows call these names.
         std::function<void(const QStringList& names)> didEnd;
-        /// Lines of what the user pasted, dropped or typed that are no addresses.
-        std::function<void(const QString& text)> notUnderstood;
+        /// Pieces of what the user pasted, dropped or typed in which there is no address.
+        std::function<void(const std::vector<RefusedText>& refused)> notUnderstood;
+        /// Downloads of the queue whose addresses were given once more.
+        std::function<void(const Downloads& known)> alreadyInList;
         /// What files and folders could not be opened and why, a sentence each.
         std::function<void(const QStringList& problems)> notOpened;
         /// How many downloads a long intake has made so far. Nothing: it has ended.
@@ -50,14 +52,18 @@ public:
         const Pasteboard& pasteboard) const;
 
     void openURLs(std::vector<platform::Url> urls, const ScriptArguments& arguments = {});
+    /// Those that the queue does not have yet, if the settings want that to be checked.
+    void openNewURLs(std::vector<platform::Url> urls);
     void openURLsAfterDelay(const std::vector<platform::Url>& urls,
                             const ScriptArguments& arguments, bool giveFeedback);
     bool openFiles(const QStringList& paths, bool afterDelay, bool giveFeedback);
     void openText(const QString& text);
 
+    /// Whether there is an address in it.
     [[nodiscard]] bool canDropPasteboard(const Pasteboard& pasteboard) const;
+    /// False: it is blank. What is not understood of it is told.
     bool dropPasteboard(const Pasteboard& pasteboard);
-    /// Opens the addresses if each has a scheme. Otherwise the text for the user to correct.
+    /// Opens what it holds. Otherwise, since it is blank, the text for the user to fill.
     [[nodiscard]] std::optional<QString> openURLFromPasteboard(const Pasteboard& pasteboard);
 
     /// Puts fresh downloads of their addresses in place of these. False: none was replaced.
@@ -70,14 +76,14 @@ public:
 private:
     struct Activity;
 
-    [[nodiscard]] std::unique_ptr<AddressSource> addressesInPasteboard(
-        const Pasteboard& pasteboard, RefusedTexts refused = {}) const;
+    [[nodiscard]] std::vector<platform::Url> candidatesIn(const QStringList& texts) const;
     [[nodiscard]] FileCollector fileCollector() const;
     void beginWithPasteboard(const Pasteboard& pasteboard);
     void begin(std::unique_ptr<AddressSource> addresses, const ScriptArguments& arguments,
-               RefusedTexts refused);
+               SharedIntakeNotes notes);
     void proceed(const std::shared_ptr<Activity>& activity);
     void report(Activity& activity, bool goesOn);
+    void tellNotes(const Activity& activity);
     void reportFruitlessPaths(const QStringList& paths);
 
     Surroundings surroundings_;

@@ -12,6 +12,8 @@
 #include "links/paths/folders.h"
 #include "links/paths/path_components.h"
 #include "links/paths/path_rules.h"
+#include "links/recognition/text_addresses.h"
+#include "links/settings.h"
 #include "links/text/localization.h"
 #include "platform/base/log.h"
 #include "platform/files/files.h"
@@ -28,7 +30,6 @@ namespace {
 constexpr qint64 maximumFileSize = 64 << 20;
 /// More names are of no use to whoever reads the notification.
 constexpr qsizetype maximumNumberOfNames = 1000;
-constexpr qsizetype maximumNumberOfProblems = 1000;
 
 /// Without links, and the same for every way of writing it. A path that does not exist stays.
 QString canonicalPath(const QString& path) {
@@ -43,10 +44,12 @@ void logRefusal(const platform::Url& url) {
 }  // namespace
 
 IntakeRun::IntakeRun(Surroundings surroundings, std::unique_ptr<AddressSource> addresses,
-                     const ScriptArguments& arguments)
+                     const ScriptArguments& arguments, SharedIntakeNotes notes)
     : surroundings_(surroundings),
       given_(std::move(addresses)),
+      notes_(std::move(notes)),
       request_(arguments.request()),
+      downloadPageChain_(arguments.downloadPageChain),
       target_(platform::abbreviateWithTilde(arguments.toPosixPath)),
       targetIsFolder_(!target_.isEmpty() && links::isFolderPath(platform::expandTilde(target_))),
       asksForFolder_(surroundings.frontEnd.presence.areAlternateFunctionalityModifiersHeld()),
@@ -61,10 +64,10 @@ bool IntakeRun::step(int maximum) {
         if (url && open(*url) == Progress::GoesOn) {
             continue;
         }
-        if (lists_.empty()) {
-            isOver_ = true;
-        } else {
+        if (!lists_.empty()) {
             lists_.pop_back();
+        } else if (url || !takeOffered()) {
+            isOver_ = true;
         }
     }
     return !isOver_;
@@ -104,8 +107,8 @@ void IntakeRun::openBundle(const platform::Url& url) {
         platform::log(
             links::filledFormat(u"cannot find locally stored metadata: %@"_s, {container}));
         surroundings_.frontEnd.feedback.beep();
-        noteProblem(links::filledFormat(links::localized("There is no begun download in %@."),
-                                        {container}));
+        notes_->noteProblem(links::filledFormat(
+            links::localized("There is no begun download in %@."), {container}));
         return;
     }
     if (const engine::DownloadPtr download = addDownloadFromArchive(
@@ -113,7 +116,7 @@ void IntakeRun::openBundle(const platform::Url& url) {
         didAdd(*download);
     } else {
         logRefusal(url);
-        noteProblem(links::filledFormat(
+        notes_->noteProblem(links::filledFormat(
             links::localized("The download begun in %@ has no address to go on from."),
             {container}));
     }
@@ -147,18 +150,44 @@ void IntakeRun::openList(const QString& path) {
     if (contents.error) {
         platform::log(
             u"cannot read the list of addresses: %1 (%2)"_s.arg(list, contents.error->text));
-        noteProblem(
+        notes_->noteProblem(
             links::filledFormat(links::localized("The list of addresses %@ cannot be read: %@"),
                                 {list, contents.error->text}));
         return;
     }
     const QString text = addressListText(contents.data);
-    if (text.trimmed().isEmpty()) {
-        noteProblem(
+    const bool skips = surroundings_.defaults.get(links::settings::skipRedirectingServices);
+    const bool isList = isAddressList(text, skips);
+    auto addresses =
+        newAddressesInTexts({text}, surroundings_.queue.downloads(), surroundings_.defaults,
+                            isList ? notes_ : std::make_shared<IntakeNotes>());
+    if (isList) {
+        lists_.push_back(std::move(addresses));
+        return;
+    }
+    if (!links::TextAddresses::holdsAddress({text}, skips)) {
+        notes_->noteProblem(
             links::filledFormat(links::localized("There is no address in the list %@."), {list}));
     }
-    lists_.push_back(
-        addressesInText(text, surroundings_.queue.downloads(), surroundings_.defaults));
+    offered_.add(list, *addresses);
+}
+
+bool IntakeRun::takeOffered() {
+    if (offered_.isEmpty()) {
+        return false;
+    }
+    if (!surroundings_.frontEnd.questions.canAsk()) {
+        for (const QString& sentence : offered_.notTaken()) {
+            notes_->noteProblem(sentence);
+        }
+        return false;
+    }
+    std::unique_ptr<AddressSource> wanted = offered_.ask(surroundings_.frontEnd.questions);
+    const bool isWanted = wanted != nullptr;
+    if (isWanted) {
+        lists_.push_back(std::move(wanted));
+    }
+    return isWanted;
 }
 
 IntakeRun::Progress IntakeRun::openRequestFile(const platform::Url& url) {
@@ -186,6 +215,9 @@ IntakeRun::Progress IntakeRun::addDownload(const platform::Url& url) {
     if (!request_.isEmpty()) {
         download->userSettings().set(keys::request, request_);
     }
+    if (!downloadPageChain_.isEmpty()) {
+        download->userSettings().set(keys::downloadPageChain, downloadPageChain_);
+    }
     if (!chooseDestination(*download, url)) {
         // No list has shown it yet, so that it cannot vanish from one.
         surroundings_.queue.remove(*download);
@@ -207,12 +239,6 @@ void IntakeRun::didAdd(const engine::DQDownload& download) {
     ++count_;
     if (names_.size() < maximumNumberOfNames) {
         names_.append(download.displayName());
-    }
-}
-
-void IntakeRun::noteProblem(const QString& text) {
-    if (problems_.size() < maximumNumberOfProblems) {
-        problems_.append(text);
     }
 }
 

@@ -8,6 +8,8 @@
 
 #include "app/front_end.h"
 #include "app/intake/address_source.h"
+#include "app/intake/intake_notes.h"
+#include "app/intake/offered_documents.h"
 #include "app/intake/script_arguments.h"
 #include "engine/queue/download_queue.h"
 #include "platform/base/user_defaults.h"
@@ -29,8 +31,9 @@ public:
         FrontEnd frontEnd;
     };
 
+    /// `notes` hears what could not be opened and what else the lists among the addresses hold.
     IntakeRun(Surroundings surroundings, std::unique_ptr<AddressSource> addresses,
-              const ScriptArguments& arguments);
+              const ScriptArguments& arguments, SharedIntakeNotes notes);
 
     /// Takes in at most so many addresses. False: there are no more.
     bool step(int maximum);
@@ -41,8 +44,6 @@ public:
     [[nodiscard]] qsizetype count() const { return count_; }
     /// The names of the first ones of them.
     [[nodiscard]] const QStringList& names() const { return names_; }
-    /// What could not be opened and why, a sentence each.
-    [[nodiscard]] const QStringList& problems() const { return problems_; }
 
 private:
     /// Whether the list of addresses in hand goes on.
@@ -52,11 +53,12 @@ private:
     void openBundle(const platform::Url& url);
     [[nodiscard]] engine::DownloadPtr downloadOfBundle(const QString& container) const;
     void openList(const QString& path);
+    /// Whether the user wants what text documents hold. True: it is the list in hand now.
+    bool takeOffered();
     Progress openRequestFile(const platform::Url& url);
     Progress addDownload(const platform::Url& url);
     [[nodiscard]] engine::DownloadPtr appendDownload(const platform::Url& url);
     void didAdd(const engine::DQDownload& download);
-    void noteProblem(const QString& text);
 
     /// False: the user cancelled.
     bool chooseDestination(engine::DQDownload& download, const platform::Url& url);
@@ -70,7 +72,10 @@ private:
     /// The list in hand last; those below it wait for its end.
     std::vector<std::unique_ptr<AddressSource>> lists_;
     QSet<QString> readLists_;
+    SharedIntakeNotes notes_;
+    OfferedDocuments offered_;
     const QVariantMap request_;
+    const QStringList downloadPageChain_;
     QString target_;
     bool targetIsFolder_;
     QString chosenFolder_;
@@ -79,7 +84,6 @@ private:
     bool isOver_ = false;
     qsizetype count_ = 0;
     QStringList names_;
-    QStringList problems_;
 };
 
 }  // namespace app

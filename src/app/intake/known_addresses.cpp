@@ -1,5 +1,7 @@
 #include "app/intake/known_addresses.h"
 
+#include <algorithm>
+
 namespace app {
 
 namespace {
@@ -8,21 +10,21 @@ constexpr int lookupsWithoutIndex = 4;
 
 }  // namespace
 
-bool KnownAddresses::contains(const QString& address) {
+engine::DownloadPtr KnownAddresses::find(const QString& address) {
     if (++lookups_ > lookupsWithoutIndex && !unindexed_.empty()) {
         makeIndex();
     }
-    return index_.contains(address) ||
-           std::any_of(unindexed_.begin(), unindexed_.end(),
-                       [&](const engine::DownloadPtr& download) {
-                           return download->comparisonURLString() == address;
-                       });
+    const auto last = std::find_if(unindexed_.rbegin(), unindexed_.rend(),
+                                   [&](const engine::DownloadPtr& download) {
+                                       return download->comparisonURLString() == address;
+                                   });
+    return last == unindexed_.rend() ? index_.value(address) : *last;
 }
 
 void KnownAddresses::makeIndex() {
     index_.reserve(static_cast<qsizetype>(unindexed_.size()));
     for (const engine::DownloadPtr& download : unindexed_) {
-        index_.insert(download->comparisonURLString());
+        index_.insert(download->comparisonURLString(), download);
     }
     unindexed_ = {};
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QSet>
+#include <QHash>
 #include <QString>
 
 #include "app/queue/download_order.h"
@@ -17,13 +17,14 @@ public:
     KnownAddresses() = default;
     explicit KnownAddresses(const Downloads& queue) : unindexed_(queue) {}
 
-    [[nodiscard]] bool contains(const QString& address);
+    /// The last download of this address. Null: there is none.
+    [[nodiscard]] engine::DownloadPtr find(const QString& address);
 
 private:
     void makeIndex();
 
     Downloads unindexed_;
-    QSet<QString> index_;
+    QHash<QString, engine::DownloadPtr> index_;
     int lookups_ = 0;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 #include <optional>
 
@@ -11,6 +12,8 @@ struct ScriptArguments {
     QString toPosixPath;  ///< A folder, or the file for the first address.
     QString byPostingData;
     std::optional<QString> withReferrer, posingAsUserAgent, usingCookies;
+    /// Not for scripts: the download pages that led to the addresses.
+    QStringList downloadPageChain = {};
 
     [[nodiscard]] bool isEmpty() const;
     /// As the "Request" of a download's settings. Empty: an ordinary request.

@@ -2,12 +2,16 @@
 
 #include "links/text/localization.h"
 #include "platform/base/arguments.h"
+#include "platform/base/setting.h"
 
 namespace app {
 namespace {
 
 using namespace Qt::Literals::StringLiterals;
 using links::localized;
+
+/// Given by a session manager that starts the program again (XSMP); its value is of no use here.
+const QString sessionOption = u"session"_s;
 
 void takeOption(const QString& word, CommandLine& line) {
     if (word == u"--help"_s || word == u"-h"_s)
@@ -18,6 +22,15 @@ void takeOption(const QString& word, CommandLine& line) {
         line.problem = localized("unknown option: %1").arg(word);
     else
         line.problem = localized("the setting %1 needs a value").arg(word);
+}
+
+/// What a misspelt setting would do is to be without effect in silence.
+void checkSetting(const QString& key, CommandLine& line) {
+    const platform::SettingEntry* nearest = platform::nearestSetting(key);
+    if (key == sessionOption || nearest == nullptr || nearest->name() == key)
+        return;
+    line.problem =
+        localized("there is no setting \"%1\"; did you mean \"%2\"?").arg(key, nearest->name());
 }
 
 /// A word that is no setting: an option, an address or a path.
@@ -38,7 +51,10 @@ CommandLine parsedCommandLine(const QStringList& arguments) {
         // No setting is called so; it is an option of some other program.
         if (setting.key().size() == 1)
             takeOption(u'-' + setting.key(), line);
+        else
+            checkSetting(setting.key(), line);
     }
+    line.settings.remove(sessionOption);
     for (const QString& word : parsed.rest.first(parsed.verbatimStart))
         takeWord(word, line);
     line.items += parsed.rest.sliced(parsed.verbatimStart);

@@ -21,7 +21,8 @@ struct CommandLine {
 
 /// `arguments` are those behind the program's name. A word that begins with a hyphen is the key of
 /// a setting and the next word its value, unless it is a single letter, which is no setting's key;
-/// behind "--" everything is an address or a path.
+/// behind "--" everything is an address or a path. A key that this program does not know is a
+/// problem.
 [[nodiscard]] CommandLine parsedCommandLine(const QStringList& arguments);
 
 }  // namespace app

@@ -16,11 +16,15 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// A message is its length in four bytes (big endian) and that many bytes: the activation token and
-// the items as UTF-8, with a NUL between two. The answer is one byte.
+// A message is its length in four bytes (big endian) and that many bytes: its id, the activation
+// token and the items as UTF-8, with a NUL between two. The answer is one byte, and only when the
+// sender has said with another that it heard it is the message delivered: by then a sender that
+// could not wait any longer has gone, and whoever started it will try again.
 constexpr quint32 maximumLength = 4 << 20;  // The system's limit for arguments is half of that.
 constexpr qsizetype lengthSize = sizeof(quint32);
 constexpr char accepted = '+';
+constexpr char confirmed = '!';
+constexpr qsizetype mostIds = 1000;
 constexpr int timeout = 5000;
 
 /// One for each queue, as several can be open at a time under different data folders.
@@ -31,7 +35,7 @@ QString socketPath(const QString& supportFolder, const QString& folder) {
 }
 
 QByteArray encoded(const Handover& handover) {
-    QByteArray body = handover.activationToken.toUtf8();
+    QByteArray body = handover.id.toUtf8() + '\0' + handover.activationToken.toUtf8();
     for (const QString& item : handover.items) {
         body += '\0' + item.toUtf8();
     }
@@ -45,8 +49,9 @@ Handover decoded(const QByteArray& body) {
     for (const QByteArray& part : body.split('\0')) {
         parts.append(QString::fromUtf8(part));
     }
-    const QString token = parts.takeFirst();
-    return {parts, token};
+    const QString id = parts.takeFirst();
+    const QString token = parts.isEmpty() ? QString() : parts.takeFirst();
+    return {parts, token, id};
 }
 
 bool isSameUser(const QLocalSocket& socket) {
@@ -77,6 +82,7 @@ HandoverReceiver::HandoverReceiver(const QString& supportFolder, const QString& 
 void HandoverReceiver::accept() {
     while (QLocalSocket* socket = server_.nextPendingConnection()) {
         connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
+        connect(socket, &QObject::destroyed, this, [this, socket] { answered_.remove(socket); });
         if (!isSameUser(*socket)) {
             socket->abort();
             continue;
@@ -94,6 +100,20 @@ void HandoverReceiver::close() {
 }
 
 void HandoverReceiver::read(QLocalSocket& socket) {
+    if (!answered_.contains(&socket)) {
+        takeMessage(socket);
+        return;
+    }
+    char word = 0;
+    const bool isConfirmed = socket.getChar(&word) && word == confirmed;
+    const Handover handover = answered_.take(&socket);
+    socket.disconnectFromServer();
+    if (isConfirmed) {
+        deliver(handover);
+    }
+}
+
+void HandoverReceiver::takeMessage(QLocalSocket& socket) {
     const QByteArray head = socket.peek(lengthSize);
     if (head.size() < lengthSize) {
         return;
@@ -107,10 +127,28 @@ void HandoverReceiver::read(QLocalSocket& socket) {
         return;
     }
     const QByteArray message = socket.read(lengthSize + static_cast<qsizetype>(length));
+    answered_.insert(&socket, decoded(message.mid(lengthSize)));
     socket.write(&accepted, 1);
-    socket.flush();  // Opening what came can keep this thread busy.
-    socket.disconnectFromServer();
-    receive_(decoded(message.mid(lengthSize)));
+    socket.flush();
+}
+
+void HandoverReceiver::deliver(const Handover& handover) {
+    if (!handover.id.isEmpty()) {
+        if (deliveredIds_.contains(handover.id)) {
+            return;
+        }
+        deliveredIds_.append(handover.id);
+        if (deliveredIds_.size() > mostIds) {
+            deliveredIds_.removeFirst();
+        }
+    }
+    receive_(handover);
+}
+
+bool canHandOver(const QString& supportFolder, const QString& folder) {
+    QLocalSocket socket;
+    socket.connectToServer(socketPath(supportFolder, folder));
+    return socket.waitForConnected(timeout) && isSameUser(socket);
 }
 
 std::optional<QString> handOver(const Handover& handover, const QString& supportFolder,
@@ -124,7 +162,8 @@ std::optional<QString> handOver(const Handover& handover, const QString& support
     char answer = 0;
     if (socket.waitForConnected(timeout) && isSameUser(socket) &&
         socket.write(message) == message.size() && socket.waitForReadyRead(timeout) &&
-        socket.getChar(&answer) && answer == accepted) {
+        socket.getChar(&answer) && answer == accepted && socket.putChar(confirmed) &&
+        socket.waitForBytesWritten(timeout)) {
         return {};
     }
     return u"the process that has the queue does not answer (%1)"_s.arg(socket.errorString());

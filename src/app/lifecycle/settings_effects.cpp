@@ -4,6 +4,7 @@
 
 #include "app/front_end.h"
 #include "app/main_controller.h"
+#include "app/settings.h"
 #include "engine/queue/queue_admission.h"
 #include "engine/settings.h"
 #include "engine/workers/throttle.h"
@@ -39,14 +40,22 @@ void SettingsEffects::settingDidChange(const QString& key) {
     static const QStringList limits =
         names(numberOfConcurrentDownloads, numberOfConcurrentDownloadsPerHost);
     static const QStringList bandwidth = names(throttleEnabled, throttleLimit);
+    static const QStringList fileNames =
+        names(privateDownloadingPreservesExtensions, privateDownloadingAddsGenericPrefix,
+              links::settings::plusSignsStandForBlanks);
+    static const QStringList order = names(settings::sortingCriterion, settings::invertSorting,
+                                           settings::toolbarFilterCriterion);
     static const QStringList rows =
-        names(privateDownloading, privateDownloadingPreservesExtensions,
-              privateDownloadingAddsGenericPrefix, displayLocationsAsNames,
-              displayAccelerationConnections, revealByLaunching, intermediatesLocation);
+        names(privateDownloading, displayLocationsAsNames, displayAccelerationConnections,
+              revealByLaunching, intermediatesLocation);
     if (limits.contains(key)) {
         admitDownloads();
     } else if (bandwidth.contains(key)) {
         controller_.queue().throttle().apply();
+    } else if (fileNames.contains(key)) {
+        makeNamesAnew();
+    } else if (order.contains(key)) {
+        controller_.updateDownloadListAndStatus();
     } else if (rows.contains(key)) {
         list_.setNeedsDisplay();
     } else if (key == links::settings::downloadPageRules.name()) {
@@ -59,6 +68,14 @@ void SettingsEffects::admitDownloads() {
     if (!admission.queuedDownloads().empty()) {
         admission.startEligibleQueuedDownloadsWithTimer();
     }
+    list_.setNeedsDisplay();
+}
+
+void SettingsEffects::makeNamesAnew() {
+    for (const engine::DownloadPtr& download : controller_.downloads()) {
+        download->invalidateIconAndNameCache();
+    }
+    controller_.updateDownloadListAndStatus();
     list_.setNeedsDisplay();
 }
 

@@ -29,6 +29,7 @@ public:
 private:
     void settingDidChange(const QString& key);
     void admitDownloads();
+    void makeNamesAnew();
     void readDownloadPageRules();
 
     platform::UserDefaults& defaults_;

@@ -4,6 +4,7 @@
 
 #include "app/settings.h"
 #include "links/format/times_of_day.h"
+#include "platform/base/values.h"
 
 namespace app {
 
@@ -32,15 +33,17 @@ void setScheduleTime(platform::UserDefaults& defaults, QTime timeOfDay, const Sc
 }
 
 QTime scheduleTime(const platform::UserDefaults& defaults, const ScheduledTime& time) {
-    if (!defaults.hasValueForKey(time.setting.name())) {
-        return QTime(time.defaultHour, 0);
-    }
     // Settings are edited by hand as well.
     const QVariantMap stored = defaults.dictionaryForKey(time.setting.name());
-    const auto part = [&](const QString& key, int last) {
-        return std::clamp(stored.value(key).toInt(), 0, last);
+    const auto part = [&](const QString& key, int last, qint64 otherwise) {
+        bool isNumber = false;
+        const double number = stored.value(key).toDouble(&isNumber);
+        return static_cast<int>(
+            isNumber ? std::clamp(platform::integerValue(number), qint64{0}, qint64{last})
+                     : otherwise);
     };
-    return QTime(part(hourKey, 23), part(minuteKey, 59), part(secondKey, 59));
+    return QTime(part(hourKey, 23, time.defaultHour), part(minuteKey, 59, 0),
+                 part(secondKey, 59, 0));
 }
 
 }  // namespace app

@@ -11,7 +11,6 @@
 #include "app/intake/address_list.h"
 #include "app/lifecycle/command_line.h"
 #include "app/main_controller.h"
-#include "app/settings.h"
 #include "app/terminal/opened_items.h"
 #include "app/terminal/prompt.h"
 #include "app/terminal/session.h"
@@ -23,6 +22,7 @@
 #include "links/text/localization.h"
 #include "platform/base/run_loop.h"
 #include "platform/base/user_defaults.h"
+#include "platform/files/files.h"
 #include "platform/session/signal_watcher.h"
 
 namespace app::terminal {
@@ -62,15 +62,18 @@ QString listOnStandardInput() {
     return addressListText(input.read(longestList));
 }
 
+/// Words are told apart before the core starts, by what will hold for it.
+bool skipsRedirectingServices(const CommandLine& line) {
+    platform::UserDefaults defaults(platform::userConfigFolder(), platform::defaultsDomain);
+    defaults.setArguments(line.settings);
+    return defaults.get(links::settings::skipRedirectingServices);
+}
+
 /// The core with a terminal for its front end, from its start to its end.
 class Run {
 public:
-    Run(const CommandLine& line, const OpenedItems& opened, const QString& list, Display& display)
-        : line_(line),
-          list_(list),
-          display_(display),
-          hasRefusedLines_(!opened.refusedLines.isEmpty()),
-          application_({line.settings, opened.items}) {}
+    Run(const CommandLine& line, const OpenedItems& opened, Display& display)
+        : line_(line), display_(display), application_({line.settings, opened.items}) {}
 
     [[nodiscard]] ProgramEnd toTheEnd() {
         const FrontEnd frontEnd{questions_, feedback_, presence_,
@@ -94,7 +97,7 @@ public:
                                               [this](int number) { handleSignal(number); });
         QCoreApplication::exec();
         display_.reporter->release();
-        end_.status = session_->hasFailures() || hasRefusedLines_ ? statusFailed : 0;
+        end_.status = session_->hasFailures() ? statusFailed : 0;
         session_.reset();
         end_.mustNotWait = !application_.stop();
         return end_;
@@ -111,11 +114,6 @@ private:
             std::make_unique<Session>(Session::Surroundings{controller, *display_.reporter,
                                                             platform::mainRunLoop(), defaults},
                                       [&controller] { controller.terminate(); });
-        // What is in the queue already is not taken in twice; to be given is to be wanted, though.
-        if (defaults.get(settings::instantDuplicateCheck)) {
-            const bool skips = defaults.get(links::settings::skipRedirectingServices);
-            session_->takeUpAgain(openedItems(line_.items, list_, skips).addresses);
-        }
         QObject::connect(
             &controller, &DQMainController::queueFileNotWritten, session_.get(),
             [this](const QString& reason) {
@@ -181,9 +179,7 @@ private:
     }
 
     const CommandLine& line_;
-    const QString& list_;
     Display& display_;
-    const bool hasRefusedLines_;
     ProgramEnd end_;
     TerminalPrompt prompt_;
     TerminalQuestions questions_{prompt_, *display_.reporter, [this] {
@@ -223,16 +219,12 @@ ProgramEnd runProgram(const QStringList& arguments, const QProcessEnvironment& e
         return {statusBadUsage};
     }
     const QString list = line.items.contains(u"-"_s) ? listOnStandardInput() : QString();
-    const OpenedItems opened =
-        openedItems(line.items, list, links::settings::skipRedirectingServices.fallback());
-    for (const QString& word : opened.refused)
-        display.tellProblem(
-            localized("neither an address (http://, https://) nor a file: %1").arg(word));
-    if (!opened.refused.isEmpty())
+    const OpenedItems opened = openedItems(line.items, list, skipsRedirectingServices(line));
+    for (const QString& refusal : opened.refusals)
+        display.tellProblem(refusal);
+    if (!opened.refusals.isEmpty())
         return {statusBadUsage};
-    for (const QString& text : opened.refusedLines)
-        display.tellProblem(localized("no address: %1").arg(text));
-    return Run(line, opened, list, display).toTheEnd();
+    return Run(line, opened, display).toTheEnd();
 }
 
 }  // namespace app::terminal

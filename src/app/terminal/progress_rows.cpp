@@ -47,6 +47,12 @@ std::vector<ProgressRow> progressRows(const StatusTexts& texts,
     return rows;
 }
 
+QString completionName(const engine::DQDownload& download) {
+    const bool isPrivate = download.context().defaults.get(engine::settings::privateDownloading);
+    const QString onDisk = QFileInfo(download.path()).fileName();
+    return isPrivate || onDisk.isEmpty() ? download.displayName() : onDisk;
+}
+
 QString completionDetail(const engine::DQDownload& download) {
     const QString path = download.path();
     const QString size = links::fileSizeDescriptionWithBytesCount(

@@ -15,6 +15,9 @@ namespace app::terminal {
 
 /// What to say of a finished file behind its name: its size and its folder.
 [[nodiscard]] QString completionDetail(const engine::DQDownload& download);
+/// What a finished download's file is called where it lies, which may be another name than was
+/// announced.
+[[nodiscard]] QString completionName(const engine::DQDownload& download);
 /// Why a download failed.
 [[nodiscard]] QString failureDetail(const StatusTexts& texts, engine::DQDownload& download);
 

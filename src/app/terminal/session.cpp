@@ -1,6 +1,5 @@
 #include "app/terminal/session.h"
 
-#include <QSet>
 #include <algorithm>
 
 #include "app/main_controller.h"
@@ -9,6 +8,7 @@
 #include "app/terminal/progress_rows.h"
 #include "engine/record/status.h"
 #include "engine/settings.h"
+#include "links/text/localization.h"
 #include "platform/base/run_loop.h"
 #include "platform/base/user_defaults.h"
 
@@ -48,6 +48,15 @@ Session::Session(Surroundings surroundings, std::function<void()> didEnd)
     });
     connect(&controller, &DQMainController::filesNotOpened, this,
             [this](const QStringList& problems) { tellProblems(problems); });
+    connect(&controller, &DQMainController::alreadyInList, this,
+            [this](const Downloads& known) { takeUpAgain(known); });
+    connect(&controller, &DQMainController::textNotUnderstood, this,
+            [this](const std::vector<RefusedText>& refused) {
+                QStringList lines;
+                for (const RefusedText& text : refused)
+                    lines.append(refusalLine(text));
+                tellProblems(lines);
+            });
 }
 
 Session::~Session() {
@@ -60,12 +69,13 @@ void Session::begin() {
     lookForEndSoon();
 }
 
-void Session::takeUpAgain(const QStringList& addresses) {
-    const QSet<QString> wanted(addresses.begin(), addresses.end());
-    const auto paused =
-        surroundings_.controller.downloadsMatchingStatusMask(engine::DQDownloadStatusPaused);
-    for (const engine::DownloadPtr& download : paused) {
-        if (wanted.contains(download->comparisonURLString()))
+void Session::takeUpAgain(const Downloads& known) {
+    for (const engine::DownloadPtr& download : known) {
+        surroundings_.reporter.tell(
+            {Event::Kind::Notice,
+             links::localized("Already in the list: %1").arg(download->displayName()),
+             {}});
+        if (download->status() == engine::DQDownloadStatusPaused)
             download->addToQueue();
     }
 }
@@ -81,9 +91,10 @@ void Session::noteChange(const engine::DownloadPtr& download) {
 
 void Session::tell(Event::Kind kind, engine::DQDownload& download) {
     Event event{kind, download.displayName(), {}};
-    if (kind == Event::Kind::Completed)
+    if (kind == Event::Kind::Completed) {
+        event.name = completionName(download);
         event.detail = completionDetail(download);
-    else if (kind == Event::Kind::Failed)
+    } else if (kind == Event::Kind::Failed)
         event.detail = failureDetail(surroundings_.controller.rows().texts(), download);
     surroundings_.reporter.tell(event);
 }

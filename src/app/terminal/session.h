@@ -3,6 +3,7 @@
 #include <QObject>
 #include <functional>
 
+#include "app/queue/download_order.h"
 #include "app/terminal/refresh.h"
 #include "app/terminal/reporter.h"
 #include "app/terminal/run_ledger.h"
@@ -37,9 +38,6 @@ public:
 
     /// From now on the end is looked out for.
     void begin();
-    /// What stands in the queue with one of these addresses and does not wait already is queued.
-    void takeUpAgain(const QStringList& addresses);
-
     /// To be called whenever the screen may not show what it should.
     void requestRefresh();
     /// Nothing is drawn between these two.
@@ -53,6 +51,9 @@ private:
     void noteChange(const engine::DownloadPtr& download);
     void tell(Event::Kind kind, engine::DQDownload& download);
     void tellProblems(const QStringList& problems);
+    /// What was given and stands in the queue already is wanted all the same: it is queued unless
+    /// it waits or is done.
+    void takeUpAgain(const Downloads& known);
     [[nodiscard]] bool draw();
     void lookForEndSoon();
     void lookForEnd();

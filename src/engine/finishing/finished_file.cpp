@@ -17,7 +17,6 @@
 #include "engine/settings.h"
 #include "links/paths/file_attributes.h"
 #include "links/paths/path_components.h"
-#include "links/paths/path_rules.h"
 #include "links/settings.h"
 #include "platform/base/log.h"
 #include "platform/base/user_defaults.h"
@@ -55,7 +54,7 @@ FileOrigin originOf(const DownloadRecord& download) {
     const QString original = download.userSettings().string(keys::originalURL);
     if (!response.isEmpty())
         origin.sources.append(response);
-    if (!original.isEmpty() && !links::isEqualToPath(original, response))
+    if (!original.isEmpty() && original != response)
         origin.sources.append(original);
     return origin;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <optional>
 #include <vector>
 
@@ -28,8 +29,10 @@ public:
     /// A transfer of any download failed. Answers after how many seconds this download is to be
     /// tried again by itself. Nothing: it is not.
     [[nodiscard]] virtual std::optional<platform::Seconds> noteFailure() = 0;
-    /// Makes a download of each address, with `referrer` as the page it was found on.
-    virtual void openURLs(const std::vector<platform::Url>& urls, const QString& referrer) = 0;
+    /// Makes a download of each address. `pageChain`: the download pages that led to it, the one
+    /// that it was found on last.
+    virtual void openURLsOfPage(const std::vector<platform::Url>& urls,
+                                const QStringList& pageChain) = 0;
     /// Its partial file lies on a volume that is away.
     virtual void volumeIsMissing(DQDownload& download) = 0;
 };

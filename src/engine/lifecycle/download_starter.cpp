@@ -145,18 +145,44 @@ void startWorkers(DQDownload& download, const platform::Url& url, const ResumePl
     download.host().downloadDidChange(download);
 }
 
+/// What a page gave without the pages that led to it, which would lead here again for ever, and at
+/// the end of a long chain without further pages.
+std::vector<platform::Url> linksOffChain(const std::vector<platform::Url>& found,
+                                         const QStringList& chain, const PageReader* reader) {
+    constexpr qsizetype longestChain = 8;
+    const auto leadsBack = [&](const platform::Url& link) {
+        return chain.contains(link.forTransfer().absoluteString());
+    };
+    std::vector<platform::Url> kept;
+    for (const platform::Url& link : found) {
+        const bool isTooDeep =
+            chain.size() >= longestChain && reader && reader->isDownloadPageURL(link);
+        if (leadsBack(link) || isTooDeep)
+            platform::log(u"not reading the download page again: %1"_s.arg(link.absoluteString()));
+        else
+            kept.push_back(link);
+    }
+    return kept;
+}
+
 void adoptPage(DQDownload& download, const platform::Url& page,
                const links::ExtractedLinks& found) {
+    const QStringList chain =
+        download.userSettings().value(keys::downloadPageChain).toStringList() +
+        QStringList(page.forTransfer().absoluteString());
+    const std::vector<platform::Url> urls =
+        found.urls.size() > 1
+            ? linksOffChain(found.urls, chain, download.context().environment.pageReader.get())
+            : found.urls;
     if (!found.title.isEmpty())
         download.userSettings().set(keys::downloadPageTitle, found.title);
-    if (found.urls.size() > 1) {
-        download.host().openURLs(found.urls, page.absoluteString());
+    if (urls.size() > 1) {
+        download.host().openURLsOfPage(urls, chain);
         download.remove();
         return;
     }
     download.userSettings().set(keys::referer, page.absoluteString());
-    download.startDownloadWithURL(
-        found.urls.empty() ? std::nullopt : std::optional(found.urls.front()), true);
+    download.startDownloadWithURL(urls.empty() ? std::nullopt : std::optional(urls.front()), true);
 }
 
 void readPage(DQDownload& download, const platform::Url& page) {

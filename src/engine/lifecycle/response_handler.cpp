@@ -1,6 +1,7 @@
 #include "engine/lifecycle/response_handler.h"
 
 #include "engine/acceleration/accelerator.h"
+#include "engine/context.h"
 #include "engine/lifecycle/download.h"
 #include "engine/lifecycle/failure_handler.h"
 #include "engine/paths/download_paths.h"
@@ -8,9 +9,9 @@
 #include "engine/workers/range_answer.h"
 #include "http/http_request.h"
 #include "links/format/byte_counts.h"
-#include "links/paths/path_rules.h"
 #include "links/repair/percent_escapes.h"
 #include "platform/base/log.h"
+#include "platform/base/user_defaults.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -114,9 +115,9 @@ void goOnWithoutAcceleration(DQDownload& download) {
 void adoptSuggestedName(DQDownload& download, const QString& suggestedFilename) {
     if (suggestedFilename.isEmpty())
         return;
-    const QString name =
-        links::stringByReplacingPlusAndPercentEscapesIfNecessary(suggestedFilename);
-    if (!links::isEqualToPath(name, download.name()))
+    const QString name = links::stringByReplacingEscapesOfName(
+        suggestedFilename, links::plusSignsInNames(download.context().defaults));
+    if (name != download.name())
         download.setName(name);
 }
 

@@ -203,8 +203,9 @@ std::optional<platform::Seconds> DownloadQueue::noteFailure() {
     return autoResume_.noteFailure(context_.monotonicNow());
 }
 
-void DownloadQueue::openURLs(const std::vector<platform::Url>& urls, const QString& referrer) {
-    owner_.openURLs(urls, referrer);
+void DownloadQueue::openURLsOfPage(const std::vector<platform::Url>& urls,
+                                   const QStringList& pageChain) {
+    owner_.openURLsOfPage(urls, pageChain);
 }
 
 void DownloadQueue::volumeIsMissing(DQDownload& download) {

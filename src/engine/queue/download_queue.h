@@ -99,7 +99,8 @@ private:
     void placeDidChange() override { admission_.invalidateQueuedAndDownloadingDownloads(); }
     void downloadWasRemoved(DQDownload& download) override;
     [[nodiscard]] std::optional<platform::Seconds> noteFailure() override;
-    void openURLs(const std::vector<platform::Url>& urls, const QString& referrer) override;
+    void openURLsOfPage(const std::vector<platform::Url>& urls,
+                        const QStringList& pageChain) override;
     void volumeIsMissing(DQDownload& download) override;
     void fileWasNotThrownAway(const QString& path) override;
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <vector>
 
 #include "engine/lifecycle/status_change.h"
@@ -26,8 +27,10 @@ public:
     /// all of them.
     virtual void batchDidEnd() = 0;
 
-    /// Makes a download of each address, with `referrer` as the page it was found on.
-    virtual void openURLs(const std::vector<platform::Url>& urls, const QString& referrer) = 0;
+    /// Makes a download of each address. `pageChain`: the download pages that led to it, the one
+    /// that it was found on last.
+    virtual void openURLsOfPage(const std::vector<platform::Url>& urls,
+                                const QStringList& pageChain) = 0;
     /// A download cannot go on, since its partial file lies on a volume that is away.
     virtual void volumeIsMissing(DQDownload& download) = 0;
     /// The file of a removed download is still there.

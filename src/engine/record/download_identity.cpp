@@ -108,7 +108,8 @@ QString DownloadIdentity::preservedName(const QString& name) const {
     if (!pattern)
         return {};
     const QString preserved = links::filenameWithPreservedNamePattern(
-        _url, *pattern, settings_.string(keys::downloadPageTitle));
+        _url, *pattern, settings_.string(keys::downloadPageTitle),
+        links::plusSignsInNames(context_.defaults));
     const QString extension = links::pathExtension(name);
     if (extension.isEmpty())
         return preserved;
@@ -130,7 +131,7 @@ QString DownloadIdentity::name() const {
     } else {
         result = links::lastPathComponent(path());
         if (result.isEmpty())
-            result = links::filename(_url);
+            result = links::filename(_url, links::plusSignsInNames(context_.defaults));
     }
     _cachedName = known(result);
     return _cachedName;

@@ -22,6 +22,7 @@ public:
     [[nodiscard]] bool isDownloadPageURL() const;
     void reevaluateDownloadPageURLStatus() { isDownloadPage_.reset(); }
     [[nodiscard]] const QString& queueRelevantHost() const;
+    void invalidateIconAndNameCache();
 
     void setName(const QString& name);
     [[nodiscard]] QString name() const;
@@ -36,7 +37,6 @@ public:
     QString findFile();
 
 private:
-    void invalidateIconAndNameCache();
     [[nodiscard]] QString preservedName(const QString& name) const;
     QString findMovedFile(const QString& formerPath);
 

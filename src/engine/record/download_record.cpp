@@ -40,7 +40,7 @@ bool DownloadRecord::hasHostFromArray(const QStringList& hosts) const {
 }
 
 bool DownloadRecord::hasExtensionFromArray(const QStringList& extensions) const {
-    return isExtensionInList(links::pathExtension(links::cleanFilename(name())), extensions);
+    return hasExtensionInList(links::cleanFilename(name()), extensions);
 }
 
 bool DownloadRecord::matchesSpecialCase(const QVariantMap& rule) const {

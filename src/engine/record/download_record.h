@@ -41,6 +41,8 @@ public:
     /// or `reevaluateDownloadPageURLStatus`.
     [[nodiscard]] bool isDownloadPageURL() const { return identity_.isDownloadPageURL(); }
     void reevaluateDownloadPageURLStatus() { identity_.reevaluateDownloadPageURLStatus(); }
+    /// A setting by which names are made has changed.
+    void invalidateIconAndNameCache() { identity_.invalidateIconAndNameCache(); }
     /// The host as the limits count it: in lower case, and the last two labels of a longer name.
     [[nodiscard]] const QString& queueRelevantHost() const { return identity_.queueRelevantHost(); }
 

@@ -14,6 +14,7 @@ const QStringList& keptKeys() {
                                   keys::done,
                                   keys::downloadFile,
                                   keys::downloadFolder,
+                                  keys::downloadPageChain,
                                   keys::name,
                                   keys::rangesDisabled,
                                   keys::referer,

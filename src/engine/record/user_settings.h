@@ -56,6 +56,8 @@ inline const QString name = QStringLiteral("Name");
 /// The server said that it serves no ranges.
 inline const QString rangesDisabled = QStringLiteral("Ranges Disabled");
 inline const QString referer = QStringLiteral("Referer");
+/// The download pages on the way to this download, the first of them first.
+inline const QString downloadPageChain = QStringLiteral("Download Page Chain");
 /// A whole captured request, with the `request...` keys.
 inline const QString request = QStringLiteral("Request");
 inline const QString requestMethod = QStringLiteral("DQOBPRequestMethod");

@@ -61,12 +61,12 @@ QString nameByPattern(const QString& pattern, const QString& address, const QStr
         cleanFilename(stringByReplacingPlusAndPercentEscapesIfNecessary(captured)));
 }
 
-QString nameByPath(const QString& path) {
+QString nameByPath(const QString& path, PlusSigns plusSigns) {
     const QString component = lastPathComponent(path);
     if (component == u"/")
         return {};
-    return trimmedString(stringByReplacingPlusAndPercentEscapesIfNecessary(
-        filenameByRemovingURLParameters(component)));
+    return trimmedString(
+        stringByReplacingEscapesOfName(filenameByRemovingURLParameters(component), plusSigns));
 }
 
 QString nameByHost(const QString& host) {
@@ -79,17 +79,17 @@ QString nameByHost(const QString& host) {
 }  // namespace
 
 QString filenameWithPreservedNamePattern(const platform::Url& url, const QString& pattern,
-                                         const QString& downloadPageTitle) {
+                                         const QString& downloadPageTitle, PlusSigns plusSigns) {
     QString name = nameByPattern(pattern, url.absoluteString(), downloadPageTitle);
     if (name.isEmpty())
-        name = nameByPath(url.path());
+        name = nameByPath(url.path(), plusSigns);
     if (name.isEmpty())
         name = nameByHost(url.host());
     return name.isEmpty() ? u"-"_s : name;
 }
 
-QString filename(const platform::Url& url) {
-    return filenameWithPreservedNamePattern(url, {}, {});
+QString filename(const platform::Url& url, PlusSigns plusSigns) {
+    return filenameWithPreservedNamePattern(url, {}, {}, plusSigns);
 }
 
 QString filenameByRemovingURLParameters(const QString& name) {

@@ -3,6 +3,8 @@
 #include <QString>
 #include <optional>
 
+#include "links/repair/percent_escapes.h"
+
 namespace platform {
 class Url;
 }
@@ -16,10 +18,11 @@ namespace links {
 /// and what its groups capture is the name. Where that gives nothing the name is the last component
 /// of the address's path, else its host, else "-". May hold what no file name can: see
 /// `safeFileName`.
-[[nodiscard]] QString filenameWithPreservedNamePattern(const platform::Url& url,
-                                                       const QString& pattern,
-                                                       const QString& downloadPageTitle);
-[[nodiscard]] QString filename(const platform::Url& url);
+[[nodiscard]] QString filenameWithPreservedNamePattern(
+    const platform::Url& url, const QString& pattern, const QString& downloadPageTitle,
+    PlusSigns plusSigns = PlusSigns::StandForBlanks);
+[[nodiscard]] QString filename(const platform::Url& url,
+                               PlusSigns plusSigns = PlusSigns::StandForBlanks);
 
 /// Cut at the first question mark if an extension stands before it.
 [[nodiscard]] QString filenameByRemovingURLParameters(const QString& name);

@@ -99,17 +99,19 @@ std::vector<SourcedRule> sourcedDownloadPageRules(const QVariant& object) {
     return rules;
 }
 
-std::optional<DownloadPageRule> readDownloadPageRule(const SourcedRule& sourced) {
+DownloadPageRuleReading readDownloadPageRule(const SourcedRule& sourced) {
     if (sourced.rule.typeId() != QMetaType::QVariantMap)
-        return std::nullopt;
+        return {};
     const QVariantMap rule = sourced.rule.toMap();
     auto source = readExpression(sourced.source, Subject::Address);
     auto cascade = readCascade(rule.value(u"Query Cascade"_s));
     const NamePattern name = readNamePattern(rule.value(u"Use Source Name"_s));
-    if (!source || cascade.empty() || !name.isAcceptable)
-        return std::nullopt;
+    if (!source || cascade.empty())
+        return {};
+    if (!name.isAcceptable)
+        return {std::nullopt, true};
     const bool collects = booleanValue(rule.value(u"Collect All Matches"_s)).value_or(false);
-    return DownloadPageRule{std::move(*source), std::move(cascade), collects, name.pattern};
+    return {DownloadPageRule{std::move(*source), std::move(cascade), collects, name.pattern}};
 }
 
 }  // namespace links

@@ -18,7 +18,13 @@ struct SourcedRule {
 /// neither, or there are none.
 [[nodiscard]] std::vector<SourcedRule> sourcedDownloadPageRules(const QVariant& object);
 
-/// Nothing: the rule is not complete, of wrong types or has an expression that does not compile.
-[[nodiscard]] std::optional<DownloadPageRule> readDownloadPageRule(const SourcedRule& sourced);
+struct DownloadPageRuleReading {
+    /// Nothing: it is not complete, of wrong types or has an expression that does not compile.
+    std::optional<DownloadPageRule> rule;
+    /// Nothing is wrong with it but "Use Source Name".
+    bool lacksOnlyName = false;
+};
+
+[[nodiscard]] DownloadPageRuleReading readDownloadPageRule(const SourcedRule& sourced);
 
 }  // namespace links

@@ -1,7 +1,9 @@
 #include "links/pages/download_page_rule_store.h"
 
 #include "links/settings.h"
+#include "platform/base/log.h"
 #include "platform/base/user_defaults.h"
+#include "structured/json/json_writer.h"
 #include "structured/text_view/json_text_view.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -13,13 +15,32 @@ DownloadPageRuleStore::DownloadPageRuleStore(platform::UserDefaults& defaults)
 
 std::shared_ptr<const DownloadPageRules> DownloadPageRuleStore::downloadPageRules() {
     if (!rules_) {
-        rules_ = DownloadPageRules::fromObject(
-            structured::DQJSONTextView::objectValueWithString(ruleText()));
+        rules_ = DownloadPageRules::fromObject(ruleObject());
+        for (const QString& source : *rules_ ? (*rules_)->sourcesLeftOut() : QStringList())
+            platform::log(
+                u"leaving out the download page rule for %1: its \"Use Source Name\" "
+                "cannot be understood"_s.arg(source));
     }
     return *rules_;
 }
 
+/// Rules that were stored as a structure, as `orlop-defaults` does with what it is given as one.
+QVariant DownloadPageRuleStore::storedStructure() const {
+    const QVariant stored = defaults_.objectForKey(settings::downloadPageRules.name());
+    const bool isStructure =
+        stored.typeId() == QMetaType::QVariantList || stored.typeId() == QMetaType::QVariantMap;
+    return isStructure ? stored : QVariant();
+}
+
+QVariant DownloadPageRuleStore::ruleObject() const {
+    const QVariant structure = storedStructure();
+    return structure.isValid() ? structure
+                               : structured::DQJSONTextView::objectValueWithString(ruleText());
+}
+
 QString DownloadPageRuleStore::ruleText() const {
+    if (const QVariant structure = storedStructure(); structure.isValid())
+        return structured::writeJson(structure).value_or(QString());
     // A value of another type is no text of the user's, though it could be converted to one.
     const QVariant stored = defaults_.objectForKey(settings::downloadPageRules.name());
     const QString text = stored.typeId() == QMetaType::QString ? stored.toString() : QString();

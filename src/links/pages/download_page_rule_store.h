@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QVariant>
 #include <memory>
 #include <optional>
 
@@ -21,7 +22,7 @@ public:
     /// of rules.
     [[nodiscard]] std::shared_ptr<const DownloadPageRules> downloadPageRules();
 
-    /// The user's text; the built-in one if there is none.
+    /// The user's text, or that of a structure; the built-in one if there is none.
     [[nodiscard]] QString ruleText() const;
     /// What is in force from now on. Empty: the built-in text is.
     void setRuleText(const QString& text);
@@ -29,6 +30,9 @@ public:
     void forgetRules() { rules_.reset(); }
 
 private:
+    [[nodiscard]] QVariant storedStructure() const;
+    [[nodiscard]] QVariant ruleObject() const;
+
     using Rules = std::shared_ptr<const DownloadPageRules>;
 
     platform::UserDefaults& defaults_;

@@ -7,10 +7,13 @@ namespace links {
 std::shared_ptr<const DownloadPageRules> DownloadPageRules::fromObject(const QVariant& object) {
     auto rules = std::make_shared<DownloadPageRules>();
     for (const SourcedRule& sourced : sourcedDownloadPageRules(object)) {
-        auto rule = readDownloadPageRule(sourced);
-        if (!rule)
+        DownloadPageRuleReading reading = readDownloadPageRule(sourced);
+        if (reading.rule)
+            rules->rules_.push_back(std::move(*reading.rule));
+        else if (reading.lacksOnlyName)
+            rules->sourcesLeftOut_.append(sourced.source.toString());
+        else
             return nullptr;
-        rules->rules_.push_back(std::move(*rule));
     }
     return rules->rules_.empty() ? nullptr : rules;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 #include <memory>
 #include <optional>
@@ -28,19 +29,23 @@ struct DownloadPageRule {
 class DownloadPageRules {
 public:
     /// Reads an array of rules, or a dictionary of rules by source, which is taken in natural
-    /// order. Null: it is neither, it is empty, or a rule is not complete, of wrong types or has
-    /// an expression that does not compile.
+    /// order. A rule whose "Use Source Name" cannot be understood is left out alone. Null: it is
+    /// neither, no rule is left, or a rule is otherwise not complete, of wrong types or has an
+    /// expression that does not compile.
     [[nodiscard]] static std::shared_ptr<const DownloadPageRules> fromObject(
         const QVariant& object);
 
     /// In the order of matching.
     [[nodiscard]] const std::vector<DownloadPageRule>& rules() const { return rules_; }
+    /// The sources of the rules that were left out.
+    [[nodiscard]] const QStringList& sourcesLeftOut() const { return sourcesLeftOut_; }
 
     /// The first rule whose source matches. Null: none.
     [[nodiscard]] const DownloadPageRule* ruleForURL(const platform::Url& url) const;
 
 private:
     std::vector<DownloadPageRule> rules_;
+    QStringList sourcesLeftOut_;
 };
 
 /// Whether an address leads to a page that holds the real links. `rules` may be null.

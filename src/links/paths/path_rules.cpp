@@ -1,10 +1,12 @@
 #include "links/paths/path_rules.h"
 
+#include <QDir>
 #include <algorithm>
 #include <array>
 
 #include "links/names/file_names.h"
 #include "links/paths/path_components.h"
+#include "platform/files/files.h"
 
 namespace links {
 namespace {
@@ -42,17 +44,20 @@ std::optional<QString> itemPathWithBasePath(const QString& item,
     if (item.isEmpty() || isNegligibleFilename(item))
         return std::nullopt;
     const QString path = basePath ? stringByAppendingPathComponent(*basePath, item) : item;
-    if (isNetworkPath(path) || isTabooSystemPath(path))
+    // However it is written: "/opt/", "//opt".
+    if (isNetworkPath(path) || isTabooSystemPath(QDir::cleanPath(path)))
         return std::nullopt;
     return path;
 }
 
 bool isEqualToPath(const QString& path, const std::optional<QString>& other) {
-    return other && path.compare(*other, Qt::CaseInsensitive) == 0;
+    if (!other || path.compare(*other, Qt::CaseInsensitive) != 0)
+        return false;
+    return path == *other || platform::isSameFile(path, *other);
 }
 
 bool hasPathPrefix(const QString& path, const QString& prefix) {
-    return !prefix.isEmpty() && path.startsWith(prefix, Qt::CaseInsensitive);
+    return !prefix.isEmpty() && path.startsWith(prefix);
 }
 
 }  // namespace links

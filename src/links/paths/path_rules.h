@@ -15,9 +15,10 @@ namespace links {
 [[nodiscard]] std::optional<QString> itemPathWithBasePath(const QString& item,
                                                           const std::optional<QString>& basePath);
 
-/// Without regard to case. False if there is no `other`.
+/// As the file system compares: by case, unless it takes both for the same file. False if there is
+/// no `other`.
 [[nodiscard]] bool isEqualToPath(const QString& path, const std::optional<QString>& other);
-/// As text and without regard to case, so "/a/bc" begins with "/a/b". False for an empty prefix.
+/// As text, so "/a/bc" begins with "/a/b". False for an empty prefix.
 [[nodiscard]] bool hasPathPrefix(const QString& path, const QString& prefix);
 
 }  // namespace links

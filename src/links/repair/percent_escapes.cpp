@@ -4,6 +4,7 @@
 #include <QStringDecoder>
 #include <algorithm>
 
+#include "links/settings.h"
 #include "links/text/trimming.h"
 
 namespace links {
@@ -119,6 +120,17 @@ QString stringByReplacingPlusAndPercentEscapesIfNecessary(const QString& text) {
             return stringByReplacingPercentEscapesIfNecessary(trimmed);
     }
     return stringByReplacingPercentEscapesIfNecessary(text);
+}
+
+PlusSigns plusSignsInNames(const platform::UserDefaults& defaults) {
+    return defaults.get(settings::plusSignsStandForBlanks) ? PlusSigns::StandForBlanks
+                                                           : PlusSigns::Stay;
+}
+
+QString stringByReplacingEscapesOfName(const QString& text, PlusSigns plusSigns) {
+    return plusSigns == PlusSigns::StandForBlanks
+               ? stringByReplacingPlusAndPercentEscapesIfNecessary(text)
+               : stringByReplacingPercentEscapesIfNecessary(text);
 }
 
 std::optional<QString> URLEncodedString(const QString& text) {

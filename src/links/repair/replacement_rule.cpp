@@ -2,6 +2,7 @@
 
 #include "links/text/localization.h"
 #include "platform/base/log.h"
+#include "platform/base/values.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -30,7 +31,7 @@ ReplacementRule::ReplacementRule(const QVariant& userRule) {
     const bool isComplete = isText(query) && isText(replacement);
     query_ = query.toString();
     replacement_ = replacement.toString();
-    if (!keys.value(u"Regular Expression"_s).toBool()) {
+    if (!platform::boolValue(keys.value(u"Regular Expression"_s))) {
         kind_ = isComplete && !query_.isEmpty() ? Kind::Literal : Kind::Useless;
         return;
     }

@@ -40,8 +40,9 @@ ReplacementRules::ReplacementRules(bool skipRedirectingServices, const QVariant&
     rules_.emplace_back(Expression, u"^:?//"_s, u"http://"_s, lacksScheme);
     rules_.emplace_back(Expression, u"^h[^:/]+(ps?://)"_s, u"htt$1"_s, hasDoubtfulScheme);
     rules_.emplace_back(Literal, u"\\/"_s, u"/"_s, holdsBackslash);
+    // Two addresses with a blank between them are two.
     if (skipRedirectingServices)
-        rules_.emplace_back(Expression, u"^https?://[^'\"]*(https?://)"_s, u"$1"_s,
+        rules_.emplace_back(Expression, u"^https?://[^'\"\\s]*(https?://)"_s, u"$1"_s,
                             holdsSecondAddress);
     for (const QVariant& rule : userRules.toList())
         rules_.emplace_back(rule);

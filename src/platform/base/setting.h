@@ -81,6 +81,10 @@ private:
 /// The settings whose headers this program includes, in no order. After static initialisation.
 [[nodiscard]] std::vector<const SettingEntry*> settingsTable();
 
+/// The one of these settings whose key is written most like `key`, but for case: how many letters
+/// differ decides. Null: there are no settings.
+[[nodiscard]] const SettingEntry* nearestSetting(const QString& key);
+
 /// Registers the fallbacks of all settings that are to be registered. Before anything is read.
 void registerSettings(UserDefaults& defaults);
 

@@ -36,6 +36,14 @@ bool pathExists(const QString& path) {
     return !path.isEmpty() && lstat(QFile::encodeName(path).constData(), &status) == 0;
 }
 
+bool isSameFile(const QString& path, const QString& other) {
+    struct stat first {
+    }, second{};
+    return lstat(QFile::encodeName(path).constData(), &first) == 0 &&
+           lstat(QFile::encodeName(other).constData(), &second) == 0 &&
+           first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+}
+
 std::optional<Error> writeFileAtomically(const QString& path, const QByteArray& data) {
     const QByteArray target = QFile::encodeName(path);
     TemporaryFile temporary(target);

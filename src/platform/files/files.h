@@ -19,6 +19,8 @@ class Descriptor;
 
 /// Follows no link at the end: a dangling link exists.
 [[nodiscard]] bool pathExists(const QString& path);
+/// Whether the file system finds one and the same file, folder or link at both.
+[[nodiscard]] bool isSameFile(const QString& path, const QString& other);
 
 /// Writes a temporary beside `path`, syncs it, renames it over `path` and syncs the folder; mode
 /// 0600. Nothing: done. The old file stays whole whatever happens.

@@ -57,8 +57,12 @@ bool appendField(CurlLines& lines, const HTTPHeaders::Field& field) {
 }  // namespace
 
 bool isPlainHost(const QString& host) {
-    // A colon occurs in an address of IPv6 only, which the URL had in brackets.
-    return consistsOf(host, u"-._~!$&'()*+,=:");
+    // A colon occurs in an address of IPv6 only, which the URL had in brackets; it may end in a
+    // zone (RFC 6874).
+    const qsizetype zone = host.contains(u':') ? host.indexOf(u"%25") : -1;
+    return zone < 0
+               ? consistsOf(host, u"-._~!$&'()*+,=:")
+               : consistsOf(host.first(zone), u":.") && consistsOf(host.sliced(zone + 3), u"-._~");
 }
 
 bool isSendable(const HTTPRequestMessage& message) {

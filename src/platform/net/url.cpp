@@ -5,6 +5,8 @@
 #include <QFile>
 #include <QStringDecoder>
 #include <algorithm>
+#include <cctype>
+#include <cstring>
 #include <limits>
 
 using namespace Qt::Literals::StringLiterals;
@@ -70,10 +72,29 @@ QString withoutDotSegments(QStringView path) {
     return output;
 }
 
+/// Without the zone of an IPv6 address, which the grammar learned later (RFC 6874, 2).
+QByteArray withoutZone(const QByteArray& text) {
+    const qsizetype opening = text.indexOf("//") + 2;
+    const qsizetype authorityEnd =
+        std::find_if(text.begin() + opening, text.end(),
+                     [](char c) { return std::strchr("/?#", c) != nullptr; }) -
+        text.begin();
+    const qsizetype bracket = text.indexOf('[', opening);
+    const qsizetype zone = bracket < 0 ? -1 : text.indexOf("%25", bracket);
+    const qsizetype closing = zone < 0 ? -1 : text.indexOf(']', zone);
+    if (opening < 2 || closing < 0 || closing > authorityEnd || closing == zone + 3)
+        return text;
+    const bool isPlain = std::all_of(text.begin() + zone + 3, text.begin() + closing, [](char c) {
+        return std::isalnum(static_cast<unsigned char>(c)) != 0 ||
+               std::strchr("-._~", c) != nullptr;
+    });
+    return isPlain ? text.first(zone) + text.sliced(closing) : text;
+}
+
 }  // namespace
 
 std::optional<Url> Url::parse(const QString& text) {
-    if (!isAscii(text) || !isUriReference(text.toLatin1()))
+    if (!isAscii(text) || !isUriReference(withoutZone(text.toLatin1())))
         return std::nullopt;
     Url url;
     url.text_ = text;

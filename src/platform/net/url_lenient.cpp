@@ -64,6 +64,13 @@ std::optional<QString> asciiAuthority(QStringView authority) {
         port = host.mid(colon);
         host = host.left(colon);
     }
+    if (host.startsWith(u'[')) {
+        // A zone as commands print it, with a bare percent sign.
+        QString literal = host.toString();
+        if (literal.count(u'%') == 1 && !literal.contains("%25"_L1))
+            literal.replace(u'%', "%25"_L1);
+        return result + literal + port.toString();
+    }
     const bool isAscii =
         std::all_of(host.begin(), host.end(), [](QChar c) { return c.unicode() < 0x80; });
     const QString ascii =

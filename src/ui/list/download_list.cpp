@@ -85,6 +85,13 @@ void DQDownloadList::selectRows(const QList<qsizetype>& rows) {
     reportsSelection_ = reports;
 }
 
+void DQDownloadList::scrollToSelection() {
+    const QModelIndexList selected = selectionModel()->selectedIndexes();
+    if (!selected.isEmpty()) {
+        scrollTo(*std::min_element(selected.begin(), selected.end()), EnsureVisible);
+    }
+}
+
 void DQDownloadList::setNeedsDisplayAfterDelay(double seconds) {
     if (!delayedDisplay_.isActive()) {
         delayedDisplay_.start(static_cast<int>(seconds * 1000));

@@ -50,6 +50,8 @@ public:
     void reloadRows(std::shared_ptr<const std::vector<engine::DownloadPtr>> rows,
                     const QList<qsizetype>& selectedRows);
     void selectRows(const QList<qsizetype>& rows);
+    /// Brings the first row that is selected into sight.
+    void scrollToSelection();
     void setNeedsDisplayAfterDelay(double seconds);
     void setDropMark(const DropMark& mark);
     /// Frames the row that an open menu is about; -1: none.

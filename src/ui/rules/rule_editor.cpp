@@ -12,6 +12,7 @@
 #include <algorithm>
 
 #include "app/rules/rule_applications.h"
+#include "engine/record/rule_matching.h"
 #include "links/text/localization.h"
 #include "ui/art/icons.h"
 #include "ui/rules/folder_selector.h"
@@ -22,15 +23,24 @@ using namespace Qt::Literals::StringLiterals;
 namespace ui {
 namespace {
 
-/// The first entry that no host or extension can look like. Empty: there is none.
-QString impossibleEntry(const QStringList& entries) {
-    const auto isImpossible = [](const QString& entry) {
-        return !entry.startsWith(u'[') && std::any_of(entry.begin(), entry.end(), [](QChar unit) {
-            return unit.isSpace() || u",;:/*?\""_s.contains(unit);
-        });
-    };
-    const auto found = std::find_if(entries.begin(), entries.end(), isImpossible);
-    return found == entries.end() ? QString() : *found;
+/// What the lines of a field stand for, as `read` understands them.
+struct Entries {
+    QStringList values;
+    QString impossible;  ///< The first one that stands for nothing. Empty: there is none.
+};
+
+Entries entriesOf(const QPlainTextEdit& field, QString (*read)(const QString&)) {
+    Entries entries;
+    for (const QString& line :
+         app::dotTrimmedStringValuesSeparatedByNewlines(field.toPlainText())) {
+        const QString value = read(line);
+        if (!value.isEmpty()) {
+            entries.values.append(value);
+        } else if (entries.impossible.isEmpty()) {
+            entries.impossible = line;
+        }
+    }
+    return entries;
 }
 
 QLabel* makeWrappingLabel(const QString& text, QWidget* parent) {
@@ -145,12 +155,11 @@ void RuleEditor::makeButtons(Purpose purpose) {
 }
 
 QStringList RuleEditor::hostsFromField() const {
-    return app::dotTrimmedStringValuesSeparatedByNewlines(specialCaseHostsField->toPlainText());
+    return entriesOf(*specialCaseHostsField, engine::hostFromText).values;
 }
 
 QStringList RuleEditor::extensionsFromField() const {
-    return app::dotTrimmedStringValuesSeparatedByNewlines(
-        specialCaseExtensionsField->toPlainText());
+    return entriesOf(*specialCaseExtensionsField, engine::extensionFromText).values;
 }
 
 QString RuleEditor::chosenApplication() const {
@@ -190,17 +199,22 @@ void RuleEditor::updateCommonControls() {
     specialCaseApplicationSelector->setEnabled(specialCaseApplicationSwitch->isEnabled() &&
                                                specialCaseApplicationSwitch->isChecked());
     const app::Rule current = rule();
-    specialCaseOKButton->setEnabled(current.hasCondition() && current.hasConsequence());
     updateProblem();
+    // What is not understood would be lost.
+    specialCaseOKButton->setEnabled(current.hasCondition() && current.hasConsequence() &&
+                                    problem_->text().isEmpty());
 }
 
 void RuleEditor::updateProblem() {
-    const QString host = impossibleEntry(hostsFromField());
-    const QString extension = impossibleEntry(extensionsFromField());
+    const QString host = entriesOf(*specialCaseHostsField, engine::hostFromText).impossible;
+    const QString extension =
+        entriesOf(*specialCaseExtensionsField, engine::extensionFromText).impossible;
     QString text;
     if (!host.isEmpty()) {
         text = links::filledFormat(
-            translated("“%@” is no name of a host. Write one on each line, as in example.org."),
+            translated(
+                "“%@” is no name of a host. Write one on each line, as in example.org, without "
+                "what follows it in an address."),
             {host});
     } else if (!extension.isEmpty()) {
         text = links::filledFormat(

@@ -44,6 +44,8 @@ void addFiles(SettingsPage& page) {
 void addAddresses(SettingsPage& page, const SettingsContext& context) {
     page.addSwitch("Addresses:", "&Skip services that only redirect",
                    links::settings::skipRedirectingServices);
+    page.addSwitch("", "&Plus signs in addresses stand for blanks",
+                   links::settings::plusSignsStandForBlanks);
     auto* edit = new QPushButton(translated("Edit &Rules..."), &page);
     edit->setAutoDefault(false);
     edit->setAccessibleName(translated("Edit rules for download pages"));

@@ -7,6 +7,7 @@
 #include "links/pages/download_page_rule_store.h"
 #include "links/pages/download_page_rules.h"
 #include "links/settings.h"
+#include "links/text/localization.h"
 #include "structured/text_view/json_text_view_validator.h"
 #include "ui/settings/note.h"
 #include "ui/settings/sections.h"
@@ -78,9 +79,18 @@ private:
         structured::DQJSONTextView& textView = downloadPagesTextView->textView();
         const bool isReadable = textView.objectValue().isValid();
         problem_->setVisible(!isReadable);
+        const auto rules = links::DownloadPageRules::fromObject(textView.validatedObjectValue());
+        const QStringList leftOut = rules ? rules->sourcesLeftOut() : QStringList();
+        if (!leftOut.isEmpty()) {
+            verdict_->setText(links::filledFormat(
+                translated("In force are all rules but that for %@: what its \"Use Source Name\" "
+                           "says is no regular expression."),
+                {leftOut.join(QStringLiteral(", "))}));
+            return;
+        }
         verdict_->setText(translated(
             !isReadable ? "This text cannot be read. Until it can, no rules are in force."
-            : textView.validatedObjectValue().isValid()
+            : rules
                 ? "These rules are in force. An empty text brings back those that came with Orlop."
                 : "This text holds no complete rules. Until it does, none are in force."));
     }

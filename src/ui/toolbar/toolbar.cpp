@@ -63,8 +63,12 @@ MainToolbar::MainToolbar(const app::Commands& commands, QWidget* parent)
     makeFilterField();
     rebuild();
     updateSegments();
-    observer_ =
-        commands.surroundings().defaults.addObserver([this](const QString&) { updateSegments(); });
+    observer_ = commands.surroundings().defaults.addObserver([this](const QString& key) {
+        if (key == layout_.identifier() && layout_.items() != shownItems_) {
+            rebuild();
+        }
+        updateSegments();
+    });
 }
 
 MainToolbar::~MainToolbar() {
@@ -150,7 +154,8 @@ void MainToolbar::rebuild() {
             delete action;
         }
     }
-    for (const QString& name : layout_.items()) {
+    shownItems_ = layout_.items();
+    for (const QString& name : shownItems_) {
         if (const auto kept = items_.find(name); kept != items_.end()) {
             addAction(kept->second);
         } else if (name == item::separator) {

@@ -53,6 +53,7 @@ private:
 
     const app::Commands& commands_;
     ToolbarLayout layout_;
+    QStringList shownItems_;
     int observer_ = 0;
     std::map<QString, QWidgetAction*> items_;
     SegmentedControl* toolbarQueuePauseButton = nullptr;

@@ -19,8 +19,9 @@ constexpr qsizetype longestClipboard = 100'000;
 
 AddressEntry::AddressEntry(app::DQMainController& controller, QWidget& window)
     : controller_(controller), window_(window) {
-    QObject::connect(&controller_, &app::DQMainController::textNotUnderstood, &window_,
-                     [this](const QString& text) { openURLPanelWithString(text); });
+    QObject::connect(
+        &controller_, &app::DQMainController::textNotUnderstood, &window_,
+        [this](const std::vector<app::RefusedText>& refused) { showForCorrection(refused); });
 }
 
 AddressEntry::~AddressEntry() = default;
@@ -36,12 +37,20 @@ void AddressEntry::openURL() {
     openURLPanelWithString(proposed);
 }
 
-void AddressEntry::openURLPanelWithString(const QString& text) {
+void AddressEntry::showForCorrection(const std::vector<app::RefusedText>& refused) {
+    QStringList lines;
+    for (const app::RefusedText& text : refused) {
+        lines.append(text.proposal);
+    }
+    openURLPanelWithString(lines.join(QLatin1Char('\n')), app::refusalExplanation(refused));
+}
+
+void AddressEntry::openURLPanelWithString(const QString& text, const QString& note) {
     if (!openURLPanel) {
         openURLPanel = std::make_unique<URLPanel>(
             window_, [this](const QString& entered) { controller_.openText(entered); });
     }
-    openURLPanel->openWithString(text);
+    openURLPanel->openWithString(text, note);
 }
 
 void AddressEntry::openURLFromPasteboard() {

@@ -2,12 +2,14 @@
 
 #include <QString>
 #include <memory>
+#include <vector>
 
 class QWidget;
 
 namespace app {
 class DQMainController;
-}
+struct RefusedText;
+}  // namespace app
 
 namespace ui {
 
@@ -22,7 +24,7 @@ public:
 
     /// The panel, with the addresses that the clipboard holds, if any.
     void openURL();
-    void openURLPanelWithString(const QString& text);
+    void openURLPanelWithString(const QString& text, const QString& note = {});
     /// Takes in what the clipboard holds, or shows it in the panel to be corrected.
     void openURLFromPasteboard();
     void openFile();
@@ -30,6 +32,7 @@ public:
 
 private:
     void openPaths(const QStringList& paths);
+    void showForCorrection(const std::vector<app::RefusedText>& refused);
 
     app::DQMainController& controller_;
     QWidget& window_;

@@ -8,6 +8,7 @@
 #include "app/main_controller.h"
 #include "links/names/file_names.h"
 #include "links/names/safe_file_name.h"
+#include "platform/base/user_defaults.h"
 #include "platform/files/files.h"
 #include "ui/art/icons.h"
 #include "ui/list/download_list.h"
@@ -98,7 +99,8 @@ void DesktopFrontEnd::dismissAlert() {
 
 std::optional<QString> DesktopFrontEnd::chooseAbbreviatedDownloadFileForURL(
     const platform::Url& url) {
-    const QString name = links::safeFileName(links::filename(url));
+    const QString name = links::safeFileName(
+        links::filename(url, links::plusSignsInNames(platform::standardDefaults())));
     const QString extension = QFileInfo(name).suffix();
     const QString path = QFileDialog::getSaveFileName(
         window_, translated("Choose File Location"), platform::downloadsUserFolder() + u'/' + name,

@@ -3,12 +3,15 @@
 #include <QCloseEvent>
 #include <QDropEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QStatusBar>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <chrono>
+#include <unordered_set>
 
 #include "app/commands/commands.h"
 #include "app/commands/context_menu.h"
@@ -59,11 +62,18 @@ MainWindow::MainWindow(app::Commands& commands)
     frame_ = std::make_unique<WindowFrame>(*this, *downloadList, defaults);
     frame_->restore();
     rubber_ = std::make_unique<RubberWindow>(*this, *downloadList, defaults);
+    observer_ = defaults.addObserver([this, &defaults](const QString& key) {
+        if (key == app::settings::toolbarFilterCriterion.name()) {
+            toolbarFilterScopeBar->select(defaults.get(app::settings::toolbarFilterCriterion));
+        }
+    });
     downloadList->setFocus();
     updateStatus();
 }
 
-MainWindow::~MainWindow() = default;
+MainWindow::~MainWindow() {
+    commands_.surroundings().defaults.removeObserver(observer_);
+}
 
 void MainWindow::makeContents() {
     toolbarFilterScopeBar =
@@ -126,6 +136,7 @@ void MainWindow::connectList() {
     };
     connect(&controller_, &app::DQMainController::statusChanged, this, updateSoon);
     connect(&controller_, &app::DQMainController::selectionChanged, this, updateSoon);
+    connect(&controller_, &app::DQMainController::alreadyInList, this, &MainWindow::showKnown);
     toolbar_->updateToolbarQueuePauseButton();
 }
 
@@ -140,6 +151,25 @@ void MainWindow::updateStatus() {
     clearButton->setVisible(status.canClear);
     clearButton->setEnabled(status.canClear);
     setWindowModified(status.isDocumentEdited);
+}
+
+/// What was given once more is shown where it stands already.
+void MainWindow::showKnown(const app::Downloads& downloads) {
+    constexpr int noticeMilliseconds = 6000;
+    const app::Downloads& rows = controller_.sortedAndFilteredDownloads();
+    const std::unordered_set<engine::DownloadPtr> shown(rows.begin(), rows.end());
+    const auto isHidden = [&](const engine::DownloadPtr& download) {
+        return !shown.contains(download);
+    };
+    if (controller_.isFiltering() && std::any_of(downloads.begin(), downloads.end(), isHidden)) {
+        if (QLineEdit* field = toolbar_->filterField()) {
+            field->clear();
+        }
+        setFilterText({});
+    }
+    controller_.selectDownloads(downloads);
+    downloadList->scrollToSelection();
+    statusBar()->showMessage(translated("Already in the list"), noticeMilliseconds);
 }
 
 void MainWindow::showContextMenu(int row, const QPoint& position) {

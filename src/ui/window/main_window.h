@@ -3,6 +3,7 @@
 #include <QMainWindow>
 #include <QTimer>
 #include <memory>
+#include <vector>
 
 class QLabel;
 class QPushButton;
@@ -11,6 +12,9 @@ namespace app {
 class Commands;
 class DQMainController;
 }  // namespace app
+namespace engine {
+class DQDownload;
+}
 
 namespace ui {
 
@@ -49,6 +53,7 @@ private:
     void connectList();
     void setFilterText(const QString& text);
     void updateStatus();
+    void showKnown(const std::vector<std::shared_ptr<engine::DQDownload>>& downloads);
     void showContextMenu(int row, const QPoint& position);
 
     app::Commands& commands_;
@@ -65,6 +70,7 @@ private:
     std::unique_ptr<WindowFrame> frame_;
     std::unique_ptr<RubberWindow> rubber_;
     QTimer toolbarUpdate_;
+    int observer_ = 0;
 };
 
 }  // namespace ui

@@ -11,7 +11,7 @@ const QString uriList = QStringLiteral("text/uri-list");
 }  // namespace
 
 bool mayHoldAddresses(const QMimeData& data) {
-    return data.hasFormat(uriList) || data.hasText();
+    return (data.hasFormat(uriList) || data.hasText()) && !pasteboardFromMimeData(data).isBlank();
 }
 
 app::Pasteboard pasteboardFromMimeData(const QMimeData& data) {

@@ -9,7 +9,8 @@ namespace ui {
 /// What a clipboard or a drag holds, in the core's terms.
 [[nodiscard]] app::Pasteboard pasteboardFromMimeData(const QMimeData& data);
 
-/// By its formats alone, since asking the other program for its data while it drags takes time.
+/// Whether there is anything but blanks to take in. Asks the other program for its data if it says
+/// that it has some, which takes time: not at each move of a drag.
 [[nodiscard]] bool mayHoldAddresses(const QMimeData& data);
 
 /// Paths of the local files among its addresses.

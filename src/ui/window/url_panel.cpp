@@ -12,7 +12,10 @@
 namespace ui {
 
 URLPanel::URLPanel(QWidget& window, std::function<void(const QString&)> open)
-    : QDialog(&window), openURLTextView(new QPlainTextEdit(this)), open_(std::move(open)) {
+    : QDialog(&window),
+      openURLTextView(new QPlainTextEdit(this)),
+      note_(new QLabel(this)),
+      open_(std::move(open)) {
     setObjectName(QStringLiteral("openURLPanel"));
     setWindowTitle(translated("Open URLs"));
     resize(560, 260);
@@ -37,15 +40,23 @@ URLPanel::URLPanel(QWidget& window, std::function<void(const QString&)> open)
     connect(openURLTextView, &QPlainTextEdit::textChanged, this, enable);
     enable();
     auto* layout = new QVBoxLayout(this);
+    note_->setObjectName(QStringLiteral("openURLNote"));
+    note_->setWordWrap(true);
+    note_->hide();
+    layout->addWidget(note_);
     layout->addWidget(label);
     layout->addWidget(openURLTextView);
     layout->addWidget(buttons);
 }
 
-void URLPanel::openWithString(const QString& text) {
-    openURLTextView->setPlainText(text);
+void URLPanel::openWithString(const QString& text, const QString& note) {
+    const QString present = isVisible() ? openURLTextView->toPlainText().trimmed() : QString();
+    const bool adds = !note.isEmpty() && !present.isEmpty() && present != text;
+    openURLTextView->setPlainText(adds ? present + u'\n' + text : text);
     openURLTextView->selectAll();
     openURLTextView->setFocus();
+    note_->setText(note);
+    note_->setVisible(!note.isEmpty());
     show();
     raise();
     activateWindow();

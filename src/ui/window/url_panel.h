@@ -3,6 +3,7 @@
 #include <QDialog>
 #include <functional>
 
+class QLabel;
 class QPlainTextEdit;
 
 namespace ui {
@@ -16,13 +17,16 @@ public:
     /// `open` is called with what was entered.
     URLPanel(QWidget& window, std::function<void(const QString&)> open);
 
-    /// Comes to the front with this text in it.
-    void openWithString(const QString& text);
+    /// Comes to the front with this text in it. `note` says what is wrong with it; empty: nothing.
+    /// A note goes with text that is still to be corrected, so that what is on the screen already
+    /// stays above it.
+    void openWithString(const QString& text, const QString& note = {});
 
 private:
     void openURLOK();
 
     QPlainTextEdit* openURLTextView;
+    QLabel* note_;
     std::function<void(const QString&)> open_;
 };
 
