@@ -59,6 +59,11 @@ class Home:
                     stream.close()
         shutil.rmtree(self.root, ignore_errors=True)
 
+    def log_text(self):
+        """All that the programs have written to their log."""
+        folder = self.root / "state/Orlop"
+        return "".join(path.read_text() for path in folder.rglob("*") if path.is_file())
+
     def environment(self, **more):
         kept = {name: os.environ[name] for name in ("PATH", "ASAN_OPTIONS", "TSAN_OPTIONS",
                                                     "UBSAN_OPTIONS") if name in os.environ}
