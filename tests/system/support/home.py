@@ -59,11 +59,6 @@ class Home:
                     stream.close()
         shutil.rmtree(self.root, ignore_errors=True)
 
-    def log_text(self):
-        """All that the programs have written to their log."""
-        folder = self.root / "state/Orlop"
-        return "".join(path.read_text() for path in folder.rglob("*") if path.is_file())
-
     def environment(self, **more):
         kept = {name: os.environ[name] for name in ("PATH", "ASAN_OPTIONS", "TSAN_OPTIONS",
                                                     "UBSAN_OPTIONS") if name in os.environ}
@@ -104,6 +99,11 @@ class Home:
     def interrupt(self, process, number=signal.SIGINT):
         process.send_signal(number)
         return self.result(process)
+
+    def log_text(self):
+        """The store of the log as it stands on disk."""
+        return "".join(path.read_text()
+                       for path in sorted((self.root / "state/Orlop/Log").glob("*.jsonl")))
 
     @property
     def queue_path(self):
