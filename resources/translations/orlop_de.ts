@@ -635,6 +635,11 @@
         </message>
         <message>
             <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The settings for proxies cannot be understood. Check them.</source>
+            <translation>Die Einstellungen für Proxys sind nicht zu verstehen. Prüfen Sie sie.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
             <source>The server’s answer cannot be used.</source>
             <translation>Die Antwort des Servers ist nicht zu gebrauchen.</translation>
         </message>

@@ -124,8 +124,9 @@ class EnvironmentTest(ProxyTest):
                 with self.subTest(address=address, target=target):
                     self.fetch(target, status=1, all_proxy=address)
         result = self.fetch(url, status=1, all_proxy="gopher://127.0.0.1:70")
+        self.assertIn("The settings for proxies cannot be understood.", result.stderr)
         self.assertIn("Unable to obtain information on proxy servers needed for request",
-                      result.stderr + self.home.log_text())
+                      self.home.log_text())
         self.assertEqual((self.server.requests(), self.secure.requests()), before)
 
 

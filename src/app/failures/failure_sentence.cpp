@@ -62,6 +62,8 @@ const std::vector<Cause>& causes() {
         {networkErrorDomain, networkErrorConnectionLost, closed, Detail::Progress},
         {networkErrorDomain, networkErrorCutShort, closed, Detail::Progress},
         {networkErrorDomain, networkErrorBadServerResponse, unusable},
+        {networkErrorDomain, networkErrorProxySettings,
+         translatable("The settings for proxies cannot be understood. Check them.")},
         {networkErrorDomain, networkErrorProxyNotFound,
          translatable("There is no proxy of the name in the network settings.")},
         {networkErrorDomain, networkErrorProxyRefused,

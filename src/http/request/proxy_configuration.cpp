@@ -47,9 +47,12 @@ bool ProxyConfiguration::configureProxies() {
     if (options.PACurl.isEmpty()) {
         const auto choices = parts_.shared.proxies->proxiesForURL(state.url);
         if (!choices) {
-            run_.failWithError(makeRequestError(
-                HTTPRequestErrorCode::InternalStream,
-                u"Unable to obtain information on proxy servers needed for request"_s));
+            const QString text =
+                u"Unable to obtain information on proxy servers needed for request"_s;
+            run_.failWithError(
+                makeRequestError(HTTPRequestErrorCode::InternalStream, text,
+                                 {platform::networkErrorDomain, platform::networkErrorProxySettings,
+                                  u"The settings for proxies cannot be understood"_s, nullptr}));
             return false;
         }
         const platform::ProxyChoice& first = choices->at(0);

@@ -26,9 +26,10 @@ enum NetworkErrorCode {
     networkErrorCannotConnect = -1004,
     networkErrorTimedOut = -1001,
     networkErrorBadServerResponse = -1011,
-    networkErrorRefused = -1013,     ///< Nobody listens at the server's port.
-    networkErrorCutShort = -1014,    ///< A body ended before it was whole.
-    networkErrorProxyRefused = 306,  ///< It would not lead on to the server.
+    networkErrorRefused = -1013,      ///< Nobody listens at the server's port.
+    networkErrorCutShort = -1014,     ///< A body ended before it was whole.
+    networkErrorProxySettings = 307,  ///< Nobody can tell which proxy they mean.
+    networkErrorProxyRefused = 306,   ///< It would not lead on to the server.
     networkErrorProxyNotFound = 310,
 };
 /// Codes of securityErrorDomain lie from -9818 to -9800.
