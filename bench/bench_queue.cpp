@@ -16,6 +16,7 @@
 #include "engine/record/user_settings.h"
 #include "platform/base/run_loop.h"
 #include "platform/base/user_defaults.h"
+#include "platform/files/disks.h"
 #include "platform/files/files.h"
 #include "platform/files/property_list.h"
 #include "support/fake_power.h"
@@ -36,21 +37,18 @@ public:
         platform::installMainRunLoop(&loop_);
         platform::installStandardDefaults(&defaults_);
         app::registerDefaults(defaults_);
-        engine::Environment environment;
-        environment.applicationSupportPath = [this] { return folder_.path(); };
-        environment.isModalWindowUp = [] { return true; };
-        engine::installEnvironment(environment);
+        environment_.applicationSupportPath = [this] { return folder_.path(); };
+        environment_.isModalWindowUp = [] { return true; };
     }
     ~Core() {
         stop();
-        engine::installEnvironment({});
         platform::installStandardDefaults(nullptr);
         platform::installMainRunLoop(nullptr);
     }
 
     app::DQMainController& start() {
-        controller_ = std::make_unique<app::DQMainController>(
-            app::DQMainController::Surroundings{loop_, defaults_, power_, frontEnd_.frontEnd()});
+        controller_ = std::make_unique<app::DQMainController>(app::DQMainController::Surroundings{
+            loop_, defaults_, disks_, power_, environment_, workspace_, frontEnd_.frontEnd()});
         app::installMainController(controller_.get());
         return *controller_;
     }
@@ -71,7 +69,7 @@ public:
                 {engine::keys::date,
                  platform::archivedData(QDateTime::fromSecsSinceEpoch(1'700'000'000 + i))}});
         }
-        static_cast<void>(platform::writeFileAtomically(engine::queueArchivePath(),
+        static_cast<void>(platform::writeFileAtomically(engine::queueArchivePath(environment_),
                                                         platform::writePropertyList(archives)));
     }
     void settle() {
@@ -84,6 +82,9 @@ private:
     QTemporaryDir folder_;
     platform::SystemClock clock_;
     platform::RunLoop loop_{clock_};
+    platform::Disks disks_{loop_};
+    engine::Environment environment_;
+    app::Workspace workspace_;
     platform::UserDefaults defaults_{folder_.filePath(u"config"_s), u"bench"_s};
     support::MemoryFrontEnd frontEnd_;
     support::FakePower power_;

@@ -1,17 +1,26 @@
 # orlop_library(FOLDER LINKS ...): the static library of one folder under src/, from all its
 # sources. The folders it may use are named in scripts/layers.json and checked in the tests.
+# HEADERS names the target whose precompiled headers it is built with.
 function(orlop_library folder)
-    cmake_parse_arguments(arg "" "" "LINKS" ${ARGN})
-    file(GLOB_RECURSE sources CONFIGURE_DEPENDS
-         "${CMAKE_SOURCE_DIR}/src/${folder}/*.cpp" "${CMAKE_SOURCE_DIR}/src/${folder}/*.h")
-    add_library(orlop_${folder} STATIC ${sources} "${CMAKE_SOURCE_DIR}/cmake/empty.cpp")
+    cmake_parse_arguments(arg "" "HEADERS" "LINKS" ${ARGN})
+    file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/src/${folder}/*.cpp")
+    file(GLOB_RECURSE headers CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/src/${folder}/*.h")
+    add_library(orlop_${folder} STATIC ${sources} ${headers} "${CMAKE_SOURCE_DIR}/cmake/empty.cpp")
+    # Built only by scripts/check-layers: each header by itself, without what is precompiled.
+    target_sources(orlop_${folder} PUBLIC FILE_SET HEADERS BASE_DIRS "${CMAKE_SOURCE_DIR}/src"
+                   FILES ${headers})
+    set_target_properties(orlop_${folder} PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
     target_link_libraries(orlop_${folder} PUBLIC orlop_conventions ${arg_LINKS})
+    if(arg_HEADERS)
+        target_precompile_headers(orlop_${folder} REUSE_FROM ${arg_HEADERS})
+    endif()
 endfunction()
 
 # orlop_test(FOLDER [LINKS ...] [LABELS ...]): one GoogleTest executable from tests/FOLDER,
 # linked with the library of the same name and with the test support that it asks for.
+# HEADERS as for orlop_library; without it, those of the tests without Gui.
 function(orlop_test folder)
-    cmake_parse_arguments(arg "" "TIMEOUT" "LINKS;LABELS" ${ARGN})
+    cmake_parse_arguments(arg "" "TIMEOUT;HEADERS" "LINKS;LABELS" ${ARGN})
     file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/${folder}/*.cpp")
     if(NOT sources)
         return()
@@ -19,10 +28,14 @@ function(orlop_test folder)
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
     endif()
+    if(NOT arg_HEADERS)
+        set(arg_HEADERS orlop_test_headers)
+    endif()
     add_executable(test_${folder} ${sources})
     target_include_directories(test_${folder} PRIVATE "${CMAKE_SOURCE_DIR}/tests")
     target_link_libraries(test_${folder} PRIVATE orlop_conventions ${arg_LINKS} orlop_test_support
                           GTest::gmock)
+    target_precompile_headers(test_${folder} REUSE_FROM ${arg_HEADERS})
     gtest_discover_tests(test_${folder} DISCOVERY_MODE PRE_TEST
         PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS "${folder};${arg_LABELS}")
 endfunction()

@@ -10,8 +10,17 @@ set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
 
 find_program(ORLOP_CCACHE ccache)
 if(ORLOP_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-    set(CMAKE_CXX_COMPILER_LAUNCHER "${ORLOP_CCACHE}")
+    # What a precompiled header needs of the cache, and one cache for all clones.
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env
+        CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_ctime,include_file_mtime
+        "CCACHE_BASEDIR=${CMAKE_SOURCE_DIR}" "${ORLOP_CCACHE}")
+    if(CMAKE_CXX_COMPILER_ID STREQUAL Clang)
+        add_compile_options("SHELL:-Xclang -fno-pch-timestamp")
+    else()
+        add_compile_options(-fpch-preprocess)
+    endif()
 endif()
+add_compile_options("-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=")
 find_program(ORLOP_MOLD mold)
 if(ORLOP_MOLD)
     add_link_options(-fuse-ld=mold)
@@ -29,7 +38,7 @@ endif()
 # What only our own code must obey.
 add_library(orlop_conventions INTERFACE)
 target_compile_options(orlop_conventions INTERFACE
-    -Wall -Wextra -Wconversion -Wshadow -Werror)
+    -Wall -Wextra -Wconversion -Wshadow -Werror -pthread)
 target_compile_definitions(orlop_conventions INTERFACE
     QT_NO_KEYWORDS QT_NO_FOREACH QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
     QT_NO_CAST_FROM_BYTEARRAY QT_NO_CONTEXTLESS_CONNECT

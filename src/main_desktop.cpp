@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <optional>
 
@@ -10,6 +11,7 @@
 #include "app/status/queue_status_reporter.h"
 #include "desktop/settings.h"
 #include "diagnostics/settings.h"
+#include "platform/base/log_writer.h"
 #include "platform/files/files.h"
 #include "platform/session/signal_watcher.h"
 #include "ui/art/appearance.h"
@@ -87,6 +89,7 @@ int main(int argumentCount, char** argumentValues) {
     if (const std::optional<int> status = answerAtOnce(line)) {
         return *status;
     }
+    const platform::ProgramLog log;
     // Qt would take arguments with one dash for its own; they are settings here.
     int ownArguments = 1;
     if (!ui::hasDisplay()) {
@@ -138,6 +141,8 @@ int main(int argumentCount, char** argumentValues) {
     });
     const int status = QApplication::exec();
     windows.reset();
-    core.stop();
+    if (!core.stop()) {
+        std::_Exit(status);
+    }
     return status;
 }

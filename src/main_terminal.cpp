@@ -9,6 +9,7 @@
 // The settings of the windows can be given here as well: they are the same settings.
 #include "desktop/settings.h"
 #include "diagnostics/settings.h"
+#include "platform/base/log_writer.h"
 #include "platform/files/files.h"
 #include "platform/session/signal_watcher.h"
 #include "structured/settings.h"
@@ -36,6 +37,7 @@ int main(int argc, char** argv) {
     const auto environment = QProcessEnvironment::systemEnvironment();
     platform::ignoreBrokenPipes();
     useUtf8();
+    const platform::ProgramLog log;
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("Orlop"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ORLOP_VERSION));
@@ -43,5 +45,7 @@ int main(int argc, char** argv) {
         app::terminal::runProgram(QCoreApplication::arguments().mid(1), environment);
     if (end.signal != 0)
         platform::endBySignal(end.signal);
+    if (end.mustNotWait)
+        std::_Exit(end.status);
     return end.status;
 }

@@ -20,11 +20,13 @@
 #include "app/settings.h"
 #include "app/status/queue_status_reporter.h"
 #include "engine/environment.h"
+#include "engine/workers/http_client_setup.h"
 #include "http/http_session.h"
 #include "links/text/localization.h"
 #include "platform/base/log.h"
 #include "platform/base/run_loop.h"
 #include "platform/base/user_defaults.h"
+#include "platform/files/disks.h"
 #include "platform/files/files.h"
 #include "platform/net/cookie_storage.h"
 #include "platform/net/credential_storage.h"
@@ -38,8 +40,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr qint64 logStoreSize = 4 << 20;
-
 /// Installs something where the whole program looks for it, for as long as this lives.
 template <typename Object>
 class Installed {
@@ -51,32 +51,6 @@ public:
 
 private:
     void (*install_)(Object*);
-};
-
-/// Where log lines go, for as long as this lives.
-class LogSinks {
-public:
-    LogSinks()
-        : sinks_{platform::makeLogStore(platform::userStateFolder(), logStoreSize),
-                 platform::makeJournalSink()} {
-        for (const auto& sink : sinks_) {
-            if (sink) {
-                platform::addLogSink(sink);
-            }
-        }
-    }
-    ~LogSinks() {
-        for (const auto& sink : sinks_) {
-            if (sink) {
-                platform::removeLogSink(sink);
-            }
-        }
-    }
-    LogSinks(const LogSinks&) = delete;
-    LogSinks& operator=(const LogSinks&) = delete;
-
-private:
-    std::vector<std::shared_ptr<platform::LogSink>> sinks_;
 };
 
 /// The program's settings, with what this run was given above what is stored.
@@ -110,49 +84,52 @@ private:
 };
 
 /// What the engine needs of a front end and of the machine.
-class EngineEnvironment {
+engine::Environment engineEnvironment(const FrontEnd& frontEnd,
+                                      DQHTTPAuthenticationManager& authentication,
+                                      std::shared_ptr<engine::PageReader> pageReader) {
+    engine::Environment environment;
+    environment.confirmWriteAccess = [](const QString& folder, const QString&) {
+        return engine::WriteAccess{::access(QFile::encodeName(folder).constData(), W_OK) == 0, {}};
+    };
+    environment.openWithApplication = platform::openFileWithApplication;
+    environment.acquireAuthentication = [&authentication](http::HTTPRequest& request) {
+        authentication.acquireAuthenticationForRequest(request);
+    };
+    environment.cancelAuthentication = [&authentication](http::HTTPRequest& request) {
+        authentication.cancelAuthenticationForRequest(request);
+    };
+    environment.isModalWindowUp = [&presence = frontEnd.presence] {
+        return presence.isShowingModalWindow();
+    };
+    environment.beep = [&feedback = frontEnd.feedback] { feedback.beep(); };
+    environment.pageReader = std::move(pageReader);
+    return environment;
+}
+
+Workspace desktopWorkspace() {
+    return {platform::openURL, platform::revealFile, platform::openFileWithApplication};
+}
+
+/// Nothing that was to be written may be lost, but a disk that does not answer must not keep the
+/// program for ever.
+class EndOfDisks {
 public:
-    EngineEnvironment(const FrontEnd& frontEnd, DQHTTPAuthenticationManager& authentication,
-                      std::shared_ptr<engine::PageReader> pageReader) {
-        engine::Environment environment;
-        environment.addToHistory = [](engine::DQDownload& download) {
-            mainController().addToHistory(download);
-        };
-        environment.confirmWriteAccess = [](const QString& folder, const QString&) {
-            return engine::WriteAccess{::access(QFile::encodeName(folder).constData(), W_OK) == 0,
-                                       {}};
-        };
-        environment.openWithApplication = platform::openFileWithApplication;
-        environment.openURL = platform::openURL;
-        environment.revealFile = platform::revealFile;
-        if (Clipboard* clipboard = frontEnd.clipboard) {
-            environment.copyURL = [clipboard](const platform::Url& url) {
-                clipboard->copy({QStringList{url.absoluteString()}, url.absoluteString()});
-            };
-            environment.copyText = [clipboard](const QString& text) {
-                clipboard->copy({{}, text});
-            };
+    EndOfDisks(platform::Disks& disks, bool& hasAnswered)
+        : disks_(disks), hasAnswered_(hasAnswered) {}
+    ~EndOfDisks() {
+        constexpr std::chrono::seconds patience(5);
+        hasAnswered_ = disks_.finish(patience);
+        if (!hasAnswered_) {
+            platform::log(u"a disk does not answer; what was to be written to it is given up"_s,
+                          platform::LogLevel::Error);
         }
-        environment.acquireAuthentication = [&authentication](http::HTTPRequest& request) {
-            authentication.acquireAuthenticationForRequest(request);
-        };
-        environment.cancelAuthentication = [&authentication](http::HTTPRequest& request) {
-            authentication.cancelAuthenticationForRequest(request);
-        };
-        environment.isModalWindowUp = [&presence = frontEnd.presence] {
-            return presence.isShowingModalWindow();
-        };
-        environment.isAlternateFunctionalityEvent = [&presence = frontEnd.presence] {
-            return presence.areAlternateFunctionalityModifiersHeld();
-        };
-        environment.beep = [&feedback = frontEnd.feedback] { feedback.beep(); };
-        environment.pageReader = std::move(pageReader);
-        environment.applicationSupportPath = [] { return platform::userDataFolder(); };
-        engine::installEnvironment(std::move(environment));
     }
-    ~EngineEnvironment() { engine::installEnvironment({}); }
-    EngineEnvironment(const EngineEnvironment&) = delete;
-    EngineEnvironment& operator=(const EngineEnvironment&) = delete;
+    EndOfDisks(const EndOfDisks&) = delete;
+    EndOfDisks& operator=(const EndOfDisks&) = delete;
+
+private:
+    platform::Disks& disks_;
+    bool& hasAnswered_;
 };
 
 QString damagedQueueText(const QString& keptPath) {
@@ -180,16 +157,20 @@ class Application::Private {
 public:
     using Receive = HandoverReceiver::Receive;
 
-    Private(const QVariantMap& arguments, const FrontEnd& frontEnd, Receive receive)
+    Private(const QVariantMap& arguments, const FrontEnd& frontEnd, Receive receive,
+            bool& haveDisksAnswered)
         : standardDefaults(loop, arguments),
+          endOfDisks(disks, haveDisksAnswered),
           authentication(frontEnd.authentication, standardDefaults.defaults),
-          environment(frontEnd, authentication, downloadPages),
-          historian(standardDefaults.defaults, loop),
-          controller({loop, standardDefaults.defaults, *power, frontEnd}),
+          environment(engineEnvironment(frontEnd, authentication, downloadPages)),
+          historian(platform::userDataFolder(), standardDefaults.defaults, loop),
+          controller(
+              {loop, standardDefaults.defaults, disks, *power, environment, workspace, frontEnd}),
           status({controller, standardDefaults.defaults, loop, frontEnd}),
           settingsEffects(standardDefaults.defaults, controller, frontEnd.list,
                           downloadPages->ruleStore()),
           receiver(platform::userDataFolder(), platform::runtimeFolder(), std::move(receive)) {
+        engine::configureHTTPClient(standardDefaults.defaults, controller.queue().throttle());
         controller.setHistory(&historian);
         controller.setStatusReporter(&status);
     }
@@ -201,7 +182,7 @@ public:
     platform::RunLoop loop{clock};
     Installed<platform::RunLoop> installedLoop{platform::installMainRunLoop, loop};
     platform::QtRunLoopDriver driver{loop};
-    LogSinks logSinks;
+    platform::Disks disks{loop};
     StandardDefaults standardDefaults;
     std::unique_ptr<platform::CookieStorage> cookies{
         platform::makeCookieStorage(platform::userDataFolder() + u"/Cookies"_s)};
@@ -212,11 +193,13 @@ public:
     Installed<platform::CredentialStorage> installedSecrets{
         platform::installSharedCredentialStorage, *secrets};
     http::HTTPSession session{clock};
+    EndOfDisks endOfDisks;
     std::unique_ptr<platform::Power> power{platform::makePower()};
     std::shared_ptr<DownloadPages> downloadPages{
         std::make_shared<DownloadPages>(standardDefaults.defaults, loop)};
     DQHTTPAuthenticationManager authentication;
-    EngineEnvironment environment;
+    const engine::Environment environment;
+    const Workspace workspace = desktopWorkspace();
     DQHistorian historian;
     Installed<DQHistorian> installedHistorian{installHistorian, historian};
     DQMainController controller;
@@ -275,8 +258,9 @@ Application::Start Application::claimOrHandOver(const LaunchItems& items) {
 
 Application::Start Application::run(const FrontEnd& frontEnd, const ShowWindows& showWindows,
                                     const LaunchItems& items) {
-    private_ = std::make_unique<Private>(invocation_.settings, frontEnd,
-                                         [this](const Handover& handover) { receive(handover); });
+    private_ = std::make_unique<Private>(
+        invocation_.settings, frontEnd, [this](const Handover& handover) { receive(handover); },
+        haveDisksAnswered_);
     HandoverReceiver& receiver = private_->receiver;
     if (!receiver.problem().isEmpty()) {
         platform::log(receiver.problem(), platform::LogLevel::Warning);
@@ -332,8 +316,9 @@ QueueStatusReporter& Application::statusReporter() {
     return private_->status;
 }
 
-void Application::stop() {
+bool Application::stop() {
     private_.reset();
+    return haveDisksAnswered_;
 }
 
 }  // namespace app

@@ -61,8 +61,9 @@ public:
     [[nodiscard]] QueueStatusReporter& statusReporter();
 
     /// Writes what has not been written and takes everything down. Does not ask: that is
-    /// `DQMainController::shouldQuit`.
-    void stop();
+    /// `DQMainController::shouldQuit`. False: a disk does not answer, and threads still wait for
+    /// it, so that the process must end by `std::_Exit`.
+    [[nodiscard]] bool stop();
 
 private:
     class Private;
@@ -76,6 +77,7 @@ private:
     const Invocation invocation_;
     InstanceLock lock_;
     std::function<void(const QString&)> activate_;
+    bool haveDisksAnswered_ = true;
     std::unique_ptr<Private> private_;
 };
 

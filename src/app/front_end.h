@@ -10,9 +10,6 @@
 #include "platform/base/clock.h"
 #include "platform/net/url.h"
 
-namespace engine {
-class VanishView;
-}
 namespace platform {
 class UserNotificationCenter;
 }
@@ -20,6 +17,8 @@ class UserNotificationCenter;
 /// What the core asks of whatever shows it: a window, a terminal, or memory in a test. All of it
 /// is called on the main thread.
 namespace app {
+
+class VanishView;
 
 /// A decision for a person, with the texts to show (English; to be translated by the front end).
 struct Alert {
@@ -119,7 +118,7 @@ public:
     virtual void displayNow() = 0;
 
     /// Where rows fade and collapse before their downloads leave the queue. Null: they go at once.
-    [[nodiscard]] virtual std::shared_ptr<engine::VanishView> vanishView() = 0;
+    [[nodiscard]] virtual std::shared_ptr<VanishView> vanishView() = 0;
 };
 
 /// Where copied addresses and texts go.

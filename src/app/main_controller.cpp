@@ -1,6 +1,9 @@
 #include "app/main_controller.h"
 
+#include <QRandomGenerator>
 #include <algorithm>
+#include <unordered_set>
+#include <utility>
 
 #include "app/controller_roles.h"
 #include "app/intake/intake.h"
@@ -11,12 +14,15 @@
 #include "app/queue/queue_archive.h"
 #include "app/queue/restored_download.h"
 #include "app/queue/row_drag.h"
+#include "app/rows/rows.h"
 #include "app/rules/rule_book.h"
 #include "app/schedule/automation.h"
 #include "app/settings.h"
 #include "engine/paths/support_folder.h"
 #include "links/paths/path_rules.h"
 #include "links/text/localization.h"
+#include "platform/base/log.h"
+#include "platform/files/files.h"
 
 namespace app {
 
@@ -28,6 +34,8 @@ DQMainController* installedController = nullptr;
 
 constexpr qint64 reversesQueue = -1, shufflesQueue = -2;
 constexpr qint64 upsideDown = -2;
+/// So many rows at once vanish without an animation.
+constexpr std::size_t massRemoval = 11;
 constexpr platform::Seconds redrawDelay = 0.2, toggledRedrawDelay = 0.1;
 
 }  // namespace
@@ -36,15 +44,20 @@ struct DQMainController::Parts {
     Parts(DQMainController& owner, const Surroundings& given);
 
     Surroundings surroundings;
-    DownloadQueue queue;
+    RuleBook rules;
+    engine::DownloadQueue queue;
+    Rows rows;
     QueueView view;
     RowDrag drag;
     ListPresenter list;
     QueueArchive archive;
     Intake intake;
-    RuleBook rules;
     Lifecycle lifecycle;
     BatchProgress batch;
+    /// What a batch has removed.
+    std::unordered_set<const engine::DQDownload*> leaving;
+    /// A batch has changed more than it has added.
+    bool isStale = false;
     AllDone allDone;
     Automation automation;
 
@@ -58,13 +71,19 @@ struct DQMainController::Parts {
 
 DQMainController::Parts::Parts(DQMainController& owner, const Surroundings& given)
     : surroundings(given),
-      queue([this] { view.invalidate(); }),
+      rules(given.defaults),
+      queue({given.defaults, given.loop, given.disks, given.environment, rules}, owner),
+      rows({queue, given.workspace, given.frontEnd,
+            [&owner](engine::DQDownload& download) { owner.removeDownload(download); }}),
       view(queue, given.defaults),
-      drag(queue, view, given.defaults),
+      drag(queue, view, rows.vanishing(), given.defaults),
       list({view, given.frontEnd.list, given.loop, given.defaults,
             [&owner] { owner.updateStatusAndForceUpdateApplicationImage(false); }}),
-      archive(engine::queueArchivePath(),
+      archive(engine::queueArchivePath(given.environment),
               {queue, given.defaults, given.loop, given.frontEnd.questions,
+               [this](const engine::DQDownload& download) {
+                   return rows.vanishing().isVanishing(download);
+               },
                [&owner](const QString& keptPath) { Q_EMIT owner.queueFileDamaged(keptPath); },
                [&owner](const platform::Error& error) {
                    Q_EMIT owner.queueFileNotWritten(error.text);
@@ -81,7 +100,6 @@ DQMainController::Parts::Parts(DQMainController& owner, const Surroundings& give
                   count ? Q_EMIT owner.intakeProgressed(*count) : Q_EMIT owner.intakeEnded();
               },
               [this] { lifecycle.giveFeedback(); }}),
-      rules(given.defaults),
       lifecycle({queue, given.defaults, given.loop, given.power, given.frontEnd,
                  [this] {
                      archive.write();
@@ -102,12 +120,16 @@ DQMainController::DQMainController(const Surroundings& surroundings)
 
 DQMainController::~DQMainController() = default;
 
+const DQMainController::Surroundings& DQMainController::surroundings() const {
+    return parts_->surroundings;
+}
+
 const Downloads& DQMainController::downloads() const {
     return parts_->queue.downloads();
 }
 
 Downloads DQMainController::downloadsMatchingStatusMask(engine::StatusMask mask) const {
-    return downloadsFromCollectionMatchingStatusMask(downloads(), mask);
+    return parts_->queue.downloadsMatchingStatusMask(mask);
 }
 
 bool DQMainController::anyDownloadMatchesStatusMask(engine::StatusMask mask) const {
@@ -122,7 +144,7 @@ qsizetype DQMainController::numberOfFailedDownloads() const {
     return tally().count(engine::DQDownloadStatusAborted);
 }
 
-const QueueTally& DQMainController::tally() const {
+const engine::QueueTally& DQMainController::tally() const {
     return parts_->queue.tally();
 }
 
@@ -169,24 +191,21 @@ void DQMainController::changeSorting(qint64 tag) {
 }
 
 void DQMainController::rearrange(qint64 tag) {
+    Downloads order = downloads();
     if (tag == reversesQueue) {
-        parts_->queue.reverse();
+        std::reverse(order.begin(), order.end());
     } else if (tag == shufflesQueue) {
-        parts_->queue.shuffle(*QRandomGenerator::global());
+        std::shuffle(order.begin(), order.end(), *QRandomGenerator::global());
     } else {
-        parts_->queue.sortByCriterion(tag);
+        sortDownloads(order, tag);
     }
-    queueOrderDidChange();
+    parts_->queue.setOrder(std::move(order));
+    updateDownloadListAndStatus();
 }
 
 bool DQMainController::canRearrange(qint64 tag) const {
     return downloads().size() > 1 &&
            !containsDownloadsEffectivelySortedByCriterion(downloads(), tag, false);
-}
-
-void DQMainController::queueOrderDidChange() {
-    engine::DQDownload::invalidateQueuedAndDownloadingDownloads();
-    updateDownloadListAndStatus();
 }
 
 void DQMainController::updateDownloadListAndStatus() {
@@ -221,63 +240,156 @@ Downloads DQMainController::contextDownloads() {
 }
 
 Downloads DQMainController::contextDownloadsMatchingStatusMask(engine::StatusMask mask) {
-    return downloadsFromCollectionMatchingStatusMask(contextDownloads(), mask);
+    return engine::downloadsFromCollectionMatchingStatusMask(contextDownloads(), mask);
 }
 
 bool DQMainController::anyContextDownloadMatchesStatusMask(engine::StatusMask mask) {
-    return anyDownloadFromCollectionMatchesStatusMask(contextDownloads(), mask);
+    return engine::anyDownloadFromCollectionMatchesStatusMask(contextDownloads(), mask);
 }
 
-void DQMainController::updateDownload(engine::DQDownload& download, bool forceDisplay,
-                                      bool forceVanish, platform::Seconds vanishInterval) {
+void DQMainController::queueDidChange() {
+    parts_->view.invalidate();
+}
+
+/// What follows from it for others; how it looks follows at the end of a batch for all at once.
+void DQMainController::statusDidChange(const engine::StatusChange& change) {
+    using engine::StatusCause;
     // It may leave the queue while it is still at work.
-    const engine::DownloadPtr kept = download.shared_from_this();
-    if (engine::matchesStatusMask(download.status(), engine::finishedStatuses)) {
-        reflectEnd(download, forceVanish, vanishInterval);
+    const engine::DownloadPtr kept = change.download.shared_from_this();
+    const bool wasActive = engine::matchesStatusMask(change.before, engine::activeStatuses);
+    if (change.after == engine::DQDownloadStatusQueued) {
+        parts_->batch.invalidateLongTermNumberOfQueuedOrDownloadingDownloads();
     }
+    if (change.cause == StatusCause::PausedByUser ||
+        (change.cause == StatusCause::Removed && wasActive)) {
+        parts_->batch.decrementLongTermNumberOfQueuedOrDownloadingDownloads();
+    }
+    parts_->isStale =
+        parts_->isStale || (parts_->queue.isInBatch() && change.cause != StatusCause::Added);
+    if (change.cause == StatusCause::Removed) {
+        return;  // Its row is going to be told of.
+    }
+    if (engine::matchesStatusMask(change.after, engine::finishedStatuses)) {
+        parts_->history->add(change.download);
+        reflectEnd(change.download);
+    }
+    downloadDidChange(change.download);
+}
+
+void DQMainController::downloadDidChange(engine::DQDownload& download) {
+    const engine::DownloadPtr kept = download.shared_from_this();
     if (download.status() == engine::DQDownloadStatusDownloading) {
         parts_->archive.writeIfBegun(download);
     }
-    const bool isListUpToDate = parts_->list.reflectChange(download);
-    updateStatusAndForceUpdateApplicationImage(false);
     Q_EMIT downloadChanged(kept);
-    DownloadListView& list = parts_->surroundings.frontEnd.list;
-    if (!forceDisplay) {
-        if (!isListUpToDate) {
-            list.setNeedsDisplayAfterDelay(redrawDelay);
-        }
+    if (parts_->queue.isInBatch()) {
         return;
     }
+    const bool isListUpToDate = parts_->list.reflectChange(download);
+    updateStatusAndForceUpdateApplicationImage(false);
     if (!isListUpToDate) {
-        list.setNeedsDisplay();
+        parts_->surroundings.frontEnd.list.setNeedsDisplayAfterDelay(redrawDelay);
     }
-    list.displayNow();
 }
 
-void DQMainController::reflectEnd(engine::DQDownload& download, bool forceVanish,
-                                  platform::Seconds vanishInterval) {
+void DQMainController::reflectEnd(engine::DQDownload& download) {
+    constexpr platform::Seconds vanishInterval = 3;
     const bool isDone = download.status() == engine::DQDownloadStatusDone;
-    if (!download.isBeingRemoved() && (isDone || !forceVanish)) {
-        parts_->status->sendUserNotification(
-            isDone ? u"Download Complete"_s : u"Download Failed"_s,
-            links::localized(isDone ? "Download Complete" : "Download Failed"),
-            download.displayName(), false);
-    }
+    parts_->status->sendUserNotification(
+        isDone ? u"Download Complete"_s : u"Download Failed"_s,
+        links::localized(isDone ? "Download Complete" : "Download Failed"), download.displayName(),
+        false);
     parts_->allDone._mayTriggerQuitOnAllDone = true;
     const platform::Setting<bool>& autoClear =
         isDone ? settings::autoClearSuccesses : settings::autoClearLemons;
-    if (forceVanish || parts_->surroundings.defaults.get(autoClear)) {
-        download.vanishInView(parts_->surroundings.frontEnd.list.vanishView(), vanishInterval);
+    if (parts_->surroundings.defaults.get(autoClear)) {
+        vanish(download, vanishInterval);
     }
     parts_->archive.write();
-    if (!forceVanish) {
-        parts_->status->playFeedback();
-        Q_EMIT downloadEnded(download.shared_from_this());
+    parts_->status->playFeedback();
+    Q_EMIT downloadEnded(download.shared_from_this());
+}
+
+void DQMainController::downloadWasRemoved(engine::DQDownload& download) {
+    constexpr platform::Seconds vanishInterval = 0.1;
+    const engine::DownloadPtr kept = download.shared_from_this();
+    disableAllDoneNotificationForDownload(download);
+    parts_->allDone._mayTriggerQuitOnAllDone = true;
+    if (parts_->queue.isInBatch()) {
+        parts_->leaving.insert(&download);
+        parts_->isStale = true;
+        return;
+    }
+    vanish(download, vanishInterval);
+    parts_->archive.write();
+    downloadDidChange(download);
+}
+
+/// Who adds many downloads shows and saves them when it sees fit.
+void DQMainController::batchDidEnd() {
+    removeLeavingDownloads();
+    if (std::exchange(parts_->isStale, false)) {
+        parts_->archive.write();
+        updateDownloadListAndStatus();
     }
 }
 
-void DQMainController::statusDidChange(const engine::DQDownload& download) {
-    parts_->queue.reflectStatus(download);
+void DQMainController::removeLeavingDownloads() {
+    constexpr platform::Seconds vanishInterval = 0.1;
+    const auto leaving = std::exchange(parts_->leaving, {});
+    const auto isLeaving = [&](const engine::DQDownload& download) {
+        return leaving.contains(&download);
+    };
+    if (leaving.size() >= massRemoval) {
+        parts_->queue.removeIf([&](engine::DQDownload& download) {
+            const bool goes = isLeaving(download);
+            if (goes) {
+                parts_->rows.forget(download);
+            }
+            return goes;
+        });
+        return;
+    }
+    const Downloads present = downloads();
+    for (const engine::DownloadPtr& download : present) {
+        if (isLeaving(*download)) {
+            vanish(*download, vanishInterval);
+        }
+    }
+}
+
+void DQMainController::openURLsOfPage(const std::vector<platform::Url>& urls,
+                                      const QStringList& pageChain) {
+    ScriptArguments arguments;
+    arguments.withReferrer = pageChain.value(pageChain.size() - 1);
+    arguments.downloadPageChain = pageChain;
+    parts_->intake.openURLs(urls, arguments);
+}
+
+void DQMainController::volumeIsMissing(engine::DQDownload& download) {
+    const QString path = platform::volumePath(download.intermediateDownloadTargetPath());
+    platform::log(u"%1 waits for the volume %2"_s.arg(download.description(), path),
+                  platform::LogLevel::Warning);
+    Q_EMIT volumeMissing(download.shared_from_this(), path);
+}
+
+void DQMainController::fileWasNotThrownAway(const QString& path) {
+    platform::log(u"cannot move to the Trash: %1"_s.arg(path), platform::LogLevel::Warning);
+    parts_->surroundings.frontEnd.feedback.beep();
+    Q_EMIT fileNotThrownAway(path);
+}
+
+void DQMainController::vanish(engine::DQDownload& download, platform::Seconds delay) {
+    parts_->rows.vanishing().vanish(download, parts_->surroundings.frontEnd.list.vanishView(),
+                                    delay);
+}
+
+Rows& DQMainController::rows() {
+    return parts_->rows;
+}
+
+engine::DownloadQueue& DQMainController::queue() {
+    return parts_->queue;
 }
 
 void DQMainController::updateDownloadListDisplay() {
@@ -290,15 +402,7 @@ void DQMainController::updateStatusAndForceUpdateApplicationImage(bool force) {
     Q_EMIT statusChanged();
 }
 
-void DQMainController::invalidateLongTermNumberOfQueuedOrDownloadingDownloads() {
-    parts_->batch.invalidateLongTermNumberOfQueuedOrDownloadingDownloads();
-}
-
-void DQMainController::decrementLongTermNumberOfQueuedOrDownloadingDownloads() {
-    parts_->batch.decrementLongTermNumberOfQueuedOrDownloadingDownloads();
-}
-
-void DQMainController::disableAllDoneNotificationForDownload(engine::DQDownload& download) {
+void DQMainController::disableAllDoneNotificationForDownload(const engine::DQDownload& download) {
     const qint64 itself =
         engine::matchesStatusMask(download.status(), engine::unfinishedStatuses) ? 1 : 0;
     if (tally().count(engine::unfinishedStatuses) == itself) {
@@ -307,27 +411,21 @@ void DQMainController::disableAllDoneNotificationForDownload(engine::DQDownload&
 }
 
 void DQMainController::removeDownload(engine::DQDownload& download) {
-    const engine::DownloadPtr kept = download.shared_from_this();
     if (parts_->queue.remove(download)) {
-        // The record may be in the middle of an operation that led here.
-        parts_->surroundings.loop.post([kept] {});
+        parts_->rows.forget(download);
         parts_->list.updateDownloadListAndStatusSoon();
     }
 }
 
-const QVariantList& DQMainController::specialCases() const {
-    return parts_->rules.specialCases();
-}
-
 void DQMainController::vanishDownloads(const Downloads& downloads) {
-    const std::shared_ptr<engine::VanishView> view =
-        parts_->surroundings.frontEnd.list.vanishView();
-    const Downloads vanishing = downloads;
-    for (const engine::DownloadPtr& download : vanishing) {
-        if (parts_->queue.indexOf(*download)) {
-            download->vanishInView(view, 0);
+    const engine::DownloadQueue::Batch batch(parts_->queue);
+    for (const engine::DownloadPtr& download : downloads) {
+        if (parts_->queue.contains(*download)) {
+            parts_->leaving.insert(download.get());
+            parts_->isStale = true;
         }
     }
+    parts_->queue.touchBatch();
 }
 
 void DQMainController::clear() {
@@ -336,8 +434,12 @@ void DQMainController::clear() {
 
 void DQMainController::removeDownloadIfDoneWithPath(const QString& path) {
     const std::size_t count = parts_->queue.removeIf([&](engine::DQDownload& download) {
-        return engine::matchesStatusMask(download.status(), engine::finishedStatuses) &&
-               links::isEqualToPath(download.path(), path);
+        const bool goes = engine::matchesStatusMask(download.status(), engine::finishedStatuses) &&
+                          links::isEqualToPath(download.pathByCheckingExistence(false), path);
+        if (goes) {
+            parts_->rows.forget(download);
+        }
+        return goes;
     });
     if (count > 0) {
         updateDownloadListAndStatus();
@@ -355,7 +457,7 @@ bool DQMainController::canDropRows(const Downloads& dragged, qsizetype row) {
 bool DQMainController::dropRows(const Downloads& dragged, qsizetype row) {
     const bool didMove = parts_->drag.dropRows(dragged, row);
     if (didMove) {
-        queueOrderDidChange();
+        updateDownloadListAndStatus();
     }
     return didMove;
 }
@@ -375,14 +477,6 @@ std::optional<std::vector<platform::Url>> DQMainController::URLsFromPasteboard(
 
 void DQMainController::openURLs(const std::vector<platform::Url>& urls,
                                 const ScriptArguments& arguments) {
-    parts_->intake.openURLs(urls, arguments);
-}
-
-void DQMainController::openURLsOfPage(const std::vector<platform::Url>& urls,
-                                      const QStringList& pageChain) {
-    ScriptArguments arguments;
-    arguments.withReferrer = pageChain.value(pageChain.size() - 1);
-    arguments.downloadPageChain = pageChain;
     parts_->intake.openURLs(urls, arguments);
 }
 
@@ -468,7 +562,9 @@ engine::DownloadPtr DQMainController::addDownloadFromArchive(const QVariantMap& 
 }
 
 void DQMainController::readQueue() {
-    OrphanedContainers orphans(foldersOfDownloads(parts_->surroundings.defaults, specialCases()));
+    OrphanedContainers orphans(
+        foldersOfDownloads(parts_->surroundings.defaults, parts_->rules.specialCases()));
+    const engine::DownloadQueue::Batch batch(parts_->queue);
     for (const QVariantMap& archive : parts_->archive.read()) {
         addDownloadFromArchive(orphans.completed(archive), {});
     }
@@ -515,10 +611,6 @@ void DQMainController::setScheduler(Scheduler* scheduler) {
     parts_->schedule = scheduler ? scheduler : &parts_->automation.schedule();
 }
 
-void DQMainController::addToHistory(engine::DQDownload& download) {
-    parts_->history->add(download);
-}
-
 QueueStatus DQMainController::queueStatus() const {
     return parts_->status->status();
 }
@@ -537,7 +629,6 @@ DQMainController& mainController() {
 
 void installMainController(DQMainController* controller) {
     installedController = controller;
-    engine::installMainController(controller);
 }
 
 }  // namespace app

@@ -10,12 +10,12 @@
 #include "app/intake/pasteboard.h"
 #include "app/intake/refused_text.h"
 #include "app/intake/script_arguments.h"
-#include "engine/admission/download_manager.h"
-#include "engine/record/download.h"
-#include "engine/record/status.h"
+#include "app/workspace.h"
+#include "engine/queue/download_queue.h"
 #include "platform/net/url.h"
 
 namespace platform {
+class Disks;
 class Power;
 class RunLoop;
 class UserDefaults;
@@ -29,17 +29,17 @@ class Automation;
 class BatchProgress;
 class HistoryKeeper;
 class Lifecycle;
-class QueueTally;
+class Rows;
 class RuleBook;
 class Scheduler;
 class StatusReporter;
-using Downloads = std::vector<engine::DownloadPtr>;
+using engine::Downloads;
 
-/// Owns the queue for the life of the program and is what front ends, scripts and the engine call.
+/// Owns the queue for the life of the program and is what front ends and scripts call.
 ///
 /// The work is done by collaborators with files of their own; this class only connects them. It
 /// holds no widget: front ends implement `FrontEnd` and report what the user did. Main thread.
-class DQMainController final : public QObject, public engine::DQDownloadManager {
+class DQMainController final : public QObject, private engine::QueueOwner {
     Q_OBJECT
 
 public:
@@ -47,22 +47,27 @@ public:
     struct Surroundings {
         platform::RunLoop& loop;
         platform::UserDefaults& defaults;
+        platform::Disks& disks;
         platform::Power& power;
+        const engine::Environment& environment;
+        const Workspace& workspace;
         FrontEnd frontEnd;
     };
 
     explicit DQMainController(const Surroundings& surroundings);
+    [[nodiscard]] const Surroundings& surroundings() const;
     ~DQMainController() override;
 
     // The queue, in the order in which downloads are admitted and saved.
 
-    [[nodiscard]] const Downloads& downloads() const override;
+    [[nodiscard]] engine::DownloadQueue& queue();
+    [[nodiscard]] const Downloads& downloads() const;
     [[nodiscard]] Downloads downloadsMatchingStatusMask(engine::StatusMask mask) const;
     [[nodiscard]] bool anyDownloadMatchesStatusMask(engine::StatusMask mask) const;
     [[nodiscard]] qsizetype numberOfDownloads() const;
     [[nodiscard]] qsizetype numberOfFailedDownloads() const;
     /// How many there are at each status.
-    [[nodiscard]] const QueueTally& tally() const;
+    [[nodiscard]] const engine::QueueTally& tally() const;
 
     // The list: the queue sorted and filtered, in which row n is element n.
 
@@ -105,20 +110,10 @@ public:
     [[nodiscard]] bool canDropRows(const Downloads& dragged, qsizetype row);
     bool dropRows(const Downloads& dragged, qsizetype row);
 
-    // Reports of the engine.
-
-    using engine::DQDownloadManager::updateDownload;
-    void updateDownload(engine::DQDownload& download, bool forceDisplay, bool forceVanish,
-                        platform::Seconds vanishInterval) override;
-    void statusDidChange(const engine::DQDownload& download) override;
-    void updateDownloadListDisplay() override;
-    void invalidateLongTermNumberOfQueuedOrDownloadingDownloads() override;
-    void decrementLongTermNumberOfQueuedOrDownloadingDownloads() override;
-    void disableAllDoneNotificationForDownload(engine::DQDownload& download) override;
-    void removeDownload(engine::DQDownload& download) override;
-    void openURLsOfPage(const std::vector<platform::Url>& urls,
-                        const QStringList& pageChain) override;
-    [[nodiscard]] const QVariantList& specialCases() const override;
+    /// What rows show and offer.
+    [[nodiscard]] Rows& rows();
+    /// How a row looks has changed for reasons outside its download.
+    void updateDownloadListDisplay();
 
     // Leaving the queue.
 
@@ -188,7 +183,6 @@ public:
     void setStatusReporter(StatusReporter* reporter);
     void setHistory(HistoryKeeper* history);
     void setScheduler(Scheduler* scheduler);
-    void addToHistory(engine::DQDownload& download);
     void updateStatusAndForceUpdateApplicationImage(bool force);
     /// As of the last `statusChanged`.
     [[nodiscard]] QueueStatus queueStatus() const;
@@ -221,15 +215,34 @@ Q_SIGNALS:
     void queueFileDamaged(const QString& keptPath);
     void queueFileNotWritten(const QString& reason);
 
+    /// It cannot go on before the volume at `path`, on which its partial file lies, is back.
+    void volumeMissing(const engine::DownloadPtr& download, const QString& path);
+    /// The file of a removed download is still there.
+    void fileNotThrownAway(const QString& path);
+
     /// Nothing keeps the program running any more.
     void terminated();
 
 private:
     struct Parts;
 
-    void queueOrderDidChange();
-    void reflectEnd(engine::DQDownload& download, bool forceVanish,
-                    platform::Seconds vanishInterval);
+    // Reports of the queue.
+
+    void queueDidChange() override;
+    void statusDidChange(const engine::StatusChange& change) override;
+    void downloadDidChange(engine::DQDownload& download) override;
+    void downloadWasRemoved(engine::DQDownload& download) override;
+    void batchDidEnd() override;
+    void openURLsOfPage(const std::vector<platform::Url>& urls,
+                        const QStringList& pageChain) override;
+    void volumeIsMissing(engine::DQDownload& download) override;
+    void fileWasNotThrownAway(const QString& path) override;
+
+    void disableAllDoneNotificationForDownload(const engine::DQDownload& download);
+    void reflectEnd(engine::DQDownload& download);
+    void vanish(engine::DQDownload& download, platform::Seconds delay);
+    void removeDownload(engine::DQDownload& download);
+    void removeLeavingDownloads();
     void queueDidGrow(bool wasEmpty);
     void intakeDidEnd(const QStringList& names);
 
@@ -238,7 +251,7 @@ private:
 
 /// The controller as installed by the composition root or by a test.
 [[nodiscard]] DQMainController& mainController();
-/// Also makes it the engine's. Nullptr takes it away.
+/// Nullptr takes it away.
 void installMainController(DQMainController* controller);
 
 }  // namespace app

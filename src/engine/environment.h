@@ -15,8 +15,6 @@ class HTTPRequest;
 
 namespace engine {
 
-class DQDownload;
-
 /// What the rules about download pages say of an address, and the reading of such a page. Main
 /// thread.
 class PageReader {
@@ -39,13 +37,9 @@ struct WriteAccess {
     QString bookmarkPath;
 };
 
-/// What the engine needs of the layers above it and of the desktop. Every call has a default that
-/// does nothing or answers the plainest thing; main thread.
+/// What the engine needs of the desktop and of the user who sits there. Every call has a default
+/// that does nothing or answers the plainest thing; main thread.
 struct Environment {
-    /// A download was finished or aborted.
-    std::function<void(DQDownload&)> addToHistory = [](DQDownload&) {};
-    /// The partial file of this download lies on a volume that is away.
-    std::function<void(DQDownload&)> prepareMissingVolumeAlert = [](DQDownload&) {};
     /// May ask the user, with `explanation` as the reason.
     std::function<WriteAccess(const QString& folder, const QString& explanation)>
         confirmWriteAccess = [](const QString&, const QString&) { return WriteAccess{}; };
@@ -54,10 +48,6 @@ struct Environment {
     /// Hands a finished file to an application. False: it was found but could not open the file.
     std::function<bool(const QString& path, const QString& application)> openWithApplication =
         [](const QString&, const QString& application) { return application.isEmpty(); };
-    std::function<bool(const platform::Url&)> openURL = [](const platform::Url&) { return false; };
-    std::function<bool(const QString& path)> revealFile = [](const QString&) { return false; };
-    std::function<void(const platform::Url&)> copyURL = [](const platform::Url&) {};
-    std::function<void(const QString&)> copyText = [](const QString&) {};
 
     /// Asks the user for the credentials that a request waits for, or makes it go on without.
     std::function<void(http::HTTPRequest&)> acquireAuthentication;
@@ -65,7 +55,6 @@ struct Environment {
     std::function<void(http::HTTPRequest&)> cancelAuthentication = [](http::HTTPRequest&) {};
 
     std::function<bool()> isModalWindowUp = [] { return false; };
-    std::function<bool()> isAlternateFunctionalityEvent = [] { return false; };
     std::function<void()> beep = [] {};
 
     /// The folder of the program's own data; empty: there is none.
@@ -75,9 +64,5 @@ struct Environment {
 
     Environment();
 };
-
-/// As installed by the composition root or by a test; plain defaults before that.
-[[nodiscard]] const Environment& environment();
-void installEnvironment(Environment environment);
 
 }  // namespace engine

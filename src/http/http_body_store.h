@@ -1,7 +1,10 @@
 #pragma once
 
 #include <QByteArray>
-#include <cstdint>
+
+namespace platform {
+class ThreadPool;
+}
 
 namespace http {
 
@@ -11,8 +14,9 @@ class HTTPBodyStore {
 public:
     virtual ~HTTPBodyStore() = default;
 
-    /// A number of the disk that `store` waits for. Main thread.
-    [[nodiscard]] virtual std::uint64_t disk() const = 0;
+    /// The one thread that writes to the disk for which `store` waits; several stores may have the
+    /// same, and take turns. It outlives the request. Main thread.
+    [[nodiscard]] virtual platform::ThreadPool& writesOfDisk() const = 0;
 
     /// Takes all of `data`, which comes in order and is never empty. False: it has not been taken;
     /// the delegate is given it and what follows, and should see to it that little does. Never on

@@ -16,7 +16,6 @@ HTTPSession::~HTTPSession() {
     // What still waits must not start while the thread winds up.
     _shared->sharedQueue.setSuspended(true);
     _shared->thread.stop();
-    _shared->storingThreads.waitForDone();
     _shared->sharedQueue.removeAllOperations();
     SharedState::install(nullptr);
 }

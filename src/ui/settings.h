@@ -9,6 +9,10 @@ namespace ui::settings {
 
 using platform::Setting;
 
+inline const Setting<QString> logWindowFrame{u"com.tarnworks.Orlop.ILRLogWindow",
+                                             {},
+                                             false,
+                                             "Where the log window stands, in Qt's own form."};
 inline const Setting<QString> mainWindowFrame{
     u"NSWindow Frame MainWindow",
     {},

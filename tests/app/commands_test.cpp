@@ -53,8 +53,9 @@ protected:
         ADD_FAILURE() << qPrintable(title) << " is not in the menu";
     }
     void setStatus(const QString& name, engine::DQDownloadStatus status) {
-        download(name)->setStatus(status);
-        engine::DQDownload::invalidateQueuedAndDownloadingDownloads();
+        engine::matchesStatusMask(status, engine::finishedStatuses)
+            ? end(*download(name), status)
+            : Core::setStatus(*download(name), status);
     }
 
     app::Commands commands{{*controller, defaults, frontEnd.frontEnd()}};
@@ -198,7 +199,7 @@ TEST_F(CommandsTest, OffersForSeveralWhatAllOfThemAllow) {
     commands.perform(Command::Move, app::MoveUp);
     EXPECT_EQ(queue().mid(8), (QStringList{u"f1"_s, u"f2"_s, u"f10"_s}));
 
-    controller->removeDownload(*download(u"f10"_s));
+    controller->queue().remove(*download(u"f10"_s));
     EXPECT_EQ(count(), 10);
     commands.perform(Command::CancelAll, 1);
     EXPECT_EQ(controller->numberOfDownloads(), 10) << "the user keeps them";

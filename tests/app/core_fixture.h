@@ -6,10 +6,12 @@
 
 #include "app/controller_roles.h"
 #include "app/main_controller.h"
+#include "app/rows/rows.h"
 #include "engine/environment.h"
 #include "engine/paths/support_folder.h"
 #include "engine/record/user_settings.h"
 #include "platform/base/user_defaults.h"
+#include "platform/files/disks.h"
 #include "platform/files/files.h"
 #include "platform/files/property_list.h"
 #include "support/fake_power.h"
@@ -40,29 +42,27 @@ protected:
         frontEnd.isModal = true;
         platform::installStandardDefaults(&defaults);
         platform::registerSettings(defaults);
-        engine::Environment environment;
         environment.applicationSupportPath = [this] { return supportFolder(); };
         environment.isModalWindowUp = [this] { return frontEnd.isModal; };
         environment.beep = [this] { frontEnd.beep(); };
-        engine::installEnvironment(environment);
         QDir().mkpath(supportFolder());
         start();
     }
     ~Core() override {
         stop();
-        engine::installEnvironment({});
         platform::installStandardDefaults(nullptr);
     }
 
     void start() {
-        controller = std::make_unique<app::DQMainController>(
-            app::DQMainController::Surroundings{main.loop, defaults, power, frontEnd.frontEnd()});
+        controller = std::make_unique<app::DQMainController>(app::DQMainController::Surroundings{
+            main.loop, defaults, disks, power, environment, workspace, frontEnd.frontEnd()});
         controller->setStatusReporter(&reporter);
         app::installMainController(controller.get());
     }
     void stop() {
         controller.reset();
         app::installMainController(nullptr);
+        disks.waitForDone();
         main.settle();
     }
     void restart() {
@@ -126,15 +126,28 @@ protected:
     QStringList queue() const { return names(controller->downloads()); }
     QStringList shown() { return names(controller->sortedAndFilteredDownloads()); }
     QStringList selected() { return names(controller->selectedDownloads()); }
+    /// It has come further.
+    static void progress(engine::DQDownload& download) {
+        download.host().downloadDidChange(download);
+    }
+    static void setStatus(engine::DQDownload& download, engine::DQDownloadStatus status) {
+        download.changeStatus(status, status == engine::DQDownloadStatusDownloading
+                                          ? engine::StatusCause::Started
+                                          : engine::StatusCause::Paused);
+    }
     static void end(engine::DQDownload& download, engine::DQDownloadStatus status) {
-        download.setStatus(status);
-        engine::mainController().updateDownload(download);
+        download.changeStatus(status, status == engine::DQDownloadStatusDone
+                                          ? engine::StatusCause::Finished
+                                          : engine::StatusCause::Failed);
     }
 
     QTemporaryDir folder;
     support::MainLoop main;
     platform::UserDefaults defaults{folder.filePath(QStringLiteral("config")),
                                     QStringLiteral("test")};
+    platform::Disks disks{main.loop};
+    engine::Environment environment;
+    app::Workspace workspace;
     support::MemoryFrontEnd frontEnd;
     support::FakePower power;
     Reporter reporter;

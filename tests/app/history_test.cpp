@@ -25,7 +25,7 @@ protected:
 
     void startHistory() {
         historian.reset();
-        historian = std::make_unique<app::DQHistorian>(defaults, main.loop);
+        historian = std::make_unique<app::DQHistorian>(supportFolder(), defaults, main.loop);
         controller->setHistory(historian.get());
     }
     QString path() const { return supportFolder() + u"/History.plist"_s; }
@@ -53,8 +53,7 @@ protected:
             ended->setURL(platform::Url::fromFilePath(file));
             ended->userSettings().set(engine::keys::alias, platform::fileBookmark(file));
         }
-        ended->setStatus(status);
-        controller->addToHistory(*ended);
+        Core::end(*ended, status);
     }
     void finish(const QString& name) { end(name, engine::DQDownloadStatusDone); }
     QStringList urls() {
@@ -131,7 +130,7 @@ TEST_F(HistoryTest, TakesUpWhatTheSettingsLetIn) {
     EXPECT_FALSE(platform::pathExists(path()));
     defaults.set(app::settings::numberOfHistoryItems, qint64{-1});
     for (int count = 0; count < 300; ++count) {
-        controller->addToHistory(*download(u"a"_s));
+        historian->add(*download(u"a"_s));
     }
     EXPECT_EQ(historian->numberOfItems(), 300);
 }
@@ -188,19 +187,15 @@ TEST_F(HistoryTest, ListsTheNewestOnTopAndTheOthersByDay) {
 }
 
 TEST_F(HistoryTest, ActsOnEntries) {
-    QStringList opened, revealed, copied;
-    engine::Environment environment = engine::environment();
-    environment.openURL = [&](const platform::Url& url) {
+    QStringList opened, revealed;
+    workspace.openURL = [&](const platform::Url& url) {
         opened.append(url.absoluteString());
         return !url.absoluteString().contains(u"fails"_s);
     };
-    environment.revealFile = [&](const QString& file) {
+    workspace.revealFile = [&](const QString& file) {
         revealed.append(file);
         return true;
     };
-    environment.copyURL = [&](const platform::Url& url) { copied.append(url.absoluteString()); };
-    environment.copyText = [&](const QString& text) { copied.append(text); };
-    engine::installEnvironment(environment);
     const app::HistoryActions actions(*controller);
 
     finish(u"a"_s);
@@ -213,8 +208,9 @@ TEST_F(HistoryTest, ActsOnEntries) {
     EXPECT_EQ(opened, QStringList({u"file://"_s + moved, address(u"a"_s)}));
     actions.reveal(moved);
     actions.copyPath(moved);
+    EXPECT_EQ(frontEnd.copied.text, moved);
     actions.copyOriginalURL(entry.originalURL);
-    EXPECT_EQ(copied, QStringList({moved, address(u"a"_s)}));
+    EXPECT_EQ(frontEnd.copied.text, address(u"a"_s));
     EXPECT_EQ(frontEnd.beeps, 0);
     actions.openOriginalURL(u"http://fails.example/"_s);
     actions.openOriginalURL(u"no url"_s);

@@ -32,7 +32,7 @@ protected:
         download(name)->setIntermediateDownloadTargetPath(partialFile(name));
     }
     QString partialFile(const QString& name) const {
-        return engine::intermediateDownloadBasePath() + u'/' + name;
+        return engine::intermediateDownloadBasePath(environment) + u'/' + name;
     }
 };
 
@@ -100,7 +100,7 @@ TEST_F(QueueFile, KeepsAFileAsideThatItCannotUnderstand) {
     QString keptPath;
     QObject::connect(controller.get(), &app::DQMainController::queueFileDamaged, controller.get(),
                      [&](const QString& path) { keptPath = path; });
-    const QString partial = engine::intermediateDownloadBasePath() + u"/partial"_s;
+    const QString partial = engine::intermediateDownloadBasePath(environment) + u"/partial"_s;
     ASSERT_EQ(platform::writeFileAtomically(partial, "x"), std::nullopt);
     for (const QByteArray& damaged :
          {QByteArray("<?xml version=\"1.0\"?><plist><array>"), QByteArray(), QByteArray("\0\0", 2),

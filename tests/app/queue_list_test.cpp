@@ -2,6 +2,7 @@
 
 #include <random>
 
+#include "app/commands/bulk_commands.h"
 #include "app/queue/download_order.h"
 #include "app/queue/queue_view.h"
 #include "app/settings.h"
@@ -17,11 +18,7 @@ protected:
     void sortBy(qint64 criterion) { controller->changeSorting(criterion); }
     /// The order that sorting everything from scratch gives.
     QStringList expectedOrder() {
-        app::DownloadQueue copy;
-        for (const auto& element : controller->downloads()) {
-            copy.append(element);
-        }
-        return names(*app::QueueView(copy, defaults).sortedAndFilteredDownloads());
+        return names(*app::QueueView(controller->queue(), defaults).sortedAndFilteredDownloads());
     }
 };
 
@@ -162,20 +159,21 @@ TEST_F(QueueList, DragsRowsWithinTheUnsortedUnfilteredList) {
     controller->setFilterText({});
     sortBy(1);
     EXPECT_FALSE(controller->canDragRows({0}));
-    EXPECT_FALSE(controller->dropRows(
-        {engine::DQDownload::downloadWithURLString(address(u"x"_s), false)}, 0));
+    const engine::DownloadPtr gone = download(u"a"_s);
+    controller->queue().remove(*gone);
+    EXPECT_FALSE(controller->dropRows({gone}, 0));
 }
 
 TEST_F(QueueList, ReloadsOnlyWhenRowsMove) {
     add({u"a"_s, u"b"_s, u"c"_s});
     sortBy(1);
     int reloads = frontEnd.reloads;
-    controller->updateDownload(*download(u"b"_s));
+    progress(*download(u"b"_s));
     EXPECT_EQ(frontEnd.reloads, reloads);
     EXPECT_EQ(frontEnd.delayedRedraws.back(), 0.2);
 
     download(u"a"_s)->setName(u"zz"_s);
-    controller->updateDownload(*download(u"a"_s));
+    progress(*download(u"a"_s));
     EXPECT_EQ(frontEnd.reloads, ++reloads);
     EXPECT_EQ(shown(), QStringList({u"b"_s, u"c"_s, u"a"_s}));
 
@@ -183,9 +181,9 @@ TEST_F(QueueList, ReloadsOnlyWhenRowsMove) {
     controller->setFilterText(u"zz"_s);
     reloads = frontEnd.reloads;
     download(u"b"_s)->setName(u"zzz"_s);
-    controller->updateDownload(*download(u"b"_s));
+    progress(*download(u"b"_s));
     EXPECT_EQ(frontEnd.reloads, reloads);
-    controller->updateDownload(*download(u"a"_s), true);
+    progress(*download(u"a"_s));
     EXPECT_EQ(frontEnd.reloads, reloads + 1);
     EXPECT_EQ(shown(), QStringList({u"a"_s, u"b"_s}));
 }
@@ -199,7 +197,7 @@ TEST_F(QueueList, PlacesChangedRowsAsSortingAnewWould) {
         for (int change = 0; change < 200; ++change) {
             engine::DQDownload& changed = *controller->downloads()[random() % 40];
             changed.setName(u"n%1"_s.arg(random() % 20));
-            controller->updateDownload(changed);
+            progress(changed);
             ASSERT_EQ(shown(), expectedOrder());
         }
     }
@@ -239,13 +237,21 @@ TEST_F(QueueList, ManyRemovalsShowTheListOnce) {
     add(numbered(2000));
     main.settle();
     const int reloads = frontEnd.reloads;
-    const Downloads downloads = controller->downloads();
-    for (const auto& element : downloads) {
-        element->remove();
-    }
-    main.settle();
+    app::remove(controller->queue(), controller->downloads());
     EXPECT_TRUE(queue().isEmpty());
     EXPECT_EQ(frontEnd.reloads, reloads + 1);
+    EXPECT_EQ(controller->tally().count(engine::anyStatus), 0);
+}
+
+TEST_F(QueueList, CommandsOnManyRowsAreOneBatch) {
+    add(numbered(500));
+    const int reloads = frontEnd.reloads;
+    app::pauseDownloads(controller->queue(), controller->downloads());
+    EXPECT_EQ(controller->tally().count(engine::DQDownloadStatusPaused), 500);
+    EXPECT_EQ(frontEnd.reloads, reloads + 1);
+    app::queuePaused(controller->queue(), controller->downloads());
+    EXPECT_EQ(controller->queue().admission().queuedDownloads().size(), 500U);
+    EXPECT_EQ(frontEnd.reloads, reloads + 2);
 }
 
 }  // namespace

@@ -165,7 +165,7 @@ TEST_F(ScheduleTest, PausesWhatRunsOnlyIfToldTo) {
     add({u"a"_s, u"b"_s, u"c"_s});
     download(u"c"_s)->pause();
     for (const bool isRadical : {false, true}) {
-        download(u"b"_s)->setStatus(engine::DQDownloadStatusDownloading);
+        setStatus(*download(u"b"_s), engine::DQDownloadStatusDownloading);
         schedulePausing({6, 0}, isRadical);
         controller->automation().schedule().resetSchedule();
         main.advance(86400);
@@ -199,7 +199,7 @@ TEST_F(ScheduleTest, SwitchesDoAtOnceWhatTheyStandFor) {
         EXPECT_EQ(toggles().closeBehavior(), behavior);
     }
     toggles().toggleAcceleration();
-    EXPECT_TRUE(engine::AccelerationSettings::accelerates());
+    EXPECT_TRUE(engine::AccelerationSettings(defaults).accelerates());
 }
 
 TEST(ThrottleLimitText, ReadsWhateverIsTyped) {

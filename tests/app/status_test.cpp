@@ -1,7 +1,7 @@
-#include "app/queue/queue_tally.h"
 #include "app/settings.h"
 #include "app/status/queue_status_reporter.h"
 #include "core_fixture.h"
+#include "engine/queue/queue_tally.h"
 #include "engine/settings.h"
 #include "support/memory_notifications.h"
 
@@ -79,7 +79,7 @@ TEST_F(StatusTest, RemembersHowMuchTheBatchHeld) {
     set(u"a"_s, DQDownloadStatusDone);
     EXPECT_EQ(image.fraction, 0.25);
     download(u"b"_s)->togglePause();
-    controller->updateDownload(*download(u"c"_s));
+    progress(*download(u"c"_s));
     controller->updateStatusAndForceUpdateApplicationImage(true);
     EXPECT_DOUBLE_EQ(image.fraction, 1.0 / 3) << "what the user holds back does not count";
     add({u"e"_s});

@@ -3,10 +3,10 @@
 #include <map>
 
 #include "engine/acceleration/acceleration_settings.h"
-#include "engine/lifecycle/resume_plan.h"
-#include "engine/lifecycle/transfer.h"
 #include "engine/paths/intermediate_files.h"
 #include "engine/settings.h"
+#include "engine/transfer/resume_plan.h"
+#include "engine/transfer/transfer.h"
 #include "engine/workers/download_worker_prototype.h"
 #include "engine_fixture.h"
 #include "platform/files/files.h"
@@ -109,31 +109,31 @@ TEST(ResumePlanTest, RecordsFromElsewhereAreNotBelieved) {
 }
 
 TEST_F(EngineTest, HostsAreAcceleratedByTwoLists) {
-    const auto download = manager.add(u"http://files.example.org/a"_s);
+    AccelerationSettings acceleration(*defaults);
+    const auto download = owner.add(u"http://files.example.org/a"_s);
     EXPECT_FALSE(download->accelerates());
     download->toggleAcceleration();
     EXPECT_TRUE(download->accelerates());
-    EXPECT_EQ(AccelerationSettings::accelerationHostWhitelist(), QStringList{u"example.org"_s});
-    AccelerationSettings::setAccelerates(true);
+    EXPECT_EQ(acceleration.accelerationHostWhitelist(), QStringList{u"example.org"_s});
+    acceleration.setAccelerates(true);
     EXPECT_TRUE(download->accelerates());
     download->toggleAcceleration();
     EXPECT_FALSE(download->accelerates());
     EXPECT_FALSE(defaults->hasValueForKey(settings::accelerationHostWhitelist.name()));
-    EXPECT_EQ(AccelerationSettings::accelerationHostBlacklist(), QStringList{u"example.org"_s});
-    const auto local = manager.add(u"file:///a"_s);
+    EXPECT_EQ(acceleration.accelerationHostBlacklist(), QStringList{u"example.org"_s});
+    const auto local = owner.add(u"file:///a"_s);
     local->toggleAcceleration();
-    EXPECT_TRUE(AccelerationSettings::accelerationHostBlacklist().contains(u"?"_s));
-    EXPECT_EQ(manager.displayUpdates, 3);
+    EXPECT_TRUE(acceleration.accelerationHostBlacklist().contains(u"?"_s));
     for (const auto& [channels, factor] :
          std::map<qint64, qint64>{{0, 4}, {1, 4}, {2, 2}, {9, 9}, {12, 9}}) {
-        AccelerationSettings::setAccelerationFactor(channels);
-        EXPECT_EQ(AccelerationSettings::accelerationFactor(), factor);
+        acceleration.setAccelerationFactor(channels);
+        EXPECT_EQ(acceleration.accelerationFactor(), factor);
     }
 }
 
 class AccelerationTest : public TransferTest {
 protected:
-    AccelerationTest() { AccelerationSettings::setAccelerates(true); }
+    AccelerationTest() { AccelerationSettings(*defaults).setAccelerates(true); }
 
     /// Starts a split download and stops it when each part has half of its bytes.
     DownloadPtr pausedHalfway() {

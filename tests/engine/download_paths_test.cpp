@@ -17,12 +17,12 @@ using namespace engine;
 class DownloadPathsTest : public EngineTest {
 protected:
     DownloadPtr add(const QString& name) {
-        auto download = manager.add(u"http://example.org/x"_s);
+        auto download = owner.add(u"http://example.org/x"_s);
         download->setName(name);
         return download;
     }
     static QString partial(const DownloadPtr& download) {
-        return download->paths().intermediateDownloadTargetPath(true, true);
+        return download->paths().chooseIntermediateDownloadTargetPath();
     }
 };
 
@@ -48,16 +48,15 @@ TEST_F(DownloadPathsTest, PartialDataLiesInOurFolderIfItMust) {
     environment.confirmWriteAccess = [](const QString&, const QString&) {
         return WriteAccess{false, {}};
     };
-    installEnvironment(environment);
     EXPECT_EQ(partial(add(u"b"_s)), path(u"support/Downloads/b"_s));
     EXPECT_EQ(add(u"b"_s)->finalDownloadTargetPath(), QString());
 }
 
 TEST_F(DownloadPathsTest, FolderIsChosenInOrder) {
     const auto download = add(u"a.zip"_s);
-    manager.rules = {QVariantMap{{u"Hosts"_s, QStringList{u"example.org"_s}}},
-                     QVariantMap{{u"Extensions"_s, QStringList{u"zip"_s}},
-                                 {u"Downloads Folder"_s, path(u"Zips"_s)}}};
+    owner.rules = {QVariantMap{{u"Hosts"_s, QStringList{u"example.org"_s}}},
+                   QVariantMap{{u"Extensions"_s, QStringList{u"zip"_s}},
+                               {u"Downloads Folder"_s, path(u"Zips"_s)}}};
     set(settings::subdivisionFormatDefault, u"yyyy"_s);
     set(settings::subdivisionFormatRules, u"yyyy/MM"_s);
     EXPECT_EQ(download->downloadBasePath(), path(u"Zips/2027/01"_s));
@@ -71,7 +70,7 @@ TEST_F(DownloadPathsTest, FolderIsChosenInOrder) {
     download->userSettings().set(keys::downloadFile, path(u"Other/name"_s));
     EXPECT_EQ(download->downloadBasePath(), path(u"Other"_s));
     EXPECT_EQ(download->finalDownloadTargetPath(), path(u"Other/name"_s));
-    manager.rules.clear();
+    owner.rules.clear();
     const auto plain = add(u"b"_s);
     EXPECT_EQ(plain->downloadBasePath(), downloadedPath(u"2027"_s));
     main.clock.advance(366 * 86400.0);
@@ -105,13 +104,12 @@ TEST_F(DownloadPathsTest, FragmentsStandInTheOrderOfTheirBytes) {
 }
 
 TEST_F(DownloadPathsTest, EmptiedQueueLeavesNoFiles) {
-    write(queueArchivePath(), "x");
-    write(intermediateDownloadBasePath() + u"/a"_s, "x");
-    engine::removeIntermediateFiles();
+    write(queueArchivePath(environment), "x");
+    write(intermediateDownloadBasePath(environment) + u"/a"_s, "x");
+    engine::removeIntermediateFiles(environment);
     EXPECT_TRUE(QDir(path(u"support"_s)).isEmpty());
     environment.applicationSupportPath = [] { return QString(); };
-    installEnvironment(environment);
-    EXPECT_EQ(intermediateDownloadBasePath(), QDir::tempPath());
+    EXPECT_EQ(intermediateDownloadBasePath(environment), QDir::tempPath());
 }
 
 }  // namespace

@@ -25,7 +25,7 @@ TEST_F(TransferTest, FileArrivesWholeAndLeavesNothingBehind) {
     EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
     EXPECT_EQ(downloadedNames(), QStringList{u"file.bin"_s});
     EXPECT_EQ(download->path(), downloadedPath(u"file.bin"_s));
-    EXPECT_EQ(history, std::vector{u"file.bin"_s});
+    EXPECT_EQ(owner.history, std::vector{u"file.bin"_s});
     for (const QString& mark : {u"user.orlop.synced"_s, u"user.orlop.finishing"_s})
         EXPECT_FALSE(platform::extendedAttribute(download->path(), mark));
 }
@@ -39,8 +39,8 @@ TEST_F(TransferTest, AnswerThatIsNoFileAborts) {
         EXPECT_EQ(download->status(), DQDownloadStatusAborted);
         EXPECT_EQ(downloadedNames(), QStringList());
     }
-    EXPECT_EQ(manager.queue.front()->statusDescriptionWithLiveDetails(false), u"Aborted — 404");
-    EXPECT_EQ(history.size(), 2u);
+    EXPECT_EQ(downloads().front()->userSettings().value(keys::statusCode), 404);
+    EXPECT_EQ(owner.history.size(), 2u);
 }
 
 TEST_F(TransferTest, RequestCarriesWhatTheRecordSays) {
@@ -179,7 +179,7 @@ TEST_F(TransferTest, ServersDateGoesToTheFileIfWanted) {
 
 TEST_F(TransferTest, RulesOpenTheFinishedFile) {
     serve("body");
-    manager.rules = {
+    owner.rules = {
         QVariantMap{{u"Extensions"_s, QStringList{u"bin"_s}}, {u"Application"_s, u"first"_s}},
         QVariantMap{{u"Hosts"_s, QStringList{u"other.example"_s}}, {u"Application"_s, u"never"_s}},
         QVariantMap{{u"Hosts"_s, QStringList{u"0.0.1"_s}}, {u"Application"_s, u"second"_s}}};
@@ -188,7 +188,6 @@ TEST_F(TransferTest, RulesOpenTheFinishedFile) {
         asked.append(application + u' ' + QFileInfo(file).fileName());
         return false;
     };
-    installEnvironment(environment);
     run(add());
     EXPECT_EQ(asked, (QStringList{u"first file.bin"_s, u"second file.bin"_s}));
 }
@@ -203,7 +202,6 @@ TEST_F(TransferTest, TakenNamesAreNeverReplaced) {
     chosen->userSettings().set(keys::downloadFile, downloadedPath(u"file.bin"_s));
     int beeps = 0;
     environment.beep = [&] { ++beeps; };
-    installEnvironment(environment);
     run(chosen);
     EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), "mine");
     EXPECT_EQ(chosen->status(), DQDownloadStatusDone);

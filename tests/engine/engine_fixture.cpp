@@ -3,8 +3,6 @@
 #include <QDir>
 #include <QFile>
 
-#include "engine/background.h"
-#include "engine/lifecycle/transfer.h"
 #include "engine/settings.h"
 #include "engine/workers/http_client_setup.h"
 #include "platform/files/files.h"
@@ -14,25 +12,28 @@ using namespace Qt::Literals::StringLiterals;
 namespace engine_test {
 
 EngineTest::EngineTest()
-    : defaults(std::make_unique<platform::UserDefaults>(folder.filePath(u"config"_s), u"Test"_s)) {
+    : defaults(std::make_unique<platform::UserDefaults>(folder.filePath(u"config"_s), u"Test"_s)),
+      owner(*defaults, main.loop, disks, environment) {
     platform::installStandardDefaults(defaults.get());
     defaults->set(engine::settings::downloadsFolder, path(u"Downloads"_s));
     environment.applicationSupportPath = [this] { return path(u"support"_s); };
-    environment.addToHistory = [this](engine::DQDownload& download) {
-        history.push_back(download.name());
-    };
-    engine::installEnvironment(environment);
 }
 
 EngineTest::~EngineTest() {
-    for (const auto& download : std::vector(manager.queue))
-        download->pause();
-    manager.queue.clear();
-    engine::DQDownload::invalidateQueuedAndDownloadingDownloads();
-    engine::waitForBackgroundWork();
-    main.settle();
-    engine::installEnvironment({});
+    clearQueue();
+    waitForDisks();
     platform::installStandardDefaults(nullptr);
+}
+
+void EngineTest::clearQueue() {
+    for (const auto& download : engine::Downloads(downloads()))
+        download->pause();
+    owner.queue.removeIf([](const auto&) { return true; });
+}
+
+void EngineTest::waitForDisks() {
+    disks.waitForDone();
+    main.settle();
 }
 
 QString EngineTest::downloadedPath(const QString& name) const {
@@ -65,20 +66,19 @@ TransferTest::TransferTest()
     : cookies(platform::makeCookieStorage(QString())),
       session(std::make_unique<http::HTTPSession>(main.clock)) {
     platform::installSharedCookieStorage(cookies.get());
-    engine::configureHTTPClient();
+    engine::configureHTTPClient(*defaults, owner.queue.throttle());
 }
 
 TransferTest::~TransferTest() {
-    for (const auto& download : std::vector(manager.queue))
-        download->pause();
-    manager.queue.clear();
+    clearQueue();
+    waitForDisks();
     session.reset();
     main.settle();
     platform::installSharedCookieStorage(nullptr);
 }
 
 engine::DownloadPtr TransferTest::add(const QString& name) {
-    return manager.add(server.url(name));
+    return owner.add(server.url(name));
 }
 
 void TransferTest::run(const engine::DownloadPtr& download) {
@@ -117,8 +117,9 @@ engine::DownloadPtr TransferTest::pausedAfter(qint64 count, const support::Reply
 
 engine::DownloadPtr TransferTest::restarted(const engine::DownloadPtr& download) {
     const QVariantMap archive = download->userSettingsArchiveWithPausedStatus(true, true);
-    manager.queue.clear();
-    auto restored = manager.add(archive.value(engine::keys::url).toString());
+    owner.queue.removeIf([](const auto&) { return true; });
+    waitForDisks();
+    auto restored = owner.add(archive.value(engine::keys::url).toString());
     restored->setIntermediateDownloadTargetPath(
         platform::expandTilde(archive.value(engine::keys::resumePath).toString()));
     restored->userSettingsFromArchive(archive);

@@ -5,16 +5,14 @@
 #include <QTemporaryDir>
 #include <memory>
 
-#include "engine/environment.h"
-#include "engine/record/download.h"
-#include "engine/record/user_settings.h"
+#include "engine/queue/download_queue.h"
 #include "http/http_session.h"
 #include "platform/base/user_defaults.h"
 #include "platform/net/cookie_storage.h"
 #include "support/http_server.h"
 #include "support/log_recorder.h"
 #include "support/main_loop.h"
-#include "support/memory_manager.h"
+#include "support/memory_queue.h"
 #include "support/printers.h"
 
 namespace engine_test {
@@ -28,6 +26,10 @@ protected:
     [[nodiscard]] QString path(const QString& name) const { return folder.filePath(name); }
     /// In the general downloads folder.
     [[nodiscard]] QString downloadedPath(const QString& name) const;
+    [[nodiscard]] const engine::Downloads& downloads() const { return owner.queue.downloads(); }
+    void clearQueue();
+    /// Returns when the disks have nothing to do any more, and what they report has arrived.
+    void waitForDisks();
     [[nodiscard]] static QByteArray contents(const QString& path);
     static void write(const QString& path, const QByteArray& data);
     [[nodiscard]] bool waitForStatus(const engine::DQDownload& download, engine::StatusMask mask);
@@ -42,9 +44,9 @@ protected:
     support::MainLoop main;
     std::unique_ptr<platform::UserDefaults> defaults;
     support::LogRecorder log;
+    platform::Disks disks{main.loop};
     engine::Environment environment;
-    support::MemoryManager manager;
-    std::vector<QString> history;  ///< Names of the downloads that entered it.
+    support::MemoryQueue owner;
 };
 
 /// With a server and all that is needed to download from it.

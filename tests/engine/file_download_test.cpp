@@ -3,7 +3,6 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include "engine/background.h"
 #include "engine_fixture.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -16,7 +15,7 @@ using namespace engine;
 class FileDownloadTest : public EngineTest {
 protected:
     DownloadPtr add() {
-        return manager.add(platform::Url::fromFilePath(path(u"source.bin"_s)).absoluteString());
+        return owner.add(platform::Url::fromFilePath(path(u"source.bin"_s)).absoluteString());
     }
     void run(const DownloadPtr& download) {
         download->startDownload();
@@ -28,7 +27,7 @@ protected:
         download->startDownload();
         constexpr int turns = 5;
         for (int turn = 0; turn < turns; ++turn) {
-            waitForBackgroundWork();
+            waitForDisks();
             main.loop.runDue();
         }
         download->pause();

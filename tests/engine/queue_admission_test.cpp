@@ -1,4 +1,4 @@
-#include "engine/admission/queue_admission.h"
+#include "engine/queue/queue_admission.h"
 
 #include <random>
 #include <tuple>
@@ -29,20 +29,19 @@ protected:
     QueueAdmissionTest() {
         environment.pageReader = std::make_shared<NeverRead>();
         environment.isModalWindowUp = [isUp = isModalWindowUp] { return *isUp; };
-        installEnvironment(environment);
     }
 
     /// A letter is a host; a dash has none.
     void queue(const char* hosts) {
         for (; *hosts != '\0'; ++hosts)
-            manager.add(*hosts == '-' ? u"file:///x"_s
-                                      : u"http://%1.example/x"_s.arg(QChar::fromLatin1(*hosts)),
-                        true);
+            owner.add(*hosts == '-' ? u"file:///x"_s
+                                    : u"http://%1.example/x"_s.arg(QChar::fromLatin1(*hosts)),
+                      true);
     }
     /// Of each download, 'r' if it runs, '.' if it waits.
     [[nodiscard]] std::string states() const {
         std::string text;
-        for (const auto& download : manager.queue)
+        for (const auto& download : downloads())
             text += download->status() == DQDownloadStatusDownloading ? 'r' : '.';
         return text;
     }
@@ -67,11 +66,10 @@ TEST_F(QueueAdmissionTest, LimitsDecideWhoStarts) {
         set(settings::numberOfConcurrentDownloads, c.limit);
         set(settings::numberOfConcurrentDownloadsPerHost, c.perHost);
         queue(c.hosts);
-        EXPECT_EQ(states(), std::string(manager.queue.size(), '.'));
+        EXPECT_EQ(states(), std::string(downloads().size(), '.'));
         main.settle();
         EXPECT_EQ(states(), c.states) << c.hosts << ' ' << c.limit << ' ' << c.perHost;
-        manager.queue.clear();
-        DQDownload::invalidateQueuedAndDownloadingDownloads();
+        clearQueue();
     }
 }
 
@@ -79,14 +77,14 @@ TEST_F(QueueAdmissionTest, LimitsDecideWhoStarts) {
 TEST_F(QueueAdmissionTest, ListsFollowEachStatus) {
     queue("abcabcabcabc");
     set(settings::numberOfConcurrentDownloads, qint64{0});
-    QueueAdmission& admission = QueueAdmission::shared();
+    QueueAdmission& admission = owner.queue.admission();
     std::mt19937 random(7);
     for (int step = 0; step < 400; ++step) {
-        const DownloadPtr download = manager.queue[random() % manager.queue.size()];
+        const DownloadPtr download = downloads()[random() % downloads().size()];
         if (download->status() == DQDownloadStatusQueued && random() % 2 == 0)
             download->startDownload();
         else
-            download->setStatus(DQDownloadStatus(1 << random() % 5));
+            download->changeStatus(DQDownloadStatus(1 << random() % 5), StatusCause::Paused);
         const std::deque<DownloadPtr> queued = admission.queuedDownloads();
         const std::vector<DownloadPtr> downloading = admission.downloadingDownloads();
         const auto [index, host, hostIndex] = admission.positionOfQueuedDownload(*download);
@@ -103,12 +101,13 @@ TEST_F(QueueAdmissionTest, ListsFollowEachStatus) {
 TEST_F(QueueAdmissionTest, FreedSlotIsTaken) {
     queue("aaa");
     main.settle();
-    manager.queue[0]->togglePause();
+    downloads()[0]->togglePause();
     EXPECT_EQ(states(), ".r.");
     main.settle();
     EXPECT_EQ(states(), ".rr");
-    EXPECT_EQ(manager.decrements, 1);
-    manager.queue[0]->startDownload();
+    EXPECT_EQ(owner.changes.back().second, StatusCause::Started);
+    EXPECT_EQ(owner.changes[owner.changes.size() - 2].second, StatusCause::PausedByUser);
+    downloads()[0]->startDownload();
     EXPECT_EQ(states(), "rrr");
 }
 
@@ -127,7 +126,7 @@ TEST_F(QueueAdmissionTest, ChangedLimitStartsAPass) {
     queue("ab");
     main.settle();
     EXPECT_EQ(states(), "r.");
-    QueueAdmission::shared().setNumberOfConcurrentDownloads(2);
+    owner.queue.admission().setNumberOfConcurrentDownloads(2);
     main.settle();
     EXPECT_EQ(states(), "rr");
 }
@@ -143,37 +142,7 @@ TEST_F(QueueAdmissionTest, HostIsTheLastTwoLabels) {
         {u"file:///x"_s, u""_s},
     };
     for (const auto& [url, host] : cases)
-        EXPECT_EQ(manager.add(url)->queueRelevantHost(), host) << url.toStdString();
-}
-
-TEST_F(QueueAdmissionTest, PlaceInTheQueueIsTold) {
-    *isModalWindowUp = true;
-    queue("aba-");
-    const auto text = [&](std::size_t index) {
-        return manager.queue[index]->statusDescriptionWithLiveDetails(true);
-    };
-    const auto place = [&](std::size_t index) {
-        return manager.queue[index]->queueIndexDescription();
-    };
-    EXPECT_EQ(place(2), u"2 @ a.example"_s);
-    EXPECT_EQ(place(1), u"1 @ b.example"_s);
-    EXPECT_EQ(place(3), u"4"_s);
-    environment.pageReader = nullptr;
-    installEnvironment(environment);
-    for (const auto& download : manager.queue)
-        download->reevaluateDownloadPageURLStatus();
-    EXPECT_EQ(text(2), u"Waiting: #2 @ a.example"_s);
-    EXPECT_EQ(manager.queue[2]->statusDescriptionWithLiveDetails(false), u"Waiting"_s);
-    set(settings::privateDownloading, true);
-    EXPECT_EQ(place(2), u"2 @ a…example"_s);
-    set(settings::privateDownloading, false);
-    set(settings::numberOfConcurrentDownloadsPerHost, qint64{0});
-    EXPECT_EQ(place(2), u"3"_s);
-    manager.queue[1]->pause();
-    EXPECT_TRUE(manager.queue[1]->queueIndexDescription().isNull());
-    manager.queue.resize(1);
-    DQDownload::invalidateQueuedAndDownloadingDownloads();
-    EXPECT_EQ(text(0), u"Waiting"_s);
+        EXPECT_EQ(owner.add(url)->queueRelevantHost(), host) << url.toStdString();
 }
 
 }  // namespace

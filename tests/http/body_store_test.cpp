@@ -17,8 +17,9 @@ using support::Reply;
 /// Keeps what it is given; waits like a disk that does not answer while it is stuck.
 class SlowStore final : public http::HTTPBodyStore {
 public:
-    [[nodiscard]] std::uint64_t disk() const override { return disk_; }
-    void setDisk(std::uint64_t disk) { disk_ = disk; }
+    explicit SlowStore(platform::ThreadPool& disk) : disk_(disk) {}
+
+    [[nodiscard]] platform::ThreadPool& writesOfDisk() const override { return disk_; }
     bool store(const QByteArray& block) override {
         std::unique_lock guard(lock_);
         changed_.wait(guard, [&] { return !isStuck_; });
@@ -42,7 +43,7 @@ private:
     mutable std::mutex lock_;
     std::condition_variable changed_;
     bool isStuck_ = false;
-    std::uint64_t disk_ = 1;
+    platform::ThreadPool& disk_;
     qsizetype room_ = std::numeric_limits<qsizetype>::max();
     QByteArray data_;
 };
@@ -60,7 +61,8 @@ protected:
     ~BodyStoreTest() override { store->setStuck(false); }
 
     const QByteArray body = support::patternedBytes(24 << 20);
-    std::shared_ptr<SlowStore> store = std::make_shared<SlowStore>();
+    platform::ThreadPool disk{1};
+    std::shared_ptr<SlowStore> store = std::make_shared<SlowStore>(disk);
 };
 
 TEST_F(BodyStoreTest, TakesWhatFollowsTheFirstBytesAndTellsHowMuchThatIs) {
@@ -84,8 +86,8 @@ TEST_F(BodyStoreTest, StuckDiskHoldsBackItsTransferAndNoOther) {
     advance(30);
 
     RecordingDelegate second;
-    const auto otherDisk = std::make_shared<SlowStore>();
-    otherDisk->setDisk(2);
+    platform::ThreadPool elsewhere(1);
+    const auto otherDisk = std::make_shared<SlowStore>(elsewhere);
     second.does = delegate.does;
     second.onEvent = [&](const std::string& event, http::HTTPRequest& other) {
         if (event == "data")
@@ -104,7 +106,6 @@ TEST_F(BodyStoreTest, StuckDiskHoldsBackItsTransferAndNoOther) {
 }
 
 TEST_F(BodyStoreTest, TransfersTakeTurnsAtTheirDisk) {
-    platform::ThreadPool disk(1);
     std::vector<char> order;
     std::mutex lock;
     const auto storage = [&](const std::shared_ptr<SlowStore>& to, char name) {
@@ -117,7 +118,7 @@ TEST_F(BodyStoreTest, TransfersTakeTurnsAtTheirDisk) {
     };
     store->setStuck(true);
     const auto greedy = storage(store, 'g');
-    const auto other = storage(std::make_shared<SlowStore>(), 'o');
+    const auto other = storage(std::make_shared<SlowStore>(disk), 'o');
     for (int block = 0; block < 12; ++block)
         static_cast<void>(greedy->add("block", [] {}));
     static_cast<void>(other->add("block", [] {}));
@@ -138,7 +139,7 @@ TEST_F(BodyStoreTest, EndIsToldBehindWhatIsStillBeingStored) {
         delegate.data.clear();
         delegate.blocks = 0;
         delegate.stored = 0;
-        store = std::make_shared<SlowStore>();
+        store = std::make_shared<SlowStore>(disk);
         store->setStuck(true);
         const auto request = observedRequest(u"/short"_s);
         request->startAsynchronous();

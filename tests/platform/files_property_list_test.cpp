@@ -87,10 +87,22 @@ TEST(PropertyList, ReplacesCharactersThatXmlCannotCarry) {
     EXPECT_TRUE(read.startsWith(u"a\ufffdb\ufffdc"_s) && read.endsWith(u'd')) << read.toStdString();
 }
 
+TEST(PropertyList, KeepsUnsignedIntegersOf64Bits) {
+    const QVariantList numbers{std::numeric_limits<quint64>::max(), quint64{1} << 63,
+                               std::numeric_limits<qint64>::max(), qint64{-1}};
+    for (const auto format : {PropertyListFormat::Xml, PropertyListFormat::Binary}) {
+        const QVariant read = readPropertyList(writePropertyList(numbers, format)).value;
+        ASSERT_EQ(read, QVariant(numbers));
+        for (qsizetype i = 0; i < numbers.size(); ++i)
+            EXPECT_EQ(read.toList()[i].typeId(), numbers[i].typeId());
+    }
+    EXPECT_EQ(platform::propertyListValue(quint64{7}).typeId(), QMetaType::LongLong);
+}
+
 TEST(PropertyList, DoesNotWriteWhatItCannotHold) {
     const QList<QVariant> impossible{QVariant(), QVariantList{QVariant()},
                                      QVariantMap{{u"k"_s, QVariant::fromValue(QChar())}},
-                                     std::numeric_limits<quint64>::max(), QDateTime()};
+                                     QDateTime()};
     for (const QVariant& value : impossible) {
         EXPECT_EQ(writePropertyList(value), QByteArray()) << value.typeName();
         EXPECT_EQ(writePropertyList(value, PropertyListFormat::Binary), QByteArray());
@@ -142,7 +154,8 @@ TEST(PropertyList, RefusesWhatIsNoPropertyListAndSaysWhere) {
         inPlist("<integer>12a</integer>"),
         inPlist("<integer></integer>"),
         inPlist("<integer>--1</integer>"),
-        inPlist("<integer>9223372036854775808</integer>"),
+        inPlist("<integer>18446744073709551616</integer>"),
+        inPlist("<integer>-9223372036854775809</integer>"),
         inPlist("<real>fast</real>"),
         inPlist("<date>2000-02-30T00:00:00Z</date>"),
         inPlist("<data>A?==</data>"),

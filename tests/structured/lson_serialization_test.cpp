@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace structured {
@@ -83,6 +85,8 @@ TEST(Serialization, ReportsTheErrorOfTheSpellingThatWasMeant) {
         {u"plain words"_s, 1, 1, false},
         {u"<key>a</key>\n<strin>b</strin>"_s, 2, 1, true},
         {u"<key>a</key><strin>b</strin>"_s, 1, 13, true},
+        {u"<key>a</key>\n<dict>"_s, 2, 7, true},
+        {u"<key>a</key>"_s, 1, 13, false},
     };
     for (const Case& each : cases) {
         const auto error = Serialization::objectWithString(each.text).error;
@@ -90,6 +94,47 @@ TEST(Serialization, ReportsTheErrorOfTheSpellingThatWasMeant) {
         EXPECT_EQ(error->line, each.line) << each.text.toStdString();
         EXPECT_EQ(error->column, each.column) << error->text.toStdString();
         EXPECT_EQ(error->text.contains(u'<'), each.isXml) << error->text.toStdString();
+    }
+}
+
+TEST(Serialization, RefusesAKeyThatStandsTwiceInEverySpelling) {
+    struct Case {
+        QString text;
+        qint64 line, column;
+    };
+    const std::vector<Case> cases{
+        {u"{\n\"a\" : 1,\n\"a\" : 2}"_s, 3, 1},
+        {u"\"a\" : 1\n\"a\" : 2"_s, 2, 1},
+        {u"<key>a</key><true/>\n<key>a</key><true/>"_s, 2, 1},
+        {u"<plist version=\"1.0\"><dict>\n<key>a</key><true/>\n<key>a</key><true/>\n</dict></plist>"_s,
+         3, 1},
+    };
+    for (const Case& each : cases) {
+        const ParsedText parsed = Serialization::objectWithString(each.text);
+        EXPECT_FALSE(parsed.object.isValid()) << each.text.toStdString();
+        ASSERT_TRUE(parsed.error);
+        EXPECT_EQ(parsed.error->text, u"The key \"a\" stands here twice."_s);
+        EXPECT_EQ(parsed.error->line, each.line) << each.text.toStdString();
+        EXPECT_EQ(parsed.error->column, each.column) << each.text.toStdString();
+    }
+}
+
+TEST(Serialization, KeepsIntegersOf64BitsInEverySpelling) {
+    const QVariantMap object{{u"largest"_s, std::numeric_limits<quint64>::max()},
+                             {u"next"_s, quint64{1} << 63},
+                             {u"signed"_s, std::numeric_limits<qint64>::max()},
+                             {u"smallest"_s, std::numeric_limits<qint64>::min()}};
+    for (const bool isShort : {false, true}) {
+        for (const auto& text : {Serialization::JSONStringWithObject(object, isShort, isShort),
+                                 Serialization::XMLStringWithObject(object, isShort)}) {
+            ASSERT_TRUE(text);
+            EXPECT_TRUE(text->contains(u"18446744073709551615"_s)) << text->toStdString();
+            const QVariantMap read = Serialization::objectWithString(*text).object.toMap();
+            for (auto member = object.begin(); member != object.end(); ++member) {
+                EXPECT_EQ(read[member.key()], member.value()) << text->toStdString();
+                EXPECT_EQ(read[member.key()].typeId(), member.value().typeId());
+            }
+        }
     }
 }
 

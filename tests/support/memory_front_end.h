@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "app/front_end.h"
-#include "engine/presentation/vanishing.h"
+#include "app/rows/vanishing.h"
 
 namespace support {
 
@@ -28,7 +28,7 @@ public:
     bool springs = false;
     /// Somebody who can be asked.
     bool isThere = true;
-    std::shared_ptr<engine::VanishView> vanishing;
+    std::shared_ptr<app::VanishView> vanishing;
 
     // What happened.
 
@@ -99,7 +99,7 @@ public:
         delayedRedraws.push_back(delay);
     }
     void displayNow() override {}
-    std::shared_ptr<engine::VanishView> vanishView() override { return vanishing; }
+    std::shared_ptr<app::VanishView> vanishView() override { return vanishing; }
 
     void copy(const app::Pasteboard& pasteboard) override { copied = pasteboard; }
 

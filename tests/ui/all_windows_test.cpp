@@ -131,7 +131,7 @@ private:
     }
 
     http::HTTPSession session{main.clock};
-    app::DQHistorian historian{defaults, main.loop};
+    app::DQHistorian historian{supportFolder(), defaults, main.loop};
 };
 
 /// What of a window or a menu its user reads, but for names and addresses.

@@ -9,9 +9,11 @@
 #include <QTest>
 #include <algorithm>
 
+#include "app/rows/rows.h"
 #include "platform/base/user_defaults.h"
 #include "support/main_loop.h"
-#include "support/memory_manager.h"
+#include "support/memory_front_end.h"
+#include "support/memory_queue.h"
 #include "ui/list/download_list_model.h"
 #include "ui/list/vanishing_rows.h"
 
@@ -41,7 +43,7 @@ class DownloadListTest : public ::testing::Test {
 protected:
     DownloadListTest() {
         platform::installStandardDefaults(&defaults);
-        list = std::make_unique<ui::DQDownloadList>();
+        list = std::make_unique<ui::DQDownloadList>(state);
         list->resize(400, 300);
         list->show();
     }
@@ -52,11 +54,12 @@ protected:
 
     void fill(int count) {
         for (int index = 0; index < count; ++index)
-            manager.add(u"http://host%1.example/file%1.bin"_s.arg(index));
+            owner.add(u"http://host%1.example/file%1.bin"_s.arg(index));
         reload();
     }
     void reload(const QList<qsizetype>& selection = {}) {
-        list->reloadRows(std::make_shared<ui::DownloadListModel::Rows>(manager.queue), selection);
+        list->reloadRows(std::make_shared<ui::DownloadListModel::Rows>(owner.queue.downloads()),
+                         selection);
     }
     [[nodiscard]] QPoint buttonCentre(int row, unsigned button) const {
         const QRect frame = list->visualRect(list->rows().index(row));
@@ -69,7 +72,13 @@ protected:
     QTemporaryDir folder;
     support::MainLoop main;
     platform::UserDefaults defaults{folder.path(), u"test"_s};
-    support::MemoryManager manager;
+    platform::Disks disks{main.loop};
+    engine::Environment environment;
+    support::MemoryQueue owner{defaults, main.loop, disks, environment};
+    support::MemoryFrontEnd frontEnd;
+    app::Workspace workspace;
+    app::Rows state{{owner.queue, workspace, frontEnd.frontEnd(),
+                     [this](engine::DQDownload& download) { owner.queue.remove(download); }}};
     std::unique_ptr<ui::DQDownloadList> list;
 };
 
@@ -84,23 +93,26 @@ TEST_F(DownloadListTest, TouchesOnlyTheRowsThatDiffer) {
     reload();
     EXPECT_EQ(inserted.count() + removed.count(), 0);
 
-    manager.queue.erase(manager.queue.begin() + 2);
+    owner.queue.remove(*owner.queue.downloads()[2]);
     reload();
     ASSERT_EQ(removed.count(), 1);
     EXPECT_EQ(removed.at(0).at(1).toInt(), 2);
     EXPECT_EQ(removed.at(0).at(2).toInt(), 2);
 
-    std::reverse(manager.queue.begin() + 1, manager.queue.end());
+    engine::Downloads order = owner.queue.downloads();
+    std::reverse(order.begin() + 1, order.end());
+    owner.queue.setOrder(order);
     reload({1, 2});
     EXPECT_EQ(reset.count(), 0);
     ASSERT_EQ(list->rows().rowCount(), 5);
     for (int row = 0; row < 5; ++row)
-        EXPECT_EQ(list->rows().download(row), manager.queue[static_cast<std::size_t>(row)]);
+        EXPECT_EQ(list->rows().download(row),
+                  owner.queue.downloads()[static_cast<std::size_t>(row)]);
     EXPECT_EQ(list->selectionModel()->selectedIndexes().size(), 2);
 }
 
 TEST_F(DownloadListTest, FindsRowsByArithmeticInAnyNumber) {
-    std::vector<engine::DownloadPtr> rows(100'000, manager.add(u"http://a.example/x"_s));
+    std::vector<engine::DownloadPtr> rows(100'000, owner.add(u"http://a.example/x"_s));
     list->reloadRows(std::make_shared<ui::DownloadListModel::Rows>(rows), {});
     EXPECT_EQ(list->contentHeight(), 100'000 * list->rowHeight());
     for (const int row : {0, 1, 49'999, 99'999}) {
@@ -116,21 +128,21 @@ TEST_F(DownloadListTest, FindsRowsByArithmeticInAnyNumber) {
 
 TEST_F(DownloadListTest, PressesActionButtonsAndSelectsElsewhere) {
     fill(3);
-    const engine::DownloadPtr second = manager.queue[1];
+    const engine::DownloadPtr second = owner.queue.downloads()[1];
     ASSERT_EQ(second->status(), engine::DQDownloadStatusPaused);
     const QSignalSpy selected(list.get(), &ui::DQDownloadList::selectionMade);
 
     // Pressed, dragged off and released: nothing happens.
     QTest::mousePress(viewport(), Qt::LeftButton, {}, buttonCentre(1, 1));
-    EXPECT_EQ(second->highlightedActionButtonIndex(), 1U);
+    EXPECT_EQ(state.highlightedActionButtonIndex(*second), 1U);
     QTest::mouseMove(viewport(), {60, 10});
-    EXPECT_EQ(second->highlightedActionButtonIndex(), 0U);
+    EXPECT_EQ(state.highlightedActionButtonIndex(*second), 0U);
     QTest::mouseRelease(viewport(), Qt::LeftButton, {}, {60, 10});
     EXPECT_EQ(second->status(), engine::DQDownloadStatusPaused);
 
     QTest::mouseClick(viewport(), Qt::LeftButton, {}, buttonCentre(1, 1));
     EXPECT_EQ(second->status(), engine::DQDownloadStatusQueued);
-    EXPECT_EQ(second->highlightedActionButtonIndex(), 0U);
+    EXPECT_EQ(state.highlightedActionButtonIndex(*second), 0U);
     EXPECT_EQ(selected.count(), 0);
 
     QTest::mouseClick(viewport(), Qt::LeftButton, {},
@@ -166,15 +178,15 @@ TEST_F(DownloadListTest, CollapsesVanishingRowsTogether) {
     defaults.setObject(u"Useless Animations"_s, true);
     fill(4);
     const int full = list->contentHeight();
-    manager.queue[1]->vanishInView(list->vanishingRows(), 0);
-    manager.queue[2]->vanishInView(list->vanishingRows(), 0);
+    state.vanishing().vanish(*owner.queue.downloads()[1], list->vanishingRows(), 0);
+    state.vanishing().vanish(*owner.queue.downloads()[2], list->vanishingRows(), 0);
     int least = full;
     QObject::connect(list.get(), &ui::DQDownloadList::contentHeightChanged, list.get(),
                      [&] { least = std::min(least, list->contentHeight()); });
     ASSERT_TRUE(QTest::qWaitFor(
         [&] {
             main.advance(0.015);
-            return manager.queue.size() == 2;
+            return owner.queue.downloads().size() == 2;
         },
         10'000));
     EXPECT_LT(least, full - list->rowHeight());

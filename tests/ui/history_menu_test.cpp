@@ -18,12 +18,10 @@ namespace {
 class HistoryMenuTest : public Core {
 protected:
     HistoryMenuTest() {
-        engine::Environment environment = engine::environment();
-        environment.openURL = [this](const platform::Url& url) {
+        workspace.openURL = [this](const platform::Url& url) {
             opened.append(url.filePath());
             return true;
         };
-        engine::installEnvironment(environment);
     }
     ~HistoryMenuTest() override {
         menu.reset();
@@ -45,9 +43,9 @@ protected:
                                         {u"Path"_s, path},
                                         {u"Date"_s, platform::archivedData(date)}});
         }
-        ASSERT_FALSE(platform::writeFileAtomically(app::DQHistorian::historyArchivePath(),
+        ASSERT_FALSE(platform::writeFileAtomically(supportFolder() + u"/History.plist"_s,
                                                    platform::writePropertyList(entries)));
-        historian = std::make_unique<app::DQHistorian>(defaults, main.loop);
+        historian = std::make_unique<app::DQHistorian>(supportFolder(), defaults, main.loop);
         menu = std::make_unique<ui::HistoryMenu>(*historian, *controller, defaults,
                                                  ui::HistoryMenu::SearchField::Shown);
         menu->popup({});

@@ -10,8 +10,8 @@
 
 #include "app/core_fixture.h"
 #include "app/settings.h"
-#include "engine/admission/throttle.h"
 #include "engine/settings.h"
+#include "engine/workers/throttle.h"
 #include "http/http_session.h"
 #include "links/pages/download_page_rule_store.h"
 #include "platform/session/login_item.h"
@@ -281,22 +281,23 @@ TEST_F(ScheduleWidgetsTest, TimesShowWhileTheirSwitchesAreOn) {
 }
 
 TEST_F(ScheduleWidgetsTest, TheLimitTypedCountsAfterAPauseOrOnLeaving) {
-    engine::Throttle::setThrottled(false);
-    ui::ThrottleField field(defaults, nullptr);
+    engine::Throttle throttle(defaults);
+    throttle.setThrottled(false);
+    ui::ThrottleField field(defaults, throttle, nullptr);
     EXPECT_FALSE(field.isEnabled());
-    engine::Throttle::setThrottled(true);
+    throttle.setThrottled(true);
     EXPECT_TRUE(field.isEnabled());
     EXPECT_EQ(field.currentText(), u"100"_s);
     field.show();
     field.setEditText(u"2"_s);
     field.setEditText(u"25x"_s);
-    EXPECT_EQ(engine::Throttle::throttleLimit(), 100'000) << "typing goes on";
-    EXPECT_TRUE(QTest::qWaitFor([] { return engine::Throttle::throttleLimit() == 1000; }, 10'000));
+    EXPECT_EQ(throttle.throttleLimit(), 100'000) << "typing goes on";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return throttle.throttleLimit() == 1000; }, 10'000));
     EXPECT_EQ(field.currentText(), u"1"_s);
     field.setEditText(u"250"_s);
     field.hide();
-    EXPECT_EQ(engine::Throttle::throttleLimit(), 250'000);
-    engine::Throttle::setThrottled(false);
+    EXPECT_EQ(throttle.throttleLimit(), 250'000);
+    throttle.setThrottled(false);
 }
 
 }  // namespace

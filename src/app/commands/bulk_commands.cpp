@@ -3,9 +3,10 @@
 #include <algorithm>
 
 #include "app/commands/command.h"
-#include "app/queue/download_queue.h"
+#include "app/queue/download_order.h"
+#include "app/rows/row_actions.h"
 #include "app/settings.h"
-#include "engine/settings.h"
+#include "engine/queue/download_queue.h"
 #include "platform/base/run_loop.h"
 #include "platform/base/user_defaults.h"
 
@@ -15,12 +16,10 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-/// So many rows at once vanish without an animation.
-constexpr std::size_t massRemoval = 11;
-
 /// Over a copy, since operations can change the queue.
 template <typename Operation>
-void forEach(Downloads downloads, const Operation& operation) {
+void forEach(engine::DownloadQueue& queue, Downloads downloads, const Operation& operation) {
+    const engine::DownloadQueue::Batch batch(queue);
     for (const engine::DownloadPtr& download : downloads) {
         operation(*download);
     }
@@ -35,57 +34,51 @@ Alert cancelAlert() {
 
 }  // namespace
 
-void queuePaused(const Downloads& downloads) {
-    forEach(downloads, [](auto& download) { download.addToQueue(); });
+void queuePaused(engine::DownloadQueue& queue, const Downloads& downloads) {
+    forEach(queue, downloads, [](auto& download) { download.addToQueue(); });
 }
 
-void pauseDownloads(const Downloads& downloads) {
-    forEach(downloads, [](auto& download) { download.pause(); });
+void pauseDownloads(engine::DownloadQueue& queue, const Downloads& downloads) {
+    forEach(queue, downloads, [](auto& download) { download.pause(); });
 }
 
-void togglePause(const Downloads& downloads) {
+void togglePause(engine::DownloadQueue& queue, const Downloads& downloads) {
     const Downloads active =
-        downloadsFromCollectionMatchingStatusMask(downloads, engine::activeStatuses);
+        engine::downloadsFromCollectionMatchingStatusMask(downloads, engine::activeStatuses);
     if (active.empty()) {
-        queuePaused(downloads);
+        queuePaused(queue, downloads);
     } else {
-        pauseDownloads(active);
+        pauseDownloads(queue, active);
     }
 }
 
-void open(const Downloads& downloads) {
-    forEach(downloads, [](auto& download) { download.open(); });
-}
-
-void remove(const Downloads& downloads, platform::UserDefaults& defaults) {
-    const bool skipsAnimation =
-        downloads.size() >= massRemoval && defaults.get(engine::settings::uselessAnimations);
-    if (skipsAnimation) {
-        defaults.set(engine::settings::uselessAnimations, false);
-    }
-    forEach(downloads, [](auto& download) { download.remove(); });
-    if (skipsAnimation) {
-        defaults.set(engine::settings::uselessAnimations, true);
+void open(const RowActions& actions, const Downloads& downloads) {
+    for (const engine::DownloadPtr& download : downloads) {
+        actions.open(*download);
     }
 }
 
-bool cancel(const Downloads& downloads, bool mustConfirm, Questions& questions) {
+void remove(engine::DownloadQueue& queue, const Downloads& downloads) {
+    forEach(queue, downloads, [](auto& download) { download.remove(); });
+}
+
+bool cancel(engine::DownloadQueue& queue, const Downloads& downloads, bool mustConfirm,
+            Questions& questions) {
     if (downloads.empty() || (mustConfirm && !questions.confirm(cancelAlert()))) {
         return false;
     }
-    forEach(downloads, [](auto& download) { download.removeAndMoveToTrashIfDone(false); });
+    forEach(queue, downloads, [](auto& download) { download.removeAndMoveToTrashIfDone(false); });
     return true;
 }
 
-void openOriginalURLs(const Downloads& downloads, const platform::UserDefaults& defaults) {
-    const double interval = defaults.get(settings::urlOpeningInterval);
+void openOriginalURLs(const RowActions& actions, const Downloads& downloads,
+                      const engine::Context& context) {
+    const double interval = context.defaults.get(settings::urlOpeningInterval);
     for (std::size_t index = 0; index < downloads.size(); ++index) {
-        const engine::DownloadPtr download = downloads[index];
-        // Not by the record's own name: it may have others pending.
         static const int owner = 0;
-        platform::mainRunLoop().performAfter(&owner, "openOriginalURLs",
-                                             interval * static_cast<double>(index),
-                                             [download] { download->openOriginalURL(); });
+        context.loop.performAfter(
+            &owner, "openOriginalURLs", interval * static_cast<double>(index),
+            [actions, download = downloads[index]] { actions.openOriginalURL(*download); });
     }
 }
 

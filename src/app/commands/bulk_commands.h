@@ -11,20 +11,23 @@ class UserDefaults;
 /// Operations on many downloads at once. Main thread.
 namespace app {
 
+class RowActions;
+
 /// Starts those that are paused.
-void queuePaused(const Downloads& downloads);
-void pauseDownloads(const Downloads& downloads);
+void queuePaused(engine::DownloadQueue& queue, const Downloads& downloads);
+void pauseDownloads(engine::DownloadQueue& queue, const Downloads& downloads);
 /// Pauses what is active, or else starts what is paused.
-void togglePause(const Downloads& downloads);
-void open(const Downloads& downloads);
-/// So many at once do not animate.
-void remove(const Downloads& downloads, platform::UserDefaults& defaults);
+void togglePause(engine::DownloadQueue& queue, const Downloads& downloads);
+void open(const RowActions& actions, const Downloads& downloads);
+void remove(engine::DownloadQueue& queue, const Downloads& downloads);
 /// Takes downloads out of the queue, and their partial files away. False: none, or, where it must
 /// be confirmed, the user keeps them.
-bool cancel(const Downloads& downloads, bool mustConfirm, Questions& questions);
+bool cancel(engine::DownloadQueue& queue, const Downloads& downloads, bool mustConfirm,
+            Questions& questions);
 
 /// One after the other, with the interval of the settings between two.
-void openOriginalURLs(const Downloads& downloads, const platform::UserDefaults& defaults);
+void openOriginalURLs(const RowActions& actions, const Downloads& downloads,
+                      const engine::Context& context);
 void copyOriginalURLs(const Downloads& downloads, const FrontEnd& frontEnd);
 
 /// The downloads of the selected rows one place on or to an end of the queue. The rows before

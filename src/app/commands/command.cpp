@@ -91,6 +91,7 @@ constexpr CommandDescription descriptions[] = {
     {Command::ShowPreferences, 0, "showPreferences", translatable("&Settings..."), "Ctrl+,"},
     {Command::ToggleDebugLogging, 0, "toggleDebugLogging", translatable("Enable Debug &Logging"),
      ""},
+    {Command::ReportProblem, 0, "reportProblem", translatable("&Report a Problem..."), ""},
     {Command::ShowAbout, 0, "showAbout", translatable("&About Orlop"), ""},
     {Command::CheckForUpdates, 0, "checkForUpdates", translatable("Check for &Updates..."), ""},
     {Command::ShowHelp, 0, "help", translatable("&Help"), "F1"},

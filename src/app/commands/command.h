@@ -59,7 +59,8 @@ enum class Command {
     FullScreen,
     CustomizeToolbar,
     ShowPreferences,
-    ToggleDebugLogging,
+    ToggleDebugLogging,  ///< Shows the log where it can be shown.
+    ReportProblem,
     ShowAbout,
     CheckForUpdates,
     ShowHelp,

@@ -6,9 +6,9 @@
 #include "app/commands/commands.h"
 #include "app/commands/folder_items.h"
 #include "app/commands/open_with.h"
+#include "app/rows/rows.h"
 #include "app/settings.h"
-#include "engine/environment.h"
-#include "engine/record/download.h"
+#include "engine/lifecycle/download.h"
 #include "engine/record/user_settings.h"
 #include "links/text/localization.h"
 #include "platform/base/user_defaults.h"
@@ -26,7 +26,11 @@ constexpr std::size_t mostAddresses = 10;
 class ContextMenu {
 public:
     ContextMenu(const Commands& commands, const Downloads& downloads)
-        : commands_(commands), around_(commands.surroundings()), downloads_(downloads) {}
+        : commands_(commands),
+          around_(commands.surroundings()),
+          queue_(around_.controller.queue()),
+          actions_(around_.controller.rows().actions()),
+          downloads_(downloads) {}
 
     Menu build() {
         if (downloads_.size() > 1) {
@@ -47,6 +51,12 @@ private:
         add(title, [download, operation] { (download.get()->*operation)(); });
     }
 
+    template <typename Download>
+    void add(const QString& title, const engine::DownloadPtr& download,
+             void (RowActions::*operation)(Download&) const) {
+        add(title, [actions = actions_, download, operation] { (actions.*operation)(*download); });
+    }
+
     void addSeveral() {
         const auto is = [](auto status) {
             return [status](const auto& download) { return download->status() == status; };
@@ -60,14 +70,14 @@ private:
         const bool arePaused = paused == static_cast<qsizetype>(downloads_.size());
         if (areUnfinished && (arePaused || paused == 0)) {
             add(arePaused ? localized("Start Downloads") : localized("Pause Downloads"),
-                [downloads = downloads_] { togglePause(downloads); });
+                [&queue = queue_, downloads = downloads_] { togglePause(queue, downloads); });
         }
         addOpenItems();
         add(localized("Remove"),
-            [downloads = downloads_, around = around_] { remove(downloads, around.defaults); });
+            [&queue = queue_, downloads = downloads_] { remove(queue, downloads); });
         menu_.push_back(separator());
-        add(localized("Open URLs"), [downloads = downloads_, around = around_] {
-            openOriginalURLs(downloads, around.defaults);
+        add(localized("Open URLs"), [&queue = queue_, actions = actions_, downloads = downloads_] {
+            openOriginalURLs(actions, downloads, queue.context());
         });
         add(localized("Copy URLs"), [downloads = downloads_, around = around_] {
             copyOriginalURLs(downloads, around.frontEnd);
@@ -106,9 +116,9 @@ private:
                 break;
         }
         add(fileExists ? localized("Open Original URL") : localized("Open URL"), download,
-            &engine::DQDownload::openOriginalURL);
+            &RowActions::openOriginalURL);
         add(fileExists ? localized("Copy Original URL") : localized("Copy URL"), download,
-            &engine::DQDownload::copyOriginalURL);
+            &RowActions::copyOriginalURL);
         menu_.push_back(note(download->originalURLString()));
         menu_.push_back(separator());
     }
@@ -129,12 +139,15 @@ private:
         add(localized("Remove"), download, &engine::DQDownload::remove);
         menu_.push_back(separator());
         if (!download->pathToReveal().isEmpty()) {
-            add(localized("Show in Folder"), download, &engine::DQDownload::reveal);
+            add(localized("Show in Folder"), download, &RowActions::reveal);
             menu_.push_back(separator());
         }
         if ((isPaused || isQueued) &&
             !download->userSettings().contains(engine::keys::responseURL)) {
-            add(localized("Accelerate"), download, &engine::DQDownload::toggleAcceleration);
+            add(localized("Accelerate"), [&controller = around_.controller, download] {
+                download->toggleAcceleration();
+                controller.updateDownloadListDisplay();
+            });
             menu_.back().state.isChecked = download->accelerates();
             menu_.push_back(separator());
         }
@@ -142,10 +155,10 @@ private:
 
     void addFinished(const engine::DownloadPtr& download) {
         addOpenItems();
-        add(localized("Show in Folder"), download, &engine::DQDownload::reveal);
+        add(localized("Show in Folder"), download, &RowActions::reveal);
         add(localized("Move to Trash"), download, &engine::DQDownload::removeAndMoveToTrash);
         menu_.push_back(separator());
-        add(localized("Copy Path"), download, &engine::DQDownload::copyPath);
+        add(localized("Copy Path"), download, &RowActions::copyPath);
         menu_.push_back(note(download->path()));
         menu_.push_back(pseudoSeparator());
     }
@@ -170,10 +183,11 @@ private:
             }
             paths.append(download->path());
         }
-        add(localized("Open"), [downloads = downloads_] { open(downloads); });
-        appendOpenWith(menu_, paths, [paths](const QString& identifier) {
+        add(localized("Open"),
+            [actions = actions_, downloads = downloads_] { open(actions, downloads); });
+        appendOpenWith(menu_, paths, [actions = actions_, paths](const QString& identifier) {
             for (const QString& path : paths) {
-                engine::environment().openWithApplication(path, identifier);
+                actions.openWithApplication(path, identifier);
             }
         });
     }
@@ -198,6 +212,8 @@ private:
 
     const Commands& commands_;
     Commands::Surroundings around_;
+    engine::DownloadQueue& queue_;
+    const RowActions actions_;
     const Downloads downloads_;
     Menu menu_;
 };

@@ -6,14 +6,13 @@
 #include "app/schedule/automation.h"
 #include "app/settings.h"
 #include "engine/acceleration/acceleration_settings.h"
-#include "engine/admission/throttle.h"
+#include "engine/workers/throttle.h"
 #include "platform/base/user_defaults.h"
 
 namespace app {
 namespace {
 
 using engine::AccelerationSettings;
-using engine::Throttle;
 
 /// Turns a setting the other way round and shows it as a mark.
 Commands::Behaviour toggleOf(platform::UserDefaults& defaults,
@@ -46,16 +45,19 @@ void provideScheduleCommands(Commands& commands) {
 }
 
 void provideSpeedCommands(Commands& commands) {
+    const engine::Throttle& throttle = commands.surroundings().controller.queue().throttle();
+    platform::UserDefaults& defaults = commands.surroundings().defaults;
     Toggles& toggles = commands.surroundings().controller.automation().toggles();
-    commands.provide(Command::ToggleAcceleration,
-                     {[&toggles](qint64) { toggles.toggleAcceleration(); },
-                      [](qint64) -> CommandState {
-                          return {Throttle::isAvailable(), AccelerationSettings::accelerates(), {}};
-                      }});
+    commands.provide(
+        Command::ToggleAcceleration,
+        {[&toggles](qint64) { toggles.toggleAcceleration(); },
+         [&throttle, &defaults](qint64) -> CommandState {
+             return {throttle.isAvailable(), AccelerationSettings(defaults).accelerates(), {}};
+         }});
     commands.provide(Command::ToggleThrottle,
                      {[&toggles](qint64) { toggles.toggleThrottle(); },
-                      [](qint64) -> CommandState {
-                          return {Throttle::isAvailable(), Throttle::isThrottled(), {}};
+                      [&throttle](qint64) -> CommandState {
+                          return {throttle.isAvailable(), throttle.isThrottled(), {}};
                       }});
 }
 

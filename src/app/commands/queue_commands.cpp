@@ -29,13 +29,18 @@ Commands::Behaviour onContext(Commands& commands, engine::StatusMask mask, Opera
 void provideContextCommands(Commands& commands) {
     DQMainController& controller = commands.surroundings().controller;
     Questions& questions = commands.surroundings().frontEnd.questions;
-    const auto pause = [](const Downloads& downloads, qint64) { pauseDownloads(downloads); };
-    commands.provide(Command::TogglePause,
-                     onContext(commands, engine::unfinishedStatuses,
-                               [](const auto& downloads, qint64) { togglePause(downloads); }));
-    commands.provide(Command::QueuePaused,
-                     onContext(commands, engine::DQDownloadStatusPaused,
-                               [](const auto& downloads, qint64) { queuePaused(downloads); }));
+    engine::DownloadQueue& queue = controller.queue();
+    const auto pause = [&queue](const Downloads& downloads, qint64) {
+        pauseDownloads(queue, downloads);
+    };
+    commands.provide(Command::TogglePause, onContext(commands, engine::unfinishedStatuses,
+                                                     [&queue](const auto& downloads, qint64) {
+                                                         togglePause(queue, downloads);
+                                                     }));
+    commands.provide(Command::QueuePaused, onContext(commands, engine::DQDownloadStatusPaused,
+                                                     [&queue](const auto& downloads, qint64) {
+                                                         queuePaused(queue, downloads);
+                                                     }));
     commands.provide(Command::PauseQueued,
                      onContext(commands, engine::DQDownloadStatusQueued, pause));
     commands.provide(Command::PauseAll, onContext(commands, engine::activeStatuses, pause));
@@ -46,7 +51,7 @@ void provideContextCommands(Commands& commands) {
     commands.provide(
         Command::CancelAll,
         {[&controller, &questions](qint64 tag) {
-             cancel(controller.contextDownloads(), tag >= 1, questions);
+             cancel(controller.queue(), controller.contextDownloads(), tag >= 1, questions);
          },
          [&controller](qint64) -> CommandState {
              return {controller.anyContextDownloadMatchesStatusMask(engine::unfinishedStatuses),
@@ -54,7 +59,8 @@ void provideContextCommands(Commands& commands) {
                      {}};
          }});
     commands.provide(Command::Remove, {[&controller, &questions](qint64) {
-                                           cancel(controller.selectedDownloads(), false, questions);
+                                           cancel(controller.queue(),
+                                                  controller.selectedDownloads(), false, questions);
                                        },
                                        [&controller](qint64) -> CommandState {
                                            return {!controller.selectedDownloads().empty(), {}, {}};

@@ -3,8 +3,7 @@
 #include <utility>
 
 #include "app/settings.h"
-#include "engine/environment.h"
-#include "engine/record/download.h"
+#include "engine/lifecycle/download.h"
 #include "engine/settings.h"
 #include "links/paths/path_components.h"
 
@@ -21,8 +20,10 @@ DQHistorian* installedHistorian = nullptr;
 
 }  // namespace
 
-DQHistorian::DQHistorian(platform::UserDefaults& defaults, platform::RunLoop& loop)
-    : defaults_(defaults),
+DQHistorian::DQHistorian(QString supportFolder, platform::UserDefaults& defaults,
+                         platform::RunLoop& loop)
+    : supportFolder_(std::move(supportFolder)),
+      defaults_(defaults),
       loop_(loop),
       file_(historyArchivePath(), loop),
       isOfCompleteDownloads_(defaults.get(settings::historyOfCompleteDownloads)),
@@ -38,12 +39,8 @@ DQHistorian::~DQHistorian() {
     loop_.cancelAll(this);
 }
 
-QString DQHistorian::applicationSupportPath() {
-    return engine::environment().applicationSupportPath();
-}
-
-QString DQHistorian::historyArchivePath() {
-    return links::stringByAppendingPathComponent(applicationSupportPath(), u"History.plist"_s);
+QString DQHistorian::historyArchivePath() const {
+    return links::stringByAppendingPathComponent(supportFolder_, u"History.plist"_s);
 }
 
 const QList<HistoryEntry>& DQHistorian::history() {

@@ -17,12 +17,12 @@ class DQHistorian final : public QObject, public HistoryKeeper {
     Q_OBJECT
 
 public:
-    DQHistorian(platform::UserDefaults& defaults, platform::RunLoop& loop);
+    /// `supportFolder` is where the program keeps its own data; empty: nowhere.
+    DQHistorian(QString supportFolder, platform::UserDefaults& defaults, platform::RunLoop& loop);
     ~DQHistorian() override;
 
-    /// Where the program keeps its own data; empty: nowhere.
-    [[nodiscard]] static QString applicationSupportPath();
-    [[nodiscard]] static QString historyArchivePath();
+    [[nodiscard]] const QString& applicationSupportPath() const { return supportFolder_; }
+    [[nodiscard]] QString historyArchivePath() const;
 
     /// Oldest first.
     [[nodiscard]] const QList<HistoryEntry>& history();
@@ -46,6 +46,7 @@ private:
     void settingsDidChange();
     void didRemoveItems();
 
+    const QString supportFolder_;
     platform::UserDefaults& defaults_;
     platform::RunLoop& loop_;
     HistoryFile file_;

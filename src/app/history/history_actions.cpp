@@ -1,32 +1,31 @@
 #include "app/history/history_actions.h"
 
 #include "app/main_controller.h"
-#include "engine/environment.h"
 #include "platform/files/files.h"
 #include "platform/net/url.h"
 
 namespace app {
 
-namespace {
-
-void beepUnless(bool didWork) {
+void HistoryActions::beepUnless(bool didWork) const {
     if (!didWork) {
-        engine::environment().beep();
+        controller_.surroundings().frontEnd.feedback.beep();
     }
 }
 
-}  // namespace
+const Workspace& HistoryActions::workspace() const {
+    return controller_.surroundings().workspace;
+}
 
 void HistoryActions::open(const QString& path) const {
-    beepUnless(!path.isEmpty() && engine::environment().openURL(platform::Url::fromFilePath(path)));
+    beepUnless(!path.isEmpty() && workspace().openURL(platform::Url::fromFilePath(path)));
 }
 
 void HistoryActions::openWithApplication(const QString& path, const QString& identifier) const {
-    beepUnless(engine::environment().openWithApplication(path, identifier));
+    beepUnless(workspace().openWithApplication(path, identifier));
 }
 
 void HistoryActions::reveal(const QString& path) const {
-    beepUnless(!path.isEmpty() && engine::environment().revealFile(path));
+    beepUnless(!path.isEmpty() && workspace().revealFile(path));
 }
 
 void HistoryActions::moveToTrash(const QString& path) const {
@@ -39,19 +38,27 @@ void HistoryActions::moveToTrash(const QString& path) const {
 }
 
 void HistoryActions::copyPath(const QString& path) const {
-    engine::environment().copyText(path);
+    copy({{}, path});
 }
 
 void HistoryActions::openOriginalURL(const QString& url) const {
     const auto parsed = platform::Url::parse(url);
-    beepUnless(parsed && engine::environment().openURL(*parsed));
+    beepUnless(parsed && workspace().openURL(*parsed));
 }
 
 void HistoryActions::copyOriginalURL(const QString& url) const {
     if (const auto parsed = platform::Url::parse(url)) {
-        engine::environment().copyURL(*parsed);
+        copy({QStringList{parsed->absoluteString()}, parsed->absoluteString()});
     } else {
-        engine::environment().copyText(url);
+        copy({{}, url});
+    }
+}
+
+void HistoryActions::copy(const Pasteboard& pasteboard) const {
+    Clipboard* const clipboard = controller_.surroundings().frontEnd.clipboard;
+    beepUnless(clipboard != nullptr);
+    if (clipboard) {
+        clipboard->copy(pasteboard);
     }
 }
 

@@ -2,9 +2,12 @@
 
 #include <QString>
 
+#include "app/intake/pasteboard.h"
+
 namespace app {
 
 class DQMainController;
+struct Workspace;
 
 /// What the user can do with an entry of the history. An action that fails beeps and changes
 /// nothing else. Main thread.
@@ -25,6 +28,10 @@ public:
     void download(const QString& url) const;
 
 private:
+    void beepUnless(bool didWork) const;
+    [[nodiscard]] const Workspace& workspace() const;
+    void copy(const Pasteboard& pasteboard) const;
+
     DQMainController& controller_;
 };
 

@@ -1,6 +1,6 @@
 #include "app/history/history_entry.h"
 
-#include "engine/record/download.h"
+#include "engine/lifecycle/download.h"
 #include "engine/record/user_settings.h"
 #include "links/paths/folders.h"
 #include "platform/base/user_defaults.h"

@@ -234,14 +234,11 @@ std::optional<QString> Intake::openURLFromPasteboard(const Pasteboard& pasteboar
 
 bool Intake::retry(const Downloads& downloads) {
     bool didReplace = false;
+    const engine::DownloadQueue::Batch batch(surroundings_.queue);
     const bool autoStart = surroundings_.defaults.get(settings::autoStart);
     for (const engine::DownloadPtr& download : downloads) {
-        if (!surroundings_.queue.indexOf(*download)) {
-            continue;
-        }
-        engine::DownloadPtr fresh = engine::DQDownload::downloadWithURL(download->URL(), autoStart);
         didReplace =
-            (fresh && surroundings_.queue.replace(*download, std::move(fresh))) || didReplace;
+            surroundings_.queue.replace(*download, download->URL(), autoStart) || didReplace;
     }
     return didReplace;
 }

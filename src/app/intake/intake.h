@@ -21,7 +21,7 @@ namespace app {
 class Intake {
 public:
     struct Surroundings {
-        DownloadQueue& queue;
+        engine::DownloadQueue& queue;
         platform::UserDefaults& defaults;
         platform::RunLoop& loop;
         FrontEnd frontEnd;

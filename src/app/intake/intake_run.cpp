@@ -7,8 +7,7 @@
 #include "app/intake/request_file.h"
 #include "app/queue/restored_download.h"
 #include "app/settings.h"
-#include "engine/admission/download_manager.h"
-#include "engine/record/download.h"
+#include "engine/lifecycle/download.h"
 #include "engine/record/user_settings.h"
 #include "links/paths/folders.h"
 #include "links/paths/path_components.h"
@@ -57,6 +56,7 @@ IntakeRun::IntakeRun(Surroundings surroundings, std::unique_ptr<AddressSource> a
       autoStart_(surroundings.defaults.get(settings::autoStart)) {}
 
 bool IntakeRun::step(int maximum) {
+    const engine::DownloadQueue::Batch batch(surroundings_.queue);
     for (int taken = 0; taken < maximum && !isOver_; ++taken) {
         AddressSource& source = lists_.empty() ? given_ : *lists_.back();
         // A question lets the main loop go on, and with it `stop`.
@@ -219,9 +219,8 @@ IntakeRun::Progress IntakeRun::addDownload(const platform::Url& url) {
         download->userSettings().set(keys::downloadPageChain, downloadPageChain_);
     }
     if (!chooseDestination(*download, url)) {
-        download->removeAndMoveToTrashIfDone(false);
         // No list has shown it yet, so that it cannot vanish from one.
-        engine::mainController().removeDownload(*download);
+        surroundings_.queue.remove(*download);
         return Progress::Ends;
     }
     didAdd(*download);
@@ -229,10 +228,8 @@ IntakeRun::Progress IntakeRun::addDownload(const platform::Url& url) {
 }
 
 engine::DownloadPtr IntakeRun::appendDownload(const platform::Url& url) {
-    engine::DownloadPtr download = engine::DQDownload::downloadWithURL(url, autoStart_);
-    if (download) {
-        surroundings_.queue.append(download);
-    } else {
+    engine::DownloadPtr download = surroundings_.queue.add(url, autoStart_);
+    if (!download) {
         logRefusal(url);
     }
     return download;

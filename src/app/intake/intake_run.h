@@ -11,7 +11,7 @@
 #include "app/intake/intake_notes.h"
 #include "app/intake/offered_documents.h"
 #include "app/intake/script_arguments.h"
-#include "app/queue/download_queue.h"
+#include "engine/queue/download_queue.h"
 #include "platform/base/user_defaults.h"
 
 namespace engine {
@@ -26,7 +26,7 @@ namespace app {
 class IntakeRun {
 public:
     struct Surroundings {
-        DownloadQueue& queue;
+        engine::DownloadQueue& queue;
         platform::UserDefaults& defaults;
         FrontEnd frontEnd;
     };

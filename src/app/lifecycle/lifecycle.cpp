@@ -162,8 +162,9 @@ void Lifecycle::workspaceWillSleep() {
     surroundings_.scheduler().disableSchedule();
     surroundings_.loop.cancel(this, resumeOperation);
     const bool resumes = surroundings_.defaults.get(settings::autoResumeAfterSleepDelay) >= 0;
-    for (const engine::DownloadPtr& download : downloadsFromCollectionMatchingStatusMask(
-             surroundings_.queue.downloads(), engine::activeStatuses)) {
+    const engine::DownloadQueue::Batch batch(surroundings_.queue);
+    for (const engine::DownloadPtr& download :
+         surroundings_.queue.downloadsMatchingStatusMask(engine::activeStatuses)) {
         download->pause();
         if (resumes) {
             download->setAutoResumeAfterSleep(true);
@@ -184,7 +185,8 @@ void Lifecycle::workspaceDidWake() {
 }
 
 void Lifecycle::resumeAfterSleep() {
-    const Downloads downloads = surroundings_.queue.downloads();
+    const engine::DownloadQueue::Batch batch(surroundings_.queue);
+    const engine::Downloads downloads = surroundings_.queue.downloads();
     for (const engine::DownloadPtr& download : downloads) {
         if (download->autoResumeAfterSleep()) {
             download->addToQueue();

@@ -4,7 +4,7 @@
 
 #include "app/controller_roles.h"
 #include "app/front_end.h"
-#include "app/queue/download_queue.h"
+#include "engine/queue/download_queue.h"
 #include "platform/base/run_loop.h"
 #include "platform/base/user_defaults.h"
 #include "platform/session/power.h"
@@ -15,7 +15,7 @@ namespace app {
 class Lifecycle {
 public:
     struct Surroundings {
-        const DownloadQueue& queue;
+        engine::DownloadQueue& queue;
         platform::UserDefaults& defaults;
         platform::RunLoop& loop;
         platform::Power& power;

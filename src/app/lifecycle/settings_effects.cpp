@@ -5,9 +5,9 @@
 #include "app/front_end.h"
 #include "app/main_controller.h"
 #include "app/settings.h"
-#include "engine/admission/queue_admission.h"
-#include "engine/admission/throttle.h"
+#include "engine/queue/queue_admission.h"
 #include "engine/settings.h"
+#include "engine/workers/throttle.h"
 #include "links/pages/download_page_rule_store.h"
 #include "links/settings.h"
 #include "platform/base/user_defaults.h"
@@ -51,7 +51,7 @@ void SettingsEffects::settingDidChange(const QString& key) {
     if (limits.contains(key)) {
         admitDownloads();
     } else if (bandwidth.contains(key)) {
-        engine::Throttle::apply();
+        controller_.queue().throttle().apply();
     } else if (fileNames.contains(key)) {
         makeNamesAnew();
     } else if (order.contains(key)) {
@@ -64,7 +64,7 @@ void SettingsEffects::settingDidChange(const QString& key) {
 }
 
 void SettingsEffects::admitDownloads() {
-    engine::QueueAdmission& admission = engine::QueueAdmission::shared();
+    engine::QueueAdmission& admission = controller_.queue().admission();
     if (!admission.queuedDownloads().empty()) {
         admission.startEligibleQueuedDownloadsWithTimer();
     }

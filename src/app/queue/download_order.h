@@ -5,12 +5,12 @@
 #include <algorithm>
 #include <vector>
 
-#include "engine/record/download.h"
+#include "engine/queue/download_queue.h"
 #include "links/arrays.h"
 
 namespace app {
 
-using Downloads = std::vector<engine::DownloadPtr>;
+using engine::Downloads;
 
 /// By what downloads are compared. Any other number compares names.
 namespace criterion {

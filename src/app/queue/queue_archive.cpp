@@ -30,12 +30,6 @@ constexpr platform::Seconds shortestRest = 0.1, longestRest = 2;
 constexpr double restPerWriteIfUrgent = 2;
 constexpr auto restOperation = "rest";
 
-/// A finished download does not survive a restart, nor does one on its way out.
-bool isSaved(const engine::DQDownload& download) {
-    return download.status() != engine::DQDownloadStatusDone && !download.isVanishing() &&
-           !download.isBeingRemoved() && !download.comparisonURLString().isEmpty();
-}
-
 bool isActive(const engine::DQDownload& download) {
     return engine::matchesStatusMask(download.status(), engine::activeStatuses);
 }
@@ -173,6 +167,12 @@ void QueueArchive::handOver(QVariantList archives) {
     }
 }
 
+/// A finished download does not survive a restart, nor does one on its way out.
+bool QueueArchive::isSaved(const engine::DQDownload& download) const {
+    return download.status() != engine::DQDownloadStatusDone && !download.isBeingRemoved() &&
+           !surroundings_.isLeaving(download) && !download.comparisonURLString().isEmpty();
+}
+
 QVariantList QueueArchive::archives() {
     forgetRemovedDownloads();
     QVariantList archives;
@@ -205,7 +205,7 @@ QVariant QueueArchive::archiveOf(engine::DQDownload& download, bool paused) {
 }
 
 void QueueArchive::forgetRemovedDownloads() {
-    const Downloads& downloads = surroundings_.queue.downloads();
+    const engine::Downloads& downloads = surroundings_.queue.downloads();
     if (cache_.size() <= downloads.size()) {
         return;
     }
@@ -230,7 +230,7 @@ public:
     /// False: the user does not want to quit.
     [[nodiscard]] bool run() {
         // The question lets the main loop go on, and pausing reports to the queue's owner.
-        const Downloads downloads = archive_.surroundings_.queue.downloads();
+        const engine::Downloads downloads = archive_.surroundings_.queue.downloads();
         return std::all_of(downloads.begin(), downloads.end(),
                            [this](const auto& download) { return add(*download); });
     }
@@ -247,7 +247,7 @@ public:
 
 private:
     [[nodiscard]] bool add(engine::DQDownload& download) {
-        if (!isSaved(download)) {
+        if (!archive_.isSaved(download)) {
             return true;
         }
         const QString address = download.comparisonURLString();
@@ -259,7 +259,7 @@ private:
                 return false;
             }
             asks_ = false;
-            if (!isSaved(download)) {
+            if (!archive_.isSaved(download)) {
                 return true;
             }
             download.pause();
@@ -302,7 +302,7 @@ bool QueueArchive::writeBeforeQuitting() {
     const QVariantList archives = pass.archives();
     if (archives.isEmpty() && !keepsIntermediateFiles_) {
         writer_->finish();
-        engine::removeIntermediateFiles();
+        engine::removeIntermediateFiles(surroundings_.queue.context().environment);
     } else {
         handOver(archives);
         writer_->finish();

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "app/front_end.h"
-#include "app/queue/download_queue.h"
+#include "engine/queue/download_queue.h"
 #include "platform/base/error.h"
 #include "platform/base/run_loop.h"
 #include "platform/base/user_defaults.h"
@@ -22,10 +22,12 @@ class ArchiveWriter;
 class QueueArchive {
 public:
     struct Surroundings {
-        const DownloadQueue& queue;
+        engine::DownloadQueue& queue;
         const platform::UserDefaults& defaults;
         platform::RunLoop& loop;
         Questions& questions;
+        /// Whether a download is on its way out of the queue.
+        std::function<bool(const engine::DQDownload&)> isLeaving;
         /// The file could not be understood and was moved here; empty: it could not be moved and
         /// nothing will be written over it.
         std::function<void(const QString& keptPath)> damaged;
@@ -61,6 +63,7 @@ private:
     struct Cached;
     class QuitPass;
 
+    [[nodiscard]] bool isSaved(const engine::DQDownload& download) const;
     void handOver(QVariantList archives);
     [[nodiscard]] QVariantList archives();
     [[nodiscard]] QVariant archiveOf(engine::DQDownload& download, bool paused);

@@ -9,7 +9,7 @@ namespace app {
 
 using namespace Qt::Literals::StringLiterals;
 
-QueueView::QueueView(const DownloadQueue& queue, const platform::UserDefaults& defaults)
+QueueView::QueueView(const engine::DownloadQueue& queue, const platform::UserDefaults& defaults)
     : queue_(queue), defaults_(defaults) {}
 
 QueueView::~QueueView() = default;

@@ -4,7 +4,8 @@
 #include <memory>
 #include <unordered_map>
 
-#include "app/queue/download_queue.h"
+#include "app/queue/download_order.h"
+#include "engine/queue/download_queue.h"
 #include "platform/base/user_defaults.h"
 
 namespace app {
@@ -17,7 +18,7 @@ class QueueView {
 public:
     using View = std::shared_ptr<const Downloads>;
 
-    QueueView(const DownloadQueue& queue, const platform::UserDefaults& defaults);
+    QueueView(const engine::DownloadQueue& queue, const platform::UserDefaults& defaults);
     ~QueueView();
 
     /// Split at whitespace into the terms that a download must match.
@@ -64,7 +65,7 @@ private:
     [[nodiscard]] bool isAheadOf(const Entry& a, const Entry& b) const;
     [[nodiscard]] bool isInPlace(const Entry& entry) const;
 
-    const DownloadQueue& queue_;
+    const engine::DownloadQueue& queue_;
     const platform::UserDefaults& defaults_;
     QStringList terms_;
     Form form_;

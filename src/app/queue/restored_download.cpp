@@ -62,7 +62,7 @@ QVariantMap migratedArchive(const QVariantMap& archive, const QString& externalC
     return migrated;
 }
 
-engine::DownloadPtr addDownloadFromArchive(DownloadQueue& queue,
+engine::DownloadPtr addDownloadFromArchive(engine::DownloadQueue& queue,
                                            const platform::UserDefaults& defaults,
                                            const QVariantMap& archive,
                                            const QString& externalContainerPath) {
@@ -73,18 +73,14 @@ engine::DownloadPtr addDownloadFromArchive(DownloadQueue& queue,
     const QVariantMap migrated = migratedArchive(archive, externalContainerPath);
     const bool isQueued =
         !migrated.value(keys::paused).toBool() && defaults.get(settings::autoStart);
-    engine::DownloadPtr download =
-        engine::DQDownload::downloadWithURLString(address.toString(), isQueued);
-    if (!download) {
-        return nullptr;
-    }
-    queue.append(download);
-    if (const QString path = resumePath(migrated); !path.isEmpty()) {
-        download->setIntermediateDownloadTargetPath(path);
-    }
-    download->userSettingsFromArchive(migrated);
-    download->invalidateDate(true);
-    return download;
+    return queue.add(platform::Url::parse(address.toString()), isQueued,
+                     [&migrated](engine::DQDownload& download) {
+                         if (const QString path = resumePath(migrated); !path.isEmpty()) {
+                             download.setIntermediateDownloadTargetPath(path);
+                         }
+                         download.userSettingsFromArchive(migrated);
+                         download.invalidateDate(true);
+                     });
 }
 
 }  // namespace app

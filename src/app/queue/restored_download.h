@@ -2,7 +2,7 @@
 
 #include <QVariantMap>
 
-#include "app/queue/download_queue.h"
+#include "engine/queue/download_queue.h"
 #include "platform/base/user_defaults.h"
 
 namespace app {
@@ -15,7 +15,7 @@ namespace app {
 /// Makes a download from what the queue's file or an .orlop folder says of it and puts it at the
 /// end of the queue. `externalContainerPath` is the .orlop folder; empty for the queue's file.
 /// Null: the archive has no usable address.
-engine::DownloadPtr addDownloadFromArchive(DownloadQueue& queue,
+engine::DownloadPtr addDownloadFromArchive(engine::DownloadQueue& queue,
                                            const platform::UserDefaults& defaults,
                                            const QVariantMap& archive,
                                            const QString& externalContainerPath);

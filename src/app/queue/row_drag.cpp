@@ -2,12 +2,14 @@
 
 #include <algorithm>
 
+#include "app/rows/row_vanishing.h"
 #include "app/settings.h"
 
 namespace app {
 
-RowDrag::RowDrag(DownloadQueue& queue, QueueView& view, const platform::UserDefaults& defaults)
-    : queue_(queue), view_(view), defaults_(defaults) {}
+RowDrag::RowDrag(engine::DownloadQueue& queue, QueueView& view, const RowVanishing& vanishing,
+                 const platform::UserDefaults& defaults)
+    : queue_(queue), view_(view), vanishing_(vanishing), defaults_(defaults) {}
 
 bool RowDrag::showsQueueOrder() const {
     return defaults_.get(settings::sortingCriterion) == criterion::dateAdded &&
@@ -19,7 +21,7 @@ bool RowDrag::canDragRows(const QList<qsizetype>& rows) {
     return !rows.isEmpty() && showsQueueOrder() &&
            std::all_of(rows.begin(), rows.end(), [&](qsizetype row) {
                return row >= 0 && row < static_cast<qsizetype>(shown->size()) &&
-                      !(*shown)[static_cast<std::size_t>(row)]->isVanishing();
+                      !vanishing_.isVanishing(*(*shown)[static_cast<std::size_t>(row)]);
            });
 }
 

@@ -6,11 +6,14 @@
 
 namespace app {
 
+class RowVanishing;
+
 /// Putting the queue into another order by dragging rows of its list, which must then show the
 /// queue's own order (either way up) and all of it. Main thread.
 class RowDrag {
 public:
-    RowDrag(DownloadQueue& queue, QueueView& view, const platform::UserDefaults& defaults);
+    RowDrag(engine::DownloadQueue& queue, QueueView& view, const RowVanishing& vanishing,
+            const platform::UserDefaults& defaults);
 
     [[nodiscard]] bool canDragRows(const QList<qsizetype>& rows);
     /// Whether dropping them above `row` (or behind the last one) would change anything.
@@ -21,8 +24,9 @@ public:
 private:
     [[nodiscard]] bool showsQueueOrder() const;
 
-    DownloadQueue& queue_;
+    engine::DownloadQueue& queue_;
     QueueView& view_;
+    const RowVanishing& vanishing_;
     const platform::UserDefaults& defaults_;
 };
 

@@ -12,7 +12,7 @@ namespace app {
 class Automation {
 public:
     struct Surroundings {
-        const DownloadQueue& queue;
+        engine::DownloadQueue& queue;
         AllDone& allDone;
         platform::UserDefaults& defaults;
         platform::RunLoop& loop;

@@ -80,7 +80,7 @@ platform::Seconds DailySchedule::secondsUntil(const ScheduledTime& time) const {
 
 void DailySchedule::scheduledQueueAll() {
     platform::debugLog([] { return u"schedule: queue"_s; });
-    queuePaused(surroundings_.queue.downloads());
+    queuePaused(surroundings_.queue, surroundings_.queue.downloads());
     surroundings_.list.setNeedsDisplay();
     resetSchedule();
 }
@@ -88,9 +88,10 @@ void DailySchedule::scheduledQueueAll() {
 void DailySchedule::scheduledPauseAll() {
     platform::debugLog([] { return u"schedule: pause"_s; });
     const bool isRadical = surroundings_.defaults.get(settings::schedulePauseRadical);
-    pauseDownloads(downloadsFromCollectionMatchingStatusMask(
-        surroundings_.queue.downloads(),
-        isRadical ? engine::activeStatuses : engine::StatusMask{engine::DQDownloadStatusQueued}));
+    pauseDownloads(surroundings_.queue,
+                   surroundings_.queue.downloadsMatchingStatusMask(
+                       isRadical ? engine::activeStatuses
+                                 : engine::StatusMask{engine::DQDownloadStatusQueued}));
     surroundings_.list.setNeedsDisplay();
     resetSchedule();
 }

@@ -2,7 +2,7 @@
 
 #include "app/controller_roles.h"
 #include "app/front_end.h"
-#include "app/queue/download_queue.h"
+#include "engine/queue/download_queue.h"
 #include "platform/base/run_loop.h"
 #include "platform/base/user_defaults.h"
 
@@ -18,7 +18,7 @@ struct ScheduledTime;
 class DailySchedule final : public Scheduler {
 public:
     struct Surroundings {
-        const DownloadQueue& queue;
+        engine::DownloadQueue& queue;
         DownloadListView& list;
         platform::UserDefaults& defaults;
         platform::RunLoop& loop;

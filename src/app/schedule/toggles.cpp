@@ -4,7 +4,7 @@
 #include "app/schedule/scheduled_time.h"
 #include "app/settings.h"
 #include "engine/acceleration/acceleration_settings.h"
-#include "engine/admission/throttle.h"
+#include "engine/workers/throttle.h"
 
 namespace app {
 
@@ -58,12 +58,13 @@ bool Toggles::mayTriggerShutDownOnAllDone() const {
 }
 
 void Toggles::toggleAcceleration() {
-    using engine::AccelerationSettings;
-    AccelerationSettings::setAccelerates(!AccelerationSettings::accelerates());
+    engine::AccelerationSettings settings(surroundings_.defaults);
+    settings.setAccelerates(!settings.accelerates());
 }
 
 void Toggles::toggleThrottle() {
-    engine::Throttle::setThrottled(!engine::Throttle::isThrottled());
+    engine::Throttle& throttle = surroundings_.queue.throttle();
+    throttle.setThrottled(!throttle.isThrottled());
 }
 
 void Toggles::toggleScheduledQueuing() {

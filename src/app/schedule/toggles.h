@@ -4,7 +4,7 @@
 #include <functional>
 
 #include "app/front_end.h"
-#include "engine/record/status.h"
+#include "engine/queue/download_queue.h"
 #include "platform/base/user_defaults.h"
 
 namespace app {
@@ -25,6 +25,7 @@ enum class CloseBehavior {
 class Toggles {
 public:
     struct Surroundings {
+        engine::DownloadQueue& queue;
         platform::UserDefaults& defaults;
         Questions& questions;
         AllDone& allDone;

@@ -3,9 +3,9 @@
 #include "app/lifecycle/lifecycle.h"
 #include "app/main_controller.h"
 #include "app/queue/batch_progress.h"
-#include "app/queue/queue_tally.h"
 #include "app/settings.h"
 #include "app/status/status_line.h"
+#include "engine/queue/queue_tally.h"
 #include "engine/settings.h"
 #include "links/text/localization.h"
 #include "platform/base/run_loop.h"
@@ -46,7 +46,7 @@ QueueStatusReporter::~QueueStatusReporter() {
 void QueueStatusReporter::updateStatusAndForceUpdateApplicationImage(bool force) {
     DQMainController& controller = surroundings_.controller;
     surroundings_.loop.cancel(this, terminateOperation);
-    const QueueTally& tally = controller.tally();
+    const engine::QueueTally& tally = controller.tally();
     const bool isAllDone = tally.count(engine::unfinishedStatuses) == 0;
     status_ = {statusLine(tally, controller.numberOfHiddenDownloads()),
                tally.count(engine::finishedStatuses) > 0,
@@ -63,7 +63,7 @@ void QueueStatusReporter::updateStatusAndForceUpdateApplicationImage(bool force)
 
 void QueueStatusReporter::updateApplicationImage(bool force) {
     DQMainController& controller = surroundings_.controller;
-    const QueueTally& tally = controller.tally();
+    const engine::QueueTally& tally = controller.tally();
     ApplicationImage image;
     image.upperCount = tally.count(engine::DQDownloadStatusDownloading);
     image.lowerCount = tally.count(engine::unfinishedStatuses) - image.upperCount;

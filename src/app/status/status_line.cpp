@@ -1,6 +1,6 @@
 #include "app/status/status_line.h"
 
-#include "app/queue/queue_tally.h"
+#include "engine/queue/queue_tally.h"
 #include "links/text/localization.h"
 #include "links/text/typography.h"
 
@@ -21,7 +21,7 @@ QString countText(qint64 running, qint64 unfinished) {
 
 }  // namespace
 
-QString statusLine(const QueueTally& tally, qint64 hidden) {
+QString statusLine(const engine::QueueTally& tally, qint64 hidden) {
     const qint64 unfinished = tally.count(engine::unfinishedStatuses);
     if (unfinished == 0) {
         return {};

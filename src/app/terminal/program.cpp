@@ -99,7 +99,7 @@ public:
         display_.reporter->release();
         end_.status = session_->hasFailures() ? statusFailed : 0;
         session_.reset();
-        application_.stop();
+        end_.mustNotWait = !application_.stop();
         return end_;
     }
 

@@ -11,6 +11,8 @@ struct ProgramEnd {
     int status = 0;
     /// The signal that ended it. 0: none.
     int signal = 0;
+    /// Threads still wait for a disk that does not answer.
+    bool mustNotWait = false;
 };
 
 /// The whole of `orlop-terminal` inside a QCoreApplication. `arguments` without the program's

@@ -2,8 +2,8 @@
 
 #include <QFileInfo>
 
-#include "engine/lifecycle/transfer.h"
-#include "engine/presentation/status_text.h"
+#include "app/rows/status_text.h"
+#include "engine/context.h"
 #include "engine/record/status.h"
 #include "engine/record/user_settings.h"
 #include "engine/settings.h"
@@ -18,12 +18,12 @@ namespace {
 using namespace Qt::Literals::StringLiterals;
 using links::localized;
 
-ProgressRow progressRow(const engine::DQDownload& download) {
+ProgressRow progressRow(const StatusTexts& statusTexts, const engine::DQDownload& download) {
     ProgressRow row;
     row.name = download.displayName();
-    const engine::ProgressTexts texts = engine::progressTexts(download);
+    const StatusTexts::Progress texts = statusTexts.progress(download);
     if (texts.bytes.isEmpty()) {
-        row.note = download.downloadProgressDescription();
+        row.note = statusTexts.downloadProgressDescription(download);
         return row;
     }
     if (download.transfer().figures().isLengthKnown)
@@ -37,35 +37,36 @@ ProgressRow progressRow(const engine::DQDownload& download) {
 
 }  // namespace
 
-std::vector<ProgressRow> progressRows(const std::vector<engine::DownloadPtr>& downloads) {
+std::vector<ProgressRow> progressRows(const StatusTexts& texts,
+                                      const std::vector<engine::DownloadPtr>& downloads) {
     std::vector<ProgressRow> rows;
     rows.reserve(downloads.size());
     for (const engine::DownloadPtr& download : downloads)
-        rows.push_back(progressRow(*download));
+        rows.push_back(progressRow(texts, *download));
     return rows;
 }
 
-QString completionName(engine::DQDownload& download) {
-    const bool isPrivate = platform::standardDefaults().get(engine::settings::privateDownloading);
+QString completionName(const engine::DQDownload& download) {
+    const bool isPrivate = download.context().defaults.get(engine::settings::privateDownloading);
     const QString onDisk = QFileInfo(download.path()).fileName();
     return isPrivate || onDisk.isEmpty() ? download.displayName() : onDisk;
 }
 
-QString completionDetail(engine::DQDownload& download) {
+QString completionDetail(const engine::DQDownload& download) {
     const QString path = download.path();
     const QString size = links::fileSizeDescriptionWithBytesCount(
         static_cast<quint64>(platform::fileSize(path).value_or(0)));
-    if (platform::standardDefaults().get(engine::settings::privateDownloading))
+    if (download.context().defaults.get(engine::settings::privateDownloading))
         return size;
     const QString folder = platform::abbreviateWithTilde(QFileInfo(path).path());
     return links::filledFormat(localized("%@ in %@"), {size, folder});
 }
 
-QString failureDetail(engine::DQDownload& download) {
+QString failureDetail(const StatusTexts& texts, engine::DQDownload& download) {
     // The innermost error is the system's own word, such as that the disk is full.
     if (const auto& error = download.lastError())
         return error->underlying ? error->underlying->text : error->text;
-    const QString status = download.statusDescriptionWithLiveDetails(false);
+    const QString status = texts.statusDescriptionWithLiveDetails(download, false);
     const int code = download.userSettings().value(engine::keys::statusCode).toInt();
     // A status of success does not say by itself what was wrong.
     const bool wasEmpty = code == 0 || (code >= 200 && code <= 299);

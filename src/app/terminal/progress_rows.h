@@ -3,21 +3,22 @@
 #include <QString>
 #include <vector>
 
+#include "app/rows/status_text.h"
 #include "app/terminal/progress_layout.h"
-#include "engine/record/download.h"
+#include "engine/lifecycle/download.h"
 
 namespace app::terminal {
 
 /// How running downloads come along. Main thread.
 [[nodiscard]] std::vector<ProgressRow> progressRows(
-    const std::vector<engine::DownloadPtr>& downloads);
+    const StatusTexts& texts, const std::vector<engine::DownloadPtr>& downloads);
 
 /// What to say of a finished file behind its name: its size and its folder.
-[[nodiscard]] QString completionDetail(engine::DQDownload& download);
+[[nodiscard]] QString completionDetail(const engine::DQDownload& download);
 /// What a finished download's file is called where it lies, which may be another name than was
 /// announced.
-[[nodiscard]] QString completionName(engine::DQDownload& download);
+[[nodiscard]] QString completionName(const engine::DQDownload& download);
 /// Why a download failed.
-[[nodiscard]] QString failureDetail(engine::DQDownload& download);
+[[nodiscard]] QString failureDetail(const StatusTexts& texts, engine::DQDownload& download);
 
 }  // namespace app::terminal

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "app/main_controller.h"
+#include "app/rows/rows.h"
 #include "app/status/queue_status.h"
 #include "app/terminal/progress_rows.h"
 #include "engine/record/status.h"
@@ -94,7 +95,7 @@ void Session::tell(Event::Kind kind, engine::DQDownload& download) {
         event.name = completionName(download);
         event.detail = completionDetail(download);
     } else if (kind == Event::Kind::Failed)
-        event.detail = failureDetail(download);
+        event.detail = failureDetail(surroundings_.controller.rows().texts(), download);
     surroundings_.reporter.tell(event);
 }
 
@@ -122,8 +123,10 @@ void Session::resume() {
 }
 
 bool Session::draw() {
-    const ProgressSnapshot snapshot{progressRows(engine::DQDownload::downloadingDownloads()),
-                                    surroundings_.controller.queueStatus().text};
+    const ProgressSnapshot snapshot{
+        progressRows(surroundings_.controller.rows().texts(),
+                     surroundings_.controller.queue().admission().downloadingDownloads()),
+        surroundings_.controller.queueStatus().text};
     surroundings_.reporter.show(snapshot);
     return !snapshot.rows.empty();
 }

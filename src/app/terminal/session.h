@@ -7,7 +7,7 @@
 #include "app/terminal/refresh.h"
 #include "app/terminal/reporter.h"
 #include "app/terminal/run_ledger.h"
-#include "engine/record/download.h"
+#include "engine/lifecycle/download.h"
 
 namespace platform {
 class UserDefaults;

@@ -54,7 +54,7 @@ public:
         needsDisplay_();
     }
     void displayNow() override { needsDisplay_(); }
-    [[nodiscard]] std::shared_ptr<engine::VanishView> vanishView() override { return nullptr; }
+    [[nodiscard]] std::shared_ptr<VanishView> vanishView() override { return nullptr; }
 
 private:
     std::function<void()> needsDisplay_;

@@ -7,60 +7,57 @@ using namespace Qt::Literals::StringLiterals;
 namespace engine {
 namespace {
 
-platform::UserDefaults& defaults() {
-    return platform::standardDefaults();
-}
-
 QString listedName(const QString& host) {
     return host.isEmpty() ? u"?"_s : host;
 }
 
-void storeHosts(const platform::Setting<QStringList>& setting, const QStringList& hosts) {
+void storeHosts(platform::UserDefaults& defaults, const platform::Setting<QStringList>& setting,
+                const QStringList& hosts) {
     if (hosts.isEmpty())
-        defaults().removeObject(setting.name());
+        defaults.removeObject(setting.name());
     else
-        defaults().setObject(setting.name(), hosts);
+        defaults.setObject(setting.name(), hosts);
 }
 
 }  // namespace
 
-bool AccelerationSettings::accelerates() {
-    return defaults().get(settings::accelerationEnabled);
+bool AccelerationSettings::accelerates() const {
+    return defaults_.get(settings::accelerationEnabled);
 }
 
 void AccelerationSettings::setAccelerates(bool accelerates) {
-    defaults().set(settings::accelerationEnabled, accelerates);
+    defaults_.set(settings::accelerationEnabled, accelerates);
 }
 
-qint64 AccelerationSettings::accelerationFactor() {
-    return defaults().get(settings::accelerationChannels);
+qint64 AccelerationSettings::accelerationFactor() const {
+    return defaults_.get(settings::accelerationChannels);
 }
 
 void AccelerationSettings::setAccelerationFactor(qint64 factor) {
-    defaults().set(settings::accelerationChannels, factor);
+    defaults_.set(settings::accelerationChannels, factor);
 }
 
-qint64 AccelerationSettings::acceleratorFractionMinimumSize() {
-    return defaults().get(settings::accelerationMinimumFractionSize);
+qint64 AccelerationSettings::acceleratorFractionMinimumSize() const {
+    return defaults_.get(settings::accelerationMinimumFractionSize);
 }
 
-QStringList AccelerationSettings::accelerationHostWhitelist() {
-    return defaults().stringArrayForKey(settings::accelerationHostWhitelist.name());
+QStringList AccelerationSettings::accelerationHostWhitelist() const {
+    return defaults_.stringArrayForKey(settings::accelerationHostWhitelist.name());
 }
 
 void AccelerationSettings::setAccelerationHostWhitelist(const QStringList& hosts) {
-    storeHosts(settings::accelerationHostWhitelist, hosts);
+    storeHosts(defaults_, settings::accelerationHostWhitelist, hosts);
 }
 
-QStringList AccelerationSettings::accelerationHostBlacklist() {
-    return defaults().stringArrayForKey(settings::accelerationHostBlacklist.name());
+QStringList AccelerationSettings::accelerationHostBlacklist() const {
+    return defaults_.stringArrayForKey(settings::accelerationHostBlacklist.name());
 }
 
 void AccelerationSettings::setAccelerationHostBlacklist(const QStringList& hosts) {
-    storeHosts(settings::accelerationHostBlacklist, hosts);
+    storeHosts(defaults_, settings::accelerationHostBlacklist, hosts);
 }
 
-bool AccelerationSettings::acceleratesHost(const QString& queueRelevantHost) {
+bool AccelerationSettings::acceleratesHost(const QString& queueRelevantHost) const {
     const QString host = listedName(queueRelevantHost);
     return accelerates() ? !accelerationHostBlacklist().contains(host)
                          : accelerationHostWhitelist().contains(host);

@@ -4,11 +4,11 @@
 #include <algorithm>
 
 #include "engine/acceleration/acceleration_settings.h"
-#include "engine/lifecycle/resume_plan.h"
+#include "engine/context.h"
 #include "engine/paths/download_paths.h"
-#include "engine/record/download.h"
+#include "engine/record/download_record.h"
 #include "engine/record/known_file.h"
-#include "engine/record/user_settings.h"
+#include "engine/transfer/resume_plan.h"
 #include "platform/base/log.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -18,21 +18,25 @@ namespace {
 
 using Worker = Transfer::Worker;
 
+AccelerationSettings settingsOf(const Transfer& transfer) {
+    return AccelerationSettings(transfer.record().context().defaults);
+}
+
 bool servesRanges(const WorkerResponse& response) {
     return response.headers &&
            response.headers->value(u"Accept-Ranges"_s).value_or(QString()).toLower() == u"bytes";
 }
 
 /// Whether everything but the size speaks for a split.
-bool mayAccelerate(DQDownload& download, const WorkerResponse& response) {
+bool mayAccelerate(Transfer& transfer, const WorkerResponse& response) {
     constexpr qint64 wholeAnswer = 200;
-    Transfer& transfer = download.transfer();
     if (response.statusCode != wholeAnswer || transfer.hasFailedToAddAccelerationWorkers() ||
-        transfer.workers().size() != 1 || !download.accelerates())
+        transfer.workers().size() != 1 ||
+        !settingsOf(transfer).acceleratesHost(transfer.record().queueRelevantHost()))
         return false;
     if (servesRanges(response))
         return true;
-    download.userSettings().set(keys::rangesDisabled, true);
+    transfer.record().userSettings().set(keys::rangesDisabled, true);
     return false;
 }
 
@@ -50,21 +54,21 @@ Worker::Pointer makeFractionWorker(const Worker::Pointer& primary, const StoredF
 }
 
 /// False: nothing more is to be added.
-bool addFractionWorker(DQDownload& download, const Worker::Pointer& primary,
+bool addFractionWorker(Transfer& transfer, const Worker::Pointer& primary,
                        const StoredFraction& fraction, const platform::Url& url) {
     const Worker::Pointer worker = makeFractionWorker(primary, fraction);
     worker->request().url = url;
-    worker->request().rangeValidator = knownFile(download.userSettings()).rangeValidator();
+    worker->request().rangeValidator = knownFile(transfer.record().userSettings()).rangeValidator();
     // An empty file now, so that the parts and their files agree however early we are stopped.
     if (!worker->claimTargetPath() || !worker->start()) {
-        platform::log(u"%1 cannot start acceleration worker %2"_s.arg(download.description(),
-                                                                      worker->description()));
+        platform::log(u"%1 cannot start acceleration worker %2"_s.arg(
+            transfer.record().description(), worker->description()));
         return false;
     }
-    download.transfer().addWorker(worker);
+    transfer.addWorker(worker);
     platform::debugLog([&] {
         return u"%1 added acceleration worker %2 at offset %3"_s
-            .arg(download.description(), worker->description())
+            .arg(transfer.record().description(), worker->description())
             .arg(fraction.start);
     });
     return true;
@@ -72,39 +76,38 @@ bool addFractionWorker(DQDownload& download, const Worker::Pointer& primary,
 
 /// Nobody is going to join the others' files, and a resume must not take them for parts of the
 /// file.
-void goOnWithFirstWorker(DQDownload& download) {
-    download.transfer().dropWorkers(1);
-    download.userSettings().remove(keys::accelerationWorkers);
-    removeFragmentFiles(download.paths().intermediateDownloadTargetPath(false, false));
-    download.transfer().setShouldWriteMetadata();
+void goOnWithFirstWorker(Transfer& transfer) {
+    transfer.dropWorkers(1);
+    transfer.record().userSettings().remove(keys::accelerationWorkers);
+    removeFragmentFiles(transfer.paths().intermediateDownloadTargetPath());
+    transfer.setShouldWriteMetadata();
 }
 
 /// The first worker reads on into the part behind it if nobody has begun with that, which saves a
 /// connection where they are scarce.
-bool takeOverParkedPart(DQDownload& download) {
-    Transfer& transfer = download.transfer();
+bool takeOverParkedPart(Transfer& transfer) {
     const Worker::Pointer next = transfer.workers()[1];
     if (next->status() != DQDownloadWorkerStatusIdle)
         return false;
     transfer.removeWorker(*next);
     QFile::remove(next->targetPath());
     if (transfer.workers().size() < 2)
-        download.userSettings().remove(keys::accelerationWorkers);
+        transfer.record().userSettings().remove(keys::accelerationWorkers);
     transfer.setShouldWriteMetadata();
     return true;
 }
 
 }  // namespace
 
-void accelerateIfPossible(DQDownload& download, const Worker::Pointer& primary,
+void accelerateIfPossible(Transfer& transfer, const Worker::Pointer& primary,
                           const WorkerResponse& response) {
-    if (!mayAccelerate(download, response) || primary->expectedBytes() <= 0)
+    if (!mayAccelerate(transfer, response) || primary->expectedBytes() <= 0)
         return;
-    const qint64 minimumSize = AccelerationSettings::acceleratorFractionMinimumSize();
-    const qint64 channels = AccelerationSettings::accelerationFactor();
+    const qint64 minimumSize = settingsOf(transfer).acceleratorFractionMinimumSize();
+    const qint64 channels = settingsOf(transfer).accelerationFactor();
     if (splitIntoFractions(primary->expectedBytes(), minimumSize, channels, {}).empty())
         return;
-    const QString path = download.paths().intermediateDownloadTargetPath(true, true);
+    const QString path = transfer.paths().chooseIntermediateDownloadTargetPath();
     if (primary->targetPath().isEmpty())
         primary->setTargetPath(path);
     // What lies here under these names was left behind by a download that is gone.
@@ -113,15 +116,14 @@ void accelerateIfPossible(DQDownload& download, const Worker::Pointer& primary,
         return;
     for (const StoredFraction& fraction :
          splitIntoFractions(primary->expectedBytes(), minimumSize, channels, path)) {
-        if (!addFractionWorker(download, primary, fraction, response.url)) {
-            dropAcceleration(download);
+        if (!addFractionWorker(transfer, primary, fraction, response.url)) {
+            dropAcceleration(transfer);
             return;
         }
     }
 }
 
-bool addResumedWorkers(DQDownload& download, const ResumePlan& plan) {
-    Transfer& transfer = download.transfer();
+bool addResumedWorkers(Transfer& transfer, const ResumePlan& plan) {
     const Worker::Pointer primary = transfer.workers().front();
     for (std::size_t index = 0; index < plan.fractions.size(); ++index) {
         const StoredFraction& fraction = plan.fractions[index];
@@ -133,7 +135,7 @@ bool addResumedWorkers(DQDownload& download, const ResumePlan& plan) {
             worker->setResumeByteOffset(size);
             if (!worker->start()) {
                 platform::log(u"%1 cannot resume acceleration worker %2"_s.arg(
-                    download.description(), worker->description()));
+                    transfer.record().description(), worker->description()));
                 transfer.dropWorkers();
                 return false;
             }
@@ -141,7 +143,7 @@ bool addResumedWorkers(DQDownload& download, const ResumePlan& plan) {
         transfer.addWorker(worker);
         platform::debugLog([&] {
             return u"%1 resuming acceleration worker %2 at offset %3 + %4 = %5 (=> %6)"_s
-                .arg(download.description(), worker->description())
+                .arg(transfer.record().description(), worker->description())
                 .arg(fraction.start)
                 .arg(size)
                 .arg(fraction.start + size)
@@ -151,24 +153,13 @@ bool addResumedWorkers(DQDownload& download, const ResumePlan& plan) {
     return true;
 }
 
-void recordAccelerationWorkers(DQDownload& download) {
-    const Transfer::Workers& workers = download.transfer().workers();
-    if (workers.size() < 2)
-        return;
-    std::vector<StoredFraction> fractions;
-    for (auto worker = workers.begin() + 1; worker != workers.end(); ++worker)
-        fractions.push_back(
-            {(*worker)->targetPath(), (*worker)->fractionStartByte(), (*worker)->endByte()});
-    download.userSettings().set(keys::accelerationWorkers, archiveOfFractions(fractions));
-}
-
-void truncateFirstWorker(DQDownload& download, qint64 offset) {
-    const Worker::Pointer first = download.transfer().workers().front();
-    if (first->endByte() == 0 && takeOverParkedPart(download))
+void truncateFirstWorker(Transfer& transfer, qint64 offset) {
+    const Worker::Pointer first = transfer.workers().front();
+    if (first->endByte() == 0 && takeOverParkedPart(transfer))
         return;
     if (first->truncateAtOffset(offset)) {
         platform::debugLog([&] {
-            return u"%1 truncated first worker at offset %2"_s.arg(download.description())
+            return u"%1 truncated first worker at offset %2"_s.arg(transfer.record().description())
                 .arg(offset);
         });
         return;
@@ -176,12 +167,11 @@ void truncateFirstWorker(DQDownload& download, qint64 offset) {
     // One with an end of its own stops there anyway.
     if (first->endByte() > 0)
         return;
-    platform::log(u"%1 cannot truncate first worker"_s.arg(download.description()));
-    goOnWithFirstWorker(download);
+    platform::log(u"%1 cannot truncate first worker"_s.arg(transfer.record().description()));
+    goOnWithFirstWorker(transfer);
 }
 
-bool parkRefusedWorker(DQDownload& download, Worker& worker) {
-    Transfer& transfer = download.transfer();
+bool parkRefusedWorker(Transfer& transfer, Worker& worker) {
     const bool isAnotherRunning = std::any_of(
         transfer.workers().begin(), transfer.workers().end(), [&](const Worker::Pointer& other) {
             return other.get() != &worker && other->status() == DQDownloadWorkerStatusRunning;
@@ -196,23 +186,23 @@ bool parkRefusedWorker(DQDownload& download, Worker& worker) {
     transfer.replaceWorker(worker, waiting);
     platform::debugLog([&] {
         return u"%1 lets acceleration worker %2 wait for a free connection"_s.arg(
-            download.description(), waiting->description());
+            transfer.record().description(), waiting->description());
     });
     return true;
 }
 
-bool startParkedWorker(DQDownload& download) {
-    for (const Worker::Pointer& worker : download.transfer().workers()) {
+bool startParkedWorker(Transfer& transfer) {
+    for (const Worker::Pointer& worker : transfer.workers()) {
         if (worker->status() == DQDownloadWorkerStatusIdle)
             return worker->start();
     }
     return true;
 }
 
-void dropAcceleration(DQDownload& download) {
-    download.transfer().setHasFailedToAddAccelerationWorkers();
-    download.userSettings().set(keys::accelerationFailed, true);
-    goOnWithFirstWorker(download);
+void dropAcceleration(Transfer& transfer) {
+    transfer.setHasFailedToAddAccelerationWorkers();
+    transfer.record().userSettings().set(keys::accelerationFailed, true);
+    goOnWithFirstWorker(transfer);
 }
 
 }  // namespace engine

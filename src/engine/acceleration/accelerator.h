@@ -2,38 +2,34 @@
 
 #include <QtGlobal>
 
-#include "engine/lifecycle/transfer.h"
+#include "engine/transfer/transfer.h"
 
 namespace engine {
 
-class DQDownload;
 struct ResumePlan;
 
 /// Several workers for one download.
 
 /// After the head of a whole answer to the only worker: splits the file if host, server and size
 /// allow it.
-void accelerateIfPossible(DQDownload& download, const Transfer::Worker::Pointer& primary,
+void accelerateIfPossible(Transfer& transfer, const Transfer::Worker::Pointer& primary,
                           const WorkerResponse& response);
 
 /// Adds a worker for each part of the plan, behind the first one, which has been added and takes
 /// what stands before them. False: one could not be started, and all are gone.
-[[nodiscard]] bool addResumedWorkers(DQDownload& download, const ResumePlan& plan);
-
-/// Puts the parts of all workers but the first into the settings, if there are any.
-void recordAccelerationWorkers(DQDownload& download);
+[[nodiscard]] bool addResumedWorkers(Transfer& transfer, const ResumePlan& plan);
 
 /// The first worker has come to where the second one began: stops it there.
-void truncateFirstWorker(DQDownload& download, qint64 offset);
+void truncateFirstWorker(Transfer& transfer, qint64 offset);
 
 /// A worker could not begin with its part: it was answered with an error, or its connection failed.
 /// It waits until another worker has ended, since servers commonly serve only so many connections.
 /// False: no other worker is running.
-[[nodiscard]] bool parkRefusedWorker(DQDownload& download, Transfer::Worker& worker);
+[[nodiscard]] bool parkRefusedWorker(Transfer& transfer, Transfer::Worker& worker);
 /// Starts a worker that waits, now that another one has ended. False: it could not be started.
-[[nodiscard]] bool startParkedWorker(DQDownload& download);
+[[nodiscard]] bool startParkedWorker(Transfer& transfer);
 
 /// The server does not serve parts after all, or other ones: the first worker goes on alone.
-void dropAcceleration(DQDownload& download);
+void dropAcceleration(Transfer& transfer);
 
 }  // namespace engine

@@ -7,25 +7,24 @@
 #include <numeric>
 
 #include "engine/acceleration/accelerator.h"
-#include "engine/admission/download_manager.h"
-#include "engine/background.h"
+#include "engine/context.h"
 #include "engine/environment.h"
 #include "engine/finishing/whole_file.h"
-#include "engine/lifecycle/download_lifecycle.h"
-#include "engine/lifecycle/resume_plan.h"
-#include "engine/lifecycle/transfer.h"
 #include "engine/paths/download_paths.h"
-#include "engine/paths/file_access.h"
 #include "engine/paths/intermediate_files.h"
+#include "engine/paths/metadata_file.h"
 #include "engine/paths/support_folder.h"
-#include "engine/record/download.h"
+#include "engine/record/download_record.h"
 #include "engine/record/known_file.h"
-#include "engine/record/user_settings.h"
+#include "engine/transfer/resume_plan.h"
+#include "engine/transfer/transfer.h"
 #include "engine/workers/partial_file.h"
 #include "engine/workers/partial_file_marks.h"
 #include "links/paths/available_path.h"
 #include "platform/base/log.h"
+#include "platform/base/run_loop.h"
 #include "platform/files/descriptor.h"
+#include "platform/files/disks.h"
 #include "platform/files/files.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -44,9 +43,9 @@ qint64 bytesOf(const DQDownloadWorkerPrototype& worker) {
 
 /// The folder of partial data is emptied when the program quits with nothing left to do, and what
 /// is finished must not go with it. Answers where the file is now.
-QString movedOutOfPartialData(const QString& path) {
+QString movedOutOfPartialData(const QString& path, const Environment& environment) {
     const QString folder = QFileInfo(path).path();
-    if (folder != intermediateDownloadBasePath())
+    if (folder != intermediateDownloadBasePath(environment))
         return path;
     const QString target =
         links::availablePath(QFileInfo(folder).path() + u'/' + QFileInfo(path).fileName());
@@ -55,29 +54,50 @@ QString movedOutOfPartialData(const QString& path) {
 
 }  // namespace
 
+DownloadFinisher::DownloadFinisher(Transfer& transfer, FinishingDelegate& delegate)
+    : record_(transfer.record()),
+      paths_(transfer.paths()),
+      transfer_(transfer),
+      delegate_(delegate) {}
+
+void DownloadFinisher::runOnDisk(
+    const QString& path, std::function<void()> work,
+    void (DownloadFinisher::*completion)(const std::shared_ptr<Job>&)) {
+    const auto complete = [this, weak = record_.weak_from_this(), job = job_, completion] {
+        if (const auto kept = weak.lock())
+            (this->*completion)(job);
+    };
+    job_->disk = &record_.context().disks.holding(path);
+    job_->disk->run(std::move(work), complete);
+}
+
+void DownloadFinisher::interrupt(WorkerErrorCode code, const QString& text,
+                                 const platform::Error* underlying) {
+    delegate_.finishingDidFail(makeWorkerError(code, text, underlying));
+}
+
 void DownloadFinisher::workerDidFinish(DQDownloadWorkerPrototype& worker) {
-    Transfer& transfer = download_.transfer();
-    if (transfer.workers().size() >= 2 && transfer.isFirst(worker) && isWholeFile(worker)) {
+    if (transfer_.workers().size() >= 2 && transfer_.isFirst(worker) && isWholeFile(worker)) {
         platform::log(u"%1 first worker finished already; ditching acceleration workers"_s.arg(
-            download_.description()));
-        transfer.dropWorkers(1);
-        download_.userSettings().remove(keys::accelerationWorkers);
+            record_.description()));
+        transfer_.dropWorkers(1);
+        record_.userSettings().remove(keys::accelerationWorkers);
     }
-    if (!startParkedWorker(download_)) {
-        handleFailure(download_, worker,
-                      makeWorkerError(WorkerErrorCode::WrongPart,
-                                      u"%1 has no worker for a part that is left"_s.arg(
-                                          download_.description())));
+    if (!startParkedWorker(transfer_)) {
+        delegate_.partIsLeftWithoutWorker(
+            worker, makeWorkerError(
+                        WorkerErrorCode::WrongPart,
+                        u"%1 has no worker for a part that is left"_s.arg(record_.description())));
         return;
     }
-    if (!std::all_of(transfer.workers().begin(), transfer.workers().end(),
+    if (!std::all_of(transfer_.workers().begin(), transfer_.workers().end(),
                      [](const auto& other) { return other->isDone(); }))
         return;
-    const bool hasData = transfer.figures().total() > 0;
-    const QByteArray body = transfer.workers().front()->wholeBody();
+    const bool hasData = transfer_.figures().total() > 0;
+    const QByteArray body = transfer_.workers().front()->wholeBody();
     std::vector<FilePiece> pieces = body.isEmpty() ? piecesOfWorkers() : std::vector<FilePiece>();
-    transfer.freezeFigures();
-    transfer.dropWorkers();
+    transfer_.freezeFigures();
+    transfer_.dropWorkers();
     if (!body.isEmpty())
         place(body);
     else if (hasData)
@@ -89,12 +109,12 @@ void DownloadFinisher::workerDidFinish(DQDownloadWorkerPrototype& worker) {
 /// The first of several workers was to be cut off, but has read on to the end of the file.
 bool DownloadFinisher::isWholeFile(const DQDownloadWorkerPrototype& worker) const {
     return worker.status() == DQDownloadWorkerStatusFinished && worker.endByte() == 0 &&
-           bytesOf(worker) == knownFile(download_.userSettings()).length;
+           bytesOf(worker) == knownFile(record_.userSettings()).length;
 }
 
 std::vector<FilePiece> DownloadFinisher::piecesOfWorkers() const {
-    const Transfer::Workers& workers = download_.transfer().workers();
-    const QString primaryPath = download_.paths().intermediateDownloadTargetPath(false, false);
+    const Transfer::Workers& workers = transfer_.workers();
+    const QString primaryPath = paths_.intermediateDownloadTargetPath();
     const DQDownloadWorkerPrototype& first = *workers.front();
     if (first.resumesInSeparateFile() && first.resumeByteOffset() >= 1) {
         std::vector<FilePiece> pieces{{primaryPath, platform::fileSize(primaryPath).value_or(0)}};
@@ -109,7 +129,7 @@ std::vector<FilePiece> DownloadFinisher::piecesOfWorkers() const {
 }
 
 void DownloadFinisher::finishPartialData(const ResumePlan& plan) {
-    const QString primaryPath = download_.paths().intermediateDownloadTargetPath(false, false);
+    const QString primaryPath = paths_.intermediateDownloadTargetPath();
     std::vector<FilePiece> pieces{
         {primaryPath, plan.fractions.empty() ? plan.primarySize : plan.fractions.front().start}};
     for (const StoredFraction& fraction : plan.fractions)
@@ -118,7 +138,7 @@ void DownloadFinisher::finishPartialData(const ResumePlan& plan) {
 }
 
 void DownloadFinisher::adoptFinishedFile(const QString& path) {
-    download_.paths().discardPartialData();
+    paths_.discardPartialData();
     removePartialFileMarks(path);
     endWithFile(path);
 }
@@ -132,7 +152,7 @@ void DownloadFinisher::conclude(std::vector<FilePiece> pieces) {
 
 /// Whatever servers and workers say: what lies on the disk must add up to what was announced.
 bool DownloadFinisher::hasRightLength(const std::vector<FilePiece>& pieces) const {
-    const qint64 length = knownFile(download_.userSettings()).length;
+    const qint64 length = knownFile(record_.userSettings()).length;
     if (length > 0 && totalLength(pieces) != length)
         return false;
     return std::all_of(pieces.begin(), pieces.end(), [&](const FilePiece& piece) {
@@ -144,41 +164,37 @@ bool DownloadFinisher::hasRightLength(const std::vector<FilePiece>& pieces) cons
 /// Begins anew without acceleration if parts do not fit together. A single file is kept, as what a
 /// resume measures, unless it is too long to be resumed.
 void DownloadFinisher::handleWrongLength(const std::vector<FilePiece>& pieces) {
-    const qint64 length = knownFile(download_.userSettings()).length;
-    platform::log(u"%1 has parts of %2 bytes in place of %3"_s.arg(download_.description())
+    const qint64 length = knownFile(record_.userSettings()).length;
+    platform::log(u"%1 has parts of %2 bytes in place of %3"_s.arg(record_.description())
                       .arg(totalLength(pieces))
                       .arg(length));
-    download_.transfer().thawFigures();
+    transfer_.thawFigures();
     if (pieces.size() >= 2) {
-        download_.transfer().setHasFailedToAddAccelerationWorkers();
-        startOverAfterFailedResume(download_);
+        transfer_.setHasFailedToAddAccelerationWorkers();
+        delegate_.finishingFoundDamage();
         return;
     }
     if (platform::fileSize(pieces.front().path).value_or(0) > length) {
-        download_.userSettings().remove(keys::responseURL);
-        download_.paths().discardPartialData();
+        record_.userSettings().remove(keys::responseURL);
+        paths_.discardPartialData();
     }
-    interruptDownload(download_,
-                      makeWorkerError(WorkerErrorCode::WrongLength,
-                                      u"%1 does not have the length that was announced"_s.arg(
-                                          download_.description())));
+    interrupt(WorkerErrorCode::WrongLength,
+              u"%1 does not have the length that was announced"_s.arg(record_.description()));
 }
 
 void DownloadFinisher::beginJob() {
     job_ = std::make_shared<Job>();
-    job_->origin = originOf(download_);
-    job_->hasUserChosenPath = download_.userSettings().contains(keys::downloadFile);
+    job_->origin = originOf(record_);
+    job_->metadata = paths_.metadata();
+    job_->hasUserChosenPath = record_.userSettings().contains(keys::downloadFile);
 }
 
 void DownloadFinisher::place(const QByteArray& body) {
     beginJob();
     job_->body = body;
-    job_->target = download_.finalDownloadTargetPath();
-    runInBackground([job = job_] { job->placeBody(); },
-                    [weak = download_.weak_from_this(), job = job_] {
-                        if (const auto download = weak.lock())
-                            download->finisher().didPlace(job);
-                    });
+    job_->target = paths_.finalDownloadTargetPath();
+    runOnDisk(
+        job_->target, [job = job_] { job->placeBody(); }, &DownloadFinisher::didPlace);
 }
 
 void DownloadFinisher::Job::placeBody() {
@@ -191,14 +207,14 @@ void DownloadFinisher::Job::placeBody() {
 
 void DownloadFinisher::didPlace(const std::shared_ptr<Job>& job) {
     const bool isPlaced = job->wasMoveTried && !job->moveError;
-    if (download_.isBeingRemoved()) {
+    if (record_.isBeingRemoved()) {
         if (isPlaced)
             QFile::remove(job->target);
         endJob();
     } else if (isPlaced) {
         endJob();
         // Of an earlier attempt.
-        download_.paths().discardPartialData();
+        paths_.discardPartialData();
         endWithFile(job->target);
     } else if (job->isCancelled) {
         endCancelledJob();
@@ -211,8 +227,8 @@ void DownloadFinisher::didPlace(const std::shared_ptr<Job>& job) {
 /// times.
 void DownloadFinisher::concludeThroughPartialFile(const QByteArray& body) {
     job_.reset();
-    const QString path = download_.paths().intermediateDownloadTargetPath(true, true);
-    PartialFile file;
+    const QString path = paths_.chooseIntermediateDownloadTargetPath();
+    PartialFile file(record_.context().disks, record_.context().loop.clock());
     std::optional<platform::Error> error = file.open(path, 0);
     if (!error)
         error = file.write(body);
@@ -220,12 +236,9 @@ void DownloadFinisher::concludeThroughPartialFile(const QByteArray& body) {
         conclude({{path, body.size()}});
         return;
     }
-    download_.transfer().thawFigures();
-    interruptDownload(
-        download_,
-        makeWorkerError(WorkerErrorCode::CannotWrite,
-                        u"%1 cannot write to intermediate file"_s.arg(download_.description()),
-                        &*error));
+    transfer_.thawFigures();
+    interrupt(WorkerErrorCode::CannotWrite,
+              u"%1 cannot write to intermediate file"_s.arg(record_.description()), &*error);
 }
 
 void DownloadFinisher::assemble(std::vector<FilePiece> pieces) {
@@ -233,22 +246,20 @@ void DownloadFinisher::assemble(std::vector<FilePiece> pieces) {
     job_->pieces = std::move(pieces);
     const bool movesAtOnce = job_->pieces.size() == 1;
     // One file of a known length shows by itself that it is complete.
-    if (!movesAtOnce || knownFile(download_.userSettings()).length == 0)
+    if (!movesAtOnce || knownFile(record_.userSettings()).length == 0)
         markFinishing(job_->pieces.front().path);
     // Where to is decided as late as may be, for names, rules and folders change; but a file in one
     // piece is put together in no time, and a second way there and back would cost more than that.
     if (movesAtOnce)
-        job_->target = download_.finalDownloadTargetPath();
-    runInBackground(
+        job_->target = paths_.finalDownloadTargetPath();
+    runOnDisk(
+        job_->pieces.front().path,
         [job = job_, movesAtOnce] {
             job->assemble();
             if (movesAtOnce && !job->assembly.isCancelled && !job->assembly.error)
                 job->moveToTarget();
         },
-        [weak = download_.weak_from_this(), job = job_] {
-            if (const auto download = weak.lock())
-                download->finisher().didAssemble(job);
-        });
+        &DownloadFinisher::didAssemble);
 }
 
 void DownloadFinisher::didAssemble(const std::shared_ptr<Job>& job) {
@@ -258,19 +269,22 @@ void DownloadFinisher::didAssemble(const std::shared_ptr<Job>& job) {
         endCancelledJob();
     } else if (job->assembly.error) {
         endJob();
-        interruptDownload(download_, *job->assembly.error);
+        delegate_.finishingDidFail(*job->assembly.error);
     } else {
         move(job);
     }
 }
 
 void DownloadFinisher::move(const std::shared_ptr<Job>& job) {
-    job->target = download_.finalDownloadTargetPath();
-    runInBackground([job] { job->moveToTarget(); },
-                    [weak = download_.weak_from_this(), job] {
-                        if (const auto download = weak.lock())
-                            download->finisher().didMove(job);
-                    });
+    job->target = paths_.finalDownloadTargetPath();
+    runOnDisk(
+        job->pieces.front().path, [job] { job->moveToTarget(); }, &DownloadFinisher::didMove);
+}
+
+/// What is still being written about the parts must not get in the way of their going.
+void DownloadFinisher::Job::assemble() {
+    metadata->settle();
+    assembly = assembleFile(pieces, isCancelled, *disk);
 }
 
 void DownloadFinisher::Job::moveToTarget() {
@@ -294,7 +308,7 @@ void DownloadFinisher::didMove(const std::shared_ptr<Job>& job) {
     constexpr int mostAttempts = 8;
     const QString& source = job->pieces.front().path;
     const std::optional<platform::Error>& error = job->moveError;
-    if (download_.isBeingRemoved()) {
+    if (record_.isBeingRemoved()) {
         QFile::remove(error ? source : job->target);
         endJob();
         return;
@@ -307,13 +321,13 @@ void DownloadFinisher::didMove(const std::shared_ptr<Job>& job) {
     }
     endJob();
     if (error) {
-        platform::log(u"cannot move downloaded %1 to <%2> (%3)"_s.arg(download_.description(),
+        platform::log(u"cannot move downloaded %1 to <%2> (%3)"_s.arg(record_.description(),
                                                                       job->target, error->text));
-        environment().beep();
-        endWithFile(movedOutOfPartialData(source));
+        record_.context().environment.beep();
+        endWithFile(movedOutOfPartialData(source, record_.context().environment));
         return;
     }
-    download_.paths().setIntermediateDownloadTargetPath({});
+    paths_.setIntermediateDownloadTargetPath({});
     endWithFile(job->target);
 }
 
@@ -325,41 +339,27 @@ void DownloadFinisher::cancel() {
 
 void DownloadFinisher::endJob() {
     job_.reset();
-    download_.transfer().thawFigures();
+    transfer_.thawFigures();
 }
 
 void DownloadFinisher::endCancelledJob() {
     endJob();
-    if (std::exchange(startsWhenIdle_, false) && download_.status() == DQDownloadStatusDownloading)
-        download_.startDownload();
+    delegate_.finishingWasCancelled(std::exchange(startsWhenIdle_, false));
 }
 
 void DownloadFinisher::endWithoutData() {
-    download_.transfer().thawFigures();
+    transfer_.thawFigures();
     platform::debugLog([&] {
         return u"%1 finished with no data (status code: %2)"_s.arg(
-            download_.description(), download_.userSettings().string(keys::statusCode));
+            record_.description(), record_.userSettings().string(keys::statusCode));
     });
-    download_.paths().discardPartialData();
-    download_.transfer().setIsGettingDownloadPageSource(false);
-    download_.setStatus(DQDownloadStatusAborted);
-    close();
+    paths_.discardPartialData();
+    delegate_.didFinishWithoutData();
 }
 
 void DownloadFinisher::endWithFile(const QString& path) {
-    download_.setURL(platform::Url::fromFilePath(path));
-    if (const QByteArray bookmark = platform::fileBookmark(path); !bookmark.isEmpty())
-        download_.userSettings().set(keys::alias, bookmark);
-    download_.setStatus(DQDownloadStatusDone);
-    openByRule(download_, path);
-    close();
-}
-
-void DownloadFinisher::close() {
-    mainController().updateDownload(download_);
-    environment().addToHistory(download_);
-    DQDownload::startEligibleQueuedDownloadsWithTimer();
-    endFileAccess();
+    delegate_.didFinishWithFile(path);
+    openByRule(record_, path);
 }
 
 }  // namespace engine

@@ -3,18 +3,48 @@
 #include <QByteArray>
 #include <QString>
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
 
 #include "engine/finishing/file_assembly.h"
 #include "engine/finishing/finished_file.h"
+#include "engine/workers/download_worker_prototype.h"
+#include "platform/base/error.h"
+
+namespace platform {
+class Disk;
+}
 
 namespace engine {
 
-class DQDownload;
+class DownloadPaths;
+class MetadataFile;
+class DownloadRecord;
 class DQDownloadWorkerPrototype;
+class Transfer;
 struct ResumePlan;
+
+/// Told what the end of a transfer leads to. Main thread.
+class FinishingDelegate {
+public:
+    /// The whole file lies there now.
+    virtual void didFinishWithFile(const QString& path) = 0;
+    virtual void didFinishWithoutData() = 0;
+    /// What has come stays and can be gone on with.
+    virtual void finishingDidFail(const platform::Error& error) = 0;
+    /// What has come does not fit together.
+    virtual void finishingFoundDamage() = 0;
+    /// `cancel` has taken effect. `startsAgain`: somebody waits for that.
+    virtual void finishingWasCancelled(bool startsAgain) = 0;
+    /// A worker is done, but a part is left that no other one could be started for.
+    virtual void partIsLeftWithoutWorker(DQDownloadWorkerPrototype& worker,
+                                         const platform::Error& error) = 0;
+
+protected:
+    ~FinishingDelegate() = default;
+};
 
 /// Takes a download whose workers are done to its end.
 ///
@@ -23,7 +53,7 @@ struct ResumePlan;
 /// the download still downloading; all else on the main thread.
 class DownloadFinisher {
 public:
-    explicit DownloadFinisher(DQDownload& download) : download_(download) {}
+    DownloadFinisher(Transfer& transfer, FinishingDelegate& delegate);
     ~DownloadFinisher() { cancel(); }
 
     void workerDidFinish(DQDownloadWorkerPrototype& worker);
@@ -43,6 +73,8 @@ private:
         std::vector<FilePiece> pieces;
         QByteArray body;  ///< In place of pieces: the whole file, which lies in no file yet.
         FileOrigin origin;
+        std::shared_ptr<MetadataFile> metadata;
+        platform::Disk* disk = nullptr;  ///< That of the pieces.
         bool hasUserChosenPath = false;
         int attempts = 0;
         std::atomic<bool> isCancelled = false;
@@ -53,7 +85,7 @@ private:
         QString target;
         std::optional<platform::Error> moveError;
 
-        void assemble() { assembly = assembleFile(pieces, isCancelled); }
+        void assemble();
         void moveToTarget();
         void placeBody();
     };
@@ -75,9 +107,16 @@ private:
     void endCancelledJob();
     void endWithoutData();
     void endWithFile(const QString& path);
-    void close();
+    void interrupt(WorkerErrorCode code, const QString& text,
+                   const platform::Error* underlying = nullptr);
+    /// On the disk that holds `path`; `completion` only if the download still exists then.
+    void runOnDisk(const QString& path, std::function<void()> work,
+                   void (DownloadFinisher::*completion)(const std::shared_ptr<Job>&));
 
-    DQDownload& download_;
+    DownloadRecord& record_;
+    DownloadPaths& paths_;
+    Transfer& transfer_;
+    FinishingDelegate& delegate_;
     std::shared_ptr<Job> job_;
     bool startsWhenIdle_ = false;
 };

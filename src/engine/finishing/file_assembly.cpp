@@ -10,9 +10,9 @@
 #include <memory>
 #include <utility>
 
-#include "engine/background.h"
 #include "platform/base/log.h"
 #include "platform/files/descriptor.h"
+#include "platform/files/disks.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -80,17 +80,17 @@ AssemblyResult append(const FilePiece& piece, const Descriptor& source, const De
 }
 
 /// Its name at once; its space, which takes a while for a large one, when `source` is closed.
-void removePiece(const QString& path, Descriptor source) {
+void removePiece(const QString& path, Descriptor source, platform::Disk& disk) {
     if (unlink(QFile::encodeName(path).constData()) != 0)
         platform::log(
             u"cannot remove partial file: %1 (%2)"_s.arg(path, platform::posixError(errno).text));
-    runInBackground([kept = std::make_shared<Descriptor>(std::move(source))] { kept->close(); });
+    disk.run([kept = std::make_shared<Descriptor>(std::move(source))] { kept->close(); });
 }
 
 }  // namespace
 
 AssemblyResult assembleFile(const std::vector<FilePiece>& pieces,
-                            const std::atomic<bool>& isCancelled) {
+                            const std::atomic<bool>& isCancelled, platform::Disk& disk) {
     const FilePiece& first = pieces.front();
     const auto cannotAppend = [&](int errorNumber) {
         return AssemblyResult{
@@ -110,7 +110,7 @@ AssemblyResult assembleFile(const std::vector<FilePiece>& pieces,
             return result;
         if (fdatasync(target.get()) != 0)
             return cannotAppend(errno);
-        removePiece(piece->path, std::move(source));
+        removePiece(piece->path, std::move(source), disk);
         offset += piece->length;
     }
     return {isCancelled, std::nullopt};

@@ -8,17 +8,18 @@
 #include <QVariant>
 #include <array>
 
-#include "engine/admission/download_manager.h"
+#include "engine/context.h"
 #include "engine/environment.h"
 #include "engine/paths/download_folder.h"
-#include "engine/record/download.h"
-#include "engine/record/download_dates.h"
+#include "engine/record/download_record.h"
 #include "engine/record/known_file.h"
-#include "engine/record/user_settings.h"
+#include "engine/rules.h"
 #include "engine/settings.h"
 #include "links/paths/file_attributes.h"
 #include "links/paths/path_components.h"
+#include "links/settings.h"
 #include "platform/base/log.h"
+#include "platform/base/user_defaults.h"
 #include "platform/files/descriptor.h"
 #include "platform/files/files.h"
 
@@ -43,9 +44,11 @@ bool FileOrigin::isKnownTo(const QString& path) const {
     return sources.isEmpty() || links::isFromURLString(path, sources.front());
 }
 
-FileOrigin originOf(const DQDownload& download) {
+FileOrigin originOf(const DownloadRecord& download) {
     FileOrigin origin;
-    if (platform::standardDefaults().get(settings::lastModifiedHeaderAdoption) > 0)
+    origin.sourcesAreComment =
+        download.context().defaults.get(links::settings::storeSourceURLInSpotlightComment);
+    if (download.context().defaults.get(settings::lastModifiedHeaderAdoption) > 0)
         origin.modificationDate = download.dates().lastModifiedOnServerDate();
     const QString response = download.userSettings().string(keys::responseURL);
     const QString original = download.userSettings().string(keys::originalURL);
@@ -61,17 +64,17 @@ void writeOrigin(const FileOrigin& origin, const QString& path) {
         utimensat(AT_FDCWD, QFile::encodeName(path).constData(),
                   timesFor(*origin.modificationDate).data(), AT_SYMLINK_NOFOLLOW) != 0)
         platform::log(u"cannot set modification date for <%1>"_s.arg(path));
-    links::setSourceURLStrings(path, origin.sources);
+    links::setSourceURLStrings(path, origin.sources, origin.sourcesAreComment);
 }
 
 void writeOrigin(const FileOrigin& origin, const platform::Descriptor& file, const QString& path) {
     if (origin.modificationDate &&
         futimens(file.get(), timesFor(*origin.modificationDate).data()) != 0)
         platform::log(u"cannot set modification date for <%1>"_s.arg(path));
-    links::setSourceURLStrings(file, origin.sources);
+    links::setSourceURLStrings(file, origin.sources, origin.sourcesAreComment);
 }
 
-QString finishedFileOf(const DQDownload& download) {
+QString finishedFileOf(const DownloadRecord& download) {
     const UserSettings& settings = download.userSettings();
     const qint64 length = knownFile(settings).length;
     const QString chosen = platform::expandTilde(settings.string(keys::downloadFile));
@@ -91,12 +94,12 @@ QString finishedFileOf(const DQDownload& download) {
     return {};
 }
 
-void openByRule(const DQDownload& download, const QString& path) {
-    const QVariantList rules = mainController().specialCases();
+void openByRule(const DownloadRecord& download, const QString& path) {
+    const QVariantList rules = download.context().rules.specialCases();
     for (const QVariant& element : rules) {
         const QVariantMap rule = element.toMap();
-        if (download.matchesSpecialCase(rule) &&
-            environment().openWithApplication(path, rule.value(u"Application"_s).toString()))
+        if (download.matchesSpecialCase(rule) && download.context().environment.openWithApplication(
+                                                     path, rule.value(u"Application"_s).toString()))
             return;
     }
 }

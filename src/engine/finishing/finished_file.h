@@ -10,7 +10,7 @@ class Descriptor;
 
 namespace engine {
 
-class DQDownload;
+class DownloadRecord;
 
 /// What is done with a finished file at its final path.
 
@@ -18,20 +18,21 @@ class DQDownload;
 struct FileOrigin {
     std::optional<QDateTime> modificationDate;  ///< The server's. Nothing: it stays as it is.
     QStringList sources;                        ///< Addresses, the last of redirects first.
+    bool sourcesAreComment = false;             ///< They are its comment too.
 
     /// Not every file system keeps it when it is given a file of another one.
     [[nodiscard]] bool isKnownTo(const QString& path) const;
 };
-[[nodiscard]] FileOrigin originOf(const DQDownload& download);
+[[nodiscard]] FileOrigin originOf(const DownloadRecord& download);
 void writeOrigin(const FileOrigin& origin, const QString& path);
 /// To a file that is going to be at `path`.
 void writeOrigin(const FileOrigin& origin, const platform::Descriptor& file, const QString& path);
 
 /// The file of a download whose partial data is gone because the program was stopped between moving
 /// the file to its final path and saving that. Empty: there is none, or it cannot be told.
-[[nodiscard]] QString finishedFileOf(const DQDownload& download);
+[[nodiscard]] QString finishedFileOf(const DownloadRecord& download);
 
 /// Hands it to the application of the first matching rule whose application takes it.
-void openByRule(const DQDownload& download, const QString& path);
+void openByRule(const DownloadRecord& download, const QString& path);
 
 }  // namespace engine

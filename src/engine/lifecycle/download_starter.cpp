@@ -3,16 +3,14 @@
 #include <utility>
 
 #include "engine/acceleration/accelerator.h"
-#include "engine/admission/download_manager.h"
+#include "engine/context.h"
 #include "engine/environment.h"
 #include "engine/finishing/download_finisher.h"
 #include "engine/finishing/finished_file.h"
-#include "engine/lifecycle/download_lifecycle.h"
-#include "engine/lifecycle/resume_plan.h"
+#include "engine/lifecycle/download.h"
 #include "engine/paths/download_paths.h"
-#include "engine/record/download.h"
 #include "engine/record/known_file.h"
-#include "engine/record/user_settings.h"
+#include "engine/transfer/resume_plan.h"
 #include "engine/workers/partial_file_marks.h"
 #include "links/paths/sandbox.h"
 #include "platform/base/log.h"
@@ -37,11 +35,12 @@ void discardData(DQDownload& download) {
 PartialData lookForPartialData(DQDownload& download) {
     if (!download.userSettings().contains(keys::responseURL))
         return PartialData::Absent;
-    const QString path = download.paths().intermediateDownloadTargetPath(false, true);
+    download.paths().confirmAccessToPartialData();
+    const QString path = download.paths().intermediateDownloadTargetPath();
     if (!path.isEmpty() && platform::pathExists(path))
         return PartialData::Present;
     if (!path.isEmpty() && !platform::pathExists(platform::volumePath(path))) {
-        environment().prepareMissingVolumeAlert(download);
+        download.host().volumeIsMissing(download);
         download.pause();
         return PartialData::VolumeAway;
     }
@@ -59,7 +58,7 @@ PartialData lookForPartialData(DQDownload& download) {
 
 ResumePlan planForPartialData(DQDownload& download) {
     UserSettings& settings = download.userSettings();
-    const QString path = download.paths().intermediateDownloadTargetPath(false, false);
+    const QString path = download.paths().intermediateDownloadTargetPath();
     dropUnsyncedTail(path);
     for (const QString& fragment : fragmentPathsForIntermediateDownloadTargetPath(path))
         dropUnsyncedTail(fragment);
@@ -108,14 +107,14 @@ void applyRequestSettings(const DQDownload& download, WorkerRequest& request) {
 
 Worker::Pointer makePrimaryWorker(DQDownload& download, const platform::Url& url,
                                   const ResumePlan& plan) {
-    Worker::Pointer worker = Worker::downloadWorkerForURL(url);
+    Worker::Pointer worker = Worker::downloadWorkerForURL(download.context(), url);
     if (!worker)
         return nullptr;
     worker->setDelegate(&download);
     applyRequestSettings(download, worker->request());
     if (plan.kind == ResumePlan::Kind::Nothing)
         return worker;
-    worker->setTargetPath(download.paths().intermediateDownloadTargetPath(false, false));
+    worker->setTargetPath(download.paths().intermediateDownloadTargetPath());
     worker->request().rangeValidator = knownFile(download.userSettings()).rangeValidator();
     if (plan.kind == ResumePlan::Kind::Single) {
         worker->setResumeByteOffset(plan.size);
@@ -131,31 +130,30 @@ Worker::Pointer makePrimaryWorker(DQDownload& download, const platform::Url& url
 }
 
 void startWorkers(DQDownload& download, const platform::Url& url, const ResumePlan& plan) {
-    if (links::isSandboxed() &&
-        download.paths().intermediateDownloadTargetPath(true, true).isEmpty()) {
+    if (links::isSandboxed() && download.paths().chooseIntermediateDownloadTargetPath().isEmpty()) {
         download.pause();
         return;
     }
     const Worker::Pointer worker = makePrimaryWorker(download, url, plan);
     if (!worker || (!worker->isDone() && !worker->start()))
-        return abortDownload(download);
+        return download.abort();
     Transfer& transfer = download.transfer();
     transfer.startSpeedMeter();
     transfer.addWorker(worker);
-    if (plan.kind == ResumePlan::Kind::Accelerated && !addResumedWorkers(download, plan))
-        return abortDownload(download);
-    mainController().updateDownload(download);
+    if (plan.kind == ResumePlan::Kind::Accelerated && !addResumedWorkers(download.transfer(), plan))
+        return download.abort();
+    download.host().downloadDidChange(download);
 }
 
 /// What a page gave without the pages that led to it, which would lead here again for ever, and at
 /// the end of a long chain without further pages.
 std::vector<platform::Url> linksOffChain(const std::vector<platform::Url>& found,
-                                         const QStringList& chain) {
+                                         const QStringList& chain, const Context& context) {
     constexpr qsizetype longestChain = 8;
     const auto leadsBack = [&](const platform::Url& link) {
         return chain.contains(link.forTransfer().absoluteString());
     };
-    const auto& reader = environment().pageReader;
+    const auto& reader = context.environment.pageReader;
     std::vector<platform::Url> kept;
     for (const platform::Url& link : found) {
         const bool isTooDeep =
@@ -174,11 +172,11 @@ void adoptPage(DQDownload& download, const platform::Url& page,
         download.userSettings().value(keys::downloadPageChain).toStringList() +
         QStringList(page.forTransfer().absoluteString());
     const std::vector<platform::Url> urls =
-        found.urls.size() > 1 ? linksOffChain(found.urls, chain) : found.urls;
+        found.urls.size() > 1 ? linksOffChain(found.urls, chain, download.context()) : found.urls;
     if (!found.title.isEmpty())
         download.userSettings().set(keys::downloadPageTitle, found.title);
     if (urls.size() > 1) {
-        mainController().openURLsOfPage(urls, chain);
+        download.host().openURLsOfPage(urls, chain);
         download.remove();
         return;
     }
@@ -187,9 +185,9 @@ void adoptPage(DQDownload& download, const platform::Url& page,
 }
 
 void readPage(DQDownload& download, const platform::Url& page) {
-    download.transfer().setIsGettingDownloadPageSource(true);
-    mainController().updateDownload(download);
-    environment().pageReader->URLsFromDownloadPageWithTitle(
+    download.setIsGettingDownloadPageSource(true);
+    download.host().downloadDidChange(download);
+    download.context().environment.pageReader->URLsFromDownloadPageWithTitle(
         page, [weak = download.weak_from_this(), page](const links::ExtractedLinks& found) {
             const auto kept = weak.lock();
             if (kept && !kept->isBeingRemoved())
@@ -200,34 +198,26 @@ void readPage(DQDownload& download, const platform::Url& page) {
 bool isDownloadPage(const DQDownload& download, const platform::Url& url) {
     if (url == download.URL())
         return download.isDownloadPageURL();
-    const auto& reader = environment().pageReader;
+    const auto& reader = download.context().environment.pageReader;
     return reader && reader->isDownloadPageURL(url);
 }
 
 /// Whether a page's answer is still wanted.
 bool acceptExtractedURL(DQDownload& download, const std::optional<platform::Url>& url) {
     const QString wanted = url ? url->absoluteString() : QString();
-    if (!download.transfer().isGettingDownloadPageSource()) {
+    if (!download.isGettingDownloadPageSource()) {
         platform::debugLog([&] {
             return u"%1 is not interested in extracted download page URL: %2"_s.arg(
                 download.description(), wanted);
         });
         return false;
     }
-    download.transfer().setIsGettingDownloadPageSource(false);
+    download.setIsGettingDownloadPageSource(false);
     if (!url && !platform::isDebugLogEnabled())
         platform::log(
             u"%1 cannot extract download page URL (enable debug logging for details)"_s.arg(
                 download.description()));
     return true;
-}
-
-void setDownloading(DQDownload& download) {
-    cancelArrangedResume(download);
-    download.setLastError(std::nullopt);
-    download.setStatus(DQDownloadStatusDownloading);
-    if (!download.userSettings().contains(keys::originalURL))
-        download.userSettings().set(keys::originalURL, download.URLString());
 }
 
 /// Goes on with partial data, or gives it up. False: there was nothing to go on with.
@@ -271,7 +261,7 @@ void startDownload(DQDownload& download, const std::optional<platform::Url>& url
     if (extractedFromDownloadPage && !acceptExtractedURL(download, url))
         return;
     if (download.finisher().isBusy()) {
-        setDownloading(download);
+        download.becomeDownloading();
         download.finisher().startWhenIdle();
         return;
     }
@@ -283,10 +273,10 @@ void startDownload(DQDownload& download, const std::optional<platform::Url>& url
             [&] { return u"%1 already has active workers"_s.arg(download.description()); });
         return;
     }
-    setDownloading(download);
+    download.becomeDownloading();
     const platform::Url start = url.value_or(download.URL());
     if (start.isEmpty())
-        return abortDownload(download);
+        return download.abort();
     if (data == PartialData::Present && resume(download, start))
         return;
     if (!extractedFromDownloadPage && isDownloadPage(download, start))

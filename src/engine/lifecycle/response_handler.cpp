@@ -1,13 +1,12 @@
 #include "engine/lifecycle/response_handler.h"
 
 #include "engine/acceleration/accelerator.h"
-#include "engine/lifecycle/download_lifecycle.h"
+#include "engine/context.h"
+#include "engine/lifecycle/download.h"
+#include "engine/lifecycle/failure_handler.h"
 #include "engine/paths/download_paths.h"
-#include "engine/record/download.h"
-#include "engine/record/download_dates.h"
-#include "engine/record/download_identity.h"
 #include "engine/record/known_file.h"
-#include "engine/record/user_settings.h"
+#include "engine/workers/range_answer.h"
 #include "http/http_request.h"
 #include "links/format/byte_counts.h"
 #include "links/repair/percent_escapes.h"
@@ -58,7 +57,7 @@ void goOnWithPart(DQDownload& download, const Worker& worker, const WorkerRespon
         // After a restart of the program nobody else remembers it.
         if (!download.dates().lastModifiedOnServerDate())
             adoptLastModifiedDate(download, response);
-        download.dates().invalidateDownloadDate(true);
+        download.dates().noteAnswer();
         platform::debugLog([&] {
             return u"%1 resuming from %2 (worker: %3)"_s.arg(
                 download.description(),
@@ -89,7 +88,7 @@ void giveUpPartialData(DQDownload& download, Worker& worker) {
 
 /// One of several workers has been answered with an error.
 void waitForFreeConnection(DQDownload& download, Worker& worker, const WorkerResponse& response) {
-    if (parkRefusedWorker(download, worker))
+    if (parkRefusedWorker(download.transfer(), worker))
         return;
     handleFailure(
         download, worker,
@@ -104,20 +103,20 @@ void goOnWithoutAcceleration(DQDownload& download) {
     const Worker& first = *download.transfer().workers().front();
     if (first.endByte() > 0) {
         // Other workers go on with what may be another version of the file.
-        startOverAfterFailedResume(download);
+        download.startOverAfterFailedResume();
         return;
     }
     const bool isFirstDone = first.isDone();
-    dropAcceleration(download);
+    dropAcceleration(download.transfer());
     if (isFirstDone)
-        goOnAlone(download);
+        download.goOnAlone();
 }
 
 void adoptSuggestedName(DQDownload& download, const QString& suggestedFilename) {
     if (suggestedFilename.isEmpty())
         return;
     const QString name = links::stringByReplacingEscapesOfName(
-        suggestedFilename, links::plusSignsInNames(platform::standardDefaults()));
+        suggestedFilename, links::plusSignsInNames(download.context().defaults));
     if (name != download.name())
         download.setName(name);
 }
@@ -135,9 +134,9 @@ void handleWholeAnswer(DQDownload& download, Worker& worker, const WorkerRespons
         rememberFile(download.userSettings(), response, worker.expectedBytes());
     download.userSettings().remove(keys::accelerationWorkers);
     adoptLastModifiedDate(download, response);
-    download.dates().invalidateDownloadDate(true);
+    download.dates().noteAnswer();
     adoptSuggestedName(download, response.suggestedFilename);
-    accelerateIfPossible(download, worker.shared_from_this(), response);
+    accelerateIfPossible(download.transfer(), worker.shared_from_this(), response);
 }
 
 }  // namespace
@@ -165,7 +164,7 @@ void handleResponse(DQDownload& download, Worker& worker, const WorkerResponse& 
     } else if (!isFirst) {
         goOnWithoutAcceleration(download);
     } else if (answer == RangeAnswer::Contradicted) {
-        startOverAfterFailedResume(download);
+        download.startOverAfterFailedResume();
     } else {
         giveUpPartialData(download, worker);
         handleWholeAnswer(download, worker, response);

@@ -2,10 +2,9 @@
 
 #include <QVariant>
 
-#include "engine/admission/download_manager.h"
-#include "engine/now.h"
-#include "engine/record/download.h"
-#include "engine/record/user_settings.h"
+#include "engine/context.h"
+#include "engine/record/download_record.h"
+#include "engine/rules.h"
 #include "engine/settings.h"
 #include "links/format/dates.h"
 #include "links/names/file_names.h"
@@ -19,10 +18,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace engine {
 namespace {
 
-platform::UserDefaults& defaults() {
-    return platform::standardDefaults();
-}
-
 /// A folder chosen for one download counts only if it is another than the general one, so that
 /// choosing the general one beats no rule and gets its subfolder.
 bool isRelevantDownloadBasePath(const QString& path, const QString& generalPath) {
@@ -30,7 +25,7 @@ bool isRelevantDownloadBasePath(const QString& path, const QString& generalPath)
            links::checkFolderPathAndCreateIfNecessary(path);
 }
 
-QString chosenFolder(const DQDownload& download, const QString& generalPath) {
+QString chosenFolder(const DownloadRecord& download, const QString& generalPath) {
     const UserSettings& settings = download.userSettings();
     const QString fileFolder = links::stringByDeletingLastPathComponent(
         platform::expandTilde(settings.string(keys::downloadFile)));
@@ -42,8 +37,8 @@ QString chosenFolder(const DQDownload& download, const QString& generalPath) {
 
 }  // namespace
 
-QString downloadBasePath(const DQDownload& download) {
-    const QString general = platform::expandTilde(defaults().folderPathForKey(
+QString downloadBasePath(const DownloadRecord& download) {
+    const QString general = platform::expandTilde(download.context().defaults.folderPathForKey(
         settings::downloadsFolder.name(), platform::downloadsUserFolder()));
     if (const QString chosen = chosenFolder(download, general); !chosen.isEmpty())
         return chosen;
@@ -57,8 +52,8 @@ QString downloadBasePath(const DQDownload& download) {
     return downloadPathWithSubfolder(folder, settings::subdivisionFormatDefault, download);
 }
 
-QString specialCaseDownloadBasePath(const DQDownload& download) {
-    for (const QVariant& element : mainController().specialCases()) {
+QString specialCaseDownloadBasePath(const DownloadRecord& download) {
+    for (const QVariant& element : download.context().rules.specialCases()) {
         const QVariantMap rule = element.toMap();
         if (!download.matchesSpecialCase(rule))
             continue;
@@ -70,13 +65,15 @@ QString specialCaseDownloadBasePath(const DQDownload& download) {
 }
 
 QString downloadPathWithSubfolder(const QString& path, const platform::Setting<QString>& format,
-                                  const DQDownload& download) {
-    const QString dateFormat = defaults().get(format);
+                                  const DownloadRecord& download) {
+    const Context& context = download.context();
+    const QString dateFormat = context.defaults.get(format);
     if (path.isEmpty() || dateFormat.isEmpty())
         return path;
     constexpr qint64 byDateOfDownload = 1;
-    const QDateTime date =
-        defaults().get(settings::subdivisionDate) == byDateOfDownload ? download.date() : wallNow();
+    const QDateTime date = context.defaults.get(settings::subdivisionDate) == byDateOfDownload
+                               ? download.date()
+                               : context.wallNow();
     const QString name = links::cleanPathByReplacingDashesWithString(
         links::dateStringWithFormat(date.toLocalTime(), dateFormat), std::nullopt);
     if (name.isEmpty())

@@ -4,20 +4,23 @@
 #include <QFile>
 
 #include <cerrno>
+#include <utility>
 
+#include "engine/context.h"
 #include "engine/paths/download_folder.h"
 #include "engine/paths/file_access.h"
 #include "engine/paths/intermediate_files.h"
+#include "engine/paths/metadata_file.h"
 #include "engine/paths/support_folder.h"
-#include "engine/record/download.h"
-#include "engine/record/user_settings.h"
+#include "engine/record/download_record.h"
 #include "engine/settings.h"
 #include "links/names/safe_file_name.h"
 #include "links/paths/available_path.h"
 #include "links/paths/path_components.h"
 #include "platform/base/log.h"
+#include "platform/base/user_defaults.h"
+#include "platform/files/disks.h"
 #include "platform/files/files.h"
-#include "platform/files/property_list.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -26,42 +29,50 @@ namespace {
 
 constexpr mode_t newFolderMode = 0777;
 
-QString partialFileName(const DQDownload& download) {
+QString partialFileName(const DownloadRecord& download) {
     return links::safeFileName(download.name(), links::partialFileSuffixBytes);
 }
 
 }  // namespace
 
-QString DownloadPaths::intermediateDownloadTargetPath(bool createIfNecessary, bool confirmAccess) {
+DownloadPaths::DownloadPaths(DownloadRecord& download)
+    : download_(download), metadata_(std::make_shared<MetadataFile>()) {}
+
+DownloadPaths::~DownloadPaths() = default;
+
+bool DownloadPaths::confirmAccess(const QString& folder) const {
+    return download_.context().fileAccess.confirmDownloadAccess(folder);
+}
+
+void DownloadPaths::confirmAccessToPartialData() {
+    const QString container = downloadContainerPath();
+    const QString folder = links::stringByDeletingLastPathComponent(
+        container.isEmpty() ? _intermediateDownloadTargetPath : container);
+    if (hasIntermediateDownloadTargetPath() && !confirmAccess(folder))
+        platform::log(u"where did my write access go?"_s);
+}
+
+QString DownloadPaths::chooseIntermediateDownloadTargetPath() {
     if (hasIntermediateDownloadTargetPath()) {
-        if (confirmAccess) {
-            const QString container = downloadContainerPath();
-            const QString folder = links::stringByDeletingLastPathComponent(
-                container.isEmpty() ? _intermediateDownloadTargetPath : container);
-            if (!confirmDownloadAccess(folder))
-                platform::log(u"where did my write access go?"_s);
-        }
+        confirmAccessToPartialData();
         return _intermediateDownloadTargetPath;
     }
-    if (createIfNecessary) {
-        const auto [folder, isNew] = intermediateFolder();
-        const QString path =
-            links::stringByAppendingPathComponent(folder, partialFileName(download_));
-        _intermediateDownloadTargetPath =
-            isNew ? path : links::availablePath(path, links::partialFileSuffixBytes);
-    }
+    const auto [folder, isNew] = intermediateFolder();
+    const QString path = links::stringByAppendingPathComponent(folder, partialFileName(download_));
+    _intermediateDownloadTargetPath =
+        isNew ? path : links::availablePath(path, links::partialFileSuffixBytes);
     return _intermediateDownloadTargetPath;
 }
 
 DownloadPaths::Folder DownloadPaths::intermediateFolder() {
-    if (platform::standardDefaults().get(settings::intermediatesLocation) > 0) {
+    if (download_.context().defaults.get(settings::intermediatesLocation) > 0) {
         const QString folder = downloadBasePath(download_);
-        if (confirmDownloadAccess(folder)) {
+        if (confirmAccess(folder)) {
             if (const QString container = newContainer(folder); !container.isEmpty())
                 return {container, true};
         }
     }
-    return {intermediateDownloadBasePath(), false};
+    return {intermediateDownloadBasePath(download_.context().environment), false};
 }
 
 /// Only a folder that this call made is taken: one that is there already belongs to another
@@ -81,10 +92,22 @@ QString DownloadPaths::newContainer(const QString& folder) {
     return {};
 }
 
+/// Answers how it is deleted.
+std::function<void()> DownloadPaths::forgetPartialData() {
+    return
+        [path = std::exchange(_intermediateDownloadTargetPath, {})] { removePartialFiles(path); };
+}
+
 void DownloadPaths::discardPartialData() {
-    removePartialFiles(_intermediateDownloadTargetPath);
-    _intermediateDownloadTargetPath.clear();
-    writtenMetadata_.clear();
+    if (hasIntermediateDownloadTargetPath())
+        metadata_->discard(forgetPartialData());
+}
+
+void DownloadPaths::discardPartialDataInBackground() {
+    if (!hasIntermediateDownloadTargetPath())
+        return;
+    platform::Disk& disk = download_.context().disks.holding(_intermediateDownloadTargetPath);
+    metadata_->discard([&disk, remove = forgetPartialData()] { disk.run(remove); });
 }
 
 QString DownloadPaths::downloadContainerPath() const {
@@ -93,23 +116,28 @@ QString DownloadPaths::downloadContainerPath() const {
     return isDownloadContainer(folder) ? folder : QString();
 }
 
+QVariantMap DownloadPaths::archive(bool paused) const {
+    const UserSettings& settings = download_.userSettings();
+    QVariantMap archive = settings.archive(download_.URLString(), paused);
+    if (settings.contains(keys::responseURL) && hasIntermediateDownloadTargetPath())
+        archive.insert(keys::resumePath,
+                       platform::abbreviateWithTilde(_intermediateDownloadTargetPath));
+    return archive;
+}
+
 void DownloadPaths::writeMetadata(const QVariantMap& archive) {
     const QString container = downloadContainerPath();
-    if (container.isEmpty() || archive == writtenMetadata_)
-        return;
-    const auto error = platform::writeFileAtomically(
-        links::stringByAppendingPathComponent(container, u"Archive.orlopinfo"_s),
-        platform::writePropertyList(archive));
-    writtenMetadata_ = error ? QVariantMap() : archive;
+    if (!container.isEmpty())
+        metadata_->write(download_.context().disks, container, archive);
 }
 
 QString DownloadPaths::finalDownloadTargetPath() {
     const QString chosen =
         platform::expandTilde(download_.userSettings().string(keys::downloadFile));
-    if (confirmDownloadAccess(links::stringByDeletingLastPathComponent(chosen)))
+    if (confirmAccess(links::stringByDeletingLastPathComponent(chosen)))
         return chosen;
     const QString folder = downloadBasePath(download_);
-    if (!confirmDownloadAccess(folder))
+    if (!confirmAccess(folder))
         return {};
     return links::availablePath(
         links::stringByAppendingPathComponent(folder, links::safeFileName(download_.name())));

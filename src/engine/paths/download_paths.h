@@ -2,21 +2,31 @@
 
 #include <QString>
 #include <QVariantMap>
+#include <functional>
+#include <memory>
 
 namespace engine {
 
-class DQDownload;
+class DownloadRecord;
+class MetadataFile;
 
 /// Where the data of one download grows and where the finished file goes. Names on disk are always
 /// the real ones. Empty paths: there is none.
 class DownloadPaths {
 public:
-    explicit DownloadPaths(DQDownload& download) : download_(download) {}
+    explicit DownloadPaths(DownloadRecord& download);
+    ~DownloadPaths();
 
-    /// The primary partial file. Chosen, and made room for, at the first call with
-    /// `createIfNecessary`; then it stays, whatever the name becomes.
-    [[nodiscard]] QString intermediateDownloadTargetPath(bool createIfNecessary,
-                                                         bool confirmAccess);
+    /// The primary partial file. Empty: none was chosen yet.
+    [[nodiscard]] const QString& intermediateDownloadTargetPath() const {
+        return _intermediateDownloadTargetPath;
+    }
+    /// Chosen, and made room for, at the first call; then it stays, whatever the name becomes. The
+    /// user may be asked for access to its folder. Empty: access was not given.
+    QString chooseIntermediateDownloadTargetPath();
+    /// Asks for access to the folder of a path that was chosen before, and says in the log if there
+    /// is none any more.
+    void confirmAccessToPartialData();
     void setIntermediateDownloadTargetPath(const QString& path) {
         _intermediateDownloadTargetPath = path;
     }
@@ -26,12 +36,17 @@ public:
     /// Deletes all partial data and forgets where it was, so that the next data is written to a
     /// path, and a container, made anew.
     void discardPartialData();
+    /// The same for one that is leaving for good; the deleting is left to the disk.
+    void discardPartialDataInBackground();
 
     /// The folder of the primary partial file, if it holds this download and nothing else.
     [[nodiscard]] QString downloadContainerPath() const;
-    /// Writes down in the container, if there is one, what belongs to its download; not once more
-    /// what it says already.
+    /// What is kept on disk of the download, in the queue's file and in the container.
+    [[nodiscard]] QVariantMap archive(bool paused) const;
+    /// Writes it down in the container, if there is one, off the main thread.
     void writeMetadata(const QVariantMap& archive);
+    /// For whoever moves the container's content away, off the main thread.
+    [[nodiscard]] const std::shared_ptr<MetadataFile>& metadata() const { return metadata_; }
 
     /// Where the finished file goes as names, rules and folders stand now. A path that the user
     /// chose may be taken already; any other is free.
@@ -45,9 +60,12 @@ private:
     [[nodiscard]] Folder intermediateFolder();
     [[nodiscard]] QString newContainer(const QString& folder);
 
-    DQDownload& download_;
+    [[nodiscard]] bool confirmAccess(const QString& folder) const;
+    [[nodiscard]] std::function<void()> forgetPartialData();
+
+    DownloadRecord& download_;
     QString _intermediateDownloadTargetPath;
-    QVariantMap writtenMetadata_;
+    std::shared_ptr<MetadataFile> metadata_;
 };
 
 }  // namespace engine

@@ -1,14 +1,27 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace engine {
 
-/// Whether downloads may be written to this folder; may ask the user. Grants that are opened stay
-/// open until `endFileAccess`. An empty path is refused. Main thread.
-[[nodiscard]] bool confirmDownloadAccess(const QString& folder);
+struct Environment;
 
-/// Gives up all grants, once no download is queued or downloading.
-void endFileAccess();
+/// Leave to write to folders, where the desktop gives it for each of them, for as long as there are
+/// downloads that need it. Main thread.
+class FileAccess {
+public:
+    explicit FileAccess(const Environment& environment) : environment_(environment) {}
+
+    /// Whether a download may write there; may ask the user. False for an empty path.
+    [[nodiscard]] bool confirmDownloadAccess(const QString& folder);
+    /// Nothing is queued or downloading any more: gives back what was granted.
+    void end();
+
+private:
+    const Environment& environment_;
+    /// Keys of the grants; one can stand here several times.
+    QStringList openBookmarks_;
+};
 
 }  // namespace engine

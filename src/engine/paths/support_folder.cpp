@@ -12,28 +12,28 @@ using namespace Qt::Literals::StringLiterals;
 namespace engine {
 namespace {
 
-QString pathInSupportFolder(const QString& name) {
-    const QString folder = environment().applicationSupportPath();
+QString pathInSupportFolder(const Environment& environment, const QString& name) {
+    const QString folder = environment.applicationSupportPath();
     return folder.isEmpty() ? QString() : links::stringByAppendingPathComponent(folder, name);
 }
 
 }  // namespace
 
-QString queueArchivePath() {
-    return pathInSupportFolder(u"Queue.plist"_s);
+QString queueArchivePath(const Environment& environment) {
+    return pathInSupportFolder(environment, u"Queue.plist"_s);
 }
 
-QString intermediateDownloadBasePath() {
-    const QString folder = pathInSupportFolder(u"Downloads"_s);
+QString intermediateDownloadBasePath(const Environment& environment) {
+    const QString folder = pathInSupportFolder(environment, u"Downloads"_s);
     return !folder.isEmpty() && links::checkFolderPathAndCreateIfNecessary(folder)
                ? folder
                : QDir::tempPath();
 }
 
-void removeIntermediateFiles() {
-    if (const QString folder = pathInSupportFolder(u"Downloads"_s); !folder.isEmpty())
+void removeIntermediateFiles(const Environment& environment) {
+    if (const QString folder = pathInSupportFolder(environment, u"Downloads"_s); !folder.isEmpty())
         QDir(folder).removeRecursively();
-    if (const QString queue = queueArchivePath(); !queue.isEmpty())
+    if (const QString queue = queueArchivePath(environment); !queue.isEmpty())
         QFile::remove(queue);
 }
 

@@ -4,12 +4,14 @@
 
 namespace engine {
 
+struct Environment;
+
 /// The queue's file in the program's own folder. Empty: there is no such folder.
-[[nodiscard]] QString queueArchivePath();
+[[nodiscard]] QString queueArchivePath(const Environment& environment);
 /// Where partial data lies that has no folder of its own beside its target; made if missing. The
 /// system's temporary folder if that fails.
-[[nodiscard]] QString intermediateDownloadBasePath();
+[[nodiscard]] QString intermediateDownloadBasePath(const Environment& environment);
 /// Deletes that folder with all it holds, and the queue's file.
-void removeIntermediateFiles();
+void removeIntermediateFiles(const Environment& environment);
 
 }  // namespace engine

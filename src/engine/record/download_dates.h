@@ -9,20 +9,23 @@
 namespace engine {
 
 class UserSettings;
+struct Context;
 
 /// When a download was added, answered and done.
 class DownloadDates {
 public:
-    explicit DownloadDates(UserSettings& settings) : settings_(settings) {}
+    DownloadDates(const Context& context, UserSettings& settings)
+        : context_(context), settings_(settings) {}
 
-    [[nodiscard]] QDateTime date() { return invalidateDate(false); }
+    [[nodiscard]] QDateTime date() const { return _date; }
     /// With true, read again from the settings, which take the present if they have none.
     QDateTime invalidateDate(bool reload);
 
     /// When the latest answer came, on the scale that never jumps.
-    [[nodiscard]] platform::Seconds downloadDate() { return invalidateDownloadDate(false); }
-    /// With true, an answer has just come; then it is not known any more when it was done.
-    platform::Seconds invalidateDownloadDate(bool answered);
+    /// Nothing: none has.
+    [[nodiscard]] std::optional<platform::Seconds> downloadDate() const { return _downloadDate; }
+    /// An answer has just come; it is not known any more when the download was done.
+    void noteAnswer();
 
     /// Fixed by the first reading.
     [[nodiscard]] QDateTime doneDate();
@@ -36,10 +39,11 @@ public:
     }
 
 private:
-    [[nodiscard]] QDateTime storedDate(const QString& key) const;
+    [[nodiscard]] QDateTime storedDate(const QString& key);
 
+    const Context& context_;
     UserSettings& settings_;
-    std::optional<QDateTime> _date;
+    QDateTime _date;
     std::optional<QDateTime> _doneDate;
     std::optional<QDateTime> _lastModifiedOnServerDate;
     std::optional<platform::Seconds> _downloadDate;

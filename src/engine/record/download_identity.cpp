@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "engine/context.h"
 #include "engine/environment.h"
 #include "engine/record/user_settings.h"
 #include "engine/settings.h"
@@ -21,10 +22,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace engine {
 namespace {
-
-platform::UserDefaults& defaults() {
-    return platform::standardDefaults();
-}
 
 /// For names without an extension, so that they get the icon of a plain file.
 const QString pseudoExtension = u"com.tarnworks.imaginaryfiletype"_s;
@@ -53,8 +50,9 @@ QString known(const QString& text) {
 
 }  // namespace
 
-DownloadIdentity::DownloadIdentity(platform::Url url, UserSettings& settings)
-    : settings_(settings), _url(std::move(url)) {}
+DownloadIdentity::DownloadIdentity(const Context& context, platform::Url url,
+                                   UserSettings& settings)
+    : context_(context), settings_(settings), _url(std::move(url)) {}
 
 QString DownloadIdentity::originalURLString() const {
     const QString original = settings_.string(keys::originalURL);
@@ -76,15 +74,15 @@ void DownloadIdentity::invalidateIconAndNameCache() {
     _icon = QString();
 }
 
-bool DownloadIdentity::isDownloadPageURL() {
+bool DownloadIdentity::isDownloadPageURL() const {
     if (!isDownloadPage_) {
-        const auto& reader = environment().pageReader;
+        const auto& reader = context_.environment.pageReader;
         isDownloadPage_ = reader && reader->isDownloadPageURL(_url);
     }
     return *isDownloadPage_;
 }
 
-const QString& DownloadIdentity::queueRelevantHost() {
+const QString& DownloadIdentity::queueRelevantHost() const {
     if (_queueRelevantHost.isNull())
         _queueRelevantHost = known(hostForLimits(_url.host().toLower()));
     return _queueRelevantHost;
@@ -96,20 +94,22 @@ void DownloadIdentity::setName(const QString& name) {
     } else {
         const QString single =
             name.endsWith(u".zip.001.zip"_s) ? links::stringByDeletingPathExtension(name) : name;
-        settings_.set(keys::name, links::filenameByRemovingURLParameters(single));
+        const QString given = links::filenameByRemovingURLParameters(single);
+        const QString preserved = preservedName(given);
+        settings_.set(keys::name, preserved.isEmpty() ? given : preserved);
     }
     invalidateIconAndNameCache();
 }
 
 /// The name that a page's rule gives in place of `name`. Empty: none does.
 QString DownloadIdentity::preservedName(const QString& name) const {
-    const auto& reader = environment().pageReader;
+    const auto& reader = context_.environment.pageReader;
     const auto pattern = reader ? reader->preservedNamePattern(_url) : std::nullopt;
     if (!pattern)
         return {};
     const QString preserved = links::filenameWithPreservedNamePattern(
         _url, *pattern, settings_.string(keys::downloadPageTitle),
-        links::plusSignsInNames(defaults()));
+        links::plusSignsInNames(context_.defaults));
     const QString extension = links::pathExtension(name);
     if (extension.isEmpty())
         return preserved;
@@ -121,48 +121,46 @@ QString DownloadIdentity::preservedName(const QString& name) const {
     return links::stringByAppendingPathExtension(base, extension);
 }
 
-QString DownloadIdentity::name() {
+QString DownloadIdentity::name() const {
     if (!_cachedName.isNull())
         return _cachedName;
     QString result = settings_.string(keys::name);
     if (!result.isEmpty()) {
-        if (const QString preserved = preservedName(result); !preserved.isEmpty()) {
+        if (const QString preserved = preservedName(result); !preserved.isEmpty())
             result = preserved;
-            settings_.set(keys::name, result);
-        }
     } else {
         result = links::lastPathComponent(path());
         if (result.isEmpty())
-            result = links::filename(_url, links::plusSignsInNames(defaults()));
+            result = links::filename(_url, links::plusSignsInNames(context_.defaults));
     }
     _cachedName = known(result);
     return _cachedName;
 }
 
-QString DownloadIdentity::displayName() {
-    if (defaults().get(settings::privateDownloading))
+QString DownloadIdentity::displayName() const {
+    if (context_.defaults.get(settings::privateDownloading))
         return anonymizedName();
-    return defaults().get(settings::displayLocationsAsNames) ? locationKey() : name();
+    return context_.defaults.get(settings::displayLocationsAsNames) ? locationKey() : name();
 }
 
-QString DownloadIdentity::anonymizedName() {
+QString DownloadIdentity::anonymizedName() const {
     if (_anonymizedName.isNull()) {
         const QString hidden = links::anonymizedStringPreservingExtension(
-            name(), defaults().get(settings::privateDownloadingPreservesExtensions), true);
-        _anonymizedName = known(defaults().get(settings::privateDownloadingAddsGenericPrefix)
+            name(), context_.defaults.get(settings::privateDownloadingPreservesExtensions), true);
+        _anonymizedName = known(context_.defaults.get(settings::privateDownloadingAddsGenericPrefix)
                                     ? links::filledFormat(links::localized("File \"%@\""), {hidden})
                                     : hidden);
     }
     return _anonymizedName;
 }
 
-QString DownloadIdentity::sortName() {
+QString DownloadIdentity::sortName() const {
     if (_sortName.isNull())
         _sortName = known(links::sortString(name()));
     return _sortName;
 }
 
-QString DownloadIdentity::locationKey() {
+QString DownloadIdentity::locationKey() const {
     if (_locationKey.isNull()) {
         const QString location = platform::abbreviateWithTilde(path());
         _locationKey =
@@ -173,9 +171,9 @@ QString DownloadIdentity::locationKey() {
     return _locationKey;
 }
 
-std::optional<QString> DownloadIdentity::icon() {
-    if (defaults().get(settings::privateDownloading) &&
-        !defaults().get(settings::privateDownloadingPreservesExtensions))
+std::optional<QString> DownloadIdentity::icon() const {
+    if (context_.defaults.get(settings::privateDownloading) &&
+        !context_.defaults.get(settings::privateDownloadingPreservesExtensions))
         return std::nullopt;
     if (_icon.isNull()) {
         const QString extension = links::pathExtension(links::cleanFilename(name()));
@@ -184,26 +182,26 @@ std::optional<QString> DownloadIdentity::icon() {
     return _icon;
 }
 
-QString DownloadIdentity::pathByCheckingExistence(bool check) {
-    const QString former = _url.isFile() ? _url.filePath() : QString();
-    if (former.isEmpty())
-        return {};
-    if (platform::pathExists(former))
+QString DownloadIdentity::path() const {
+    return _url.isFile() ? _url.filePath() : QString();
+}
+
+QString DownloadIdentity::findFile() {
+    const QString former = path();
+    if (former.isEmpty() || platform::pathExists(former))
         return former;
-    return settings_.contains(keys::alias) ? movedPath(former, check)
-                                           : (check ? QString() : former);
+    return settings_.contains(keys::alias) ? findMovedFile(former) : QString();
 }
 
 /// Where the bookmark leads now that nothing is at the former path.
-QString DownloadIdentity::movedPath(const QString& formerPath, bool check) {
+QString DownloadIdentity::findMovedFile(const QString& formerPath) {
     const QString moved = platform::resolveFileBookmark(settings_.value(keys::alias).toByteArray());
     if (!moved.isEmpty() && !links::isEqualToPath(moved, formerPath) &&
         platform::pathExists(moved)) {
         setURL(platform::Url::fromFilePath(moved));
         return moved;
     }
-    if (!check)
-        return formerPath;
+    // A volume that is away may come back with it.
     if (platform::pathExists(platform::volumePath(formerPath)))
         settings_.remove(keys::alias);
     return {};

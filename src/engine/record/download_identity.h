@@ -8,46 +8,49 @@
 namespace engine {
 
 class UserSettings;
+struct Context;
 
 /// The address of a download and all that is derived from it: names, location, host. What is
 /// derived is kept until the address or the name changes, since lists ask for it at each refresh.
 class DownloadIdentity {
 public:
-    DownloadIdentity(platform::Url url, UserSettings& settings);
+    DownloadIdentity(const Context& context, platform::Url url, UserSettings& settings);
 
     [[nodiscard]] const platform::Url& url() const { return _url; }
     [[nodiscard]] QString originalURLString() const;
     void setURL(const platform::Url& url);
-    [[nodiscard]] bool isDownloadPageURL();
+    [[nodiscard]] bool isDownloadPageURL() const;
     void reevaluateDownloadPageURLStatus() { isDownloadPage_.reset(); }
-    [[nodiscard]] const QString& queueRelevantHost();
+    [[nodiscard]] const QString& queueRelevantHost() const;
     void invalidateIconAndNameCache();
 
     void setName(const QString& name);
-    [[nodiscard]] QString name();
-    [[nodiscard]] QString displayName();
-    [[nodiscard]] QString anonymizedName();
-    [[nodiscard]] QString sortName();
-    [[nodiscard]] QString locationKey();
-    [[nodiscard]] std::optional<QString> icon();
+    [[nodiscard]] QString name() const;
+    [[nodiscard]] QString displayName() const;
+    [[nodiscard]] QString anonymizedName() const;
+    [[nodiscard]] QString sortName() const;
+    [[nodiscard]] QString locationKey() const;
+    [[nodiscard]] std::optional<QString> icon() const;
 
-    [[nodiscard]] QString pathByCheckingExistence(bool check);
-    [[nodiscard]] QString path() { return pathByCheckingExistence(false); }
+    /// See `DownloadRecord`.
+    [[nodiscard]] QString path() const;
+    QString findFile();
 
 private:
     [[nodiscard]] QString preservedName(const QString& name) const;
-    [[nodiscard]] QString movedPath(const QString& formerPath, bool check);
+    QString findMovedFile(const QString& formerPath);
 
+    const Context& context_;
     UserSettings& settings_;
     platform::Url _url;
-    std::optional<bool> isDownloadPage_;
     // Null: not worked out.
-    QString _queueRelevantHost;
-    QString _locationKey;
-    QString _cachedName;
-    QString _anonymizedName;
-    QString _sortName;
-    QString _icon;
+    mutable std::optional<bool> isDownloadPage_;
+    mutable QString _queueRelevantHost;
+    mutable QString _locationKey;
+    mutable QString _cachedName;
+    mutable QString _anonymizedName;
+    mutable QString _sortName;
+    mutable QString _icon;
 };
 
 }  // namespace engine

@@ -2,11 +2,8 @@
 
 #include <QString>
 
-#include "engine/workers/download_worker_delegate.h"
-
 namespace engine {
 
-class DQDownloadWorkerPrototype;
 class UserSettings;
 
 /// What servers said about the file that partial data belongs to. With it a resume can tell whether
@@ -23,24 +20,6 @@ struct KnownFile {
 };
 
 [[nodiscard]] KnownFile knownFile(const UserSettings& settings);
-/// From the head of an answer with the whole file.
-void rememberFile(UserSettings& settings, const WorkerResponse& response, qint64 length);
-/// From the head of an answer with a part, if the length is not known yet.
-void rememberLengthFromPart(UserSettings& settings, const WorkerResponse& response);
 void forgetFile(UserSettings& settings);
-
-/// How a server took the wish for a part of the file.
-enum class RangeAnswer {
-    Honoured,
-    /// It sends something else: the whole file or an error page.
-    Refused,
-    /// It sends a part, but not the one asked for, or one of another file.
-    Contradicted
-};
-[[nodiscard]] RangeAnswer judgeRangeAnswer(const DQDownloadWorkerPrototype& worker,
-                                           const WorkerResponse& response, const KnownFile& known);
-
-/// Whether an answer that nobody asked to be a part is one all the same.
-[[nodiscard]] bool isUnaskedPart(const WorkerResponse& response);
 
 }  // namespace engine

@@ -1,10 +1,12 @@
 #include "engine/workers/download_worker_prototype.h"
 
+#include "engine/context.h"
 #include "engine/record/extension_policy.h"
 #include "engine/settings.h"
-#include "engine/workers/download_worker.h"
+#include "engine/workers/file_copy_worker.h"
 #include "engine/workers/http_request_download_worker.h"
 #include "platform/base/log.h"
+#include "platform/base/user_defaults.h"
 #include "platform/net/headers_for_log.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -18,10 +20,11 @@ platform::Error makeWorkerError(WorkerErrorCode code, const QString& text,
 
 /// Only the second kind reads files of this machine, and only the first kind reads anything else.
 DQDownloadWorkerPrototype::Pointer DQDownloadWorkerPrototype::downloadWorkerForURL(
-    const platform::Url& url) {
+    const Context& context, const platform::Url& url) {
     if (url.isEmpty())
         return nullptr;
-    Pointer worker = url.isFile() ? DQDownloadWorker::make() : DQHTTPRequestDownloadWorker::make();
+    Pointer worker =
+        url.isFile() ? FileCopyWorker::make(context) : DQHTTPRequestDownloadWorker::make(context);
     worker->request_.url = url;
     return worker;
 }
@@ -37,17 +40,9 @@ DQDownloadWorkerPrototype::Pointer DQDownloadWorkerPrototype::downloadWorkerWith
     return another;
 }
 
-qint64 DQDownloadWorkerPrototype::extensionPolicy() {
-    return platform::standardDefaults().get(settings::filenameExtensionPolicy);
-}
-
-void DQDownloadWorkerPrototype::setExtensionPolicy(qint64 policy) {
-    platform::standardDefaults().set(settings::filenameExtensionPolicy, policy);
-}
-
 QString DQDownloadWorkerPrototype::description() const {
     return u"<%1: %2>"_s
-        .arg(resumesInSeparateFile() ? u"DQDownloadWorker"_s : u"DQHTTPRequestDownloadWorker"_s)
+        .arg(resumesInSeparateFile() ? u"FileCopyWorker"_s : u"DQHTTPRequestDownloadWorker"_s)
         .arg(reinterpret_cast<quintptr>(this), 0, 16);
 }
 
@@ -70,7 +65,7 @@ QString DQDownloadWorkerPrototype::rangeHeader() const {
 }
 
 bool DQDownloadWorkerPrototype::start() {
-    const qint64 timeOut = platform::standardDefaults().get(settings::requestTimeoutInterval);
+    const qint64 timeOut = context_.defaults.get(settings::requestTimeoutInterval);
     const bool isStarted =
         !request_.url.isEmpty() &&
         startWithRequest(request_, rangeHeader(), static_cast<platform::Seconds>(timeOut));
@@ -104,7 +99,8 @@ void DQDownloadWorkerPrototype::processResponse(const WorkerResponse& response,
     if (response.headers) {
         named.suggestedFilename = filenameWithExtensionPolicy(
             response.suggestedFilename,
-            response.headers->value(u"Content-Type"_s).value_or(QString()), extensionPolicy());
+            response.headers->value(u"Content-Type"_s).value_or(QString()),
+            context_.defaults.get(settings::filenameExtensionPolicy));
     }
     if (_delegate)
         _delegate->downloadWorkerDidReceiveResponse(*this, named);

@@ -49,6 +49,8 @@ struct WorkerRequest {
     QString rangeValidator;
 };
 
+struct Context;
+
 /// Carries one range of one file over one connection into one file. Not used twice.
 ///
 /// The delegate is not owned and must outlive the worker. Destroying a worker stops its transfer.
@@ -62,14 +64,11 @@ public:
     DQDownloadWorkerPrototype& operator=(const DQDownloadWorkerPrototype&) = delete;
 
     /// Of the kind that can fetch from this address. Null: there is no address.
-    [[nodiscard]] static Pointer downloadWorkerForURL(const platform::Url& url);
+    [[nodiscard]] static Pointer downloadWorkerForURL(const Context& context,
+                                                      const platform::Url& url);
     /// Of the same kind, with the same delegate, request and path and without a range. Null for
     /// null.
     [[nodiscard]] static Pointer downloadWorkerWithDownloadWorker(const Pointer& worker);
-
-    /// When a file's name takes its extension from the content type, see the setting.
-    [[nodiscard]] static qint64 extensionPolicy();
-    static void setExtensionPolicy(qint64 policy);
 
     /// For log lines.
     [[nodiscard]] QString description() const;
@@ -126,7 +125,9 @@ public:
     void becomeWholeTransfer();
 
 protected:
-    DQDownloadWorkerPrototype() = default;
+    explicit DQDownloadWorkerPrototype(const Context& context) : context_(context) {}
+
+    [[nodiscard]] const Context& context() const { return context_; }
 
     [[nodiscard]] virtual Pointer makeAnother() const = 0;
     [[nodiscard]] virtual bool startWithRequest(const WorkerRequest& request, const QString& range,
@@ -145,6 +146,7 @@ protected:
     [[nodiscard]] QString rangeHeader() const;
 
 private:
+    const Context& context_;
     DQDownloadWorkerDelegate* _delegate = nullptr;
     WorkerRequest request_;
     QString _targetPath;

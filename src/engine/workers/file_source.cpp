@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <cerrno>
 
-#include "engine/background.h"
+#include "platform/files/disks.h"
 
 namespace engine {
 namespace {
@@ -38,6 +38,7 @@ std::optional<platform::Error> FileSource::open(const QString& path) {
     if (!S_ISREG(status.st_mode))
         return platform::posixError(S_ISDIR(status.st_mode) ? EISDIR : ENOTSUP);
     file_ = std::move(file);
+    device_ = status.st_dev;
     size_ = status.st_size;
     modified_ = nanoseconds(status.st_mtim);
     return std::nullopt;
@@ -58,7 +59,7 @@ void FileSource::start(qint64 offset, Receiver receiver) {
 void FileSource::readNext() {
     auto block = std::make_shared<Block>();
     const qint64 wanted = std::min(blockSize, size_ - offset_);
-    runInBackground(
+    disks_.ofDevice(device_).run(
         [block, wanted, file = file_, offset = offset_] {
             if (wanted <= 0)
                 return;
@@ -87,8 +88,6 @@ void FileSource::take(const Block& block) {
         return receiver.finished();
     offset_ += block.data.size();
     receiver.data(block.data);
-    if (receiver_.finished)
-        readNext();
 }
 
 }  // namespace engine

@@ -2,12 +2,17 @@
 
 #include <QByteArray>
 #include <QString>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
 
 #include "platform/base/error.h"
 #include "platform/files/descriptor.h"
+
+namespace platform {
+class Disks;
+}
 
 namespace engine {
 
@@ -16,14 +21,14 @@ namespace engine {
 class FileSource : public std::enable_shared_from_this<FileSource> {
 public:
     struct Receiver {
-        /// Keeping the data costs no copy.
+        /// Keeping the data costs no copy. Nothing more is read before `readNext`.
         std::function<void(const QByteArray&)> data;
         std::function<void()> finished;
         std::function<void(const platform::Error&)> failed;
     };
 
-    [[nodiscard]] static std::shared_ptr<FileSource> make() {
-        return std::shared_ptr<FileSource>(new FileSource);
+    [[nodiscard]] static std::shared_ptr<FileSource> make(platform::Disks& disks) {
+        return std::shared_ptr<FileSource>(new FileSource(disks));
     }
     ~FileSource() { stop(); }
 
@@ -36,17 +41,20 @@ public:
     /// Reads from `offset` to the end that the file had when it was opened; a file that has become
     /// shorter by then fails.
     void start(qint64 offset, Receiver receiver);
+    /// The data that came last is dealt with.
+    void readNext();
     /// Nothing reaches the receiver after this returns.
     void stop() { receiver_ = {}; }
 
 private:
     struct Block;
 
-    FileSource() = default;
-    void readNext();
+    explicit FileSource(platform::Disks& disks) : disks_(disks) {}
     void take(const Block& block);
 
+    platform::Disks& disks_;
     std::shared_ptr<platform::Descriptor> file_;
+    std::uint64_t device_ = 0;
     Receiver receiver_;
     qint64 size_ = 0;
     qint64 offset_ = 0;

@@ -1,9 +1,15 @@
 #pragma once
 
+namespace platform {
+class UserDefaults;
+}
+
 namespace engine {
 
-/// Hands the engine's settings to the HTTP client. The first worker does so by itself; whoever
-/// makes another HTTPSession after that does it for that one. Main thread.
-void configureHTTPClient();
+class Throttle;
+
+/// Hands the engine's settings to the HTTP client. To be called once for each HTTPSession. Main
+/// thread.
+void configureHTTPClient(const platform::UserDefaults& defaults, const Throttle& throttle);
 
 }  // namespace engine

@@ -1,13 +1,13 @@
 #include "engine/workers/http_request_download_worker.h"
 
+#include "engine/context.h"
 #include "engine/environment.h"
-#include "engine/workers/http_client_setup.h"
 #include "engine/workers/user_agent.h"
 #include "http/http_request.h"
 #include "links/names/content_disposition.h"
 #include "links/names/file_names.h"
 #include "platform/base/log.h"
-#include "platform/base/user_defaults.h"
+#include "platform/base/run_loop.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -24,7 +24,8 @@ void removeForeignNegotiation(platform::HTTPHeaders& headers) {
         headers.remove(name);
 }
 
-platform::HTTPHeaders headersFor(const WorkerRequest& request) {
+platform::HTTPHeaders headersFor(const WorkerRequest& request,
+                                 const platform::UserDefaults& defaults) {
     platform::HTTPHeaders headers;
     const auto& given =
         request.requestHeaders ? request.requestHeaders : request.additionalRequestHeaders;
@@ -32,7 +33,7 @@ platform::HTTPHeaders headersFor(const WorkerRequest& request) {
         headers = *given;
     removeForeignNegotiation(headers);
     if (!headers.contains(u"User-Agent"_s)) {
-        const auto agent = userAgentForURL(request.url);
+        const auto agent = userAgentForURL(request.url, defaults);
         platform::debugLog([&] { return u"user agent: %1"_s.arg(agent.value_or(u"-"_s)); });
         if (agent)
             headers.set(u"User-Agent"_s, *agent);
@@ -59,8 +60,8 @@ qint64 announcedLength(const platform::HTTPHeaders& headers) {
 
 }  // namespace
 
-DQDownloadWorkerPrototype::Pointer DQHTTPRequestDownloadWorker::make() {
-    return Pointer(new DQHTTPRequestDownloadWorker);
+DQDownloadWorkerPrototype::Pointer DQHTTPRequestDownloadWorker::make(const Context& context) {
+    return Pointer(new DQHTTPRequestDownloadWorker(context));
 }
 
 DQHTTPRequestDownloadWorker::~DQHTTPRequestDownloadWorker() {
@@ -76,8 +77,6 @@ bool DQHTTPRequestDownloadWorker::startWithRequest(const WorkerRequest& request,
                                                    platform::Seconds timeOut) {
     if (_downloadRequest)
         return false;
-    static const bool isConfigured = (configureHTTPClient(), true);
-    static_cast<void>(isConfigured);
     _downloadRequest = http::HTTPRequest::requestWithURL(request.url);
     _downloadRequest->setDelegate(this);
     _downloadRequest->setUseKeychainPersistence(true);
@@ -90,7 +89,7 @@ bool DQHTTPRequestDownloadWorker::startWithRequest(const WorkerRequest& request,
         _downloadRequest->setRequestMethod(request.requestMethod);
     if (!request.requestBody.isEmpty())
         _downloadRequest->setPostBody(request.requestBody);
-    platform::HTTPHeaders headers = headersFor(request);
+    platform::HTTPHeaders headers = headersFor(request, context().defaults);
     setRange(headers, range, request.rangeValidator);
     _downloadRequest->setRequestHeaders(std::move(headers));
     _downloadRequest->startAsynchronous();
@@ -99,7 +98,7 @@ bool DQHTTPRequestDownloadWorker::startWithRequest(const WorkerRequest& request,
 
 /// Perhaps because another's answer lets it in, too.
 void DQHTTPRequestDownloadWorker::requestStarted(http::HTTPRequest& request) {
-    environment().cancelAuthentication(request);
+    context().environment.cancelAuthentication(request);
 }
 
 void DQHTTPRequestDownloadWorker::requestDidReceiveResponseHeaders(
@@ -118,8 +117,7 @@ void DQHTTPRequestDownloadWorker::requestDidReceiveResponseHeaders(
     response.suggestedFilename = links::filenameFromContentDisposition(
         headers.value(u"Content-Disposition"_s).value_or(QString()));
     if (response.suggestedFilename.isEmpty())
-        response.suggestedFilename =
-            links::filename(response.url, links::plusSignsInNames(platform::standardDefaults()));
+        response.suggestedFilename = links::filename(response.url, links::PlusSigns::Stay);
     processResponse(response, announcedLength(headers));
 }
 
@@ -153,7 +151,7 @@ std::optional<platform::Error> DQHTTPRequestDownloadWorker::openTarget() {
     if (path.isEmpty())
         return makeWorkerError(WorkerErrorCode::MissingTargetPath,
                                u"%1 missing target path"_s.arg(description()));
-    auto file = std::make_shared<PartialFile>();
+    auto file = std::make_shared<PartialFile>(context().disks, context().loop.clock());
     if (const auto error = file->open(path, resumeByteOffset()))
         return makeWorkerError(WorkerErrorCode::CannotWrite,
                                u"%1 cannot write to intermediate file"_s.arg(description()),
@@ -246,7 +244,7 @@ void DQHTTPRequestDownloadWorker::acquireAuthentication(http::HTTPRequest& reque
     if (!hasRange())
         reset();
     if (_downloadRequest)
-        environment().acquireAuthentication(request);
+        context().environment.acquireAuthentication(request);
 }
 
 void DQHTTPRequestDownloadWorker::reset() {
@@ -269,7 +267,7 @@ void DQHTTPRequestDownloadWorker::stopWithError(const platform::Error& error) {
 
 void DQHTTPRequestDownloadWorker::cleanUpActiveRequest(bool mayBeLive) {
     if (_downloadRequest)
-        environment().cancelAuthentication(*_downloadRequest);
+        context().environment.cancelAuthentication(*_downloadRequest);
     if (_downloadRequest && mayBeLive)
         _downloadRequest->clearDelegatesAndCancel();
     _downloadRequest.reset();

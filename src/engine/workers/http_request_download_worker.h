@@ -16,7 +16,7 @@ namespace engine {
 class DQHTTPRequestDownloadWorker final : public DQDownloadWorkerPrototype,
                                           private http::HTTPRequestDelegate {
 public:
-    [[nodiscard]] static Pointer make();
+    [[nodiscard]] static Pointer make(const Context& context);
     ~DQHTTPRequestDownloadWorker() override;
 
     [[nodiscard]] bool resumesInSeparateFile() const override { return false; }
@@ -24,14 +24,15 @@ public:
     [[nodiscard]] bool claimTargetPath() override;
 
 protected:
-    [[nodiscard]] Pointer makeAnother() const override { return make(); }
+    [[nodiscard]] Pointer makeAnother() const override { return make(context()); }
     [[nodiscard]] bool startWithRequest(const WorkerRequest& request, const QString& range,
                                         platform::Seconds timeOut) override;
     void forgetTarget() override { closeFile(); }
     void reset() override;
 
 private:
-    DQHTTPRequestDownloadWorker() = default;
+    explicit DQHTTPRequestDownloadWorker(const Context& context)
+        : DQDownloadWorkerPrototype(context) {}
 
     [[nodiscard]] Capabilities capabilities() const override;
     void requestStarted(http::HTTPRequest& request) override;

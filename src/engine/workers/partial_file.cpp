@@ -10,9 +10,8 @@
 #include <chrono>
 #include <thread>
 
-#include "engine/background.h"
-#include "engine/now.h"
 #include "engine/workers/partial_file_marks.h"
+#include "platform/files/disks.h"
 
 namespace engine {
 namespace {
@@ -67,9 +66,9 @@ std::optional<platform::Error> PartialFile::open(const QString& path, qint64 off
     const std::scoped_lock guard(lock_);
     isClosing_ = false;
     file_ = std::move(file);
-    disk_ = status->st_dev;
+    disk_ = &disks_.ofDevice(status->st_dev);
     offset_ = syncedOffset_ = flushedOffset_ = offset;
-    syncedAt_ = monotonicNow();
+    syncedAt_ = clock_.monotonic();
     syncState_ = std::make_shared<SyncState>();
     return std::nullopt;
 }
@@ -89,9 +88,9 @@ std::optional<platform::Error> PartialFile::write(const QByteArray& data) {
     return append(data);
 }
 
-std::uint64_t PartialFile::disk() const {
+platform::ThreadPool& PartialFile::writesOfDisk() const {
     const std::scoped_lock guard(lock_);
-    return disk_;
+    return disk_->writes();
 }
 
 bool PartialFile::store(const QByteArray& data) {
@@ -121,7 +120,7 @@ std::optional<platform::Error> PartialFile::append(const QByteArray& data) {
 
 void PartialFile::keepDiskBusy() {
     if (offset_ - syncedOffset_ >= syncInterval && !syncState_->isBusy) {
-        if (monotonicNow() - syncedAt_ >= leastTimeBetweenSyncs)
+        if (clock_.monotonic() - syncedAt_ >= leastTimeBetweenSyncs)
             syncInBackground();
         else if (offset_ - flushedOffset_ >= syncInterval)
             flushInBackground();
@@ -162,7 +161,7 @@ void PartialFile::closeFile() {
 void PartialFile::flushInBackground() {
     auto file = std::make_shared<platform::Descriptor>(fcntl(file_.get(), F_DUPFD_CLOEXEC, 0));
     syncState_->isBusy = true;
-    runInBackground([file, start = flushedOffset_, end = offset_, state = syncState_] {
+    disk_->run([file, start = flushedOffset_, end = offset_, state = syncState_] {
         sync_file_range(file->get(), start, end - start, SYNC_FILE_RANGE_WRITE);
         state->isBusy = false;
     });
@@ -173,9 +172,9 @@ void PartialFile::flushInBackground() {
 void PartialFile::syncInBackground() {
     auto file = std::make_shared<platform::Descriptor>(fcntl(file_.get(), F_DUPFD_CLOEXEC, 0));
     syncedOffset_ = flushedOffset_ = offset_;
-    syncedAt_ = monotonicNow();
+    syncedAt_ = clock_.monotonic();
     syncState_->isBusy = true;
-    runInBackground([file, offset = offset_, state = syncState_, cuts = syncState_->cuts.load()] {
+    disk_->run([file, offset = offset_, state = syncState_, cuts = syncState_->cuts.load()] {
         if (fdatasync(file->get()) == 0 && state->cuts == cuts)
             markSynced(file->get(), offset);
         state->isBusy = false;

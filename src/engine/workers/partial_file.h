@@ -12,6 +12,11 @@
 #include "platform/base/error.h"
 #include "platform/files/descriptor.h"
 
+namespace platform {
+class Disk;
+class Disks;
+}  // namespace platform
+
 namespace engine {
 
 /// The file that a worker writes: true bytes from the first on, in their order, and nothing else.
@@ -22,7 +27,9 @@ namespace engine {
 /// (see `markSynced`). Any thread.
 class PartialFile final : public http::HTTPBodyStore {
 public:
-    PartialFile() = default;
+    /// Both outlive it.
+    PartialFile(platform::Disks& disks, const platform::Clock& clock)
+        : disks_(disks), clock_(clock) {}
     /// Closes it.
     ~PartialFile() override;
     PartialFile(const PartialFile&) = delete;
@@ -38,8 +45,8 @@ public:
     /// Appends all of it. With an error, some of it may lie in the file, and the same may be tried
     /// again.
     [[nodiscard]] std::optional<platform::Error> write(const QByteArray& data);
-    /// Its file system's device number; 0 before it is open.
-    [[nodiscard]] std::uint64_t disk() const override;
+    /// Of the disk on which it lies. Only when it is open.
+    [[nodiscard]] platform::ThreadPool& writesOfDisk() const override;
     /// As `write` does. False: it is closed, the limit would be passed, or there was an error.
     [[nodiscard]] bool store(const QByteArray& data) override;
     /// Cuts it and closes it. False: it could not be cut, and is still open.
@@ -61,12 +68,14 @@ private:
     void syncInBackground();
     void closeFile();
 
+    platform::Disks& disks_;
+    const platform::Clock& clock_;
     std::atomic<bool> isClosing_ = false;
     mutable std::mutex lock_;  ///< Guards all below.
     platform::Descriptor file_;
     qint64 offset_ = 0;
     qint64 storeLimit_ = 0;
-    std::uint64_t disk_ = 0;
+    platform::Disk* disk_ = nullptr;  ///< Null before it was open.
     qint64 syncedOffset_ = 0;         ///< Asked for, not yet known to be on the disk.
     qint64 flushedOffset_ = 0;        ///< Up to here the disk has been told to write.
     platform::Seconds syncedAt_ = 0;  ///< When it was last asked for.

@@ -23,8 +23,9 @@ const QString& defaultUserAgent() {
     return agent;
 }
 
-std::optional<QString> userAgentForURL(const platform::Url& url) {
-    const QString custom = platform::standardDefaults().get(settings::customUserAgent);
+std::optional<QString> userAgentForURL(const platform::Url& url,
+                                       const platform::UserDefaults& defaults) {
+    const QString custom = defaults.get(settings::customUserAgent);
     if (custom == u"-")
         return std::nullopt;
     if (!custom.isEmpty())

@@ -79,8 +79,8 @@ bool BodyDelivery::setStore(std::shared_ptr<HTTPBodyStore> store, const QByteArr
     const std::scoped_lock guard(_parts.state.cancelledLock);
     if (_parts.state.complete || _parts.state.downloadComplete)
         return false;
-    auto& threads = _parts.shared.storingThreads.ofDisk(store->disk());
-    _storage = std::make_shared<BodyStorage>(threads, std::move(store), std::move(receiver));
+    auto& thread = store->writesOfDisk();
+    _storage = std::make_shared<BodyStorage>(thread, std::move(store), std::move(receiver));
     // One block is within any limit.
     if (!first.isEmpty())
         static_cast<void>(_storage->add(first, callWhenCaughtUp()));

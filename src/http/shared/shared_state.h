@@ -10,7 +10,6 @@
 #include "http/shared/request_thread.h"
 #include "http/shared/session_cookies.h"
 #include "http/shared/session_credentials.h"
-#include "http/shared/storing_threads.h"
 #include "http/shared/waiting_requests.h"
 #include "platform/base/clock.h"
 #include "platform/net/proxies/system_proxies.h"
@@ -70,7 +69,6 @@ public:
     /// Guards the queueing of progress and the end of a response, across requests.
     std::recursive_mutex progressLock;
     OperationQueue sharedQueue;
-    StoringThreads storingThreads;
     RequestThread thread;
 };
 

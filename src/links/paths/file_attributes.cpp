@@ -1,6 +1,5 @@
 #include "links/paths/file_attributes.h"
 
-#include "links/settings.h"
 #include "platform/files/files.h"
 #include "platform/files/property_list.h"
 #include "platform/net/url.h"
@@ -27,13 +26,13 @@ QString withoutSecrets(const QString& address) {
 }
 
 template <typename File>
-bool setSources(const File& file, const QStringList& urlStrings) {
+bool setSources(const File& file, const QStringList& urlStrings, bool alsoAsComment) {
     if (urlStrings.isEmpty())
         return false;
     QStringList sources;
     for (const QString& address : urlStrings)
         sources.append(withoutSecrets(address));
-    if (platform::standardDefaults().get(settings::storeSourceURLInSpotlightComment))
+    if (alsoAsComment)
         setText(file, attributes::comment, sources.join(u", "_s));
     setText(file, attributes::originURL, sources[0]);
     if (sources.size() > 1)
@@ -71,12 +70,13 @@ bool setSpotlightComment(const QString& path, const QString& comment) {
     return setText(path, attributes::comment, comment);
 }
 
-bool setSourceURLStrings(const QString& path, const QStringList& urlStrings) {
-    return setSources(path, urlStrings);
+bool setSourceURLStrings(const QString& path, const QStringList& urlStrings, bool alsoAsComment) {
+    return setSources(path, urlStrings, alsoAsComment);
 }
 
-bool setSourceURLStrings(const platform::Descriptor& file, const QStringList& urlStrings) {
-    return setSources(file, urlStrings);
+bool setSourceURLStrings(const platform::Descriptor& file, const QStringList& urlStrings,
+                         bool alsoAsComment) {
+    return setSources(file, urlStrings, alsoAsComment);
 }
 
 bool isFromURLString(const QString& path, const QString& urlString) {

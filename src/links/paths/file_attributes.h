@@ -43,10 +43,12 @@ bool setValueForExtendedFileAttribute(const QString& path, const QVariant& value
 bool setSpotlightComment(const QString& path, const QString& comment);
 
 /// Keeps where a file came from: all of `urlStrings`, the first also as its origin and the second,
-/// which is where the user began, as its referrer; with "Store Source URL In Spotlight Comment" as
-/// its comment too. User names, passwords and fragments are left out. Whether the list was stored.
-bool setSourceURLStrings(const QString& path, const QStringList& urlStrings);
-bool setSourceURLStrings(const platform::Descriptor& file, const QStringList& urlStrings);
+/// which is where the user began, as its referrer; with `alsoAsComment` (the setting "Store Source
+/// URL In Spotlight Comment") as its comment too. User names, passwords and fragments are left out.
+/// Whether the list was stored.
+bool setSourceURLStrings(const QString& path, const QStringList& urlStrings, bool alsoAsComment);
+bool setSourceURLStrings(const platform::Descriptor& file, const QStringList& urlStrings,
+                         bool alsoAsComment);
 /// Whether that is what the first of the addresses kept there was.
 [[nodiscard]] bool isFromURLString(const QString& path, const QString& urlString);
 

@@ -1,9 +1,9 @@
 #include "platform/base/log.h"
 
-#include <algorithm>
-#include <atomic>
 #include <mutex>
 #include <vector>
+
+#include "platform/base/log_redaction.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -21,46 +21,22 @@ Sinks& sinks() {
     return instance;
 }
 
-std::atomic<bool> debugLogEnabled = false;
-
-/// Addresses may hold passwords, and whoever logs one does not think of that.
-QString withoutPasswords(QString line) {
-    const QString beginning = u"://"_s;
-    for (qsizetype at = line.indexOf(beginning); at >= 0; at = line.indexOf(beginning, at)) {
-        at += beginning.size();
-        qsizetype end = at;
-        while (end < line.size() && !QStringView(u" \t\r\n/?#\"<>").contains(line[end]))
-            ++end;
-        const QStringView authority = QStringView(line).sliced(at, end - at);
-        const qsizetype colon = authority.indexOf(u':');
-        const qsizetype host = authority.lastIndexOf(u'@');
-        if (colon >= 0 && host > colon)
-            line.replace(at + colon + 1, host - colon - 1, u"..."_s);
-    }
-    return line;
-}
-
 }  // namespace
 
 void log(const QString& line, LogLevel level) {
-    const QString shown = withoutPasswords(line);
+    const QString shown = withoutSecrets(line);
     Sinks& to = sinks();
     const std::lock_guard guard(to.lock);
     for (const auto& sink : to.all)
         sink->write(level, shown);
 }
 
-void debugLog(const std::function<QString()>& line) {
-    if (debugLogEnabled)
-        log(u"[Debug] "_s + line(), LogLevel::Debug);
-}
-
-bool isDebugLogEnabled() {
-    return debugLogEnabled;
+void writeDebugLine(const QString& line) {
+    log(u"[Debug] "_s + line, LogLevel::Debug);
 }
 
 void setDebugLogEnabled(bool enabled) {
-    debugLogEnabled = enabled;
+    detail::isDebugLogEnabled = enabled;
 }
 
 void addLogSink(std::shared_ptr<LogSink> sink) {

@@ -1,44 +1,47 @@
 #pragma once
 
 #include <QString>
-#include <QStringList>
-#include <functional>
+#include <atomic>
+#include <concepts>
 #include <memory>
 
 namespace platform {
 
 enum class LogLevel { Debug, Info, Warning, Error };
 
-/// Where lines go: to the journal where it runs, and always to a bounded store of our own.
-/// Called from any thread, one line at a time. A sink must not log.
+/// Where lines go. Called from any thread, one line at a time. A sink must not log, and returns at
+/// once: whoever logs does not wait for a disk.
 class LogSink {
 public:
     virtual ~LogSink() = default;
     virtual void write(LogLevel level, const QString& line) = 0;
 };
 
-/// Writes a line to the sinks, but not the passwords of the addresses in it. Any thread.
+/// Hands a line to the sinks, without the secrets in it (see `withoutSecrets`). Any thread.
 void log(const QString& line, LogLevel level = LogLevel::Info);
 
-/// Writes "[Debug] " and what `line` answers, only if "DQDebugLog" is on; `line` is not called
-/// otherwise.
-void debugLog(const std::function<QString()>& line);
-[[nodiscard]] bool isDebugLogEnabled();
+namespace detail {
+inline std::atomic<bool> isDebugLogEnabled = false;
+}
+
+[[nodiscard]] inline bool isDebugLogEnabled() {
+    return detail::isDebugLogEnabled.load(std::memory_order_relaxed);
+}
 /// Read from the defaults by the composition root and whenever "DQDebugLog" changes. Any thread.
 void setDebugLogEnabled(bool enabled);
 
-/// Adds a sink for the life of the process or until `removeLogSink`.
+/// "[Debug] " and the line, whether debug lines are wanted or not: for those who know better.
+void writeDebugLine(const QString& line);
+
+/// Writes what `line` answers if "DQDebugLog" is on. `line` is not called otherwise.
+template <std::invocable Line>
+void debugLog(Line&& line) {
+    if (isDebugLogEnabled())
+        writeDebugLine(line());
+}
+
+/// Adds a sink for the life of the process or until `removeLogSink`; null adds none.
 void addLogSink(std::shared_ptr<LogSink> sink);
 void removeLogSink(const std::shared_ptr<LogSink>& sink);
-
-/// Lines in `folder`, one JSON object each, in the form that the log reader takes; when the file
-/// passes `maximumBytes` it becomes the older of two and a new one begins, so that the two never
-/// hold more than twice that.
-[[nodiscard]] std::shared_ptr<LogSink> makeLogStore(const QString& folder, qint64 maximumBytes);
-/// The files of the store in `folder` in the order of their lines, whether they exist or not.
-/// A line that was cut short by a crash is no JSON and is to be skipped.
-[[nodiscard]] QStringList logStoreFiles(const QString& folder);
-/// The journal, by its native protocol. Null where it does not run.
-[[nodiscard]] std::shared_ptr<LogSink> makeJournalSink();
 
 }  // namespace platform

@@ -1,19 +1,18 @@
+#include "platform/base/log_store.h"
+
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <time.h>
 #include <unistd.h>
 
 #include <QDir>
 #include <QFile>
-#include <QJsonDocument>
-#include <QJsonObject>
+#include <QFileInfo>
+#include <algorithm>
 #include <array>
 #include <cstdio>
-#include <mutex>
 
-#include "platform/base/log.h"
-#include "platform/files/descriptor.h"
+#include "platform/files/files.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -21,46 +20,18 @@ namespace platform {
 
 namespace {
 
-/// UTC with microseconds, as `yyyy-MM-dd HH:mm:ss.SSSSSSZ` reads it.
-QString timestamp() {
-    timespec now{};
-    clock_gettime(CLOCK_REALTIME, &now);
-    tm parts{};
-    gmtime_r(&now.tv_sec, &parts);
-    std::array<char, 64> text{};
-    const std::size_t length = strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", &parts);
-    std::snprintf(text.data() + length, text.size() - length, ".%06ld+0000", now.tv_nsec / 1000);
-    return QString::fromLatin1(text.data());
+constexpr qint64 secondsOfDay = 24 * 60 * 60;
+constexpr qint64 lengthOfDay = 10;                             // yyyy-MM-dd
+constexpr qint64 dayOffset = sizeof("{\"timestamp\":\"") - 1;  // with which each line begins
+
+QByteArray dayOf(const QByteArray& line) {
+    return line.mid(dayOffset, lengthOfDay);
 }
 
-QString messageType(LogLevel level) {
-    switch (level) {
-        case LogLevel::Debug:
-            return u"Debug"_s;
-        case LogLevel::Info:
-            return u"Default"_s;
-        case LogLevel::Warning:
-            return u"Error"_s;
-        case LogLevel::Error:
-            return u"Fault"_s;
-    }
-    return u"Default"_s;
-}
-
-QByteArray encodedEntry(LogLevel level, const QString& line, const QString& program) {
-    constexpr qsizetype longestMessage = 16 * 1024;
-    const QString message =
-        line.size() <= longestMessage ? line : line.first(longestMessage) + u'…';
-    const QJsonObject entry{
-        {u"timestamp"_s, timestamp()},
-        {u"eventType"_s, u"logEvent"_s},
-        {u"messageType"_s, messageType(level)},
-        {u"eventMessage"_s, message},
-        {u"processID"_s, getpid()},
-        {u"processImagePath"_s, program},
-        {u"senderImagePath"_s, u"Orlop"_s},
-    };
-    return QJsonDocument(entry).toJson(QJsonDocument::Compact) + '\n';
+QByteArray dayOfFirstLine(const Descriptor& file) {
+    std::array<char, lengthOfDay> day{};
+    const bool isThere = pread(file.get(), day.data(), day.size(), dayOffset) == lengthOfDay;
+    return isThere ? QByteArray(day.data(), lengthOfDay) : QByteArray();
 }
 
 bool endsMidLine(const Descriptor& file, qint64 size) {
@@ -68,82 +39,108 @@ bool endsMidLine(const Descriptor& file, qint64 size) {
     return size > 0 && pread(file.get(), &last, 1, size - 1) == 1 && last != '\n';
 }
 
-/// Several programs may append to one store: a line is one write, and whoever finds the file full
-/// renames it, holding a lock on it.
-class LogStore final : public LogSink {
-public:
-    LogStore(const QString& folder, qint64 maximumBytes)
-        : folder_(folder),
-          olderPath_(QFile::encodeName(logStoreFiles(folder).first())),
-          path_(QFile::encodeName(logStoreFiles(folder).last())),
-          maximumBytes_(maximumBytes) {}
-
-    void write(LogLevel level, const QString& line) override {
-        const QByteArray entry = encodedEntry(level, line, program_);
-        const std::lock_guard guard(lock_);
-        struct stat current {};
-        if (!openCurrent(current))
-            return;
-        if (current.st_size > 0 && current.st_size + entry.size() > maximumBytes_) {
-            rotate();
-            if (!openCurrent(current))
-                return;
-        }
-        append(entry);
-    }
-
-private:
-    /// Makes sure that the open file is the one at the path: another program may have rotated it.
-    bool openCurrent(struct stat& current) {
-        struct stat atPath {};
-        if (file_.isOpen() && fstat(file_.get(), &current) == 0 &&
-            stat(path_.constData(), &atPath) == 0 && atPath.st_ino == current.st_ino &&
-            atPath.st_dev == current.st_dev)
-            return true;
-        if (!QDir().mkpath(folder_))
-            return false;
-        constexpr int flags = O_RDWR | O_APPEND | O_CREAT | O_CLOEXEC | O_NOFOLLOW;
-        file_ = Descriptor(open(path_.constData(), flags, S_IRUSR | S_IWUSR));
-        if (!file_.isOpen() || fstat(file_.get(), &current) != 0)
-            return false;
-        needsLineBreak_ = endsMidLine(file_, current.st_size);
-        return true;
-    }
-
-    void rotate() {
-        flock(file_.get(), LOCK_EX);
-        struct stat atPath {};
-        struct stat current {};
-        if (stat(path_.constData(), &atPath) == 0 && fstat(file_.get(), &current) == 0 &&
-            atPath.st_ino == current.st_ino)
-            rename(path_.constData(), olderPath_.constData());
-        file_.close();
-    }
-
-    void append(QByteArray entry) {
-        if (needsLineBreak_)
-            entry.prepend('\n');
-        needsLineBreak_ = ::write(file_.get(), entry.constData(),
-                                  static_cast<std::size_t>(entry.size())) != entry.size();
-    }
-
-    const QString folder_;
-    const QString program_ = QFile::symLinkTarget(u"/proc/self/exe"_s);
-    const QByteArray olderPath_, path_;
-    const qint64 maximumBytes_;
-    std::mutex lock_;  ///< Guards all that follows.
-    Descriptor file_;
-    bool needsLineBreak_ = false;
-};
+QByteArray segmentPath(const QString& folder, qint64 number) {
+    std::array<char, 32> name{};
+    std::snprintf(name.data(), name.size(), "/Log.%08lld.jsonl", static_cast<long long>(number));
+    return QFile::encodeName(folder) + name.data();
+}
 
 }  // namespace
 
-QStringList logStoreFiles(const QString& folder) {
-    return {folder + u"/Log.old.jsonl"_s, folder + u"/Log.jsonl"_s};
+QString logStoreFolder() {
+    return userStateFolder() + u"/Log"_s;
 }
 
-std::shared_ptr<LogSink> makeLogStore(const QString& folder, qint64 maximumBytes) {
-    return std::make_shared<LogStore>(folder, maximumBytes);
+std::vector<LogSegment> logSegments(const QString& folder) {
+    std::vector<LogSegment> segments;
+    const auto files = QDir(folder).entryInfoList({u"Log.*.jsonl"_s}, QDir::Files | QDir::Hidden);
+    for (const QFileInfo& file : files) {
+        const qint64 number = file.fileName().section(u'.', 1, 1).toLongLong();
+        const QByteArray path = segmentPath(folder, number);
+        if (number > 0 && path == QFile::encodeName(file.filePath()))
+            segments.push_back({number, path, file.size(), file.lastModified().toSecsSinceEpoch()});
+    }
+    std::sort(segments.begin(), segments.end(),
+              [](const auto& a, const auto& b) { return a.number < b.number; });
+    return segments;
+}
+
+LogStore::LogStore(const QString& folder, const LogStoreBounds& bounds)
+    : folder_(QDir::cleanPath(folder)), bounds_(bounds) {}
+
+QByteArray LogStore::pathOf(qint64 number) const {
+    return segmentPath(folder_, number);
+}
+
+bool LogStore::append(const QByteArray& line) {
+    if (!openFor(line))
+        return false;
+    struct stat now {};
+    if (fstat(file_.get(), &now) != 0)
+        return false;
+    // Another process, or an earlier run, may have ended in the middle of its line.
+    const bool isCut = now.st_size != end_ && endsMidLine(file_, now.st_size);
+    const QByteArray written = isCut ? '\n' + line : line;
+    const ssize_t count =
+        ::write(file_.get(), written.constData(), static_cast<std::size_t>(written.size()));
+    if (day_.isEmpty())
+        day_ = dayOf(line);
+    end_ = count == written.size() ? now.st_size + count : -1;
+    return count == written.size();
+}
+
+/// Opens the segment that the line belongs into, unless it is open already.
+bool LogStore::openFor(const QByteArray& line) {
+    struct stat open {};
+    const bool isOpen = file_.isOpen() && fstat(file_.get(), &open) == 0 && open.st_nlink > 0;
+    if (!isOpen || hasSuccessor()) {
+        if (!QDir().mkpath(folder_))
+            return false;
+        const std::vector<LogSegment> segments = logSegments(folder_);
+        const qint64 newest = segments.empty() ? 1 : segments.back().number;
+        if (!openSegment(newest) || fstat(file_.get(), &open) != 0)
+            return false;
+        removeOld();
+    }
+    if (!isOver(line, open.st_size))
+        return true;
+    if (!openSegment(number_ + 1))
+        return false;
+    removeOld();
+    return true;
+}
+
+bool LogStore::openSegment(qint64 number) {
+    constexpr int flags = O_RDWR | O_APPEND | O_CREAT | O_CLOEXEC | O_NOFOLLOW;
+    file_ = Descriptor(open(pathOf(number).constData(), flags, S_IRUSR | S_IWUSR));
+    number_ = number;
+    day_ = file_.isOpen() ? dayOfFirstLine(file_) : QByteArray();
+    end_ = -1;
+    return file_.isOpen();
+}
+
+bool LogStore::isOver(const QByteArray& line, qint64 size) const {
+    if (size == 0)
+        return false;
+    return size + line.size() > bounds_.segmentBytes || (!day_.isEmpty() && day_ != dayOf(line));
+}
+
+bool LogStore::hasSuccessor() const {
+    return access(pathOf(number_ + 1).constData(), F_OK) == 0;
+}
+
+/// So that what is left never takes more than the store may, the open segment being full.
+void LogStore::removeOld() const {
+    const std::vector<LogSegment> segments = logSegments(folder_);
+    const qint64 oldest = ::time(nullptr) - bounds_.days * secondsOfDay;
+    qint64 room = bounds_.totalBytes - bounds_.segmentBytes;
+    for (auto segment = segments.rbegin(); segment != segments.rend(); ++segment) {
+        if (segment->number >= number_)
+            continue;
+        room -= segment->bytes;
+        if (room < 0 || segment->changed < oldest)
+            unlink(segment->path.constData());
+    }
 }
 
 }  // namespace platform

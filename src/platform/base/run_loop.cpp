@@ -8,7 +8,11 @@ namespace platform {
 
 RunLoop::RunLoop(Clock& clock) : clock_(clock) {}
 
-RunLoop::~RunLoop() = default;
+/// What is dropped may hold timers, whose end looks for them here.
+RunLoop::~RunLoop() {
+    const auto dropped = std::exchange(delayed_, {});
+    keysByOwner_.clear();
+}
 
 void RunLoop::post(Call call) {
     bool first = false;

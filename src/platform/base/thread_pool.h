@@ -1,12 +1,9 @@
 #pragma once
 
-#include <condition_variable>
+#include <chrono>
 #include <cstddef>
-#include <deque>
 #include <functional>
-#include <mutex>
-#include <thread>
-#include <vector>
+#include <memory>
 
 namespace platform {
 
@@ -14,27 +11,25 @@ namespace platform {
 /// thread may call.
 class ThreadPool {
 public:
-    explicit ThreadPool(std::size_t mostThreads) : mostThreads_(mostThreads) {}
-    /// Does all that was started.
+    explicit ThreadPool(std::size_t mostThreads);
+    /// Does all that was started, unless `finish` has given up on it.
     ~ThreadPool();
     ThreadPool(const ThreadPool&) = delete;
     ThreadPool& operator=(const ThreadPool&) = delete;
 
-    /// Begun in the order of the calls. `work` throws nothing.
+    /// Begun in the order of the calls; dropped after `finish`. `work` throws nothing.
     void start(std::function<void()> work);
     /// Returns when nothing waits or runs. Not from inside of work.
     void waitForDone();
+    /// As `waitForDone`, but no longer than `patience`. False: what still waits is dropped, and
+    /// threads that do not come back are left to themselves; what they use must outlive them.
+    [[nodiscard]] bool finish(std::chrono::milliseconds patience);
 
 private:
-    void run();
+    struct State;
+    static void run(const std::shared_ptr<State>& state);
 
-    const std::size_t mostThreads_;
-    std::mutex lock_;  ///< Guards all below.
-    std::condition_variable hasWork_, isDone_;
-    std::deque<std::function<void()>> waiting_;
-    std::size_t idle_ = 0, busy_ = 0;
-    bool isEnding_ = false;
-    std::vector<std::thread> threads_;
+    std::shared_ptr<State> state_;
 };
 
 }  // namespace platform

@@ -231,9 +231,11 @@ QVariant Reader::readInteger(unsigned marker, quint64 at) {
     // Sixteen bytes serve for unsigned numbers that eight signed ones cannot hold.
     const quint64 head = size > 8 ? bigEndian(at, 8).value_or(1) : 0;
     const quint64 start = size > 8 ? at + 8 : at;
-    const auto number =
-        static_cast<qint64>(bigEndian(start, std::min<quint64>(size, 8)).value_or(0));
-    if (size > 8 && !(head == 0 && number >= 0) && !(head == ~quint64{0} && number < 0))
+    const quint64 bits = bigEndian(start, std::min<quint64>(size, 8)).value_or(0);
+    const auto number = static_cast<qint64>(bits);
+    if (size > 8 && head == 0 && number < 0)
+        return bits;
+    if (size > 8 && head != 0 && !(head == ~quint64{0} && number < 0))
         return {};
     return number;
 }

@@ -48,6 +48,7 @@ private:
     void append(const Object& object);
     void appendString(const QString& text);
     void appendInteger(qint64 number);
+    void appendLargeInteger(quint64 number);
     void appendMarker(unsigned char type, qsizetype count);
     void appendBigEndian(quint64 number, int size);
     void appendTable(const std::vector<quint64>& offsets);
@@ -118,7 +119,10 @@ void Writer::append(const Object& object) {
             appendString(object.value.toString());
             break;
         case PropertyListKind::Integer:
-            appendInteger(object.value.toLongLong());
+            if (isLargeInteger(object.value))
+                appendLargeInteger(object.value.toULongLong());
+            else
+                appendInteger(object.value.toLongLong());
             break;
         case PropertyListKind::Real:
             out_ += '\x23';
@@ -162,6 +166,13 @@ void Writer::appendInteger(qint64 number) {
     const int size = number < 0 ? 8 : bytesFor(static_cast<quint64>(number));
     out_ += static_cast<char>(0x10 | std::countr_zero(static_cast<unsigned>(size)));
     appendBigEndian(static_cast<quint64>(number), size);
+}
+
+/// Sixteen bytes, since eight would be taken for a negative number.
+void Writer::appendLargeInteger(quint64 number) {
+    out_ += '\x14';
+    out_.append(8, '\0');
+    appendBigEndian(number, 8);
 }
 
 void Writer::appendMarker(unsigned char type, qsizetype count) {

@@ -42,7 +42,18 @@ QVariant propertyListArray(const QVariantList& list) {
     return result;
 }
 
+/// In the one type of those that it fits.
+QVariant integerVariant(const QVariant& value) {
+    const bool isLarge = isLargeInteger(value);
+    return isLarge ? QVariant(value.toULongLong()) : QVariant(value.toLongLong());
+}
+
 }  // namespace
+
+bool isLargeInteger(const QVariant& value) {
+    return (value.typeId() == QMetaType::ULongLong || value.typeId() == QMetaType::ULong) &&
+           value.toULongLong() > quint64{std::numeric_limits<qint64>::max()};
+}
 
 PropertyListKind propertyListKind(const QVariant& value) {
     switch (value.typeId()) {
@@ -60,9 +71,6 @@ PropertyListKind propertyListKind(const QVariant& value) {
             return PropertyListKind::Real;
         case QMetaType::ULong:
         case QMetaType::ULongLong:
-            if (value.toULongLong() > quint64{std::numeric_limits<qint64>::max()})
-                return PropertyListKind::None;
-            [[fallthrough]];
         case QMetaType::Int:
         case QMetaType::UInt:
         case QMetaType::Long:
@@ -89,7 +97,7 @@ QVariant propertyListValue(const QVariant& value) {
         case PropertyListKind::Array:
             return propertyListArray(value.toList());
         case PropertyListKind::Integer:
-            return value.toLongLong();
+            return integerVariant(value);
         case PropertyListKind::Real:
             return value.toDouble();
         case PropertyListKind::Date:
@@ -102,13 +110,14 @@ QVariant propertyListValue(const QVariant& value) {
     return {};
 }
 
-PropertyListResult readPropertyList(const QByteArray& data, qint64 maximumBytes) {
+PropertyListResult readPropertyList(const QByteArray& data, qint64 maximumBytes,
+                                    DuplicateKeys duplicateKeys) {
     const bool isBinary = data.startsWith("bplist");
     const PropertyListFormat format =
         isBinary ? PropertyListFormat::Binary : PropertyListFormat::Xml;
     if (data.size() > maximumBytes)
         return {{}, format, {u"It is larger than %1 MiB."_s.arg(maximumBytes >> 20), 0, 0}};
-    return isBinary ? readBinaryPropertyList(data) : readXmlPropertyList(data);
+    return isBinary ? readBinaryPropertyList(data) : readXmlPropertyList(data, duplicateKeys);
 }
 
 QByteArray writePropertyList(const QVariant& value, PropertyListFormat format) {

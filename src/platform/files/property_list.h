@@ -17,7 +17,8 @@ struct ParseError {
 enum class PropertyListFormat { Xml, Binary };
 
 struct PropertyListResult {
-    /// QVariantMap, QVariantList, QString, qint64, double, bool, QByteArray or QDateTime (UTC).
+    /// QVariantMap, QVariantList, QString, qint64, quint64 where that is too small, double, bool,
+    /// QByteArray or QDateTime (UTC).
     /// Invalid: refused, see `error`.
     QVariant value;
     PropertyListFormat format = PropertyListFormat::Xml;
@@ -26,10 +27,17 @@ struct PropertyListResult {
 
 inline constexpr qint64 largestPropertyList = 64 << 20;
 
+/// What becomes of a key that stands twice in a dictionary.
+enum class DuplicateKeys {
+    LastCounts,  ///< A file is not given up for it.
+    Refused,     ///< Whoever typed it is told. Only of the XML form.
+};
+
 /// Reads either form. At most 512 levels deep, and unless the program's own work may be larger, 64
 /// MiB.
-[[nodiscard]] PropertyListResult readPropertyList(const QByteArray& data,
-                                                  qint64 maximumBytes = largestPropertyList);
+[[nodiscard]] PropertyListResult readPropertyList(
+    const QByteArray& data, qint64 maximumBytes = largestPropertyList,
+    DuplicateKeys duplicateKeys = DuplicateKeys::LastCounts);
 
 /// With tabs and keys in order of their code points; dates in UTC, whole seconds in XML. Characters
 /// that XML cannot carry become U+FFFD. Empty: the value holds something that a property list

@@ -7,8 +7,11 @@ namespace platform {
 enum class PropertyListKind { None, Dictionary, Array, String, Integer, Real, Boolean, Data, Date };
 
 /// What a value is in a property list. All of Qt's number types count; a date must be valid and of
-/// a year with four digits, an integer must fit 64 signed bits.
+/// a year with four digits.
 [[nodiscard]] PropertyListKind propertyListKind(const QVariant& value);
+
+/// Whether it is an integer that only 64 unsigned bits hold.
+[[nodiscard]] bool isLargeInteger(const QVariant& value);
 
 inline constexpr int deepestPropertyList = 512;
 

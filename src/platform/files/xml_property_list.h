@@ -5,7 +5,8 @@
 namespace platform {
 
 /// The XML form of `readPropertyList` and `writePropertyList`.
-[[nodiscard]] PropertyListResult readXmlPropertyList(const QByteArray& data);
+[[nodiscard]] PropertyListResult readXmlPropertyList(const QByteArray& data,
+                                                     DuplicateKeys duplicateKeys);
 [[nodiscard]] QByteArray writeXmlPropertyList(const QVariant& value);
 
 }  // namespace platform

@@ -13,7 +13,8 @@ namespace platform {
 
 namespace {
 
-std::optional<qint64> parsedInteger(QStringView text) {
+/// A quint64 only where a qint64 is too small.
+std::optional<QVariant> parsedInteger(QStringView text) {
     bool isNumber = false;
     const QStringView digits = text.startsWith(u'-') || text.startsWith(u'+') ? text.mid(1) : text;
     const bool isHexadecimal = digits.startsWith(u"0x", Qt::CaseInsensitive);
@@ -22,8 +23,10 @@ std::optional<qint64> parsedInteger(QStringView text) {
     const bool isNegative = text.startsWith(u'-');
     constexpr quint64 largest = std::numeric_limits<qint64>::max();
     if (!isNumber || digits.startsWith(u'+') || digits.startsWith(u'-') ||
-        size > largest + (isNegative ? 1 : 0))
+        (isNegative && size > largest + 1))
         return std::nullopt;
+    if (!isNegative && size > largest)
+        return size;
     return static_cast<qint64>(isNegative ? 0 - size : size);
 }
 
@@ -59,7 +62,8 @@ std::optional<QByteArray> parsedData(QByteArray text) {
 /// Goes down the document; after the first error everything answers an invalid value.
 class Reader {
 public:
-    explicit Reader(const QByteArray& data) : xml_(data) {}
+    Reader(const QByteArray& data, DuplicateKeys duplicateKeys)
+        : xml_(data), duplicateKeys_(duplicateKeys) {}
 
     [[nodiscard]] PropertyListResult document() {
         QVariant value;
@@ -103,6 +107,7 @@ private:
 
     XmlTokens xml_;
     QSet<QString> keys_;
+    const DuplicateKeys duplicateKeys_;
 };
 
 QVariant Reader::readOnlyValue() {
@@ -154,7 +159,10 @@ QVariant Reader::readDictionary(int depth) {
             return {};
         }
         // All records of a list have the same keys, which then take memory only once.
+        const qsizetype place = xml_.place();
         const QString key = *keys_.insert(xml_.readText());
+        if (duplicateKeys_ == DuplicateKeys::Refused && map.contains(key))
+            xml_.failAt(place, u"The key \"%1\" stands here twice."_s.arg(key));
         if (!xml_.hasFailed() && !readStart())
             xml_.fail(u"The key \"%1\" has no value."_s.arg(key));
         if (xml_.hasFailed())
@@ -179,8 +187,8 @@ QVariant Reader::readEmpty(bool value) {
 
 }  // namespace
 
-PropertyListResult readXmlPropertyList(const QByteArray& data) {
-    return Reader(data).document();
+PropertyListResult readXmlPropertyList(const QByteArray& data, DuplicateKeys duplicateKeys) {
+    return Reader(data, duplicateKeys).document();
 }
 
 }  // namespace platform

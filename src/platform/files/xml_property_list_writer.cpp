@@ -96,7 +96,7 @@ bool Writer::write(const QVariant& value, int depth) {
             writeElement("string", carriedText(*static_cast<const QString*>(value.constData())));
             break;
         case PropertyListKind::Integer:
-            writeElement("integer", QByteArray::number(value.toLongLong()));
+            writeElement("integer", value.toString().toLatin1());
             break;
         case PropertyListKind::Real:
             writeReal(value.toDouble());

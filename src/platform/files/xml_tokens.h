@@ -31,13 +31,15 @@ public:
 
     /// Records an error at the start of what was read last. Only the first one counts.
     void fail(const QString& text) { failAt(tokenStart_, text); }
+    /// Where what was read last begins, for `failAt`.
+    [[nodiscard]] qsizetype place() const { return tokenStart_; }
+    void failAt(qsizetype place, const QString& text);
     [[nodiscard]] bool hasFailed() const { return !error_.text.isEmpty(); }
     [[nodiscard]] const ParseError& error() const { return error_; }
 
 private:
     void decode(const QByteArray& document);
     void checkCharacters();
-    void failAt(qsizetype position, const QString& text);
 
     [[nodiscard]] bool atEnd() const { return at_ >= text_.size(); }
     [[nodiscard]] bool looksAt(QByteArrayView start) const {

@@ -8,8 +8,8 @@
 namespace structured {
 
 struct JsonResult {
-    /// QVariantMap or QVariantList, and below them also QString, qint64, double, bool and, for
-    /// null, std::nullptr_t. Invalid: refused, see `error`.
+    /// QVariantMap or QVariantList, and below them also QString, qint64, quint64 where that is too
+    /// small, double, bool and, for null, std::nullptr_t. Invalid: refused, see `error`.
     QVariant value;
     platform::ParseError error;
 };

@@ -30,7 +30,7 @@ bool JsonTreeBuilder::number_integer(std::int64_t value) {
 
 bool JsonTreeBuilder::number_unsigned(std::uint64_t value) {
     if (value > static_cast<std::uint64_t>(std::numeric_limits<qint64>::max()))
-        return addLeaf(static_cast<double>(value));
+        return addLeaf(static_cast<quint64>(value));
     return addLeaf(static_cast<qint64>(value));
 }
 

@@ -41,6 +41,16 @@ platform::ParseError placedInsideBraces(platform::ParseError error, const QByteA
     return movedLeft(std::move(error), 1);
 }
 
+/// What is missing at the end of a text is missing there, not in what we put behind it.
+platform::ParseError placedInside(platform::ParseError error, const QByteArray& typed) {
+    const TextPosition end = textPosition(typed, typed.size());
+    if (error.line > end.line || (error.line == end.line && error.column > end.column)) {
+        error.line = end.line;
+        error.column = end.column;
+    }
+    return error;
+}
+
 ParsedText parsedJson(const QString& text, DQDetectedFormat format, bool isInBraces) {
     const QByteArray utf8 = text.toUtf8();
     JsonResult result = readJson(utf8);
@@ -159,9 +169,12 @@ ParsedText DQLSONSerialization::objectWithData(const QByteArray& data,
                                                const QString& fromXMLString) {
     const auto wrapped = wrappedXmlShorthand(fromXMLString);
     platform::PropertyListResult result =
-        platform::readPropertyList(wrapped ? wrapped->data : data);
+        platform::readPropertyList(wrapped ? wrapped->data : data, platform::largestPropertyList,
+                                   platform::DuplicateKeys::Refused);
     if (!result.value.isValid())
-        return failure(movedLeft(std::move(result.error), wrapped ? wrapped->shift : 0));
+        return failure(wrapped ? placedInside(movedLeft(std::move(result.error), wrapped->shift),
+                                              fromXMLString.toUtf8())
+                               : std::move(result.error));
     return {std::move(result.value),
             wrapped ? DQDetectedFormat::XMLShorthand : DQDetectedFormat::XML, std::nullopt};
 }

@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "app/history/historian.h"
-#include "engine/now.h"
+#include "app/main_controller.h"
 #include "ui/commands/menu_text.h"
 #include "ui/history/history_search.h"
 #include "ui/text.h"
@@ -16,6 +16,7 @@ HistoryMenu::HistoryMenu(app::DQHistorian& historian, app::DQMainController& con
                          platform::UserDefaults& defaults, SearchField searchField, QWidget* parent)
     : HistoryListMenu(app::HistoryActions(controller), icons_, parent),
       historian_(historian),
+      context_(controller.queue().context()),
       defaults_(defaults) {
     setTitle(translated("History"));
     if (searchField == SearchField::Shown) {
@@ -98,7 +99,7 @@ void HistoryMenu::addDays(const app::HistoryListing& listing) {
     if (!listing.items.empty() && !listing.days.empty()) {
         addSeparator();
     }
-    const QDateTime now = engine::wallNow();
+    const QDateTime now = context_.wallNow();
     const std::size_t shown = std::min(listing.days.size(), mostItems);
     for (std::size_t index = 0; index < shown; ++index) {
         const app::HistoryListing::Day& day = listing.days[index];

@@ -12,6 +12,10 @@ namespace platform {
 class UserDefaults;
 }
 
+namespace engine {
+struct Context;
+}
+
 namespace ui {
 
 class HistorySearch;
@@ -41,6 +45,7 @@ private:
     void addDays(const app::HistoryListing& listing);
 
     app::DQHistorian& historian_;
+    const engine::Context& context_;
     platform::UserDefaults& defaults_;
     HistoryIcons icons_;
     HistorySearch* search_ = nullptr;

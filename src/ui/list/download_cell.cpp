@@ -6,7 +6,7 @@
 #include <QTextOption>
 #include <cmath>
 
-#include "engine/record/download.h"
+#include "app/rows/rows.h"
 #include "ui/art/icons.h"
 #include "ui/art/theme.h"
 #include "ui/list/row_geometry.h"
@@ -44,21 +44,21 @@ float veilOpacity(double vanishFraction) {
 
 }  // namespace
 
-void DQDownloadCell::reflectDownload(engine::DQDownload& download, bool live) {
+void DQDownloadCell::reflectDownload(app::Rows& rows, engine::DQDownload& download, bool live) {
     const engine::DQDownloadStatus status = download.status();
     _finalStatus = status == engine::DQDownloadStatusDone      ? 1
                    : status == engine::DQDownloadStatusAborted ? -1
                                                                : 0;
     _isPaused = status == engine::DQDownloadStatusPaused;
     _fraction = download.downloadCompletionFraction();
-    _vanishFraction = download.vanishFraction();
-    _canPerformAction1 = download.canPerformActionWithIndex(engine::DQDownloadActionPrimary);
-    _canPerformAction2 = download.canPerformActionWithIndex(engine::DQDownloadActionRemove);
-    _highlightedActionButtonIndex = download.highlightedActionButtonIndex();
+    _vanishFraction = rows.vanishing().fraction(download);
+    _canPerformAction1 = rows.canPerformAction(download, engine::DQDownloadActionPrimary);
+    _canPerformAction2 = rows.canPerformAction(download, engine::DQDownloadActionRemove);
+    _highlightedActionButtonIndex = rows.highlightedActionButtonIndex(download);
     isLive_ = live;
     _icon = download.icon();
     name_ = download.displayName();
-    _statusDescription = download.statusDescriptionWithLiveDetails(live);
+    _statusDescription = rows.texts().statusDescriptionWithLiveDetails(download, live);
 }
 
 int DQDownloadCell::shownButtons() const {

@@ -6,6 +6,9 @@
 
 class QPainter;
 
+namespace app {
+class Rows;
+}
 namespace engine {
 class DQDownload;
 }
@@ -23,7 +26,7 @@ public:
     explicit DQDownloadCell(const RowGeometry& geometry) : geometry_(geometry) {}
 
     /// `live`: the list itself is being drawn, so that the texts are those of this moment.
-    void reflectDownload(engine::DQDownload& download, bool live);
+    void reflectDownload(app::Rows& rows, engine::DQDownload& download, bool live);
 
     struct Surroundings {
         QRect row;

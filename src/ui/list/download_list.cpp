@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <chrono>
 
+#include "app/rows/rows.h"
 #include "app/settings.h"
-#include "engine/environment.h"
 #include "platform/base/user_defaults.h"
 #include "ui/list/download_list_model.h"
 #include "ui/list/vanishing_rows.h"
@@ -17,12 +17,13 @@ namespace ui {
 
 using namespace std::chrono_literals;
 
-DQDownloadList::DQDownloadList(QWidget* parent)
+DQDownloadList::DQDownloadList(app::Rows& state, QWidget* parent)
     : QListView(parent),
       geometry_(font()),
       cell_(geometry_),
-      rows_(new DownloadListModel(this)),
-      vanishing_(std::make_shared<VanishingRows>(*this)) {
+      rows_(new DownloadListModel(state.texts(), this)),
+      state_(state),
+      vanishing_(std::make_shared<VanishingRows>(*this, state.vanishing())) {
     setObjectName(QStringLiteral("downloadList"));
     setAccessibleName(translated("Downloads"));
     setModel(rows_);
@@ -146,7 +147,7 @@ void DQDownloadList::paintRows(QPainter& painter, const QRect& area) {
     for (; row < count && top <= area.bottom(); ++row) {
         const int height = heightOfRow(row);
         const engine::DownloadPtr download = rows_->download(row);
-        cell_.reflectDownload(*download, true);
+        cell_.reflectDownload(state_, *download, true);
         surroundings.row = QRect(0, top, viewport()->width(), height);
         surroundings.isSelected = selection->isSelected(rows_->index(row));
         surroundings.drawsBottomSeparator =
@@ -209,8 +210,12 @@ void DQDownloadList::setMenuRow(int row) {
     viewport()->update();
 }
 
+bool DQDownloadList::isAlternateFunctionalityEvent() const {
+    return state_.actions().isAlternateFunctionalityEvent();
+}
+
 void DQDownloadList::setDropMark(const DropMark& mark) {
-    const bool choosesFolder = engine::environment().isAlternateFunctionalityEvent();
+    const bool choosesFolder = isAlternateFunctionalityEvent();
     if (mark != dropMark_ || choosesFolder != emptyText_.choosesFolder) {
         dropMark_ = mark;
         emptyText_.isDraggingTarget = mark.kind == DropMark::Kind::WholeList;

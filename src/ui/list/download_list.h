@@ -5,10 +5,14 @@
 #include <memory>
 #include <optional>
 
-#include "engine/record/download.h"
+#include "engine/lifecycle/download.h"
 #include "ui/list/download_cell.h"
 #include "ui/list/empty_list_text.h"
 #include "ui/list/row_geometry.h"
+
+namespace app {
+class Rows;
+}
 
 namespace ui {
 
@@ -30,7 +34,8 @@ class DQDownloadList final : public QListView {
     Q_OBJECT
 
 public:
-    explicit DQDownloadList(QWidget* parent = nullptr);
+    /// `state` outlives it.
+    explicit DQDownloadList(app::Rows& state, QWidget* parent = nullptr);
     ~DQDownloadList() override;
 
     [[nodiscard]] DownloadListModel& rows() const { return *rows_; }
@@ -38,6 +43,8 @@ public:
     /// Of all rows, in pixels.
     [[nodiscard]] int contentHeight() const;
     [[nodiscard]] bool hasItems() const;
+    /// Whether the user holds the keys that ask for the other way of doing a thing.
+    [[nodiscard]] bool isAlternateFunctionalityEvent() const;
     [[nodiscard]] const std::shared_ptr<VanishingRows>& vanishingRows() const { return vanishing_; }
 
     void reloadRows(std::shared_ptr<const std::vector<engine::DownloadPtr>> rows,
@@ -112,6 +119,7 @@ private:
     RowGeometry geometry_;
     DQDownloadCell cell_;
     DownloadListModel* rows_;
+    app::Rows& state_;
     std::shared_ptr<VanishingRows> vanishing_;
     EmptyListText emptyText_;
     PressedButton pressed_;

@@ -5,7 +5,7 @@
 #include <QMouseEvent>
 #include <utility>
 
-#include "engine/environment.h"
+#include "app/rows/rows.h"
 #include "ui/list/download_list.h"
 #include "ui/list/download_list_model.h"
 
@@ -20,7 +20,7 @@ unsigned DQDownloadList::actionButtonAt(int row, const QPoint& point) const {
     for (const unsigned index : {engine::DQDownloadActionPrimary, engine::DQDownloadActionRemove}) {
         const QRect button =
             geometry_.frameForActionButtonWithIndex(index, frame, layoutDirection());
-        if (button.contains(point) && download->canPerformActionWithIndex(index)) {
+        if (button.contains(point) && state_.canPerformAction(*download, index)) {
             return index;
         }
     }
@@ -40,8 +40,8 @@ bool DQDownloadList::trackActionButton(const QPoint& point) {
 
 void DQDownloadList::highlightPressedButton(bool isInside) {
     const unsigned wanted = isInside ? pressed_.index : 0;
-    if (pressed_.download->highlightedActionButtonIndex() != wanted) {
-        pressed_.download->setHighlightedActionButtonIndex(wanted);
+    if (state_.highlightedActionButtonIndex(*pressed_.download) != wanted) {
+        state_.setHighlightedActionButtonIndex(*pressed_.download, wanted);
         rows_->redrawRow(rows_->row(*pressed_.download));
     }
 }
@@ -100,10 +100,10 @@ void DQDownloadList::mouseReleaseEvent(QMouseEvent* event) {
         return;
     }
     const PressedButton pressed = std::exchange(pressed_, {});
-    const bool isInside = pressed.download->highlightedActionButtonIndex() == pressed.index;
-    pressed.download->setHighlightedActionButtonIndex(0);
+    const bool isInside = state_.highlightedActionButtonIndex(*pressed.download) == pressed.index;
+    state_.setHighlightedActionButtonIndex(*pressed.download, 0);
     if (isInside) {
-        pressed.download->performActionWithIndex(pressed.index);
+        state_.actions().perform(*pressed.download, pressed.index);
     }
     viewport()->update();
 }
@@ -120,10 +120,10 @@ void DQDownloadList::mouseDoubleClickEvent(QMouseEvent* event) {
     if (!download) {
         return;
     }
-    if (engine::environment().isAlternateFunctionalityEvent()) {
-        download->reveal();
+    if (isAlternateFunctionalityEvent()) {
+        state_.actions().reveal(*download);
     } else {
-        download->open();
+        state_.actions().open(*download);
     }
 }
 
@@ -150,7 +150,7 @@ void DQDownloadList::keyPressEvent(QKeyEvent* event) {
         case Qt::Key_Return:
         case Qt::Key_Enter:
             if (const auto download = rows_->download(currentIndex().row())) {
-                download->open();
+                state_.actions().open(*download);
             }
             return;
         default:

@@ -6,8 +6,8 @@
 
 namespace ui {
 
-DownloadListModel::DownloadListModel(QObject* parent)
-    : QAbstractListModel(parent), rows_(std::make_shared<const Rows>()) {}
+DownloadListModel::DownloadListModel(const app::StatusTexts& texts, QObject* parent)
+    : QAbstractListModel(parent), texts_(texts), rows_(std::make_shared<const Rows>()) {}
 
 void DownloadListModel::reload(std::shared_ptr<const Rows> rows) {
     const Rows& before = *rows_;
@@ -73,9 +73,9 @@ QVariant DownloadListModel::data(const QModelIndex& index, int role) const {
         case Qt::DisplayRole:
             return download->displayName();
         case Qt::AccessibleTextRole:
-            return accessibleRowText(*download);
+            return accessibleRowText(texts_, *download);
         case Qt::ToolTipRole:
-            return rowToolTip(*download);
+            return rowToolTip(texts_, *download);
         default:
             return {};
     }

@@ -4,7 +4,11 @@
 #include <memory>
 #include <vector>
 
-#include "engine/record/download.h"
+#include "engine/lifecycle/download.h"
+
+namespace app {
+class StatusTexts;
+}
 
 namespace ui {
 
@@ -15,7 +19,7 @@ class DownloadListModel final : public QAbstractListModel {
 public:
     using Rows = std::vector<engine::DownloadPtr>;
 
-    explicit DownloadListModel(QObject* parent = nullptr);
+    explicit DownloadListModel(const app::StatusTexts& texts, QObject* parent = nullptr);
 
     /// Takes the new rows over, touching only the stretch that differs.
     void reload(std::shared_ptr<const Rows> rows);
@@ -30,6 +34,7 @@ public:
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
 
 private:
+    const app::StatusTexts& texts_;
     std::shared_ptr<const Rows> rows_;
 };
 

@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-#include "engine/record/download.h"
+#include "engine/lifecycle/download.h"
 
 class QDropEvent;
 class QMimeData;

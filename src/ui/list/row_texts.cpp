@@ -2,7 +2,9 @@
 
 #include <QLocale>
 
-#include "engine/record/download.h"
+#include "app/rows/status_text.h"
+#include "engine/context.h"
+#include "engine/lifecycle/download.h"
 #include "engine/settings.h"
 #include "links/text/typography.h"
 #include "platform/base/user_defaults.h"
@@ -24,24 +26,25 @@ QString dateLine(const QDateTime& added) {
 
 }  // namespace
 
-QString rowToolTip(engine::DQDownload& download) {
+QString rowToolTip(const app::StatusTexts& texts, engine::DQDownload& download) {
     const QString bullet = links::spacedBulletString();
     QString text = download.originalURLString() + u'\n' + bullet +
-                   download.statusDescriptionWithLiveDetails(false) + u'\n' + bullet +
+                   texts.statusDescriptionWithLiveDetails(download, false) + u'\n' + bullet +
                    dateLine(download.date());
     if (const auto& error = download.lastError()) {
         text += u'\n' + bullet + error->text;
     }
     const bool inBundle =
-        platform::standardDefaults().get(engine::settings::intermediatesLocation) > 0;
+        download.context().defaults.get(engine::settings::intermediatesLocation) > 0;
     if (download.status() == engine::DQDownloadStatusDownloading && inBundle) {
         text += u'\n' + bullet + translated("Double-click to reveal target file");
     }
     return text;
 }
 
-QString accessibleRowText(engine::DQDownload& download) {
-    return download.displayName() + u", "_s + download.statusDescriptionWithLiveDetails(false);
+QString accessibleRowText(const app::StatusTexts& texts, engine::DQDownload& download) {
+    return download.displayName() + u", "_s +
+           texts.statusDescriptionWithLiveDetails(download, false);
 }
 
 }  // namespace ui

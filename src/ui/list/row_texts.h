@@ -2,6 +2,9 @@
 
 #include <QString>
 
+namespace app {
+class StatusTexts;
+}
 namespace engine {
 class DQDownload;
 }
@@ -9,9 +12,10 @@ class DQDownload;
 namespace ui {
 
 /// Address, state and date of a row.
-[[nodiscard]] QString rowToolTip(engine::DQDownload& download);
+[[nodiscard]] QString rowToolTip(const app::StatusTexts& texts, engine::DQDownload& download);
 
 /// What a screen reader says of a row: name and state.
-[[nodiscard]] QString accessibleRowText(engine::DQDownload& download);
+[[nodiscard]] QString accessibleRowText(const app::StatusTexts& texts,
+                                        engine::DQDownload& download);
 
 }  // namespace ui

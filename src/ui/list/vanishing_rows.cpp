@@ -13,7 +13,8 @@ constexpr std::chrono::milliseconds stepInterval{15};
 
 }  // namespace
 
-VanishingRows::VanishingRows(DQDownloadList& list) : list_(list) {
+VanishingRows::VanishingRows(DQDownloadList& list, app::RowVanishing& vanishing)
+    : list_(list), vanishing_(vanishing) {
     steps_.setSingleShot(true);
     nextSteps_.setSingleShot(true);
     connect(&steps_, &QTimer::timeout, this, &VanishingRows::performVanishSteps);
@@ -46,7 +47,7 @@ void VanishingRows::updateRows() {
         if (row < 0) {
             return true;
         }
-        const double fraction = download->vanishRowHeightFraction();
+        const double fraction = vanishing_.heightFraction(*download);
         if (fraction > 0) {
             rows_.push_back({row, static_cast<int>(list_.rowHeight() * fraction)});
         }
@@ -69,7 +70,7 @@ void VanishingRows::performNextVanishSteps() {
     const auto objects = _vanishingObjects;
     for (const auto& weak : objects) {
         if (const engine::DownloadPtr download = weak.lock()) {
-            download->performVanishStep();
+            vanishing_.performStep(*download);
         }
     }
 }

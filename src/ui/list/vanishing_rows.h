@@ -5,19 +5,20 @@
 #include <memory>
 #include <vector>
 
-#include "engine/presentation/vanishing.h"
-#include "engine/record/download.h"
+#include "app/rows/row_vanishing.h"
+#include "app/rows/vanishing.h"
+#include "engine/lifecycle/download.h"
 
 namespace ui {
 
 class DQDownloadList;
 
 /// Lets rows fade by themselves and collapse together, one step for all of them at a time.
-class VanishingRows final : public QObject, public engine::VanishView {
+class VanishingRows final : public QObject, public app::VanishView {
     Q_OBJECT
 
 public:
-    explicit VanishingRows(DQDownloadList& list);
+    VanishingRows(DQDownloadList& list, app::RowVanishing& vanishing);
 
     [[nodiscard]] bool showsDownload(const engine::DQDownload& download) const override;
     void redrawDownload(engine::DQDownload& download) override;
@@ -40,6 +41,7 @@ private:
     void performNextVanishSteps();
 
     DQDownloadList& list_;
+    app::RowVanishing& vanishing_;
     std::vector<std::weak_ptr<engine::DQDownload>> _vanishingObjects;
     std::vector<CollapsingRow> rows_;
     QTimer steps_, nextSteps_;

@@ -5,16 +5,20 @@
 #include <QTimer>
 
 #include "app/schedule/throttle_limit_text.h"
-#include "engine/admission/throttle.h"
 #include "engine/settings.h"
+#include "engine/workers/throttle.h"
 #include "ui/text.h"
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace ui {
 
-ThrottleField::ThrottleField(platform::UserDefaults& defaults, QWidget* parent)
-    : QComboBox(parent), defaults_(defaults), pendingUpdate_(new QTimer(this)) {
+ThrottleField::ThrottleField(platform::UserDefaults& defaults, engine::Throttle& throttle,
+                             QWidget* parent)
+    : QComboBox(parent),
+      defaults_(defaults),
+      throttle_(throttle),
+      pendingUpdate_(new QTimer(this)) {
     constexpr int typingPause = 500;
     setObjectName(u"throttleLimitField"_s);
     setAccessibleName(translated("Bandwidth limit in kilobytes per second"));
@@ -48,7 +52,7 @@ void ThrottleField::updateThrottleLimit() {
         const QSignalBlocker isOurs(this);
         setEditText(entry.text);
     }
-    engine::Throttle::setThrottleLimit(entry.bytesPerSecond);
+    throttle_.setThrottleLimit(entry.bytesPerSecond);
 }
 
 void ThrottleField::takeOver() {
@@ -63,8 +67,8 @@ void ThrottleField::hideEvent(QHideEvent* event) {
 }
 
 void ThrottleField::followSettings() {
-    setEnabled(engine::Throttle::isThrottled());
-    const QString text = app::throttleLimitText(engine::Throttle::throttleLimit());
+    setEnabled(throttle_.isThrottled());
+    const QString text = app::throttleLimitText(throttle_.throttleLimit());
     if (!pendingUpdate_->isActive() && text != currentText()) {
         const QSignalBlocker isOurs(this);
         setEditText(text);

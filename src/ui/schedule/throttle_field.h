@@ -6,6 +6,10 @@
 
 class QTimer;
 
+namespace engine {
+class Throttle;
+}
+
 namespace ui {
 
 /// The bandwidth limit in thousands of bytes per second, typed or chosen. What is typed counts half
@@ -14,7 +18,7 @@ class ThrottleField final : public QComboBox {
     Q_OBJECT
 
 public:
-    ThrottleField(platform::UserDefaults& defaults, QWidget* parent);
+    ThrottleField(platform::UserDefaults& defaults, engine::Throttle& throttle, QWidget* parent);
     ~ThrottleField() override;
 
 protected:
@@ -26,6 +30,7 @@ private:
     void followSettings();
 
     platform::UserDefaults& defaults_;
+    engine::Throttle& throttle_;
     QTimer* pendingUpdate_;
     int observer_ = 0;
 };

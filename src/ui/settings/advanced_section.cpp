@@ -5,9 +5,10 @@
 #include <QPushButton>
 #include <QRegularExpressionValidator>
 
+#include "app/main_controller.h"
 #include "app/settings.h"
-#include "engine/admission/throttle.h"
 #include "engine/settings.h"
+#include "engine/workers/throttle.h"
 #include "engine/workers/user_agent.h"
 #include "links/settings.h"
 #include "ui/settings/login_item_switch.h"
@@ -61,6 +62,7 @@ void addAddresses(SettingsPage& page, const SettingsContext& context) {
 /// A setting of which another one says the opposite, and which counts from the next start.
 void addBasicDownloads(SettingsPage& page, const SettingsContext& context) {
     const auto& supported = engine::settings::throttleSupported;
+    engine::Throttle& throttle = context.controller.queue().throttle();
     auto* basicDownloadSwitch =
         new QCheckBox(translated("Without &bandwidth limit and its controls"), &page);
     basicDownloadSwitch->setObjectName(supported.name());
@@ -69,14 +71,14 @@ void addBasicDownloads(SettingsPage& page, const SettingsContext& context) {
         page.addNote("This counts from the next start of Orlop.");
     context.binder.follow(
         {supported.name()}, basicDownloadSwitch,
-        [basicDownloadSwitch, basicDownloadExplanationView, &defaults = context.defaults] {
+        [basicDownloadSwitch, basicDownloadExplanationView, &defaults = context.defaults,
+         &throttle] {
             const bool isSupported = defaults.get(engine::settings::throttleSupported);
             basicDownloadSwitch->setChecked(!isSupported);
-            basicDownloadExplanationView->setVisible(isSupported !=
-                                                     engine::Throttle::isAvailable());
+            basicDownloadExplanationView->setVisible(isSupported != throttle.isAvailable());
         });
     QObject::connect(basicDownloadSwitch, &QCheckBox::clicked, &page,
-                     [](bool isBasic) { engine::Throttle::setAvailable(!isBasic); });
+                     [&throttle](bool isBasic) { throttle.setAvailable(!isBasic); });
 }
 
 }  // namespace

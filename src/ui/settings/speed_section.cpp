@@ -6,9 +6,9 @@
 
 #include "app/main_controller.h"
 #include "app/schedule/automation.h"
-#include "engine/admission/queue_admission.h"
-#include "engine/admission/throttle.h"
+#include "engine/queue/queue_admission.h"
 #include "engine/settings.h"
+#include "engine/workers/throttle.h"
 #include "ui/schedule/throttle_field.h"
 #include "ui/settings/sections.h"
 #include "ui/settings/settings_page.h"
@@ -37,7 +37,7 @@ std::vector<Choice> limits() {
 }
 
 /// What the overall limit forbids cannot be chosen, and the lower of the two limits is shown.
-void showLimitsPerHost(QComboBox& popup) {
+void showLimitsPerHost(QComboBox& popup, const engine::QueueAdmission& admission) {
     std::vector<qint64> tags;
     std::vector<int> rows;
     for (int row = 0; row < popup.count(); ++row) {
@@ -46,8 +46,7 @@ void showLimitsPerHost(QComboBox& popup) {
             rows.push_back(row);
         }
     }
-    const auto choice =
-        engine::QueueAdmission::shared().numberOfConcurrentDownloadsPerHostSelector(tags);
+    const auto choice = admission.numberOfConcurrentDownloadsPerHostSelector(tags);
     auto* items = qobject_cast<QStandardItemModel*>(popup.model());
     for (std::size_t index = 0; index < rows.size(); ++index) {
         items->item(rows[index])->setEnabled(choice.enabled[index]);
@@ -56,7 +55,7 @@ void showLimitsPerHost(QComboBox& popup) {
 }
 
 void addLimits(SettingsPage& page, const SettingsContext& context) {
-    using engine::QueueAdmission;
+    engine::QueueAdmission& admission = context.controller.queue().admission();
     const auto& overall = engine::settings::numberOfConcurrentDownloads;
     const auto& perHost = engine::settings::numberOfConcurrentDownloadsPerHost;
     page.addPopup("&Downloads at once:", limits(), overall);
@@ -64,11 +63,10 @@ void addLimits(SettingsPage& page, const SettingsContext& context) {
     popup->setObjectName(perHost.name());
     page.addRow("From one &host:", popup);
     context.binder.follow({overall.name(), perHost.name()}, popup,
-                          [popup] { showLimitsPerHost(*popup); });
-    QObject::connect(popup, &QComboBox::activated, &page, [popup] {
-        QueueAdmission::shared().setNumberOfConcurrentDownloadsPerHost(
-            popup->currentData().toLongLong());
-        showLimitsPerHost(*popup);
+                          [popup, &admission] { showLimitsPerHost(*popup, admission); });
+    QObject::connect(popup, &QComboBox::activated, &page, [popup, &admission] {
+        admission.setNumberOfConcurrentDownloadsPerHost(popup->currentData().toLongLong());
+        showLimitsPerHost(*popup, admission);
     });
 }
 
@@ -89,7 +87,7 @@ void addThrottle(SettingsPage& page, const SettingsContext& context) {
     page.addSwitch("Bandwidth:", "&Limit the speed of all downloads together",
                    engine::settings::throttleEnabled,
                    [&toggles](bool) { toggles.toggleThrottle(); });
-    auto* field = new ThrottleField(context.defaults, &page);
+    auto* field = new ThrottleField(context.defaults, context.controller.queue().throttle(), &page);
     page.addRow("L&imit:", {field, new QLabel(translated("KB per second"), &page)});
 }
 
@@ -101,7 +99,7 @@ SettingsPage* makeSpeedSection(const SettingsContext& context, QWidget* parent) 
     page->addGap();
     addAcceleration(*page, context);
     page->addGap();
-    if (engine::Throttle::isAvailable()) {
+    if (context.controller.queue().throttle().isAvailable()) {
         addThrottle(*page, context);
         page->addGap();
     }

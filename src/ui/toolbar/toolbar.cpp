@@ -8,7 +8,7 @@
 
 #include "app/commands/commands.h"
 #include "app/commands/context_menu.h"
-#include "engine/admission/throttle.h"
+#include "engine/workers/throttle.h"
 #include "platform/base/user_defaults.h"
 #include "ui/art/icons.h"
 #include "ui/commands/menu_items.h"
@@ -54,7 +54,8 @@ QPoint belowButton(const QWidget& button, const QMenu& menu) {
 MainToolbar::MainToolbar(const app::Commands& commands, QWidget* parent)
     : QToolBar(translated("Toolbar"), parent),
       commands_(commands),
-      layout_(commands.surroundings().defaults, engine::Throttle::isAvailable()) {
+      layout_(commands.surroundings().defaults,
+              commands.surroundings().controller.queue().throttle().isAvailable()) {
     setObjectName(layout_.identifier());
     setMovable(false);
     makeSegments();

@@ -244,7 +244,7 @@ void DesktopFrontEnd::displayNow() {
     }
 }
 
-std::shared_ptr<engine::VanishView> DesktopFrontEnd::vanishView() {
+std::shared_ptr<app::VanishView> DesktopFrontEnd::vanishView() {
     return window_ ? window_->list().vanishingRows() : nullptr;
 }
 

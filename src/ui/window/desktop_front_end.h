@@ -74,7 +74,7 @@ public:
     void setNeedsDisplay() override;
     void setNeedsDisplayAfterDelay(platform::Seconds delay) override;
     void displayNow() override;
-    [[nodiscard]] std::shared_ptr<engine::VanishView> vanishView() override;
+    [[nodiscard]] std::shared_ptr<app::VanishView> vanishView() override;
 
 private:
     Clipboard clipboard_;

@@ -7,6 +7,8 @@
 #include "platform/base/user_defaults.h"
 #include "ui/commands/main_menu.h"
 #include "ui/history/history_menu.h"
+#include "ui/log/log_window.h"
+#include "ui/log/problem_report_dialog.h"
 #include "ui/rules/rule_editor.h"
 #include "ui/schedule/toolbar_explanation.h"
 #include "ui/settings/settings_window.h"
@@ -28,6 +30,7 @@ DesktopWindows::DesktopWindows(app::DQMainController& controller, DesktopFrontEn
         defineOrEditSpecialCase(rule, commands_.surroundings().controller.ruleBook(),
                                 commands_.surroundings().defaults, window_.get());
     };
+    provideLogCommands();
     window_ = std::make_unique<MainWindow>(commands_);
     makeHistoryMenu();
     tellProblems();
@@ -40,6 +43,28 @@ DesktopWindows::DesktopWindows(app::DQMainController& controller, DesktopFrontEn
 DesktopWindows::~DesktopWindows() {
     frontEnd_.setWindow(nullptr, nullptr);
     frontEnd_.setPreferences({});
+}
+
+/// Where the log cannot be shown, the core's own command stays: it turns debug logging on and off.
+void DesktopWindows::provideLogCommands() {
+    const auto& around = commands_.surroundings();
+    if (!diagnostics::ILRJSONLogStream::toolPath().isEmpty()) {
+        commands_.provide(Command::ToggleDebugLogging,
+                          {[this, &around](qint64) {
+                               if (!logWindow_) {
+                                   logWindow_ = std::make_unique<LogWindow>(around.defaults);
+                               }
+                               logWindow_->displayLog();
+                           },
+                           [](qint64) -> app::CommandState {
+                               return {true, std::nullopt, translated("&Log")};
+                           }});
+    }
+    commands_.provide(Command::ReportProblem,
+                      {[this, &around](qint64) {
+                           showProblemReport(around.controller, around.defaults, window_.get());
+                       },
+                       {}});
 }
 
 /// What goes wrong at the edges of the program, where no row can show it.

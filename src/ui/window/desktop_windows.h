@@ -7,6 +7,7 @@
 namespace ui {
 
 class DesktopFrontEnd;
+class LogWindow;
 class MainWindow;
 class SettingsWindow;
 
@@ -23,6 +24,7 @@ public:
 
 private:
     void makeHistoryMenu();
+    void provideLogCommands();
     void tellProblems();
     void explainShortcut(const QString& section);
     void showPreferencesSection(const QString& section);
@@ -31,6 +33,7 @@ private:
     app::Commands commands_;
     std::unique_ptr<MainWindow> window_;
     std::unique_ptr<SettingsWindow> preferencesWindow;
+    std::unique_ptr<LogWindow> logWindow_;
 };
 
 }  // namespace ui

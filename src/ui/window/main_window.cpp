@@ -17,9 +17,10 @@
 #include "app/commands/context_menu.h"
 #include "app/lifecycle/lifecycle.h"
 #include "app/main_controller.h"
+#include "app/rows/rows.h"
 #include "app/settings.h"
 #include "app/status/queue_status.h"
-#include "engine/record/download.h"
+#include "engine/lifecycle/download.h"
 #include "platform/base/user_defaults.h"
 #include "ui/commands/command_actions.h"
 #include "ui/commands/main_menu.h"
@@ -45,7 +46,7 @@ namespace ui {
 MainWindow::MainWindow(app::Commands& commands)
     : commands_(commands),
       controller_(commands.surroundings().controller),
-      downloadList(new DQDownloadList(this)) {
+      downloadList(new DQDownloadList(controller_.rows(), this)) {
     setWindowTitle(u"Orlop[*]"_s);
     setAcceptDrops(true);
     setContextMenuPolicy(Qt::NoContextMenu);

@@ -7,7 +7,6 @@
 #include <chrono>
 
 #include "app/settings.h"
-#include "engine/environment.h"
 #include "engine/settings.h"
 #include "platform/base/user_defaults.h"
 #include "ui/list/download_list.h"
@@ -135,7 +134,7 @@ bool RubberWindow::eventFilter(QObject* watched, QEvent* event) {
             updateRubberWindow(event->type() == QEvent::Move);
         }
     } else if (event->type() == QEvent::Resize && event->spontaneous() && !isOn() &&
-               engine::environment().isAlternateFunctionalityEvent()) {
+               list_.isAlternateFunctionalityEvent()) {
         snap_.start();
     }
     return QObject::eventFilter(watched, event);

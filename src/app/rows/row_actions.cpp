@@ -1,0 +1,116 @@
+#include "app/rows/row_actions.h"
+
+#include "app/rows/file_presence.h"
+#include "engine/settings.h"
+#include "platform/base/user_defaults.h"
+
+namespace app {
+
+namespace {
+
+std::optional<platform::Url> originalURL(const engine::DQDownload& download) {
+    const auto url = platform::Url::parse(download.originalURLString());
+    return url && !url->isEmpty() ? url : std::nullopt;
+}
+
+}  // namespace
+
+bool RowActions::canPerform(engine::DQDownload& download, unsigned index) const {
+    if (index == engine::DQDownloadActionPrimary) {
+        return engine::matchesStatusMask(download.status(), engine::unfinishedStatuses) ||
+               surroundings_.presence.isThere(download);
+    }
+    return index == engine::DQDownloadActionRemove;
+}
+
+void RowActions::perform(engine::DQDownload& download, unsigned index) const {
+    if (index == engine::DQDownloadActionRemove) {
+        download.remove();
+    } else if (index == engine::DQDownloadActionPrimary) {
+        performPrimary(download);
+    }
+}
+
+void RowActions::performPrimary(engine::DQDownload& download) const {
+    switch (download.status()) {
+        case engine::DQDownloadStatusPaused:
+        case engine::DQDownloadStatusQueued:
+            if (isAlternateFunctionalityEvent()) {
+                download.startDownload();
+            } else {
+                download.togglePause();
+            }
+            return;
+        case engine::DQDownloadStatusDownloading:
+            download.togglePause();
+            return;
+        case engine::DQDownloadStatusDone:
+            if (surroundings_.defaults.get(engine::settings::revealByLaunching)) {
+                open(download);
+            } else {
+                reveal(download);
+            }
+            return;
+        case engine::DQDownloadStatusAborted:
+            surroundings_.frontEnd.feedback.beep();
+            return;
+    }
+}
+
+bool RowActions::isAlternateFunctionalityEvent() const {
+    return surroundings_.frontEnd.presence.areAlternateFunctionalityModifiersHeld();
+}
+
+void RowActions::open(engine::DQDownload& download) const {
+    const bool isOpened = download.status() == engine::DQDownloadStatusDone &&
+                          download.fileExists() && surroundings_.workspace.openURL(download.URL());
+    if (!isOpened) {
+        reveal(download);
+    }
+}
+
+void RowActions::reveal(engine::DQDownload& download) const {
+    const QString path = download.pathToReveal();
+    if (path.isEmpty() || !surroundings_.workspace.revealFile(path)) {
+        surroundings_.frontEnd.feedback.beep();
+    }
+}
+
+void RowActions::openOriginalURL(const engine::DQDownload& download) const {
+    const auto url = originalURL(download);
+    if (!url || !surroundings_.workspace.openURL(*url)) {
+        surroundings_.frontEnd.feedback.beep();
+    }
+}
+
+void RowActions::copyOriginalURL(const engine::DQDownload& download) const {
+    if (const auto url = originalURL(download)) {
+        copy({QStringList{url->absoluteString()}, url->absoluteString()});
+    } else {
+        surroundings_.frontEnd.feedback.beep();
+    }
+}
+
+void RowActions::copyPath(engine::DQDownload& download) const {
+    if (const QString path = download.pathByCheckingExistence(false); !path.isEmpty()) {
+        copy({{}, path});
+    } else {
+        surroundings_.frontEnd.feedback.beep();
+    }
+}
+
+void RowActions::openWithApplication(const QString& path, const QString& application) const {
+    if (!surroundings_.workspace.openWithApplication(path, application)) {
+        surroundings_.frontEnd.feedback.beep();
+    }
+}
+
+void RowActions::copy(const Pasteboard& pasteboard) const {
+    if (surroundings_.frontEnd.clipboard) {
+        surroundings_.frontEnd.clipboard->copy(pasteboard);
+    } else {
+        surroundings_.frontEnd.feedback.beep();
+    }
+}
+
+}  // namespace app

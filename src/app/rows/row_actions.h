@@ -1,0 +1,51 @@
+#pragma once
+
+#include "app/front_end.h"
+#include "app/workspace.h"
+#include "engine/lifecycle/download.h"
+
+namespace platform {
+class UserDefaults;
+}
+
+namespace app {
+
+class FilePresence;
+
+/// What a row's buttons and its small commands do; each command beeps if it cannot be done. Main
+/// thread.
+class RowActions {
+public:
+    /// All of it outlives this.
+    struct Surroundings {
+        const platform::UserDefaults& defaults;
+        const Workspace& workspace;
+        FrontEnd frontEnd;
+        FilePresence& presence;
+    };
+
+    explicit RowActions(const Surroundings& surroundings) : surroundings_(surroundings) {}
+
+    /// `index` is a `DQDownloadAction`. Costs nothing: it may be asked for each row that is drawn.
+    [[nodiscard]] bool canPerform(engine::DQDownload& download, unsigned index) const;
+    void perform(engine::DQDownload& download, unsigned index) const;
+
+    /// The finished file in its application; anything else is revealed.
+    void open(engine::DQDownload& download) const;
+    void reveal(engine::DQDownload& download) const;
+    void openOriginalURL(const engine::DQDownload& download) const;
+    void copyOriginalURL(const engine::DQDownload& download) const;
+    void copyPath(engine::DQDownload& download) const;
+    /// Whether the user holds the keys that ask for the other way of doing a thing.
+    [[nodiscard]] bool isAlternateFunctionalityEvent() const;
+    /// See `Workspace`.
+    void openWithApplication(const QString& path, const QString& application) const;
+
+private:
+    void performPrimary(engine::DQDownload& download) const;
+    void copy(const Pasteboard& pasteboard) const;
+
+    Surroundings surroundings_;
+};
+
+}  // namespace app

@@ -1,0 +1,37 @@
+#include "app/rows/rows.h"
+
+#include "engine/queue/download_queue.h"
+
+namespace app {
+
+Rows::Rows(const Surroundings& surroundings)
+    : presence_(surroundings.queue.context(), [&list = surroundings.frontEnd.list](
+                                                  engine::DQDownload&) { list.setNeedsDisplay(); }),
+      texts_(surroundings.queue),
+      actions_({surroundings.queue.context().defaults, surroundings.workspace,
+                surroundings.frontEnd, presence_}),
+      vanishing_({surroundings.queue.context().loop, surroundings.queue.context().defaults,
+                  surroundings.remove}) {}
+
+bool Rows::canPerformAction(engine::DQDownload& download, unsigned index) {
+    return !vanishing_.isVanishing(download) && actions_.canPerform(download, index);
+}
+
+unsigned Rows::highlightedActionButtonIndex(const engine::DQDownload& download) const {
+    return pressed_ == &download ? _highlightedActionButtonIndex : 0;
+}
+
+void Rows::setHighlightedActionButtonIndex(const engine::DQDownload& download, unsigned index) {
+    pressed_ = &download;
+    _highlightedActionButtonIndex = index;
+}
+
+void Rows::forget(const engine::DQDownload& download) {
+    vanishing_.forget(download);
+    presence_.forget(download);
+    if (pressed_ == &download) {
+        pressed_ = nullptr;
+    }
+}
+
+}  // namespace app

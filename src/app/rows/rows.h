@@ -1,0 +1,49 @@
+#pragma once
+
+#include "app/rows/file_presence.h"
+#include "app/rows/row_actions.h"
+#include "app/rows/row_vanishing.h"
+#include "app/rows/status_text.h"
+
+namespace engine {
+class DownloadQueue;
+}
+
+namespace app {
+
+/// What rows show, offer and remember beyond what their downloads are. Main thread.
+class Rows {
+public:
+    struct Surroundings {
+        engine::DownloadQueue& queue;
+        const Workspace& workspace;
+        FrontEnd frontEnd;
+        /// Takes a record out of the queue.
+        std::function<void(engine::DQDownload&)> remove;
+    };
+
+    explicit Rows(const Surroundings& surroundings);
+
+    [[nodiscard]] StatusTexts& texts() { return texts_; }
+    [[nodiscard]] RowActions& actions() { return actions_; }
+    [[nodiscard]] RowVanishing& vanishing() { return vanishing_; }
+
+    /// `index` is a `DQDownloadAction`; nothing can be done with a row that is vanishing.
+    [[nodiscard]] bool canPerformAction(engine::DQDownload& download, unsigned index);
+    /// The button that is being pressed. 0: none.
+    [[nodiscard]] unsigned highlightedActionButtonIndex(const engine::DQDownload& download) const;
+    void setHighlightedActionButtonIndex(const engine::DQDownload& download, unsigned index);
+
+    /// The record has left the queue.
+    void forget(const engine::DQDownload& download);
+
+private:
+    FilePresence presence_;
+    StatusTexts texts_;
+    RowActions actions_;
+    RowVanishing vanishing_;
+    const engine::DQDownload* pressed_ = nullptr;
+    unsigned _highlightedActionButtonIndex = 0;
+};
+
+}  // namespace app

@@ -1,0 +1,193 @@
+#include "app/rows/status_text.h"
+
+#include "engine/queue/download_queue.h"
+#include "engine/settings.h"
+#include "links/format/byte_counts.h"
+#include "links/format/dates.h"
+#include "links/format/durations.h"
+#include "links/names/anonymized_names.h"
+#include "links/text/localization.h"
+#include "links/text/typography.h"
+#include "platform/base/user_defaults.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace app {
+
+namespace {
+
+using engine::DQDownload;
+namespace keys = engine::keys;
+namespace settings = engine::settings;
+
+using links::filledFormat;
+using links::localized;
+
+QString sizeText(qint64 bytes) {
+    return links::fileSizeDescriptionWithBytesCount(static_cast<quint64>(bytes));
+}
+
+QString bytesText(const engine::OverallFigures& figures) {
+    if (figures.total() >= figures.expected)
+        return sizeText(figures.total());
+    return filledFormat(localized("%@ of %@"), {links::partialFileSizeDescriptionWithBytesCount(
+                                                    static_cast<quint64>(figures.total()),
+                                                    static_cast<quint64>(figures.expected)),
+                                                sizeText(figures.expected)});
+}
+
+/// Of a middling rate only the leading digits, since the others change at every look.
+qint64 shownRate(const engine::SpeedMeter::Span& span) {
+    constexpr qint64 kilo = 1000;
+    constexpr qint64 mega = 1000 * kilo;
+    const auto rate = static_cast<qint64>(span.bytes / span.seconds);
+    return rate > kilo && rate < mega ? rate / kilo * kilo : rate;
+}
+
+/// Empty if it is hardly worth saying.
+QString timeLeftText(const engine::OverallFigures& figures, const engine::SpeedMeter::Span& span) {
+    constexpr platform::Seconds leastShown = 1;
+    const platform::Seconds left =
+        span.bytes > 0
+            ? span.seconds * static_cast<double>(figures.expected - figures.total()) / span.bytes
+            : 0;
+    return left < leastShown ? QString() : links::durationDescription(false, left);
+}
+
+QString abortedText(const DQDownload& download) {
+    const QString text = localized("Aborted");
+    if (!download.userSettings().contains(keys::statusCode))
+        return text;
+    return filledFormat(localized("%@%@%@"), {text, links::spacedDashString(),
+                                              download.userSettings().string(keys::statusCode)});
+}
+
+QString percentText(const DQDownload& download) {
+    const auto percent = static_cast<int>(download.downloadCompletionFraction() * 100);
+    return localized("Downloading: %ld%%")
+        .replace(u"%ld"_s, QString::number(percent))
+        .replace(u"%%"_s, u"%"_s);
+}
+
+/// Marks on a download that has not begun.
+QString decorated(const QString& text, const DQDownload& download) {
+    QString result = text;
+    if (download.isDownloadPageURL())
+        result = filledFormat(localized("%@%@⎇"), {result, links::spacedDashString()});
+    if (download.accelerates())
+        result = filledFormat(localized("%@%@%@"),
+                              {result, links::spacedDashString(), localized("Accelerate")});
+    return result;
+}
+
+}  // namespace
+
+StatusTexts::StatusTexts(engine::DownloadQueue& queue)
+    : queue_(queue), defaults_(queue.context().defaults) {}
+
+QString StatusTexts::withAccelerationSuffix(const QString& text, const DQDownload& download) const {
+    const engine::UserSettings& settings = download.userSettings();
+    const std::size_t connections = download.transfer().workers().size();
+    if (settings.boolean(keys::rangesDisabled))
+        return text + localized(" - Acceleration not supported");
+    if (settings.boolean(keys::accelerationFailed))
+        return text + localized(" - Acceleration failed");
+    if (connections >= 2 && defaults_.get(settings::displayAccelerationConnections))
+        return filledFormat(localized("%@ - %lu connections"),
+                            {text, QString::number(connections)});
+    return text;
+}
+
+QString StatusTexts::doneText(DQDownload& download) const {
+    return filledFormat(localized("%@%@%@"),
+                        {localized("Complete"), links::spacedDashString(),
+                         links::fuzzyDescription(download.doneDate(), queue_.context().wallNow())});
+}
+
+QString StatusTexts::waitingText(const DQDownload& download, bool live) const {
+    if (live && queue_.admission().queuedDownloads().size() >= 2) {
+        if (const QString place = queueIndexDescription(download); !place.isNull())
+            return filledFormat(localized("Waiting: #%@"), {place});
+    }
+    return localized("Waiting");
+}
+
+QString StatusTexts::stoppedText(const DQDownload& download, bool live) const {
+    QString text = localized("Pending");
+    if (download.userSettings().contains(keys::responseURL))
+        text = download.isInterrupted() ? localized("Interrupted") : localized("Paused");
+    return live ? text + pausedHostDescription(download) : text;
+}
+
+QString StatusTexts::anonymizedHost(const QString& host) const {
+    return defaults_.get(settings::privateDownloading)
+               ? links::anonymizedStringPreservingExtension(host, true, false)
+               : host;
+}
+
+StatusTexts::Progress StatusTexts::progress(const DQDownload& download) const {
+    const engine::OverallFigures figures = download.transfer().figures();
+    if (figures.expected < 1)
+        return {};
+    const platform::Seconds now = queue_.context().monotonicNow();
+    const auto span = figures.downloaded > 0 ? download.transfer().speed().span(
+                                                   now, figures.downloaded,
+                                                   download.dates().downloadDate().value_or(now))
+                                             : std::nullopt;
+    if (!span)
+        return {bytesText(figures), {}, {}};
+    return {bytesText(figures), sizeText(shownRate(*span)), timeLeftText(figures, *span)};
+}
+
+QString StatusTexts::downloadProgressDescription(const DQDownload& download) const {
+    const Progress texts = progress(download);
+    if (texts.bytes.isEmpty())
+        return localized("Connecting...");
+    QString text = texts.bytes;
+    if (!texts.timeLeft.isEmpty())
+        text = filledFormat(localized("%@ at %@/s - %@ remaining"),
+                            {texts.bytes, texts.rate, texts.timeLeft});
+    else if (!texts.rate.isEmpty())
+        text = filledFormat(localized("%@ at %@/s"), {texts.bytes, texts.rate});
+    return withAccelerationSuffix(text, download);
+}
+
+QString StatusTexts::statusDescriptionWithLiveDetails(DQDownload& download, bool live) const {
+    switch (download.status()) {
+        case engine::DQDownloadStatusAborted:
+            return abortedText(download);
+        case engine::DQDownloadStatusDone:
+            return doneText(download);
+        case engine::DQDownloadStatusDownloading:
+            return live ? downloadProgressDescription(download) : percentText(download);
+        case engine::DQDownloadStatusQueued:
+        case engine::DQDownloadStatusPaused:
+            break;
+    }
+    const QString text = download.status() == engine::DQDownloadStatusQueued
+                             ? waitingText(download, live)
+                             : stoppedText(download, live);
+    return live && !download.userSettings().contains(keys::responseURL) ? decorated(text, download)
+                                                                        : text;
+}
+
+QString StatusTexts::queueIndexDescription(const DQDownload& download) const {
+    const engine::QueueAdmission::Position position =
+        queue_.admission().positionOfQueuedDownload(download);
+    if (position.index == engine::notFound)
+        return {};
+    if (!position.host)
+        return filledFormat(localized("%lu"), {QString::number(position.index + 1)});
+    return filledFormat(localized("%lu @ %@"),
+                        {QString::number(position.hostIndex + 1), anonymizedHost(*position.host)});
+}
+
+QString StatusTexts::pausedHostDescription(const DQDownload& download) const {
+    const QString& host = download.queueRelevantHost();
+    if (queue_.admission().numberOfConcurrentDownloadsPerHost() < 1 || host.isEmpty())
+        return {};
+    return queue_.admission().hasPausedDownloadsOfOtherHosts(host) ? u" @ "_s + anonymizedHost(host)
+                                                                   : QString();
+}
+
+}  // namespace app

@@ -1,0 +1,17 @@
+#include "engine/context.h"
+
+#include "platform/base/run_loop.h"
+
+namespace engine {
+
+platform::Seconds Context::monotonicNow() const {
+    return loop.clock().monotonic();
+}
+
+QDateTime Context::wallNow() const {
+    constexpr double millisecondsPerSecond = 1000;
+    return QDateTime::fromMSecsSinceEpoch(
+        static_cast<qint64>(loop.clock().wall() * millisecondsPerSecond), Qt::UTC);
+}
+
+}  // namespace engine

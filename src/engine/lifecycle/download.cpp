@@ -1,0 +1,319 @@
+#include "engine/lifecycle/download.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <utility>
+
+#include "engine/acceleration/acceleration_settings.h"
+#include "engine/acceleration/accelerator.h"
+#include "engine/context.h"
+#include "engine/lifecycle/download_starter.h"
+#include "engine/lifecycle/failure_handler.h"
+#include "engine/lifecycle/response_handler.h"
+#include "engine/paths/download_folder.h"
+#include "engine/paths/intermediate_files.h"
+#include "engine/paths/support_folder.h"
+#include "engine/record/known_file.h"
+#include "links/paths/path_components.h"
+#include "links/paths/sandbox.h"
+#include "platform/base/log.h"
+#include "platform/files/disks.h"
+#include "platform/files/files.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace engine {
+
+DQDownload::DQDownload(const Context& context, DownloadHost& host, const platform::Url& url)
+    : DownloadRecord(context, url),
+      host_(host),
+      paths_(*this),
+      transfer_(*this, paths_, [this] { host_.downloadDidChange(*this); }),
+      finisher_(transfer_, *this),
+      autoResume_(context.loop),
+      spaceWatch_(*this) {}
+
+DQDownload::~DQDownload() = default;
+
+DownloadPtr DQDownload::shared_from_this() {
+    return std::static_pointer_cast<DQDownload>(DownloadRecord::shared_from_this());
+}
+
+std::shared_ptr<const DQDownload> DQDownload::shared_from_this() const {
+    return std::static_pointer_cast<const DQDownload>(DownloadRecord::shared_from_this());
+}
+
+std::weak_ptr<DQDownload> DQDownload::weak_from_this() {
+    return shared_from_this();
+}
+
+void DQDownload::setURL(const platform::Url& url) {
+    identity().setURL(url);
+    // Only these are sorted by their hosts.
+    if (status() == DQDownloadStatusPaused || status() == DQDownloadStatusQueued)
+        host_.placeDidChange();
+}
+
+// What survives a restart.
+
+QVariantMap DQDownload::userSettingsArchiveWithPausedStatus(bool paused,
+                                                            bool writeMetadataToDownloadBundle) {
+    QVariantMap archive = paths_.archive(paused);
+    // While the file is being finished, its container may be on the way out.
+    if (writeMetadataToDownloadBundle && archive.contains(keys::resumePath) && !finisher_.isBusy())
+        paths_.writeMetadata(archive);
+    if (userSettings().contains(keys::statusCode))
+        archive.insert(keys::statusCode, userSettings().value(keys::statusCode));
+    return archive;
+}
+
+// Paths.
+
+QString DQDownload::pathToReveal() {
+    const QString container = downloadContainerPath();
+    if (matchesStatusMask(status(), unfinishedStatuses) && !container.isEmpty() &&
+        platform::pathExists(container))
+        return container;
+    const QString file = findFile();
+    return links::isSandboxed() && !file.isEmpty() ? QFileInfo(file).canonicalFilePath() : file;
+}
+
+void DQDownload::setIntermediateDownloadTargetPath(const QString& path) {
+    const QString folder = links::stringByDeletingLastPathComponent(path);
+    if (isDownloadContainer(folder) ||
+        folder == intermediateDownloadBasePath(context().environment) || folder == QDir::tempPath())
+        paths_.setIntermediateDownloadTargetPath(path);
+    else
+        platform::log(u"this is no place for a partial file: %1"_s.arg(path));
+}
+
+QString DQDownload::downloadBasePath() const {
+    return engine::downloadBasePath(*this);
+}
+
+// Life.
+
+void DQDownload::changeStatus(DQDownloadStatus after, StatusCause cause) {
+    const DQDownloadStatus before = std::exchange(_status, after);
+    host_.statusDidChange({*this, before, after, cause});
+}
+
+void DQDownload::startDownload() {
+    startDownloadWithURL(std::nullopt, false);
+}
+
+void DQDownload::startDownloadWithURL(const std::optional<platform::Url>& url,
+                                      bool extractedFromDownloadPage) {
+    const auto keep = shared_from_this();
+    engine::startDownload(*this, url, extractedFromDownloadPage);
+}
+
+void DQDownload::becomeDownloading() {
+    cancelArrangedResume();
+    lastError_.reset();
+    if (!userSettings().contains(keys::originalURL))
+        userSettings().set(keys::originalURL, URLString());
+    changeStatus(DQDownloadStatusDownloading, StatusCause::Started);
+}
+
+void DQDownload::addToQueue() {
+    if (status() != DQDownloadStatusPaused)
+        return;
+    cancelArrangedResume();
+    _isInterrupted = false;
+    changeStatus(DQDownloadStatusQueued, StatusCause::Queued);
+}
+
+void DQDownload::togglePause() {
+    if (status() == DQDownloadStatusPaused)
+        addToQueue();
+    else
+        stop(StatusCause::PausedByUser);
+}
+
+qint64 DQDownload::partialBytes() const {
+    qint64 sum = 0;
+    for (const auto& worker : transfer_.workers())
+        sum += worker->fractionStartByte() + worker->resumeByteOffset() + worker->downloadedBytes();
+    if (sum <= 0 && userSettings().contains(keys::responseURL) &&
+        paths_.hasIntermediateDownloadTargetPath())
+        sum = measurePartialFiles(paths_.intermediateDownloadTargetPath()).total;
+    return sum;
+}
+
+void DQDownload::stop(StatusCause cause) {
+    if (!matchesStatusMask(status(), activeStatuses))
+        return;
+    const auto keep = shared_from_this();
+    if (status() == DQDownloadStatusDownloading && transfer_.hasWorkers()) {
+        const bool isWorthKeeping = partialBytes() >= 1;
+        transfer_.dropWorkers();
+        if (!isWorthKeeping)
+            paths_.discardPartialData();
+    }
+    finisher_.cancel();
+    _isGettingDownloadPageSource = false;
+    changeStatus(DQDownloadStatusPaused, cause);
+}
+
+void DQDownload::interrupt(const platform::Error& error) {
+    _isInterrupted = true;
+    lastError_ = error;
+    if (error.underlying)
+        platform::log(error.text + u": "_s + error.underlying->text);
+    stop(StatusCause::Interrupted);
+    arrangeAutoResume();
+    spaceWatch_.resumeWhenThereIsSpace(error);
+}
+
+/// One download of a burst of failures is resumed; the others wait for the user.
+void DQDownload::arrangeAutoResume() {
+    if (const auto delay = host_.noteFailure()) {
+        autoResume_.start(*delay, [this] { togglePause(); });
+        platform::log(u"%1 queued for auto-resume"_s.arg(description()));
+    }
+}
+
+void DQDownload::cancelArrangedResume() {
+    autoResume_.cancel();
+    spaceWatch_.cancel();
+}
+
+void DQDownload::abort() {
+    transfer_.dropWorkers();
+    changeStatus(DQDownloadStatusAborted, StatusCause::Failed);
+}
+
+void DQDownload::startOverAfterFailedResume() {
+    transfer_.dropWorkers();
+    userSettings().remove(keys::responseURL);
+    userSettings().remove(keys::accelerationWorkers);
+    forgetFile(userSettings());
+    paths_.discardPartialData();
+    transfer_.resetProgress();
+    platform::log(u"%1 cannot resume download; will try complete reload"_s.arg(description()));
+    changeStatus(DQDownloadStatusQueued, StatusCause::StartedOver);
+}
+
+void DQDownload::goOnAlone() {
+    transfer_.dropWorkers();
+    startDownload();
+}
+
+void DQDownload::removeAndMoveToTrashIfDone(bool moveToTrash) {
+    const auto keep = shared_from_this();
+    _isBeingRemoved = true;
+    cancelArrangedResume();
+    if (matchesStatusMask(status(), unfinishedStatuses)) {
+        finisher_.cancel();
+        transfer_.dropWorkers();
+        paths_.discardPartialDataInBackground();
+        _isGettingDownloadPageSource = false;
+        changeStatus(DQDownloadStatusAborted, StatusCause::Removed);
+    } else if (moveToTrash) {
+        throwAwayFile();
+    }
+    host_.downloadWasRemoved(*this);
+}
+
+/// The move may be a long copy.
+void DQDownload::throwAwayFile() {
+    const QString file = findFile();
+    if (file.isEmpty())
+        return;
+    const auto isMoved = std::make_shared<bool>(false);
+    context().disks.holding(file).run([file, isMoved] { *isMoved = platform::moveToTrash(file); },
+                                      [keep = shared_from_this(), file, isMoved] {
+                                          if (!*isMoved)
+                                              keep->host().fileWasNotThrownAway(file);
+                                      });
+}
+
+// Acceleration.
+
+bool DQDownload::accelerates() const {
+    return AccelerationSettings(context().defaults).acceleratesHost(queueRelevantHost());
+}
+
+void DQDownload::toggleAcceleration() {
+    AccelerationSettings(context().defaults).toggleAccelerationOfHost(queueRelevantHost());
+}
+
+double DQDownload::downloadCompletionFraction() const {
+    if (status() == DQDownloadStatusDone)
+        return 1;
+    return status() == DQDownloadStatusDownloading ? transfer_.downloadFraction() : 0;
+}
+
+// Reports of the workers.
+
+QString DQDownload::targetPathForDownloadWorker(const DQDownloadWorkerPrototype&) {
+    return paths_.chooseIntermediateDownloadTargetPath();
+}
+
+void DQDownload::resetProgressForDownloadWorker(DQDownloadWorkerPrototype&) {
+    const auto keep = shared_from_this();
+    if (transfer_.workers().size() == 1)
+        paths_.discardPartialData();
+    transfer_.resetProgress();
+}
+
+void DQDownload::downloadWorkerDidReceiveResponse(DQDownloadWorkerPrototype& worker,
+                                                  const WorkerResponse& response) {
+    const auto keep = shared_from_this();
+    if (transfer_.contains(worker))
+        handleResponse(*this, worker, response);
+}
+
+void DQDownload::downloadWorkerDidReceiveBytes(DQDownloadWorkerPrototype& worker, qint64) {
+    const auto keep = shared_from_this();
+    if (const qint64 offset = transfer_.noteReceivedBytes(worker); offset >= 1)
+        truncateFirstWorker(transfer_, offset);
+}
+
+void DQDownload::downloadWorkerDidFail(DQDownloadWorkerPrototype& worker,
+                                       const platform::Error& error) {
+    const auto keep = shared_from_this();
+    if (transfer_.contains(worker))
+        handleFailure(*this, worker, error);
+}
+
+void DQDownload::downloadWorkerDidFinish(DQDownloadWorkerPrototype& worker) {
+    const auto keep = shared_from_this();
+    if (transfer_.contains(worker))
+        finisher_.workerDidFinish(worker);
+}
+
+// What the end of the transfer leads to.
+
+void DQDownload::didFinishWithFile(const QString& path) {
+    identity().setURL(platform::Url::fromFilePath(path));
+    if (const QByteArray bookmark = platform::fileBookmark(path); !bookmark.isEmpty())
+        userSettings().set(keys::alias, bookmark);
+    changeStatus(DQDownloadStatusDone, StatusCause::Finished);
+}
+
+void DQDownload::didFinishWithoutData() {
+    platform::debugLog([&] {
+        return u"%1 finished with no data (status code: %2)"_s.arg(
+            description(), userSettings().string(keys::statusCode));
+    });
+    _isGettingDownloadPageSource = false;
+    changeStatus(DQDownloadStatusAborted, StatusCause::Failed);
+}
+
+void DQDownload::finishingDidFail(const platform::Error& error) {
+    interrupt(error);
+}
+
+void DQDownload::finishingWasCancelled(bool startsAgain) {
+    if (startsAgain && status() == DQDownloadStatusDownloading)
+        startDownload();
+}
+
+void DQDownload::partIsLeftWithoutWorker(DQDownloadWorkerPrototype& worker,
+                                         const platform::Error& error) {
+    handleFailure(*this, worker, error);
+}
+
+}  // namespace engine

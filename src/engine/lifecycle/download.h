@@ -1,0 +1,155 @@
+#pragma once
+
+#include <QVariant>
+#include <memory>
+#include <optional>
+
+#include "engine/finishing/download_finisher.h"
+#include "engine/lifecycle/download_host.h"
+#include "engine/lifecycle/space_watch.h"
+#include "engine/paths/download_paths.h"
+#include "engine/record/download_record.h"
+#include "engine/transfer/transfer.h"
+#include "engine/workers/download_worker_delegate.h"
+#include "platform/base/timer.h"
+
+namespace engine {
+
+class DQDownload;
+using DownloadPtr = std::shared_ptr<DQDownload>;
+
+/// One download, from the moment its address enters the queue until it is a file on disk or has
+/// been given up: state machine and the delegate of its workers.
+///
+/// The queue makes and owns its records. The work is done by collaborators with files of their
+/// own; this class is what the rest of the program sees of them. Main thread.
+class DQDownload final : public DownloadRecord,
+                         public DQDownloadWorkerDelegate,
+                         private FinishingDelegate {
+public:
+    /// For the queue: `context` and `host` outlive it. It is paused.
+    DQDownload(const Context& context, DownloadHost& host, const platform::Url& url);
+    ~DQDownload() override;
+
+    [[nodiscard]] DownloadPtr shared_from_this();
+    [[nodiscard]] std::shared_ptr<const DQDownload> shared_from_this() const;
+    [[nodiscard]] std::weak_ptr<DQDownload> weak_from_this();
+
+    void setURL(const platform::Url& url);
+
+    // What survives a restart.
+
+    /// One element of the queue file. With `writeMetadataToDownloadBundle` also writes what an
+    /// .orlop folder needs to be opened by itself, if the partial file lies in one.
+    QVariantMap userSettingsArchiveWithPausedStatus(bool paused,
+                                                    bool writeMetadataToDownloadBundle);
+
+    // Paths; empty where there is none.
+
+    [[nodiscard]] QString pathToReveal();
+    /// The .orlop folder of the partial file.
+    [[nodiscard]] QString downloadContainerPath() const { return paths_.downloadContainerPath(); }
+    /// For a record that is restored. A path where no partial data of ours can lie is not taken: it
+    /// comes from a file that anybody may have written, and partial data is deleted.
+    void setIntermediateDownloadTargetPath(const QString& path);
+    [[nodiscard]] const QString& intermediateDownloadTargetPath() const {
+        return paths_.intermediateDownloadTargetPath();
+    }
+    [[nodiscard]] QString downloadBasePath() const;
+    [[nodiscard]] QString finalDownloadTargetPath() { return paths_.finalDownloadTargetPath(); }
+
+    // Life.
+
+    /// Starts at once, past the queue and its limits.
+    void startDownload();
+    /// Starts at the address given, or at its own. `extractedFromDownloadPage`: the address (or
+    /// none) is what reading a page gave.
+    void startDownloadWithURL(const std::optional<platform::Url>& url,
+                              bool extractedFromDownloadPage);
+    /// Only from paused.
+    void addToQueue();
+    /// Only from queued or downloading.
+    void pause() { stop(StatusCause::Paused); }
+    void togglePause();
+    void remove() { removeAndMoveToTrashIfDone(false); }
+    void removeAndMoveToTrash() { removeAndMoveToTrashIfDone(true); }
+    void removeAndMoveToTrashIfDone(bool moveToTrash);
+
+    // Acceleration.
+
+    /// Whether files of this host are fetched over several connections.
+    [[nodiscard]] bool accelerates() const;
+    /// Turns it the other way for the host.
+    void toggleAcceleration();
+
+    /// 0 to 1; 0 unless downloading or done.
+    [[nodiscard]] double downloadCompletionFraction() const;
+
+    // Reports of the workers.
+
+    [[nodiscard]] QString targetPathForDownloadWorker(
+        const DQDownloadWorkerPrototype& worker) override;
+    void resetProgressForDownloadWorker(DQDownloadWorkerPrototype& worker) override;
+    void downloadWorkerDidReceiveResponse(DQDownloadWorkerPrototype& worker,
+                                          const WorkerResponse& response) override;
+    void downloadWorkerDidReceiveBytes(DQDownloadWorkerPrototype& worker, qint64 count) override;
+    void downloadWorkerDidFail(DQDownloadWorkerPrototype& worker,
+                               const platform::Error& error) override;
+    void downloadWorkerDidFinish(DQDownloadWorkerPrototype& worker) override;
+
+    // For the collaborators of this folder.
+
+    [[nodiscard]] DownloadHost& host() { return host_; }
+    [[nodiscard]] DownloadPaths& paths() { return paths_; }
+    [[nodiscard]] const DownloadPaths& paths() const { return paths_; }
+    [[nodiscard]] Transfer& transfer() { return transfer_; }
+    [[nodiscard]] const Transfer& transfer() const { return transfer_; }
+    [[nodiscard]] DownloadFinisher& finisher() { return finisher_; }
+    [[nodiscard]] bool isGettingDownloadPageSource() const { return _isGettingDownloadPageSource; }
+    void setIsGettingDownloadPageSource(bool isGetting) {
+        _isGettingDownloadPageSource = isGetting;
+    }
+
+    /// The one way from status to status. Who asks has brought everything else to where it then
+    /// belongs; the queue, and whoever listens to it, draws all conclusions.
+    void changeStatus(DQDownloadStatus after, StatusCause cause);
+    /// For a start: at status 4 from here on, with nothing left of an earlier failure.
+    void becomeDownloading();
+    /// Stops the transfer, and keeps what is worth keeping. Only from queued or downloading.
+    void stop(StatusCause cause);
+    /// Pauses it with the reason for its rows, and arranges for its resumption as the settings say.
+    void interrupt(const platform::Error& error);
+    /// It could not be started at all.
+    void abort();
+    /// Gives up all partial data and queues the download.
+    void startOverAfterFailedResume();
+    /// Stops all workers and resumes with one, from what the first worker has.
+    void goOnAlone();
+
+private:
+    // What the end of the transfer leads to.
+
+    void didFinishWithFile(const QString& path) override;
+    void didFinishWithoutData() override;
+    void finishingDidFail(const platform::Error& error) override;
+    void finishingFoundDamage() override { startOverAfterFailedResume(); }
+    void finishingWasCancelled(bool startsAgain) override;
+    void partIsLeftWithoutWorker(DQDownloadWorkerPrototype& worker,
+                                 const platform::Error& error) override;
+
+    [[nodiscard]] qint64 partialBytes() const;
+    void arrangeAutoResume();
+    void cancelArrangedResume();
+    void throwAwayFile();
+
+    DownloadHost& host_;
+    DownloadPaths paths_;
+    Transfer transfer_;
+    DownloadFinisher finisher_;
+    /// A resumption that is to come by itself.
+    platform::Timer autoResume_;
+    SpaceWatch spaceWatch_;
+    bool _isGettingDownloadPageSource = false;
+};
+
+}  // namespace engine

@@ -1,0 +1,60 @@
+#include "engine/lifecycle/space_watch.h"
+
+#include <QStorageInfo>
+#include <algorithm>
+#include <cerrno>
+
+#include "engine/context.h"
+#include "engine/lifecycle/download.h"
+#include "engine/record/known_file.h"
+#include "links/paths/path_components.h"
+#include "platform/base/log.h"
+#include "platform/files/files.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace engine {
+namespace {
+
+constexpr platform::Seconds interval = 30;
+/// Room enough not to be stopped again at once, but no more than the download still needs.
+constexpr qint64 enoughSpace = qint64{64} << 20;
+
+bool isLackOfSpace(const platform::Error& error) {
+    const platform::Error* cause = error.underlying.get();
+    return cause && (cause->is(platform::posixErrorDomain, ENOSPC) ||
+                     cause->is(platform::posixErrorDomain, EDQUOT));
+}
+
+}  // namespace
+
+SpaceWatch::SpaceWatch(DQDownload& download)
+    : download_(download), timer_(download.context().loop) {}
+
+void SpaceWatch::resumeWhenThereIsSpace(const platform::Error& error) {
+    if (isLackOfSpace(error))
+        watch();
+}
+
+void SpaceWatch::watch() {
+    timer_.start(interval, [this] { look(); });
+}
+
+void SpaceWatch::look() {
+    if (!isSpaceBack())
+        return watch();
+    platform::log(u"%1 goes on, there is room on the disk again"_s.arg(download_.description()));
+    download_.addToQueue();
+}
+
+bool SpaceWatch::isSpaceBack() const {
+    const QString path = download_.intermediateDownloadTargetPath();
+    const QStorageInfo volume(links::stringByDeletingLastPathComponent(path));
+    const qint64 length = knownFile(download_.userSettings()).length;
+    const qint64 missing = length > 0
+                               ? std::max<qint64>(length - platform::fileSize(path).value_or(0), 1)
+                               : enoughSpace;
+    return volume.isValid() && volume.bytesAvailable() >= std::min(missing, enoughSpace);
+}
+
+}  // namespace engine

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "platform/base/error.h"
+#include "platform/base/timer.h"
+
+namespace engine {
+
+class DQDownload;
+
+/// If a download was stopped because the disk was full, or the user's share of it, looks from time
+/// to time whether there is room again and then queues it. Main thread.
+class SpaceWatch {
+public:
+    explicit SpaceWatch(DQDownload& download);
+
+    /// After an interruption. Errors that are no lack of space: nothing happens.
+    void resumeWhenThereIsSpace(const platform::Error& error);
+    void cancel() { timer_.cancel(); }
+
+private:
+    void watch();
+    void look();
+    [[nodiscard]] bool isSpaceBack() const;
+
+    DQDownload& download_;
+    platform::Timer timer_;
+};
+
+}  // namespace engine

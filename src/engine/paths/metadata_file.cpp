@@ -1,0 +1,78 @@
+#include "engine/paths/metadata_file.h"
+
+#include <utility>
+
+#include "links/paths/path_components.h"
+#include "platform/base/log.h"
+#include "platform/files/disks.h"
+#include "platform/files/files.h"
+#include "platform/files/property_list.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace engine {
+
+void MetadataFile::write(platform::Disks& disks, const QString& container,
+                         const QVariantMap& archive) {
+    if (container == written_.container && archive == written_.archive)
+        return;
+    written_ = {container, archive};
+    const std::scoped_lock guard(lock_);
+    next_ = written_;
+    hasNext_ = true;
+    if (!std::exchange(isWriting_, true))
+        disks.holding(container).run([self = shared_from_this()] { self->work(); });
+}
+
+void MetadataFile::discard(std::function<void()> remove) {
+    written_ = {};
+    {
+        const std::scoped_lock guard(lock_);
+        hasNext_ = false;
+        if (isWriting_) {
+            remove_ = std::move(remove);
+            return;
+        }
+    }
+    remove();
+}
+
+void MetadataFile::settle() {
+    std::unique_lock guard(lock_);
+    hasNext_ = false;
+    isIdle_.wait(guard, [this] { return !isWriting_; });
+}
+
+/// False: there is none, and the work is over.
+bool MetadataFile::takeNext(Version& next) {
+    std::function<void()> remove;
+    {
+        const std::scoped_lock guard(lock_);
+        if (!remove_ && hasNext_) {
+            hasNext_ = false;
+            next = std::exchange(next_, {});
+            return true;
+        }
+        remove = std::exchange(remove_, nullptr);
+        if (!remove) {
+            isWriting_ = false;
+            isIdle_.notify_all();
+            return false;
+        }
+    }
+    remove();
+    return takeNext(next);
+}
+
+void MetadataFile::work() {
+    for (Version version; takeNext(version);) {
+        const QString path =
+            links::stringByAppendingPathComponent(version.container, u"Archive.orlopinfo"_s);
+        const auto error =
+            platform::writeFileAtomically(path, platform::writePropertyList(version.archive));
+        if (error)
+            platform::log(u"cannot write metadata: %1 (%2)"_s.arg(path, error->text));
+    }
+}
+
+}  // namespace engine

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QString>
+#include <QVariantMap>
+#include <condition_variable>
+#include <functional>
+#include <memory>
+#include <mutex>
+
+namespace platform {
+class Disks;
+}
+
+namespace engine {
+
+/// "Archive.orlopinfo" of one container: what belongs to the partial data in it. Written off the
+/// main thread, which never waits for the disk; of several versions that come while one is being
+/// written only the last one is.
+class MetadataFile : public std::enable_shared_from_this<MetadataFile> {
+public:
+    /// Not what it says already. Main thread.
+    void write(platform::Disks& disks, const QString& container, const QVariantMap& archive);
+    /// Forgets what was to be written and what was, and calls `remove`, which deletes the
+    /// container: at once, or on the thread that is just writing into it. Main thread.
+    void discard(std::function<void()> remove);
+    /// Returns when nothing is being written any more, nor going to be before the next `write`. Not
+    /// on the main thread.
+    void settle();
+
+private:
+    struct Version {
+        QString container;
+        QVariantMap archive;
+    };
+
+    void work();
+    [[nodiscard]] bool takeNext(Version& next);
+
+    Version written_;  ///< Of the main thread, as far as was asked for.
+    std::mutex lock_;  ///< Guards all below.
+    std::condition_variable isIdle_;
+    bool isWriting_ = false;
+    bool hasNext_ = false;
+    Version next_;
+    std::function<void()> remove_;
+};
+
+}  // namespace engine

@@ -1,0 +1,219 @@
+#include "engine/queue/download_queue.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "platform/base/run_loop.h"
+
+namespace engine {
+
+bool anyDownloadFromCollectionMatchesStatusMask(const Downloads& collection, StatusMask mask) {
+    return std::any_of(collection.begin(), collection.end(), [mask](const auto& download) {
+        return matchesStatusMask(download->status(), mask);
+    });
+}
+
+Downloads downloadsFromCollectionMatchingStatusMask(const Downloads& collection, StatusMask mask) {
+    Downloads matches;
+    std::copy_if(
+        collection.begin(), collection.end(), std::back_inserter(matches),
+        [mask](const auto& download) { return matchesStatusMask(download->status(), mask); });
+    return matches;
+}
+
+DownloadQueue::DownloadQueue(const Surroundings& surroundings, QueueOwner& owner)
+    : owner_(owner),
+      fileAccess_(surroundings.environment),
+      throttle_(surroundings.defaults),
+      autoResume_(surroundings.defaults),
+      context_{
+          surroundings.defaults, surroundings.loop, surroundings.disks, surroundings.environment,
+          surroundings.rules,    fileAccess_,       throttle_},
+      admission_(*this) {}
+
+/// Somebody may still hold a record, whose surroundings are about to go.
+DownloadQueue::~DownloadQueue() {
+    members_.clear();
+    for (const DownloadPtr& download : _downloads) {
+        download->finisher().cancel();
+        download->transfer().dropWorkers();
+    }
+}
+
+Downloads DownloadQueue::downloadsMatchingStatusMask(StatusMask mask) const {
+    return downloadsFromCollectionMatchingStatusMask(_downloads, mask);
+}
+
+bool DownloadQueue::contains(const DQDownload& download) const {
+    return members_.contains(&download);
+}
+
+std::optional<std::size_t> DownloadQueue::indexOf(const DQDownload& download) const {
+    if (!contains(download))
+        return std::nullopt;
+    const auto found =
+        std::find_if(_downloads.begin(), _downloads.end(),
+                     [&](const auto& candidate) { return candidate.get() == &download; });
+    return static_cast<std::size_t>(found - _downloads.begin());
+}
+
+DownloadPtr DownloadQueue::born(const platform::Url& url, const Setup& setup) {
+    DownloadHost& host = *this;
+    auto download = std::make_shared<DQDownload>(context_, host, url);
+    if (setup)
+        setup(*download);
+    return download;
+}
+
+void DownloadQueue::insert(Downloads::iterator place, const DownloadPtr& download,
+                           bool addToQueue) {
+    _downloads.insert(place, download);
+    members_.insert(download.get());
+    tally_.add(*download, download->status());
+    membershipDidChange();
+    if (addToQueue)
+        download->changeStatus(DQDownloadStatusQueued, StatusCause::Added);
+}
+
+DownloadPtr DownloadQueue::add(const std::optional<platform::Url>& url, bool addToQueue,
+                               const Setup& setup) {
+    if (!url || url->isEmpty())
+        return nullptr;
+    DownloadPtr download = born(*url, setup);
+    insert(_downloads.end(), download, addToQueue);
+    return download;
+}
+
+DownloadPtr DownloadQueue::replace(DQDownload& download, const platform::Url& url, bool addToQueue,
+                                   const Setup& setup) {
+    const std::optional<std::size_t> index = indexOf(download);
+    if (!index)
+        return nullptr;
+    const auto place = _downloads.begin() + static_cast<std::ptrdiff_t>(*index);
+    forget(*place);
+    const auto next = _downloads.erase(place);
+    DownloadPtr replacement = born(url, setup);
+    insert(next, replacement, addToQueue);
+    return replacement;
+}
+
+/// The record may be in the middle of an operation that led here.
+void DownloadQueue::forget(const DownloadPtr& download) {
+    members_.erase(download.get());
+    tally_.remove(*download, download->status());
+    context_.loop.post([kept = download] {});
+}
+
+bool DownloadQueue::remove(DQDownload& download) {
+    const std::optional<std::size_t> index = indexOf(download);
+    if (!index)
+        return false;
+    const auto place = _downloads.begin() + static_cast<std::ptrdiff_t>(*index);
+    forget(*place);
+    _downloads.erase(place);
+    membershipDidChange();
+    return true;
+}
+
+std::size_t DownloadQueue::removeIf(const std::function<bool(DQDownload&)>& matches) {
+    const std::size_t count = std::erase_if(_downloads, [&](const DownloadPtr& download) {
+        const bool goes = matches(*download);
+        if (goes)
+            forget(download);
+        return goes;
+    });
+    if (count > 0)
+        membershipDidChange();
+    return count;
+}
+
+void DownloadQueue::setOrder(Downloads order) {
+    Q_ASSERT(order.size() == _downloads.size());
+    _downloads = std::move(order);
+    membershipDidChange();
+}
+
+bool DownloadQueue::move(const Downloads& dragged, qsizetype row, bool inverted) {
+    const auto count = static_cast<qsizetype>(_downloads.size());
+    std::unordered_set<const DQDownload*> moving;
+    Downloads moved;
+    for (const DownloadPtr& download : dragged) {
+        if (contains(*download) && moving.insert(download.get()).second)
+            moved.push_back(download);
+    }
+    if (moved.empty())
+        return false;
+    const qsizetype before = std::clamp<qsizetype>(inverted ? count - row : row, 0, count);
+    const auto stays = [&](const DownloadPtr& download) {
+        return !moving.contains(download.get());
+    };
+    if (inverted)
+        std::reverse(moved.begin(), moved.end());
+    Downloads order;
+    order.reserve(_downloads.size());
+    const auto split = _downloads.begin() + before;
+    std::copy_if(_downloads.begin(), split, std::back_inserter(order), stays);
+    order.insert(order.end(), moved.begin(), moved.end());
+    std::copy_if(split, _downloads.end(), std::back_inserter(order), stays);
+    setOrder(std::move(order));
+    return true;
+}
+
+void DownloadQueue::membershipDidChange() {
+    admission_.invalidateQueuedAndDownloadingDownloads();
+    hasBatchChanged_ = isInBatch();
+    owner_.queueDidChange();
+}
+
+void DownloadQueue::endBatch() {
+    // What the owner does about it is no part of it.
+    if (--batches_ == 0 && std::exchange(hasBatchChanged_, false))
+        owner_.batchDidEnd();
+}
+
+/// Of a record that has left the queue nobody wants to hear any more.
+void DownloadQueue::statusDidChange(const StatusChange& change) {
+    if (!contains(change.download))
+        return;
+    hasBatchChanged_ = isInBatch();
+    if (change.before != change.after) {
+        tally_.remove(change.download, change.before);
+        tally_.add(change.download, change.after);
+    }
+    admission_.statusDidChange(change);
+    if (tally_.count(activeStatuses) == 0)
+        fileAccess_.end();
+    owner_.statusDidChange(change);
+}
+
+void DownloadQueue::downloadDidChange(DQDownload& download) {
+    if (contains(download))
+        owner_.downloadDidChange(download);
+}
+
+void DownloadQueue::downloadWasRemoved(DQDownload& download) {
+    if (!contains(download))
+        return;
+    hasBatchChanged_ = isInBatch();
+    owner_.downloadWasRemoved(download);
+}
+
+std::optional<platform::Seconds> DownloadQueue::noteFailure() {
+    return autoResume_.noteFailure(context_.monotonicNow());
+}
+
+void DownloadQueue::openURLsOfPage(const std::vector<platform::Url>& urls,
+                                   const QStringList& pageChain) {
+    owner_.openURLsOfPage(urls, pageChain);
+}
+
+void DownloadQueue::volumeIsMissing(DQDownload& download) {
+    owner_.volumeIsMissing(download);
+}
+
+void DownloadQueue::fileWasNotThrownAway(const QString& path) {
+    owner_.fileWasNotThrownAway(path);
+}
+
+}  // namespace engine

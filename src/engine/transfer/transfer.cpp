@@ -1,0 +1,145 @@
+#include "engine/transfer/transfer.h"
+
+#include <QtMath>
+#include <algorithm>
+#include <iterator>
+
+#include "engine/context.h"
+#include "engine/paths/download_paths.h"
+#include "engine/record/download_record.h"
+#include "engine/settings.h"
+#include "engine/transfer/resume_plan.h"
+#include "engine/workers/partial_file_marks.h"
+#include "links/paths/file_attributes.h"
+#include "platform/base/log.h"
+#include "platform/base/user_defaults.h"
+#include "platform/files/files.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace engine {
+namespace {
+
+constexpr platform::Seconds updateInterval = 0.1;
+
+}  // namespace
+
+Transfer::Transfer(DownloadRecord& record, DownloadPaths& paths, std::function<void()> changed)
+    : record_(record), paths_(paths), changed_(std::move(changed)) {}
+
+Transfer::~Transfer() = default;
+
+bool Transfer::contains(const Worker& worker) const {
+    return std::any_of(_downloadWorkers.begin(), _downloadWorkers.end(),
+                       [&](const Worker::Pointer& other) { return other.get() == &worker; });
+}
+
+void Transfer::replaceWorker(const Worker& worker, Worker::Pointer replacement) {
+    const auto found =
+        std::find_if(_downloadWorkers.begin(), _downloadWorkers.end(),
+                     [&](const Worker::Pointer& other) { return other.get() == &worker; });
+    if (found != _downloadWorkers.end())
+        *found = std::move(replacement);
+}
+
+void Transfer::removeWorker(const Worker& worker) {
+    std::erase_if(_downloadWorkers,
+                  [&](const Worker::Pointer& other) { return other.get() == &worker; });
+}
+
+void Transfer::dropWorkers(std::size_t firstDropped) {
+    if (firstDropped >= _downloadWorkers.size())
+        return;
+    const auto first = _downloadWorkers.begin() + static_cast<std::ptrdiff_t>(firstDropped);
+    const Workers dropped(std::make_move_iterator(first),
+                          std::make_move_iterator(_downloadWorkers.end()));
+    _downloadWorkers.resize(firstDropped);
+}
+
+OverallFigures Transfer::figures(const Worker* reporting) const {
+    if (frozenFigures_)
+        return *frozenFigures_;
+    return overallFigures(_downloadWorkers, reporting,
+                          record_.userSettings().contains(keys::accelerationWorkers));
+}
+
+void Transfer::resetProgress() {
+    lastFractionShown_.reset();
+    _downloadFraction = 0;
+    _shouldWriteMetadataToDownloadBundle = true;
+}
+
+qint64 Transfer::noteReceivedBytes(const Worker& worker) {
+    if (!hasWorkers())
+        return 0;
+    const OverallFigures reached = figures(&worker);
+    // Nobody goes on with a file that came whole at once, nor sees how far it has got. Without a
+    // length nothing says that it is whole.
+    const bool cameAtOnce =
+        reached.isLengthKnown && !lastFractionShown_ && reached.total() == reached.expected;
+    if (!cameAtOnce)
+        writeMetadataIfNecessary();
+    if (reached.expected < 1)
+        return 0;
+    const double fraction =
+        static_cast<double>(reached.total()) / static_cast<double>(reached.expected);
+    if (fraction > _downloadFraction || reached.total() == reached.expected) {
+        _downloadFraction = std::min(fraction, 1.0);
+        const platform::Seconds now = record_.context().monotonicNow();
+        if (!cameAtOnce) {
+            if (!_lastDownloadUpdateDate || now - *_lastDownloadUpdateDate > updateInterval) {
+                changed_();
+                _lastDownloadUpdateDate = now;
+            }
+            if (reached.isLengthKnown)
+                showFraction();
+        }
+        speed_.note(now, reached.downloaded);
+    }
+    return reached.truncation;
+}
+
+void Transfer::writeMetadataIfNecessary() {
+    if (_hasJustAddedAccelerationWorkers) {
+        _hasJustAddedAccelerationWorkers = false;
+        _shouldWriteMetadataToDownloadBundle = true;
+    }
+    if (!_shouldWriteMetadataToDownloadBundle || !paths_.hasIntermediateDownloadTargetPath())
+        return;
+    recordAccelerationWorkers();
+    // Long before they are complete: nobody may hear of that any more.
+    if (_downloadWorkers.size() >= 2)
+        markWithParts(paths_.intermediateDownloadTargetPath());
+    if (record_.context().defaults.get(settings::storeMetadataLocally))
+        paths_.writeMetadata(paths_.archive(false));
+    _shouldWriteMetadataToDownloadBundle = false;
+}
+
+void Transfer::recordAccelerationWorkers() {
+    if (_downloadWorkers.size() < 2)
+        return;
+    std::vector<StoredFraction> fractions;
+    for (auto worker = _downloadWorkers.begin() + 1; worker != _downloadWorkers.end(); ++worker)
+        fractions.push_back(
+            {(*worker)->targetPath(), (*worker)->fractionStartByte(), (*worker)->endByte()});
+    record_.userSettings().set(keys::accelerationWorkers, archiveOfFractions(fractions));
+}
+
+/// On the container, where file managers and scripts can see it.
+void Transfer::showFraction() {
+    const int hundredths = qRound(_downloadFraction * 100);
+    const bool isFirst = !lastFractionShown_;
+    if (!isFirst && (!_canSetDownloadFractionAttribute || hundredths == *lastFractionShown_))
+        return;
+    lastFractionShown_ = hundredths;
+    const QString container = paths_.downloadContainerPath();
+    if (container.isEmpty() || !platform::pathExists(container))
+        return;
+    _canSetDownloadFractionAttribute =
+        links::setFractionCompleted(container, QString::number(hundredths / 100.0, 'f', 2));
+    if (!_canSetDownloadFractionAttribute)
+        platform::log(
+            u"cannot set fraction completed for download: %1"_s.arg(record_.description()));
+}
+
+}  // namespace engine

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "engine/transfer/progress_figures.h"
+#include "engine/workers/download_worker_prototype.h"
+
+namespace engine {
+
+class DownloadPaths;
+class DownloadRecord;
+
+/// The live workers of a download and what they have achieved. The first worker has index 0; the
+/// others follow in the order of their offsets.
+class Transfer {
+public:
+    using Worker = DQDownloadWorkerPrototype;
+    using Workers = std::vector<Worker::Pointer>;
+
+    /// `changed` is called when it has come further, ten times a second at most.
+    Transfer(DownloadRecord& record, DownloadPaths& paths, std::function<void()> changed);
+    ~Transfer();
+
+    [[nodiscard]] DownloadRecord& record() const { return record_; }
+    [[nodiscard]] DownloadPaths& paths() const { return paths_; }
+
+    [[nodiscard]] const Workers& workers() const { return _downloadWorkers; }
+    [[nodiscard]] bool hasWorkers() const { return !_downloadWorkers.empty(); }
+    [[nodiscard]] bool isFirst(const Worker& worker) const {
+        return hasWorkers() && _downloadWorkers.front().get() == &worker;
+    }
+    /// Whether it still is one of ours; a report of any other comes too late to mean anything.
+    [[nodiscard]] bool contains(const Worker& worker) const;
+    void addWorker(Worker::Pointer worker) { _downloadWorkers.push_back(std::move(worker)); }
+    /// The place of a worker is taken by another one.
+    void replaceWorker(const Worker& worker, Worker::Pointer replacement);
+    void removeWorker(const Worker& worker);
+    /// Stops the workers from `firstDropped` on.
+    void dropWorkers(std::size_t firstDropped = 0);
+
+    /// While the file is being put together, after the workers are gone, what they achieved.
+    [[nodiscard]] OverallFigures figures(const Worker* reporting = nullptr) const;
+    void freezeFigures() { frozenFigures_ = figures(); }
+    void thawFigures() { frozenFigures_.reset(); }
+    [[nodiscard]] const SpeedMeter& speed() const { return speed_; }
+    [[nodiscard]] double downloadFraction() const { return _downloadFraction; }
+
+    /// A transfer begins at the first byte, or goes on.
+    void resetProgress();
+    void startSpeedMeter() { speed_ = {}; }
+    /// To be called for each block. Answers where the worker is to be cut off; 0: nowhere.
+    [[nodiscard]] qint64 noteReceivedBytes(const Worker& worker);
+
+    /// What the container of the partial data says is out of date.
+    void setShouldWriteMetadata() { _shouldWriteMetadataToDownloadBundle = true; }
+    void setHasJustAddedAccelerationWorkers() { _hasJustAddedAccelerationWorkers = true; }
+    /// Blocks all further attempts of this record.
+    [[nodiscard]] bool hasFailedToAddAccelerationWorkers() const {
+        return _hasFailedToAddAccelerationWorkers;
+    }
+    void setHasFailedToAddAccelerationWorkers() { _hasFailedToAddAccelerationWorkers = true; }
+    /// Puts the parts of all workers but the first into the settings, if there are any.
+    void recordAccelerationWorkers();
+
+private:
+    void writeMetadataIfNecessary();
+    void showFraction();
+
+    DownloadRecord& record_;
+    DownloadPaths& paths_;
+    const std::function<void()> changed_;
+    Workers _downloadWorkers;
+    SpeedMeter speed_;
+    std::optional<OverallFigures> frozenFigures_;
+    std::optional<platform::Seconds> _lastDownloadUpdateDate;
+    /// What the container's attribute says, in hundredths. Nothing: it says nothing yet.
+    std::optional<int> lastFractionShown_;
+    double _downloadFraction = 0;
+    bool _canSetDownloadFractionAttribute = false;
+    bool _shouldWriteMetadataToDownloadBundle = true;
+    bool _hasJustAddedAccelerationWorkers = false;
+    bool _hasFailedToAddAccelerationWorkers = false;
+};
+
+}  // namespace engine

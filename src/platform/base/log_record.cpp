@@ -1,0 +1,111 @@
+#include "platform/base/log_record.h"
+
+#include <time.h>
+#include <unistd.h>
+
+#include <QFile>
+#include <array>
+#include <cstdio>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace platform {
+
+namespace {
+
+constexpr qsizetype longestMessage = 16 * 1024;
+constexpr std::int64_t perSecond = 1'000'000;
+
+QByteArray quoted(const QString& text) {
+    QByteArray out = "\"";
+    for (const char byte : text.toUtf8()) {
+        const auto code = static_cast<unsigned char>(byte);
+        if (byte == '"' || byte == '\\') {
+            out += '\\';
+            out += byte;
+        } else if (byte == '\n') {
+            out += "\\n";
+        } else if (code < 0x20) {
+            out += "\\u" + QByteArray::number(code, 16).rightJustified(4, '0');
+        } else {
+            out += byte;
+        }
+    }
+    return out + '"';
+}
+
+/// What is the same in all entries of this process: who wrote them.
+struct Writer {
+    QString path = QFile::symLinkTarget(u"/proc/self/exe"_s);
+    QString name = path.sliced(path.lastIndexOf(u'/') + 1);
+    QByteArray quotedPath = quoted(path);
+};
+
+const Writer& writer() {
+    static const Writer instance;
+    return instance;
+}
+
+QByteArray member(const char* key, const QByteArray& value) {
+    return QByteArray(",\"") + key + "\":" + value;
+}
+
+}  // namespace
+
+std::int64_t logClock() {
+    timespec now{};
+    clock_gettime(CLOCK_REALTIME, &now);
+    return now.tv_sec * perSecond + now.tv_nsec / 1000;
+}
+
+QByteArray logTimestamp(std::int64_t microseconds) {
+    const time_t seconds = microseconds / perSecond;
+    tm parts{};
+    gmtime_r(&seconds, &parts);
+    std::array<char, 64> text{};
+    const std::size_t length = strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", &parts);
+    std::snprintf(text.data() + length, text.size() - length, ".%06d+0000",
+                  static_cast<int>(microseconds % perSecond));
+    return text.data();
+}
+
+QString logCategory(const QString& line) {
+    static const QString debugPrefix = u"[Debug] "_s;
+    const QStringView rest =
+        QStringView(line).sliced(line.startsWith(debugPrefix) ? debugPrefix.size() : 0);
+    const qsizetype end = rest.startsWith(u'[') ? rest.indexOf(u"] ") : -1;
+    constexpr qsizetype longestCategory = 64;
+    return end > 0 && end <= longestCategory ? rest.sliced(1, end - 1).toString() : QString();
+}
+
+QByteArray logMessageType(LogLevel level) {
+    switch (level) {
+        case LogLevel::Debug:
+            return "Debug";
+        case LogLevel::Info:
+            return "Default";
+        case LogLevel::Warning:
+            return "Error";
+        case LogLevel::Error:
+            return "Fault";
+    }
+    return "Default";
+}
+
+QByteArray encodedLogRecord(const LogRecord& record) {
+    const QString message = record.line.size() <= longestMessage
+                                ? record.line
+                                : record.line.first(longestMessage) + u'…';
+    const QString category = logCategory(record.line);
+    const QString& sender = category.isEmpty() ? writer().name : category;
+    return "{\"timestamp\":\"" + logTimestamp(record.microseconds) + '"' +
+           member("eventType", "\"logEvent\"") +
+           member("messageType", '"' + logMessageType(record.level) + '"') +
+           member("subsystem", "\"com.tarnworks.Orlop\"") + member("category", quoted(category)) +
+           member("eventMessage", quoted(message)) +
+           member("processID", QByteArray::number(static_cast<qint64>(getpid()))) +
+           member("processImagePath", writer().quotedPath) +
+           member("senderImagePath", quoted(u"/Orlop/"_s + sender)) + "}\n";
+}
+
+}  // namespace platform
