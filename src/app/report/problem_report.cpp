@@ -14,7 +14,7 @@
 #include "diagnostics/log_arguments.h"
 #include "diagnostics/log_lines.h"
 #include "diagnostics/log_printer.h"
-#include "engine/record/download.h"
+#include "engine/lifecycle/download.h"
 #include "engine/settings.h"
 #include "platform/base/log_record.h"
 #include "platform/base/log_redaction.h"

@@ -7,8 +7,8 @@
 namespace engine {
 
 void configureHTTPClient(const platform::UserDefaults& defaults, const Throttle& throttle) {
-    const qint64 operations = defaults.get(settings::maximumConcurrentOperations);
-    http::HTTPRequest::sharedQueue().setMaxConcurrentOperationCount(static_cast<int>(operations));
+    http::HTTPRequest::sharedQueue().setMaxConcurrentOperationCount(
+        static_cast<int>(defaults.get(settings::maximumConcurrentOperations)));
     // Workers name the program themselves, unless the user wants no name to be sent.
     http::HTTPRequest::setDefaultUserAgentString({});
     throttle.apply();
