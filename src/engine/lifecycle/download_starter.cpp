@@ -148,12 +148,11 @@ void startWorkers(DQDownload& download, const platform::Url& url, const ResumePl
 /// What a page gave without the pages that led to it, which would lead here again for ever, and at
 /// the end of a long chain without further pages.
 std::vector<platform::Url> linksOffChain(const std::vector<platform::Url>& found,
-                                         const QStringList& chain, const Context& context) {
+                                         const QStringList& chain, const PageReader* reader) {
     constexpr qsizetype longestChain = 8;
     const auto leadsBack = [&](const platform::Url& link) {
         return chain.contains(link.forTransfer().absoluteString());
     };
-    const auto& reader = context.environment.pageReader;
     std::vector<platform::Url> kept;
     for (const platform::Url& link : found) {
         const bool isTooDeep =
@@ -172,7 +171,9 @@ void adoptPage(DQDownload& download, const platform::Url& page,
         download.userSettings().value(keys::downloadPageChain).toStringList() +
         QStringList(page.forTransfer().absoluteString());
     const std::vector<platform::Url> urls =
-        found.urls.size() > 1 ? linksOffChain(found.urls, chain, download.context()) : found.urls;
+        found.urls.size() > 1
+            ? linksOffChain(found.urls, chain, download.context().environment.pageReader.get())
+            : found.urls;
     if (!found.title.isEmpty())
         download.userSettings().set(keys::downloadPageTitle, found.title);
     if (urls.size() > 1) {

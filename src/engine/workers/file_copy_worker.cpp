@@ -52,7 +52,8 @@ void FileCopyWorker::answer() {
     WorkerResponse response;
     response.url = request().url;
     response.statusCode = offset > 0 ? partialContent : noStatusCode;
-    response.suggestedFilename = links::filename(request().url, links::PlusSigns::Stay);
+    response.suggestedFilename =
+        links::filename(request().url, links::plusSignsInNames(context().defaults));
     processResponse(response, source_->size() - offset);
     if (!source_ || status() != DQDownloadWorkerStatusRunning)
         return;

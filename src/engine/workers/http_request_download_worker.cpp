@@ -8,6 +8,7 @@
 #include "links/names/file_names.h"
 #include "platform/base/log.h"
 #include "platform/base/run_loop.h"
+#include "platform/base/user_defaults.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -117,7 +118,8 @@ void DQHTTPRequestDownloadWorker::requestDidReceiveResponseHeaders(
     response.suggestedFilename = links::filenameFromContentDisposition(
         headers.value(u"Content-Disposition"_s).value_or(QString()));
     if (response.suggestedFilename.isEmpty())
-        response.suggestedFilename = links::filename(response.url, links::PlusSigns::Stay);
+        response.suggestedFilename =
+            links::filename(response.url, links::plusSignsInNames(context().defaults));
     processResponse(response, announcedLength(headers));
 }
 
