@@ -3,13 +3,13 @@
 #include <string_view>
 
 #include "fuzz_target.h"
-#include "platform/net/response_reader.h"
+#include "platform/net/response_head_reader.h"
 
 void checkInput(const QByteArray& input) {
     std::string_view rest(input.constData(), static_cast<std::size_t>(input.size()));
     platform::HTTPHeaders request;
     request.set(QStringLiteral("Range"), QStringLiteral("bytes=7-"));
-    platform::ResponseReader reader(platform::askedRange(request), {true, true});
+    platform::ResponseHeadReader reader(platform::askedRange(request), {true, true});
     reader.requestStarts();
     bool goesOn = true;
     while (goesOn && !rest.empty()) {

@@ -494,6 +494,156 @@
             <translation>Öffnen mit</translation>
         </message>
         <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>A name and a password are needed.</source>
+            <translation>Ein Name und ein Kennwort sind nötig.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>No secure connection to the server could be made.</source>
+            <translation>Es kam keine sichere Verbindung zum Server zustande.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>Nobody who is trusted vouches for the server’s certificate.</source>
+            <translation>Niemand, dem vertraut wird, bürgt für das Zertifikat des Servers.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>Nothing can be fetched from this address.</source>
+            <translation>Von dieser Adresse lässt sich nichts holen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The address leads on to others without end.</source>
+            <translation>Die Adresse führt endlos zu anderen weiter.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The certificate is not valid for this host.</source>
+            <translation>Das Zertifikat gilt nicht für diesen Server.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The certificate of the server has expired, or the clock is wrong.</source>
+            <translation>Das Zertifikat des Servers ist abgelaufen, oder die Uhr geht falsch.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The certificate of the server is not valid yet, or the clock is wrong.</source>
+            <translation>Das Zertifikat des Servers gilt noch nicht, oder die Uhr geht falsch.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The disk is full.</source>
+            <translation>Der Datenträger ist voll.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The disk is full: %@ free on “%@”.</source>
+            <translation>Der Datenträger ist voll: %@ frei auf „%@“.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The disk reports an error.</source>
+            <translation>Der Datenträger meldet einen Fehler.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The download failed. The log says more.</source>
+            <translation>Das Laden ist fehlgeschlagen. Das Protokoll sagt mehr.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The file cannot be written.</source>
+            <translation>Die Datei kann nicht geschrieben werden.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The file is too large for its disk.</source>
+            <translation>Die Datei ist zu groß für ihren Datenträger.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The file or its folder is gone.</source>
+            <translation>Die Datei oder ihr Ordner ist nicht mehr da.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The folder cannot be written to. Choose another one.</source>
+            <translation>In den Ordner kann nicht geschrieben werden. Wählen Sie einen anderen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The proxy %@ answered %@.</source>
+            <translation>Der Proxy %@ hat mit %@ geantwortet.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The proxy does not lead to the server.</source>
+            <translation>Der Proxy führt nicht zum Server.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The server cannot be answered with this name and password.</source>
+            <translation>Dem Server lässt sich mit diesem Namen und Kennwort nicht antworten.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The server cannot be reached. Try again later.</source>
+            <translation>Der Server ist nicht zu erreichen. Versuchen Sie es später noch einmal.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The server closed the connection after %@ of %@.</source>
+            <translation>Der Server hat die Verbindung nach %@ von %@ geschlossen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The server closed the connection.</source>
+            <translation>Der Server hat die Verbindung geschlossen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The server refused the connection. Try again later.</source>
+            <translation>Der Server hat die Verbindung abgelehnt. Versuchen Sie es später noch einmal.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The server sent something else than what was asked for.</source>
+            <translation>Der Server hat etwas anderes geschickt, als verlangt war.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The server stopped answering. Try again later.</source>
+            <translation>Der Server antwortet nicht mehr. Versuchen Sie es später noch einmal.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The server wants a certificate from you.</source>
+            <translation>Der Server verlangt ein Zertifikat von Ihnen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The server’s answer cannot be used.</source>
+            <translation>Die Antwort des Servers ist nicht zu gebrauchen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The server’s kind of login has no way to send a character of the name or the password.</source>
+            <translation>Die Art der Anmeldung beim Server kann ein Zeichen des Namens oder des Kennworts nicht übertragen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>There is no proxy of the name in the network settings.</source>
+            <translation>Es gibt keinen Proxy des Namens, der in den Netzwerkeinstellungen steht.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>There is no server of this name. Check the address and your connection.</source>
+            <translation>Es gibt keinen Server dieses Namens. Prüfen Sie die Adresse und Ihre Verbindung.</translation>
+        </message>
+        <message>
             <location filename="../../src/app/history/history_item_menu.cpp" />
             <source>Download Again</source>
             <translation>Erneut herunterladen</translation>

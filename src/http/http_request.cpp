@@ -25,14 +25,14 @@ std::shared_ptr<HTTPRequest> HTTPRequest::requestWithURL(const Url& url,
 }
 
 HTTPRequest::HTTPRequest(const Url& url)
-    : _state(std::make_unique<RequestState>(_cancelledLock, _options)),
-      _notifier(std::make_unique<RequestNotifier>(*this, _cancelledLock)),
-      _run(std::make_unique<RequestRun>(*this, *_state, *_notifier, SharedState::current(),
+    : state_(std::make_unique<RequestState>(cancelledLock_, options_)),
+      notifier_(std::make_unique<RequestNotifier>(*this, cancelledLock_)),
+      run_(std::make_unique<RequestRun>(*this, *state_, *notifier_, SharedState::current(),
                                         [this] { announceFinished(); })) {
     const auto shared = SharedState::current();
-    _options.timeOutSeconds = shared->defaults.timeOutSeconds();
-    _options.downloadCache = shared->defaults.cache();
-    _run->setURL(url);
+    options_.timeOutSeconds = shared->defaults.timeOutSeconds();
+    options_.downloadCache = shared->defaults.cache();
+    run_->setURL(url);
 }
 
 HTTPRequest::~HTTPRequest() = default;
@@ -44,8 +44,8 @@ Url HTTPRequest::url() const {
 }
 
 void HTTPRequest::setURL(const Url& url) {
-    const std::scoped_lock guard(_cancelledLock);
-    _run->setURL(url);
+    const std::scoped_lock guard(cancelledLock_);
+    run_->setURL(url);
 }
 
 Url HTTPRequest::originalURL() const {
@@ -61,54 +61,54 @@ QString HTTPRequest::requestMethod() const {
 }
 
 void HTTPRequest::setRequestMethod(const QString& method) {
-    const std::scoped_lock guard(_cancelledLock);
-    _run->setRequestMethod(method);
+    const std::scoped_lock guard(cancelledLock_);
+    run_->setRequestMethod(method);
 }
 
 void HTTPRequest::addRequestHeader(const QString& header, const QString& value) {
-    const std::scoped_lock guard(_cancelledLock);
-    _options.requestHeaders.set(header, value);
+    const std::scoped_lock guard(cancelledLock_);
+    options_.requestHeaders.set(header, value);
 }
 
 void HTTPRequest::addBasicAuthenticationHeaderWithUsername(const QString& username,
                                                            const QString& password) {
-    const std::scoped_lock guard(_cancelledLock);
+    const std::scoped_lock guard(cancelledLock_);
     if (const auto header = platform::basicAuthenticationHeader(username, password)) {
-        _options.requestHeaders.set(QStringLiteral("Authorization"), *header);
-        _run->authentication().assumeBasicScheme();
+        options_.requestHeaders.set(QStringLiteral("Authorization"), *header);
+        run_->authentication().assumeBasicScheme();
     }
 }
 
 // Body.
 
 void HTTPRequest::setPostBody(const QByteArray& body) {
-    const std::scoped_lock guard(_cancelledLock);
-    _run->body().setPostBody(body);
+    const std::scoped_lock guard(cancelledLock_);
+    run_->body().setPostBody(body);
 }
 
 QByteArray HTTPRequest::postBody() const {
-    const std::scoped_lock guard(_cancelledLock);
-    return _run->body().postBody();
+    const std::scoped_lock guard(cancelledLock_);
+    return run_->body().postBody();
 }
 
 void HTTPRequest::appendPostData(const QByteArray& data) {
-    const std::scoped_lock guard(_cancelledLock);
-    _run->body().append(data);
+    const std::scoped_lock guard(cancelledLock_);
+    run_->body().append(data);
 }
 
 void HTTPRequest::appendPostDataFromFile(const QString& path) {
-    const std::scoped_lock guard(_cancelledLock);
-    _run->body().appendFile(path);
+    const std::scoped_lock guard(cancelledLock_);
+    run_->body().appendFile(path);
 }
 
 void HTTPRequest::setupPostBody() {
-    const std::scoped_lock guard(_cancelledLock);
-    _run->body().setup();
+    const std::scoped_lock guard(cancelledLock_);
+    run_->body().setup();
 }
 
 void HTTPRequest::buildPostBody() {
-    const std::scoped_lock guard(_cancelledLock);
-    static_cast<void>(_run->buildPostBody());
+    const std::scoped_lock guard(cancelledLock_);
+    static_cast<void>(run_->buildPostBody());
 }
 
 std::uint64_t HTTPRequest::postLength() const {
@@ -118,94 +118,97 @@ std::uint64_t HTTPRequest::postLength() const {
 // Receivers.
 
 void HTTPRequest::setDelegate(HTTPRequestDelegate* delegate) {
-    _notifier->setDelegate(delegate);
+    notifier_->setDelegate(delegate);
 }
 
 HTTPRequestDelegate* HTTPRequest::delegate() const {
-    return _notifier->delegate();
+    return notifier_->delegate();
 }
 
 void HTTPRequest::setQueue(std::shared_ptr<HTTPRequestQueueDelegate> queue) {
-    _notifier->setQueue(std::move(queue));
+    notifier_->setQueue(std::move(queue));
 }
 
 std::shared_ptr<HTTPRequestQueueDelegate> HTTPRequest::queue() const {
-    return _notifier->queue();
+    return notifier_->queue();
 }
 
 void HTTPRequest::setUploadProgressDelegate(HTTPProgressDelegate* delegate) {
-    _notifier->setUploadProgressDelegate(delegate);
+    notifier_->setUploadProgressDelegate(delegate);
 }
 
 HTTPProgressDelegate* HTTPRequest::uploadProgressDelegate() const {
-    return _notifier->uploadProgressDelegate();
+    return notifier_->uploadProgressDelegate();
 }
 
 void HTTPRequest::setDownloadProgressDelegate(HTTPProgressDelegate* delegate) {
-    _notifier->setDownloadProgressDelegate(delegate);
+    notifier_->setDownloadProgressDelegate(delegate);
 }
 
 HTTPProgressDelegate* HTTPRequest::downloadProgressDelegate() const {
-    return _notifier->downloadProgressDelegate();
+    return notifier_->downloadProgressDelegate();
 }
 
 void HTTPRequest::setBlocks(RequestBlocks blocks) {
-    _notifier->setBlocks(std::move(blocks));
+    notifier_->setBlocks(std::move(blocks));
 }
 
 void HTTPRequest::setSelectors(DelegateSelectors selectors) {
-    _notifier->setSelectors(std::move(selectors));
+    notifier_->setSelectors(std::move(selectors));
 }
 
 bool HTTPRequest::setBodyStore(std::shared_ptr<HTTPBodyStore> store, const QByteArray& first) {
-    return _run->delivery().setStore(std::move(store), first);
+    return run_->delivery().setStore(std::move(store), first);
 }
 
 // Course.
 
 void HTTPRequest::startAsynchronous() {
-    _run->enqueue();
+    run_->enqueue();
 }
 
 void HTTPRequest::startSynchronous() {
-    _run->runSynchronously();
+    run_->runSynchronously();
 }
 
 void HTTPRequest::start() {
-    _run->start();
+    run_->start();
 }
 
 void HTTPRequest::cancel() {
-    _run->cancel();
+    run_->cancel();
 }
 
 void HTTPRequest::clearDelegatesAndCancel() {
-    _notifier->clearReceivers();
+    notifier_->clearReceivers();
     cancel();
 }
 
 void HTTPRequest::redirectToURL(const Url& url) {
-    _run->redirectToURL(url);
+    run_->redirectToURL(url);
 }
 
 void HTTPRequest::retryUsingSuppliedCredentials() {
-    _run->retryUsingSuppliedCredentials();
+    run_->retryUsingSuppliedCredentials();
 }
 
 void HTTPRequest::cancelAuthentication() {
-    _run->cancelAuthentication();
+    run_->cancelAuthentication();
 }
 
 bool HTTPRequest::isCancelled() const {
-    return state(&RequestState::cancelled);
+    const std::scoped_lock guard(cancelledLock_);
+    return state_->isCancelled();
 }
 
 bool HTTPRequest::inProgress() const {
-    return state(&RequestState::inProgress);
+    const std::scoped_lock guard(cancelledLock_);
+    return state_->isInProgress();
 }
 
 bool HTTPRequest::complete() const {
-    return state(&RequestState::complete);
+    const std::scoped_lock guard(cancelledLock_);
+    return state_->isComplete();
 }
 
 std::optional<platform::Error> HTTPRequest::error() const {
@@ -243,8 +246,8 @@ StringEncoding HTTPRequest::responseEncoding() const {
 }
 
 bool HTTPRequest::isResponseCompressed() const {
-    const std::scoped_lock guard(_cancelledLock);
-    return _state->isResponseCompressed();
+    const std::scoped_lock guard(cancelledLock_);
+    return state_->isResponseCompressed();
 }
 
 QByteArray HTTPRequest::rawResponseData() const {
@@ -283,43 +286,51 @@ std::uint64_t HTTPRequest::totalBytesSent() const {
 }
 
 bool HTTPRequest::didUseCachedResponse() const {
-    return state(&RequestState::didUseCachedResponse);
+    const std::scoped_lock guard(cancelledLock_);
+    return run_->extras().isCacheUsed();
 }
 
 std::uint32_t HTTPRequest::connectionID() const {
-    const std::scoped_lock guard(_cancelledLock);
-    return _run->connectionID();
+    const std::scoped_lock guard(cancelledLock_);
+    return run_->connectionID();
 }
 
 int HTTPRequest::authenticationNeeded() const {
-    return static_cast<int>(state(&RequestState::authenticationNeeded));
+    switch (state(&RequestState::sequel)) {
+        case Sequel::ServerCredentials:
+            return 1;
+        case Sequel::ProxyCredentials:
+            return 2;
+        default:
+            return 0;
+    }
 }
 
 QString HTTPRequest::authenticationScheme() const {
-    const std::scoped_lock guard(_cancelledLock);
-    return _run->authentication().server().scheme;
+    const std::scoped_lock guard(cancelledLock_);
+    return run_->authentication().server().scheme;
 }
 
 QString HTTPRequest::authenticationRealm() const {
-    const std::scoped_lock guard(_cancelledLock);
-    return _run->authentication().server().realm;
+    const std::scoped_lock guard(cancelledLock_);
+    return run_->authentication().server().realm;
 }
 
 QString HTTPRequest::proxyAuthenticationScheme() const {
-    const std::scoped_lock guard(_cancelledLock);
-    return _run->authentication().proxy().scheme;
+    const std::scoped_lock guard(cancelledLock_);
+    return run_->authentication().proxy().scheme;
 }
 
 QString HTTPRequest::proxyAuthenticationRealm() const {
-    const std::scoped_lock guard(_cancelledLock);
-    return _run->authentication().proxy().realm;
+    const std::scoped_lock guard(cancelledLock_);
+    return run_->authentication().proxy().realm;
 }
 
 platform::ProtectionSpace HTTPRequest::protectionSpace() const {
-    const std::scoped_lock guard(_cancelledLock);
-    const Authentication& authentication = _run->authentication();
-    const bool isForProxy = _state->authenticationNeeded == AuthenticationNeeded::Proxy;
-    return http::protectionSpace(*_state,
+    const std::scoped_lock guard(cancelledLock_);
+    const Authentication& authentication = run_->authentication();
+    const bool isForProxy = state_->sequel == Sequel::ProxyCredentials;
+    return http::protectionSpace(*state_,
                                  isForProxy ? authentication.proxy() : authentication.server());
 }
 

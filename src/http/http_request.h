@@ -221,20 +221,20 @@ public:
     void start() override;
 
     /// For the other classes of this folder.
-    [[nodiscard]] RequestRun& internals() { return *_run; }
+    [[nodiscard]] RequestRun& internals() { return *run_; }
 
 private:
     explicit HTTPRequest(const platform::Url& url);
 
     template <typename Value>
     [[nodiscard]] Value state(Value RequestState::*field) const {
-        const std::scoped_lock guard(_cancelledLock);
-        return (*_state).*field;
+        const std::scoped_lock guard(cancelledLock_);
+        return (*state_).*field;
     }
 
-    std::unique_ptr<RequestState> _state;
-    std::unique_ptr<RequestNotifier> _notifier;
-    std::unique_ptr<RequestRun> _run;
+    std::unique_ptr<RequestState> state_;
+    std::unique_ptr<RequestNotifier> notifier_;
+    std::unique_ptr<RequestRun> run_;
 };
 
 }  // namespace http

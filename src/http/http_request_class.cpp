@@ -1,6 +1,6 @@
-#include "http/cache/cached_headers.h"
-#include "http/cache/response_cache.h"
 #include "http/content/http_date.h"
+#include "http/extras/cache/cached_headers.h"
+#include "http/extras/cache/response_cache.h"
 #include "http/http_request.h"
 #include "http/request/temporary_path.h"
 #include "http/shared/shared_state.h"

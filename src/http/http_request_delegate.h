@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <cstdint>
 
-#include "platform/net/http_message.h"
+#include "http/http_response.h"
 
 namespace http {
 
@@ -45,8 +45,9 @@ public:
 
     /// Sent anew for each send: after an authentication round, a retry and a redirect as well.
     virtual void requestStarted(HTTPRequest& /*request*/) {}
+    /// What belongs to this answer is in `response`; the request may be further on.
     virtual void requestDidReceiveResponseHeaders(HTTPRequest& /*request*/,
-                                                  const platform::HTTPHeaders& /*headers*/) {}
+                                                  const HTTPResponse& /*response*/) {}
     /// The response is a redirect; comes before its body is read and before any confirmation.
     virtual void requestRedirected(HTTPRequest& /*request*/) {}
     virtual void requestWillRedirectToURL(HTTPRequest& /*request*/, const platform::Url& /*url*/) {}

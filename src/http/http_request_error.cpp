@@ -90,7 +90,9 @@ bool isFromTheWayToServer(const Error& error) {
     return cause->domain == platform::securityErrorDomain ||
            isNetworkError(platform::networkErrorHostNotFound) ||
            isNetworkError(platform::networkErrorProxyNotFound) ||
+           isNetworkError(platform::networkErrorProxyRefused) ||
            isNetworkError(platform::networkErrorCannotConnect) ||
+           isNetworkError(platform::networkErrorRefused) ||
            isNetworkError(platform::networkErrorTimedOut);
 }
 

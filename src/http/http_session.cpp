@@ -5,18 +5,18 @@
 namespace http {
 
 HTTPSession::HTTPSession(platform::Clock& clock, std::unique_ptr<platform::SystemProxies> proxies)
-    : _shared(std::make_shared<SharedState>(clock)) {
-    _shared->proxies = proxies != nullptr
+    : shared_(std::make_shared<SharedState>(clock)) {
+    shared_->proxies = proxies != nullptr
                            ? std::move(proxies)
                            : platform::makeSystemProxies(QProcessEnvironment::systemEnvironment());
-    SharedState::install(_shared);
+    SharedState::install(shared_);
 }
 
 HTTPSession::~HTTPSession() {
     // What still waits must not start while the thread winds up.
-    _shared->sharedQueue.setSuspended(true);
-    _shared->thread.stop();
-    _shared->sharedQueue.removeAllOperations();
+    shared_->sharedQueue.setSuspended(true);
+    shared_->thread.stop();
+    shared_->sharedQueue.removeAllOperations();
     SharedState::install(nullptr);
 }
 

@@ -28,7 +28,7 @@ public:
     HTTPSession& operator=(const HTTPSession&) = delete;
 
 private:
-    std::shared_ptr<SharedState> _shared;
+    std::shared_ptr<SharedState> shared_;
 };
 
 }  // namespace http

@@ -7,21 +7,21 @@
 namespace http {
 
 void Operation::addDependency(std::shared_ptr<Operation> other) {
-    _dependencies.push_back(std::move(other));
+    dependencies_.push_back(std::move(other));
 }
 
 bool Operation::isFinished() const {
-    const std::scoped_lock guard(_finishLock);
-    return _finished;
+    const std::scoped_lock guard(finishLock_);
+    return finished_;
 }
 
 void Operation::announceFinished() {
     std::vector<std::function<void()>> observers;
     {
-        const std::scoped_lock guard(_finishLock);
-        if (std::exchange(_finished, true))
+        const std::scoped_lock guard(finishLock_);
+        if (std::exchange(finished_, true))
             return;
-        observers.swap(_finishObservers);
+        observers.swap(finishObservers_);
     }
     const auto alive = weak_from_this().lock();
     for (const auto& observer : observers)
@@ -29,10 +29,10 @@ void Operation::announceFinished() {
 }
 
 bool Operation::observeFinish(std::function<void()> observer) {
-    const std::scoped_lock guard(_finishLock);
-    if (_finished)
+    const std::scoped_lock guard(finishLock_);
+    if (finished_)
         return false;
-    _finishObservers.push_back(std::move(observer));
+    finishObservers_.push_back(std::move(observer));
     return true;
 }
 
@@ -62,23 +62,23 @@ private:
         Rank rank;
     };
 
-    std::map<Rank, std::shared_ptr<Operation>> _ready;
-    std::map<const Operation*, Blocked> _blocked;
-    std::map<const Operation*, std::shared_ptr<Operation>> _running;
-    std::uint64_t _sequence = 0;
-    bool _isStarting = false;
+    std::map<Rank, std::shared_ptr<Operation>> ready_;
+    std::map<const Operation*, Blocked> blocked_;
+    std::map<const Operation*, std::shared_ptr<Operation>> running_;
+    std::uint64_t sequence_ = 0;
+    bool isStarting_ = false;
 };
 
 void OperationQueue::Core::add(const std::shared_ptr<Operation>& operation) {
     {
         const std::scoped_lock guard(lock);
         // One more than there are holds the operation back until all have been looked at.
-        _blocked[operation.get()] = {operation, operation->_dependencies.size() + 1,
-                                     Rank{-operation->queuePriority(), _sequence++}};
+        blocked_[operation.get()] = {operation, operation->dependencies_.size() + 1,
+                                     Rank{-operation->queuePriority(), sequence_++}};
     }
     Operation* const waiting = operation.get();
     // Let go here, because an operation may hold the one that depends on it.
-    const auto dependencies = std::exchange(operation->_dependencies, {});
+    const auto dependencies = std::exchange(operation->dependencies_, {});
     for (const auto& dependency : dependencies) {
         const bool observed = dependency->observeFinish([core = weak_from_this(), waiting] {
             if (const auto self = core.lock())
@@ -93,11 +93,11 @@ void OperationQueue::Core::add(const std::shared_ptr<Operation>& operation) {
 void OperationQueue::Core::dependencyDidFinish(Operation* operation) {
     {
         const std::scoped_lock guard(lock);
-        const auto blocked = _blocked.find(operation);
-        if (blocked == _blocked.end() || --blocked->second.dependencies > 0)
+        const auto blocked = blocked_.find(operation);
+        if (blocked == blocked_.end() || --blocked->second.dependencies > 0)
             return;
-        _ready.emplace(blocked->second.rank, std::move(blocked->second.operation));
-        _blocked.erase(blocked);
+        ready_.emplace(blocked->second.rank, std::move(blocked->second.operation));
+        blocked_.erase(blocked);
     }
     startEligible();
 }
@@ -106,30 +106,30 @@ void OperationQueue::Core::operationDidFinish(const Operation* operation) {
     std::shared_ptr<Operation> released;
     {
         const std::scoped_lock guard(lock);
-        const auto running = _running.find(operation);
-        if (running == _running.end())
+        const auto running = running_.find(operation);
+        if (running == running_.end())
             return;
         released = std::move(running->second);
-        _running.erase(running);
+        running_.erase(running);
     }
     startEligible();
 }
 
 std::shared_ptr<Operation> OperationQueue::Core::takeNext() {
-    if (suspended || _ready.empty() || _running.size() >= static_cast<std::size_t>(maximum))
+    if (suspended || ready_.empty() || running_.size() >= static_cast<std::size_t>(maximum))
         return nullptr;
-    auto operation = std::move(_ready.begin()->second);
-    _ready.erase(_ready.begin());
-    _running.emplace(operation.get(), operation);
+    auto operation = std::move(ready_.begin()->second);
+    ready_.erase(ready_.begin());
+    running_.emplace(operation.get(), operation);
     return operation;
 }
 
 void OperationQueue::Core::startEligible() {
     std::unique_lock guard(lock);
     // An operation that finishes while it starts comes back here: the loop below goes on for it.
-    if (_isStarting)
+    if (isStarting_)
         return;
-    _isStarting = true;
+    isStarting_ = true;
     while (const auto operation = takeNext()) {
         guard.unlock();
         const bool observed =
@@ -143,7 +143,7 @@ void OperationQueue::Core::startEligible() {
             operationDidFinish(operation.get());
         guard.lock();
     }
-    _isStarting = false;
+    isStarting_ = false;
 }
 
 void OperationQueue::Core::removeAll() {
@@ -151,69 +151,69 @@ void OperationQueue::Core::removeAll() {
     std::map<const Operation*, Blocked> blocked;
     std::map<const Operation*, std::shared_ptr<Operation>> running;
     const std::scoped_lock guard(lock);
-    ready.swap(_ready);
-    blocked.swap(_blocked);
-    running.swap(_running);
+    ready.swap(ready_);
+    blocked.swap(blocked_);
+    running.swap(running_);
 }
 
 std::vector<std::shared_ptr<Operation>> OperationQueue::Core::operations() const {
     const std::scoped_lock guard(lock);
     std::vector<std::shared_ptr<Operation>> all;
-    all.reserve(_running.size() + _ready.size() + _blocked.size());
-    for (const auto& [key, operation] : _running)
+    all.reserve(running_.size() + ready_.size() + blocked_.size());
+    for (const auto& [key, operation] : running_)
         all.push_back(operation);
-    for (const auto& [rank, operation] : _ready)
+    for (const auto& [rank, operation] : ready_)
         all.push_back(operation);
-    for (const auto& [key, blocked] : _blocked)
+    for (const auto& [key, blocked] : blocked_)
         all.push_back(blocked.operation);
     return all;
 }
 
 std::size_t OperationQueue::Core::count() const {
     const std::scoped_lock guard(lock);
-    return _running.size() + _ready.size() + _blocked.size();
+    return running_.size() + ready_.size() + blocked_.size();
 }
 
-OperationQueue::OperationQueue() : _core(std::make_shared<Core>()) {}
+OperationQueue::OperationQueue() : core_(std::make_shared<Core>()) {}
 
 OperationQueue::~OperationQueue() = default;
 
 void OperationQueue::addOperation(std::shared_ptr<Operation> operation) {
-    _core->add(operation);
+    core_->add(operation);
 }
 
 void OperationQueue::setMaxConcurrentOperationCount(int count) {
     {
-        const std::scoped_lock guard(_core->lock);
-        _core->maximum = std::max(1, count);
+        const std::scoped_lock guard(core_->lock);
+        core_->maximum = std::max(1, count);
     }
-    _core->startEligible();
+    core_->startEligible();
 }
 
 int OperationQueue::maxConcurrentOperationCount() const {
-    const std::scoped_lock guard(_core->lock);
-    return _core->maximum;
+    const std::scoped_lock guard(core_->lock);
+    return core_->maximum;
 }
 
 void OperationQueue::changeMaxConcurrentOperationCount(int difference) {
     {
-        const std::scoped_lock guard(_core->lock);
-        _core->maximum = std::max(1, _core->maximum + difference);
+        const std::scoped_lock guard(core_->lock);
+        core_->maximum = std::max(1, core_->maximum + difference);
     }
-    _core->startEligible();
+    core_->startEligible();
 }
 
 void OperationQueue::setSuspended(bool suspended) {
     {
-        const std::scoped_lock guard(_core->lock);
-        _core->suspended = suspended;
+        const std::scoped_lock guard(core_->lock);
+        core_->suspended = suspended;
     }
-    _core->startEligible();
+    core_->startEligible();
 }
 
 bool OperationQueue::isSuspended() const {
-    const std::scoped_lock guard(_core->lock);
-    return _core->suspended;
+    const std::scoped_lock guard(core_->lock);
+    return core_->suspended;
 }
 
 void OperationQueue::cancelAllOperations() {
@@ -222,15 +222,15 @@ void OperationQueue::cancelAllOperations() {
 }
 
 void OperationQueue::removeAllOperations() {
-    _core->removeAll();
+    core_->removeAll();
 }
 
 std::vector<std::shared_ptr<Operation>> OperationQueue::operations() const {
-    return _core->operations();
+    return core_->operations();
 }
 
 std::size_t OperationQueue::operationCount() const {
-    return _core->count();
+    return core_->count();
 }
 
 }  // namespace http

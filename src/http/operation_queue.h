@@ -24,8 +24,8 @@ public:
     /// Set before the operation is added: it starts only after `other` has finished.
     void addDependency(std::shared_ptr<Operation> other);
     /// Set before the operation is added: higher ones start first; 0 at first.
-    void setQueuePriority(int priority) { _queuePriority = priority; }
-    [[nodiscard]] int queuePriority() const { return _queuePriority; }
+    void setQueuePriority(int priority) { queuePriority_ = priority; }
+    [[nodiscard]] int queuePriority() const { return queuePriority_; }
     [[nodiscard]] bool isFinished() const;
 
 protected:
@@ -38,11 +38,11 @@ private:
     /// False: it has finished already, and `observer` is dropped.
     [[nodiscard]] bool observeFinish(std::function<void()> observer);
 
-    int _queuePriority = 0;
-    std::vector<std::shared_ptr<Operation>> _dependencies;
-    mutable std::mutex _finishLock;  ///< Guards the two below.
-    bool _finished = false;
-    std::vector<std::function<void()>> _finishObservers;
+    int queuePriority_ = 0;
+    std::vector<std::shared_ptr<Operation>> dependencies_;
+    mutable std::mutex finishLock_;  ///< Guards the two below.
+    bool finished_ = false;
+    std::vector<std::function<void()>> finishObservers_;
 };
 
 /// Starts operations, the higher priority first and else in the order of adding, and never runs
@@ -79,7 +79,7 @@ public:
 
 private:
     class Core;
-    std::shared_ptr<Core> _core;
+    std::shared_ptr<Core> core_;
 };
 
 }  // namespace http

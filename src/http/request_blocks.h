@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <functional>
 
-#include "platform/net/http_message.h"
+#include "http/http_response.h"
 
 namespace http {
 
@@ -18,7 +18,7 @@ struct RequestBlocks {
     using ProgressBlock = std::function<void(std::int64_t amount, std::uint64_t total)>;
 
     Block startedBlock;
-    std::function<void(const platform::HTTPHeaders& headers)> headersReceivedBlock;
+    std::function<void(const HTTPResponse& response)> headersReceivedBlock;
     Block completionBlock;
     Block failureBlock;
     ProgressBlock bytesReceivedBlock;
@@ -37,8 +37,7 @@ struct RequestBlocks {
 /// Those not set leave the delegate's own. None is called once the delegate is gone.
 struct DelegateSelectors {
     std::function<void(HTTPRequest&)> didStartSelector;
-    std::function<void(HTTPRequest&, const platform::HTTPHeaders&)>
-        didReceiveResponseHeadersSelector;
+    std::function<void(HTTPRequest&, const HTTPResponse&)> didReceiveResponseHeadersSelector;
     std::function<void(HTTPRequest&, const platform::Url&)> willRedirectSelector;
     std::function<void(HTTPRequest&)> didFinishSelector;
     std::function<void(HTTPRequest&)> didFailSelector;

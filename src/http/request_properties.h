@@ -258,7 +258,7 @@ public:
     /// Nothing of the request changes while this is held, by whoever reads several of its values or
     /// holds a lock of his own meanwhile. Taken before any other lock. Any thread.
     [[nodiscard]] std::unique_lock<std::recursive_mutex> holdStill() const {
-        return std::unique_lock(_cancelledLock);
+        return std::unique_lock(cancelledLock_);
     }
 
 protected:
@@ -267,18 +267,18 @@ protected:
 
     template <typename Value>
     [[nodiscard]] Value get(Value RequestOptions::*field) const {
-        const std::scoped_lock guard(_cancelledLock);
-        return _options.*field;
+        const std::scoped_lock guard(cancelledLock_);
+        return options_.*field;
     }
     template <typename Value>
     void set(Value RequestOptions::*field, Value value) {
-        const std::scoped_lock guard(_cancelledLock);
-        _options.*field = std::move(value);
+        const std::scoped_lock guard(cancelledLock_);
+        options_.*field = std::move(value);
     }
 
     /// Guards all state of one request; taken before any lock of the process.
-    mutable std::recursive_mutex _cancelledLock;
-    RequestOptions _options;
+    mutable std::recursive_mutex cancelledLock_;
+    RequestOptions options_;
 };
 
 }  // namespace http

@@ -49,6 +49,82 @@
         return parts.reduce((number, part) => number * 256 + Number(part), 0);
     }
 
+    // Its bytes, of which there are 4 or 16; null: no address.
+    function addressBytes(address) {
+        address = String(address).trim();
+        const four = ipv4Number(address);
+        if (four !== null)
+            return [four >>> 24, four >>> 16 & 255, four >>> 8 & 255, four & 255];
+        return ipv6Bytes(address);
+    }
+
+    // RFC 4291, 2.2.
+    function ipv6Bytes(address) {
+        const halves = address.split("::");
+        const bytes = halves.map(half => half === "" ? [] : groupBytes(half.split(":")));
+        if (halves.length > 2 || bytes.includes(null))
+            return null;
+        const zeros = 16 - bytes.reduce((count, half) => count + half.length, 0);
+        if (halves.length === 1 ? zeros !== 0 : zeros < 2)
+            return null;
+        return bytes[0].concat(Array(zeros).fill(0), bytes[1] || []);
+    }
+
+    // The last group may be four bytes with dots between them.
+    function groupBytes(groups) {
+        const bytes = [];
+        for (let i = 0; i < groups.length; ++i) {
+            const four = i === groups.length - 1 ? ipv4Number(groups[i]) : null;
+            if (four !== null)
+                bytes.push(...addressBytes(groups[i]));
+            else if (/^[0-9a-f]{1,4}$/i.test(groups[i]))
+                bytes.push(parseInt(groups[i], 16) >> 8, parseInt(groups[i], 16) & 255);
+            else
+                return null;
+        }
+        return bytes;
+    }
+
+    function isInNetEx(address, prefix) {
+        const [start, size, more] = String(prefix).split("/");
+        const bytes = addressBytes(address), net = addressBytes(start);
+        if (bytes === null || net === null || bytes.length !== net.length ||
+            more !== undefined || !/^\d{1,3}$/.test(size) || size > net.length * 8)
+            return false;
+        return net.every((byte, i) => {
+            const bits = Math.min(Math.max(size - i * 8, 0), 8);
+            return ((byte ^ bytes[i]) & (255 << (8 - bits))) === 0;
+        });
+    }
+
+    function dnsResolveEx(host) {
+        return system.addressesOfHost(String(host));
+    }
+
+    function isResolvableEx(host) {
+        return dnsResolveEx(host) !== "";
+    }
+
+    function myIpAddressEx() {
+        return system.ownAddresses();
+    }
+
+    // Those of IPv6 first; false: not all of them are addresses.
+    function sortIpAddressList(list) {
+        const addresses = String(list).split(";").map(text => text.trim());
+        const known = new Map(addresses.map(address => [address, addressBytes(address)]));
+        if (addresses.some(address => known.get(address) === null))
+            return false;
+        return addresses.sort((one, other) => {
+            const a = known.get(one), b = known.get(other);
+            return b.length - a.length || compare(a, b);
+        }).join(";");
+    }
+
+    function getClientVersion() {
+        return "1.0";
+    }
+
     function isInNet(host, network, mask) {
         let address = ipv4Number(host);
         if (address === null)
@@ -58,28 +134,66 @@
             ((address ^ net) & bits) === 0;
     }
 
-    // Goes back to the last star only, so that it takes no more than length times length steps.
-    function shExpMatch(text, pattern) {
-        text = String(text);
-        pattern = String(pattern);
-        let at = 0, next = 0, star = -1, resume = 0;
-        while (at < text.length) {
-            if (pattern[next] === "*") {
-                star = next++;
-                resume = at;
-            } else if (pattern[next] === "?" || pattern[next] === text[at]) {
-                ++next;
-                ++at;
-            } else if (star >= 0) {
-                next = star + 1;
-                at = ++resume;
+    // What a pattern can be at one place after the other: "steps" holds for each place a character,
+    // "?" or "*" as an object, or, as an array, the places where its alternatives begin. Brackets
+    // that do not match one another are characters like any other.
+    function shellPattern(text) {
+        const steps = [], open = [];
+        const anyone = {matches: () => true}, anyNumber = {matches: () => true, repeats: true};
+        let depth = 0;
+        const isPaired = Array.from(text).every(character => {
+            depth += character === "(" ? 1 : character === ")" ? -1 : 0;
+            return depth >= 0;
+        }) && depth === 0;
+        // A group is a fork to its alternatives, each of which ends in a jump behind the group.
+        for (const character of text) {
+            if (isPaired && character === "(") {
+                open.push({fork: steps.length, jumps: []});
+                steps.push([steps.length + 1]);
+            } else if (open.length > 0 && character === "|") {
+                open[open.length - 1].jumps.push(steps.length);
+                steps.push([]);
+                steps[open[open.length - 1].fork].push(steps.length);
+            } else if (isPaired && character === ")") {
+                for (const jump of open.pop().jumps)
+                    steps[jump].push(steps.length);
             } else {
-                return false;
+                steps.push(character === "*" ? anyNumber : character === "?" ? anyone
+                    : {matches: other => other === character});
             }
         }
-        while (pattern[next] === "*")
-            ++next;
-        return next === pattern.length;
+        return steps;
+    }
+
+    // All places are followed at once, so that no pattern takes more than length times length
+    // steps.
+    function shExpMatch(text, pattern) {
+        const steps = shellPattern(String(pattern));
+        let places = new Set();
+        const enter = (set, first) => {
+            const waiting = [first];
+            while (waiting.length > 0) {
+                const place = waiting.pop();
+                if (set.has(place))
+                    continue;
+                set.add(place);
+                if (Array.isArray(steps[place]))
+                    waiting.push(...steps[place]);
+                else if (place < steps.length && steps[place].repeats)
+                    waiting.push(place + 1);
+            }
+        };
+        enter(places, 0);
+        for (const character of String(text)) {
+            const next = new Set();
+            for (const place of places) {
+                const step = steps[place];
+                if (step !== undefined && !Array.isArray(step) && step.matches(character))
+                    enter(next, step.repeats ? place : place + 1);
+            }
+            places = next;
+        }
+        return places.has(steps.length);
     }
 
     // Today's date and time, with the words that ask for GMT taken off the arguments.
@@ -161,6 +275,7 @@
 
     return {
         isPlainHostName, dnsDomainIs, localHostOrDomainIs, isResolvable, isInNet, dnsResolve,
-        myIpAddress, dnsDomainLevels, shExpMatch, weekdayRange, dateRange, timeRange, alert,
+        myIpAddress, isInNetEx, dnsResolveEx, isResolvableEx, myIpAddressEx, sortIpAddressList,
+        getClientVersion, dnsDomainLevels, shExpMatch, weekdayRange, dateRange, timeRange, alert,
     };
 })

@@ -21,6 +21,12 @@ constexpr char separator = '\n';
 constexpr std::size_t longestName = 253;
 /// Asks for the own address; no host is called that.
 const std::string ownAddressQuestion = "?";
+/// In front of a question, asks for all addresses; no name begins like that.
+constexpr char allOfThem = ' ';
+constexpr char betweenAddresses = ';';
+constexpr int mostAddresses = 32;
+/// Room for an answer of so many.
+constexpr std::size_t longestAnswer = NI_MAXHOST + mostAddresses * INET6_ADDRSTRLEN;
 
 std::string numericAddress(const sockaddr* address, socklen_t length) {
     char text[NI_MAXHOST] = "";
@@ -50,6 +56,17 @@ std::string lookUp(const std::string& host) {
     return {};
 }
 
+std::string lookUpAll(const std::string& host) {
+    std::string list;
+    const Addresses found = addressesOf(host, AF_UNSPEC, 0);
+    int count = 0;
+    for (const addrinfo* each = found.get(); each != nullptr && count < mostAddresses;
+         each = each->ai_next, ++count)
+        list += (count > 0 ? std::string(1, betweenAddresses) : std::string()) +
+                numericAddress(each->ai_addr, each->ai_addrlen);
+    return list;
+}
+
 /// Connecting a datagram socket sends nothing; it only chooses a way.
 std::string sourceAddressTowards(const std::string& elsewhere) {
     const Addresses target = addressesOf(elsewhere, AF_UNSPEC, AI_NUMERICHOST);
@@ -70,21 +87,30 @@ std::string sourceAddressTowards(const std::string& elsewhere) {
     return text;
 }
 
-std::string answerTo(const std::string& question) {
-    if (question != ownAddressQuestion)
-        return lookUp(question);
+std::string ownAddressList(bool wantsAll) {
+    std::string list;
     // Of the blocks set aside for documentation: on the far side of every default route.
     for (const char* elsewhere : {"192.0.2.1", "2001:db8::1"}) {
-        if (const std::string own = sourceAddressTowards(elsewhere); !own.empty())
-            return own;
+        const std::string own = sourceAddressTowards(elsewhere);
+        if (own.empty() || (!wantsAll && !list.empty()))
+            continue;
+        list += (list.empty() ? std::string() : std::string(1, betweenAddresses)) + own;
     }
-    return "127.0.0.1";
+    return list.empty() ? "127.0.0.1" : list;
+}
+
+std::string answerTo(const std::string& question) {
+    const bool wantsAll = question.front() == allOfThem;
+    const std::string name = wantsAll ? question.substr(1) : question;
+    if (name == ownAddressQuestion)
+        return ownAddressList(wantsAll);
+    return wantsAll ? lookUpAll(name) : lookUp(name);
 }
 
 /// One message, one answer, until the other end is closed.
 [[noreturn]] void serve(int socket) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
-    std::array<char, longestName> question{};
+    std::array<char, longestName + 1> question{};
     for (;;) {
         const ssize_t size = recv(socket, question.data(), question.size(), 0);
         if (size <= 0)
@@ -134,7 +160,7 @@ NameLookup::~NameLookup() {
 
 /// By read and write, which the sandbox knows.
 std::string NameLookup::ask(const std::string& question) {
-    std::array<char, NI_MAXHOST + 1> answer{};
+    std::array<char, longestAnswer> answer{};
     if (write(_socket, question.data(), question.size()) < 0)
         return {};
     const ssize_t size = read(_socket, answer.data(), answer.size());
@@ -147,8 +173,16 @@ std::string NameLookup::addressOfHost(const std::string& host) {
     return isName(host) && host != ownAddressQuestion ? ask(host) : std::string();
 }
 
+std::string NameLookup::addressesOfHost(const std::string& host) {
+    return isName(host) && host != ownAddressQuestion ? ask(allOfThem + host) : std::string();
+}
+
 std::string NameLookup::ownAddress() {
     return ask(ownAddressQuestion);
+}
+
+std::string NameLookup::ownAddresses() {
+    return ask(allOfThem + ownAddressQuestion);
 }
 
 }  // namespace proxy_script

@@ -3,6 +3,7 @@
 #include <QFile>
 #include <utility>
 
+#include "proxy_script/sloppy_source.h"
 #include "proxy_script/system_functions.h"
 
 // The library is static, so its resources must be asked for; not possible inside of a namespace.
@@ -51,11 +52,14 @@ void ScriptEngine::installHelpers(NameLookup& names, Alert alert) {
 
 Outcome ScriptEngine::findProxy(const QString& script, const QString& url, const QString& host) {
     QStringList trace;
-    const QJSValue evaluated = _engine.evaluate(script, u"script"_s, 1, &trace);
+    const QJSValue evaluated =
+        _engine.evaluate(withoutLegacySyntax(script), u"script"_s, 1, &trace);
     // A thrown value need be no error object; then only the trace tells.
     if (evaluated.isError() || !trace.isEmpty())
         return {{}, errorText(evaluated)};
-    const QJSValue function = _engine.globalObject().property(u"FindProxyForURL"_s);
+    QJSValue function = _engine.globalObject().property(u"FindProxyForURL"_s);
+    if (function.isUndefined())
+        function = _engine.globalObject().property(u"FindProxyForURLEx"_s);
     if (!function.isCallable())
         return {{}, u"FindProxyForURL is not a function"_s};
     const QJSValue tried = _engine.evaluate(guardedCall).call({function, url, host});

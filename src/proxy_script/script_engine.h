@@ -23,7 +23,7 @@ public:
     /// `names` must outlive it. `alert` is called for each message that a script shows.
     ScriptEngine(NameLookup& names, Alert alert);
 
-    /// Runs `script`, then its FindProxyForURL.
+    /// Runs `script`, then its FindProxyForURL or, where it has none, its FindProxyForURLEx.
     [[nodiscard]] Outcome findProxy(const QString& script, const QString& url, const QString& host);
 
 private:

@@ -19,6 +19,10 @@ public:
     Q_INVOKABLE QString addressOfHost(const QString& host) {
         return QString::fromStdString(_names.addressOfHost(host.toStdString()));
     }
+    Q_INVOKABLE QString addressesOfHost(const QString& host) {
+        return QString::fromStdString(_names.addressesOfHost(host.toStdString()));
+    }
+    Q_INVOKABLE QString ownAddresses() { return QString::fromStdString(_names.ownAddresses()); }
     Q_INVOKABLE QString ownAddress() { return QString::fromStdString(_names.ownAddress()); }
     Q_INVOKABLE void alert(const QString& message) { _alert(message); }
 

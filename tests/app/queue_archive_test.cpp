@@ -84,6 +84,7 @@ TEST_F(QueueFile, WritesTheMetadataOfABundleOnceForEachChange) {
     const auto saveAndTake = [&] {
         controller->writeArchiveBeforeQuitting(false);
         controller->finishWriting();
+        disks.waitForDone();
         const platform::FileContents contents = platform::readFile(metadata, 1 << 20);
         QFile::remove(metadata);
         return platform::readPropertyList(contents.data).value.toMap();

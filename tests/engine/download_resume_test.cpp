@@ -3,6 +3,7 @@
 
 #include "engine/settings.h"
 #include "engine_fixture.h"
+#include "http/http_request.h"
 #include "platform/files/files.h"
 #include "platform/files/property_list.h"
 
@@ -292,6 +293,26 @@ TEST_F(ResumeTest, PlantedLinksAreNotFollowed) {
     other->setIntermediateDownloadTargetPath(path(u"precious"_s));
     other->remove();
     EXPECT_EQ(contents(path(u"precious"_s)), "precious");
+}
+
+/// The request has gone on to the next answer when the main thread hears of the challenge.
+TEST_F(ResumeTest, ResumeBehindAPasswordGoesOnHoweverLateTheMainThreadIs) {
+    const auto download = paused();
+    server.handle("/file.bin", [this](const support::ReceivedRequest& request) {
+        return request.header("Authorization")
+                   ? reply(body)
+                   : Reply{.status = 401,
+                           .headers = {{"WWW-Authenticate", "Basic realm=x"}},
+                           .body = "Who are you?"};
+    });
+    download->userSettings().set(keys::responseURL,
+                                 u"http://me:pw@127.0.0.1:%1/file.bin"_s.arg(server.port()));
+    download->startDownload();
+    ASSERT_TRUE(waitBehindTheMainLoop(
+        [this] { return server.requests().size() == 3 && !http::HTTPRequest::isNetworkInUse(); }));
+    ASSERT_TRUE(waitForStatus(*download, finishedStatuses));
+    EXPECT_EQ(requestedRanges(), (std::vector<std::string>{"", "bytes=300000-", "bytes=300000-"}));
+    EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
 }
 
 /// A redirect answers a resume with the file from its first byte.

@@ -2,6 +2,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <chrono>
+#include <thread>
 
 #include "engine/settings.h"
 #include "engine/workers/http_client_setup.h"
@@ -89,6 +91,13 @@ void TransferTest::run(const engine::DownloadPtr& download) {
 
 bool TransferTest::waitForBytes(const engine::DQDownload& download, qint64 count) {
     return main.waitUntil([&] { return download.transfer().figures().total() >= count; });
+}
+
+bool TransferTest::waitBehindTheMainLoop(const std::function<bool()>& done) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (!done() && std::chrono::steady_clock::now() < end)
+        std::this_thread::yield();
+    return done();
 }
 
 support::Reply TransferTest::reply(const QByteArray& body, support::Reply how) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QTemporaryDir>
+#include <functional>
 #include <memory>
 
 #include "engine/queue/download_queue.h"
@@ -61,6 +62,8 @@ protected:
     void run(const engine::DownloadPtr& download);
     /// Until so many bytes of the whole file have arrived.
     [[nodiscard]] bool waitForBytes(const engine::DQDownload& download, qint64 count);
+    /// Until `done`, while the main thread is busy with something else. False: real time ran out.
+    [[nodiscard]] static bool waitBehindTheMainLoop(const std::function<bool()>& done);
     /// Serves `body` at "/file.bin" with an entity tag, and otherwise as `how` says.
     void serve(const QByteArray& body, const support::Reply& how = {},
                const QString& name = QStringLiteral("/file.bin"));

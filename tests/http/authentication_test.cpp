@@ -338,5 +338,21 @@ TEST_F(AuthenticationTest, AProxyIsAnsweredApartFromItsServers) {
     EXPECT_EQ(errorCode(*direct), codeApplying);
 }
 
+/// The main thread may hear of a challenge when what was answered next is there already.
+TEST_F(AuthenticationTest, EachAnswerIsToldWithItsOwnStatus) {
+    protect({basic(u"me:pw"_s)});
+    const QString address = server.url(u"/file"_s).replace(u"://"_s, u"://me:pw@"_s);
+    const auto made = observedRequest(address);
+    made->startAsynchronous();
+    ASSERT_TRUE(waitForThread([&] { return made->isFinished(); }));
+    main.settle();
+    ASSERT_EQ(delegate.responses.size(), 2U);
+    EXPECT_EQ(delegate.responses[0].statusCode, 401);
+    EXPECT_TRUE(delegate.responses[0].statusLine.startsWith(u"HTTP/1.1 401"_s));
+    EXPECT_TRUE(delegate.responses[0].headers.contains(u"WWW-Authenticate"_s));
+    EXPECT_EQ(delegate.responses[1].statusCode, 200);
+    EXPECT_EQ(delegate.responses[1].url, made->url());
+}
+
 }  // namespace
 }  // namespace http_test

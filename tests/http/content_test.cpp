@@ -58,6 +58,22 @@ TEST(HTTPDate, ReadsWhatServersWrite) {
     EXPECT_EQ(read(u"Sun, 06 Nov 1994 08:49 GMT"_s), u"1994-11-06T08:49:00Z"_s);
     EXPECT_EQ(read(u" 6 nov 1994 08:49 EST "_s), u"1994-11-06T13:49:00Z"_s);
     EXPECT_EQ(read(u"06 Nov 1994 08:49:37 +0200"_s), u"1994-11-06T06:49:37Z"_s);
+    EXPECT_EQ(read(u"Sunday, 06-Nov-94 08:49:37 GMT"_s), u"1994-11-06T08:49:37Z"_s);
+    EXPECT_EQ(read(u"Sun Nov  6 08:49:37 1994"_s), u"1994-11-06T08:49:37Z"_s);
+    EXPECT_EQ(read(u"Sun Nov 16 08:49:37 1994"_s), u"1994-11-16T08:49:37Z"_s);
+    EXPECT_EQ(read(u"Sun, 06 Nov 94 08:49:37 GMT"_s), u"1994-11-06T08:49:37Z"_s);
+    // More than fifty years ahead is behind us.
+    const int year = QDate::currentDate().year();
+    const auto shortYear = [](int of) { return QString::number(of % 100).rightJustified(2, u'0'); };
+    EXPECT_EQ(read(u"Friday, 01-Jan-%1 00:00:00 GMT"_s.arg(shortYear(year + 49))),
+              u"%1-01-01T00:00:00Z"_s.arg(year + 49));
+    EXPECT_EQ(read(u"Friday, 01-Jan-%1 00:00:00 GMT"_s.arg(shortYear(year + 52))),
+              u"%1-01-01T00:00:00Z"_s.arg(year - 48));
+    for (const auto& text :
+         {u"Sunday, 31-Feb-94 08:49:37 GMT"_s, u"Sun Feb 31 08:49:37 1994"_s,
+          u"Sun, 31 Feb 1994 08:49:37 GMT"_s, u"Sunday, 06-Nov-94 25:49:37 GMT"_s,
+          u"Sun, 06 Nov 094 08:49:37 GMT"_s, u"Sunday, 06-Nov-94"_s, u"Sun Nov  6 08:49:37"_s})
+        EXPECT_EQ(read(text), u"none"_s) << text.toStdString();
     for (const auto& text : {u""_s, u"0"_s, u"-1"_s, u"yesterday"_s, u"1994-11-06T08:49:37Z"_s,
                              u"Sun, 06 Nov 1994"_s, u"Sun, 06 Nov 1994 08:49:37 GMT x"_s})
         EXPECT_EQ(read(text), u"none"_s) << text.toStdString();

@@ -1,7 +1,7 @@
-#include "http/cache/http_download_cache.h"
+#include "http/extras/cache/http_download_cache.h"
 
-#include "http/cache/cache_keys.h"
 #include "http/content/http_data_compressor.h"
+#include "http/extras/cache/cache_keys.h"
 #include "http_fixture.h"
 
 namespace http_test {

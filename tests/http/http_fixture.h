@@ -19,6 +19,7 @@ class RecordingDelegate : public http::HTTPRequestDelegate {
 public:
     Capabilities does;
     std::vector<std::string> events;
+    std::vector<http::HTTPResponse> responses;
     QByteArray data;
     std::vector<platform::Url> redirects;
     int blocks = 0;
@@ -36,7 +37,9 @@ public:
 
     using Request = http::HTTPRequest;
     void requestStarted(Request& request) override { note("started", request); }
-    void requestDidReceiveResponseHeaders(Request& request, const platform::HTTPHeaders&) override {
+    void requestDidReceiveResponseHeaders(Request& request,
+                                          const http::HTTPResponse& response) override {
+        responses.push_back(response);
         note("headers", request);
     }
     void requestRedirected(Request& request) override { note("redirected", request); }

@@ -1,4 +1,4 @@
-#include "http/http_network_queue.h"
+#include "http/extras/http_network_queue.h"
 
 #include "http_fixture.h"
 

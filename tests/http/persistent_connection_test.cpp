@@ -3,6 +3,7 @@
 #include "http/shared/transfer_loop.h"
 #include "http_fixture.h"
 #include "platform/net/http_read_stream.h"
+#include "support/socket_server.h"
 
 namespace http_test {
 namespace {
@@ -61,8 +62,51 @@ TEST_F(PersistentConnectionTest, ASocketThatDiedMeanwhileIsReplaced) {
     const auto next = get();
     EXPECT_EQ(next->responseData(), "body");
     EXPECT_EQ(server.connectionCount(), 2U);
-    // libcurl may notice before it sends; if not, this side sends once more under a new number.
-    EXPECT_EQ(next->connectionID(), 1U + static_cast<unsigned>(next->retryCount()));
+    EXPECT_EQ(next->retryCount(), 0);
+}
+
+QString urlOf(const support::SocketServer& server, const QString& path = u"/"_s) {
+    return u"http://127.0.0.1:%1%2"_s.arg(server.port()).arg(path);
+}
+
+TEST_F(PersistentConnectionTest, BytesBehindABodyAreNobodys) {
+    const QByteArray head = "HTTP/1.1 200 OK\r\nContent-Length: 4\r\n\r\n";
+    for (const QByteArray& stray :
+         {QByteArray("\r\n"), QByteArray("junk"), QByteArray("HTTP/1.1 200"), head + "evil"}) {
+        for (const bool isLater : {true, false}) {
+            SCOPED_TRACE(stray.toStdString() + (isLater ? " later" : " at once"));
+            std::atomic<int> answers = 0;
+            support::SocketServer speaker([&](support::Peer& peer) {
+                while (!peer.readHead().isEmpty()) {
+                    peer.write(head + (isLater ? "good" : "good" + stray));
+                    if (isLater)
+                        peer.write(stray);
+                    ++answers;
+                }
+            });
+            for (int round = 1; round <= 3; ++round) {
+                EXPECT_EQ(get(urlOf(speaker))->responseData(), "good");
+                // What was written to this machine's own socket can be read there.
+                ASSERT_TRUE(main.waitUntil([&] { return answers == round; }));
+            }
+        }
+    }
+}
+
+/// The request has left when the end comes, again and again.
+TEST_F(PersistentConnectionTest, EndsOfKeptSocketsDoNotUseUpTheOneRetry) {
+    support::SocketServer speaker([](support::Peer& peer) {
+        const QByteArray head = peer.readHead();
+        const int step = head.mid(5, 1).toInt();
+        peer.write(step < 5 ? "HTTP/1.1 302 Found\r\nContent-Length: 0\r\nLocation: /" +
+                                  QByteArray::number(step + 1) + "\r\n\r\n"
+                            : QByteArray("HTTP/1.1 200 OK\r\nContent-Length: 4\r\n\r\nbody"));
+        static_cast<void>(peer.readHead());
+    });
+    const auto request = get(urlOf(speaker, u"/0"_s));
+    EXPECT_EQ(request->responseData(), "body");
+    EXPECT_EQ(request->redirectCount(), 5);
+    EXPECT_EQ(speaker.connectionCount(), 6);
 }
 
 TEST_F(PersistentConnectionTest, KeepsASocketOnlyIfTheBodyWasRead) {

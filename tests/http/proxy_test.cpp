@@ -78,6 +78,46 @@ TEST_F(ProxyTest, TheFirstChoiceOfTheSystemIsKeptForRedirects) {
     EXPECT_EQ(made->proxyUsername() + made->proxyPassword(), u"mepw"_s);
 }
 
+/// It says who it is by answering CONNECT; nothing of that is the server's.
+TEST_F(ProxyTest, ARefusedTunnelIsTheProxysFailure) {
+    settings->answer = std::vector{ProxyChoice{at(other), {}}};
+    delegate.does.suppliesCredentials = true;
+    const std::pair<std::string, std::string> cookie{"Set-Cookie", "stolen=1; Path=/"};
+    for (const int status : {301, 302, 307, 401, 404, 500, 502}) {
+        SCOPED_TRACE(status);
+        delegate.events.clear();
+        other.serve("bank.invalid:443", {.status = status,
+                                         .headers = {{"Location", "http://bank.invalid/evil"},
+                                                     {"WWW-Authenticate", "Basic realm=\"bank\""},
+                                                     cookie},
+                                         .body = "not the bank's"});
+        const auto made = observedRequest(u"https://bank.invalid/"_s);
+        run(made);
+        EXPECT_EQ(delegate.events, (std::vector<std::string>{"started", "failed"}));
+        ASSERT_EQ(errorCode(*made), 1);
+        EXPECT_TRUE(made->error()->underlying->text.contains(
+            u"The proxy 127.0.0.1:%1 answered %2"_s.arg(other.port()).arg(status)))
+            << made->error()->underlying->text.toStdString();
+        EXPECT_EQ(made->responseStatusCode(), 0);
+        EXPECT_EQ(made->responseData(), std::nullopt);
+        EXPECT_TRUE(cookies->cookiesForUrl(*Url::parse(u"https://bank.invalid/"_s)).empty());
+        EXPECT_EQ(target(other), "bank.invalid:443");
+    }
+}
+
+/// Its question is understood, but its cookies are not the server's.
+TEST_F(ProxyTest, AProxysQuestionSetsNoCookies) {
+    settings->answer = std::vector{ProxyChoice{at(other), {}}};
+    other.serve("bank.invalid:443", {.status = 407,
+                                     .headers = {{"Proxy-Authenticate", "Basic realm=\"club\""},
+                                                 {"Set-Cookie", "stolen=1; Path=/"}}});
+    const auto made = observedRequest(u"https://bank.invalid/"_s);
+    run(made);
+    EXPECT_EQ(errorCode(*made), 3);
+    EXPECT_TRUE(cookies->cookiesForUrl(*Url::parse(u"https://bank.invalid/"_s)).empty());
+    EXPECT_TRUE(HTTPRequest::sessionCookies().empty());
+}
+
 TEST_F(ProxyTest, AScriptIsFetchedAheadOfTheQueueThatWaitsForIt) {
     server.serve("/proxy.pac", {.body = scriptNaming(other), .stallHead = true});
     answerWithScript(server.url(u"/proxy.pac"_s));

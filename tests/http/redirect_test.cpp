@@ -1,4 +1,9 @@
+#include <QScopeGuard>
+#include <atomic>
+#include <thread>
+
 #include "http_fixture.h"
+#include "support/socket_server.h"
 
 namespace http_test {
 namespace {
@@ -51,6 +56,82 @@ TEST_F(RedirectTest, StatusDecidesWhatTravels) {
         EXPECT_EQ(request->originalURL().path(), u"/moved"_s);
         EXPECT_EQ(request->responseStatusCode(), 200);
     }
+}
+
+TEST_F(RedirectTest, LocationIsTakenByteByByte) {
+    using Headers = std::vector<std::pair<std::string, std::string>>;
+    struct Case {
+        Headers headers;
+        std::string target;  ///< Empty: it leads nowhere.
+    };
+    for (const Case& c : {
+             Case{{{"Location", "/caf\xe9?\xfc"}}, "/caf%E9?%FC"},
+             Case{{{"Location", "/caf\xc3\xa9"}}, "/caf%C3%A9"},
+             Case{{{"Location", "/caf\xc3\xa9/\xe9"}}, "/caf%C3%A9/%E9"},
+             Case{{{"Location", "/a b%20c"}}, "/a%20b%20c"},
+             Case{{{"Location", "/one"}, {"location", "/one"}}, "/one"},
+             Case{{{"Location", "/one"}, {"Location", "/two"}}, ""},
+         }) {
+        SCOPED_TRACE(c.headers.front().second);
+        server.handleAll([&c](const support::ReceivedRequest& request) {
+            return request.target == "/moved" ? Reply{.status = 302, .headers = c.headers}
+                                              : Reply{.body = "there"};
+        });
+        const auto moved = request(u"/moved"_s);
+        run(moved);
+        EXPECT_EQ(server.requests().back().target, c.target.empty() ? "/moved" : c.target);
+        EXPECT_EQ(errorCode(*moved), c.target.empty() ? 1 : 0);
+    }
+}
+
+/// Nobody wants what it says, so nobody waits for its end.
+TEST_F(RedirectTest, ABodyOnTheWayIsNotReadForEver) {
+    serveTarget();
+    const QByteArray endless(4 << 20, 'x');
+    for (const int status : {302, 307, 401}) {
+        SCOPED_TRACE(status);
+        server.handle("/moved", [&](const support::ReceivedRequest& seen) {
+            if (seen.header("Authorization"))
+                return Reply{.body = "target"};
+            return Reply{.status = status,
+                         .headers = {{"Location", "/target"}, {"WWW-Authenticate", "Basic"}},
+                         .body = endless,
+                         .length = Reply::Length::None,
+                         .stallAfter = 2 << 20};
+        });
+        const auto moved = request(server.url(u"/moved"_s).replace(u"://"_s, u"://me:pw@"_s));
+        moved->startAsynchronous();
+        EXPECT_TRUE(main.waitUntil([&] { return moved->isFinished(); }));
+        EXPECT_EQ(moved->responseData(), "target");
+        server.release();
+    }
+}
+
+TEST_F(RedirectTest, ABodyThatTricklesIsLeftBehind) {
+    std::atomic<int> wanted = 1;
+    serveTarget();
+    const QByteArray target = server.url(u"/target"_s).toLatin1();
+    support::SocketServer slow([&](support::Peer& peer) {
+        static_cast<void>(peer.readHead());
+        peer.write("HTTP/1.1 302 Found\r\nLocation: " + target + "\r\n\r\n");
+        for (int sent = 0; sent < 3 && peer.write("x");) {
+            ++sent;
+            while (sent >= wanted && wanted < 3)
+                std::this_thread::yield();
+        }
+        static_cast<void>(peer.readHead());
+    });
+    const auto end = qScopeGuard([&] { wanted = 3; });
+    const auto moved = request(u"http://127.0.0.1:%1/"_s.arg(slow.port()));
+    moved->startAsynchronous();
+    ASSERT_TRUE(main.waitUntil([&] { return moved->totalBytesRead() == 1; }));
+    main.clock.advance(9);
+    wanted = 2;
+    ASSERT_TRUE(main.waitUntil([&] { return moved->totalBytesRead() == 2; }));
+    main.clock.advance(2);
+    wanted = 3;
+    ASSERT_TRUE(main.waitUntil([&] { return moved->isFinished(); }));
+    EXPECT_EQ(moved->responseData(), "target");
 }
 
 TEST_F(RedirectTest, OtherStatusesAreAnswers) {

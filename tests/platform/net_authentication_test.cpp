@@ -71,12 +71,49 @@ TEST(DigestAuthentication, AnswersAsTheStandardSays) {
         EXPECT_TRUE(answer->contains(response)) << answer->constData();
         EXPECT_TRUE(answer->contains("qop=auth, nc=00000001")) << answer->constData();
     }
-    for (const auto* refused :
-         {"SHA-512-256", "md5, qop=auth-int", "md5, nonce=x, opaque=\"\x01\""})
+    for (const auto* refused : {"SHA-512", "md5, qop=auth-int", "md5, nonce=x, opaque=\"\x01\""})
         EXPECT_FALSE(platform::digestChallenge(
             platform::challengesFromFields({u"Digest algorithm="_s + QLatin1String(refused)})
                 .at(0)))
             << refused;
+}
+
+// After the example of RFC 7616, 3.9.2, with the name as erratum 4897 puts it right.
+TEST(DigestAuthentication, HidesTheNameWhereItIsAskedTo) {
+    const auto challenge = platform::digestChallenge(
+        platform::challengesFromFields(
+            {u"Digest realm=\"api@example.org\", qop=\"auth\", algorithm=SHA-512-256, "
+             "nonce=\"5TsQWLVdgBdmrQ0XsxbDODV+57QdFR34I9HAbC/RVvkK\", "
+             "opaque=\"HRPCssKJSGjCrkzDg8OhwpzCiGChXYjwrI2QmXDnsOS\", charset=UTF-8, "
+             "userhash=true"_s})
+            .at(0));
+    ASSERT_TRUE(challenge);
+    const auto answer =
+        platform::digestAnswer(*challenge, {"J\xc3\xa4s\xc3\xb8n Doe", "Secret, or not?", "GET",
+                                            "/doe.json", "NTg6RKcb9boFIAS3KrFK9BGeh+niz/sm", 1});
+    ASSERT_TRUE(answer);
+    for (const char* part :
+         {"username=\"793263caabb707a56211940d90411ea4a575adeccb7e360aeb624ed06ece9b0b\"",
+          "response=\"7a4e1192babbba02e91182d2895bfdbf7adafc6e48d4e517ca301974843d840c\"",
+          "algorithm=SHA-512-256", "userhash=true"})
+        EXPECT_TRUE(answer->contains(part)) << part << " in " << answer->constData();
+}
+
+/// The transport widens the bytes of a name to 16 bits each, which is right for ISO Latin 1 alone.
+TEST(HTTPAuthentication, SendsByNTLMWhatNTLMCanSend) {
+    platform::HTTPResponseHead head;
+    head.statusCode = 401;
+    head.headers.add(u"WWW-Authenticate"_s, u"NTLM"_s);
+    const auto made = HTTPAuthentication::createFromResponse(head);
+    const platform::HTTPRequestMessage message{
+        u"GET"_s, *platform::Url::parse(u"http://h/"_s), {}, {}};
+    const auto isSent = [&](const QString& user, const QString& password, const QString& domain) {
+        return made->answer({user, password, domain}, message, false).has_value();
+    };
+    EXPECT_TRUE(isSent(u"j\u00f6rg"_s, u"gr\u00fcn"_s, u"B\u00dcRO"_s));
+    EXPECT_FALSE(isSent(u"\u0142ukasz"_s, u"pw"_s, {}));
+    EXPECT_FALSE(isSent(u"me"_s, u"\u20ac"_s, {}));
+    EXPECT_FALSE(isSent(u"me"_s, u"pw"_s, u"\u041c"_s));
 }
 
 TEST(HTTPAuthentication, ChoosesTheStrongestThatItKnows) {

@@ -68,6 +68,60 @@ TEST(NetCookies, ParsesAndRefuses) {
     EXPECT_TRUE(parsed(u"a=b; Domain=co.uk"_s, u"http://co.uk/"_s).at(0).hostOnly);
 }
 
+TEST(NetCookies, ReadsAttributesAsBrowsersDo) {
+    const QString safe = u"https://www.example.com/p/q"_s, plain = u"http://www.example.com/p/q"_s;
+    struct Case {
+        QString url, field;
+        QString kept;  ///< Value, path and domain. Empty: it is refused.
+    };
+    for (const auto& [url, field, kept] : {
+             Case{plain, u"a=b\tc"_s, u"b\tc /p www.example.com"_s},
+             Case{plain, u"a=b; Path=/x; Path="_s, u"b /p www.example.com"_s},
+             Case{plain, u"a=b; Path=/x; Path=relative"_s, u"b /p www.example.com"_s},
+             Case{plain, u"a=b; Domain=example.com; Domain="_s, u"b /p www.example.com"_s},
+             Case{plain, u"a=b; Secure"_s, {}},
+             Case{safe, u"a=b; Secure"_s, u"b /p www.example.com"_s},
+             Case{safe, u"__Secure-a=b"_s, {}},
+             Case{safe, u"__secure-a=b; Secure"_s, u"b /p www.example.com"_s},
+             Case{plain, u"__Secure-a=b; Secure"_s, {}},
+             Case{safe, u"__Host-a=b; Secure; Path=/"_s, u"b / www.example.com"_s},
+             Case{safe, u"__Host-a=b; Path=/"_s, {}},
+             Case{safe, u"__host-a=b; Secure"_s, {}},
+             Case{safe, u"__Host-a=b; Secure; Path=/p"_s, {}},
+             Case{safe, u"__Host-a=b; Secure; Path=/; Domain=example.com"_s, {}},
+             Case{u"https://top/"_s, u"__Host-a=b; Secure"_s, {}},
+             Case{u"http://www.example.com./"_s, u"a=b; Domain=com."_s, {}},
+             Case{u"http://www.example.com./"_s, u"a=b; Domain=example.com."_s,
+                  u"b / example.com."_s},
+             Case{u"http://www.example.co.uk./"_s, u"a=b; Domain=co.uk."_s, {}},
+             Case{u"http://co.uk./"_s, u"a=b; Domain=co.uk."_s, u"b / co.uk."_s},
+         }) {
+        const auto cookies = parsed(field, url);
+        QStringList found;
+        for (const Cookie& each : cookies)
+            found << each.value + u' ' + each.path + u' ' + each.domain;
+        EXPECT_EQ(found.join(u'|'), kept) << qPrintable(url + u' ' + field);
+    }
+}
+
+/// Somebody on the way who can answer for "http" must not change what was said under TLS.
+TEST(NetCookies, PlainAnswersLeaveSecureCookiesAlone) {
+    const auto storage = platform::makeCookieStorage({});
+    const QString safe = u"https://www.example.com/a/b"_s, plain = u"http://www.example.com/a/b"_s;
+    store(*storage, u"id=mine; Path=/a; Secure; Domain=example.com"_s, safe);
+    for (const QString& planted :
+         {u"id=planted; Path=/a"_s, u"id=planted; Path=/a/b"_s, u"id=; Path=/a; Max-Age=0"_s,
+          u"id=planted; Path=/a; Domain=example.com"_s}) {
+        store(*storage, planted, plain);
+        EXPECT_EQ(sent(*storage, safe), "id=mine") << planted.toStdString();
+    }
+    store(*storage, u"id=other; Path=/"_s, plain);
+    store(*storage, u"free=1; Path=/a"_s, plain);
+    EXPECT_EQ(sent(*storage, safe), "id=mine free=1 id=other");
+    store(*storage, u"id=changed; Path=/a; Domain=example.com"_s, safe);
+    EXPECT_EQ(sent(*storage, safe), "id=changed free=1 id=other");
+}
+
 TEST(NetCookies, SendsWhatBelongs) {
     const auto storage = platform::makeCookieStorage({});
     const QString url = u"https://www.example.com/a/b"_s;

@@ -19,17 +19,6 @@ using support::SocketServer;
 
 namespace {
 
-QByteArray readHead(Peer& peer) {
-    QByteArray head;
-    while (!head.endsWith("\r\n\r\n")) {
-        const QByteArray more = peer.read();
-        if (more.isEmpty())
-            return {};
-        head += more;
-    }
-    return head;
-}
-
 HTTPProxy proxyAt(int port, HTTPProxy::Kind kind) {
     HTTPProxy proxy;
     proxy.kind = kind;
@@ -43,7 +32,7 @@ class TunnelProxy {
 public:
     explicit TunnelProxy(const QByteArray& answer)
         : sockets([this, answer](Peer& peer) {
-              head = readHead(peer);
+              head = peer.readHead();
               peer.write(answer);
           }) {}
 
@@ -51,18 +40,25 @@ public:
     SocketServer sockets;
 };
 
-TEST(NetProxy, ShowsAProxysRefusalAsTheResponse) {
+/// Nothing but a proxy's own question can be told from what the server would have said.
+TEST(NetProxy, UnderstandsOfARefusedTunnelTheQuestionAlone) {
     struct Refusal {
         const char* answer;
         int status;
         std::string failure;
+        const char* said;
     };
+    const std::string refused = "kCFErrorDomainCFNetwork 306";
     const Refusal table[] = {
         {"HTTP/1.1 407 Who\r\nProxy-Authenticate: Basic realm=x\r\nContent-Length: 3\r\n\r\nabc",
-         407, ""},
-        {"HTTP/1.1 502 Bad\r\nConnection: close\r\n\r\n", 502, ""},
-        {"HTTP/1.1 302 Go\r\nLocation: http://evil/\r\nContent-Length: 0\r\n\r\n", 302, ""},
-        {"HTTP/1.1 407 Wh", 0, "kCFErrorDomainCFNetwork -1005"},
+         407, "", ""},
+        {"HTTP/1.1 502 Bad\r\nConnection: close\r\n\r\n", 0, refused, "answered 502 Bad"},
+        {"HTTP/1.1 302 Go\r\nLocation: http://evil/\r\nContent-Length: 0\r\n\r\n", 0, refused,
+         "answered 302 Go"},
+        {"HTTP/1.1 401 No\r\nWWW-Authenticate: Basic realm=x\r\nContent-Length: 3\r\n\r\nabc", 0,
+         refused, "answered 401 No"},
+        {"HTTP/1.1 404\r\nContent-Length: 0\r\n\r\n", 0, refused, "answered 404"},
+        {"HTTP/1.1 407 Wh", 0, "kCFErrorDomainCFNetwork -1005", ""},
     };
     Loop loop;
     for (const Refusal& each : table) {
@@ -83,6 +79,9 @@ TEST(NetProxy, ShowsAProxysRefusalAsTheResponse) {
         if (exchange.stream->responseHead()) {
             EXPECT_TRUE(exchange.stream->responseHead()->fromProxy);
         }
+        const QString text = exchange.hasFailed ? exchange.stream->error()->text : QString();
+        EXPECT_TRUE(text.contains(QString::fromLatin1(each.said))) << text.toStdString();
+        EXPECT_EQ(text.contains(u"127.0.0.1:%1"_s.arg(proxy.sockets.port())), *each.said != '\0');
     }
 }
 

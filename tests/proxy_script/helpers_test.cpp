@@ -71,6 +71,38 @@ TEST_F(ProxyScriptHelpers, AnswerAsTheyAreKnownTo) {
         {u"shExpMatch('', '*') && !shExpMatch('x', '') && shExpMatch('a[b](c)', '*[b](*')"_s,
          u"true"_s},
         {u"shExpMatch('a'.repeat(3000), '*a*a*a*a*a*a*a*a*b')"_s, u"false"_s},
+        {u"shExpMatch('www.b.de', '*.(a|b|).de') && shExpMatch('www..de', '*.(a|b|).de')"_s,
+         u"true"_s},
+        {u"shExpMatch('www.c.de', '*.(a|b).de')"_s, u"false"_s},
+        {u"shExpMatch('www.c.de', '(*.(a|c).de|*.org)') && shExpMatch('x.org', '(*.a|*.org)')"_s,
+         u"true"_s},
+        {u"shExpMatch('a|b', 'a|b') && shExpMatch('(a', '(a') && shExpMatch('a)', 'a)')"_s,
+         u"true"_s},
+        {u"shExpMatch('a'.repeat(500) + 'c', '(a|a)'.repeat(500) + 'b')"_s, u"false"_s},
+        {u"isInNetEx('198.95.249.79', '198.95.249.0/24')"_s, u"true"_s},
+        {u"isInNetEx('198.95.250.79', '198.95.249.0/24')"_s, u"false"_s},
+        {u"isInNetEx('localhost', '127.0.0.0/8') || isInNetEx('localhost', '::1/128')"_s,
+         u"false"_s},
+        {u"isInNetEx('2001:db8:1::1', '2001:db8::/32')"_s, u"true"_s},
+        {u"isInNetEx('2001:db9::1', '2001:db8::/32')"_s, u"false"_s},
+        {u"isInNetEx('::ffff:10.0.0.1', '::ffff:0:0/96')"_s, u"true"_s},
+        {u"isInNetEx('10.0.0.1', '::/0') || isInNetEx('::1', '0.0.0.0/0')"_s, u"false"_s},
+        {u"isInNetEx('::1', '::1') || isInNetEx('::1', '::/129') || isInNetEx('::1', 'x/1')"_s,
+         u"false"_s},
+        {u"dnsResolveEx('127.0.0.1') + dnsResolveEx('::1')"_s, u"127.0.0.1::1"_s},
+        {u"dnsResolveEx('name.invalid')"_s, u""_s},
+        {u"isResolvableEx('::1') && isResolvableEx('localhost') && !isResolvableEx('x.invalid')"_s,
+         u"true"_s},
+        {u"/^[0-9a-f.:;]+$/.test(myIpAddressEx())"_s, u"true"_s},
+        {u"sortIpAddressList('10.2.3.9;2001:4898:28:3:201:2ff:feea:fc14; ::1;127.0.0.1;::9')"_s,
+         u"::1;::9;2001:4898:28:3:201:2ff:feea:fc14;10.2.3.9;127.0.0.1"_s},
+        {u"sortIpAddressList('x;::1') || sortIpAddressList('')"_s, u"false"_s},
+        {u"getClientVersion()"_s, u"1.0"_s},
+        // As scripts could be written before there was a strict mode.
+        {u"010 + 0644 + 09 + 0.5"_s, u"437.5"_s},
+        {u"'\\101\\1012\\0\\60\\377\\400'.length + '\\101'"_s, u"8A"_s},
+        {u"\"it's \\47\" + '010' + `\\u0041 ${010}`"_s, u"it's '010A 8"_s},
+        {u"/[/'\"]010/.test('/010') && 4 / 2 / 01 === 2 /* 010 ' */"_s, u"true"_s},
         {u"weekdayRange('MON', 'FRI')"_s, u"true"_s},
         {u"weekdayRange('thu')"_s, u"true"_s},
         {u"weekdayRange('THU', 'GMT')"_s, u"false"_s},
@@ -109,6 +141,27 @@ TEST_F(ProxyScriptHelpers, AnswerAsTheyAreKnownTo) {
     for (const auto& [expression, value] : table)
         EXPECT_EQ(valueOf(expression), value) << expression.toStdString();
     EXPECT_EQ(alerts, QStringList{u"said"_s});
+}
+
+TEST_F(ProxyScriptHelpers, ScriptsMayBeOldAndLarge) {
+    const auto answerOf = [this](const QString& script) {
+        proxy_script::ScriptEngine engine(names, {});
+        const auto outcome = engine.findProxy(script, u"http://h77.example/"_s, u"h77.example"_s);
+        return outcome.error.isEmpty() ? outcome.result : u"! "_s + outcome.error;
+    };
+    // As lists of blocked hosts are made.
+    QString list = u"<!-- old\nvar D = {"_s;
+    for (int i = 0; list.size() < 360'000; ++i)
+        list += u"\"h%1.example\": 0%2,\n"_s.arg(i).arg(i % 8);
+    list +=
+        u"};\nfunction FindProxyForURL(url, host) {\n"
+        "  if (D.hasOwnProperty(host)) { var found = 010; }\n"
+        "  with ({ other: 'DIRECT' }) { return found ? 'PROXY p:010' : other; }\n}\n--> end\n"_s;
+    EXPECT_EQ(answerOf(list), u"PROXY p:010"_s);
+    EXPECT_EQ(answerOf(u"function FindProxyForURLEx(url, host) { return 'PROXY ' + host; }"_s),
+              u"PROXY h77.example"_s);
+    EXPECT_TRUE(answerOf(u"'\\"_s).startsWith(u'!'));
+    EXPECT_TRUE(answerOf(u"/* 010"_s).startsWith(u'!'));
 }
 
 }  // namespace

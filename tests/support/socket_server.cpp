@@ -70,6 +70,17 @@ QByteArray Peer::read(qsizetype maximum) {
     return buffer;
 }
 
+QByteArray Peer::readHead() {
+    QByteArray head;
+    while (!head.endsWith("\r\n\r\n")) {
+        const QByteArray more = read();
+        if (more.isEmpty())
+            return {};
+        head += more;
+    }
+    return head;
+}
+
 bool Peer::write(const char* bytes, qsizetype count) {
     while (count > 0) {
         const long sent = isDropped_ ? 0 : writeSome(bytes, count);

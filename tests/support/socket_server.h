@@ -21,6 +21,8 @@ public:
 
     /// At least one byte and at most `maximum`. Empty: the connection or the server has ended.
     [[nodiscard]] QByteArray read(qsizetype maximum = 65536);
+    /// Up to the empty line that ends the head of a request. Empty: it did not come.
+    [[nodiscard]] QByteArray readHead();
     /// All bytes. False: the connection or the server has ended.
     bool write(const QByteArray& bytes) { return write(bytes.constData(), bytes.size()); }
     bool write(const char* bytes, qsizetype count);

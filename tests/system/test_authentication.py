@@ -99,7 +99,7 @@ class QuestionTest(GuardedTest):
         self.serve("lonely.bin", SIZE)
         result = self.home.run(self.server.url("/basic/lonely.bin"), start_new_session=True)
         self.assert_status(result, 1)
-        self.assertIn("Authentication needed", result.stderr)
+        self.assertIn("A name and a password are needed.", result.stderr)
         self.assertEqual(self.home.finished(), [])
 
     def test_stopped_and_continued_while_asking(self):

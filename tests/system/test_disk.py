@@ -17,7 +17,7 @@ class FullDiskTest(SystemTest):
 
         result = self.home.run(address)
         self.assert_status(result, 1)
-        self.assertIn("No space left on device", result.stderr)
+        self.assertIn("The disk is full: ", result.stderr)
         self.assertGreater(self.home.partial_bytes(), 3 * MIB)
         self.assertEqual(self.home.queued_addresses(), [address])
 

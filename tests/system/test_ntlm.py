@@ -50,7 +50,7 @@ class NtlmTest(AskingTest):
         session.wait_for(lambda lines: sum("Name:" in line for line in lines) == 3)
         session.type("\n")
         self.assertEqual(session.finish(), 1)
-        self.assertIn(b"Authentication needed", session.raw)
+        self.assertIn(b"A name and a password are needed.", session.raw)
         self.assertEqual(self.home.finished(), [])
         self.assertLessEqual(len(self.server.exchanges("hopeless.bin")), 6)
 

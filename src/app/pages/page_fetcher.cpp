@@ -94,7 +94,7 @@ private:
         });
         // A redirect has a body as well.
         blocks.headersReceivedBlock =
-            whileAlive([](Exchange& self, const platform::HTTPHeaders&) { self.body_.clear(); });
+            whileAlive([](Exchange& self, const http::HTTPResponse&) { self.body_.clear(); });
         blocks.completionBlock = whileAlive([](Exchange& self) { self.end(self.received()); });
         blocks.failureBlock = whileAlive([](Exchange& self) {
             links::FetchedPage page;

@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 
+#include "app/failures/failure_sentence.h"
 #include "app/rows/status_text.h"
 #include "engine/context.h"
 #include "engine/record/status.h"
@@ -63,9 +64,8 @@ QString completionDetail(const engine::DQDownload& download) {
 }
 
 QString failureDetail(const StatusTexts& texts, engine::DQDownload& download) {
-    // The innermost error is the system's own word, such as that the disk is full.
-    if (const auto& error = download.lastError())
-        return error->underlying ? error->underlying->text : error->text;
+    if (const QString sentence = failureSentence(download); !sentence.isEmpty())
+        return sentence;
     const QString status = texts.statusDescriptionWithLiveDetails(download, false);
     const int code = download.userSettings().value(engine::keys::statusCode).toInt();
     // A status of success does not say by itself what was wrong.

@@ -103,24 +103,24 @@ void DQHTTPRequestDownloadWorker::requestStarted(http::HTTPRequest& request) {
 }
 
 void DQHTTPRequestDownloadWorker::requestDidReceiveResponseHeaders(
-    http::HTTPRequest& request, const platform::HTTPHeaders& headers) {
+    http::HTTPRequest&, const http::HTTPResponse& answer) {
     const auto keep = shared_from_this();
-    statusCode_ = request.responseStatusCode();
+    statusCode_ = answer.statusCode;
     // Whatever sent the request again: what has been written belongs to another answer.
     if (downloadedBytes() > 0)
         return stopWithError(makeWorkerError(
             WorkerErrorCode::WrongPart,
             u"%1 was answered again in the middle of an answer"_s.arg(description())));
     WorkerResponse response;
-    response.headers = headers;
-    response.url = request.url();
-    response.statusCode = statusCode_;
+    response.headers = answer.headers;
+    response.url = answer.url;
+    response.statusCode = answer.statusCode;
     response.suggestedFilename = links::filenameFromContentDisposition(
-        headers.value(u"Content-Disposition"_s).value_or(QString()));
+        answer.headers.value(u"Content-Disposition"_s).value_or(QString()));
     if (response.suggestedFilename.isEmpty())
         response.suggestedFilename =
             links::filename(response.url, links::plusSignsInNames(context().defaults));
-    processResponse(response, announcedLength(headers));
+    processResponse(response, announcedLength(answer.headers));
 }
 
 void DQHTTPRequestDownloadWorker::requestWillRedirectToURL(http::HTTPRequest& request,

@@ -37,7 +37,7 @@ private:
     [[nodiscard]] Capabilities capabilities() const override;
     void requestStarted(http::HTTPRequest& request) override;
     void requestDidReceiveResponseHeaders(http::HTTPRequest& request,
-                                          const platform::HTTPHeaders& headers) override;
+                                          const http::HTTPResponse& response) override;
     void requestWillRedirectToURL(http::HTTPRequest& request, const platform::Url& url) override;
     void requestDidReceiveData(http::HTTPRequest& request, const QByteArray& data) override;
     void requestDidStoreData(http::HTTPRequest& request, std::int64_t count) override;

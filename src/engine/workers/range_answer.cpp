@@ -1,11 +1,13 @@
 #include "engine/workers/range_answer.h"
 
+#include <cstdint>
+#include <limits>
 #include <optional>
 
 #include "engine/record/user_settings.h"
 #include "engine/workers/download_worker_prototype.h"
 #include "http/http_request.h"
-#include "platform/text/regular_expression.h"
+#include "platform/net/content_range.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -22,19 +24,12 @@ struct ContentRange {
 };
 
 std::optional<ContentRange> parsedContentRange(const QString& field) {
-    static const platform::RegularExpression pattern(
-        u"^\\s*bytes\\s+(\\d{1,18})-(\\d{1,18})/(\\d{1,18}|\\*)\\s*$"_s);
-    const auto match = pattern.firstMatch(field);
-    if (!match)
+    const auto range = platform::contentRange(field);
+    constexpr std::uint64_t longest = std::numeric_limits<qint64>::max();
+    if (!range || range->last >= longest || range->total.value_or(0) > longest)
         return std::nullopt;
-    const auto number = [&](std::size_t group) {
-        const auto range = *match->groups[group];
-        return QStringView(field).sliced(range.start, range.length).toLongLong();
-    };
-    const ContentRange range{number(1), number(2), number(3)};
-    const bool isSane =
-        range.first <= range.last && (range.length == 0 || range.last < range.length);
-    return isSane ? std::optional(range) : std::nullopt;
+    return ContentRange{static_cast<qint64>(range->first), static_cast<qint64>(range->last),
+                        static_cast<qint64>(range->total.value_or(0))};
 }
 
 QString field(const WorkerResponse& response, const QString& name) {

@@ -21,21 +21,21 @@ constexpr qsizetype smallestStep = 64;
 }  // namespace
 
 std::optional<Error> HTTPDataCompressor::setupStream() {
-    if (_streamReady)
+    if (streamReady_)
         return std::nullopt;
-    _stream = {};
-    const int result = deflateInit2(&_stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED,
+    stream_ = {};
+    const int result = deflateInit2(&stream_, Z_DEFAULT_COMPRESSION, Z_DEFLATED,
                                     MAX_WBITS + gzipFraming, memoryLevel, Z_DEFAULT_STRATEGY);
     if (result != Z_OK)
         return deflateErrorWithCode(result);
-    _streamReady = true;
+    streamReady_ = true;
     return std::nullopt;
 }
 
 std::optional<Error> HTTPDataCompressor::closeStream() {
-    if (!std::exchange(_streamReady, false))
+    if (!std::exchange(streamReady_, false))
         return std::nullopt;
-    const int result = deflateEnd(&_stream);
+    const int result = deflateEnd(&stream_);
     if (result != Z_OK)
         return deflateErrorWithCode(result);
     return std::nullopt;
@@ -50,16 +50,16 @@ CodedBytes HTTPDataCompressor::compressBytes(const char* bytes, qsizetype length
     const qsizetype step = std::max(length / 2, smallestStep);
     QByteArray output(step, Qt::Uninitialized);
     qsizetype used = 0;
-    _stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes));
-    _stream.avail_in = static_cast<uInt>(length);
+    stream_.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes));
+    stream_.avail_in = static_cast<uInt>(length);
     while (true) {
         if (used == output.size())
             output.resize(used + step);
-        _stream.next_out = reinterpret_cast<Bytef*>(output.data() + used);
-        _stream.avail_out = static_cast<uInt>(output.size() - used);
-        const int result = deflate(&_stream, shouldFinish ? Z_FINISH : Z_NO_FLUSH);
-        used = output.size() - static_cast<qsizetype>(_stream.avail_out);
-        if (result == Z_STREAM_END || (result == Z_OK && _stream.avail_out > 0))
+        stream_.next_out = reinterpret_cast<Bytef*>(output.data() + used);
+        stream_.avail_out = static_cast<uInt>(output.size() - used);
+        const int result = deflate(&stream_, shouldFinish ? Z_FINISH : Z_NO_FLUSH);
+        used = output.size() - static_cast<qsizetype>(stream_.avail_out);
+        if (result == Z_STREAM_END || (result == Z_OK && stream_.avail_out > 0))
             break;
         if (result != Z_OK)
             return {{}, deflateErrorWithCode(result)};

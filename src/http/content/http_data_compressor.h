@@ -30,8 +30,8 @@ public:
     [[nodiscard]] static platform::Error deflateErrorWithCode(int code);
 
 private:
-    bool _streamReady = false;
-    z_stream _stream{};
+    bool streamReady_ = false;
+    z_stream stream_{};
 };
 
 }  // namespace http

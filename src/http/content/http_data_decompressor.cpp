@@ -22,20 +22,20 @@ constexpr qint64 mostGrowth = 100;
 }  // namespace
 
 std::optional<Error> HTTPDataDecompressor::setupStream() {
-    if (_streamReady)
+    if (streamReady_)
         return std::nullopt;
-    _stream = {};
-    const int result = inflateInit2(&_stream, MAX_WBITS + eitherFraming);
+    stream_ = {};
+    const int result = inflateInit2(&stream_, MAX_WBITS + eitherFraming);
     if (result != Z_OK)
         return inflateErrorWithCode(result);
-    _streamReady = true;
+    streamReady_ = true;
     return std::nullopt;
 }
 
 std::optional<Error> HTTPDataDecompressor::closeStream() {
-    if (!std::exchange(_streamReady, false))
+    if (!std::exchange(streamReady_, false))
         return std::nullopt;
-    const int result = inflateEnd(&_stream);
+    const int result = inflateEnd(&stream_);
     if (result != Z_OK)
         return inflateErrorWithCode(result);
     return std::nullopt;
@@ -50,22 +50,22 @@ CodedBytes HTTPDataDecompressor::uncompressBytes(const char* bytes, qsizetype le
     const qsizetype step = std::max(length / 2, smallestStep);
     QByteArray output(length + step, Qt::Uninitialized);
     qsizetype used = 0;
-    _stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes));
-    _stream.avail_in = static_cast<uInt>(length);
+    stream_.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes));
+    stream_.avail_in = static_cast<uInt>(length);
     int result = Z_OK;
     // Output that just filled the buffer may have left more inside the stream.
-    while (result == Z_OK && (_stream.avail_in > 0 || used == output.size())) {
+    while (result == Z_OK && (stream_.avail_in > 0 || used == output.size())) {
         if (used == output.size()) {
             if (used >= limit)
                 return {{}, inflateErrorWithCode(Z_MEM_ERROR)};
             output.resize(used + std::max(step, used / 2));
         }
-        _stream.next_out = reinterpret_cast<Bytef*>(output.data() + used);
-        _stream.avail_out = static_cast<uInt>(output.size() - used);
-        result = inflate(&_stream, Z_NO_FLUSH);
-        const qsizetype now = output.size() - static_cast<qsizetype>(_stream.avail_out);
+        stream_.next_out = reinterpret_cast<Bytef*>(output.data() + used);
+        stream_.avail_out = static_cast<uInt>(output.size() - used);
+        result = inflate(&stream_, Z_NO_FLUSH);
+        const qsizetype now = output.size() - static_cast<qsizetype>(stream_.avail_out);
         // No progress with all input taken only says that there was nothing left inside.
-        if (result == Z_BUF_ERROR && now == used && _stream.avail_in == 0)
+        if (result == Z_BUF_ERROR && now == used && stream_.avail_in == 0)
             result = Z_STREAM_END;
         used = now;
     }

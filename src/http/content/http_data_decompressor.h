@@ -36,8 +36,8 @@ public:
     [[nodiscard]] static platform::Error inflateErrorWithCode(int code);
 
 private:
-    bool _streamReady = false;
-    z_stream _stream{};
+    bool streamReady_ = false;
+    z_stream stream_{};
 };
 
 }  // namespace http

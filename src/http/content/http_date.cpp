@@ -2,6 +2,7 @@
 
 #include <unicode/udat.h>
 
+#include <QRegularExpression>
 #include <QTimeZone>
 #include <memory>
 
@@ -36,27 +37,62 @@ std::optional<double> parsedDate(const QString& text, const QString& pattern) {
     return date;
 }
 
-/// The one form that servers of today send (RFC 9110, 5.6.7: IMF-fixdate). Nothing: another form.
-std::optional<QDateTime> fixedDate(QStringView text) {
-    static constexpr QStringView months = u"JanFebMarAprMayJunJulAugSepOctNovDec";
-    const bool hasShape = text.size() == 29 && text[3] == u',' && text[4] == u' ' &&
-                          text[7] == u' ' && text[11] == u' ' && text[16] == u' ' &&
-                          text[19] == u':' && text[22] == u':' && text.endsWith(u" GMT");
-    const qsizetype month = hasShape ? months.indexOf(text.mid(8, 3)) : -1;
-    if (month < 0 || month % 3 != 0) {
+/// 1 to 12. 0: no month.
+int monthNamed(const QString& name) {
+    static const QString names = u"janfebmaraprmayjunjulaugsepoctnovdec"_s;
+    const qsizetype at = names.indexOf(name.toLower());
+    return at < 0 || at % 3 != 0 ? 0 : static_cast<int>(at / 3) + 1;
+}
+
+/// Two digits mean the last such year that lies no more than 50 years ahead (RFC 9110, 5.6.7).
+int fullYear(const QString& digits) {
+    if (digits.size() != 2)
+        return digits.toInt();
+    constexpr int century = 100, mostAhead = 50;
+    const int now = QDate::currentDate().year();
+    const int year = now - now % century + digits.toInt();
+    return year > now + mostAhead ? year - century : year;
+}
+
+std::optional<QDateTime> dateOf(const QRegularExpressionMatch& match) {
+    const QDate day(fullYear(match.captured(u"year"_s)), monthNamed(match.captured(u"month"_s)),
+                    match.captured(u"day"_s).trimmed().toInt());
+    const QTime time = QTime::fromString(match.captured(u"time"_s), u"HH:mm:ss"_s);
+    if (!match.hasMatch() || !day.isValid() || !time.isValid())
         return std::nullopt;
-    }
-    const auto number = [&text](qsizetype from, qsizetype count) {
-        bool isNumber = false;
-        const int value = text.mid(from, count).toInt(&isNumber);
-        return isNumber ? value : -1;
-    };
-    const QDate day(number(12, 4), static_cast<int>(month / 3) + 1, number(5, 2));
-    const QTime time(number(17, 2), number(20, 2), number(23, 2));
-    if (!day.isValid() || !time.isValid()) {
-        return std::nullopt;
-    }
     return QDateTime(day, time, Qt::UTC);
+}
+
+/// The three forms of RFC 9110, 5.6.7: that of today, that of RFC 850, that of asctime(). Nothing:
+/// another form.
+std::optional<QDateTime> standardDate(const QString& text) {
+    static const QRegularExpression forms[] = {
+        QRegularExpression(u"^(?:[a-z]{3,9}, )?(?<day>\\d{2})([ -])(?<month>[a-z]{3})\\2"
+                           "(?<year>\\d{2}|\\d{4}) (?<time>\\d\\d:\\d\\d:\\d\\d) GMT$"_s,
+                           QRegularExpression::CaseInsensitiveOption),
+        QRegularExpression(u"^[a-z]{3} (?<month>[a-z]{3}) (?<day>[ \\d]\\d) "
+                           "(?<time>\\d\\d:\\d\\d:\\d\\d) (?<year>\\d{4})$"_s,
+                           QRegularExpression::CaseInsensitiveOption),
+    };
+    for (const QRegularExpression& form : forms) {
+        if (const auto date = dateOf(form.match(text)))
+            return date;
+    }
+    return std::nullopt;
+}
+
+/// A reader by pattern takes the 31st of February for a day in March, and a year of two digits for
+/// one of antiquity.
+bool isPossible(const QString& text) {
+    static const QRegularExpression form(
+        u"^(?:[a-z]{3}, *)?(\\d{1,2}) +([a-z]{3}) +(\\d{4}) +(\\d{1,2}):(\\d\\d)(?::(\\d\\d))? "_s,
+        QRegularExpression::CaseInsensitiveOption);
+    const auto match = form.match(text);
+    const auto number = [&match](int group) { return match.captured(group).toInt(); };
+    constexpr int lastHour = 23, lastMinute = 59, leapSecond = 60;
+    return match.hasMatch() &&
+           QDate::isValid(number(3), monthNamed(match.captured(2)), number(1)) &&
+           number(4) <= lastHour && number(5) <= lastMinute && number(6) <= leapSecond;
 }
 
 }  // namespace
@@ -66,8 +102,10 @@ std::optional<QDateTime> dateFromRFC1123String(const QString& text) {
     const QString trimmed = text.trimmed();
     if (trimmed.isEmpty() || trimmed.size() > longestDate)
         return std::nullopt;
-    if (const auto date = fixedDate(trimmed))
+    if (const auto date = standardDate(trimmed))
         return date;
+    if (!isPossible(trimmed))
+        return std::nullopt;
     const QString weekday = trimmed.contains(u',') ? u"EEE, "_s : QString();
     const QString seconds = trimmed.count(u':') == 2 ? u":ss"_s : QString();
     const auto date = parsedDate(trimmed, u"%1dd MMM yyyy HH:mm%2 z"_s.arg(weekday, seconds));

@@ -10,9 +10,9 @@ namespace http {
 
 HTTPInputStream::HTTPInputStream(std::unique_ptr<QIODevice> stream, BandwidthAccount& bandwidth,
                                  Throttling performThrottling)
-    : _stream(std::move(stream)),
-      _bandwidth(bandwidth),
-      _performThrottling(std::move(performThrottling)) {}
+    : stream_(std::move(stream)),
+      bandwidth_(bandwidth),
+      performThrottling_(std::move(performThrottling)) {}
 
 HTTPInputStream::~HTTPInputStream() = default;
 
@@ -35,24 +35,24 @@ std::unique_ptr<HTTPInputStream> HTTPInputStream::inputStreamWithData(
 }
 
 platform::HTTPBodySource::Piece HTTPInputStream::read(char* buffer, qsizetype maximum) {
-    if (_bandwidth.isBandwidthThrottled()) {
+    if (bandwidth_.isBandwidthThrottled()) {
         const std::uint64_t allowance =
-            std::max<std::uint64_t>(1, _bandwidth.maxUploadReadLength());
+            std::max<std::uint64_t>(1, bandwidth_.maxUploadReadLength());
         if (allowance < static_cast<std::uint64_t>(maximum))
             maximum = static_cast<qsizetype>(allowance);
-        _performThrottling();
+        performThrottling_();
     }
-    const qint64 count = _stream->read(buffer, maximum);
+    const qint64 count = stream_->read(buffer, maximum);
     if (count < 0)
         return {State::Failed, 0};
     if (count == 0)
         return {State::End, 0};
-    _bandwidth.incrementBandwidthUsedInLastSecond(static_cast<std::uint64_t>(count));
+    bandwidth_.incrementBandwidthUsedInLastSecond(static_cast<std::uint64_t>(count));
     return {State::Data, count};
 }
 
 bool HTTPInputStream::rewind() {
-    return _stream->seek(0);
+    return stream_->seek(0);
 }
 
 }  // namespace http

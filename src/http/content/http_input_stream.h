@@ -34,9 +34,9 @@ private:
     HTTPInputStream(std::unique_ptr<QIODevice> stream, BandwidthAccount& bandwidth,
                     Throttling performThrottling);
 
-    std::unique_ptr<QIODevice> _stream;
-    BandwidthAccount& _bandwidth;
-    Throttling _performThrottling;
+    std::unique_ptr<QIODevice> stream_;
+    BandwidthAccount& bandwidth_;
+    Throttling performThrottling_;
 };
 
 }  // namespace http

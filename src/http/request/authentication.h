@@ -23,7 +23,7 @@ public:
     /// Adds what is known before any challenge to the message that has just been made.
     void applyAuthorizationHeader();
     /// The caller adds the header by itself; a success is remembered.
-    void assumeBasicScheme() { _server.scheme = platform::authenticationSchemeBasic; }
+    void assumeBasicScheme() { server_.scheme = platform::authenticationSchemeBasic; }
     /// The message is about to be sent, perhaps not for the first time.
     void prepareSend();
     /// A response that asks for nothing has come: what was sent has worked.
@@ -41,8 +41,8 @@ public:
     /// Another server: it gets nothing of what was meant for the last one.
     void leaveServer();
 
-    [[nodiscard]] const ChallengeSide& server() const { return _server; }
-    [[nodiscard]] const ChallengeSide& proxy() const { return _proxy; }
+    [[nodiscard]] const ChallengeSide& server() const { return server_; }
+    [[nodiscard]] const ChallengeSide& proxy() const { return proxy_; }
 
 private:
     void attempt(ChallengeSide& side);
@@ -58,14 +58,14 @@ private:
     void waitForOthers();
     void tellOthers();
     void fail();
-    void failToApply(const ChallengeSide& side);
+    void failToApply(const ChallengeSide& side, const platform::HTTPCredentials& credentials);
 
-    HTTPRequest& _request;
-    RequestParts _parts;
-    RequestRun& _run;
-    CredentialApplier _applier;
-    ChallengeSide _server{false};
-    ChallengeSide _proxy{true};
+    HTTPRequest& request_;
+    RequestParts parts_;
+    RequestRun& run_;
+    CredentialApplier applier_;
+    ChallengeSide server_{false};
+    ChallengeSide proxy_{true};
 };
 
 }  // namespace http

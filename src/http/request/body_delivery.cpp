@@ -14,76 +14,76 @@
 namespace http {
 
 BodyDelivery::BodyDelivery(HTTPRequest& request, RequestParts parts, RequestRun& run)
-    : _request(request), _parts(parts), _run(run) {}
+    : request_(request), parts_(parts), run_(run) {}
 
 BodyDelivery::~BodyDelivery() = default;
 
 void BodyDelivery::reset() {
-    _hasBegun = false;
-    _storage.reset();
+    hasBegun_ = false;
+    storage_.reset();
 }
 
 void BodyDelivery::deliver(QByteArray data) {
-    const bool waitsForStore = !std::exchange(_hasBegun, true) && isMoreExpected() &&
-                               _parts.notifier.isBodyStoreSupplied();
+    const bool waitsForStore = !std::exchange(hasBegun_, true) && isMoreExpected() &&
+                               parts_.notifier.isBodyStoreSupplied();
     const bool isWithinLimit = passOn(std::move(data));
     if (waitsForStore || !isWithinLimit)
-        _parts.stream.hold(TransferStream::Hold::Backlog);
+        parts_.stream.hold(TransferStream::Hold::Backlog);
     if (waitsForStore)
-        _parts.notifier.callWhenTold(callWhenCaughtUp());
+        parts_.notifier.callWhenTold(callWhenCaughtUp());
 }
 
 bool BodyDelivery::isMoreExpected() const {
-    const RequestState& state = _parts.state;
+    const RequestState& state = parts_.state;
     return state.contentLength == 0 || state.totalBytesRead < state.contentLength;
 }
 
 bool BodyDelivery::passOn(QByteArray data) {
-    if (_storage != nullptr)
-        return _storage->add(std::move(data), callWhenCaughtUp());
-    return _parts.notifier.passOnReceivedData(std::move(data), callWhenCaughtUp());
+    if (storage_ != nullptr)
+        return storage_->add(std::move(data), callWhenCaughtUp());
+    return parts_.notifier.passOnReceivedData(std::move(data), callWhenCaughtUp());
 }
 
 const std::function<void()>& BodyDelivery::callWhenCaughtUp() {
-    if (!_callWhenCaughtUp)
-        _callWhenCaughtUp = [this, weak = _request.weak_from_this()] {
+    if (!callWhenCaughtUp_)
+        callWhenCaughtUp_ = [this, weak = request_.weak_from_this()] {
             if (const auto alive = weak.lock())
-                _run.perform([this] { _parts.stream.letGo(TransferStream::Hold::Backlog); });
+                run_.perform([this] { parts_.stream.letGo(TransferStream::Hold::Backlog); });
         };
-    return _callWhenCaughtUp;
+    return callWhenCaughtUp_;
 }
 
 bool BodyDelivery::callWhenStored(std::function<void()> then) {
-    return _storage != nullptr &&
-           _storage->callWhenIdle([this, then = std::move(then), weak = _request.weak_from_this()] {
+    return storage_ != nullptr &&
+           storage_->callWhenIdle([this, then = std::move(then), weak = request_.weak_from_this()] {
                if (const auto alive = weak.lock())
-                   _run.perform(then);
+                   run_.perform(then);
            });
 }
 
 void BodyDelivery::tellStored() {
-    if (_storage != nullptr)
-        _storage->tellStored();
+    if (storage_ != nullptr)
+        storage_->tellStored();
 }
 
 bool BodyDelivery::setStore(std::shared_ptr<HTTPBodyStore> store, const QByteArray& first) {
     BodyStorage::Receiver receiver;
-    receiver.stored = [this, weak = _request.weak_from_this()](qsizetype count) {
+    receiver.stored = [this, weak = request_.weak_from_this()](qsizetype count) {
         if (const auto alive = weak.lock())
-            _parts.notifier.dataWasStored(count);
+            parts_.notifier.dataWasStored(count);
     };
-    receiver.refused = [this, weak = _request.weak_from_this()](const QByteArray& data) {
+    receiver.refused = [this, weak = request_.weak_from_this()](const QByteArray& data) {
         if (const auto alive = weak.lock())
-            static_cast<void>(_parts.notifier.passOnReceivedData(data, nullptr));
+            static_cast<void>(parts_.notifier.passOnReceivedData(data, nullptr));
     };
-    const std::scoped_lock guard(_parts.state.cancelledLock);
-    if (_parts.state.complete || _parts.state.downloadComplete)
+    const std::scoped_lock guard(parts_.state.cancelledLock);
+    if (parts_.state.isComplete())
         return false;
     auto& thread = store->writesOfDisk();
-    _storage = std::make_shared<BodyStorage>(thread, std::move(store), std::move(receiver));
+    storage_ = std::make_shared<BodyStorage>(thread, std::move(store), std::move(receiver));
     // One block is within any limit.
     if (!first.isEmpty())
-        static_cast<void>(_storage->add(first, callWhenCaughtUp()));
+        static_cast<void>(storage_->add(first, callWhenCaughtUp()));
     return true;
 }
 

@@ -41,12 +41,12 @@ private:
     [[nodiscard]] bool passOn(QByteArray data);
     [[nodiscard]] const std::function<void()>& callWhenCaughtUp();
 
-    HTTPRequest& _request;
-    RequestParts _parts;
-    RequestRun& _run;
-    bool _hasBegun = false;                 ///< The first bytes are on their way.
-    std::shared_ptr<BodyStorage> _storage;  ///< Null: the delegate takes the body.
-    std::function<void()> _callWhenCaughtUp;
+    HTTPRequest& request_;
+    RequestParts parts_;
+    RequestRun& run_;
+    bool hasBegun_ = false;                 ///< The first bytes are on their way.
+    std::shared_ptr<BodyStorage> storage_;  ///< Null: the delegate takes the body.
+    std::function<void()> callWhenCaughtUp_;
 };
 
 }  // namespace http

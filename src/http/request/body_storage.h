@@ -2,10 +2,10 @@
 
 #include <QByteArray>
 #include <atomic>
-#include <deque>
 #include <functional>
 #include <memory>
-#include <mutex>
+
+#include "http/request/hand_over.h"
 
 namespace platform {
 class ThreadPool;
@@ -30,8 +30,6 @@ public:
         std::function<void(const QByteArray&)> refused;
     };
 
-    static constexpr qsizetype limit = qsizetype{4} << 20;
-
     BodyStorage(platform::ThreadPool& pool, std::shared_ptr<HTTPBodyStore> store,
                 Receiver receiver);
     ~BodyStorage();
@@ -49,21 +47,14 @@ public:
 
 private:
     void work();
-    /// Null: there is none, and the work is over.
-    [[nodiscard]] QByteArray takeNext();
     void store(const QByteArray& data);
-    void letGo(qsizetype count);
 
-    platform::ThreadPool& _pool;
-    const std::shared_ptr<HTTPBodyStore> _store;
-    const Receiver _receiver;
-    bool _isRefused = false;  ///< Of the one thread that works.
-    std::atomic<qsizetype> _untold = 0;
-    std::mutex _lock;  ///< Guards all that follows.
-    std::deque<QByteArray> _waiting;
-    qsizetype _bytes = 0;  ///< With what is being stored.
-    bool _isWorking = false;
-    Call _caughtUp, _whenIdle;
+    platform::ThreadPool& pool_;
+    const std::shared_ptr<HTTPBodyStore> store_;
+    const Receiver receiver_;
+    bool isRefused_ = false;  ///< Of the one thread that works.
+    std::atomic<qsizetype> untold_ = 0;
+    HandOver<QByteArray> waiting_{handOverLimit};
 };
 
 }  // namespace http

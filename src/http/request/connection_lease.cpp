@@ -1,6 +1,7 @@
 #include "http/request/connection_lease.h"
 
 #include <QRegularExpression>
+#include <utility>
 
 #include "http/request/request_state.h"
 #include "http/shared/transfer_loop.h"
@@ -30,28 +31,29 @@ std::optional<platform::Seconds> keepAliveTimeout(const QString& keepAlive) {
 }
 
 ConnectionLease::ConnectionLease(RequestState& state, ConnectionTable& table)
-    : _state(state), _table(table) {}
+    : state_(state), table_(table) {}
 
 std::shared_ptr<HTTPConnectionIdentity> ConnectionLease::acquire(
     const std::shared_ptr<TransferLoop>& loop, const QString& circumstances) {
-    const ConnectionTarget target = ConnectionTarget::of(_state.url);
+    const ConnectionTarget target = ConnectionTarget::of(state_.url);
     if (!target.isComplete()) {
-        _connectionInfo = nullptr;
-        _state.options.shouldAttemptPersistentConnection = false;
+        connectionInfo_ = nullptr;
+        state_.options.shouldAttemptPersistentConnection = false;
     }
-    if (!_state.options.shouldAttemptPersistentConnection)
+    if (!state_.options.shouldAttemptPersistentConnection)
         return nullptr;
-    _connectionInfo = _table.acquire(target, loop, _connectionInfo, _requestID);
+    connectionInfo_ =
+        table_.acquire(target, loop, connectionInfo_, requestID_, std::exchange(mustBeNew_, false));
     // The entry is this request's own now, so its socket can be touched without the table's lock.
-    if (_connectionInfo->identity == nullptr || _connectionInfo->circumstances != circumstances) {
-        _connectionInfo->identity = std::make_shared<HTTPConnectionIdentity>(loop->network());
-        _connectionInfo->circumstances = circumstances;
+    if (connectionInfo_->identity == nullptr || connectionInfo_->circumstances != circumstances) {
+        connectionInfo_->identity = std::make_shared<HTTPConnectionIdentity>(loop->network());
+        connectionInfo_->circumstances = circumstances;
     }
-    return _connectionInfo->identity;
+    return connectionInfo_->identity;
 }
 
 void ConnectionLease::judge(const platform::HTTPResponseHead& head) {
-    if (!_state.options.shouldAttemptPersistentConnection)
+    if (!state_.options.shouldAttemptPersistentConnection)
         return;
     const QString connection = head.headers.value(u"Connection"_s).value_or(QString()).toLower();
     if (head.version == platform::HTTPVersion::Http10 && connection != u"keep-alive"_s)
@@ -62,35 +64,36 @@ void ConnectionLease::judge(const platform::HTTPResponseHead& head) {
         const auto timeout = keepAliveTimeout(*keepAlive);
         if (!timeout)
             return;
-        _state.options.persistentConnectionTimeoutSeconds = *timeout;
+        state_.options.persistentConnectionTimeoutSeconds = *timeout;
     }
-    _connectionCanBeReused = true;
+    connectionCanBeReused_ = true;
 }
 
 void ConnectionLease::endUse() {
-    if (_connectionInfo == nullptr)
+    if (connectionInfo_ == nullptr)
         return;
-    _table.release(_connectionInfo, _requestID, _state.options.persistentConnectionTimeoutSeconds,
-                   _connectionCanBeReused);
+    table_.release(connectionInfo_, requestID_, state_.options.persistentConnectionTimeoutSeconds,
+                   connectionCanBeReused_);
 }
 
 void ConnectionLease::remove() {
-    if (_connectionInfo != nullptr)
-        _table.remove(_connectionInfo, _requestID);
+    if (connectionInfo_ != nullptr)
+        table_.remove(connectionInfo_, requestID_);
 }
 
 void ConnectionLease::giveUp() {
     remove();
-    _connectionInfo = nullptr;
+    connectionInfo_ = nullptr;
+    mustBeNew_ = true;
 }
 
 void ConnectionLease::stampExpiry() {
-    if (_connectionInfo != nullptr && _connectionCanBeReused)
-        _table.stampExpiry(_connectionInfo, _state.options.persistentConnectionTimeoutSeconds);
+    if (connectionInfo_ != nullptr && connectionCanBeReused_)
+        table_.stampExpiry(connectionInfo_, state_.options.persistentConnectionTimeoutSeconds);
 }
 
 std::uint32_t ConnectionLease::connectionID() const {
-    return _connectionInfo != nullptr ? _connectionInfo->id : 0;
+    return connectionInfo_ != nullptr ? connectionInfo_->id : 0;
 }
 
 }  // namespace http

@@ -23,8 +23,8 @@ public:
         const std::shared_ptr<TransferLoop>& loop, const QString& circumstances);
     /// Reads from a response whether its connection may be used again, and for how long.
     void judge(const platform::HTTPResponseHead& head);
-    [[nodiscard]] bool connectionCanBeReused() const { return _connectionCanBeReused; }
-    void setConnectionCannotBeReused() { _connectionCanBeReused = false; }
+    [[nodiscard]] bool connectionCanBeReused() const { return connectionCanBeReused_; }
+    void setConnectionCannotBeReused() { connectionCanBeReused_ = false; }
 
     /// The response is whole: others may have the connection.
     void endUse();
@@ -39,11 +39,12 @@ public:
     [[nodiscard]] std::uint32_t connectionID() const;
 
 private:
-    RequestState& _state;
-    ConnectionTable& _table;
-    ConnectionTable::Entry _connectionInfo;
-    std::uint32_t _requestID = 0;
-    bool _connectionCanBeReused = false;
+    RequestState& state_;
+    ConnectionTable& table_;
+    ConnectionTable::Entry connectionInfo_;
+    std::uint32_t requestID_ = 0;
+    bool mustBeNew_ = false;  ///< The next one: the last one failed.
+    bool connectionCanBeReused_ = false;
 };
 
 /// What a "Keep-Alive" header allows (RFC 2068, 19.7.1.1). Nothing: too few requests are left, or

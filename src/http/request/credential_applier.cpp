@@ -17,7 +17,7 @@ QString headerName(const ChallengeSide& side) {
 }  // namespace
 
 bool CredentialApplier::answerAheadOfChallenge(ChallengeSide& side) {
-    if (!_parts.state.options.useSessionPersistence)
+    if (!parts_.state.options.useSessionPersistence)
         return false;
     const auto entry = findSessionCredentials(side);
     if (!entry)
@@ -35,22 +35,22 @@ bool CredentialApplier::setBasicHeader(const ChallengeSide& side, const QString&
                                        const QString& password) {
     const auto header = platform::basicAuthenticationHeader(username, password);
     if (header)
-        _parts.state.request->headers.set(headerName(side), *header);
+        parts_.state.request->headers.set(headerName(side), *header);
     return header.has_value();
 }
 
 SessionEntries& CredentialApplier::sessionEntries(const ChallengeSide& side) const {
-    return side.isProxy ? _parts.shared.sessionProxyCredentials : _parts.shared.sessionCredentials;
+    return side.isProxy ? parts_.shared.sessionProxyCredentials : parts_.shared.sessionCredentials;
 }
 
 std::optional<SessionEntry> CredentialApplier::findSessionCredentials(
     const ChallengeSide& side) const {
-    const RequestOptions& options = _parts.state.options;
+    const RequestOptions& options = parts_.state.options;
     if (side.isProxy)
         return sessionEntries(side).first([&](const SessionEntry& entry) {
             return entry.host == options.proxyHost && entry.port == options.proxyPort;
         });
-    SessionSearch search{_parts.state.url, side.realm, {}, {}};
+    SessionSearch search{parts_.state.url, side.realm, {}, {}};
     if (!options.username.isEmpty() && !options.password.isEmpty()) {
         search.username = options.username;
         // The user may have answered better for another request.
@@ -61,7 +61,7 @@ std::optional<SessionEntry> CredentialApplier::findSessionCredentials(
 }
 
 bool CredentialApplier::applySessionCredentials(ChallengeSide& side) {
-    if (!_parts.state.options.useSessionPersistence)
+    if (!parts_.state.options.useSessionPersistence)
         return false;
     const auto entry = findSessionCredentials(side);
     return entry && !side.isRefused(*entry->credentials) &&
@@ -70,14 +70,14 @@ bool CredentialApplier::applySessionCredentials(ChallengeSide& side) {
 
 bool CredentialApplier::applyCredentials(ChallengeSide& side, const Credentials& credentials) {
     ++side.retryCount;
-    if (credentials == nullptr || side.authentication == nullptr || !_parts.state.request)
+    if (credentials == nullptr || side.authentication == nullptr || !parts_.state.request)
         return false;
     if (!answerWith(side, side.authentication, credentials)) {
         sessionEntries(side).remove(credentials);
         return false;
     }
     side.credentials = credentials;
-    if (_parts.state.options.useSessionPersistence)
+    if (parts_.state.options.useSessionPersistence)
         storeInSession(side);
     return true;
 }
@@ -85,8 +85,8 @@ bool CredentialApplier::applyCredentials(ChallengeSide& side, const Credentials&
 bool CredentialApplier::answerWith(ChallengeSide& side,
                                    std::shared_ptr<HTTPAuthentication> authentication,
                                    const Credentials& credentials) {
-    auto& headers = _parts.state.request->headers;
-    const auto answer = authentication->answer(*credentials, *_parts.state.request, side.isProxy);
+    auto& headers = parts_.state.request->headers;
+    const auto answer = authentication->answer(*credentials, *parts_.state.request, side.isProxy);
     if (!answer)
         return false;
     headers.remove(headerName(side));
@@ -105,11 +105,11 @@ void CredentialApplier::storeInSession(const ChallengeSide& side) {
     entry.credentials = side.credentials;
     entry.authenticationScheme = side.scheme;
     if (side.isProxy) {
-        entry.host = _parts.state.options.proxyHost;
-        entry.port = _parts.state.options.proxyPort;
+        entry.host = parts_.state.options.proxyHost;
+        entry.port = parts_.state.options.proxyPort;
     } else {
         entry.authenticationRealm = side.realm;
-        entry.url = _parts.state.url;
+        entry.url = parts_.state.url;
     }
     sessionEntries(side).store(std::move(entry));
 }

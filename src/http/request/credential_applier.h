@@ -13,7 +13,7 @@ namespace http {
 /// The request's loop, under its lock.
 class CredentialApplier {
 public:
-    explicit CredentialApplier(RequestParts parts) : _parts(parts) {}
+    explicit CredentialApplier(RequestParts parts) : parts_(parts) {}
 
     /// To the challenge that was met. False: they cannot be sent.
     [[nodiscard]] bool applyCredentials(ChallengeSide& side, const Credentials& credentials);
@@ -34,7 +34,7 @@ public:
 private:
     void storeInSession(const ChallengeSide& side);
 
-    RequestParts _parts;
+    RequestParts parts_;
 };
 
 }  // namespace http

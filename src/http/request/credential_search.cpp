@@ -15,18 +15,18 @@ namespace {
 /// Every place that has both a name and a password, the first to be tried first.
 class Candidates {
 public:
-    explicit Candidates(const ChallengeSide& side) : _side(side) {}
+    explicit Candidates(const ChallengeSide& side) : side_(side) {}
 
     /// An empty password is one; a null one is none. `otherDomain` counts where the name has none.
     void add(const QString& username, const QString& password, const QString& domain,
              const QString& otherDomain = {}) {
         if (!username.isEmpty() && !password.isNull())
-            _list.push_back(complete({username, password, domain}, otherDomain));
+            list_.push_back(complete({username, password, domain}, otherDomain));
     }
 
     [[nodiscard]] std::optional<HTTPCredentials> firstNotRefused() const {
-        for (const HTTPCredentials& candidate : _list) {
-            if (!_side.isRefused(candidate))
+        for (const HTTPCredentials& candidate : list_) {
+            if (!side_.isRefused(candidate))
                 return candidate;
         }
         return std::nullopt;
@@ -37,7 +37,7 @@ private:
     [[nodiscard]] HTTPCredentials complete(HTTPCredentials credentials,
                                            const QString& otherDomain) const {
         const bool hasAccountDomain =
-            _side.authentication != nullptr && _side.authentication->requiresAccountDomain();
+            side_.authentication != nullptr && side_.authentication->requiresAccountDomain();
         if (!hasAccountDomain) {
             credentials.accountDomain.clear();
             return credentials;
@@ -51,8 +51,8 @@ private:
         return credentials;
     }
 
-    const ChallengeSide& _side;
-    std::vector<HTTPCredentials> _list;
+    const ChallengeSide& side_;
+    std::vector<HTTPCredentials> list_;
 };
 
 void addForServer(Candidates& candidates, const RequestState& state) {

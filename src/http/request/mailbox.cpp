@@ -16,21 +16,10 @@ bool Mailbox::post(std::shared_ptr<void> owner, Call call, qsizetype bytes, cons
         call();
         return true;
     }
-    bool mustWake = false;
-    bool isWithinLimit = true;
-    {
-        const std::scoped_lock guard(_lock);
-        _items.push_back({std::move(call), bytes});
-        _bytes += bytes;
-        if (bytes > 0 && _bytes >= _limit) {
-            isWithinLimit = false;
-            _caughtUp = caughtUp;
-        }
-        mustWake = !std::exchange(_isWaking, true);
-    }
-    if (mustWake)
+    const auto receipt = items_.put({std::move(call), bytes}, bytes, caughtUp);
+    if (receipt.mustWake)
         wakeMainThread(std::move(owner));
-    return isWithinLimit;
+    return receipt.isWithinLimit;
 }
 
 /// The main loop, and not what lies in here, holds the owner: it may own this mailbox.
@@ -42,42 +31,19 @@ void Mailbox::wakeMainThread(std::shared_ptr<void> owner) {
 /// Takes only what is there at first, so that one request cannot hold the thread; and each from the
 /// front, so that the order holds even if a call runs the main loop inside itself.
 void Mailbox::deliver() {
-    std::size_t left = 0;
-    {
-        const std::scoped_lock guard(_lock);
-        left = _items.size();
-        _isWaking = false;
-    }
+    std::size_t left = items_.beginBatch();
     while (left-- > 0 && deliverNext()) {
     }
 }
 
 bool Mailbox::deliverNext() {
-    Item item;
-    {
-        const std::scoped_lock guard(_lock);
-        if (_items.empty())
-            return false;
-        item = std::move(_items.front());
-        _items.pop_front();
-    }
-    item.call();
-    item.call = nullptr;
-    Call caughtUp;
-    {
-        const std::scoped_lock guard(_lock);
-        _bytes -= item.bytes;
-        if (_bytes <= _limit / 2)
-            caughtUp = std::exchange(_caughtUp, nullptr);
-    }
-    if (caughtUp)
-        caughtUp();
+    auto item = items_.take();
+    if (!item)
+        return false;
+    item->call();
+    item->call = nullptr;
+    items_.letGo(item->bytes);
     return true;
-}
-
-qsizetype Mailbox::bytesInFlight() const {
-    const std::scoped_lock guard(_lock);
-    return _bytes;
 }
 
 }  // namespace http

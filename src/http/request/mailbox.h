@@ -1,10 +1,9 @@
 #pragma once
 
-#include <QtGlobal>
-#include <deque>
 #include <functional>
 #include <memory>
-#include <mutex>
+
+#include "http/request/hand_over.h"
 
 namespace http {
 
@@ -15,8 +14,7 @@ class Mailbox : public std::enable_shared_from_this<Mailbox> {
 public:
     using Call = std::function<void()>;
 
-    static constexpr qsizetype defaultLimit = qsizetype{4} << 20;
-    explicit Mailbox(qsizetype limit = defaultLimit) : _limit(limit) {}
+    explicit Mailbox(qsizetype limit = handOverLimit) : items_(limit) {}
 
     /// On the main thread itself, calls at once. `owner` is kept alive until all that is posted now
     /// has been called.
@@ -25,7 +23,7 @@ public:
     /// called, on the main thread, when at most half of it is left.
     [[nodiscard]] bool post(std::shared_ptr<void> owner, Call call, qsizetype bytes,
                             const Call& caughtUp);
-    [[nodiscard]] qsizetype bytesInFlight() const;
+    [[nodiscard]] qsizetype bytesInFlight() const { return items_.bytesInFlight(); }
 
 private:
     struct Item {
@@ -37,12 +35,7 @@ private:
     void deliver();
     [[nodiscard]] bool deliverNext();
 
-    const qsizetype _limit;
-    mutable std::mutex _lock;  ///< Guards all that follows.
-    std::deque<Item> _items;
-    bool _isWaking = false;
-    qsizetype _bytes = 0;
-    Call _caughtUp;
+    HandOver<Item> items_;
 };
 
 }  // namespace http

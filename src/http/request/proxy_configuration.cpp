@@ -36,17 +36,18 @@ QString proxyTypeOf(Kind kind, const platform::Url& url) {
 }  // namespace
 
 ProxyConfiguration::ProxyConfiguration(HTTPRequest& request, RequestParts parts, RequestRun& run)
-    : _request(request), _parts(parts), _run(run) {}
+    : request_(request), parts_(parts), run_(run) {}
 
 bool ProxyConfiguration::configureProxies() {
-    RequestState& state = _parts.state;
+    RequestState& state = parts_.state;
     RequestOptions& options = state.options;
-    if (state.isPACFileRequest || !options.proxyHost.isEmpty() || options.proxyPort != 0)
+    if (state.role == RequestRole::ProxyScript || !options.proxyHost.isEmpty() ||
+        options.proxyPort != 0)
         return true;
     if (options.PACurl.isEmpty()) {
-        const auto choices = _parts.shared.proxies->proxiesForURL(state.url);
+        const auto choices = parts_.shared.proxies->proxiesForURL(state.url);
         if (!choices) {
-            _run.failWithError(makeRequestError(
+            run_.failWithError(makeRequestError(
                 HTTPRequestErrorCode::InternalStream,
                 u"Unable to obtain information on proxy servers needed for request"_s));
             return false;
@@ -63,35 +64,35 @@ bool ProxyConfiguration::configureProxies() {
 }
 
 void ProxyConfiguration::fetchPACFile() {
-    RequestState& state = _parts.state;
+    RequestState& state = parts_.state;
     const platform::Url url = state.options.PACurl;
-    const auto received = [this, request = _request.weak_from_this()](const auto& script) {
+    const auto received = [this, request = request_.weak_from_this()](const auto& script) {
         const auto alive = request.lock();
         if (alive == nullptr)
             return;
-        const std::scoped_lock guard(_parts.state.cancelledLock);
+        const std::scoped_lock guard(parts_.state.cancelledLock);
         if (script)
             runPACScript(*script);
         else
             startWith(std::nullopt);
     };
     if (url.isFile())
-        _source.readFile(url, _run.loopInUse(), state.options.timeOutSeconds, received);
+        source_.readFile(url, run_.loopInUse(), state.options.timeOutSeconds, received);
     else if (url.hasScheme("http") || url.hasScheme("https"))
-        _source.fetch(url, _run.loopInUse(), state.options.timeOutSeconds, !state.isSynchronous,
-                      received);
+        source_.fetch(url, run_.loopInUse(), state.options.timeOutSeconds,
+                      state.role != RequestRole::Synchronous, received);
     else
-        _run.startRequest();
+        run_.startRequest();
 }
 
 void ProxyConfiguration::runPACScript(const QString& script) {
-    _scriptRun.emplace(_run.loopInUse()->network(), script, _parts.state.url,
-                       [this, request = _request.weak_from_this()](const auto& answer) {
+    scriptRun_.emplace(run_.loopInUse()->network(), script, parts_.state.url,
+                       [this, request = request_.weak_from_this()](const auto& answer) {
                            const auto alive = request.lock();
                            if (alive == nullptr)
                                return;
-                           const std::scoped_lock guard(_parts.state.cancelledLock);
-                           _scriptRun.reset();
+                           const std::scoped_lock guard(parts_.state.cancelledLock);
+                           scriptRun_.reset();
                            startWith(answer);
                        });
 }
@@ -101,17 +102,17 @@ void ProxyConfiguration::startWith(const std::optional<QString>& answer) {
     const auto proxies = platform::proxiesFromScriptAnswer(answer.value_or(QString()));
     if (!proxies.empty())
         use(proxies.front());
-    _run.startRequest();
+    run_.startRequest();
 }
 
 void ProxyConfiguration::use(const HTTPProxy& proxy) {
-    RequestOptions& options = _parts.state.options;
+    RequestOptions& options = parts_.state.options;
     options.proxyHost = proxy.host;
     options.proxyPort = proxy.port;
-    options.proxyType = proxyTypeOf(proxy.kind, _parts.state.url);
+    options.proxyType = proxyTypeOf(proxy.kind, parts_.state.url);
     platform::debugLog([&] {
         return u"proxy for %1: %2 %3:%4"_s
-            .arg(_parts.state.url.host(), options.proxyType, proxy.host)
+            .arg(parts_.state.url.host(), options.proxyType, proxy.host)
             .arg(proxy.port);
     });
     if (proxy.user.isEmpty() || !options.proxyUsername.isEmpty())
@@ -121,8 +122,8 @@ void ProxyConfiguration::use(const HTTPProxy& proxy) {
 }
 
 void ProxyConfiguration::cancelLoad() {
-    _source.cancel();
-    _scriptRun.reset();
+    source_.cancel();
+    scriptRun_.reset();
 }
 
 }  // namespace http

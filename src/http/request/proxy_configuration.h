@@ -33,11 +33,11 @@ private:
     void startWith(const std::optional<QString>& answer);
     void use(const platform::HTTPProxy& proxy);
 
-    HTTPRequest& _request;
-    RequestParts _parts;
-    RequestRun& _run;
-    ProxyScriptSource _source;
-    std::optional<platform::ProxyScriptRun> _scriptRun;
+    HTTPRequest& request_;
+    RequestParts parts_;
+    RequestRun& run_;
+    ProxyScriptSource source_;
+    std::optional<platform::ProxyScriptRun> scriptRun_;
 };
 
 }  // namespace http

@@ -61,8 +61,8 @@ ProxyScriptSource::~ProxyScriptSource() {
 void ProxyScriptSource::readFile(const Url& url, const std::shared_ptr<TransferLoop>& loop,
                                  platform::Seconds timeOut, Done done) {
     cancel();
-    _loop = loop;
-    _done = std::move(done);
+    loop_ = loop;
+    done_ = std::move(done);
     const QByteArray path = QFile::encodeName(url.filePath());
     _PACFile =
         platform::Descriptor(open(path.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
@@ -89,7 +89,7 @@ void ProxyScriptSource::handleEvent() {
 }
 
 void ProxyScriptSource::finishFile(const std::optional<QString>& script) {
-    const Done done = std::exchange(_done, nullptr);
+    const Done done = std::exchange(done_, nullptr);
     cancel();
     done(script);
 }
@@ -97,8 +97,8 @@ void ProxyScriptSource::finishFile(const std::optional<QString>& script) {
 void ProxyScriptSource::fetch(const Url& url, const std::shared_ptr<TransferLoop>& loop,
                               platform::Seconds timeOut, bool isQueued, Done done) {
     cancel();
-    _loop = loop;
-    _done = std::move(done);
+    loop_ = loop;
+    done_ = std::move(done);
     _PACFileRequest = HTTPRequest::requestWithURL(url);
     _PACFileRequest->internals().becomePACFileRequest();
     _PACFileRequest->setTimeOutSeconds(timeOut);
@@ -106,7 +106,7 @@ void ProxyScriptSource::fetch(const Url& url, const std::shared_ptr<TransferLoop
     const auto download = std::make_shared<Download>();
     const std::weak_ptr<HTTPRequest> fetching = _PACFileRequest;
     // It says so under its own lock, so the rest is for later.
-    const auto finished = [this, life = std::weak_ptr(_life), loop, fetching, download, isQueued] {
+    const auto finished = [this, life = std::weak_ptr(life_), loop, fetching, download, isQueued] {
         loop->post([this, life, fetching, download, isQueued] {
             const auto request = fetching.lock();
             if (!life.expired() && request && request == _PACFileRequest)
@@ -115,7 +115,7 @@ void ProxyScriptSource::fetch(const Url& url, const std::shared_ptr<TransferLoop
     };
     RequestBlocks blocks;
     // What a redirect says in its body is not the script.
-    blocks.headersReceivedBlock = [download](const platform::HTTPHeaders&) { download->clear(); };
+    blocks.headersReceivedBlock = [download](const HTTPResponse&) { download->clear(); };
     blocks.dataReceivedBlock = [download, fetching](const QByteArray& data) {
         const auto request = fetching.lock();
         if (!download->append(data) && request)
@@ -139,16 +139,16 @@ void ProxyScriptSource::finishedDownloadingPACFile(const std::shared_ptr<Downloa
                             : decodedString(download->take(), request->responseEncoding());
     if (isQueued)
         HTTPRequest::sharedQueue().changeMaxConcurrentOperationCount(-1);
-    const Done done = std::exchange(_done, nullptr);
+    const Done done = std::exchange(done_, nullptr);
     done(script);
 }
 
 void ProxyScriptSource::cancel() {
-    _done = nullptr;
+    done_ = nullptr;
     if (_PACFileRequest)
         std::exchange(_PACFileRequest, nullptr)->clearDelegatesAndCancel();
-    if (_PACFileReadStream && !_loop->isClosed())
-        _loop->network().calls().cancelAll(this);
+    if (_PACFileReadStream && !loop_->isClosed())
+        loop_->network().calls().cancelAll(this);
     _PACFileReadStream.reset();
     _PACFile.close();
     _PACFileData.clear();

@@ -47,9 +47,9 @@ private:
     void finishFile(const std::optional<QString>& script);
     void finishedDownloadingPACFile(const std::shared_ptr<Download>& download, bool isQueued);
 
-    const std::shared_ptr<char> _life = std::make_shared<char>();  ///< Ends with this object.
-    Done _done;
-    std::shared_ptr<TransferLoop> _loop;
+    const std::shared_ptr<char> life_ = std::make_shared<char>();  ///< Ends with this object.
+    Done done_;
+    std::shared_ptr<TransferLoop> loop_;
     std::shared_ptr<HTTPRequest> _PACFileRequest;
     platform::Descriptor _PACFile;
     std::optional<platform::DescriptorWatch> _PACFileReadStream;

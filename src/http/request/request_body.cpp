@@ -20,22 +20,22 @@ constexpr qint64 copyBufferSize = 262144;
 
 }  // namespace
 
-RequestBody::RequestBody(RequestOptions& options) : _options(options) {}
+RequestBody::RequestBody(RequestOptions& options) : options_(options) {}
 
 RequestBody::~RequestBody() {
     removeTemporaryFiles();
 }
 
 void RequestBody::setup() {
-    if (!_options.shouldStreamPostDataFromDisk)
+    if (!options_.shouldStreamPostDataFromDisk)
         return;
-    if (_options.postBodyFilePath.isEmpty()) {
-        _options.postBodyFilePath = makeTemporaryPath();
-        _didCreatePostBodyFile = true;
+    if (options_.postBodyFilePath.isEmpty()) {
+        options_.postBodyFilePath = makeTemporaryPath();
+        didCreatePostBodyFile_ = true;
     }
-    if (_postBodyWriteStream == nullptr) {
-        _postBodyWriteStream = std::make_unique<QFile>(_options.postBodyFilePath);
-        _postBodyWriteStream->open(QIODevice::WriteOnly | QIODevice::Truncate);
+    if (postBodyWriteStream_ == nullptr) {
+        postBodyWriteStream_ = std::make_unique<QFile>(options_.postBodyFilePath);
+        postBodyWriteStream_->open(QIODevice::WriteOnly | QIODevice::Truncate);
     }
 }
 
@@ -43,10 +43,10 @@ void RequestBody::append(const QByteArray& data) {
     setup();
     if (data.isEmpty())
         return;
-    if (_options.shouldStreamPostDataFromDisk)
-        _postBodyWriteStream->write(data);
+    if (options_.shouldStreamPostDataFromDisk)
+        postBodyWriteStream_->write(data);
     else
-        _postBody.append(data);
+        postBody_.append(data);
 }
 
 void RequestBody::appendFile(const QString& path) {
@@ -63,60 +63,60 @@ void RequestBody::appendFile(const QString& path) {
 }
 
 bool RequestBody::exists() const {
-    return !_postBody.isEmpty() || !_options.postBodyFilePath.isEmpty();
+    return !postBody_.isEmpty() || !options_.postBodyFilePath.isEmpty();
 }
 
 std::optional<Error> RequestBody::build() {
-    if (_haveBuiltPostBody)
+    if (haveBuiltPostBody_)
         return std::nullopt;
-    if (!_options.postBodyFilePath.isEmpty()) {
+    if (!options_.postBodyFilePath.isEmpty()) {
         if (auto error = buildFromFile())
             return error;
-    } else if (_options.shouldCompressRequestBody) {
-        CodedBytes compressed = HTTPDataCompressor::compressData(_postBody);
+    } else if (options_.shouldCompressRequestBody) {
+        CodedBytes compressed = HTTPDataCompressor::compressData(postBody_);
         if (compressed.error)
             return compressed.error;
-        _compressedPostBody = compressed.data;
-        _length = static_cast<std::uint64_t>(_compressedPostBody.size());
+        compressedPostBody_ = compressed.data;
+        length_ = static_cast<std::uint64_t>(compressedPostBody_.size());
     } else {
-        _length = static_cast<std::uint64_t>(_postBody.size());
+        length_ = static_cast<std::uint64_t>(postBody_.size());
     }
-    _haveBuiltPostBody = true;
+    haveBuiltPostBody_ = true;
     return std::nullopt;
 }
 
 std::optional<Error> RequestBody::buildFromFile() {
-    _postBodyWriteStream.reset();
-    QString path = _options.postBodyFilePath;
-    if (_options.shouldCompressRequestBody) {
-        if (_compressedPostBodyFilePath.isEmpty()) {
-            _compressedPostBodyFilePath = makeTemporaryPath();
+    postBodyWriteStream_.reset();
+    QString path = options_.postBodyFilePath;
+    if (options_.shouldCompressRequestBody) {
+        if (compressedPostBodyFilePath_.isEmpty()) {
+            compressedPostBodyFilePath_ = makeTemporaryPath();
             if (auto error =
-                    HTTPDataCompressor::compressDataFromFile(path, _compressedPostBodyFilePath))
+                    HTTPDataCompressor::compressDataFromFile(path, compressedPostBodyFilePath_))
                 return error;
         }
-        path = _compressedPostBodyFilePath;
+        path = compressedPostBodyFilePath_;
     }
     const auto size = platform::fileSize(path);
     if (!size)
         return fileAttributesError(path);
-    _length = static_cast<std::uint64_t>(*size);
+    length_ = static_cast<std::uint64_t>(*size);
     return std::nullopt;
 }
 
 RequestBody::Opened RequestBody::open(BandwidthAccount& bandwidth,
                                       std::function<void()> throttling) const {
-    if (_length == 0)
+    if (length_ == 0)
         return {};
-    const QString& path = _compressedPostBodyFilePath.isEmpty() ? _options.postBodyFilePath
-                                                                : _compressedPostBodyFilePath;
+    const QString& path = compressedPostBodyFilePath_.isEmpty() ? options_.postBodyFilePath
+                                                                : compressedPostBodyFilePath_;
     Opened opened;
     if (!path.isEmpty())
         opened.stream =
             HTTPInputStream::inputStreamWithFileAtPath(path, bandwidth, std::move(throttling));
     else
         opened.stream = HTTPInputStream::inputStreamWithData(
-            _compressedPostBody.isEmpty() ? _postBody : _compressedPostBody, bandwidth,
+            compressedPostBody_.isEmpty() ? postBody_ : compressedPostBody_, bandwidth,
             std::move(throttling));
     opened.failed = opened.stream == nullptr;
     return opened;
@@ -124,19 +124,19 @@ RequestBody::Opened RequestBody::open(BandwidthAccount& bandwidth,
 
 void RequestBody::drop() {
     removeTemporaryFiles();
-    _postBody.clear();
-    _compressedPostBody.clear();
-    _options.postBodyFilePath.clear();
-    _length = 0;
+    postBody_.clear();
+    compressedPostBody_.clear();
+    options_.postBodyFilePath.clear();
+    length_ = 0;
 }
 
 void RequestBody::removeTemporaryFiles() {
-    _postBodyWriteStream.reset();
-    if (std::exchange(_didCreatePostBodyFile, false))
-        removeFileIfPresent(_options.postBodyFilePath);
-    if (!_compressedPostBodyFilePath.isEmpty())
-        removeFileIfPresent(_compressedPostBodyFilePath);
-    _compressedPostBodyFilePath.clear();
+    postBodyWriteStream_.reset();
+    if (std::exchange(didCreatePostBodyFile_, false))
+        removeFileIfPresent(options_.postBodyFilePath);
+    if (!compressedPostBodyFilePath_.isEmpty())
+        removeFileIfPresent(compressedPostBodyFilePath_);
+    compressedPostBodyFilePath_.clear();
 }
 
 }  // namespace http

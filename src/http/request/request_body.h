@@ -28,8 +28,8 @@ public:
     RequestBody(const RequestBody&) = delete;
     RequestBody& operator=(const RequestBody&) = delete;
 
-    void setPostBody(const QByteArray& body) { _postBody = body; }
-    [[nodiscard]] const QByteArray& postBody() const { return _postBody; }
+    void setPostBody(const QByteArray& body) { postBody_ = body; }
+    [[nodiscard]] const QByteArray& postBody() const { return postBody_; }
     void setup();
     void append(const QByteArray& data);
     void appendFile(const QString& path);
@@ -39,7 +39,7 @@ public:
     /// Makes it ready to send; only the first call does anything. Nothing: `length` counts.
     [[nodiscard]] std::optional<platform::Error> build();
     /// As it goes over the wire.
-    [[nodiscard]] std::uint64_t length() const { return _length; }
+    [[nodiscard]] std::uint64_t length() const { return length_; }
     struct Opened {
         std::unique_ptr<HTTPInputStream> stream;  ///< Null: no body is sent.
         bool failed = false;
@@ -54,14 +54,14 @@ public:
 private:
     [[nodiscard]] std::optional<platform::Error> buildFromFile();
 
-    RequestOptions& _options;
-    QByteArray _postBody;
-    QByteArray _compressedPostBody;
-    QString _compressedPostBodyFilePath;
-    std::unique_ptr<QFile> _postBodyWriteStream;
-    bool _didCreatePostBodyFile = false;
-    bool _haveBuiltPostBody = false;
-    std::uint64_t _length = 0;
+    RequestOptions& options_;
+    QByteArray postBody_;
+    QByteArray compressedPostBody_;
+    QString compressedPostBodyFilePath_;
+    std::unique_ptr<QFile> postBodyWriteStream_;
+    bool didCreatePostBodyFile_ = false;
+    bool haveBuiltPostBody_ = false;
+    std::uint64_t length_ = 0;
 };
 
 }  // namespace http

@@ -2,8 +2,8 @@
 
 #include <utility>
 
+#include "http/extras/request_extras.h"
 #include "http/http_request.h"
-#include "http/request/file_output.h"
 #include "http/request/redirect_rule.h"
 #include "http/request/request_state.h"
 #include "http/shared/shared_state.h"
@@ -23,70 +23,68 @@ QString cookieHeaderValue(const std::vector<Cookie>& cookies) {
     return value;
 }
 
-RequestHeaderBuilder::RequestHeaderBuilder(RequestState& state, RequestDefaults& defaults)
-    : _state(state), _defaults(defaults) {}
+RequestHeaderBuilder::RequestHeaderBuilder(RequestState& state, RequestDefaults& defaults,
+                                           RequestExtras& extras)
+    : state_(state), defaults_(defaults), extras_(extras) {}
 
 std::optional<platform::Error> RequestHeaderBuilder::build() {
-    if (std::exchange(_cookieHeaderIsStale, false))
+    if (std::exchange(cookieHeaderIsStale_, false))
         applyCookieHeader();
-    if (std::exchange(_haveBuiltRequestHeaders, true))
+    if (std::exchange(haveBuiltRequestHeaders_, true))
         return std::nullopt;
-    if (_state.mainRequest != nullptr) {
+    if (state_.mainRequest != nullptr) {
         copyHeadersOfMainRequest();
         return std::nullopt;
     }
     applyCookieHeader();
-    auto& headers = _state.options.requestHeaders;
+    auto& headers = state_.options.requestHeaders;
     if (!headers.contains(u"User-Agent"_s)) {
-        const QString agent = _state.options.userAgentString.isEmpty()
-                                  ? _defaults.userAgentString()
-                                  : _state.options.userAgentString;
+        const QString agent = state_.options.userAgentString.isEmpty()
+                                  ? defaults_.userAgentString()
+                                  : state_.options.userAgentString;
         if (!agent.isEmpty())
             headers.set(u"User-Agent"_s, agent);
     }
-    if (_state.options.allowCompressedResponse)
+    if (state_.options.allowCompressedResponse)
         headers.set(u"Accept-Encoding"_s, u"gzip"_s);
-    if (_state.options.shouldCompressRequestBody)
+    if (state_.options.shouldCompressRequestBody)
         headers.set(u"Content-Encoding"_s, u"gzip"_s);
-    const auto error = updatePartialDownloadSize(_state);
-    if (_state.partialDownloadSize > 0)
-        headers.set(u"Range"_s, rangeFrom(_state.partialDownloadSize));
-    return error;
+    return extras_.askForRest();
 }
 
 void RequestHeaderBuilder::copyHeadersOfMainRequest() {
-    const auto headers = _state.mainRequest->requestHeaders();
+    const auto headers = state_.mainRequest->requestHeaders();
     for (const auto& [name, value] : headers.fields())
-        _state.options.requestHeaders.set(name, value);
+        state_.options.requestHeaders.set(name, value);
 }
 
 void RequestHeaderBuilder::applyCookieHeader() {
-    auto& own = _state.options.requestCookies;
-    if (_state.options.useCookiePersistence) {
-        const auto stored = platform::sharedCookieStorage().cookiesForUrl(_state.url);
+    auto& own = state_.options.requestCookies;
+    if (state_.options.useCookiePersistence) {
+        const auto stored = platform::sharedCookieStorage().cookiesForUrl(state_.url);
         own.insert(own.end(), stored.begin(), stored.end());
     }
-    const auto cookies = _state.mainRequest != nullptr ? _state.mainRequest->requestCookies() : own;
+    const auto cookies = state_.mainRequest != nullptr ? state_.mainRequest->requestCookies() : own;
     if (cookies.empty())
         return;
-    _state.options.requestHeaders.set(u"Cookie"_s, cookieHeaderValue(cookies));
-    _madeCookieHeader = true;
+    state_.options.requestHeaders.set(u"Cookie"_s, cookieHeaderValue(cookies));
+    madeCookieHeader_ = true;
 }
 
 void RequestHeaderBuilder::redirectAsGet() {
-    auto& headers = _state.options.requestHeaders;
+    auto& headers = state_.options.requestHeaders;
     headers = headersForRedirectAsGet(headers);
-    _haveBuiltRequestHeaders = false;
-    _madeCookieHeader = false;
+    haveBuiltRequestHeaders_ = false;
+    madeCookieHeader_ = false;
 }
 
 void RequestHeaderBuilder::redirectKeepingMethod() {
-    auto& headers = _state.options.requestHeaders;
-    if (std::exchange(_madeCookieHeader, false))
+    auto& headers = state_.options.requestHeaders;
+    if (std::exchange(madeCookieHeader_, false))
         headers.remove(u"Cookie"_s);
-    if (!_state.redirectURL.hasSameOrigin(_state.url))
+    if (!state_.redirectURL.hasSameOrigin(state_.url))
         headers = headersForOtherOrigin(headers);
-    _cookieHeaderIsStale = true;
+    cookieHeaderIsStale_ = true;
 }
 
 }  // namespace http

@@ -10,6 +10,7 @@
 namespace http {
 
 class RequestDefaults;
+class RequestExtras;
 struct RequestState;
 
 /// Puts together the headers that a request sends beside those of its caller.
@@ -17,7 +18,7 @@ struct RequestState;
 /// Under the request's lock.
 class RequestHeaderBuilder {
 public:
-    RequestHeaderBuilder(RequestState& state, RequestDefaults& defaults);
+    RequestHeaderBuilder(RequestState& state, RequestDefaults& defaults, RequestExtras& extras);
 
     /// Only the first call does anything, until a redirect asks for more. An error: the file to be
     /// gone on with cannot be looked at.
@@ -35,11 +36,12 @@ public:
 private:
     void copyHeadersOfMainRequest();
 
-    RequestState& _state;
-    RequestDefaults& _defaults;
-    bool _haveBuiltRequestHeaders = false;
-    bool _madeCookieHeader = false;
-    bool _cookieHeaderIsStale = false;
+    RequestState& state_;
+    RequestDefaults& defaults_;
+    RequestExtras& extras_;
+    bool haveBuiltRequestHeaders_ = false;
+    bool madeCookieHeader_ = false;
+    bool cookieHeaderIsStale_ = false;
 };
 
 /// The value of a "Cookie" header (RFC 6265, 4.2).

@@ -9,35 +9,35 @@
 namespace http {
 
 RequestNotifier::RequestNotifier(HTTPRequest& request, std::recursive_mutex& cancelledLock)
-    : _request(request), _cancelledLock(cancelledLock), _mailbox(std::make_shared<Mailbox>()) {}
+    : request_(request), cancelledLock_(cancelledLock), mailbox_(std::make_shared<Mailbox>()) {}
 
 RequestNotifier::~RequestNotifier() {
     clearReceivers();
 }
 
 void RequestNotifier::setDelegate(HTTPRequestDelegate* delegate) {
-    const std::scoped_lock guard(_cancelledLock);
-    _delegate = delegate;
+    const std::scoped_lock guard(cancelledLock_);
+    delegate_ = delegate;
 }
 
 HTTPRequestDelegate* RequestNotifier::delegate() const {
-    const std::scoped_lock guard(_cancelledLock);
-    return _delegate;
+    const std::scoped_lock guard(cancelledLock_);
+    return delegate_;
 }
 
 void RequestNotifier::setQueue(std::shared_ptr<HTTPRequestQueueDelegate> queue) {
-    const std::scoped_lock guard(_cancelledLock);
-    _queue.swap(queue);
+    const std::scoped_lock guard(cancelledLock_);
+    queue_.swap(queue);
 }
 
 std::shared_ptr<HTTPRequestQueueDelegate> RequestNotifier::queue() const {
-    const std::scoped_lock guard(_cancelledLock);
-    return _queue;
+    const std::scoped_lock guard(cancelledLock_);
+    return queue_;
 }
 
 void RequestNotifier::setProgressDelegate(ProgressField field, HTTPProgressDelegate* delegate) {
     {
-        const std::scoped_lock guard(_cancelledLock);
+        const std::scoped_lock guard(cancelledLock_);
         this->*field = delegate;
     }
     if (delegate != nullptr)
@@ -47,44 +47,44 @@ void RequestNotifier::setProgressDelegate(ProgressField field, HTTPProgressDeleg
 }
 
 HTTPProgressDelegate* RequestNotifier::progressDelegate(ProgressField field) const {
-    const std::scoped_lock guard(_cancelledLock);
+    const std::scoped_lock guard(cancelledLock_);
     return this->*field;
 }
 
 void RequestNotifier::setUploadProgressDelegate(HTTPProgressDelegate* delegate) {
-    setProgressDelegate(&RequestNotifier::_uploadProgressDelegate, delegate);
+    setProgressDelegate(&RequestNotifier::uploadProgressDelegate_, delegate);
 }
 
 HTTPProgressDelegate* RequestNotifier::uploadProgressDelegate() const {
-    return progressDelegate(&RequestNotifier::_uploadProgressDelegate);
+    return progressDelegate(&RequestNotifier::uploadProgressDelegate_);
 }
 
 void RequestNotifier::setDownloadProgressDelegate(HTTPProgressDelegate* delegate) {
-    setProgressDelegate(&RequestNotifier::_downloadProgressDelegate, delegate);
+    setProgressDelegate(&RequestNotifier::downloadProgressDelegate_, delegate);
 }
 
 HTTPProgressDelegate* RequestNotifier::downloadProgressDelegate() const {
-    return progressDelegate(&RequestNotifier::_downloadProgressDelegate);
+    return progressDelegate(&RequestNotifier::downloadProgressDelegate_);
 }
 
 void RequestNotifier::setBlocks(RequestBlocks blocks) {
-    const std::scoped_lock guard(_cancelledLock);
-    _blocks = std::make_shared<const RequestBlocks>(std::move(blocks));
+    const std::scoped_lock guard(cancelledLock_);
+    blocks_ = std::make_shared<const RequestBlocks>(std::move(blocks));
 }
 
 RequestNotifier::Blocks RequestNotifier::blocks() const {
-    const std::scoped_lock guard(_cancelledLock);
-    return _blocks;
+    const std::scoped_lock guard(cancelledLock_);
+    return blocks_;
 }
 
 void RequestNotifier::setSelectors(DelegateSelectors selectors) {
-    const std::scoped_lock guard(_cancelledLock);
-    _selectors = std::make_shared<const DelegateSelectors>(std::move(selectors));
+    const std::scoped_lock guard(cancelledLock_);
+    selectors_ = std::make_shared<const DelegateSelectors>(std::move(selectors));
 }
 
 RequestNotifier::Selectors RequestNotifier::selectors() const {
-    const std::scoped_lock guard(_cancelledLock);
-    return _selectors;
+    const std::scoped_lock guard(cancelledLock_);
+    return selectors_;
 }
 
 void RequestNotifier::clearReceivers() {
@@ -92,46 +92,46 @@ void RequestNotifier::clearReceivers() {
     Selectors selectors;
     std::shared_ptr<HTTPRequestQueueDelegate> queue;
     {
-        const std::scoped_lock guard(_cancelledLock);
-        _delegate = nullptr;
-        _uploadProgressDelegate = nullptr;
-        _downloadProgressDelegate = nullptr;
-        _queue.swap(queue);
-        _blocks.swap(blocks);
-        _selectors.swap(selectors);
+        const std::scoped_lock guard(cancelledLock_);
+        delegate_ = nullptr;
+        uploadProgressDelegate_ = nullptr;
+        downloadProgressDelegate_ = nullptr;
+        queue_.swap(queue);
+        blocks_.swap(blocks);
+        selectors_.swap(selectors);
     }
     // What they hold may belong to the main thread, so they are let go there.
     const bool isEmpty = blocks == nullptr && selectors == nullptr && queue == nullptr;
     if (!isEmpty && platform::hasMainRunLoop())
-        _mailbox->post(_request.weak_from_this().lock(),
+        mailbox_->post(request_.weak_from_this().lock(),
                        [blocks = std::move(blocks), selectors = std::move(selectors),
                         queue = std::move(queue)] {});
 }
 
 /// A queue owns its requests, and nothing is told after the end.
 std::shared_ptr<HTTPRequestQueueDelegate> RequestNotifier::takeQueue() {
-    const std::scoped_lock guard(_cancelledLock);
-    return std::exchange(_queue, nullptr);
+    const std::scoped_lock guard(cancelledLock_);
+    return std::exchange(queue_, nullptr);
 }
 
 bool RequestNotifier::hasReceivers() const {
-    const std::scoped_lock guard(_cancelledLock);
-    return _delegate != nullptr || hasProgressReceivers();
+    const std::scoped_lock guard(cancelledLock_);
+    return delegate_ != nullptr || hasProgressReceivers();
 }
 
 bool RequestNotifier::hasProgressReceivers() const {
-    const std::scoped_lock guard(_cancelledLock);
-    return _queue != nullptr || _blocks != nullptr || _uploadProgressDelegate != nullptr ||
-           _downloadProgressDelegate != nullptr;
+    const std::scoped_lock guard(cancelledLock_);
+    return queue_ != nullptr || blocks_ != nullptr || uploadProgressDelegate_ != nullptr ||
+           downloadProgressDelegate_ != nullptr;
 }
 
 void RequestNotifier::send(std::function<void()> call) {
     if (!hasReceivers())
         return;
-    if (_reportsDirectly)
+    if (reportsDirectly_)
         call();
     else
-        _mailbox->post(_request.shared_from_this(), std::move(call));
+        mailbox_->post(request_.shared_from_this(), std::move(call));
 }
 
 void RequestNotifier::sendProgress(std::function<void()> call) {
@@ -144,33 +144,33 @@ void RequestNotifier::requestStarted() {
         callDelegate(&DelegateSelectors::didStartSelector, &HTTPRequestDelegate::requestStarted);
         callBlock(&RequestBlocks::startedBlock);
         if (const auto target = queue())
-            target->requestStarted(_request);
+            target->requestStarted(request_);
     });
 }
 
-void RequestNotifier::requestReceivedResponseHeaders(const platform::HTTPHeaders& headers) {
-    send([this, headers] {
+void RequestNotifier::requestReceivedResponseHeaders(const HTTPResponse& response) {
+    send([this, response] {
         callDelegate(&DelegateSelectors::didReceiveResponseHeadersSelector,
-                     &HTTPRequestDelegate::requestDidReceiveResponseHeaders, headers);
-        callBlock(&RequestBlocks::headersReceivedBlock, headers);
+                     &HTTPRequestDelegate::requestDidReceiveResponseHeaders, response);
+        callBlock(&RequestBlocks::headersReceivedBlock, response);
         if (const auto target = queue())
-            target->requestDidReceiveResponseHeaders(_request, headers);
+            target->requestDidReceiveResponseHeaders(request_, response);
     });
 }
 
 void RequestNotifier::requestRedirected() {
     send([this] {
         if (HTTPRequestDelegate* const target = delegate())
-            target->requestRedirected(_request);
+            target->requestRedirected(request_);
         callBlock(&RequestBlocks::requestRedirectedBlock);
     });
 }
 
 bool RequestNotifier::isRedirectConfirmed() const {
-    const std::scoped_lock guard(_cancelledLock);
-    return (_delegate != nullptr && _delegate->capabilities().confirmsRedirects) ||
-           (_delegate != nullptr && _selectors != nullptr && _selectors->willRedirectSelector) ||
-           (_queue != nullptr && _queue->capabilities().confirmsRedirects);
+    const std::scoped_lock guard(cancelledLock_);
+    return (delegate_ != nullptr && delegate_->capabilities().confirmsRedirects) ||
+           (delegate_ != nullptr && selectors_ != nullptr && selectors_->willRedirectSelector) ||
+           (queue_ != nullptr && queue_->capabilities().confirmsRedirects);
 }
 
 void RequestNotifier::requestWillRedirectToURL(const platform::Url& url) {
@@ -178,16 +178,16 @@ void RequestNotifier::requestWillRedirectToURL(const platform::Url& url) {
         callDelegate(&DelegateSelectors::willRedirectSelector,
                      &HTTPRequestDelegate::requestWillRedirectToURL, url);
         if (const auto target = queue())
-            target->requestWillRedirectToURL(_request, url);
+            target->requestWillRedirectToURL(request_, url);
     });
 }
 
 bool RequestNotifier::isDataReceived() const {
-    const std::scoped_lock guard(_cancelledLock);
-    if (_blocks != nullptr && _blocks->dataReceivedBlock)
+    const std::scoped_lock guard(cancelledLock_);
+    if (blocks_ != nullptr && blocks_->dataReceivedBlock)
         return true;
-    return _delegate != nullptr && (_delegate->capabilities().receivesData ||
-                                    (_selectors != nullptr && _selectors->didReceiveDataSelector));
+    return delegate_ != nullptr && (delegate_->capabilities().receivesData ||
+                                    (selectors_ != nullptr && selectors_->didReceiveDataSelector));
 }
 
 bool RequestNotifier::passOnReceivedData(QByteArray data, const std::function<void()>& caughtUp) {
@@ -197,29 +197,29 @@ bool RequestNotifier::passOnReceivedData(QByteArray data, const std::function<vo
                      &HTTPRequestDelegate::requestDidReceiveData, data);
         callBlock(&RequestBlocks::dataReceivedBlock, data);
     };
-    if (!_reportsDirectly)
-        return _mailbox->post(_request.shared_from_this(), std::move(call), size, caughtUp);
+    if (!reportsDirectly_)
+        return mailbox_->post(request_.shared_from_this(), std::move(call), size, caughtUp);
     call();
     return true;
 }
 
 bool RequestNotifier::isBodyStoreSupplied() const {
-    const std::scoped_lock guard(_cancelledLock);
-    return _delegate != nullptr && _delegate->capabilities().suppliesBodyStore;
+    const std::scoped_lock guard(cancelledLock_);
+    return delegate_ != nullptr && delegate_->capabilities().suppliesBodyStore;
 }
 
 void RequestNotifier::dataWasStored(std::int64_t count) {
-    if (_untoldStored.fetch_add(count) > 0)
+    if (untoldStored_.fetch_add(count) > 0)
         return;
     send([this] {
-        const std::int64_t untold = _untoldStored.exchange(0);
+        const std::int64_t untold = untoldStored_.exchange(0);
         if (HTTPRequestDelegate* const target = delegate())
-            target->requestDidStoreData(_request, untold);
+            target->requestDidStoreData(request_, untold);
     });
 }
 
 void RequestNotifier::callWhenTold(std::function<void()> call) {
-    _mailbox->post(_request.shared_from_this(), std::move(call));
+    mailbox_->post(request_.shared_from_this(), std::move(call));
 }
 
 void RequestNotifier::reportFinished() {
@@ -227,7 +227,7 @@ void RequestNotifier::reportFinished() {
         callDelegate(&DelegateSelectors::didFinishSelector, &HTTPRequestDelegate::requestFinished);
         callBlock(&RequestBlocks::completionBlock);
         if (const auto target = takeQueue())
-            target->requestFinished(_request);
+            target->requestFinished(request_);
     });
 }
 
@@ -236,21 +236,21 @@ void RequestNotifier::reportFailure() {
         callDelegate(&DelegateSelectors::didFailSelector, &HTTPRequestDelegate::requestFailed);
         callBlock(&RequestBlocks::failureBlock);
         if (const auto target = takeQueue())
-            target->requestFailed(_request);
+            target->requestFailed(request_);
     });
 }
 
 HTTPRequestDelegate::Capabilities RequestNotifier::capabilitiesOfTarget() const {
-    if (_delegate != nullptr)
-        return _delegate->capabilities();
-    return _queue != nullptr ? _queue->capabilities() : HTTPRequestDelegate::Capabilities();
+    if (delegate_ != nullptr)
+        return delegate_->capabilities();
+    return queue_ != nullptr ? queue_->capabilities() : HTTPRequestDelegate::Capabilities();
 }
 
 bool RequestNotifier::askForCredentials() {
     {
-        const std::scoped_lock guard(_cancelledLock);
+        const std::scoped_lock guard(cancelledLock_);
         if (!capabilitiesOfTarget().suppliesCredentials &&
-            (_blocks == nullptr || !_blocks->authenticationNeededBlock))
+            (blocks_ == nullptr || !blocks_->authenticationNeededBlock))
             return false;
     }
     send([this] { ask(false); });
@@ -259,9 +259,9 @@ bool RequestNotifier::askForCredentials() {
 
 bool RequestNotifier::askForProxyCredentials() {
     {
-        const std::scoped_lock guard(_cancelledLock);
+        const std::scoped_lock guard(cancelledLock_);
         if (!capabilitiesOfTarget().suppliesProxyCredentials &&
-            (_blocks == nullptr || !_blocks->proxyAuthenticationNeededBlock))
+            (blocks_ == nullptr || !blocks_->proxyAuthenticationNeededBlock))
             return false;
     }
     send([this] { ask(true); });
@@ -281,9 +281,9 @@ void RequestNotifier::ask(bool aboutProxy) {
     };
     const auto currentQueue = queue();
     if (HTTPRequestDelegate* const target = delegate(); canAnswer(target))
-        (target->*operation)(_request);
+        (target->*operation)(request_);
     else if (canAnswer(currentQueue.get()))
-        (currentQueue.get()->*operation)(_request);
+        (currentQueue.get()->*operation)(request_);
     else
         callBlock(aboutProxy ? &RequestBlocks::proxyAuthenticationNeededBlock
                              : &RequestBlocks::authenticationNeededBlock);
@@ -303,9 +303,9 @@ void RequestNotifier::tellQueueAnd(ProgressField field, const ProgressCall& call
 void RequestNotifier::downloadProgressed(std::int64_t amount, double fraction,
                                          std::uint64_t total) {
     sendProgress([=, this] {
-        tellQueueAnd(&RequestNotifier::_downloadProgressDelegate,
-                     [&](auto& target) { target.requestDidReceiveBytes(_request, amount); });
-        tell(&RequestNotifier::_downloadProgressDelegate,
+        tellQueueAnd(&RequestNotifier::downloadProgressDelegate_,
+                     [&](auto& target) { target.requestDidReceiveBytes(request_, amount); });
+        tell(&RequestNotifier::downloadProgressDelegate_,
              [&](auto& target) { target.setDoubleValue(fraction); });
         callBlock(&RequestBlocks::bytesReceivedBlock, amount, total);
     });
@@ -313,9 +313,9 @@ void RequestNotifier::downloadProgressed(std::int64_t amount, double fraction,
 
 void RequestNotifier::uploadProgressed(std::int64_t amount, double fraction, std::uint64_t total) {
     sendProgress([=, this] {
-        tellQueueAnd(&RequestNotifier::_uploadProgressDelegate,
-                     [&](auto& target) { target.requestDidSendBytes(_request, amount); });
-        tell(&RequestNotifier::_uploadProgressDelegate,
+        tellQueueAnd(&RequestNotifier::uploadProgressDelegate_,
+                     [&](auto& target) { target.requestDidSendBytes(request_, amount); });
+        tell(&RequestNotifier::uploadProgressDelegate_,
              [&](auto& target) { target.setDoubleValue(fraction); });
         callBlock(&RequestBlocks::bytesSentBlock, amount, total);
     });
@@ -323,22 +323,22 @@ void RequestNotifier::uploadProgressed(std::int64_t amount, double fraction, std
 
 void RequestNotifier::setDownloadIndicator(double fraction) {
     sendProgress([=, this] {
-        tell(&RequestNotifier::_downloadProgressDelegate,
+        tell(&RequestNotifier::downloadProgressDelegate_,
              [&](auto& target) { target.setDoubleValue(fraction); });
     });
 }
 
 void RequestNotifier::setUploadIndicator(double fraction) {
     sendProgress([=, this] {
-        tell(&RequestNotifier::_uploadProgressDelegate,
+        tell(&RequestNotifier::uploadProgressDelegate_,
              [&](auto& target) { target.setDoubleValue(fraction); });
     });
 }
 
 void RequestNotifier::incrementDownloadSizeBy(std::int64_t amount) {
     sendProgress([=, this] {
-        tellQueueAnd(&RequestNotifier::_downloadProgressDelegate, [&](auto& target) {
-            target.requestIncrementDownloadSizeBy(_request, amount);
+        tellQueueAnd(&RequestNotifier::downloadProgressDelegate_, [&](auto& target) {
+            target.requestIncrementDownloadSizeBy(request_, amount);
         });
         callBlock(&RequestBlocks::downloadSizeIncrementedBlock, amount);
     });
@@ -346,8 +346,8 @@ void RequestNotifier::incrementDownloadSizeBy(std::int64_t amount) {
 
 void RequestNotifier::incrementUploadSizeBy(std::int64_t amount) {
     sendProgress([=, this] {
-        tellQueueAnd(&RequestNotifier::_uploadProgressDelegate,
-                     [&](auto& target) { target.requestIncrementUploadSizeBy(_request, amount); });
+        tellQueueAnd(&RequestNotifier::uploadProgressDelegate_,
+                     [&](auto& target) { target.requestIncrementUploadSizeBy(request_, amount); });
         callBlock(&RequestBlocks::uploadSizeIncrementedBlock, amount);
     });
 }

@@ -40,12 +40,12 @@ public:
     /// All of them, for good.
     void clearReceivers();
     /// Events are told on the thread where they happen from now on.
-    void setReportsDirectly() { _reportsDirectly = true; }
+    void setReportsDirectly() { reportsDirectly_ = true; }
 
     // Events. The request's loop.
 
     void requestStarted();
-    void requestReceivedResponseHeaders(const platform::HTTPHeaders& headers);
+    void requestReceivedResponseHeaders(const HTTPResponse& response);
     void requestRedirected();
     [[nodiscard]] bool isRedirectConfirmed() const;
     void requestWillRedirectToURL(const platform::Url& url);
@@ -103,23 +103,23 @@ private:
         if (target == nullptr)
             return;
         if (const Selectors all = selectors(); all != nullptr && (*all).*selector)
-            ((*all).*selector)(_request, arguments...);
+            ((*all).*selector)(request_, arguments...);
         else
-            (target->*operation)(_request, arguments...);
+            (target->*operation)(request_, arguments...);
     }
     void ask(bool aboutProxy);
 
-    HTTPRequest& _request;
-    std::recursive_mutex& _cancelledLock;  ///< Guards the receivers.
-    std::shared_ptr<Mailbox> _mailbox;
-    HTTPRequestDelegate* _delegate = nullptr;
-    std::shared_ptr<HTTPRequestQueueDelegate> _queue;
-    HTTPProgressDelegate* _uploadProgressDelegate = nullptr;
-    HTTPProgressDelegate* _downloadProgressDelegate = nullptr;
-    Blocks _blocks;
-    Selectors _selectors;
-    std::atomic<std::int64_t> _untoldStored = 0;  ///< Bytes in the store.
-    bool _reportsDirectly = false;
+    HTTPRequest& request_;
+    std::recursive_mutex& cancelledLock_;  ///< Guards the receivers.
+    std::shared_ptr<Mailbox> mailbox_;
+    HTTPRequestDelegate* delegate_ = nullptr;
+    std::shared_ptr<HTTPRequestQueueDelegate> queue_;
+    HTTPProgressDelegate* uploadProgressDelegate_ = nullptr;
+    HTTPProgressDelegate* downloadProgressDelegate_ = nullptr;
+    Blocks blocks_;
+    Selectors selectors_;
+    std::atomic<std::int64_t> untoldStored_ = 0;  ///< Bytes in the store.
+    bool reportsDirectly_ = false;
 };
 
 }  // namespace http

@@ -3,9 +3,8 @@
 namespace http {
 
 class ConnectionLease;
-class FileOutput;
-class ProgressReporter;
 class RequestBody;
+class RequestExtras;
 class RequestHeaderBuilder;
 class RequestNotifier;
 class SharedState;
@@ -19,8 +18,7 @@ struct RequestParts {
     RequestNotifier& notifier;
     RequestBody& body;
     RequestHeaderBuilder& headers;
-    ProgressReporter& progress;
-    FileOutput& file;
+    RequestExtras& extras;
     ConnectionLease& connection;
     TransferStream& stream;
 };

@@ -25,43 +25,41 @@ constexpr int redirectLimit = 6;
 
 RequestRun::RequestRun(HTTPRequest& request, RequestState& state, RequestNotifier& notifier,
                        std::shared_ptr<SharedState> shared, std::function<void()> announceFinished)
-    : _request(request),
-      _state(state),
-      _notifier(notifier),
-      _shared(std::move(shared)),
-      _announceFinished(std::move(announceFinished)),
-      _body(state.options),
-      _headers(state, _shared->defaults),
-      _progress(state, notifier, _shared->progressLock),
-      _file(state),
-      _connection(state, _shared->connections),
-      _stream(state, _shared->bandwidth, _shared->connections, _shared->clock),
-      _parts{state, *_shared, notifier, _body, _headers, _progress, _file, _connection, _stream},
-      _sender(request, _parts, *this),
-      _statusWatch(request, _parts, *this),
-      _delivery(request, _parts, *this),
-      _reader(_parts, *this),
-      _cache(request, _parts, *this),
-      _authentication(request, _parts, *this),
-      _proxies(request, _parts, *this) {}
+    : request_(request),
+      state_(state),
+      notifier_(notifier),
+      shared_(std::move(shared)),
+      announceFinished_(std::move(announceFinished)),
+      body_(state.options),
+      headers_(state, shared_->defaults, extras_),
+      connection_(state, shared_->connections),
+      stream_(state, shared_->bandwidth, shared_->connections, shared_->clock),
+      parts_{state, *shared_, notifier, body_, headers_, extras_, connection_, stream_},
+      sender_(request, parts_, *this),
+      statusWatch_(request, parts_, *this),
+      delivery_(request, parts_, *this),
+      reader_(parts_, *this),
+      extras_(request, parts_, *this),
+      authentication_(request, parts_, *this),
+      proxies_(request, parts_, *this) {}
 
 RequestRun::~RequestRun() = default;
 
 // Starting.
 
 std::shared_ptr<TransferLoop> RequestRun::loop() {
-    const std::scoped_lock guard(_state.cancelledLock);
-    return _loop != nullptr ? _loop : _shared->thread.loop();
+    const std::scoped_lock guard(state_.cancelledLock);
+    return loop_ != nullptr ? loop_ : shared_->thread.loop();
 }
 
 void RequestRun::perform(std::function<void()> step) {
     const auto target = loop();
     if (target == nullptr)
         return;
-    target->post([this, alive = _request.shared_from_this(), step = std::move(step), target] {
-        const std::scoped_lock guard(_state.cancelledLock);
+    target->post([this, alive = request_.shared_from_this(), step = std::move(step), target] {
+        const std::scoped_lock guard(state_.cancelledLock);
         // It may have been started on another loop meanwhile.
-        if (_loop != nullptr && _loop != target)
+        if (loop_ != nullptr && loop_ != target)
             perform(step);
         else
             step();
@@ -70,162 +68,152 @@ void RequestRun::perform(std::function<void()> step) {
 
 void RequestRun::enqueue() {
     // Nobody would take it out of the queue again once the session has ended.
-    if (_shared->thread.loop() != nullptr)
-        _shared->sharedQueue.addOperation(_request.shared_from_this());
+    if (shared_->thread.loop() != nullptr)
+        shared_->sharedQueue.addOperation(request_.shared_from_this());
 }
 
 void RequestRun::start() {
     {
-        const std::scoped_lock guard(_state.cancelledLock);
-        _state.inProgress = true;
-        _loop = _shared->thread.loop();
+        const std::scoped_lock guard(state_.cancelledLock);
+        loop_ = shared_->thread.loop();
+        if (state_.phase == RequestPhase::New)
+            state_.phase = RequestPhase::Preparing;
     }
     perform(&RequestRun::main);
 }
 
 void RequestRun::runSynchronously() {
-    platform::NetworkLoop network(_shared->clock);
+    platform::NetworkLoop network(shared_->clock);
     const auto loop =
-        std::make_shared<TransferLoop>(network, _shared->bandwidth, _shared->connections);
+        std::make_shared<TransferLoop>(network, shared_->bandwidth, shared_->connections);
     const auto isOver = [this] {
-        const std::scoped_lock guard(_state.cancelledLock);
-        return _state.complete && !isWaitingForAnswer();
+        const std::scoped_lock guard(state_.cancelledLock);
+        return state_.isComplete() && !state_.isWaiting();
     };
     {
-        const std::scoped_lock guard(_state.cancelledLock);
-        _state.isSynchronous = true;
-        if (_state.cancelled || _state.complete)
+        const std::scoped_lock guard(state_.cancelledLock);
+        state_.role = RequestRole::Synchronous;
+        if (state_.isComplete())
             return;
-        _state.inProgress = true;
-        _loop = loop;
+        loop_ = loop;
         main();
     }
     if (!isOver())
         network.runUntil(isOver);
     loop->close();
-    {
-        const std::scoped_lock guard(_state.cancelledLock);
-        _state.inProgress = false;
-    }
-    _announceFinished();
+    announceFinished_();
 }
 
 void RequestRun::main() {
-    const std::scoped_lock guard(_state.cancelledLock);
-    if (_state.error) {
-        _state.complete = true;
+    const std::scoped_lock guard(state_.cancelledLock);
+    if (state_.error) {
         markAsFinished();
         return;
     }
-    _loop->addClient(this);
-    _state.complete = false;
-    _state.didUseCachedResponse = false;
+    loop_->addClient(this);
+    state_.phase = RequestPhase::Preparing;
     try {
-        if (_sender.prepare() && _proxies.configureProxies())
-            _sender.startRequest();
+        if (sender_.prepare() && proxies_.configureProxies())
+            sender_.startRequest();
     } catch (const std::exception& exception) {
         failWithError(unhandledExceptionError(exception));
     }
 }
 
 void RequestRun::setRequestMethod(const QString& method) {
-    if (method == _state.requestMethod)
+    if (method == state_.requestMethod)
         return;
-    _state.requestMethod = method;
-    if (method == u"POST"_s || method == u"PUT"_s || _body.exists())
-        _state.options.shouldAttemptPersistentConnection = false;
+    state_.requestMethod = method;
+    if (method == u"POST"_s || method == u"PUT"_s || body_.exists())
+        state_.options.shouldAttemptPersistentConnection = false;
 }
 
 void RequestRun::setURL(const platform::Url& url) {
-    if (url == _state.url)
+    if (url == state_.url)
         return;
-    _state.url = url;
-    _authentication.forgetChallenges();
-    _state.request.reset();
-    _state.redirectURL = platform::Url();
+    state_.url = url;
+    authentication_.forgetChallenges();
+    state_.request.reset();
+    state_.redirectURL = platform::Url();
 }
 
 void RequestRun::becomePACFileRequest() {
-    const std::scoped_lock guard(_state.cancelledLock);
-    _state.isPACFileRequest = true;
-    _notifier.setReportsDirectly();
+    const std::scoped_lock guard(state_.cancelledLock);
+    state_.role = RequestRole::ProxyScript;
+    notifier_.setReportsDirectly();
 }
 
 void RequestRun::startRequest() {
-    _sender.startRequest();
+    sender_.startRequest();
 }
 
 void RequestRun::buildRequestHeaders() {
-    const std::scoped_lock guard(_state.cancelledLock);
+    const std::scoped_lock guard(state_.cancelledLock);
     // What goes wrong here goes wrong again when it is this request's own turn.
-    static_cast<void>(_headers.build());
+    static_cast<void>(headers_.build());
 }
 
 // Events.
 
 void RequestRun::performThrottling() {
-    const std::scoped_lock guard(_state.cancelledLock);
-    _stream.performThrottling();
+    const std::scoped_lock guard(state_.cancelledLock);
+    stream_.performThrottling();
 }
 
 void RequestRun::handleNetworkEvent(HTTPReadStream::Event event) {
-    const std::scoped_lock guard(_state.cancelledLock);
-    if (_state.complete || _state.cancelled || waitsForStore(event))
+    const std::scoped_lock guard(state_.cancelledLock);
+    if (state_.phase != RequestPhase::Transferring || waitsForStore(event))
         return;
     switch (event) {
         case HTTPReadStream::Event::BytesAvailable:
-            _reader.handleBytesAvailable();
+            reader_.handleBytesAvailable();
             break;
         case HTTPReadStream::Event::End:
-            _reader.handleStreamComplete();
+            reader_.handleStreamComplete();
             break;
         case HTTPReadStream::Event::Error:
-            _reader.handleStreamError();
+            reader_.handleStreamError();
             break;
     }
-    _stream.performThrottling();
-    if (_state.downloadComplete && _state.needsRedirect)
+    stream_.performThrottling();
+    if (!state_.isWaiting())
+        return;
+    if (state_.isRedirected())
         followRedirect();
-    else if (_state.downloadComplete && _state.authenticationNeeded != AuthenticationNeeded::None)
-        _authentication.attemptToApplyCredentialsAndResume();
+    else
+        authentication_.attemptToApplyCredentialsAndResume();
 }
 
 /// What ends the response is told behind the bytes that are on their way to the disk.
 bool RequestRun::waitsForStore(HTTPReadStream::Event event) {
     if (event == HTTPReadStream::Event::BytesAvailable ||
-        !_delivery.callWhenStored([this, event] { handleNetworkEvent(event); }))
+        !delivery_.callWhenStored([this, event] { handleNetworkEvent(event); }))
         return false;
     // That takes as long as the disk likes, and the server has no part in it.
-    _state.lastActivityTime.reset();
+    state_.lastActivityTime.reset();
     return true;
 }
 
-bool RequestRun::retryUsingNewConnection() {
-    const bool wouldRepeatData = _state.totalBytesRead > 0 && _notifier.isDataReceived();
-    if (_state.retryCount > 0 || wouldRepeatData)
+bool RequestRun::retryUsingNewConnection(bool counts) {
+    const bool wouldRepeatData = state_.totalBytesRead > 0 && notifier_.isDataReceived();
+    const bool isFree =
+        !counts && std::exchange(freeRetryAfter_, state_.redirectCount) != state_.redirectCount;
+    if ((!isFree && state_.retryCount > 0) || wouldRepeatData)
         return false;
-    _state.willRetryRequest = true;
-    cancelLoad();
-    _state.willRetryRequest = false;
-    _connection.giveUp();
-    ++_state.retryCount;
-    _sender.startRequest();
+    dropTransfer();
+    connection_.giveUp();
+    if (!isFree)
+        ++state_.retryCount;
+    sender_.startRequest();
     return true;
 }
 
 void RequestRun::noteContentLength(std::optional<std::uint64_t> length, bool isReported) {
-    const std::scoped_lock guard(_state.cancelledLock);
+    const std::scoped_lock guard(state_.cancelledLock);
     if (length)
-        _state.contentLength = *length;
-    if (!isReported)
-        return;
-    if (length) {
-        _progress.incrementDownloadSizeBy(
-            static_cast<std::int64_t>(_state.contentLength + _state.partialDownloadSize));
-    } else {
-        _state.options.showAccurateProgress = false;
-        _progress.incrementDownloadSizeBy(1);
-    }
+        state_.contentLength = *length;
+    if (isReported)
+        extras_.lengthIsKnown(length);
 }
 
 // Redirects.
@@ -235,44 +223,37 @@ void RequestRun::followRedirectLater() {
 }
 
 void RequestRun::followRedirect() {
-    if (!isWaitingForAnswer() || _isRedirectAsked)
+    if (!state_.isWaiting() || state_.sequel != Sequel::Redirect)
         return;
-    if (!isHeard() || !_notifier.isRedirectConfirmed()) {
+    if (!isHeard() || !notifier_.isRedirectConfirmed()) {
         performRedirect();
         return;
     }
-    _isRedirectAsked = true;
-    _notifier.requestWillRedirectToURL(std::exchange(_state.redirectURL, platform::Url()));
+    state_.sequel = Sequel::RedirectInQuestion;
+    notifier_.requestWillRedirectToURL(std::exchange(state_.redirectURL, platform::Url()));
 }
 
 void RequestRun::redirectToURL(const platform::Url& url) {
     {
-        const std::scoped_lock guard(_state.cancelledLock);
-        _state.redirectURL = url;
+        const std::scoped_lock guard(state_.cancelledLock);
+        state_.redirectURL = url;
     }
     perform(&RequestRun::performRedirect);
 }
 
 void RequestRun::performRedirect() {
-    if (!isWaitingForAnswer() || !_state.needsRedirect)
+    if (!state_.isWaiting() || !state_.isRedirected())
         return;
-    _isRedirectAsked = false;
     // They are not the next address's, whatever a cache may know of that.
-    _state.responseHeaders.reset();
-    if (!_state.redirectURL.hasSameOrigin(_state.url))
-        _authentication.leaveServer();
-    setURL(_state.redirectURL);
-    _state.complete = true;
-    _state.needsRedirect = false;
-    if (++_state.redirectCount >= redirectLimit)
+    state_.responseHeaders.reset();
+    if (!state_.redirectURL.hasSameOrigin(state_.url))
+        authentication_.leaveServer();
+    setURL(state_.redirectURL);
+    state_.sequel = Sequel::Nothing;
+    if (++state_.redirectCount >= redirectLimit)
         failWithError(tooMuchRedirectionError());
     else
         main();
-}
-
-bool RequestRun::isWaitingForAnswer() const {
-    return _state.inProgress && _state.complete &&
-           (_state.needsRedirect || _state.authenticationNeeded != AuthenticationNeeded::None);
 }
 
 // The end.
@@ -282,97 +263,97 @@ void RequestRun::cancel() {
 }
 
 void RequestRun::cancelOnRequestThread() {
-    if (_state.cancelled || (_state.complete && !isWaitingForAnswer()))
+    if (state_.isComplete() && !state_.isWaiting())
         return;
     failWithError(cancelledError());
     cancelLoad();
-    _state.cancelled = true;
+    state_.phase = RequestPhase::Cancelled;
 }
 
 void RequestRun::cancelLoad() {
-    _proxies.cancelLoad();
-    _stream.destroy();
-    if (_state.options.downloadDestinationPath.isEmpty()) {
-        if (!_state.complete)
-            _state.rawResponseData = QByteArray();
-    } else {
-        _file.abandon();
-    }
-    if (_state.authenticationNeeded == AuthenticationNeeded::None && !_state.willRetryRequest)
-        _body.removeTemporaryFiles();
+    dropTransfer();
+    if (!state_.needsCredentials())
+        body_.removeTemporaryFiles();
+}
+
+/// What is needed to send once more stays.
+void RequestRun::dropTransfer() {
+    proxies_.cancelLoad();
+    stream_.destroy();
+    if (extras_.takesBody())
+        extras_.abandonBody();
+    else if (!state_.isComplete())
+        state_.rawResponseData = QByteArray();
 }
 
 void RequestRun::failWithError(const Error& error) {
-    _state.complete = true;
+    const bool wasInProgress = state_.isInProgress();
+    if (wasInProgress)
+        state_.phase = RequestPhase::Answered;
     const bool isConnectionSound =
         hasRequestErrorCode(error, HTTPRequestErrorCode::Authentication) ||
         hasRequestErrorCode(error, HTTPRequestErrorCode::TooMuchRedirection);
     if (isConnectionSound) {
-        _connection.stampExpiry();
+        connection_.stampExpiry();
     } else {
-        _connection.remove();
-        _stream.destroy();
+        connection_.remove();
+        stream_.destroy();
     }
-    if (_state.cancelled || _state.error || _cache.answerFailure())
+    if (state_.isCancelled() || state_.error || extras_.answerInPlaceOfFailure())
         return;
-    _state.error = error;
-    if (_state.mainRequest != nullptr) {
-        _state.mainRequest->internals().failWithErrorOfProbe(error);
-        _notifier.clearReceivers();
-    } else {
-        _notifier.reportFailure();
-    }
-    if (_state.inProgress)
+    state_.error = error;
+    if (extras_.isProbe())
+        extras_.passOnFailure(error);
+    else
+        notifier_.reportFailure();
+    if (wasInProgress)
         markAsFinished();
 }
 
 void RequestRun::failWithErrorOfProbe(const Error& error) {
-    const std::scoped_lock guard(_state.cancelledLock);
-    if (_state.error)
+    const std::scoped_lock guard(state_.cancelledLock);
+    if (state_.error)
         return;
-    _state.error = error;
-    _notifier.reportFailure();
+    state_.error = error;
+    notifier_.reportFailure();
 }
 
 bool RequestRun::isHeard() const {
-    return !_state.error && _state.mainRequest == nullptr;
+    return !state_.error && !extras_.isProbe();
 }
 
 void RequestRun::requestFinished() {
     if (isHeard())
-        _notifier.reportFinished();
+        notifier_.reportFinished();
 }
 
 void RequestRun::markAsFinished() {
-    if (std::exchange(_state.finished, true))
+    if (!state_.isCancelled())
+        state_.phase = RequestPhase::Ended;
+    statusWatch_.stop();
+    proxies_.cancelLoad();
+    stream_.destroy();
+    state_.request.reset();
+    authentication_.forgetChallenges();
+    if (loop_->isClosed())
         return;
-    _statusWatch.stop();
-    _proxies.cancelLoad();
-    _stream.destroy();
-    _state.request.reset();
-    _authentication.forgetChallenges();
-    _state.inProgress = false;
-    if (_loop->isClosed())
-        return;
-    _loop->removeClient(this);
+    loop_->removeClient(this);
     // Its end may start other requests, which must not happen under this one's lock.
-    _loop->post([this, alive = _request.shared_from_this()] { _announceFinished(); });
+    loop_->post([this, alive = request_.shared_from_this()] { announceFinished_(); });
 }
 
 void RequestRun::loopWillEnd() {
-    const std::scoped_lock guard(_state.cancelledLock);
-    _proxies.cancelLoad();
-    _stream.destroy();
-    _state.complete = true;
-    _state.cancelled = true;
-    _state.inProgress = false;
+    const std::scoped_lock guard(state_.cancelledLock);
+    proxies_.cancelLoad();
+    stream_.destroy();
+    state_.phase = RequestPhase::Cancelled;
 }
 
 // Credentials.
 
 void RequestRun::retryUsingSuppliedCredentials() {
     perform([this] {
-        _authentication.credentialsWereSupplied();
+        authentication_.credentialsWereSupplied();
         resumeAuthentication();
     });
 }
@@ -380,24 +361,23 @@ void RequestRun::retryUsingSuppliedCredentials() {
 void RequestRun::resumeWithSavedCredentials(bool forProxy,
                                             std::optional<platform::HTTPCredentials> found) {
     perform([this, forProxy, found = std::move(found)] {
-        _authentication.savedCredentialsWereFound(forProxy, found);
+        authentication_.savedCredentialsWereFound(forProxy, found);
         resumeAuthentication();
     });
 }
 
 void RequestRun::resumeWithSessionCredentials() {
     perform([this] {
-        const bool isAsked = _state.authenticationNeeded != AuthenticationNeeded::None;
-        if (isWaitingForAnswer() && isAsked && _state.request)
-            _authentication.followOthers();
+        if (state_.isWaiting() && state_.needsCredentials() && state_.request)
+            authentication_.followOthers();
     });
 }
 
 void RequestRun::resumeAuthentication() {
-    if (!isWaitingForAnswer())
+    if (!state_.isWaiting())
         return;
-    if (_state.request)
-        _authentication.attemptToApplyCredentialsAndResume();
+    if (state_.request)
+        authentication_.attemptToApplyCredentialsAndResume();
     else
         main();
 }
@@ -407,7 +387,7 @@ void RequestRun::cancelAuthentication() {
 }
 
 void RequestRun::failAuthentication() {
-    if (_state.inProgress)
+    if (state_.isInProgress())
         failWithError(authenticationError());
 }
 

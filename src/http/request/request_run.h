@@ -5,14 +5,12 @@
 #include <memory>
 #include <optional>
 
+#include "http/extras/request_extras.h"
 #include "http/request/authentication.h"
 #include "http/request/body_delivery.h"
 #include "http/request/connection_lease.h"
-#include "http/request/file_output.h"
-#include "http/request/progress_reporter.h"
 #include "http/request/proxy_configuration.h"
 #include "http/request/request_body.h"
-#include "http/request/request_cache.h"
 #include "http/request/request_header_builder.h"
 #include "http/request/request_parts.h"
 #include "http/request/request_sender.h"
@@ -57,11 +55,11 @@ public:
 
     void setURL(const platform::Url& url);
     void setRequestMethod(const QString& method);
-    [[nodiscard]] RequestBody& body() { return _body; }
-    [[nodiscard]] std::uint32_t connectionID() const { return _connection.connectionID(); }
+    [[nodiscard]] RequestBody& body() { return body_; }
+    [[nodiscard]] std::uint32_t connectionID() const { return connection_.connectionID(); }
     /// It looks for no proxy, and reports on the thread where things happen.
     void becomePACFileRequest();
-    [[nodiscard]] bool buildPostBody() { return _sender.buildPostBody(); }
+    [[nodiscard]] bool buildPostBody() { return sender_.buildPostBody(); }
 
     // The request's loop, under its lock; for the parts of the request.
 
@@ -72,8 +70,9 @@ public:
     void failWithError(const platform::Error& error);
     void requestFinished();
     void markAsFinished();
-    /// Sends once more on another connection, once at most. False: not any more.
-    [[nodiscard]] bool retryUsingNewConnection();
+    /// Sends once more on a new connection, once at most; where it need not count, once more for
+    /// each address. False: not any more.
+    [[nodiscard]] bool retryUsingNewConnection(bool counts);
     /// Follows the redirect that waits, or lets the delegate decide; on the loop's next turn.
     void followRedirectLater();
     /// What a response, this one's or its probe's, says of the body's length. Nothing: not known.
@@ -88,14 +87,14 @@ public:
     [[nodiscard]] bool isHeard() const;
     /// Runs `step` on the request's loop while the request lives. Any thread.
     void perform(std::function<void()> step);
-    [[nodiscard]] BodyDelivery& delivery() { return _delivery; }
-    [[nodiscard]] Authentication& authentication() { return _authentication; }
-    [[nodiscard]] const Authentication& authentication() const { return _authentication; }
-    [[nodiscard]] RequestCache& cache() { return _cache; }
-    [[nodiscard]] ResponseReader& reader() { return _reader; }
-    [[nodiscard]] StatusWatch& statusWatch() { return _statusWatch; }
+    [[nodiscard]] BodyDelivery& delivery() { return delivery_; }
+    [[nodiscard]] Authentication& authentication() { return authentication_; }
+    [[nodiscard]] const Authentication& authentication() const { return authentication_; }
+    [[nodiscard]] RequestExtras& extras() { return extras_; }
+    [[nodiscard]] ResponseReader& reader() { return reader_; }
+    [[nodiscard]] StatusWatch& statusWatch() { return statusWatch_; }
     /// Null before the start.
-    [[nodiscard]] const std::shared_ptr<TransferLoop>& loopInUse() const { return _loop; }
+    [[nodiscard]] const std::shared_ptr<TransferLoop>& loopInUse() const { return loop_; }
 
 private:
     void loopWillEnd() override;
@@ -106,36 +105,35 @@ private:
     [[nodiscard]] std::shared_ptr<TransferLoop> loop();
 
     void main();
-    [[nodiscard]] bool isWaitingForAnswer() const;
     void followRedirect();
     void performRedirect();
+    void dropTransfer();
     void cancelOnRequestThread();
     void failAuthentication();
     void resumeAuthentication();
     [[nodiscard]] bool waitsForStore(platform::HTTPReadStream::Event event);
 
-    HTTPRequest& _request;
-    RequestState& _state;
-    RequestNotifier& _notifier;
-    std::shared_ptr<SharedState> _shared;
-    std::function<void()> _announceFinished;
-    std::shared_ptr<TransferLoop> _loop;  ///< Null before the start.
-    bool _isRedirectAsked = false;        ///< The delegate decides about it now.
+    HTTPRequest& request_;
+    RequestState& state_;
+    RequestNotifier& notifier_;
+    std::shared_ptr<SharedState> shared_;
+    std::function<void()> announceFinished_;
+    std::shared_ptr<TransferLoop> loop_;  ///< Null before the start.
 
-    RequestBody _body;
-    RequestHeaderBuilder _headers;
-    ProgressReporter _progress;
-    FileOutput _file;
-    ConnectionLease _connection;
-    TransferStream _stream;
-    RequestParts _parts;
-    RequestSender _sender;
-    StatusWatch _statusWatch;
-    BodyDelivery _delivery;
-    ResponseReader _reader;
-    RequestCache _cache;
-    Authentication _authentication;
-    ProxyConfiguration _proxies;
+    int freeRetryAfter_ = -1;  ///< So many redirects.
+
+    RequestBody body_;
+    RequestHeaderBuilder headers_;
+    ConnectionLease connection_;
+    TransferStream stream_;
+    RequestParts parts_;
+    RequestSender sender_;
+    StatusWatch statusWatch_;
+    BodyDelivery delivery_;
+    ResponseReader reader_;
+    RequestExtras extras_;
+    Authentication authentication_;
+    ProxyConfiguration proxies_;
 };
 
 }  // namespace http

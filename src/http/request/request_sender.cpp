@@ -1,13 +1,11 @@
 #include "http/request/request_sender.h"
 
 #include "http/content/http_input_stream.h"
+#include "http/extras/request_extras.h"
 #include "http/http_request.h"
 #include "http/http_request_error.h"
 #include "http/request/connection_lease.h"
-#include "http/request/file_output.h"
-#include "http/request/progress_reporter.h"
 #include "http/request/redirect_rule.h"
-#include "http/request/request_cache.h"
 #include "http/request/request_header_builder.h"
 #include "http/request/request_notifier.h"
 #include "http/request/request_run.h"
@@ -21,137 +19,129 @@ using namespace Qt::Literals::StringLiterals;
 using platform::HTTPReadStream;
 
 RequestSender::RequestSender(HTTPRequest& request, RequestParts parts, RequestRun& run)
-    : _request(request), _parts(parts), _run(run) {}
+    : request_(request), parts_(parts), run_(run) {}
 
 bool RequestSender::prepare() {
-    RequestState& state = _parts.state;
+    RequestState& state = parts_.state;
     if (!isRequestable(state.url)) {
-        _run.failWithError(unableToCreateRequestError());
+        run_.failWithError(unableToCreateRequestError());
         return false;
     }
-    if (state.mainRequest == nullptr && !buildPostBody())
+    if (!parts_.extras.isProbe() && !buildPostBody())
         return false;
-    if (state.requestMethod != u"GET"_s)
-        state.options.downloadCache = nullptr;
-    if (state.mainRequest != nullptr)
-        state.mainRequest->internals().buildRequestHeaders();
-    if (const auto error = _parts.headers.build()) {
-        _run.failWithError(*error);
+    parts_.extras.messageBegins();
+    if (const auto error = parts_.headers.build()) {
+        run_.failWithError(*error);
         return false;
     }
-    if (_run.cache().answerBeforeSend())
+    if (parts_.extras.answerInPlaceOfSend())
         return false;
     makeMessage();
     return true;
 }
 
 void RequestSender::makeMessage() {
-    RequestState& state = _parts.state;
+    RequestState& state = parts_.state;
     const auto version = state.options.useHTTPVersionOne ? platform::HTTPVersion::Http10
                                                          : platform::HTTPVersion::Http11;
     state.request = {state.requestMethod, state.url.forTransfer(), version, {}};
-    _run.authentication().applyAuthorizationHeader();
+    run_.authentication().applyAuthorizationHeader();
     for (const auto& [name, value] : state.options.requestHeaders.fields())
         state.request->headers.set(name, value);
 }
 
 bool RequestSender::buildPostBody() {
-    RequestState& state = _parts.state;
-    if (const auto error = _parts.body.build()) {
-        _run.failWithError(*error);
+    RequestState& state = parts_.state;
+    if (const auto error = parts_.body.build()) {
+        run_.failWithError(*error);
         return false;
     }
-    state.postLength = _parts.body.length();
+    state.postLength = parts_.body.length();
     if (state.postLength == 0)
         return true;
     const QString& method = state.requestMethod;
     if (method == u"GET"_s || method == u"DELETE"_s || method == u"HEAD"_s)
-        _run.setRequestMethod(u"POST"_s);
+        run_.setRequestMethod(u"POST"_s);
     state.options.requestHeaders.set(u"Content-Length"_s, QString::number(state.postLength));
     return true;
 }
 
 void RequestSender::startRequest() {
-    RequestState& state = _parts.state;
-    if (state.cancelled || !state.inProgress)
+    RequestState& state = parts_.state;
+    if (!state.isInProgress())
         return;
-    if (_run.isHeard())
-        _parts.notifier.requestStarted();
+    if (run_.isHeard())
+        parts_.notifier.requestStarted();
     resetForSend();
-    _run.authentication().prepareSend();
-    auto body = _parts.body.open(_parts.shared.bandwidth, [this] { _run.performThrottling(); });
+    run_.authentication().prepareSend();
+    auto body = parts_.body.open(parts_.shared.bandwidth, [this] { run_.performThrottling(); });
     if (body.failed) {
-        _run.failWithError(makeRequestError(HTTPRequestErrorCode::InternalStream,
+        run_.failWithError(makeRequestError(HTTPRequestErrorCode::InternalStream,
                                             u"Unable to create read stream"_s));
         return;
     }
     if (!openStream(std::move(body))) {
-        _parts.connection.setConnectionCannotBeReused();
-        _parts.stream.destroy();
-        _run.failWithError(makeRequestError(HTTPRequestErrorCode::InternalStream,
+        parts_.connection.setConnectionCannotBeReused();
+        parts_.stream.destroy();
+        run_.failWithError(makeRequestError(HTTPRequestErrorCode::InternalStream,
                                             u"Unable to start HTTP connection"_s));
         return;
     }
-    if (state.mainRequest == nullptr)
-        _parts.progress.sendBegins();
-    state.lastActivityTime = _parts.shared.clock.monotonic();
-    _run.statusWatch().start();
+    parts_.extras.sendBegins();
+    state.lastActivityTime = parts_.shared.clock.monotonic();
+    run_.statusWatch().start();
 }
 
 void RequestSender::resetForSend() {
-    RequestState& state = _parts.state;
-    // Where the next response goes on in its file is decided by that response.
-    _parts.file.close();
-    state.downloadComplete = false;
-    state.complete = false;
+    RequestState& state = parts_.state;
+    parts_.extras.sendIsPrepared();
+    state.phase = RequestPhase::Transferring;
     state.totalBytesRead = 0;
     state.lastBytesRead = 0;
     if (state.redirectCount == 0)
         state.originalURL = state.url;
-    if (state.lastBytesSent > 0)
-        _parts.progress.removeUploadProgressSoFar();
     state.lastBytesSent = 0;
     state.totalBytesSent = 0;
     state.contentLength = 0;
     state.responseHeaders.reset();
-    _run.delivery().reset();
+    run_.delivery().reset();
     if (state.options.downloadDestinationPath.isEmpty())
         state.rawResponseData = QByteArray();
 }
 
 bool RequestSender::openStream(RequestBody::Opened body) {
-    const auto client = [this, request = _request.weak_from_this()](HTTPReadStream::Event event) {
+    const auto client = [this, request = request_.weak_from_this()](HTTPReadStream::Event event) {
         if (const auto alive = request.lock())
-            _run.handleNetworkEvent(event);
+            run_.handleNetworkEvent(event);
     };
-    return _parts.stream.open(_run.loopInUse()->network(), setup(std::move(body)), client);
+    return parts_.stream.open(run_.loopInUse()->network(), setup(std::move(body)), client);
 }
 
 TransferStream::Setup RequestSender::setup(RequestBody::Opened body) const {
-    const RequestState& state = _parts.state;
+    const RequestState& state = parts_.state;
     TransferStream::Setup setup;
     setup.message = *state.request;
     setup.body = std::move(body.stream);
     setup.bodyLength = setup.body != nullptr ? state.postLength : 0;
     setup.tls = tlsSettings();
     setup.proxy = proxy();
-    setup.serverCredentials = _run.authentication().server().connection;
-    setup.proxyCredentials = _run.authentication().proxy().connection;
+    setup.serverCredentials = run_.authentication().server().connection;
+    setup.proxyCredentials = run_.authentication().proxy().connection;
     if (setup.body == nullptr)
         setup.connection =
-            _parts.connection.acquire(_run.loopInUse(), connectionCircumstances(setup));
+            parts_.connection.acquire(run_.loopInUse(), connectionCircumstances(setup));
     return setup;
 }
 
 platform::TLSSettings RequestSender::tlsSettings() const {
-    const RequestOptions& options = _parts.state.options;
+    const RequestOptions& options = parts_.state.options;
     const ClientIdentity& identity = options.clientCertificateIdentity;
     return {options.validatesSecureCertificate || identity.exists(), identity.certificatePath,
             identity.keyPath, options.authoritiesPath};
 }
 
 platform::HTTPProxy RequestSender::proxy() const {
-    const RequestOptions& options = _parts.state.options;
+    const RequestOptions& options = parts_.state.options;
     if (options.proxyHost.isEmpty() || options.proxyPort == 0)
         return {};
     using Kind = platform::HTTPProxy::Kind;

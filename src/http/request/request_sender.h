@@ -34,9 +34,9 @@ private:
     [[nodiscard]] platform::TLSSettings tlsSettings() const;
     [[nodiscard]] platform::HTTPProxy proxy() const;
 
-    HTTPRequest& _request;
-    RequestParts _parts;
-    RequestRun& _run;
+    HTTPRequest& request_;
+    RequestParts parts_;
+    RequestRun& run_;
 };
 
 }  // namespace http

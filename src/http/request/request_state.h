@@ -8,6 +8,7 @@
 #include <optional>
 #include <vector>
 
+#include "http/request/request_phase.h"
 #include "http/request_options.h"
 #include "platform/base/error.h"
 #include "platform/net/http_message.h"
@@ -15,9 +16,6 @@
 namespace http {
 
 class HTTPRequest;
-
-/// Whose credentials a response asks for.
-enum class AuthenticationNeeded { None = 0, Server = 1, Proxy = 2 };
 
 /// What one request knows of itself, shared by the parts that make it up; its outside sees it
 /// through HTTPRequest. All of it is guarded by `cancelledLock`.
@@ -56,19 +54,9 @@ struct RequestState {
     std::uint64_t uploadBufferSize = 0;
 
     // Course.
-    bool inProgress = false;
-    bool complete = false;          ///< A redirect or another send clears it again.
-    bool downloadComplete = false;  ///< The response has come to its end.
-    bool finished = false;
-    bool cancelled = false;
-    bool isSynchronous = false;
-    /// It fetches an automatic configuration script for another, and needs no proxy itself.
-    bool isPACFileRequest = false;
-    bool needsRedirect = false;
-    bool willRetryRequest = false;
-    bool updatedProgress = false;
-    bool didUseCachedResponse = false;
-    AuthenticationNeeded authenticationNeeded = AuthenticationNeeded::None;
+    RequestRole role = RequestRole::Ordinary;
+    RequestPhase phase = RequestPhase::New;
+    Sequel sequel = Sequel::Nothing;
     int redirectCount = 0;
     int retryCount = 0;
     std::optional<platform::Error> error;
@@ -78,6 +66,22 @@ struct RequestState {
     /// The request that this one probes for with HEAD; null: this is no probe.
     std::shared_ptr<HTTPRequest> mainRequest;
 
+    [[nodiscard]] bool isInProgress() const {
+        return phase != RequestPhase::New && phase < RequestPhase::Ended;
+    }
+    /// Nothing comes any more, unless another send begins.
+    [[nodiscard]] bool isComplete() const { return phase >= RequestPhase::Answered || error; }
+    [[nodiscard]] bool isCancelled() const { return phase == RequestPhase::Cancelled; }
+    [[nodiscard]] bool isRedirected() const {
+        return sequel == Sequel::Redirect || sequel == Sequel::RedirectInQuestion;
+    }
+    [[nodiscard]] bool needsCredentials() const {
+        return sequel == Sequel::ServerCredentials || sequel == Sequel::ProxyCredentials;
+    }
+    /// Stands still until the delegate, the user or another request says how to go on.
+    [[nodiscard]] bool isWaiting() const {
+        return phase == RequestPhase::Answered && sequel != Sequel::Nothing;
+    }
     [[nodiscard]] bool isResponseCompressed() const;
     [[nodiscard]] std::optional<QString> responseHeader(const QString& name) const;
 };

@@ -6,14 +6,12 @@
 
 #include "http/content/content_type.h"
 #include "http/content/http_data_decompressor.h"
+#include "http/extras/request_extras.h"
 #include "http/http_request.h"
 #include "http/http_request_error.h"
 #include "http/request/connection_lease.h"
-#include "http/request/file_output.h"
-#include "http/request/progress_reporter.h"
 #include "http/request/redirect_rule.h"
 #include "http/request/request_body.h"
-#include "http/request/request_cache.h"
 #include "http/request/request_header_builder.h"
 #include "http/request/request_notifier.h"
 #include "http/request/request_run.h"
@@ -35,6 +33,10 @@ constexpr qsizetype mediumRead = 65536;
 constexpr qsizetype largeRead = 262144;
 /// Of a body that is inflated as it comes, where each byte can become a thousand.
 constexpr qsizetype largestCompressedRead = 16384;
+
+/// Of a body that only comes before the answer that is wanted: in bytes, and in seconds.
+constexpr std::uint64_t mostOnTheWay = 65536;
+constexpr platform::Seconds longestOnTheWay = 10;
 
 /// As C reads numbers, so "0x" is hexadecimal and a leading "0" octal. The transport holds the
 /// body to the decimal reading; this one serves the books alone.
@@ -62,64 +64,68 @@ QString connectionFailureText(const Error& error) {
 
 }  // namespace
 
-ResponseReader::ResponseReader(RequestParts parts, RequestRun& run) : _parts(parts), _run(run) {}
+ResponseReader::ResponseReader(RequestParts parts, RequestRun& run) : parts_(parts), run_(run) {}
 
 ResponseReader::~ResponseReader() = default;
 
 void ResponseReader::readResponseHeaders() {
-    RequestState& state = _parts.state;
-    state.authenticationNeeded = AuthenticationNeeded::None;
-    const auto& head = _parts.stream.responseHead();
+    RequestState& state = parts_.state;
+    state.sequel = Sequel::Nothing;
+    const auto& head = parts_.stream.responseHead();
     if (!head)
         return;
     takeHead(*head);
-    if (_run.cache().answerAfterHead())
+    isEndedEarly_ = false;
+    headTime_ = parts_.shared.clock.monotonic();
+    if (parts_.extras.answerInPlaceOfBody())
         return;
     if (state.responseStatusCode == 401)
-        state.authenticationNeeded = AuthenticationNeeded::Server;
+        state.sequel = Sequel::ServerCredentials;
     else if (state.responseStatusCode == 407)
-        state.authenticationNeeded = AuthenticationNeeded::Proxy;
+        state.sequel = Sequel::ProxyCredentials;
     else
-        _run.authentication().credentialsWereAccepted();
+        run_.authentication().credentialsWereAccepted();
     parseStringEncodingFromHeaders();
-    takeCookies();
+    if (!head->fromProxy)
+        takeCookies();
     if (!willRedirect())
         noteLength();
-    _parts.connection.judge(*head);
-    if (_run.isHeard())
-        _parts.notifier.requestReceivedResponseHeaders(*state.responseHeaders);
+    parts_.connection.judge(*head);
+    if (run_.isHeard())
+        parts_.notifier.requestReceivedResponseHeaders(
+            {state.url, head->statusCode, head->statusLine, head->headers});
 }
 
 void ResponseReader::takeHead(const HTTPResponseHead& head) {
-    _parts.state.responseHeaders = head.headers;
-    _parts.state.responseStatusCode = head.statusCode;
-    _parts.state.responseStatusMessage = head.statusLine;
+    parts_.state.responseHeaders = head.headers;
+    parts_.state.responseStatusCode = head.statusCode;
+    parts_.state.responseStatusMessage = head.statusLine;
 }
 
 void ResponseReader::parseStringEncodingFromHeaders() {
-    RequestState& state = _parts.state;
+    RequestState& state = parts_.state;
     const auto type = parseContentType(state.responseHeader(u"Content-Type"_s).value_or(QString()));
     state.responseEncoding = type.encoding.value_or(state.options.defaultResponseEncoding);
 }
 
 void ResponseReader::takeCookies() {
-    RequestState& state = _parts.state;
+    RequestState& state = parts_.state;
     state.responseCookies = platform::cookiesFromHeaders(*state.responseHeaders, state.url);
     if (!state.options.useCookiePersistence || state.responseCookies.empty())
         return;
     platform::sharedCookieStorage().setCookies(state.responseCookies, state.url);
     for (const platform::Cookie& cookie : state.responseCookies)
-        _parts.shared.cookies.addCookie(cookie);
+        parts_.shared.cookies.addCookie(cookie);
 }
 
 void ResponseReader::noteLength() {
-    const RequestState& state = _parts.state;
+    const RequestState& state = parts_.state;
     const bool isReported =
         state.options.showAccurateProgress && state.options.shouldResetDownloadProgress;
     const auto header = state.responseHeader(u"Content-Length"_s);
     auto length = header ? std::optional(lengthFromHeader(*header)) : std::nullopt;
     if (state.mainRequest == nullptr) {
-        _run.noteContentLength(length, isReported);
+        run_.noteContentLength(length, isReported);
         return;
     }
     // Servers that compress on the fly announce an empty gzip stream to a HEAD.
@@ -130,7 +136,7 @@ void ResponseReader::noteLength() {
 }
 
 bool ResponseReader::takeCachedHeaders() {
-    RequestState& state = _parts.state;
+    RequestState& state = parts_.state;
     parseStringEncodingFromHeaders();
     if (state.responseHeaders)
         state.responseCookies = platform::cookiesFromHeaders(*state.responseHeaders, state.url);
@@ -138,178 +144,154 @@ bool ResponseReader::takeCachedHeaders() {
 }
 
 bool ResponseReader::willRedirect() {
-    RequestState& state = _parts.state;
+    RequestState& state = parts_.state;
     const auto location = state.responseHeader(u"Location"_s);
     const RedirectKind kind = redirectKind(state.responseStatusCode, state.options);
     if (!state.options.shouldRedirect || !location || kind == RedirectKind::None)
         return false;
-    if (_run.isHeard())
-        _parts.notifier.requestRedirected();
+    if (run_.isHeard())
+        parts_.notifier.requestRedirected();
     state.redirectURL = redirectTarget(state.url, *location).value_or(platform::Url());
     if (kind == RedirectKind::KeepsMethod) {
-        _parts.headers.redirectKeepingMethod();
+        parts_.headers.redirectKeepingMethod();
     } else {
-        _run.setRequestMethod(u"GET"_s);
-        _parts.body.drop();
+        run_.setRequestMethod(u"GET"_s);
+        parts_.body.drop();
         state.postLength = 0;
-        _parts.headers.redirectAsGet();
+        parts_.headers.redirectAsGet();
     }
-    state.needsRedirect = true;
+    state.sequel = Sequel::Redirect;
     state.options.requestCookies.clear();
     return true;
 }
 
 qsizetype ResponseReader::readLength() const {
-    const std::uint64_t length = _parts.state.contentLength;
+    const std::uint64_t length = parts_.state.contentLength;
     const qsizetype wanted = length > largeRead    ? largeRead
                              : length > mediumRead ? mediumRead
                                                    : smallRead;
-    return _parts.shared.bandwidth.readLength(
+    return parts_.shared.bandwidth.readLength(
         inflatesOnTheWay() ? std::min(wanted, largestCompressedRead) : wanted);
 }
 
 void ResponseReader::handleBytesAvailable() {
-    RequestState& state = _parts.state;
+    RequestState& state = parts_.state;
     if (!state.responseHeaders)
         readResponseHeaders();
-    if (state.complete || !_parts.stream.hasBytesAvailable())
+    if (state.isComplete() || !parts_.stream.hasBytesAvailable())
         return;
-    QByteArray received = _parts.stream.read(readLength());
+    QByteArray received = parts_.stream.read(readLength());
     if (received.isEmpty())
         return;
     const auto count = static_cast<std::uint64_t>(received.size());
     state.totalBytesRead += count;
-    state.lastActivityTime = _parts.shared.clock.monotonic();
-    _parts.shared.bandwidth.incrementBandwidthUsedInLastSecond(count);
+    state.lastActivityTime = parts_.shared.clock.monotonic();
+    parts_.shared.bandwidth.incrementBandwidthUsedInLastSecond(count);
     distribute(std::move(received));
+    if (!state.isComplete() && isWorthNoMore())
+        endEarly();
+}
+
+bool ResponseReader::isWorthNoMore() const {
+    const RequestState& state = parts_.state;
+    return state.sequel != Sequel::Nothing &&
+           (state.totalBytesRead >= mostOnTheWay ||
+            parts_.shared.clock.monotonic() - headTime_ >= longestOnTheWay);
+}
+
+void ResponseReader::endEarly() {
+    isEndedEarly_ = true;
+    parts_.connection.setConnectionCannotBeReused();
+    parts_.stream.stopReceiving();
+    handleStreamComplete();
 }
 
 bool ResponseReader::inflatesOnTheWay() const {
-    const RequestState& state = _parts.state;
+    const RequestState& state = parts_.state;
     return state.isResponseCompressed() && !state.options.shouldWaitToInflateCompressedResponses;
 }
 
 void ResponseReader::distribute(QByteArray received) {
-    RequestState& state = _parts.state;
+    RequestState& state = parts_.state;
     const bool mustInflate = inflatesOnTheWay();
     QByteArray inflated;
     if (mustInflate) {
-        if (_dataDecompressor == nullptr)
-            _dataDecompressor = std::make_unique<HTTPDataDecompressor>();
+        if (dataDecompressor_ == nullptr)
+            dataDecompressor_ = std::make_unique<HTTPDataDecompressor>();
         CodedBytes coded =
-            _dataDecompressor->uncompressBytes(received.constData(), received.size());
+            dataDecompressor_->uncompressBytes(received.constData(), received.size());
         if (coded.error) {
             breakOff(*coded.error);
             return;
         }
         inflated = std::move(coded.data);
     }
-    if (isRedirectBodyUnwanted())
+    if (!parts_.extras.wantsBody())
         return;
-    if (_parts.notifier.isDataReceived()) {
+    if (parts_.notifier.isDataReceived()) {
         deliver(mustInflate ? std::move(inflated) : std::move(received));
-    } else if (state.options.downloadDestinationPath.isEmpty()) {
+    } else if (!parts_.extras.takesBody()) {
         state.rawResponseData.append(mustInflate ? inflated : received);
-    } else if (const auto error = writeToFile(received, mustInflate ? &inflated : nullptr)) {
+    } else if (const auto error =
+                   parts_.extras.write(received, mustInflate ? &inflated : nullptr)) {
         breakOff(*error);
     }
 }
 
 void ResponseReader::breakOff(const Error& error) {
-    _run.cancelLoad();
-    _run.failWithError(error);
-}
-
-/// A redirect's body must not get into a file that is gone on with.
-bool ResponseReader::isRedirectBodyUnwanted() const {
-    const RequestState& state = _parts.state;
-    return state.needsRedirect && state.options.shouldRedirect &&
-           state.options.allowResumeForFileDownloads;
+    run_.cancelLoad();
+    run_.failWithError(error);
 }
 
 void ResponseReader::deliver(QByteArray data) {
-    if (!data.isEmpty() && _run.isHeard())
-        _run.delivery().deliver(std::move(data));
-}
-
-std::optional<Error> ResponseReader::writeToFile(const QByteArray& received,
-                                                 const QByteArray* inflated) {
-    const FileOutput::Start start = _parts.file.begin();
-    if (start.discarded > 0)
-        _parts.progress.incrementDownloadSizeBy(-static_cast<std::int64_t>(start.discarded));
-    if (start.error)
-        return start.error;
-    if (auto error = _parts.file.write(received))
-        return error;
-    return inflated != nullptr ? _parts.file.writeInflated(*inflated) : std::nullopt;
+    if (!data.isEmpty() && run_.isHeard())
+        run_.delivery().deliver(std::move(data));
 }
 
 bool ResponseReader::isFinalResponse() const {
-    const RequestState& state = _parts.state;
-    return !state.needsRedirect && !state.didUseCachedResponse &&
-           state.authenticationNeeded == AuthenticationNeeded::None;
-}
-
-std::optional<Error> ResponseReader::finishFile() {
-    RequestState& state = _parts.state;
-    if (isRedirectBodyUnwanted()) {
-        _parts.file.close();
-        return std::nullopt;
-    }
-    const bool isEmptyFile = state.totalBytesRead == 0 && isFinalResponse() &&
-                             !state.options.downloadDestinationPath.isEmpty() &&
-                             !_parts.notifier.isDataReceived();
-    if (isEmptyFile)
-        if (const auto error = writeToFile({}, nullptr))
-            return error;
-    return _parts.file.finish();
+    return parts_.state.sequel == Sequel::Nothing && !parts_.extras.isCacheUsed();
 }
 
 void ResponseReader::handleStreamComplete() {
-    RequestState& state = _parts.state;
-    _run.statusWatch().stop();
-    state.downloadComplete = true;
+    RequestState& state = parts_.state;
+    run_.statusWatch().stop();
+    state.phase = RequestPhase::Answered;
     if (!state.responseHeaders)
         readResponseHeaders();
-    std::optional<Error> fileError;
-    {
-        const std::scoped_lock guard(_parts.shared.progressLock);
-        state.lastBytesSent = state.totalBytesSent;
-        state.totalBytesSent = _parts.stream.bodyBytesWritten();
-        state.complete = true;
-        if (state.contentLength == 0)
-            state.contentLength = state.totalBytesRead;
-        _parts.progress.updateProgressIndicators();
-        _dataDecompressor.reset();
-        if (isFinalResponse())
-            _parts.body.removeTemporaryFiles();
-        fileError = finishFile();
-        _run.cache().store();
-    }
-    _parts.connection.endUse();
-    if (state.authenticationNeeded == AuthenticationNeeded::None)
-        _parts.stream.destroy();
+    state.lastBytesSent = state.totalBytesSent;
+    state.totalBytesSent = parts_.stream.bodyBytesWritten();
+    if (state.contentLength == 0)
+        state.contentLength = state.totalBytesRead;
+    dataDecompressor_.reset();
+    if (isFinalResponse())
+        parts_.body.removeTemporaryFiles();
+    const auto fileError = parts_.extras.responseEnds({isFinalResponse(), !isEndedEarly_});
+    parts_.connection.endUse();
+    if (!state.needsCredentials())
+        parts_.stream.destroy();
     if (!isFinalResponse())
         return;
     if (fileError)
-        _run.failWithError(*fileError);
+        run_.failWithError(*fileError);
     else
-        _run.requestFinished();
-    _run.markAsFinished();
+        run_.requestFinished();
+    run_.markAsFinished();
 }
 
 void ResponseReader::handleStreamError() {
-    const Error error = _parts.stream.error().value_or(
+    const Error error = parts_.stream.error().value_or(
         Error{platform::networkErrorDomain, platform::networkErrorConnectionLost, {}, nullptr});
-    if (!_parts.state.error) {
-        if (isLostConnection(error) && _run.retryUsingNewConnection())
+    if (!parts_.state.error) {
+        // A connection that was kept too long says nothing about the server.
+        const bool isFreshConnection = !error.is(platform::posixErrorDomain, EPIPE);
+        if (isLostConnection(error) && run_.retryUsingNewConnection(isFreshConnection))
             return;
         breakOff(makeRequestError(HTTPRequestErrorCode::ConnectionFailure,
                                   connectionFailureText(error), error));
     } else {
-        _run.cancelLoad();
+        run_.cancelLoad();
     }
-    _run.statusWatch().checkRequestStatus();
+    run_.statusWatch().checkRequestStatus();
 }
 
 }  // namespace http

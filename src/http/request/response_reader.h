@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "http/request/request_parts.h"
+#include "platform/base/clock.h"
 #include "platform/base/error.h"
 #include "platform/net/http_message.h"
 
@@ -44,16 +45,17 @@ private:
     /// Whether the body is decompressed as it comes.
     [[nodiscard]] bool inflatesOnTheWay() const;
     void distribute(QByteArray received);
-    [[nodiscard]] std::optional<platform::Error> writeToFile(const QByteArray& received,
-                                                             const QByteArray* inflated);
     void deliver(QByteArray data);
-    [[nodiscard]] bool isRedirectBodyUnwanted() const;
+    /// Whether another answer follows whatever this one's body says, which has had its chance.
+    [[nodiscard]] bool isWorthNoMore() const;
+    void endEarly();
     [[nodiscard]] bool isFinalResponse() const;
-    [[nodiscard]] std::optional<platform::Error> finishFile();
 
-    RequestParts _parts;
-    RequestRun& _run;
-    std::unique_ptr<HTTPDataDecompressor> _dataDecompressor;
+    RequestParts parts_;
+    RequestRun& run_;
+    std::unique_ptr<HTTPDataDecompressor> dataDecompressor_;
+    platform::Seconds headTime_ = 0;  ///< Monotonic.
+    bool isEndedEarly_ = false;
 };
 
 }  // namespace http

@@ -1,10 +1,9 @@
 #include "http/request/status_watch.h"
 
+#include "http/extras/request_extras.h"
 #include "http/http_request.h"
 #include "http/http_request_error.h"
 #include "http/request/connection_lease.h"
-#include "http/request/file_output.h"
-#include "http/request/progress_reporter.h"
 #include "http/request/request_run.h"
 #include "http/request/request_state.h"
 #include "http/request/time_out_rule.h"
@@ -16,47 +15,47 @@ namespace http {
 using namespace Qt::Literals::StringLiterals;
 
 StatusWatch::StatusWatch(HTTPRequest& request, RequestParts parts, RequestRun& run)
-    : _request(request), _parts(parts), _run(run) {}
+    : request_(request), parts_(parts), run_(run) {}
 
 void StatusWatch::start() {
-    _run.loopInUse()->ticker().start(this, [this, request = _request.weak_from_this()] {
+    run_.loopInUse()->ticker().start(this, [this, request = request_.weak_from_this()] {
         const auto alive = request.lock();
         if (alive == nullptr)
             return;
-        const std::scoped_lock guard(_parts.state.cancelledLock);
+        const std::scoped_lock guard(parts_.state.cancelledLock);
         checkRequestStatus();
-        if (!_parts.state.inProgress)
+        if (!parts_.state.isInProgress())
             stop();
     });
 }
 
 void StatusWatch::stop() {
-    const auto& loop = _run.loopInUse();
+    const auto& loop = run_.loopInUse();
     if (loop != nullptr && !loop->isClosed())
         loop->ticker().stop(this);
 }
 
 void StatusWatch::checkRequestStatus() {
-    const RequestState& state = _parts.state;
-    if (state.cancelled || state.complete)
+    const RequestState& state = parts_.state;
+    if (state.phase != RequestPhase::Transferring)
         return;
-    _parts.stream.performThrottling();
+    parts_.stream.performThrottling();
     if (hasTimedOut()) {
         timeOut();
         return;
     }
-    if (_parts.stream.exists() && state.postLength > 0)
+    if (parts_.stream.exists() && state.postLength > 0)
         countUpload();
-    _run.delivery().tellStored();
-    _parts.progress.updateProgressIndicators();
+    run_.delivery().tellStored();
+    parts_.extras.timePasses();
 }
 
 bool StatusWatch::hasTimedOut() const {
-    const RequestState& state = _parts.state;
+    const RequestState& state = parts_.state;
     Silence silence;
-    silence.isScheduled = _parts.stream.exists() && _parts.stream.readStreamIsScheduled();
+    silence.isScheduled = parts_.stream.exists() && parts_.stream.readStreamIsScheduled();
     if (state.lastActivityTime)
-        silence.sinceLastActivity = _parts.shared.clock.monotonic() - *state.lastActivityTime;
+        silence.sinceLastActivity = parts_.shared.clock.monotonic() - *state.lastActivityTime;
     silence.timeOutSeconds = state.options.timeOutSeconds;
     silence.postLength = state.postLength;
     silence.uploadBufferSize = state.uploadBufferSize;
@@ -65,34 +64,31 @@ bool StatusWatch::hasTimedOut() const {
 }
 
 void StatusWatch::timeOut() {
-    RequestState& state = _parts.state;
+    RequestState& state = parts_.state;
     if (state.retryCount >= state.options.numberOfTimesToRetryOnTimeout) {
-        _run.failWithError(timedOutError());
-        _run.cancelLoad();
+        run_.failWithError(timedOutError());
+        run_.cancelLoad();
         return;
     }
-    _parts.file.close();
-    if (const auto error = updatePartialDownloadSize(state)) {
-        _run.failWithError(*error);
+    if (const auto error = parts_.extras.sendIsRepeated()) {
+        run_.failWithError(*error);
         return;
     }
-    if (state.partialDownloadSize > 0)
-        state.request->headers.set(u"Range"_s, rangeFrom(state.partialDownloadSize));
     ++state.retryCount;
     // The silent exchange would keep its connection busy for ever.
-    _parts.stream.destroy();
-    _parts.connection.giveUp();
-    _run.startRequest();
+    parts_.stream.destroy();
+    parts_.connection.giveUp();
+    run_.startRequest();
 }
 
 void StatusWatch::countUpload() {
-    RequestState& state = _parts.state;
+    RequestState& state = parts_.state;
     state.lastBytesSent = state.totalBytesSent;
-    state.totalBytesSent = _parts.stream.bodyBytesWritten();
+    state.totalBytesSent = parts_.stream.bodyBytesWritten();
     if (state.totalBytesSent <= state.lastBytesSent)
         return;
-    state.lastActivityTime = _parts.shared.clock.monotonic();
-    _parts.shared.bandwidth.incrementBandwidthUsedInLastSecond(state.totalBytesSent -
+    state.lastActivityTime = parts_.shared.clock.monotonic();
+    parts_.shared.bandwidth.incrementBandwidthUsedInLastSecond(state.totalBytesSent -
                                                                state.lastBytesSent);
 }
 

@@ -24,9 +24,9 @@ private:
     void timeOut();
     void countUpload();
 
-    HTTPRequest& _request;
-    RequestParts _parts;
-    RequestRun& _run;
+    HTTPRequest& request_;
+    RequestParts parts_;
+    RequestRun& run_;
 };
 
 }  // namespace http

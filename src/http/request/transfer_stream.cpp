@@ -25,7 +25,7 @@ QString circumstancesOf(const platform::ConnectionCredentials& credentials) {
 
 TransferStream::TransferStream(RequestState& state, BandwidthAccount& bandwidth,
                                ConnectionTable& connections, platform::Clock& clock)
-    : _state(state), _bandwidth(bandwidth), _connections(connections), _clock(clock) {}
+    : state_(state), bandwidth_(bandwidth), connections_(connections), clock_(clock) {}
 
 TransferStream::~TransferStream() {
     destroy();
@@ -33,39 +33,44 @@ TransferStream::~TransferStream() {
 
 bool TransferStream::open(platform::NetworkLoop& loop, Setup setup, HTTPReadStream::Client client) {
     destroy();
-    _connection = std::move(setup.connection);
-    _postBodyReadStream = std::move(setup.body);
-    _readStream = std::make_unique<HTTPReadStream>(loop, std::move(setup.message),
-                                                   _postBodyReadStream.get(), setup.bodyLength);
-    _readStream->setTLSSettings(setup.tls);
-    _readStream->setProxy(setup.proxy);
-    _readStream->setServerCredentials(setup.serverCredentials);
-    _readStream->setProxyCredentials(setup.proxyCredentials);
-    _readStream->setConnection(_connection.get());
-    _readStream->setClient(std::move(client));
-    _holds = _bandwidth.verdict() == BandwidthAccount::Verdict::Rest
+    connection_ = std::move(setup.connection);
+    postBodyReadStream_ = std::move(setup.body);
+    readStream_ = std::make_unique<HTTPReadStream>(loop, std::move(setup.message),
+                                                   postBodyReadStream_.get(), setup.bodyLength);
+    readStream_->setTLSSettings(setup.tls);
+    readStream_->setProxy(setup.proxy);
+    readStream_->setServerCredentials(setup.serverCredentials);
+    readStream_->setProxyCredentials(setup.proxyCredentials);
+    readStream_->setConnection(connection_.get());
+    readStream_->setClient(std::move(client));
+    holds_ = bandwidth_.verdict() == BandwidthAccount::Verdict::Rest
                  ? static_cast<unsigned>(Hold::Throttle)
                  : 0;
-    if (_holds != 0)
-        _readStream->unschedule();
+    if (holds_ != 0)
+        readStream_->unschedule();
     updateSchedule();
-    return _readStream->open();
+    return readStream_->open();
 }
 
 void TransferStream::destroy() {
-    if (_readStreamIsScheduled)
-        _connections.countScheduledStream(-1);
-    _readStreamIsScheduled = false;
-    _readStream.reset();
-    _postBodyReadStream.reset();
-    _connection.reset();
+    if (readStreamIsScheduled_)
+        connections_.countScheduledStream(-1);
+    readStreamIsScheduled_ = false;
+    readStream_.reset();
+    postBodyReadStream_.reset();
+    connection_.reset();
+}
+
+void TransferStream::stopReceiving() {
+    if (readStream_ != nullptr)
+        readStream_->close();
 }
 
 void TransferStream::performThrottling() {
-    if (_readStream == nullptr)
+    if (readStream_ == nullptr)
         return;
-    _bandwidth.measureBandwidthUsage();
-    switch (_bandwidth.verdict()) {
+    bandwidth_.measureBandwidthUsage();
+    switch (bandwidth_.verdict()) {
         case BandwidthAccount::Verdict::Run:
             letGo(Hold::Throttle);
             break;
@@ -78,49 +83,49 @@ void TransferStream::performThrottling() {
 }
 
 void TransferStream::hold(Hold reason) {
-    _holds |= static_cast<unsigned>(reason);
+    holds_ |= static_cast<unsigned>(reason);
     updateSchedule();
 }
 
 void TransferStream::letGo(Hold reason) {
-    _holds &= ~static_cast<unsigned>(reason);
+    holds_ &= ~static_cast<unsigned>(reason);
     updateSchedule();
 }
 
 void TransferStream::updateSchedule() {
-    const bool mayReceive = _holds == 0;
-    if (_readStream == nullptr || mayReceive == _readStreamIsScheduled)
+    const bool mayReceive = holds_ == 0;
+    if (readStream_ == nullptr || mayReceive == readStreamIsScheduled_)
         return;
-    _readStreamIsScheduled = mayReceive;
-    _connections.countScheduledStream(mayReceive ? 1 : -1);
+    readStreamIsScheduled_ = mayReceive;
+    connections_.countScheduledStream(mayReceive ? 1 : -1);
     if (mayReceive) {
         // Rest was no silence of the server's.
-        _state.lastActivityTime = _clock.monotonic();
-        _readStream->schedule();
+        state_.lastActivityTime = clock_.monotonic();
+        readStream_->schedule();
     } else {
-        _readStream->unschedule();
+        readStream_->unschedule();
     }
 }
 
 bool TransferStream::hasBytesAvailable() const {
-    return _readStream != nullptr && _readStream->hasBytesAvailable();
+    return readStream_ != nullptr && readStream_->hasBytesAvailable();
 }
 
 QByteArray TransferStream::read(qsizetype maximum) {
-    return _readStream != nullptr ? _readStream->read(maximum) : QByteArray();
+    return readStream_ != nullptr ? readStream_->read(maximum) : QByteArray();
 }
 
 const std::optional<platform::HTTPResponseHead>& TransferStream::responseHead() const {
     static const std::optional<platform::HTTPResponseHead> none;
-    return _readStream != nullptr ? _readStream->responseHead() : none;
+    return readStream_ != nullptr ? readStream_->responseHead() : none;
 }
 
 std::optional<platform::Error> TransferStream::error() const {
-    return _readStream != nullptr ? _readStream->error() : std::nullopt;
+    return readStream_ != nullptr ? readStream_->error() : std::nullopt;
 }
 
 std::uint64_t TransferStream::bodyBytesWritten() const {
-    return _readStream != nullptr ? _readStream->bodyBytesWritten() : 0;
+    return readStream_ != nullptr ? readStream_->bodyBytesWritten() : 0;
 }
 
 QString connectionCircumstances(const TransferStream::Setup& setup) {

@@ -44,14 +44,16 @@ public:
     /// Takes the place of a stream that is still there. False: it cannot be opened.
     [[nodiscard]] bool open(platform::NetworkLoop& loop, Setup setup,
                             platform::HTTPReadStream::Client client);
-    [[nodiscard]] bool exists() const { return _readStream != nullptr; }
+    [[nodiscard]] bool exists() const { return readStream_ != nullptr; }
     void destroy();
+    /// Takes nothing more from the server; what has come can still be asked for.
+    void stopReceiving();
 
     /// Counts the time and lets the stream rest or go on as the bandwidth limit wants it.
     void performThrottling();
     void hold(Hold reason);
     void letGo(Hold reason);
-    [[nodiscard]] bool readStreamIsScheduled() const { return _readStreamIsScheduled; }
+    [[nodiscard]] bool readStreamIsScheduled() const { return readStreamIsScheduled_; }
 
     [[nodiscard]] bool hasBytesAvailable() const;
     [[nodiscard]] QByteArray read(qsizetype maximum);
@@ -62,16 +64,16 @@ public:
 private:
     void updateSchedule();
 
-    RequestState& _state;
-    BandwidthAccount& _bandwidth;
-    ConnectionTable& _connections;
-    platform::Clock& _clock;
+    RequestState& state_;
+    BandwidthAccount& bandwidth_;
+    ConnectionTable& connections_;
+    platform::Clock& clock_;
     // In this order: the stream uses the other two until it ends.
-    std::shared_ptr<platform::HTTPConnectionIdentity> _connection;
-    std::unique_ptr<HTTPInputStream> _postBodyReadStream;
-    std::unique_ptr<platform::HTTPReadStream> _readStream;
-    unsigned _holds = 0;
-    bool _readStreamIsScheduled = false;
+    std::shared_ptr<platform::HTTPConnectionIdentity> connection_;
+    std::unique_ptr<HTTPInputStream> postBodyReadStream_;
+    std::unique_ptr<platform::HTTPReadStream> readStream_;
+    unsigned holds_ = 0;
+    bool readStreamIsScheduled_ = false;
 };
 
 /// The settings under which a connection is opened, as text to compare.

@@ -17,13 +17,13 @@ constexpr std::uint64_t shareOfRemainder = 4;
 }  // namespace
 
 void BandwidthAccount::setMaxBandwidthPerSecond(std::uint64_t bytes) {
-    const std::scoped_lock guard(_bandwidthLock);
-    _maxBandwidthPerSecond = bytes;
+    const std::scoped_lock guard(bandwidthLock_);
+    maxBandwidthPerSecond_ = bytes;
 }
 
 std::uint64_t BandwidthAccount::maxBandwidthPerSecond() const {
-    const std::scoped_lock guard(_bandwidthLock);
-    return _maxBandwidthPerSecond;
+    const std::scoped_lock guard(bandwidthLock_);
+    return maxBandwidthPerSecond_;
 }
 
 bool BandwidthAccount::isBandwidthThrottled() const {
@@ -31,83 +31,83 @@ bool BandwidthAccount::isBandwidthThrottled() const {
 }
 
 void BandwidthAccount::incrementBandwidthUsedInLastSecond(std::uint64_t bytes) {
-    const std::scoped_lock guard(_bandwidthLock);
-    _bandwidthUsedInLastSecond += bytes;
+    const std::scoped_lock guard(bandwidthLock_);
+    bandwidthUsedInLastSecond_ += bytes;
 }
 
 std::uint64_t BandwidthAccount::averageBandwidthUsedPerSecond() const {
-    const std::scoped_lock guard(_bandwidthLock);
-    return _averageBandwidthUsedPerSecond;
+    const std::scoped_lock guard(bandwidthLock_);
+    return averageBandwidthUsedPerSecond_;
 }
 
 void BandwidthAccount::recordBandwidthUsage(Seconds now) {
-    if (_bandwidthUsedInLastSecond == 0) {
-        _bandwidthUsageTracker.clear();
+    if (bandwidthUsedInLastSecond_ == 0) {
+        bandwidthUsageTracker_.clear();
     } else {
-        Seconds interval = _bandwidthMeasurementDate.value_or(now) - now;
-        while ((interval < 0 || _bandwidthUsageTracker.size() > samplesKept) &&
-               !_bandwidthUsageTracker.empty()) {
-            _bandwidthUsageTracker.pop_front();
+        Seconds interval = bandwidthMeasurementDate_.value_or(now) - now;
+        while ((interval < 0 || bandwidthUsageTracker_.size() > samplesKept) &&
+               !bandwidthUsageTracker_.empty()) {
+            bandwidthUsageTracker_.pop_front();
             interval += period;
         }
     }
-    _bandwidthUsageTracker.push_back(_bandwidthUsedInLastSecond);
-    _bandwidthMeasurementDate = now + period;
-    _bandwidthUsedInLastSecond = 0;
-    _averageBandwidthUsedPerSecond =
-        std::accumulate(_bandwidthUsageTracker.begin(), _bandwidthUsageTracker.end(),
+    bandwidthUsageTracker_.push_back(bandwidthUsedInLastSecond_);
+    bandwidthMeasurementDate_ = now + period;
+    bandwidthUsedInLastSecond_ = 0;
+    averageBandwidthUsedPerSecond_ =
+        std::accumulate(bandwidthUsageTracker_.begin(), bandwidthUsageTracker_.end(),
                         std::uint64_t{0}) /
-        _bandwidthUsageTracker.size();
+        bandwidthUsageTracker_.size();
 }
 
 void BandwidthAccount::measureBandwidthUsage() {
-    const Seconds now = _clock.monotonic();
-    const std::scoped_lock guard(_bandwidthLock);
-    if (!_bandwidthMeasurementDate || *_bandwidthMeasurementDate <= now)
+    const Seconds now = clock_.monotonic();
+    const std::scoped_lock guard(bandwidthLock_);
+    if (!bandwidthMeasurementDate_ || *bandwidthMeasurementDate_ <= now)
         recordBandwidthUsage(now);
-    if (_maxBandwidthPerSecond == 0 || _bandwidthUsedInLastSecond <= _maxBandwidthPerSecond)
+    if (maxBandwidthPerSecond_ == 0 || bandwidthUsedInLastSecond_ <= maxBandwidthPerSecond_)
         return;
-    const auto overdraft = static_cast<double>(_bandwidthUsedInLastSecond - _maxBandwidthPerSecond);
-    _throttleWakeUpTime = *_bandwidthMeasurementDate +
-                          overdraft / static_cast<double>(_maxBandwidthPerSecond) * period;
+    const auto overdraft = static_cast<double>(bandwidthUsedInLastSecond_ - maxBandwidthPerSecond_);
+    throttleWakeUpTime_ = *bandwidthMeasurementDate_ +
+                          overdraft / static_cast<double>(maxBandwidthPerSecond_) * period;
 }
 
 BandwidthAccount::Verdict BandwidthAccount::verdict() const {
-    const Seconds now = _clock.monotonic();
-    const std::scoped_lock guard(_bandwidthLock);
-    if (_maxBandwidthPerSecond == 0)
+    const Seconds now = clock_.monotonic();
+    const std::scoped_lock guard(bandwidthLock_);
+    if (maxBandwidthPerSecond_ == 0)
         return Verdict::Run;
-    if (!_throttleWakeUpTime)
+    if (!throttleWakeUpTime_)
         return Verdict::AsBefore;
-    return *_throttleWakeUpTime > now ? Verdict::Rest : Verdict::Run;
+    return *throttleWakeUpTime_ > now ? Verdict::Rest : Verdict::Run;
 }
 
 std::optional<Seconds> BandwidthAccount::throttleWakeUpTime() const {
-    const std::scoped_lock guard(_bandwidthLock);
-    return _throttleWakeUpTime;
+    const std::scoped_lock guard(bandwidthLock_);
+    return throttleWakeUpTime_;
 }
 
 qsizetype BandwidthAccount::readLength(qsizetype wanted) const {
-    const std::scoped_lock guard(_bandwidthLock);
-    if (_maxBandwidthPerSecond == 0)
+    const std::scoped_lock guard(bandwidthLock_);
+    if (maxBandwidthPerSecond_ == 0)
         return wanted;
-    if (_bandwidthUsedInLastSecond > _maxBandwidthPerSecond)
+    if (bandwidthUsedInLastSecond_ > maxBandwidthPerSecond_)
         return 1;
     const std::uint64_t share =
-        (_maxBandwidthPerSecond - _bandwidthUsedInLastSecond) / shareOfRemainder;
+        (maxBandwidthPerSecond_ - bandwidthUsedInLastSecond_) / shareOfRemainder;
     return static_cast<qsizetype>(
         std::clamp<std::uint64_t>(share, 1, static_cast<std::uint64_t>(wanted)));
 }
 
 std::uint64_t BandwidthAccount::maxUploadReadLength() {
-    const Seconds now = _clock.monotonic();
-    const std::scoped_lock guard(_bandwidthLock);
-    std::uint64_t length = _maxBandwidthPerSecond / shareOfRemainder;
-    if (_bandwidthUsedInLastSecond + length > _maxBandwidthPerSecond)
+    const Seconds now = clock_.monotonic();
+    const std::scoped_lock guard(bandwidthLock_);
+    std::uint64_t length = maxBandwidthPerSecond_ / shareOfRemainder;
+    if (bandwidthUsedInLastSecond_ + length > maxBandwidthPerSecond_)
         length =
-            _maxBandwidthPerSecond - std::min(_bandwidthUsedInLastSecond, _maxBandwidthPerSecond);
-    if (length == 0 || !_bandwidthMeasurementDate || *_bandwidthMeasurementDate <= now)
-        _throttleWakeUpTime = _bandwidthMeasurementDate;
+            maxBandwidthPerSecond_ - std::min(bandwidthUsedInLastSecond_, maxBandwidthPerSecond_);
+    if (length == 0 || !bandwidthMeasurementDate_ || *bandwidthMeasurementDate_ <= now)
+        throttleWakeUpTime_ = bandwidthMeasurementDate_;
     return length;
 }
 

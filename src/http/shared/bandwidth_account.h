@@ -17,7 +17,7 @@ namespace http {
 /// Any thread.
 class BandwidthAccount {
 public:
-    explicit BandwidthAccount(platform::Clock& clock) : _clock(clock) {}
+    explicit BandwidthAccount(platform::Clock& clock) : clock_(clock) {}
 
     /// Bytes per second; 0: no limit.
     void setMaxBandwidthPerSecond(std::uint64_t bytes);
@@ -45,14 +45,14 @@ public:
 private:
     void recordBandwidthUsage(platform::Seconds now);
 
-    platform::Clock& _clock;
-    mutable std::mutex _bandwidthLock;  ///< Guards all that follows.
-    std::uint64_t _maxBandwidthPerSecond = 0;
-    std::uint64_t _bandwidthUsedInLastSecond = 0;
-    std::optional<platform::Seconds> _bandwidthMeasurementDate;  ///< When the period ends.
-    std::deque<std::uint64_t> _bandwidthUsageTracker;            ///< Oldest first.
-    std::uint64_t _averageBandwidthUsedPerSecond = 0;
-    std::optional<platform::Seconds> _throttleWakeUpTime;
+    platform::Clock& clock_;
+    mutable std::mutex bandwidthLock_;  ///< Guards all that follows.
+    std::uint64_t maxBandwidthPerSecond_ = 0;
+    std::uint64_t bandwidthUsedInLastSecond_ = 0;
+    std::optional<platform::Seconds> bandwidthMeasurementDate_;  ///< When the period ends.
+    std::deque<std::uint64_t> bandwidthUsageTracker_;            ///< Oldest first.
+    std::uint64_t averageBandwidthUsedPerSecond_ = 0;
+    std::optional<platform::Seconds> throttleWakeUpTime_;
 };
 
 }  // namespace http

@@ -21,60 +21,61 @@ ConnectionTarget ConnectionTarget::of(const platform::Url& url) {
 
 ConnectionTable::Entry ConnectionTable::acquire(const ConnectionTarget& target,
                                                 const std::shared_ptr<TransferLoop>& loop,
-                                                const Entry& current, std::uint32_t& requestID) {
-    const std::scoped_lock guard(_connectionLock);
+                                                const Entry& current, std::uint32_t& requestID,
+                                                bool mustBeNew) {
+    const std::scoped_lock guard(connectionLock_);
     expirePersistentConnections();
     const auto isUsable = [&](const Entry& entry) {
         return !entry->request && entry->target == target && entry->loop.lock() == loop;
     };
     // Expiry has just taken out what is due, so what is in the table is good.
     Entry entry;
-    for (const Entry& other : _entries)
-        if (isUsable(other) && (entry == nullptr || entry != current))
+    for (const Entry& other : entries_)
+        if (!mustBeNew && isUsable(other) && (entry == nullptr || entry != current))
             entry = other;
     if (entry == nullptr) {
         entry = std::make_shared<ConnectionEntry>();
-        entry->id = ++_lastID;
+        entry->id = ++lastID_;
         entry->target = target;
         entry->loop = loop;
-        _entries.push_back(entry);
+        entries_.push_back(entry);
     }
     if (requestID == 0)
-        requestID = ++_lastRequestID;
+        requestID = ++lastRequestID_;
     entry->request = requestID;
     return entry;
 }
 
 void ConnectionTable::release(const Entry& entry, std::uint32_t requestID,
                               platform::Seconds timeout, bool keepsSocket) {
-    const std::scoped_lock guard(_connectionLock);
+    const std::scoped_lock guard(connectionLock_);
     if (entry->request != requestID)
         return;
     if (!keepsSocket)
         dispose(entry);
     entry->request.reset();
-    entry->expires = _clock.monotonic() + timeout;
+    entry->expires = clock_.monotonic() + timeout;
     limitFreeConnections();
 }
 
 void ConnectionTable::stampExpiry(const Entry& entry, platform::Seconds timeout) {
-    const std::scoped_lock guard(_connectionLock);
-    entry->expires = _clock.monotonic() + timeout;
+    const std::scoped_lock guard(connectionLock_);
+    entry->expires = clock_.monotonic() + timeout;
 }
 
 void ConnectionTable::remove(const Entry& entry, std::uint32_t requestID) {
-    const std::scoped_lock guard(_connectionLock);
+    const std::scoped_lock guard(connectionLock_);
     if (entry->request && entry->request != requestID)
         return;
     entry->request.reset();
-    std::erase(_entries, entry);
+    std::erase(entries_, entry);
     dispose(entry);
 }
 
 void ConnectionTable::expirePersistentConnections() {
-    const std::scoped_lock guard(_connectionLock);
-    const platform::Seconds now = _clock.monotonic();
-    std::erase_if(_entries, [&](const Entry& entry) {
+    const std::scoped_lock guard(connectionLock_);
+    const platform::Seconds now = clock_.monotonic();
+    std::erase_if(entries_, [&](const Entry& entry) {
         const bool isDue = !entry->request && (!entry->expires || *entry->expires <= now);
         if (isDue)
             dispose(entry);
@@ -84,15 +85,15 @@ void ConnectionTable::expirePersistentConnections() {
 
 void ConnectionTable::limitFreeConnections() {
     const auto isFree = [](const Entry& entry) { return !entry->request; };
-    if (std::count_if(_entries.begin(), _entries.end(), isFree) <= maximumFreeConnections)
+    if (std::count_if(entries_.begin(), entries_.end(), isFree) <= maximumFreeConnections)
         return;
-    const auto soonest = std::min_element(_entries.begin(), _entries.end(),
+    const auto soonest = std::min_element(entries_.begin(), entries_.end(),
                                           [&](const Entry& one, const Entry& other) {
                                               return std::pair(!isFree(one), one->expires) <
                                                      std::pair(!isFree(other), other->expires);
                                           });
     dispose(*soonest);
-    _entries.erase(soonest);
+    entries_.erase(soonest);
 }
 
 /// A socket can be closed only where its loop runs.
@@ -106,8 +107,8 @@ void ConnectionTable::dispose(const Entry& entry) {
 void ConnectionTable::removeAllOfLoop(const TransferLoop* loop) {
     // Sockets close here, on their thread, whoever still holds the entries.
     std::vector<std::shared_ptr<platform::HTTPConnectionIdentity>> closing;
-    const std::scoped_lock guard(_connectionLock);
-    std::erase_if(_entries, [&](const Entry& entry) {
+    const std::scoped_lock guard(connectionLock_);
+    std::erase_if(entries_, [&](const Entry& entry) {
         const bool isOfLoop = entry->loop.lock().get() == loop;
         if (isOfLoop)
             closing.push_back(std::move(entry->identity));
@@ -116,18 +117,18 @@ void ConnectionTable::removeAllOfLoop(const TransferLoop* loop) {
 }
 
 std::size_t ConnectionTable::count() const {
-    const std::scoped_lock guard(_connectionLock);
-    return _entries.size();
+    const std::scoped_lock guard(connectionLock_);
+    return entries_.size();
 }
 
 void ConnectionTable::countScheduledStream(int difference) {
-    const std::scoped_lock guard(_connectionLock);
-    _scheduledStreams += difference;
+    const std::scoped_lock guard(connectionLock_);
+    scheduledStreams_ += difference;
 }
 
 bool ConnectionTable::hasScheduledStreams() const {
-    const std::scoped_lock guard(_connectionLock);
-    return _scheduledStreams > 0;
+    const std::scoped_lock guard(connectionLock_);
+    return scheduledStreams_ > 0;
 }
 
 }  // namespace http

@@ -51,14 +51,14 @@ class ConnectionTable {
 public:
     using Entry = std::shared_ptr<ConnectionEntry>;
 
-    explicit ConnectionTable(platform::Clock& clock) : _clock(clock) {}
+    explicit ConnectionTable(platform::Clock& clock) : clock_(clock) {}
 
     /// A free connection to `target` on that loop, the latest in the table, or a new one, taken
     /// for the request. `current`: the one that the request had before; null: none. `requestID` 0
-    /// is given the next number.
+    /// is given the next number. `mustBeNew`: those that are kept are not trusted.
     [[nodiscard]] Entry acquire(const ConnectionTarget& target,
                                 const std::shared_ptr<TransferLoop>& loop, const Entry& current,
-                                std::uint32_t& requestID);
+                                std::uint32_t& requestID, bool mustBeNew = false);
     /// The request that uses it is done with it; it may be had by others for so many seconds, if
     /// not `keepsSocket` with a fresh socket.
     void release(const Entry& entry, std::uint32_t requestID, platform::Seconds timeout,
@@ -81,12 +81,12 @@ private:
     void dispose(const Entry& entry);
     void limitFreeConnections();
 
-    platform::Clock& _clock;
-    mutable std::recursive_mutex _connectionLock;  ///< Guards all that follows, entries too.
-    std::vector<Entry> _entries;
-    std::uint32_t _lastID = 0;
-    std::uint32_t _lastRequestID = 0;
-    int _scheduledStreams = 0;
+    platform::Clock& clock_;
+    mutable std::recursive_mutex connectionLock_;  ///< Guards all that follows, entries too.
+    std::vector<Entry> entries_;
+    std::uint32_t lastID_ = 0;
+    std::uint32_t lastRequestID_ = 0;
+    int scheduledStreams_ = 0;
 };
 
 }  // namespace http

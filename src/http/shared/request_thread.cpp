@@ -7,31 +7,31 @@ namespace http {
 
 RequestThread::RequestThread(platform::Clock& clock, const BandwidthAccount& bandwidth,
                              ConnectionTable& connections)
-    : _clock(clock), _bandwidth(bandwidth), _connections(connections) {}
+    : clock_(clock), bandwidth_(bandwidth), connections_(connections) {}
 
 RequestThread::~RequestThread() {
     stop();
 }
 
 std::shared_ptr<TransferLoop> RequestThread::loop() {
-    const std::scoped_lock guard(_lock);
-    if (_stopped)
+    const std::scoped_lock guard(lock_);
+    if (stopped_)
         return nullptr;
-    if (_thread == nullptr) {
-        _thread = std::make_unique<platform::NetworkThread>(_clock);
-        _loop = std::make_shared<TransferLoop>(_thread->loop(), _bandwidth, _connections);
+    if (thread_ == nullptr) {
+        thread_ = std::make_unique<platform::NetworkThread>(clock_);
+        loop_ = std::make_shared<TransferLoop>(thread_->loop(), bandwidth_, connections_);
     }
-    return _loop;
+    return loop_;
 }
 
 void RequestThread::stop() {
     std::unique_ptr<platform::NetworkThread> thread;
     std::shared_ptr<TransferLoop> loop;
     {
-        const std::scoped_lock guard(_lock);
-        _stopped = true;
-        thread = std::move(_thread);
-        loop = std::move(_loop);
+        const std::scoped_lock guard(lock_);
+        stopped_ = true;
+        thread = std::move(thread_);
+        loop = std::move(loop_);
     }
     if (thread != nullptr)
         loop->post([loop] { loop->close(); });

@@ -31,13 +31,13 @@ public:
     void stop();
 
 private:
-    platform::Clock& _clock;
-    const BandwidthAccount& _bandwidth;
-    ConnectionTable& _connections;
-    std::mutex _lock;  ///< Guards all that follows.
-    bool _stopped = false;
-    std::unique_ptr<platform::NetworkThread> _thread;
-    std::shared_ptr<TransferLoop> _loop;
+    platform::Clock& clock_;
+    const BandwidthAccount& bandwidth_;
+    ConnectionTable& connections_;
+    std::mutex lock_;  ///< Guards all that follows.
+    bool stopped_ = false;
+    std::unique_ptr<platform::NetworkThread> thread_;
+    std::shared_ptr<TransferLoop> loop_;
 };
 
 }  // namespace http

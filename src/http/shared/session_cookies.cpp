@@ -7,29 +7,29 @@ namespace http {
 using platform::Cookie;
 
 std::vector<Cookie> SessionCookies::cookies() const {
-    const std::scoped_lock guard(_sessionCookieLock);
-    return _cookies;
+    const std::scoped_lock guard(sessionCookieLock_);
+    return cookies_;
 }
 
 void SessionCookies::setCookies(std::vector<Cookie> cookies) {
-    const std::scoped_lock guard(_sessionCookieLock);
-    for (const Cookie& cookie : _cookies)
+    const std::scoped_lock guard(sessionCookieLock_);
+    for (const Cookie& cookie : cookies_)
         platform::sharedCookieStorage().deleteCookie(cookie);
-    _cookies = std::move(cookies);
+    cookies_ = std::move(cookies);
 }
 
 void SessionCookies::addCookie(const Cookie& cookie) {
-    const std::scoped_lock guard(_sessionCookieLock);
-    const auto former = std::find_if(_cookies.begin(), _cookies.end(), [&](const Cookie& other) {
+    const std::scoped_lock guard(sessionCookieLock_);
+    const auto former = std::find_if(cookies_.begin(), cookies_.end(), [&](const Cookie& other) {
         return other.isSameCookie(cookie);
     });
-    if (former != _cookies.end())
-        _cookies.erase(former);
-    _cookies.push_back(cookie);
-    if (_cookies.size() <= platform::mostCookies)
+    if (former != cookies_.end())
+        cookies_.erase(former);
+    cookies_.push_back(cookie);
+    if (cookies_.size() <= platform::mostCookies)
         return;
-    platform::sharedCookieStorage().deleteCookie(_cookies.front());
-    _cookies.erase(_cookies.begin());
+    platform::sharedCookieStorage().deleteCookie(cookies_.front());
+    cookies_.erase(cookies_.begin());
 }
 
 }  // namespace http

@@ -19,8 +19,8 @@ public:
     void addCookie(const platform::Cookie& cookie);
 
 private:
-    mutable std::recursive_mutex _sessionCookieLock;  ///< Guards the list.
-    std::vector<platform::Cookie> _cookies;
+    mutable std::recursive_mutex sessionCookieLock_;  ///< Guards the list.
+    std::vector<platform::Cookie> cookies_;
 };
 
 }  // namespace http

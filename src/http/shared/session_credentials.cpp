@@ -27,29 +27,29 @@ bool fits(const SessionEntry& entry, const SessionSearch& search) {
 }  // namespace
 
 void SessionEntries::store(SessionEntry entry) {
-    const std::scoped_lock guard(_sessionCredentialsLock);
+    const std::scoped_lock guard(sessionCredentialsLock_);
     removeUnderLock(entry.credentials);
-    if (_entries.size() >= mostEntries)
-        _entries.erase(_entries.begin());
-    _entries.push_back(std::move(entry));
+    if (entries_.size() >= mostEntries)
+        entries_.erase(entries_.begin());
+    entries_.push_back(std::move(entry));
 }
 
 void SessionEntries::remove(const Credentials& credentials) {
-    const std::scoped_lock guard(_sessionCredentialsLock);
+    const std::scoped_lock guard(sessionCredentialsLock_);
     removeUnderLock(credentials);
 }
 
 void SessionEntries::removeUnderLock(const Credentials& credentials) {
     const auto entry =
-        std::find_if(_entries.begin(), _entries.end(),
+        std::find_if(entries_.begin(), entries_.end(),
                      [&](const SessionEntry& stored) { return stored.credentials == credentials; });
-    if (entry != _entries.end())
-        _entries.erase(entry);
+    if (entry != entries_.end())
+        entries_.erase(entry);
 }
 
 void SessionEntries::clear() {
-    const std::scoped_lock guard(_sessionCredentialsLock);
-    _entries.clear();
+    const std::scoped_lock guard(sessionCredentialsLock_);
+    entries_.clear();
 }
 
 std::optional<SessionEntry> findSessionEntry(const SessionEntries& entries,

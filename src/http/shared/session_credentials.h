@@ -36,8 +36,8 @@ public:
 
     template <typename Predicate>
     [[nodiscard]] std::optional<SessionEntry> first(Predicate isWanted) const {
-        const std::scoped_lock guard(_sessionCredentialsLock);
-        for (const SessionEntry& entry : _entries) {
+        const std::scoped_lock guard(sessionCredentialsLock_);
+        for (const SessionEntry& entry : entries_) {
             if (isWanted(entry))
                 return entry;
         }
@@ -47,8 +47,8 @@ public:
 private:
     void removeUnderLock(const Credentials& credentials);
 
-    mutable std::recursive_mutex _sessionCredentialsLock;  ///< Guards the list.
-    std::vector<SessionEntry> _entries;
+    mutable std::recursive_mutex sessionCredentialsLock_;  ///< Guards the list.
+    std::vector<SessionEntry> entries_;
 };
 
 /// What a request looks for. Empty texts: anything will do.

@@ -9,35 +9,35 @@
 namespace http {
 
 platform::Seconds RequestDefaults::timeOutSeconds() const {
-    const std::scoped_lock guard(_lock);
-    return _timeOutSeconds;
+    const std::scoped_lock guard(lock_);
+    return timeOutSeconds_;
 }
 
 void RequestDefaults::setTimeOutSeconds(platform::Seconds seconds) {
-    const std::scoped_lock guard(_lock);
-    _timeOutSeconds = seconds;
+    const std::scoped_lock guard(lock_);
+    timeOutSeconds_ = seconds;
 }
 
 QString RequestDefaults::userAgentString() {
-    const std::scoped_lock guard(_lock);
-    if (!_userAgentString)
-        _userAgentString = userAgentForProgram(currentProgramIdentity(), QLocale().name());
-    return *_userAgentString;
+    const std::scoped_lock guard(lock_);
+    if (!userAgentString_)
+        userAgentString_ = userAgentForProgram(currentProgramIdentity(), QLocale().name());
+    return *userAgentString_;
 }
 
 void RequestDefaults::setUserAgentString(const QString& text) {
-    const std::scoped_lock guard(_lock);
-    _userAgentString = text;
+    const std::scoped_lock guard(lock_);
+    userAgentString_ = text;
 }
 
 std::shared_ptr<ResponseCache> RequestDefaults::cache() const {
-    const std::scoped_lock guard(_lock);
-    return _cache;
+    const std::scoped_lock guard(lock_);
+    return cache_;
 }
 
 void RequestDefaults::setCache(std::shared_ptr<ResponseCache> cache) {
-    const std::scoped_lock guard(_lock);
-    _cache = std::move(cache);
+    const std::scoped_lock guard(lock_);
+    cache_ = std::move(cache);
 }
 
 SharedState::SharedState(platform::Clock& theClock)

@@ -30,18 +30,17 @@ public:
     void setCache(std::shared_ptr<ResponseCache> cache);
 
 private:
-    mutable std::mutex _lock;  ///< Guards all that follows.
-    platform::Seconds _timeOutSeconds = 10;
-    std::optional<QString> _userAgentString;
-    std::shared_ptr<ResponseCache> _cache;
+    mutable std::mutex lock_;  ///< Guards all that follows.
+    platform::Seconds timeOutSeconds_ = 10;
+    std::optional<QString> userAgentString_;
+    std::shared_ptr<ResponseCache> cache_;
 };
 
 /// The parts that all requests of a session share. Each has its own lock; they are named after what
 /// they guard: the connection lock (ConnectionTable), the bandwidth lock (BandwidthAccount), the
 /// session cookie lock (SessionCookies), the session credential lock (SessionEntries), the waiting
-/// lock (WaitingRequests) and those below. A request's own `_cancelledLock` is taken before any of
-/// them, the delegate authentication lock before the session credential lock, and no two others
-/// together.
+/// lock (WaitingRequests) and those below. docs/architecture.md has the order in which they are
+/// taken.
 ///
 /// A request keeps this alive, so it may outlive the session; what it then posts to the thread is
 /// dropped. Any thread.

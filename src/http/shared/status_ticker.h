@@ -35,9 +35,9 @@ private:
     void schedule();
     void tickAll();
 
-    platform::RunLoop& _loop;
-    const BandwidthAccount& _bandwidth;
-    std::map<const void*, std::function<void()>> _ticks;
+    platform::RunLoop& loop_;
+    const BandwidthAccount& bandwidth_;
+    std::map<const void*, std::function<void()>> ticks_;
 };
 
 }  // namespace http

@@ -7,40 +7,40 @@ namespace http {
 
 TransferLoop::TransferLoop(platform::NetworkLoop& network, const BandwidthAccount& bandwidth,
                            ConnectionTable& connections)
-    : _network(&network),
-      _connections(connections),
-      _ticker(std::make_unique<StatusTicker>(network.calls(), bandwidth)) {}
+    : network_(&network),
+      connections_(connections),
+      ticker_(std::make_unique<StatusTicker>(network.calls(), bandwidth)) {}
 
 TransferLoop::~TransferLoop() = default;
 
 void TransferLoop::post(Call call) {
-    const std::scoped_lock guard(_lock);
-    if (_network == nullptr)
+    const std::scoped_lock guard(lock_);
+    if (network_ == nullptr)
         return;
-    _network->calls().post([self = shared_from_this(), call = std::move(call)] {
+    network_->calls().post([self = shared_from_this(), call = std::move(call)] {
         if (!self->isClosed())
             call();
     });
 }
 
 void TransferLoop::addClient(Client* client) {
-    _clients.insert(client);
+    clients_.insert(client);
 }
 
 void TransferLoop::removeClient(Client* client) {
-    _clients.erase(client);
+    clients_.erase(client);
 }
 
 void TransferLoop::close() {
-    while (!_clients.empty()) {
-        Client* const client = *_clients.begin();
-        _clients.erase(_clients.begin());
+    while (!clients_.empty()) {
+        Client* const client = *clients_.begin();
+        clients_.erase(clients_.begin());
         client->loopWillEnd();
     }
-    _connections.removeAllOfLoop(this);
-    _ticker.reset();
-    const std::scoped_lock guard(_lock);
-    _network = nullptr;
+    connections_.removeAllOfLoop(this);
+    ticker_.reset();
+    const std::scoped_lock guard(lock_);
+    network_ = nullptr;
 }
 
 }  // namespace http

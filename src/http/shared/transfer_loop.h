@@ -41,10 +41,10 @@ public:
 
     // The loop's thread only.
 
-    [[nodiscard]] bool isClosed() const { return _network == nullptr; }
+    [[nodiscard]] bool isClosed() const { return network_ == nullptr; }
     /// Not after `close`.
-    [[nodiscard]] platform::NetworkLoop& network() { return *_network; }
-    [[nodiscard]] StatusTicker& ticker() { return *_ticker; }
+    [[nodiscard]] platform::NetworkLoop& network() { return *network_; }
+    [[nodiscard]] StatusTicker& ticker() { return *ticker_; }
     void addClient(Client* client);
     void removeClient(Client* client);
     /// Ends the loop for all who use it and closes its connections; the network loop itself goes
@@ -52,11 +52,11 @@ public:
     void close();
 
 private:
-    std::mutex _lock;  ///< Guards _network against posting while the loop ends.
-    platform::NetworkLoop* _network;
-    ConnectionTable& _connections;
-    std::unique_ptr<StatusTicker> _ticker;
-    std::set<Client*> _clients;
+    std::mutex lock_;  ///< Guards network_ against posting while the loop ends.
+    platform::NetworkLoop* network_;
+    ConnectionTable& connections_;
+    std::unique_ptr<StatusTicker> ticker_;
+    std::set<Client*> clients_;
 };
 
 }  // namespace http

@@ -17,8 +17,8 @@ public:
     [[nodiscard]] std::vector<std::shared_ptr<HTTPRequest>> takeAll();
 
 private:
-    std::mutex _waitingLock;  ///< Guards the list.
-    std::vector<std::weak_ptr<HTTPRequest>> _requests;
+    std::mutex waitingLock_;  ///< Guards the list.
+    std::vector<std::weak_ptr<HTTPRequest>> requests_;
 };
 
 }  // namespace http

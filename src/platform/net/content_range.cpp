@@ -29,14 +29,19 @@ std::optional<QStringView> afterUnit(QStringView text, QChar separator) {
     return text.mid(1).trimmed();
 }
 
-struct ContentRange {
-    std::uint64_t first, last;
-    std::optional<std::uint64_t> total;
-};
+/// The first byte that an answer to `asked` begins with. Nothing: not known.
+std::optional<std::uint64_t> expectedStart(const AskedRange& asked, const ContentRange& got) {
+    if (asked.kind != AskedRange::Kind::Suffix)
+        return asked.first;
+    if (!got.total)
+        return std::nullopt;
+    return *got.total - std::min(*got.total, asked.last.value_or(0));
+}
 
-/// Nothing: malformed or in itself impossible (RFC 9110, 14.4).
-std::optional<ContentRange> parseContentRange(const QString& text) {
-    const auto range = afterUnit(text, u' ');
+}  // namespace
+
+std::optional<ContentRange> contentRange(const QString& field) {
+    const auto range = afterUnit(field, u' ');
     if (!range)
         return std::nullopt;
     const qsizetype dash = range->indexOf(u'-');
@@ -52,17 +57,6 @@ std::optional<ContentRange> parseContentRange(const QString& text) {
         return std::nullopt;
     return ContentRange{*first, *last, total};
 }
-
-/// The first byte that an answer to `asked` begins with. Nothing: not known.
-std::optional<std::uint64_t> expectedStart(const AskedRange& asked, const ContentRange& got) {
-    if (asked.kind != AskedRange::Kind::Suffix)
-        return asked.first;
-    if (!got.total)
-        return std::nullopt;
-    return *got.total - std::min(*got.total, asked.last.value_or(0));
-}
-
-}  // namespace
 
 AskedRange askedRange(const HTTPHeaders& request) {
     const auto field = request.value(u"Range"_s);
@@ -97,7 +91,7 @@ QString contradictionOfPartialContent(const HTTPHeaders& response, const AskedRa
                    ? QString()
                    : u"the server did not say which part of the document it sends"_s;
     }
-    const auto got = parseContentRange(*field);
+    const auto got = contentRange(*field);
     if (!got)
         return u"the server named the part that it sends as \"%1\""_s.arg(*field);
     const auto start = expectedStart(asked, *got);

@@ -7,6 +7,15 @@
 
 namespace platform {
 
+/// What a response's "Content-Range" says.
+struct ContentRange {
+    std::uint64_t first = 0, last = 0;   ///< Both belong to it.
+    std::optional<std::uint64_t> total;  ///< Of the whole document. Nothing: not known.
+};
+
+/// Nothing: malformed or in itself impossible (RFC 9110, 14.4).
+[[nodiscard]] std::optional<ContentRange> contentRange(const QString& field);
+
 /// What a request's "Range" asks for (RFC 9110, 14.2).
 struct AskedRange {
     enum class Kind {

@@ -95,6 +95,18 @@ bool CookieJar::remove(const Cookie& cookie) {
     return wasPersistent;
 }
 
+bool CookieJar::hidesSecureCookie(const Cookie& cookie) const {
+    const auto isHidden = [&cookie](const Entry& entry) {
+        const Cookie& kept = entry.cookie;
+        return kept.secure && kept.name == cookie.name && pathMatches(cookie.path, kept.path);
+    };
+    return std::any_of(domains_.begin(), domains_.end(), [&](const auto& each) {
+        const auto& [name, domain] = each;
+        return (domainMatches(cookie.domain, name) || domainMatches(name, cookie.domain)) &&
+               std::any_of(domain.begin(), domain.end(), isHidden);
+    });
+}
+
 void CookieJar::makeRoom(const QString& domain) {
     const auto older = [](const Entry& a, const Entry& b) { return a.lastUsed < b.lastUsed; };
     const auto dropOldest = [&](std::map<QString, Domain>::iterator place) {

@@ -16,6 +16,9 @@ public:
     /// one that it replaces.
     bool set(Cookie cookie);
     bool remove(const Cookie& cookie);
+    /// Whether it would take the place of one that only secure servers may set, or be sent beside
+    /// it (RFC 6265bis).
+    [[nodiscard]] bool hidesSecureCookie(const Cookie& cookie) const;
     /// Those with a date that has not passed.
     [[nodiscard]] std::vector<Cookie> persistentCookies() const;
 

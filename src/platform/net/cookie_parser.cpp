@@ -28,11 +28,12 @@ Pair splitPair(QStringView text) {
 }
 
 bool hasControls(const QString& text) {
-    return std::any_of(text.begin(), text.end(),
-                       [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7f; });
+    return std::any_of(text.begin(), text.end(), [](QChar c) {
+        return (c.unicode() < 0x20 && c != u'\t') || c.unicode() == 0x7f;
+    });
 }
 
-/// Nothing: not a number (RFC 6265, 5.2.2).
+/// Nothing: not a number (RFC 6265bis).
 std::optional<QDateTime> expiryAfter(const QString& seconds) {
     constexpr qint64 tenYears = 10LL * 366 * 86400;
     bool isNumber = false;
@@ -47,8 +48,11 @@ std::optional<QDateTime> expiryAfter(const QString& seconds) {
 
 class Parser {
 public:
-    explicit Parser(const Url& url) : host_(url.host().toLower()) {
-        cookie_.path = defaultCookiePath(url.encodedPath());
+    explicit Parser(const Url& url)
+        : host_(url.host().toLower()),
+          defaultPath_(defaultCookiePath(url.encodedPath())),
+          isSecureOrigin_(url.hasScheme("https")) {
+        cookie_.path = defaultPath_;
     }
 
     /// Nothing: to be ignored.
@@ -62,7 +66,7 @@ public:
         cookie_.value = first.value;
         for (qsizetype i = 1; i < parts.size(); ++i)
             apply(splitPair(parts[i]));
-        return takeDomain() ? std::optional<Cookie>(cookie_) : std::nullopt;
+        return takeDomain() && keepsPromises() ? std::optional<Cookie>(cookie_) : std::nullopt;
     }
 
 private:
@@ -75,14 +79,20 @@ private:
             cookie_.secure = true;
         else if (name == "httponly"_L1)
             cookie_.httpOnly = true;
-        else if (name == "path"_L1 && value.startsWith(u'/'))
-            cookie_.path = value;
-        else if (name == "domain"_L1 && !value.isEmpty())
+        else if (name == "path"_L1)
+            takePath(value);
+        else if (name == "domain"_L1)
             domain_ = (value.startsWith(u'.') ? value.mid(1) : value).toLower();
         else if (name == "expires"_L1 && !hasMaximumAge_)
             takeExpiry(cookieDate(value));
         else if (name == "max-age"_L1)
             takeMaximumAge(value);
+    }
+
+    /// The last one counts, and one that is none restores the default.
+    void takePath(const QString& value) {
+        hasPath_ = value.startsWith(u'/');
+        cookie_.path = hasPath_ ? value : defaultPath_;
     }
 
     void takeExpiry(const QDateTime& date) {
@@ -97,7 +107,20 @@ private:
         cookie_.expires = expiry.value_or(cookie_.expires);
     }
 
-    /// RFC 6265, 5.3, steps 5 and 6. False: a foreign domain.
+    /// Only a server that cannot be impersonated may say "Secure", and a name may promise more
+    /// (RFC 6265bis).
+    [[nodiscard]] bool keepsPromises() const {
+        const auto promises = [this](QLatin1String prefix) {
+            return cookie_.name.startsWith(prefix, Qt::CaseInsensitive);
+        };
+        const bool isForHostAlone =
+            cookie_.hostOnly && domain_.isEmpty() && hasPath_ && cookie_.path == "/"_L1;
+        return (isSecureOrigin_ || !cookie_.secure) &&
+               (cookie_.secure || !(promises("__Secure-"_L1) || promises("__Host-"_L1))) &&
+               (isForHostAlone || !promises("__Host-"_L1));
+    }
+
+    /// False: a foreign domain.
     [[nodiscard]] bool takeDomain() {
         cookie_.domain = host_;
         cookie_.hostOnly = domain_.isEmpty() || (domain_ == host_ && isPublicSuffix(domain_));
@@ -107,7 +130,10 @@ private:
         return domainMatches(host_, domain_) && !isPublicSuffix(domain_);
     }
 
-    QString host_, domain_;
+    const QString host_, defaultPath_;
+    const bool isSecureOrigin_;
+    QString domain_;
+    bool hasPath_ = false;
     bool hasMaximumAge_ = false;
     Cookie cookie_;
 };

@@ -25,7 +25,9 @@ QString defaultCookiePath(const QString& requestPath) {
 }
 
 bool isPublicSuffix(const QString& domain) {
-    return psl_is_public_suffix(psl_builtin(), domain.toUtf8().constData()) != 0;
+    // The list knows no names that are written out to the root.
+    const QString name = domain.endsWith(u'.') ? domain.chopped(1) : domain;
+    return psl_is_public_suffix(psl_builtin(), name.toUtf8().constData()) != 0;
 }
 
 }  // namespace platform

@@ -45,7 +45,8 @@ public:
         for (Cookie cookie : cookies) {
             if (cookie.domain.isEmpty())
                 cookie.domain = url.host().toLower();
-            noteChange(jar_.set(std::move(cookie)));
+            if (url.hasScheme("https") || !jar_.hidesSecureCookie(cookie))
+                noteChange(jar_.set(std::move(cookie)));
         }
     }
 

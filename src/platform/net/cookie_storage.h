@@ -10,7 +10,7 @@
 
 namespace platform {
 
-/// RFC 6265.
+/// RFC 6265bis, as browsers have it.
 struct Cookie {
     QString name, value, domain, path;
     bool hostOnly = true;
@@ -27,8 +27,9 @@ struct Cookie {
 /// No jar keeps more than so many, in all and of one domain; the least recently used go first.
 inline constexpr std::size_t mostCookies = 3000, mostCookiesInDomain = 180;
 
-/// The cookies of a response to `url`; malformed ones and those for foreign or public-suffix
-/// domains are left out, and so are those past as many as a domain may have.
+/// The cookies of a response to `url`; left out are malformed ones, those for foreign or
+/// public-suffix domains, those that promise more security than they have, and those past as many
+/// as a domain may have.
 [[nodiscard]] std::vector<Cookie> cookiesFromHeaders(const HTTPHeaders& headers, const Url& url);
 
 /// The jar that all requests share. Any thread.
@@ -37,6 +38,7 @@ public:
     virtual ~CookieStorage() = default;
     /// Those to send, longest path first.
     [[nodiscard]] virtual std::vector<Cookie> cookiesForUrl(const Url& url) const = 0;
+    /// A `url` that is not https leaves cookies alone that were set as secure.
     virtual void setCookies(const std::vector<Cookie>& cookies, const Url& url) = 0;
     virtual void deleteCookie(const Cookie& cookie) = 0;
 };

@@ -1,7 +1,11 @@
 #include "platform/net/digest_authentication.h"
 
+#include <openssl/evp.h>
+
+#include <QCryptographicHash>
 #include <QList>
 #include <algorithm>
+#include <array>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -28,8 +32,13 @@ bool setAlgorithm(DigestChallenge& digest, const QByteArray& algorithm) {
     digest.isForSession = name.endsWith("-SESS");
     if (digest.isForSession)
         name.chop(5);
-    digest.hash = name == "SHA-256" ? QCryptographicHash::Sha256 : QCryptographicHash::Md5;
-    return name.isEmpty() || name == "MD5" || name == "SHA-256";
+    if (name == "SHA-256")
+        digest.hash = DigestHash::Sha256;
+    else if (name == "SHA-512-256")
+        digest.hash = DigestHash::Sha512_256;
+    else
+        return name.isEmpty() || name == "MD5";
+    return true;
 }
 
 /// False: only kinds of protection that we do not have.
@@ -40,8 +49,25 @@ bool setProtection(DigestChallenge& digest, const QString& kinds) {
     return digest.protectsRequestLine;
 }
 
+/// Not the first half of SHA-512: it begins from other values (FIPS 180-4, 6.7).
+QByteArray sha512_256(const QByteArray& text) {
+    std::array<unsigned char, EVP_MAX_MD_SIZE> hash{};
+    unsigned size = 0;
+    const int done = EVP_Digest(text.constData(), static_cast<std::size_t>(text.size()),
+                                hash.data(), &size, EVP_sha512_256(), nullptr);
+    return {reinterpret_cast<const char*>(hash.data()), done == 1 ? static_cast<int>(size) : 0};
+}
+
 QByteArray hashed(const DigestChallenge& challenge, const QByteArray& text) {
-    return QCryptographicHash::hash(text, challenge.hash).toHex();
+    switch (challenge.hash) {
+        case DigestHash::Sha256:
+            return QCryptographicHash::hash(text, QCryptographicHash::Sha256).toHex();
+        case DigestHash::Sha512_256:
+            return sha512_256(text).toHex();
+        case DigestHash::Md5:
+            break;
+    }
+    return QCryptographicHash::hash(text, QCryptographicHash::Md5).toHex();
 }
 
 QByteArray countText(quint32 count) {
@@ -68,6 +94,7 @@ std::optional<DigestChallenge> digestChallenge(const HTTPChallenge& challenge) {
     digest.nonce = parameters.value(u"nonce"_s).toUtf8();
     if (parameters.contains(u"opaque"_s))
         digest.opaque = parameters.value(u"opaque"_s).toUtf8();
+    digest.hidesName = parameters.value(u"userhash"_s).compare("true"_L1, Qt::CaseInsensitive) == 0;
     digest.isStale = parameters.value(u"stale"_s).compare("true"_L1, Qt::CaseInsensitive) == 0;
     const bool isSendable = !digest.nonce.isEmpty() && !hasControlCharacters(digest.nonce) &&
                             !hasControlCharacters(digest.realm) &&
@@ -83,8 +110,10 @@ std::optional<QByteArray> digestAnswer(const DigestChallenge& challenge,
                                        const DigestAnswerParts& parts) {
     if (hasControlCharacters(parts.user))
         return std::nullopt;
+    const QByteArray name =
+        challenge.hidesName ? hashed(challenge, parts.user + ':' + challenge.realm) : parts.user;
     QList<QByteArray> fields{
-        "username=" + quoted(parts.user),
+        "username=" + quoted(name),
         "realm=" + quoted(challenge.realm),
         "nonce=" + quoted(challenge.nonce),
         "uri=" + quoted(parts.target),
@@ -92,6 +121,8 @@ std::optional<QByteArray> digestAnswer(const DigestChallenge& challenge,
     };
     if (!challenge.algorithm.isEmpty())
         fields += "algorithm=" + challenge.algorithm;
+    if (challenge.hidesName)
+        fields += "userhash=true";
     if (challenge.opaque)
         fields += "opaque=" + quoted(*challenge.opaque);
     if (challenge.protectsRequestLine)

@@ -1,23 +1,25 @@
 #pragma once
 
 #include <QByteArray>
-#include <QCryptographicHash>
 #include <optional>
 
 #include "platform/net/http_challenge.h"
 
 namespace platform {
 
-/// A challenge of the Digest scheme that can be answered (RFC 7616): MD5 or SHA-256, plain or for a
-/// session, without protection or with that of the request line.
+enum class DigestHash { Md5, Sha256, Sha512_256 };
+
+/// A challenge of the Digest scheme that can be answered (RFC 7616): any of its algorithms, plain
+/// or for a session, without protection or with that of the request line.
 struct DigestChallenge {
     QByteArray realm, nonce;
     std::optional<QByteArray> opaque;
     QByteArray algorithm;  ///< As written. Empty: none was, which means MD5.
-    QCryptographicHash::Algorithm hash = QCryptographicHash::Md5;
+    DigestHash hash = DigestHash::Md5;
     bool isForSession = false;
     bool protectsRequestLine = false;
-    bool isStale = false;  ///< What was answered was right, but its nonce too old.
+    bool hidesName = false;  ///< The user's name is sent as a hash.
+    bool isStale = false;    ///< What was answered was right, but its nonce too old.
 };
 
 /// Nothing: it cannot be answered, because of what it asks for or because its texts could not be

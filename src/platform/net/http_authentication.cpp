@@ -1,6 +1,7 @@
 #include "platform/net/http_authentication.h"
 
 #include <QRandomGenerator>
+#include <algorithm>
 #include <array>
 
 using namespace Qt::Literals::StringLiterals;
@@ -18,6 +19,16 @@ std::vector<HTTPChallenge> challengesOf(const HTTPResponseHead& response) {
                              ? u"Proxy-Authenticate"_s
                              : u"WWW-Authenticate"_s;
     return challengesFromFields(response.headers.values(name));
+}
+
+bool isDigestWith(const HTTPChallenge& offer, QLatin1String algorithm) {
+    return offer.hasScheme("Digest"_L1) &&
+           offer.parameters.value(u"algorithm"_s).startsWith(algorithm, Qt::CaseInsensitive);
+}
+
+/// The transport widens each byte of them to the 16 bits of NTLM.
+bool isLatin1(const QString& text) {
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x100; });
 }
 
 QString withoutControlCharacters(QString text) {
@@ -54,13 +65,10 @@ std::shared_ptr<HTTPAuthentication> HTTPAuthentication::createFromResponse(
 
 bool HTTPAuthentication::choose(const std::vector<HTTPChallenge>& challenges, bool mayNegotiate) {
     using Wanted = bool (*)(const HTTPChallenge&);
-    constexpr std::array<Wanted, 5> byRank{
+    constexpr std::array<Wanted, 6> byRank{
         [](const HTTPChallenge& offer) { return offer.hasScheme("Negotiate"_L1); },
-        [](const HTTPChallenge& offer) {
-            const QString algorithm = offer.parameters.value(u"algorithm"_s);
-            return offer.hasScheme("Digest"_L1) &&
-                   algorithm.startsWith("SHA-256"_L1, Qt::CaseInsensitive);
-        },
+        [](const HTTPChallenge& offer) { return isDigestWith(offer, "SHA-512-256"_L1); },
+        [](const HTTPChallenge& offer) { return isDigestWith(offer, "SHA-256"_L1); },
         [](const HTTPChallenge& offer) { return offer.hasScheme("Digest"_L1); },
         [](const HTTPChallenge& offer) { return offer.hasScheme("NTLM"_L1); },
         [](const HTTPChallenge& offer) { return offer.hasScheme("Basic"_L1); }};
@@ -157,9 +165,40 @@ bool HTTPAuthentication::takeNewNonce(const std::vector<HTTPChallenge>& challeng
     return false;
 }
 
+QString HTTPAuthentication::obstacleText(const HTTPCredentials& credentials) const {
+    switch (scheme_) {
+        case Scheme::NTLM:
+            if (!isLatin1(credentials.username + credentials.password + credentials.accountDomain))
+                return u"NTLM cannot carry a character of the name, the password or the domain"_s;
+            break;
+        case Scheme::Digest:
+            if (withoutControlCharacters(credentials.username) != credentials.username)
+                return u"Digest cannot carry a character of the name"_s;
+            break;
+        case Scheme::Basic:
+            // RFC 7617, 2.
+            if (credentials.username.contains(u':'))
+                return u"Basic cannot carry a name with a colon in it"_s;
+            break;
+        case Scheme::Negotiate:
+            break;
+    }
+    return {};
+}
+
+std::optional<Error> HTTPAuthentication::obstacle(const HTTPCredentials& credentials) const {
+    const std::scoped_lock guard(lock_);
+    const QString text = obstacleText(credentials);
+    return text.isEmpty() ? std::nullopt
+                          : std::optional(Error{httpStreamErrorDomain, httpStreamErrorUnsendable,
+                                                text, nullptr});
+}
+
 std::optional<HTTPAuthenticationAnswer> HTTPAuthentication::answer(
     const HTTPCredentials& credentials, const HTTPRequestMessage& message, bool forProxy) {
     const std::scoped_lock guard(lock_);
+    if (!obstacleText(credentials).isEmpty())
+        return std::nullopt;
     HTTPAuthenticationAnswer answer;
     std::optional<QString> header(QString{});
     switch (scheme_) {

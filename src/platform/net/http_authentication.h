@@ -24,6 +24,7 @@ enum HTTPStreamErrorCode {
     httpStreamErrorTypeUnsupported = -1000,
     httpStreamErrorBadUserName = -1001,
     httpStreamErrorBadPassword = -1002,
+    httpStreamErrorUnsendable = -1003,  ///< The method has no way to send such credentials.
 };
 
 /// Who somebody is to a server or proxy.
@@ -45,7 +46,7 @@ struct HTTPAuthenticationAnswer {
                                                                const QString& password);
 
 /// What one server or proxy wants to know, and the answers to it. Of several methods on offer the
-/// first of Negotiate, Digest with SHA-256, Digest with MD5, NTLM and Basic is used.
+/// first of Negotiate, Digest with SHA-512-256, SHA-256 or MD5, NTLM and Basic is used.
 ///
 /// Several requests may answer with one object, so that all count as answers to one nonce. Any
 /// thread.
@@ -67,13 +68,16 @@ public:
     /// finding its own nonces too old is not believed for long.
     [[nodiscard]] std::optional<Error> considerResponse(const HTTPResponseHead& response);
 
-    /// `forProxy`: the message goes to the proxy itself. Nothing: these credentials cannot be sent.
+    /// Why such credentials cannot be sent, in plain words. Nothing: they can.
+    [[nodiscard]] std::optional<Error> obstacle(const HTTPCredentials& credentials) const;
+    /// `forProxy`: the message goes to the proxy itself. Nothing: there is an obstacle.
     [[nodiscard]] std::optional<HTTPAuthenticationAnswer> answer(const HTTPCredentials& credentials,
                                                                  const HTTPRequestMessage& message,
                                                                  bool forProxy);
 
 private:
     enum class Scheme { Negotiate, Digest, NTLM, Basic };
+    [[nodiscard]] QString obstacleText(const HTTPCredentials& credentials) const;
 
     HTTPAuthentication() = default;
 

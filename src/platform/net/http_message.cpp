@@ -2,6 +2,7 @@
 
 #include <QStringList>
 #include <algorithm>
+#include <array>
 
 namespace platform {
 
@@ -9,6 +10,21 @@ namespace {
 
 bool isNamed(const HTTPHeaders::Field& field, const QString& name) {
     return field.first.compare(name, Qt::CaseInsensitive) == 0;
+}
+
+/// Whether several fields of that name mean the same as one with a comma between their values. A
+/// cookie's date holds a comma of its own (RFC 6265, 3).
+bool isList(const QString& name) {
+    using namespace Qt::Literals::StringLiterals;
+    constexpr std::array singles{"Age"_L1,           "Content-Disposition"_L1,
+                                 "Content-Range"_L1, "Content-Type"_L1,
+                                 "Date"_L1,          "ETag"_L1,
+                                 "Expires"_L1,       "Last-Modified"_L1,
+                                 "Location"_L1,      "Retry-After"_L1,
+                                 "Set-Cookie"_L1};
+    return std::none_of(singles.begin(), singles.end(), [&name](QLatin1String single) {
+        return name.compare(single, Qt::CaseInsensitive) == 0;
+    });
 }
 
 }  // namespace
@@ -33,12 +49,11 @@ void HTTPHeaders::remove(const QString& name) {
 }
 
 std::optional<QString> HTTPHeaders::value(const QString& name) const {
-    const QStringList all = values(name);
+    QStringList all = values(name);
     if (all.isEmpty())
         return std::nullopt;
-    // A cookie's date holds a comma, so its fields cannot be joined (RFC 6265, 3).
-    const bool isCookie = name.compare(QLatin1String("Set-Cookie"), Qt::CaseInsensitive) == 0;
-    return isCookie ? all.first() : all.join(QLatin1String(", "));
+    all.removeDuplicates();
+    return isList(name) ? all.join(QLatin1String(", ")) : all.first();
 }
 
 QStringList HTTPHeaders::values(const QString& name) const {

@@ -23,8 +23,8 @@ public:
     void remove(const QString& name);
     void clear() { fields_.clear(); }
 
-    /// The value; several of one name joined with ", " (RFC 9110, 5.3), except that "Set-Cookie"
-    /// gives the first. Nothing: no such field.
+    /// The value. Several of one name: each once, joined with ", " (RFC 9110, 5.3), except that a
+    /// field which is no list gives the first. Nothing: no such field.
     [[nodiscard]] std::optional<QString> value(const QString& name) const;
     [[nodiscard]] QStringList values(const QString& name) const;
     [[nodiscard]] bool contains(const QString& name) const;
@@ -56,7 +56,8 @@ struct HTTPResponseHead {
     HTTPVersion version = HTTPVersion::Http11;
     /// Bytes beyond ASCII that are not UTF-8 are taken as ISO Latin 1.
     HTTPHeaders headers;
-    bool fromProxy = false;  ///< The proxy's answer to CONNECT.
+    /// The proxy's question in answer to CONNECT (407): not a word of it is the server's.
+    bool fromProxy = false;
 };
 
 }  // namespace platform

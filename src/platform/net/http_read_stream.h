@@ -26,12 +26,18 @@ enum NetworkErrorCode {
     networkErrorCannotConnect = -1004,
     networkErrorTimedOut = -1001,
     networkErrorBadServerResponse = -1011,
+    networkErrorRefused = -1013,     ///< Nobody listens at the server's port.
+    networkErrorCutShort = -1014,    ///< A body ended before it was whole.
+    networkErrorProxyRefused = 306,  ///< It would not lead on to the server.
     networkErrorProxyNotFound = 310,
 };
 /// Codes of securityErrorDomain lie from -9818 to -9800.
 enum SecurityErrorCode {
     securityErrorHandshake = -9800,
-    securityErrorCertificate = -9807,
+    securityErrorCertificate = -9807,  ///< For another reason than those below.
+    securityErrorCertificateOfOtherHost = -9808,
+    securityErrorCertificateExpired = -9814,
+    securityErrorCertificateNotYetValid = -9815,
     securityErrorClientCertificate = -9801,
 };
 

@@ -1,8 +1,9 @@
 #include "platform/net/http_read_stream_private.h"
 
+#include <openssl/ssl.h>
 #include <sys/socket.h>
 
-#include "platform/net/http_connection_identity_private.h"
+#include "platform/net/body_framing.h"
 #include "platform/net/transfer_error.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -41,11 +42,13 @@ bool HTTPReadStream::Private::open() {
         return false;
     easy_.reset(curl_easy_init());
     if (identity != nullptr)
-        share_ = identity->internals().share();
-    setup.sharedConnections = share_.get();
+        kept_ = identity->internals().connection();
+    if (kept_ != nullptr)
+        tlsEnd_ = kept_->end;
+    setup.sharedConnections = kept_ != nullptr ? kept_->share() : nullptr;
     lines_ = requestLines(setup.message, {setup.proxy.speaksHTTP(), body_.exists()});
     reader_.emplace(askedRange(setup.message.headers),
-                    ResponseReader::Negotiates{
+                    ResponseHeadReader::Negotiates{
                         setup.serverCredentials.scheme != ConnectionAuthentication::None,
                         setup.proxyCredentials.scheme != ConnectionAuthentication::None});
     isOpen_ = easy_ && lines_ && applySetup(easy_.get(), setup, *lines_) && setCallbacks() &&
@@ -73,7 +76,7 @@ void HTTPReadStream::Private::releaseHandle() {
     bodyBytesWritten_ = bodyBytesWritten();
     loop_->removeHandle(easy_.get());
     easy_.reset();
-    share_.reset();
+    kept_.reset();
 }
 
 bool HTTPReadStream::Private::setCallbacks() {
@@ -102,13 +105,20 @@ bool HTTPReadStream::Private::setCallbacks() {
         static_cast<Private*>(self)->requestStarts();
         return CURL_PREREQFUNC_OK;
     };
+    curl_ssl_ctx_callback onSecure = [](CURL*, void* context, void* self) {
+        static_cast<Private*>(self)->securesConnection(context);
+        return CURLE_OK;
+    };
     return set(CURLOPT_ERRORBUFFER, reason_.data()) && set(CURLOPT_HEADERFUNCTION, onHeader) &&
            set(CURLOPT_HEADERDATA, this) && set(CURLOPT_WRITEFUNCTION, onBody) &&
            set(CURLOPT_WRITEDATA, this) && set(CURLOPT_READFUNCTION, onRead) &&
            set(CURLOPT_READDATA, this) && set(CURLOPT_SEEKFUNCTION, onSeek) &&
            set(CURLOPT_SEEKDATA, this) && set(CURLOPT_OPENSOCKETFUNCTION, onSocket) &&
            set(CURLOPT_OPENSOCKETDATA, this) && set(CURLOPT_PREREQFUNCTION, onRequest) &&
-           set(CURLOPT_PREREQDATA, this);
+           set(CURLOPT_PREREQDATA, this) && set(CURLOPT_SSL_CTX_FUNCTION, onSecure) &&
+           set(CURLOPT_SSL_CTX_DATA, this) &&
+           (kept_ == nullptr || (set(CURLOPT_CLOSESOCKETFUNCTION, &KeptConnection::closeSocket) &&
+                                 set(CURLOPT_CLOSESOCKETDATA, kept_.get())));
 }
 
 curl_socket_t HTTPReadStream::Private::openSocket(const curl_sockaddr& address) {
@@ -157,10 +167,29 @@ std::size_t HTTPReadStream::Private::takeBody(const char* bytes, std::size_t cou
     body_.stopWaiting();
     loop_->noteArrival(*this);
     buffer.append(bytes, count);
+    bodyBytesReceived_ += count;
+    if (kept_ != nullptr && reader_->announcedLength() == bodyBytesReceived_)
+        lookBehindBody();
     // Left to itself libcurl would go on for as long as more arrives.
     if (buffer.size() >= pauseAt && !isReceivePaused_)
         pause(true, isSendPaused_);
     return count;
+}
+
+/// Of several, one within the other, the last is the one that speaks HTTP.
+void HTTPReadStream::Private::securesConnection(void* context) {
+    tlsEnd_ = watchTLSEnd(static_cast<SSL_CTX*>(context));
+    if (kept_ != nullptr)
+        kept_->end = tlsEnd_;
+}
+
+/// What is left of a TLS record stays where no look at the socket finds it.
+void HTTPReadStream::Private::lookBehindBody() {
+    curl_tlssessioninfo* session = nullptr;
+    const bool isTLS = curl_easy_getinfo(easy_.get(), CURLINFO_TLS_SSL_PTR, &session) == CURLE_OK &&
+                       session->backend == CURLSSLBACKEND_OPENSSL && session->internals != nullptr;
+    if (isTLS && SSL_has_pending(static_cast<const SSL*>(session->internals)) == 1)
+        kept_->spoil();
 }
 
 std::size_t HTTPReadStream::Private::giveBody(char* target, std::size_t maximum) {
@@ -174,11 +203,15 @@ std::size_t HTTPReadStream::Private::giveBody(char* target, std::size_t maximum)
 void HTTPReadStream::Private::transferEnded(CURLcode result) {
     isEnded_ = true;
     const bool wentInCircles = isGivenUp_ && reader_->refusal().isEmpty() && !body_.error();
-    if (result == CURLE_OK || wentInCircles || reader_->isTunnelRefused()) {
+    if (result == CURLE_OK || wentInCircles || reader_->isProxyAsking()) {
         reader_->end();
         responseHead = reader_->head();
     }
     error = whatWentWrong(result);
+    curl_socket_t left = CURL_SOCKET_BAD;
+    if (kept_ != nullptr &&
+        curl_easy_getinfo(easy_.get(), CURLINFO_ACTIVESOCKET, &left) == CURLE_OK)
+        kept_->keep(left);
     releaseHandle();
     if (isScheduled)
         loop_->markReady(*this);
@@ -191,16 +224,49 @@ std::optional<Error> HTTPReadStream::Private::whatWentWrong(CURLcode result) con
         return badResponseError(reader_->refusal());
     if (isRetryRefused_)
         return brokenReusedConnectionError();
+    if (const auto& refusal = reader_->tunnelRefusal())
+        return proxyRefusalError(setup.proxy, *refusal);
     if (result == CURLE_OK && !responseHead)
         return badResponseError(u"it ended within its head"_s);
+    if (result == CURLE_OK && !isBodyWhole())
+        return cutShortError();
+    if (result == CURLE_OK && isEndDoubtful())
+        return unannouncedEndError();
     // What was given up for no reason of its own stands: a challenge, or a proxy's refusal.
     if (result == CURLE_OK || (responseHead && (isGivenUp_ || responseHead->fromProxy)))
         return std::nullopt;
-    const Error failure = errorForResult(result, QString::fromUtf8(reason_.data()));
+    const Error failure = errorForResult(resultOf(result));
     const bool isLost = failure.is(networkErrorDomain, networkErrorConnectionLost);
     if (isLost && usedExistingConnection && !reader_->hasSeenAnswer())
         return brokenReusedConnectionError();
     return failure;
+}
+
+TransferResult HTTPReadStream::Private::resultOf(CURLcode code) const {
+    TransferResult result{code, QString::fromUtf8(reason_.data())};
+    long systemError = 0;
+    if (curl_easy_getinfo(easy_.get(), CURLINFO_OS_ERRNO, &systemError) == CURLE_OK)
+        result.systemError = static_cast<int>(systemError);
+    static_cast<void>(
+        curl_easy_getinfo(easy_.get(), CURLINFO_SSL_VERIFYRESULT, &result.verification));
+    return result;
+}
+
+bool HTTPReadStream::Private::hasBody() const {
+    constexpr int noContent = 204, notModified = 304;
+    const int status = responseHead->statusCode;
+    return setup.message.method != "HEAD"_L1 && status != noContent && status != notModified;
+}
+
+/// libcurl forgets the length where a field names no transfer coding.
+bool HTTPReadStream::Private::isBodyWhole() const {
+    const auto length = reader_->announcedLength();
+    return !hasBody() || !length || *length == bodyBytesReceived_;
+}
+
+bool HTTPReadStream::Private::isEndDoubtful() const {
+    return tlsEnd_ != nullptr && !tlsEnd_->isAnnounced && hasBody() &&
+           endsWithConnection(responseHead->headers);
 }
 
 bool HTTPReadStream::Private::hasNews() const {

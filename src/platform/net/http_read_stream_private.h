@@ -4,18 +4,20 @@
 #include <memory>
 #include <optional>
 
+#include "platform/net/body_feed.h"
+#include "platform/net/http_connection_identity_private.h"
 #include "platform/net/http_read_stream.h"
 #include "platform/net/network_loop_private.h"
 #include "platform/net/receive_buffer.h"
-#include "platform/net/request_body.h"
-#include "platform/net/response_reader.h"
+#include "platform/net/response_head_reader.h"
+#include "platform/net/transfer_error.h"
 #include "platform/net/transfer_options.h"
 
 namespace platform {
 
 /// The exchange behind a stream. libcurl's callbacks only note what has come; the client is told
 /// outside of them, by `deliver`.
-class HTTPReadStream::Private final : public Transfer {
+class HTTPReadStream::Private final : public DrivenExchange {
 public:
     Private(NetworkLoop& loop, HTTPRequestMessage message, HTTPBodySource* body,
             std::uint64_t bodyLength);
@@ -50,8 +52,14 @@ private:
     [[nodiscard]] std::size_t giveBody(char* target, std::size_t maximum);
     [[nodiscard]] curl_socket_t openSocket(const curl_sockaddr& address);
     void requestStarts();
+    void lookBehindBody();
+    void securesConnection(void* context);
 
     [[nodiscard]] std::optional<Error> whatWentWrong(CURLcode result) const;
+    [[nodiscard]] TransferResult resultOf(CURLcode code) const;
+    [[nodiscard]] bool hasBody() const;
+    [[nodiscard]] bool isBodyWhole() const;
+    [[nodiscard]] bool isEndDoubtful() const;
     [[nodiscard]] bool hasNews() const;
     /// Pauses and resumes both directions as far as they ought to be.
     void updatePause();
@@ -63,11 +71,12 @@ private:
     NetworkLoop::Private* loop_;
     const std::weak_ptr<const void> loopLife_;
     // The handle refers to both.
-    std::shared_ptr<CURLSH> share_;
+    std::shared_ptr<KeptConnection> kept_;  ///< Null: a connection of its own.
     std::optional<RequestLines> lines_;
+    std::shared_ptr<const TLSEnd> tlsEnd_;  ///< Null: not over TLS, so far.
     CurlEasy easy_{nullptr, &curl_easy_cleanup};
-    RequestBody body_;
-    std::optional<ResponseReader> reader_;
+    BodyFeed body_;
+    std::optional<ResponseHeadReader> reader_;
     std::array<char, CURL_ERROR_SIZE> reason_{};
     /// Expires when the object dies.
     std::shared_ptr<char> life_ = std::make_shared<char>();
@@ -85,6 +94,7 @@ private:
     int socketsOpened_ = 0;  ///< Since the request was last sent.
     int deferrals_ = 0;
     std::uint64_t bodyBytesWritten_ = 0;
+    std::uint64_t bodyBytesReceived_ = 0;
 };
 
 }  // namespace platform

@@ -15,8 +15,8 @@ namespace platform {
 
 namespace {
 
-void takeOut(std::vector<Transfer*>& list, Transfer* transfer) {
-    std::replace(list.begin(), list.end(), transfer, static_cast<Transfer*>(nullptr));
+void takeOut(std::vector<DrivenExchange*>& list, DrivenExchange* transfer) {
+    std::replace(list.begin(), list.end(), transfer, static_cast<DrivenExchange*>(nullptr));
 }
 
 }  // namespace
@@ -45,7 +45,7 @@ void NetworkLoop::Private::wake() {
     static_cast<void>(::write(wakeEvent_.get(), &once, sizeof once));
 }
 
-bool NetworkLoop::Private::add(CURL* easy, Transfer& transfer) {
+bool NetworkLoop::Private::add(CURL* easy, DrivenExchange& transfer) {
     if (curl_easy_setopt(easy, CURLOPT_PRIVATE, &transfer) != CURLE_OK ||
         curl_multi_add_handle(curl_.multi(), easy) != CURLM_OK)
         return false;
@@ -57,7 +57,7 @@ void NetworkLoop::Private::removeHandle(CURL* easy) {
     curl_multi_remove_handle(curl_.multi(), easy);
 }
 
-void NetworkLoop::Private::remove(Transfer& transfer) {
+void NetworkLoop::Private::remove(DrivenExchange& transfer) {
     transfers_.erase(&transfer);
     for (auto* list : {&settling_, &ready_, &delivering_})
         takeOut(*list, &transfer);
@@ -133,23 +133,23 @@ void NetworkLoop::Private::collectEnded() {
         const CURLcode result = message->data.result;
         char* owner = nullptr;
         curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &owner);
-        reinterpret_cast<Transfer*>(owner)->transferEnded(result);
+        reinterpret_cast<DrivenExchange*>(owner)->transferEnded(result);
     }
 }
 
-void NetworkLoop::Private::noteArrival(Transfer& transfer) {
+void NetworkLoop::Private::noteArrival(DrivenExchange& transfer) {
     transfer.arrivalTurn_ = turns_;
     if (!std::exchange(transfer.isSettling_, true))
         settling_.push_back(&transfer);
 }
 
-void NetworkLoop::Private::markReady(Transfer& transfer) {
+void NetworkLoop::Private::markReady(DrivenExchange& transfer) {
     if (!std::exchange(transfer.isReady_, true))
         ready_.push_back(&transfer);
 }
 
 void NetworkLoop::Private::settleArrivals() {
-    std::erase_if(settling_, [this](Transfer* transfer) {
+    std::erase_if(settling_, [this](DrivenExchange* transfer) {
         if (transfer == nullptr)
             return true;
         const bool isSettled = transfer->settle(transfer->arrivalTurn_ != turns_);
@@ -161,7 +161,7 @@ void NetworkLoop::Private::settleArrivals() {
 void NetworkLoop::Private::deliverReady() {
     delivering_.swap(ready_);
     for (std::size_t i = 0; i < delivering_.size(); ++i) {
-        Transfer* const transfer = delivering_[i];
+        DrivenExchange* const transfer = delivering_[i];
         if (transfer == nullptr)
             continue;
         transfer->isReady_ = false;

@@ -17,12 +17,12 @@
 namespace platform {
 
 /// What the network loop knows of an exchange that it drives.
-class Transfer {
+class DrivenExchange {
 public:
-    Transfer() = default;
-    virtual ~Transfer() = default;
-    Transfer(const Transfer&) = delete;
-    Transfer& operator=(const Transfer&) = delete;
+    DrivenExchange() = default;
+    virtual ~DrivenExchange() = default;
+    DrivenExchange(const DrivenExchange&) = delete;
+    DrivenExchange& operator=(const DrivenExchange&) = delete;
 
     /// libcurl has no more to do with it; its handle is off the loop already.
     virtual void transferEnded(CURLcode result) = 0;
@@ -52,16 +52,16 @@ public:
     void wake();
 
     /// False: libcurl refused.
-    [[nodiscard]] bool add(CURL* easy, Transfer& transfer);
+    [[nodiscard]] bool add(CURL* easy, DrivenExchange& transfer);
     void removeHandle(CURL* easy);
     /// Its handle must be off already.
-    void remove(Transfer& transfer);
+    void remove(DrivenExchange& transfer);
 
     /// Something has come for it, or must be seen to: `settle` will be called. Also from inside of
     /// libcurl's callbacks.
-    void noteArrival(Transfer& transfer);
+    void noteArrival(DrivenExchange& transfer);
     /// `deliver` will be called, in this turn or the next.
-    void markReady(Transfer& transfer);
+    void markReady(DrivenExchange& transfer);
 
     /// Inside of libcurl, where most of its calls are forbidden.
     [[nodiscard]] bool isInsideCurl() const { return isInsideCurl_; }
@@ -96,7 +96,7 @@ private:
     bool isInsideCurl_ = false;
     std::shared_ptr<BlockPool> blocks_ = std::make_shared<BlockPool>();
     const std::shared_ptr<const void> life_ = std::make_shared<bool>();
-    std::unordered_set<Transfer*> transfers_;
+    std::unordered_set<DrivenExchange*> transfers_;
     std::unordered_set<HTTPConnectionIdentity::Private*> identities_;
     // Null where one has been taken out while they are called.
     std::vector<DescriptorWatch*> watches_;
@@ -104,7 +104,7 @@ private:
     std::vector<pollfd> polled_;
     std::size_t polledWatches_ = 0;
     // Null where a transfer has been taken out.
-    std::vector<Transfer*> settling_, ready_, delivering_;
+    std::vector<DrivenExchange*> settling_, ready_, delivering_;
 };
 
 }  // namespace platform

@@ -1,5 +1,7 @@
 #include "platform/net/transfer_error.h"
 
+#include <openssl/x509_vfy.h>
+
 #include <cerrno>
 
 #include "platform/net/http_read_stream.h"
@@ -41,14 +43,40 @@ Meaning meaningOfReceiveError(const QString& reason) {
     return connectionLost();
 }
 
-Meaning meaningOf(CURLcode result, const QString& reason) {
-    switch (result) {
+/// Without a fault of the certificate itself it is another host's, which libcurl finds out before
+/// it notes a reason.
+Meaning meaningOfVerification(long verification) {
+    const QString text = u"The server's certificate cannot be trusted"_s;
+    switch (verification) {
+        case X509_V_OK:
+        case X509_V_ERR_UNSPECIFIED:
+            return {securityErrorDomain, securityErrorCertificateOfOtherHost, text};
+        case X509_V_ERR_CERT_HAS_EXPIRED:
+            return {securityErrorDomain, securityErrorCertificateExpired, text};
+        case X509_V_ERR_CERT_NOT_YET_VALID:
+            return {securityErrorDomain, securityErrorCertificateNotYetValid, text};
+        default:
+            return {securityErrorDomain, securityErrorCertificate, text};
+    }
+}
+
+Meaning cutShort() {
+    return {networkErrorDomain, networkErrorCutShort, u"The server's response is cut short"_s};
+}
+
+Meaning meaningOf(const TransferResult& result) {
+    const QString& reason = result.reason;
+    switch (result.code) {
         case CURLE_URL_MALFORMAT:  // A host name that no server can have, such as "a..b".
         case CURLE_COULDNT_RESOLVE_HOST:
             return {networkErrorDomain, networkErrorHostNotFound, u"The server was not found"_s};
         case CURLE_COULDNT_RESOLVE_PROXY:
             return {networkErrorDomain, networkErrorProxyNotFound, u"The proxy was not found"_s};
         case CURLE_COULDNT_CONNECT:
+            if (result.systemError == ECONNREFUSED)
+                return {networkErrorDomain, networkErrorRefused,
+                        u"The server refused the connection"_s};
+            [[fallthrough]];
         case CURLE_PROXY:
         case CURLE_INTERFACE_FAILED:
             return {networkErrorDomain, networkErrorCannotConnect,
@@ -60,10 +88,13 @@ Meaning meaningOf(CURLcode result, const QString& reason) {
             return meaningOfReceiveError(reason);
         case CURLE_GOT_NOTHING:
             return connectionLost();
+        case CURLE_PARTIAL_FILE:
+            return cutShort();
         case CURLE_SSL_CERTPROBLEM:
         case CURLE_SSL_CLIENTCERT:
             return clientCertificate();
         case CURLE_PEER_FAILED_VERIFICATION:
+            return meaningOfVerification(result.verification);
         case CURLE_SSL_CACERT_BADFILE:
         case CURLE_SSL_ISSUER_ERROR:
         case CURLE_SSL_CRL_BADFILE:
@@ -102,9 +133,32 @@ Error brokenReusedConnectionError() {
             nullptr};
 }
 
-Error errorForResult(CURLcode result, const QString& reason) {
-    const Meaning meaning = meaningOf(result, reason);
-    const QString why = reason.isEmpty() ? QString::fromUtf8(curl_easy_strerror(result)) : reason;
+Error unannouncedEndError() {
+    const Meaning meaning = connectionLost();
+    return {meaning.domain, meaning.code,
+            u"%1: it ended without a notice, before the body had to be over"_s.arg(meaning.text),
+            nullptr};
+}
+
+Error proxyRefusalError(const HTTPProxy& proxy, const HTTPResponseHead& answer) {
+    constexpr qsizetype longestReason = 80;
+    QString said = answer.statusLine.section(u' ', 1).left(longestReason).trimmed();
+    said.removeIf([](QChar c) { return !c.isPrint(); });
+    const QString host = proxy.host.contains(u':') ? u'[' + proxy.host + u']' : proxy.host;
+    return {networkErrorDomain, networkErrorProxyRefused,
+            u"The proxy %1:%2 answered %3"_s.arg(host).arg(proxy.port).arg(said), nullptr};
+}
+
+Error cutShortError() {
+    const Meaning meaning = cutShort();
+    return {meaning.domain, meaning.code,
+            u"%1: its body is not as long as it says"_s.arg(meaning.text), nullptr};
+}
+
+Error errorForResult(const TransferResult& result) {
+    const Meaning meaning = meaningOf(result);
+    const QString why = result.reason.isEmpty() ? QString::fromUtf8(curl_easy_strerror(result.code))
+                                                : result.reason;
     return {meaning.domain, meaning.code, u"%1: %2"_s.arg(meaning.text, why), nullptr};
 }
 

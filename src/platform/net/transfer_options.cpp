@@ -136,6 +136,15 @@ void applyProxy(EasyOptions& options, const TransferSetup& setup) {
     }
 }
 
+/// The proof of knowing the password is made of the name in upper case.
+QString withUpperCaseBeyondAscii(QString text) {
+    for (QChar& c : text) {
+        if (c.unicode() >= 0x80 && c.toUpper().unicode() < 0x100)
+            c = c.toUpper();
+    }
+    return text;
+}
+
 struct CredentialOptions {
     CURLoption scheme, user, password;
 };
@@ -146,10 +155,14 @@ void applyCredentials(EasyOptions& options, const ConnectionCredentials& credent
         return;
     const bool isNtlm = credentials.scheme == ConnectionAuthentication::Ntlm;
     options.set(names.scheme, static_cast<long>(isNtlm ? CURLAUTH_NTLM : CURLAUTH_NEGOTIATE));
-    options.set(names.user, credentials.domain.isEmpty()
-                                ? credentials.user
-                                : credentials.domain + u'\\' + credentials.user);
-    options.set(names.password, credentials.password);
+    // libcurl makes UTF-16 of NTLM's texts by widening their bytes, and upper case of ASCII alone.
+    const QString user = isNtlm ? withUpperCaseBeyondAscii(credentials.user) : credentials.user;
+    const QString name = credentials.domain.isEmpty() ? user : credentials.domain + u'\\' + user;
+    const auto encoded = [isNtlm](const QString& text) {
+        return isNtlm ? text.toLatin1() : text.toUtf8();
+    };
+    options.set(names.user, encoded(name).constData());
+    options.set(names.password, encoded(credentials.password).constData());
 }
 
 bool isUsable(const HTTPProxy& proxy) {

@@ -2,6 +2,7 @@
 
 #include <QLocale>
 
+#include "app/failures/failure_sentence.h"
 #include "app/rows/status_text.h"
 #include "engine/context.h"
 #include "engine/lifecycle/download.h"
@@ -31,8 +32,8 @@ QString rowToolTip(const app::StatusTexts& texts, engine::DQDownload& download) 
     QString text = download.originalURLString() + u'\n' + bullet +
                    texts.statusDescriptionWithLiveDetails(download, false) + u'\n' + bullet +
                    dateLine(download.date());
-    if (const auto& error = download.lastError()) {
-        text += u'\n' + bullet + error->text;
+    if (const QString sentence = app::failureSentence(download); !sentence.isEmpty()) {
+        text += u'\n' + bullet + sentence;
     }
     const bool inBundle =
         download.context().defaults.get(engine::settings::intermediatesLocation) > 0;
@@ -43,8 +44,10 @@ QString rowToolTip(const app::StatusTexts& texts, engine::DQDownload& download) 
 }
 
 QString accessibleRowText(const app::StatusTexts& texts, engine::DQDownload& download) {
-    return download.displayName() + u", "_s +
-           texts.statusDescriptionWithLiveDetails(download, false);
+    const QString text =
+        download.displayName() + u", "_s + texts.statusDescriptionWithLiveDetails(download, false);
+    const QString sentence = app::failureSentence(download);
+    return sentence.isEmpty() ? text : text + u", "_s + sentence;
 }
 
 }  // namespace ui

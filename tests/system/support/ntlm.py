@@ -8,7 +8,7 @@ import struct
 import sys
 import threading
 
-DOMAIN, NAME = "WORK", "mueller"
+DOMAIN, NAME = "WORK", "müller"
 SIGNATURE = b"NTLMSSP\0"
 
 
@@ -62,8 +62,8 @@ class Gatekeeper:
         person = (NAME.upper() + DOMAIN).encode("utf-16-le")
         key = hmac.digest(md4(self._password.encode("utf-16-le")), person, "md5")
         expected = hmac.digest(key, self._nonce + answer[16:], "md5")
-        return ((domain, name) == (DOMAIN.encode("utf-16-le"), NAME.encode("utf-16-le")) and
-                hmac.compare_digest(expected, answer[:16]))
+        said = (domain.decode("utf-16-le").upper(), name.decode("utf-16-le").upper())
+        return said == (DOMAIN, NAME.upper()) and hmac.compare_digest(expected, answer[:16])
 
 
 def element(kind, *parts):

@@ -39,7 +39,7 @@ class Authority:
         self.certificate = self.folder / "server.pem"
         self.key = self.folder / "server.key"
         self._openssl("req", "-x509", "-newkey", "rsa:2048", "-nodes", "-days", "2",
-                      "-subj", "/CN=Orlop test authority", "-keyout", self.folder / "authority.key",
+                      "-subj", f"/CN=Orlop test authority {os.urandom(4).hex()}", "-keyout", self.folder / "authority.key",
                       "-out", self.authority)
         self._openssl("req", "-newkey", "rsa:2048", "-nodes", "-subj", "/CN=localhost",
                       "-keyout", self.key, "-out", self.folder / "server.csr")

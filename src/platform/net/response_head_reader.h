@@ -11,13 +11,13 @@ namespace platform {
 
 /// Makes the head of the final response out of the header lines of all responses that an exchange
 /// meets: interim ones, a proxy's to CONNECT, those of authentication rounds.
-class ResponseReader {
+class ResponseHeadReader {
 public:
     /// Which challenges the transport answers by itself.
     struct Negotiates {
         bool server = false, proxy = false;
     };
-    ResponseReader(const AskedRange& asked, Negotiates negotiates)
+    ResponseHeadReader(const AskedRange& asked, Negotiates negotiates)
         : asked_(asked), negotiates_(negotiates) {}
 
     /// What has come so far answered the proxy's part; the next head is the server's.
@@ -27,7 +27,8 @@ public:
     [[nodiscard]] bool takeLine(std::string_view line);
     /// The head that was kept back, if any, is the final one. False: as for `takeLine`.
     [[nodiscard]] bool bodyStarts();
-    /// The same, for an exchange that ended well, or went in circles, or whose tunnel was refused.
+    /// The same, for an exchange that ended well, or went in circles, or whose proxy asks who we
+    /// are.
     void end();
 
     [[nodiscard]] const std::optional<HTTPResponseHead>& head() const { return head_; }
@@ -35,13 +36,16 @@ public:
     [[nodiscard]] const QString& refusal() const { return refusal_; }
     /// Whether anything has come since the request was last sent.
     [[nodiscard]] bool hasSeenAnswer() const { return hasSeenAnswer_; }
-    /// Whether the proxy said no to CONNECT.
-    [[nodiscard]] bool isTunnelRefused() const;
+    /// What the proxy said when it refused CONNECT. Nothing: it did not.
+    [[nodiscard]] const std::optional<HTTPResponseHead>& tunnelRefusal() const;
+    /// Whether it would perhaps not refuse somebody whom it knows.
+    [[nodiscard]] bool isProxyAsking() const;
     /// Length of the final response's body. Nothing: not announced.
-    [[nodiscard]] std::optional<std::uint64_t> announcedLength() const;
+    [[nodiscard]] std::optional<std::uint64_t> announcedLength() const { return announcedLength_; }
 
 private:
     [[nodiscard]] bool endBlock();
+    [[nodiscard]] bool refuse(const QString& why);
     [[nodiscard]] bool accept(HTTPResponseHead head);
     [[nodiscard]] QString contradiction(const HTTPResponseHead& head) const;
     [[nodiscard]] bool isAnsweredByTransport(int statusCode) const;
@@ -53,6 +57,7 @@ private:
     bool hasSeenAnswer_ = false;
     int rounds_ = 0;
     std::optional<HTTPResponseHead> proxyHead_, heldHead_, head_;
+    std::optional<std::uint64_t> announcedLength_;
     QString refusal_;
 };
 

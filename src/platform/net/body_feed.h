@@ -10,10 +10,10 @@ namespace platform {
 class HTTPBodySource;
 
 /// Feeds libcurl with a request's body, never more than was announced.
-class RequestBody {
+class BodyFeed {
 public:
     /// `source` null: no body.
-    RequestBody(HTTPBodySource* source, std::uint64_t length) : source_(source), length_(length) {}
+    BodyFeed(HTTPBodySource* source, std::uint64_t length) : source_(source), length_(length) {}
 
     [[nodiscard]] bool exists() const { return source_ != nullptr; }
     [[nodiscard]] std::uint64_t length() const { return length_; }

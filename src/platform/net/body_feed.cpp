@@ -1,4 +1,4 @@
-#include "platform/net/request_body.h"
+#include "platform/net/body_feed.h"
 
 #include <curl/curl.h>
 
@@ -11,7 +11,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace platform {
 
-std::size_t RequestBody::read(char* buffer, std::size_t maximum) {
+std::size_t BodyFeed::read(char* buffer, std::size_t maximum) {
     const std::uint64_t wanted = std::min<std::uint64_t>(maximum, length_ - supplied_);
     if (wanted == 0)
         return 0;
@@ -35,13 +35,13 @@ std::size_t RequestBody::read(char* buffer, std::size_t maximum) {
     return fail(u"its source failed"_s);
 }
 
-std::size_t RequestBody::fail(const QString& text) {
+std::size_t BodyFeed::fail(const QString& text) {
     error_ = Error{posixErrorDomain, EIO, u"The body of the request cannot be sent: %1"_s.arg(text),
                    nullptr};
     return CURL_READFUNC_ABORT;
 }
 
-bool RequestBody::rewind() {
+bool BodyFeed::rewind() {
     supplied_ = 0;
     isWaiting_ = false;
     return source_->rewind();

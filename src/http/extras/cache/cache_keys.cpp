@@ -1,4 +1,4 @@
-#include "http/cache/cache_keys.h"
+#include "http/extras/cache/cache_keys.h"
 
 #include <QCryptographicHash>
 #include <algorithm>

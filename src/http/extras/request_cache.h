@@ -5,6 +5,7 @@
 namespace http {
 
 class HTTPRequest;
+class ProgressReporter;
 class RequestRun;
 
 /// How one request uses its cache, if it has one: to be answered without a send, to ask the server
@@ -13,7 +14,8 @@ class RequestRun;
 /// The request's loop, under its lock.
 class RequestCache {
 public:
-    RequestCache(const HTTPRequest& request, RequestParts parts, RequestRun& run);
+    RequestCache(const HTTPRequest& request, RequestParts parts, RequestRun& run,
+                 ProgressReporter& progress);
 
     /// Before a send. True: the request has been answered; else conditional headers may have been
     /// added.
@@ -22,6 +24,10 @@ public:
     [[nodiscard]] bool answerAfterHead();
     /// Instead of a failure. True: the request has been answered.
     [[nodiscard]] bool answerFailure();
+    /// Whether the answer in hand comes out of the cache.
+    [[nodiscard]] bool hasAnswered() const { return hasAnswered_; }
+    /// Another request is to be made.
+    void forgetAnswer() { hasAnswered_ = false; }
     /// Keeps a response that has come to its end.
     void store();
 
@@ -30,9 +36,11 @@ private:
     void useDataFromCache();
     void takeCachedResponse();
 
-    const HTTPRequest& _request;
-    RequestParts _parts;
-    RequestRun& _run;
+    const HTTPRequest& request_;
+    RequestParts parts_;
+    RequestRun& run_;
+    ProgressReporter& progress_;
+    bool hasAnswered_ = false;
 };
 
 }  // namespace http

@@ -5,8 +5,8 @@
 #include <mutex>
 #include <optional>
 
-#include "http/cache/cached_headers.h"
-#include "http/cache/response_cache.h"
+#include "http/extras/cache/cached_headers.h"
+#include "http/extras/cache/response_cache.h"
 #include "platform/base/error.h"
 
 namespace http {
@@ -18,7 +18,7 @@ namespace http {
 class HTTPDownloadCache final : public ResponseCache {
 public:
     /// `clock`: for expiry.
-    explicit HTTPDownloadCache(const platform::Clock& clock) : _clock(clock) {}
+    explicit HTTPDownloadCache(const platform::Clock& clock) : clock_(clock) {}
 
     /// In the user's cache folder; made on first use, of the session that lives then.
     [[nodiscard]] static std::shared_ptr<HTTPDownloadCache> sharedCache();
@@ -63,11 +63,11 @@ private:
     /// False: it has not been kept, or cannot be.
     [[nodiscard]] bool storeBody(const HTTPRequest& request);
 
-    const platform::Clock& _clock;
-    mutable std::recursive_mutex _accessLock;  ///< Guards the fields below and the files.
-    std::uint32_t _defaultCachePolicy = cachePolicyAskServerIfModifiedWhenStale;
-    QString _storagePath;
-    bool _shouldRespectCacheControlHeaders = true;
+    const platform::Clock& clock_;
+    mutable std::recursive_mutex accessLock_;  ///< Guards the fields below and the files.
+    std::uint32_t defaultCachePolicy_ = cachePolicyAskServerIfModifiedWhenStale;
+    QString storagePath_;
+    bool shouldRespectCacheControlHeaders_ = true;
 };
 
 }  // namespace http

@@ -1,4 +1,4 @@
-#include "http/request/file_output.h"
+#include "http/extras/file_output.h"
 
 #include "http/content/http_data_decompressor.h"
 #include "http/http_request_error.h"
@@ -29,15 +29,15 @@ QString rangeFrom(std::uint64_t start) {
 }
 
 FileOutput::Start FileOutput::begin() {
-    if (_fileDownloadOutputStream != nullptr)
+    if (fileDownloadOutputStream_ != nullptr)
         return {};
     Start start;
-    const bool askedForRest = _state.options.allowResumeForFileDownloads && _state.request &&
-                              _state.request->headers.contains(u"Range"_s);
-    _appends = askedForRest && _state.responseHeader(u"Content-Range"_s).has_value();
-    if (askedForRest && !_appends)
-        start.discarded = std::exchange(_state.partialDownloadSize, 0);
-    start.error = open(_fileDownloadOutputStream, _state.options.temporaryFileDownloadPath);
+    const bool askedForRest = state_.options.allowResumeForFileDownloads && state_.request &&
+                              state_.request->headers.contains(u"Range"_s);
+    appends_ = askedForRest && state_.responseHeader(u"Content-Range"_s).has_value();
+    if (askedForRest && !appends_)
+        start.discarded = std::exchange(state_.partialDownloadSize, 0);
+    start.error = open(fileDownloadOutputStream_, state_.options.temporaryFileDownloadPath);
     return start;
 }
 
@@ -47,7 +47,7 @@ std::optional<Error> FileOutput::open(File& file, QString& path) {
     if (isMadeUp)
         path = makeTemporaryPath();
     const auto whatIsThere = isMadeUp   ? QIODevice::NewOnly
-                             : _appends ? QIODevice::Append
+                             : appends_ ? QIODevice::Append
                                         : QIODevice::Truncate;
     file = std::make_unique<QFile>(path);
     if (file->open(QIODevice::WriteOnly | QIODevice::Unbuffered | whatIsThere))
@@ -64,33 +64,33 @@ std::optional<Error> FileOutput::writeAll(QFile& file, const QByteArray& data) {
 }
 
 std::optional<Error> FileOutput::write(const QByteArray& received) {
-    return writeAll(*_fileDownloadOutputStream, received);
+    return writeAll(*fileDownloadOutputStream_, received);
 }
 
 std::optional<Error> FileOutput::writeInflated(const QByteArray& inflated) {
-    if (_inflatedFileDownloadOutputStream == nullptr)
-        if (auto error = open(_inflatedFileDownloadOutputStream,
-                              _state.options.temporaryUncompressedDataDownloadPath))
+    if (inflatedFileDownloadOutputStream_ == nullptr)
+        if (auto error = open(inflatedFileDownloadOutputStream_,
+                              state_.options.temporaryUncompressedDataDownloadPath))
             return error;
-    return writeAll(*_inflatedFileDownloadOutputStream, inflated);
+    return writeAll(*inflatedFileDownloadOutputStream_, inflated);
 }
 
 void FileOutput::close() {
-    _fileDownloadOutputStream.reset();
-    _inflatedFileDownloadOutputStream.reset();
+    fileDownloadOutputStream_.reset();
+    inflatedFileDownloadOutputStream_.reset();
 }
 
 std::optional<Error> FileOutput::finish() {
-    QString& temporaryPath = _state.options.temporaryFileDownloadPath;
+    QString& temporaryPath = state_.options.temporaryFileDownloadPath;
     close();
     if (temporaryPath.isEmpty())
         return std::nullopt;
     std::optional<Error> error;
-    if (!_state.isResponseCompressed()) {
+    if (!state_.isResponseCompressed()) {
         error = moveToDestination(temporaryPath);
     } else {
-        QString& inflatedPath = _state.options.temporaryUncompressedDataDownloadPath;
-        error = _state.options.shouldWaitToInflateCompressedResponses
+        QString& inflatedPath = state_.options.temporaryUncompressedDataDownloadPath;
+        error = state_.options.shouldWaitToInflateCompressedResponses
                     ? inflateToDestination()
                     : moveToDestination(inflatedPath);
         inflatedPath.clear();
@@ -101,29 +101,29 @@ std::optional<Error> FileOutput::finish() {
 }
 
 std::optional<Error> FileOutput::inflateToDestination() const {
-    return HTTPDataDecompressor::uncompressDataFromFile(_state.options.temporaryFileDownloadPath,
-                                                        _state.options.downloadDestinationPath);
+    return HTTPDataDecompressor::uncompressDataFromFile(state_.options.temporaryFileDownloadPath,
+                                                        state_.options.downloadDestinationPath);
 }
 
 std::optional<Error> FileOutput::moveToDestination(const QString& path) const {
-    const QString& destination = _state.options.downloadDestinationPath;
+    const QString& destination = state_.options.downloadDestinationPath;
     if (!removeFileIfPresent(destination))
         return fileDeletionError(destination);
     if (platform::moveFile(path, destination))
-        return fileMoveError(_state.options.temporaryFileDownloadPath, destination);
+        return fileMoveError(state_.options.temporaryFileDownloadPath, destination);
     return std::nullopt;
 }
 
 void FileOutput::abandon() {
-    if (_state.options.temporaryFileDownloadPath.isEmpty())
+    if (state_.options.temporaryFileDownloadPath.isEmpty())
         return;
     close();
-    if (_state.downloadComplete)
+    if (state_.phase == RequestPhase::Answered && !state_.error)
         return;
-    if (!_state.options.allowResumeForFileDownloads)
-        removeFileIfPresent(_state.options.temporaryFileDownloadPath);
-    if (!_state.options.temporaryUncompressedDataDownloadPath.isEmpty())
-        removeFileIfPresent(_state.options.temporaryUncompressedDataDownloadPath);
+    if (!state_.options.allowResumeForFileDownloads)
+        removeFileIfPresent(state_.options.temporaryFileDownloadPath);
+    if (!state_.options.temporaryUncompressedDataDownloadPath.isEmpty())
+        removeFileIfPresent(state_.options.temporaryUncompressedDataDownloadPath);
 }
 
 }  // namespace http

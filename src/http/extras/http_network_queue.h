@@ -27,7 +27,7 @@ public:
     /// What is called while there is a delegate; none is set at first.
     struct Selectors {
         RequestSelector requestDidStartSelector;
-        std::function<void(HTTPRequest&, const platform::HTTPHeaders&)>
+        std::function<void(HTTPRequest&, const HTTPResponse&)>
             requestDidReceiveResponseHeadersSelector;
         /// Takes redirects over, as HTTPRequestDelegate::Capabilities describes.
         std::function<void(HTTPRequest&, const platform::Url&)> requestWillRedirectSelector;
@@ -46,15 +46,15 @@ public:
     std::optional<platform::Error> addOperation(const std::shared_ptr<Operation>& operation);
     /// Adds a probe, which does not count among the requests.
     void addHEADOperation(const std::shared_ptr<HTTPRequest>& probe);
-    void go() { _operations.setSuspended(false); }
+    void go() { operations_.setSuspended(false); }
     /// Cancels all, forgets delegate, progress delegates and selectors but the one for redirects,
     /// and suspends.
     void reset();
     /// Forgets all amounts.
     void cancelAllOperations();
-    [[nodiscard]] OperationQueue& operationQueue() { return _operations; }
+    [[nodiscard]] OperationQueue& operationQueue() { return operations_; }
     /// Added and not yet ended.
-    [[nodiscard]] int requestsCount() const { return _requestsCount; }
+    [[nodiscard]] int requestsCount() const { return requestsCount_; }
 
     /// Not owned. Also asked for credentials, if it can supply them.
     void setDelegate(HTTPRequestDelegate* delegate);
@@ -68,27 +68,27 @@ public:
 
     /// Yes at first.
     void setShouldCancelAllRequestsOnFailure(bool cancels) {
-        _shouldCancelAllRequestsOnFailure = cancels;
+        shouldCancelAllRequestsOnFailure_ = cancels;
     }
     [[nodiscard]] bool shouldCancelAllRequestsOnFailure() const {
-        return _shouldCancelAllRequestsOnFailure;
+        return shouldCancelAllRequestsOnFailure_;
     }
     /// No at first. Counts for requests that are added later.
-    void setShowAccurateProgress(bool shows) { _showAccurateProgress = shows; }
-    [[nodiscard]] bool showAccurateProgress() const { return _showAccurateProgress; }
-    void setUserInfo(QVariantMap info) { _userInfo = std::move(info); }
-    [[nodiscard]] const QVariantMap& userInfo() const { return _userInfo; }
-    [[nodiscard]] std::uint64_t bytesUploadedSoFar() const { return _upload.soFar; }
-    [[nodiscard]] std::uint64_t totalBytesToUpload() const { return _upload.total; }
-    [[nodiscard]] std::uint64_t bytesDownloadedSoFar() const { return _download.soFar; }
-    [[nodiscard]] std::uint64_t totalBytesToDownload() const { return _download.total; }
+    void setShowAccurateProgress(bool shows) { showAccurateProgress_ = shows; }
+    [[nodiscard]] bool showAccurateProgress() const { return showAccurateProgress_; }
+    void setUserInfo(QVariantMap info) { userInfo_ = std::move(info); }
+    [[nodiscard]] const QVariantMap& userInfo() const { return userInfo_; }
+    [[nodiscard]] std::uint64_t bytesUploadedSoFar() const { return upload_.soFar; }
+    [[nodiscard]] std::uint64_t totalBytesToUpload() const { return upload_.total; }
+    [[nodiscard]] std::uint64_t bytesDownloadedSoFar() const { return download_.soFar; }
+    [[nodiscard]] std::uint64_t totalBytesToDownload() const { return download_.total; }
 
     // For its requests.
 
     [[nodiscard]] Capabilities capabilities() const override;
     void requestStarted(HTTPRequest& request) override;
     void requestDidReceiveResponseHeaders(HTTPRequest& request,
-                                          const platform::HTTPHeaders& headers) override;
+                                          const HTTPResponse& response) override;
     void requestWillRedirectToURL(HTTPRequest& request, const platform::Url& url) override;
     void requestFinished(HTTPRequest& request) override;
     void requestFailed(HTTPRequest& request) override;
@@ -116,16 +116,16 @@ private:
     template <typename Selector, typename... Arguments>
     void call(Selector Selectors::*selector, Arguments&... arguments) const;
 
-    OperationQueue _operations;
-    mutable std::mutex _delegateLock;  ///< Guards the two below: requests look at them at any time.
-    HTTPRequestDelegate* _delegate = nullptr;
-    Selectors _selectors;
-    Progress _upload;
-    Progress _download;
-    bool _shouldCancelAllRequestsOnFailure = true;
-    bool _showAccurateProgress = false;
-    int _requestsCount = 0;
-    QVariantMap _userInfo;
+    OperationQueue operations_;
+    mutable std::mutex delegateLock_;  ///< Guards the two below: requests look at them at any time.
+    HTTPRequestDelegate* delegate_ = nullptr;
+    Selectors selectors_;
+    Progress upload_;
+    Progress download_;
+    bool shouldCancelAllRequestsOnFailure_ = true;
+    bool showAccurateProgress_ = false;
+    int requestsCount_ = 0;
+    QVariantMap userInfo_;
 };
 
 }  // namespace http

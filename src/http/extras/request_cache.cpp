@@ -1,9 +1,9 @@
-#include "http/request/request_cache.h"
+#include "http/extras/request_cache.h"
 
-#include "http/cache/response_cache.h"
+#include "http/extras/cache/response_cache.h"
+#include "http/extras/progress_reporter.h"
 #include "http/http_request.h"
 #include "http/request/connection_lease.h"
-#include "http/request/progress_reporter.h"
 #include "http/request/request_run.h"
 #include "http/request/request_state.h"
 #include "http/request/response_reader.h"
@@ -13,16 +13,17 @@ namespace http {
 
 using namespace Qt::Literals::StringLiterals;
 
-RequestCache::RequestCache(const HTTPRequest& request, RequestParts parts, RequestRun& run)
-    : _request(request), _parts(parts), _run(run) {}
+RequestCache::RequestCache(const HTTPRequest& request, RequestParts parts, RequestRun& run,
+                           ProgressReporter& progress)
+    : request_(request), parts_(parts), run_(run), progress_(progress) {}
 
 bool RequestCache::answerBeforeSend() {
-    const auto cache = _parts.state.options.downloadCache;
+    const auto cache = parts_.state.options.downloadCache;
     if (cache == nullptr)
         return false;
-    if (_parts.state.options.cachePolicy == cachePolicyDefault)
-        _parts.state.options.cachePolicy = cache->defaultCachePolicy();
-    if (cache->canUseCachedDataForRequest(_request)) {
+    if (parts_.state.options.cachePolicy == cachePolicyDefault)
+        parts_.state.options.cachePolicy = cache->defaultCachePolicy();
+    if (cache->canUseCachedDataForRequest(request_)) {
         useDataFromCache();
         return true;
     }
@@ -31,7 +32,7 @@ bool RequestCache::answerBeforeSend() {
 }
 
 void RequestCache::addConditions() {
-    RequestState& state = _parts.state;
+    RequestState& state = parts_.state;
     constexpr std::uint32_t asks =
         cachePolicyAskServerIfModifiedWhenStale | cachePolicyAskServerIfModified;
     if ((state.options.cachePolicy & asks) == 0)
@@ -46,40 +47,40 @@ void RequestCache::addConditions() {
 }
 
 bool RequestCache::answerAfterHead() {
-    const auto cache = _parts.state.options.downloadCache;
-    if (cache == nullptr || !cache->canUseCachedDataForRequest(_request))
+    const auto cache = parts_.state.options.downloadCache;
+    if (cache == nullptr || !cache->canUseCachedDataForRequest(request_))
         return false;
-    cache->updateExpiryForRequest(_request, _parts.state.options.secondsToCache);
+    cache->updateExpiryForRequest(request_, parts_.state.options.secondsToCache);
     useDataFromCache();
     return true;
 }
 
 bool RequestCache::answerFailure() {
-    const RequestState& state = _parts.state;
+    const RequestState& state = parts_.state;
     const auto cache = state.options.downloadCache;
     if (cache == nullptr ||
         (state.options.cachePolicy & cachePolicyFallbackToCacheIfLoadFails) == 0 ||
-        !cache->canUseCachedDataForRequest(_request))
+        !cache->canUseCachedDataForRequest(request_))
         return false;
     useDataFromCache();
     return true;
 }
 
 void RequestCache::store() {
-    const RequestState& state = _parts.state;
-    if (state.options.downloadCache != nullptr && !state.didUseCachedResponse)
-        state.options.downloadCache->storeResponseForRequest(_request,
+    const RequestState& state = parts_.state;
+    if (state.options.downloadCache != nullptr && !hasAnswered_)
+        state.options.downloadCache->storeResponseForRequest(request_,
                                                              state.options.secondsToCache);
 }
 
 void RequestCache::takeCachedResponse() {
-    RequestState& state = _parts.state;
+    RequestState& state = parts_.state;
     ResponseCache& cache = *state.options.downloadCache;
     const auto headers = cache.cachedResponseHeadersForURL(state.url);
     const QString path = cache.pathToCachedResponseDataForURL(state.url);
     if (headers && !path.isEmpty()) {
         state.responseStatusCode = headers->value(cacheStatusCodeField).value_or(QString()).toInt();
-        state.didUseCachedResponse = true;
+        hasAnswered_ = true;
         state.responseHeaders = headers;
         if (state.options.downloadDestinationPath.isEmpty())
             state.rawResponseData =
@@ -93,26 +94,25 @@ void RequestCache::takeCachedResponse() {
 }
 
 void RequestCache::useDataFromCache() {
-    RequestState& state = _parts.state;
+    RequestState& state = parts_.state;
     // A send that is answered before its end leaves a connection that nobody can use.
-    if (state.downloadComplete)
-        _parts.connection.endUse();
+    if (state.phase == RequestPhase::Answered)
+        parts_.connection.endUse();
     else
-        _parts.connection.remove();
+        parts_.connection.remove();
     takeCachedResponse();
-    _run.statusWatch().stop();
-    const bool redirects = _run.reader().takeCachedHeaders();
-    state.complete = true;
-    state.downloadComplete = true;
+    run_.statusWatch().stop();
+    const bool redirects = run_.reader().takeCachedHeaders();
+    state.phase = RequestPhase::Answered;
     if (redirects) {
-        _run.followRedirectLater();
+        run_.followRedirectLater();
         return;
     }
     if (state.redirectCount == 0)
         state.originalURL = state.url;
-    _parts.progress.updateProgressIndicators();
-    _run.requestFinished();
-    _run.markAsFinished();
+    progress_.updateProgressIndicators();
+    run_.requestFinished();
+    run_.markAsFinished();
 }
 
 }  // namespace http

@@ -1,4 +1,4 @@
-#include "http/cache/http_download_cache.h"
+#include "http/extras/cache/http_download_cache.h"
 
 #include <QDir>
 #include <QFile>
@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <array>
 
-#include "http/cache/cache_keys.h"
+#include "http/extras/cache/cache_keys.h"
 #include "http/http_request.h"
 #include "http/shared/shared_state.h"
 #include "platform/files/files.h"
@@ -55,9 +55,9 @@ std::shared_ptr<HTTPDownloadCache> HTTPDownloadCache::sharedCache() {
 // Settings.
 
 std::optional<Error> HTTPDownloadCache::setStoragePath(const QString& path) {
-    const std::scoped_lock guard(_accessLock);
+    const std::scoped_lock guard(accessLock_);
     static_cast<void>(clearCachedResponsesForStoragePolicy(cacheStorageForSession));
-    _storagePath = path;
+    storagePath_ = path;
     for (const std::uint32_t policy : {cacheStorageForSession, cacheStoragePermanent})
         if (auto error = makeFolder(folder(policy)))
             return error;
@@ -65,43 +65,43 @@ std::optional<Error> HTTPDownloadCache::setStoragePath(const QString& path) {
 }
 
 QString HTTPDownloadCache::storagePath() const {
-    const std::scoped_lock guard(_accessLock);
-    return _storagePath;
+    const std::scoped_lock guard(accessLock_);
+    return storagePath_;
 }
 
 void HTTPDownloadCache::setShouldRespectCacheControlHeaders(bool respects) {
-    const std::scoped_lock guard(_accessLock);
-    _shouldRespectCacheControlHeaders = respects;
+    const std::scoped_lock guard(accessLock_);
+    shouldRespectCacheControlHeaders_ = respects;
 }
 
 bool HTTPDownloadCache::shouldRespectCacheControlHeaders() const {
-    const std::scoped_lock guard(_accessLock);
-    return _shouldRespectCacheControlHeaders;
+    const std::scoped_lock guard(accessLock_);
+    return shouldRespectCacheControlHeaders_;
 }
 
 void HTTPDownloadCache::setDefaultCachePolicy(std::uint32_t policy) {
-    const std::scoped_lock guard(_accessLock);
-    _defaultCachePolicy =
+    const std::scoped_lock guard(accessLock_);
+    defaultCachePolicy_ =
         policy == cachePolicyDefault ? cachePolicyAskServerIfModifiedWhenStale : policy;
 }
 
 std::uint32_t HTTPDownloadCache::defaultCachePolicy() const {
-    const std::scoped_lock guard(_accessLock);
-    return _defaultCachePolicy;
+    const std::scoped_lock guard(accessLock_);
+    return defaultCachePolicy_;
 }
 
 // Files.
 
 QString HTTPDownloadCache::folder(std::uint32_t storagePolicy) const {
-    if (_storagePath.isEmpty())
+    if (storagePath_.isEmpty())
         return {};
     const bool isForSession = storagePolicy == cacheStorageForSession;
-    return QDir(_storagePath).filePath(isForSession ? u"SessionStore"_s : u"PermanentStore"_s);
+    return QDir(storagePath_).filePath(isForSession ? u"SessionStore"_s : u"PermanentStore"_s);
 }
 
 QString HTTPDownloadCache::existingFile(const Url& url, const QString& extension) const {
     const QString key = cacheKeyForURL(url);
-    if (_storagePath.isEmpty() || key.isEmpty())
+    if (storagePath_.isEmpty() || key.isEmpty())
         return {};
     for (const std::uint32_t policy : {cacheStorageForSession, cacheStoragePermanent}) {
         const QString path = QDir(folder(policy)).filePath(u"%1.%2"_s.arg(key, extension));
@@ -113,30 +113,30 @@ QString HTTPDownloadCache::existingFile(const Url& url, const QString& extension
 
 QString HTTPDownloadCache::fileToStore(const HTTPRequest& request, const QString& extension) const {
     const QString key = cacheKeyForURL(request.url());
-    if (_storagePath.isEmpty() || key.isEmpty())
+    if (storagePath_.isEmpty() || key.isEmpty())
         return {};
     return QDir(folder(request.cacheStoragePolicy())).filePath(u"%1.%2"_s.arg(key, extension));
 }
 
 QString HTTPDownloadCache::pathToCachedResponseDataForURL(const Url& url) {
-    const std::scoped_lock guard(_accessLock);
+    const std::scoped_lock guard(accessLock_);
     return existingFile(url, cacheExtensionForURL(url));
 }
 
 QString HTTPDownloadCache::pathToCachedResponseHeadersForURL(const Url& url) {
-    const std::scoped_lock guard(_accessLock);
+    const std::scoped_lock guard(accessLock_);
     return existingFile(url, headersExtension);
 }
 
 QString HTTPDownloadCache::pathToStoreCachedResponseDataForRequest(const HTTPRequest& request) {
     const auto held = request.holdStill();
-    const std::scoped_lock guard(_accessLock);
+    const std::scoped_lock guard(accessLock_);
     return fileToStore(request, cacheExtensionForURL(request.url()));
 }
 
 QString HTTPDownloadCache::pathToStoreCachedResponseHeadersForRequest(const HTTPRequest& request) {
     const auto held = request.holdStill();
-    const std::scoped_lock guard(_accessLock);
+    const std::scoped_lock guard(accessLock_);
     return fileToStore(request, headersExtension);
 }
 
@@ -148,13 +148,13 @@ std::optional<CachedHeaders> HTTPDownloadCache::cachedHeaders(const Url& url) {
 }
 
 std::optional<HTTPHeaders> HTTPDownloadCache::cachedResponseHeadersForURL(const Url& url) {
-    const std::scoped_lock guard(_accessLock);
+    const std::scoped_lock guard(accessLock_);
     const auto cached = cachedHeaders(url);
     return cached ? std::optional(cached->merged()) : std::nullopt;
 }
 
 std::optional<QByteArray> HTTPDownloadCache::cachedResponseDataForURL(const Url& url) {
-    const std::scoped_lock guard(_accessLock);
+    const std::scoped_lock guard(accessLock_);
     const QString path = pathToCachedResponseDataForURL(url);
     if (path.isEmpty())
         return std::nullopt;
@@ -163,7 +163,7 @@ std::optional<QByteArray> HTTPDownloadCache::cachedResponseDataForURL(const Url&
 }
 
 void HTTPDownloadCache::removeCachedDataForURL(const Url& url) {
-    const std::scoped_lock guard(_accessLock);
+    const std::scoped_lock guard(accessLock_);
     for (const QString& path :
          {pathToCachedResponseHeadersForURL(url), pathToCachedResponseDataForURL(url)})
         if (!path.isEmpty())
@@ -176,7 +176,7 @@ void HTTPDownloadCache::removeCachedDataForRequest(const HTTPRequest& request) {
 
 std::optional<Error> HTTPDownloadCache::clearCachedResponsesForStoragePolicy(
     std::uint32_t storagePolicy) {
-    const std::scoped_lock guard(_accessLock);
+    const std::scoped_lock guard(accessLock_);
     const QString path = folder(storagePolicy);
     if (path.isEmpty() || !QFile::exists(path))
         return std::nullopt;
@@ -197,7 +197,7 @@ std::optional<Error> HTTPDownloadCache::clearCachedResponsesForStoragePolicy(
 
 bool HTTPDownloadCache::canUseCachedDataForRequest(const HTTPRequest& request) {
     const auto held = request.holdStill();
-    const std::scoped_lock guard(_accessLock);
+    const std::scoped_lock guard(accessLock_);
     const std::uint32_t policy = request.cachePolicy();
     if ((policy & cachePolicyDoNotRead) != 0)
         return false;
@@ -218,7 +218,7 @@ bool HTTPDownloadCache::canUseCachedDataForRequest(const HTTPRequest& request) {
 
 bool HTTPDownloadCache::isCachedDataCurrentForRequest(const HTTPRequest& request) {
     const auto held = request.holdStill();
-    const std::scoped_lock guard(_accessLock);
+    const std::scoped_lock guard(accessLock_);
     const auto cached = cachedHeaders(request.url());
     if (!cached || pathToCachedResponseDataForURL(request.url()).isEmpty())
         return false;
@@ -234,8 +234,8 @@ bool HTTPDownloadCache::isCachedDataCurrentForRequest(const HTTPRequest& request
         if (!agree(u"Etag"_s) || !agree(u"Last-Modified"_s))
             return false;
     }
-    return !_shouldRespectCacheControlHeaders ||
-           (cached->expires && *cached->expires >= _clock.wall());
+    return !shouldRespectCacheControlHeaders_ ||
+           (cached->expires && *cached->expires >= clock_.wall());
 }
 
 bool HTTPDownloadCache::isWorthStoring(const HTTPRequest& request) const {
@@ -244,13 +244,13 @@ bool HTTPDownloadCache::isWorthStoring(const HTTPRequest& request) const {
     return !request.error() && headers && (request.cachePolicy() & cachePolicyDoNotWrite) == 0 &&
            std::find(storedStatuses.begin(), storedStatuses.end(), request.responseStatusCode()) !=
                storedStatuses.end() &&
-           (!_shouldRespectCacheControlHeaders || serverAllowsResponseCaching(*headers));
+           (!shouldRespectCacheControlHeaders_ || serverAllowsResponseCaching(*headers));
 }
 
 void HTTPDownloadCache::storeResponseForRequest(const HTTPRequest& request,
                                                 platform::Seconds maxAge) {
     const auto held = request.holdStill();
-    const std::scoped_lock guard(_accessLock);
+    const std::scoped_lock guard(accessLock_);
     const QString path = fileToStore(request, headersExtension);
     if (path.isEmpty() || !isWorthStoring(request))
         return;
@@ -260,7 +260,7 @@ void HTTPDownloadCache::storeResponseForRequest(const HTTPRequest& request,
     if (request.isResponseCompressed())
         cached.headers.remove(u"Content-Encoding"_s);
     cached.statusCode = request.responseStatusCode();
-    cached.expires = expiryDate(*request.responseHeaders(), maxAge, _clock.wall());
+    cached.expires = expiryDate(*request.responseHeaders(), maxAge, clock_.wall());
     // The former head does not belong to this body, nor this head to the former body.
     QFile::remove(path);
     if (storeBody(request))
@@ -287,13 +287,13 @@ bool HTTPDownloadCache::storeBody(const HTTPRequest& request) {
 void HTTPDownloadCache::updateExpiryForRequest(const HTTPRequest& request,
                                                platform::Seconds maxAge) {
     const auto held = request.holdStill();
-    const std::scoped_lock guard(_accessLock);
+    const std::scoped_lock guard(accessLock_);
     const QString path = existingFile(request.url(), headersExtension);
     auto cached = cachedHeaders(request.url());
     const auto headers = request.responseHeaders();
     if (!cached || !headers)
         return;
-    const auto expires = expiryDate(*headers, maxAge, _clock.wall());
+    const auto expires = expiryDate(*headers, maxAge, clock_.wall());
     if (!expires)
         return;
     cached->expires = expires;

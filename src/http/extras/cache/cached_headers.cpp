@@ -1,9 +1,9 @@
-#include "http/cache/cached_headers.h"
+#include "http/extras/cache/cached_headers.h"
 
 #include <QRegularExpression>
 
-#include "http/cache/response_cache.h"
 #include "http/content/http_date.h"
+#include "http/extras/cache/response_cache.h"
 #include "platform/files/property_list.h"
 
 namespace http {

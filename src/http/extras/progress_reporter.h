@@ -29,9 +29,10 @@ public:
     void incrementUploadSizeBy(std::int64_t amount);
 
 private:
-    RequestState& _state;
-    RequestNotifier& _notifier;
-    std::recursive_mutex& _progressLock;
+    RequestState& state_;
+    RequestNotifier& notifier_;
+    std::recursive_mutex& progressLock_;
+    bool isUpdated_ = false;  ///< The single 1 has been reported.
 };
 
 }  // namespace http

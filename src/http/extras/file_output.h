@@ -24,7 +24,7 @@ struct RequestState;
 /// Under the request's lock.
 class FileOutput {
 public:
-    explicit FileOutput(RequestState& state) : _state(state) {}
+    explicit FileOutput(RequestState& state) : state_(state) {}
 
     /// Where a response goes on after what the file holds, or starts over; decided once a send.
     struct Start {
@@ -52,10 +52,10 @@ private:
     [[nodiscard]] std::optional<platform::Error> moveToDestination(const QString& path) const;
     [[nodiscard]] std::optional<platform::Error> inflateToDestination() const;
 
-    RequestState& _state;
-    bool _appends = false;
-    File _fileDownloadOutputStream;
-    File _inflatedFileDownloadOutputStream;
+    RequestState& state_;
+    bool appends_ = false;
+    File fileDownloadOutputStream_;
+    File inflatedFileDownloadOutputStream_;
 };
 
 }  // namespace http

@@ -1,4 +1,4 @@
-#include "http/http_network_queue.h"
+#include "http/extras/http_network_queue.h"
 
 #include "http/http_request.h"
 
@@ -26,7 +26,7 @@ void HTTPNetworkQueue::Progress::moved(std::int64_t amount) {
 }
 
 HTTPNetworkQueue::HTTPNetworkQueue() {
-    _operations.setSuspended(true);
+    operations_.setSuspended(true);
 }
 
 HTTPNetworkQueue::~HTTPNetworkQueue() = default;
@@ -38,15 +38,15 @@ std::shared_ptr<HTTPNetworkQueue> HTTPNetworkQueue::queue() {
 std::shared_ptr<HTTPNetworkQueue> HTTPNetworkQueue::copy() const {
     auto made = queue();
     {
-        const std::scoped_lock guard(_delegateLock);
-        made->_delegate = _delegate;
-        made->_selectors = _selectors;
+        const std::scoped_lock guard(delegateLock_);
+        made->delegate_ = delegate_;
+        made->selectors_ = selectors_;
     }
-    made->setUploadProgressDelegate(_upload.indicator);
-    made->setDownloadProgressDelegate(_download.indicator);
-    made->_shouldCancelAllRequestsOnFailure = _shouldCancelAllRequestsOnFailure;
-    made->_showAccurateProgress = _showAccurateProgress;
-    made->_userInfo = _userInfo;
+    made->setUploadProgressDelegate(upload_.indicator);
+    made->setDownloadProgressDelegate(download_.indicator);
+    made->shouldCancelAllRequestsOnFailure_ = shouldCancelAllRequestsOnFailure_;
+    made->showAccurateProgress_ = showAccurateProgress_;
+    made->userInfo_ = userInfo_;
     return made;
 }
 
@@ -60,36 +60,36 @@ std::optional<platform::Error> HTTPNetworkQueue::addOperation(
                                u"Attempted to add an object that was not an HTTPRequest to an "
                                "HTTPNetworkQueue"_s,
                                nullptr};
-    ++_requestsCount;
-    if (_showAccurateProgress) {
+    ++requestsCount_;
+    if (showAccurateProgress_) {
         preparePreciseProgress(*request);
     } else {
-        ++_download.total;
-        ++_upload.total;
+        ++download_.total;
+        ++upload_.total;
     }
     if (request->shouldResetUploadProgress()) {
-        _upload.reset();
+        upload_.reset();
         request->setShouldResetUploadProgress(false);
     }
-    request->setShowAccurateProgress(_showAccurateProgress);
+    request->setShowAccurateProgress(showAccurateProgress_);
     request->setQueue(shared_from_this());
-    _operations.addOperation(request);
+    operations_.addOperation(request);
     return std::nullopt;
 }
 
 void HTTPNetworkQueue::preparePreciseProgress(HTTPRequest& request) {
     request.buildPostBody();
     // Once the queue runs, a probe would come too late to be any use.
-    if (request.requestMethod() == u"GET"_s && _operations.isSuspended()) {
+    if (request.requestMethod() == u"GET"_s && operations_.isSuspended()) {
         const auto probe = request.HEADRequest();
         addHEADOperation(probe);
         request.addDependency(probe);
         if (request.shouldResetDownloadProgress()) {
-            _download.reset();
+            download_.reset();
             request.setShouldResetDownloadProgress(false);
         }
     }
-    _upload.total += request.postLength();
+    upload_.total += request.postLength();
 }
 
 void HTTPNetworkQueue::addHEADOperation(const std::shared_ptr<HTTPRequest>& probe) {
@@ -97,73 +97,73 @@ void HTTPNetworkQueue::addHEADOperation(const std::shared_ptr<HTTPRequest>& prob
     probe->setQueuePriority(probePriority);
     probe->setShowAccurateProgress(true);
     probe->setQueue(shared_from_this());
-    _operations.addOperation(probe);
+    operations_.addOperation(probe);
 }
 
 void HTTPNetworkQueue::reset() {
     cancelAllOperations();
     setDelegate(nullptr);
-    _upload.indicator = nullptr;
-    _download.indicator = nullptr;
+    upload_.indicator = nullptr;
+    download_.indicator = nullptr;
     {
-        const std::scoped_lock guard(_delegateLock);
+        const std::scoped_lock guard(delegateLock_);
         Selectors kept;
-        kept.requestWillRedirectSelector = std::move(_selectors.requestWillRedirectSelector);
-        _selectors = std::move(kept);
+        kept.requestWillRedirectSelector = std::move(selectors_.requestWillRedirectSelector);
+        selectors_ = std::move(kept);
     }
-    _operations.setSuspended(true);
+    operations_.setSuspended(true);
 }
 
 void HTTPNetworkQueue::cancelAllOperations() {
-    for (Progress* progress : {&_upload, &_download})
+    for (Progress* progress : {&upload_, &download_})
         progress->soFar = progress->total = 0;
-    _operations.cancelAllOperations();
+    operations_.cancelAllOperations();
 }
 
 // Receivers.
 
 void HTTPNetworkQueue::setDelegate(HTTPRequestDelegate* delegate) {
-    const std::scoped_lock guard(_delegateLock);
-    _delegate = delegate;
+    const std::scoped_lock guard(delegateLock_);
+    delegate_ = delegate;
 }
 
 HTTPRequestDelegate* HTTPNetworkQueue::delegate() const {
-    const std::scoped_lock guard(_delegateLock);
-    return _delegate;
+    const std::scoped_lock guard(delegateLock_);
+    return delegate_;
 }
 
 void HTTPNetworkQueue::setSelectors(Selectors selectors) {
-    const std::scoped_lock guard(_delegateLock);
-    _selectors = std::move(selectors);
+    const std::scoped_lock guard(delegateLock_);
+    selectors_ = std::move(selectors);
 }
 
 void HTTPNetworkQueue::setUploadProgressDelegate(HTTPProgressDelegate* delegate) {
-    _upload.indicator = delegate;
-    _upload.reset();
+    upload_.indicator = delegate;
+    upload_.reset();
 }
 
 HTTPProgressDelegate* HTTPNetworkQueue::uploadProgressDelegate() const {
-    return _upload.indicator;
+    return upload_.indicator;
 }
 
 void HTTPNetworkQueue::setDownloadProgressDelegate(HTTPProgressDelegate* delegate) {
-    _download.indicator = delegate;
-    _download.reset();
+    download_.indicator = delegate;
+    download_.reset();
 }
 
 HTTPProgressDelegate* HTTPNetworkQueue::downloadProgressDelegate() const {
-    return _download.indicator;
+    return download_.indicator;
 }
 
 // What requests tell.
 
 HTTPRequestDelegate::Capabilities HTTPNetworkQueue::capabilities() const {
-    const std::scoped_lock guard(_delegateLock);
-    if (_delegate == nullptr)
+    const std::scoped_lock guard(delegateLock_);
+    if (delegate_ == nullptr)
         return {};
-    const Capabilities own = _delegate->capabilities();
+    const Capabilities own = delegate_->capabilities();
     Capabilities passedOn;
-    passedOn.confirmsRedirects = static_cast<bool>(_selectors.requestWillRedirectSelector);
+    passedOn.confirmsRedirects = static_cast<bool>(selectors_.requestWillRedirectSelector);
     passedOn.suppliesCredentials = own.suppliesCredentials;
     passedOn.suppliesProxyCredentials = own.suppliesProxyCredentials;
     return passedOn;
@@ -173,9 +173,9 @@ template <typename Selector, typename... Arguments>
 void HTTPNetworkQueue::call(Selector Selectors::*selector, Arguments&... arguments) const {
     Selector called;
     {
-        const std::scoped_lock guard(_delegateLock);
-        if (_delegate != nullptr)
-            called = _selectors.*selector;
+        const std::scoped_lock guard(delegateLock_);
+        if (delegate_ != nullptr)
+            called = selectors_.*selector;
     }
     if (called)
         called(arguments...);
@@ -186,8 +186,8 @@ void HTTPNetworkQueue::requestStarted(HTTPRequest& request) {
 }
 
 void HTTPNetworkQueue::requestDidReceiveResponseHeaders(HTTPRequest& request,
-                                                        const platform::HTTPHeaders& headers) {
-    call(&Selectors::requestDidReceiveResponseHeadersSelector, request, headers);
+                                                        const HTTPResponse& response) {
+    call(&Selectors::requestDidReceiveResponseHeadersSelector, request, response);
 }
 
 void HTTPNetworkQueue::requestWillRedirectToURL(HTTPRequest& request, const platform::Url& url) {
@@ -195,9 +195,9 @@ void HTTPNetworkQueue::requestWillRedirectToURL(HTTPRequest& request, const plat
 }
 
 void HTTPNetworkQueue::requestEnded(HTTPRequest& request, RequestSelector Selectors::*selector) {
-    --_requestsCount;
+    --requestsCount_;
     call(selector, request);
-    if (_requestsCount == 0)
+    if (requestsCount_ == 0)
         call(&Selectors::queueDidFinishSelector, *this);
 }
 
@@ -207,24 +207,24 @@ void HTTPNetworkQueue::requestFinished(HTTPRequest& request) {
 
 void HTTPNetworkQueue::requestFailed(HTTPRequest& request) {
     requestEnded(request, &Selectors::requestDidFailSelector);
-    if (_shouldCancelAllRequestsOnFailure && _requestsCount > 0)
+    if (shouldCancelAllRequestsOnFailure_ && requestsCount_ > 0)
         cancelAllOperations();
 }
 
 void HTTPNetworkQueue::requestDidReceiveBytes(HTTPRequest&, std::int64_t amount) {
-    _download.moved(amount);
+    download_.moved(amount);
 }
 
 void HTTPNetworkQueue::requestDidSendBytes(HTTPRequest&, std::int64_t amount) {
-    _upload.moved(amount);
+    upload_.moved(amount);
 }
 
 void HTTPNetworkQueue::requestIncrementDownloadSizeBy(HTTPRequest&, std::int64_t amount) {
-    _download.total += static_cast<std::uint64_t>(amount);
+    download_.total += static_cast<std::uint64_t>(amount);
 }
 
 void HTTPNetworkQueue::requestIncrementUploadSizeBy(HTTPRequest&, std::int64_t amount) {
-    _upload.total += static_cast<std::uint64_t>(amount);
+    upload_.total += static_cast<std::uint64_t>(amount);
 }
 
 void HTTPNetworkQueue::authenticationNeededForRequest(HTTPRequest& request) {

@@ -47,10 +47,10 @@ RequestOptions probeOptions(const RequestOptions& main) {
 std::shared_ptr<HTTPRequest> HTTPRequest::HEADRequest() {
     auto probe = requestWithURL(url());
     {
-        const std::scoped_lock guard(_cancelledLock);
-        probe->_options = probeOptions(_options);
+        const std::scoped_lock guard(cancelledLock_);
+        probe->options_ = probeOptions(options_);
     }
-    probe->_state->mainRequest = std::static_pointer_cast<HTTPRequest>(shared_from_this());
+    probe->state_->mainRequest = std::static_pointer_cast<HTTPRequest>(shared_from_this());
     probe->setRequestMethod(u"HEAD"_s);
     return probe;
 }

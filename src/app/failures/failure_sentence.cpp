@@ -1,0 +1,200 @@
+#include "app/failures/failure_sentence.h"
+
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QStorageInfo>
+#include <cerrno>
+#include <vector>
+
+#include "engine/lifecycle/download.h"
+#include "engine/record/known_file.h"
+#include "engine/record/user_settings.h"
+#include "engine/workers/download_worker_prototype.h"
+#include "http/http_request_error.h"
+#include "links/format/byte_counts.h"
+#include "links/text/localization.h"
+#include "platform/files/files.h"
+#include "platform/net/http_authentication.h"
+#include "platform/net/http_read_stream.h"
+
+namespace app {
+
+using namespace Qt::Literals::StringLiterals;
+using engine::WorkerErrorCode;
+using http::HTTPRequestErrorCode;
+using links::filledFormat;
+using links::localized;
+using links::translatable;
+using platform::Error;
+
+namespace {
+
+/// What goes into the sentence.
+enum class Detail { None, Progress, Space, Proxy };
+
+struct Cause {
+    QString domain;
+    int code;
+    const char* sentence;
+    Detail detail = Detail::None;
+};
+
+constexpr const char* closed = translatable("The server closed the connection.");
+constexpr const char* unusable = translatable("The server’s answer cannot be used.");
+constexpr const char* otherPart =
+    translatable("The server sent something else than what was asked for.");
+constexpr const char* full = translatable("The disk is full.");
+constexpr const char* forbidden =
+    translatable("The folder cannot be written to. Choose another one.");
+
+const std::vector<Cause>& causes() {
+    using namespace platform;
+    const auto code = [](auto value) { return static_cast<int>(value); };
+    static const std::vector<Cause> table{
+        {networkErrorDomain, networkErrorHostNotFound,
+         translatable("There is no server of this name. Check the address and your connection.")},
+        {networkErrorDomain, networkErrorRefused,
+         translatable("The server refused the connection. Try again later.")},
+        {networkErrorDomain, networkErrorCannotConnect,
+         translatable("The server cannot be reached. Try again later.")},
+        {networkErrorDomain, networkErrorTimedOut,
+         translatable("The server cannot be reached. Try again later.")},
+        {networkErrorDomain, networkErrorConnectionLost, closed, Detail::Progress},
+        {networkErrorDomain, networkErrorCutShort, closed, Detail::Progress},
+        {networkErrorDomain, networkErrorBadServerResponse, unusable},
+        {networkErrorDomain, networkErrorProxyNotFound,
+         translatable("There is no proxy of the name in the network settings.")},
+        {networkErrorDomain, networkErrorProxyRefused,
+         translatable("The proxy does not lead to the server."), Detail::Proxy},
+        {posixErrorDomain, EPIPE, closed, Detail::Progress},
+        {securityErrorDomain, securityErrorCertificateOfOtherHost,
+         translatable("The certificate is not valid for this host.")},
+        {securityErrorDomain, securityErrorCertificateExpired,
+         translatable("The certificate of the server has expired, or the clock is wrong.")},
+        {securityErrorDomain, securityErrorCertificateNotYetValid,
+         translatable("The certificate of the server is not valid yet, or the clock is wrong.")},
+        {securityErrorDomain, securityErrorCertificate,
+         translatable("Nobody who is trusted vouches for the server’s certificate.")},
+        {securityErrorDomain, securityErrorClientCertificate,
+         translatable("The server wants a certificate from you.")},
+        {securityErrorDomain, securityErrorHandshake,
+         translatable("No secure connection to the server could be made.")},
+        {http::httpRequestErrorDomain, code(HTTPRequestErrorCode::TimedOut),
+         translatable("The server stopped answering. Try again later.")},
+        {http::httpRequestErrorDomain, code(HTTPRequestErrorCode::Authentication),
+         translatable("A name and a password are needed.")},
+        {http::httpRequestErrorDomain, code(HTTPRequestErrorCode::UnableToCreateRequest),
+         translatable("Nothing can be fetched from this address.")},
+        {http::httpRequestErrorDomain, code(HTTPRequestErrorCode::TooMuchRedirection),
+         translatable("The address leads on to others without end.")},
+        {http::httpRequestErrorDomain, code(HTTPRequestErrorCode::ApplyingCredentials),
+         translatable("The server cannot be answered with this name and password.")},
+        {httpStreamErrorDomain, httpStreamErrorUnsendable,
+         translatable("The server’s kind of login has no way to send a character of the name or "
+                      "the password.")},
+        {engine::workerErrorDomain, code(WorkerErrorCode::WrongLength), unusable, Detail::Progress},
+        {engine::workerErrorDomain, code(WorkerErrorCode::WrongPart), otherPart},
+        {engine::workerErrorDomain, code(WorkerErrorCode::CannotWrite),
+         translatable("The file cannot be written.")},
+        {posixErrorDomain, ENOSPC, full, Detail::Space},
+        {posixErrorDomain, EDQUOT, full, Detail::Space},
+        {posixErrorDomain, EACCES, forbidden},
+        {posixErrorDomain, EPERM, forbidden},
+        {posixErrorDomain, EROFS, forbidden},
+        {posixErrorDomain, ENOENT, translatable("The file or its folder is gone.")},
+        {posixErrorDomain, EIO, translatable("The disk reports an error.")},
+        {posixErrorDomain, EFBIG, translatable("The file is too large for its disk.")},
+    };
+    return table;
+}
+
+/// Of the innermost error that is known; the outer ones say less. Null: none is.
+const Cause* causeOf(const Error& error, const Error*& found) {
+    if (error.underlying != nullptr)
+        if (const Cause* const inner = causeOf(*error.underlying, found))
+            return inner;
+    for (const Cause& cause : causes()) {
+        if (!error.is(cause.domain, cause.code))
+            continue;
+        found = &error;
+        return &cause;
+    }
+    return nullptr;
+}
+
+QString sizeText(qint64 bytes) {
+    return links::fileSizeDescriptionWithBytesCount(static_cast<quint64>(bytes));
+}
+
+QString progressSentence(const FailureCircumstances& circumstances) {
+    if (circumstances.received < 1 || circumstances.expected <= circumstances.received)
+        return {};
+    return filledFormat(localized("The server closed the connection after %@ of %@."),
+                        {sizeText(circumstances.received), sizeText(circumstances.expected)});
+}
+
+QString spaceSentence(const FailureCircumstances& circumstances) {
+    if (!circumstances.freeBytes)
+        return {};
+    return filledFormat(localized("The disk is full: %@ free on “%@”."),
+                        {sizeText(*circumstances.freeBytes), circumstances.volume});
+}
+
+/// Which proxy, and with which status, only the error's own words say.
+QString proxySentence(const Error& error) {
+    static const QRegularExpression form(u"^The proxy (\\S+) answered (\\d{3})"_s);
+    const auto match = form.match(error.text);
+    return match.hasMatch() ? filledFormat(localized("The proxy %@ answered %@."),
+                                           {match.captured(1), match.captured(2)})
+                            : QString();
+}
+
+}  // namespace
+
+QString failureSentence(const Error& error, const FailureCircumstances& circumstances) {
+    const Error* found = nullptr;
+    const Cause* const cause = causeOf(error, found);
+    if (cause == nullptr)
+        return localized("The download failed. The log says more.");
+    QString detailed;
+    switch (cause->detail) {
+        case Detail::Progress:
+            detailed = progressSentence(circumstances);
+            break;
+        case Detail::Space:
+            detailed = spaceSentence(circumstances);
+            break;
+        case Detail::Proxy:
+            detailed = proxySentence(*found);
+            break;
+        case Detail::None:
+            break;
+    }
+    return detailed.isEmpty() ? localized(cause->sentence) : detailed;
+}
+
+QString failureSentence(engine::DQDownload& download) {
+    const auto& error = download.lastError();
+    if (!error)
+        return {};
+    const Error* found = nullptr;
+    const Cause* const cause = causeOf(*error, found);
+    const Detail detail = cause != nullptr ? cause->detail : Detail::None;
+    const QString partial = download.intermediateDownloadTargetPath();
+    FailureCircumstances circumstances;
+    if (detail == Detail::Progress) {
+        circumstances.expected = engine::knownFile(download.userSettings()).length;
+        // Of several parts the first says little about the whole.
+        if (!download.userSettings().contains(engine::keys::accelerationWorkers))
+            circumstances.received = platform::fileSize(partial).value_or(0);
+    }
+    if (detail == Detail::Space) {
+        const QStorageInfo volume(QFileInfo(partial).absolutePath());
+        circumstances.volume = volume.displayName();
+        if (volume.isValid())
+            circumstances.freeBytes = volume.bytesAvailable();
+    }
+    return failureSentence(*error, circumstances);
+}
+
+}  // namespace app
