@@ -74,7 +74,7 @@ class FailureTest(SystemTest):
             "unannounced": cls.secure.url("/unannounced"),
             "untrusted": untrusted.url("/untrusted"),
         }
-        cls.options = ("-Request Timeout Interval", "3", "-Auto-Resume: Enabled", "NO")
+        cls.options = ("-Request Timeout Interval", "3", "-Auto-Resume", "NO")
 
     def test_on_the_terminal(self):
         result = self.home.run(*self.options, *self.addresses.values(), environment=self.trust)
