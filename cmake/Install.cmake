@@ -9,11 +9,13 @@ if(TARGET orlop-proxy-script)
     install(TARGETS orlop-proxy-script
             RUNTIME DESTINATION "${CMAKE_INSTALL_LIBEXECDIR}/orlop")
 endif()
-foreach(page orlop orlop-terminal orlop-defaults)
+foreach(page orlop orlop-terminal orlop-defaults orlop-log)
     install(FILES "${CMAKE_SOURCE_DIR}/docs/man/${page}.1"
             DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
 endforeach()
 set(resources "${CMAKE_SOURCE_DIR}/resources")
+install(FILES "${resources}/completion/orlop-log.bash"
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" RENAME orlop-log)
 install(FILES "${resources}/desktop/com.tarnworks.Orlop.desktop"
         DESTINATION "${CMAKE_INSTALL_DATADIR}/applications")
 install(FILES "${resources}/desktop/com.tarnworks.Orlop.metainfo.xml"

@@ -190,6 +190,11 @@
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Report a Problem...</source>
+            <translation>Ein Problem &amp;melden …</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
             <source>&amp;Reverse Order</source>
             <translation>&amp;Umkehren</translation>
         </message>
@@ -367,6 +372,11 @@
             <location filename="../../src/app/commands/context_menu.cpp" />
             <source>Copy URLs</source>
             <translation>URLs kopieren</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Debug Logging</source>
+            <translation>Ausführlich protokollieren</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/context_menu.cpp" />
@@ -827,6 +837,101 @@ Möchten Sie jetzt wirklich beenden?</translation>
             <translation>Halt! Da steht noch etwas auf dem Herd …</translation>
         </message>
         <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source> - Acceleration failed</source>
+            <translation> - Beschleunigung gescheitert</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source> - Acceleration not supported</source>
+            <translation> - Beschleunigung nicht möglich</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>%@ - %lu connections</source>
+            <translation>%@ - %lu Verbindungen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>%@ at %@/s</source>
+            <translation>%@ mit %@/s</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>%@ at %@/s - %@ remaining</source>
+            <translation>%@ mit %@/s - noch %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>%@ of %@</source>
+            <translation>%@ von %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>%@%@%@</source>
+            <translation>%@%@%@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>%@%@⎇</source>
+            <translation>%@%@⎇</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>%lu</source>
+            <translation>%lu</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>%lu @ %@</source>
+            <translation>%lu @ %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>Aborted</source>
+            <translation>Abgebrochen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>Complete</source>
+            <translation>Fertig</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>Connecting...</source>
+            <translation>Verbinden …</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>Downloading: %ld%%</source>
+            <translation>Laden: %ld%%</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>Interrupted</source>
+            <translation>Unterbrochen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>Paused</source>
+            <translation>Angehalten</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>Pending</source>
+            <translation>Ausstehend</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>Waiting</source>
+            <translation>Wartet</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>Waiting: #%@</source>
+            <translation>Wartet: Nr. %@</translation>
+        </message>
+        <message>
             <location filename="../../src/app/rules/folder_menu.cpp" />
             <source>Clear Menu</source>
             <translation>Menü leeren</translation>
@@ -939,101 +1044,6 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/engine/paths/file_access.cpp" />
             <source>Orlop cannot download files to this folder at the moment. This is most likely due to the sandbox blocking access to it. Click "Unlock" to ask the sandbox for permanent access to the folder.</source>
             <translation>Orlop kann im Moment nicht in diesen Ordner laden. Wahrscheinlich sperrt die Sandbox den Zugriff. Klicken Sie auf „Freigeben“, um dauerhaften Zugriff auf den Ordner zu erbitten.</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source> - Acceleration failed</source>
-            <translation> - Beschleunigung gescheitert</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source> - Acceleration not supported</source>
-            <translation> - Beschleunigung nicht möglich</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>%@ - %lu connections</source>
-            <translation>%@ - %lu Verbindungen</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>%@ at %@/s</source>
-            <translation>%@ mit %@/s</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>%@ at %@/s - %@ remaining</source>
-            <translation>%@ mit %@/s - noch %@</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>%@ of %@</source>
-            <translation>%@ von %@</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>%@%@%@</source>
-            <translation>%@%@%@</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>%@%@⎇</source>
-            <translation>%@%@⎇</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>%lu</source>
-            <translation>%lu</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>%lu @ %@</source>
-            <translation>%lu @ %@</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>Aborted</source>
-            <translation>Abgebrochen</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>Complete</source>
-            <translation>Fertig</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>Connecting...</source>
-            <translation>Verbinden …</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>Downloading: %ld%%</source>
-            <translation>Laden: %ld%%</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>Interrupted</source>
-            <translation>Unterbrochen</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>Paused</source>
-            <translation>Angehalten</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>Pending</source>
-            <translation>Ausstehend</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>Waiting</source>
-            <translation>Wartet</translation>
-        </message>
-        <message>
-            <location filename="../../src/engine/presentation/status_text.cpp" />
-            <source>Waiting: #%@</source>
-            <translation>Wartet: Nr. %@</translation>
         </message>
         <message>
             <location filename="../../src/engine/record/download_identity.cpp" />
@@ -1479,6 +1489,206 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/list/row_texts.cpp" />
             <source>Double-click to reveal target file</source>
             <translation>Doppelklick zeigt die Zieldatei</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_find_bar.cpp" />
+            <source>Find Next</source>
+            <translation>Nächste Fundstelle</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_find_bar.cpp" />
+            <source>Find Previous</source>
+            <translation>Vorherige Fundstelle</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_find_bar.cpp" />
+            <source>Find in the Log</source>
+            <translation>Im Protokoll suchen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source> — Finding Older Messages…</source>
+            <translation> – sucht ältere Meldungen …</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source>%1 Log</source>
+            <translation>%1-Protokoll</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source>&amp;Debug Logging</source>
+            <translation>&amp;Ausführlich protokollieren</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source>&amp;Equal Messages as One</source>
+            <translation>&amp;Gleiche Meldungen zusammenfassen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source>&amp;Find...</source>
+            <translation>&amp;Suchen …</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source>&amp;Names of Senders</source>
+            <translation>&amp;Namen der Absender</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source>All Lines</source>
+            <translation>Alle Zeilen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source>Clear</source>
+            <translation>Aufräumen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source>Earlier</source>
+            <translation>Früher</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source>Find Earlier Messages</source>
+            <translation>Frühere Meldungen suchen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source>Finding Older Messages</source>
+            <translation>Ältere Meldungen werden gesucht</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source>Lines Shown</source>
+            <translation>Gezeigte Zeilen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source>Log Lines</source>
+            <translation>Protokollzeilen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source>Log Not Supported</source>
+            <translation>Protokoll nicht verfügbar</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source>Problems Only</source>
+            <translation>Nur Probleme</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source>Property Lists (%1)</source>
+            <translation>Eigenschaftslisten (%1)</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source>Save Log</source>
+            <translation>Protokoll sichern</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source>Save...</source>
+            <translation>Sichern …</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source>Selected Lines</source>
+            <translation>Ausgewählte Zeilen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source>The lines selected above are shown here whole.</source>
+            <translation>Die oben ausgewählten Zeilen stehen hier ganz.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source>The log cannot be saved as %1.</source>
+            <translation>Das Protokoll kann nicht als %1 gesichert werden.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source>The program that reads the log, orlop-log, is missing.</source>
+            <translation>Das Programm, das das Protokoll liest, orlop-log, fehlt.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source>View</source>
+            <translation>Darstellung</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source>What Is Shown of the Lines</source>
+            <translation>Was von den Zeilen gezeigt wird</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source>Without Debug Lines</source>
+            <translation>Ohne Debug-Zeilen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source>⇤ %1 days before %2…</source>
+            <translation>⇤ %1 Tage vor %2 …</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source>⇤ %1…</source>
+            <translation>⇤ %1 …</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source>⇤ 1 day before %1…</source>
+            <translation>⇤ 1 Tag vor %1 …</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/log_window.cpp" />
+            <source>⇤ 1 hour before %1…</source>
+            <translation>⇤ 1 Stunde vor %1 …</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/problem_report_dialog.cpp" />
+            <source>Addresses, names and personal folders are replaced, since Private Downloading is on.</source>
+            <translation>Adressen, Namen und persönliche Ordner sind ersetzt, weil privates Laden eingeschaltet ist.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/problem_report_dialog.cpp" />
+            <source>Archives (%1)</source>
+            <translation>Archive (%1)</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/problem_report_dialog.cpp" />
+            <source>Contents</source>
+            <translation>Inhalt</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/problem_report_dialog.cpp" />
+            <source>Files of the Report</source>
+            <translation>Dateien des Berichts</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/problem_report_dialog.cpp" />
+            <source>It may name what you download. With Private Downloading on, addresses and names are replaced.</source>
+            <translation>Er kann nennen, was Sie laden. Ist privates Laden eingeschaltet, werden Adressen und Namen ersetzt.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/problem_report_dialog.cpp" />
+            <source>Report a Problem</source>
+            <translation>Ein Problem melden</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/problem_report_dialog.cpp" />
+            <source>The report cannot be saved: %1</source>
+            <translation>Der Bericht kann nicht gesichert werden: %1</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/log/problem_report_dialog.cpp" />
+            <source>This is all that the report will hold. It is written to a file of your choice and sent nowhere: attach it to a message yourself.</source>
+            <translation>Dies ist alles, was der Bericht enthalten wird. Er wird in eine Datei Ihrer Wahl geschrieben und nirgendwohin gesendet: Hängen Sie ihn selbst an eine Nachricht an.</translation>
         </message>
         <message>
             <location filename="../../src/ui/rules/folder_selector.cpp" />
@@ -2227,6 +2437,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/window/desktop_windows.cpp" />
+            <source>&amp;Log</source>
+            <translation>&amp;Protokoll</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/desktop_windows.cpp" />
             <source>H&amp;istory</source>
             <translation>&amp;Verlauf</translation>
         </message>
@@ -2249,11 +2464,6 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/window/main_window.cpp" />
             <source>Already in the list</source>
             <translation>Schon in der Liste</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/window/main_window.cpp" />
-            <source>Clear</source>
-            <translation>Aufräumen</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/url_panel.cpp" />

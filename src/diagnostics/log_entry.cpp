@@ -51,6 +51,14 @@ std::optional<std::int64_t> parsedLogTimestamp(QByteArrayView text) {
     return time.count();
 }
 
+bool LogEntry::isProblem() const {
+    return messageType == u"Error" || messageType == u"Fault";
+}
+
+QString problemPredicate() {
+    return uR"((messageType == "Error") || (messageType == "Fault"))"_s;
+}
+
 QVariantMap LogEntry::propertyList() const {
     return {{u"timestamp"_s, timestamp},
             {u"eventMessage"_s, eventMessage},
@@ -62,29 +70,29 @@ QVariantMap LogEntry::propertyList() const {
 }
 
 LogEntry LogEntryMaker::entry(const structured::FlatObject& object) {
-    const QByteArray timestamp = structured::decodedJsonValue(object.value("timestamp"));
     LogEntry entry;
-    entry.time = parsedLogTimestamp(timestamp);
-    entry.timestamp = QString::fromUtf8(timestamp);
-    entry.eventMessage =
-        QString::fromUtf8(structured::decodedJsonValue(object.value("eventMessage")));
-    entry.processImagePath = shared(object.value("processImagePath"));
-    entry.senderImagePath = shared(object.value("senderImagePath"));
-    entry.messageType = shared(object.value("messageType"));
-    entry.category = shared(object.value("category"));
+    entry.timestamp = structured::decodedJsonText(object.value("timestamp"));
+    entry.time = parsedLogTimestamp(entry.timestamp.toLatin1());
+    entry.eventMessage = structured::decodedJsonText(object.value("eventMessage"));
+    entry.processImagePath = shared(object.value("processImagePath"), process_);
+    entry.senderImagePath = shared(object.value("senderImagePath"), sender_);
+    entry.messageType = shared(object.value("messageType"), type_);
+    entry.category = shared(object.value("category"), category_);
     entry.processID = object.value("processID").toByteArray().toLongLong();
     return entry;
 }
 
-QString LogEntryMaker::shared(QByteArrayView written) {
+const QString& LogEntryMaker::shared(QByteArrayView written, Known& last) {
+    if (last.written == written)
+        return last.text;
+    last.written = written.toByteArray();
     constexpr qsizetype mostTexts = 1000;
-    const auto known = texts_.constFind(QByteArray::fromRawData(written.data(), written.size()));
-    if (known != texts_.constEnd())
-        return *known;
     if (texts_.size() >= mostTexts)
         texts_.clear();
-    return *texts_.insert(written.toByteArray(),
-                          QString::fromUtf8(structured::decodedJsonValue(written)));
+    QString& text = texts_[last.written];
+    if (text.isNull())
+        text = structured::decodedJsonText(written);
+    return last.text = text;
 }
 
 }  // namespace diagnostics

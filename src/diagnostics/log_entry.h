@@ -21,9 +21,14 @@ struct LogEntry {
     QString messageType, category;
     std::int64_t processID = 0;
 
+    /// Whether something went wrong.
+    [[nodiscard]] bool isProblem() const;
     /// As it is saved: strings and numbers.
     [[nodiscard]] QVariantMap propertyList() const;
 };
+
+/// Selects entries that are problems.
+[[nodiscard]] QString problemPredicate();
 
 /// The moment that a "timestamp" means: `yyyy-MM-dd HH:mm:ss.SSSSSSZ`, the zone as +0000.
 [[nodiscard]] std::optional<std::int64_t> parsedLogTimestamp(QByteArrayView text);
@@ -34,9 +39,17 @@ public:
     [[nodiscard]] LogEntry entry(const structured::FlatObject& object);
 
 private:
-    QString shared(QByteArrayView written);
+    /// A text as it was written, and what it means.
+    struct Known {
+        QByteArray written;
+        QString text;
+    };
+
+    /// `last`: what the field was before, which it mostly is again.
+    const QString& shared(QByteArrayView written, Known& last);
 
     QHash<QByteArray, QString> texts_;
+    Known process_, sender_, type_, category_;
 };
 
 }  // namespace diagnostics

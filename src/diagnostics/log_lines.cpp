@@ -18,6 +18,12 @@ bool isWholeLine(FlatObject& object, QByteArrayView line) {
     return end > 0 && end + structured::jsonBlanks(line.sliced(end)) == line.size();
 }
 
+/// Behind a line that was cut short. Inside of a string the beginning would hold backslashes.
+bool endsWithEntry(FlatObject& object, QByteArrayView line) {
+    const qsizetype last = line.lastIndexOf(beginning);
+    return last > 0 && isWholeLine(object, line.sliced(last));
+}
+
 }  // namespace
 
 bool takeLines(QByteArrayView text, const TakeLine& take) {
@@ -26,11 +32,7 @@ bool takeLines(QByteArrayView text, const TakeLine& take) {
         const qsizetype end = text.indexOf('\n');
         const QByteArrayView line = text.first(end < 0 ? text.size() : end);
         text = text.sliced(end < 0 ? text.size() : end + 1);
-        // Inside of a string these characters would stand behind backslashes.
-        const qsizetype last = line.lastIndexOf(beginning);
-        const bool isEntry =
-            isWholeLine(object, line) || (last > 0 && isWholeLine(object, line.sliced(last)));
-        if (isEntry && !take(object))
+        if ((isWholeLine(object, line) || endsWithEntry(object, line)) && !take(object))
             return false;
     }
     return true;

@@ -6,6 +6,8 @@
 #include "app/settings.h"
 #include "core_fixture.h"
 #include "engine/settings.h"
+#include "engine/workers/debug_log.h"
+#include "support/log_recorder.h"
 
 using namespace Qt::Literals::StringLiterals;
 using app::Command;
@@ -149,7 +151,7 @@ TEST_F(CommandsTest, OffersForOneDownloadWhatItsStatusAllows) {
     add({u"a"_s, u"b"_s});
     const auto only = [this] { return Downloads{download(u"a"_s)}; };
     const QString address = u'(' + Core::address(u"a"_s) + u')';
-    const QStringList end{u"Open URL"_s, u"Copy URL"_s, address, u"-"_s};
+    const QStringList end{u"Open URL"_s, u"Copy URL"_s, address, u"Debug Logging"_s, u"-"_s};
 
     EXPECT_EQ(
         leadingLines(only()),
@@ -170,6 +172,30 @@ TEST_F(CommandsTest, OffersForOneDownloadWhatItsStatusAllows) {
     perform(app::contextMenu(commands, only()), u"Retry All"_s);
     EXPECT_EQ(controller->numberOfFailedDownloads(), 0);
     EXPECT_EQ(leadingLines({}), QStringList());
+}
+
+TEST_F(CommandsTest, LogsOneDownloadInDetail) {
+    add({u"a"_s, u"b"_s});
+    const support::LogRecorder log;
+    platform::setDebugLogEnabled(false);
+    const auto logBoth = [this] {
+        for (const char* name : {"a", "b"}) {
+            const engine::DownloadPtr one = download(QString::fromLatin1(name));
+            engine::debugLog(*one, [&] { return one->description(); });
+        }
+    };
+    logBoth();
+    EXPECT_EQ(log.lines(), QStringList());
+    perform(app::contextMenu(commands, {download(u"a"_s)}), u"Debug Logging"_s);
+    EXPECT_TRUE(leadingLines({download(u"a"_s)}).contains(u"Debug Logging [x]"_s));
+    logBoth();
+    ASSERT_EQ(log.lines().size(), 1);
+    EXPECT_TRUE(log.lines()[0].contains(u"a.example"_s)) << log.lines()[0].toStdString();
+    perform(app::contextMenu(commands, {download(u"a"_s)}), u"Debug Logging"_s);
+    logBoth();
+    EXPECT_EQ(log.lines().size(), 1);
+    platform::setDebugLogEnabled(true);
+    EXPECT_TRUE(leadingLines({download(u"b"_s)}).contains(u"(Debug Logging) [x]"_s));
 }
 
 TEST_F(CommandsTest, OffersForSeveralWhatAllOfThemAllow) {

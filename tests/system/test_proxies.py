@@ -70,10 +70,6 @@ class ProxyTest(SystemTest):
         path.write_bytes(text.encode(encoding))
         return path
 
-    def log_text(self):
-        folder = self.home.root / "state/Orlop"
-        return "".join(path.read_text() for path in folder.glob("*") if path.is_file())
-
 
 class EnvironmentTest(ProxyTest):
     def test_each_kind_with_each_scheme(self):
@@ -96,7 +92,7 @@ class EnvironmentTest(ProxyTest):
                     with self.subTest(proxy=type(proxy).__name__, url=url, entrance=entrance):
                         address = proxy.address.replace("//", f"//{entrance}")
                         self.fetch(url, status, all_proxy=address)
-                        self.assertNotIn("geheim9", self.log_text())
+                        self.assertNotIn("geheim9", self.home.log_text())
 
     def test_which_variable_counts(self):
         nowhere = f"http://127.0.0.1:{free_port()}"
@@ -129,7 +125,7 @@ class EnvironmentTest(ProxyTest):
                     self.fetch(target, status=1, all_proxy=address)
         result = self.fetch(url, status=1, all_proxy="gopher://127.0.0.1:70")
         self.assertIn("Unable to obtain information on proxy servers needed for request",
-                      result.stderr + self.log_text())
+                      result.stderr + self.home.log_text())
         self.assertEqual((self.server.requests(), self.secure.requests()), before)
 
 
@@ -253,7 +249,7 @@ class ScriptTest(ProxyTest):
             with self.subTest(source=source):
                 began = time.monotonic()
                 self.fetch(self.server.url("/file.bin?direct"), auto_proxy=source)
-                self.assertIn(message, self.log_text())
+                self.assertIn(message, self.home.log_text())
                 self.assertLess(time.monotonic() - began, 12)
         self.assertEqual(self.squid.asked(), asked)
         self.assertEqual(self.children(), [])

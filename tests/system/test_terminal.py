@@ -77,8 +77,6 @@ class LibrariesTest(unittest.TestCase):
     def test_no_window_system(self):
         for program in ("orlop-terminal", "orlop-defaults", "orlop-log"):
             path = PROGRAMS / program
-            if program != "orlop-terminal" and not path.exists():
-                continue
             loaded = subprocess.run(["ldd", path], capture_output=True, text=True,
                                     check=True).stdout
             self.assertIn("libQt6Core", loaded)

@@ -46,7 +46,7 @@ class TlsTest(SystemTest):
                 self.assertNotIn("/secret.bin", [request[1] for request in server.requests()])
                 self.assertEqual((self.home.finished(), self.home.partial_bytes()), ([], 0))
         # What only those who look for it want to know.
-        log = (self.home.root / "state/Orlop/Log.jsonl").read_text()
+        log = self.home.log_text()
         for reason in cases:
             self.assertIn(reason, log)
         self.assertEqual(log.count("A connection failure occurred: SSL problem (Possible causes may"

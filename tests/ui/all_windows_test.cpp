@@ -25,6 +25,8 @@
 #include "ui/commands/menu_items.h"
 #include "ui/help/help_window.h"
 #include "ui/language.h"
+#include "ui/log/log_window.h"
+#include "ui/log/problem_report_dialog.h"
 #include "ui/settings/settings_window.h"
 #include "ui/window/desktop_front_end.h"
 #include "ui/window/desktop_windows.h"
@@ -70,6 +72,9 @@ protected:
         look(*mainWindow->findChild<ui::URLPanel*>());
         commands.perform(Command::ShowHelp);
         look(*mainWindow->findChild<ui::HelpWindow*>());
+        visitLog(commands, look);
+        commands.perform(Command::ReportProblem);
+        look(*mainWindow->findChild<ui::ProblemReportDialog*>());
         visitSettings(commands, look);
         for (const Command command : {Command::CustomizeToolbar, Command::ShowAbout})
             visitModal([&] { commands.perform(command); }, look);
@@ -96,6 +101,15 @@ private:
             if (action->menu())
                 visitMenu(*action->menu(), look);
         }
+    }
+
+    static void visitLog(const app::Commands& commands, const Look& look) {
+        commands.perform(Command::ToggleDebugLogging);
+        auto* log = window<ui::LogWindow>();
+        ASSERT_NE(log, nullptr);
+        look(*log);
+        look(*log->findChild<QMenu*>());
+        log->close();
     }
 
     static void visitSettings(const app::Commands& commands, const Look& look) {

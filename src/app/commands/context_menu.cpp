@@ -11,6 +11,7 @@
 #include "engine/lifecycle/download.h"
 #include "engine/record/user_settings.h"
 #include "links/text/localization.h"
+#include "platform/base/log.h"
 #include "platform/base/user_defaults.h"
 
 namespace app {
@@ -120,7 +121,16 @@ private:
         add(fileExists ? localized("Copy Original URL") : localized("Copy URL"), download,
             &RowActions::copyOriginalURL);
         menu_.push_back(note(download->originalURLString()));
+        addDebugLogging(download);
         menu_.push_back(separator());
+    }
+
+    /// In detail for this one alone, for whoever looks into what goes wrong with it.
+    void addDebugLogging(const engine::DownloadPtr& download) {
+        add(localized("Debug Logging"),
+            [download] { download->setDebugLogged(!download->isDebugLogged()); });
+        menu_.back().state.isChecked = download->isDebugLogged() || platform::isDebugLogEnabled();
+        menu_.back().state.isEnabled = !platform::isDebugLogEnabled();
     }
 
     void addUnfinished(const engine::DownloadPtr& download) {

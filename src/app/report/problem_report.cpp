@@ -163,12 +163,12 @@ std::vector<ReportFile> problemReport(const DQMainController& controller,
     const bool isPrivate = defaults.get(engine::settings::privateDownloading);
     const Veil veil(controller);
     std::vector<ReportFile> files;
-    const auto add = [&](const QString& name, const QString& text) {
+    const auto gather = [&](const QString& name, const QString& text) {
         files.push_back({name, (isPrivate ? veil.over(text) : text).toUtf8()});
     };
-    add(u"surroundings.txt"_s, surroundingsText(defaults));
-    add(u"settings.plist"_s, settingsText(defaults));
-    add(u"log.txt"_s, logText(logFolder));
+    gather(u"surroundings.txt"_s, surroundingsText(defaults));
+    gather(u"settings.plist"_s, settingsText(defaults));
+    gather(u"log.txt"_s, logText(logFolder));
     return files;
 }
 

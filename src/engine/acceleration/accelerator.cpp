@@ -9,6 +9,7 @@
 #include "engine/record/download_record.h"
 #include "engine/record/known_file.h"
 #include "engine/transfer/resume_plan.h"
+#include "engine/workers/debug_log.h"
 #include "platform/base/log.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -66,7 +67,7 @@ bool addFractionWorker(Transfer& transfer, const Worker::Pointer& primary,
         return false;
     }
     transfer.addWorker(worker);
-    platform::debugLog([&] {
+    debugLog(transfer.record(), [&] {
         return u"%1 added acceleration worker %2 at offset %3"_s
             .arg(transfer.record().description(), worker->description())
             .arg(fraction.start);
@@ -141,7 +142,7 @@ bool addResumedWorkers(Transfer& transfer, const ResumePlan& plan) {
             }
         }
         transfer.addWorker(worker);
-        platform::debugLog([&] {
+        debugLog(transfer.record(), [&] {
             return u"%1 resuming acceleration worker %2 at offset %3 + %4 = %5 (=> %6)"_s
                 .arg(transfer.record().description(), worker->description())
                 .arg(fraction.start)
@@ -158,7 +159,7 @@ void truncateFirstWorker(Transfer& transfer, qint64 offset) {
     if (first->endByte() == 0 && takeOverParkedPart(transfer))
         return;
     if (first->truncateAtOffset(offset)) {
-        platform::debugLog([&] {
+        debugLog(transfer.record(), [&] {
             return u"%1 truncated first worker at offset %2"_s.arg(transfer.record().description())
                 .arg(offset);
         });
@@ -184,7 +185,7 @@ bool parkRefusedWorker(Transfer& transfer, Worker& worker) {
     waiting->setResumeByteOffset(worker.resumeByteOffset());
     waiting->setEndByte(worker.endByte());
     transfer.replaceWorker(worker, waiting);
-    platform::debugLog([&] {
+    debugLog(transfer.record(), [&] {
         return u"%1 lets acceleration worker %2 wait for a free connection"_s.arg(
             transfer.record().description(), waiting->description());
     });

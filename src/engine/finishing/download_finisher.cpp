@@ -18,6 +18,7 @@
 #include "engine/record/known_file.h"
 #include "engine/transfer/resume_plan.h"
 #include "engine/transfer/transfer.h"
+#include "engine/workers/debug_log.h"
 #include "engine/workers/partial_file.h"
 #include "engine/workers/partial_file_marks.h"
 #include "links/paths/available_path.h"
@@ -349,7 +350,7 @@ void DownloadFinisher::endCancelledJob() {
 
 void DownloadFinisher::endWithoutData() {
     transfer_.thawFigures();
-    platform::debugLog([&] {
+    debugLog(record_, [&] {
         return u"%1 finished with no data (status code: %2)"_s.arg(
             record_.description(), record_.userSettings().string(keys::statusCode));
     });

@@ -14,6 +14,7 @@
 #include "engine/paths/intermediate_files.h"
 #include "engine/paths/support_folder.h"
 #include "engine/record/known_file.h"
+#include "engine/workers/debug_log.h"
 #include "links/paths/path_components.h"
 #include "links/paths/sandbox.h"
 #include "platform/base/log.h"
@@ -294,7 +295,7 @@ void DQDownload::didFinishWithFile(const QString& path) {
 }
 
 void DQDownload::didFinishWithoutData() {
-    platform::debugLog([&] {
+    debugLog(*this, [&] {
         return u"%1 finished with no data (status code: %2)"_s.arg(
             description(), userSettings().string(keys::statusCode));
     });

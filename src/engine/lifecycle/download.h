@@ -87,6 +87,7 @@ public:
 
     // Reports of the workers.
 
+    [[nodiscard]] bool isDebugLogged() const override { return DownloadRecord::isDebugLogged(); }
     [[nodiscard]] QString targetPathForDownloadWorker(
         const DQDownloadWorkerPrototype& worker) override;
     void resetProgressForDownloadWorker(DQDownloadWorkerPrototype& worker) override;

@@ -11,6 +11,7 @@
 #include "engine/paths/download_paths.h"
 #include "engine/record/known_file.h"
 #include "engine/transfer/resume_plan.h"
+#include "engine/workers/debug_log.h"
 #include "engine/workers/partial_file_marks.h"
 #include "links/paths/sandbox.h"
 #include "platform/base/log.h"
@@ -207,14 +208,14 @@ bool isDownloadPage(const DQDownload& download, const platform::Url& url) {
 bool acceptExtractedURL(DQDownload& download, const std::optional<platform::Url>& url) {
     const QString wanted = url ? url->absoluteString() : QString();
     if (!download.isGettingDownloadPageSource()) {
-        platform::debugLog([&] {
+        debugLog(download, [&] {
             return u"%1 is not interested in extracted download page URL: %2"_s.arg(
                 download.description(), wanted);
         });
         return false;
     }
     download.setIsGettingDownloadPageSource(false);
-    if (!url && !platform::isDebugLogEnabled())
+    if (!url && !platform::isDebugLogEnabled() && !download.isDebugLogged())
         platform::log(
             u"%1 cannot extract download page URL (enable debug logging for details)"_s.arg(
                 download.description()));
@@ -230,7 +231,7 @@ bool resume(DQDownload& download, const platform::Url& url) {
     }
     const std::optional<platform::Url> answered = responseURL(download);
     const bool fits = plan.kind != ResumePlan::Kind::Damaged;
-    platform::debugLog([&] {
+    debugLog(download, [&] {
         return u"%1 attempting resume from most recent response URL: %2"_s.arg(
             download.description(), (fits && answered ? *answered : url).absoluteString());
     });
@@ -244,7 +245,7 @@ bool resume(DQDownload& download, const platform::Url& url) {
         startWorkers(download, *answered, plan);
         return true;
     }
-    platform::debugLog([&] {
+    debugLog(download, [&] {
         return u"%1 damaged acceleration fractions or invalid most recent response URL: %2"_s.arg(
             download.description(), download.userSettings().string(keys::responseURL));
     });
@@ -270,8 +271,8 @@ void startDownload(DQDownload& download, const std::optional<platform::Url>& url
     if (data == PartialData::VolumeAway || data == PartialData::Finished)
         return;
     if (download.transfer().hasWorkers()) {
-        platform::debugLog(
-            [&] { return u"%1 already has active workers"_s.arg(download.description()); });
+        debugLog(download,
+                 [&] { return u"%1 already has active workers"_s.arg(download.description()); });
         return;
     }
     download.becomeDownloading();

@@ -4,8 +4,8 @@
 
 #include "engine/acceleration/accelerator.h"
 #include "engine/lifecycle/download.h"
+#include "engine/workers/debug_log.h"
 #include "http/http_request_error.h"
-#include "platform/base/log.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -31,7 +31,7 @@ bool isFailedResume(const Transfer::Workers& workers, const platform::Error& err
 
 void handleFailure(DQDownload& download, DQDownloadWorkerPrototype& worker,
                    const platform::Error& error) {
-    platform::debugLog([&] {
+    debugLog(download, [&] {
         return u"%1 failed with error: %2 (worker: %3)"_s.arg(download.description(), error.text,
                                                               worker.description());
     });

@@ -6,11 +6,11 @@
 #include "engine/lifecycle/failure_handler.h"
 #include "engine/paths/download_paths.h"
 #include "engine/record/known_file.h"
+#include "engine/workers/debug_log.h"
 #include "engine/workers/range_answer.h"
 #include "http/http_request.h"
 #include "links/format/byte_counts.h"
 #include "links/repair/percent_escapes.h"
-#include "platform/base/log.h"
 #include "platform/base/user_defaults.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -58,7 +58,7 @@ void goOnWithPart(DQDownload& download, const Worker& worker, const WorkerRespon
         if (!download.dates().lastModifiedOnServerDate())
             adoptLastModifiedDate(download, response);
         download.dates().noteAnswer();
-        platform::debugLog([&] {
+        debugLog(download, [&] {
             return u"%1 resuming from %2 (worker: %3)"_s.arg(
                 download.description(),
                 links::fileSizeDescriptionWithBytesCount(
@@ -68,7 +68,7 @@ void goOnWithPart(DQDownload& download, const Worker& worker, const WorkerRespon
         return;
     }
     download.transfer().setHasJustAddedAccelerationWorkers();
-    platform::debugLog([&] {
+    debugLog(download, [&] {
         return u"%1 starting acceleration worker %2 at offset %3"_s
             .arg(download.description(), worker.description())
             .arg(worker.fractionStartByte());
@@ -142,7 +142,7 @@ void handleWholeAnswer(DQDownload& download, Worker& worker, const WorkerRespons
 }  // namespace
 
 void handleResponse(DQDownload& download, Worker& worker, const WorkerResponse& response) {
-    platform::debugLog([&] {
+    debugLog(download, [&] {
         return u"%1 got a %2 from <%3> (worker: %4)"_s.arg(download.description())
             .arg(response.statusCode)
             .arg(response.url.absoluteString(), worker.description());

@@ -21,7 +21,8 @@ QString DownloadRecord::description() const {
     // It is made for the log, where no password belongs.
     const QString location =
         URL().hasUserInfo() ? URL().forTransfer().absoluteString() : locationKey();
-    const QString shown = platform::isDebugLogEnabled() ? location : anonymizedName();
+    const QString shown =
+        platform::isDebugLogEnabled() || isDebugLogged_ ? location : anonymizedName();
     return u"<DQDownload: %1 0x%2>"_s.arg(shown).arg(reinterpret_cast<quintptr>(this), 0, 16);
 }
 

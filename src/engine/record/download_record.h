@@ -30,6 +30,9 @@ public:
 
     /// For log lines: names it as the rows would, unless debug logging is on.
     [[nodiscard]] QString description() const;
+    /// Whether debug lines about it are wanted even while debug logging is off; for this run only.
+    [[nodiscard]] bool isDebugLogged() const { return isDebugLogged_; }
+    void setDebugLogged(bool logged) { isDebugLogged_ = logged; }
 
     // Address. Once done, it is the file URL of the finished file.
 
@@ -116,6 +119,7 @@ protected:
     bool _isInterrupted = false;
     bool _isBeingRemoved = false;
     std::optional<platform::Error> lastError_;
+    bool isDebugLogged_ = false;
 
 private:
     const Context& context_;

@@ -29,6 +29,9 @@ class DQDownloadWorkerDelegate {
 public:
     virtual ~DQDownloadWorkerDelegate() = default;
 
+    /// Whether debug lines about it are wanted even while debug logging is off.
+    [[nodiscard]] virtual bool isDebugLogged() const { return false; }
+
     /// Where to write; asked for only while the worker has no path and needs one. Empty: nowhere.
     [[nodiscard]] virtual QString targetPathForDownloadWorker(
         const DQDownloadWorkerPrototype& worker) = 0;

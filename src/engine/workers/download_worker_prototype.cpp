@@ -3,9 +3,9 @@
 #include "engine/context.h"
 #include "engine/record/extension_policy.h"
 #include "engine/settings.h"
+#include "engine/workers/debug_log.h"
 #include "engine/workers/file_copy_worker.h"
 #include "engine/workers/http_request_download_worker.h"
-#include "platform/base/log.h"
 #include "platform/base/user_defaults.h"
 #include "platform/net/headers_for_log.h"
 
@@ -88,7 +88,7 @@ void DQDownloadWorkerPrototype::becomeWholeTransfer() {
 
 void DQDownloadWorkerPrototype::processResponse(const WorkerResponse& response,
                                                 qint64 expectedContentLength) {
-    platform::debugLog([&] {
+    debugLog(*this, [&] {
         return u"<%1>\n- status code: %2\n- response headers: %3"_s
             .arg(response.url.absoluteString())
             .arg(response.statusCode)

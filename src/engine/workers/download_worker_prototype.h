@@ -76,6 +76,7 @@ public:
     [[nodiscard]] virtual bool resumesInSeparateFile() const { return true; }
 
     [[nodiscard]] DQDownloadWorkerDelegate* delegate() const { return _delegate; }
+    [[nodiscard]] bool isDebugLogged() const { return _delegate && _delegate->isDebugLogged(); }
     void setDelegate(DQDownloadWorkerDelegate* delegate) { _delegate = delegate; }
     [[nodiscard]] WorkerRequest& request() { return request_; }
     [[nodiscard]] const WorkerRequest& request() const { return request_; }

@@ -1,6 +1,7 @@
 #include "structured/json/flat_object.h"
 
 #include <algorithm>
+#include <cstring>
 #include <optional>
 #include <tuple>
 
@@ -10,8 +11,34 @@ namespace {
 
 constexpr char32_t replacement = 0xfffd;
 
+constexpr quint64 everyByte(unsigned char byte) {
+    return 0x0101'0101'0101'0101ULL * byte;
+}
+
+/// Whether a byte of eight is below `limit`, which is at most 128 (the usual trick: only a smaller
+/// byte borrows from its highest bit).
+constexpr bool hasLess(quint64 bytes, unsigned char limit) {
+    return ((bytes - everyByte(limit)) & ~bytes & everyByte(0x80)) != 0;
+}
+
+constexpr bool has(quint64 bytes, char wanted) {
+    return hasLess(bytes ^ everyByte(static_cast<unsigned char>(wanted)), 1);
+}
+
 bool isPlain(char c) {
     return c != '"' && c != '\\' && static_cast<unsigned char>(c) >= 0x20;
+}
+
+/// Where a string ends, or holds something else than characters that stand for themselves.
+const char* endOfPlain(const char* at, const char* end) {
+    quint64 eight = 0;
+    while (end - at >= 8) {
+        std::memcpy(&eight, at, 8);
+        if (hasLess(eight, 0x20) || has(eight, '"') || has(eight, '\\'))
+            break;
+        at += 8;
+    }
+    return std::find_if_not(at, end, isPlain);
 }
 
 /// The bytes of the string that `text` begins with, quotes included. 0: none.
@@ -19,7 +46,7 @@ qsizetype stringLength(QByteArrayView text) {
     if (text.isEmpty() || text.front() != '"')
         return 0;
     for (const char* at = text.begin() + 1; at != text.end(); ++at) {
-        at = std::find_if_not(at, text.end(), isPlain);
+        at = endOfPlain(at, text.end());
         if (at == text.end())
             return 0;
         if (*at == '"')
@@ -138,6 +165,12 @@ QByteArrayView FlatObject::value(QByteArrayView key) const {
             return member.value;
     }
     return {};
+}
+
+QString decodedJsonText(QByteArrayView written) {
+    if (written.isEmpty() || written.front() != '"' || written.contains('\\'))
+        return QString::fromUtf8(decodedJsonValue(written));
+    return QString::fromUtf8(written.sliced(1, written.size() - 2));
 }
 
 QByteArray decodedJsonValue(QByteArrayView written) {

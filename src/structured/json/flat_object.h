@@ -39,6 +39,9 @@ private:
 /// that means nothing stands for U+FFFD.
 [[nodiscard]] QByteArray decodedJsonValue(QByteArrayView written);
 
+/// The same as text.
+[[nodiscard]] QString decodedJsonText(QByteArrayView written);
+
 /// How many bytes of white space `text` begins with.
 [[nodiscard]] qsizetype jsonBlanks(QByteArrayView text);
 

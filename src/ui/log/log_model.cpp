@@ -78,12 +78,9 @@ QVariant LogModel::data(const QModelIndex& index, int role) const {
             return textOf(index.row()).message;
         case CountRole:
             return textOf(index.row()).count;
-        case ProblemRole: {
-            if (index.row() == 0 || !rowAt(index.row()).entry)
-                return false;
-            const QString& type = rowAt(index.row()).entry->messageType;
-            return type == QStringLiteral("Error") || type == QStringLiteral("Fault");
-        }
+        case ProblemRole:
+            return index.row() > 0 && rowAt(index.row()).entry &&
+                   rowAt(index.row()).entry->isProblem();
         default:
             return {};
     }

@@ -174,9 +174,7 @@ void LogWindow::applyShown() {
     diagnostics::ILRIntegratedLogReaderDelegate delegate;
     delegate.filteringLevel = [this] { return shown_->currentIndex() == Everything ? 2 : 0; };
     delegate.filteringPredicate = [this] {
-        return shown_->currentIndex() == ProblemsOnly
-                   ? uR"((messageType == "Error") || (messageType == "Fault"))"_s
-                   : QString();
+        return shown_->currentIndex() == ProblemsOnly ? diagnostics::problemPredicate() : QString();
     };
     reader_.setDelegate(std::move(delegate));
 }

@@ -100,6 +100,11 @@ class Home:
         process.send_signal(number)
         return self.result(process)
 
+    def log_text(self):
+        """The store of the log as it stands on disk."""
+        return "".join(path.read_text()
+                       for path in sorted((self.root / "state/Orlop/Log").glob("*.jsonl")))
+
     @property
     def queue_path(self):
         return self.support / "Queue.plist"
