@@ -25,8 +25,7 @@ void Throttle::setThrottled(bool throttled) {
 }
 
 qint64 Throttle::throttleLimit() const {
-    const qint64 limit = defaults_.get(settings::throttleLimit);
-    return limit;
+    return defaults_.get(settings::throttleLimit);
 }
 
 void Throttle::setThrottleLimit(qint64 limit) {
