@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include "app/application.h"
 #include "app/lifecycle/command_line.h"
@@ -89,7 +90,7 @@ int main(int argumentCount, char** argumentValues) {
     if (const std::optional<int> status = answerAtOnce(line)) {
         return *status;
     }
-    const platform::ProgramLog log;
+    std::optional<platform::ProgramLog> log(std::in_place);
     // Qt would take arguments with one dash for its own; they are settings here.
     int ownArguments = 1;
     if (!ui::hasDisplay()) {
@@ -142,6 +143,7 @@ int main(int argumentCount, char** argumentValues) {
     const int status = QApplication::exec();
     windows.reset();
     if (!core.stop()) {
+        log.reset();
         std::_Exit(status);
     }
     return status;

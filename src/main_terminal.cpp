@@ -3,7 +3,9 @@
 #include <QCoreApplication>
 #include <clocale>
 #include <cstdlib>
+#include <optional>
 #include <string_view>
+#include <utility>
 
 #include "app/terminal/program.h"
 // The settings of the windows can be given here as well: they are the same settings.
@@ -37,12 +39,14 @@ int main(int argc, char** argv) {
     const auto environment = QProcessEnvironment::systemEnvironment();
     platform::ignoreBrokenPipes();
     useUtf8();
-    const platform::ProgramLog log;
+    std::optional<platform::ProgramLog> log(std::in_place);
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("Orlop"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ORLOP_VERSION));
     const app::terminal::ProgramEnd end =
         app::terminal::runProgram(QCoreApplication::arguments().mid(1), environment);
+    // What ends here does not come back to let it write.
+    log.reset();
     if (end.signal != 0)
         platform::endBySignal(end.signal);
     if (end.mustNotWait)

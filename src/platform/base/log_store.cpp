@@ -7,7 +7,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -53,12 +52,13 @@ QString logStoreFolder() {
 
 std::vector<LogSegment> logSegments(const QString& folder) {
     std::vector<LogSegment> segments;
-    const auto files = QDir(folder).entryInfoList({u"Log.*.jsonl"_s}, QDir::Files | QDir::Hidden);
-    for (const QFileInfo& file : files) {
-        const qint64 number = file.fileName().section(u'.', 1, 1).toLongLong();
-        const QByteArray path = segmentPath(folder, number);
-        if (number > 0 && path == QFile::encodeName(file.filePath()))
-            segments.push_back({number, path, file.size(), file.lastModified().toSecsSinceEpoch()});
+    for (const QString& name : QDir(folder).entryList({u"Log.*.jsonl"_s}, QDir::Files)) {
+        const qint64 number = name.section(u'.', 1, 1).toLongLong();
+        const QByteArray path = segmentPath(QDir::cleanPath(folder), number);
+        struct stat file {};
+        if (number > 0 && path.endsWith(QFile::encodeName(name)) &&
+            stat(path.constData(), &file) == 0)
+            segments.push_back({number, path, file.st_size, file.st_mtim.tv_sec});
     }
     std::sort(segments.begin(), segments.end(),
               [](const auto& a, const auto& b) { return a.number < b.number; });
