@@ -78,22 +78,4 @@ bool hasRequestErrorCode(const Error& error, HTTPRequestErrorCode code) {
     return error.is(httpRequestErrorDomain, static_cast<int>(code));
 }
 
-bool isFromTheWayToServer(const Error& error) {
-    if (hasRequestErrorCode(error, HTTPRequestErrorCode::TimedOut))
-        return true;
-    const Error* const cause = error.underlying.get();
-    if (!hasRequestErrorCode(error, HTTPRequestErrorCode::ConnectionFailure) || cause == nullptr)
-        return false;
-    const auto isNetworkError = [cause](int code) {
-        return cause->is(platform::networkErrorDomain, code);
-    };
-    return cause->domain == platform::securityErrorDomain ||
-           isNetworkError(platform::networkErrorHostNotFound) ||
-           isNetworkError(platform::networkErrorProxyNotFound) ||
-           isNetworkError(platform::networkErrorProxyRefused) ||
-           isNetworkError(platform::networkErrorCannotConnect) ||
-           isNetworkError(platform::networkErrorRefused) ||
-           isNetworkError(platform::networkErrorTimedOut);
-}
-
 }  // namespace http

@@ -47,7 +47,5 @@ enum class HTTPRequestErrorCode {
 [[nodiscard]] platform::Error unhandledExceptionError(const std::exception& exception);
 
 [[nodiscard]] bool hasRequestErrorCode(const platform::Error& error, HTTPRequestErrorCode code);
-/// Whether the server said nothing at all: it was not found, reached or trusted, or kept silent.
-[[nodiscard]] bool isFromTheWayToServer(const platform::Error& error);
 
 }  // namespace http

@@ -246,10 +246,6 @@ TEST_F(AccelerationTest, ResultIsTheFileWhateverServersDoWithParts) {
          }},
         {"another length",
          [&](auto&, int) { return reply(body, {.ranges = Reply::Ranges::WrongTotal}); }},
-        {"one connection only",
-         [&](auto&, int before) {
-             return reply(body, {.status = before > 0 && before < 4 ? 429 : 200});
-         }},
         {"more than was asked for",
          [](auto&, int) { return reply(patternedBytes(300'000), {.status = 206}); }},
         {"less than was asked for",
@@ -280,6 +276,59 @@ TEST_F(AccelerationTest, ResultIsTheFileWhateverServersDoWithParts) {
         ASSERT_EQ(download->status(), DQDownloadStatusDone);
         EXPECT_EQ(contents(download->path()), body);
         QFile::remove(download->path());
+        EXPECT_EQ(downloadedNames(), QStringList());
+    }
+}
+
+/// Servers count a connection for a while after its end. How often they refuse before they serve a
+/// part, and what comes of it.
+TEST_F(AccelerationTest, RefusedHandOverWaitsAndTriesAgain) {
+    struct Case {
+        int refusals;
+        int status;
+        DQDownloadStatus end;
+    };
+    for (const Case& c : {Case{4, 429, DQDownloadStatusDone}, Case{4, 503, DQDownloadStatusDone},
+                          Case{4, 0, DQDownloadStatusDone}, Case{99, 503, DQDownloadStatusAborted},
+                          Case{99, 0, DQDownloadStatusPaused}}) {
+        SCOPED_TRACE(std::to_string(c.refusals) + " times " + std::to_string(c.status));
+        int refused = 0;
+        server.handle("/file.bin", [&](const support::ReceivedRequest& request) {
+            Reply served = reply(body, {.rate = 4'000'000});
+            const auto range = request.header("Range");
+            if (!range)
+                return served;
+            // The second is served, so that the first worker has an end.
+            if (range->starts_with("bytes=250003-") || refused++ >= c.refusals)
+                return reply(body);
+            served.raw = c.status == 0 ? std::optional(QByteArray()) : std::nullopt;
+            served.keepAlive = c.status != 0;
+            served.status = c.status == 0 ? 200 : c.status;
+            return served;
+        });
+        const auto download = add();
+        download->startDownload();
+        const auto hasEnded = [&] { return download->status() != DQDownloadStatusDownloading; };
+        const auto isWaiting = [&] {
+            const auto& workers = download->transfer().workers();
+            return !workers.empty() && std::none_of(workers.begin(), workers.end(), [](auto& each) {
+                return each->status() == DQDownloadWorkerStatusRunning;
+            });
+        };
+        for (int pauses = 0; !hasEnded() && pauses < 20; ++pauses) {
+            ASSERT_TRUE(main.waitUntil([&] { return hasEnded() || isWaiting(); }));
+            if (!hasEnded())
+                main.advance(16);
+        }
+        EXPECT_EQ(download->status(), c.end);
+        if (c.end == DQDownloadStatusDone) {
+            EXPECT_EQ(contents(download->path()), body);
+            QFile::remove(download->path());
+        } else {
+            EXPECT_FALSE(downloadedNames().isEmpty());
+            download->remove();
+        }
+        waitForDisks();
         EXPECT_EQ(downloadedNames(), QStringList());
     }
 }

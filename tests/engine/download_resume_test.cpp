@@ -183,42 +183,118 @@ TEST_F(ResumeTest, ResumeNeverSplicesTwoFiles) {
     }
 }
 
-TEST_F(ResumeTest, RangeAnsweredWithAnErrorAborts) {
-    const auto download = paused();
-    serve("gone", {.status = 410});
-    run(download);
-    EXPECT_EQ(download->status(), DQDownloadStatusAborted);
-    EXPECT_EQ(download->userSettings().value(keys::statusCode), 410);
-    waitForDisks();
-    EXPECT_EQ(downloadedNames(), QStringList());
+/// None of these says that the data on disk is not the file's.
+TEST_F(ResumeTest, RefusalsAndFailuresKeepWhatCame) {
+    struct Case {
+        const char* what;
+        Reply answer;
+        int status;  ///< 0: interrupted.
+    };
+    Reply silent;
+    silent.raw = QByteArray();
+    silent.keepAlive = false;
+    std::vector<Case> cases{
+        {"no answer", silent, 0},
+        {"nothing to answer a challenge with", {.status = 401}, 0},
+        {"nothing to answer a proxy's with", {.status = 407}, 0},
+    };
+    for (const int status : {403, 404, 408, 410, 416, 429, 500, 503})
+        cases.push_back({"refused", {.status = status, .body = "no"}, status});
+    cases.push_back({"no such part of this file",
+                     {.status = 416, .headers = {{"Content-Range", "bytes */600000"}}},
+                     416});
+    for (const Case& c : cases) {
+        for (const bool restarts : {false, true}) {
+            SCOPED_TRACE(c.what + std::to_string(c.status) + (restarts ? " restarted" : ""));
+            auto download = paused();
+            server.serve("/file.bin", c.answer);
+            run(download);
+            EXPECT_EQ(download->isInterrupted(), c.status == 0);
+            EXPECT_EQ(download->status(),
+                      c.status == 0 ? DQDownloadStatusPaused : DQDownloadStatusAborted);
+            if (c.status > 0) {
+                EXPECT_EQ(download->userSettings().value(keys::statusCode), c.status);
+            }
+            waitForDisks();
+            ASSERT_EQ(downloadedNames(), QStringList{u"file.bin.orlop"_s});
+            EXPECT_EQ(contents(partial), body.first(half));
+            if (restarts)
+                download = restarted(download);
+            if (download->status() == DQDownloadStatusAborted)
+                download = owner.queue.retry(*download, false);
+            serve(body);
+            run(download);
+            ASSERT_EQ(download->status(), DQDownloadStatusDone);
+            EXPECT_EQ(requestedRanges().back(), "bytes=300000-");
+            EXPECT_EQ(contents(download->path()), body);
+            EXPECT_EQ(downloadedNames(), QStringList{u"file.bin"_s});
+            QFile::remove(download->path());
+        }
+    }
 }
 
-TEST_F(ResumeTest, ResumeThatGetsNoByteBeginsAnew) {
+TEST_F(ResumeTest, AnotherLengthGivesUpWhatCame) {
     const auto download = paused();
+    const QByteArray shorter = patternedBytes(1'000, 5);
     server.handle("/file.bin", [&](const support::ReceivedRequest& request) {
-        Reply served = reply(body);
-        if (request.header("Range"))
-            served.raw = QByteArray();
-        served.keepAlive = !request.header("Range");
-        return served;
+        return request.header("Range")
+                   ? Reply{.status = 416, .headers = {{"Content-Range", "bytes */1000"}}}
+                   : reply(shorter);
     });
-    run(download);
-    EXPECT_EQ(download->status(), DQDownloadStatusDone);
-    EXPECT_TRUE(log.contains(u"cannot resume download; will try complete reload"_s));
-    EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
+    download->addToQueue();
+    ASSERT_TRUE(waitForStatus(*download, finishedStatuses));
+    EXPECT_EQ(contents(download->path()), shorter);
+    waitForDisks();
+    EXPECT_EQ(downloadedNames(), QStringList{u"file.bin"_s});
 }
 
-TEST_F(ResumeTest, ResumeThatReachesNoServerKeepsWhatCame) {
+/// A link that a server signs for a while; its origin gives a fresh one.
+TEST_F(ResumeTest, ExpiredLinkIsRenewedByItsOrigin) {
+    std::atomic<bool> isExpired = false, isClosed = false;
+    Reply begun = reply(body);
+    begun.stallAfter = half;
+    server.serve("/signed-1", begun);
+    server.handle("/file.bin", [&](const support::ReceivedRequest&) {
+        if (isClosed)
+            return Reply{.status = 503};
+        return Reply{.status = 302,
+                     .headers = {{"Location", isExpired ? "/signed-2" : "/signed-1"}}};
+    });
+    for (const bool failsAtOrigin : {false, true}) {
+        isExpired = isClosed = false;
+        server.serve("/signed-1", begun);
+        auto download = add();
+        download->startDownload();
+        ASSERT_TRUE(waitForBytes(*download, half));
+        download->pause();
+        server.release();
+        EXPECT_TRUE(download->userSettings().string(keys::responseURL).endsWith(u"/signed-1"_s));
+        isExpired = true;
+        isClosed = failsAtOrigin;
+        server.serve("/signed-1", {.status = 403});
+        serve(body, {}, u"/signed-2"_s);
+        run(download);
+        if (failsAtOrigin) {
+            EXPECT_EQ(download->status(), DQDownloadStatusAborted);
+            EXPECT_EQ(download->userSettings().value(keys::statusCode), 503);
+            isClosed = false;
+            download = restarted(download);
+            run(download);
+        }
+        ASSERT_EQ(download->status(), DQDownloadStatusDone);
+        EXPECT_EQ(server.requests().back().target, "/signed-2");
+        EXPECT_EQ(requestedRanges().back(), "bytes=300000-");
+        EXPECT_EQ(contents(download->path()), body);
+        QFile::remove(download->path());
+    }
+}
+
+TEST_F(ResumeTest, AddressOutOfReachIsGoneOnWithoutAtTheOriginal) {
     const auto download = paused();
-    const QString address = download->userSettings().string(keys::responseURL);
     download->userSettings().set(keys::responseURL, u"http://127.0.0.1:9/file.bin"_s);
     run(download);
-    EXPECT_TRUE(download->isInterrupted());
-    download->userSettings().set(keys::responseURL, address);
-    serve(body);
-    run(download);
     EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
-    EXPECT_EQ(server.requests().back().header("Range"), "bytes=300000-");
+    EXPECT_EQ(requestedRanges().back(), "bytes=300000-");
 }
 
 TEST_F(ResumeTest, CutConnectionInterruptsAndKeepsWhatCame) {
@@ -271,10 +347,16 @@ TEST_F(ResumeTest, RemovalTakesThePartialDataAlong) {
     // Nothing but what is ours goes.
     EXPECT_EQ(contents(downloadedPath(u"file.bin.orlop/notes.txt"_s)), "mine");
     EXPECT_FALSE(QFile::exists(partial));
-    const auto other = paused();
-    other->remove();
-    waitForDisks();
-    EXPECT_EQ(downloadedNames(), QStringList{u"file.bin.orlop"_s});
+    for (const int status : {0, 404}) {
+        const auto other = paused();
+        if (status > 0) {
+            server.serve("/file.bin", {.status = status});
+            run(other);
+        }
+        other->remove();
+        waitForDisks();
+        EXPECT_EQ(downloadedNames(), QStringList{u"file.bin.orlop"_s});
+    }
 }
 
 /// Killed after the file was moved, before that was saved.
@@ -346,15 +428,14 @@ TEST_F(ResumeTest, ResumeBehindAPasswordGoesOnHoweverLateTheMainThreadIs) {
     EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
 }
 
-/// A redirect answers a resume with the file from its first byte.
-TEST_F(ResumeTest, RedirectedResumeBeginsAnew) {
+TEST_F(ResumeTest, RedirectedResumeGoesOn) {
     for (const int status : {302, 307}) {
         const auto download = paused();
         server.serve("/file.bin", {.status = status, .headers = {{"Location", "/other.bin"}}});
         serve(body, {}, u"/other.bin"_s);
         run(download);
         ASSERT_EQ(download->status(), DQDownloadStatusDone) << status;
-        EXPECT_EQ(requestedRanges().back(), "");
+        EXPECT_EQ(requestedRanges().back(), "bytes=300000-");
         EXPECT_EQ(contents(download->path()), body);
         QFile::remove(download->path());
     }

@@ -62,6 +62,7 @@ const std::vector<Cause>& causes() {
         {networkErrorDomain, networkErrorConnectionLost, closed, Detail::Progress},
         {networkErrorDomain, networkErrorCutShort, closed, Detail::Progress},
         {networkErrorDomain, networkErrorBadServerResponse, unusable},
+        {networkErrorDomain, networkErrorWrongPart, unusable},
         {networkErrorDomain, networkErrorProxySettings,
          translatable("The settings for proxies cannot be understood. Check them.")},
         {networkErrorDomain, networkErrorProxyNotFound,

@@ -237,8 +237,7 @@ bool Intake::retry(const Downloads& downloads) {
     const engine::DownloadQueue::Batch batch(surroundings_.queue);
     const bool autoStart = surroundings_.defaults.get(settings::autoStart);
     for (const engine::DownloadPtr& download : downloads) {
-        didReplace =
-            surroundings_.queue.replace(*download, download->URL(), autoStart) || didReplace;
+        didReplace = surroundings_.queue.retry(*download, autoStart) || didReplace;
     }
     return didReplace;
 }

@@ -177,8 +177,12 @@ bool parkRefusedWorker(Transfer& transfer, Worker& worker) {
         transfer.workers().begin(), transfer.workers().end(), [&](const Worker::Pointer& other) {
             return other.get() != &worker && other->status() == DQDownloadWorkerStatusRunning;
         });
-    if (!isAnotherRunning)
-        return false;
+    if (isAnotherRunning)
+        parkWorker(transfer, worker);
+    return isAnotherRunning;
+}
+
+void parkWorker(Transfer& transfer, Worker& worker) {
     const Worker::Pointer waiting =
         Worker::downloadWorkerWithDownloadWorker(worker.shared_from_this());
     waiting->setFractionStartByte(worker.fractionStartByte());
@@ -189,7 +193,6 @@ bool parkRefusedWorker(Transfer& transfer, Worker& worker) {
         return u"%1 lets acceleration worker %2 wait for a free connection"_s.arg(
             transfer.record().description(), waiting->description());
     });
-    return true;
 }
 
 bool startParkedWorker(Transfer& transfer) {

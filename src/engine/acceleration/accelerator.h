@@ -26,6 +26,8 @@ void truncateFirstWorker(Transfer& transfer, qint64 offset);
 /// It waits until another worker has ended, since servers commonly serve only so many connections.
 /// False: no other worker is running.
 [[nodiscard]] bool parkRefusedWorker(Transfer& transfer, Transfer::Worker& worker);
+/// The same, whoever is running; who calls sees to its being started.
+void parkWorker(Transfer& transfer, Transfer::Worker& worker);
 /// Starts a worker that waits, now that another one has ended. False: it could not be started.
 [[nodiscard]] bool startParkedWorker(Transfer& transfer);
 

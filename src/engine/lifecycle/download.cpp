@@ -32,6 +32,7 @@ DQDownload::DQDownload(const Context& context, DownloadHost& host, const platfor
       transfer_(*this, paths_, [this] { host_.downloadDidChange(*this); }),
       finisher_(transfer_, *this),
       autoResume_(context.loop),
+      partRetry_(context.loop),
       spaceWatch_(*this) {}
 
 DQDownload::~DQDownload() = default;
@@ -152,6 +153,7 @@ void DQDownload::stop(StatusCause cause) {
         if (!isWorthKeeping)
             paths_.discardPartialData();
     }
+    partRetry_.cancel();
     finisher_.cancel();
     _isGettingDownloadPageSource = false;
     changeStatus(DQDownloadStatusPaused, cause);
@@ -177,6 +179,8 @@ void DQDownload::arrangeAutoResume() {
 
 void DQDownload::cancelArrangedResume() {
     autoResume_.cancel();
+    partRetry_.cancel();
+    partRetries_ = 0;
     spaceWatch_.cancel();
 }
 
@@ -194,6 +198,44 @@ void DQDownload::startOverAfterFailedResume() {
     transfer_.resetProgress();
     platform::log(u"%1 cannot resume download; will try complete reload"_s.arg(description()));
     changeStatus(DQDownloadStatusQueued, StatusCause::StartedOver);
+}
+
+bool DQDownload::askOriginalAgain() {
+    const auto last = platform::Url::parse(userSettings().string(keys::responseURL));
+    if (!last || last->forTransfer() == URL().forTransfer() || URL().isFile() ||
+        isDownloadPageURL() || !paths_.hasIntermediateDownloadTargetPath())
+        return false;
+    platform::log(u"%1 asks its original address again"_s.arg(description()));
+    userSettings().set(keys::responseURL, URL().absoluteString());
+    transfer_.dropWorkers();
+    startDownload();
+    return true;
+}
+
+bool DQDownload::arrangePartRetry() {
+    constexpr int mostRetries = 5;
+    if (partRetries_ >= mostRetries)
+        return false;
+    const platform::Seconds pause = 1 << partRetries_++;
+    partRetry_.start(pause, [this] { retryPart(); });
+    return true;
+}
+
+void DQDownload::retryPart() {
+    const auto keep = shared_from_this();
+    if (status() == DQDownloadStatusDownloading && !startParkedWorker(transfer_))
+        interrupt(makeWorkerError(WorkerErrorCode::WrongPart,
+                                  u"%1 cannot start a part that waited"_s.arg(description())));
+}
+
+void DQDownload::takeOverPartialData(DQDownload& other) {
+    if (!other.paths_.hasIntermediateDownloadTargetPath())
+        return;
+    for (const QString& key : {keys::responseURL, keys::accelerationWorkers, keys::expectedBytes,
+                               keys::entityTag, keys::lastModified})
+        userSettings().set(key, other.userSettings().value(key));
+    paths_.setIntermediateDownloadTargetPath(other.paths_.intermediateDownloadTargetPath());
+    other.paths_.setIntermediateDownloadTargetPath({});
 }
 
 void DQDownload::goOnAlone() {
@@ -214,6 +256,8 @@ void DQDownload::removeAndMoveToTrashIfDone(bool moveToTrash) {
     } else if (moveToTrash) {
         throwAwayFile();
     }
+    // An aborted one may have kept some.
+    paths_.discardPartialDataInBackground();
     host_.downloadWasRemoved(*this);
 }
 
@@ -268,6 +312,7 @@ void DQDownload::downloadWorkerDidReceiveResponse(DQDownloadWorkerPrototype& wor
 
 void DQDownload::downloadWorkerDidReceiveBytes(DQDownloadWorkerPrototype& worker, qint64) {
     const auto keep = shared_from_this();
+    partRetries_ = 0;
     if (const qint64 offset = transfer_.noteReceivedBytes(worker); offset >= 1)
         truncateFirstWorker(transfer_, offset);
 }

@@ -98,6 +98,11 @@ public:
                                const platform::Error& error) override;
     void downloadWorkerDidFinish(DQDownloadWorkerPrototype& worker) override;
 
+    /// Whether something lies on disk that a later attempt can go on with.
+    [[nodiscard]] bool holdsPartialData() const {
+        return paths_.hasIntermediateDownloadTargetPath();
+    }
+
     // For the collaborators of this folder.
 
     [[nodiscard]] DownloadHost& host() { return host_; }
@@ -124,6 +129,13 @@ public:
     void abort();
     /// Gives up all partial data and queues the download.
     void startOverAfterFailedResume();
+    /// Resumes at the address that the download began with, if another one answered last: links
+    /// expire, and their origin gives a fresh one. False: there is no other.
+    [[nodiscard]] bool askOriginalAgain();
+    /// A part that waits will be started after a pause. False: it has been tried often enough.
+    [[nodiscard]] bool arrangePartRetry();
+    /// Takes the partial data of a record that this new one stands for, and what is known of it.
+    void takeOverPartialData(DQDownload& other);
     /// Stops all workers and resumes with one, from what the first worker has.
     void goOnAlone();
 
@@ -141,6 +153,7 @@ private:
     [[nodiscard]] qint64 partialBytes() const;
     void arrangeAutoResume();
     void cancelArrangedResume();
+    void retryPart();
     void throwAwayFile();
 
     DownloadHost& host_;
@@ -149,6 +162,9 @@ private:
     DownloadFinisher finisher_;
     /// A resumption that is to come by itself.
     platform::Timer autoResume_;
+    /// For a part that was refused while no other was running.
+    platform::Timer partRetry_;
+    int partRetries_ = 0;
     SpaceWatch spaceWatch_;
     bool _isGettingDownloadPageSource = false;
 };

@@ -6,28 +6,39 @@
 #include "engine/lifecycle/download.h"
 #include "engine/workers/debug_log.h"
 #include "http/http_request_error.h"
+#include "platform/net/http_read_stream.h"
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace engine {
 namespace {
 
-/// Whether the server would not go on, which is told by its having sent nothing. A disk that takes
-/// nothing, a user who gives no password and a network that is away, as just after waking, say
-/// nothing about the data that is there.
+/// Whether nothing came to go on with what is there, so that another address may do better. A disk
+/// that takes nothing and a user who gives no password would say the same again.
 bool isFailedResume(const Transfer::Workers& workers, const platform::Error& error) {
     if (error.domain == workerErrorDomain ||
-        http::hasRequestErrorCode(error, http::HTTPRequestErrorCode::Authentication) ||
-        http::isFromTheWayToServer(error))
+        http::hasRequestErrorCode(error, http::HTTPRequestErrorCode::Authentication))
         return false;
-    const auto isResumed = [](const auto& worker) { return worker->resumeByteOffset() >= 1; };
-    qint64 sum = 0;
-    for (const auto& worker : workers)
-        sum += worker->downloadedBytes();
-    return sum < 1 && std::any_of(workers.begin(), workers.end(), isResumed);
+    return std::none_of(workers.begin(), workers.end(),
+                        [](const auto& worker) { return worker->hasReceivedBytes(); }) &&
+           std::any_of(workers.begin(), workers.end(), [](const auto& worker) {
+               return worker->fractionStartByte() + worker->resumeByteOffset() >= 1;
+           });
 }
 
 }  // namespace
+
+bool letPartWait(DQDownload& download, DQDownloadWorkerPrototype& worker) {
+    Transfer& transfer = download.transfer();
+    if (parkRefusedWorker(transfer, worker))
+        return true;
+    const bool isServed = std::any_of(transfer.workers().begin(), transfer.workers().end(),
+                                      [](const auto& other) { return other->hasReceivedBytes(); });
+    if (!isServed || !download.arrangePartRetry())
+        return false;
+    parkWorker(transfer, worker);
+    return true;
+}
 
 void handleFailure(DQDownload& download, DQDownloadWorkerPrototype& worker,
                    const platform::Error& error) {
@@ -36,13 +47,20 @@ void handleFailure(DQDownload& download, DQDownloadWorkerPrototype& worker,
                                                               worker.description());
     });
     Transfer& transfer = download.transfer();
-    const bool hasNotBegun = !transfer.isFirst(worker) && worker.downloadedBytes() == 0;
-    if (hasNotBegun && error.domain != workerErrorDomain && parkRefusedWorker(transfer, worker))
+    const bool mayWait = transfer.workers().size() >= 2 && worker.downloadedBytes() == 0 &&
+                         worker.hasRange() && error.domain != workerErrorDomain;
+    const bool isWrongPart =
+        error.underlying &&
+        error.underlying->is(platform::networkErrorDomain, platform::networkErrorWrongPart);
+    if (mayWait &&
+        (isWrongPart ? parkRefusedWorker(transfer, worker) : letPartWait(download, worker)))
         return;
-    if (isFailedResume(transfer.workers(), error)) {
-        download.startOverAfterFailedResume();
+    const bool isFailed = isFailedResume(transfer.workers(), error);
+    // Asked again it would send the same part.
+    if (isFailed && isWrongPart)
+        return download.startOverAfterFailedResume();
+    if (isFailed && download.askOriginalAgain())
         return;
-    }
     transfer.dropWorkers();
     download.interrupt(error);
 }

@@ -7,8 +7,13 @@ namespace engine {
 class DQDownload;
 class DQDownloadWorkerPrototype;
 
-/// A transfer ended in failure: the download is interrupted, or if it was a resume that got no byte
-/// from the server, begins anew. One of several that has not begun yet is tried again later.
+/// One of several workers was refused its part: it waits until another has ended, or if none is
+/// left that reads, for a while, as a server may count a connection that has just ended. False: the
+/// server serves none of them, or has refused too often.
+[[nodiscard]] bool letPartWait(DQDownload& download, DQDownloadWorkerPrototype& worker);
+
+/// A transfer ended in failure: the download is interrupted with what is on disk, unless a resume
+/// that got no byte can be asked for where the download began, or the worker can wait.
 void handleFailure(DQDownload& download, DQDownloadWorkerPrototype& worker,
                    const platform::Error& error);
 

@@ -20,8 +20,6 @@ namespace {
 
 using Worker = Transfer::Worker;
 
-constexpr qint64 firstErrorCode = 400;
-
 bool isSuccess(qint64 statusCode) {
     return statusCode < 0 || (statusCode >= 200 && statusCode <= 299);
 }
@@ -86,15 +84,24 @@ void giveUpPartialData(DQDownload& download, Worker& worker) {
     worker.becomeWholeTransfer();
 }
 
-/// One of several workers has been answered with an error.
-void waitForFreeConnection(DQDownload& download, Worker& worker, const WorkerResponse& response) {
-    if (parkRefusedWorker(download.transfer(), worker))
+/// Waiting helps against none of these, but another address may.
+bool isAboutAddress(qint64 statusCode) {
+    return statusCode == 401 || statusCode == 403 || statusCode == 404 || statusCode == 410;
+}
+
+/// The server gives nothing of the file now. What is on disk stays, for another address or a later
+/// attempt.
+void keepPartialData(DQDownload& download, Worker& worker, const WorkerResponse& response) {
+    Transfer& transfer = download.transfer();
+    const bool isOneOfSeveral = transfer.workers().size() >= 2;
+    if (isOneOfSeveral && parkRefusedWorker(transfer, worker))
         return;
-    handleFailure(
-        download, worker,
-        makeWorkerError(WorkerErrorCode::WrongPart,
-                        u"%1 was refused its part with status %2"_s.arg(worker.description())
-                            .arg(response.statusCode)));
+    if (isAboutAddress(response.statusCode) && download.askOriginalAgain())
+        return;
+    if ((isOneOfSeveral && letPartWait(download, worker)) || download.askOriginalAgain())
+        return;
+    download.userSettings().set(keys::statusCode, response.statusCode);
+    download.abort();
 }
 
 /// An acceleration worker gets bytes, but not those of its part. What the first one reads is not
@@ -154,13 +161,12 @@ void handleResponse(DQDownload& download, Worker& worker, const WorkerResponse& 
     if (isFollowedByAnother(response))
         return;
     const bool isFirst = download.transfer().isFirst(worker);
-    const bool isOneOfSeveral = download.transfer().workers().size() >= 2;
     const RangeAnswer answer =
         judgeRangeAnswer(worker, response, knownFile(download.userSettings()));
     if (answer == RangeAnswer::Honoured) {
         goOnWithPart(download, worker, response);
-    } else if (isOneOfSeveral && response.statusCode >= firstErrorCode) {
-        waitForFreeConnection(download, worker, response);
+    } else if (answer == RangeAnswer::Withheld) {
+        keepPartialData(download, worker, response);
     } else if (!isFirst) {
         goOnWithoutAcceleration(download);
     } else if (answer == RangeAnswer::Contradicted) {

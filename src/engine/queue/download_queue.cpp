@@ -98,6 +98,11 @@ DownloadPtr DownloadQueue::replace(DQDownload& download, const platform::Url& ur
     return replacement;
 }
 
+DownloadPtr DownloadQueue::retry(DQDownload& download, bool addToQueue) {
+    return replace(download, download.URL(), addToQueue,
+                   [&](DQDownload& replacement) { replacement.takeOverPartialData(download); });
+}
+
 /// The record may be in the middle of an operation that led here.
 void DownloadQueue::forget(const DownloadPtr& download) {
     members_.erase(download.get());

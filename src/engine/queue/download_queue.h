@@ -68,6 +68,8 @@ public:
     /// one is not in the queue.
     DownloadPtr replace(DQDownload& download, const platform::Url& url, bool addToQueue,
                         const Setup& setup = {});
+    /// The same for its own address, going on with what it has kept of the file.
+    DownloadPtr retry(DQDownload& download, bool addToQueue);
     /// False: it was not in the queue.
     bool remove(DQDownload& download);
     /// Removes those for which `matches` answers true. How many there were.

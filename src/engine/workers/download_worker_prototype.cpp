@@ -108,6 +108,7 @@ void DQDownloadWorkerPrototype::processResponse(const WorkerResponse& response,
 
 void DQDownloadWorkerPrototype::processDownloadedBytes(qint64 count) {
     _downloadedBytes += count;
+    hasReceivedBytes_ = true;
     if (_delegate)
         _delegate->downloadWorkerDidReceiveBytes(*this, count);
 }

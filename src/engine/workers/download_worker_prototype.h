@@ -106,6 +106,8 @@ public:
     [[nodiscard]] qint64 expectedBytes() const { return _expectedBytes; }
     /// What it has delivered.
     [[nodiscard]] qint64 downloadedBytes() const { return _downloadedBytes; }
+    /// Whether any of that came over the network, and was not there before.
+    [[nodiscard]] bool hasReceivedBytes() const { return hasReceivedBytes_; }
     [[nodiscard]] DQDownloadWorkerStatus status() const { return _status; }
     [[nodiscard]] bool isDone() const {
         return _status == DQDownloadWorkerStatusTruncated ||
@@ -157,6 +159,7 @@ private:
     qint64 _endByte = 0;
     qint64 _expectedBytes = 0;
     qint64 _downloadedBytes = 0;
+    bool hasReceivedBytes_ = false;
     DQDownloadWorkerStatus _status = DQDownloadWorkerStatusIdle;
 };
 

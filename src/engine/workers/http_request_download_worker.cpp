@@ -126,7 +126,7 @@ void DQHTTPRequestDownloadWorker::requestDidReceiveResponseHeaders(
 void DQHTTPRequestDownloadWorker::requestWillRedirectToURL(http::HTTPRequest& request,
                                                            const platform::Url& url) {
     const auto keep = shared_from_this();
-    reset();
+    beginAgain();
     if (!_downloadRequest)
         return;
     // Most redirects lose these headers and some keep them, whether there still is a range or not.
@@ -239,12 +239,15 @@ void DQHTTPRequestDownloadWorker::proxyAuthenticationNeededForRequest(http::HTTP
     acquireAuthentication(request);
 }
 
-/// The request is sent again as it is: one that asked for a part will be answered by that part, so
-/// that what is on disk must stay for it to go on from.
-void DQHTTPRequestDownloadWorker::acquireAuthentication(http::HTTPRequest& request) {
-    const auto keep = shared_from_this();
+/// The request is sent again with its range: what is on disk stays for the part to go on from.
+void DQHTTPRequestDownloadWorker::beginAgain() {
     if (!hasRange())
         reset();
+}
+
+void DQHTTPRequestDownloadWorker::acquireAuthentication(http::HTTPRequest& request) {
+    const auto keep = shared_from_this();
+    beginAgain();
     if (_downloadRequest)
         context().environment.acquireAuthentication(request);
 }

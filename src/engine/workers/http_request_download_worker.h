@@ -48,6 +48,7 @@ private:
 
     [[nodiscard]] std::optional<platform::Error> openTarget();
     void closeFile();
+    void beginAgain();
     void acquireAuthentication(http::HTTPRequest& request);
     [[nodiscard]] bool isStoringAnswer() const;
     [[nodiscard]] bool isWholeFile(const QByteArray& data) const;

@@ -78,6 +78,20 @@ bool isPartAskedFor(const DQDownloadWorkerPrototype& worker, const WorkerRespons
     return end == 0 || worker.expectedBytes() < 1 || start + worker.expectedBytes() == end;
 }
 
+/// "bytes */LENGTH" (RFC 9110, 15.5.17) with a length that is not the known one.
+bool isOfAnotherLength(const WorkerResponse& response, const KnownFile& known) {
+    const QString announced = field(response, u"Content-Range"_s);
+    if (!announced.startsWith(u"bytes */"_s, Qt::CaseInsensitive))
+        return false;
+    bool isNumber = false;
+    const qint64 length = announced.sliced(announced.indexOf(u'/') + 1).toLongLong(&isNumber);
+    return isNumber && length != known.length;
+}
+
+bool bringsWholeFile(qint64 statusCode) {
+    return statusCode < 0 || (statusCode >= 200 && statusCode <= 299);
+}
+
 }  // namespace
 
 void rememberFile(UserSettings& settings, const WorkerResponse& response, qint64 length) {
@@ -99,8 +113,11 @@ void rememberLengthFromPart(UserSettings& settings, const WorkerResponse& respon
 
 RangeAnswer judgeRangeAnswer(const DQDownloadWorkerPrototype& worker,
                              const WorkerResponse& response, const KnownFile& known) {
+    constexpr qint64 rangeNotSatisfiable = 416;
+    if (response.statusCode == rangeNotSatisfiable && isOfAnotherLength(response, known))
+        return RangeAnswer::Contradicted;
     if (response.statusCode != partialContent)
-        return RangeAnswer::Refused;
+        return bringsWholeFile(response.statusCode) ? RangeAnswer::Refused : RangeAnswer::Withheld;
     return isPartAskedFor(worker, response, known) && !isOfAnotherFile(response, known)
                ? RangeAnswer::Honoured
                : RangeAnswer::Contradicted;

@@ -16,9 +16,12 @@ void rememberLengthFromPart(UserSettings& settings, const WorkerResponse& respon
 /// How a server took the wish for a part of the file.
 enum class RangeAnswer {
     Honoured,
-    /// It sends something else: the whole file or an error page.
+    /// It sends the whole file.
     Refused,
-    /// It sends a part, but not the one asked for, or one of another file.
+    /// It sends nothing of the file now, which says nothing about the part that is on disk.
+    Withheld,
+    /// It sends a part, but not the one asked for, or one of another file; or it has a file of
+    /// another length.
     Contradicted
 };
 [[nodiscard]] RangeAnswer judgeRangeAnswer(const DQDownloadWorkerPrototype& worker,

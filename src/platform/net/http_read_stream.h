@@ -28,6 +28,7 @@ enum NetworkErrorCode {
     networkErrorBadServerResponse = -1011,
     networkErrorRefused = -1013,      ///< Nobody listens at the server's port.
     networkErrorCutShort = -1014,     ///< A body ended before it was whole.
+    networkErrorWrongPart = -1015,    ///< A part came that is not the one asked for.
     networkErrorProxySettings = 307,  ///< Nobody can tell which proxy they mean.
     networkErrorProxyRefused = 306,   ///< It would not lead on to the server.
     networkErrorProxyNotFound = 310,

@@ -221,7 +221,8 @@ std::optional<Error> HTTPReadStream::Private::whatWentWrong(CURLcode result) con
     if (body_.error())
         return body_.error();
     if (!reader_->refusal().isEmpty())
-        return badResponseError(reader_->refusal());
+        return reader_->isWrongPart() ? wrongPartError(reader_->refusal())
+                                      : badResponseError(reader_->refusal());
     if (isRetryRefused_)
         return brokenReusedConnectionError();
     if (const auto& refusal = reader_->tunnelRefusal())

@@ -72,6 +72,12 @@ bool ResponseHeadReader::accept(HTTPResponseHead head) {
     heldHead_.reset();
     if (const QString why = contradiction(head); !why.isEmpty())
         return refuse(why);
+    if (head.statusCode == 206) {
+        const QString why = contradictionOfPartialContent(head.headers, asked_);
+        isWrongPart_ = !why.isEmpty();
+        if (isWrongPart_)
+            return refuse(why);
+    }
     announcedLength_ = announcedBodyLength(head.headers);
     head_ = std::move(head);
     return true;
@@ -84,7 +90,7 @@ QString ResponseHeadReader::contradiction(const HTTPResponseHead& head) const {
         return u"the server named two different addresses"_s;
     if (contradictsItself(head.headers, u"Content-Range"_s))
         return u"the server named two different parts"_s;
-    return head.statusCode == 206 ? contradictionOfPartialContent(head.headers, asked_) : QString();
+    return {};
 }
 
 bool ResponseHeadReader::bodyStarts() {

@@ -34,6 +34,8 @@ public:
     [[nodiscard]] const std::optional<HTTPResponseHead>& head() const { return head_; }
     /// Why the response cannot be used. Empty: it can.
     [[nodiscard]] const QString& refusal() const { return refusal_; }
+    /// Whether that is because a part came that is not the one asked for.
+    [[nodiscard]] bool isWrongPart() const { return isWrongPart_; }
     /// Whether anything has come since the request was last sent.
     [[nodiscard]] bool hasSeenAnswer() const { return hasSeenAnswer_; }
     /// What the proxy said when it refused CONNECT. Nothing: it did not.
@@ -59,6 +61,7 @@ private:
     std::optional<HTTPResponseHead> proxyHead_, heldHead_, head_;
     std::optional<std::uint64_t> announcedLength_;
     QString refusal_;
+    bool isWrongPart_ = false;
 };
 
 }  // namespace platform

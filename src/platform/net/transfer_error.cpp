@@ -128,6 +128,12 @@ Error badResponseError(const QString& why) {
     return {meaning.domain, meaning.code, u"%1: %2"_s.arg(meaning.text, why), nullptr};
 }
 
+Error wrongPartError(const QString& why) {
+    Error error = badResponseError(why);
+    error.code = networkErrorWrongPart;
+    return error;
+}
+
 Error brokenReusedConnectionError() {
     return {posixErrorDomain, EPIPE, u"The connection was lost: the server had closed it"_s,
             nullptr};

@@ -9,6 +9,8 @@ namespace platform {
 
 /// The response broke a rule; `why` in plain words.
 [[nodiscard]] Error badResponseError(const QString& why);
+/// The same of a 206 that does not answer what was asked.
+[[nodiscard]] Error wrongPartError(const QString& why);
 /// The server hung up on a connection that it had kept open, before it answered.
 [[nodiscard]] Error brokenReusedConnectionError();
 /// It did so in the middle of a body, or somebody on the way did.
