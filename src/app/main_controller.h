@@ -118,8 +118,10 @@ public:
     // Leaving the queue.
 
     void vanishDownloads(const Downloads& downloads);
-    /// All that are finished or failed.
+    /// All that are finished, or failed for good.
     void clear();
+    /// Those of these statuses.
+    void clearDownloads(engine::StatusMask mask);
     void removeDownloadIfDoneWithPath(const QString& path);
 
     // Taking addresses in.

@@ -221,6 +221,39 @@ TEST_F(IntakeTest, ResumesABundleOrRestoresIt) {
     EXPECT_EQ(queue().size(), 1);
 }
 
+TEST_F(IntakeTest, FollowsABundleThatWasMovedFromUnderItsRecord) {
+    for (const auto status : {engine::DQDownloadStatusPaused, engine::DQDownloadStatusQueued,
+                              engine::DQDownloadStatusAborted}) {
+        SCOPED_TRACE(status);
+        add({u"a"_s});
+        const engine::DownloadPtr known = download(u"a"_s);
+        const QString part = writeFile(u"here/a.orlop/a"_s, "part");
+        known->userSettings().set(keys::responseURL, address(u"a"_s));
+        known->setIntermediateDownloadTargetPath(part);
+        writeFile(
+            u"here/a.orlop/Archive.orlopinfo"_s,
+            platform::writePropertyList(known->userSettingsArchiveWithPausedStatus(true, false)));
+        known->pause();
+        if (status == engine::DQDownloadStatusQueued) {
+            known->addToQueue();
+        } else if (status == engine::DQDownloadStatusAborted) {
+            end(*known, status);
+        }
+        QDir().mkpath(folder.filePath(u"there"_s));
+        const QString bundle = folder.filePath(u"there/a.orlop"_s);
+        ASSERT_TRUE(QDir().rename(folder.filePath(u"here/a.orlop"_s), bundle));
+        openPath(bundle);
+        ASSERT_EQ(queue(), QStringList{u"a"_s});
+        EXPECT_EQ(download(u"a"_s)->intermediateDownloadTargetPath(), bundle + u"/a"_s);
+        EXPECT_EQ(download(u"a"_s)->status(), engine::DQDownloadStatusQueued);
+        EXPECT_EQ(settingsOf(u"a"_s).string(keys::responseURL), address(u"a"_s));
+        download(u"a"_s)->remove();
+        main.advance(1);
+        ASSERT_EQ(queue(), QStringList());
+        QDir(bundle).removeRecursively();
+    }
+}
+
 TEST_F(IntakeTest, ComesForwardWhenABrowserAsksForNothingElse) {
     controller->openURLs({url(u"http://orlop"_s), url(u"http://orlop/"_s)});
     EXPECT_EQ(frontEnd.moves, QStringList{u"activate"_s});
@@ -418,11 +451,21 @@ TEST_F(IntakeTest, RetriesAtTheSamePlace) {
     add({u"a"_s, u"b"_s, u"c"_s});
     const engine::DownloadPtr old = download(u"b"_s);
     settingsOf(u"b"_s).set(keys::downloadFolder, u"~/x"_s);
+    settingsOf(u"b"_s).set(keys::responseURL, address(u"mirror"_s));
+    settingsOf(u"b"_s).set(keys::entityTag, u"tag"_s);
+    const QString part = writeFile(u"b.orlop/b"_s, "part");
+    old->setIntermediateDownloadTargetPath(part);
     end(*old, engine::DQDownloadStatusAborted);
+    controller->clear();
+    main.settle();
+    EXPECT_EQ(queue().size(), 3) << "what can be gone on with does not go by itself";
     controller->retry({old});
     EXPECT_EQ(queue(), QStringList({u"a"_s, u"b"_s, u"c"_s}));
     EXPECT_NE(download(u"b"_s), old);
     EXPECT_FALSE(settingsOf(u"b"_s).contains(keys::downloadFolder));
+    EXPECT_EQ(download(u"b"_s)->intermediateDownloadTargetPath(), part);
+    EXPECT_EQ(settingsOf(u"b"_s).string(keys::responseURL), address(u"mirror"_s));
+    EXPECT_EQ(settingsOf(u"b"_s).string(keys::entityTag), u"tag"_s);
     EXPECT_EQ(frontEnd.beeps, 0);
     controller->retry({old});
     EXPECT_EQ(frontEnd.beeps, 1);

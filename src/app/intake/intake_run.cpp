@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <algorithm>
 
 #include "app/intake/address_list.h"
 #include "app/intake/request_file.h"
@@ -97,7 +98,7 @@ IntakeRun::Progress IntakeRun::open(const platform::Url& url) {
 void IntakeRun::openBundle(const platform::Url& url) {
     const QString container = canonicalPath(url.filePath());
     if (const engine::DownloadPtr known = downloadOfBundle(container)) {
-        known->addToQueue();
+        goOnWith(*known);
         return;
     }
     const platform::FileContents contents = platform::readFile(
@@ -109,6 +110,9 @@ void IntakeRun::openBundle(const platform::Url& url) {
         surroundings_.frontEnd.feedback.beep();
         notes_->noteProblem(links::filledFormat(
             links::localized("There is no begun download in %@."), {container}));
+        return;
+    }
+    if (openMovedBundle(archive.toMap(), container)) {
         return;
     }
     if (const engine::DownloadPtr download = addDownloadFromArchive(
@@ -138,6 +142,32 @@ engine::DownloadPtr IntakeRun::downloadOfBundle(const QString& container) const 
         }
     }
     return nullptr;
+}
+
+bool IntakeRun::openMovedBundle(const QVariantMap& archive, const QString& container) {
+    const engine::Downloads& downloads = surroundings_.queue.downloads();
+    const auto found = std::find_if(
+        downloads.begin(), downloads.end(),
+        [&](const engine::DownloadPtr& download) { return isMovedDataOf(*download, archive); });
+    if (found == downloads.end()) {
+        return false;
+    }
+    const engine::DownloadPtr download = *found;
+    download->pause();
+    const bool isAdopted = adoptMovedData(*download, archive, container);
+    if (isAdopted) {
+        goOnWith(*download);
+    }
+    return isAdopted;
+}
+
+/// One that was given up does not start itself again.
+void IntakeRun::goOnWith(engine::DQDownload& download) {
+    if (download.status() == engine::DQDownloadStatusAborted) {
+        surroundings_.queue.retry(download, true);
+    } else {
+        download.addToQueue();
+    }
 }
 
 void IntakeRun::openList(const QString& path) {

@@ -52,6 +52,9 @@ private:
     Progress open(const platform::Url& url);
     void openBundle(const platform::Url& url);
     [[nodiscard]] engine::DownloadPtr downloadOfBundle(const QString& container) const;
+    /// False: the queue has no download that lost it.
+    [[nodiscard]] bool openMovedBundle(const QVariantMap& archive, const QString& container);
+    void goOnWith(engine::DQDownload& download);
     void openList(const QString& path);
     /// Whether the user wants what text documents hold. True: it is the list in hand now.
     bool takeOffered();

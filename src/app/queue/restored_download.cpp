@@ -62,6 +62,31 @@ QVariantMap migratedArchive(const QVariantMap& archive, const QString& externalC
     return migrated;
 }
 
+bool isMovedDataOf(const engine::DQDownload& download, const QVariantMap& archive) {
+    const QString path = download.intermediateDownloadTargetPath();
+    if (download.status() == engine::DQDownloadStatusDone ||
+        archive.value(keys::url).toString() != download.URLString() || platform::pathExists(path)) {
+        return false;
+    }
+    const QByteArray date = archive.value(keys::date).toByteArray();
+    return (!date.isEmpty() && date == download.userSettings().value(keys::date).toByteArray()) ||
+           (!path.isEmpty() && path == resumePath(archive));
+}
+
+bool adoptMovedData(engine::DQDownload& download, const QVariantMap& archive,
+                    const QString& container) {
+    const QVariantMap own = download.userSettingsArchiveWithPausedStatus(true, false);
+    const QVariantMap migrated =
+        migratedArchive(own.contains(keys::resumePath) ? own : archive, container);
+    const QString path = resumePath(migrated);
+    if (!platform::pathExists(path)) {
+        return false;
+    }
+    download.setIntermediateDownloadTargetPath(path);
+    download.userSettingsFromArchive(migrated);
+    return true;
+}
+
 engine::DownloadPtr addDownloadFromArchive(engine::DownloadQueue& queue,
                                            const platform::UserDefaults& defaults,
                                            const QVariantMap& archive,
