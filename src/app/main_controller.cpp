@@ -113,9 +113,7 @@ DQMainController::Parts::Parts(DQMainController& owner, const Surroundings& give
                  [&owner] { Q_EMIT owner.terminated(); }}),
       automation({queue, allDone, given.defaults, given.loop, given.frontEnd,
                   [&owner](bool force) { owner.updateStatusAndForceUpdateApplicationImage(force); },
-                  [&owner](engine::StatusMask mask) {
-                      owner.vanishDownloads(owner.downloadsMatchingStatusMask(mask));
-                  }}),
+                  [&owner](engine::StatusMask mask) { owner.clearDownloads(mask); }}),
       missingVolumes(given.loop, [&owner](const QStringList& sentences) {
           Q_EMIT owner.volumesMissing(sentences);
       }) {}
@@ -307,7 +305,7 @@ void DQMainController::reflectEnd(engine::DQDownload& download) {
     parts_->allDone._mayTriggerQuitOnAllDone = true;
     const platform::Setting<bool>& autoClear =
         isDone ? settings::autoClearSuccesses : settings::autoClearLemons;
-    if (parts_->surroundings.defaults.get(autoClear)) {
+    if (parts_->surroundings.defaults.get(autoClear) && !download.holdsPartialData()) {
         vanish(download, vanishInterval);
     }
     parts_->archive.write();
@@ -431,7 +429,14 @@ void DQMainController::vanishDownloads(const Downloads& downloads) {
 }
 
 void DQMainController::clear() {
-    vanishDownloads(downloadsMatchingStatusMask(engine::finishedStatuses));
+    clearDownloads(engine::finishedStatuses);
+}
+
+/// What can still be gone on with stays until the user removes it.
+void DQMainController::clearDownloads(engine::StatusMask mask) {
+    Downloads cleared = downloadsMatchingStatusMask(mask);
+    std::erase_if(cleared, [](const auto& download) { return download->holdsPartialData(); });
+    vanishDownloads(cleared);
 }
 
 void DQMainController::removeDownloadIfDoneWithPath(const QString& path) {
@@ -569,6 +574,9 @@ void DQMainController::readQueue() {
     const engine::DownloadQueue::Batch batch(parts_->queue);
     for (const QVariantMap& archive : parts_->archive.read()) {
         addDownloadFromArchive(orphans.completed(archive), {});
+    }
+    for (const auto& [container, archive] : orphans.unclaimed(parts_->queue.downloads())) {
+        addDownloadFromArchive(archive, container);
     }
 }
 

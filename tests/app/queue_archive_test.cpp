@@ -142,6 +142,53 @@ TEST_F(QueueFile, FindsTheContainerOfADownloadOfWhichItSaysNothing) {
     EXPECT_EQ(download(u"b"_s)->intermediateDownloadTargetPath(), QString());
 }
 
+/// Killed before the queue's file had its address, or after the file was lost.
+TEST_F(QueueFile, TakesInTheContainersThatNobodyKnows) {
+    const QString downloads = folder.filePath(u"downloads"_s);
+    defaults.set(engine::settings::downloadsFolder, downloads);
+    add({u"a"_s});
+    struct Case {
+        QString name;
+        QByteArray data;
+        bool isKnown, isLeft;
+    };
+    const Case cases[] = {{u"a"_s, "part", true, true},
+                          {u"begun"_s, "part", false, true},
+                          {u"empty"_s, "", false, false}};
+    const auto write = [](const QString& path, const QByteArray& data) {
+        ASSERT_EQ(platform::writeFileAtomically(path, data), std::nullopt);
+    };
+    const auto containerOf = [&](const QString& name) {
+        return downloads + u'/' + name + u".orlop"_s;
+    };
+    for (const Case& c : cases) {
+        const QString container = containerOf(c.name);
+        ASSERT_TRUE(QDir().mkpath(container));
+        QVariantMap archive = savedArchive(u"a"_s);
+        if (!c.isKnown) {
+            archive[keys::url] = address(c.name);
+        }
+        archive[keys::responseURL] = address(c.name);
+        archive[keys::resumePath] = container + u"/x"_s;
+        write(container + u"/x"_s, c.data);
+        write(container + u"/Archive.orlopinfo"_s, platform::writePropertyList(archive));
+    }
+    ASSERT_TRUE(QDir().mkpath(containerOf(u"bare"_s)));
+    ASSERT_TRUE(QDir().mkpath(containerOf(u"foreign"_s)));
+    write(containerOf(u"foreign"_s) + u"/notes.txt"_s, "mine");
+    for (int start = 0; start < 2; ++start) {
+        restart();
+        EXPECT_EQ(queue(), QStringList({u"a"_s, u"begun"_s}));
+        for (const Case& c : cases) {
+            EXPECT_EQ(QFile::exists(containerOf(c.name)), c.isLeft) << c.name.toStdString();
+        }
+        EXPECT_EQ(download(u"begun"_s)->intermediateDownloadTargetPath(),
+                  containerOf(u"begun"_s) + u"/x"_s);
+    }
+    EXPECT_FALSE(QFile::exists(containerOf(u"bare"_s)));
+    EXPECT_TRUE(QFile::exists(containerOf(u"foreign"_s) + u"/notes.txt"_s));
+}
+
 TEST_F(QueueFile, SkipsElementsWithoutAnAddress) {
     writeQueue(platform::writePropertyList(QVariantList{
         QVariantMap{{keys::paused, false}}, u"text"_s, QVariantMap{{keys::url, 7}},

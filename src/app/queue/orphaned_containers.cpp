@@ -1,11 +1,16 @@
 #include "app/queue/orphaned_containers.h"
 
+#include <QDir>
 #include <QDirIterator>
+#include <QFileInfo>
+#include <QSet>
+#include <algorithm>
 
 #include "app/queue/restored_download.h"
 #include "engine/record/user_settings.h"
 #include "engine/settings.h"
 #include "links/paths/path_components.h"
+#include "platform/base/log.h"
 #include "platform/files/files.h"
 #include "platform/files/property_list.h"
 
@@ -22,6 +27,32 @@ constexpr qint64 maximumFileSize = 64 << 20;
 QByteArray identity(const QVariantMap& archive) {
     const QByteArray date = archive.value(keys::date).toByteArray();
     return date.isEmpty() ? QByteArray() : archive.value(keys::url).toString().toUtf8() + date;
+}
+
+constexpr auto metadataName = "Archive.orlopinfo";
+
+QString dataPath(const OrphanedContainers::Container& container) {
+    const QString name =
+        links::lastPathComponent(container.archive.value(keys::resumePath).toString());
+    return name.isEmpty() ? QString() : links::stringByAppendingPathComponent(container.path, name);
+}
+
+/// With what a download leaves there that had only just begun.
+bool removeIfEmpty(const QString& container) {
+    const QFileInfoList entries = QDir(container).entryInfoList(
+        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    const bool isEmpty = std::all_of(entries.begin(), entries.end(), [](const QFileInfo& entry) {
+        return entry.isFile() && !entry.isSymLink() &&
+               (entry.size() == 0 || entry.fileName() == QLatin1StringView(metadataName));
+    });
+    if (!isEmpty) {
+        return false;
+    }
+    for (const QFileInfo& entry : entries) {
+        QFile::remove(entry.filePath());
+    }
+    platform::log(u"removing the empty folder of a download: %1"_s.arg(container));
+    return QDir().rmdir(container);
 }
 
 }  // namespace
@@ -56,6 +87,35 @@ QVariantMap OrphanedContainers::completed(const QVariantMap& archive) {
     return completed;
 }
 
+std::vector<OrphanedContainers::Container> OrphanedContainers::unclaimed(
+    const engine::Downloads& downloads) {
+    if (!archives_) {
+        read();
+    }
+    QSet<QString> folders;
+    QSet<QByteArray> identities;
+    for (const engine::DownloadPtr& download : downloads) {
+        folders.insert(QFileInfo(QFileInfo(download->intermediateDownloadTargetPath()).path())
+                           .canonicalFilePath());
+        identities.insert(identity({{keys::url, download->URLString()},
+                                    {keys::date, download->userSettings().value(keys::date)}}));
+    }
+    std::vector<Container> found;
+    for (const Container& container : containers_) {
+        if (folders.contains(QFileInfo(container.path).canonicalFilePath()) ||
+            removeIfEmpty(container.path)) {
+            continue;
+        }
+        const QByteArray key = identity(container.archive);
+        if (!key.isEmpty() && !identities.contains(key) &&
+            platform::pathExists(dataPath(container))) {
+            identities.insert(key);
+            found.push_back(container);
+        }
+    }
+    return found;
+}
+
 void OrphanedContainers::read() {
     archives_.emplace();
     for (const QString& folder : folders_) {
@@ -63,10 +123,11 @@ void OrphanedContainers::read() {
              entries.hasNext();) {
             const QString container = entries.next();
             const platform::FileContents contents = platform::readFile(
-                links::stringByAppendingPathComponent(container, u"Archive.orlopinfo"_s),
+                links::stringByAppendingPathComponent(container, QLatin1StringView(metadataName)),
                 maximumFileSize);
             const QVariantMap archive =
                 migratedArchive(platform::readPropertyList(contents.data).value.toMap(), container);
+            containers_.push_back({container, archive});
             if (const QByteArray key = identity(archive); !key.isEmpty()) {
                 archives_->insert(key, archive);
             }

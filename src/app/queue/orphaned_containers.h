@@ -4,7 +4,9 @@
 #include <QStringList>
 #include <QVariantMap>
 #include <optional>
+#include <vector>
 
+#include "engine/queue/download_queue.h"
 #include "platform/base/user_defaults.h"
 
 namespace app {
@@ -19,10 +21,18 @@ public:
     /// What the queue's file says of a download, with what its container says where that is more.
     [[nodiscard]] QVariantMap completed(const QVariantMap& archive);
 
+    struct Container {
+        QString path;
+        QVariantMap archive;
+    };
+    /// Those with data that none of these downloads knows of. What holds none is removed.
+    [[nodiscard]] std::vector<Container> unclaimed(const engine::Downloads& downloads);
+
 private:
     void read();
 
     const QStringList folders_;
+    std::vector<Container> containers_;
     /// By what tells downloads apart.
     std::optional<QHash<QByteArray, QVariantMap>> archives_;
 };
