@@ -9,7 +9,6 @@
 
 #include "app/commands/bulk_commands.h"
 #include "app/controller_roles.h"
-#include "app/lifecycle/registered_defaults.h"
 #include "app/main_controller.h"
 #include "app/settings.h"
 #include "engine/environment.h"
@@ -37,7 +36,7 @@ public:
         frontEnd_.isModal = true;
         platform::installMainRunLoop(&loop_);
         platform::installStandardDefaults(&defaults_);
-        app::registerDefaults(defaults_);
+        platform::registerSettings(defaults_);
         environment_.applicationSupportPath = [this] { return folder_.path(); };
         environment_.isModalWindowUp = [] { return true; };
     }
