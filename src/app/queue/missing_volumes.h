@@ -12,8 +12,8 @@ class DQDownload;
 
 namespace app {
 
-/// Tells of downloads that cannot go on because the volume of their partial file is away: at once of
-/// each, for whoever writes lines, and at the next turn of the loop with one sentence for each
+/// Tells of downloads that cannot go on because the volume of their partial file is away: at once
+/// of each, for whoever writes lines, and at the next turn of the loop with one sentence for each
 /// volume, however many wait for it. Main thread.
 class MissingVolumes {
 public:
