@@ -231,6 +231,7 @@ private:
     // Reports of the queue.
 
     void queueDidChange() override;
+    void downloadDidLeave(const engine::DQDownload& download) override;
     void statusDidChange(const engine::StatusChange& change) override;
     void downloadDidChange(engine::DQDownload& download) override;
     void downloadWasRemoved(engine::DQDownload& download) override;

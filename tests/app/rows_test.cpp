@@ -3,6 +3,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include "app/rows/vanishing.h"
+#include "app/settings.h"
 #include "core_fixture.h"
 #include "engine/acceleration/acceleration_settings.h"
 #include "engine/settings.h"
@@ -174,6 +176,29 @@ TEST_F(RowsTest, MissingFileIsNoticedWithoutAskingWhileDrawing) {
     }
     EXPECT_FALSE(canShow());
     EXPECT_TRUE(rows().canPerformAction(*done, DQDownloadActionRemove));
+}
+
+/// Its record goes, and with it whatever was to come for its row.
+TEST_F(RowsTest, RowThatIsTriedAgainDoesNotGoOnVanishing) {
+    class Shown final : public app::VanishView {
+    public:
+        bool showsDownload(const DQDownload&) const override { return true; }
+        void redrawDownload(DQDownload&) override {}
+        void performVanishStepForObject(DQDownload&) override {}
+    };
+    frontEnd.vanishing = std::make_shared<Shown>();
+    defaults.set(app::settings::autoClearLemons, true);
+    defaults.set(settings::uselessAnimations, true);
+    auto failed = one();
+    end(*failed, DQDownloadStatusAborted);
+    ASSERT_TRUE(rows().vanishing().isVanishing(*failed));
+    controller->retry({failed});
+    failed.reset();
+    main.settle();
+    ASSERT_EQ(controller->downloads().size(), 1U);
+    EXPECT_FALSE(rows().vanishing().isVanishing(*controller->downloads().front()));
+    main.advance(10);
+    EXPECT_EQ(controller->downloads().size(), 1U);
 }
 
 TEST_F(RowsTest, AbsentVolumeIsToldOncePerVolume) {

@@ -339,6 +339,12 @@ void DownloadFinisher::cancel() {
     startsWhenIdle_ = false;
 }
 
+void DownloadFinisher::cancelForGood() {
+    cancel();
+    if (job_)
+        job_->keptRecord = record_.shared_from_this();
+}
+
 void DownloadFinisher::endJob() {
     job_.reset();
     transfer_.thawFigures();

@@ -124,6 +124,8 @@ public:
     void abort();
     /// Gives up all partial data and queues the download.
     void startOverAfterFailedResume();
+    /// What is arranged for a download that was stopped is not to happen any more.
+    void cancelArrangedResume();
     /// Stops all workers and resumes with one, from what the first worker has.
     void goOnAlone();
 
@@ -140,7 +142,6 @@ private:
 
     [[nodiscard]] qint64 partialBytes() const;
     void arrangeAutoResume();
-    void cancelArrangedResume();
     void throwAwayFile();
 
     DownloadHost& host_;
