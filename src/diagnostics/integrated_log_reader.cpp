@@ -50,10 +50,9 @@ void flip(platform::UserDefaults& defaults, const platform::Setting<bool>& setti
 
 ILRIntegratedLogReader::ILRIntegratedLogReader(const Surroundings& surroundings)
     : around_(surroundings),
-      observer_(around_.defaults.addObserver([this](const QString& key) { observe(key); })) {}
+      observation_(around_.defaults.observe([this](const QString& key) { observe(key); })) {}
 
 ILRIntegratedLogReader::~ILRIntegratedLogReader() {
-    around_.defaults.removeObserver(observer_);
     display_ = {};
     close();
     *self_ = nullptr;

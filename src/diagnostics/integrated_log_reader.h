@@ -124,7 +124,6 @@ private:
     int _numberOfDays = 0;
     std::optional<std::int64_t> _updateTime;
     bool isReadingArchive_ = false;
-    int observer_ = 0;
 
     mutable std::mutex lock_;  ///< Guards all below, which the streams' threads touch as well.
     Generation _logEntries = std::make_shared<LogEntryList>();
@@ -138,6 +137,7 @@ private:
     // The last: what they run touches all above.
     std::unique_ptr<LogSource::Stream> _liveStream;
     platform::ThreadPool archiveReads_{2};
+    platform::Observation observation_;
 };
 
 }  // namespace diagnostics

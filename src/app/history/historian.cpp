@@ -28,11 +28,10 @@ DQHistorian::DQHistorian(QString supportFolder, platform::UserDefaults& defaults
       file_(historyArchivePath(), disks, loop),
       isOfCompleteDownloads_(defaults.get(settings::historyOfCompleteDownloads)),
       limit_(defaults.get(settings::numberOfHistoryItems)) {
-    observer_ = defaults_.addObserver([this](const QString&) { settingsDidChange(); });
+    observation_ = defaults_.observe([this](const QString&) { settingsDidChange(); });
 }
 
 DQHistorian::~DQHistorian() {
-    defaults_.removeObserver(observer_);
     if (_wantsToBeSaved) {
         save();
     }

@@ -61,7 +61,7 @@ private:
     qint64 limit_;
     bool isLoaded_ = false;
     bool _wantsToBeSaved = false;
-    int observer_ = 0;
+    platform::Observation observation_;
 };
 
 /// The history as installed by the composition root or by a test.

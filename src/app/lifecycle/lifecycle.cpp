@@ -23,7 +23,7 @@ constexpr auto resumeOperation = "resumeAfterSleep";
 }  // namespace
 
 Lifecycle::Lifecycle(Surroundings surroundings) : surroundings_(std::move(surroundings)) {
-    defaultsObserver_ = surroundings_.defaults.addObserver([this](const QString& key) {
+    observation_ = surroundings_.defaults.observe([this](const QString& key) {
         if (key == settings::applicationMode.name()) {
             updateApplicationMode();
         }
@@ -31,7 +31,6 @@ Lifecycle::Lifecycle(Surroundings surroundings) : surroundings_(std::move(surrou
 }
 
 Lifecycle::~Lifecycle() {
-    surroundings_.defaults.removeObserver(defaultsObserver_);
     surroundings_.power.observe({});
     surroundings_.loop.cancelAll(this);
 }

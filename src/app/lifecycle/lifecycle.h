@@ -77,8 +77,8 @@ private:
     [[nodiscard]] bool isActive() const;
 
     Surroundings surroundings_;
-    int defaultsObserver_ = 0;
     bool hasTerminated_ = false;
+    platform::Observation observation_;
 };
 
 }  // namespace app

@@ -29,7 +29,7 @@ void logNext(const QString& format, platform::Seconds seconds) {
 }  // namespace
 
 DailySchedule::DailySchedule(const Surroundings& surroundings) : surroundings_(surroundings) {
-    observer_ = surroundings_.defaults.addObserver([this](const QString& key) {
+    observation_ = surroundings_.defaults.observe([this](const QString& key) {
         if (isEnabled_ && isScheduleSetting(key)) {
             resetSchedule();
         }
@@ -37,7 +37,6 @@ DailySchedule::DailySchedule(const Surroundings& surroundings) : surroundings_(s
 }
 
 DailySchedule::~DailySchedule() {
-    surroundings_.defaults.removeObserver(observer_);
     cancelPendingCalls();
 }
 

@@ -39,8 +39,8 @@ private:
     void scheduledPauseAll();
 
     Surroundings surroundings_;
-    int observer_ = 0;
     bool isEnabled_ = false;
+    platform::Observation observation_;
 };
 
 }  // namespace app

@@ -6,7 +6,9 @@
 #include <atomic>
 #include <cstdlib>
 #include <map>
+#include <memory>
 #include <thread>
+#include <vector>
 
 #include "platform/base/defaults_file.h"
 #include "platform/base/log.h"
@@ -46,11 +48,7 @@ public:
     void setArguments(QVariantMap arguments);
     void registerDefaults(const QVariantMap& values);
 
-    int addObserver(Observer observer) {
-        observers_.emplace(nextToken_, std::move(observer));
-        return nextToken_++;
-    }
-    void removeObserver(int token) { observers_.erase(token); }
+    Observation observe(Observer observer);
 
     bool synchronize();
     UserDefaults& suite(const QString& name);
@@ -82,8 +80,7 @@ private:
     bool mustRewrite_ = false;
     bool isWriting_ = false;
     bool hasComplained_ = false;
-    std::map<int, Observer> observers_;
-    int nextToken_ = 1;
+    std::vector<std::weak_ptr<const Observer>> observers_;
     QSet<QString> unannounced_;
     std::map<QString, std::unique_ptr<UserDefaults>> suites_;
     std::unique_ptr<QSocketNotifier> notifier_;
@@ -132,14 +129,19 @@ void UserDefaults::Private::announceSoon(const QString& key) {
     unannounced_.insert(key);
 }
 
+Observation UserDefaults::Private::observe(Observer observer) {
+    std::erase_if(observers_, [](const auto& known) { return known.expired(); });
+    const auto shared = std::make_shared<const Observer>(std::move(observer));
+    observers_.push_back(shared);
+    return Observation(shared);
+}
+
+/// Over a copy: an observer may begin other observations, or end its own while it runs.
 void UserDefaults::Private::announce(const QString& key) {
-    std::vector<int> tokens;
-    for (const auto& [token, observer] : observers_)
-        tokens.push_back(token);
-    for (const int token : tokens) {
-        const auto observer = observers_.find(token);
-        if (observer != observers_.end())
-            Observer(observer->second)(key);
+    const auto observers = observers_;
+    for (const std::weak_ptr<const Observer>& known : observers) {
+        if (const auto observer = known.lock())
+            (*observer)(key);
     }
 }
 
@@ -347,12 +349,8 @@ UserDefaults& UserDefaults::suite(const QString& name) {
     return private_->suite(name);
 }
 
-int UserDefaults::addObserver(Observer observer) {
-    return private_->addObserver(std::move(observer));
-}
-
-void UserDefaults::removeObserver(int token) {
-    private_->removeObserver(token);
+Observation UserDefaults::observe(Observer observer) {
+    return private_->observe(std::move(observer));
 }
 
 bool UserDefaults::synchronize() {
