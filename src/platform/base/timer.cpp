@@ -1,5 +1,6 @@
 #include "platform/base/timer.h"
 
+#include <iterator>
 #include <utility>
 
 namespace platform {
@@ -26,6 +27,15 @@ void Timer::startUnlessActive(Seconds delay, RunLoop::Call call) {
 void Timer::cancel() {
     if (std::exchange(isActive_, false))
         loop_.cancel(this, operation);
+}
+
+void Timers::start(Seconds delay, RunLoop::Call call) {
+    pending_.emplace_back(loop_);
+    const auto timer = std::prev(pending_.end());
+    timer->start(delay, [this, timer, call = std::move(call)] {
+        pending_.erase(timer);
+        call();
+    });
 }
 
 }  // namespace platform

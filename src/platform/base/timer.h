@@ -1,5 +1,7 @@
 #pragma once
 
+#include <list>
+
 #include "platform/base/run_loop.h"
 
 namespace platform {
@@ -24,6 +26,25 @@ public:
 private:
     RunLoop& loop_;
     bool isActive_ = false;
+};
+
+/// Any number of calls to come on a run loop, each once. All are dropped when this goes. Thread of
+/// the loop, which it must not outlive.
+class Timers {
+public:
+    explicit Timers(RunLoop& loop) : loop_(loop) {}
+    Timers(const Timers&) = delete;
+    Timers& operator=(const Timers&) = delete;
+
+    /// One more call, after `delay` seconds (0: at the next turn). It may start others, or destroy
+    /// all of them.
+    void start(Seconds delay, RunLoop::Call call);
+    /// Whether a call is still to come.
+    [[nodiscard]] bool isActive() const { return !pending_.empty(); }
+
+private:
+    RunLoop& loop_;
+    std::list<Timer> pending_;
 };
 
 }  // namespace platform
