@@ -10,8 +10,8 @@
 
 #include "diagnostics/log_rows.h"
 #include "diagnostics/log_source.h"
-#include "platform/base/run_loop.h"
 #include "platform/base/thread_pool.h"
+#include "platform/base/timer.h"
 #include "platform/base/user_defaults.h"
 
 namespace diagnostics {
@@ -124,6 +124,7 @@ private:
     int _numberOfDays = 0;
     std::optional<std::int64_t> _updateTime;
     bool isReadingArchive_ = false;
+    platform::Timer fillingGap_;
 
     mutable std::mutex lock_;  ///< Guards all below, which the streams' threads touch as well.
     Generation _logEntries = std::make_shared<LogEntryList>();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <list>
+#include <optional>
 
 #include "platform/base/run_loop.h"
 
@@ -21,11 +22,11 @@ public:
     /// Does nothing if a call is still to come.
     void startUnlessActive(Seconds delay, RunLoop::Call call);
     void cancel();
-    [[nodiscard]] bool isActive() const { return isActive_; }
+    [[nodiscard]] bool isActive() const { return key_.has_value(); }
 
 private:
     RunLoop& loop_;
-    bool isActive_ = false;
+    std::optional<RunLoop::Key> key_;  ///< Of the call that is to come.
 };
 
 /// Any number of calls to come on a run loop, each once. All are dropped when this goes. Thread of
