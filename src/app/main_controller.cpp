@@ -116,9 +116,9 @@ DQMainController::Parts::Parts(DQMainController& owner, const Surroundings& give
                   [&owner](engine::StatusMask mask) {
                       owner.vanishDownloads(owner.downloadsMatchingStatusMask(mask));
                   }}),
-      missingVolumes(given.loop, [&owner](const QStringList& sentences) {
-          Q_EMIT owner.volumesMissing(sentences);
-      }) {}
+      missingVolumes(
+          given.loop, [&owner](const QString& sentence) { Q_EMIT owner.volumeMissing(sentence); },
+          [&owner](const QStringList& sentences) { Q_EMIT owner.volumesMissing(sentences); }) {}
 
 DQMainController::DQMainController(const Surroundings& surroundings)
     : parts_(std::make_unique<Parts>(*this, surroundings)) {}

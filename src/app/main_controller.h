@@ -215,8 +215,9 @@ Q_SIGNALS:
     void queueFileDamaged(const QString& keptPath);
     void queueFileNotWritten(const QString& reason);
 
-    /// Downloads cannot go on before the volume of their partial files is back; a sentence for each
-    /// volume.
+    /// A download cannot go on before the volume of its partial file is back.
+    void volumeMissing(const QString& sentence);
+    /// The same for all of one moment, a sentence for each volume.
     void volumesMissing(const QStringList& sentences);
     /// The file of a removed download is still there.
     void fileNotThrownAway(const QString& path);

@@ -113,6 +113,14 @@ TEST_F(RowsTest, TellsThePlaceInTheQueue) {
     EXPECT_TRUE(place(1).isNull());
 }
 
+/// Also those that come paused count at once.
+TEST_F(RowsTest, PausedOnesNameTheirHostWhereThereAreSeveral) {
+    const auto first = one();
+    EXPECT_TRUE(rows().texts().pausedHostDescription(*first).isNull());
+    one(u"http://b.example/x"_s);
+    EXPECT_EQ(rows().texts().pausedHostDescription(*first), u" @ a.example"_s);
+}
+
 TEST_F(RowsTest, ButtonsFollowTheStatus) {
     QStringList calls;
     workspace.revealFile = [&](const QString& file) {

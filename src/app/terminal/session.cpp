@@ -48,8 +48,8 @@ Session::Session(Surroundings surroundings, std::function<void()> didEnd)
     });
     connect(&controller, &DQMainController::filesNotOpened, this,
             [this](const QStringList& problems) { tellProblems(problems); });
-    connect(&controller, &DQMainController::volumesMissing, this,
-            [this](const QStringList& sentences) { tellProblems(sentences); });
+    connect(&controller, &DQMainController::volumeMissing, this,
+            [this](const QString& sentence) { tellProblems({sentence}); });
     connect(&controller, &DQMainController::alreadyInList, this,
             [this](const Downloads& known) { takeUpAgain(known); });
     connect(&controller, &DQMainController::textNotUnderstood, this,

@@ -284,7 +284,8 @@ void DownloadFinisher::move(const std::shared_ptr<Job>& job) {
 
 /// What is still being written about the parts must not get in the way of their going.
 void DownloadFinisher::Job::assemble() {
-    metadata->settle();
+    if (metadata)
+        metadata->settle();
     assembly = assembleFile(pieces, isCancelled, *disk);
 }
 
