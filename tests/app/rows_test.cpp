@@ -160,6 +160,22 @@ TEST_F(RowsTest, ButtonsFollowTheStatus) {
 }
 
 /// A row that is drawn does not ask the disk: what it shows was found out in the background.
+TEST_F(RowsTest, AddressesAreOpenedOneAfterAnother) {
+    QStringList opened;
+    workspace.openURL = [&](const platform::Url& url) {
+        opened.append(url.lastPathComponent());
+        return true;
+    };
+    defaults.set(app::settings::urlOpeningInterval, 2.0);
+    rows().openOriginalURLs({one(), one(u"http://a.example/b"_s)});
+    main.settle();
+    EXPECT_EQ(opened, QStringList{u"a"_s});
+    main.advance(1.9);
+    EXPECT_EQ(opened.size(), 1);
+    main.advance(0.2);
+    EXPECT_EQ(opened, QStringList({u"a"_s, u"b"_s}));
+}
+
 TEST_F(RowsTest, MissingFileIsNoticedWithoutAskingWhileDrawing) {
     const QString file = folder.filePath(u"done.txt"_s);
     ASSERT_FALSE(platform::writeFileAtomically(file, "x"));
