@@ -63,8 +63,8 @@ BENCHMARK(openDefaults)->Unit(benchmark::kMicrosecond);
 void readDefault(benchmark::State& state) {
     const QTemporaryDir folder;
     platform::UserDefaults defaults(folder.path(), u"bench"_s);
-    defaults.registerDefaults({{u"Auto-Start"_s, true}});
-    constexpr platform::Setting<bool> setting{u"Auto-Start", true, true, ""};
+    static const platform::Setting<bool> setting{u"Bench Switch", true, true, ""};
+    defaults.registerDefaults({{setting.name(), true}});
     for (auto _ : state)
         benchmark::DoNotOptimize(defaults.get(setting));
 }

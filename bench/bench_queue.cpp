@@ -7,8 +7,8 @@
 #include <QDir>
 #include <QTemporaryDir>
 
+#include "app/commands/bulk_commands.h"
 #include "app/controller_roles.h"
-#include "app/lifecycle/registered_defaults.h"
 #include "app/main_controller.h"
 #include "app/settings.h"
 #include "engine/environment.h"
@@ -36,7 +36,7 @@ public:
         frontEnd_.isModal = true;
         platform::installMainRunLoop(&loop_);
         platform::installStandardDefaults(&defaults_);
-        app::registerDefaults(defaults_);
+        platform::registerSettings(defaults_);
         environment_.applicationSupportPath = [this] { return folder_.path(); };
         environment_.isModalWindowUp = [] { return true; };
     }
@@ -124,7 +124,7 @@ void progressReport(benchmark::State& state) {
     controller.applicationDidFinishLaunching();
     engine::DQDownload& download = *controller.downloads()[queueLength / 2];
     for (auto _ : state) {
-        controller.updateDownload(download);
+        download.host().downloadDidChange(download);
     }
 }
 BENCHMARK(progressReport)->Arg(0)->Arg(1)->Arg(2);
@@ -153,8 +153,7 @@ void finishMany(benchmark::State& state) {
         state.ResumeTiming();
         for (int i = 0; i < queueLength; i += 2) {
             engine::DQDownload& download = *controller.downloads()[static_cast<std::size_t>(i)];
-            download.setStatus(engine::DQDownloadStatusDone);
-            controller.updateDownload(download);
+            download.changeStatus(engine::DQDownloadStatusDone, engine::StatusCause::Finished);
             core.settle();
         }
         controller.finishWriting();
@@ -166,7 +165,10 @@ void finishMany(benchmark::State& state) {
 }
 BENCHMARK(finishMany)->Unit(benchmark::kMillisecond)->Iterations(3);
 
-void removeAll(benchmark::State& state) {
+using ManyRows = void (*)(engine::DownloadQueue&, const app::Downloads&);
+
+/// A command on all rows, and what follows at the next turns of the loop.
+void commandOnAll(benchmark::State& state, ManyRows prepare, ManyRows command) {
     Core core;
     core.writeQueue();
     for (auto _ : state) {
@@ -174,11 +176,10 @@ void removeAll(benchmark::State& state) {
         app::DQMainController& controller = core.start();
         controller.readQueue();
         controller.applicationDidFinishLaunching();
+        prepare(controller.queue(), controller.downloads());
+        core.settle();
         state.ResumeTiming();
-        const app::Downloads downloads = controller.downloads();
-        for (const engine::DownloadPtr& download : downloads) {
-            download->remove();
-        }
+        command(controller.queue(), app::Downloads(controller.downloads()));
         core.settle();
         state.PauseTiming();
         core.stop();
@@ -186,7 +187,15 @@ void removeAll(benchmark::State& state) {
         state.ResumeTiming();
     }
 }
-BENCHMARK(removeAll)->Unit(benchmark::kMillisecond)->Iterations(3);
+BENCHMARK_CAPTURE(commandOnAll, remove, app::pauseDownloads, app::remove)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(3);
+BENCHMARK_CAPTURE(commandOnAll, pause, app::queuePaused, app::pauseDownloads)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(3);
+BENCHMARK_CAPTURE(commandOnAll, resume, app::pauseDownloads, app::queuePaused)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(3);
 
 void takeIn(benchmark::State& state, const QString& text) {
     Core core;

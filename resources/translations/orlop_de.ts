@@ -635,11 +635,6 @@
         </message>
         <message>
             <location filename="../../src/app/failures/failure_sentence.cpp" />
-            <source>The settings for proxies cannot be understood. Check them.</source>
-            <translation>Die Einstellungen für Proxys sind nicht zu verstehen. Prüfen Sie sie.</translation>
-        </message>
-        <message>
-            <location filename="../../src/app/failures/failure_sentence.cpp" />
             <source>The server’s answer cannot be used.</source>
             <translation>Die Antwort des Servers ist nicht zu gebrauchen.</translation>
         </message>
@@ -647,6 +642,11 @@
             <location filename="../../src/app/failures/failure_sentence.cpp" />
             <source>The server’s kind of login has no way to send a character of the name or the password.</source>
             <translation>Die Art der Anmeldung beim Server kann ein Zeichen des Namens oder des Kennworts nicht übertragen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The settings for proxies cannot be understood. Check them.</source>
+            <translation>Die Einstellungen für Proxys sind nicht zu verstehen. Prüfen Sie sie.</translation>
         </message>
         <message>
             <location filename="../../src/app/failures/failure_sentence.cpp" />
@@ -817,6 +817,16 @@
             <location filename="../../src/app/main_controller.cpp" />
             <source>Download Failed</source>
             <translation>Download fehlgeschlagen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/queue/missing_volumes.cpp" />
+            <source>%@ cannot go on: what has come of it lies on %@, which is not available.</source>
+            <translation>%@ kann nicht fortgesetzt werden: Was davon da ist, liegt auf %@ und ist nicht verfügbar.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/queue/missing_volumes.cpp" />
+            <source>%@ downloads cannot go on: what has come of them lies on %@, which is not available.</source>
+            <translation>%@ Downloads können nicht fortgesetzt werden: Was davon da ist, liegt auf %@ und ist nicht verfügbar.</translation>
         </message>
         <message>
             <location filename="../../src/app/queue/queue_archive.cpp" />
@@ -2439,6 +2449,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/window/desktop_front_end.cpp" />
             <source>Choose File Location</source>
             <translation>Speicherort wählen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/desktop_windows.cpp" />
+            <source>%1 could not be moved to the trash and is still there.</source>
+            <translation>%1 konnte nicht in den Papierkorb verschoben werden und ist noch da.</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/desktop_windows.cpp" />

@@ -66,16 +66,13 @@ public:
         links::setSharedNumberStyle(links::numberStyle(defaults));
         links::setSortPrefixes(links::sortPrefixesString(defaults));
         followDebugLog();
-        observer_ = defaults.addObserver([this](const QString& key) {
+        observation_ = defaults.observe([this](const QString& key) {
             if (key == settings::debugLog.name()) {
                 followDebugLog();
             }
         });
     }
-    ~StandardDefaults() {
-        defaults.removeObserver(observer_);
-        platform::installStandardDefaults(nullptr);
-    }
+    ~StandardDefaults() { platform::installStandardDefaults(nullptr); }
     StandardDefaults(const StandardDefaults&) = delete;
     StandardDefaults& operator=(const StandardDefaults&) = delete;
 
@@ -84,7 +81,7 @@ public:
 private:
     void followDebugLog() { platform::setDebugLogEnabled(defaults.get(settings::debugLog)); }
 
-    int observer_ = 0;
+    platform::Observation observation_;
 };
 
 /// What the engine needs of a front end and of the machine.

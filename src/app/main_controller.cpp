@@ -114,9 +114,9 @@ DQMainController::Parts::Parts(DQMainController& owner, const Surroundings& give
       automation({queue, allDone, given.defaults, given.loop, given.frontEnd,
                   [&owner](bool force) { owner.updateStatusAndForceUpdateApplicationImage(force); },
                   [&owner](engine::StatusMask mask) { owner.clearDownloads(mask); }}),
-      missingVolumes(given.loop, [&owner](const QStringList& sentences) {
-          Q_EMIT owner.volumesMissing(sentences);
-      }) {}
+      missingVolumes(
+          given.loop, [&owner](const QString& sentence) { Q_EMIT owner.volumeMissing(sentence); },
+          [&owner](const QStringList& sentences) { Q_EMIT owner.volumesMissing(sentences); }) {}
 
 DQMainController::DQMainController(const Surroundings& surroundings)
     : parts_(std::make_unique<Parts>(*this, surroundings)) {}
@@ -254,6 +254,11 @@ void DQMainController::queueDidChange() {
     parts_->view.invalidate();
 }
 
+void DQMainController::downloadDidLeave(const engine::DQDownload& download) {
+    parts_->rows.forget(download);
+    parts_->leaving.erase(&download);
+}
+
 /// What follows from it for others; how it looks follows at the end of a batch for all at once.
 void DQMainController::statusDidChange(const engine::StatusChange& change) {
     using engine::StatusCause;
@@ -328,7 +333,6 @@ void DQMainController::downloadWasRemoved(engine::DQDownload& download) {
     downloadDidChange(download);
 }
 
-/// Who adds many downloads shows and saves them when it sees fit.
 void DQMainController::batchDidEnd() {
     removeLeavingDownloads();
     if (std::exchange(parts_->isStale, false)) {
@@ -344,13 +348,7 @@ void DQMainController::removeLeavingDownloads() {
         return leaving.contains(&download);
     };
     if (leaving.size() >= massRemoval) {
-        parts_->queue.removeIf([&](engine::DQDownload& download) {
-            const bool goes = isLeaving(download);
-            if (goes) {
-                parts_->rows.forget(download);
-            }
-            return goes;
-        });
+        parts_->queue.removeIf(isLeaving);
         return;
     }
     const Downloads present = downloads();
@@ -412,7 +410,6 @@ void DQMainController::disableAllDoneNotificationForDownload(const engine::DQDow
 
 void DQMainController::removeDownload(engine::DQDownload& download) {
     if (parts_->queue.remove(download)) {
-        parts_->rows.forget(download);
         parts_->list.updateDownloadListAndStatusSoon();
     }
 }
@@ -441,12 +438,8 @@ void DQMainController::clearDownloads(engine::StatusMask mask) {
 
 void DQMainController::removeDownloadIfDoneWithPath(const QString& path) {
     const std::size_t count = parts_->queue.removeIf([&](engine::DQDownload& download) {
-        const bool goes = engine::matchesStatusMask(download.status(), engine::finishedStatuses) &&
-                          links::isEqualToPath(download.pathByCheckingExistence(false), path);
-        if (goes) {
-            parts_->rows.forget(download);
-        }
-        return goes;
+        return engine::matchesStatusMask(download.status(), engine::finishedStatuses) &&
+               links::isEqualToPath(download.pathByCheckingExistence(false), path);
     });
     if (count > 0) {
         updateDownloadListAndStatus();
@@ -571,7 +564,6 @@ engine::DownloadPtr DQMainController::addDownloadFromArchive(const QVariantMap& 
 void DQMainController::readQueue() {
     OrphanedContainers orphans(
         foldersOfDownloads(parts_->surroundings.defaults, parts_->rules.specialCases()));
-    const engine::DownloadQueue::Batch batch(parts_->queue);
     for (const QVariantMap& archive : parts_->archive.read()) {
         addDownloadFromArchive(orphans.completed(archive), {});
     }

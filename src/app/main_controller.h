@@ -217,8 +217,9 @@ Q_SIGNALS:
     void queueFileDamaged(const QString& keptPath);
     void queueFileNotWritten(const QString& reason);
 
-    /// Downloads cannot go on before the volume of their partial files is back; a sentence for each
-    /// volume.
+    /// A download cannot go on before the volume of its partial file is back.
+    void volumeMissing(const QString& sentence);
+    /// The same for all of one moment, a sentence for each volume.
     void volumesMissing(const QStringList& sentences);
     /// The file of a removed download is still there.
     void fileNotThrownAway(const QString& path);
@@ -232,6 +233,7 @@ private:
     // Reports of the queue.
 
     void queueDidChange() override;
+    void downloadDidLeave(const engine::DQDownload& download) override;
     void statusDidChange(const engine::StatusChange& change) override;
     void downloadDidChange(engine::DQDownload& download) override;
     void downloadWasRemoved(engine::DQDownload& download) override;

@@ -15,8 +15,6 @@ namespace diagnostics {
 
 namespace {
 
-constexpr auto gapOperation = "fill gap";
-
 std::shared_ptr<const LogEntry> kept(LogEntry&& entry) {
     return std::make_shared<const LogEntry>(std::move(entry));
 }
@@ -50,10 +48,10 @@ void flip(platform::UserDefaults& defaults, const platform::Setting<bool>& setti
 
 ILRIntegratedLogReader::ILRIntegratedLogReader(const Surroundings& surroundings)
     : around_(surroundings),
-      observer_(around_.defaults.addObserver([this](const QString& key) { observe(key); })) {}
+      fillingGap_(around_.loop),
+      observation_(around_.defaults.observe([this](const QString& key) { observe(key); })) {}
 
 ILRIntegratedLogReader::~ILRIntegratedLogReader() {
-    around_.defaults.removeObserver(observer_);
     display_ = {};
     close();
     *self_ = nullptr;
@@ -152,7 +150,7 @@ void ILRIntegratedLogReader::updateLogAfterIncreasingNumberOfDays(bool increase)
         needsLiveStream = !_liveStream;
     }
     former.reset();
-    around_.loop.cancel(this, gapOperation);
+    fillingGap_.cancel();
     if (needsLiveStream)
         startLiveStream(wanted.live, read.entries);
     isReadingArchive_ = _numberOfDays >= 0;
@@ -252,7 +250,7 @@ void ILRIntegratedLogReader::endArchiveRead(const ArchiveRead& read) {
 /// The two tools begin at about the same time, and messages may fall between them.
 void ILRIntegratedLogReader::fillGapLater(const ArchiveRead& read) {
     constexpr platform::Seconds delay = 3;
-    around_.loop.performAfter(this, gapOperation, delay, [this, read] {
+    fillingGap_.start(delay, [this, read] {
         constexpr std::int64_t minute = 60'000'000;
         const std::int64_t begun = _updateTime.value_or(platform::logClock());
         const std::int64_t minutes = (platform::logClock() - begun) / minute + 2;
@@ -329,7 +327,7 @@ void ILRIntegratedLogReader::clear() {
 }
 
 void ILRIntegratedLogReader::reset() {
-    around_.loop.cancel(this, gapOperation);
+    fillingGap_.cancel();
     std::unique_ptr<LogSource::Stream> former;  // dies behind the lock, for which it may wait
     const std::lock_guard guard(lock_);
     _logEntries = std::make_shared<LogEntryList>();

@@ -10,8 +10,8 @@
 
 #include "diagnostics/log_rows.h"
 #include "diagnostics/log_source.h"
-#include "platform/base/run_loop.h"
 #include "platform/base/thread_pool.h"
+#include "platform/base/timer.h"
 #include "platform/base/user_defaults.h"
 
 namespace diagnostics {
@@ -124,7 +124,7 @@ private:
     int _numberOfDays = 0;
     std::optional<std::int64_t> _updateTime;
     bool isReadingArchive_ = false;
-    int observer_ = 0;
+    platform::Timer fillingGap_;
 
     mutable std::mutex lock_;  ///< Guards all below, which the streams' threads touch as well.
     Generation _logEntries = std::make_shared<LogEntryList>();
@@ -138,6 +138,7 @@ private:
     // The last: what they run touches all above.
     std::unique_ptr<LogSource::Stream> _liveStream;
     platform::ThreadPool archiveReads_{2};
+    platform::Observation observation_;
 };
 
 }  // namespace diagnostics

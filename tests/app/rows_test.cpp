@@ -3,6 +3,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include "app/rows/vanishing.h"
+#include "app/settings.h"
 #include "core_fixture.h"
 #include "engine/acceleration/acceleration_settings.h"
 #include "engine/settings.h"
@@ -112,6 +114,14 @@ TEST_F(RowsTest, TellsThePlaceInTheQueue) {
     EXPECT_TRUE(place(1).isNull());
 }
 
+/// Also those that come paused count at once.
+TEST_F(RowsTest, PausedOnesNameTheirHostWhereThereAreSeveral) {
+    const auto first = one();
+    EXPECT_TRUE(rows().texts().pausedHostDescription(*first).isNull());
+    one(u"http://b.example/x"_s);
+    EXPECT_EQ(rows().texts().pausedHostDescription(*first), u" @ a.example"_s);
+}
+
 TEST_F(RowsTest, ButtonsFollowTheStatus) {
     QStringList calls;
     workspace.revealFile = [&](const QString& file) {
@@ -150,6 +160,22 @@ TEST_F(RowsTest, ButtonsFollowTheStatus) {
 }
 
 /// A row that is drawn does not ask the disk: what it shows was found out in the background.
+TEST_F(RowsTest, AddressesAreOpenedOneAfterAnother) {
+    QStringList opened;
+    workspace.openURL = [&](const platform::Url& url) {
+        opened.append(url.lastPathComponent());
+        return true;
+    };
+    defaults.set(app::settings::urlOpeningInterval, 2.0);
+    rows().openOriginalURLs({one(), one(u"http://a.example/b"_s)});
+    main.settle();
+    EXPECT_EQ(opened, QStringList{u"a"_s});
+    main.advance(1.9);
+    EXPECT_EQ(opened.size(), 1);
+    main.advance(0.2);
+    EXPECT_EQ(opened, QStringList({u"a"_s, u"b"_s}));
+}
+
 TEST_F(RowsTest, MissingFileIsNoticedWithoutAskingWhileDrawing) {
     const QString file = folder.filePath(u"done.txt"_s);
     ASSERT_FALSE(platform::writeFileAtomically(file, "x"));
@@ -166,6 +192,29 @@ TEST_F(RowsTest, MissingFileIsNoticedWithoutAskingWhileDrawing) {
     }
     EXPECT_FALSE(canShow());
     EXPECT_TRUE(rows().canPerformAction(*done, DQDownloadActionRemove));
+}
+
+/// Its record goes, and with it whatever was to come for its row.
+TEST_F(RowsTest, RowThatIsTriedAgainDoesNotGoOnVanishing) {
+    class Shown final : public app::VanishView {
+    public:
+        bool showsDownload(const DQDownload&) const override { return true; }
+        void redrawDownload(DQDownload&) override {}
+        void performVanishStepForObject(DQDownload&) override {}
+    };
+    frontEnd.vanishing = std::make_shared<Shown>();
+    defaults.set(app::settings::autoClearLemons, true);
+    defaults.set(settings::uselessAnimations, true);
+    auto failed = one();
+    end(*failed, DQDownloadStatusAborted);
+    ASSERT_TRUE(rows().vanishing().isVanishing(*failed));
+    controller->retry({failed});
+    failed.reset();
+    main.settle();
+    ASSERT_EQ(controller->downloads().size(), 1U);
+    EXPECT_FALSE(rows().vanishing().isVanishing(*controller->downloads().front()));
+    main.advance(10);
+    EXPECT_EQ(controller->downloads().size(), 1U);
 }
 
 TEST_F(RowsTest, AbsentVolumeIsToldOncePerVolume) {

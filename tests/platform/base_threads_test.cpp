@@ -22,6 +22,7 @@ using platform::ThreadPool;
 struct RunLoopTest : testing::Test {
     support::MainLoop main;
     RunLoop& loop = main.loop;
+    platform::Timers timers{loop};
     std::string seen;
 
     RunLoop::Call say(const char* word) {
@@ -30,24 +31,24 @@ struct RunLoopTest : testing::Test {
 };
 
 TEST_F(RunLoopTest, RunsInOrderOfPostingAndOfDeadline) {
-    loop.performAfter(this, "late", 2, say("d"));
-    loop.performAfter(this, "early", 1, say("b"));
-    loop.performAfter(this, "early", 1, say("c"));
+    timers.start(2, say("d"));
+    timers.start(1, say("b"));
+    timers.start(1, say("c"));
     loop.post(say("a"));
     main.advance(0.999);
     EXPECT_EQ(seen, "a");
     main.advance(0.001);
     EXPECT_EQ(seen, "abc");
-    EXPECT_TRUE(loop.isScheduled(this, "late"));
+    EXPECT_TRUE(timers.isActive());
     main.advance(1);
     EXPECT_EQ(seen, "abcd");
-    EXPECT_FALSE(loop.isScheduled(this, "late"));
+    EXPECT_FALSE(timers.isActive());
 }
 
 TEST_F(RunLoopTest, WhatATurnSchedulesWaitsForTheNext) {
-    loop.performAfter(this, "x", 0, [this] {
+    timers.start(0, [this] {
         seen += "1";
-        loop.performAfter(this, "x", 0, say("3"));
+        timers.start(0, say("3"));
         loop.post(say("2"));
     });
     EXPECT_TRUE(loop.runDue());
@@ -59,37 +60,20 @@ TEST_F(RunLoopTest, WhatATurnSchedulesWaitsForTheNext) {
     EXPECT_EQ(loop.nextDeadline(), std::nullopt);
 }
 
-TEST_F(RunLoopTest, CancelsByOwnerAndOperation) {
-    const int other = 0;
-    loop.performAfter(this, "a", 1, say("a"));
-    loop.performAfter(this, "a", 2, say("a"));
-    loop.performAfter(this, "b", 1, say("b"));
-    loop.performAfter(&other, "a", 1, say("o"));
-    loop.cancel(this, "a");
-    EXPECT_FALSE(loop.isScheduled(this, "a"));
-    main.advance(3);
-    EXPECT_EQ(seen, "bo");
-
-    loop.performAfter(this, "a", 1, say("a"));
-    loop.performAfter(&other, "b", 1, say("o"));
-    loop.cancelAll(this);
-    main.advance(3);
-    EXPECT_EQ(seen, "boo");
-}
-
 TEST_F(RunLoopTest, ACallMayCancelOthersOfItsOwnTurn) {
-    loop.performAfter(this, "a", 0, [this] { loop.cancel(this, "b"); });
-    loop.performAfter(this, "b", 0, say("b"));
+    platform::Timer other(loop);
+    timers.start(0, [&] { other.cancel(); });
+    other.start(0, say("b"));
     main.settle();
     EXPECT_EQ(seen, "");
 }
 
 TEST_F(RunLoopTest, ACancelledCallMayCancelOthersAsItDies) {
-    std::shared_ptr<void> held(nullptr, [this](void*) { loop.cancelAll(this); });
-    loop.performAfter(this, "a", 1, [keep = std::move(held)] {});
-    loop.performAfter(this, "b", 1, say("b"));
-    loop.performAfter(this, "a", 1, say("a"));
-    loop.cancel(this, "a");
+    platform::Timer cancelled(loop), other(loop);
+    std::shared_ptr<void> held(nullptr, [&](void*) { other.cancel(); });
+    cancelled.start(1, [keep = std::move(held)] {});
+    other.start(1, say("b"));
+    cancelled.cancel();
     EXPECT_EQ(loop.nextDeadline(), std::nullopt);
 }
 
@@ -116,9 +100,10 @@ TEST(RunLoopWaker, WakesOnceForManyPostsAndOnlyForAnEarlierDeadline) {
     loop.runDue();
     loop.post([] {});
     EXPECT_EQ(wakes, 2);
-    loop.performAfter(&loop, "x", 5, [] {});
+    platform::Timers timers(loop);
+    timers.start(5, [] {});
     EXPECT_EQ(wakes, 3);
-    loop.performAfter(&loop, "x", 6, [] {});
+    timers.start(6, [] {});
     EXPECT_EQ(wakes, 3);
     loop.setWaker({});
 }
@@ -160,7 +145,8 @@ TEST_F(QtLoop, RunsDelayedAndPostedCallsFromOtherThreads) {
     QEventLoop events;
     const platform::Seconds start = clock.monotonic();
     std::jthread poster;
-    loop.performAfter(this, "later", 0.02, [&] {
+    platform::Timer later(loop);
+    later.start(0.02, [&] {
         EXPECT_GE(clock.monotonic(), start + 0.02);
         poster = std::jthread([&] { loop.post([&] { events.quit(); }); });
     });
@@ -173,12 +159,13 @@ TEST_F(QtLoop, AModalEventLoopRunsWhatTheTurnLeft) {
     RunLoop loop(clock);
     const platform::QtRunLoopDriver driver(loop);
     QEventLoop outer, modal;
+    platform::Timer close(loop);
     loop.post([&] {
         modal.exec();
         outer.quit();
     });
     loop.post([&] {
-        loop.performAfter(this, "close", 5, [&] { modal.quit(); });
+        close.start(5, [&] { modal.quit(); });
         clock.advance(5);
     });
     outer.exec();
@@ -256,6 +243,31 @@ TEST(TimerTest, CallsOnceAndNeverWhenItIsGone) {
     }
     loop.runDue();
     EXPECT_EQ(calls, 2);
+    EXPECT_EQ(loop.nextDeadline(), std::nullopt);
+}
+
+TEST(TimersTest, CallEachOnceAndMayGoInACall) {
+    support::ManualClock clock;
+    platform::RunLoop loop(clock);
+    std::string seen;
+    auto timers = std::make_unique<platform::Timers>(loop);
+    timers->start(2, [&] { seen += 'c'; });
+    timers->start(1, [&] {
+        seen += 'a';
+        timers->start(0, [&] { seen += 'b'; });
+    });
+    for (int second = 0; second < 3; ++second) {
+        EXPECT_TRUE(timers->isActive()) << second;
+        clock.advance(1);
+        loop.runDue();
+        loop.runDue();
+        if (second == 1) {
+            timers->start(1, [&] { timers.reset(); });
+            timers->start(1, [&] { seen += "gone"; });
+        }
+    }
+    EXPECT_EQ(seen, "abc");
+    EXPECT_EQ(timers, nullptr);
     EXPECT_EQ(loop.nextDeadline(), std::nullopt);
 }
 

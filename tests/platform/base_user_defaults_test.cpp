@@ -150,7 +150,8 @@ TEST_F(DefaultsTest, AFailedWriteIsTriedAgain) {
 
 TEST_F(DefaultsTest, ObserversHearOfEachChangeOfAValueInForce) {
     QStringList heard;
-    const int token = defaults.addObserver([&](const QString& key) { heard.append(key); });
+    platform::Observation observation =
+        defaults.observe([&](const QString& key) { heard.append(key); });
     const auto take = [&] {
         main.settle();
         heard.sort();
@@ -168,9 +169,29 @@ TEST_F(DefaultsTest, ObserversHearOfEachChangeOfAValueInForce) {
     writeByHand("<dict><key>a</key><integer>3</integer><key>b</key><true/></dict>");
     EXPECT_TRUE(defaults.boolForKey(u"b"_s));
     EXPECT_EQ(take(), QStringList{u"b"_s});
-    defaults.removeObserver(token);
+    observation = {};
     defaults.setObject(u"b"_s, 2);
     EXPECT_EQ(take(), QStringList());
+}
+
+TEST_F(DefaultsTest, AnObservationMayEndInTheMiddleAndOutliveWhatIsObserved) {
+    auto observed = std::make_unique<UserDefaults>(folder.path(), u"observed"_s, &main.loop);
+    int first = 0, second = 0;
+    platform::Observation ends, ended;
+    ends = observed->observe([&](const QString&) {
+        ++first;
+        ends = {};
+        ended = {};
+    });
+    ended = observed->observe([&](const QString&) { ++second; });
+    const platform::Observation stays = observed->observe([&](const QString&) { second += 10; });
+    for (const int value : {1, 2}) {
+        observed->setObject(u"a"_s, value);
+        main.settle();
+    }
+    EXPECT_EQ(first, 1);
+    EXPECT_EQ(second, 20);
+    observed.reset();
 }
 
 TEST(DefaultsInQt, ObserversHearOfAnEditThatNobodyReads) {
@@ -185,7 +206,7 @@ TEST(DefaultsInQt, ObserversHearOfAnEditThatNobodyReads) {
     UserDefaults defaults(folder.path(), u"test"_s, &loop);
     QEventLoop events;
     QString heard;
-    defaults.addObserver([&](const QString& key) {
+    const platform::Observation observation = defaults.observe([&](const QString& key) {
         heard = key;
         events.quit();
     });

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "platform/base/clock.h"
+#include "platform/base/timer.h"
 #include "platform/net/http_read_stream.h"
 #include "platform/net/network_loop.h"
 
@@ -19,16 +20,17 @@ struct Loop {
     /// False, and a failure, when 20 seconds of real time run out.
     bool runUntil(const std::function<bool()>& done) {
         bool isLate = false;
-        loop.calls().performAfter(this, "late", 20.0, [&isLate] { isLate = true; });
+        platform::Timer late(loop.calls());
+        late.start(20.0, [&isLate] { isLate = true; });
         loop.runUntil([&] { return isLate || done(); });
-        loop.calls().cancelAll(this);
         EXPECT_FALSE(isLate) << "nothing came for 20 seconds";
         return !isLate;
     }
     /// Runs turns for a while, for what must not happen.
     void runFor(platform::Seconds seconds) {
         bool isOver = false;
-        loop.calls().performAfter(this, "while", seconds, [&isOver] { isOver = true; });
+        platform::Timer end(loop.calls());
+        end.start(seconds, [&isOver] { isOver = true; });
         loop.runUntil([&isOver] { return isOver; });
     }
 };

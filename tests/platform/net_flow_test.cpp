@@ -64,21 +64,20 @@ TEST_F(NetFlow, SurvivesBeingTakenOffTheLoopAgainAndAgain) {
     reply.length = Reply::Length::Chunked;
     server.serve("/chunked", reply);
     constexpr int count = 64;
+    platform::Timers later(loop.loop.calls());
     std::vector<std::unique_ptr<Exchange>> exchanges;
     for (int i = 0; i < count; ++i) {
         Exchange& each = *exchanges.emplace_back(
             std::make_unique<Exchange>(loop, server.url(i % 2 == 0 ? u"/f"_s : u"/chunked"_s)));
         each.readSize = 100'000;
-        each.onBytes = [&each, this] {
+        each.onBytes = [&each, &later] {
             each.read();
             each.stream->unschedule();
-            loop.loop.calls().performAfter(&each, "on", 0.005,
-                                           [&each] { each.stream->schedule(); });
+            later.start(0.005, [&each] { each.stream->schedule(); });
         };
         each.stream->unschedule();
         ASSERT_TRUE(each.stream->open());
-        loop.loop.calls().performAfter(&each, "on", 0.001 * i,
-                                       [&each] { each.stream->schedule(); });
+        later.start(0.001 * i, [&each] { each.stream->schedule(); });
     }
     loop.runUntil([&exchanges] {
         return std::all_of(exchanges.begin(), exchanges.end(),
@@ -168,8 +167,9 @@ TEST(NetLoop, WakesForPostsAndForAClockThatIsMoved) {
     support::ManualClock clock;
     platform::NetworkThread thread(clock);
     std::promise<void> isArmed, hasRun;
+    platform::Timer timer(thread.loop().calls());
     thread.loop().calls().post([&] {
-        thread.loop().calls().performAfter(&clock, "later", 3600, [&] { hasRun.set_value(); });
+        timer.start(3600, [&] { hasRun.set_value(); });
         isArmed.set_value();
     });
     isArmed.get_future().get();

@@ -25,6 +25,7 @@ public:
 
     [[nodiscard]] const QVariantList& specialCases() const override { return rules; }
     void queueDidChange() override {}
+    void downloadDidLeave(const engine::DQDownload&) override {}
     void statusDidChange(const engine::StatusChange& change) override {
         changes.emplace_back(change.after, change.cause);
         ++updates;

@@ -5,10 +5,7 @@
 #include "app/commands/command.h"
 #include "app/queue/download_order.h"
 #include "app/rows/row_actions.h"
-#include "app/settings.h"
 #include "engine/queue/download_queue.h"
-#include "platform/base/run_loop.h"
-#include "platform/base/user_defaults.h"
 
 namespace app {
 
@@ -69,17 +66,6 @@ bool cancel(engine::DownloadQueue& queue, const Downloads& downloads, bool mustC
     }
     forEach(queue, downloads, [](auto& download) { download.removeAndMoveToTrashIfDone(false); });
     return true;
-}
-
-void openOriginalURLs(const RowActions& actions, const Downloads& downloads,
-                      const engine::Context& context) {
-    const double interval = context.defaults.get(settings::urlOpeningInterval);
-    for (std::size_t index = 0; index < downloads.size(); ++index) {
-        static const int owner = 0;
-        context.loop.performAfter(
-            &owner, "openOriginalURLs", interval * static_cast<double>(index),
-            [actions, download = downloads[index]] { actions.openOriginalURL(*download); });
-    }
 }
 
 void copyOriginalURLs(const Downloads& downloads, const FrontEnd& frontEnd) {

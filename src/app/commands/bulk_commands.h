@@ -4,10 +4,6 @@
 
 #include "app/main_controller.h"
 
-namespace platform {
-class UserDefaults;
-}
-
 /// Operations on many downloads at once. Main thread.
 namespace app {
 
@@ -25,9 +21,6 @@ void remove(engine::DownloadQueue& queue, const Downloads& downloads);
 bool cancel(engine::DownloadQueue& queue, const Downloads& downloads, bool mustConfirm,
             Questions& questions);
 
-/// One after the other, with the interval of the settings between two.
-void openOriginalURLs(const RowActions& actions, const Downloads& downloads,
-                      const engine::Context& context);
 void copyOriginalURLs(const Downloads& downloads, const FrontEnd& frontEnd);
 
 /// The downloads of the selected rows one place on or to an end of the queue. The rows before

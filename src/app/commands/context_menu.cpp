@@ -77,8 +77,8 @@ private:
         add(localized("Remove"),
             [&queue = queue_, downloads = downloads_] { remove(queue, downloads); });
         menu_.push_back(separator());
-        add(localized("Open URLs"), [&queue = queue_, actions = actions_, downloads = downloads_] {
-            openOriginalURLs(actions, downloads, queue.context());
+        add(localized("Open URLs"), [&rows = around_.controller.rows(), downloads = downloads_] {
+            rows.openOriginalURLs(downloads);
         });
         add(localized("Copy URLs"), [downloads = downloads_, around = around_] {
             copyOriginalURLs(downloads, around.frontEnd);

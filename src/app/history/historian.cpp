@@ -14,7 +14,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr platform::Seconds saveDelay = 5;
-constexpr auto saveOperation = "save";
 
 DQHistorian* installedHistorian = nullptr;
 
@@ -24,19 +23,17 @@ DQHistorian::DQHistorian(QString supportFolder, platform::UserDefaults& defaults
                          platform::Disks& disks, platform::RunLoop& loop)
     : supportFolder_(std::move(supportFolder)),
       defaults_(defaults),
-      loop_(loop),
       file_(historyArchivePath(), disks, loop),
       isOfCompleteDownloads_(defaults.get(settings::historyOfCompleteDownloads)),
-      limit_(defaults.get(settings::numberOfHistoryItems)) {
-    observer_ = defaults_.addObserver([this](const QString&) { settingsDidChange(); });
+      limit_(defaults.get(settings::numberOfHistoryItems)),
+      saving_(loop) {
+    observation_ = defaults_.observe([this](const QString&) { settingsDidChange(); });
 }
 
 DQHistorian::~DQHistorian() {
-    defaults_.removeObserver(observer_);
     if (_wantsToBeSaved) {
         save();
     }
-    loop_.cancelAll(this);
 }
 
 QString DQHistorian::historyArchivePath() const {
@@ -77,8 +74,7 @@ void DQHistorian::checkNumberOfItems(bool checkNumber, bool checkCompletion) {
         didRemoveItems();
     }
     if (_wantsToBeSaved) {
-        loop_.cancel(this, saveOperation);
-        loop_.performAfter(this, saveOperation, saveDelay, [this] { save(); });
+        saving_.start(saveDelay, [this] { save(); });
     }
 }
 
@@ -101,7 +97,7 @@ void DQHistorian::settingsDidChange() {
 }
 
 void DQHistorian::save() {
-    loop_.cancel(this, saveOperation);
+    saving_.cancel();
     _wantsToBeSaved = false;
     file_.write(history());
 }

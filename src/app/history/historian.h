@@ -4,7 +4,7 @@
 
 #include "app/controller_roles.h"
 #include "app/history/history_file.h"
-#include "platform/base/run_loop.h"
+#include "platform/base/timer.h"
 #include "platform/base/user_defaults.h"
 
 namespace platform {
@@ -53,7 +53,6 @@ private:
 
     const QString supportFolder_;
     platform::UserDefaults& defaults_;
-    platform::RunLoop& loop_;
     HistoryFile file_;
     QList<HistoryEntry> _history;
     /// The settings that were followed last.
@@ -61,7 +60,8 @@ private:
     qint64 limit_;
     bool isLoaded_ = false;
     bool _wantsToBeSaved = false;
-    int observer_ = 0;
+    platform::Timer saving_;
+    platform::Observation observation_;
 };
 
 /// The history as installed by the composition root or by a test.

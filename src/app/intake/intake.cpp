@@ -18,7 +18,6 @@ namespace {
 constexpr int addressesPerTurn = 500;
 /// An intake that has made more downloads than this says how far it is.
 constexpr qsizetype longIntake = 10'000;
-constexpr auto delayedOpening = "openURLsWithArguments";
 
 }  // namespace
 
@@ -30,11 +29,10 @@ struct Intake::Activity {
     qsizetype toldCount = 0;
 };
 
-Intake::Intake(Surroundings surroundings) : surroundings_(std::move(surroundings)) {}
-
-Intake::~Intake() {
-    surroundings_.loop.cancelAll(this);
-}
+Intake::Intake(Surroundings surroundings)
+    : surroundings_(std::move(surroundings)),
+      steps_(surroundings_.loop),
+      openings_(surroundings_.loop) {}
 
 /// Here a text that holds no whole address counts by what the parser makes of it, if only a name of
 /// a host; whoever opens it finds out that it cannot be downloaded.
@@ -117,8 +115,7 @@ void Intake::proceed(const std::shared_ptr<Activity>& activity) {
     const bool goesOn = activity->run.step(addressesPerTurn);
     report(*activity, goesOn);
     if (goesOn) {
-        surroundings_.loop.performAfter(this, "proceed", 0,
-                                        [this, activity] { proceed(activity); });
+        steps_.start(0, [this, activity] { proceed(activity); });
     } else {
         std::erase(activities_, activity);
     }
@@ -155,8 +152,7 @@ void Intake::tellNotes(const Activity& activity) {
 }
 
 bool Intake::isActive() const {
-    return !activities_.empty() || surroundings_.loop.isScheduled(this, delayedOpening) ||
-           surroundings_.loop.isScheduled(this, "dropPasteboard");
+    return !activities_.empty() || openings_.isActive();
 }
 
 void Intake::stop() {
@@ -167,8 +163,7 @@ void Intake::stop() {
 
 void Intake::openURLsAfterDelay(const std::vector<platform::Url>& urls,
                                 const ScriptArguments& arguments, bool giveFeedback) {
-    surroundings_.loop.performAfter(this, delayedOpening, 0,
-                                    [this, urls, arguments] { openURLs(urls, arguments); });
+    openings_.start(0, [this, urls, arguments] { openURLs(urls, arguments); });
     if (giveFeedback) {
         surroundings_.giveFeedback();
     }
@@ -219,8 +214,7 @@ bool Intake::dropPasteboard(const Pasteboard& pasteboard) {
         return false;
     }
     // The drag's source waits for the drop to return.
-    surroundings_.loop.performAfter(this, "dropPasteboard", 0,
-                                    [this, pasteboard] { beginWithPasteboard(pasteboard); });
+    openings_.start(0, [this, pasteboard] { beginWithPasteboard(pasteboard); });
     return true;
 }
 

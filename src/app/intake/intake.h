@@ -9,7 +9,7 @@
 #include "app/intake/intake_run.h"
 #include "app/intake/pasteboard.h"
 #include "app/intake/script_arguments.h"
-#include "platform/base/run_loop.h"
+#include "platform/base/timer.h"
 
 namespace app {
 
@@ -42,7 +42,6 @@ public:
     };
 
     explicit Intake(Surroundings surroundings);
-    ~Intake();
     Intake(const Intake&) = delete;
     Intake& operator=(const Intake&) = delete;
 
@@ -88,6 +87,8 @@ private:
 
     Surroundings surroundings_;
     std::vector<std::shared_ptr<Activity>> activities_;
+    platform::Timers steps_;     ///< Of the activities.
+    platform::Timers openings_;  ///< Of what was handed over, not to be taken in at once.
 };
 
 }  // namespace app

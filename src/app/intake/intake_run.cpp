@@ -57,7 +57,6 @@ IntakeRun::IntakeRun(Surroundings surroundings, std::unique_ptr<AddressSource> a
       autoStart_(surroundings.defaults.get(settings::autoStart)) {}
 
 bool IntakeRun::step(int maximum) {
-    const engine::DownloadQueue::Batch batch(surroundings_.queue);
     for (int taken = 0; taken < maximum && !isOver_; ++taken) {
         AddressSource& source = lists_.empty() ? given_ : *lists_.back();
         // A question lets the main loop go on, and with it `stop`.

@@ -18,12 +18,13 @@ constexpr platform::Seconds retreatDelay = 0.1;
 /// What the windows need to come up first.
 constexpr platform::Seconds preferencesDelay = 0.5;
 
-constexpr auto resumeOperation = "resumeAfterSleep";
-
 }  // namespace
 
-Lifecycle::Lifecycle(Surroundings surroundings) : surroundings_(std::move(surroundings)) {
-    defaultsObserver_ = surroundings_.defaults.addObserver([this](const QString& key) {
+Lifecycle::Lifecycle(Surroundings surroundings)
+    : surroundings_(std::move(surroundings)),
+      resuming_(surroundings_.loop),
+      windowChanges_(surroundings_.loop) {
+    observation_ = surroundings_.defaults.observe([this](const QString& key) {
         if (key == settings::applicationMode.name()) {
             updateApplicationMode();
         }
@@ -31,9 +32,7 @@ Lifecycle::Lifecycle(Surroundings surroundings) : surroundings_(std::move(surrou
 }
 
 Lifecycle::~Lifecycle() {
-    surroundings_.defaults.removeObserver(defaultsObserver_);
     surroundings_.power.observe({});
-    surroundings_.loop.cancelAll(this);
 }
 
 void Lifecycle::willFinishLaunching() {
@@ -47,8 +46,7 @@ void Lifecycle::updateApplicationMode() {
 
 void Lifecycle::didFinishLaunching() {
     const platform::UserDefaults& defaults = surroundings_.defaults;
-    surroundings_.loop.performAfter(this, "showPreferencesSection", preferencesDelay,
-                                    [this] { showPreferencesAskedFor(); });
+    windowChanges_.start(preferencesDelay, [this] { showPreferencesAskedFor(); });
     if (defaults.get(settings::applicationMode) != inStatusItemOnly &&
         defaults.get(settings::mainWindowVisibleOnLaunch)) {
         surroundings_.frontEnd.presence.showDownloadWindow(
@@ -160,7 +158,7 @@ void Lifecycle::stayAfterRefusal() {
 
 void Lifecycle::workspaceWillSleep() {
     surroundings_.scheduler().disableSchedule();
-    surroundings_.loop.cancel(this, resumeOperation);
+    resuming_.cancel();
     const bool resumes = surroundings_.defaults.get(settings::autoResumeAfterSleepDelay) >= 0;
     const engine::DownloadQueue::Batch batch(surroundings_.queue);
     for (const engine::DownloadPtr& download :
@@ -176,11 +174,10 @@ void Lifecycle::workspaceWillSleep() {
 
 void Lifecycle::workspaceDidWake() {
     surroundings_.scheduler().resetSchedule();
-    surroundings_.loop.cancel(this, resumeOperation);
+    resuming_.cancel();
     const qint64 delay = surroundings_.defaults.get(settings::autoResumeAfterSleepDelay);
     if (delay >= 0) {
-        surroundings_.loop.performAfter(this, resumeOperation, static_cast<double>(delay),
-                                        [this] { resumeAfterSleep(); });
+        resuming_.start(static_cast<double>(delay), [this] { resumeAfterSleep(); });
     }
 }
 
@@ -202,7 +199,7 @@ void Lifecycle::timeDidChange() {
 void Lifecycle::giveFeedback() {
     Presence& presence = surroundings_.frontEnd.presence;
     if (surroundings_.defaults.get(settings::autoRetreat) > stays) {
-        surroundings_.loop.performAfter(this, "retreat", retreatDelay, [this] { retreat(); });
+        windowChanges_.start(retreatDelay, [this] { retreat(); });
     } else if (presence.isHidden()) {
         presence.unhide(true);
     }
@@ -225,8 +222,7 @@ void Lifecycle::retreat() {
         presence.orderDownloadWindowBack();
     }
     presence.hide();
-    surroundings_.loop.performAfter(this, "unhideAfterRetreat", retreatDelay,
-                                    [this] { unhideAfterRetreat(); });
+    windowChanges_.start(retreatDelay, [this] { unhideAfterRetreat(); });
 }
 
 void Lifecycle::unhideAfterRetreat() {

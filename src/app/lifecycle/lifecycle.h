@@ -5,7 +5,7 @@
 #include "app/controller_roles.h"
 #include "app/front_end.h"
 #include "engine/queue/download_queue.h"
-#include "platform/base/run_loop.h"
+#include "platform/base/timer.h"
 #include "platform/base/user_defaults.h"
 #include "platform/session/power.h"
 
@@ -77,8 +77,10 @@ private:
     [[nodiscard]] bool isActive() const;
 
     Surroundings surroundings_;
-    int defaultsObserver_ = 0;
+    platform::Timer resuming_;
+    platform::Timers windowChanges_;  ///< That must wait for the window system.
     bool hasTerminated_ = false;
+    platform::Observation observation_;
 };
 
 }  // namespace app

@@ -30,11 +30,7 @@ SettingsEffects::SettingsEffects(platform::UserDefaults& defaults, DQMainControl
       controller_(controller),
       list_(list),
       pageRules_(pageRules),
-      observer_(defaults.addObserver([this](const QString& key) { settingDidChange(key); })) {}
-
-SettingsEffects::~SettingsEffects() {
-    defaults_.removeObserver(observer_);
-}
+      observation_(defaults.observe([this](const QString& key) { settingDidChange(key); })) {}
 
 void SettingsEffects::settingDidChange(const QString& key) {
     using namespace engine::settings;

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include "platform/base/observation.h"
+
 namespace links {
 class DownloadPageRuleStore;
 }
@@ -22,7 +24,6 @@ public:
     /// All of it outlives this object.
     SettingsEffects(platform::UserDefaults& defaults, DQMainController& controller,
                     DownloadListView& list, links::DownloadPageRuleStore& pageRules);
-    ~SettingsEffects();
     SettingsEffects(const SettingsEffects&) = delete;
     SettingsEffects& operator=(const SettingsEffects&) = delete;
 
@@ -36,7 +37,7 @@ private:
     DQMainController& controller_;
     DownloadListView& list_;
     links::DownloadPageRuleStore& pageRules_;
-    int observer_;
+    platform::Observation observation_;
 };
 
 }  // namespace app

@@ -21,10 +21,8 @@ struct ArchiveWriter::State {
           loop(mainLoop),
           written(std::make_shared<Written>(std::move(whenWritten))) {}
 
-    /// Empty: there is nothing to write any more, and the work is over.
-    [[nodiscard]] Make takeNext();
-    void write(const QVariantList& archive);
-    static void work(const std::shared_ptr<State>& self);
+    void work();
+    [[nodiscard]] std::optional<platform::Error> writeFile(const QVariantList& archive) const;
 
     const QString path;
     platform::RunLoop& loop;
@@ -36,42 +34,38 @@ struct ArchiveWriter::State {
     Make waiting;  ///< Empty: nothing.
     std::optional<platform::Error> lastError;
     bool isWriting = false;
+    bool isGivenUp = false;
 };
 
-ArchiveWriter::Make ArchiveWriter::State::takeNext() {
-    const std::lock_guard guard(lock);
-    Make next = std::exchange(waiting, {});
-    if (!next) {
-        isWriting = false;
-        isIdle.notify_all();
-    }
-    return next;
-}
-
-void ArchiveWriter::State::write(const QVariantList& archive) {
+std::optional<platform::Error> ArchiveWriter::State::writeFile(const QVariantList& archive) const {
     const QByteArray data = platform::writePropertyList(archive);
-    std::optional<platform::Error> error =
-        data.isEmpty() ? platform::posixError(EINVAL) : platform::writeFileAtomically(path, data);
-    {
-        const std::lock_guard guard(lock);
-        lastError = error;
-    }
-    loop.post([called = written, result = std::move(error)] {
-        if (*called) {
-            (*called)(result);
-        }
-    });
+    return data.isEmpty() ? platform::posixError(EINVAL)
+                          : platform::writeFileAtomically(path, data);
 }
 
-void ArchiveWriter::State::work(const std::shared_ptr<State>& self) {
-    while (const Make make = self->takeNext()) {
-        self->write(make());
+/// Whoever hears of the last writing finds that nothing is being written any more.
+void ArchiveWriter::State::work() {
+    std::unique_lock guard(lock);
+    while (waiting) {
+        const Make make = std::exchange(waiting, {});
+        guard.unlock();
+        std::optional<platform::Error> error = writeFile(make());
+        guard.lock();
+        lastError = error;
+        isWriting = static_cast<bool>(waiting);
+        loop.post([called = written, result = std::move(error)] {
+            if (*called) {
+                (*called)(result);
+            }
+        });
     }
+    isIdle.notify_all();
 }
 
 ArchiveWriter::ArchiveWriter(QString path, platform::Disks& disks, platform::RunLoop& loop,
                              Written written)
-    : disks_(disks), state_(std::make_shared<State>(std::move(path), loop, std::move(written))) {}
+    : disk_(disks.holding(path)),
+      state_(std::make_shared<State>(std::move(path), loop, std::move(written))) {}
 
 ArchiveWriter::~ArchiveWriter() {
     finish();
@@ -90,7 +84,7 @@ void ArchiveWriter::write(Make make) {
             return;
         }
     }
-    disks_.holding(state_->path).run([state = state_] { State::work(state); });
+    disk_.run([state = state_] { state->work(); });
 }
 
 bool ArchiveWriter::isBusy() const {
@@ -101,7 +95,11 @@ bool ArchiveWriter::isBusy() const {
 std::optional<platform::Error> ArchiveWriter::finish() {
     constexpr std::chrono::seconds patience(5);
     std::unique_lock guard(state_->lock);
+    if (state_->isGivenUp) {
+        return platform::posixError(ETIMEDOUT);
+    }
     if (!state_->isIdle.wait_for(guard, patience, [this] { return !state_->isWriting; })) {
+        state_->isGivenUp = true;
         platform::log(u"the disk does not answer; not written: %1"_s.arg(state_->path),
                       platform::LogLevel::Error);
         return platform::posixError(ETIMEDOUT);

@@ -12,8 +12,9 @@
 #include "platform/base/run_loop.h"
 
 namespace platform {
+class Disk;
 class Disks;
-}
+}  // namespace platform
 
 namespace app {
 
@@ -37,13 +38,13 @@ public:
     void write(Make make);
     [[nodiscard]] bool isBusy() const;
     /// Returns when all is on disk, with what the last writing failed with: ETIMEDOUT if the disk
-    /// has not answered for some seconds.
+    /// has not answered for some seconds, which is waited for only once.
     std::optional<platform::Error> finish();
 
 private:
     struct State;
 
-    platform::Disks& disks_;
+    platform::Disk& disk_;
     /// Shared with the thread that writes, which may outlive this object.
     std::shared_ptr<State> state_;
 };

@@ -7,38 +7,22 @@
 
 namespace app {
 
-namespace {
-
-constexpr auto updateOperation = "updateDownloadListAndStatus";
-
-}  // namespace
-
-ListPresenter::ListPresenter(Surroundings surroundings) : surroundings_(std::move(surroundings)) {}
-
-ListPresenter::~ListPresenter() {
-    surroundings_.loop.cancelAll(this);
-}
+ListPresenter::ListPresenter(Surroundings surroundings)
+    : surroundings_(std::move(surroundings)), update_(surroundings_.loop) {}
 
 void ListPresenter::updateDownloadListAndStatus() {
-    if (isUpdateScheduled_) {
-        surroundings_.loop.cancel(this, updateOperation);
-        isUpdateScheduled_ = false;
-    }
+    update_.cancel();
     surroundings_.view.invalidate();
     updateSortedDownloadListAndStatus();
 }
 
 void ListPresenter::updateDownloadListAndStatusSoon() {
     surroundings_.view.invalidate();
-    if (!isUpdateScheduled_) {
-        isUpdateScheduled_ = true;
-        surroundings_.loop.performAfter(this, updateOperation, 0,
-                                        [this] { updateDownloadListAndStatus(); });
-    }
+    update_.startUnlessActive(0, [this] { updateDownloadListAndStatus(); });
 }
 
 bool ListPresenter::reflectChange(const engine::DQDownload& download) {
-    if (isUpdateScheduled_) {
+    if (update_.isActive()) {
         return true;
     }
     if (!surroundings_.view.reflectChange(download)) {

@@ -5,7 +5,7 @@
 
 #include "app/front_end.h"
 #include "app/queue/queue_view.h"
-#include "platform/base/run_loop.h"
+#include "platform/base/timer.h"
 
 namespace app {
 
@@ -23,7 +23,6 @@ public:
     };
 
     explicit ListPresenter(Surroundings surroundings);
-    ~ListPresenter();
     ListPresenter(const ListPresenter&) = delete;
     ListPresenter& operator=(const ListPresenter&) = delete;
 
@@ -50,7 +49,7 @@ private:
 
     Surroundings surroundings_;
     Downloads selected_;
-    bool isUpdateScheduled_ = false;
+    platform::Timer update_;
 };
 
 }  // namespace app

@@ -27,15 +27,15 @@ QString sentence(const QString& volume, const QStringList& names) {
 
 }  // namespace
 
-MissingVolumes::MissingVolumes(platform::RunLoop& loop,
-                               std::function<void(const QStringList&)> tell)
-    : tell_(std::move(tell)), telling_(loop) {}
+MissingVolumes::MissingVolumes(platform::RunLoop& loop, TellOne tellOne, TellAll tellAll)
+    : tellOne_(std::move(tellOne)), tellAll_(std::move(tellAll)), telling_(loop) {}
 
 void MissingVolumes::note(const engine::DQDownload& download) {
     const QString volume = platform::volumePath(download.intermediateDownloadTargetPath());
     platform::log(u"%1 waits for the volume %2"_s.arg(download.description(), volume),
                   platform::LogLevel::Warning);
     waiting_[volume].append(download.displayName());
+    tellOne_(sentence(volume, {download.displayName()}));
     telling_.startUnlessActive(0, [this] { tellAll(); });
 }
 
@@ -45,7 +45,7 @@ void MissingVolumes::tellAll() {
     for (auto volume = waiting.cbegin(); volume != waiting.cend(); ++volume) {
         sentences.append(sentence(volume.key(), volume.value()));
     }
-    tell_(sentences);
+    tellAll_(sentences);
 }
 
 }  // namespace app

@@ -28,7 +28,6 @@ constexpr double restPerWrite = 6;
 constexpr platform::Seconds shortestRest = 0.1, longestRest = 2;
 /// The same where every moment costs what comes down in it if we are killed.
 constexpr double restPerWriteIfUrgent = 2;
-constexpr auto restOperation = "rest";
 
 bool isActive(const engine::DQDownload& download) {
     return engine::matchesStatusMask(download.status(), engine::activeStatuses);
@@ -60,14 +59,13 @@ struct QueueArchive::Cached {
 };
 
 QueueArchive::QueueArchive(QString path, Surroundings surroundings)
-    : path_(std::move(path)), surroundings_(std::move(surroundings)) {
+    : path_(std::move(path)), surroundings_(std::move(surroundings)), rest_(surroundings_.loop) {
     writer_ = std::make_unique<ArchiveWriter>(
         path_, surroundings_.queue.context().disks, surroundings_.loop,
         [this](const std::optional<platform::Error>& error) { didWrite(error); });
 }
 
 QueueArchive::~QueueArchive() {
-    surroundings_.loop.cancelAll(this);
     finish();
 }
 
@@ -97,7 +95,7 @@ void QueueArchive::write() {
     if (writer_->isBusy()) {
         return;
     }
-    if (!surroundings_.loop.isScheduled(this, restOperation)) {
+    if (!rest_.isActive()) {
         handOver(archives());
     } else if (isUrgent_) {
         rest();
@@ -138,18 +136,15 @@ void QueueArchive::didWrite(const std::optional<platform::Error>& error) {
 }
 
 void QueueArchive::rest() {
-    platform::RunLoop& loop = surroundings_.loop;
     const platform::Seconds took = written_ - handedOver_;
     const platform::Seconds length =
         isUrgent_ ? std::min(took * restPerWriteIfUrgent, longestRest)
                   : std::clamp(took * restPerWrite, shortestRest, longestRest);
-    loop.cancelAll(this);
-    loop.performAfter(this, restOperation,
-                      std::max(written_ + length - loop.clock().monotonic(), 0.0), [this] {
-                          if (wantsToBeWritten_ && !writer_->isBusy()) {
-                              handOver(archives());
-                          }
-                      });
+    rest_.start(std::max(written_ + length - surroundings_.loop.clock().monotonic(), 0.0), [this] {
+        if (wantsToBeWritten_ && !writer_->isBusy()) {
+            handOver(archives());
+        }
+    });
 }
 
 void QueueArchive::finish() {

@@ -10,7 +10,7 @@
 #include "app/front_end.h"
 #include "engine/queue/download_queue.h"
 #include "platform/base/error.h"
-#include "platform/base/run_loop.h"
+#include "platform/base/timer.h"
 #include "platform/base/user_defaults.h"
 
 namespace app {
@@ -75,6 +75,7 @@ private:
 
     const QString path_;
     Surroundings surroundings_;
+    platform::Timer rest_;  ///< After a write.
     std::unique_ptr<ArchiveWriter> writer_;
     std::unordered_map<const engine::DQDownload*, Cached> cache_;
     /// Data is on the disk that the file does not lead to, and would be fetched again.

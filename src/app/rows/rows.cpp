@@ -1,6 +1,7 @@
 #include "app/rows/rows.h"
 
-#include "engine/queue/download_queue.h"
+#include "app/settings.h"
+#include "platform/base/user_defaults.h"
 
 namespace app {
 
@@ -11,7 +12,9 @@ Rows::Rows(const Surroundings& surroundings)
       actions_({surroundings.queue.context().defaults, surroundings.workspace,
                 surroundings.frontEnd, presence_}),
       vanishing_({surroundings.queue.context().loop, surroundings.queue.context().defaults,
-                  surroundings.remove}) {}
+                  surroundings.remove}),
+      defaults_(surroundings.queue.context().defaults),
+      openings_(surroundings.queue.context().loop) {}
 
 bool Rows::canPerformAction(engine::DQDownload& download, unsigned index) {
     return !vanishing_.isVanishing(download) && actions_.canPerform(download, index);
@@ -24,6 +27,15 @@ unsigned Rows::highlightedActionButtonIndex(const engine::DQDownload& download) 
 void Rows::setHighlightedActionButtonIndex(const engine::DQDownload& download, unsigned index) {
     pressed_ = &download;
     _highlightedActionButtonIndex = index;
+}
+
+void Rows::openOriginalURLs(const engine::Downloads& downloads) {
+    const double interval = defaults_.get(settings::urlOpeningInterval);
+    for (std::size_t index = 0; index < downloads.size(); ++index) {
+        openings_.start(interval * static_cast<double>(index), [this, download = downloads[index]] {
+            actions_.openOriginalURL(*download);
+        });
+    }
 }
 
 void Rows::forget(const engine::DQDownload& download) {

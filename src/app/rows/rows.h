@@ -4,10 +4,8 @@
 #include "app/rows/row_actions.h"
 #include "app/rows/row_vanishing.h"
 #include "app/rows/status_text.h"
-
-namespace engine {
-class DownloadQueue;
-}
+#include "engine/queue/download_queue.h"
+#include "platform/base/timer.h"
 
 namespace app {
 
@@ -34,6 +32,9 @@ public:
     [[nodiscard]] unsigned highlightedActionButtonIndex(const engine::DQDownload& download) const;
     void setHighlightedActionButtonIndex(const engine::DQDownload& download, unsigned index);
 
+    /// One after the other, with the interval of the settings between two.
+    void openOriginalURLs(const engine::Downloads& downloads);
+
     /// The record has left the queue.
     void forget(const engine::DQDownload& download);
 
@@ -42,6 +43,8 @@ private:
     StatusTexts texts_;
     RowActions actions_;
     RowVanishing vanishing_;
+    const platform::UserDefaults& defaults_;
+    platform::Timers openings_;
     const engine::DQDownload* pressed_ = nullptr;
     unsigned _highlightedActionButtonIndex = 0;
 };

@@ -19,15 +19,11 @@ void sortSpecialCases(QVariantList& specialCases) {
 }  // namespace
 
 RuleBook::RuleBook(platform::UserDefaults& defaults)
-    : defaults_(defaults), observer_(defaults.addObserver([this](const QString& key) {
+    : defaults_(defaults), observation_(defaults.observe([this](const QString& key) {
           if (key == settings::rules.name()) {
               isLoaded_ = false;
           }
       })) {}
-
-RuleBook::~RuleBook() {
-    defaults_.removeObserver(observer_);
-}
 
 const QVariantList& RuleBook::specialCases() const {
     return loaded();

@@ -14,7 +14,6 @@ namespace app {
 class RuleBook final : public engine::Rules {
 public:
     explicit RuleBook(platform::UserDefaults& defaults);
-    ~RuleBook() override;
     RuleBook(const RuleBook&) = delete;
     RuleBook& operator=(const RuleBook&) = delete;
 
@@ -31,9 +30,9 @@ private:
     void store();
 
     platform::UserDefaults& defaults_;
-    int observer_;
     mutable bool isLoaded_ = false;
     mutable QVariantList specialCases_;
+    platform::Observation observation_;
 };
 
 }  // namespace app

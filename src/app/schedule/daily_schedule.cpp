@@ -14,8 +14,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr auto queueOperation = "scheduledQueueAll", pauseOperation = "scheduledPauseAll";
-
 bool isScheduleSetting(const QString& key) {
     return key == settings::scheduleQueue.name() || key == settings::scheduleQueueTime.name() ||
            key == settings::schedulePause.name() || key == settings::schedulePauseTime.name();
@@ -28,17 +26,13 @@ void logNext(const QString& format, platform::Seconds seconds) {
 
 }  // namespace
 
-DailySchedule::DailySchedule(const Surroundings& surroundings) : surroundings_(surroundings) {
-    observer_ = surroundings_.defaults.addObserver([this](const QString& key) {
+DailySchedule::DailySchedule(const Surroundings& surroundings)
+    : surroundings_(surroundings), queueing_(surroundings.loop), pausing_(surroundings.loop) {
+    observation_ = surroundings_.defaults.observe([this](const QString& key) {
         if (isEnabled_ && isScheduleSetting(key)) {
             resetSchedule();
         }
     });
-}
-
-DailySchedule::~DailySchedule() {
-    surroundings_.defaults.removeObserver(observer_);
-    cancelPendingCalls();
 }
 
 void DailySchedule::resetSchedule() {
@@ -48,14 +42,12 @@ void DailySchedule::resetSchedule() {
     if (defaults.get(settings::scheduleQueue)) {
         const platform::Seconds interval = secondsUntil(scheduledQueuingTime());
         logNext(u"next scheduled queue cycle in %@"_s, interval);
-        surroundings_.loop.performAfter(this, queueOperation, interval,
-                                        [this] { scheduledQueueAll(); });
+        queueing_.start(interval, [this] { scheduledQueueAll(); });
     }
     if (defaults.get(settings::schedulePause)) {
         const platform::Seconds interval = secondsUntil(scheduledPausingTime());
         logNext(u"next scheduled pause in %@"_s, interval);
-        surroundings_.loop.performAfter(this, pauseOperation, interval,
-                                        [this] { scheduledPauseAll(); });
+        pausing_.start(interval, [this] { scheduledPauseAll(); });
     }
 }
 
@@ -65,7 +57,8 @@ void DailySchedule::disableSchedule() {
 }
 
 void DailySchedule::cancelPendingCalls() {
-    surroundings_.loop.cancelAll(this);
+    queueing_.cancel();
+    pausing_.cancel();
 }
 
 platform::Seconds DailySchedule::secondsUntil(const ScheduledTime& time) const {

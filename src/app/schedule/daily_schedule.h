@@ -3,7 +3,7 @@
 #include "app/controller_roles.h"
 #include "app/front_end.h"
 #include "engine/queue/download_queue.h"
-#include "platform/base/run_loop.h"
+#include "platform/base/timer.h"
 #include "platform/base/user_defaults.h"
 
 namespace app {
@@ -25,7 +25,6 @@ public:
     };
 
     explicit DailySchedule(const Surroundings& surroundings);
-    ~DailySchedule() override;
     DailySchedule(const DailySchedule&) = delete;
     DailySchedule& operator=(const DailySchedule&) = delete;
 
@@ -39,8 +38,9 @@ private:
     void scheduledPauseAll();
 
     Surroundings surroundings_;
-    int observer_ = 0;
+    platform::Timer queueing_, pausing_;
     bool isEnabled_ = false;
+    platform::Observation observation_;
 };
 
 }  // namespace app

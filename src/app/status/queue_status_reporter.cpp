@@ -8,7 +8,6 @@
 #include "engine/queue/queue_tally.h"
 #include "engine/settings.h"
 #include "links/text/localization.h"
-#include "platform/base/run_loop.h"
 #include "platform/base/user_defaults.h"
 
 namespace app {
@@ -17,7 +16,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr auto terminateOperation = "terminate";
 /// Time for one more address to withdraw what is about to happen.
 constexpr platform::Seconds graceTime = 1.0;
 /// So that the notification of the last download comes first.
@@ -37,15 +35,13 @@ QueueStatusReporter::QueueStatusReporter(const Surroundings& surroundings)
     : surroundings_(surroundings),
       notifications_(surroundings.defaults, surroundings.frontEnd.notifications,
                      [this] { surroundings_.frontEnd.presence.showDownloadWindow(true); }),
-      imageGate_(surroundings.loop.clock()) {}
-
-QueueStatusReporter::~QueueStatusReporter() {
-    surroundings_.loop.cancelAll(this);
-}
+      imageGate_(surroundings.loop.clock()),
+      quitting_(surroundings.loop),
+      consequences_(surroundings.loop) {}
 
 void QueueStatusReporter::updateStatusAndForceUpdateApplicationImage(bool force) {
     DQMainController& controller = surroundings_.controller;
-    surroundings_.loop.cancel(this, terminateOperation);
+    quitting_.cancel();
     const engine::QueueTally& tally = controller.tally();
     const bool isAllDone = tally.count(engine::unfinishedStatuses) == 0;
     status_ = {statusLine(tally, controller.numberOfHiddenDownloads()),
@@ -84,16 +80,14 @@ void QueueStatusReporter::reflectAllDone() {
     if (allDone._mayTriggerAllDoneNotification) {
         allDone._mayTriggerAllDoneNotification = false;
         const bool failuresRemain = controller.numberOfFailedDownloads() > 0;
-        surroundings_.loop.performAfter(
-            this, "sendDoneUserNotification", doneNotificationDelay,
-            [this, failuresRemain] { sendDoneUserNotification(failuresRemain); });
+        consequences_.start(doneNotificationDelay,
+                            [this, failuresRemain] { sendDoneUserNotification(failuresRemain); });
     }
     if (controller.isShowingQuitWhileDownloadingAlert()) {
         // The user wants to quit, and the reason for the question is gone. The question has to
         // return before the program can end.
         surroundings_.frontEnd.questions.dismissAlert();
-        surroundings_.loop.performAfter(this, "terminateAfterQuestion", 0,
-                                        [&controller] { controller.terminate(); });
+        consequences_.start(0, [&controller] { controller.terminate(); });
         return;
     }
     if (allDone._mayTriggerQuitOnAllDone) {
@@ -108,15 +102,13 @@ void QueueStatusReporter::actOnAllDone() {
         allDone._mayTriggerQuitOnAllDone = false;
         allDone._mayTriggerSleepOnAllDone = false;
         updateApplicationImage(true);
-        surroundings_.loop.performAfter(this, "sleep", graceTime,
-                                        [&controller] { controller.lifecycle().sleep(); });
+        consequences_.start(graceTime, [&controller] { controller.lifecycle().sleep(); });
     } else if (allDone._mayTriggerShutDownOnAllDone) {
         // Once: a machine that refuses is not asked again at the next click.
         allDone._mayTriggerQuitOnAllDone = false;
         controller.lifecycle().shutDown();
     } else if (surroundings_.defaults.get(settings::autoQuit)) {
-        surroundings_.loop.performAfter(this, terminateOperation, graceTime,
-                                        [&controller] { controller.terminate(); });
+        quitting_.start(graceTime, [&controller] { controller.terminate(); });
     }
 }
 

@@ -6,11 +6,11 @@
 #include "app/front_end.h"
 #include "app/status/application_image.h"
 #include "app/status/user_notification_manager.h"
+#include "platform/base/timer.h"
 
 namespace platform {
-class RunLoop;
 class UserDefaults;
-}  // namespace platform
+}
 
 namespace app {
 
@@ -31,7 +31,6 @@ public:
     };
 
     explicit QueueStatusReporter(const Surroundings& surroundings);
-    ~QueueStatusReporter() override;
 
     void updateStatusAndForceUpdateApplicationImage(bool force) override;
     [[nodiscard]] QueueStatus status() const override { return status_; }
@@ -54,6 +53,9 @@ private:
     DQUserNotificationManager notifications_;
     ApplicationImageGate imageGate_;
     QueueStatus status_;
+    platform::Timer quitting_;
+    /// What follows from the end of the last download and is not taken back.
+    platform::Timers consequences_;
 };
 
 }  // namespace app

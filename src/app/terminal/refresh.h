@@ -2,11 +2,7 @@
 
 #include <functional>
 
-#include "platform/base/clock.h"
-
-namespace platform {
-class RunLoop;
-}
+#include "platform/base/timer.h"
 
 namespace app::terminal {
 
@@ -21,9 +17,6 @@ public:
 
     /// `draw` answers whether there is something on the screen that changes with time.
     Refresh(platform::RunLoop& loop, std::function<bool()> draw);
-    ~Refresh();
-    Refresh(const Refresh&) = delete;
-    Refresh& operator=(const Refresh&) = delete;
 
     void request();
     /// Nothing is drawn until the next request.
@@ -33,7 +26,8 @@ private:
     void schedule(platform::Seconds delay);
     void drawNow();
 
-    platform::RunLoop& loop_;
+    const platform::Clock& clock_;
+    platform::Timer timer_;
     std::function<bool()> draw_;
     platform::Seconds lastDrawing_ = 0;
     bool isRequested_ = false;

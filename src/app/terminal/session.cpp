@@ -9,7 +9,6 @@
 #include "engine/record/status.h"
 #include "engine/settings.h"
 #include "links/text/localization.h"
-#include "platform/base/run_loop.h"
 #include "platform/base/user_defaults.h"
 
 namespace app::terminal {
@@ -36,7 +35,8 @@ RunLedger::State stateOf(const engine::DQDownload& download) {
 Session::Session(Surroundings surroundings, std::function<void()> didEnd)
     : surroundings_(surroundings),
       didEnd_(std::move(didEnd)),
-      refresh_(surroundings.loop, [this] { return draw(); }) {
+      refresh_(surroundings.loop, [this] { return draw(); }),
+      look_(surroundings.loop) {
     DQMainController& controller = surroundings_.controller;
     connect(&controller, &DQMainController::downloadChanged, this,
             [this](const engine::DownloadPtr& download) { noteChange(download); });
@@ -48,8 +48,8 @@ Session::Session(Surroundings surroundings, std::function<void()> didEnd)
     });
     connect(&controller, &DQMainController::filesNotOpened, this,
             [this](const QStringList& problems) { tellProblems(problems); });
-    connect(&controller, &DQMainController::volumesMissing, this,
-            [this](const QStringList& sentences) { tellProblems(sentences); });
+    connect(&controller, &DQMainController::volumeMissing, this,
+            [this](const QString& sentence) { tellProblems({sentence}); });
     connect(&controller, &DQMainController::alreadyInList, this,
             [this](const Downloads& known) { takeUpAgain(known); });
     connect(&controller, &DQMainController::textNotUnderstood, this,
@@ -59,10 +59,6 @@ Session::Session(Surroundings surroundings, std::function<void()> didEnd)
                     lines.append(refusalLine(text));
                 tellProblems(lines);
             });
-}
-
-Session::~Session() {
-    surroundings_.loop.cancelAll(this);
 }
 
 void Session::begin() {
@@ -134,10 +130,9 @@ bool Session::draw() {
 }
 
 void Session::lookForEndSoon() {
-    if (!hasBegun_ || surroundings_.loop.isScheduled(this, "lookForEnd"))
-        return;
     // Whoever reports a change may be in the middle of several.
-    surroundings_.loop.performAfter(this, "lookForEnd", 0, [this] { lookForEnd(); });
+    if (hasBegun_)
+        look_.startUnlessActive(0, [this] { lookForEnd(); });
 }
 
 void Session::lookForEnd() {
@@ -146,8 +141,7 @@ void Session::lookForEnd() {
         return;
     // Nobody tells of the end of an intake that makes no download.
     if (controller.isTakingIn() || willTakeUpAgain()) {
-        surroundings_.loop.performAfter(this, "lookForEnd", Refresh::idleInterval,
-                                        [this] { lookForEnd(); });
+        look_.start(Refresh::idleInterval, [this] { lookForEnd(); });
         return;
     }
     hasBegun_ = false;

@@ -8,6 +8,7 @@
 #include "app/terminal/reporter.h"
 #include "app/terminal/run_ledger.h"
 #include "engine/lifecycle/download.h"
+#include "platform/base/timer.h"
 
 namespace platform {
 class UserDefaults;
@@ -34,7 +35,6 @@ public:
     /// `didEnd` is called once, on the main loop, when no download waits, runs or will be taken up
     /// again by itself.
     Session(Surroundings surroundings, std::function<void()> didEnd);
-    ~Session() override;
 
     /// From now on the end is looked out for.
     void begin();
@@ -67,6 +67,7 @@ private:
     bool hasProblems_ = false;
     bool hasBegun_ = false;
     bool isSuspended_ = false;
+    platform::Timer look_;  ///< For the end.
 };
 
 }  // namespace app::terminal

@@ -1,7 +1,6 @@
 #include "app/terminal/terminal_authentication.h"
 
 #include "links/text/localization.h"
-#include "platform/base/run_loop.h"
 
 namespace app::terminal {
 
@@ -14,7 +13,6 @@ namespace {
 constexpr platform::Seconds pauseForOthers = 0.5;
 /// How long a question waits after an answer for the same server, which may serve it, too.
 constexpr platform::Seconds pauseForFollowers = 0.5;
-constexpr char askOperation[] = "ask";
 
 }  // namespace
 
@@ -34,14 +32,13 @@ bool TerminalAuthentication::show(const AuthenticationQuestion& question, Client
 void TerminalAuthentication::close() {
     client_ = nullptr;
     ++shown_;
-    platform::mainRunLoop().cancel(this, askOperation);
+    later_.reset();
     if (isAsking_)
         surroundings_.prompt.cancel();
 }
 
 void TerminalAuthentication::askLater(platform::Seconds delay) {
-    platform::mainRunLoop().cancel(this, askOperation);
-    platform::mainRunLoop().performAfter(this, askOperation, delay, [this] { ask(); });
+    later_.emplace(platform::mainRunLoop()).start(delay, [this] { ask(); });
 }
 
 void TerminalAuthentication::ask() {

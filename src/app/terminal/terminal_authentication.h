@@ -1,10 +1,11 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 
 #include "app/authentication/authentication_prompt.h"
 #include "app/terminal/prompt.h"
-#include "platform/base/clock.h"
+#include "platform/base/timer.h"
 
 namespace app::terminal {
 
@@ -34,6 +35,8 @@ private:
     AuthenticationQuestion question_;
     QString answeredHost_;      ///< Of the last question, if it was answered.
     Client* client_ = nullptr;  ///< Null: nothing is asked.
+    /// There is no loop yet when this is made; nothing is asked any more when it ends.
+    std::optional<platform::Timer> later_;
     bool isAsking_ = false;
     int shown_ = 0;  ///< Counts questions, so that an answer to one is not taken for another's.
 };

@@ -284,7 +284,8 @@ void DownloadFinisher::move(const std::shared_ptr<Job>& job) {
 
 /// What is still being written about the parts must not get in the way of their going.
 void DownloadFinisher::Job::assemble() {
-    metadata->settle();
+    if (metadata)
+        metadata->settle();
     assembly = assembleFile(pieces, isCancelled, *disk);
 }
 
@@ -336,6 +337,12 @@ void DownloadFinisher::cancel() {
     if (job_)
         job_->isCancelled = true;
     startsWhenIdle_ = false;
+}
+
+void DownloadFinisher::cancelForGood() {
+    cancel();
+    if (job_)
+        job_->keptRecord = record_.shared_from_this();
 }
 
 void DownloadFinisher::endJob() {

@@ -65,6 +65,9 @@ public:
     /// Work is going on in the background, even if it has been cancelled.
     [[nodiscard]] bool isBusy() const { return job_ != nullptr; }
     void cancel();
+    /// The same for a download that leaves its queue: it lives until the work has ended, which may
+    /// have to be undone.
+    void cancelForGood();
     /// Starts the download once the work that was cancelled has ended.
     void startWhenIdle() { startsWhenIdle_ = job_->isCancelled; }
 
@@ -72,6 +75,7 @@ private:
     struct Job {
         std::vector<FilePiece> pieces;
         QByteArray body;  ///< In place of pieces: the whole file, which lies in no file yet.
+        std::shared_ptr<DownloadRecord> keptRecord;  ///< Null: it stays in its queue.
         FileOrigin origin;
         std::shared_ptr<MetadataFile> metadata;
         platform::Disk* disk = nullptr;  ///< That of the pieces.

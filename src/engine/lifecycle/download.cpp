@@ -248,7 +248,7 @@ void DQDownload::removeAndMoveToTrashIfDone(bool moveToTrash) {
     _isBeingRemoved = true;
     cancelArrangedResume();
     if (matchesStatusMask(status(), unfinishedStatuses)) {
-        finisher_.cancel();
+        finisher_.cancelForGood();
         transfer_.dropWorkers();
         paths_.discardPartialDataInBackground();
         _isGettingDownloadPageSource = false;

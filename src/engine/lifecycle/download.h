@@ -136,6 +136,8 @@ public:
     [[nodiscard]] bool arrangePartRetry();
     /// Takes the partial data of a record that this new one stands for, and what is known of it.
     void takeOverPartialData(DQDownload& other);
+    /// What is arranged for a download that was stopped is not to happen any more.
+    void cancelArrangedResume();
     /// Stops all workers and resumes with one, from what the first worker has.
     void goOnAlone();
 
@@ -152,7 +154,6 @@ private:
 
     [[nodiscard]] qint64 partialBytes() const;
     void arrangeAutoResume();
-    void cancelArrangedResume();
     void retryPart();
     void throwAwayFile();
 

@@ -36,8 +36,7 @@ QString partialFileName(const DownloadRecord& download) {
 
 }  // namespace
 
-DownloadPaths::DownloadPaths(DownloadRecord& download)
-    : download_(download), metadata_(std::make_shared<MetadataFile>()) {}
+DownloadPaths::DownloadPaths(DownloadRecord& download) : download_(download) {}
 
 DownloadPaths::~DownloadPaths() = default;
 
@@ -101,14 +100,22 @@ std::function<void()> DownloadPaths::forgetPartialData() {
 
 void DownloadPaths::discardPartialData() {
     if (hasIntermediateDownloadTargetPath())
-        metadata_->discard(forgetPartialData());
+        discard(forgetPartialData());
+}
+
+/// What is just being written into the container goes first.
+void DownloadPaths::discard(std::function<void()> remove) const {
+    if (metadata_)
+        metadata_->discard(std::move(remove));
+    else
+        remove();
 }
 
 void DownloadPaths::discardPartialDataInBackground() {
     if (!hasIntermediateDownloadTargetPath())
         return;
     platform::Disk& disk = download_.context().disks.holding(_intermediateDownloadTargetPath);
-    metadata_->discard([&disk, remove = forgetPartialData()] { disk.run(remove); });
+    discard([&disk, remove = forgetPartialData()] { disk.run(remove); });
 }
 
 QString DownloadPaths::downloadContainerPath() const {
@@ -128,8 +135,11 @@ QVariantMap DownloadPaths::archive(bool paused) const {
 
 void DownloadPaths::writeMetadata(const QVariantMap& archive) {
     const QString container = downloadContainerPath();
-    if (!container.isEmpty())
-        metadata_->write(download_.context().disks, container, archive);
+    if (container.isEmpty())
+        return;
+    if (!metadata_)
+        metadata_ = std::make_shared<MetadataFile>();
+    metadata_->write(download_.context().disks, container, archive);
 }
 
 QString DownloadPaths::finalDownloadTargetPath() {

@@ -45,7 +45,7 @@ public:
     [[nodiscard]] QVariantMap archive(bool paused) const;
     /// Writes it down in the container, if there is one, off the main thread.
     void writeMetadata(const QVariantMap& archive);
-    /// For whoever moves the container's content away, off the main thread.
+    /// For whoever moves the container's content away, off the main thread. Null: none was written.
     [[nodiscard]] const std::shared_ptr<MetadataFile>& metadata() const { return metadata_; }
 
     /// Where the finished file goes as names, rules and folders stand now. A path that the user
@@ -62,6 +62,7 @@ private:
 
     [[nodiscard]] bool confirmAccess(const QString& folder) const;
     [[nodiscard]] std::function<void()> forgetPartialData();
+    void discard(std::function<void()> remove) const;
 
     DownloadRecord& download_;
     QString _intermediateDownloadTargetPath;

@@ -14,7 +14,8 @@ namespace engine {
 
 void MetadataFile::write(platform::Disks& disks, const QString& container,
                          const QVariantMap& archive) {
-    if (container == written_.container && archive == written_.archive)
+    if (!isOutdated_.exchange(false) && container == written_.container &&
+        archive == written_.archive)
         return;
     written_ = {container, archive};
     const std::scoped_lock guard(lock_);
@@ -30,7 +31,7 @@ void MetadataFile::discard(std::function<void()> remove) {
         const std::scoped_lock guard(lock_);
         hasNext_ = false;
         if (isWriting_) {
-            remove_ = std::move(remove);
+            removals_.push_back(std::move(remove));
             return;
         }
     }
@@ -39,29 +40,27 @@ void MetadataFile::discard(std::function<void()> remove) {
 
 void MetadataFile::settle() {
     std::unique_lock guard(lock_);
+    isOutdated_ = isOutdated_ || hasNext_;
     hasNext_ = false;
     isIdle_.wait(guard, [this] { return !isWriting_; });
 }
 
 /// False: there is none, and the work is over.
 bool MetadataFile::takeNext(Version& next) {
-    std::function<void()> remove;
-    {
+    std::vector<std::function<void()>> removals;
+    do {
+        for (const auto& remove : std::exchange(removals, {}))
+            remove();
         const std::scoped_lock guard(lock_);
-        if (!remove_ && hasNext_) {
-            hasNext_ = false;
+        removals.swap(removals_);
+        if (removals.empty() && std::exchange(hasNext_, false)) {
             next = std::exchange(next_, {});
             return true;
         }
-        remove = std::exchange(remove_, nullptr);
-        if (!remove) {
-            isWriting_ = false;
-            isIdle_.notify_all();
-            return false;
-        }
-    }
-    remove();
-    return takeNext(next);
+        isWriting_ = !removals.empty();
+    } while (!removals.empty());
+    isIdle_.notify_all();
+    return false;
 }
 
 void MetadataFile::work() {
@@ -70,6 +69,7 @@ void MetadataFile::work() {
             links::stringByAppendingPathComponent(version.container, u"Archive.orlopinfo"_s);
         const auto error =
             platform::writeFileAtomically(path, platform::writePropertyList(version.archive));
+        isOutdated_ = isOutdated_ || error.has_value();
         if (error)
             platform::log(u"cannot write metadata: %1 (%2)"_s.arg(path, error->text));
     }

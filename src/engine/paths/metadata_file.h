@@ -2,10 +2,12 @@
 
 #include <QString>
 #include <QVariantMap>
+#include <atomic>
 #include <condition_variable>
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <vector>
 
 namespace platform {
 class Disks;
@@ -37,12 +39,14 @@ private:
     [[nodiscard]] bool takeNext(Version& next);
 
     Version written_;  ///< Of the main thread, as far as was asked for.
+    /// Something that was asked for is not there.
+    std::atomic<bool> isOutdated_ = false;
     std::mutex lock_;  ///< Guards all below.
     std::condition_variable isIdle_;
     bool isWriting_ = false;
     bool hasNext_ = false;
     Version next_;
-    std::function<void()> remove_;
+    std::vector<std::function<void()>> removals_;
 };
 
 }  // namespace engine

@@ -36,6 +36,7 @@ DownloadQueue::DownloadQueue(const Surroundings& surroundings, QueueOwner& owner
 DownloadQueue::~DownloadQueue() {
     members_.clear();
     for (const DownloadPtr& download : _downloads) {
+        download->cancelArrangedResume();
         download->finisher().cancel();
         download->transfer().dropWorkers();
     }
@@ -66,9 +67,7 @@ DownloadPtr DownloadQueue::born(const platform::Url& url, const Setup& setup) {
     return download;
 }
 
-void DownloadQueue::insert(Downloads::iterator place, const DownloadPtr& download,
-                           bool addToQueue) {
-    _downloads.insert(place, download);
+void DownloadQueue::enter(const DownloadPtr& download, bool addToQueue) {
     members_.insert(download.get());
     tally_.add(*download, download->status());
     membershipDidChange();
@@ -81,7 +80,8 @@ DownloadPtr DownloadQueue::add(const std::optional<platform::Url>& url, bool add
     if (!url || url->isEmpty())
         return nullptr;
     DownloadPtr download = born(*url, setup);
-    insert(_downloads.end(), download, addToQueue);
+    _downloads.push_back(download);
+    enter(download, addToQueue);
     return download;
 }
 
@@ -91,10 +91,9 @@ DownloadPtr DownloadQueue::replace(DQDownload& download, const platform::Url& ur
     if (!index)
         return nullptr;
     const auto place = _downloads.begin() + static_cast<std::ptrdiff_t>(*index);
-    forget(*place);
-    const auto next = _downloads.erase(place);
     DownloadPtr replacement = born(url, setup);
-    insert(next, replacement, addToQueue);
+    forget(std::exchange(*place, replacement));
+    enter(replacement, addToQueue);
     return replacement;
 }
 
@@ -108,6 +107,7 @@ void DownloadQueue::forget(const DownloadPtr& download) {
     members_.erase(download.get());
     tally_.remove(*download, download->status());
     context_.loop.post([kept = download] {});
+    owner_.downloadDidLeave(*download);
 }
 
 bool DownloadQueue::remove(DQDownload& download) {

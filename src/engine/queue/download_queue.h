@@ -107,7 +107,8 @@ private:
     void fileWasNotThrownAway(const QString& path) override;
 
     [[nodiscard]] DownloadPtr born(const platform::Url& url, const Setup& setup);
-    void insert(Downloads::iterator place, const DownloadPtr& download, bool addToQueue);
+    /// It has its place already.
+    void enter(const DownloadPtr& download, bool addToQueue);
     void forget(const DownloadPtr& download);
     void membershipDidChange();
     void endBatch();

@@ -16,6 +16,8 @@ public:
 
     /// Membership or order has changed.
     virtual void queueDidChange() = 0;
+    /// It is in the queue no more, whoever took it out; it lives until the next turn of the loop.
+    virtual void downloadDidLeave(const DQDownload& download) = 0;
     /// A download is at another status; the queue's own books are right already. It may be taken
     /// out of the queue here.
     virtual void statusDidChange(const StatusChange& change) = 0;

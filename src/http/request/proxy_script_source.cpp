@@ -20,7 +20,6 @@ using platform::Url;
 
 namespace {
 
-constexpr auto timeOutPACRead = "timeOutPACRead";
 constexpr qsizetype maximumBytes = platform::script_protocol::maximumScriptBytes;
 /// Ahead of the requests that wait for it.
 constexpr int fetchPriority = 4;
@@ -66,12 +65,11 @@ void ProxyScriptSource::readFile(const Url& url, const std::shared_ptr<TransferL
     const QByteArray path = QFile::encodeName(url.filePath());
     _PACFile =
         platform::Descriptor(open(path.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
-    platform::RunLoop& calls = loop->network().calls();
     if (_PACFile.isOpen())
         _PACFileReadStream.emplace(loop->network(), _PACFile.get(), [this] { handleEvent(); });
     if (timeOut > 0 || !_PACFile.isOpen())
-        calls.performAfter(this, timeOutPACRead, _PACFile.isOpen() ? timeOut : 0,
-                           [this] { finishFile(std::nullopt); });
+        timeOutPACRead_.emplace(loop->network().calls())
+            .start(_PACFile.isOpen() ? timeOut : 0, [this] { finishFile(std::nullopt); });
 }
 
 void ProxyScriptSource::handleEvent() {
@@ -147,8 +145,7 @@ void ProxyScriptSource::cancel() {
     done_ = nullptr;
     if (_PACFileRequest)
         std::exchange(_PACFileRequest, nullptr)->clearDelegatesAndCancel();
-    if (_PACFileReadStream && !loop_->isClosed())
-        loop_->network().calls().cancelAll(this);
+    timeOutPACRead_.reset();
     _PACFileReadStream.reset();
     _PACFile.close();
     _PACFileData.clear();

@@ -6,7 +6,7 @@
 #include <memory>
 #include <optional>
 
-#include "platform/base/clock.h"
+#include "platform/base/timer.h"
 #include "platform/files/descriptor.h"
 #include "platform/net/network_loop.h"
 #include "platform/net/url.h"
@@ -53,6 +53,7 @@ private:
     std::shared_ptr<HTTPRequest> _PACFileRequest;
     platform::Descriptor _PACFile;
     std::optional<platform::DescriptorWatch> _PACFileReadStream;
+    std::optional<platform::Timer> timeOutPACRead_;
     QByteArray _PACFileData;
 };
 

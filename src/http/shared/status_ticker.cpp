@@ -4,22 +4,11 @@
 #include <vector>
 
 #include "http/shared/bandwidth_account.h"
-#include "platform/base/run_loop.h"
 
 namespace http {
 
-namespace {
-
-constexpr const char* tickOperation = "updateStatus";
-
-}  // namespace
-
 StatusTicker::StatusTicker(platform::RunLoop& loop, const BandwidthAccount& bandwidth)
-    : loop_(loop), bandwidth_(bandwidth) {}
-
-StatusTicker::~StatusTicker() {
-    loop_.cancelAll(this);
-}
+    : clock_(loop.clock()), timer_(loop), bandwidth_(bandwidth) {}
 
 void StatusTicker::start(const void* owner, std::function<void()> tick) {
     ticks_[owner] = std::move(tick);
@@ -30,19 +19,18 @@ void StatusTicker::start(const void* owner, std::function<void()> tick) {
 void StatusTicker::stop(const void* owner) {
     ticks_.erase(owner);
     if (ticks_.empty())
-        loop_.cancelAll(this);
+        timer_.cancel();
 }
 
 void StatusTicker::schedule() {
     platform::Seconds delay = interval;
     if (bandwidth_.isBandwidthThrottled())
         if (const auto wakeUp = bandwidth_.throttleWakeUpTime()) {
-            const platform::Seconds rest = *wakeUp - loop_.clock().monotonic();
+            const platform::Seconds rest = *wakeUp - clock_.monotonic();
             if (rest > 0)
                 delay = std::min(delay, rest);
         }
-    loop_.cancelAll(this);
-    loop_.performAfter(this, tickOperation, delay, [this] { tickAll(); });
+    timer_.start(delay, [this] { tickAll(); });
 }
 
 void StatusTicker::tickAll() {

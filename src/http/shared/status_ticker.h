@@ -3,11 +3,7 @@
 #include <functional>
 #include <map>
 
-#include "platform/base/clock.h"
-
-namespace platform {
-class RunLoop;
-}
+#include "platform/base/timer.h"
 
 namespace http {
 
@@ -21,9 +17,6 @@ class BandwidthAccount;
 class StatusTicker {
 public:
     StatusTicker(platform::RunLoop& loop, const BandwidthAccount& bandwidth);
-    ~StatusTicker();
-    StatusTicker(const StatusTicker&) = delete;
-    StatusTicker& operator=(const StatusTicker&) = delete;
 
     static constexpr platform::Seconds interval = 0.25;
 
@@ -35,7 +28,8 @@ private:
     void schedule();
     void tickAll();
 
-    platform::RunLoop& loop_;
+    const platform::Clock& clock_;
+    platform::Timer timer_;
     const BandwidthAccount& bandwidth_;
     std::map<const void*, std::function<void()>> ticks_;
 };

@@ -11,7 +11,6 @@ RunLoop::RunLoop(Clock& clock) : clock_(clock) {}
 /// What is dropped may hold timers, whose end looks for them here.
 RunLoop::~RunLoop() {
     const auto dropped = std::exchange(delayed_, {});
-    keysByOwner_.clear();
 }
 
 void RunLoop::post(Call call) {
@@ -25,54 +24,19 @@ void RunLoop::post(Call call) {
         wake();
 }
 
-void RunLoop::performAfter(const void* owner, std::string_view operation, Seconds delay,
-                           Call call) {
+RunLoop::Key RunLoop::performAfter(Seconds delay, Call call) {
     const Key key{clock_.monotonic() + std::max(0.0, delay), sequence_++};
     const bool isNext = delayed_.empty() || key < delayed_.begin()->first;
-    delayed_.emplace(key, Delayed{owner, std::string(operation), std::move(call)});
-    keysByOwner_.emplace(owner, key);
+    delayed_.emplace(key, std::move(call));
     // During a turn the driver asks for the next deadline afterwards anyway.
     if (isNext && runDepth_ == 0)
         wake();
+    return key;
 }
 
-RunLoop::DelayedCalls::node_type RunLoop::takeDelayed(DelayedCalls::iterator call) {
-    auto [key, end] = keysByOwner_.equal_range(call->second.owner);
-    while (key != end && key->second != call->first)
-        ++key;
-    keysByOwner_.erase(key);
-    return delayed_.extract(call);
-}
-
-/// What a call holds is destroyed last, since its destructor may cancel calls too.
-template <typename Wanted>
-void RunLoop::dropDelayed(const void* owner, Wanted wanted) {
-    std::vector<DelayedCalls::node_type> dropped;
-    auto [key, end] = keysByOwner_.equal_range(owner);
-    while (key != end) {
-        const auto call = delayed_.find(key->second);
-        if (wanted(call->second)) {
-            dropped.push_back(delayed_.extract(call));
-            key = keysByOwner_.erase(key);
-        } else {
-            ++key;
-        }
-    }
-}
-
-void RunLoop::cancel(const void* owner, std::string_view operation) {
-    dropDelayed(owner, [&](const Delayed& call) { return call.operation == operation; });
-}
-
-void RunLoop::cancelAll(const void* owner) {
-    dropDelayed(owner, [](const Delayed&) { return true; });
-}
-
-bool RunLoop::isScheduled(const void* owner, std::string_view operation) const {
-    const auto [begin, end] = keysByOwner_.equal_range(owner);
-    return std::any_of(begin, end, [&](const auto& entry) {
-        return delayed_.at(entry.second).operation == operation;
-    });
+/// What the call holds is destroyed last, since its destructor may cancel calls too.
+void RunLoop::cancel(const Key& key) {
+    const auto dropped = delayed_.extract(key);
 }
 
 bool RunLoop::runDue() {
@@ -103,8 +67,8 @@ bool RunLoop::runPosted() {
 bool RunLoop::runDelayed(const Key& end) {
     bool any = false;
     while (!delayed_.empty() && delayed_.begin()->first < end) {
-        const auto due = takeDelayed(delayed_.begin());
-        due.mapped().call();
+        const auto due = delayed_.extract(delayed_.begin());
+        due.mapped()();
         any = true;
     }
     return any;

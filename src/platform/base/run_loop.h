@@ -7,9 +7,6 @@
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <string>
-#include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -17,7 +14,8 @@
 
 namespace platform {
 
-/// One thread's list of things to do: calls posted from anywhere and calls due at a time.
+/// One thread's list of things to do: calls posted from anywhere, and those that `Timer`s hold
+/// until they are due.
 ///
 /// It does not wait by itself. A driver (Qt's event loop, the network loop, a test) calls
 /// `runDue` when woken or when `nextDeadline` has come.
@@ -35,16 +33,6 @@ public:
     /// Runs `call` on the loop's thread at its next turn, in the order of posting. Any thread.
     void post(Call call);
 
-    /// Runs `call` after `delay` seconds (0: at the next turn). Loop's thread only. `owner` and
-    /// `operation` are only names for `cancel`; the same pair may be scheduled several times.
-    void performAfter(const void* owner, std::string_view operation, Seconds delay, Call call);
-
-    /// Drops what `performAfter` holds for this pair, or for all operations of an owner. Loop's
-    /// thread only. An owner must cancel its calls before it dies.
-    void cancel(const void* owner, std::string_view operation);
-    void cancelAll(const void* owner);
-    [[nodiscard]] bool isScheduled(const void* owner, std::string_view operation) const;
-
     /// Runs what is posted and due at the time of the call; what these calls schedule with delay 0
     /// waits for the next turn. Answers whether anything ran. Loop's thread only.
     bool runDue();
@@ -59,26 +47,21 @@ public:
     void setWaker(std::function<void()> wake);
 
 private:
-    struct Delayed {
-        const void* owner;
-        std::string operation;
-        Call call;
-    };
+    friend class Timer;
+
     /// When it is due, and the order of scheduling among equals.
     using Key = std::pair<Seconds, std::uint64_t>;
-    using DelayedCalls = std::map<Key, Delayed>;
-    using KeysByOwner = std::unordered_multimap<const void*, Key>;
+
+    /// Runs `call` after `delay` seconds unless it is cancelled before.
+    Key performAfter(Seconds delay, Call call);
+    void cancel(const Key& key);
 
     void wake() const;
     bool runPosted();
     bool runDelayed(const Key& end);
-    DelayedCalls::node_type takeDelayed(DelayedCalls::iterator call);
-    template <typename Wanted>
-    void dropDelayed(const void* owner, Wanted wanted);
 
     Clock& clock_;
-    DelayedCalls delayed_;
-    KeysByOwner keysByOwner_;
+    std::map<Key, Call> delayed_;
     std::uint64_t sequence_ = 0;
     int runDepth_ = 0;
     /// Posted calls whose turn has come. A member, so that a turn inside a turn (a modal window

@@ -19,7 +19,7 @@ struct ThreadPool::State {
     std::mutex lock;  ///< Guards all below.
     std::condition_variable hasWork, isDone;
     std::deque<std::function<void()>> waiting;
-    std::size_t idle = 0, busy = 0;
+    std::size_t idle = 0, busy = 0, ended = 0;
     bool isEnding = false;
     std::vector<std::thread> threads;
 };
@@ -60,9 +60,12 @@ void ThreadPool::waitForDone() {
 bool ThreadPool::finish(std::chrono::milliseconds patience) {
     std::deque<std::function<void()>> dropped;
     std::unique_lock guard(state_->lock);
-    const auto deadline = std::chrono::steady_clock::now() + patience;
-    const bool isDone =
-        state_->isDone.wait_until(guard, deadline, [this] { return state_->isIdle(); });
+    const auto isIdle = [this] { return state_->isIdle(); };
+    bool isDone = false;
+    for (std::size_t before = ~std::size_t{0}; !isDone && before != state_->ended;) {
+        before = state_->ended;
+        isDone = state_->isDone.wait_for(guard, patience, isIdle);
+    }
     state_->isEnding = true;
     if (!isDone) {
         dropped.swap(state_->waiting);
@@ -92,6 +95,7 @@ void ThreadPool::run(const std::shared_ptr<State>& state) {
         }
         guard.lock();
         --state->busy;
+        ++state->ended;
         if (state->isIdle())
             state->isDone.notify_all();
     }

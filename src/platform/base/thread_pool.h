@@ -21,8 +21,9 @@ public:
     void start(std::function<void()> work);
     /// Returns when nothing waits or runs. Not from inside of work.
     void waitForDone();
-    /// As `waitForDone`, but no longer than `patience`. False: what still waits is dropped, and
-    /// threads that do not come back are left to themselves; what they use must outlive them.
+    /// As `waitForDone`, but only while some work ends within `patience`. False: what still waits
+    /// is dropped, and threads that do not come back are left to themselves; what they use must
+    /// outlive them.
     [[nodiscard]] bool finish(std::chrono::milliseconds patience);
 
 private:

@@ -6,11 +6,13 @@
 #include <atomic>
 #include <cstdlib>
 #include <map>
+#include <memory>
 #include <thread>
+#include <vector>
 
 #include "platform/base/defaults_file.h"
 #include "platform/base/log.h"
-#include "platform/base/run_loop.h"
+#include "platform/base/timer.h"
 #include "platform/base/values.h"
 #include "platform/files/files.h"
 #include "platform/files/property_list.h"
@@ -23,16 +25,14 @@ class UserDefaults::Private {
 public:
     Private(QString folder, const QString& domain, RunLoop* loop)
         : folder_(std::move(folder)), loop_(loop), file_(folder_, domain) {
-        reload();
         if (loop_ != nullptr)
-            loop_->performAfter(this, "watch", 0, [this] { watch(); });
+            later_.emplace(*loop_);
+        reload();
+        if (later_)
+            later_->watching.start(0, [this] { watch(); });
     }
 
-    ~Private() {
-        if (loop_ != nullptr)
-            loop_->cancelAll(this);
-        synchronize();
-    }
+    ~Private() { synchronize(); }
 
     Private(const Private&) = delete;
     Private& operator=(const Private&) = delete;
@@ -46,16 +46,17 @@ public:
     void setArguments(QVariantMap arguments);
     void registerDefaults(const QVariantMap& values);
 
-    int addObserver(Observer observer) {
-        observers_.emplace(nextToken_, std::move(observer));
-        return nextToken_++;
-    }
-    void removeObserver(int token) { observers_.erase(token); }
+    Observation observe(Observer observer);
 
     bool synchronize();
     UserDefaults& suite(const QString& name);
 
 private:
+    struct Later {
+        explicit Later(RunLoop& loop) : watching(loop), announcing(loop), writing(loop) {}
+        Timer watching, announcing, writing;
+    };
+
     [[nodiscard]] QVariant lookUp(const QString& key) const;
     /// Makes `change`, and tells the observers of those of `keys` whose value in force it changed.
     template <typename Change>
@@ -82,9 +83,9 @@ private:
     bool mustRewrite_ = false;
     bool isWriting_ = false;
     bool hasComplained_ = false;
-    std::map<int, Observer> observers_;
-    int nextToken_ = 1;
+    std::vector<std::weak_ptr<const Observer>> observers_;
     QSet<QString> unannounced_;
+    std::optional<Later> later_;  ///< None without a run loop.
     std::map<QString, std::unique_ptr<UserDefaults>> suites_;
     std::unique_ptr<QSocketNotifier> notifier_;
 };
@@ -119,12 +120,12 @@ void UserDefaults::Private::changeLayers(const QSet<QString>& keys, Change chang
 /// Reading a value may find that the file has changed, and whoever reads does not expect observers
 /// to run meanwhile.
 void UserDefaults::Private::announceSoon(const QString& key) {
-    if (loop_ == nullptr) {
+    if (!later_) {
         announce(key);
         return;
     }
     if (unannounced_.isEmpty()) {
-        loop_->performAfter(this, "announce", 0, [this] {
+        later_->announcing.start(0, [this] {
             for (const QString& changed : std::exchange(unannounced_, {}))
                 announce(changed);
         });
@@ -132,14 +133,19 @@ void UserDefaults::Private::announceSoon(const QString& key) {
     unannounced_.insert(key);
 }
 
+Observation UserDefaults::Private::observe(Observer observer) {
+    std::erase_if(observers_, [](const auto& known) { return known.expired(); });
+    const auto shared = std::make_shared<const Observer>(std::move(observer));
+    observers_.push_back(shared);
+    return Observation(shared);
+}
+
+/// Over a copy: an observer may begin other observations, or end its own while it runs.
 void UserDefaults::Private::announce(const QString& key) {
-    std::vector<int> tokens;
-    for (const auto& [token, observer] : observers_)
-        tokens.push_back(token);
-    for (const int token : tokens) {
-        const auto observer = observers_.find(token);
-        if (observer != observers_.end())
-            Observer(observer->second)(key);
+    const auto observers = observers_;
+    for (const std::weak_ptr<const Observer>& known : observers) {
+        if (const auto observer = known.lock())
+            (*observer)(key);
     }
 }
 
@@ -161,7 +167,7 @@ void UserDefaults::Private::store(const QString& key, const QVariant& value) {
             stored_.remove(key);
     });
     unwritten_.insert(key, plain);
-    if (loop_ == nullptr)
+    if (!later_)
         synchronize();
     else
         writeSoon();
@@ -169,8 +175,7 @@ void UserDefaults::Private::store(const QString& key, const QVariant& value) {
 
 void UserDefaults::Private::writeSoon() {
     constexpr Seconds writeDelay = 0.5;
-    if (!loop_->isScheduled(this, "write"))
-        loop_->performAfter(this, "write", writeDelay, [this] { synchronize(); });
+    later_->writing.startUnlessActive(writeDelay, [this] { synchronize(); });
 }
 
 void UserDefaults::Private::setArguments(QVariantMap arguments) {
@@ -219,7 +224,7 @@ void UserDefaults::Private::reload() {
         case DefaultsFile::State::Damaged:
             // What is in memory is all that is left.
             mustRewrite_ = !stored_.isEmpty();
-            if (mustRewrite_ && loop_ != nullptr)
+            if (mustRewrite_ && later_)
                 writeSoon();
             break;
     }
@@ -237,8 +242,8 @@ void UserDefaults::Private::adopt(QVariantMap values) {
 }
 
 bool UserDefaults::Private::synchronize() {
-    if (loop_ != nullptr)
-        loop_->cancel(this, "write");
+    if (later_)
+        later_->writing.cancel();
     // An observer that hears of what is read here may store more, which is written with the rest.
     if (isWriting_ || (unwritten_.isEmpty() && !mustRewrite_))
         return true;
@@ -347,12 +352,8 @@ UserDefaults& UserDefaults::suite(const QString& name) {
     return private_->suite(name);
 }
 
-int UserDefaults::addObserver(Observer observer) {
-    return private_->addObserver(std::move(observer));
-}
-
-void UserDefaults::removeObserver(int token) {
-    private_->removeObserver(token);
+Observation UserDefaults::observe(Observer observer) {
+    return private_->observe(std::move(observer));
 }
 
 bool UserDefaults::synchronize() {

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 
+#include "platform/base/observation.h"
 #include "platform/base/setting.h"
 
 namespace platform {
@@ -73,9 +74,8 @@ public:
 
     /// Calls `observer` after each change of a value in force, also one made to the file by hand:
     /// at the next turn of the run loop, once for a key that changed several times; without a run
-    /// loop at once. Answers a token.
-    int addObserver(Observer observer);
-    void removeObserver(int token);
+    /// loop at once. Ends with what is answered.
+    [[nodiscard]] Observation observe(Observer observer);
 
     /// Writes what has not been written. False: it could not be.
     bool synchronize();

@@ -48,15 +48,10 @@ void Disk::waitForDone() {
     others_.waitForDone();
 }
 
-bool Disk::finish(std::chrono::steady_clock::time_point deadline) {
-    const auto left = [&] {
-        return std::max(std::chrono::milliseconds::zero(),
-                        std::chrono::duration_cast<std::chrono::milliseconds>(
-                            deadline - std::chrono::steady_clock::now()));
-    };
+bool Disk::finish(std::chrono::milliseconds patience) {
     // The first to end, since what it does may give work to the others.
-    const bool haveWritten = writes_.finish(left());
-    return others_.finish(left()) && haveWritten;
+    const bool haveWritten = writes_.finish(patience);
+    return others_.finish(patience) && haveWritten;
 }
 
 Disks::~Disks() {
@@ -87,11 +82,10 @@ void Disks::waitForDone() {
 }
 
 bool Disks::finish(std::chrono::milliseconds patience) {
-    const auto deadline = std::chrono::steady_clock::now() + patience;
     const std::scoped_lock guard(lock_);
     bool isDone = true;
     for (auto disk = disks_.begin(); disk != disks_.end();) {
-        const bool hasAnswered = disk->second->finish(deadline);
+        const bool hasAnswered = disk->second->finish(patience);
         // Its threads may still come back and look for it.
         if (!hasAnswered)
             static_cast<void>(disk->second.release());

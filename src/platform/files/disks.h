@@ -28,7 +28,7 @@ public:
 
     void waitForDone();
     /// See `Disks::finish`.
-    [[nodiscard]] bool finish(std::chrono::steady_clock::time_point deadline);
+    [[nodiscard]] bool finish(std::chrono::milliseconds patience);
 
 private:
     RunLoop& loop_;
@@ -56,9 +56,9 @@ public:
 
     /// Returns when nothing is being done any more.
     void waitForDone();
-    /// The same at the end of the program, but no longer than `patience` in all. False: a disk did
-    /// not answer; its threads are left to themselves, and the process must end without waiting
-    /// for them.
+    /// The same at the end of the program, but only while work ends within `patience`. False: a
+    /// disk did not answer; its threads are left to themselves, and the process must end without
+    /// waiting for them.
     [[nodiscard]] bool finish(std::chrono::milliseconds patience);
 
 private:

@@ -62,16 +62,12 @@ ScheduleSettings::ScheduleSettings(app::DQMainController& controller,
             [&toggles] { toggles.toggleScheduledPausing(); });
     connect(scheduledPausingRadicalSwitch, &QCheckBox::clicked, this,
             [this](bool on) { defaults_.set(app::settings::schedulePauseRadical, on); });
-    observer_ = defaults_.addObserver([this](const QString& key) {
+    observation_ = defaults_.observe([this](const QString& key) {
         if (key.startsWith(u"Schedule: "_s)) {
             followSettings();
         }
     });
     followSettings();
-}
-
-ScheduleSettings::~ScheduleSettings() {
-    defaults_.removeObserver(observer_);
 }
 
 QTimeEdit* ScheduleSettings::addTimePicker(const app::ScheduledTime& time, const QCheckBox& owner) {

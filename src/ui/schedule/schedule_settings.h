@@ -22,7 +22,6 @@ class ScheduleSettings final : public QWidget {
 public:
     ScheduleSettings(app::DQMainController& controller, platform::UserDefaults& defaults,
                      QWidget* parent);
-    ~ScheduleSettings() override;
 
 private:
     QTimeEdit* addTimePicker(const app::ScheduledTime& time, const QCheckBox& owner);
@@ -36,7 +35,7 @@ private:
     QCheckBox* scheduledPausingSwitch;
     QTimeEdit* scheduledPausingTimePicker;
     QCheckBox* scheduledPausingRadicalSwitch;
-    int observer_ = 0;
+    platform::Observation observation_;
 };
 
 }  // namespace ui

@@ -32,17 +32,13 @@ ThrottleField::ThrottleField(platform::UserDefaults& defaults, engine::Throttle&
     connect(pendingUpdate_, &QTimer::timeout, this, &ThrottleField::updateThrottleLimit);
     connect(this, &QComboBox::editTextChanged, pendingUpdate_, qOverload<>(&QTimer::start));
     connect(lineEdit(), &QLineEdit::editingFinished, this, &ThrottleField::takeOver);
-    observer_ = defaults_.addObserver([this](const QString& key) {
+    observation_ = defaults_.observe([this](const QString& key) {
         if (key == engine::settings::throttleEnabled.name() ||
             key == engine::settings::throttleLimit.name()) {
             followSettings();
         }
     });
     followSettings();
-}
-
-ThrottleField::~ThrottleField() {
-    defaults_.removeObserver(observer_);
 }
 
 void ThrottleField::updateThrottleLimit() {

@@ -19,7 +19,6 @@ class ThrottleField final : public QComboBox {
 
 public:
     ThrottleField(platform::UserDefaults& defaults, engine::Throttle& throttle, QWidget* parent);
-    ~ThrottleField() override;
 
 protected:
     void hideEvent(QHideEvent* event) override;
@@ -32,7 +31,7 @@ private:
     platform::UserDefaults& defaults_;
     engine::Throttle& throttle_;
     QTimer* pendingUpdate_;
-    int observer_ = 0;
+    platform::Observation observation_;
 };
 
 }  // namespace ui

@@ -37,11 +37,7 @@ void selectPopupValue(QComboBox& popup, qint64 value) {
 SettingsBinder::SettingsBinder(platform::UserDefaults& defaults, QObject* parent)
     : QObject(parent),
       defaults_(defaults),
-      observer_(defaults.addObserver([this](const QString& key) { Q_EMIT changed(key); })) {}
-
-SettingsBinder::~SettingsBinder() {
-    defaults_.removeObserver(observer_);
-}
+      observation_(defaults.observe([this](const QString& key) { Q_EMIT changed(key); })) {}
 
 void SettingsBinder::follow(const QStringList& keys, QObject* context,
                             const std::function<void()>& show) {

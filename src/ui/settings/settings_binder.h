@@ -24,7 +24,6 @@ public:
     using Store = std::function<void(bool)>;
 
     explicit SettingsBinder(platform::UserDefaults& defaults, QObject* parent = nullptr);
-    ~SettingsBinder() override;
 
     void bind(QCheckBox* box, const platform::Setting<bool>& setting, const Store& store = {});
     /// The data of the popup's items are the values. A value that no item stands for gets an item
@@ -44,7 +43,7 @@ Q_SIGNALS:
 
 private:
     platform::UserDefaults& defaults_;
-    int observer_;
+    platform::Observation observation_;
 };
 
 /// Selects the item that stands for `value`, adding one titled by the number if none does.

@@ -63,16 +63,12 @@ MainToolbar::MainToolbar(const app::Commands& commands, QWidget* parent)
     makeFilterField();
     rebuild();
     updateSegments();
-    observer_ = commands.surroundings().defaults.addObserver([this](const QString& key) {
+    observation_ = commands.surroundings().defaults.observe([this](const QString& key) {
         if (key == layout_.identifier() && layout_.items() != shownItems_) {
             rebuild();
         }
         updateSegments();
     });
-}
-
-MainToolbar::~MainToolbar() {
-    commands_.surroundings().defaults.removeObserver(observer_);
 }
 
 void MainToolbar::keep(const QString& item, QWidget* widget) {

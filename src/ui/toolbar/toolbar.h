@@ -3,6 +3,7 @@
 #include <QToolBar>
 #include <map>
 
+#include "platform/base/observation.h"
 #include "ui/toolbar/toolbar_layout.h"
 
 class QLineEdit;
@@ -24,7 +25,6 @@ class MainToolbar final : public QToolBar {
 public:
     /// The commands outlive the toolbar.
     MainToolbar(const app::Commands& commands, QWidget* parent);
-    ~MainToolbar() override;
 
     /// Null: it is not in the toolbar.
     [[nodiscard]] QLineEdit* filterField() const;
@@ -54,12 +54,12 @@ private:
     const app::Commands& commands_;
     ToolbarLayout layout_;
     QStringList shownItems_;
-    int observer_ = 0;
     std::map<QString, QWidgetAction*> items_;
     SegmentedControl* toolbarQueuePauseButton = nullptr;
     SegmentedControl* toolbarScheduleButton = nullptr;
     SegmentedControl* toolbarAccelerateThrottleButton = nullptr;
     QLineEdit* toolbarFilterField = nullptr;
+    platform::Observation observation_;
 };
 
 }  // namespace ui

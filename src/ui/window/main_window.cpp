@@ -62,7 +62,7 @@ MainWindow::MainWindow(app::Commands& commands)
     frame_ = std::make_unique<WindowFrame>(*this, *downloadList, defaults);
     frame_->restore();
     rubber_ = std::make_unique<RubberWindow>(*this, *downloadList, defaults);
-    observer_ = defaults.addObserver([this, &defaults](const QString& key) {
+    observation_ = defaults.observe([this, &defaults](const QString& key) {
         if (key == app::settings::toolbarFilterCriterion.name()) {
             toolbarFilterScopeBar->select(defaults.get(app::settings::toolbarFilterCriterion));
         }
@@ -71,9 +71,7 @@ MainWindow::MainWindow(app::Commands& commands)
     updateStatus();
 }
 
-MainWindow::~MainWindow() {
-    commands_.surroundings().defaults.removeObserver(observer_);
-}
+MainWindow::~MainWindow() = default;
 
 void MainWindow::makeContents() {
     toolbarFilterScopeBar =

@@ -5,6 +5,8 @@
 #include <memory>
 #include <vector>
 
+#include "platform/base/observation.h"
+
 class QLabel;
 class QPushButton;
 
@@ -70,7 +72,7 @@ private:
     std::unique_ptr<WindowFrame> frame_;
     std::unique_ptr<RubberWindow> rubber_;
     QTimer toolbarUpdate_;
-    int observer_ = 0;
+    platform::Observation observation_;
 };
 
 }  // namespace ui

@@ -54,16 +54,12 @@ RubberWindow::RubberWindow(QMainWindow& window, DQDownloadList& list,
     connect(&list, &DQDownloadList::contentHeightChanged, this,
             [this] { updateRubberWindow(list_.vanishingRows()->collapsingRows().empty()); });
     window.installEventFilter(this);
-    observer_ = defaults.addObserver([this](const QString& key) {
+    observation_ = defaults.observe([this](const QString& key) {
         if (key == app::settings::rubberWindow.name()) {
             updateRubberWindow(true);
         }
     });
     updateRubberWindow(false);
-}
-
-RubberWindow::~RubberWindow() {
-    defaults_.removeObserver(observer_);
 }
 
 bool RubberWindow::isOn() const {

@@ -4,6 +4,8 @@
 #include <QTimer>
 #include <QVariantAnimation>
 
+#include "platform/base/observation.h"
+
 class QMainWindow;
 
 namespace platform {
@@ -36,7 +38,6 @@ class RubberWindow final : public QObject {
 public:
     /// All of it outlives it.
     RubberWindow(QMainWindow& window, DQDownloadList& list, platform::UserDefaults& defaults);
-    ~RubberWindow() override;
 
     void updateRubberWindow(bool animated);
 
@@ -54,12 +55,12 @@ private:
     QMainWindow& window_;
     DQDownloadList& list_;
     platform::UserDefaults& defaults_;
-    int observer_ = 0;
     bool wasOn_ = false;
     /// The screen has room for all rows, so that no scroll bar is needed on the way.
     bool mayShowAll_ = false;
     QVariantAnimation animation_;
     QTimer snap_;
+    platform::Observation observation_;
 };
 
 }  // namespace ui

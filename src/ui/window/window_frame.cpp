@@ -71,16 +71,12 @@ WindowFrame::WindowFrame(QWidget& window, const QWidget& list, platform::UserDef
     connect(&animation_, &QVariantAnimation::valueChanged, this,
             [this](const QVariant& value) { step(value.toDouble()); });
     connect(&animation_, &QVariantAnimation::finished, this, &WindowFrame::finish);
-    observer_ = defaults.addObserver([this](const QString& key) {
+    observation_ = defaults.observe([this](const QString& key) {
         if (key == app::settings::fullScreenModeBehavior.name() && window_.isFullScreen() &&
             defaults_.get(app::settings::fullScreenModeBehavior) != 1) {
             window_.setWindowState(window_.windowState() & ~Qt::WindowFullScreen);
         }
     });
-}
-
-WindowFrame::~WindowFrame() {
-    defaults_.removeObserver(observer_);
 }
 
 void WindowFrame::restore() {

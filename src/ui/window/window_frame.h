@@ -6,6 +6,8 @@
 #include <QVariantAnimation>
 #include <functional>
 
+#include "platform/base/observation.h"
+
 class QWidget;
 
 namespace platform {
@@ -27,7 +29,6 @@ class WindowFrame final : public QObject {
 public:
     /// `list`: what gives way when the window collapses. All outlive it.
     WindowFrame(QWidget& window, const QWidget& list, platform::UserDefaults& defaults);
-    ~WindowFrame() override;
 
     /// As it was, on a screen that is there, or else in the middle of one.
     void restore();
@@ -59,7 +60,6 @@ private:
     QWidget& window_;
     const QWidget& list_;
     platform::UserDefaults& defaults_;
-    int observer_ = 0;
     QVariantAnimation animation_;
     /// What the window goes back to. Null: it is there.
     QRect frame_;
@@ -68,6 +68,7 @@ private:
     bool isFading_ = false;
     bool collapses_ = false;
     std::function<void()> update_;
+    platform::Observation observation_;
 };
 
 }  // namespace ui

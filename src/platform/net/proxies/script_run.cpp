@@ -14,8 +14,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr auto deadlineOperation = "deadline";
-
 /// What a script may know of an address: no credentials, and of a secret one only the host.
 QString addressForScript(const Url& url) {
     const QString address = url.forTransfer().absoluteString();
@@ -36,21 +34,16 @@ QByteArray taskFor(const QString& script, const Url& url) {
 }  // namespace
 
 ProxyScriptRun::ProxyScriptRun(NetworkLoop& loop, const QString& script, const Url& url, Done done)
-    : calls_(loop.calls()), done_(std::move(done)) {
+    : deadline_(loop.calls()), done_(std::move(done)) {
     const QByteArray task = taskFor(script, url);
     if (task.size() <= static_cast<qsizetype>(script_protocol::maximumScriptBytes))
         process_ = ScriptProcess::start(ScriptProcess::defaultProgram(), task);
     if (process_) {
         watch_.emplace(loop, process_->output().get(), [this] { readAnswer(); });
-        calls_.performAfter(this, deadlineOperation, deadline,
-                            [this] { fail(u"it took too long"_s); });
+        deadline_.start(deadline, [this] { fail(u"it took too long"_s); });
     } else {
-        calls_.performAfter(this, deadlineOperation, 0, [this] { fail(u"it cannot be run"_s); });
+        deadline_.start(0, [this] { fail(u"it cannot be run"_s); });
     }
-}
-
-ProxyScriptRun::~ProxyScriptRun() {
-    calls_.cancelAll(this);
 }
 
 void ProxyScriptRun::readAnswer() {
@@ -89,7 +82,7 @@ void ProxyScriptRun::fail(const QString& why) {
 }
 
 void ProxyScriptRun::finish(const std::optional<QString>& answer) {
-    calls_.cancelAll(this);
+    deadline_.cancel();
     watch_.reset();
     process_.reset();
     const Done done = std::exchange(done_, nullptr);

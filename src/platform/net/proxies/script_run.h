@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 
+#include "platform/base/timer.h"
 #include "platform/net/network_loop.h"
 #include "platform/net/proxies/script_process.h"
 #include "platform/net/url.h"
@@ -27,7 +28,6 @@ public:
 
     /// Calls `done` once, on a later turn of the loop; the object may die in it.
     ProxyScriptRun(NetworkLoop& loop, const QString& script, const Url& url, Done done);
-    ~ProxyScriptRun();
     ProxyScriptRun(const ProxyScriptRun&) = delete;
     ProxyScriptRun& operator=(const ProxyScriptRun&) = delete;
 
@@ -37,7 +37,7 @@ private:
     void finish(const std::optional<QString>& answer);
     void fail(const QString& why);
 
-    RunLoop& calls_;
+    Timer deadline_;
     Done done_;
     QByteArray received_;
     // In this order: the watch is of the process's output.
