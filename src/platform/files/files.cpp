@@ -168,7 +168,7 @@ bool canTakeFiles(const QString& trash) {
     return isWritable(trash + u"/files"_s) && isWritable(trash + u"/info"_s);
 }
 
-/// Where the specification lets the file be thrown away; what is called for the moving does not
+/// Where freedesktop.org lets the file be thrown away; what is called for the moving does not
 /// look itself, and puts files into the current folder where there is no trash.
 bool hasTrash(const QString& path) {
     const QString home =
