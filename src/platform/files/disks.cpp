@@ -28,6 +28,12 @@ std::uint64_t deviceOf(const QString& path) {
     return status.st_dev;
 }
 
+/// Its threads may still come back and look for it.
+void keepForever(std::unique_ptr<Disk> disk) {
+    static std::vector<std::unique_ptr<Disk>> given;
+    given.push_back(std::move(disk));
+}
+
 }  // namespace
 
 Disk::Disk(RunLoop& loop) : loop_(loop), writes_(1), others_(mostOtherThreads) {}
@@ -86,9 +92,8 @@ bool Disks::finish(std::chrono::milliseconds patience) {
     bool isDone = true;
     for (auto disk = disks_.begin(); disk != disks_.end();) {
         const bool hasAnswered = disk->second->finish(patience);
-        // Its threads may still come back and look for it.
         if (!hasAnswered)
-            static_cast<void>(disk->second.release());
+            keepForever(std::move(disk->second));
         isDone = isDone && hasAnswered;
         disk = hasAnswered ? std::next(disk) : disks_.erase(disk);
     }
