@@ -275,11 +275,10 @@ void DQMainController::statusDidChange(const engine::StatusChange& change) {
         (change.cause == StatusCause::Removed && wasActive)) {
         parts_->batch.decrementLongTermNumberOfQueuedOrDownloadingDownloads();
     }
-    parts_->isStale =
-        parts_->isStale || (parts_->queue.isInBatch() && change.cause != StatusCause::Added);
-    if (change.cause == StatusCause::Removed) {
-        return;  // Its row is going to be told of.
+    if (change.cause == StatusCause::Removed || change.cause == StatusCause::Added) {
+        return;  // Who removes or adds shows the list anew, for many at once.
     }
+    parts_->isStale = parts_->isStale || parts_->queue.isInBatch();
     if (engine::matchesStatusMask(change.after, engine::finishedStatuses)) {
         parts_->history->add(change.download);
         reflectEnd(change.download);

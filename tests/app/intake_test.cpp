@@ -447,6 +447,13 @@ TEST_F(IntakeTest, StreamsLongRangesWithoutHoldingTheLoop) {
     EXPECT_LT(frontEnd.reloads, 20) << "the list is shown ever more rarely";
 }
 
+TEST_F(IntakeTest, ShowsTheListOnceForManyThatAreToStart) {
+    EXPECT_TRUE(controller->dropPasteboard({QStringList{u"http://a.example/{1-2000}"_s}, {}}));
+    main.settle();
+    EXPECT_EQ(controller->numberOfDownloads(), 2000);
+    EXPECT_LT(frontEnd.reloads, 10);
+}
+
 TEST_F(IntakeTest, RetriesAtTheSamePlace) {
     add({u"a"_s, u"b"_s, u"c"_s});
     const engine::DownloadPtr old = download(u"b"_s);

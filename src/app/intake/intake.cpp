@@ -127,6 +127,8 @@ void Intake::report(Activity& activity, bool goesOn) {
     if (count > activity.toldCount && (!goesOn || count >= 2 * activity.toldCount)) {
         const bool isFirst = std::exchange(activity.toldCount, count) == 0;
         surroundings_.didGrow(activity.wasEmpty && isFirst);
+    } else if (!goesOn && activity.run.hasReplaced()) {
+        surroundings_.didGrow(false);
     }
     if (count > longIntake) {
         surroundings_.progressed(goesOn ? std::optional(count) : std::nullopt);

@@ -163,7 +163,7 @@ bool IntakeRun::openMovedBundle(const QVariantMap& archive, const QString& conta
 /// One that was given up does not start itself again.
 void IntakeRun::goOnWith(engine::DQDownload& download) {
     if (download.status() == engine::DQDownloadStatusAborted) {
-        surroundings_.queue.retry(download, true);
+        hasReplaced_ = surroundings_.queue.retry(download, true) || hasReplaced_;
     } else {
         download.addToQueue();
     }

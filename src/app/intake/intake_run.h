@@ -42,6 +42,8 @@ public:
 
     /// How many downloads were made.
     [[nodiscard]] qsizetype count() const { return count_; }
+    /// Whether a new record has taken the place of one in the list, which counts as none made.
+    [[nodiscard]] bool hasReplaced() const { return hasReplaced_; }
     /// The names of the first ones of them.
     [[nodiscard]] const QStringList& names() const { return names_; }
 
@@ -86,6 +88,7 @@ private:
     const bool autoStart_;
     bool isOver_ = false;
     qsizetype count_ = 0;
+    bool hasReplaced_ = false;
     QStringList names_;
 };
 

@@ -57,8 +57,9 @@ int fullYear(const QString& digits) {
 std::optional<QDateTime> dateOf(const QRegularExpressionMatch& match) {
     const QDate day(fullYear(match.captured(u"year"_s)), monthNamed(match.captured(u"month"_s)),
                     match.captured(u"day"_s).trimmed().toInt());
-    const QTime time = QTime::fromString(match.captured(u"time"_s), u"HH:mm:ss"_s);
-    if (!match.hasMatch() || !day.isValid() || !time.isValid())
+    const QTime time(match.captured(u"hour"_s).toInt(), match.captured(u"minute"_s).toInt(),
+                     match.captured(u"second"_s).toInt());
+    if (!day.isValid() || !time.isValid())
         return std::nullopt;
     return QDateTime(day, time, Qt::UTC);
 }
@@ -66,17 +67,18 @@ std::optional<QDateTime> dateOf(const QRegularExpressionMatch& match) {
 /// The three forms of RFC 9110, 5.6.7: that of today, that of RFC 850, that of asctime(). Nothing:
 /// another form.
 std::optional<QDateTime> standardDate(const QString& text) {
+    static const QString time = u"(?<hour>\\d\\d):(?<minute>\\d\\d):(?<second>\\d\\d)"_s;
     static const QRegularExpression forms[] = {
         QRegularExpression(u"^(?:[a-z]{3,9}, )?(?<day>\\d{2})([ -])(?<month>[a-z]{3})\\2"
-                           "(?<year>\\d{2}|\\d{4}) (?<time>\\d\\d:\\d\\d:\\d\\d) GMT$"_s,
+                           "(?<year>\\d{2}|\\d{4}) %1 GMT$"_s.arg(time),
                            QRegularExpression::CaseInsensitiveOption),
-        QRegularExpression(u"^[a-z]{3} (?<month>[a-z]{3}) (?<day>[ \\d]\\d) "
-                           "(?<time>\\d\\d:\\d\\d:\\d\\d) (?<year>\\d{4})$"_s,
-                           QRegularExpression::CaseInsensitiveOption),
+        QRegularExpression(
+            u"^[a-z]{3} (?<month>[a-z]{3}) (?<day>[ \\d]\\d) %1 (?<year>\\d{4})$"_s.arg(time),
+            QRegularExpression::CaseInsensitiveOption),
     };
     for (const QRegularExpression& form : forms) {
-        if (const auto date = dateOf(form.match(text)))
-            return date;
+        if (const auto match = form.match(text); match.hasMatch())
+            return dateOf(match);
     }
     return std::nullopt;
 }

@@ -22,6 +22,10 @@ public:
     [[nodiscard]] qsizetype find() {
         qsizetype at = start_.rest;
         while (at < text_.size()) {
+            if (isPlain(text_[at])) {
+                ++at;
+                continue;
+            }
             if (const qsizetype end = endOfRangeGroup(text_, at); end > at) {
                 at = end;
                 continue;
@@ -34,6 +38,13 @@ public:
     }
 
 private:
+    /// Most of an address: what neither ends one nor begins a group, whatever stands around it.
+    [[nodiscard]] static bool isPlain(QChar unit) {
+        const char c = unit.toLatin1();
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+               c == '/' || c == '.' || c == '-' || c == '_';
+    }
+
     bool endsAt(qsizetype at) {
         const QChar unit = text_[at];
         if (unit.isSpace() || isNewline(unit) || unit == u'<' || unit == u'>' ||
