@@ -943,6 +943,16 @@ Möchten Sie jetzt wirklich beenden?</translation>
         </message>
         <message>
             <location filename="../../src/app/rows/status_text.cpp" />
+            <source>Waiting for %@</source>
+            <translation>Wartet auf %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>Waiting for %@: %@</source>
+            <translation>Wartet auf %@: %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
             <source>Waiting: #%@</source>
             <translation>Wartet: Nr. %@</translation>
         </message>
@@ -2317,6 +2327,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/settings/speed_section.cpp" />
+            <source>B&amp;usy servers are asked again:</source>
+            <translation>Ausgelastete Server &amp;erneut fragen:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/speed_section.cpp" />
             <source>Bandwidth:</source>
             <translation>Bandbreite:</translation>
         </message>
@@ -2339,6 +2354,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/settings/speed_section.cpp" />
             <source>L&amp;imit:</source>
             <translation>&amp;Limit:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/speed_section.cpp" />
+            <source>Once</source>
+            <translation>Einmal</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/speed_section.cpp" />
