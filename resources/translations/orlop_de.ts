@@ -1902,6 +1902,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Always</source>
+            <translation>Immer</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>Always by the type of the content</source>
             <translation>Immer nach dem Typ des Inhalts</translation>
         </message>
@@ -1929,6 +1934,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>Download pages:</source>
             <translation>Download-Seiten:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Drop tar&amp;get:</source>
+            <translation>Ablage&amp;ziel:</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
@@ -1962,8 +1972,38 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Never</source>
+            <translation>Nie</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>Not allowed</source>
             <translation>Nicht erlaubt</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Not now...</source>
+            <translation>Jetzt nicht ...</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Sho&amp;w Orlop in:</source>
+            <translation>Orlop &amp;zeigen in:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Status item</source>
+            <translation>Statussymbol</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Task bar</source>
+            <translation>Fensterleiste</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Task bar and status item</source>
+            <translation>Fensterleiste und Statussymbol</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
@@ -1972,8 +2012,18 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>The window opens from the status item's menu and by a click on the drop target, a small window that takes addresses and can be dragged to any place.</source>
+            <translation>Das Fenster öffnet sich aus dem Menü des Statussymbols und durch einen Klick auf das Ablageziel, ein kleines Fenster, das Adressen annimmt und sich überallhin ziehen lässt.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>This counts from the next start of Orlop.</source>
             <translation>Das gilt ab dem nächsten Start von Orlop.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Understood</source>
+            <translation>Verstanden</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
@@ -1997,8 +2047,18 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>With the status item</source>
+            <translation>Mit dem Statussymbol</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>Without &amp;bandwidth limit and its controls</source>
             <translation>Ohne &amp;Bandbreitenlimit und seine Bedienelemente</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Your desktop shows no status items at the moment.</source>
+            <translation>Ihre Arbeitsumgebung zeigt im Moment keine Statussymbole.</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/behaviors_section.cpp" />
@@ -2059,11 +2119,6 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/settings/behaviors_section.cpp" />
             <source>Keeps Orlop running</source>
             <translation>Orlop läuft weiter</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/settings/behaviors_section.cpp" />
-            <source>Never</source>
-            <translation>Nie</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/behaviors_section.cpp" />
@@ -2349,6 +2404,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/settings/speed_section.cpp" />
             <source>Unlimited</source>
             <translation>Unbegrenzt</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/status/drop_target.cpp" />
+            <source>Orlop Drop Target</source>
+            <translation>Orlop-Ablageziel</translation>
         </message>
         <message>
             <location filename="../../src/ui/structured/structured_text_edit.cpp" />

@@ -14,6 +14,7 @@
 #include "ui/list/download_list.h"
 #include "ui/list/vanishing_rows.h"
 #include "ui/rules/folder_selector.h"
+#include "ui/status/status_items.h"
 #include "ui/text.h"
 #include "ui/window/main_window.h"
 #include "ui/window/task_bar_entry.h"
@@ -162,6 +163,10 @@ void DesktopFrontEnd::orderDownloadWindowBack() {
     if (window_) {
         window_->lower();
     }
+}
+
+bool DesktopFrontEnd::canShowStatusItem() const {
+    return statusItems_ && statusItems_->canShowItem();
 }
 
 void DesktopFrontEnd::setShownInTaskBar(bool shown) {

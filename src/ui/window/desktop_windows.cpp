@@ -12,6 +12,7 @@
 #include "ui/rules/rule_editor.h"
 #include "ui/schedule/toolbar_explanation.h"
 #include "ui/settings/settings_window.h"
+#include "ui/status/status_items.h"
 #include "ui/text.h"
 #include "ui/toolbar/toolbar.h"
 #include "ui/window/desktop_front_end.h"
@@ -38,9 +39,12 @@ DesktopWindows::DesktopWindows(app::DQMainController& controller, DesktopFrontEn
                      [this](const QString& section) { explainShortcut(section); });
     frontEnd.setWindow(window_.get(), &controller);
     frontEnd.setPreferences([this](const QString& section) { showPreferencesSection(section); });
+    statusItems_ = std::make_unique<StatusItems>(commands_, frontEnd.icon());
+    frontEnd.setStatusItems(statusItems_.get());
 }
 
 DesktopWindows::~DesktopWindows() {
+    frontEnd_.setStatusItems(nullptr);
     frontEnd_.setWindow(nullptr, nullptr);
     frontEnd_.setPreferences({});
 }

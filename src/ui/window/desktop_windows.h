@@ -10,6 +10,7 @@ class DesktopFrontEnd;
 class LogWindow;
 class MainWindow;
 class SettingsWindow;
+class StatusItems;
 
 /// All windows of the program and the commands that connect them. One for the process.
 class DesktopWindows {
@@ -34,6 +35,7 @@ private:
     std::unique_ptr<MainWindow> window_;
     std::unique_ptr<SettingsWindow> preferencesWindow;
     std::unique_ptr<LogWindow> logWindow_;
+    std::unique_ptr<StatusItems> statusItems_;
 };
 
 }  // namespace ui
