@@ -6,6 +6,7 @@
 
 #include "diagnostics/log_command.h"
 #include "platform/base/log_store.h"
+#include "platform/base/log_writer.h"
 #include "platform/files/files.h"
 
 namespace {
@@ -39,6 +40,7 @@ int main(int argc, char** argv) {
             std::puts("orlop-log " ORLOP_VERSION);
             return 0;
         default:
+            platform::recoverLogLines(platform::logStoreFolder());
             return diagnostics::runLogCommand(request, platform::logStoreFolder(), STDOUT_FILENO,
                                               wantsColors());
     }

@@ -203,6 +203,87 @@ TEST(LogWriter, WritesAllInOrderBeforeItEnds) {
         EXPECT_EQ(written[i].toInt(), i);
 }
 
+/// Logs numbered lines beside a disk that never answers, and says through `done` when it has.
+[[noreturn]] void logUntilKilled(const QString& folder, int count, int done) {
+    platform::LogWriter writer({[](const LogRecord&) { pause(); }},
+                               platform::LogSpool::make(folder));
+    for (int i = 0; i < count; ++i)
+        writer.write(LogLevel::Warning, u"line %1 é"_s.arg(i));
+    static_cast<void>(::write(done, "x", 1));
+    for (;;)
+        pause();
+}
+
+QStringList leftLines(const QString& folder, qint64 processID = getpid()) {
+    QStringList lines;
+    platform::takeLeftLogLines(folder, [&](const LogRecord& record, const platform::LogOrigin& by) {
+        EXPECT_EQ(by.processID, processID);
+        EXPECT_EQ(record.level, LogLevel::Warning);
+        EXPECT_EQ(by.path, platform::ownLogOrigin().path);
+        lines.append(record.line);
+        return true;
+    });
+    return lines;
+}
+
+TEST(LogSpool, KeepsTheLinesOfAKilledProcessThatNoDiskHasTaken) {
+    constexpr int count = 300;
+    const QTemporaryDir folder;
+    std::array<int, 2> done{};
+    ASSERT_EQ(pipe(done.data()), 0);
+    const pid_t process = fork();
+    if (process == 0)
+        logUntilKilled(folder.path(), count, done[1]);
+    char byte = 0;
+    ASSERT_EQ(read(done[0], &byte, 1), 1);
+    EXPECT_EQ(leftLines(folder.path()), QStringList()) << "its owner lives";
+    kill(process, SIGKILL);
+    int status = 0;
+    ASSERT_EQ(waitpid(process, &status, 0), process);
+    const QStringList lines = leftLines(folder.path(), process);
+    ASSERT_EQ(lines.size(), count);
+    for (int i = 0; i < count; ++i)
+        EXPECT_EQ(lines[i], u"line %1 é"_s.arg(i));
+    EXPECT_TRUE(QDir(folder.path()).isEmpty());
+    close(done[0]);
+    close(done[1]);
+}
+
+TEST(LogSpool, HoldsWhatHasRoomAndNothingThatIsWritten) {
+    const QTemporaryDir folder;
+    const auto name = u"/log-%1.spool"_s.arg(getpid());
+    const auto record = [](const QString& line) { return LogRecord{1, LogLevel::Warning, line}; };
+    {
+        const auto spool = platform::LogSpool::make(folder.path());
+        ASSERT_TRUE(spool);
+        EXPECT_FALSE(platform::LogSpool::make(folder.path())) << "there is one";
+        spool->add(record(u"written"_s));
+        spool->take();
+        spool->add(record(QString(platform::LogSpool::bytesOfHalf, u'x')));
+        spool->add(record(u"first"_s));
+        spool->dropTaken();
+        spool->take();
+        spool->add(record(u"second"_s));
+    }
+    QFile file(folder.path() + name);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    QByteArray damaged = file.readAll();
+    EXPECT_EQ(leftLines(folder.path()), QStringList({u"first"_s, u"second"_s}));
+    EXPECT_FALSE(file.exists());
+    // Lengths that lie, in both halves.
+    const QByteArray text(reinterpret_cast<const char*>(u"second"), 12);
+    for (const QByteArray& lie : {QByteArray("\xff\xff\xff\xff"), QByteArray("\xff\x01\0\0", 4)}) {
+        damaged.replace(damaged.indexOf(text) - 4, 4, lie);
+        QFile torn(folder.path() + name);
+        ASSERT_TRUE(torn.open(QIODevice::WriteOnly));
+        torn.write(damaged);
+        torn.close();
+        EXPECT_EQ(leftLines(folder.path()), QStringList({u"first"_s}));
+    }
+    { const auto spool = platform::LogSpool::make(folder.path()); }
+    EXPECT_TRUE(QDir(folder.path()).isEmpty()) << "nothing was left";
+}
+
 /// A disk that does not answer until it is let.
 struct StuckDisk {
     std::promise<void> answer;

@@ -34,23 +34,16 @@ QByteArray quoted(const QString& text) {
     return out + '"';
 }
 
-/// What is the same in all entries of this process: who wrote them.
-struct Writer {
-    QString path = QFile::symLinkTarget(u"/proc/self/exe"_s);
-    QString name = path.sliced(path.lastIndexOf(u'/') + 1);
-    QByteArray quotedPath = quoted(path);
-};
-
-const Writer& writer() {
-    static const Writer instance;
-    return instance;
-}
-
 QByteArray member(const char* key, const QByteArray& value) {
     return QByteArray(",\"") + key + "\":" + value;
 }
 
 }  // namespace
+
+LogOrigin ownLogOrigin() {
+    static const QString path = QFile::symLinkTarget(u"/proc/self/exe"_s);
+    return {getpid(), path};
+}
 
 std::int64_t logClock() {
     timespec now{};
@@ -92,19 +85,20 @@ QByteArray logMessageType(LogLevel level) {
     return "Default";
 }
 
-QByteArray encodedLogRecord(const LogRecord& record) {
+QByteArray encodedLogRecord(const LogRecord& record, const LogOrigin& origin) {
     const QString message = record.line.size() <= longestMessage
                                 ? record.line
                                 : record.line.first(longestMessage) + u'…';
     const QString category = logCategory(record.line);
-    const QString& sender = category.isEmpty() ? writer().name : category;
+    const QString sender =
+        category.isEmpty() ? origin.path.sliced(origin.path.lastIndexOf(u'/') + 1) : category;
     return "{\"timestamp\":\"" + logTimestamp(record.microseconds) + '"' +
            member("eventType", "\"logEvent\"") +
            member("messageType", '"' + logMessageType(record.level) + '"') +
            member("subsystem", "\"com.tarnworks.Orlop\"") + member("category", quoted(category)) +
            member("eventMessage", quoted(message)) +
-           member("processID", QByteArray::number(static_cast<qint64>(getpid()))) +
-           member("processImagePath", writer().quotedPath) +
+           member("processID", QByteArray::number(origin.processID)) +
+           member("processImagePath", quoted(origin.path)) +
            member("senderImagePath", quoted(u"/Orlop/"_s + sender)) + "}\n";
 }
 

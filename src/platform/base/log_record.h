@@ -15,6 +15,14 @@ struct LogRecord {
     QString line;
 };
 
+/// Who logged a line.
+struct LogOrigin {
+    qint64 processID = 0;
+    QString path;  ///< Of the program.
+};
+
+[[nodiscard]] LogOrigin ownLogOrigin();
+
 /// UTC with microseconds, as `yyyy-MM-dd HH:mm:ss.SSSSSSZ` reads it. Texts of this form order as
 /// their moments do.
 [[nodiscard]] QByteArray logTimestamp(std::int64_t microseconds);
@@ -29,6 +37,7 @@ struct LogRecord {
 /// One JSON object on one line, with its line feed; the key "timestamp" is the first, so that an
 /// entry behind one that was cut short by a crash can be found. Of a message longer than 16 KiB
 /// characters, the beginning.
-[[nodiscard]] QByteArray encodedLogRecord(const LogRecord& record);
+[[nodiscard]] QByteArray encodedLogRecord(const LogRecord& record,
+                                          const LogOrigin& origin = ownLogOrigin());
 
 }  // namespace platform

@@ -1,5 +1,6 @@
 #include "platform/base/log_writer.h"
 
+#include <QDir>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
@@ -7,6 +8,7 @@
 #include <utility>
 
 #include "platform/base/log_store.h"
+#include "platform/files/files.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -18,12 +20,15 @@ struct LogWriter::Shared {
     std::mutex lock;                 ///< Guards all below.
     std::condition_variable hasWork, hasEnded;
     std::vector<LogRecord> waiting;
+    std::unique_ptr<LogSpool> spool;  ///< Null: none.
     std::size_t lost = 0;
     bool isIdle = false, isEnding = false, isOver = false;
 
     /// What has come since the last call; empty: it is time to end.
     std::vector<LogRecord> take() {
         std::unique_lock guard(lock);
+        if (spool)
+            spool->dropTaken();
         isIdle = true;
         hasWork.wait(guard, [this] { return !waiting.empty() || isEnding; });
         isIdle = false;
@@ -33,6 +38,8 @@ struct LogWriter::Shared {
                  u"%1 lines were not written: the disk does not keep up"_s.arg(lost)});
             lost = 0;
         }
+        if (spool)
+            spool->take();
         return std::exchange(waiting, {});
     }
 
@@ -49,7 +56,9 @@ struct LogWriter::Shared {
     }
 };
 
-LogWriter::LogWriter(std::vector<LogOutput> outputs) : shared_(std::make_shared<Shared>()) {
+LogWriter::LogWriter(std::vector<LogOutput> outputs, std::unique_ptr<LogSpool> spool)
+    : shared_(std::make_shared<Shared>()) {
+    shared_->spool = std::move(spool);
     std::erase_if(outputs, [](const LogOutput& output) { return !output; });
     shared_->outputs = std::move(outputs);
     thread_ = std::make_unique<std::thread>([shared = shared_] { shared->run(); });
@@ -77,6 +86,8 @@ void LogWriter::write(LogLevel level, const QString& line) {
         return;
     }
     shared.waiting.push_back({now, level, line});
+    if (shared.spool)
+        shared.spool->add(shared.waiting.back());
     // Waking costs more than all the rest: once for each time that it sleeps.
     if (std::exchange(shared.isIdle, false))
         shared.hasWork.notify_one();
@@ -88,9 +99,18 @@ LogOutput logStoreOutput(const QString& folder) {
     };
 }
 
-ProgramLog::ProgramLog()
-    : writer_(std::make_shared<LogWriter>(
-          std::vector<LogOutput>{logStoreOutput(logStoreFolder()), journalOutput()})) {
+void recoverLogLines(const QString& folder) {
+    LogStore store(folder);
+    takeLeftLogLines(runtimeFolder(), [&](const LogRecord& record, const LogOrigin& origin) {
+        return store.append(encodedLogRecord(record, origin));
+    });
+}
+
+ProgramLog::ProgramLog() {
+    recoverLogLines(logStoreFolder());
+    std::vector<LogOutput> outputs{logStoreOutput(logStoreFolder()), journalOutput()};
+    QDir().mkpath(runtimeFolder());
+    writer_ = std::make_shared<LogWriter>(std::move(outputs), LogSpool::make(runtimeFolder()));
     addLogSink(writer_);
 }
 
