@@ -819,14 +819,23 @@
             <translation>Download fehlgeschlagen</translation>
         </message>
         <message>
-            <location filename="../../src/app/queue/missing_volumes.cpp" />
-            <source>%@ cannot go on: what has come of it lies on %@, which is not available.</source>
-            <translation>%@ kann nicht fortgesetzt werden: Was davon da ist, liegt auf %@ und ist nicht verfügbar.</translation>
+            <location filename="../../src/app/queue/missing_volume_alert_controller.cpp" />
+            <source>(Unknown)</source>
+            <translation>(Unbekannt)</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/queue/missing_volume_alert_controller.cpp" />
+            <source>The partial download files for the following downloads are on volumes that are currently not available:
+
+%@</source>
+            <translation>Die Teildateien der folgenden Downloads liegen auf Datenträgern, die zurzeit nicht verfügbar sind:
+
+%@</translation>
         </message>
         <message>
             <location filename="../../src/app/queue/missing_volumes.cpp" />
-            <source>%@ downloads cannot go on: what has come of them lies on %@, which is not available.</source>
-            <translation>%@ Downloads können nicht fortgesetzt werden: Was davon da ist, liegt auf %@ und ist nicht verfügbar.</translation>
+            <source>%@ cannot go on: what has come of it lies on %@, which is not available.</source>
+            <translation>%@ kann nicht fortgesetzt werden: Was davon da ist, liegt auf %@ und ist nicht verfügbar.</translation>
         </message>
         <message>
             <location filename="../../src/app/queue/queue_archive.cpp" />
@@ -1938,7 +1947,7 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>Drop tar&amp;get:</source>
-            <translation>Ablage&amp;ziel:</translation>
+            <translation>Ablagezie&amp;l:</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
@@ -2512,8 +2521,18 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/window/desktop_windows.cpp" />
+            <source>%1 can go on: its volume is back.</source>
+            <translation>%1 kann weitergehen: Der Datenträger ist wieder da.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/desktop_windows.cpp" />
             <source>%1 could not be moved to the trash and is still there.</source>
             <translation>%1 konnte nicht in den Papierkorb verschoben werden und ist noch da.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/desktop_windows.cpp" />
+            <source>%1 downloads can go on: their volume is back.</source>
+            <translation>%1 Downloads können weitergehen: Ihr Datenträger ist wieder da.</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/desktop_windows.cpp" />
@@ -2524,6 +2543,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/window/desktop_windows.cpp" />
             <source>H&amp;istory</source>
             <translation>&amp;Verlauf</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/desktop_windows.cpp" />
+            <source>Resume</source>
+            <translation>Fortsetzen</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/desktop_windows.cpp" />
@@ -2544,6 +2568,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/window/main_window.cpp" />
             <source>Already in the list</source>
             <translation>Schon in der Liste</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/notice_bars.cpp" />
+            <source>Close</source>
+            <translation>Schließen</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/url_panel.cpp" />

@@ -1,8 +1,13 @@
 #pragma once
 
 #include <memory>
+#include <vector>
 
 #include "app/commands/commands.h"
+
+namespace engine {
+class DQDownload;
+}
 
 namespace ui {
 
@@ -27,6 +32,7 @@ private:
     void makeHistoryMenu();
     void provideLogCommands();
     void tellProblems();
+    void offerToResume(const std::vector<std::shared_ptr<engine::DQDownload>>& downloads);
     void explainShortcut(const QString& section);
     void showPreferencesSection(const QString& section);
 
