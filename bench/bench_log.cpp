@@ -21,7 +21,8 @@ const QString line =
 void appendLine(benchmark::State& state) {
     const QTemporaryDir folder;
     const auto writer = std::make_shared<platform::LogWriter>(
-        std::vector<platform::LogOutput>{platform::logStoreOutput(folder.path())});
+        std::vector<platform::LogOutput>{platform::logStoreOutput(folder.path())},
+        platform::LogSpool::make(folder.path()));
     platform::addLogSink(writer);
     for (auto _ : state)
         platform::log(line);

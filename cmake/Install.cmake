@@ -16,6 +16,10 @@ endforeach()
 set(resources "${CMAKE_SOURCE_DIR}/resources")
 install(FILES "${resources}/completion/orlop-log.bash"
         DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" RENAME orlop-log)
+install(FILES "${resources}/completion/_orlop-log"
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/site-functions")
+install(FILES "${resources}/completion/orlop-log.fish"
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d")
 install(FILES "${resources}/desktop/com.tarnworks.Orlop.desktop"
         DESTINATION "${CMAKE_INSTALL_DATADIR}/applications")
 install(FILES "${resources}/desktop/com.tarnworks.Orlop.metainfo.xml"

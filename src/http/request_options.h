@@ -37,6 +37,7 @@ struct RequestOptions {
     // For the caller's own use.
     QVariantMap userInfo;
     std::int64_t tag = 0;
+    bool isDebugLogged = false;  ///< Writes its debug lines whether "DQDebugLog" is on or not.
 
     // Headers and cookies.
     platform::HTTPHeaders requestHeaders;

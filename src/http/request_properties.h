@@ -124,6 +124,8 @@ public:
     void setShouldUseRFC2616RedirectBehaviour(bool value) {
         set(&RequestOptions::shouldUseRFC2616RedirectBehaviour, value);
     }
+    [[nodiscard]] bool isDebugLogged() const { return get(&RequestOptions::isDebugLogged); }
+    void setDebugLogged(bool value) { set(&RequestOptions::isDebugLogged, value); }
     [[nodiscard]] bool followsPermanentRedirect() const {
         return get(&RequestOptions::followsPermanentRedirect);
     }

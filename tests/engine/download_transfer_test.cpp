@@ -31,6 +31,20 @@ TEST_F(TransferTest, FileArrivesWholeAndLeavesNothingBehind) {
         EXPECT_FALSE(platform::extendedAttribute(download->path(), mark));
 }
 
+TEST_F(TransferTest, LogsInDetailTheOneThatIsToBe) {
+    const support::LogRecorder recorder;
+    platform::setDebugLogEnabled(false);
+    serve(patternedBytes(10));
+    run(add());
+    EXPECT_EQ(recorder.lines(), QStringList());
+    const auto download = add();
+    download->setDebugLogged(true);
+    run(download);
+    for (const QString& part :
+         {u"user agent: "_s, u"status code: 200"_s, u"- response headers: "_s})
+        EXPECT_TRUE(recorder.contains(part)) << part.toStdString();
+}
+
 TEST_F(TransferTest, ChosenFileIsKeptThoughItsFolderIsYetToBeMade) {
     const QString chosen = path(u"new/folder/mine.bin"_s);
     for (const int size : {10, 3 << 20}) {

@@ -2,6 +2,7 @@
 #include <optional>
 
 #include "http_fixture.h"
+#include "support/log_recorder.h"
 
 namespace http_test {
 namespace {
@@ -68,8 +69,14 @@ TEST_F(ProxyTest, TheFirstChoiceOfTheSystemIsKeptForRedirects) {
     settings->answer->front().proxy.password = u"pw"_s;
     other.serve("http://first.invalid/a",
                 {.status = 302, .headers = {{"Location", "http://second.invalid/b"}}});
+    const support::LogRecorder log;
+    platform::setDebugLogEnabled(false);
     const auto made = observedRequest(u"http://first.invalid/a"_s);
+    made->setDebugLogged(true);
     run(made);
+    EXPECT_EQ(log.lines().size(), 1);
+    EXPECT_TRUE(
+        log.contains(u"proxy for first.invalid: "_s + http::proxyTypeHTTP + u" 127.0.0.1"_s));
     EXPECT_EQ(made->responseData(), "body");
     EXPECT_EQ(target(other), "http://second.invalid/b");
     EXPECT_EQ(settings->asked, std::vector<std::string>{"http://first.invalid/a"});

@@ -94,8 +94,9 @@ void applyRequestSettings(const DQDownload& download, WorkerRequest& request) {
         return;
     }
     const QVariantMap captured = settings.value(keys::request).toMap();
-    platform::debugLog(
-        [&] { return u"using request: %1"_s.arg(captured.value(keys::requestMethod).toString()); });
+    debugLog(download, [&] {
+        return u"using request: %1"_s.arg(captured.value(keys::requestMethod).toString());
+    });
     request.requestMethod = captured.value(keys::requestMethod).toString();
     if (captured.contains(keys::requestAllHeaders))
         request.requestHeaders =

@@ -2,6 +2,7 @@
 
 #include "engine/context.h"
 #include "engine/environment.h"
+#include "engine/workers/debug_log.h"
 #include "engine/workers/user_agent.h"
 #include "http/http_request.h"
 #include "links/names/content_disposition.h"
@@ -35,7 +36,6 @@ platform::HTTPHeaders headersFor(const WorkerRequest& request,
     removeForeignNegotiation(headers);
     if (!headers.contains(u"User-Agent"_s)) {
         const auto agent = userAgentForURL(request.url, defaults);
-        platform::debugLog([&] { return u"user agent: %1"_s.arg(agent.value_or(u"-"_s)); });
         if (agent)
             headers.set(u"User-Agent"_s, *agent);
     }
@@ -86,11 +86,15 @@ bool DQHTTPRequestDownloadWorker::startWithRequest(const WorkerRequest& request,
     _downloadRequest->setFollowsPermanentRedirect(true);
     _downloadRequest->setTimeOutSeconds(timeOut);
     _downloadRequest->setCachePolicy(cachePolicy);
+    _downloadRequest->setDebugLogged(isDebugLogged());
     if (!request.requestMethod.isEmpty())
         _downloadRequest->setRequestMethod(request.requestMethod);
     if (!request.requestBody.isEmpty())
         _downloadRequest->setPostBody(request.requestBody);
     platform::HTTPHeaders headers = headersFor(request, context().defaults);
+    debugLog(*this, [&] {
+        return u"user agent: %1"_s.arg(headers.value(u"User-Agent"_s).value_or(u"-"_s));
+    });
     setRange(headers, range, request.rangeValidator);
     _downloadRequest->setRequestHeaders(std::move(headers));
     _downloadRequest->startAsynchronous();

@@ -113,11 +113,11 @@ void ProxyConfiguration::use(const HTTPProxy& proxy) {
     options.proxyHost = proxy.host;
     options.proxyPort = proxy.port;
     options.proxyType = proxyTypeOf(proxy.kind, parts_.state.url);
-    platform::debugLog([&] {
-        return u"proxy for %1: %2 %3:%4"_s
-            .arg(parts_.state.url.host(), options.proxyType, proxy.host)
-            .arg(proxy.port);
-    });
+    if (options.isDebugLogged || platform::isDebugLogEnabled()) {
+        platform::writeDebugLine(
+            u"proxy for %1: %2 %3:%4"_s.arg(parts_.state.url.host(), options.proxyType, proxy.host)
+                .arg(proxy.port));
+    }
     if (proxy.user.isEmpty() || !options.proxyUsername.isEmpty())
         return;
     options.proxyUsername = proxy.user;
