@@ -34,7 +34,8 @@ class VolumeTest(SystemTest):
         run = self.start("-Downloads Folder", VOLUME,
                          *(self.server.url(f"/rate/100000/{name}") for name in names),
                          environment={"STICK": str(self.stick)})
-        wait_until(lambda: len(list(self.stick.glob("*.orlop/*.bin"))) == len(names), 30,
+        wait_until(lambda: sum(path.stat().st_size > 0
+                               for path in self.stick.glob("*.orlop/*.bin")) == len(names), 30,
                    "partial files")
         self.home.interrupt(run)
         self.home.result(run)

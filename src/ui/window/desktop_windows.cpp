@@ -5,6 +5,7 @@
 #include "app/commands/bulk_commands.h"
 #include "app/history/historian.h"
 #include "app/main_controller.h"
+#include "desktop/announcements/aih_announcer.h"
 #include "engine/lifecycle/download.h"
 #include "platform/base/user_defaults.h"
 #include "ui/commands/main_menu.h"
@@ -46,6 +47,9 @@ DesktopWindows::DesktopWindows(app::DQMainController& controller, DesktopFrontEn
     frontEnd.setPreferences([this](const QString& section) { showPreferencesSection(section); });
     statusItems_ = std::make_unique<StatusItems>(commands_, frontEnd.icon());
     frontEnd.setStatusItems(statusItems_.get());
+    announcer_ = std::make_unique<desktop::AIHAnnouncer>(commands_.surroundings().defaults);
+    QObject::connect(&frontEnd.icon(), &desktop::ApplicationIcon::changed, announcer_.get(),
+                     &desktop::AIHAnnouncer::announceImage);
 }
 
 DesktopWindows::~DesktopWindows() {

@@ -9,6 +9,10 @@ namespace engine {
 class DQDownload;
 }
 
+namespace desktop {
+class AIHAnnouncer;
+}
+
 namespace ui {
 
 class DesktopFrontEnd;
@@ -42,6 +46,7 @@ private:
     std::unique_ptr<SettingsWindow> preferencesWindow;
     std::unique_ptr<LogWindow> logWindow_;
     std::unique_ptr<StatusItems> statusItems_;
+    std::unique_ptr<desktop::AIHAnnouncer> announcer_;
 };
 
 }  // namespace ui
