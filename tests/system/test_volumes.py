@@ -95,7 +95,7 @@ class VolumeTest(SystemTest):
     def assert_completed(self):
         wait_until(lambda: self.home.finished() == ["far.bin"], 60, "the file")
         self.assert_downloaded("far.bin", self.server.content / "far.bin")
-        self.assertEqual(list(self.stick.iterdir()), [])
+        wait_until(lambda: not list(self.stick.iterdir()), 30, "the end of the bundle")
 
 
 if __name__ == "__main__":
