@@ -824,14 +824,23 @@
             <translation>Download fehlgeschlagen</translation>
         </message>
         <message>
-            <location filename="../../src/app/queue/missing_volumes.cpp" />
-            <source>%@ cannot go on: what has come of it lies on %@, which is not available.</source>
-            <translation>%@ kann nicht fortgesetzt werden: Was davon da ist, liegt auf %@ und ist nicht verfügbar.</translation>
+            <location filename="../../src/app/queue/missing_volume_alert_controller.cpp" />
+            <source>(Unknown)</source>
+            <translation>(Unbekannt)</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/queue/missing_volume_alert_controller.cpp" />
+            <source>The partial download files for the following downloads are on volumes that are currently not available:
+
+%@</source>
+            <translation>Die Teildateien der folgenden Downloads liegen auf Datenträgern, die zurzeit nicht verfügbar sind:
+
+%@</translation>
         </message>
         <message>
             <location filename="../../src/app/queue/missing_volumes.cpp" />
-            <source>%@ downloads cannot go on: what has come of them lies on %@, which is not available.</source>
-            <translation>%@ Downloads können nicht fortgesetzt werden: Was davon da ist, liegt auf %@ und ist nicht verfügbar.</translation>
+            <source>%@ cannot go on: what has come of it lies on %@, which is not available.</source>
+            <translation>%@ kann nicht fortgesetzt werden: Was davon da ist, liegt auf %@ und ist nicht verfügbar.</translation>
         </message>
         <message>
             <location filename="../../src/app/queue/queue_archive.cpp" />
@@ -1912,6 +1921,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Always</source>
+            <translation>Immer</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>Always by the type of the content</source>
             <translation>Immer nach dem Typ des Inhalts</translation>
         </message>
@@ -1939,6 +1953,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>Download pages:</source>
             <translation>Download-Seiten:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Drop tar&amp;get:</source>
+            <translation>Ablagezie&amp;l:</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
@@ -1972,8 +1991,38 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Never</source>
+            <translation>Nie</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>Not allowed</source>
             <translation>Nicht erlaubt</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Not now...</source>
+            <translation>Jetzt nicht ...</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Sho&amp;w Orlop in:</source>
+            <translation>Orlop &amp;zeigen in:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Status item</source>
+            <translation>Statussymbol</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Task bar</source>
+            <translation>Fensterleiste</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Task bar and status item</source>
+            <translation>Fensterleiste und Statussymbol</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
@@ -1982,8 +2031,18 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>The window opens from the status item's menu and by a click on the drop target, a small window that takes addresses and can be dragged to any place.</source>
+            <translation>Das Fenster öffnet sich aus dem Menü des Statussymbols und durch einen Klick auf das Ablageziel, ein kleines Fenster, das Adressen annimmt und sich überallhin ziehen lässt.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>This counts from the next start of Orlop.</source>
             <translation>Das gilt ab dem nächsten Start von Orlop.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Understood</source>
+            <translation>Verstanden</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
@@ -2007,8 +2066,18 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>With the status item</source>
+            <translation>Mit dem Statussymbol</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>Without &amp;bandwidth limit and its controls</source>
             <translation>Ohne &amp;Bandbreitenlimit und seine Bedienelemente</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Your desktop shows no status items at the moment.</source>
+            <translation>Ihre Arbeitsumgebung zeigt im Moment keine Statussymbole.</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/behaviors_section.cpp" />
@@ -2069,11 +2138,6 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/settings/behaviors_section.cpp" />
             <source>Keeps Orlop running</source>
             <translation>Orlop läuft weiter</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/settings/behaviors_section.cpp" />
-            <source>Never</source>
-            <translation>Nie</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/behaviors_section.cpp" />
@@ -2371,6 +2435,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>Unbegrenzt</translation>
         </message>
         <message>
+            <location filename="../../src/ui/status/drop_target.cpp" />
+            <source>Orlop Drop Target</source>
+            <translation>Orlop-Ablageziel</translation>
+        </message>
+        <message>
             <location filename="../../src/ui/structured/structured_text_edit.cpp" />
             <source>Format</source>
             <translation>Formatieren</translation>
@@ -2472,8 +2541,18 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/window/desktop_windows.cpp" />
+            <source>%1 can go on: its volume is back.</source>
+            <translation>%1 kann weitergehen: Der Datenträger ist wieder da.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/desktop_windows.cpp" />
             <source>%1 could not be moved to the trash and is still there.</source>
             <translation>%1 konnte nicht in den Papierkorb verschoben werden und ist noch da.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/desktop_windows.cpp" />
+            <source>%1 downloads can go on: their volume is back.</source>
+            <translation>%1 Downloads können weitergehen: Ihr Datenträger ist wieder da.</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/desktop_windows.cpp" />
@@ -2484,6 +2563,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/window/desktop_windows.cpp" />
             <source>H&amp;istory</source>
             <translation>&amp;Verlauf</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/desktop_windows.cpp" />
+            <source>Resume</source>
+            <translation>Fortsetzen</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/desktop_windows.cpp" />
@@ -2504,6 +2588,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/window/main_window.cpp" />
             <source>Already in the list</source>
             <translation>Schon in der Liste</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/notice_bars.cpp" />
+            <source>Close</source>
+            <translation>Schließen</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/url_panel.cpp" />
