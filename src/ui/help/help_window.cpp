@@ -75,7 +75,7 @@ HelpWindow::HelpWindow(platform::UserDefaults& defaults, std::function<QString()
     connect(quickAccess_, &QuickAccessBar::chosen, this, open);
     connect(browser_, &QTextBrowser::anchorClicked, this, &HelpWindow::follow);
     connect(browser_, &QTextBrowser::sourceChanged, this,
-            [this] { setCurrentPageRepresentation(); });
+            [this](const QUrl& url) { setCurrentPageRepresentation(manager_.relativePathOf(url)); });
     addKeys();
     resize(windowDefaultContentSizeForScreen(QWidget::screen()));
     browser_->setFocus();
@@ -252,9 +252,8 @@ void HelpWindow::followDefaultLink(const QString& link) {
         change.revert(defaults_);
 }
 
-void HelpWindow::setCurrentPageRepresentation() {
+void HelpWindow::setCurrentPageRepresentation(const QString& path) {
     const auto& pages = manager_.pageRepresentations();
-    const QString path = currentRelativePath();
     const auto page =
         std::find_if(pages.begin(), pages.end(),
                      [&](const help::HelpPage& candidate) { return candidate.path == path; });
