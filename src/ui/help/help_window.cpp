@@ -215,6 +215,7 @@ void HelpWindow::suggest(const QString& query) {
 void HelpWindow::selectSearchSuggestion(const QString& title) {
     for (const help::HelpItem& item : manager_.itemsWithSearchString(query_, 0)) {
         if (item.title == title) {
+            searchField->setText(query_);
             openPageAtRelativePath(item.path, {}, item.words);
             return;
         }
