@@ -314,20 +314,4 @@ TEST(ArchiveWriter, WritesTheLatestOfManyAndFinishesBeforeItGoes) {
     EXPECT_LT(reports, 300);
 }
 
-TEST_F(QueueFile, QuittingPausesManyAsOne) {
-    QStringList names;
-    for (int i = 0; i < 300; ++i)
-        names.append(QString::number(i));
-    add(names);
-    controller->changeSorting(2);
-    for (const engine::DownloadPtr& each : controller->downloads())
-        each->addToQueue();
-    main.settle();
-    frontEnd.onConfirm = [](const auto&) { return true; };
-    const int reloads = frontEnd.reloads;
-    EXPECT_TRUE(controller->writeArchiveBeforeQuitting(true));
-    EXPECT_LE(frontEnd.reloads - reloads, 2);
-    EXPECT_EQ(controller->queue().tally().count(engine::activeStatuses), 0);
-}
-
 }  // namespace
