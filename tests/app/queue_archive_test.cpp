@@ -7,6 +7,7 @@
 #include "app/settings.h"
 #include "core_fixture.h"
 #include "engine/settings.h"
+#include "support/no_descriptors.h"
 
 using namespace Qt::Literals::StringLiterals;
 namespace keys = engine::keys;
@@ -115,6 +116,23 @@ TEST_F(QueueFile, KeepsAFileAsideThatItCannotUnderstand) {
     }
     EXPECT_TRUE(controller->shouldQuit());
     EXPECT_TRUE(QFile::exists(partial)) << "what the kept file refers to";
+}
+
+TEST_F(QueueFile, LeavesAloneWhatItCannotRead) {
+    int told = 0;
+    QObject::connect(controller.get(), &app::DQMainController::queueFileDamaged, controller.get(),
+                     [&](const QString& path) { told += path.isEmpty() ? 1 : 0; });
+    const QByteArray good =
+        platform::writePropertyList(QVariantList{QVariantMap{{keys::url, address(u"a"_s)}}});
+    writeQueue(good);
+    {
+        const support::NoDescriptors none;
+        controller->readQueue();
+    }
+    EXPECT_EQ(told, 1);
+    add({u"b"_s});
+    EXPECT_TRUE(controller->shouldQuit());
+    EXPECT_EQ(platform::readFile(queuePath(), 1 << 20).data, good);
 }
 
 /// Killed after the first bytes had come, before the file told of them.
