@@ -163,7 +163,7 @@ TEST_F(HistoryTest, LeavesAloneAFileThatItCannotRead) {
     }
     add({u"a"_s});
     historian->add(*download(u"a"_s));
-    historian->finish();
+    historian.reset();
     EXPECT_EQ(platform::readFile(path(), 1 << 20).data, good);
 }
 
