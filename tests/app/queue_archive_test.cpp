@@ -251,6 +251,7 @@ TEST_F(QueueFile, SaysThatItCannotBeWritten) {
     ASSERT_TRUE(QDir().mkpath(queuePath() + u"/in the way"_s));
     add({u"a"_s});
     EXPECT_TRUE(main.waitUntil([&] { return !reason.isEmpty(); }));
+    EXPECT_EQ(reason, u"A folder lies in its place."_s);
     EXPECT_EQ(controller->numberOfDownloads(), 1);
 }
 

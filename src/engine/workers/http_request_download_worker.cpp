@@ -52,6 +52,15 @@ void setRange(platform::HTTPHeaders& headers, const QString& range, const QStrin
         headers.set(u"If-Range"_s, validator);
 }
 
+/// It wants credentials without saying which (RFC 9110, 11.6.1 and 11.7.1), so that no other answer
+/// can follow.
+bool asksForNothing(const http::HTTPResponse& answer) {
+    constexpr int unauthorized = 401, proxyAuthenticationRequired = 407;
+    return (answer.statusCode == unauthorized && !answer.headers.contains(u"WWW-Authenticate"_s)) ||
+           (answer.statusCode == proxyAuthenticationRequired &&
+            !answer.headers.contains(u"Proxy-Authenticate"_s));
+}
+
 /// With a transfer coding, "Content-Length" does not count (RFC 9112, 6.3). 0: unknown.
 qint64 announcedLength(const platform::HTTPHeaders& headers) {
     if (headers.contains(u"Transfer-Encoding"_s))
@@ -110,6 +119,7 @@ void DQHTTPRequestDownloadWorker::requestDidReceiveResponseHeaders(
     http::HTTPRequest&, const http::HTTPResponse& answer) {
     const auto keep = shared_from_this();
     statusCode_ = answer.statusCode;
+    lacksChallenge_ = asksForNothing(answer);
     // Whatever sent the request again: what has been written belongs to another answer.
     if (downloadedBytes() > 0)
         return stopWithError(makeWorkerError(
@@ -223,12 +233,15 @@ void DQHTTPRequestDownloadWorker::requestFinished(http::HTTPRequest&) {
                 .arg(expectedBytes())));
     // What is on disk from before must not pass for the file.
     if (!isStoringAnswer() && hasRange())
-        return failWithError(makeWorkerError(WorkerErrorCode::WrongPart,
+        return failWithError(makeWorkerError(WorkerErrorCode::NotGiven,
                                              u"%1 was not given its part"_s.arg(description())));
     finish();
 }
 
 void DQHTTPRequestDownloadWorker::requestFailed(http::HTTPRequest& request) {
+    // The client can only say that it has nothing to answer; the status says more.
+    if (lacksChallenge_)
+        return requestFinished(request);
     const auto keep = shared_from_this();
     const platform::Error error = request.error().value_or(platform::Error{});
     cleanUpActiveRequest(false);

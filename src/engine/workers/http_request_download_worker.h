@@ -59,6 +59,7 @@ private:
     std::shared_ptr<PartialFile> _downloadFile;  ///< Null before the first byte.
     bool isStoreOffered_ = false;
     int statusCode_ = 0;
+    bool lacksChallenge_ = false;
 };
 
 }  // namespace engine
