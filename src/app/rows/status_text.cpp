@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "app/failures/failure_sentence.h"
 #include "engine/queue/download_queue.h"
 #include "engine/record/known_file.h"
 #include "engine/settings.h"
@@ -148,10 +149,17 @@ QString StatusTexts::waitingText(const DQDownload& download, bool live) const {
 
 QString StatusTexts::stoppedText(const DQDownload& download, bool live) const {
     QString text = localized("Pending");
-    if (download.userSettings().contains(keys::responseURL))
-        text = download.isInterrupted() ? withDetail(localized("Interrupted"), keptText(download))
-                                        : localized("Paused");
-    return live ? text + pausedHostDescription(download) : text;
+    QString detail;
+    if (download.userSettings().contains(keys::responseURL)) {
+        text = download.isInterrupted() ? localized("Interrupted") : localized("Paused");
+        detail = download.isInterrupted() ? keptText(download) : QString();
+    }
+    if (!live)
+        return withDetail(text, detail);
+    // A row that has failed must not look like one that waits for its user.
+    if (detail.isEmpty() && download.isInterrupted() && download.lastError())
+        detail = failureSentence(*download.lastError(), {});
+    return withDetail(text + pausedHostDescription(download), detail);
 }
 
 QString StatusTexts::anonymizedHost(const QString& host) const {
