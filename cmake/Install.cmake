@@ -20,6 +20,8 @@ install(FILES "${resources}/completion/_orlop-log"
         DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/site-functions")
 install(FILES "${resources}/completion/orlop-log.fish"
         DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d")
+install(FILES "${resources}/dbus/com.tarnworks.AIH.xml"
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/dbus-1/interfaces")
 install(FILES "${resources}/desktop/com.tarnworks.Orlop.desktop"
         DESTINATION "${CMAKE_INSTALL_DATADIR}/applications")
 install(FILES "${resources}/desktop/com.tarnworks.Orlop.metainfo.xml"

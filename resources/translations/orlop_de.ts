@@ -200,6 +200,11 @@
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Search the Manual...</source>
+            <translation>Im Handbuch &amp;suchen …</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
             <source>&amp;Settings...</source>
             <translation>E&amp;instellungen …</translation>
         </message>
@@ -859,14 +864,23 @@
             <translation>Download fehlgeschlagen</translation>
         </message>
         <message>
-            <location filename="../../src/app/queue/missing_volumes.cpp" />
-            <source>%@ cannot go on: what has come of it lies on %@, which is not available.</source>
-            <translation>%@ kann nicht fortgesetzt werden: Was davon da ist, liegt auf %@ und ist nicht verfügbar.</translation>
+            <location filename="../../src/app/queue/missing_volume_alert_controller.cpp" />
+            <source>(Unknown)</source>
+            <translation>(Unbekannt)</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/queue/missing_volume_alert_controller.cpp" />
+            <source>The partial download files for the following downloads are on volumes that are currently not available:
+
+%@</source>
+            <translation>Die Teildateien der folgenden Downloads liegen auf Datenträgern, die zurzeit nicht verfügbar sind:
+
+%@</translation>
         </message>
         <message>
             <location filename="../../src/app/queue/missing_volumes.cpp" />
-            <source>%@ downloads cannot go on: what has come of them lies on %@, which is not available.</source>
-            <translation>%@ Downloads können nicht fortgesetzt werden: Was davon da ist, liegt auf %@ und ist nicht verfügbar.</translation>
+            <source>%@ cannot go on: what has come of it lies on %@, which is not available.</source>
+            <translation>%@ kann nicht fortgesetzt werden: Was davon da ist, liegt auf %@ und ist nicht verfügbar.</translation>
         </message>
         <message>
             <location filename="../../src/app/queue/queue_archive.cpp" />
@@ -1124,6 +1138,51 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/engine/record/download_identity.cpp" />
             <source>File "%@"</source>
             <translation>Datei „%@“</translation>
+        </message>
+        <message>
+            <location filename="../../src/help/default_link.cpp" />
+            <source>%@ is now set to %@.</source>
+            <translation>%@ ist jetzt %@.</translation>
+        </message>
+        <message>
+            <location filename="../../src/help/default_link.cpp" />
+            <source>%@ was already set to %@.</source>
+            <translation>%@ war schon %@.</translation>
+        </message>
+        <message>
+            <location filename="../../src/help/default_link.cpp" />
+            <source>(No Value)</source>
+            <translation>(Kein Wert)</translation>
+        </message>
+        <message>
+            <location filename="../../src/help/default_link.cpp" />
+            <source>No</source>
+            <translation>Nein</translation>
+        </message>
+        <message>
+            <location filename="../../src/help/default_link.cpp" />
+            <source>Revert to %@</source>
+            <translation>Zurück zu %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/help/default_link.cpp" />
+            <source>That didn't do anything</source>
+            <translation>Das hat nichts geändert</translation>
+        </message>
+        <message>
+            <location filename="../../src/help/default_link.cpp" />
+            <source>User default updated</source>
+            <translation>Einstellung geändert</translation>
+        </message>
+        <message>
+            <location filename="../../src/help/default_link.cpp" />
+            <source>Yes</source>
+            <translation>Ja</translation>
+        </message>
+        <message>
+            <location filename="../../src/help/help_manager.cpp" />
+            <source>%@ Help</source>
+            <translation>%@-Hilfe</translation>
         </message>
         <message>
             <location filename="../../src/links/format/byte_counts.cpp" />
@@ -1416,89 +1475,44 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>Version %@</translation>
         </message>
         <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
-            <source>A rule sends downloads from certain hosts or of certain types to a folder of their own and opens them with a program. Rules are listed in the File menu and in the settings.</source>
-            <translation>Eine Regel legt Downloads von bestimmten Servern oder bestimmter Art in einen eigenen Ordner und öffnet sie mit einem Programm. Die Regeln stehen im Menü „Datei“ und in den Einstellungen.</translation>
+            <location filename="../../src/ui/help/help_window.cpp" />
+            <source>Contents</source>
+            <translation>Inhalt</translation>
         </message>
         <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
-            <source>Adding downloads</source>
-            <translation>Downloads hinzufügen</translation>
+            <location filename="../../src/ui/help/help_window.cpp" />
+            <source>Search the Manual</source>
+            <translation>Im Handbuch suchen</translation>
         </message>
         <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
-            <source>An entry of the History menu opens its file and offers what else can be done with it. To search, type while the menu is open.</source>
-            <translation>Ein Eintrag im Menü „Verlauf“ öffnet seine Datei und bietet an, was sich sonst damit tun lässt. Um zu suchen, tippen Sie, während das Menü offen ist.</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
-            <source>Drag rows to put the queue in order, and finished files out of the list to wherever you need them.</source>
-            <translation>Ziehen Sie Zeilen, um die Warteschlange zu ordnen, und fertige Dateien aus der Liste dorthin, wo Sie sie brauchen.</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
-            <source>Finding a download again</source>
-            <translation>Einen Download wiederfinden</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
-            <source>Folders and rules</source>
-            <translation>Ordner und Regeln</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
-            <source>Hold Shift while pasting or dropping to choose a folder for these downloads.</source>
-            <translation>Halten Sie beim Einfügen oder Ablegen die Umschalttaste gedrückt, um für diese Downloads einen Ordner zu wählen.</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
+            <location filename="../../src/ui/help/key_tables.cpp" />
             <source>Keys in the list</source>
             <translation>Tasten in der Liste</translation>
         </message>
         <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
+            <location filename="../../src/ui/help/key_tables.cpp" />
             <source>Keys of the %@ menu</source>
             <translation>Tasten des Menüs „%@“</translation>
         </message>
         <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
-            <source>Paste addresses, drop them on the window, or enter them in the panel that Open URLs brings up. Any text will do: Orlop finds the addresses in it.</source>
-            <translation>Fügen Sie Adressen ein, ziehen Sie sie auf das Fenster oder geben Sie sie dort ein, wohin „URLs öffnen“ führt. Jeder Text ist recht: Orlop findet die Adressen darin.</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
+            <location filename="../../src/ui/help/key_tables.cpp" />
             <source>Pause or resume the selected downloads</source>
             <translation>Ausgewählte Downloads anhalten oder fortsetzen</translation>
         </message>
         <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
+            <location filename="../../src/ui/help/key_tables.cpp" />
             <source>Remove the selected downloads</source>
             <translation>Ausgewählte Downloads entfernen</translation>
         </message>
         <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
+            <location filename="../../src/ui/help/key_tables.cpp" />
             <source>Select nothing</source>
             <translation>Auswahl aufheben</translation>
         </message>
         <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
-            <source>The commands of the Queue menu are about the selected downloads, or about all that the list shows if none is selected.</source>
-            <translation>Die Befehle im Menü „Warteschlange“ betreffen die ausgewählten Downloads oder, wenn keiner ausgewählt ist, alle, die die Liste zeigt.</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
-            <source>Working with the list</source>
-            <translation>Mit der Liste arbeiten</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
-            <source>{1-20}, {01-20}, {a-f} or {front,back} in an address stands for a series.</source>
-            <translation>{1-20}, {01-20}, {a-f} oder {vorn,hinten} in einer Adresse steht für eine Reihe.</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/help/help_window.cpp" />
-            <source>Orlop Help</source>
-            <translation>Orlop-Hilfe</translation>
+            <location filename="../../src/ui/help/quick_access_bar.cpp" />
+            <source>Quick Access</source>
+            <translation>Schnellzugriff</translation>
         </message>
         <message>
             <location filename="../../src/ui/history/history_list_menu.cpp" />
@@ -1737,11 +1751,6 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/log/problem_report_dialog.cpp" />
-            <source>Contents</source>
-            <translation>Inhalt</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/log/problem_report_dialog.cpp" />
             <source>Files of the Report</source>
             <translation>Dateien des Berichts</translation>
         </message>
@@ -1962,6 +1971,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Always</source>
+            <translation>Immer</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>Always by the type of the content</source>
             <translation>Immer nach dem Typ des Inhalts</translation>
         </message>
@@ -1989,6 +2003,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>Download pages:</source>
             <translation>Download-Seiten:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Drop tar&amp;get:</source>
+            <translation>Ablagezie&amp;l:</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
@@ -2022,8 +2041,38 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Never</source>
+            <translation>Nie</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>Not allowed</source>
             <translation>Nicht erlaubt</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Not now...</source>
+            <translation>Jetzt nicht ...</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Sho&amp;w Orlop in:</source>
+            <translation>Orlop &amp;zeigen in:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Status item</source>
+            <translation>Statussymbol</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Task bar</source>
+            <translation>Fensterleiste</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Task bar and status item</source>
+            <translation>Fensterleiste und Statussymbol</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
@@ -2032,8 +2081,18 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>The window opens from the status item's menu and by a click on the drop target, a small window that takes addresses and can be dragged to any place.</source>
+            <translation>Das Fenster öffnet sich aus dem Menü des Statussymbols und durch einen Klick auf das Ablageziel, ein kleines Fenster, das Adressen annimmt und sich überallhin ziehen lässt.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>This counts from the next start of Orlop.</source>
             <translation>Das gilt ab dem nächsten Start von Orlop.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Understood</source>
+            <translation>Verstanden</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
@@ -2057,8 +2116,18 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>With the status item</source>
+            <translation>Mit dem Statussymbol</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>Without &amp;bandwidth limit and its controls</source>
             <translation>Ohne &amp;Bandbreitenlimit und seine Bedienelemente</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Your desktop shows no status items at the moment.</source>
+            <translation>Ihre Arbeitsumgebung zeigt im Moment keine Statussymbole.</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/behaviors_section.cpp" />
@@ -2119,11 +2188,6 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/settings/behaviors_section.cpp" />
             <source>Keeps Orlop running</source>
             <translation>Orlop läuft weiter</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/settings/behaviors_section.cpp" />
-            <source>Never</source>
-            <translation>Nie</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/behaviors_section.cpp" />
@@ -2426,6 +2490,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>Unbegrenzt</translation>
         </message>
         <message>
+            <location filename="../../src/ui/status/drop_target.cpp" />
+            <source>Orlop Drop Target</source>
+            <translation>Orlop-Ablageziel</translation>
+        </message>
+        <message>
             <location filename="../../src/ui/structured/structured_text_edit.cpp" />
             <source>Format</source>
             <translation>Formatieren</translation>
@@ -2527,8 +2596,18 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/window/desktop_windows.cpp" />
+            <source>%1 can go on: its volume is back.</source>
+            <translation>%1 kann weitergehen: Der Datenträger ist wieder da.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/desktop_windows.cpp" />
             <source>%1 could not be moved to the trash and is still there.</source>
             <translation>%1 konnte nicht in den Papierkorb verschoben werden und ist noch da.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/desktop_windows.cpp" />
+            <source>%1 downloads can go on: their volume is back.</source>
+            <translation>%1 Downloads können weitergehen: Ihr Datenträger ist wieder da.</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/desktop_windows.cpp" />
@@ -2539,6 +2618,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/window/desktop_windows.cpp" />
             <source>H&amp;istory</source>
             <translation>&amp;Verlauf</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/desktop_windows.cpp" />
+            <source>Resume</source>
+            <translation>Fortsetzen</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/desktop_windows.cpp" />
@@ -2559,6 +2643,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/window/main_window.cpp" />
             <source>Already in the list</source>
             <translation>Schon in der Liste</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/notice_bars.cpp" />
+            <source>Close</source>
+            <translation>Schließen</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/url_panel.cpp" />

@@ -30,6 +30,7 @@
 #include "platform/base/user_defaults.h"
 #include "platform/files/disks.h"
 #include "platform/files/files.h"
+#include "platform/files/mount_watcher.h"
 #include "platform/net/cookie_storage.h"
 #include "platform/net/credential_storage.h"
 #include "platform/session/applications.h"
@@ -208,6 +209,7 @@ public:
     QueueStatusReporter status;
     SettingsEffects settingsEffects;
     HandoverReceiver receiver;
+    platform::MountWatcher mountWatcher{[this] { controller.mountsDidChange(); }};
 };
 
 Application::Application(Invocation invocation) : invocation_(std::move(invocation)) {}

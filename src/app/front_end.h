@@ -30,6 +30,8 @@ struct Alert {
         LinkedFiles,
         TextDocument,
         RemoveAllRules,
+        ApplicationMode,
+        MissingVolumes,
     };
     Kind kind;
     QString title, text;
@@ -84,6 +86,8 @@ public:
     /// Puts the window behind all others.
     virtual void orderDownloadWindowBack() = 0;
 
+    /// Whether the desktop would show a status item now.
+    [[nodiscard]] virtual bool canShowStatusItem() const { return false; }
     /// Whether the window has an entry in the desktop's task bar, now and whenever it comes up.
     virtual void setShownInTaskBar(bool shown) { static_cast<void>(shown); }
     /// Activates the program and shows its settings at a section, by name.

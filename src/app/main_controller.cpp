@@ -5,12 +5,14 @@
 #include <unordered_set>
 #include <utility>
 
+#include "app/commands/bulk_commands.h"
 #include "app/controller_roles.h"
 #include "app/failures/file_problem.h"
 #include "app/intake/intake.h"
 #include "app/lifecycle/lifecycle.h"
 #include "app/queue/batch_progress.h"
 #include "app/queue/list_presenter.h"
+#include "app/queue/missing_volume_alert_controller.h"
 #include "app/queue/missing_volumes.h"
 #include "app/queue/orphaned_containers.h"
 #include "app/queue/queue_archive.h"
@@ -21,6 +23,7 @@
 #include "app/schedule/automation.h"
 #include "app/settings.h"
 #include "engine/paths/support_folder.h"
+#include "engine/settings.h"
 #include "links/paths/path_rules.h"
 #include "links/text/localization.h"
 #include "platform/base/log.h"
@@ -63,6 +66,7 @@ struct DQMainController::Parts {
     AllDone allDone;
     Automation automation;
     MissingVolumes missingVolumes;
+    DQMissingVolumeAlertController missingVolumeAlert;
 
     // What a program without these parts has.
     StatusReporter noStatus;
@@ -115,9 +119,9 @@ DQMainController::Parts::Parts(DQMainController& owner, const Surroundings& give
       automation({queue, allDone, given.defaults, given.loop, given.frontEnd,
                   [&owner](bool force) { owner.updateStatusAndForceUpdateApplicationImage(force); },
                   [&owner](engine::StatusMask mask) { owner.clearDownloads(mask); }}),
-      missingVolumes(
-          given.loop, [&owner](const QString& sentence) { Q_EMIT owner.volumeMissing(sentence); },
-          [&owner](const QStringList& sentences) { Q_EMIT owner.volumesMissing(sentences); }) {}
+      missingVolumes(platform::pathExists),
+      missingVolumeAlert(given.loop,
+                         [&owner](const QString& text) { Q_EMIT owner.volumesMissing(text); }) {}
 
 DQMainController::DQMainController(const Surroundings& surroundings)
     : parts_(std::make_unique<Parts>(*this, surroundings)) {}
@@ -371,7 +375,20 @@ void DQMainController::openURLsOfPage(const std::vector<platform::Url>& urls,
 }
 
 void DQMainController::volumeIsMissing(engine::DQDownload& download) {
-    parts_->missingVolumes.note(download);
+    Q_EMIT volumeMissing(parts_->missingVolumes.note(download.shared_from_this()));
+    parts_->missingVolumeAlert.prepareAlertForDownload(download);
+}
+
+void DQMainController::mountsDidChange() {
+    const Downloads returned = parts_->missingVolumes.takeReturned();
+    if (returned.empty()) {
+        return;
+    }
+    if (parts_->surroundings.defaults.get(engine::settings::autoResume)) {
+        queuePaused(queue(), returned);
+    } else {
+        Q_EMIT volumesReturned(returned);
+    }
 }
 
 void DQMainController::fileWasNotThrownAway(const QString& path) {

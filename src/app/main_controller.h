@@ -157,6 +157,9 @@ public:
 
     /// False: the user does not want to quit.
     bool writeArchiveBeforeQuitting(bool quitting);
+    /// Something was mounted or unmounted: takes up downloads whose volume is back, or tells of
+    /// them.
+    void mountsDidChange();
     /// Waits until what was to be saved so far is on disk.
     void finishWriting();
     /// The question whether to quit while downloads are active is on the screen.
@@ -220,8 +223,10 @@ Q_SIGNALS:
 
     /// A download cannot go on before the volume of its partial file is back.
     void volumeMissing(const QString& sentence);
-    /// The same for all of one moment, a sentence for each volume.
-    void volumesMissing(const QStringList& sentences);
+    /// The same for all of one moment: what an alert says of them.
+    void volumesMissing(const QString& text);
+    /// Their volume is back, and they wait for somebody to resume them.
+    void volumesReturned(const Downloads& downloads);
     /// The file of a removed download is still there.
     void fileNotThrownAway(const QString& path);
 

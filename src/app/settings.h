@@ -50,8 +50,12 @@ inline const Setting<double> urlOpeningInterval{
 
 // Application and window.
 inline const Setting<qint64> applicationMode{
-    u"Application Mode", 0, false,
-    "Where the program shows itself: 0 window, 1 status item, 2 both."};
+    u"Application Mode",
+    0,
+    false,
+    "Where the program shows itself: 0 task bar, 1 status item, 2 both. Without a status item on "
+    "the desktop, the task bar.",
+    {.lowest = 0, .highest = 2}};
 inline const Setting<bool> mainWindowVisibleOnLaunch{
     u"Application Mode: Dock: Main Window Visible On Launch", true, true,
     "The window comes up at launch unless the program lives in the status item alone."};
@@ -97,8 +101,7 @@ inline const Setting<qint64> autoResumeAfterSleepDelay{
     {.lowest = -1}};
 inline const Setting<bool> useStatusItemMetaSubmenu{
     u"Use Status Item Meta Submenu", false, false,
-    "In the status item's menu, everything from About to Quit goes into a submenu; there is no "
-    "status item as yet."};
+    "In the status item's menu, everything from About to Quit goes into a submenu."};
 inline const Setting<bool> suppressSpeedExplanation{
     u"Speed: Suppress Toolbar Button Explanation", false, false,
     "The toolbar's speed buttons are no longer explained."};

@@ -10,15 +10,28 @@ namespace desktop::settings {
 using platform::Setting;
 
 // Status item.
+inline const Setting<qint64> dropTarget{
+    u"Drop Target",
+    0,
+    false,
+    "The small window that takes drops is shown: 0 with the status item, 1 always, 2 never.",
+    {.lowest = 0, .highest = 2}};
+inline const Setting<QString> dropTargetPlace{
+    u"Drop Target: Place",
+    {},
+    false,
+    "Where the drop target stands: of the free room of its screen the part to the left, as in "
+    "0.5, and the part above, and the name of the screen."};
 inline const Setting<qint64> statusItemWidth{
     u"DQStatusItemWidth", 0, false,
-    "Width of the status item, up to 100; less than its image means the image's."};
+    "Width of the drop target, up to 100; less than its image means the image's, 48."};
 inline const Setting<double> statusItemDragSpringActionDelay{
     u"DQStatusItemDragSpringActionDelay", 0.5, false,
-    "Seconds that a drag rests on the status item until the window comes up; 0 or less: at once."};
+    "Seconds that a drag rests on the drop target until the window comes up; 0 or less: at once."};
 inline const Setting<bool> statusItemVisibilityCheckRespondsToAllWindows{
     u"DQStatusItemVisibilityCheckRespondsToAllWindows", false, false,
-    "A status item below any window counts as covered and takes no drops."};
+    "A drop target below any window, not only below one that fills the screen, counts as covered "
+    "and takes no drops."};
 
 // Icon announcements.
 inline const Setting<bool> disableAnnouncing{u"com.tarnworks.AIHDisableAnnouncing", false, false,
@@ -33,19 +46,6 @@ inline const Setting<QVariantMap> securityScopedBookmarks{
     {},
     false,
     "The folders that the user unlocked for a program that may reach no others, by path."};
-
-// Help.
-inline const Setting<bool> helpCenterQuickAccess{
-    u"DQHelpManager: Center Quick Access", false, false,
-    "The help window's quick access stands in its middle."};
-inline const Setting<bool> helpListAnchorsInSubmenus{
-    u"DQHelpManager: List Anchors In Submenus", false, false,
-    "The help menu lists the sections of a page in a submenu of their own."};
-inline const Setting<QString> helpOpenRelativePath{
-    u"DQHelpManager: Open Relative Path",
-    {},
-    false,
-    "Help page to open at the next launch, relative to the help folder; removed when used."};
 
 // Updates and news.
 inline const Setting<bool> suppressNews{u"Automatic News Updates: Suppress", false, false,

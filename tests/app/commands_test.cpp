@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "app/commands/context_menu.h"
+#include "app/commands/status_item_menu.h"
 #include "app/settings.h"
 #include "core_fixture.h"
 #include "engine/settings.h"
@@ -232,6 +233,16 @@ TEST_F(CommandsTest, OffersForSeveralWhatAllOfThemAllow) {
     commands.perform(Command::Remove);
     EXPECT_EQ(controller->numberOfDownloads(), 8);
     EXPECT_EQ(frontEnd.alerts.size(), 1U);
+}
+
+TEST_F(CommandsTest, TheStatusItemPutsTheProgramIntoASubmenuIfWanted) {
+    const QStringList items{u"(About Orlop)"_s, u"(Check for Updates...)"_s, u"(Help)"_s, u"-"_s,
+                            u"Quit"_s};
+    EXPECT_EQ(lines(app::statusItemProgramItems(commands)), items);
+    defaults.set(app::settings::useStatusItemMetaSubmenu, true);
+    const app::Menu menu = app::statusItemProgramItems(commands);
+    EXPECT_EQ(lines(menu), QStringList{u"Orlop >"_s});
+    EXPECT_EQ(lines(menu.front().items), items);
 }
 
 }  // namespace

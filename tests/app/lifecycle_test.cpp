@@ -8,6 +8,7 @@
 #include "http/http_session.h"
 #include "links/pages/download_page_rule_store.h"
 #include "links/settings.h"
+#include "support/log_recorder.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -153,6 +154,25 @@ TEST_F(LifecycleTest, FollowsTheApplicationModeAndOpensTheSettingsAskedFor) {
     EXPECT_EQ(frontEnd.moves,
               QStringList({u"activate"_s, u"settings: Advanced"_s, u"no task bar"_s}));
     EXPECT_FALSE(defaults.hasValueForKey(app::settings::preferencesSection.name()));
+}
+
+TEST_F(LifecycleTest, LivesInTheStatusItemOnlyAsLongAsThereIsOne) {
+    const support::LogRecorder log;
+    defaults.set(app::settings::applicationMode, qint64{1});
+    launch();
+    controller->lifecycle().statusItemDidChange(true);
+    EXPECT_EQ(frontEnd.moves, QStringList{u"no task bar"_s});
+    frontEnd.moves.clear();
+    controller->lifecycle().statusItemDidChange(false);
+    EXPECT_EQ(frontEnd.moves, QStringList({u"task bar"_s, u"show"_s}));
+    EXPECT_TRUE(log.contains(u"the desktop shows no status item; the window comes back"_s));
+    controller->lifecycle().statusItemDidChange(true);
+    EXPECT_EQ(frontEnd.moves.last(), u"no task bar"_s);
+    frontEnd.moves.clear();
+    defaults.set(app::settings::applicationMode, qint64{2});
+    main.settle();
+    controller->lifecycle().statusItemDidChange(false);
+    EXPECT_FALSE(frontEnd.moves.contains(u"show"_s)) << "it is in the task bar anyway";
 }
 
 TEST_F(LifecycleTest, AsksTheMachineToSleepOrShutDown) {

@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include "app/queue/missing_volumes.h"
 #include "app/rows/vanishing.h"
 #include "app/settings.h"
 #include "core_fixture.h"
@@ -255,21 +256,64 @@ TEST_F(RowsTest, RowThatIsTriedAgainDoesNotGoOnVanishing) {
     EXPECT_EQ(controller->downloads().size(), 1U);
 }
 
-TEST_F(RowsTest, AbsentVolumeIsToldOncePerVolume) {
-    QStringList told;
+TEST_F(RowsTest, AbsentVolumesAreToldOfInOneAlert) {
+    QStringList told, sentences;
     QObject::connect(controller.get(), &app::DQMainController::volumesMissing, controller.get(),
-                     [&](const QStringList& sentences) { told += sentences; });
-    for (int index = 0; index < 3; ++index) {
-        const auto download = one();
-        download->setIntermediateDownloadTargetPath(u"/media/nobody/Disk/%1.orlop/a"_s.arg(index));
-        download->userSettings().set(keys::responseURL, u"http://a.example/a"_s);
-        download->startDownload();
-        EXPECT_EQ(download->status(), DQDownloadStatusPaused);
-    }
-    main.settle();
+                     [&](const QString& text) { told += text; });
+    QObject::connect(controller.get(), &app::DQMainController::volumeMissing, controller.get(),
+                     [&](const QString& sentence) { sentences += sentence; });
+    const auto startAbsent = [&](int count) {
+        for (int index = 0; index < count; ++index) {
+            const auto download = one();
+            download->setIntermediateDownloadTargetPath(
+                u"/media/nobody/Disk/%1.orlop/a"_s.arg(index));
+            download->userSettings().set(keys::responseURL, u"http://a.example/a"_s);
+            download->startDownload();
+            EXPECT_EQ(download->status(), DQDownloadStatusPaused);
+        }
+    };
+    startAbsent(1);
+    main.advance(0.9);
+    startAbsent(1);
+    main.advance(0.9);
+    EXPECT_EQ(told, QStringList()) << "the burst goes on";
+    main.advance(0.2);
     ASSERT_EQ(told.size(), 1);
-    EXPECT_TRUE(told[0].contains(u"/media/nobody/Disk"_s)) << qPrintable(told[0]);
-    EXPECT_TRUE(told[0].startsWith(u"3 downloads"_s)) << qPrintable(told[0]);
+    EXPECT_EQ(sentences.size(), 2);
+    EXPECT_TRUE(sentences[0].contains(u"/media/nobody/Disk"_s)) << qPrintable(sentences[0]);
+    struct Case {
+        int count;
+        qsizetype lines;
+        const char16_t* last;
+    };
+    for (const Case& test : {Case{10, 10, u"a"}, {11, 10, u"(1 more)"}, {12, 10, u"(2 more)"}}) {
+        startAbsent(test.count);
+        main.advance(1.1);
+        const QStringList lines = told.last().section(u"\n\n"_s, 1).split(u'\n');
+        EXPECT_EQ(lines.size(), test.lines) << test.count;
+        EXPECT_EQ(lines.last(), QString::fromUtf16(test.last));
+    }
+}
+
+TEST_F(RowsTest, VolumesThatAreBackAnswerOnceWhatStillWaits) {
+    bool isThere = false;
+    app::MissingVolumes volumes([&](const QString& volume) {
+        EXPECT_EQ(volume, u"/media/nobody/Disk"_s);
+        return isThere;
+    });
+    const auto waiting = one(), started = one(), removed = one();
+    for (const auto& download : {waiting, started, removed}) {
+        download->setIntermediateDownloadTargetPath(u"/media/nobody/Disk/a.orlop/a"_s);
+        download->changeStatus(DQDownloadStatusPaused, engine::StatusCause::Paused);
+        volumes.note(download);
+    }
+    volumes.note(waiting);
+    EXPECT_TRUE(volumes.takeReturned().empty());
+    isThere = true;
+    started->addToQueue();
+    removed->remove();
+    EXPECT_EQ(volumes.takeReturned(), app::MissingVolumes::Downloads{waiting});
+    EXPECT_TRUE(volumes.takeReturned().empty());
 }
 
 }  // namespace

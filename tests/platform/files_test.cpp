@@ -148,6 +148,7 @@ TEST(Volumes, AreTheLongestMountOrARemovableMedium) {
     };
     for (const auto& [path, volume] : cases)
         EXPECT_EQ(platform::volumePathAmong(mounts, path), volume) << path.toStdString();
+    EXPECT_EQ(platform::volumePathAmong({u"/"_s, u"/mnt"_s}, u"/mnt/disk/f"_s), u"/mnt/disk"_s);
     EXPECT_EQ(platform::volumePath(u"/proc/self/status"_s), u"/proc"_s);
 }
 

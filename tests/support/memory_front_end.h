@@ -26,6 +26,7 @@ public:
     std::deque<std::optional<QString>> files, folders;
     bool isModal = false, holdsModifiers = false, isVisible = false, isHiddenNow = false;
     bool springs = false;
+    bool showsStatusItems = true;
     /// Somebody who can be asked.
     bool isThere = true;
     std::shared_ptr<app::VanishView> vanishing;
@@ -66,6 +67,7 @@ public:
         moves.append(activating ? QStringLiteral("activate") : QStringLiteral("show"));
     }
     void orderDownloadWindowBack() override { moves.append(QStringLiteral("back")); }
+    bool canShowStatusItem() const override { return showsStatusItems; }
     void setShownInTaskBar(bool shown) override {
         moves.append(shown ? QStringLiteral("task bar") : QStringLiteral("no task bar"));
     }

@@ -1,4 +1,5 @@
 """The window of the log, and the report of a problem, as a user meets them."""
+import plistlib
 import tarfile
 import unittest
 
@@ -27,6 +28,24 @@ class LogWindowTest(WindowTest):
             "XDG_DATA_HOME": str(self.home.root / "other")})
         wait_until(lambda: self.says("orlop-terminal: "), 30, "what another program logs")
         self.shoot("live")
+        self.desktop.click(self.desktop.find("combo box", "All Lines"))
+        self.desktop.key("Down", "Return")
+        wait_until(lambda: self.says("orlop") and not self.says("status code"), 30,
+                   "the lines that are not for debugging")
+        self.shoot("without-debug")
+        self.desktop.key("ctrl+s")
+        wait_until(lambda: any(node.role in ("dialog", "file chooser")
+                               for node in self.desktop.nodes()), 30, "the question where to")
+        saved = self.home.root / "saved.plist"
+        self.desktop.key("ctrl+a")
+        self.desktop.type(str(saved))
+        self.desktop.key("Return")
+        wait_until(saved.exists, 30, "the saved log")
+        entries = plistlib.loads(saved.read_bytes())
+        self.assertTrue(all(isinstance(value, (str, int)) for entry in entries
+                            for value in entry.values()))
+        self.assertFalse(any("status code" in entry["eventMessage"] for entry in entries))
+        self.assertTrue(entries)
         self.desktop.key("ctrl+w")
         self.desktop.wait_until_gone("list", "Log Lines")
 

@@ -323,4 +323,26 @@ TEST_F(ScheduleWidgetsTest, TheLimitTypedCountsAfterAPauseOrOnLeaving) {
     throttle.setThrottled(false);
 }
 
+TEST_F(SettingsWindowTest, TheModeNeedsADesktopThatShowsStatusItems) {
+    auto* selector = control<QComboBox>(u"Application Mode");
+    ASSERT_TRUE(selector);
+    const auto mode = [this] { return defaults.get(app::settings::applicationMode); };
+    frontEnd.showsStatusItems = false;
+    choose(*selector, 1);
+    EXPECT_EQ(mode(), 0);
+    EXPECT_EQ(selector->currentIndex(), 0);
+    ASSERT_EQ(frontEnd.alerts.size(), 1U);
+    EXPECT_EQ(frontEnd.alerts[0].title, u"Not now..."_s);
+    EXPECT_EQ(frontEnd.alerts[0].defaultButton, u"Understood"_s);
+    frontEnd.showsStatusItems = true;
+    choose(*selector, 2);
+    EXPECT_EQ(mode(), 2);
+    frontEnd.showsStatusItems = false;
+    choose(*selector, 0);
+    EXPECT_EQ(mode(), 0) << "back is always possible";
+    EXPECT_EQ(frontEnd.alerts.size(), 1U);
+    store(u"Application Mode", 7);
+    EXPECT_EQ(selector->currentData().toInt(), 2);
+}
+
 }  // namespace

@@ -64,6 +64,7 @@ enum class Command {
     ShowAbout,
     CheckForUpdates,
     ShowHelp,
+    SearchHelp,
     Quit,
 };
 

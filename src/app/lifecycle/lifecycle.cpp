@@ -40,15 +40,29 @@ void Lifecycle::willFinishLaunching() {
 }
 
 void Lifecycle::updateApplicationMode() {
-    surroundings_.frontEnd.presence.setShownInTaskBar(
-        surroundings_.defaults.get(settings::applicationMode) != inStatusItemOnly);
+    surroundings_.frontEnd.presence.setShownInTaskBar(!isInStatusItemOnly());
+}
+
+bool Lifecycle::isInStatusItemOnly() const {
+    return surroundings_.defaults.get(settings::applicationMode) == inStatusItemOnly &&
+           isStatusItemShown_.value_or(true);
+}
+
+void Lifecycle::statusItemDidChange(std::optional<bool> isShown) {
+    isStatusItemShown_ = isShown;
+    updateApplicationMode();
+    if (isShown == false &&
+        surroundings_.defaults.get(settings::applicationMode) == inStatusItemOnly) {
+        platform::log(u"the desktop shows no status item; the window comes back"_s,
+                      platform::LogLevel::Warning);
+        surroundings_.frontEnd.presence.showDownloadWindow(false);
+    }
 }
 
 void Lifecycle::didFinishLaunching() {
     const platform::UserDefaults& defaults = surroundings_.defaults;
     windowChanges_.start(preferencesDelay, [this] { showPreferencesAskedFor(); });
-    if (defaults.get(settings::applicationMode) != inStatusItemOnly &&
-        defaults.get(settings::mainWindowVisibleOnLaunch)) {
+    if (!isInStatusItemOnly() && defaults.get(settings::mainWindowVisibleOnLaunch)) {
         surroundings_.frontEnd.presence.showDownloadWindow(
             !defaults.get(settings::backgroundLaunch));
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 
 #include "app/controller_roles.h"
 #include "app/front_end.h"
@@ -55,6 +56,10 @@ public:
     /// Ends the program first; if the machine then refuses, the program stays.
     void shutDown();
 
+    /// Whether a status item is shown. A program that lives in it alone would be out of reach
+    /// without, so that its window comes up. Nothing: not known yet, or none is wanted.
+    void statusItemDidChange(std::optional<bool> isShown);
+
     /// How many downloads are at each status may have changed.
     void statusDidChange();
 
@@ -66,6 +71,7 @@ private:
     void watchMachine();
     void end();
     void updateApplicationMode();
+    [[nodiscard]] bool isInStatusItemOnly() const;
     void showPreferencesAskedFor();
     void stayAfterRefusal();
     void workspaceWillSleep();
@@ -80,6 +86,7 @@ private:
     platform::Timer resuming_;
     platform::Timers windowChanges_;  ///< That must wait for the window system.
     bool hasTerminated_ = false;
+    std::optional<bool> isStatusItemShown_;
     platform::Observation observation_;
 };
 

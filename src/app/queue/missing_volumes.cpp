@@ -1,7 +1,5 @@
 #include "app/queue/missing_volumes.h"
 
-#include <utility>
-
 #include "engine/lifecycle/download.h"
 #include "links/text/localization.h"
 #include "platform/base/log.h"
@@ -11,41 +9,37 @@ namespace app {
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-
-QString sentence(const QString& volume, const QStringList& names) {
-    return names.size() == 1
-               ? links::filledFormat(
-                     links::localized("%@ cannot go on: what has come of it lies on %@, which is "
-                                      "not available."),
-                     {names.first(), volume})
-               : links::filledFormat(
-                     links::localized("%@ downloads cannot go on: what has come of them lies on "
-                                      "%@, which is not available."),
-                     {QString::number(names.size()), volume});
-}
-
-}  // namespace
-
-MissingVolumes::MissingVolumes(platform::RunLoop& loop, TellOne tellOne, TellAll tellAll)
-    : tellOne_(std::move(tellOne)), tellAll_(std::move(tellAll)), telling_(loop) {}
-
-void MissingVolumes::note(const engine::DQDownload& download) {
-    const QString volume = platform::volumePath(download.intermediateDownloadTargetPath());
-    platform::log(u"%1 waits for the volume %2"_s.arg(download.description(), volume),
+QString MissingVolumes::note(const std::shared_ptr<engine::DQDownload>& download) {
+    const QString volume = platform::volumePath(download->intermediateDownloadTargetPath());
+    platform::log(u"%1 waits for the volume %2"_s.arg(download->description(), volume),
                   platform::LogLevel::Warning);
-    waiting_[volume].append(download.displayName());
-    tellOne_(sentence(volume, {download.displayName()}));
-    telling_.startUnlessActive(0, [this] { tellAll(); });
+    auto& waiting = waiting_[volume];
+    std::erase_if(waiting, [&](const auto& known) { return known.lock() == download; });
+    waiting.push_back(download);
+    return links::filledFormat(
+        links::localized(
+            "%@ cannot go on: what has come of it lies on %@, which is not available."),
+        {download->displayName(), volume});
 }
 
-void MissingVolumes::tellAll() {
-    const auto waiting = std::exchange(waiting_, {});
-    QStringList sentences;
-    for (auto volume = waiting.cbegin(); volume != waiting.cend(); ++volume) {
-        sentences.append(sentence(volume.key(), volume.value()));
+MissingVolumes::Downloads MissingVolumes::takeReturned() {
+    Downloads returned;
+    for (auto volume = waiting_.begin(); volume != waiting_.end();) {
+        if (!isThere_(volume.key())) {
+            ++volume;
+            continue;
+        }
+        for (const auto& waiting : volume.value()) {
+            const auto download = waiting.lock();
+            if (download && !download->isBeingRemoved() &&
+                download->status() == engine::DQDownloadStatusPaused) {
+                returned.push_back(download);
+            }
+        }
+        platform::log(u"the volume %1 is back"_s.arg(volume.key()));
+        volume = waiting_.erase(volume);
     }
-    tellAll_(sentences);
+    return returned;
 }
 
 }  // namespace app

@@ -1,10 +1,10 @@
 #pragma once
 
 #include <QMap>
-#include <QStringList>
+#include <QString>
 #include <functional>
-
-#include "platform/base/timer.h"
+#include <memory>
+#include <vector>
 
 namespace engine {
 class DQDownload;
@@ -12,24 +12,23 @@ class DQDownload;
 
 namespace app {
 
-/// Tells of downloads that cannot go on because the volume of their partial file is away: at once
-/// of each, for whoever writes lines, and at the next turn of the loop with one sentence for each
-/// volume, however many wait for it. Main thread.
+/// Which downloads wait for which volume to come back. Main thread.
 class MissingVolumes {
 public:
-    using TellOne = std::function<void(const QString& sentence)>;
-    using TellAll = std::function<void(const QStringList& sentences)>;
-    MissingVolumes(platform::RunLoop& loop, TellOne tellOne, TellAll tellAll);
+    using Downloads = std::vector<std::shared_ptr<engine::DQDownload>>;
+    using IsThere = std::function<bool(const QString& volume)>;
+    /// `isThere` tells whether a volume is mounted.
+    explicit MissingVolumes(IsThere isThere) : isThere_(std::move(isThere)) {}
 
-    void note(const engine::DQDownload& download);
+    /// Answers a sentence that tells of it, in the user's language.
+    QString note(const std::shared_ptr<engine::DQDownload>& download);
+    /// Those whose volume has come back, unless they were started, changed or removed meanwhile.
+    /// None is answered twice.
+    [[nodiscard]] Downloads takeReturned();
 
 private:
-    void tellAll();
-
-    const TellOne tellOne_;
-    const TellAll tellAll_;
-    QMap<QString, QStringList> waiting_;  ///< By volume, the names that rows show.
-    platform::Timer telling_;
+    const IsThere isThere_;
+    QMap<QString, std::vector<std::weak_ptr<engine::DQDownload>>> waiting_;  ///< By volume.
 };
 
 }  // namespace app

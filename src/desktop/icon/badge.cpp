@@ -63,4 +63,11 @@ QImage badgeImage(const Badge& badge) {
     return image;
 }
 
+void drawBadge(QPainter& painter, const QSize& canvas, const QImage& badge, bool atTop) {
+    const qreal height = canvas.height() / 2.7;
+    const qreal width = height * badge.width() / badge.height();
+    painter.drawImage(
+        QRectF(canvas.width() - width, atTop ? 0 : canvas.height() - height, width, height), badge);
+}
+
 }  // namespace desktop

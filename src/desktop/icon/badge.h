@@ -5,6 +5,8 @@
 #include <QString>
 #include <optional>
 
+class QPainter;
+
 namespace desktop {
 
 /// A rounded label with a shadow, in a size to be scaled down from.
@@ -18,5 +20,8 @@ struct Badge {
 
 /// A long text is cut in its middle. GUI thread, as fonts are needed.
 [[nodiscard]] QImage badgeImage(const Badge& badge);
+
+/// In a right corner of a picture of this size, in proportion to it.
+void drawBadge(QPainter& painter, const QSize& canvas, const QImage& badge, bool atTop);
 
 }  // namespace desktop

@@ -66,8 +66,8 @@ QImage IconPainter::paint(const app::ApplicationImage& image) const {
     if (image.overlay != Overlay::None) {
         drawOverlay(painter, drawn.size(), image.overlay);
     }
-    drawBadge(painter, image.upperCount, true);
-    drawBadge(painter, image.lowerCount, false);
+    drawCount(painter, image.upperCount, true);
+    drawCount(painter, image.lowerCount, false);
     return drawn;
 }
 
@@ -88,17 +88,14 @@ QImage IconPainter::base(const app::ApplicationImage& image) const {
     return image.overlay == Overlay::None ? drawn : faded(drawn);
 }
 
-void IconPainter::drawBadge(QPainter& painter, qint64 count, bool atTop) const {
+void IconPainter::drawCount(QPainter& painter, qint64 count, bool atTop) const {
     if (count <= 0) {
         return;
     }
     const QColor text = QGuiApplication::palette().color(QPalette::Active, QPalette::Highlight);
     const QImage badge =
         badgeImage({QString::number(count), text, QColor::fromRgbF(1, 1, 1, 0.9F), std::nullopt});
-    const qreal height = icon_.height() / 2.7;
-    const qreal width = height * badge.width() / badge.height();
-    painter.drawImage(
-        QRectF(icon_.width() - width, atTop ? 0 : icon_.height() - height, width, height), badge);
+    drawBadge(painter, icon_.size(), badge, atTop);
 }
 
 }  // namespace desktop

@@ -18,7 +18,7 @@ public:
 
 private:
     [[nodiscard]] QImage base(const app::ApplicationImage& image) const;
-    void drawBadge(QPainter& painter, qint64 count, bool atTop) const;
+    void drawCount(QPainter& painter, qint64 count, bool atTop) const;
 
     QImage icon_;
     QImage flat_;

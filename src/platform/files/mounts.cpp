@@ -105,7 +105,8 @@ QString volumePathAmong(const QStringList& mountPoints, const QString& path) {
     }
     static const QList<RemovableRoot> roots{{u"/media"_s, 2}, {u"/run/media"_s, 2}, {u"/mnt"_s, 1}};
     for (const RemovableRoot& root : roots) {
-        if (isInside(longest, root.path))
+        // The folder of the media may be a file system of its own, which is none of them.
+        if (longest != root.path && isInside(longest, root.path))
             return longest;
         const QString medium = cutBelow(clean, root.path, root.depth);
         if (!medium.isEmpty())

@@ -7,6 +7,7 @@
 
 #include "app/main_controller.h"
 #include "app/settings.h"
+#include "desktop/settings.h"
 #include "engine/settings.h"
 #include "engine/workers/throttle.h"
 #include "engine/workers/user_agent.h"
@@ -81,6 +82,46 @@ void addBasicDownloads(SettingsPage& page, const SettingsContext& context) {
                      [&throttle](bool isBasic) { throttle.setAvailable(!isBasic); });
 }
 
+/// Only a mode that the desktop can show is stored.
+void changeApplicationMode(qint64 mode, QComboBox& applicationModeSelector,
+                           const SettingsContext& context) {
+    const app::FrontEnd& frontEnd = context.controller.surroundings().frontEnd;
+    if (mode == 0 || frontEnd.presence.canShowStatusItem()) {
+        context.defaults.set(app::settings::applicationMode, mode);
+        return;
+    }
+    selectPopupValue(applicationModeSelector, context.defaults.get(app::settings::applicationMode));
+    frontEnd.questions.confirm(
+        {app::Alert::Kind::ApplicationMode, QString::fromLatin1(translatable("Not now...")),
+         QString::fromLatin1(translatable("Your desktop shows no status items at the moment.")),
+         QString::fromLatin1(translatable("Understood")), QString()});
+}
+
+void addApplicationMode(SettingsPage& page, const SettingsContext& context) {
+    const auto& setting = app::settings::applicationMode;
+    QComboBox* applicationModeSelector =
+        makePopup({{"Task bar", 0}, {"Status item", 1}, {"Task bar and status item", 2}}, &page);
+    applicationModeSelector->setObjectName(setting.name());
+    page.addRow("Sho&w Orlop in:", applicationModeSelector);
+    QObject::connect(applicationModeSelector, &QComboBox::activated, &page,
+                     [applicationModeSelector, &context] {
+                         changeApplicationMode(applicationModeSelector->currentData().toLongLong(),
+                                               *applicationModeSelector, context);
+                     });
+    page.addPopup("Drop tar&get:", {{"With the status item", 0}, {"Always", 1}, {"Never", 2}},
+                  desktop::settings::dropTarget);
+    QLabel* applicationModeExplanationView = page.addNote(
+        "The window opens from the status item's menu and by a click on the drop target, a small "
+        "window that takes addresses and can be dragged to any place.");
+    context.binder.follow({setting.name()}, applicationModeSelector,
+                          [applicationModeSelector, applicationModeExplanationView,
+                           &defaults = context.defaults, &setting] {
+                              const qint64 mode = defaults.get(setting);
+                              selectPopupValue(*applicationModeSelector, mode);
+                              applicationModeExplanationView->setVisible(mode >= 1);
+                          });
+}
+
 }  // namespace
 
 SettingsPage* makeAdvancedSection(const SettingsContext& context, QWidget* parent) {
@@ -88,6 +129,7 @@ SettingsPage* makeAdvancedSection(const SettingsContext& context, QWidget* paren
     auto* loginItem = new LoginItemSwitch(page);
     loginItem->setObjectName(QStringLiteral("loginItemSwitch"));
     page->addRow("At login:", loginItem);
+    addApplicationMode(*page, context);
     page->addSwitch("Window:", "&Height follows the list", app::settings::rubberWindow);
     page->addSwitch("", "An&imations", engine::settings::uselessAnimations);
     page->addPopup("&Full screen:", {{"Allowed", 1}, {"Not allowed", 0}},

@@ -14,10 +14,13 @@
 #include "ui/list/download_list.h"
 #include "ui/list/vanishing_rows.h"
 #include "ui/rules/folder_selector.h"
+#include "ui/status/status_items.h"
 #include "ui/text.h"
 #include "ui/window/main_window.h"
 #include "ui/window/task_bar_entry.h"
 #include "ui/window/window_frame.h"
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace ui {
 
@@ -28,6 +31,11 @@ constexpr int iconSize = 256;
 
 QImage iconImage(const QString& name) {
     return colouredPixmap(name, iconSize, 1.0).toImage();
+}
+
+/// With names in it that may look like markup.
+QString literalText(const QString& text) {
+    return Qt::mightBeRichText(text) ? text.toHtmlEscaped().replace(u'\n', u"<br>"_s) : text;
 }
 
 /// Goes when it is closed.
@@ -80,7 +88,7 @@ bool DesktopFrontEnd::confirm(const app::Alert& alert) {
     QMessageBox box(QMessageBox::Question, QStringLiteral("Orlop"),
                     alertTitle(translated(alert.title)), QMessageBox::NoButton,
                     window_->isVisible() ? window_.data() : nullptr);
-    box.setInformativeText(translated(alert.text));
+    box.setInformativeText(literalText(translated(alert.text)));
     QPushButton* accept = box.addButton(translated(alert.defaultButton), QMessageBox::AcceptRole);
     if (!alert.otherButton.isEmpty()) {
         box.setEscapeButton(box.addButton(translated(alert.otherButton), QMessageBox::RejectRole));
@@ -162,6 +170,10 @@ void DesktopFrontEnd::orderDownloadWindowBack() {
     if (window_) {
         window_->lower();
     }
+}
+
+bool DesktopFrontEnd::canShowStatusItem() const {
+    return statusItems_ && statusItems_->canShowItem();
 }
 
 void DesktopFrontEnd::setShownInTaskBar(bool shown) {

@@ -18,6 +18,7 @@ class DQMainController;
 namespace ui {
 
 class MainWindow;
+class StatusItems;
 class TaskBarEntry;
 
 /// The windows as the core sees them.
@@ -37,6 +38,8 @@ public:
     void setWindow(MainWindow* window, app::DQMainController* controller);
     /// What shows the settings at a section. Empty: they cannot be shown.
     void setPreferences(std::function<void(const QString& section)> show);
+    /// Null: the desktop is not asked for status items.
+    void setStatusItems(StatusItems* items) { statusItems_ = items; }
     /// Says what went wrong, in a dialog; returns when it was read.
     void tellProblem(const QString& problem);
     /// The same while everything else goes on.
@@ -61,6 +64,7 @@ public:
     [[nodiscard]] bool isDownloadWindowVisible() const override;
     void showDownloadWindow(bool activating) override;
     void orderDownloadWindowBack() override;
+    [[nodiscard]] bool canShowStatusItem() const override;
     void setShownInTaskBar(bool shown) override;
     void showPreferencesSection(const QString& section) override;
     [[nodiscard]] bool isHidden() const override;
@@ -85,6 +89,7 @@ private:
     QPointer<MainWindow> window_;
     std::unique_ptr<TaskBarEntry> taskBarEntry_;
     app::DQMainController* controller_ = nullptr;
+    StatusItems* statusItems_ = nullptr;
     QPointer<QMessageBox> alert_;
     bool asks_ = true;
 };

@@ -2,8 +2,11 @@
 
 #include <utility>
 
+#include "app/commands/bulk_commands.h"
 #include "app/history/historian.h"
 #include "app/main_controller.h"
+#include "desktop/announcements/aih_announcer.h"
+#include "engine/lifecycle/download.h"
 #include "platform/base/user_defaults.h"
 #include "ui/commands/main_menu.h"
 #include "ui/history/history_menu.h"
@@ -12,10 +15,14 @@
 #include "ui/rules/rule_editor.h"
 #include "ui/schedule/toolbar_explanation.h"
 #include "ui/settings/settings_window.h"
+#include "ui/status/status_items.h"
 #include "ui/text.h"
 #include "ui/toolbar/toolbar.h"
 #include "ui/window/desktop_front_end.h"
 #include "ui/window/main_window.h"
+#include "ui/window/notice_bars.h"
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace ui {
 
@@ -38,9 +45,15 @@ DesktopWindows::DesktopWindows(app::DQMainController& controller, DesktopFrontEn
                      [this](const QString& section) { explainShortcut(section); });
     frontEnd.setWindow(window_.get(), &controller);
     frontEnd.setPreferences([this](const QString& section) { showPreferencesSection(section); });
+    statusItems_ = std::make_unique<StatusItems>(commands_, frontEnd.icon());
+    frontEnd.setStatusItems(statusItems_.get());
+    announcer_ = std::make_unique<desktop::AIHAnnouncer>(commands_.surroundings().defaults);
+    QObject::connect(&frontEnd.icon(), &desktop::ApplicationIcon::changed, announcer_.get(),
+                     &desktop::AIHAnnouncer::announceImage);
 }
 
 DesktopWindows::~DesktopWindows() {
+    frontEnd_.setStatusItems(nullptr);
     frontEnd_.setWindow(nullptr, nullptr);
     frontEnd_.setPreferences({});
 }
@@ -75,10 +88,14 @@ void DesktopWindows::tellProblems() {
                          constexpr qsizetype mostShown = 10;
                          frontEnd_.noteProblem(problems.mid(0, mostShown).join(QLatin1Char('\n')));
                      });
-    QObject::connect(controller, &app::DQMainController::volumesMissing, window_.get(),
-                     [this](const QStringList& sentences) {
-                         frontEnd_.noteProblem(sentences.join(QLatin1Char('\n')));
-                     });
+    QObject::connect(
+        controller, &app::DQMainController::volumesMissing, window_.get(),
+        [this](const QString& text) {
+            frontEnd_.confirm({app::Alert::Kind::MissingVolumes, u"Cannot resume downloading"_s,
+                               text, u"OK"_s, QString()});
+        });
+    QObject::connect(controller, &app::DQMainController::volumesReturned, window_.get(),
+                     [this](const app::Downloads& downloads) { offerToResume(downloads); });
     QObject::connect(
         controller, &app::DQMainController::fileNotThrownAway, window_.get(),
         [this](const QString& path) {
@@ -92,6 +109,18 @@ void DesktopWindows::tellProblems() {
                 frontEnd_.noteProblem(translated("The queue cannot be saved: %1").arg(reason));
             }
         });
+}
+
+void DesktopWindows::offerToResume(const app::Downloads& downloads) {
+    const QString text =
+        downloads.size() == 1
+            ? translated("%1 can go on: its volume is back.").arg(downloads.front()->displayName())
+            : translated("%1 downloads can go on: their volume is back.").arg(downloads.size());
+    window_->notices().show({u"volumes"_s, text, translated("Resume"), [this, downloads] {
+                                 app::queuePaused(commands_.surroundings().controller.queue(),
+                                                  engine::downloadsFromCollectionMatchingStatusMask(
+                                                      downloads, engine::DQDownloadStatusPaused));
+                             }});
 }
 
 void DesktopWindows::makeHistoryMenu() {

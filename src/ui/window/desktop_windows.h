@@ -1,8 +1,17 @@
 #pragma once
 
 #include <memory>
+#include <vector>
 
 #include "app/commands/commands.h"
+
+namespace engine {
+class DQDownload;
+}
+
+namespace desktop {
+class AIHAnnouncer;
+}
 
 namespace ui {
 
@@ -10,6 +19,7 @@ class DesktopFrontEnd;
 class LogWindow;
 class MainWindow;
 class SettingsWindow;
+class StatusItems;
 
 /// All windows of the program and the commands that connect them. One for the process.
 class DesktopWindows {
@@ -26,6 +36,7 @@ private:
     void makeHistoryMenu();
     void provideLogCommands();
     void tellProblems();
+    void offerToResume(const std::vector<std::shared_ptr<engine::DQDownload>>& downloads);
     void explainShortcut(const QString& section);
     void showPreferencesSection(const QString& section);
 
@@ -34,6 +45,8 @@ private:
     std::unique_ptr<MainWindow> window_;
     std::unique_ptr<SettingsWindow> preferencesWindow;
     std::unique_ptr<LogWindow> logWindow_;
+    std::unique_ptr<StatusItems> statusItems_;
+    std::unique_ptr<desktop::AIHAnnouncer> announcer_;
 };
 
 }  // namespace ui

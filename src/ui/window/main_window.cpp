@@ -31,6 +31,7 @@
 #include "ui/toolbar/toolbar.h"
 #include "ui/window/address_entry.h"
 #include "ui/window/intake_progress.h"
+#include "ui/window/notice_bars.h"
 #include "ui/window/pasteboard_contents.h"
 #include "ui/window/rubber_window.h"
 #include "ui/window/scope_bar.h"
@@ -87,6 +88,8 @@ void MainWindow::makeContents() {
     auto* layout = new QVBoxLayout(contents);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
+    notices_ = new NoticeBars(contents);
+    layout->addWidget(notices_);
     layout->addWidget(toolbarFilterScopeBar);
     layout->addWidget(downloadList);
     setCentralWidget(contents);

@@ -26,6 +26,7 @@ class DQDownloadList;
 class ListDragging;
 class MainMenu;
 class MainToolbar;
+class NoticeBars;
 class RubberWindow;
 class ScopeBar;
 class WindowFrame;
@@ -41,6 +42,7 @@ public:
 
     [[nodiscard]] DQDownloadList& list() const { return *downloadList; }
     [[nodiscard]] MainToolbar& toolbar() const { return *toolbar_; }
+    [[nodiscard]] NoticeBars& notices() const { return *notices_; }
     [[nodiscard]] MainMenu& mainMenu() const { return *menu_; }
     [[nodiscard]] WindowFrame& frame() const { return *frame_; }
 
@@ -62,6 +64,7 @@ private:
     app::DQMainController& controller_;
     DQDownloadList* downloadList;
     ScopeBar* toolbarFilterScopeBar = nullptr;
+    NoticeBars* notices_ = nullptr;
     MainToolbar* toolbar_ = nullptr;
     QLabel* statusField = nullptr;
     QPushButton* clearButton = nullptr;

@@ -67,6 +67,11 @@ class Bus:
             capture_output=True, text=True, check=False)
         return result.stdout.strip()
 
+    def send(self, path, signal, *arguments):
+        """A signal from nobody in particular."""
+        subprocess.run(["gdbus", "emit", "--address", self.address, "--object-path", path,
+                        "--signal", signal, *arguments], capture_output=True, check=True)
+
     def emit(self, service, interface, signal, signature, *arguments):
         self.call(*service, "org.freedesktop.DBus.Mock.EmitSignal", interface, signal, signature,
                   "[" + ", ".join(f"<{argument}>" for argument in arguments) + "]")

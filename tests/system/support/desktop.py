@@ -48,6 +48,10 @@ class Talker:
         self._process.kill()
         self._process.wait()
 
+    def text(self):
+        """All that it has said."""
+        return self._path.read_text()
+
     def has_said(self, line):
         """Passes over all before the line once it is there."""
         lines = self._path.read_text().splitlines()
@@ -72,14 +76,14 @@ class Desktop:
             tempfile.TemporaryDirectory(prefix="orlop-desktop-"))
         try:
             self._start_screen(size)
-            self._bus = Bus(self._own_environment())
-            self._stack.callback(self._bus.close)
+            self.bus = Bus(self._own_environment())
+            self._stack.callback(self.bus.close)
             self._manager = self._start("openbox", "--sm-disable")
             wait_until(lambda: b"_NET_SUPPORTED(ATOM)" in self._run(
                 "xprop", "-root", "_NET_SUPPORTED").stdout, what="the window manager")
             self._reader = self._start(
                 mock_interpreter(), Path(__file__).parent / "accessible_reader.py",
-                self._bus.address, program, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                self.bus.address, program, stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                 text=True)
             if self._reader.stdout.readline() != "ready\n":
                 raise RuntimeError("the assistive technology does not start")
@@ -126,7 +130,7 @@ class Desktop:
     @property
     def environment(self):
         """For programs that are to appear here."""
-        return self._bus.environment | {
+        return self.bus.environment | {
             "DISPLAY": self.display, "QT_QPA_PLATFORM": "xcb", "QT_SCALE_FACTOR": str(self.scale),
             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
 
@@ -241,11 +245,11 @@ class Desktop:
         if not hasattr(self, "_prefers"):
             self._prefers = self._start(
                 mock_interpreter(), "-m", "dbusmock", "--session", *PORTAL, SETTINGS,
-                env=self._own_environment() | self._bus.environment)
-            wait_until(lambda: self._bus.call("org.freedesktop.DBus", "/org/freedesktop/DBus",
+                env=self._own_environment() | self.bus.environment)
+            wait_until(lambda: self.bus.call("org.freedesktop.DBus", "/org/freedesktop/DBus",
                                               "org.freedesktop.DBus.NameHasOwner", PORTAL[0])
                        == "(true,)", what="the portal")
-        self._bus.call(*PORTAL, "org.freedesktop.DBus.Mock.AddMethod", SETTINGS, "Read", "ss", "v",
+        self.bus.call(*PORTAL, "org.freedesktop.DBus.Mock.AddMethod", SETTINGS, "Read", "ss", "v",
                        f"ret = dbus.UInt32({int(dark)}, variant_level=2)")
-        self._bus.emit(PORTAL, SETTINGS, "SettingChanged", "ssv",
+        self.bus.emit(PORTAL, SETTINGS, "SettingChanged", "ssv",
                        "'org.freedesktop.appearance'", "'color-scheme'", f"<{value}>")
