@@ -120,6 +120,7 @@ void DQHTTPRequestDownloadWorker::requestDidReceiveResponseHeaders(
     const auto keep = shared_from_this();
     statusCode_ = answer.statusCode;
     lacksChallenge_ = asksForNothing(answer);
+    discardedBytes_ = 0;
     // Whatever sent the request again: what has been written belongs to another answer.
     if (downloadedBytes() > 0)
         return stopWithError(makeWorkerError(
@@ -191,9 +192,11 @@ bool DQHTTPRequestDownloadWorker::claimTargetPath() {
 
 void DQHTTPRequestDownloadWorker::requestDidReceiveData(http::HTTPRequest& request,
                                                         const QByteArray& data) {
-    if (!isStoringAnswer() || status() != DQDownloadWorkerStatusRunning)
+    if (status() != DQDownloadWorkerStatusRunning)
         return;
     const auto keep = shared_from_this();
+    if (!isStoringAnswer())
+        return discard(request, data.size());
     if (isWholeFile(data)) {
         setWholeBody(data);
         return processDownloadedBytes(data.size());
@@ -214,6 +217,18 @@ void DQHTTPRequestDownloadWorker::requestDidReceiveData(http::HTTPRequest& reque
             makeWorkerError(WorkerErrorCode::CannotWrite,
                             u"%1 cannot write to intermediate file"_s.arg(description()), &*error));
     processDownloadedBytes(data.size());
+}
+
+/// An error page is read to its end, so that its connection can be used again, unless that is far.
+void DQHTTPRequestDownloadWorker::discard(http::HTTPRequest& request, qint64 count) {
+    constexpr qint64 mostDiscarded = 64 * 1024;
+    // Another may follow a redirect or a challenge, whose bodies the request bounds itself.
+    const bool isFailure = statusCode_ >= 400 && statusCode_ != 401 && statusCode_ != 407;
+    discardedBytes_ += count;
+    if (discardedBytes_ <= mostDiscarded || !(isFailure || lacksChallenge_))
+        return;
+    request.clearDelegatesAndCancel();
+    requestFinished(request);
 }
 
 void DQHTTPRequestDownloadWorker::requestDidStoreData(http::HTTPRequest&, std::int64_t count) {
