@@ -74,8 +74,9 @@ HelpWindow::HelpWindow(platform::UserDefaults& defaults, std::function<QString()
     connect(contents_, &ContentsMenu::chosen, this, open);
     connect(quickAccess_, &QuickAccessBar::chosen, this, open);
     connect(browser_, &QTextBrowser::anchorClicked, this, &HelpWindow::follow);
-    connect(browser_, &QTextBrowser::sourceChanged, this,
-            [this] { setCurrentPageRepresentation(); });
+    connect(browser_, &QTextBrowser::sourceChanged, this, [this](const QUrl& url) {
+        setCurrentPageRepresentation(manager_.relativePathOf(url));
+    });
     addKeys();
     resize(windowDefaultContentSizeForScreen(QWidget::screen()));
     browser_->setFocus();
@@ -215,6 +216,7 @@ void HelpWindow::suggest(const QString& query) {
 void HelpWindow::selectSearchSuggestion(const QString& title) {
     for (const help::HelpItem& item : manager_.itemsWithSearchString(query_, 0)) {
         if (item.title == title) {
+            searchField->setText(query_);
             openPageAtRelativePath(item.path, {}, item.words);
             return;
         }
@@ -252,9 +254,8 @@ void HelpWindow::followDefaultLink(const QString& link) {
         change.revert(defaults_);
 }
 
-void HelpWindow::setCurrentPageRepresentation() {
+void HelpWindow::setCurrentPageRepresentation(const QString& path) {
     const auto& pages = manager_.pageRepresentations();
-    const QString path = currentRelativePath();
     const auto page =
         std::find_if(pages.begin(), pages.end(),
                      [&](const help::HelpPage& candidate) { return candidate.path == path; });

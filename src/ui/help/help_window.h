@@ -51,7 +51,7 @@ private:
     void followDefaultLink(const QString& link);
     void suggest(const QString& query);
     void selectSearchSuggestion(const QString& title);
-    void setCurrentPageRepresentation();
+    void setCurrentPageRepresentation(const QString& path);
     void showNeighbour(QToolButton& button, const help::HelpPage* page);
 
     platform::UserDefaults& defaults_;
