@@ -31,3 +31,5 @@ install(FILES "${resources}/desktop/com.tarnworks.Orlop.mime.xml"
 install(FILES "${resources}/icons/app/orlop.svg"
         DESTINATION "${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps"
         RENAME com.tarnworks.Orlop.svg)
+install(FILES "${resources}/icons/mimetypes/application-x-orlop-request.svg"
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/mimetypes")

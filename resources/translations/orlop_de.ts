@@ -829,6 +829,16 @@
             <translation>keine gültige Adresse: %@</translation>
         </message>
         <message>
+            <location filename="../../src/app/intake/url_handler_command.cpp" />
+            <source>Download %lu Linked Files...</source>
+            <translation>%lu verlinkte Dateien laden …</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/url_handler_command.cpp" />
+            <source>Several linked files are asked about first, so %@ were not taken.</source>
+            <translation>Bei mehreren verlinkten Dateien wird erst gefragt; darum wurden %@ nicht aufgenommen.</translation>
+        </message>
+        <message>
             <location filename="../../src/app/lifecycle/command_line.cpp" />
             <source>standard input can be read only once</source>
             <translation>Die Standardeingabe lässt sich nur einmal lesen</translation>
@@ -1951,6 +1961,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>A regular expression for the links that a browser extension hands over. It is grey while it is empty or cannot be read.</source>
+            <translation>Ein regulärer Ausdruck für die Links, die eine Browser-Erweiterung übergibt. Er ist grau, solange er leer ist oder nicht gelesen werden kann.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>Add if missing</source>
             <translation>Ergänzen, wenn sie fehlt</translation>
         </message>
@@ -2038,6 +2053,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/settings/advanced_section.cpp" />
             <source>Leave as they are</source>
             <translation>Lassen, wie sie ist</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/advanced_section.cpp" />
+            <source>Links for bro&amp;wsers:</source>
+            <translation>Links für Bro&amp;wser:</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />

@@ -5,11 +5,13 @@
 #include <QDeadlineTimer>
 #include <QFile>
 #include <QUuid>
+#include <algorithm>
 #include <chrono>
 #include <thread>
 
 #include "app/authentication/http_authentication_manager.h"
 #include "app/history/historian.h"
+#include "app/intake/url_handler_command.h"
 #include "app/lifecycle/handover.h"
 #include "app/lifecycle/instance_lock.h"
 #include "app/lifecycle/launch_items.h"
@@ -171,6 +173,7 @@ public:
           status({controller, standardDefaults.defaults, loop, frontEnd}),
           settingsEffects(standardDefaults.defaults, controller, frontEnd.list,
                           downloadPages->ruleStore()),
+          urlHandler(controller, frontEnd.questions),
           receiver(platform::userDataFolder(), platform::runtimeFolder(), std::move(receive)) {
         engine::configureHTTPClient(standardDefaults.defaults, controller.queue().throttle());
         controller.setHistory(&historian);
@@ -208,6 +211,7 @@ public:
     Installed<DQMainController> installedController{installMainController, controller};
     QueueStatusReporter status;
     SettingsEffects settingsEffects;
+    DQURLHandlerCommand urlHandler;
     HandoverReceiver receiver;
     platform::MountWatcher mountWatcher{[this] { controller.mountsDidChange(); }};
 };
@@ -302,8 +306,17 @@ void Application::open(const LaunchItems& items) {
     if (!items.paths.isEmpty()) {
         controller().openFiles(items.paths, true, false);
     }
-    if (!items.addresses.isEmpty()) {
-        controller().dropPasteboard({items.addresses, {}});
+    QStringList addresses = items.addresses;
+    const auto own =
+        std::stable_partition(addresses.begin(), addresses.end(),
+                              [](const QString& address) { return !hasProgramScheme(address); });
+    const QStringList handedOver(own, addresses.end());
+    addresses.erase(own, addresses.end());
+    if (!addresses.isEmpty()) {
+        controller().dropPasteboard({addresses, {}});
+    }
+    for (const QString& address : handedOver) {
+        private_->urlHandler.perform(address);
     }
 }
 

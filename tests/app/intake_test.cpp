@@ -5,6 +5,7 @@
 #include "app/intake/file_collector.h"
 #include "app/intake/pasteboard.h"
 #include "app/intake/script_arguments.h"
+#include "app/intake/url_handler_command.h"
 #include "app/settings.h"
 #include "core_fixture.h"
 #include "engine/settings.h"
@@ -489,6 +490,87 @@ TEST_F(IntakeTest, RetriesAtTheSamePlace) {
     EXPECT_EQ(frontEnd.beeps, 0);
     controller->retry({old});
     EXPECT_EQ(frontEnd.beeps, 1);
+}
+
+/// The program's own schemes, as a browser opens them.
+class ProgramSchemes : public IntakeTest {
+protected:
+    QStringList opened(const QString& text) {
+        main.advance(10);
+        command.perform(text);
+        main.settle();
+        const QStringList all = addresses();
+        const QStringList fresh = all.mid(known);
+        known = all.size();
+        return fresh;
+    }
+    static QString linked(int count) {
+        QStringList lines;
+        for (int number = 0; number < count; ++number) {
+            lines.append(u"http://a.example/%1"_s.arg(number));
+        }
+        return u"orlop://linked/"_s + lines.join(u"%0A"_s);
+    }
+
+    app::DQURLHandlerCommand command{*controller, frontEnd};
+    qsizetype known = 0;
+};
+
+TEST_F(ProgramSchemes, StandForAddresses) {
+    const std::pair<QString, QStringList> cases[]{
+        {u"ORLOP://A.example/Path?q"_s, {u"http://A.example/Path?q"_s}},
+        {u"orlops://a.example/x"_s, {u"https://a.example/x"_s}},
+        {u"SecureOrlop://a.example/X"_s, {u"https://a.example/X"_s}},
+        {u"orlop://Encoded/https%3A%2F%2Fa.example%2F%25C3%25A4"_s,
+         {u"https://a.example/%C3%A4"_s}},
+        {u"orlop://encoded/http://a.example/1%0A%20http://a.example/2%0D"_s,
+         {u"http://a.example/1"_s, u"http://a.example/2"_s}},
+        {u"orlop://linked/http://a.example/one"_s, {u"http://a.example/one"_s}},
+        {u"orlop://encoded/not%20one%20at%20all"_s, {}},
+        {u"orlop://encoded/%FF%FE"_s, {}},
+        {u"orlop://encoded/"_s, {}},
+        {u"orlop://linked/"_s, {}},
+        {u"http://a.example/plain"_s, {u"http://a.example/plain"_s}},
+    };
+    for (const auto& [text, expected] : cases) {
+        EXPECT_EQ(opened(text), expected) << text.toStdString();
+        EXPECT_EQ(app::hasProgramScheme(text), !text.startsWith(u"http"_s)) << text.toStdString();
+    }
+    EXPECT_TRUE(frontEnd.alerts.empty());
+    EXPECT_FALSE(app::hasProgramScheme(u"orlop.example/x"_s));
+    EXPECT_FALSE(app::hasProgramScheme(u"orlopx://a.example"_s));
+    EXPECT_EQ(opened(u"orlop://orlop"_s), QStringList());
+    EXPECT_TRUE(frontEnd.moves.contains(u"activate"_s));
+}
+
+TEST_F(ProgramSchemes, AskAboutSeveralLinkedFiles) {
+    EXPECT_EQ(opened(linked(2)), QStringList()) << "declined";
+    frontEnd.onConfirm = [](const app::Alert&) { return true; };
+    EXPECT_EQ(opened(linked(10)).size(), 10);
+    EXPECT_EQ(opened(linked(11)).size(), 11);
+    ASSERT_EQ(frontEnd.alerts.size(), 3u);
+    EXPECT_EQ(frontEnd.alerts[0].title, u"Download 2 Linked Files..."_s);
+    EXPECT_EQ(frontEnd.alerts[1].text.split(u'\n').size(), 10);
+    const QStringList cut = frontEnd.alerts[2].text.split(u'\n');
+    EXPECT_EQ(cut.size(), 10);
+    EXPECT_EQ(cut.value(8), u"http://a.example/8"_s);
+    EXPECT_EQ(cut.last(), u"(1 more)"_s);
+}
+
+TEST_F(ProgramSchemes, DropEqualOnesWithinASecond) {
+    const QString text = u"orlop://a.example/x"_s;
+    const auto after = [&](double delay, const QString& address) {
+        main.advance(delay);
+        command.perform(address);
+        main.settle();
+        return addresses().size();
+    };
+    EXPECT_EQ(after(0, text), 1);
+    EXPECT_EQ(after(0.9, text), 1);
+    EXPECT_EQ(after(0.9, text), 1) << "each one moves the time on";
+    EXPECT_EQ(after(1.5, text), 2);
+    EXPECT_EQ(after(0.1, text + u"?"_s), 3);
+    EXPECT_EQ(after(0.1, text), 4);
 }
 
 }  // namespace

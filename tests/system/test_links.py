@@ -2,6 +2,7 @@
 import os
 import subprocess
 import unittest
+from urllib.parse import quote
 
 from support.case import MIB, SystemTest
 from support.home import PROGRAMS, wait_until
@@ -24,6 +25,20 @@ class LinksTest(SystemTest):
         self.assert_status(result, 1)
         self.assert_downloaded("mail-1 1.bin", one)
         self.assertIn("Download Complete: mail-1 1.bin", result.stdout, "the name on the disk")
+
+    def test_the_programs_own_schemes_stand_for_addresses(self):
+        names = ("plain.bin", "encoded.bin", "linked-1.bin", "linked-2.bin")
+        sources = {name: self.serve(name, 3000, number) for number, name in enumerate(names)}
+        url = {name: self.server.url("/" + name) for name in names}
+        both = quote(f"{url['linked-1.bin']}\n{url['linked-2.bin']}", safe="")
+        result = self.home.run(url["plain.bin"].replace("http", "ORLOP", 1),
+                               "orlop://encoded/" + quote(url["encoded.bin"], safe=""),
+                               "orlop://linked/" + both)
+        self.assert_status(result, 1)
+        self.assertIn("so 2 were not taken", result.stderr, "nobody can be asked")
+        self.assertEqual(self.home.finished(), ["encoded.bin", "plain.bin"])
+        for name in self.home.finished():
+            self.assert_downloaded(name, sources[name])
 
     def test_what_is_refused_says_why(self):
         for word, words in (("www.example.invalid/x", "https://www.example.invalid/x"),

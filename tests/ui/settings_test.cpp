@@ -223,6 +223,28 @@ TEST_F(SettingsWindowTest, ShowsTheSectionsThatTheUserWants) {
     EXPECT_EQ(shown(), (QStringList{u"General"_s, u"Speed"_s, u"Experimental"_s}));
 }
 
+TEST_F(SettingsWindowTest, TheFilterForBrowsersIsStoredAsTypedAndGreyUnlessItCounts) {
+    window->showPreferencesSection(u"Advanced"_s);
+    auto* field = window->findChild<QLineEdit*>(u"safariExtensionFilterField"_s);
+    ASSERT_NE(field, nullptr);
+    const QPalette usual = field->parentWidget()->palette();
+    const QColor normal = usual.color(QPalette::Active, QPalette::Text);
+    const QColor grey = usual.color(QPalette::Disabled, QPalette::Text);
+    ASSERT_NE(normal, grey);
+    const auto colour = [&] { return field->palette().color(QPalette::Active, QPalette::Text); };
+    EXPECT_EQ(colour(), grey) << "empty";
+    QString typed;
+    for (const auto& [keys, expected] : {std::pair{u"(zip"_s, grey}, {u")$ "_s, normal}}) {
+        QTest::keyClicks(field, keys);
+        typed += keys;
+        EXPECT_EQ(
+            defaults.suite(app::settings::sharedDomain).stringForKey(u"Safari Extension Filter"_s),
+            typed);
+        EXPECT_EQ(colour(), expected) << typed.toStdString();
+    }
+    EXPECT_FALSE(defaults.hasValueForKey(u"Safari Extension Filter"_s)) << "not our own settings";
+}
+
 TEST_F(SettingsWindowTest, RulesForDownloadPagesAreStoredAsTypedAndFollowed) {
     const char16_t* key = u"Download Page Rules";
     const QString name = QString::fromUtf16(key);

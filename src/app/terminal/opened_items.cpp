@@ -3,6 +3,7 @@
 #include <QFileInfo>
 
 #include "app/intake/refused_text.h"
+#include "app/intake/url_handler_command.h"
 #include "links/recognition/text_addresses.h"
 #include "links/text/localization.h"
 
@@ -18,7 +19,8 @@ OpenedItems openedItems(const QStringList& words, const QString& list,
             opened.items.append(list);
         else if (const QFileInfo file(word); file.exists())
             opened.items.append(file.absoluteFilePath());
-        else if (links::TextAddresses::holdsAddress({word}, skipsRedirectingServices))
+        else if (hasProgramScheme(word) ||
+                 links::TextAddresses::holdsAddress({word}, skipsRedirectingServices))
             opened.items.append(word);
         else
             opened.refusals.append(

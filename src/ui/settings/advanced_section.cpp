@@ -2,6 +2,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPalette>
 #include <QPushButton>
 #include <QRegularExpressionValidator>
 
@@ -12,6 +13,8 @@
 #include "engine/workers/throttle.h"
 #include "engine/workers/user_agent.h"
 #include "links/settings.h"
+#include "platform/base/user_defaults.h"
+#include "platform/text/regular_expression.h"
 #include "ui/settings/login_item_switch.h"
 #include "ui/settings/sections.h"
 #include "ui/settings/settings_page.h"
@@ -58,6 +61,37 @@ void addAddresses(SettingsPage& page, const SettingsContext& context) {
     const QRegularExpression plainText(QStringLiteral("[\\x20-\\x7e]*"));
     agent->setValidator(new QRegularExpressionValidator(plainText, agent));
     page.addNote("What servers are told about the program. “-” tells them nothing.");
+}
+
+/// Grey says that no link matches: there is no filter, or it is no regular expression.
+void updateSafariExtensionFilterFieldColor(QLineEdit& field, const QString& filter) {
+    const QString pattern = filter.trimmed();
+    const bool isInForce =
+        !pattern.isEmpty() && platform::RegularExpression::compile(pattern).has_value();
+    QPalette palette = field.parentWidget()->palette();
+    palette.setColor(
+        QPalette::Text,
+        palette.color(isInForce ? QPalette::Active : QPalette::Disabled, QPalette::Text));
+    field.setPalette(palette);
+}
+
+/// Stored as it is typed, for browser extensions, which have settings of their own.
+void addBrowserFilter(SettingsPage& page, const SettingsContext& context) {
+    const auto& setting = app::settings::safariExtensionFilter;
+    platform::UserDefaults& suite = context.defaults.suite(app::settings::sharedDomain);
+    auto* safariExtensionFilterField = new QLineEdit(suite.get(setting), &page);
+    safariExtensionFilterField->setObjectName(QStringLiteral("safariExtensionFilterField"));
+    page.addRow("Links for bro&wsers:", safariExtensionFilterField);
+    page.addNote(
+        "A regular expression for the links that a browser extension hands over. It is "
+        "grey while it is empty or cannot be read.");
+    updateSafariExtensionFilterFieldColor(*safariExtensionFilterField,
+                                          safariExtensionFilterField->text());
+    QObject::connect(safariExtensionFilterField, &QLineEdit::textEdited, safariExtensionFilterField,
+                     [safariExtensionFilterField, &suite, &setting](const QString& text) {
+                         suite.set(setting, text);
+                         updateSafariExtensionFilterFieldColor(*safariExtensionFilterField, text);
+                     });
 }
 
 /// A setting of which another one says the opposite, and which counts from the next start.
@@ -139,6 +173,7 @@ SettingsPage* makeAdvancedSection(const SettingsContext& context, QWidget* paren
     addFiles(*page);
     page->addGap();
     addAddresses(*page, context);
+    addBrowserFilter(*page, context);
     addBasicDownloads(*page, context);
     return page;
 }
