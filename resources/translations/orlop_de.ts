@@ -2061,8 +2061,8 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />
-            <source>Links for bro&amp;wsers:</source>
-            <translation>Links für Bro&amp;wser:</translation>
+            <source>Lin&amp;ks for browsers:</source>
+            <translation>Lin&amp;ks für Browser:</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/advanced_section.cpp" />

@@ -81,7 +81,7 @@ void addBrowserFilter(SettingsPage& page, const SettingsContext& context) {
     platform::UserDefaults& suite = context.defaults.suite(app::settings::sharedDomain);
     auto* safariExtensionFilterField = new QLineEdit(suite.get(setting), &page);
     safariExtensionFilterField->setObjectName(QStringLiteral("safariExtensionFilterField"));
-    page.addRow("Links for bro&wsers:", safariExtensionFilterField);
+    page.addRow("Lin&ks for browsers:", safariExtensionFilterField);
     page.addNote(
         "A regular expression for the links that a browser extension hands over. It is "
         "grey while it is empty or cannot be read.");
