@@ -8,6 +8,7 @@
 #include "core_fixture.h"
 #include "engine/lifecycle/kept_aside.h"
 #include "engine/settings.h"
+#include "support/no_descriptors.h"
 
 using namespace Qt::Literals::StringLiterals;
 namespace keys = engine::keys;
@@ -116,6 +117,24 @@ TEST_F(QueueFile, KeepsAFileAsideThatItCannotUnderstand) {
     }
     EXPECT_TRUE(controller->shouldQuit());
     EXPECT_TRUE(QFile::exists(partial)) << "what the kept file refers to";
+}
+
+TEST_F(QueueFile, LeavesAloneWhatItCannotRead) {
+    int told = 0;
+    QObject::connect(controller.get(), &app::DQMainController::queueFileDamaged, controller.get(),
+                     [&](const QString& path) { told += path.isEmpty() ? 1 : 0; });
+    const QByteArray good =
+        platform::writePropertyList(QVariantList{QVariantMap{{keys::url, address(u"a"_s)}}});
+    writeQueue(good);
+    {
+        const support::NoDescriptors none;
+        controller->readQueue();
+    }
+    EXPECT_EQ(told, 1);
+    add({u"b"_s});
+    frontEnd.onConfirm = [](const auto&) { return true; };
+    EXPECT_TRUE(controller->shouldQuit());
+    EXPECT_EQ(platform::readFile(queuePath(), 1 << 20).data, good);
 }
 
 /// Killed after the first bytes had come, before the file told of them.

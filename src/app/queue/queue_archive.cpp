@@ -74,9 +74,16 @@ std::vector<QVariantMap> QueueArchive::read() {
     if (contents.error && contents.error->is(platform::posixErrorDomain, ENOENT)) {
         return {};
     }
+    if (contents.error) {
+        platform::logUnreadableFile(path_, *contents.error);
+        mayWrite_ = false;
+        keepsIntermediateFiles_ = true;
+        surroundings_.damaged({});
+        return {};
+    }
     const platform::PropertyListResult list =
         platform::readPropertyList(contents.data, maximumFileSize);
-    if (contents.error || list.value.userType() != QMetaType::QVariantList) {
+    if (list.value.userType() != QMetaType::QVariantList) {
         const QString keptPath = platform::keepDamagedFileAside(path_);
         mayWrite_ = !keptPath.isEmpty();
         keepsIntermediateFiles_ = true;
