@@ -60,8 +60,8 @@ void handleFailure(DQDownload& download, DQDownloadWorkerPrototype& worker,
         error.underlying &&
         error.underlying->is(platform::networkErrorDomain, platform::networkErrorWrongPart);
     // A connection that broke says nothing about how many the server serves.
-    if (mayWait && (parkRefusedWorker(transfer, worker) ||
-                    (!isWrongPart && letPartWait(download, worker))))
+    if (mayWait &&
+        (parkRefusedWorker(transfer, worker) || (!isWrongPart && letPartWait(download, worker))))
         return;
     const bool isFailed = isFailedResume(transfer.workers(), error);
     // Asked again it would send the same part.
