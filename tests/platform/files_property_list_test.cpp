@@ -139,6 +139,15 @@ TEST(PropertyList, ReadsWhatOtherWritersWrite) {
     EXPECT_TRUE(std::isnan(readPropertyList(inPlist("<real>nan</real>")).value.toDouble()));
 }
 
+TEST(PropertyList, ReadsATextOfManyReferencesInNoTime) {
+    const QString text = u"<div>"_s.repeated(200'000);
+    const auto written = platform::writePropertyList(text, platform::PropertyListFormat::Xml);
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_EQ(platform::readPropertyList(written.data).value.toString(), text);
+    EXPECT_LT(timer.elapsed(), 5000);
+}
+
 TEST(PropertyList, RefusesWhatIsNoPropertyListAndSaysWhere) {
     const QList<QByteArray> wrong{
         "",

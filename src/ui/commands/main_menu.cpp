@@ -128,6 +128,7 @@ void MainMenu::addHelpMenu() {
     QMenu* menu = addMenu(translated("&Help"));
     actions_.addTo(*menu, Command::ShowHelp);
     actions_.addTo(*menu, Command::CheckForUpdates);
+    actions_.addTo(*menu, Command::ShowNews);
     actions_.addTo(*menu, Command::ToggleDebugLogging);
     actions_.addTo(*menu, Command::ReportProblem);
     menu->addSeparator();
