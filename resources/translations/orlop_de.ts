@@ -200,6 +200,11 @@
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Search the Manual...</source>
+            <translation>Im Handbuch &amp;suchen …</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
             <source>&amp;Settings...</source>
             <translation>E&amp;instellungen …</translation>
         </message>
@@ -957,6 +962,16 @@ Möchten Sie jetzt wirklich beenden?</translation>
         </message>
         <message>
             <location filename="../../src/app/rows/status_text.cpp" />
+            <source>Waiting for %@</source>
+            <translation>Wartet auf %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>Waiting for %@: %@</source>
+            <translation>Wartet auf %@: %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
             <source>Waiting: #%@</source>
             <translation>Wartet: Nr. %@</translation>
         </message>
@@ -1113,6 +1128,51 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/engine/record/download_identity.cpp" />
             <source>File "%@"</source>
             <translation>Datei „%@“</translation>
+        </message>
+        <message>
+            <location filename="../../src/help/default_link.cpp" />
+            <source>%@ is now set to %@.</source>
+            <translation>%@ ist jetzt %@.</translation>
+        </message>
+        <message>
+            <location filename="../../src/help/default_link.cpp" />
+            <source>%@ was already set to %@.</source>
+            <translation>%@ war schon %@.</translation>
+        </message>
+        <message>
+            <location filename="../../src/help/default_link.cpp" />
+            <source>(No Value)</source>
+            <translation>(Kein Wert)</translation>
+        </message>
+        <message>
+            <location filename="../../src/help/default_link.cpp" />
+            <source>No</source>
+            <translation>Nein</translation>
+        </message>
+        <message>
+            <location filename="../../src/help/default_link.cpp" />
+            <source>Revert to %@</source>
+            <translation>Zurück zu %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/help/default_link.cpp" />
+            <source>That didn't do anything</source>
+            <translation>Das hat nichts geändert</translation>
+        </message>
+        <message>
+            <location filename="../../src/help/default_link.cpp" />
+            <source>User default updated</source>
+            <translation>Einstellung geändert</translation>
+        </message>
+        <message>
+            <location filename="../../src/help/default_link.cpp" />
+            <source>Yes</source>
+            <translation>Ja</translation>
+        </message>
+        <message>
+            <location filename="../../src/help/help_manager.cpp" />
+            <source>%@ Help</source>
+            <translation>%@-Hilfe</translation>
         </message>
         <message>
             <location filename="../../src/links/format/byte_counts.cpp" />
@@ -1405,89 +1465,44 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>Version %@</translation>
         </message>
         <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
-            <source>A rule sends downloads from certain hosts or of certain types to a folder of their own and opens them with a program. Rules are listed in the File menu and in the settings.</source>
-            <translation>Eine Regel legt Downloads von bestimmten Servern oder bestimmter Art in einen eigenen Ordner und öffnet sie mit einem Programm. Die Regeln stehen im Menü „Datei“ und in den Einstellungen.</translation>
+            <location filename="../../src/ui/help/help_window.cpp" />
+            <source>Contents</source>
+            <translation>Inhalt</translation>
         </message>
         <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
-            <source>Adding downloads</source>
-            <translation>Downloads hinzufügen</translation>
+            <location filename="../../src/ui/help/help_window.cpp" />
+            <source>Search the Manual</source>
+            <translation>Im Handbuch suchen</translation>
         </message>
         <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
-            <source>An entry of the History menu opens its file and offers what else can be done with it. To search, type while the menu is open.</source>
-            <translation>Ein Eintrag im Menü „Verlauf“ öffnet seine Datei und bietet an, was sich sonst damit tun lässt. Um zu suchen, tippen Sie, während das Menü offen ist.</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
-            <source>Drag rows to put the queue in order, and finished files out of the list to wherever you need them.</source>
-            <translation>Ziehen Sie Zeilen, um die Warteschlange zu ordnen, und fertige Dateien aus der Liste dorthin, wo Sie sie brauchen.</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
-            <source>Finding a download again</source>
-            <translation>Einen Download wiederfinden</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
-            <source>Folders and rules</source>
-            <translation>Ordner und Regeln</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
-            <source>Hold Shift while pasting or dropping to choose a folder for these downloads.</source>
-            <translation>Halten Sie beim Einfügen oder Ablegen die Umschalttaste gedrückt, um für diese Downloads einen Ordner zu wählen.</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
+            <location filename="../../src/ui/help/key_tables.cpp" />
             <source>Keys in the list</source>
             <translation>Tasten in der Liste</translation>
         </message>
         <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
+            <location filename="../../src/ui/help/key_tables.cpp" />
             <source>Keys of the %@ menu</source>
             <translation>Tasten des Menüs „%@“</translation>
         </message>
         <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
-            <source>Paste addresses, drop them on the window, or enter them in the panel that Open URLs brings up. Any text will do: Orlop finds the addresses in it.</source>
-            <translation>Fügen Sie Adressen ein, ziehen Sie sie auf das Fenster oder geben Sie sie dort ein, wohin „URLs öffnen“ führt. Jeder Text ist recht: Orlop findet die Adressen darin.</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
+            <location filename="../../src/ui/help/key_tables.cpp" />
             <source>Pause or resume the selected downloads</source>
             <translation>Ausgewählte Downloads anhalten oder fortsetzen</translation>
         </message>
         <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
+            <location filename="../../src/ui/help/key_tables.cpp" />
             <source>Remove the selected downloads</source>
             <translation>Ausgewählte Downloads entfernen</translation>
         </message>
         <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
+            <location filename="../../src/ui/help/key_tables.cpp" />
             <source>Select nothing</source>
             <translation>Auswahl aufheben</translation>
         </message>
         <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
-            <source>The commands of the Queue menu are about the selected downloads, or about all that the list shows if none is selected.</source>
-            <translation>Die Befehle im Menü „Warteschlange“ betreffen die ausgewählten Downloads oder, wenn keiner ausgewählt ist, alle, die die Liste zeigt.</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
-            <source>Working with the list</source>
-            <translation>Mit der Liste arbeiten</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/help/help_text.cpp" />
-            <source>{1-20}, {01-20}, {a-f} or {front,back} in an address stands for a series.</source>
-            <translation>{1-20}, {01-20}, {a-f} oder {vorn,hinten} in einer Adresse steht für eine Reihe.</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/help/help_window.cpp" />
-            <source>Orlop Help</source>
-            <translation>Orlop-Hilfe</translation>
+            <location filename="../../src/ui/help/quick_access_bar.cpp" />
+            <source>Quick Access</source>
+            <translation>Schnellzugriff</translation>
         </message>
         <message>
             <location filename="../../src/ui/history/history_list_menu.cpp" />
@@ -1723,11 +1738,6 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/log/problem_report_dialog.cpp" />
             <source>Archives (%1)</source>
             <translation>Archive (%1)</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/log/problem_report_dialog.cpp" />
-            <source>Contents</source>
-            <translation>Inhalt</translation>
         </message>
         <message>
             <location filename="../../src/ui/log/problem_report_dialog.cpp" />
@@ -2468,6 +2478,11 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
         </message>
         <message>
             <location filename="../../src/ui/settings/speed_section.cpp" />
+            <source>B&amp;usy servers are asked again:</source>
+            <translation>Ausgelastete Server &amp;erneut fragen:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/speed_section.cpp" />
             <source>Bandwidth:</source>
             <translation>Bandbreite:</translation>
         </message>
@@ -2490,6 +2505,11 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
             <location filename="../../src/ui/settings/speed_section.cpp" />
             <source>L&amp;imit:</source>
             <translation>&amp;Limit:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/speed_section.cpp" />
+            <source>Once</source>
+            <translation>Einmal</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/speed_section.cpp" />

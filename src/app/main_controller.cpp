@@ -272,6 +272,9 @@ void DQMainController::statusDidChange(const engine::StatusChange& change) {
     if (change.after == engine::DQDownloadStatusQueued) {
         parts_->batch.invalidateLongTermNumberOfQueuedOrDownloadingDownloads();
     }
+    if (change.cause == StatusCause::PutOff) {
+        parts_->rows.noteRefusal();
+    }
     if (change.cause == StatusCause::PausedByUser ||
         (change.cause == StatusCause::Removed && wasActive)) {
         parts_->batch.decrementLongTermNumberOfQueuedOrDownloadingDownloads();

@@ -47,19 +47,6 @@ inline const Setting<QVariantMap> securityScopedBookmarks{
     false,
     "The folders that the user unlocked for a program that may reach no others, by path."};
 
-// Help.
-inline const Setting<bool> helpCenterQuickAccess{
-    u"DQHelpManager: Center Quick Access", false, false,
-    "The help window's quick access stands in its middle."};
-inline const Setting<bool> helpListAnchorsInSubmenus{
-    u"DQHelpManager: List Anchors In Submenus", false, false,
-    "The help menu lists the sections of a page in a submenu of their own."};
-inline const Setting<QString> helpOpenRelativePath{
-    u"DQHelpManager: Open Relative Path",
-    {},
-    false,
-    "Help page to open at the next launch, relative to the help folder; removed when used."};
-
 // Updates and news.
 inline const Setting<bool> automaticUpdateChecks{
     u"Automatic Update Checks", true, false,

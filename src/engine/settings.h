@@ -86,6 +86,13 @@ inline const Setting<qint64> filenameExtensionPolicy{
     "one that does not belong to the type, 3 always, any other value never."};
 inline const Setting<bool> autoResume{u"Auto-Resume", false, false,
                                       "A download that failed is queued again by itself."};
+inline const Setting<qint64> retriesWhenServerIsBusy{
+    u"Server Busy: Retries",
+    5,
+    false,
+    "How often a server that has no place for a download is asked again before the download is "
+    "given up.",
+    {.lowest = 0, .highest = 100}};
 inline const Setting<double> autoResumeIntervalThreshold{
     u"Auto-Resume: Interval Threshold", 5.0, false,
     "Seconds that must have passed since the last failure of any download for a new failure to be "

@@ -115,6 +115,31 @@ TEST_F(RowsTest, TellsThePlaceInTheQueue) {
     EXPECT_TRUE(place(1).isNull());
 }
 
+/// Whom the server has refused, and the others that wait for the same server.
+TEST_F(RowsTest, TellsForWhichServerItWaits) {
+    const auto refused = one(u"http://dl.a.example/x"_s, true);
+    const auto sibling = one(u"http://dl.a.example/y"_s, true);
+    const auto other = one(u"http://b.example/y"_s, true);
+    refused->becomeDownloading();
+    const auto worker = TestWorker::make(controller->queue().context());
+    ASSERT_TRUE(refused->putOff(*worker, 4000));
+    EXPECT_EQ(refused->status(), DQDownloadStatusQueued);
+    for (const bool live : {true, false})
+        EXPECT_EQ(text(*refused, live), u"Waiting for dl.a.example: 1:06:40"_s);
+    EXPECT_EQ(text(*sibling, false), u"Waiting for dl.a.example: 1:06:40"_s);
+    EXPECT_EQ(text(*other, false), u"Waiting"_s);
+    defaults.set(settings::privateDownloading, true);
+    EXPECT_FALSE(text(*refused).contains(u"dl.a"_s));
+    defaults.set(settings::privateDownloading, false);
+    const auto redrawn = frontEnd.redraws;
+    main.advance(3960.5);
+    EXPECT_EQ(text(*refused), u"Waiting for dl.a.example: 0:40"_s);
+    EXPECT_EQ(frontEnd.redraws - redrawn, 3960);
+    main.advance(100);
+    EXPECT_EQ(text(*refused, false), u"Waiting"_s);
+    EXPECT_LE(frontEnd.redraws - redrawn, 4002);
+}
+
 /// Also those that come paused count at once.
 TEST_F(RowsTest, PausedOnesNameTheirHostWhereThereAreSeveral) {
     const auto first = one();

@@ -280,58 +280,58 @@ TEST_F(AccelerationTest, ResultIsTheFileWhateverServersDoWithParts) {
     }
 }
 
-/// Servers count a connection for a while after its end. How often they refuse before they serve a
-/// part, and what comes of it.
-TEST_F(AccelerationTest, RefusedHandOverWaitsAndTriesAgain) {
-    struct Case {
-        int refusals;
-        int status;
-        DQDownloadStatus end;
-    };
-    for (const Case& c : {Case{4, 429, DQDownloadStatusDone}, Case{4, 503, DQDownloadStatusDone},
-                          Case{4, 0, DQDownloadStatusDone}, Case{99, 503, DQDownloadStatusAborted},
-                          Case{99, 0, DQDownloadStatusPaused}}) {
-        SCOPED_TRACE(std::to_string(c.refusals) + " times " + std::to_string(c.status));
-        int refused = 0;
-        server.handle("/file.bin", [&](const support::ReceivedRequest& request) {
-            Reply served = reply(body, {.rate = 4'000'000});
-            const auto range = request.header("Range");
-            if (!range)
-                return served;
-            // The second is served, so that the first worker has an end.
-            if (range->starts_with("bytes=250003-") || refused++ >= c.refusals)
-                return reply(body);
-            served.raw = c.status == 0 ? std::optional(QByteArray()) : std::nullopt;
-            served.keepAlive = c.status != 0;
-            served.status = c.status == 0 ? 200 : c.status;
+/// How often a server refuses before it serves a part, and what comes of it.
+struct HandOver {
+    int refusals;
+    int status;  ///< 0: it closes the connection.
+    DQDownloadStatus end;
+};
+
+class RefusedHandOverTest : public AccelerationTest,
+                            public testing::WithParamInterface<HandOver> {};
+
+/// Servers count a connection for a while after its end.
+TEST_P(RefusedHandOverTest, WaitsAndTriesAgain) {
+    const HandOver& c = GetParam();
+    int refused = 0;
+    server.handle("/file.bin", [&](const support::ReceivedRequest& request) {
+        Reply served = reply(body, {.rate = 4'000'000});
+        const auto range = request.header("Range");
+        if (!range)
             return served;
-        });
-        const auto download = add();
-        download->startDownload();
-        const auto hasEnded = [&] { return download->status() != DQDownloadStatusDownloading; };
-        const auto isWaiting = [&] {
-            const auto& workers = download->transfer().workers();
-            return !workers.empty() && std::none_of(workers.begin(), workers.end(), [](auto& each) {
-                return each->status() == DQDownloadWorkerStatusRunning;
-            });
-        };
-        for (int pauses = 0; !hasEnded() && pauses < 20; ++pauses) {
-            ASSERT_TRUE(main.waitUntil([&] { return hasEnded() || isWaiting(); }));
-            if (!hasEnded())
-                main.advance(16);
-        }
-        EXPECT_EQ(download->status(), c.end);
-        if (c.end == DQDownloadStatusDone) {
-            EXPECT_EQ(contents(download->path()), body);
-            QFile::remove(download->path());
-        } else {
-            EXPECT_FALSE(downloadedNames().isEmpty());
-            download->remove();
-        }
-        waitForDisks();
-        EXPECT_EQ(downloadedNames(), QStringList());
+        // The second is served, so that the first worker has an end.
+        if (range->starts_with("bytes=250003-") || refused++ >= c.refusals)
+            return reply(body);
+        served.raw = c.status == 0 ? std::optional(QByteArray()) : std::nullopt;
+        served.keepAlive = c.status != 0;
+        served.status = c.status == 0 ? 200 : c.status;
+        return served;
+    });
+    const auto download = add();
+    download->startDownload();
+    const auto isWaiting = [&] { return download->status() == DQDownloadStatusQueued; };
+    const auto hasEnded = [&] { return !matchesStatusMask(download->status(), activeStatuses); };
+    for (int pauses = 0; !hasEnded() && pauses < 20; ++pauses) {
+        ASSERT_TRUE(main.waitUntil([&] { return hasEnded() || isWaiting(); }));
+        if (!hasEnded())
+            main.advance(75);
     }
+    EXPECT_EQ(download->status(), c.end);
+    if (c.end == DQDownloadStatusDone)
+        EXPECT_EQ(contents(download->path()), body);
+    else
+        EXPECT_FALSE(downloadedNames().isEmpty());
+    download->remove();
+    waitForDisks();
+    EXPECT_EQ(downloadedNames().isEmpty(), c.end != DQDownloadStatusDone);
 }
+
+INSTANTIATE_TEST_SUITE_P(Servers, RefusedHandOverTest,
+                         testing::Values(HandOver{7, 429, DQDownloadStatusDone},
+                                         HandOver{7, 503, DQDownloadStatusDone},
+                                         HandOver{7, 0, DQDownloadStatusDone},
+                                         HandOver{99, 503, DQDownloadStatusAborted},
+                                         HandOver{99, 0, DQDownloadStatusPaused}));
 
 TEST_F(AccelerationTest, RedirectedPartsKeepTheirPlaces) {
     serve(body, {}, u"/mirror.bin"_s);

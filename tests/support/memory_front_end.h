@@ -42,6 +42,7 @@ public:
     QList<qsizetype> selectedRows;
     std::vector<platform::Seconds> delayedRedraws;
     app::Pasteboard copied;
+    int redraws = 0;  ///< Of the whole list.
 
     bool confirm(const app::Alert& alert) override {
         alerts.push_back(alert);
@@ -96,7 +97,7 @@ public:
         selectedRows = rows;
     }
     void selectRows(const QList<qsizetype>& rows) override { selectedRows = rows; }
-    void setNeedsDisplay() override {}
+    void setNeedsDisplay() override { ++redraws; }
     void setNeedsDisplayAfterDelay(platform::Seconds delay) override {
         delayedRedraws.push_back(delay);
     }

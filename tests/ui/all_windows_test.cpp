@@ -20,6 +20,7 @@
 #include "app/history/historian.h"
 #include "app/settings.h"
 #include "engine/workers/user_agent.h"
+#include "help/help_manager.h"
 #include "http/http_session.h"
 #include "ui/authentication/authentication_panel.h"
 #include "ui/commands/menu_items.h"
@@ -167,7 +168,8 @@ QStringList textsOf(const QWidget& window) {
             texts.append(field->placeholderText());
         if (const auto* field = qobject_cast<const QPlainTextEdit*>(widget))
             texts.append(field->placeholderText());
-        if (const auto* browser = qobject_cast<const QTextBrowser*>(widget))
+        if (const auto* browser = qobject_cast<const QTextBrowser*>(widget);
+            browser && !widget->inherits("ui::HelpBrowser"))
             texts.append(browser->toPlainText());
         if (const auto* tree = qobject_cast<const QTreeWidget*>(widget)) {
             for (int column = 0; column < tree->columnCount(); ++column)
@@ -186,14 +188,16 @@ TEST_F(AllWindows, SpeakOneLanguage) {
     const ui::Language pseudo(*qApp, QLocale(), ui::Language::Pseudo::Accented);
     // What is left in plain letters, or is called the same in every language.
     static const QRegularExpression english(u"[A-Za-z]{3,}"_s);
-    QSet<QString> missed;
+    QSet<QString> missed, pages{u"Tasks"_s, u"Keys"_s};  // Each language has pages of its own.
+    for (const help::HelpPage& page : help::DQHelpManager({}, {}).pageRepresentations())
+        pages.insert(page.title);
     int numberOfTexts = 0;
     visit([&](const QWidget& window) {
         for (QString text : textsOf(window)) {
             numberOfTexts += text.isEmpty() ? 0 : 1;
             for (const QString& name : {engine::defaultUserAgent(), u"Orlop"_s, u"Experimental"_s})
                 text.remove(name);
-            if (text.contains(english) && !text.startsWith(u'/'))
+            if (text.contains(english) && !text.startsWith(u'/') && !pages.contains(text))
                 missed.insert(text);
         }
     });

@@ -65,6 +65,7 @@ enum class Command {
     CheckForUpdates,
     ShowNews,
     ShowHelp,
+    SearchHelp,
     Quit,
 };
 

@@ -13,6 +13,8 @@ Rows::Rows(const Surroundings& surroundings)
                 surroundings.frontEnd, presence_}),
       vanishing_({surroundings.queue.context().loop, surroundings.queue.context().defaults,
                   surroundings.remove}),
+      waits_(surroundings.queue.context().loop, surroundings.queue.admission(),
+             [&list = surroundings.frontEnd.list] { list.setNeedsDisplay(); }),
       defaults_(surroundings.queue.context().defaults),
       openings_(surroundings.queue.context().loop) {}
 

@@ -4,6 +4,7 @@
 #include "app/rows/row_actions.h"
 #include "app/rows/row_vanishing.h"
 #include "app/rows/status_text.h"
+#include "app/rows/wait_ticker.h"
 #include "engine/queue/download_queue.h"
 #include "platform/base/timer.h"
 
@@ -35,6 +36,8 @@ public:
     /// One after the other, with the interval of the settings between two.
     void openOriginalURLs(const engine::Downloads& downloads);
 
+    /// A server has just had no place for a download, whose row counts down from now on.
+    void noteRefusal() { waits_.start(); }
     /// The record has left the queue.
     void forget(const engine::DQDownload& download);
 
@@ -43,6 +46,7 @@ private:
     StatusTexts texts_;
     RowActions actions_;
     RowVanishing vanishing_;
+    WaitTicker waits_;
     const platform::UserDefaults& defaults_;
     platform::Timers openings_;
     const engine::DQDownload* pressed_ = nullptr;

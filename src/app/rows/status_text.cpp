@@ -1,5 +1,7 @@
 #include "app/rows/status_text.h"
 
+#include <cmath>
+
 #include "engine/queue/download_queue.h"
 #include "engine/settings.h"
 #include "links/format/byte_counts.h"
@@ -104,7 +106,21 @@ QString StatusTexts::doneText(DQDownload& download) const {
                          links::fuzzyDescription(download.doneDate(), queue_.context().wallNow())});
 }
 
+QString StatusTexts::hostWaitDescription(const DQDownload& download) const {
+    const auto wait = queue_.admission().hostWait(download);
+    if (!wait)
+        return {};
+    const QString host = anonymizedHost(wait->host);
+    if (wait->remaining > 0)
+        return filledFormat(localized("Waiting for %@: %@"),
+                            {host, links::durationDescription(false, std::ceil(wait->remaining))});
+    // Of the others the place in the queue says more.
+    return download.wasRefused() ? filledFormat(localized("Waiting for %@"), {host}) : QString();
+}
+
 QString StatusTexts::waitingText(const DQDownload& download, bool live) const {
+    if (const QString wait = hostWaitDescription(download); !wait.isNull())
+        return wait;
     if (live && queue_.admission().queuedDownloads().size() >= 2) {
         if (const QString place = queueIndexDescription(download); !place.isNull())
             return filledFormat(localized("Waiting: #%@"), {place});

@@ -32,6 +32,8 @@ public:
                                                            bool live) const;
     /// Its place in the queue. Null: it does not wait.
     [[nodiscard]] QString queueIndexDescription(const engine::DQDownload& download) const;
+    /// For whom it waits, and how long, if its server has no place for it now. Null: it has.
+    [[nodiscard]] QString hostWaitDescription(const engine::DQDownload& download) const;
     /// The host, if paused downloads of others are there too. Null otherwise.
     [[nodiscard]] QString pausedHostDescription(const engine::DQDownload& download) const;
 

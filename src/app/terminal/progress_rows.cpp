@@ -38,12 +38,16 @@ ProgressRow progressRow(const StatusTexts& statusTexts, const engine::DQDownload
 
 }  // namespace
 
-std::vector<ProgressRow> progressRows(const StatusTexts& texts,
-                                      const std::vector<engine::DownloadPtr>& downloads) {
+std::vector<ProgressRow> progressRows(const StatusTexts& texts, engine::QueueAdmission& admission) {
     std::vector<ProgressRow> rows;
-    rows.reserve(downloads.size());
-    for (const engine::DownloadPtr& download : downloads)
+    for (const engine::DownloadPtr& download : admission.downloadingDownloads())
         rows.push_back(progressRow(texts, *download));
+    for (const engine::DownloadPtr& download : admission.refusedDownloads()) {
+        ProgressRow row;
+        row.name = download->displayName();
+        row.note = texts.hostWaitDescription(*download);
+        rows.push_back(row);
+    }
     return rows;
 }
 

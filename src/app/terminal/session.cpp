@@ -82,9 +82,20 @@ void Session::noteChange(const engine::DownloadPtr& download) {
     const RunLedger::State state = stateOf(*download);
     if (const auto news = ledger_.note(download, state))
         tell(*news, *download);
+    noteWait(*download, state);
     if (state == RunLedger::State::Failed)
         lastFailure_ = surroundings_.loop.clock().monotonic();
     requestRefresh();
+}
+
+/// Where no progress is shown, a line says why it does not come along.
+void Session::noteWait(engine::DQDownload& download, RunLedger::State state) {
+    if (state != RunLedger::State::Waiting || !download.wasRefused() ||
+        surroundings_.reporter.showsProgress())
+        return;
+    const QString wait = surroundings_.controller.rows().texts().hostWaitDescription(download);
+    if (!wait.isEmpty())
+        surroundings_.reporter.tell({Event::Kind::Notice, download.displayName(), wait});
 }
 
 void Session::tell(Event::Kind kind, engine::DQDownload& download) {
@@ -121,10 +132,9 @@ void Session::resume() {
 }
 
 bool Session::draw() {
-    const ProgressSnapshot snapshot{
-        progressRows(surroundings_.controller.rows().texts(),
-                     surroundings_.controller.queue().admission().downloadingDownloads()),
-        surroundings_.controller.queueStatus().text};
+    const ProgressSnapshot snapshot{progressRows(surroundings_.controller.rows().texts(),
+                                                 surroundings_.controller.queue().admission()),
+                                    surroundings_.controller.queueStatus().text};
     surroundings_.reporter.show(snapshot);
     return !snapshot.rows.empty();
 }

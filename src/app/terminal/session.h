@@ -49,6 +49,7 @@ public:
 
 private:
     void noteChange(const engine::DownloadPtr& download);
+    void noteWait(engine::DQDownload& download, RunLedger::State state);
     void tell(Event::Kind kind, engine::DQDownload& download);
     void tellProblems(const QStringList& problems);
     /// What was given and stands in the queue already is wanted all the same: it is queued unless

@@ -101,11 +101,11 @@ bool takeOverParkedPart(Transfer& transfer) {
 }  // namespace
 
 void accelerateIfPossible(Transfer& transfer, const Worker::Pointer& primary,
-                          const WorkerResponse& response) {
+                          const WorkerResponse& response, qint64 connections) {
     if (!mayAccelerate(transfer, response) || primary->expectedBytes() <= 0)
         return;
     const qint64 minimumSize = settingsOf(transfer).acceleratorFractionMinimumSize();
-    const qint64 channels = settingsOf(transfer).accelerationFactor();
+    const qint64 channels = std::min(settingsOf(transfer).accelerationFactor(), connections);
     if (splitIntoFractions(primary->expectedBytes(), minimumSize, channels, {}).empty())
         return;
     const QString path = transfer.paths().chooseIntermediateDownloadTargetPath();
@@ -124,8 +124,9 @@ void accelerateIfPossible(Transfer& transfer, const Worker::Pointer& primary,
     }
 }
 
-bool addResumedWorkers(Transfer& transfer, const ResumePlan& plan) {
+bool addResumedWorkers(Transfer& transfer, const ResumePlan& plan, qint64 connections) {
     const Worker::Pointer primary = transfer.workers().front();
+    qint64 open = primary->isDone() ? 0 : 1;
     for (std::size_t index = 0; index < plan.fractions.size(); ++index) {
         const StoredFraction& fraction = plan.fractions[index];
         const qint64 size = plan.fractionSizes[index];
@@ -134,7 +135,7 @@ bool addResumedWorkers(Transfer& transfer, const ResumePlan& plan) {
             worker->setFinishedBefore(fraction.length());
         } else {
             worker->setResumeByteOffset(size);
-            if (!worker->start()) {
+            if (open++ < connections && !worker->start()) {
                 platform::log(u"%1 cannot resume acceleration worker %2"_s.arg(
                     transfer.record().description(), worker->description()));
                 transfer.dropWorkers();
@@ -172,17 +173,16 @@ void truncateFirstWorker(Transfer& transfer, qint64 offset) {
     goOnWithFirstWorker(transfer);
 }
 
-bool parkRefusedWorker(Transfer& transfer, Worker& worker) {
-    const bool isAnotherRunning = std::any_of(
+bool hasOthersRunning(const Transfer& transfer, const Worker& worker) {
+    return std::any_of(
         transfer.workers().begin(), transfer.workers().end(), [&](const Worker::Pointer& other) {
             return other.get() != &worker && other->status() == DQDownloadWorkerStatusRunning;
         });
-    if (isAnotherRunning)
-        parkWorker(transfer, worker);
-    return isAnotherRunning;
 }
 
-void parkWorker(Transfer& transfer, Worker& worker) {
+bool parkRefusedWorker(Transfer& transfer, Worker& worker) {
+    if (!hasOthersRunning(transfer, worker))
+        return false;
     const Worker::Pointer waiting =
         Worker::downloadWorkerWithDownloadWorker(worker.shared_from_this());
     waiting->setFractionStartByte(worker.fractionStartByte());
@@ -193,6 +193,7 @@ void parkWorker(Transfer& transfer, Worker& worker) {
         return u"%1 lets acceleration worker %2 wait for a free connection"_s.arg(
             transfer.record().description(), waiting->description());
     });
+    return true;
 }
 
 bool startParkedWorker(Transfer& transfer) {

@@ -11,13 +11,15 @@ struct ResumePlan;
 /// Several workers for one download.
 
 /// After the head of a whole answer to the only worker: splits the file if host, server and size
-/// allow it.
+/// allow it, over `connections` at most.
 void accelerateIfPossible(Transfer& transfer, const Transfer::Worker::Pointer& primary,
-                          const WorkerResponse& response);
+                          const WorkerResponse& response, qint64 connections);
 
 /// Adds a worker for each part of the plan, behind the first one, which has been added and takes
-/// what stands before them. False: one could not be started, and all are gone.
-[[nodiscard]] bool addResumedWorkers(Transfer& transfer, const ResumePlan& plan);
+/// what stands before them. Those beyond `connections` wait until another has ended. False: one
+/// could not be started, and all are gone.
+[[nodiscard]] bool addResumedWorkers(Transfer& transfer, const ResumePlan& plan,
+                                     qint64 connections);
 
 /// The first worker has come to where the second one began: stops it there.
 void truncateFirstWorker(Transfer& transfer, qint64 offset);
@@ -26,8 +28,8 @@ void truncateFirstWorker(Transfer& transfer, qint64 offset);
 /// It waits until another worker has ended, since servers commonly serve only so many connections.
 /// False: no other worker is running.
 [[nodiscard]] bool parkRefusedWorker(Transfer& transfer, Transfer::Worker& worker);
-/// The same, whoever is running; who calls sees to its being started.
-void parkWorker(Transfer& transfer, Transfer::Worker& worker);
+/// Whether another worker than this one is running.
+[[nodiscard]] bool hasOthersRunning(const Transfer& transfer, const Transfer::Worker& worker);
 /// Starts a worker that waits, now that another one has ended. False: it could not be started.
 [[nodiscard]] bool startParkedWorker(Transfer& transfer);
 

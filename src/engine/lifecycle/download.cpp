@@ -14,10 +14,13 @@
 #include "engine/paths/intermediate_files.h"
 #include "engine/paths/support_folder.h"
 #include "engine/record/known_file.h"
+#include "engine/settings.h"
 #include "engine/workers/debug_log.h"
+#include "engine/workers/retry_after.h"
 #include "links/paths/path_components.h"
 #include "links/paths/sandbox.h"
 #include "platform/base/log.h"
+#include "platform/base/user_defaults.h"
 #include "platform/files/disks.h"
 #include "platform/files/files.h"
 
@@ -32,7 +35,6 @@ DQDownload::DQDownload(const Context& context, DownloadHost& host, const platfor
       transfer_(*this, paths_, [this] { host_.downloadDidChange(*this); }),
       finisher_(transfer_, *this),
       autoResume_(context.loop),
-      partRetry_(context.loop),
       spaceWatch_(*this) {}
 
 DQDownload::~DQDownload() = default;
@@ -101,6 +103,7 @@ void DQDownload::changeStatus(DQDownloadStatus after, StatusCause cause) {
 }
 
 void DQDownload::startDownload() {
+    refusals_ = 0;
     startDownloadWithURL(std::nullopt, false);
 }
 
@@ -123,6 +126,8 @@ void DQDownload::addToQueue() {
         return;
     cancelArrangedResume();
     _isInterrupted = false;
+    refusals_ = 0;
+    host_.releaseServer(*this);
     changeStatus(DQDownloadStatusQueued, StatusCause::Queued);
 }
 
@@ -147,16 +152,20 @@ void DQDownload::stop(StatusCause cause) {
     if (!matchesStatusMask(status(), activeStatuses))
         return;
     const auto keep = shared_from_this();
+    stopTransfer();
+    refusals_ = 0;
+    changeStatus(DQDownloadStatusPaused, cause);
+}
+
+void DQDownload::stopTransfer() {
     if (status() == DQDownloadStatusDownloading && transfer_.hasWorkers()) {
         const bool isWorthKeeping = partialBytes() >= 1;
         transfer_.dropWorkers();
         if (!isWorthKeeping)
             paths_.discardPartialData();
     }
-    partRetry_.cancel();
     finisher_.cancel();
     _isGettingDownloadPageSource = false;
-    changeStatus(DQDownloadStatusPaused, cause);
 }
 
 void DQDownload::interrupt(const platform::Error& error) {
@@ -179,8 +188,6 @@ void DQDownload::arrangeAutoResume() {
 
 void DQDownload::cancelArrangedResume() {
     autoResume_.cancel();
-    partRetry_.cancel();
-    partRetries_ = 0;
     spaceWatch_.cancel();
 }
 
@@ -208,24 +215,19 @@ bool DQDownload::askOriginalAgain() {
     platform::log(u"%1 asks its original address again"_s.arg(description()));
     userSettings().set(keys::responseURL, URL().absoluteString());
     transfer_.dropWorkers();
-    startDownload();
+    startDownloadWithURL(std::nullopt, false);
     return true;
 }
 
-bool DQDownload::arrangePartRetry() {
-    constexpr int mostRetries = 5;
-    if (partRetries_ >= mostRetries)
+bool DQDownload::putOff(const DQDownloadWorkerPrototype& worker,
+                        std::optional<platform::Seconds> told) {
+    if (refusals_ >= context().defaults.get(settings::retriesWhenServerIsBusy))
         return false;
-    const platform::Seconds pause = 1 << partRetries_++;
-    partRetry_.start(pause, [this] { retryPart(); });
-    return true;
-}
-
-void DQDownload::retryPart() {
     const auto keep = shared_from_this();
-    if (status() == DQDownloadStatusDownloading && !startParkedWorker(transfer_))
-        interrupt(makeWorkerError(WorkerErrorCode::WrongPart,
-                                  u"%1 cannot start a part that waited"_s.arg(description())));
+    host_.serverDidRefuse(*this, {worker, told, pauseAfterRefusal(refusals_++)});
+    stopTransfer();
+    changeStatus(DQDownloadStatusQueued, StatusCause::PutOff);
+    return true;
 }
 
 void DQDownload::takeOverPartialData(DQDownload& other) {
@@ -240,7 +242,7 @@ void DQDownload::takeOverPartialData(DQDownload& other) {
 
 void DQDownload::goOnAlone() {
     transfer_.dropWorkers();
-    startDownload();
+    startDownloadWithURL(std::nullopt, false);
 }
 
 void DQDownload::removeAndMoveToTrashIfDone(bool moveToTrash) {
@@ -312,7 +314,7 @@ void DQDownload::downloadWorkerDidReceiveResponse(DQDownloadWorkerPrototype& wor
 
 void DQDownload::downloadWorkerDidReceiveBytes(DQDownloadWorkerPrototype& worker, qint64) {
     const auto keep = shared_from_this();
-    partRetries_ = 0;
+    refusals_ = 0;
     if (const qint64 offset = transfer_.noteReceivedBytes(worker); offset >= 1)
         truncateFirstWorker(transfer_, offset);
 }
@@ -326,8 +328,10 @@ void DQDownload::downloadWorkerDidFail(DQDownloadWorkerPrototype& worker,
 
 void DQDownload::downloadWorkerDidFinish(DQDownloadWorkerPrototype& worker) {
     const auto keep = shared_from_this();
-    if (transfer_.contains(worker))
-        finisher_.workerDidFinish(worker);
+    if (!transfer_.contains(worker))
+        return;
+    finisher_.workerDidFinish(worker);
+    host_.connectionDidEnd(*this);
 }
 
 // What the end of the transfer leads to.
@@ -354,7 +358,7 @@ void DQDownload::finishingDidFail(const platform::Error& error) {
 
 void DQDownload::finishingWasCancelled(bool startsAgain) {
     if (startsAgain && status() == DQDownloadStatusDownloading)
-        startDownload();
+        startDownloadWithURL(std::nullopt, false);
 }
 
 void DQDownload::partIsLeftWithoutWorker(DQDownloadWorkerPrototype& worker,

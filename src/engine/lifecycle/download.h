@@ -132,8 +132,13 @@ public:
     /// Resumes at the address that the download began with, if another one answered last: links
     /// expire, and their origin gives a fresh one. False: there is no other.
     [[nodiscard]] bool askOriginalAgain();
-    /// A part that waits will be started after a pause. False: it has been tried often enough.
-    [[nodiscard]] bool arrangePartRetry();
+    /// Its server has refused `worker` for now: it goes back into the queue with what it has until
+    /// the server may be asked again. `told`: when the server wants to be asked, in seconds. False:
+    /// it has been asked often enough since it last sent something.
+    [[nodiscard]] bool putOff(const DQDownloadWorkerPrototype& worker,
+                              std::optional<platform::Seconds> told);
+    /// Whether its server was the last to have had no place for it.
+    [[nodiscard]] bool wasRefused() const { return refusals_ > 0; }
     /// Takes the partial data of a record that this new one stands for, and what is known of it.
     void takeOverPartialData(DQDownload& other);
     /// What is arranged for a download that was stopped is not to happen any more.
@@ -154,7 +159,7 @@ private:
 
     [[nodiscard]] qint64 partialBytes() const;
     void arrangeAutoResume();
-    void retryPart();
+    void stopTransfer();
     void throwAwayFile();
 
     DownloadHost& host_;
@@ -163,9 +168,8 @@ private:
     DownloadFinisher finisher_;
     /// A resumption that is to come by itself.
     platform::Timer autoResume_;
-    /// For a part that was refused while no other was running.
-    platform::Timer partRetry_;
-    int partRetries_ = 0;
+    /// By its server, since it last sent something or the user wanted it.
+    int refusals_ = 0;
     SpaceWatch spaceWatch_;
     bool _isGettingDownloadPageSource = false;
 };

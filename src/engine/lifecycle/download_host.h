@@ -11,6 +11,18 @@
 
 namespace engine {
 
+class DQDownloadWorkerPrototype;
+
+/// How a server refused a connection for now.
+struct Refusal {
+    /// The worker that asked for it.
+    const DQDownloadWorkerPrototype& worker;
+    /// Seconds after which the server wants to be asked again. Nothing: it did not say.
+    std::optional<platform::Seconds> told;
+    /// Seconds to wait if it did not, and serves nobody else.
+    platform::Seconds pause = 0;
+};
+
 /// What a download needs of the queue in which it stands. Main thread.
 class DownloadHost {
 public:
@@ -29,6 +41,17 @@ public:
     /// A transfer of any download failed. Answers after how many seconds this download is to be
     /// tried again by itself. Nothing: it is not.
     [[nodiscard]] virtual std::optional<platform::Seconds> noteFailure() = 0;
+
+    /// The server of a running download has refused one of its workers for now.
+    virtual void serverDidRefuse(const DQDownload& download, const Refusal& refusal) = 0;
+    /// Its user does not want to wait for the server any longer.
+    virtual void releaseServer(const DQDownload& download) = 0;
+    /// One of its workers is done.
+    virtual void connectionDidEnd(const DQDownload& download) = 0;
+    /// How many connections at once a running download may have: at least 1, and a very large
+    /// number if its server has never refused one.
+    [[nodiscard]] virtual qint64 connectionsFor(const DQDownload& download) = 0;
+
     /// Makes a download of each address. `pageChain`: the download pages that led to it, the one
     /// that it was found on last.
     virtual void openURLsOfPage(const std::vector<platform::Url>& urls,

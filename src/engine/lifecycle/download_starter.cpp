@@ -142,7 +142,8 @@ void startWorkers(DQDownload& download, const platform::Url& url, const ResumePl
     Transfer& transfer = download.transfer();
     transfer.startSpeedMeter();
     transfer.addWorker(worker);
-    if (plan.kind == ResumePlan::Kind::Accelerated && !addResumedWorkers(download.transfer(), plan))
+    if (plan.kind == ResumePlan::Kind::Accelerated &&
+        !addResumedWorkers(transfer, plan, download.host().connectionsFor(download)))
         return download.abort();
     download.host().downloadDidChange(download);
 }

@@ -28,16 +28,17 @@ bool isFailedResume(const Transfer::Workers& workers, const platform::Error& err
 
 }  // namespace
 
-bool letPartWait(DQDownload& download, DQDownloadWorkerPrototype& worker) {
-    Transfer& transfer = download.transfer();
-    if (parkRefusedWorker(transfer, worker))
+bool letPartWait(DQDownload& download, DQDownloadWorkerPrototype& worker,
+                 std::optional<platform::Seconds> told) {
+    const Transfer& transfer = download.transfer();
+    const auto keep = worker.shared_from_this();
+    if (parkRefusedWorker(download.transfer(), worker)) {
+        download.host().serverDidRefuse(download, {worker, told});
         return true;
+    }
     const bool isServed = std::any_of(transfer.workers().begin(), transfer.workers().end(),
                                       [](const auto& other) { return other->hasReceivedBytes(); });
-    if (!isServed || !download.arrangePartRetry())
-        return false;
-    parkWorker(transfer, worker);
-    return true;
+    return (isServed || download.wasRefused()) && download.putOff(worker, told);
 }
 
 void handleFailure(DQDownload& download, DQDownloadWorkerPrototype& worker,

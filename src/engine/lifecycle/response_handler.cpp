@@ -8,6 +8,7 @@
 #include "engine/record/known_file.h"
 #include "engine/workers/debug_log.h"
 #include "engine/workers/range_answer.h"
+#include "engine/workers/retry_after.h"
 #include "http/http_request.h"
 #include "links/format/byte_counts.h"
 #include "links/repair/percent_escapes.h"
@@ -94,11 +95,13 @@ bool isAboutAddress(qint64 statusCode) {
 void keepPartialData(DQDownload& download, Worker& worker, const WorkerResponse& response) {
     Transfer& transfer = download.transfer();
     const bool isOneOfSeveral = transfer.workers().size() >= 2;
-    if (isOneOfSeveral && parkRefusedWorker(transfer, worker))
+    const bool mayWait = asksToWait(response.statusCode);
+    const auto told = mayWait ? retryAfter(response, download.context().wallNow()) : std::nullopt;
+    if (isAboutAddress(response.statusCode) && !hasOthersRunning(transfer, worker) &&
+        download.askOriginalAgain())
         return;
-    if (isAboutAddress(response.statusCode) && download.askOriginalAgain())
-        return;
-    if ((isOneOfSeveral && letPartWait(download, worker)) || download.askOriginalAgain())
+    if ((isOneOfSeveral && letPartWait(download, worker, told)) || download.askOriginalAgain() ||
+        (mayWait && download.putOff(worker, told)))
         return;
     download.userSettings().set(keys::statusCode, response.statusCode);
     download.abort();
@@ -136,6 +139,9 @@ void handleWholeAnswer(DQDownload& download, Worker& worker, const WorkerRespons
                                           worker.description())));
         return;
     }
+    if (asksToWait(response.statusCode) &&
+        download.putOff(worker, retryAfter(response, download.context().wallNow())))
+        return;
     noteAnswer(download, response);
     if (isSuccess(response.statusCode))
         rememberFile(download.userSettings(), response, worker.expectedBytes());
@@ -143,7 +149,8 @@ void handleWholeAnswer(DQDownload& download, Worker& worker, const WorkerRespons
     adoptLastModifiedDate(download, response);
     download.dates().noteAnswer();
     adoptSuggestedName(download, response.suggestedFilename);
-    accelerateIfPossible(download.transfer(), worker.shared_from_this(), response);
+    accelerateIfPossible(download.transfer(), worker.shared_from_this(), response,
+                         download.host().connectionsFor(download));
 }
 
 }  // namespace

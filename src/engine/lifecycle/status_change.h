@@ -14,6 +14,7 @@ enum class StatusCause {
     Paused,        ///< By the program: the machine sleeps, the schedule says so, it quits.
     PausedByUser,  ///< By its own pause button.
     Interrupted,   ///< By a failure.
+    PutOff,        ///< The server has no place for it now; it is queued until there is one.
     StartedOver,   ///< What had come is given up, and it is queued again.
     Finished,
     Failed,   ///< Given up without having been asked to.

@@ -208,6 +208,22 @@ std::optional<platform::Seconds> DownloadQueue::noteFailure() {
     return autoResume_.noteFailure(context_.monotonicNow());
 }
 
+void DownloadQueue::serverDidRefuse(const DQDownload& download, const Refusal& refusal) {
+    admission_.serverDidRefuse(download, refusal);
+}
+
+void DownloadQueue::releaseServer(const DQDownload& download) {
+    admission_.releaseServer(download);
+}
+
+void DownloadQueue::connectionDidEnd(const DQDownload&) {
+    admission_.connectionDidEnd();
+}
+
+qint64 DownloadQueue::connectionsFor(const DQDownload& download) {
+    return admission_.connectionsFor(download);
+}
+
 void DownloadQueue::openURLsOfPage(const std::vector<platform::Url>& urls,
                                    const QStringList& pageChain) {
     owner_.openURLsOfPage(urls, pageChain);

@@ -101,6 +101,10 @@ private:
     void placeDidChange() override { admission_.invalidateQueuedAndDownloadingDownloads(); }
     void downloadWasRemoved(DQDownload& download) override;
     [[nodiscard]] std::optional<platform::Seconds> noteFailure() override;
+    void serverDidRefuse(const DQDownload& download, const Refusal& refusal) override;
+    void releaseServer(const DQDownload& download) override;
+    void connectionDidEnd(const DQDownload& download) override;
+    [[nodiscard]] qint64 connectionsFor(const DQDownload& download) override;
     void openURLsOfPage(const std::vector<platform::Url>& urls,
                         const QStringList& pageChain) override;
     void volumeIsMissing(DQDownload& download) override;

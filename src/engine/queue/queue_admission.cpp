@@ -13,9 +13,25 @@ namespace {
 
 constexpr qint64 unlimitedSlots = 0x7fffffff;
 
+/// Of the address that the download begins at.
+QString serverOf(const DQDownload& download) {
+    return download.URL().host().toLower();
+}
+
+/// A page that is read is one, too.
+qint64 openConnectionsOf(const DQDownload& download) {
+    const Transfer::Workers& workers = download.transfer().workers();
+    const auto running = std::count_if(workers.begin(), workers.end(), [](const auto& worker) {
+        return worker->status() == DQDownloadWorkerStatusRunning;
+    });
+    const bool isBeingFinished = workers.empty() && !download.isGettingDownloadPageSource();
+    return isBeingFinished ? 0 : std::max<qint64>(1, running);
+}
+
 }  // namespace
 
-QueueAdmission::QueueAdmission(DownloadQueue& queue) : queue_(queue), pass_(queue.context().loop) {}
+QueueAdmission::QueueAdmission(DownloadQueue& queue)
+    : queue_(queue), pass_(queue.context().loop), hostRelease_(queue.context().loop) {}
 
 QueueAdmission::~QueueAdmission() = default;
 
@@ -190,6 +206,7 @@ void QueueAdmission::startEligibleQueuedDownloads() {
     Hosts hosts;
     for (const DownloadPtr& download : downloadingDownloads())
         addDownload(*download, hosts);
+    Hosts opened;
     std::vector<DownloadPtr> eligible;
     for (const DownloadPtr& download : queuedDownloads()) {
         if (slots == 0)
@@ -198,13 +215,105 @@ void QueueAdmission::startEligibleQueuedDownloads() {
         if (perHost >= 1 && !host.isEmpty()) {
             if (const auto used = hosts.find(host); used != hosts.end() && used->second >= perHost)
                 continue;
-            addDownload(*download, hosts);
         }
+        if (!hasRoom(*download, opened))
+            continue;
+        addDownload(*download, hosts);
         eligible.push_back(download);
         --slots;
     }
     for (const DownloadPtr& download : eligible)
         download->startDownloadWithURL(std::nullopt, false);
+    passWhenHostIsReleased();
+}
+
+void QueueAdmission::serverDidRefuse(const DQDownload& download, const Refusal& refusal) {
+    const QString host = serverOf(download);
+    qint64 served = 0;
+    for (const DownloadPtr& other : downloadingDownloads()) {
+        if (serverOf(*other) != host)
+            continue;
+        const Transfer::Workers& workers = other->transfer().workers();
+        served += std::count_if(workers.begin(), workers.end(), [&](const auto& worker) {
+            return worker.get() != &refusal.worker && worker->isServed();
+        });
+    }
+    if (served >= 1)
+        hostLimits_.noteServed(host, served);
+    // The next one waits for a connection that it serves to end.
+    if (served >= 1 && !refusal.told)
+        return;
+    hostLimits_.hold(host, queue_.context().monotonicNow() + refusal.told.value_or(refusal.pause));
+    passWhenHostIsReleased();
+}
+
+void QueueAdmission::releaseServer(const DQDownload& download) {
+    hostLimits_.release(serverOf(download));
+}
+
+void QueueAdmission::connectionDidEnd() {
+    if (!hostLimits_.isEmpty())
+        startEligibleQueuedDownloadsWithTimer();
+}
+
+void QueueAdmission::passWhenHostIsReleased() {
+    const platform::Seconds now = queue_.context().monotonicNow();
+    if (const auto end = hostLimits_.nextEnd(now))
+        hostRelease_.start(*end - now, [this] { startEligibleQueuedDownloadsWithTimer(); });
+}
+
+qint64 QueueAdmission::openConnections(const QString& host, const DQDownload* except) {
+    qint64 open = 0;
+    for (const DownloadPtr& download : downloadingDownloads()) {
+        if (download.get() != except && serverOf(*download) == host)
+            open += openConnectionsOf(*download);
+    }
+    return open;
+}
+
+qint64 QueueAdmission::connectionsFor(const DQDownload& download) {
+    const QString host = serverOf(download);
+    const auto most = hostLimits_.connections(host);
+    return most ? std::max<qint64>(1, *most - openConnections(host, &download)) : unlimitedSlots;
+}
+
+/// `opened`: by this pass, of hosts that serve only so many.
+bool QueueAdmission::hasRoom(const DQDownload& download, Hosts& opened) {
+    if (hostLimits_.isEmpty())
+        return true;
+    const QString host = serverOf(download);
+    if (hostLimits_.remaining(host, queue_.context().monotonicNow()) > 0)
+        return false;
+    const auto most = hostLimits_.connections(host);
+    if (!most)
+        return true;
+    const auto [connections, isFirst] = opened.try_emplace(host, 0);
+    if (isFirst)
+        connections->second = openConnections(host, nullptr);
+    return connections->second < *most && ++connections->second > 0;
+}
+
+std::optional<QueueAdmission::HostWait> QueueAdmission::hostWait(const DQDownload& download) {
+    if (hostLimits_.isEmpty() || download.status() != DQDownloadStatusQueued)
+        return std::nullopt;
+    const QString host = serverOf(download);
+    const platform::Seconds remaining =
+        hostLimits_.remaining(host, queue_.context().monotonicNow());
+    const auto most = hostLimits_.connections(host);
+    if (remaining <= 0 && (!most || openConnections(host, nullptr) < *most))
+        return std::nullopt;
+    return HostWait{host, remaining};
+}
+
+std::vector<DownloadPtr> QueueAdmission::refusedDownloads() {
+    std::vector<DownloadPtr> refused;
+    if (!hostLimits_.nextEnd(queue_.context().monotonicNow()))
+        return refused;
+    for (const DownloadPtr& download : queuedDownloads()) {
+        if (download->wasRefused() && hostWait(*download))
+            refused.push_back(download);
+    }
+    return refused;
 }
 
 }  // namespace engine

@@ -10,13 +10,14 @@
 #include <vector>
 
 #include "engine/lifecycle/status_change.h"
-#include "platform/base/timer.h"
-
+#include "engine/queue/host_limits.h"
 #include "engine/record/status.h"
+#include "platform/base/timer.h"
 
 namespace engine {
 
 class DownloadQueue;
+struct Refusal;
 using DownloadPtr = std::shared_ptr<DQDownload>;
 
 /// Which queued downloads start, and where in line the others stand: one queue in the manager's
@@ -64,6 +65,23 @@ public:
     [[nodiscard]] Position positionOfQueuedDownload(const DQDownload& download);
     void startEligibleQueuedDownloads();
 
+    // What servers have a place for, see DownloadHost. Hosts are those of the addresses.
+
+    void serverDidRefuse(const DQDownload& download, const Refusal& refusal);
+    void releaseServer(const DQDownload& download);
+    void connectionDidEnd();
+    [[nodiscard]] qint64 connectionsFor(const DQDownload& download);
+    /// Why a queued download waits though it may be its turn.
+    struct HostWait {
+        QString host;
+        /// Until the host may be asked again; 0: until one of its connections is free.
+        platform::Seconds remaining = 0;
+    };
+    /// Nothing: its host does not keep it waiting.
+    [[nodiscard]] std::optional<HostWait> hostWait(const DQDownload& download);
+    /// The queued downloads that their servers have refused, and that wait for a time.
+    [[nodiscard]] std::vector<DownloadPtr> refusedDownloads();
+
     /// Whether paused downloads of another host than this one are there.
     [[nodiscard]] bool hasPausedDownloadsOfOtherHosts(const QString& queueRelevantHost);
 
@@ -92,9 +110,14 @@ private:
     [[nodiscard]] bool followStart(const DQDownload& download);
     [[nodiscard]] bool followEnd(const DQDownload& download);
     static qint64 addDownload(const DQDownload& download, Hosts& hosts);
+    [[nodiscard]] qint64 openConnections(const QString& host, const DQDownload* except);
+    [[nodiscard]] bool hasRoom(const DQDownload& download, Hosts& opened);
+    void passWhenHostIsReleased();
 
     DownloadQueue& queue_;
     platform::Timer pass_;
+    HostLimits hostLimits_;
+    platform::Timer hostRelease_;
     std::unique_ptr<Lists> lists_;  ///< Null: to be made anew.
 };
 

@@ -109,6 +109,10 @@ public:
     /// Whether any of that came over the network, and was not there before.
     [[nodiscard]] bool hasReceivedBytes() const { return hasReceivedBytes_; }
     [[nodiscard]] DQDownloadWorkerStatus status() const { return _status; }
+    /// Whether it is being sent something in answer to its request.
+    [[nodiscard]] bool isServed() const {
+        return isServed_ && _status == DQDownloadWorkerStatusRunning;
+    }
     [[nodiscard]] bool isDone() const {
         return _status == DQDownloadWorkerStatusTruncated ||
                _status == DQDownloadWorkerStatusFinished;
@@ -160,6 +164,7 @@ private:
     qint64 _expectedBytes = 0;
     qint64 _downloadedBytes = 0;
     bool hasReceivedBytes_ = false;
+    bool isServed_ = false;
     DQDownloadWorkerStatus _status = DQDownloadWorkerStatusIdle;
 };
 

@@ -58,14 +58,6 @@ bool isDiacritic(QChar unit) {
     return combiningClass == overlay || combiningClass >= firstFixedPosition;
 }
 
-QString folded(const QString& text) {
-    // Upper case, since that also spells out the letters that have none (sharp s).
-    QString result = withoutWidth(text).toUpper().normalized(QString::NormalizationForm_D);
-    result.removeIf(isDiacritic);
-    // Marks that remain join their letter again, or the bare letter would be found in it.
-    return result.normalized(QString::NormalizationForm_C);
-}
-
 bool isAscii(const QString& text) {
     return std::all_of(text.begin(), text.end(), [](QChar unit) { return unit.unicode() < 0x80; });
 }
@@ -101,6 +93,14 @@ QByteArray naturalSortKey(const QString& text) {
         writeKey();
     key.squeeze();
     return key;
+}
+
+QString folded(const QString& text) {
+    // Upper case, since that also spells out the letters that have none (sharp s).
+    QString result = withoutWidth(text).toUpper().normalized(QString::NormalizationForm_D);
+    result.removeIf(isDiacritic);
+    // Marks that remain join their letter again, or the bare letter would be found in it.
+    return result.normalized(QString::NormalizationForm_C);
 }
 
 bool containsFolded(const QString& text, const QString& needle) {

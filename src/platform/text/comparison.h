@@ -12,6 +12,8 @@ namespace platform {
 /// comparison. For sorting long lists.
 [[nodiscard]] QByteArray naturalSortKey(const QString& text);
 
+/// The form in which texts are equal that differ in case, diacritics or character width only.
+[[nodiscard]] QString folded(const QString& text);
 /// Whether `needle` occurs in `text`, regardless of case, diacritics and character width.
 [[nodiscard]] bool containsFolded(const QString& text, const QString& needle);
 

@@ -127,6 +127,7 @@ void MainMenu::addWindowMenu() {
 void MainMenu::addHelpMenu() {
     QMenu* menu = addMenu(translated("&Help"));
     actions_.addTo(*menu, Command::ShowHelp);
+    actions_.addTo(*menu, Command::SearchHelp);
     actions_.addTo(*menu, Command::CheckForUpdates);
     actions_.addTo(*menu, Command::ShowNews);
     actions_.addTo(*menu, Command::ToggleDebugLogging);

@@ -104,6 +104,9 @@ SettingsPage* makeSpeedSection(const SettingsContext& context, QWidget* parent) 
         page->addGap();
     }
     page->addSwitch("Failures:", "&Try failed downloads again", engine::settings::autoResume);
+    page->addPopup("B&usy servers are asked again:",
+                   {{"Never", 0}, {"Once", 1}, {"", 2}, {"", 3}, {"", 5}, {"", 10}, {"", 20}},
+                   engine::settings::retriesWhenServerIsBusy);
     return page;
 }
 

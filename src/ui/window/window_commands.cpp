@@ -2,13 +2,16 @@
 
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QTimer>
 
 #include "app/commands/commands.h"
 #include "app/main_controller.h"
 #include "app/settings.h"
+#include "help/settings.h"
 #include "platform/base/user_defaults.h"
 #include "ui/help/about_panel.h"
 #include "ui/help/help_window.h"
+#include "ui/help/key_tables.h"
 #include "ui/list/download_list.h"
 #include "ui/toolbar/toolbar.h"
 #include "ui/window/address_entry.h"
@@ -65,8 +68,17 @@ void provideWindowCommands(app::Commands& commands, MainWindow& window, AddressE
          }});
     commands.provide(Command::CustomizeToolbar,
                      {[&window](qint64) { window.toolbar().runCustomizationPalette(); }, {}});
-    commands.provide(Command::ShowHelp,
-                     {[&window](qint64) { showHelp(window, *window.menuBar()); }, {}});
+    const auto help = [&window, &settings = commands.surroundings().defaults]() -> HelpWindow& {
+        return showHelp(window, settings, [&window] { return keyTables(*window.menuBar()); });
+    };
+    commands.provide(Command::ShowHelp, {[help](qint64) { help(); }, {}});
+    commands.provide(Command::SearchHelp, {[help](qint64) { help().beginSearch(); }, {}});
+    platform::UserDefaults& settings = commands.surroundings().defaults;
+    if (const QString page = settings.get(help::settings::openRelativePath); !page.isEmpty()) {
+        settings.removeObject(help::settings::openRelativePath.name());
+        QTimer::singleShot(0, &window,
+                           [help, page] { help().openPageAtRelativePathWithFragment(page); });
+    }
     commands.provide(Command::ShowAbout, {[&window](qint64) { showAboutPanel(window); }, {}});
 }
 

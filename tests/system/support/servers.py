@@ -130,7 +130,7 @@ class Server:
 class Nginx(Server):
     """Beside the files themselves: /rate/SPEED/FILE sends SPEED bytes a second, /chunked/FILE has
     no length, /noranges/FILE refuses ranges, /status/NUMBER answers that status, /to/FILE
-    redirects."""
+    redirects, /limit/NUMBER/FILE serves 1 to 3 requests at a time, slowly, and refuses others."""
 
     listen_options = ""
     tls_lines = ""
@@ -166,6 +166,9 @@ http {{
     access_log {self.root}/connections.log numbers;
     log_format passwords '$http_proxy_authorization';
     access_log {self.root}/passwords.log passwords;
+    limit_conn_zone $server_addr zone=one:1m;
+    limit_conn_zone $server_addr zone=two:1m;
+    limit_conn_zone $server_addr zone=three:1m;
     sendfile on;
     keepalive_requests 100000;
     client_body_temp_path {self.root}/body;
@@ -189,6 +192,9 @@ http {{
         }}
         location /noranges/ {{ alias {self.content}/; max_ranges 0; }}
         location ~ ^/to/(?<file>.+)$ {{ return 302 /$file; }}
+        location /limit/1/ {{ alias {self.content}/; limit_rate 400k; limit_conn one 1; }}
+        location /limit/2/ {{ alias {self.content}/; limit_rate 400k; limit_conn two 2; }}
+        location /limit/3/ {{ alias {self.content}/; limit_rate 400k; limit_conn three 3; }}
         location /connections {{ stub_status; access_log off; }}
         location /status/404 {{ return 404; }}
         location /status/500 {{ return 500; }}

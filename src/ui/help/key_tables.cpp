@@ -1,4 +1,4 @@
-#include "ui/help/help_text.h"
+#include "ui/help/key_tables.h"
 
 #include <QAction>
 #include <QKeySequence>
@@ -11,32 +11,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace ui {
 namespace {
-
-struct Chapter {
-    const char* title;
-    std::initializer_list<const char*> paragraphs;
-};
-
-const Chapter chapters[] = {
-    {translatable("Adding downloads"),
-     {translatable("Paste addresses, drop them on the window, or enter them in the panel that "
-                   "Open URLs brings up. Any text will do: Orlop finds the addresses in it."),
-      translatable("{1-20}, {01-20}, {a-f} or {front,back} in an address stands for a series."),
-      translatable(
-          "Hold Shift while pasting or dropping to choose a folder for these downloads.")}},
-    {translatable("Working with the list"),
-     {translatable("The commands of the Queue menu are about the selected downloads, or about all "
-                   "that the list shows if none is selected."),
-      translatable("Drag rows to put the queue in order, and finished files out of the list to "
-                   "wherever you need them.")}},
-    {translatable("Folders and rules"),
-     {translatable("A rule sends downloads from certain hosts or of certain types to a folder of "
-                   "their own and opens them with a program. Rules are listed in the File menu and "
-                   "in the settings.")}},
-    {translatable("Finding a download again"),
-     {translatable("An entry of the History menu opens its file and offers what else can be done "
-                   "with it. To search, type while the menu is open.")}},
-};
 
 const struct {
     const char* title;
@@ -79,22 +53,10 @@ QString rowsOf(const QMenu& menu, const QString& prefix) {
     return rows;
 }
 
-QString guide() {
-    QString html;
-    for (const Chapter& chapter : chapters) {
-        html += heading(translated(chapter.title));
-        for (const char* paragraph : chapter.paragraphs) {
-            html += u"<p>%1</p>"_s.arg(translated(paragraph).toHtmlEscaped());
-        }
-    }
-    return html;
-}
-
 }  // namespace
 
-QString helpText(const QMenuBar& menus) {
-    QString html = guide();
-    QString rows;
+QString keyTables(const QMenuBar& menus) {
+    QString html, rows;
     for (const auto& [title, key] : listKeys) {
         rows += row(translated(title), QKeySequence(key).toString(QKeySequence::NativeText));
     }

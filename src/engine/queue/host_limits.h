@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QHash>
+#include <QString>
+#include <optional>
+
+#include "platform/base/clock.h"
+
+namespace engine {
+
+/// What hosts have said about how much they serve at a time: until when they want to be left alone,
+/// and how many connections they serve. Known for this run of the program and no longer. Hosts are
+/// those of addresses; times are on the scale that never jumps. Main thread.
+class HostLimits {
+public:
+    /// Nothing is known of any host.
+    [[nodiscard]] bool isEmpty() const { return hosts_.isEmpty(); }
+
+    /// Nobody is to ask it before `end`, unless it is held for longer already.
+    void hold(const QString& host, platform::Seconds end);
+    /// It may be asked at once.
+    void release(const QString& host);
+    /// It has refused one more while it served so many connections.
+    void noteServed(const QString& host, qint64 connections);
+
+    /// How long it is still to be left alone; 0: it is not.
+    [[nodiscard]] platform::Seconds remaining(const QString& host, platform::Seconds now) const;
+    /// How many connections it serves. Nothing: it has refused none while it served others.
+    [[nodiscard]] std::optional<qint64> connections(const QString& host) const;
+    /// When the next host that is held may be asked again. Nothing: none is held.
+    [[nodiscard]] std::optional<platform::Seconds> nextEnd(platform::Seconds now) const;
+
+private:
+    struct Limit {
+        platform::Seconds heldUntil = 0;
+        std::optional<qint64> connections;
+    };
+
+    QHash<QString, Limit> hosts_;
+};
+
+}  // namespace engine
