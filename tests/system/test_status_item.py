@@ -96,6 +96,12 @@ class StatusItemTest(SystemTest):
         self.item(self.start_panel())
         self.assertEqual(self.home.log_text().count(ABSENCE), 1)
 
+    def test_a_panel_that_never_answers_counts_as_none(self):
+        self.start_panel().freeze()
+        self.start("-Application Mode", 1)
+        self.desktop.wait_for("frame", "Orlop")
+        self.assertEqual(self.home.log_text().count(ABSENCE), 1)
+
     def test_the_drop_target_takes_addresses_springs_open_and_sticks_to_edges(self):
         self.start("-Drop Target", 1, "-Application Mode: Dock: Main Window Visible On Launch",
                    "NO")
