@@ -535,6 +535,11 @@
         </message>
         <message>
             <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>Something else came in place of the file. Does the network ask for a login?</source>
+            <translation>Statt der Datei kam etwas anderes. Verlangt das Netz eine Anmeldung?</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
             <source>The address leads on to others without end.</source>
             <translation>Die Adresse führt endlos zu anderen weiter.</translation>
         </message>
@@ -667,6 +672,41 @@
             <location filename="../../src/app/failures/failure_sentence.cpp" />
             <source>There is no server of this name. Check the address and your connection.</source>
             <translation>Es gibt keinen Server dieses Namens. Prüfen Sie die Adresse und Ihre Verbindung.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/file_problem.cpp" />
+            <source>A folder lies in its place.</source>
+            <translation>An ihrer Stelle liegt ein Ordner.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/file_problem.cpp" />
+            <source>It is a folder.</source>
+            <translation>Es ist ein Ordner.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/file_problem.cpp" />
+            <source>Its disk cannot be written to.</source>
+            <translation>Auf ihr Laufwerk kann nicht geschrieben werden.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/file_problem.cpp" />
+            <source>Its folder cannot be written to.</source>
+            <translation>In ihren Ordner kann nicht geschrieben werden.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/file_problem.cpp" />
+            <source>The file is too large.</source>
+            <translation>Die Datei ist zu groß.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/file_problem.cpp" />
+            <source>The log says more.</source>
+            <translation>Mehr steht im Protokoll.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/file_problem.cpp" />
+            <source>You are not allowed to read it.</source>
+            <translation>Sie dürfen sie nicht lesen.</translation>
         </message>
         <message>
             <location filename="../../src/app/history/history_item_menu.cpp" />
@@ -882,6 +922,11 @@ Möchten Sie jetzt wirklich beenden?</translation>
         </message>
         <message>
             <location filename="../../src/app/rows/status_text.cpp" />
+            <source> - Begun anew</source>
+            <translation> - Neu begonnen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
             <source>%@ - %lu connections</source>
             <translation>%@ - %lu Verbindungen</translation>
         </message>
@@ -894,6 +939,11 @@ Möchten Sie jetzt wirklich beenden?</translation>
             <location filename="../../src/app/rows/status_text.cpp" />
             <source>%@ at %@/s - %@ remaining</source>
             <translation>%@ mit %@/s - noch %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>%@ kept</source>
+            <translation>%@ behalten</translation>
         </message>
         <message>
             <location filename="../../src/app/rows/status_text.cpp" />
@@ -2400,6 +2450,11 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
             <location filename="../../src/ui/settings/login_item_switch.cpp" />
             <source>Start Orlop when you &amp;log in</source>
             <translation>Orlop bei der &amp;Anmeldung starten</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/login_item_switch.cpp" />
+            <source>This cannot be stored: %1</source>
+            <translation>Das kann nicht gespeichert werden: %1</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/schedule_section.cpp" />

@@ -7,6 +7,7 @@
 
 #include "app/commands/bulk_commands.h"
 #include "app/controller_roles.h"
+#include "app/failures/file_problem.h"
 #include "app/intake/intake.h"
 #include "app/lifecycle/lifecycle.h"
 #include "app/queue/batch_progress.h"
@@ -92,7 +93,7 @@ DQMainController::Parts::Parts(DQMainController& owner, const Surroundings& give
                },
                [&owner](const QString& keptPath) { Q_EMIT owner.queueFileDamaged(keptPath); },
                [&owner](const platform::Error& error) {
-                   Q_EMIT owner.queueFileNotWritten(error.text);
+                   Q_EMIT owner.queueFileNotWritten(writingProblem(error));
                }}),
       intake({queue, given.defaults, given.loop, given.frontEnd,
               [&owner](bool wasEmpty) { owner.queueDidGrow(wasEmpty); },

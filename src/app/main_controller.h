@@ -218,6 +218,7 @@ Q_SIGNALS:
     /// The queue's file could not be understood and lies at the path now; empty: it could not even
     /// be moved away and will not be written over.
     void queueFileDamaged(const QString& keptPath);
+    /// `reason`: a sentence.
     void queueFileNotWritten(const QString& reason);
 
     /// A download cannot go on before the volume of its partial file is back.

@@ -1,5 +1,7 @@
 #include "app/failures/failure_sentence.h"
 
+#include "app/failures/file_problem.h"
+
 #include <gtest/gtest.h>
 
 #include <QRegularExpression>
@@ -48,6 +50,26 @@ protected:
     QTemporaryDir folder;
     platform::UserDefaults defaults{folder.path(), u"Test"_s};
 };
+
+TEST_F(FailureSentence, SaysWhyAFileCannotBeReadOrWritten) {
+    struct Case {
+        int code;
+        const char* reading;
+        const char* writing;
+    };
+    for (const Case& c :
+         {Case{EACCES, "You are not allowed to read it.", "Its folder cannot be written to."},
+          {ENOENT, "The file or its folder is gone.", "The file or its folder is gone."},
+          {EISDIR, "It is a folder.", "A folder lies in its place."},
+          {ENOSPC, "The log says more.", "The disk is full."},
+          {EROFS, "The log says more.", "Its disk cannot be written to."},
+          {EIO, "The disk reports an error.", "The disk reports an error."},
+          {ELOOP, "The log says more.", "The log says more."}}) {
+        const Error error = platform::posixError(c.code);
+        EXPECT_EQ(app::readingProblem(error).toStdString(), c.reading);
+        EXPECT_EQ(app::writingProblem(error).toStdString(), c.writing);
+    }
+}
 
 TEST_F(FailureSentence, SaysPlainlyWhatHappened) {
     platform::HTTPProxy proxy{platform::HTTPProxy::Kind::Http, u"gate"_s, 3128, {}, {}};

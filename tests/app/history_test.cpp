@@ -6,6 +6,7 @@
 #include "core_fixture.h"
 #include "engine/settings.h"
 #include "platform/net/url.h"
+#include "support/no_descriptors.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -151,6 +152,19 @@ TEST_F(HistoryTest, KeepsAFileThatItCannotUnderstand) {
         EXPECT_EQ(file.readAll(), damaged);
         file.remove();
     }
+}
+
+TEST_F(HistoryTest, LeavesAloneAFileThatItCannotRead) {
+    const QByteArray good = platform::writePropertyList(QVariantList());
+    ASSERT_FALSE(platform::writeFileAtomically(path(), good));
+    {
+        const support::NoDescriptors none;
+        startHistory();
+    }
+    add({u"a"_s});
+    historian->add(*download(u"a"_s));
+    historian.reset();
+    EXPECT_EQ(platform::readFile(path(), 1 << 20).data, good);
 }
 
 TEST_F(HistoryTest, WritesBackWhatItDoesNotShow) {

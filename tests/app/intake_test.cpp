@@ -410,6 +410,19 @@ TEST_F(IntakeTest, ADocumentIsNoListAndItsAddressesAreOffered) {
     EXPECT_TRUE(problems[0].startsWith(u"1 address in more.txt."_s));
 }
 
+TEST_F(IntakeTest, SaysPlainlyWhyAListCannotBeRead) {
+    writeFile(u"long.txt"_s, "http://a.example/a\n");
+    QFile list(folder.filePath(u"long.txt"_s));
+    ASSERT_TRUE(list.resize(qint64{1} << 40));
+    QStringList problems;
+    QObject::connect(controller.get(), &app::DQMainController::filesNotOpened, controller.get(),
+                     [&](const QStringList& texts) { problems = texts; });
+    controller->openFiles({list.fileName()}, false, false);
+    ASSERT_EQ(problems.size(), 1);
+    EXPECT_TRUE(problems[0].endsWith(u"long.txt cannot be read: The file is too large."_s))
+        << problems[0].toStdString();
+}
+
 TEST_F(IntakeTest, TakesNoneOfTooManyFilesWhereNobodyCanBeAsked) {
     for (int i = 0; i < 101; ++i) {
         writeFile(u"tree/f%1.zip"_s.arg(i), "x");

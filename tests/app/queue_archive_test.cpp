@@ -6,7 +6,9 @@
 #include "app/queue/restored_download.h"
 #include "app/settings.h"
 #include "core_fixture.h"
+#include "engine/lifecycle/kept_aside.h"
 #include "engine/settings.h"
+#include "support/no_descriptors.h"
 
 using namespace Qt::Literals::StringLiterals;
 namespace keys = engine::keys;
@@ -117,6 +119,23 @@ TEST_F(QueueFile, KeepsAFileAsideThatItCannotUnderstand) {
     EXPECT_TRUE(QFile::exists(partial)) << "what the kept file refers to";
 }
 
+TEST_F(QueueFile, LeavesAloneWhatItCannotRead) {
+    int told = 0;
+    QObject::connect(controller.get(), &app::DQMainController::queueFileDamaged, controller.get(),
+                     [&](const QString& path) { told += path.isEmpty() ? 1 : 0; });
+    const QByteArray good =
+        platform::writePropertyList(QVariantList{QVariantMap{{keys::url, address(u"a"_s)}}});
+    writeQueue(good);
+    {
+        const support::NoDescriptors none;
+        controller->readQueue();
+    }
+    EXPECT_EQ(told, 1);
+    add({u"b"_s});
+    EXPECT_TRUE(controller->shouldQuit());
+    EXPECT_EQ(platform::readFile(queuePath(), 1 << 20).data, good);
+}
+
 /// Killed after the first bytes had come, before the file told of them.
 TEST_F(QueueFile, FindsTheContainerOfADownloadOfWhichItSaysNothing) {
     const QString downloads = folder.filePath(u"downloads"_s);
@@ -140,6 +159,42 @@ TEST_F(QueueFile, FindsTheContainerOfADownloadOfWhichItSaysNothing) {
     EXPECT_EQ(download(u"a"_s)->intermediateDownloadTargetPath(), downloads + u"/a.orlop/x"_s);
     EXPECT_EQ(download(u"a"_s)->status(), engine::DQDownloadStatusQueued);
     EXPECT_EQ(download(u"b"_s)->intermediateDownloadTargetPath(), QString());
+}
+
+/// Data that waits beside its successor is no forgotten bundle, and no bundle may name it: what is
+/// aside is deleted in the end.
+TEST_F(QueueFile, KnowsTheContainerThatIsAsideAndBelievesNoBundle) {
+    const QString downloads = folder.filePath(u"downloads"_s);
+    defaults.set(engine::settings::downloadsFolder, downloads);
+    const QString aside = downloads + u"/a.orlop"_s;
+    const QString victim = downloads + u"/b.orlop/b"_s;
+    ASSERT_TRUE(QDir().mkpath(aside));
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(victim).path()));
+    for (const QString& path : {aside + u"/a"_s, victim})
+        ASSERT_EQ(platform::writeFileAtomically(path, "part"), std::nullopt);
+    add({u"a"_s});
+    const auto asideOf = [](const QString& path) { return QVariantMap{{keys::resumePath, path}}; };
+    QVariantMap archive = savedArchive(u"a"_s);
+    ASSERT_EQ(platform::writeFileAtomically(aside + u"/Archive.orlopinfo"_s,
+                                            platform::writePropertyList(archive)),
+              std::nullopt);
+    download(u"a"_s)->userSettings().set(keys::responseURL, address(u"a"_s));
+    download(u"a"_s)->userSettings().set(keys::keptAside, asideOf(aside + u"/a"_s));
+    controller->writeArchiveBeforeQuitting(false);
+    savedQueue();
+    restart();
+    EXPECT_EQ(controller->numberOfDownloads(), 1);
+    EXPECT_EQ(engine::partialPathAside(*download(u"a"_s)), aside + u"/a"_s);
+
+    archive[keys::url] = address(u"c"_s);
+    archive[keys::keptAside] = asideOf(victim);
+    const auto foreign = controller->addDownloadFromArchive(archive, downloads + u"/c.orlop"_s);
+    EXPECT_EQ(engine::partialPathAside(*foreign), QString());
+    for (const auto& each : Downloads(controller->downloads()))
+        each->remove();
+    disks.waitForDone();
+    EXPECT_FALSE(QFile::exists(aside));
+    EXPECT_TRUE(QFile::exists(victim));
 }
 
 /// Killed before the queue's file had its address, or after the file was lost.
@@ -251,6 +306,7 @@ TEST_F(QueueFile, SaysThatItCannotBeWritten) {
     ASSERT_TRUE(QDir().mkpath(queuePath() + u"/in the way"_s));
     add({u"a"_s});
     EXPECT_TRUE(main.waitUntil([&] { return !reason.isEmpty(); }));
+    EXPECT_EQ(reason, u"A folder lies in its place."_s);
     EXPECT_EQ(controller->numberOfDownloads(), 1);
 }
 

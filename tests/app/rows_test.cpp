@@ -84,10 +84,23 @@ TEST_F(RowsTest, SaysWhatDoesNotRun) {
     download->userSettings().set(keys::responseURL, u"http://a.example/a"_s);
     EXPECT_EQ(text(*download), u"Paused"_s);
     download->interrupt(platform::posixError(5));
-    EXPECT_EQ(text(*download), u"Interrupted"_s);
+    EXPECT_EQ(text(*download), u"Interrupted \u2014 The disk reports an error."_s);
+    EXPECT_EQ(text(*download, false), u"Interrupted"_s);
+    download->userSettings().remove(keys::responseURL);
+    EXPECT_EQ(text(*download, false), u"Pending"_s);
+    EXPECT_TRUE(text(*download).startsWith(u"Pending \u2014 The disk reports an error."_s));
+    download->userSettings().set(keys::responseURL, u"http://a.example/a"_s);
+    // What a row has kept, as it was written down when it stopped.
+    download->setIntermediateDownloadTargetPath(folder.filePath(u"a.orlop/a"_s));
+    download->userSettings().set(keys::keptBytes, 1'500'000);
+    EXPECT_EQ(text(*download), u"Interrupted \u2014 1.5 MB kept"_s);
+    download->userSettings().set(keys::expectedBytes, 4'000'000);
+    EXPECT_EQ(text(*download, false), u"Interrupted \u2014 1.5 of 4 MB kept"_s);
     end(*download, DQDownloadStatusAborted);
-    EXPECT_EQ(text(*download), u"Aborted"_s);
+    EXPECT_EQ(text(*download), u"Aborted \u2014 1.5 of 4 MB kept"_s);
     download->userSettings().set(keys::statusCode, 503);
+    EXPECT_EQ(text(*download, false), u"Aborted \u2014 503 \u2014 1.5 of 4 MB kept"_s);
+    download->paths().setIntermediateDownloadTargetPath({});
     EXPECT_EQ(text(*download, false), u"Aborted \u2014 503"_s);
     end(*download, DQDownloadStatusDone);
     EXPECT_EQ(text(*download), u"Complete \u2014 just now"_s);

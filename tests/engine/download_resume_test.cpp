@@ -8,6 +8,7 @@
 #include "platform/files/property_list.h"
 
 using namespace Qt::Literals::StringLiterals;
+using namespace std::string_literals;
 
 namespace engine_test {
 namespace {
@@ -154,6 +155,14 @@ TEST_F(ResumeTest, ResumeNeverSplicesTwoFiles) {
             .headers = {{"Last-Modified", date}, {"Date", "Wed, 16 Nov 1994 00:00:00 GMT"}},
             .body = file};
     };
+    const auto weak = [](const QByteArray& file, const char* date,
+                         Reply::Ranges ranges = Reply::Ranges::Honour) {
+        return Reply{.headers = {{"ETag", "W/\"1\""}, {"Last-Modified", date}},
+                     .body = file,
+                     .ranges = ranges};
+    };
+    Reply coded = reply(first);
+    coded.headers.emplace_back("Content-Encoding", "br");
     const Reply rest =
         reply(second.mid(half),
               {.status = 206, .headers = {{"Content-Range", "bytes 300000-599999/600000"}}});
@@ -167,20 +176,91 @@ TEST_F(ResumeTest, ResumeNeverSplicesTwoFiles) {
         {"a part of another length", withoutTag(first),
          Reply{.body = first, .ranges = Reply::Ranges::WrongTotal}, first},
         {"the rest of another version", reply(first), reply(second), second, rest},
+        {"the same weak tag and another date",
+         weak(first, "Tue, 15 Nov 1994 12:45:26 GMT"),
+         {},
+         second,
+         weak(second, "Tue, 15 Nov 1994 13:45:26 GMT", Reply::Ranges::Honour)},
+        {"a date of the same second that differs",
+         dated(first, "Tue, 15 Nov 1994 23:59:59.4 GMT"),
+         {},
+         second,
+         dated(second, "Wed, 16 Nov 1994 00:00:00 GMT")},
+        {"nothing said before and a tag now", withoutTag(first), {}, second, reply(second)},
+        {"other bytes of the same length", reply(first), {}, second, coded},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
         const auto download = restarted(pausedAfter(half, c.before));
         server.handle("/file.bin", [&c](const support::ReceivedRequest& request) {
-            return c.toRange && request.header("Range") ? *c.toRange : c.after;
+            if (c.toRange && request.header("Range"))
+                return *c.toRange;
+            return c.after.body.isEmpty() ? reply(c.expected) : c.after;
         });
         download->addToQueue();
         ASSERT_TRUE(waitForStatus(*download, finishedStatuses));
         ASSERT_EQ(download->status(), DQDownloadStatusDone);
         EXPECT_EQ(contents(download->path()), c.expected);
-        EXPECT_FALSE(downloadedNames().contains(u"file.bin.orlop"_s));
+        waitForDisks();
+        EXPECT_EQ(downloadedNames(), QStringList{u"file.bin"_s});
         QFile::remove(download->path());
     }
+}
+
+/// A whole answer in place of the rest comes beside what is there, which goes when it is complete.
+TEST_F(ResumeTest, WhatCameStaysUntilTheNewFileIsComplete) {
+    const QByteArray second = patternedBytes(whole, 2);
+    const QString beside = downloadedPath(u"file.bin 1.orlop/file.bin"_s);
+    enum class End { Complete, CutAtOnce, Paused, Removed };
+    for (const End end : {End::Complete, End::CutAtOnce, End::Paused, End::Removed}) {
+        for (const bool restarts : {false, true}) {
+            SCOPED_TRACE(static_cast<int>(end) * 10 + restarts);
+            auto download = paused();
+            Reply begun = reply(second);
+            (end == End::CutAtOnce ? begun.cutAfter : begun.stallAfter) =
+                end == End::CutAtOnce ? 0 : 100'000;
+            server.serve("/file.bin", begun);
+            download->startDownload();
+            if (end == End::CutAtOnce) {
+                ASSERT_TRUE(waitForStatus(*download, DQDownloadStatusPaused));
+                waitForDisks();
+                EXPECT_EQ(downloadedNames(), QStringList{u"file.bin.orlop"_s});
+                EXPECT_EQ(download->userSettings().value(keys::keptBytes), half);
+            } else {
+                ASSERT_TRUE(main.waitUntil([&] { return QFile(beside).size() >= 100'000; }));
+                download->pause();
+            }
+            EXPECT_EQ(contents(partial), body.first(half));
+            server.release();
+            serve(end == End::CutAtOnce ? body : second);
+            if (restarts)
+                download = restarted(download);
+            if (end == End::Removed) {
+                download->remove();
+                waitForDisks();
+                EXPECT_EQ(downloadedNames(), QStringList());
+                continue;
+            }
+            run(download);
+            ASSERT_EQ(download->status(), DQDownloadStatusDone);
+            EXPECT_EQ(requestedRanges().back(),
+                      end == End::CutAtOnce ? "bytes=300000-" : "bytes=100000-");
+            EXPECT_EQ(contents(download->path()), end == End::CutAtOnce ? body : second);
+            waitForDisks();
+            EXPECT_EQ(downloadedNames(), QStringList{u"file.bin"_s});
+            QFile::remove(download->path());
+        }
+    }
+}
+
+/// The length was not known, and all of it is there.
+TEST_F(ResumeTest, NothingLeftIsTheEnd) {
+    Reply unbounded = reply(body, {.length = Reply::Length::Chunked});
+    const auto download = pausedAfter(half, unbounded);
+    server.serve("/file.bin", {.status = 416, .headers = {{"Content-Range", "bytes */300000"}}});
+    run(download);
+    ASSERT_EQ(download->status(), DQDownloadStatusDone);
+    EXPECT_EQ(contents(download->path()), body.first(half));
 }
 
 /// None of these says that the data on disk is not the file's.
@@ -195,15 +275,21 @@ TEST_F(ResumeTest, RefusalsAndFailuresKeepWhatCame) {
     silent.keepAlive = false;
     std::vector<Case> cases{
         {"no answer", silent, 0},
-        {"nothing to answer a challenge with", {.status = 401}, 0},
-        {"nothing to answer a proxy's with", {.status = 407}, 0},
+        {"something else than a part", {.status = 203, .body = "other"}, 203},
+        {"a part for all", {.status = 200, .headers = {{"Content-Range", "bytes 0-9/10"}}}, 200},
+        {"nothing new", {.status = 304, .headers = {{"Location", "/file.bin"}}}, 304},
+        {"a page for all",
+         {.headers = {{"Content-Type", "text/html"}}, .body = "<html>Log in</html>"},
+         0},
+        {"a file of nobody", {.body = "Please log in."}, 0},
     };
     set(settings::retriesWhenServerIsBusy, qint64{0});
-    for (const int status : {403, 404, 408, 410, 416, 429, 500, 503})
+    for (const int status : {202, 205, 207, 226, 401, 403, 404, 407, 408, 410, 416, 429, 500, 503})
         cases.push_back({"refused", {.status = status, .body = "no"}, status});
-    cases.push_back({"no such part of this file",
-                     {.status = 416, .headers = {{"Content-Range", "bytes */600000"}}},
-                     416});
+    for (const char* length : {"600000", "*"})
+        cases.push_back({"no such part",
+                         {.status = 416, .headers = {{"Content-Range", "bytes */"s + length}}},
+                         416});
     for (const Case& c : cases) {
         for (const bool restarts : {false, true}) {
             SCOPED_TRACE(c.what + std::to_string(c.status) + (restarts ? " restarted" : ""));
@@ -219,6 +305,7 @@ TEST_F(ResumeTest, RefusalsAndFailuresKeepWhatCame) {
             waitForDisks();
             ASSERT_EQ(downloadedNames(), QStringList{u"file.bin.orlop"_s});
             EXPECT_EQ(contents(partial), body.first(half));
+            EXPECT_EQ(download->userSettings().value(keys::keptBytes), half);
             if (restarts)
                 download = restarted(download);
             if (download->status() == DQDownloadStatusAborted)

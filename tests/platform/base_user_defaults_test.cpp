@@ -16,6 +16,7 @@
 #include "platform/files/files.h"
 #include "platform/files/property_list.h"
 #include "support/main_loop.h"
+#include "support/no_descriptors.h"
 
 using namespace Qt::Literals::StringLiterals;
 using platform::UserDefaults;
@@ -136,10 +137,24 @@ TEST_F(DefaultsTest, KeepsADamagedFileAsideAndTheValuesInMemory) {
     EXPECT_EQ(onDisk(), QVariantMap({{u"k"_s, 1}, {u"new"_s, 2}}));
 }
 
+TEST_F(DefaultsTest, AFileThatCannotBeReadIsNeitherSetAsideNorWrittenOver) {
+    writeByHand("<dict><key>k</key><integer>1</integer></dict>");
+    {
+        const support::NoDescriptors none;
+        EXPECT_EQ(defaults.integerForKey(u"k"_s), 0);
+        defaults.setObject(u"new"_s, 2);
+        EXPECT_FALSE(defaults.synchronize());
+    }
+    EXPECT_TRUE(defaults.synchronize());
+    EXPECT_EQ(onDisk(), QVariantMap({{u"k"_s, 1}, {u"new"_s, 2}}));
+    EXPECT_EQ(QDir(folder.path()).entryList({u"test.plist.damaged-*"_s}).size(), 0);
+}
+
 TEST_F(DefaultsTest, AFailedWriteIsTriedAgain) {
     QDir().mkdir(path);
     defaults.setObject(u"k"_s, 1);
-    EXPECT_TRUE(defaults.synchronize()) << "what lies in the way is kept aside";
+    EXPECT_FALSE(defaults.synchronize()) << "what cannot be read is left alone";
+    EXPECT_TRUE(QFileInfo(path).isDir());
     ASSERT_TRUE(QDir(folder.path()).removeRecursively());
     defaults.setObject(u"k"_s, 2);
     EXPECT_FALSE(defaults.synchronize());

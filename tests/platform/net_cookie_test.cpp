@@ -3,8 +3,10 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include "platform/files/files.h"
 #include "platform/net/cookie_date.h"
 #include "platform/net/cookie_storage.h"
+#include "support/no_descriptors.h"
 
 using namespace Qt::Literals::StringLiterals;
 using platform::Cookie;
@@ -174,6 +176,18 @@ TEST(NetCookies, KeepsPersistentOnesInAFile) {
         const auto storage = platform::makeCookieStorage(path);
         EXPECT_EQ(sent(*storage, u"https://x.example.com/"_s), "kept=\u00e9");
         EXPECT_EQ(sent(*storage, u"http://x.example.com/"_s), "");
+    }
+    {
+        const QByteArray good = platform::readFile(path, 1 << 20).data;
+        std::unique_ptr<platform::CookieStorage> storage;
+        {
+            const support::NoDescriptors none;
+            storage = platform::makeCookieStorage(path);
+        }
+        store(*storage, u"new=1; Max-Age=1000"_s, url);
+        EXPECT_EQ(sent(*storage, url), "new=1");
+        storage.reset();
+        EXPECT_EQ(platform::readFile(path, 1 << 20).data, good) << "it could not be read";
     }
     QFile damaged(path);
     ASSERT_TRUE(damaged.open(QFile::WriteOnly));

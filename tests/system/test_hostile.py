@@ -32,6 +32,11 @@ class HostileTest(SystemTest):
             "length-largest": once(OK, b"Content-Length: 9223372036854775807\r\n\r\nxy"),
             "head-endless": lambda: itertools.chain(
                 [OK], (b"X-%d: " % i + b"x" * KIB + b"\r\n" for i in itertools.count())),
+            "trailers-endless": lambda: itertools.chain(
+                [CHUNKED, b"2\r\nxy\r\n0\r\n"],
+                (b"X-%d: " % i + b"x" * KIB + b"\r\n" for i in itertools.count())),
+            "error-endless": lambda: itertools.chain(
+                [b"HTTP/1.1 404 Not Found\r\n\r\n"], itertools.repeat(b"x" * KIB)),
             "line-endless": lambda: itertools.chain([OK, b"X: "], itertools.repeat(b"x" * KIB)),
             "interim-endless": lambda: itertools.repeat(b"HTTP/1.1 103 Early Hints\r\n\r\n"),
         }
@@ -44,6 +49,7 @@ class HostileTest(SystemTest):
                 if not SANITIZED:
                     self.assertLess(result.memory, 64 * MIB)
                 self.assertEqual(self.home.finished(), [])
+                self.assertNotIn("memory", result.errors)
 
     def test_cookies_by_the_thousand(self):
         """A head full of them costs no time to speak of, and few go back."""

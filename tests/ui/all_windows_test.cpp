@@ -189,7 +189,8 @@ TEST_F(AllWindows, SpeakOneLanguage) {
     // What is left in plain letters, or is called the same in every language.
     static const QRegularExpression english(u"[A-Za-z]{3,}"_s);
     QSet<QString> missed, pages{u"Tasks"_s, u"Keys"_s};  // Each language has pages of its own.
-    for (const help::HelpPage& page : help::DQHelpManager({}, {}).pageRepresentations())
+    help::DQHelpManager manual({}, {});
+    for (const help::HelpPage& page : manual.pageRepresentations())
         pages.insert(page.title);
     int numberOfTexts = 0;
     visit([&](const QWidget& window) {

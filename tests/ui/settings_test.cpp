@@ -1,11 +1,15 @@
 #include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QStandardItemModel>
+#include <QStandardPaths>
 #include <QTest>
 #include <QTextEdit>
 #include <QTimeEdit>
+#include <QTimer>
 #include <QToolBar>
 
 #include "app/core_fixture.h"
@@ -251,6 +255,25 @@ TEST_F(SettingsWindowTest, StartsAtLoginOnlyAsLongAsTheUserWants) {
         EXPECT_EQ(box->isChecked(), isOn);
         EXPECT_EQ(item.isEnabled(), isOn);
     }
+}
+
+TEST_F(SettingsWindowTest, SaysPlainlyThatItCannotStartAtLogin) {
+    const QString autostart =
+        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u"/autostart"_s;
+    QDir(autostart).removeRecursively();
+    ASSERT_EQ(platform::writeFileAtomically(autostart, "in the way"), std::nullopt);
+    auto* box = control<QCheckBox>(u"loginItemSwitch");
+    QString told;
+    QTimer::singleShot(0, box, [&told] {
+        auto* alert = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        ASSERT_NE(alert, nullptr);
+        told = alert->text();
+        alert->close();
+    });
+    box->click();
+    EXPECT_EQ(told, u"This cannot be stored: The file or its folder is gone."_s);
+    EXPECT_FALSE(box->isChecked());
+    QFile::remove(autostart);
 }
 
 class ScheduleWidgetsTest : public Core {

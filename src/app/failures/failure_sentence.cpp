@@ -97,6 +97,9 @@ const std::vector<Cause>& causes() {
                       "the password.")},
         {engine::workerErrorDomain, code(WorkerErrorCode::WrongLength), unusable, Detail::Progress},
         {engine::workerErrorDomain, code(WorkerErrorCode::WrongPart), otherPart},
+        {engine::workerErrorDomain, code(WorkerErrorCode::OtherAnswer),
+         translatable(
+             "Something else came in place of the file. Does the network ask for a login?")},
         {engine::workerErrorDomain, code(WorkerErrorCode::CannotWrite),
          translatable("The file cannot be written.")},
         {posixErrorDomain, ENOSPC, full, Detail::Space},

@@ -36,9 +36,14 @@ QList<HistoryEntry> HistoryFile::read() {
     if (contents.error && contents.error->is(platform::posixErrorDomain, ENOENT)) {
         return {};
     }
+    if (contents.error) {
+        platform::logUnreadableFile(path_, *contents.error);
+        mayWrite_ = false;
+        return {};
+    }
     const platform::PropertyListResult list =
         platform::readPropertyList(contents.data, maximumFileSize);
-    if (contents.error || list.value.userType() != QMetaType::QVariantList) {
+    if (list.value.userType() != QMetaType::QVariantList) {
         mayWrite_ = !platform::keepDamagedFileAside(path_).isEmpty();
         return {};
     }

@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <algorithm>
 
+#include "app/failures/file_problem.h"
 #include "app/intake/address_list.h"
 #include "app/intake/request_file.h"
 #include "app/queue/restored_download.h"
@@ -181,7 +182,7 @@ void IntakeRun::openList(const QString& path) {
             u"cannot read the list of addresses: %1 (%2)"_s.arg(list, contents.error->text));
         notes_->noteProblem(
             links::filledFormat(links::localized("The list of addresses %@ cannot be read: %@"),
-                                {list, contents.error->text}));
+                                {list, readingProblem(*contents.error)}));
         return;
     }
     const QString text = addressListText(contents.data);

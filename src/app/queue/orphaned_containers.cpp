@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "app/queue/restored_download.h"
+#include "engine/lifecycle/kept_aside.h"
 #include "engine/record/user_settings.h"
 #include "engine/settings.h"
 #include "links/paths/path_components.h"
@@ -95,8 +96,10 @@ std::vector<OrphanedContainers::Container> OrphanedContainers::unclaimed(
     QSet<QString> folders;
     QSet<QByteArray> identities;
     for (const engine::DownloadPtr& download : downloads) {
-        folders.insert(QFileInfo(QFileInfo(download->intermediateDownloadTargetPath()).path())
-                           .canonicalFilePath());
+        for (const QString& partial :
+             {download->intermediateDownloadTargetPath(), engine::partialPathAside(*download)}) {
+            folders.insert(QFileInfo(QFileInfo(partial).path()).canonicalFilePath());
+        }
         identities.insert(identity({{keys::url, download->URLString()},
                                     {keys::date, download->userSettings().value(keys::date)}}));
     }

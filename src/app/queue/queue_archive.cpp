@@ -74,9 +74,16 @@ std::vector<QVariantMap> QueueArchive::read() {
     if (contents.error && contents.error->is(platform::posixErrorDomain, ENOENT)) {
         return {};
     }
+    if (contents.error) {
+        platform::logUnreadableFile(path_, *contents.error);
+        mayWrite_ = false;
+        keepsIntermediateFiles_ = true;
+        surroundings_.damaged({});
+        return {};
+    }
     const platform::PropertyListResult list =
         platform::readPropertyList(contents.data, maximumFileSize);
-    if (contents.error || list.value.userType() != QMetaType::QVariantList) {
+    if (list.value.userType() != QMetaType::QVariantList) {
         const QString keptPath = platform::keepDamagedFileAside(path_);
         mayWrite_ = !keptPath.isEmpty();
         keepsIntermediateFiles_ = true;
@@ -224,10 +231,18 @@ public:
 
     /// False: the user does not want to quit.
     [[nodiscard]] bool run() {
-        // The question lets the main loop go on, and pausing reports to the queue's owner.
-        const engine::Downloads downloads = archive_.surroundings_.queue.downloads();
-        return std::all_of(downloads.begin(), downloads.end(),
-                           [this](const auto& download) { return add(*download); });
+        engine::DownloadQueue& queue = archive_.surroundings_.queue;
+        // The question lets the main loop go on.
+        if (asks_ && pausesAny(queue.downloads()) && !archive_.confirmQuit()) {
+            return false;
+        }
+        const engine::DownloadQueue::Batch batch(queue);
+        // Pausing reports to the queue's owner.
+        const engine::Downloads downloads = queue.downloads();
+        for (const engine::DownloadPtr& download : downloads) {
+            add(*download);
+        }
+        return true;
     }
 
     [[nodiscard]] QVariantList archives() const {
@@ -241,22 +256,21 @@ public:
     }
 
 private:
-    [[nodiscard]] bool add(engine::DQDownload& download) {
+    [[nodiscard]] bool pausesAny(const engine::Downloads& downloads) const {
+        return std::any_of(downloads.begin(), downloads.end(), [this](const auto& download) {
+            return archive_.isSaved(*download) && isActive(*download);
+        });
+    }
+
+    void add(engine::DQDownload& download) {
         if (!archive_.isSaved(download)) {
-            return true;
+            return;
         }
         const QString address = download.comparisonURLString();
         dropTwinOf(address);
         const engine::DQDownloadStatus status = download.status();
         const bool goesOnLater = goesOn(download);
         if (isActive(download)) {
-            if (asks_ && !archive_.confirmQuit()) {
-                return false;
-            }
-            asks_ = false;
-            if (!archive_.isSaved(download)) {
-                return true;
-            }
             download.pause();
         }
         const QVariant archive = archive_.archiveOf(download, !goesOnLater);
@@ -267,7 +281,6 @@ private:
             }
             archives_.push_back(archive);
         }
-        return true;
     }
 
     void dropTwinOf(const QString& address) {
@@ -282,7 +295,7 @@ private:
     }
 
     QueueArchive& archive_;
-    bool asks_;
+    const bool asks_;
     const bool dropsDuplicates_;
     std::vector<QVariant> archives_;    ///< Invalid: dropped.
     QHash<QString, std::size_t> seen_;  ///< Address to the index of its last inactive archive.

@@ -76,8 +76,9 @@ bool isMovedDataOf(const engine::DQDownload& download, const QVariantMap& archiv
 bool adoptMovedData(engine::DQDownload& download, const QVariantMap& archive,
                     const QString& container) {
     const QVariantMap own = download.userSettingsArchiveWithPausedStatus(true, false);
-    const QVariantMap migrated =
+    QVariantMap migrated =
         migratedArchive(own.contains(keys::resumePath) ? own : archive, container);
+    migrated.remove(keys::keptAside);
     const QString path = resumePath(migrated);
     if (!platform::pathExists(path)) {
         return false;
@@ -95,7 +96,11 @@ engine::DownloadPtr addDownloadFromArchive(engine::DownloadQueue& queue,
     if (address.userType() != QMetaType::QString) {
         return nullptr;
     }
-    const QVariantMap migrated = migratedArchive(archive, externalContainerPath);
+    QVariantMap migrated = migratedArchive(archive, externalContainerPath);
+    if (!externalContainerPath.isEmpty()) {
+        // Anybody may have written it, and what is aside is deleted in the end.
+        migrated.remove(keys::keptAside);
+    }
     const bool isQueued =
         !migrated.value(keys::paused).toBool() && defaults.get(settings::autoStart);
     return queue.add(platform::Url::parse(address.toString()), isQueued,

@@ -2,7 +2,9 @@
 
 #include <cmath>
 
+#include "app/failures/failure_sentence.h"
 #include "engine/queue/download_queue.h"
+#include "engine/record/known_file.h"
 #include "engine/settings.h"
 #include "links/format/byte_counts.h"
 #include "links/format/dates.h"
@@ -56,12 +58,27 @@ QString timeLeftText(const engine::OverallFigures& figures, const engine::SpeedM
     return left < leastShown ? QString() : links::durationDescription(false, left);
 }
 
+QString withDetail(const QString& text, const QString& detail) {
+    return detail.isEmpty()
+               ? text
+               : filledFormat(localized("%@%@%@"), {text, links::spacedDashString(), detail});
+}
+
+/// How much there is to go on with. Empty: nothing.
+QString keptText(const DQDownload& download) {
+    const qint64 kept = download.userSettings().value(keys::keptBytes).toLongLong();
+    if (kept < 1 || !download.holdsPartialData())
+        return {};
+    engine::OverallFigures figures;
+    figures.downloaded = kept;
+    figures.expected = engine::knownFile(download.userSettings()).length;
+    return filledFormat(localized("%@ kept"), {bytesText(figures)});
+}
+
 QString abortedText(const DQDownload& download) {
-    const QString text = localized("Aborted");
-    if (!download.userSettings().contains(keys::statusCode))
-        return text;
-    return filledFormat(localized("%@%@%@"), {text, links::spacedDashString(),
-                                              download.userSettings().string(keys::statusCode)});
+    const QString text =
+        withDetail(localized("Aborted"), download.userSettings().string(keys::statusCode));
+    return withDetail(text, keptText(download));
 }
 
 QString percentText(const DQDownload& download) {
@@ -90,6 +107,8 @@ StatusTexts::StatusTexts(engine::DownloadQueue& queue)
 QString StatusTexts::withAccelerationSuffix(const QString& text, const DQDownload& download) const {
     const engine::UserSettings& settings = download.userSettings();
     const std::size_t connections = download.transfer().workers().size();
+    if (settings.contains(keys::keptAside))
+        return text + localized(" - Begun anew");
     if (settings.boolean(keys::rangesDisabled))
         return text + localized(" - Acceleration not supported");
     if (settings.boolean(keys::accelerationFailed))
@@ -130,9 +149,17 @@ QString StatusTexts::waitingText(const DQDownload& download, bool live) const {
 
 QString StatusTexts::stoppedText(const DQDownload& download, bool live) const {
     QString text = localized("Pending");
-    if (download.userSettings().contains(keys::responseURL))
+    QString detail;
+    if (download.userSettings().contains(keys::responseURL)) {
         text = download.isInterrupted() ? localized("Interrupted") : localized("Paused");
-    return live ? text + pausedHostDescription(download) : text;
+        detail = download.isInterrupted() ? keptText(download) : QString();
+    }
+    if (!live)
+        return withDetail(text, detail);
+    // A row that has failed must not look like one that waits for its user.
+    if (detail.isEmpty() && download.isInterrupted() && download.lastError())
+        detail = failureSentence(*download.lastError(), {});
+    return withDetail(text + pausedHostDescription(download), detail);
 }
 
 QString StatusTexts::anonymizedHost(const QString& host) const {

@@ -9,6 +9,7 @@
 #include "engine/context.h"
 #include "engine/lifecycle/download_starter.h"
 #include "engine/lifecycle/failure_handler.h"
+#include "engine/lifecycle/kept_aside.h"
 #include "engine/lifecycle/response_handler.h"
 #include "engine/paths/download_folder.h"
 #include "engine/paths/intermediate_files.h"
@@ -116,6 +117,7 @@ void DQDownload::startDownloadWithURL(const std::optional<platform::Url>& url,
 void DQDownload::becomeDownloading() {
     cancelArrangedResume();
     lastError_.reset();
+    userSettings().remove(keys::keptBytes);
     if (!userSettings().contains(keys::originalURL))
         userSettings().set(keys::originalURL, URLString());
     changeStatus(DQDownloadStatusDownloading, StatusCause::Started);
@@ -153,6 +155,7 @@ void DQDownload::stop(StatusCause cause) {
         return;
     const auto keep = shared_from_this();
     stopTransfer();
+    takePartialDataBack(*this);
     refusals_ = 0;
     changeStatus(DQDownloadStatusPaused, cause);
 }
@@ -160,6 +163,7 @@ void DQDownload::stop(StatusCause cause) {
 void DQDownload::stopTransfer() {
     if (status() == DQDownloadStatusDownloading && transfer_.hasWorkers()) {
         const bool isWorthKeeping = partialBytes() >= 1;
+        noteKeptBytes();
         transfer_.dropWorkers();
         if (!isWorthKeeping)
             paths_.discardPartialData();
@@ -192,7 +196,9 @@ void DQDownload::cancelArrangedResume() {
 }
 
 void DQDownload::abort() {
+    noteKeptBytes();
     transfer_.dropWorkers();
+    takePartialDataBack(*this);
     changeStatus(DQDownloadStatusAborted, StatusCause::Failed);
 }
 
@@ -205,6 +211,28 @@ void DQDownload::startOverAfterFailedResume() {
     transfer_.resetProgress();
     platform::log(u"%1 cannot resume download; will try complete reload"_s.arg(description()));
     changeStatus(DQDownloadStatusQueued, StatusCause::StartedOver);
+}
+
+void DQDownload::startOverBesidePartialData() {
+    noteKeptBytes();
+    transfer_.dropWorkers();
+    putPartialDataAside(*this);
+    transfer_.resetProgress();
+    changeStatus(DQDownloadStatusQueued, StatusCause::StartedOver);
+}
+
+void DQDownload::finishWithPartialData() {
+    userSettings().set(keys::expectedBytes, transfer_.workers().front()->resumeByteOffset());
+    transfer_.dropWorkers();
+    startDownloadWithURL(std::nullopt, false);
+}
+
+void DQDownload::noteKeptBytes() {
+    qint64 arrived = 0;
+    for (const auto& worker : transfer_.workers())
+        arrived += worker->resumeByteOffset() + worker->downloadedBytes();
+    if (arrived > 0 && paths_.hasIntermediateDownloadTargetPath())
+        userSettings().set(keys::keptBytes, arrived);
 }
 
 bool DQDownload::askOriginalAgain() {
@@ -233,8 +261,9 @@ bool DQDownload::putOff(const DQDownloadWorkerPrototype& worker,
 void DQDownload::takeOverPartialData(DQDownload& other) {
     if (!other.paths_.hasIntermediateDownloadTargetPath())
         return;
-    for (const QString& key : {keys::responseURL, keys::accelerationWorkers, keys::expectedBytes,
-                               keys::entityTag, keys::lastModified})
+    const QStringList others{keys::responseURL, keys::accelerationWorkers, keys::keptBytes,
+                             keys::keptAside};
+    for (const QString& key : knownFileKeys() + others)
         userSettings().set(key, other.userSettings().value(key));
     paths_.setIntermediateDownloadTargetPath(other.paths_.intermediateDownloadTargetPath());
     other.paths_.setIntermediateDownloadTargetPath({});
@@ -260,6 +289,7 @@ void DQDownload::removeAndMoveToTrashIfDone(bool moveToTrash) {
     }
     // An aborted one may have kept some.
     paths_.discardPartialDataInBackground();
+    dropPartialDataAside(*this);
     host_.downloadWasRemoved(*this);
 }
 
@@ -340,6 +370,7 @@ void DQDownload::didFinishWithFile(const QString& path) {
     identity().setURL(platform::Url::fromFilePath(path));
     if (const QByteArray bookmark = platform::fileBookmark(path); !bookmark.isEmpty())
         userSettings().set(keys::alias, bookmark);
+    dropPartialDataAside(*this);
     changeStatus(DQDownloadStatusDone, StatusCause::Finished);
 }
 
@@ -349,6 +380,7 @@ void DQDownload::didFinishWithoutData() {
             description(), userSettings().string(keys::statusCode));
     });
     _isGettingDownloadPageSource = false;
+    takePartialDataBack(*this);
     changeStatus(DQDownloadStatusAborted, StatusCause::Failed);
 }
 

@@ -127,8 +127,15 @@ public:
     void interrupt(const platform::Error& error);
     /// It could not be started at all.
     void abort();
-    /// Gives up all partial data and queues the download.
+    /// Gives up all partial data, which is damaged, and queues the download.
     void startOverAfterFailedResume();
+    /// Queues the download to begin anew, with its partial data beside the new until that is
+    /// complete.
+    void startOverBesidePartialData();
+    /// What is on disk is all of the file, whose length was not known.
+    void finishWithPartialData();
+    /// Writes down how much has come, for a row that stops.
+    void noteKeptBytes();
     /// Resumes at the address that the download began with, if another one answered last: links
     /// expire, and their origin gives a fresh one. False: there is no other.
     [[nodiscard]] bool askOriginalAgain();

@@ -4,6 +4,7 @@
 
 #include "engine/acceleration/accelerator.h"
 #include "engine/lifecycle/download.h"
+#include "engine/lifecycle/response_handler.h"
 #include "engine/workers/debug_log.h"
 #include "http/http_request_error.h"
 #include "platform/net/http_read_stream.h"
@@ -47,6 +48,11 @@ void handleFailure(DQDownload& download, DQDownloadWorkerPrototype& worker,
         return u"%1 failed with error: %2 (worker: %3)"_s.arg(download.description(), error.text,
                                                               worker.description());
     });
+    if (error.is(workerErrorDomain, static_cast<int>(WorkerErrorCode::NotGiven))) {
+        WorkerResponse answer;
+        answer.statusCode = worker.answeredStatus();
+        return keepPartialData(download, worker, answer);
+    }
     Transfer& transfer = download.transfer();
     const bool mayWait = transfer.workers().size() >= 2 && worker.downloadedBytes() == 0 &&
                          worker.hasRange() && error.domain != workerErrorDomain;
@@ -59,9 +65,10 @@ void handleFailure(DQDownload& download, DQDownloadWorkerPrototype& worker,
     const bool isFailed = isFailedResume(transfer.workers(), error);
     // Asked again it would send the same part.
     if (isFailed && isWrongPart)
-        return download.startOverAfterFailedResume();
+        return download.startOverBesidePartialData();
     if (isFailed && download.askOriginalAgain())
         return;
+    download.noteKeptBytes();
     transfer.dropWorkers();
     download.interrupt(error);
 }

@@ -4,6 +4,7 @@
 #include "engine/context.h"
 #include "engine/lifecycle/download.h"
 #include "engine/lifecycle/failure_handler.h"
+#include "engine/lifecycle/kept_aside.h"
 #include "engine/paths/download_paths.h"
 #include "engine/record/known_file.h"
 #include "engine/workers/debug_log.h"
@@ -75,36 +76,25 @@ void goOnWithPart(DQDownload& download, const Worker& worker, const WorkerRespon
 }
 
 /// The whole file comes in place of the rest that was asked for: what is on disk may be another
-/// version of it, and nothing of it is kept.
-void giveUpPartialData(DQDownload& download, Worker& worker) {
+/// version of it, and stays until this one is complete.
+void beginAnewWith(DQDownload& download, Worker& worker) {
     Transfer& transfer = download.transfer();
+    download.noteKeptBytes();
     transfer.dropWorkers(1);
-    download.userSettings().remove(keys::accelerationWorkers);
-    download.paths().discardPartialData();
+    putPartialDataAside(download);
     transfer.resetProgress();
     worker.becomeWholeTransfer();
+}
+
+void refuseAnswer(DQDownload& download, const Worker& worker) {
+    download.interrupt(
+        makeWorkerError(WorkerErrorCode::OtherAnswer,
+                        u"%1 received something else than the file"_s.arg(worker.description())));
 }
 
 /// Waiting helps against none of these, but another address may.
 bool isAboutAddress(qint64 statusCode) {
     return statusCode == 401 || statusCode == 403 || statusCode == 404 || statusCode == 410;
-}
-
-/// The server gives nothing of the file now. What is on disk stays, for another address or a later
-/// attempt.
-void keepPartialData(DQDownload& download, Worker& worker, const WorkerResponse& response) {
-    Transfer& transfer = download.transfer();
-    const bool isOneOfSeveral = transfer.workers().size() >= 2;
-    const bool mayWait = asksToWait(response.statusCode);
-    const auto told = mayWait ? retryAfter(response, download.context().wallNow()) : std::nullopt;
-    if (isAboutAddress(response.statusCode) && !hasOthersRunning(transfer, worker) &&
-        download.askOriginalAgain())
-        return;
-    if ((isOneOfSeveral && letPartWait(download, worker, told)) || download.askOriginalAgain() ||
-        (mayWait && download.putOff(worker, told)))
-        return;
-    download.userSettings().set(keys::statusCode, response.statusCode);
-    download.abort();
 }
 
 /// An acceleration worker gets bytes, but not those of its part. What the first one reads is not
@@ -113,7 +103,7 @@ void goOnWithoutAcceleration(DQDownload& download) {
     const Worker& first = *download.transfer().workers().front();
     if (first.endByte() > 0) {
         // Other workers go on with what may be another version of the file.
-        download.startOverAfterFailedResume();
+        download.startOverBesidePartialData();
         return;
     }
     const bool isFirstDone = first.isDone();
@@ -139,6 +129,9 @@ void handleWholeAnswer(DQDownload& download, Worker& worker, const WorkerRespons
                                           worker.description())));
         return;
     }
+    if (isSuccess(response.statusCode) &&
+        speaksAgainstFile(response, worker.expectedBytes(), knownFileAside(download)))
+        return refuseAnswer(download, worker);
     if (asksToWait(response.statusCode) &&
         download.putOff(worker, retryAfter(response, download.context().wallNow())))
         return;
@@ -155,6 +148,21 @@ void handleWholeAnswer(DQDownload& download, Worker& worker, const WorkerRespons
 
 }  // namespace
 
+void keepPartialData(DQDownload& download, Worker& worker, const WorkerResponse& response) {
+    Transfer& transfer = download.transfer();
+    const bool isOneOfSeveral = transfer.workers().size() >= 2;
+    const bool mayWait = asksToWait(response.statusCode);
+    const auto told = mayWait ? retryAfter(response, download.context().wallNow()) : std::nullopt;
+    if (isAboutAddress(response.statusCode) && !hasOthersRunning(transfer, worker) &&
+        download.askOriginalAgain())
+        return;
+    if ((isOneOfSeveral && letPartWait(download, worker, told)) || download.askOriginalAgain() ||
+        (mayWait && download.putOff(worker, told)))
+        return;
+    download.userSettings().set(keys::statusCode, response.statusCode);
+    download.abort();
+}
+
 void handleResponse(DQDownload& download, Worker& worker, const WorkerResponse& response) {
     debugLog(download, [&] {
         return u"%1 got a %2 from <%3> (worker: %4)"_s.arg(download.description())
@@ -168,18 +176,22 @@ void handleResponse(DQDownload& download, Worker& worker, const WorkerResponse& 
     if (isFollowedByAnother(response))
         return;
     const bool isFirst = download.transfer().isFirst(worker);
-    const RangeAnswer answer =
-        judgeRangeAnswer(worker, response, knownFile(download.userSettings()));
+    const KnownFile known = knownFile(download.userSettings());
+    const RangeAnswer answer = judgeRangeAnswer(worker, response, known);
     if (answer == RangeAnswer::Honoured) {
         goOnWithPart(download, worker, response);
     } else if (answer == RangeAnswer::Withheld) {
         keepPartialData(download, worker, response);
+    } else if (answer == RangeAnswer::NothingLeft && isFirst) {
+        download.finishWithPartialData();
     } else if (!isFirst) {
         goOnWithoutAcceleration(download);
     } else if (answer == RangeAnswer::Contradicted) {
-        download.startOverAfterFailedResume();
+        download.startOverBesidePartialData();
+    } else if (speaksAgainstFile(response, worker.expectedBytes(), known)) {
+        refuseAnswer(download, worker);
     } else {
-        giveUpPartialData(download, worker);
+        beginAnewWith(download, worker);
         handleWholeAnswer(download, worker, response);
     }
 }

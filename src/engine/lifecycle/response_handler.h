@@ -11,4 +11,9 @@ class DQDownload;
 void handleResponse(DQDownload& download, DQDownloadWorkerPrototype& worker,
                     const WorkerResponse& response);
 
+/// The server gives nothing of the part that `worker` asked for now. What is on disk stays, for
+/// another address or a later attempt.
+void keepPartialData(DQDownload& download, DQDownloadWorkerPrototype& worker,
+                     const WorkerResponse& response);
+
 }  // namespace engine

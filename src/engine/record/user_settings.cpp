@@ -22,7 +22,12 @@ const QStringList& keptKeys() {
                                   keys::responseURL,
                                   keys::expectedBytes,
                                   keys::entityTag,
-                                  keys::lastModified};
+                                  keys::lastModified,
+                                  keys::isLastModifiedWeak,
+                                  keys::contentType,
+                                  keys::contentEncoding,
+                                  keys::keptBytes,
+                                  keys::keptAside};
     return list;
 }
 

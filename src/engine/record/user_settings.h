@@ -74,6 +74,13 @@ inline const QString statusCode = QStringLiteral("Status Code");
 inline const QString expectedBytes = QStringLiteral("Expected Bytes");
 inline const QString entityTag = QStringLiteral("Entity Tag");
 inline const QString lastModified = QStringLiteral("Last Modified");
+inline const QString isLastModifiedWeak = QStringLiteral("Last Modified Is Weak");
+inline const QString contentType = QStringLiteral("Content Type");
+inline const QString contentEncoding = QStringLiteral("Content Encoding");
+/// Bytes of the file that had come when the download last stopped; absent: none, or it runs.
+inline const QString keptBytes = QStringLiteral("Kept Bytes");
+/// Partial data that is in doubt while new data comes: "Resume Path" and what else belongs to it.
+inline const QString keptAside = QStringLiteral("Kept Aside");
 
 /// Not kept on disk: the address as it stood at the first start, and a download page's title.
 inline const QString originalURL = QStringLiteral("Original URL");

@@ -95,6 +95,7 @@ void DQDownloadWorkerPrototype::processResponse(const WorkerResponse& response,
             .arg(platform::headersForLog(response.headers.value_or(platform::HTTPHeaders())));
     });
     _expectedBytes = expectedContentLength;
+    answeredStatus_ = response.statusCode;
     isServed_ =
         response.statusCode < 0 || (response.statusCode >= 200 && response.statusCode <= 299);
     WorkerResponse named = response;

@@ -21,6 +21,8 @@ enum class WorkerErrorCode {
     MissingTargetPath = 2,
     WrongLength = 3,  ///< More or fewer bytes than announced.
     WrongPart = 4,    ///< Another part of the file than asked for, or of another file.
+    NotGiven = 5,     ///< An answer that holds nothing of the file, and no other follows.
+    OtherAnswer = 6,  ///< A whole answer that cannot be the file.
 };
 
 [[nodiscard]] platform::Error makeWorkerError(WorkerErrorCode code, const QString& text,
@@ -113,6 +115,8 @@ public:
     [[nodiscard]] bool isServed() const {
         return isServed_ && _status == DQDownloadWorkerStatusRunning;
     }
+    /// Of the last answer; -1: the transfer has no such thing, or none has come.
+    [[nodiscard]] qint64 answeredStatus() const { return answeredStatus_; }
     [[nodiscard]] bool isDone() const {
         return _status == DQDownloadWorkerStatusTruncated ||
                _status == DQDownloadWorkerStatusFinished;
@@ -165,6 +169,7 @@ private:
     qint64 _downloadedBytes = 0;
     bool hasReceivedBytes_ = false;
     bool isServed_ = false;
+    qint64 answeredStatus_ = -1;
     DQDownloadWorkerStatus _status = DQDownloadWorkerStatusIdle;
 };
 

@@ -52,6 +52,15 @@ void setRange(platform::HTTPHeaders& headers, const QString& range, const QStrin
         headers.set(u"If-Range"_s, validator);
 }
 
+/// It wants credentials without saying which (RFC 9110, 11.6.1 and 11.7.1), so that no other answer
+/// can follow.
+bool asksForNothing(const http::HTTPResponse& answer) {
+    constexpr int unauthorized = 401, proxyAuthenticationRequired = 407;
+    return (answer.statusCode == unauthorized && !answer.headers.contains(u"WWW-Authenticate"_s)) ||
+           (answer.statusCode == proxyAuthenticationRequired &&
+            !answer.headers.contains(u"Proxy-Authenticate"_s));
+}
+
 /// With a transfer coding, "Content-Length" does not count (RFC 9112, 6.3). 0: unknown.
 qint64 announcedLength(const platform::HTTPHeaders& headers) {
     if (headers.contains(u"Transfer-Encoding"_s))
@@ -110,6 +119,8 @@ void DQHTTPRequestDownloadWorker::requestDidReceiveResponseHeaders(
     http::HTTPRequest&, const http::HTTPResponse& answer) {
     const auto keep = shared_from_this();
     statusCode_ = answer.statusCode;
+    lacksChallenge_ = asksForNothing(answer);
+    discardedBytes_ = 0;
     // Whatever sent the request again: what has been written belongs to another answer.
     if (downloadedBytes() > 0)
         return stopWithError(makeWorkerError(
@@ -181,9 +192,11 @@ bool DQHTTPRequestDownloadWorker::claimTargetPath() {
 
 void DQHTTPRequestDownloadWorker::requestDidReceiveData(http::HTTPRequest& request,
                                                         const QByteArray& data) {
-    if (!isStoringAnswer() || status() != DQDownloadWorkerStatusRunning)
+    if (status() != DQDownloadWorkerStatusRunning)
         return;
     const auto keep = shared_from_this();
+    if (!isStoringAnswer())
+        return discard(request, data.size());
     if (isWholeFile(data)) {
         setWholeBody(data);
         return processDownloadedBytes(data.size());
@@ -206,6 +219,18 @@ void DQHTTPRequestDownloadWorker::requestDidReceiveData(http::HTTPRequest& reque
     processDownloadedBytes(data.size());
 }
 
+/// An error page is read to its end, so that its connection can be used again, unless that is far.
+void DQHTTPRequestDownloadWorker::discard(http::HTTPRequest& request, qint64 count) {
+    constexpr qint64 mostDiscarded = 64 * 1024;
+    // Another may follow a redirect or a challenge, whose bodies the request bounds itself.
+    const bool isFailure = statusCode_ >= 400 && statusCode_ != 401 && statusCode_ != 407;
+    discardedBytes_ += count;
+    if (discardedBytes_ <= mostDiscarded || !(isFailure || lacksChallenge_))
+        return;
+    request.clearDelegatesAndCancel();
+    requestFinished(request);
+}
+
 void DQHTTPRequestDownloadWorker::requestDidStoreData(http::HTTPRequest&, std::int64_t count) {
     const auto keep = shared_from_this();
     if (status() == DQDownloadWorkerStatusRunning)
@@ -223,12 +248,15 @@ void DQHTTPRequestDownloadWorker::requestFinished(http::HTTPRequest&) {
                 .arg(expectedBytes())));
     // What is on disk from before must not pass for the file.
     if (!isStoringAnswer() && hasRange())
-        return failWithError(makeWorkerError(WorkerErrorCode::WrongPart,
+        return failWithError(makeWorkerError(WorkerErrorCode::NotGiven,
                                              u"%1 was not given its part"_s.arg(description())));
     finish();
 }
 
 void DQHTTPRequestDownloadWorker::requestFailed(http::HTTPRequest& request) {
+    // The client can only say that it has nothing to answer; the status says more.
+    if (lacksChallenge_)
+        return requestFinished(request);
     const auto keep = shared_from_this();
     const platform::Error error = request.error().value_or(platform::Error{});
     cleanUpActiveRequest(false);

@@ -48,6 +48,7 @@ private:
 
     [[nodiscard]] std::optional<platform::Error> openTarget();
     void closeFile();
+    void discard(http::HTTPRequest& request, qint64 count);
     void beginAgain();
     void acquireAuthentication(http::HTTPRequest& request);
     [[nodiscard]] bool isStoringAnswer() const;
@@ -59,6 +60,8 @@ private:
     std::shared_ptr<PartialFile> _downloadFile;  ///< Null before the first byte.
     bool isStoreOffered_ = false;
     int statusCode_ = 0;
+    bool lacksChallenge_ = false;
+    qint64 discardedBytes_ = 0;  ///< Of an answer that holds nothing of the file.
 };
 
 }  // namespace engine

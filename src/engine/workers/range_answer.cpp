@@ -1,5 +1,6 @@
 #include "engine/workers/range_answer.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -53,12 +54,43 @@ bool canTellVersionsApart(const QString& lastModified, const QString& date) {
     return modified && sent && modified->secsTo(*sent) >= 1;
 }
 
-bool isOfAnotherFile(const WorkerResponse& response, const KnownFile& known) {
-    const QString tag = field(response, u"ETag"_s);
-    if (!tag.isEmpty() && !known.entityTag.isEmpty())
-        return opaqueTag(tag) != opaqueTag(known.entityTag);
+QString mediaTypeOf(const WorkerResponse& response) {
+    return field(response, u"Content-Type"_s).section(u';', 0, 0).trimmed().toLower();
+}
+
+/// Empty: the bytes are those of the file.
+QString encodingOf(const WorkerResponse& response) {
+    const QString encoding = field(response, u"Content-Encoding"_s).toLower();
+    return encoding == u"identity" ? QString() : encoding;
+}
+
+KnownFile fileOf(const WorkerResponse& response, qint64 length) {
     const QString modified = field(response, u"Last-Modified"_s);
-    return !modified.isEmpty() && !known.lastModified.isEmpty() && modified != known.lastModified;
+    return {std::max<qint64>(length, 0),
+            field(response, u"ETag"_s),
+            modified,
+            !modified.isEmpty() && !canTellVersionsApart(modified, field(response, u"Date"_s)),
+            mediaTypeOf(response),
+            encodingOf(response)};
+}
+
+/// Known on both sides, and not the same.
+bool differ(const QString& one, const QString& other) {
+    return !one.isEmpty() && !other.isEmpty() && one != other;
+}
+
+/// Of a part: all that both answers say is compared. Who said nothing before and says something now
+/// is another server than the one that began.
+bool isOfAnotherFile(const WorkerResponse& response, const KnownFile& known) {
+    const KnownFile now = fileOf(response, 0);
+    return differ(opaqueTag(now.entityTag), opaqueTag(known.entityTag)) ||
+           differ(now.lastModified, known.lastModified) ||
+           now.contentEncoding != known.contentEncoding ||
+           (now.hasValidators() && !known.hasValidators());
+}
+
+bool isPage(const QString& mediaType) {
+    return mediaType == u"text/html" || mediaType == u"application/xhtml+xml";
 }
 
 /// The part as announced, or nothing if it cannot be the one that was asked for.
@@ -78,31 +110,32 @@ bool isPartAskedFor(const DQDownloadWorkerPrototype& worker, const WorkerRespons
     return end == 0 || worker.expectedBytes() < 1 || start + worker.expectedBytes() == end;
 }
 
-/// "bytes */LENGTH" (RFC 9110, 15.5.17) with a length that is not the known one.
-bool isOfAnotherLength(const WorkerResponse& response, const KnownFile& known) {
+/// "bytes */LENGTH" (RFC 9110, 15.5.17) in answer to a wish for what follows `offset`. Without a
+/// length it says nothing about what is there.
+RangeAnswer judgeUnsatisfiable(const WorkerResponse& response, const KnownFile& known,
+                               qint64 offset) {
     const QString announced = field(response, u"Content-Range"_s);
     if (!announced.startsWith(u"bytes */"_s, Qt::CaseInsensitive))
-        return false;
+        return RangeAnswer::Withheld;
     bool isNumber = false;
     const qint64 length = announced.sliced(announced.indexOf(u'/') + 1).toLongLong(&isNumber);
-    return isNumber && length != known.length;
+    if (!isNumber || length == known.length)
+        return RangeAnswer::Withheld;
+    if (known.length == 0 && length == offset)
+        return RangeAnswer::NothingLeft;
+    return known.length > 0 || length < offset ? RangeAnswer::Contradicted : RangeAnswer::Withheld;
 }
 
-bool bringsWholeFile(qint64 statusCode) {
-    return statusCode < 0 || (statusCode >= 200 && statusCode <= 299);
+/// Of all successes only these mean the file as it is (RFC 9110, 15.3).
+bool bringsWholeFile(const WorkerResponse& response) {
+    return response.statusCode < 0 ||
+           (response.statusCode == 200 && field(response, u"Content-Range"_s).isEmpty());
 }
 
 }  // namespace
 
 void rememberFile(UserSettings& settings, const WorkerResponse& response, qint64 length) {
-    forgetFile(settings);
-    if (length > 0)
-        settings.set(keys::expectedBytes, length);
-    if (const QString tag = field(response, u"ETag"_s); !tag.isEmpty())
-        settings.set(keys::entityTag, tag);
-    const QString modified = field(response, u"Last-Modified"_s);
-    if (canTellVersionsApart(modified, field(response, u"Date"_s)))
-        settings.set(keys::lastModified, modified);
+    storeKnownFile(settings, fileOf(response, length));
 }
 
 void rememberLengthFromPart(UserSettings& settings, const WorkerResponse& response) {
@@ -114,19 +147,31 @@ void rememberLengthFromPart(UserSettings& settings, const WorkerResponse& respon
 RangeAnswer judgeRangeAnswer(const DQDownloadWorkerPrototype& worker,
                              const WorkerResponse& response, const KnownFile& known) {
     constexpr qint64 rangeNotSatisfiable = 416;
-    if (response.statusCode == rangeNotSatisfiable && isOfAnotherLength(response, known))
-        return RangeAnswer::Contradicted;
+    if (response.statusCode == rangeNotSatisfiable)
+        return judgeUnsatisfiable(response, known,
+                                  worker.fractionStartByte() + worker.resumeByteOffset());
     if (response.statusCode != partialContent)
-        return bringsWholeFile(response.statusCode) ? RangeAnswer::Refused : RangeAnswer::Withheld;
+        return bringsWholeFile(response) ? RangeAnswer::Refused : RangeAnswer::Withheld;
     return isPartAskedFor(worker, response, known) && !isOfAnotherFile(response, known)
                ? RangeAnswer::Honoured
                : RangeAnswer::Contradicted;
 }
 
+bool speaksAgainstFile(const WorkerResponse& response, qint64 length, const KnownFile& known) {
+    const KnownFile now = fileOf(response, length);
+    if (isPage(now.mediaType) && !known.mediaType.isEmpty() && !isPage(known.mediaType))
+        return true;
+    return known.length > 0 && now.length != known.length && known.hasValidators() &&
+           !now.hasValidators();
+}
+
 bool isUnaskedPart(const WorkerResponse& response) {
-    if (response.statusCode != partialContent)
+    const QString announced = field(response, u"Content-Range"_s);
+    const bool isPart = response.statusCode == partialContent ||
+                        (response.statusCode == 200 && !announced.isEmpty());
+    if (!isPart)
         return false;
-    const auto range = parsedContentRange(field(response, u"Content-Range"_s));
+    const auto range = parsedContentRange(announced);
     return !range || range->first != 0 || range->last + 1 != range->length;
 }
 

@@ -11,6 +11,7 @@
 #include <QFileInfo>
 #include <array>
 #include <cerrno>
+#include <utility>
 
 #include "platform/files/files.h"
 #include "platform/files/property_list.h"
@@ -64,11 +65,16 @@ DefaultsFile::Reading DefaultsFile::readIfChanged() {
     const FileContents contents = readFile(path_, largestPropertyList);
     if (contents.error && contents.error->code == ENOENT)
         return {State::Read, {}};
-    if (!contents.error) {
-        const PropertyListResult list = readPropertyList(contents.data);
-        if (list.value.typeId() == QMetaType::QVariantMap)
-            return {State::Read, list.value.toMap()};
+    if (contents.error) {
+        if (!std::exchange(isUnreadable_, true))
+            logUnreadableFile(path_, *contents.error);
+        known_.reset();
+        return {State::Unreadable, {}};
     }
+    isUnreadable_ = false;
+    const PropertyListResult list = readPropertyList(contents.data);
+    if (list.value.typeId() == QMetaType::QVariantMap)
+        return {State::Read, list.value.toMap()};
     keepDamagedFileAside(path_);
     known_ = signature();
     return {State::Damaged, {}};

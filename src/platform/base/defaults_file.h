@@ -18,14 +18,14 @@ public:
 
     [[nodiscard]] const QString& path() const { return path_; }
 
-    enum class State { Unchanged, Read, Damaged };
+    enum class State { Unchanged, Read, Damaged, Unreadable };
     struct Reading {
         State state = State::Unchanged;
         /// With `Read` only. A missing file reads as empty.
         QVariantMap values;
     };
     /// Reads it, unless it is as this object has last read or written it. A damaged one is moved
-    /// aside.
+    /// aside; one that cannot be read is left alone, and tried again by the next call.
     [[nodiscard]] Reading readIfChanged();
 
     /// Replaces the file. Hold a `lock` from the last reading until after it.
@@ -56,6 +56,7 @@ private:
     QByteArray encodedPath_, fileName_, lockPath_;
     Descriptor notice_;
     std::optional<Signature> known_;
+    bool isUnreadable_ = false;  ///< Said already.
 };
 
 }  // namespace platform

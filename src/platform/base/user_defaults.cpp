@@ -27,7 +27,7 @@ public:
         : folder_(std::move(folder)), loop_(loop), file_(folder_, domain) {
         if (loop_ != nullptr)
             later_.emplace(*loop_);
-        reload();
+        static_cast<void>(reload());
         if (later_)
             later_->watching.start(0, [this] { watch(); });
     }
@@ -70,7 +70,7 @@ private:
     void watch();
     void refresh();
     void reloadIfNoticed();
-    void reload();
+    [[nodiscard]] bool reload();
     void adopt(QVariantMap values);
 
     const QString folder_;
@@ -198,7 +198,7 @@ void UserDefaults::Private::watch() {
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
                      [this] { reloadIfNoticed(); });
     // What was written before the notices began brings none.
-    reload();
+    static_cast<void>(reload());
 }
 
 /// Where the run loop hears of changes nothing is asked of the system here: settings are read
@@ -210,10 +210,11 @@ void UserDefaults::Private::refresh() {
 
 void UserDefaults::Private::reloadIfNoticed() {
     if (file_.mayHaveChanged())
-        reload();
+        static_cast<void>(reload());
 }
 
-void UserDefaults::Private::reload() {
+/// False: what is stored cannot be read, and so must not be written over.
+bool UserDefaults::Private::reload() {
     DefaultsFile::Reading reading = file_.readIfChanged();
     switch (reading.state) {
         case DefaultsFile::State::Unchanged:
@@ -227,7 +228,10 @@ void UserDefaults::Private::reload() {
             if (mustRewrite_ && later_)
                 writeSoon();
             break;
+        case DefaultsFile::State::Unreadable:
+            return false;
     }
+    return true;
 }
 
 void UserDefaults::Private::adopt(QVariantMap values) {
@@ -249,9 +253,11 @@ bool UserDefaults::Private::synchronize() {
         return true;
     isWriting_ = true;
     const Descriptor lock = file_.lock();
-    reload();
-    const std::optional<Error> error = file_.write(stored_);
+    const bool mayWrite = reload();
+    const std::optional<Error> error = mayWrite ? file_.write(stored_) : std::nullopt;
     isWriting_ = false;
+    if (!mayWrite)
+        return false;
     if (!error) {
         unwritten_.clear();
         mustRewrite_ = hasComplained_ = false;

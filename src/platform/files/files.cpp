@@ -105,6 +105,10 @@ FileContents readFile(const QString& path, qint64 maximumBytes) {
     return readAll(file, status.st_size, maximumBytes);
 }
 
+void logUnreadableFile(const QString& path, const Error& error) {
+    log(u"cannot read \"%1\" (%2); it is left as it is"_s.arg(path, error.text), LogLevel::Error);
+}
+
 QString keepDamagedFileAside(const QString& path) {
     const QString ending =
         u".damaged-"_s + QDateTime::currentDateTime().toString(u"yyyyMMdd-HHmmss"_s);

@@ -34,7 +34,12 @@ struct FileContents {
 /// Refuses more than `maximumBytes` with EFBIG.
 [[nodiscard]] FileContents readFile(const QString& path, qint64 maximumBytes);
 
-/// Moves a file that cannot be understood out of the way, to a free name beside it that ends in
+/// Logs that a file of the program's own cannot be read, which says nothing of what is in it: it is
+/// left alone, and must not be written over in this run.
+void logUnreadableFile(const QString& path, const Error& error);
+
+/// Moves a file that was read and cannot be understood out of the way, to a free name beside it
+/// that ends in
 /// ".damaged-DATE", and logs it. The new path; empty if even that failed.
 QString keepDamagedFileAside(const QString& path);
 

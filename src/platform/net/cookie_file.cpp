@@ -44,18 +44,19 @@ Cookie cookieOf(const QVariantMap& dictionary) {
 
 }  // namespace
 
-std::vector<Cookie> readCookieFile(const QString& path) {
+std::optional<std::vector<Cookie>> readCookieFile(const QString& path) {
     constexpr qint64 largestFile = 64LL * 1024 * 1024;
     const FileContents contents = readFile(path, largestFile);
+    if (contents.error && contents.error->is(posixErrorDomain, ENOENT))
+        return std::vector<Cookie>();
     if (contents.error) {
-        if (!contents.error->is(posixErrorDomain, ENOENT))
-            keepDamagedFileAside(path);
-        return {};
+        logUnreadableFile(path, *contents.error);
+        return std::nullopt;
     }
     const QVariant list = readPropertyList(contents.data).value;
     if (list.typeId() != QMetaType::QVariantList) {
         keepDamagedFileAside(path);
-        return {};
+        return std::vector<Cookie>();
     }
     std::vector<Cookie> cookies;
     for (const QVariant& each : list.toList()) {

@@ -19,7 +19,10 @@ public:
     explicit FileCookieStorage(QString path) : path_(std::move(path)) {
         if (path_.isEmpty())
             return;
-        for (Cookie& cookie : readCookieFile(path_))
+        std::optional<std::vector<Cookie>> cookies = readCookieFile(path_);
+        if (!cookies)
+            return;
+        for (Cookie& cookie : *cookies)
             jar_.set(std::move(cookie));
         writer_ = std::thread([this] { write(); });
     }

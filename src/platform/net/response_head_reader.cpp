@@ -37,13 +37,19 @@ bool ResponseHeadReader::refuse(const QString& why) {
 
 bool ResponseHeadReader::takeLine(std::string_view line) {
     if (head_)
-        return true;  // A trailer.
+        return takeTrailer(line);
     hasSeenAnswer_ = true;
     if (block_.size() + static_cast<qsizetype>(line.size()) > largestHead)
         return refuse(u"the head of the response is too long"_s);
     block_.append(line.data(), static_cast<qsizetype>(line.size()));
     const bool isEnd = line == "\r\n" || line == "\n";
     return !isEnd || endBlock();
+}
+
+/// Nobody wants one, but libcurl keeps them all.
+bool ResponseHeadReader::takeTrailer(std::string_view line) {
+    trailerBytes_ += static_cast<qsizetype>(line.size());
+    return trailerBytes_ <= largestHead || refuse(u"what follows the body does not end"_s);
 }
 
 bool ResponseHeadReader::isAnsweredByTransport(int statusCode) const {

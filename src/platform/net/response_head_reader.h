@@ -46,6 +46,7 @@ public:
     [[nodiscard]] std::optional<std::uint64_t> announcedLength() const { return announcedLength_; }
 
 private:
+    [[nodiscard]] bool takeTrailer(std::string_view line);
     [[nodiscard]] bool endBlock();
     [[nodiscard]] bool refuse(const QString& why);
     [[nodiscard]] bool accept(HTTPResponseHead head);
@@ -58,6 +59,7 @@ private:
     bool isRequestSent_ = false;
     bool hasSeenAnswer_ = false;
     int rounds_ = 0;
+    qsizetype trailerBytes_ = 0;
     std::optional<HTTPResponseHead> proxyHead_, heldHead_, head_;
     std::optional<std::uint64_t> announcedLength_;
     QString refusal_;

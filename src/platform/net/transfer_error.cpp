@@ -115,7 +115,9 @@ Meaning meaningOf(const TransferResult& result) {
             return {posixErrorDomain, ESPIPE,
                     u"The body of the request cannot be sent a second time"_s};
         case CURLE_OUT_OF_MEMORY:
-            return {posixErrorDomain, ENOMEM, u"There is not enough memory"_s};
+            // Also what libcurl says of a line of the head that is longer than its buffer for one.
+            return {networkErrorDomain, networkErrorBadServerResponse,
+                    u"The server's response has a line that is too long"_s};
         default:
             return badResponse();
     }

@@ -74,8 +74,9 @@ HelpWindow::HelpWindow(platform::UserDefaults& defaults, std::function<QString()
     connect(contents_, &ContentsMenu::chosen, this, open);
     connect(quickAccess_, &QuickAccessBar::chosen, this, open);
     connect(browser_, &QTextBrowser::anchorClicked, this, &HelpWindow::follow);
-    connect(browser_, &QTextBrowser::sourceChanged, this,
-            [this](const QUrl& url) { setCurrentPageRepresentation(manager_.relativePathOf(url)); });
+    connect(browser_, &QTextBrowser::sourceChanged, this, [this](const QUrl& url) {
+        setCurrentPageRepresentation(manager_.relativePathOf(url));
+    });
     addKeys();
     resize(windowDefaultContentSizeForScreen(QWidget::screen()));
     browser_->setFocus();
@@ -215,6 +216,7 @@ void HelpWindow::suggest(const QString& query) {
 void HelpWindow::selectSearchSuggestion(const QString& title) {
     for (const help::HelpItem& item : manager_.itemsWithSearchString(query_, 0)) {
         if (item.title == title) {
+            searchField->setText(query_);
             openPageAtRelativePath(item.path, {}, item.words);
             return;
         }

@@ -12,6 +12,7 @@
 #include <QSplitter>
 #include <QVBoxLayout>
 
+#include "app/failures/file_problem.h"
 #include "engine/settings.h"
 #include "platform/base/log_store.h"
 #include "platform/base/user_defaults.h"
@@ -73,7 +74,7 @@ void ProblemReportDialog::showFile(int number) {
 QString ProblemReportDialog::write(const QString& path) const {
     const QByteArray archive = app::reportArchive(files_, QDateTime::currentSecsSinceEpoch());
     const auto error = platform::writeFileAtomically(path, archive);
-    return error ? error->text : QString();
+    return error ? app::writingProblem(*error) : QString();
 }
 
 void ProblemReportDialog::save() {

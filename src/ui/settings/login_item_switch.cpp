@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QMessageBox>
 
+#include "app/failures/file_problem.h"
 #include "ui/text.h"
 
 namespace ui {
@@ -29,7 +30,9 @@ void LoginItemSwitch::refresh() {
 
 void LoginItemSwitch::store(bool isOn) {
     if (const auto error = item_.setEnabled(isOn)) {
-        QMessageBox::warning(window(), translated("Settings"), error->text);
+        QMessageBox::warning(
+            window(), translated("Settings"),
+            translated("This cannot be stored: %1").arg(app::writingProblem(*error)));
     }
     setChecked(item_.isEnabled());
 }

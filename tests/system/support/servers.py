@@ -1,4 +1,6 @@
 """Real web servers on loopback ports of the system's choice, each stopped by its process id."""
+import base64
+import hashlib
 import os
 import random
 import shutil
@@ -127,10 +129,14 @@ class Server:
         return [request[2] for request in self.requests() if part in request[1]]
 
 
+secret = "of the tests"
+
+
 class Nginx(Server):
     """Beside the files themselves: /rate/SPEED/FILE sends SPEED bytes a second, /chunked/FILE has
     no length, /noranges/FILE refuses ranges, /status/NUMBER answers that status, /to/FILE
-    redirects, /limit/NUMBER/FILE serves 1 to 3 requests at a time, slowly, and refuses others."""
+    redirects, /limit/NUMBER/FILE serves 1 to 3 requests at a time, slowly, and refuses others,
+    what `signed` answers serves a file slowly and for a while."""
 
     listen_options = ""
     tls_lines = ""
@@ -142,6 +148,13 @@ class Nginx(Server):
     def proxy_passwords(self):
         """What was sent here that was meant for a proxy, "-" for nothing."""
         return set((self.root / "passwords.log").read_text().splitlines())
+
+    def signed(self, name, seconds):
+        """An address for the file that is good for so many seconds from now."""
+        path, expires = f"/signed/{name}", int(time.time()) + seconds
+        digest = hashlib.md5(f"{expires}{path} {secret}".encode()).digest()
+        signature = base64.urlsafe_b64encode(digest).decode().rstrip("=")
+        return self.url(f"{path}?md5={signature}&expires={expires}")
 
     def is_idle(self):
         """Whether nobody is being served."""
@@ -192,6 +205,14 @@ http {{
         }}
         location /noranges/ {{ alias {self.content}/; max_ranges 0; }}
         location ~ ^/to/(?<file>.+)$ {{ return 302 /$file; }}
+        location /signed/ {{
+            secure_link $arg_md5,$arg_expires;
+            secure_link_md5 "$secure_link_expires$uri {secret}";
+            if ($secure_link = "") {{ return 403; }}
+            if ($secure_link = "0") {{ return 410; }}
+            alias {self.content}/;
+            limit_rate 400k;
+        }}
         location /limit/1/ {{ alias {self.content}/; limit_rate 400k; limit_conn one 1; }}
         location /limit/2/ {{ alias {self.content}/; limit_rate 400k; limit_conn two 2; }}
         location /limit/3/ {{ alias {self.content}/; limit_rate 400k; limit_conn three 3; }}
