@@ -175,7 +175,9 @@ void DropTarget::mouseReleaseEvent(QMouseEvent* event) {
         return;
     }
     isMoving_ = false;
-    const auto at = desktop::placeOfFrame(geometry(), screenRooms());
+    // The window itself may still lag behind: a window manager moves it when it likes.
+    const QRect frame(event->globalPosition().toPoint() - grip_, size());
+    const auto at = desktop::placeOfFrame(frame, screenRooms());
     defaults_.set(desktop::settings::dropTargetPlace, desktop::placeText(at));
     place();
 }
