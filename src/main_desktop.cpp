@@ -82,6 +82,7 @@ int runWithoutDisplay(int& argumentCount, char** argumentValues, const app::Comm
 
 int main(int argumentCount, char** argumentValues) {
     platform::adoptHomeFolder();
+    platform::letWritesFail();
     QStringList arguments;
     for (int index = 1; index < argumentCount; ++index) {
         arguments.push_back(QString::fromLocal8Bit(argumentValues[index]));

@@ -37,7 +37,7 @@ void useUtf8() {
 int main(int argc, char** argv) {
     platform::adoptHomeFolder();
     const auto environment = QProcessEnvironment::systemEnvironment();
-    platform::ignoreBrokenPipes();
+    platform::letWritesFail();
     useUtf8();
     std::optional<platform::ProgramLog> log(std::in_place);
     QCoreApplication application(argc, argv);

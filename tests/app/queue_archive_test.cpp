@@ -132,6 +132,7 @@ TEST_F(QueueFile, LeavesAloneWhatItCannotRead) {
     }
     EXPECT_EQ(told, 1);
     add({u"b"_s});
+    frontEnd.onConfirm = [](const auto&) { return true; };
     EXPECT_TRUE(controller->shouldQuit());
     EXPECT_EQ(platform::readFile(queuePath(), 1 << 20).data, good);
 }

@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <QDir>
 #include <QFile>
@@ -70,6 +71,20 @@ TEST_F(FileDownloadTest, ChangedSourceIsCopiedAnew) {
     const QByteArray other = support::patternedBytes(body.size(), 2);
     write(path(u"source.bin"_s), other);
     run(download);
+    EXPECT_EQ(contents(downloadedPath(u"source.bin"_s)), other);
+}
+
+/// As by a backup that is put back, or a copy that keeps its date.
+TEST_F(FileDownloadTest, OlderSourceInItsPlaceIsCopiedAnew) {
+    write(path(u"source.bin"_s), body);
+    const auto download = pausedCopy();
+    const QByteArray other = support::patternedBytes(body.size(), 2);
+    write(path(u"source.bin"_s), other);
+    const timespec longAgo[] = {{1'000'000'000, 0}, {1'000'000'000, 0}};
+    ASSERT_EQ(utimensat(AT_FDCWD, QFile::encodeName(path(u"source.bin"_s)).constData(), longAgo, 0),
+              0);
+    download->addToQueue();
+    ASSERT_TRUE(waitForStatus(*download, finishedStatuses));
     EXPECT_EQ(contents(downloadedPath(u"source.bin"_s)), other);
 }
 

@@ -1,5 +1,6 @@
 """A full disk, a folder that cannot be written to, a folder that goes away: told in clear words,
 and nothing that was received is lost."""
+import resource
 import shutil
 import unittest
 
@@ -40,6 +41,22 @@ class FullDiskTest(SystemTest):
         self.assert_downloaded("small.bin", source)
         self.assertIn("queue", result.stderr.lower())
         self.assertEqual(self.home.queue(), old)
+
+
+class FileSizeLimitTest(SystemTest):
+    def test_a_limit_on_the_size_of_files_ends_the_download_and_not_the_program(self):
+        source = self.serve("limited.bin", 12 * MIB)
+        address = self.server.url("/limited.bin")
+        limit = 4 * MIB
+        result = self.home.run(address, preexec_fn=lambda: resource.setrlimit(
+            resource.RLIMIT_FSIZE, (limit, resource.RLIM_INFINITY)))
+        self.assert_status(result, 1)
+        self.assertIn("too large for its disk", result.stderr)
+        self.assertEqual(self.home.partial_bytes(), limit)
+        self.assertEqual(self.home.queued_addresses(), [address])
+        self.assert_status(self.home.run(address), 0)
+        self.assert_downloaded("limited.bin", source)
+        self.assertTrue(self.server.requests()[-1][3].startswith("bytes="), "not resumed")
 
 
 class ReadOnlyFolderTest(SystemTest):

@@ -13,7 +13,7 @@ class DQDownloadWorkerPrototype;
 
 /// What a worker learnt from the head of an answer.
 struct WorkerResponse {
-    /// Nothing: the transfer has no headers (a local file).
+    /// A local file has a validator and nothing else. Nothing: the transfer has no headers.
     std::optional<platform::HTTPHeaders> headers;
     /// The address that answered.
     platform::Url url;

@@ -50,6 +50,8 @@ void FileCopyWorker::answer() {
         return stopWithError(*error);
     const qint64 offset = answeredOffset();
     WorkerResponse response;
+    response.headers.emplace();
+    response.headers->set(u"ETag"_s, u'"' + source_->version() + u'"');
     response.url = request().url;
     response.statusCode = offset > 0 ? partialContent : noStatusCode;
     response.suggestedFilename =

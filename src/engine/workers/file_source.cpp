@@ -10,6 +10,8 @@
 
 #include "platform/files/disks.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace engine {
 namespace {
 
@@ -39,9 +41,14 @@ std::optional<platform::Error> FileSource::open(const QString& path) {
         return platform::posixError(S_ISDIR(status.st_mode) ? EISDIR : ENOTSUP);
     file_ = std::move(file);
     device_ = status.st_dev;
+    inode_ = status.st_ino;
     size_ = status.st_size;
     modified_ = nanoseconds(status.st_mtim);
     return std::nullopt;
+}
+
+QString FileSource::version() const {
+    return u"%1-%2-%3"_s.arg(inode_).arg(size_).arg(modified_);
 }
 
 bool FileSource::isNewerThan(const QString& otherPath) const {

@@ -35,6 +35,9 @@ public:
     /// Nothing: done.
     [[nodiscard]] std::optional<platform::Error> open(const QString& path);
     [[nodiscard]] qint64 size() const { return size_; }
+    /// Differs from that of any other file, and of any other content that it had, as far as the
+    /// file system tells.
+    [[nodiscard]] QString version() const;
     /// Whether it has changed since another file was last written to.
     [[nodiscard]] bool isNewerThan(const QString& otherPath) const;
 
@@ -54,7 +57,7 @@ private:
 
     platform::Disks& disks_;
     std::shared_ptr<platform::Descriptor> file_;
-    std::uint64_t device_ = 0;
+    std::uint64_t device_ = 0, inode_ = 0;
     Receiver receiver_;
     qint64 size_ = 0;
     qint64 offset_ = 0;

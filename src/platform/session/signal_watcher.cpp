@@ -101,8 +101,9 @@ void stopProcess() {
     ::raise(SIGSTOP);
 }
 
-void ignoreBrokenPipes() {
+void letWritesFail() {
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
 }
 
 }  // namespace platform

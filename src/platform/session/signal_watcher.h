@@ -34,7 +34,8 @@ private:
 [[noreturn]] void endBySignal(int number);
 /// Stops the process as the terminal's stop key does, until it is continued.
 void stopProcess();
-/// Writing to a pipe that nobody reads becomes an error of the write instead of the process's end.
-void ignoreBrokenPipes();
+/// Writing to a pipe that nobody reads, or past the limit on the size of files, becomes an error of
+/// the write (EPIPE, EFBIG) instead of the process's end.
+void letWritesFail();
 
 }  // namespace platform
