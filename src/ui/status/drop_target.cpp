@@ -143,6 +143,18 @@ void DropTarget::resizeEvent(QResizeEvent*) {
     setMask(QRegion(outline(rect()).toFillPolygon().toPolygon()));
 }
 
+void DropTarget::showEvent(QShowEvent*) {
+    sinceShown_.start();
+}
+
+/// A window manager that is slow to learn of a new window may put it elsewhere at first.
+void DropTarget::moveEvent(QMoveEvent*) {
+    constexpr qint64 settlingMilliseconds = 3000;
+    if (!isMoving_ && sinceShown_.isValid() && !sinceShown_.hasExpired(settlingMilliseconds)) {
+        QMetaObject::invokeMethod(this, &DropTarget::place, Qt::QueuedConnection);
+    }
+}
+
 void DropTarget::mousePressEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton) {
         grip_ = event->position().toPoint();
