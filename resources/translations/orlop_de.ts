@@ -674,6 +674,11 @@
             <translation>Es gibt keinen Server dieses Namens. Prüfen Sie die Adresse und Ihre Verbindung.</translation>
         </message>
         <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>What has come lies under another name as well and is left alone.</source>
+            <translation>Was da ist, liegt auch unter einem anderen Namen und bleibt, wie es ist.</translation>
+        </message>
+        <message>
             <location filename="../../src/app/failures/file_problem.cpp" />
             <source>A folder lies in its place.</source>
             <translation>An ihrer Stelle liegt ein Ordner.</translation>

@@ -66,6 +66,9 @@ TEST_F(DownloadRecordTest, NamesFollowTheirSources) {
     EXPECT_EQ(download->displayName(), download->locationKey());
     download->setName({});
     EXPECT_EQ(download->name(), u"a b c.zip"_s);
+    for (const QString& user : {u"TOKEN@"_s, u"me:secret@"_s})
+        EXPECT_EQ(owner.add(u"http://"_s + user + u"example.org/a"_s)->locationKey(),
+                  u"example.org/a"_s);
     EXPECT_EQ(owner.add(u"https://www.example.org/"_s)->locationKey(),
               u"https://www.example.org/"_s);
     EXPECT_EQ(owner.add(u"http://example.org/a"_s)->icon(), u"com.tarnworks.imaginaryfiletype"_s);

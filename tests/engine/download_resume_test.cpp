@@ -1,4 +1,6 @@
 #include <sys/xattr.h>
+#include <unistd.h>
+
 #include <QFile>
 
 #include "engine/settings.h"
@@ -495,6 +497,21 @@ TEST_F(ResumeTest, PlantedLinksAreNotFollowed) {
     other->setIntermediateDownloadTargetPath(path(u"precious"_s));
     other->remove();
     EXPECT_EQ(contents(path(u"precious"_s)), "precious");
+}
+
+TEST_F(ResumeTest, DataWithAnotherNameIsNotAppendedTo) {
+    set(settings::intermediatesLocation, qint64{0});
+    const auto download = paused();
+    const QByteArray begun = path(u"support/Downloads/file.bin"_s).toLocal8Bit();
+    const QString twin = path(u"twin"_s);
+    ASSERT_EQ(link(begun.constData(), twin.toLocal8Bit().constData()), 0);
+    const QByteArray before = contents(twin);
+    run(download);
+    EXPECT_EQ(contents(twin), before);
+    EXPECT_NE(download->status(), DQDownloadStatusDone);
+    ASSERT_TRUE(QFile::remove(twin));
+    run(download);
+    EXPECT_EQ(contents(download->path()), body);
 }
 
 /// The request has gone on to the next answer when the main thread hears of the challenge.

@@ -109,6 +109,8 @@ const std::vector<Cause>& causes() {
         {posixErrorDomain, EROFS, forbidden},
         {posixErrorDomain, ENOENT, translatable("The file or its folder is gone.")},
         {posixErrorDomain, EIO, translatable("The disk reports an error.")},
+        {posixErrorDomain, EMLINK,
+         translatable("What has come lies under another name as well and is left alone.")},
         {posixErrorDomain, EFBIG, translatable("The file is too large for its disk.")},
     };
     return table;

@@ -163,10 +163,11 @@ QString DownloadIdentity::sortName() const {
 QString DownloadIdentity::locationKey() const {
     if (_locationKey.isNull()) {
         const QString location = platform::abbreviateWithTilde(path());
+        // It is shown and logged, where neither a password nor a token belongs.
+        const QString address = (_url.hasUserInfo() ? _url.forTransfer() : _url).absoluteString();
         _locationKey =
-            known(location.isEmpty()
-                      ? withoutPrefix(withoutPrefix(_url.absoluteString(), u"http://"), u"www.")
-                      : location);
+            known(location.isEmpty() ? withoutPrefix(withoutPrefix(address, u"http://"), u"www.")
+                                     : location);
     }
     return _locationKey;
 }

@@ -18,11 +18,8 @@ DownloadRecord::DownloadRecord(const Context& context, const platform::Url& url)
 }
 
 QString DownloadRecord::description() const {
-    // It is made for the log, where no password belongs.
-    const QString location =
-        URL().hasUserInfo() ? URL().forTransfer().absoluteString() : locationKey();
     const QString shown =
-        platform::isDebugLogEnabled() || isDebugLogged_ ? location : anonymizedName();
+        platform::isDebugLogEnabled() || isDebugLogged_ ? locationKey() : anonymizedName();
     return u"<DQDownload: %1 0x%2>"_s.arg(shown).arg(reinterpret_cast<quintptr>(this), 0, 16);
 }
 

@@ -25,13 +25,14 @@ constexpr mode_t newFileMode = 0666;
 constexpr std::chrono::milliseconds longestWait{1000};
 constexpr std::chrono::milliseconds waitStep{1};
 
-/// Of a regular file. Nothing: errno says why.
+/// Of a regular file with one name. Nothing: errno says why.
 std::optional<struct stat> plainFileStatus(const platform::Descriptor& file) {
     struct stat status {};
     if (fstat(file.get(), &status) != 0)
         return std::nullopt;
-    if (!S_ISREG(status.st_mode)) {
-        errno = ENOTSUP;
+    // What has another name is somebody's file, too.
+    if (!S_ISREG(status.st_mode) || status.st_nlink > 1) {
+        errno = S_ISREG(status.st_mode) ? EMLINK : ENOTSUP;
         return std::nullopt;
     }
     return status;

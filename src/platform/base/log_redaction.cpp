@@ -18,17 +18,17 @@ bool endsAuthority(QChar c) {
     return QStringView(u" \t\r\n/?#\"<>").contains(c);
 }
 
-/// `at` is behind "://". Answers where to go on.
-qsizetype removePassword(QString& line, qsizetype at) {
+/// Whether it is a password or a token that stands for one, only the server knows. `at` is behind
+/// "://". Answers where to go on.
+qsizetype removeUserInfo(QString& line, qsizetype at) {
     const QStringView text(line);
     qsizetype end = at;
     while (end < text.size() && !endsAuthority(text[end]))
         ++end;
     const QStringView authority = text.sliced(at, end - at);
-    const qsizetype colon = authority.indexOf(u':');
     const qsizetype host = authority.lastIndexOf(u'@');
-    if (colon >= 0 && host > colon)
-        line.replace(at + colon + 1, host - colon - 1, replacement);
+    if (host >= 0)
+        line.replace(at, host, replacement);
     return at;
 }
 
@@ -80,7 +80,7 @@ QString withoutSecrets(QString line) {
         if (c != u':' && c != u'=')
             continue;
         if (QStringView(line).sliced(at).startsWith(u"://"))
-            at = removePassword(line, at + 3) - 1;
+            at = removeUserInfo(line, at + 3) - 1;
         else if (isBehindSecretName(line, at))
             at = removeValue(line, at + 1) - 1;
     }
