@@ -285,6 +285,11 @@
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
+            <source>Orlop &amp;News...</source>
+            <translation>Orlop-&amp;Neuigkeiten ...</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
             <source>Pause &amp;Waiting</source>
             <translation>&amp;Wartende anhalten</translation>
         </message>
@@ -1145,6 +1150,41 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>1 Download</translation>
         </message>
         <message>
+            <location filename="../../src/desktop/updates/news_manager.cpp" />
+            <source>The page of news cannot be reached.</source>
+            <translation>Die Seite mit Neuigkeiten ist nicht zu erreichen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/desktop/updates/news_manager.cpp" />
+            <source>This build of Orlop knows no page of news.</source>
+            <translation>Diese Ausgabe von Orlop kennt keine Seite mit Neuigkeiten.</translation>
+        </message>
+        <message>
+            <location filename="../../src/desktop/updates/sparkle_wrapper.cpp" />
+            <source>%@ %@ is now available! You are currently using %@ %@.</source>
+            <translation>%@ %@ ist jetzt verfügbar! Sie verwenden zurzeit %@ %@.</translation>
+        </message>
+        <message>
+            <location filename="../../src/desktop/updates/sparkle_wrapper.cpp" />
+            <source>%@ %@ is up to date.</source>
+            <translation>%@ %@ ist auf dem neuesten Stand.</translation>
+        </message>
+        <message>
+            <location filename="../../src/desktop/updates/sparkle_wrapper.cpp" />
+            <source>Last check: %@</source>
+            <translation>Letzte Prüfung: %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/desktop/updates/sparkle_wrapper.cpp" />
+            <source>The server that knows of updates cannot be reached.</source>
+            <translation>Der Server, der von Aktualisierungen weiß, ist nicht zu erreichen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/desktop/updates/sparkle_wrapper.cpp" />
+            <source>What the server says of updates is not signed by Orlop's makers and is not believed.</source>
+            <translation>Was der Server von Aktualisierungen sagt, ist nicht von Orlops Herstellern unterschrieben und wird nicht geglaubt.</translation>
+        </message>
+        <message>
             <location filename="../../src/engine/paths/file_access.cpp" />
             <source>Orlop cannot download files to this folder at the moment. This is most likely due to the sandbox blocking access to it. Click "Unlock" to ask the sandbox for permanent access to the folder.</source>
             <translation>Orlop kann im Moment nicht in diesen Ordner laden. Wahrscheinlich sperrt die Sandbox den Zugriff. Klicken Sie auf „Freigeben“, um dauerhaften Zugriff auf den Ordner zu erbitten.</translation>
@@ -1788,6 +1828,48 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/log/problem_report_dialog.cpp" />
             <source>This is all that the report will hold. It is written to a file of your choice and sent nowhere: attach it to a message yourself.</source>
             <translation>Dies ist alles, was der Bericht enthalten wird. Er wird in eine Datei Ihrer Wahl geschrieben und nirgendwohin gesendet: Hängen Sie ihn selbst an eine Nachricht an.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/news/news_window.cpp" />
+            <source>Automatically show news updates in the menu bar</source>
+            <translation>Neuigkeiten automatisch in der Menüleiste zeigen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/news/news_window.cpp" />
+            <source>Orlop News</source>
+            <translation>Orlop-Neuigkeiten</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/news/news_window.cpp" />
+            <source>Orlop News are generated from an online source without uploading any data about your setup.
+So in case you've been wondering about this, let us assure you: Orlop does not 'phone home'.</source>
+            <translation>Orlop-Neuigkeiten kommen aus einer Quelle im Netz; Angaben über Ihren Rechner werden dabei nicht übertragen.
+Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert nicht nach Hause“.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/news/news_window.cpp" />
+            <source>This page cannot be shown.</source>
+            <translation>Diese Seite kann nicht gezeigt werden.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/news/online_services.cpp" />
+            <source>News</source>
+            <translation>Neues</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/news/online_services.cpp" />
+            <source>Read</source>
+            <translation>Lesen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/news/online_services.cpp" />
+            <source>Show...</source>
+            <translation>Zeigen ...</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/news/online_services.cpp" />
+            <source>There are news of Orlop.</source>
+            <translation>Es gibt Neuigkeiten von Orlop.</translation>
         </message>
         <message>
             <location filename="../../src/ui/rules/folder_selector.cpp" />
@@ -2440,6 +2522,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>Geschwindigkeit</translation>
         </message>
         <message>
+            <location filename="../../src/ui/settings/settings_window.cpp" />
+            <source>Updates</source>
+            <translation>Aktualisierungen</translation>
+        </message>
+        <message>
             <location filename="../../src/ui/settings/speed_section.cpp" />
             <source>&amp;Connections:</source>
             <translation>&amp;Verbindungen:</translation>
@@ -2513,6 +2600,46 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/settings/speed_section.cpp" />
             <source>Unlimited</source>
             <translation>Unbegrenzt</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/updates_section.cpp" />
+            <source>%1 looks after Orlop and brings new versions.</source>
+            <translation>%1 kümmert sich um Orlop und bringt neue Versionen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/updates_section.cpp" />
+            <source>&amp;Show Page</source>
+            <translation>&amp;Seite zeigen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/updates_section.cpp" />
+            <source>Check &amp;Now</source>
+            <translation>&amp;Jetzt prüfen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/updates_section.cpp" />
+            <source>Look for new versions once a &amp;day</source>
+            <translation>Einmal am &amp;Tag nach neuen Versionen sehen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/updates_section.cpp" />
+            <source>Looking for updates...</source>
+            <translation>Nach Aktualisierungen wird gesehen ...</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/updates_section.cpp" />
+            <source>Orlop tells of new versions and installs nothing by itself.</source>
+            <translation>Orlop sagt, wenn es neue Versionen gibt, und installiert nichts von selbst.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/updates_section.cpp" />
+            <source>This build of Orlop has no address to look for new versions at.</source>
+            <translation>Diese Ausgabe von Orlop hat keine Adresse, bei der sie nach neuen Versionen sehen könnte.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/updates_section.cpp" />
+            <source>Updates:</source>
+            <translation>Aktualisierungen:</translation>
         </message>
         <message>
             <location filename="../../src/ui/status/drop_target.cpp" />

@@ -48,21 +48,29 @@ inline const Setting<QVariantMap> securityScopedBookmarks{
     "The folders that the user unlocked for a program that may reach no others, by path."};
 
 // Updates and news.
+inline const Setting<bool> automaticUpdateChecks{
+    u"Automatic Update Checks", true, false,
+    "New versions are looked for once a day; where a package manager looks after the program only "
+    "if this says so."};
 inline const Setting<bool> suppressNews{u"Automatic News Updates: Suppress", false, false,
-                                        "News are not looked for."};
+                                        "News are not looked for by themselves."};
 inline const Setting<bool> newsReportVersion{
     u"Automatic News Updates: Report Version", false, false,
     "Looking for news tells the server which version of the program asks."};
 inline const Setting<bool> newsPoppedUpOnce{u"Automatic News Updates: Popped Up Once", false, false,
                                             "News have come up by themselves before."};
-inline const Setting<QVariant> latestNews{
-    u"Automatic News Updates: Latest", {}, false, "When news were last looked for."};
+inline const Setting<QVariantMap> latestNews{
+    u"Automatic News Updates: Latest",
+    {},
+    false,
+    "News that wait to be read: \"HTML Content\" and \"URL\"."};
 inline const Setting<qint64> newsVersion{u"Automatic News Updates: Version", 0, false,
                                          "The number of the news that were seen last."};
 inline const Setting<QVariantMap> updateStatus{
     u"DQSparkleWrapper Status",
     {},
     false,
-    "The update that was announced last: \"Current Version\" and \"Update Version\"."};
+    "What the last look for updates found: \"Current Version\", \"Update Version\" and "
+    "\"Check Date\"."};
 
 }  // namespace desktop::settings

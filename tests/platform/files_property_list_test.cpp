@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QDateTime>
+#include <QElapsedTimer>
 #include <QStringEncoder>
 #include <cmath>
 #include <limits>
@@ -137,6 +138,14 @@ TEST(PropertyList, ReadsWhatOtherWritersWrite) {
     for (const QByteArray& encoded : {text.toLatin1(), utf16, "\xEF\xBB\xBF" + text.toUtf8()})
         EXPECT_EQ(readPropertyList(encoded).value, u"é"_s) << encoded.toHex().constData();
     EXPECT_TRUE(std::isnan(readPropertyList(inPlist("<real>nan</real>")).value.toDouble()));
+}
+
+TEST(PropertyList, ReadsATextOfManyReferencesInNoTime) {
+    const QString text = u"<div>"_s.repeated(200'000);
+    QElapsedTimer timer;
+    timer.start();
+    EXPECT_EQ(readPropertyList(writePropertyList(text)).value.toString(), text);
+    EXPECT_LT(timer.elapsed(), 5000);
 }
 
 TEST(PropertyList, RefusesWhatIsNoPropertyListAndSaysWhere) {

@@ -1,5 +1,4 @@
 """What other programs are told of the icon, over a bus of the test's own."""
-import json
 import os
 import re
 import unittest
@@ -35,7 +34,7 @@ class AnnouncementTest(SystemTest):
         self.fail(f"{line!r} was not said")
 
     def emit(self, text):
-        self.bus.send("/com/tarnworks/AIH", f"{POSTED}.Posted", json.dumps(text))
+        self.bus.send("/com/tarnworks/AIH", f"{POSTED}.Posted", text)
 
     def test_a_listener_sees_each_picture_and_one_that_comes_late_the_last(self):
         messages = self.bus.monitor(f"interface='{POSTED}'")

@@ -96,13 +96,24 @@ class StatusItemTest(SystemTest):
         self.item(self.start_panel())
         self.assertEqual(self.home.log_text().count(ABSENCE), 1)
 
+    def test_a_panel_that_never_answers_counts_as_none(self):
+        self.start_panel().freeze()
+        self.start("-Application Mode", 1)
+        self.desktop.wait_for("frame", "Orlop")
+        self.assertEqual(self.home.log_text().count(ABSENCE), 1)
+
+    def placed_target(self):
+        self.desktop.wait_for("filler", TARGET)
+        wait_until(lambda: self.desktop.find("filler", TARGET).frame[0] == 1400 - 48, 30,
+                   "its usual place")
+        return self.desktop.find("filler", TARGET)
+
     def test_the_drop_target_takes_addresses_springs_open_and_sticks_to_edges(self):
         self.start("-Drop Target", 1, "-Application Mode: Dock: Main Window Visible On Launch",
                    "NO")
-        target = self.desktop.wait_for("filler", TARGET)
-        self.desktop.screenshot("drop-target")
+        target = self.placed_target()
         self.assertEqual(target.frame[2:], (48, 48))
-        self.assertEqual(target.frame[0], 1400 - 48)
+        self.desktop.screenshot("drop-target")
         # Dragged near the lower edge.
         self.desktop.press(target)
         self.desktop.glide(target.center, (600, 870))
@@ -131,7 +142,7 @@ class StatusItemTest(SystemTest):
 
     def test_the_drop_target_refuses_what_holds_no_address(self):
         self.start("-Drop Target", 1)
-        target = self.desktop.wait_for("filler", TARGET)
+        target = self.placed_target()
         partner = self.desktop.start(PARTNER, "mailto:somebody@a.example")
         self.desktop.move(PARTNERS_WINDOW)
         partner.hear("ready")

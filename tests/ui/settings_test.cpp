@@ -211,8 +211,8 @@ TEST_F(SettingsWindowTest, ShowsTheSectionsThatTheUserWants) {
         }
         return titles;
     };
-    const QStringList usual{u"General"_s,   u"Speed"_s,   u"Schedule"_s,
-                            u"Behaviors"_s, u"History"_s, u"Advanced"_s};
+    const QStringList usual{u"General"_s, u"Speed"_s,    u"Schedule"_s, u"Behaviors"_s,
+                            u"History"_s, u"Advanced"_s, u"Updates"_s};
     EXPECT_EQ(shown(), usual);
     window->showPreferencesSection(u"Experimental"_s);
     EXPECT_EQ(shown(), usual + QStringList{u"Experimental"_s}) << "as long as it is current";

@@ -94,6 +94,7 @@ constexpr CommandDescription descriptions[] = {
     {Command::ReportProblem, 0, "reportProblem", translatable("&Report a Problem..."), ""},
     {Command::ShowAbout, 0, "showAbout", translatable("&About Orlop"), ""},
     {Command::CheckForUpdates, 0, "checkForUpdates", translatable("Check for &Updates..."), ""},
+    {Command::ShowNews, 0, "showNews", translatable("Orlop &News..."), ""},
     {Command::ShowHelp, 0, "help", translatable("&Help"), "F1"},
     {Command::SearchHelp, 0, "searchHelp", translatable("&Search the Manual..."), "Shift+F1"},
     {Command::Quit, 0, "terminate", translatable("&Quit"), "Ctrl+Q"},

@@ -63,6 +63,7 @@ enum class Command {
     ReportProblem,
     ShowAbout,
     CheckForUpdates,
+    ShowNews,
     ShowHelp,
     SearchHelp,
     Quit,

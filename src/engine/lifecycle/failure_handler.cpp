@@ -59,8 +59,9 @@ void handleFailure(DQDownload& download, DQDownloadWorkerPrototype& worker,
     const bool isWrongPart =
         error.underlying &&
         error.underlying->is(platform::networkErrorDomain, platform::networkErrorWrongPart);
+    // A connection that broke says nothing about how many the server serves.
     if (mayWait &&
-        (isWrongPart ? parkRefusedWorker(transfer, worker) : letPartWait(download, worker)))
+        (parkRefusedWorker(transfer, worker) || (!isWrongPart && letPartWait(download, worker))))
         return;
     const bool isFailed = isFailedResume(transfer.workers(), error);
     // Asked again it would send the same part.

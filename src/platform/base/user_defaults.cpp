@@ -390,6 +390,11 @@ QString UserDefaults::get(const Setting<QString>& setting) const {
     return value.isValid() ? stringValue(value) : setting.fallback();
 }
 
+template <>
+QVariantMap UserDefaults::get(const Setting<QVariantMap>& setting) const {
+    return dictionaryForKey(setting.name());
+}
+
 namespace {
 
 std::atomic<UserDefaults*>& installedDefaults() {

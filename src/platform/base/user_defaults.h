@@ -101,6 +101,8 @@ template <>
 double UserDefaults::get(const Setting<double>& setting) const;
 template <>
 QString UserDefaults::get(const Setting<QString>& setting) const;
+template <>
+QVariantMap UserDefaults::get(const Setting<QVariantMap>& setting) const;
 
 /// The program's own defaults, as installed by the composition root or by a test.
 [[nodiscard]] UserDefaults& standardDefaults();

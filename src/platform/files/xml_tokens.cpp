@@ -280,7 +280,12 @@ void XmlTokens::readCharacterData(QString& text) {
     const char* const end = text_.constData() + text_.size();
     const char* const stop = std::find_if(start, end, [](char c) { return c == '<' || c == '&'; });
     const QString part = decodedText({start, stop - start});
-    text = text.isEmpty() ? part : text + part;
+    // Appended in place: a long text may be broken by references without number.
+    if (text.isEmpty()) {
+        text = part;
+    } else {
+        text += part;
+    }
     at_ += stop - start;
 }
 

@@ -129,6 +129,7 @@ void MainMenu::addHelpMenu() {
     actions_.addTo(*menu, Command::ShowHelp);
     actions_.addTo(*menu, Command::SearchHelp);
     actions_.addTo(*menu, Command::CheckForUpdates);
+    actions_.addTo(*menu, Command::ShowNews);
     actions_.addTo(*menu, Command::ToggleDebugLogging);
     actions_.addTo(*menu, Command::ReportProblem);
     menu->addSeparator();

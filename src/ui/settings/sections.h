@@ -14,6 +14,7 @@ struct SettingsContext;
 [[nodiscard]] SettingsPage* makeBehaviorsSection(const SettingsContext& context, QWidget* parent);
 [[nodiscard]] SettingsPage* makeHistorySection(const SettingsContext& context, QWidget* parent);
 [[nodiscard]] SettingsPage* makeAdvancedSection(const SettingsContext& context, QWidget* parent);
+[[nodiscard]] SettingsPage* makeUpdatesSection(const SettingsContext& context, QWidget* parent);
 [[nodiscard]] SettingsPage* makeDownloadPagesSection(const SettingsContext& context,
                                                      QWidget* parent);
 

@@ -58,6 +58,7 @@ SettingsWindow::SettingsWindow(app::DQMainController& controller, platform::User
     addSection("Feedback", translated("Behaviors"), "DQFeedback", makeBehaviorsSection);
     addSection("History", translated("History"), "documents", makeHistorySection);
     addSection("Advanced", translated("Advanced"), "advanced", makeAdvancedSection);
+    addSection("Updates", translated("Updates"), "updates", makeUpdatesSection);
     // Called the same in every language, as those who write about it call it.
     addSection("Experimental", experimentalSection, "experimental", makeDownloadPagesSection);
     makeShortcuts();

@@ -25,7 +25,7 @@ public:
     ~SettingsWindow() override;
 
     /// Brings the window to the front with a section: "General", "Speed", "Schedule", "Feedback",
-    /// "History", "Advanced" or "Experimental"; any other stands for "General".
+    /// "History", "Advanced", "Updates" or "Experimental"; any other stands for "General".
     void showPreferencesSection(const QString& identifier = {});
     [[nodiscard]] QString currentSection() const;
 

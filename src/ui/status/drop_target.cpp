@@ -143,6 +143,18 @@ void DropTarget::resizeEvent(QResizeEvent*) {
     setMask(QRegion(outline(rect()).toFillPolygon().toPolygon()));
 }
 
+void DropTarget::showEvent(QShowEvent*) {
+    sinceShown_.start();
+}
+
+/// A window manager that is slow to learn of a new window may put it elsewhere at first.
+void DropTarget::moveEvent(QMoveEvent*) {
+    constexpr qint64 settlingMilliseconds = 3000;
+    if (!isMoving_ && sinceShown_.isValid() && !sinceShown_.hasExpired(settlingMilliseconds)) {
+        QMetaObject::invokeMethod(this, &DropTarget::place, Qt::QueuedConnection);
+    }
+}
+
 void DropTarget::mousePressEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton) {
         grip_ = event->position().toPoint();
@@ -175,7 +187,9 @@ void DropTarget::mouseReleaseEvent(QMouseEvent* event) {
         return;
     }
     isMoving_ = false;
-    const auto at = desktop::placeOfFrame(geometry(), screenRooms());
+    // The window itself may still lag behind: a window manager moves it when it likes.
+    const QRect frame(event->globalPosition().toPoint() - grip_, size());
+    const auto at = desktop::placeOfFrame(frame, screenRooms());
     defaults_.set(desktop::settings::dropTargetPlace, desktop::placeText(at));
     place();
 }

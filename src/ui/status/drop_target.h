@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QPoint>
 #include <QWidget>
 
@@ -37,6 +38,8 @@ Q_SIGNALS:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -59,6 +62,7 @@ private:
     bool isWanted_ = false;
     bool canDrop_ = false;
     bool isMoving_ = false;
+    QElapsedTimer sinceShown_;
     QPoint grip_;  ///< Where the pointer holds the window.
     platform::Observation observation_;
 };

@@ -12,6 +12,7 @@
 #include "ui/history/history_menu.h"
 #include "ui/log/log_window.h"
 #include "ui/log/problem_report_dialog.h"
+#include "ui/news/online_services.h"
 #include "ui/rules/rule_editor.h"
 #include "ui/schedule/toolbar_explanation.h"
 #include "ui/settings/settings_window.h"
@@ -38,6 +39,7 @@ DesktopWindows::DesktopWindows(app::DQMainController& controller, DesktopFrontEn
                                 commands_.surroundings().defaults, window_.get());
     };
     provideLogCommands();
+    provideOnlineCommands();
     window_ = std::make_unique<MainWindow>(commands_);
     makeHistoryMenu();
     tellProblems();
@@ -45,6 +47,7 @@ DesktopWindows::DesktopWindows(app::DQMainController& controller, DesktopFrontEn
                      [this](const QString& section) { explainShortcut(section); });
     frontEnd.setWindow(window_.get(), &controller);
     frontEnd.setPreferences([this](const QString& section) { showPreferencesSection(section); });
+    goOnline();
     statusItems_ = std::make_unique<StatusItems>(commands_, frontEnd.icon());
     frontEnd.setStatusItems(statusItems_.get());
     announcer_ = std::make_unique<desktop::AIHAnnouncer>(commands_.surroundings().defaults);
@@ -78,6 +81,24 @@ void DesktopWindows::provideLogCommands() {
                            showProblemReport(around.controller, around.defaults, window_.get());
                        },
                        {}});
+}
+
+void DesktopWindows::provideOnlineCommands() {
+    commands_.provide(Command::CheckForUpdates, {[this](qint64) {
+                                                     online_->updates().checkForUpdates();
+                                                     showPreferencesSection(u"Updates"_s);
+                                                 },
+                                                 {}});
+    commands_.provide(Command::ShowNews,
+                      {[this](qint64) { online_->news().launchNews(false); }, {}});
+}
+
+void DesktopWindows::goOnline() {
+    const auto& around = commands_.surroundings();
+    online_ =
+        std::make_unique<OnlineServices>(around.controller, around.defaults, window_->notices());
+    QObject::connect(online_.get(), &OnlineServices::problem, window_.get(),
+                     [this](const QString& text) { frontEnd_.noteProblem(text); });
 }
 
 /// What goes wrong at the edges of the program, where no row can show it.

@@ -18,6 +18,7 @@ namespace ui {
 class DesktopFrontEnd;
 class LogWindow;
 class MainWindow;
+class OnlineServices;
 class SettingsWindow;
 class StatusItems;
 
@@ -35,6 +36,8 @@ public:
 private:
     void makeHistoryMenu();
     void provideLogCommands();
+    void provideOnlineCommands();
+    void goOnline();
     void tellProblems();
     void offerToResume(const std::vector<std::shared_ptr<engine::DQDownload>>& downloads);
     void explainShortcut(const QString& section);
@@ -45,6 +48,7 @@ private:
     std::unique_ptr<MainWindow> window_;
     std::unique_ptr<SettingsWindow> preferencesWindow;
     std::unique_ptr<LogWindow> logWindow_;
+    std::unique_ptr<OnlineServices> online_;
     std::unique_ptr<StatusItems> statusItems_;
     std::unique_ptr<desktop::AIHAnnouncer> announcer_;
 };

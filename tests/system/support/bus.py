@@ -67,10 +67,10 @@ class Bus:
             capture_output=True, text=True, check=False)
         return result.stdout.strip()
 
-    def send(self, path, signal, *arguments):
+    def send(self, path, signal, *texts):
         """A signal from nobody in particular."""
-        subprocess.run(["gdbus", "emit", "--address", self.address, "--object-path", path,
-                        "--signal", signal, *arguments], capture_output=True, check=True)
+        subprocess.run(["dbus-send", f"--bus={self.address}", "--type=signal", path, signal,
+                        *(f"string:{text}" for text in texts)], capture_output=True, check=True)
 
     def emit(self, service, interface, signal, signature, *arguments):
         self.call(*service, "org.freedesktop.DBus.Mock.EmitSignal", interface, signal, signature,

@@ -3,6 +3,7 @@ pointer, screenshots, and what a program tells assistive technologies."""
 import contextlib
 import json
 import os
+import signal
 import subprocess
 import tempfile
 from dataclasses import dataclass, field
@@ -43,6 +44,10 @@ class Talker:
     def __init__(self, process, path):
         self._process, self._path = process, path
         self._heard = 0
+
+    def freeze(self):
+        """It answers nobody from now on."""
+        self._process.send_signal(signal.SIGSTOP)
 
     def end(self):
         self._process.kill()
