@@ -29,7 +29,6 @@
 #include "links/text/localization.h"
 #include "platform/base/log.h"
 #include "platform/base/run_loop.h"
-#include "platform/base/timer.h"
 #include "platform/base/user_defaults.h"
 #include "platform/files/disks.h"
 #include "platform/files/files.h"
@@ -213,7 +212,6 @@ public:
     QueueStatusReporter status;
     SettingsEffects settingsEffects;
     DQURLHandlerCommand urlHandler;
-    platform::Timers answers{loop};  ///< To those who handed over.
     HandoverReceiver receiver;
     platform::MountWatcher mountWatcher{[this] { controller.mountsDidChange(); }};
 };
@@ -268,8 +266,7 @@ Application::Start Application::claimOrHandOver(const LaunchItems& items) {
 Application::Start Application::run(const FrontEnd& frontEnd, const ShowWindows& showWindows,
                                     const LaunchItems& items) {
     private_ = std::make_unique<Private>(
-        invocation_.settings, frontEnd,
-        [this](const Handover& handover, const Saved& saved) { receive(handover, saved); },
+        invocation_.settings, frontEnd, [this](const Handover& handover) { receive(handover); },
         haveDisksAnswered_);
     HandoverReceiver& receiver = private_->receiver;
     if (!receiver.problem().isEmpty()) {
@@ -292,31 +289,17 @@ Application::Start Application::run(const FrontEnd& frontEnd, const ShowWindows&
     return start;
 }
 
-void Application::receive(const Handover& handover, const Saved& saved) {
+void Application::receive(const Handover& handover) {
     if (activate_) {
         activate_(handover.activationToken);
     }
     const LaunchItems items = launchItems(handover.items);
     if (items.isEmpty()) {
         controller().lifecycle().applicationShouldHandleReopen();
-        saved(true);
         return;
     }
     open(items);
     controller().lifecycle().giveFeedback();
-    answerWhenSaved(saved);
-}
-
-/// Nobody tells of the end of an intake that makes no download.
-void Application::answerWhenSaved(const Saved& saved) {
-    constexpr platform::Seconds interval = 0.02;
-    private_->answers.start(interval, [this, saved] {
-        if (controller().isTakingIn()) {
-            answerWhenSaved(saved);
-        } else {
-            controller().whenSaved(saved);
-        }
-    });
 }
 
 void Application::open(const LaunchItems& items) {

@@ -71,9 +71,7 @@ private:
     [[nodiscard]] Start claimOrHandOver(const LaunchItems& items);
     [[nodiscard]] Start run(const FrontEnd& frontEnd, const ShowWindows& showWindows,
                             const LaunchItems& items);
-    using Saved = std::function<void(bool isSaved)>;
-    void receive(const Handover& handover, const Saved& saved);
-    void answerWhenSaved(const Saved& saved);
+    void receive(const Handover& handover);
     void open(const LaunchItems& items);
 
     const Invocation invocation_;

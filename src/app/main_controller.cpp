@@ -571,10 +571,6 @@ void DQMainController::finishWriting() {
     parts_->archive.finish();
 }
 
-void DQMainController::whenSaved(std::function<void(bool isOnDisk)> saved) {
-    parts_->archive.whenSaved(std::move(saved));
-}
-
 bool DQMainController::isShowingQuitWhileDownloadingAlert() const {
     return parts_->archive.isShowingQuitWhileDownloadingAlert();
 }

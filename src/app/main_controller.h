@@ -2,7 +2,6 @@
 
 #include <QObject>
 #include <QStringList>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -163,8 +162,6 @@ public:
     void mountsDidChange();
     /// Waits until what was to be saved so far is on disk.
     void finishWriting();
-    /// Saves the queue and calls `saved` when it is on disk, or with false if it cannot be written.
-    void whenSaved(std::function<void(bool isOnDisk)> saved);
     /// The question whether to quit while downloads are active is on the screen.
     [[nodiscard]] bool isShowingQuitWhileDownloadingAlert() const;
     engine::DownloadPtr addDownloadFromArchive(const QVariantMap& archive,

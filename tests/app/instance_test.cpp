@@ -8,7 +8,6 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QTemporaryDir>
-#include <atomic>
 #include <thread>
 
 #include "app/lifecycle/command_line.h"
@@ -72,11 +71,8 @@ TEST_F(Instances, OneClaimAtATimeAndNoneAfterItsOwnerIsGone) {
 
 TEST_F(Instances, HandsItemsToTheOwner) {
     std::vector<app::Handover> received;
-    const app::HandoverReceiver receiver(support_, runtime_,
-                                         [&](const auto& handover, const auto& saved) {
-                                             received.push_back(handover);
-                                             saved(true);
-                                         });
+    const app::HandoverReceiver receiver(
+        support_, runtime_, [&](const auto& handover) { received.push_back(handover); });
     ASSERT_TRUE(receiver.problem().isEmpty());
     struct stat status {};
     ASSERT_EQ(::stat(QFile::encodeName(socketPath()).constData(), &status), 0);
@@ -103,10 +99,7 @@ TEST_F(Instances, HandsItemsToTheOwner) {
 
 TEST_F(Instances, RefusesAMessageBeyondBoundsAndSurvivesHalfOnes) {
     int received = 0;
-    const app::HandoverReceiver receiver(support_, runtime_, [&](const auto&, const auto& saved) {
-        ++received;
-        saved(true);
-    });
+    const app::HandoverReceiver receiver(support_, runtime_, [&](const auto&) { ++received; });
     const QByteArray path = QFile::encodeName(socketPath());
     const auto send = [&](const QByteArray& bytes) {
         const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
@@ -138,10 +131,7 @@ TEST_F(Instances, RefusesAMessageBeyondBoundsAndSurvivesHalfOnes) {
 TEST_F(Instances, DeliversOnceWhatIsSentAgainAndDropsWhatWasGivenUp) {
     QStringList received;
     const app::HandoverReceiver receiver(support_, runtime_,
-                                         [&](const auto& handover, const auto& saved) {
-                                             received += handover.items;
-                                             saved(true);
-                                         });
+                                         [&](const auto& handover) { received += handover.items; });
     // Nothing is processed here meanwhile: the sender waits in vain, and goes.
     EXPECT_NE(app::handOver({{u"given up"_s}, {}, u"1"_s}, support_, runtime_), std::nullopt);
     std::thread sender([&] {
@@ -152,38 +142,6 @@ TEST_F(Instances, DeliversOnceWhatIsSentAgainAndDropsWhatWasGivenUp) {
     processUntil([&] { return received.contains(u"last"_s); });
     sender.join();
     EXPECT_EQ(received, QStringList({u"first"_s, u"last"_s}));
-}
-
-TEST_F(Instances, TheSenderHearsNothingBeforeWhatItHandedOverIsSaved) {
-    std::vector<app::HandoverReceiver::Saved> saved;
-    app::HandoverReceiver receiver(support_, runtime_,
-                                   [&](const auto&, const auto& done) { saved.push_back(done); });
-    const auto send = [&](const QString& id, std::optional<QString>& problem,
-                          std::atomic<bool>& hasEnded) {
-        return std::thread([&, id] {
-            problem = app::handOver({{u"http://a.example/x"_s}, {}, id}, support_, runtime_);
-            hasEnded = true;
-        });
-    };
-    for (const bool isOnDisk : {true, false}) {
-        std::optional<QString> problem;
-        std::atomic<bool> hasEnded = false;
-        std::thread sender = send(isOnDisk ? u"1"_s : u"2"_s, problem, hasEnded);
-        processUntil([&] { return saved.size() == 1; });
-        EXPECT_FALSE(hasEnded);
-        saved.front()(isOnDisk);
-        sender.join();
-        EXPECT_EQ(problem.has_value(), !isOnDisk);
-        saved.clear();
-    }
-    // Whoever goes before it could save has nothing.
-    std::optional<QString> problem;
-    std::atomic<bool> hasEnded = false;
-    std::thread sender = send(u"3"_s, problem, hasEnded);
-    processUntil([&] { return saved.size() == 1; });
-    receiver.close();
-    sender.join();
-    EXPECT_TRUE(problem.has_value());
 }
 
 TEST_F(Instances, TellsPathsFromAddresses) {

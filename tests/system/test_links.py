@@ -40,20 +40,6 @@ class LinksTest(SystemTest):
         for name in self.home.finished():
             self.assert_downloaded(name, sources[name])
 
-    def test_what_was_handed_over_outlives_a_kill_of_its_owner(self):
-        self.serve("slow.bin", 4 * MIB)
-        for round in range(12):
-            owner = self.home.start(self.server.url("/rate/100000/slow.bin"))
-            wait_until(lambda: self.home.partial_bytes() > 0, what="the first bytes")
-            address = self.server.url(f"/rate/1000/slow.bin?{round}")
-            result = self.home.run(address)
-            owner.kill()
-            owner.wait()
-            self.assert_status(result, 0)
-            self.assertIn("Handed over", result.stdout)
-            self.assertIn(address, self.home.queued_addresses(), f"round {round}")
-            self.home.queue_path.unlink()
-
     def test_what_is_refused_says_why(self):
         for word, words in (("www.example.invalid/x", "https://www.example.invalid/x"),
                             ("magnet:?xt=1", "no address of http, https or a file"),

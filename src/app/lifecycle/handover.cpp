@@ -8,10 +8,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLocalSocket>
-#include <QTimer>
-#include <QUuid>
 #include <QtEndian>
-#include <algorithm>
 
 namespace app {
 
@@ -22,22 +19,13 @@ namespace {
 // A message is its length in four bytes (big endian) and that many bytes: its id, the activation
 // token and the items as UTF-8, with a NUL between two. The answer is one byte, and only when the
 // sender has said with another that it heard it is the message delivered: by then a sender that
-// could not wait any longer has gone, and whoever started it will try again. A last byte says
-// whether what it led to is on disk; until then its owner may be killed and know nothing of it.
+// could not wait any longer has gone, and whoever started it will try again.
 constexpr quint32 maximumLength = 4 << 20;  // The system's limit for arguments is half of that.
 constexpr qsizetype lengthSize = sizeof(quint32);
 constexpr char accepted = '+';
 constexpr char confirmed = '!';
-constexpr char saved = '*';
-constexpr char notSaved = '-';
 constexpr qsizetype mostIds = 1000;
 constexpr int timeout = 5000;
-/// A question to the user, or a long list, may stand before the saving.
-constexpr int savingTimeout = 60'000;
-/// More wait in the system's queue, so that whoever floods us fills no memory here.
-constexpr qsizetype mostReading = 8, mostPending = 256;
-/// What a sender may take to hand over everything.
-constexpr int readingTimeout = 5000;
 
 /// One for each queue, as several can be open at a time under different data folders.
 QString socketPath(const QString& supportFolder, const QString& folder) {
@@ -92,23 +80,9 @@ HandoverReceiver::HandoverReceiver(const QString& supportFolder, const QString& 
 }
 
 void HandoverReceiver::accept() {
-    while (reading_.size() < mostReading && pending_.size() < mostPending) {
-        QLocalSocket* socket = server_.nextPendingConnection();
-        if (socket == nullptr) {
-            return;
-        }
-        reading_.insert(socket);
+    while (QLocalSocket* socket = server_.nextPendingConnection()) {
         connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
-        connect(socket, &QObject::destroyed, this, [this, socket] {
-            answered_.remove(socket);
-            reading_.remove(socket);
-            accept();
-        });
-        QTimer::singleShot(readingTimeout, socket, [this, socket] {
-            if (reading_.contains(socket)) {
-                socket->abort();
-            }
-        });
+        connect(socket, &QObject::destroyed, this, [this, socket] { answered_.remove(socket); });
         if (!isSameUser(*socket)) {
             socket->abort();
             continue;
@@ -133,13 +107,10 @@ void HandoverReceiver::read(QLocalSocket& socket) {
     char word = 0;
     const bool isConfirmed = socket.getChar(&word) && word == confirmed;
     const Handover handover = answered_.take(&socket);
-    if (!isConfirmed) {
-        socket.disconnectFromServer();
-        return;
+    socket.disconnectFromServer();
+    if (isConfirmed) {
+        deliver(handover);
     }
-    reading_.remove(&socket);
-    deliver(handover, socket);
-    accept();
 }
 
 void HandoverReceiver::takeMessage(QLocalSocket& socket) {
@@ -161,42 +132,17 @@ void HandoverReceiver::takeMessage(QLocalSocket& socket) {
     socket.flush();
 }
 
-void HandoverReceiver::deliver(const Handover& handover, QLocalSocket& socket) {
-    const QString key = handover.id.isEmpty() ? QUuid::createUuid().toString() : handover.id;
-    const auto known = std::find_if(savedIds_.cbegin(), savedIds_.cend(),
-                                    [&](const auto& entry) { return entry.first == key; });
-    if (known != savedIds_.cend()) {
-        tell(socket, known->second);
-        return;
-    }
-    QList<QPointer<QLocalSocket>>& waiting = pending_[key];
-    waiting.append(&socket);
-    if (waiting.size() == 1) {
-        receive_(handover, [receiver = QPointer(this), key](bool isSaved) {
-            if (receiver) {
-                receiver->didSave(key, isSaved);
-            }
-        });
-    }
-}
-
-void HandoverReceiver::didSave(const QString& key, bool isSaved) {
-    savedIds_.append({key, isSaved});
-    if (savedIds_.size() > mostIds) {
-        savedIds_.removeFirst();
-    }
-    for (const QPointer<QLocalSocket>& socket : pending_.take(key)) {
-        if (socket) {
-            tell(*socket, isSaved);
+void HandoverReceiver::deliver(const Handover& handover) {
+    if (!handover.id.isEmpty()) {
+        if (deliveredIds_.contains(handover.id)) {
+            return;
+        }
+        deliveredIds_.append(handover.id);
+        if (deliveredIds_.size() > mostIds) {
+            deliveredIds_.removeFirst();
         }
     }
-    accept();
-}
-
-void HandoverReceiver::tell(QLocalSocket& socket, bool isSaved) {
-    socket.write(isSaved ? &saved : &notSaved, 1);
-    socket.flush();
-    socket.disconnectFromServer();
+    receive_(handover);
 }
 
 bool canHandOver(const QString& supportFolder, const QString& folder) {
@@ -217,10 +163,8 @@ std::optional<QString> handOver(const Handover& handover, const QString& support
     if (socket.waitForConnected(timeout) && isSameUser(socket) &&
         socket.write(message) == message.size() && socket.waitForReadyRead(timeout) &&
         socket.getChar(&answer) && answer == accepted && socket.putChar(confirmed) &&
-        socket.waitForBytesWritten(timeout) && socket.waitForReadyRead(savingTimeout) &&
-        socket.getChar(&answer)) {
-        return answer == saved ? std::nullopt
-                               : std::optional(u"the process that has the queue cannot save it"_s);
+        socket.waitForBytesWritten(timeout)) {
+        return {};
     }
     return u"the process that has the queue does not answer (%1)"_s.arg(socket.errorString());
 }

@@ -3,12 +3,9 @@
 #include <QHash>
 #include <QLocalServer>
 #include <QObject>
-#include <QPointer>
-#include <QSet>
 #include <QStringList>
 #include <functional>
 #include <optional>
-#include <utility>
 
 QT_FORWARD_DECLARE_CLASS(QLocalSocket)
 
@@ -29,10 +26,7 @@ class HandoverReceiver final : public QObject {
     Q_OBJECT
 
 public:
-    /// To be called when what was handed over is on disk, or with false if it cannot be; then its
-    /// sender is told.
-    using Saved = std::function<void(bool isSaved)>;
-    using Receive = std::function<void(const Handover&, const Saved&)>;
+    using Receive = std::function<void(const Handover&)>;
 
     /// For the queue in `supportFolder`, whose lock this process holds.
     HandoverReceiver(const QString& supportFolder, const QString& folder, Receive receive);
@@ -47,19 +41,13 @@ private:
     void accept();
     void read(QLocalSocket& socket);
     void takeMessage(QLocalSocket& socket);
-    void deliver(const Handover& handover, QLocalSocket& socket);
-    void didSave(const QString& key, bool isSaved);
-    static void tell(QLocalSocket& socket, bool isSaved);
+    void deliver(const Handover& handover);
 
     /// Messages that were answered and whose senders have not yet said that they still wait. Goes
     /// after the sockets.
     QHash<QLocalSocket*, Handover> answered_;
-    /// Of what was delivered, the last ones, and whether they could be saved.
-    QList<std::pair<QString, bool>> savedIds_;
-    /// Who waits for what was delivered and is not saved yet.
-    QHash<QString, QList<QPointer<QLocalSocket>>> pending_;
-    /// Those that have not handed over everything yet, of which there are never many.
-    QSet<QLocalSocket*> reading_;
+    /// Of what was delivered, the last ones.
+    QStringList deliveredIds_;
     QLocalServer server_;
     Receive receive_;
     QString problem_;
@@ -68,7 +56,7 @@ private:
 /// Whether somebody listens for what may be handed over.
 [[nodiscard]] bool canHandOver(const QString& supportFolder, const QString& folder);
 
-/// The other end: waits until the owner of the queue in `supportFolder` has saved it. Nothing: it
+/// The other end: waits until the owner of the queue in `supportFolder` has taken it. Nothing: it
 /// has; otherwise why not, for people.
 [[nodiscard]] std::optional<QString> handOver(const Handover& handover,
                                               const QString& supportFolder, const QString& folder);
