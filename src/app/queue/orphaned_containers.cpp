@@ -93,6 +93,9 @@ std::vector<OrphanedContainers::Container> OrphanedContainers::unclaimed(
     if (!archives_) {
         read();
     }
+    if (containers_.empty()) {
+        return {};
+    }
     QSet<QString> folders;
     QSet<QByteArray> identities;
     for (const engine::DownloadPtr& download : downloads) {

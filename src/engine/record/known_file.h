@@ -13,7 +13,8 @@ struct KnownFile {
     qint64 length = 0;  ///< 0: not known.
     QString entityTag;
     QString lastModified;
-    /// It cannot tell two versions of one second apart (RFC 9110, 8.8.2.2).
+    /// It cannot tell two versions of one second apart (RFC 9110, 8.8.2.2). Not looked at beside a
+    /// strong tag.
     bool isDateWeak = false;
     QString mediaType;        ///< In lower case, without parameters.
     QString contentEncoding;  ///< Of the bytes as they lie there.

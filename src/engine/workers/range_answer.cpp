@@ -66,10 +66,14 @@ QString encodingOf(const WorkerResponse& response) {
 
 KnownFile fileOf(const WorkerResponse& response, qint64 length) {
     const QString modified = field(response, u"Last-Modified"_s);
+    const QString tag = field(response, u"ETag"_s);
+    // Dates cost more to read than all the rest, and beside a strong tag nobody asks how good one
+    // is.
+    const bool isDateNeeded = !modified.isEmpty() && (tag.isEmpty() || isWeak(tag));
     return {std::max<qint64>(length, 0),
-            field(response, u"ETag"_s),
+            tag,
             modified,
-            !modified.isEmpty() && !canTellVersionsApart(modified, field(response, u"Date"_s)),
+            isDateNeeded && !canTellVersionsApart(modified, field(response, u"Date"_s)),
             mediaTypeOf(response),
             encodingOf(response)};
 }
@@ -158,6 +162,8 @@ RangeAnswer judgeRangeAnswer(const DQDownloadWorkerPrototype& worker,
 }
 
 bool speaksAgainstFile(const WorkerResponse& response, qint64 length, const KnownFile& known) {
+    if (known == KnownFile())
+        return false;
     const KnownFile now = fileOf(response, length);
     if (isPage(now.mediaType) && !known.mediaType.isEmpty() && !isPage(known.mediaType))
         return true;
