@@ -86,7 +86,9 @@ class VanishedFolderTest(SystemTest):
         address = self.server.url("/rate/2000000/uprooted.bin")
         process = self.home.start(address)
         wait_until(lambda: self.home.partial_bytes() > 500_000, what="the first bytes")
-        shutil.rmtree(self.home.downloads)
+        # The program may be writing its metadata into it at this very moment.
+        wait_until(lambda: not shutil.rmtree(self.home.downloads, ignore_errors=True)
+                   and not self.home.partial_bytes(), what="the end of the folder")
         result = self.home.result(process)
         self.assertIn(result.returncode, (0, 1))
         if result.returncode == 1:
