@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "app/alert_lines.h"
 #include "app/main_controller.h"
 #include "links/format/numbers.h"
 #include "links/text/localization.h"
@@ -30,18 +31,6 @@ bool begins(const QString& address, const QString& beginning) {
 
 QString decodedBehind(const QString& beginning, const QString& address) {
     return QUrl::fromPercentEncoding(address.sliced(beginning.size()).toUtf8());
-}
-
-/// All of up to ten lines; of more the first nine. The number left is one lower than it is, as it
-/// always was.
-QString shownLines(const QStringList& lines) {
-    constexpr qsizetype mostShown = 10;
-    if (lines.size() <= mostShown) {
-        return lines.join(u'\n');
-    }
-    const QString more = links::filledFormat(links::localized("(%lu more)"),
-                                             {links::stringWithInteger(lines.size() - mostShown)});
-    return (lines.first(mostShown - 1) + QStringList{more}).join(u'\n');
 }
 
 }  // namespace
@@ -94,7 +83,7 @@ bool DQURLHandlerCommand::confirmLinkedFiles(const QStringList& lines) {
                                  {links::stringWithInteger(lines.size())})});
         return false;
     }
-    return questions_.confirm({Alert::Kind::LinkedFiles, title, shownLines(lines),
+    return questions_.confirm({Alert::Kind::LinkedFiles, title, alertLines(lines),
                                QStringLiteral("Download"), QStringLiteral("Cancel")});
 }
 

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "app/alert_lines.h"
 #include "engine/lifecycle/download.h"
 #include "links/text/localization.h"
 
@@ -10,7 +11,6 @@ namespace {
 
 /// Time for the rest of a burst.
 constexpr platform::Seconds delay = 1.0;
-constexpr qsizetype mostLines = 10;
 
 }  // namespace
 
@@ -24,16 +24,11 @@ void DQMissingVolumeAlertController::prepareAlertForDownload(const engine::DQDow
 }
 
 void DQMissingVolumeAlertController::showAlert() {
-    QStringList lines = std::exchange(_missingVolumeDownloads, {});
-    if (const qsizetype all = lines.size(); all > mostLines) {
-        lines = lines.first(mostLines - 1);
-        lines.append(links::filledFormat(links::localized("(%lu more)"),
-                                         {QString::number(all - mostLines)}));
-    }
+    const QStringList names = std::exchange(_missingVolumeDownloads, {});
     show_(links::filledFormat(
         links::localized("The partial download files for the following downloads are on volumes "
                          "that are currently not available:\n\n%@"),
-        {lines.join(QLatin1Char('\n'))}));
+        {alertLines(names)}));
 }
 
 }  // namespace app

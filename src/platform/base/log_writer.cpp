@@ -99,6 +99,18 @@ LogOutput logStoreOutput(const QString& folder) {
     };
 }
 
+namespace {
+
+/// Null: the session has no runtime folder, and what stands in for it lies on a disk, for which
+/// whoever logs would wait.
+std::unique_ptr<LogSpool> spoolInMemory() {
+    if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR") || !QDir().mkpath(runtimeFolder()))
+        return nullptr;
+    return LogSpool::make(runtimeFolder());
+}
+
+}  // namespace
+
 void recoverLogLines(const QString& folder) {
     LogStore store(folder);
     takeLeftLogLines(runtimeFolder(), [&](const LogRecord& record, const LogOrigin& origin) {
@@ -109,8 +121,7 @@ void recoverLogLines(const QString& folder) {
 ProgramLog::ProgramLog() {
     recoverLogLines(logStoreFolder());
     std::vector<LogOutput> outputs{logStoreOutput(logStoreFolder()), journalOutput()};
-    QDir().mkpath(runtimeFolder());
-    writer_ = std::make_shared<LogWriter>(std::move(outputs), LogSpool::make(runtimeFolder()));
+    writer_ = std::make_shared<LogWriter>(std::move(outputs), spoolInMemory());
     addLogSink(writer_);
 }
 

@@ -67,8 +67,7 @@ private:
     QString query_;  ///< What the suggestions are for; one that is chosen replaces the text.
 };
 
-/// Brings up the manual, of which there is one window. Empty: where the reader was, or the first
-/// page.
+/// Brings up the manual, of which there is one window, where the reader was or at its first page.
 HelpWindow& showHelp(QWidget& window, platform::UserDefaults& defaults,
                      std::function<QString()> keyTables);
 
