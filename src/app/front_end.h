@@ -32,6 +32,7 @@ struct Alert {
         RemoveAllRules,
         ApplicationMode,
         MissingVolumes,
+        UnlockFolder,
     };
     Kind kind;
     QString title, text;
@@ -57,6 +58,14 @@ public:
         const platform::Url& url) = 0;
     /// Title and prompt "Choose Folder". As above.
     virtual std::optional<QString> chooseAbbreviatedDownloadsFolder() = 0;
+    /// Title and prompt "Unlock": the user shows a sandboxed program the folder that it may not
+    /// reach by itself; `explanation`, if there is one, is shown with it. The chosen path as it
+    /// stands; nothing: cancelled, or nobody is there.
+    virtual std::optional<QString> unlockFolder(const QString& folder, const QString& explanation) {
+        static_cast<void>(folder);
+        static_cast<void>(explanation);
+        return std::nullopt;
+    }
 };
 
 class Feedback {

@@ -131,11 +131,24 @@ Worker::Pointer makePrimaryWorker(DQDownload& download, const platform::Url& url
     return worker;
 }
 
-void startWorkers(DQDownload& download, const platform::Url& url, const ResumePlan& plan) {
-    if (links::isSandboxed() && download.paths().chooseIntermediateDownloadTargetPath().isEmpty()) {
+/// In a sandbox the user may have to unlock the folder first, and can do anything while he is
+/// asked.
+bool hasAccessToFolder(DQDownload& download) {
+    if (!links::isSandboxed())
+        return true;
+    const DQDownloadStatus before = download.status();
+    const bool isUnlocked = download.paths().unlockDownloadFolder();
+    if (download.isBeingRemoved() || download.status() != before)
+        return false;
+    if (!isUnlocked)
         download.pause();
+    return isUnlocked;
+}
+
+void startWorkers(DQDownload& download, const platform::Url& url, const ResumePlan& plan) {
+    const auto kept = download.shared_from_this();
+    if (!hasAccessToFolder(download))
         return;
-    }
     const Worker::Pointer worker = makePrimaryWorker(download, url, plan);
     if (!worker || (!worker->isDone() && !worker->start()))
         return download.abort();
