@@ -63,16 +63,15 @@ TEST(ResumePlanTest, PartialDataFitsOrDoesNot) {
         {"a whole file of unknown length", {300}, false, 0, true, Kind::Complete},
         {"too much", {301}, false, 300, false, Kind::Damaged},
         {"parts", {70, 0, 100}, true, 300, false, Kind::Accelerated},
-        {"all parts", {100, 100, 100}, true, 300, false, Kind::Accelerated},
-        {"all parts at the end", {100, 100, 100}, true, 300, true, Kind::Complete},
+        {"all parts", {100, 100, 100}, true, 300, false, Kind::Complete},
         {"a part lost", {70, 50}, true, 300, false, Kind::Damaged},
         {"a stray part", {70, 50, 1, 1}, true, 300, false, Kind::Damaged},
         {"record lost", {70, 50}, false, 300, false, Kind::Damaged},
         {"parts lost", {70}, true, 300, false, Kind::Single},
         {"parts of another length", {70, 0, 9}, true, 400, false, Kind::Damaged},
-        {"join cut short in the second part", {150, 100, 100}, true, 300, true, Kind::Complete},
-        {"join cut short in the third part", {250, none, 100}, true, 300, true, Kind::Complete},
-        {"join cut short before the move", {300}, true, 300, true, Kind::Complete},
+        {"join cut short in the second part", {150, 100, 100}, true, 300, false, Kind::Complete},
+        {"join cut short in the third part", {250, none, 100}, true, 300, false, Kind::Complete},
+        {"join cut short before the move", {300}, true, 300, false, Kind::Complete},
     };
     for (const Case& c : cases) {
         PartialFileSizes sizes;
@@ -170,7 +169,16 @@ TEST_F(AccelerationTest, GoesOnFromWhatIsThereOfTheParts) {
         QFile::remove(accelerationFragmentPath(primary, 1));
         write(accelerationFragmentPath(primary, 2), body.mid(500'003, 250'000));
         write(accelerationFragmentPath(primary, 3), body.mid(750'003));
-        ASSERT_TRUE(platform::setExtendedAttribute(primary, u"user.orlop.finishing"_s, "1"));
+    };
+    // New files, which have none of the attributes of those that we wrote.
+    const auto completeAll = [&](const DownloadPtr&) {
+        QFile::remove(primary);
+        write(primary, body.first(250'003));
+        for (const int part : {1, 2, 3}) {
+            QFile::remove(accelerationFragmentPath(primary, part));
+            write(accelerationFragmentPath(primary, part),
+                  body.mid(250'003 + (part - 1) * 250'000, 250'000));
+        }
     };
     using Ranges = std::vector<std::string>;
     const std::string second = "bytes=375003-500002", third = "bytes=625003-750002",
@@ -197,6 +205,7 @@ TEST_F(AccelerationTest, GoesOnFromWhatIsThereOfTheParts) {
              download->userSettings().remove(keys::accelerationWorkers);
          },
          {""}},
+        {"all parts, without any attribute", completeAll, {}},
         {"joined as far as the third when it was killed", joinHalf, {}},
     };
     for (const Case& c : cases) {

@@ -246,8 +246,8 @@ void DownloadFinisher::assemble(std::vector<FilePiece> pieces) {
     beginJob();
     job_->pieces = std::move(pieces);
     const bool movesAtOnce = job_->pieces.size() == 1;
-    // One file of a known length shows by itself that it is complete.
-    if (!movesAtOnce || knownFile(record_.userSettings()).length == 0)
+    // What has a known length shows by itself that it is complete.
+    if (knownFile(record_.userSettings()).length == 0)
         markFinishing(job_->pieces.front().path);
     // Where to is decided as late as may be, for names, rules and folders change; but a file in one
     // piece is put together in no time, and a second way there and back would cost more than that.
