@@ -3,12 +3,15 @@
 #include <map>
 
 #include "engine/acceleration/acceleration_settings.h"
+#include "engine/finishing/file_assembly.h"
 #include "engine/paths/intermediate_files.h"
 #include "engine/settings.h"
 #include "engine/transfer/resume_plan.h"
 #include "engine/transfer/transfer.h"
 #include "engine/workers/download_worker_prototype.h"
+#include "engine/workers/partial_file_marks.h"
 #include "engine_fixture.h"
+#include "platform/files/disks.h"
 #include "platform/files/files.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -224,6 +227,29 @@ TEST_F(AccelerationTest, GoesOnFromWhatIsThereOfTheParts) {
         EXPECT_EQ(ranges, c.ranges);
         QFile::remove(download->path());
     }
+}
+
+/// The disk keeps what was synced; the piece that was joined is gone.
+TEST_F(EngineTest, JoinThatAPowerFailureCutsShortLosesNoByte) {
+    const QByteArray body = patternedBytes(300'000);
+    const QString primary = path(u"p"_s), second = path(u"p.orlop-xf-1"_s);
+    const auto mark = u"user.orlop.synced"_s;
+    write(primary, body.first(100'000));
+    write(second, body.mid(100'000, 100'000));
+    QFile file(primary);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    markUnsynced(file.handle());
+    const std::atomic<bool> goesOn = false;
+    // The third cannot be read.
+    EXPECT_TRUE(assembleFile({{primary, 100'000}, {second, 100'000}, {path(u"x"_s), 100'000}},
+                             goesOn, disks.holding(primary))
+                    .error);
+    ASSERT_FALSE(QFile::exists(second));
+    const QByteArray made = platform::extendedAttribute(primary, mark).value_or("");
+    ASSERT_TRUE(platform::setExtendedAttribute(primary, mark,
+                                               "another-boot" + made.mid(made.indexOf(' '))));
+    dropUnsyncedTail(primary);
+    EXPECT_EQ(contents(primary), body.first(200'000));
 }
 
 TEST_F(AccelerationTest, ChangedFileIsNeverMixed) {
