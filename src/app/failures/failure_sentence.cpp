@@ -1,12 +1,12 @@
 #include "app/failures/failure_sentence.h"
 
-#include <QFileInfo>
 #include <QRegularExpression>
 #include <QStorageInfo>
 #include <cerrno>
 #include <vector>
 
 #include "engine/lifecycle/download.h"
+#include "engine/lifecycle/space_watch.h"
 #include "engine/record/known_file.h"
 #include "engine/record/user_settings.h"
 #include "engine/workers/download_worker_prototype.h"
@@ -197,7 +197,7 @@ QString failureSentence(engine::DQDownload& download) {
             circumstances.received = platform::fileSize(partial).value_or(0);
     }
     if (detail == Detail::Space) {
-        const QStorageInfo volume(QFileInfo(partial).absolutePath());
+        const QStorageInfo volume(engine::folderShortOfSpace(download));
         circumstances.volume = volume.displayName();
         if (volume.isValid())
             circumstances.freeBytes = volume.bytesAvailable();

@@ -67,10 +67,8 @@ ResumePlan planForPartialData(DQDownload& download) {
         fractionsFromArchive(settings.value(keys::accelerationWorkers), path);
     if (!recorded.empty() && !settings.contains(keys::expectedBytes))
         settings.set(keys::expectedBytes, recorded.back().end + 1);
-    const bool isFinishing =
-        isMarkedFinishing(path) || (!recorded.empty() && isMarkedWithParts(path));
     return planResume(path, measurePartialFiles(path), recorded, knownFile(settings).length,
-                      isFinishing);
+                      isMarkedFinishing(path));
 }
 
 /// The address that answered last. Nothing: it cannot be asked again.
