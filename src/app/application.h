@@ -71,7 +71,8 @@ private:
     [[nodiscard]] Start claimOrHandOver(const LaunchItems& items);
     [[nodiscard]] Start run(const FrontEnd& frontEnd, const ShowWindows& showWindows,
                             const LaunchItems& items);
-    void receive(const Handover& handover);
+    using Saved = std::function<void(bool isSaved)>;
+    void receive(const Handover& handover, const Saved& saved);
     void open(const LaunchItems& items);
 
     const Invocation invocation_;

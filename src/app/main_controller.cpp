@@ -533,6 +533,10 @@ bool DQMainController::isTakingIn() const {
     return parts_->intake.isActive();
 }
 
+void DQMainController::whenTakenIn(std::function<void()> done) {
+    parts_->intake.whenTakenIn(std::move(done));
+}
+
 void DQMainController::stopIntake() {
     parts_->intake.stop();
 }
@@ -569,6 +573,10 @@ bool DQMainController::writeArchiveBeforeQuitting(bool quitting) {
 
 void DQMainController::finishWriting() {
     parts_->archive.finish();
+}
+
+void DQMainController::whenSaved(std::function<void(bool isOnDisk)> saved) {
+    parts_->archive.whenSaved(std::move(saved));
 }
 
 bool DQMainController::isShowingQuitWhileDownloadingAlert() const {

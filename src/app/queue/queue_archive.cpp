@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <iterator>
 #include <optional>
+#include <utility>
 
 #include "app/queue/archive_writer.h"
 #include "app/settings.h"
@@ -140,6 +142,22 @@ void QueueArchive::didWrite(const std::optional<platform::Error>& error) {
     }
     written_ = surroundings_.loop.clock().monotonic();
     rest();
+    if (writer_->isBusy()) {
+        return;
+    }
+    for (const Saved& saved : std::exchange(beingSaved_, {})) {
+        saved(!error);
+    }
+}
+
+void QueueArchive::whenSaved(Saved saved) {
+    if (!mayWrite_) {
+        saved(false);
+        return;
+    }
+    waiting_.push_back(std::move(saved));
+    isUrgent_ = true;  // Somebody waits for the answer.
+    write();
 }
 
 void QueueArchive::rest() {
@@ -165,6 +183,8 @@ void QueueArchive::handOver(QVariantList archives) {
     wantsToBeWritten_ = isUrgent_ = false;
     handedOver_ = surroundings_.loop.clock().monotonic();
     if (mayWrite_) {
+        std::move(waiting_.begin(), waiting_.end(), std::back_inserter(beingSaved_));
+        waiting_.clear();
         writer_->write(std::move(archives));
     }
 }
