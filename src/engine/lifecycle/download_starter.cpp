@@ -138,8 +138,11 @@ bool hasAccessToFolder(DQDownload& download) {
     const bool isUnlocked = download.paths().unlockDownloadFolder();
     if (download.isBeingRemoved() || download.status() != before)
         return false;
-    if (!isUnlocked)
-        download.pause();
+    if (!isUnlocked) {
+        download.interruptUntilResumed(
+            makeWorkerError(WorkerErrorCode::FolderLocked,
+                            u"%1 has no access to its folder"_s.arg(download.description())));
+    }
     return isUnlocked;
 }
 
