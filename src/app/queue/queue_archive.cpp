@@ -1,5 +1,7 @@
 #include "app/queue/queue_archive.h"
 
+#include <QFile>
+#include <QFileInfo>
 #include <algorithm>
 #include <cerrno>
 #include <optional>
@@ -11,6 +13,7 @@
 #include "engine/settings.h"
 #include "links/text/localization.h"
 #include "platform/base/log.h"
+#include "platform/files/descriptor.h"
 #include "platform/files/files.h"
 #include "platform/files/property_list.h"
 
@@ -70,6 +73,7 @@ QueueArchive::~QueueArchive() {
 }
 
 std::vector<QVariantMap> QueueArchive::read() {
+    platform::TemporaryFile::removeStrays(QFile::encodeName(QFileInfo(path_).path()));
     const platform::FileContents contents = platform::readFile(path_, maximumFileSize);
     if (contents.error && contents.error->is(platform::posixErrorDomain, ENOENT)) {
         return {};
