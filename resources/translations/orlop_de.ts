@@ -4,6 +4,11 @@
     <context>
         <name>Orlop</name>
         <message>
+            <location filename="../../src/app/alert_lines.cpp" />
+            <source>(%lu more)</source>
+            <translation>(%lu weitere)</translation>
+        </message>
+        <message>
             <location filename="../../src/app/application.cpp" />
             <source>Orlop is running already, and a setting for one run cannot be handed to it: %1. Nothing was handed over.</source>
             <translation>Orlop läuft bereits, und eine Einstellung für einen Lauf kann ihm nicht übergeben werden: %1. Es wurde nichts übergeben.</translation>
@@ -352,11 +357,6 @@
             <location filename="../../src/app/commands/command.cpp" />
             <source>Throttle &amp;Bandwidth</source>
             <translation>Bandbreite be&amp;grenzen</translation>
-        </message>
-        <message>
-            <location filename="../../src/app/commands/context_menu.cpp" />
-            <source>(%lu more)</source>
-            <translation>(%lu weitere)</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/context_menu.cpp" />
@@ -882,6 +882,16 @@
             <location filename="../../src/app/main_controller.cpp" />
             <source>Download Failed</source>
             <translation>Download fehlgeschlagen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/main_controller.cpp" />
+            <source>The queue cannot be saved: %1</source>
+            <translation>Die Warteschlange kann nicht gesichert werden: %1</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/main_controller.cpp" />
+            <source>The queue’s file cannot be removed: %1 What is done may come back at the next start.</source>
+            <translation>Die Datei der Warteschlange kann nicht entfernt werden: %1 Was fertig ist, kommt beim nächsten Start womöglich wieder.</translation>
         </message>
         <message>
             <location filename="../../src/app/queue/missing_volume_alert_controller.cpp" />
@@ -2778,8 +2788,8 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
         </message>
         <message>
             <location filename="../../src/ui/window/desktop_windows.cpp" />
-            <source>The queue cannot be saved: %1</source>
-            <translation>Die Warteschlange kann nicht gesichert werden: %1</translation>
+            <source>The queue is not saved</source>
+            <translation>Die Warteschlange ist nicht gesichert</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/intake_progress.cpp" />

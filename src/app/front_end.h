@@ -32,6 +32,7 @@ struct Alert {
         RemoveAllRules,
         ApplicationMode,
         MissingVolumes,
+        QueueNotSaved,
     };
     Kind kind;
     QString title, text;
