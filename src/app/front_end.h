@@ -33,6 +33,7 @@ struct Alert {
         ApplicationMode,
         MissingVolumes,
         UnlockFolder,
+        QueueNotSaved,
     };
     Kind kind;
     QString title, text;
