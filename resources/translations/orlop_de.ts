@@ -4,6 +4,11 @@
     <context>
         <name>Orlop</name>
         <message>
+            <location filename="../../src/app/alert_lines.cpp" />
+            <source>(%lu more)</source>
+            <translation>(%lu weitere)</translation>
+        </message>
+        <message>
             <location filename="../../src/app/application.cpp" />
             <source>Orlop is running already, and a setting for one run cannot be handed to it: %1. Nothing was handed over.</source>
             <translation>Orlop läuft bereits, und eine Einstellung für einen Lauf kann ihm nicht übergeben werden: %1. Es wurde nichts übergeben.</translation>
@@ -355,11 +360,6 @@
         </message>
         <message>
             <location filename="../../src/app/commands/context_menu.cpp" />
-            <source>(%lu more)</source>
-            <translation>(%lu weitere)</translation>
-        </message>
-        <message>
-            <location filename="../../src/app/commands/context_menu.cpp" />
             <source>Accelerate</source>
             <translation>Beschleunigen</translation>
         </message>
@@ -607,6 +607,11 @@
             <location filename="../../src/app/failures/failure_sentence.cpp" />
             <source>The proxy does not lead to the server.</source>
             <translation>Der Proxy führt nicht zum Server.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The sandbox keeps Orlop out of the folder. Resume to unlock it.</source>
+            <translation>Die Sandbox sperrt Orlop aus dem Ordner aus. Setzen Sie fort, um ihn freizugeben.</translation>
         </message>
         <message>
             <location filename="../../src/app/failures/failure_sentence.cpp" />
@@ -2745,6 +2750,11 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
             <location filename="../../src/ui/window/desktop_front_end.cpp" />
             <source>Choose File Location</source>
             <translation>Speicherort wählen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/desktop_front_end.cpp" />
+            <source>Unlock</source>
+            <translation>Freigeben</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/desktop_windows.cpp" />

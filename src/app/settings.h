@@ -213,4 +213,11 @@ inline const Setting<QString> safariExtensionFilter{
 inline const Setting<bool> debugLog{u"DQDebugLog", false, false,
                                     "Debug lines are written to the log as well."};
 
+// Folders.
+inline const Setting<QVariantMap> securityScopedBookmarks{
+    u"Security-Scoped Bookmarks",
+    {},
+    false,
+    "The folders that the user unlocked for a program that may reach no others, by path."};
+
 }  // namespace app::settings

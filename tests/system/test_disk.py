@@ -28,6 +28,25 @@ class FullDiskTest(SystemTest):
         self.assert_nothing_left()
         self.assertTrue(self.server.requests()[-1][3].startswith("bytes="), "not resumed")
 
+    def test_a_file_that_does_not_fit_where_it_is_to_go_waits_whole(self):
+        source = self.serve("wide.bin", 12 * MIB)
+        address = self.server.url("/wide.bin")
+        disk = SmallDisk(self.home.downloads, "4m")
+        self.addCleanup(disk.close)
+
+        elsewhere = ("-Intermediates Location", "0")
+        for _ in range(2):
+            result = self.home.run(*elsewhere, address)
+            self.assert_status(result, 1)
+            self.assertIn("The disk is full: 4", result.stderr)
+            self.assertEqual(self.home.finished(), [])
+            self.assertEqual(self.home.queued_addresses(), [address])
+        disk.remount("size=64m")
+        self.assert_status(self.home.run(*elsewhere, address), 0)
+        self.assert_downloaded("wide.bin", source)
+        self.assert_nothing_left()
+        self.assertEqual(self.server.statuses("wide"), ["200"])
+
     def test_a_full_disk_under_the_queue_keeps_the_old_queue(self):
         source = self.serve("small.bin", 200_000)
         self.home.support.mkdir(parents=True)

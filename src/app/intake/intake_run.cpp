@@ -9,6 +9,7 @@
 #include "app/intake/request_file.h"
 #include "app/queue/restored_download.h"
 #include "app/settings.h"
+#include "engine/environment.h"
 #include "engine/lifecycle/download.h"
 #include "engine/record/user_settings.h"
 #include "links/paths/folders.h"
@@ -177,7 +178,8 @@ void IntakeRun::openList(const QString& path) {
         return;  // A list may name itself.
     }
     readLists_.insert(list);
-    const platform::FileContents contents = platform::readFile(list, maximumFileSize);
+    const platform::FileContents contents = platform::readFile(
+        surroundings_.queue.context().environment.readablePath(list), maximumFileSize);
     if (contents.error) {
         platform::log(
             u"cannot read the list of addresses: %1 (%2)"_s.arg(list, contents.error->text));

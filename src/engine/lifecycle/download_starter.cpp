@@ -67,10 +67,8 @@ ResumePlan planForPartialData(DQDownload& download) {
         fractionsFromArchive(settings.value(keys::accelerationWorkers), path);
     if (!recorded.empty() && !settings.contains(keys::expectedBytes))
         settings.set(keys::expectedBytes, recorded.back().end + 1);
-    const bool isFinishing =
-        isMarkedFinishing(path) || (!recorded.empty() && isMarkedWithParts(path));
     return planResume(path, measurePartialFiles(path), recorded, knownFile(settings).length,
-                      isFinishing);
+                      isMarkedFinishing(path));
 }
 
 /// The address that answered last. Nothing: it cannot be asked again.
@@ -136,11 +134,27 @@ Worker::Pointer makePrimaryWorker(DQDownload& download, const platform::Url& url
     return worker;
 }
 
-void startWorkers(DQDownload& download, const platform::Url& url, const ResumePlan& plan) {
-    if (links::isSandboxed() && download.paths().chooseIntermediateDownloadTargetPath().isEmpty()) {
-        download.pause();
-        return;
+/// In a sandbox the user may have to unlock the folder first, and can do anything while he is
+/// asked.
+bool hasAccessToFolder(DQDownload& download) {
+    if (!links::isSandboxed())
+        return true;
+    const DQDownloadStatus before = download.status();
+    const bool isUnlocked = download.paths().unlockDownloadFolder();
+    if (download.isBeingRemoved() || download.status() != before)
+        return false;
+    if (!isUnlocked) {
+        download.interruptUntilResumed(
+            makeWorkerError(WorkerErrorCode::FolderLocked,
+                            u"%1 has no access to its folder"_s.arg(download.description())));
     }
+    return isUnlocked;
+}
+
+void startWorkers(DQDownload& download, const platform::Url& url, const ResumePlan& plan) {
+    const auto kept = download.shared_from_this();
+    if (!hasAccessToFolder(download))
+        return;
     const Worker::Pointer worker = makePrimaryWorker(download, url, plan);
     if (!worker || (!worker->isDone() && !worker->start()))
         return download.abort();

@@ -9,7 +9,6 @@
 #include "engine/record/download_record.h"
 #include "engine/settings.h"
 #include "engine/transfer/resume_plan.h"
-#include "engine/workers/partial_file_marks.h"
 #include "links/paths/file_attributes.h"
 #include "platform/base/log.h"
 #include "platform/base/user_defaults.h"
@@ -107,9 +106,6 @@ void Transfer::writeMetadataIfNecessary() {
     if (!_shouldWriteMetadataToDownloadBundle || !paths_.hasIntermediateDownloadTargetPath())
         return;
     recordAccelerationWorkers();
-    // Long before they are complete: nobody may hear of that any more.
-    if (_downloadWorkers.size() >= 2)
-        markWithParts(paths_.intermediateDownloadTargetPath());
     if (record_.context().defaults.get(settings::storeMetadataLocally))
         paths_.writeMetadata(paths_.archive(false));
     _shouldWriteMetadataToDownloadBundle = false;

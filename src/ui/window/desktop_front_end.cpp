@@ -121,6 +121,28 @@ std::optional<QString> DesktopFrontEnd::chooseAbbreviatedDownloadsFolder() {
     return path.isEmpty() ? std::nullopt : std::optional(path);
 }
 
+/// The portal's panel has no room for an explanation, so that stands before it.
+std::optional<QString> DesktopFrontEnd::unlockFolder(const QString& folder,
+                                                     const QString& explanation) {
+    if (!asks_ || !window_) {
+        return std::nullopt;
+    }
+    if (!explanation.isEmpty() &&
+        !confirm({app::Alert::Kind::UnlockFolder, platform::abbreviateWithTilde(folder),
+                  explanation, u"Unlock"_s, u"Cancel"_s})) {
+        return std::nullopt;
+    }
+    QFileDialog panel(window_, translated("Unlock"), folder);
+    panel.setFileMode(QFileDialog::Directory);
+    panel.setOption(QFileDialog::ShowDirsOnly);
+    panel.setOption(QFileDialog::ReadOnly);
+    panel.setLabelText(QFileDialog::Accept, translated("Unlock"));
+    if (panel.exec() != QDialog::Accepted || panel.selectedFiles().isEmpty()) {
+        return std::nullopt;
+    }
+    return panel.selectedFiles().constFirst();
+}
+
 void DesktopFrontEnd::beep() {
     QApplication::beep();
 }
