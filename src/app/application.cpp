@@ -262,6 +262,9 @@ Application::Start Application::claimOrHandOver(const LaunchItems& items) {
             case InstanceLock::Claim::Taken:
                 break;
         }
+        if (invocation_.isInBackground && items.isEmpty()) {
+            return {Start::Outcome::HandedOver, {}};
+        }
         if (!invocation_.settings.isEmpty() &&
             canHandOver(supportFolder, platform::runtimeFolder())) {
             return {Start::Outcome::Failed, settingsNotHandedOverText(invocation_.settings)};
@@ -279,8 +282,12 @@ Application::Start Application::claimOrHandOver(const LaunchItems& items) {
 
 Application::Start Application::run(const FrontEnd& frontEnd, const ShowWindows& showWindows,
                                     const LaunchItems& items) {
+    QVariantMap given = invocation_.settings;
+    if (invocation_.isInBackground) {
+        given.insert(settings::mainWindowVisibleOnLaunch.name(), false);
+    }
     private_ = std::make_unique<Private>(
-        invocation_.settings, frontEnd,
+        given, frontEnd,
         [this](const Handover& handover, const Saved& saved) { receive(handover, saved); },
         haveDisksAnswered_);
     HandoverReceiver& receiver = private_->receiver;

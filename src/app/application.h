@@ -27,6 +27,8 @@ public:
     struct Invocation {
         QVariantMap settings;  ///< User defaults for this run, above the stored ones.
         QStringList items;     ///< Addresses and paths to open.
+        /// Shows no window, and a running process is not asked to show its own.
+        bool isInBackground = false;
     };
 
     explicit Application(Invocation invocation);

@@ -32,6 +32,7 @@ struct Alert {
         RemoveAllRules,
         ApplicationMode,
         MissingVolumes,
+        Renewal,
         UnlockFolder,
         QueueNotSaved,
     };

@@ -265,6 +265,7 @@ bool DQMainController::anyContextDownloadMatchesStatusMask(engine::StatusMask ma
 
 void DQMainController::queueDidChange() {
     parts_->view.invalidate();
+    Q_EMIT queueChanged();
 }
 
 void DQMainController::downloadDidLeave(const engine::DQDownload& download) {
@@ -379,6 +380,7 @@ void DQMainController::openURLsOfPage(const std::vector<platform::Url>& urls,
     ScriptArguments arguments;
     arguments.withReferrer = pageChain.value(pageChain.size() - 1);
     arguments.downloadPageChain = pageChain;
+    arguments.isFromProgram = true;
     parts_->intake.openURLs(urls, arguments);
 }
 
@@ -555,6 +557,15 @@ void DQMainController::retry(const Downloads& downloads) {
     } else {
         parts_->surroundings.frontEnd.feedback.beep();
     }
+}
+
+void DQMainController::didAdd(const Downloads& added, bool wasEmpty) {
+    QStringList names;
+    for (const engine::DownloadPtr& download : added) {
+        names.append(download->displayName());
+    }
+    queueDidGrow(wasEmpty);
+    intakeDidEnd(names);
 }
 
 void DQMainController::queueDidGrow(bool wasEmpty) {

@@ -155,6 +155,9 @@ public:
     /// Calls `done` when what was handed over so far is taken in.
     void whenTakenIn(std::function<void()> done);
     void retry(const Downloads& downloads);
+    /// Shows and saves downloads that somebody has put into the queue by himself, and tells of
+    /// them. `wasEmpty`: the queue was, before.
+    void didAdd(const Downloads& added, bool wasEmpty);
 
     // The queue on disk.
 
@@ -200,6 +203,8 @@ public:
     [[nodiscard]] BatchProgress& batchProgress();
 
 Q_SIGNALS:
+    /// Membership or order of the queue may have changed.
+    void queueChanged();
     void selectionChanged();
     /// How the queue as a whole stands may have changed.
     void statusChanged();

@@ -58,7 +58,7 @@ Alert quitAlert() {
 struct QueueArchive::Cached {
     quint64 revision = 0;
     bool paused = false;
-    bool storesMetadata = false;
+    bool storesMetadata = false, isPrivate = false;
     QString url;
     QVariant archive;
 };
@@ -214,17 +214,22 @@ QVariantList QueueArchive::archives() {
 
 QVariant QueueArchive::archiveOf(engine::DQDownload& download, bool paused) {
     const bool storesMetadata = surroundings_.defaults.get(engine::settings::storeMetadataLocally);
+    const bool isPrivate = surroundings_.defaults.get(engine::settings::privateDownloading);
     Cached& cached = cache_[&download];
     const auto isCurrent = [&] {
         return cached.archive.isValid() && cached.paused == paused &&
-               cached.storesMetadata == storesMetadata &&
+               cached.storesMetadata == storesMetadata && cached.isPrivate == isPrivate &&
                cached.revision == download.userSettings().revision() &&
                cached.url == download.URLString();
     };
     if (!isCurrent()) {
         const QVariantMap archive =
             download.userSettingsArchiveWithPausedStatus(paused, storesMetadata);
-        cached = {download.userSettings().revision(), paused, storesMetadata, download.URLString(),
+        cached = {download.userSettings().revision(),
+                  paused,
+                  storesMetadata,
+                  isPrivate,
+                  download.URLString(),
                   archive.isEmpty() ? QVariant() : QVariant(archive)};
     }
     return cached.archive;
