@@ -395,6 +395,11 @@
         </message>
         <message>
             <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Get It Again from Its Page</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
             <source>History</source>
             <translation>Verlauf</translation>
         </message>
@@ -842,6 +847,44 @@
             <location filename="../../src/app/intake/refused_text.cpp" />
             <source>no valid address: %@</source>
             <translation>keine gültige Adresse: %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/target_consent.cpp" />
+            <source>%@ wants its download written to %@, which is not one of your download folders; it was not taken.</source>
+            <translation>%@ will seinen Download nach %@ geschrieben haben; das ist keiner Ihrer Download-Ordner. Er wurde nicht aufgenommen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/target_consent.cpp" />
+            <source>The file comes from
+%@
+and would be written to
+%@
+which is not one of your download folders.</source>
+            <translation>Die Datei kommt von
+%@
+und würde nach
+%@
+geschrieben; das ist keiner Ihrer Download-Ordner.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/target_consent.cpp" />
+            <source>Use Download Folder</source>
+            <translation>Download-Ordner nehmen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/target_consent.cpp" />
+            <source>What is written there can run by itself or change what your programs do. Allow it only if you know why.</source>
+            <translation>Was dort steht, kann von selbst ausgeführt werden oder verändern, was Ihre Programme tun. Erlauben Sie es nur, wenn Sie wissen, wozu.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/target_consent.cpp" />
+            <source>Write There</source>
+            <translation>Dorthin schreiben</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/target_consent.cpp" />
+            <source>“%@” chooses where its download goes</source>
+            <translation>„%@“ bestimmt, wohin sein Download geht</translation>
         </message>
         <message>
             <location filename="../../src/app/intake/url_handler_command.cpp" />
@@ -1333,6 +1376,82 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/links/paths/path_display.cpp" />
             <source>Not found</source>
             <translation>Nicht gefunden</translation>
+        </message>
+        <message>
+            <location filename="../../src/scripting/hand_overs/hand_overs.cpp" />
+            <source>It cannot be added to the list.</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/scripting/hand_overs/renewal.cpp" />
+            <source>Go on with %@?</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/scripting/requests.cpp" />
+            <source>no address of http or https</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/scripting/verbs/verb_words.cpp" />
+            <source>%1 needs a value</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/scripting/verbs/verb_words.cpp" />
+            <source>Usage: orlop-terminal add [--folder FOLDER] [--name NAME] [--paused]
+                          [--referrer TEXT] [--user-agent TEXT] [--cookies TEXT]
+                          [--post TEXT] ADDRESS...
+       orlop-terminal list [--json]
+       orlop-terminal pause|resume|remove IDENTITY...|--all
+       orlop-terminal wait
+Asks something of the Orlop that is running, with a window or in a terminal.
+
+  add      adds addresses and prints the identity of each when it is saved
+  list     prints identity, status, progress, size and name of each download
+  resume   also tries failed ones again
+  remove   takes them out of the list; finished files stay
+  wait     ends when nothing waits or runs any more
+
+Exit status: 0 if it was done, 1 if it was refused or, of wait, a download failed,
+2 on bad usage, 3 if no Orlop is running or it ended meanwhile.
+</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/scripting/verbs/verb_words.cpp" />
+            <source>no address is given</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/scripting/verbs/verb_words.cpp" />
+            <source>nothing can follow here: %1</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/scripting/verbs/verb_words.cpp" />
+            <source>which ones? Give their identities (orlop-terminal list), or --all</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/scripting/verbs/verbs.cpp" />
+            <source>%1 failed</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/scripting/verbs/verbs.cpp" />
+            <source>Orlop has ended or does not answer</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/scripting/verbs/verbs.cpp" />
+            <source>Orlop is not running. Start it, or give what is to be downloaded to orlop-terminal itself</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/scripting/verbs/verbs.cpp" />
+            <source>there is no session bus, over which a running Orlop is asked</source>
+            <translation type="unfinished" />
         </message>
         <message>
             <location filename="../../src/structured/json/json_complaints.cpp" />

@@ -35,10 +35,13 @@ struct Alert {
         Renewal,
         UnlockFolder,
         QueueNotSaved,
+        UnfamiliarTarget,
     };
     Kind kind;
     QString title, text;
     QString defaultButton, otherButton;
+    /// Nobody presses the default button by a hasty Return.
+    bool isRisky = false;
 };
 
 /// What only a person can decide. Asking is modal: an operation returns with the answer, and the

@@ -9,6 +9,8 @@
 #include "app/controller_roles.h"
 #include "app/failures/file_problem.h"
 #include "app/intake/intake.h"
+#include "app/intake/target_consent.h"
+#include "app/intake/target_place.h"
 #include "app/lifecycle/lifecycle.h"
 #include "app/queue/batch_progress.h"
 #include "app/queue/list_presenter.h"
@@ -614,8 +616,9 @@ void DQMainController::readQueue() {
     for (const QVariantMap& archive : parts_->archive.read()) {
         addDownloadFromArchive(orphans.completed(archive), {});
     }
+    const QStringList familiar = familiarFolders(parts_->surroundings.defaults, parts_->rules);
     for (const auto& [container, archive] : orphans.unclaimed(parts_->queue.downloads())) {
-        addDownloadFromArchive(archive, container);
+        addDownloadFromArchive(withFamiliarTargetsOnly(archive, familiar), container);
     }
 }
 

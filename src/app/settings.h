@@ -200,6 +200,12 @@ inline const Setting<QVariantList> rules{
     "The rules: dictionaries with \"Hosts\", \"Extensions\", \"Downloads Folder\" and "
     "\"Application\"."};
 
+inline const Setting<bool> targetsOutsideDownloadFolders{
+    u"Targets Outside Download Folders", false, false,
+    "A request file or a bundle may name a target outside the folders that downloads go to without "
+    "a question; hidden folders, and those of programs and of the system, are asked about all the "
+    "same, and refused where nobody can be asked."};
+
 // Browser extension. Kept in settings of their own, which the extension reads.
 inline const QString sharedDomain = QStringLiteral("QXRV529TZ8.com.tarnworks.Orlop.Shared");
 inline const Setting<QString> safariExtensionFilter{
