@@ -395,6 +395,11 @@
         </message>
         <message>
             <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Get It Again from Its Page</source>
+            <translation>Von seiner Seite neu holen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
             <source>History</source>
             <translation>Verlauf</translation>
         </message>
@@ -1323,6 +1328,36 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/links/paths/path_display.cpp" />
             <source>Not found</source>
             <translation>Nicht gefunden</translation>
+        </message>
+        <message>
+            <location filename="../../src/scripting/hand_overs/hand_overs.cpp" />
+            <source>It cannot be added to the list.</source>
+            <translation>Es kann nicht in die Liste aufgenommen werden.</translation>
+        </message>
+        <message>
+            <location filename="../../src/scripting/hand_overs/renewal.cpp" />
+            <source>Begin Anew</source>
+            <translation>Neu beginnen</translation>
+        </message>
+        <message>
+            <location filename="../../src/scripting/hand_overs/renewal.cpp" />
+            <source>Go On</source>
+            <translation>Weitermachen</translation>
+        </message>
+        <message>
+            <location filename="../../src/scripting/hand_overs/renewal.cpp" />
+            <source>Go on with %@?</source>
+            <translation>Mit %@ weitermachen?</translation>
+        </message>
+        <message>
+            <location filename="../../src/scripting/hand_overs/renewal.cpp" />
+            <source>It was handed over again from the same page, with the same name and size. What has come of it can be kept.</source>
+            <translation>Es kam noch einmal von derselben Seite, mit demselben Namen und derselben Größe. Was davon schon da ist, kann bleiben.</translation>
+        </message>
+        <message>
+            <location filename="../../src/scripting/requests.cpp" />
+            <source>no address of http or https</source>
+            <translation>keine Adresse für http oder https</translation>
         </message>
         <message>
             <location filename="../../src/structured/json/json_complaints.cpp" />
