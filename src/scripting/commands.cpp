@@ -268,9 +268,11 @@ void Commands::waitUntilDone(const QVariantList&, const Reply& reply) {
         return;
     }
     // What has just been asked for by another command is on its way.
-    controller_.whenTakenIn([this, reply] {
-        waiting_.push_back(reply);
-        answerWaiting();
+    controller_.whenTakenIn([this, reply, alive = std::weak_ptr(alive_)] {
+        if (!alive.expired()) {
+            waiting_.push_back(reply);
+            answerWaiting();
+        }
     });
 }
 
