@@ -168,6 +168,7 @@ void Commands::add(const QVariantList& arguments, const Reply& reply) {
             }
             if (!add.name.isEmpty()) {
                 record.setName(add.name);
+                record.userSettings().set(keys::keepsName, true);
             }
             if (!add.request.isEmpty()) {
                 record.userSettings().set(keys::request, add.request);

@@ -127,12 +127,12 @@ class CommandsTest(ScriptingTest):
 
     def test_signals_tell_what_happens(self):
         heard = self.bus.monitor(f"interface='{ORLOP[0]}',type='signal'")
-        self.call("Add", self.server.url("/small.bin"), "{}")
+        self.call("Add", self.server.url("/small.bin"), "{'name': <'called.bin'>}")
         wait_until(lambda: "member=Ended" in heard(), what="the end")
-        self.assert_downloaded("small.bin", self.small)
+        self.assert_downloaded("called.bin", self.small)
         self.assertIn("member=Added", heard())
         ended = heard().split("member=Ended")[1]
-        self.assertIn(str(self.home.downloads / "small.bin"), ended)
+        self.assertIn(str(self.home.downloads / "called.bin"), ended)
         self.assertIn('string "done"', ended)
         times = [float(time) for time in re.findall(r"time=([\d.]+).*member=Changed", heard())]
         self.assertTrue(all(later - time > 0.08 for time, later in zip(times, times[1:])), times)

@@ -167,6 +167,7 @@ engine::DownloadPtr HandOvers::addRecord(const HandOverRequest& request) {
         }
         if (!request.name.isEmpty()) {
             download.setName(request.name);
+            download.userSettings().set(keys::keepsName, true);
         }
     });
 }
