@@ -894,6 +894,16 @@
             <translation>Download fehlgeschlagen</translation>
         </message>
         <message>
+            <location filename="../../src/app/main_controller.cpp" />
+            <source>The queue cannot be saved: %1</source>
+            <translation>Die Warteschlange kann nicht gesichert werden: %1</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/main_controller.cpp" />
+            <source>The queue’s file cannot be removed: %1 What is done may come back at the next start.</source>
+            <translation>Die Datei der Warteschlange kann nicht entfernt werden: %1 Was fertig ist, kommt beim nächsten Start womöglich wieder.</translation>
+        </message>
+        <message>
             <location filename="../../src/app/queue/missing_volume_alert_controller.cpp" />
             <source>(Unknown)</source>
             <translation>(Unbekannt)</translation>
@@ -2823,8 +2833,8 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
         </message>
         <message>
             <location filename="../../src/ui/window/desktop_windows.cpp" />
-            <source>The queue cannot be saved: %1</source>
-            <translation>Die Warteschlange kann nicht gesichert werden: %1</translation>
+            <source>The queue is not saved</source>
+            <translation>Die Warteschlange ist nicht gesichert</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/intake_progress.cpp" />

@@ -34,6 +34,7 @@ struct Alert {
         MissingVolumes,
         Renewal,
         UnlockFolder,
+        QueueNotSaved,
     };
     Kind kind;
     QString title, text;

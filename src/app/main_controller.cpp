@@ -94,6 +94,14 @@ DQMainController::Parts::Parts(DQMainController& owner, const Surroundings& give
                [&owner](const QString& keptPath) { Q_EMIT owner.queueFileDamaged(keptPath); },
                [&owner](const platform::Error& error) {
                    Q_EMIT owner.queueFileNotWritten(writingProblem(error));
+               },
+               [&owner](const platform::Error& error, bool isEmpty) {
+                   const QString problem =
+                       isEmpty ? links::localized(
+                                     "The queue’s file cannot be removed: %1 What is done "
+                                     "may come back at the next start.")
+                               : links::localized("The queue cannot be saved: %1");
+                   Q_EMIT owner.queueNotSavedAtQuit(problem.arg(writingProblem(error)));
                }}),
       intake({queue, given.defaults, given.loop, given.frontEnd,
               [&owner](bool wasEmpty) { owner.queueDidGrow(wasEmpty); },

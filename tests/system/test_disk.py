@@ -62,6 +62,20 @@ class FullDiskTest(SystemTest):
         self.assertEqual(self.home.queue(), old)
 
 
+class LockedQueueTest(SystemTest):
+    def test_a_queue_that_cannot_be_removed_is_told(self):
+        source = self.serve("last.bin", 2 * MIB)
+        process = self.home.start(self.server.url("/rate/2000000/last.bin"))
+        wait_until(lambda: self.home.queued_addresses() and self.home.partial_bytes(),
+                   what="the queue's file")
+        self.home.queue_path.unlink()
+        (self.home.queue_path / "in the way").mkdir(parents=True)
+        result = self.home.result(process)
+        self.assert_downloaded("last.bin", source)
+        self.assertIn("The queue’s file cannot be removed: A folder lies in its place. What is "
+                      "done may come back at the next start.", result.stderr)
+
+
 class FileSizeLimitTest(SystemTest):
     def test_a_limit_on_the_size_of_files_ends_the_download_and_not_the_program(self):
         source = self.serve("limited.bin", 12 * MIB)

@@ -93,6 +93,9 @@ public:
     void resetProgressForDownloadWorker(DQDownloadWorkerPrototype& worker) override;
     void downloadWorkerDidReceiveResponse(DQDownloadWorkerPrototype& worker,
                                           const WorkerResponse& response) override;
+    void downloadWorkerWillStoreBytes(DQDownloadWorkerPrototype&) override {
+        transfer_.prepareForFirstBytes();
+    }
     void downloadWorkerDidReceiveBytes(DQDownloadWorkerPrototype& worker, qint64 count) override;
     void downloadWorkerDidFail(DQDownloadWorkerPrototype& worker,
                                const platform::Error& error) override;

@@ -6,7 +6,7 @@
 #include "engine/context.h"
 #include "engine/environment.h"
 #include "engine/finishing/download_finisher.h"
-#include "engine/finishing/finished_file.h"
+#include "engine/finishing/finished_files.h"
 #include "engine/lifecycle/download.h"
 #include "engine/paths/download_paths.h"
 #include "engine/record/known_file.h"
@@ -33,9 +33,23 @@ void discardData(DQDownload& download) {
     forgetFile(download.userSettings());
 }
 
+/// False: there is none.
+bool adoptFinishedFile(DQDownload& download) {
+    const QString finished = download.host().finishedFiles().find(download);
+    if (finished.isEmpty())
+        return false;
+    platform::log(u"%1 was finished by an earlier run: %2"_s.arg(download.description(), finished));
+    if (!download.userSettings().contains(keys::originalURL))
+        download.userSettings().set(keys::originalURL, download.URLString());
+    download.finisher().adoptFinishedFile(finished);
+    return true;
+}
+
 PartialData lookForPartialData(DQDownload& download) {
+    // Of a new one there can be nothing.
     if (!download.userSettings().contains(keys::responseURL))
-        return PartialData::Absent;
+        return download.isRestored() && adoptFinishedFile(download) ? PartialData::Finished
+                                                                    : PartialData::Absent;
     download.paths().confirmAccessToPartialData();
     const QString path = download.paths().intermediateDownloadTargetPath();
     if (!path.isEmpty() && platform::pathExists(path))
@@ -45,10 +59,8 @@ PartialData lookForPartialData(DQDownload& download) {
         download.pause();
         return PartialData::VolumeAway;
     }
-    if (const QString finished = finishedFileOf(download); !finished.isEmpty()) {
-        download.finisher().adoptFinishedFile(finished);
+    if (adoptFinishedFile(download))
         return PartialData::Finished;
-    }
     // Without a path there never was a file: the answer was an error.
     if (!path.isEmpty())
         platform::log(u"intermediate download file vanished: %1"_s.arg(path));

@@ -164,6 +164,11 @@ void DownloadPaths::writeMetadata(const QVariantMap& archive) {
     metadata_->write(download_.context().disks, container, archive);
 }
 
+void DownloadPaths::writeFirstMetadata(const QVariantMap& archive) const {
+    if (const QString container = downloadContainerPath(); !container.isEmpty())
+        MetadataFile::writeAtOnce(container, archive);
+}
+
 QString DownloadPaths::finalDownloadTargetPath() {
     const QString chosen =
         platform::expandTilde(download_.userSettings().string(keys::downloadFile));

@@ -47,6 +47,8 @@ public:
     [[nodiscard]] QVariantMap archive(bool paused) const;
     /// Writes it down in the container, if there is one, off the main thread.
     void writeMetadata(const QVariantMap& archive);
+    /// The same at once, before there is data that it belongs to.
+    void writeFirstMetadata(const QVariantMap& archive) const;
     /// For whoever moves the container's content away, off the main thread. Null: none was written.
     [[nodiscard]] const std::shared_ptr<MetadataFile>& metadata() const { return metadata_; }
 

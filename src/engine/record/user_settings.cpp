@@ -30,6 +30,7 @@ const QStringList& keptKeys() {
                                   keys::isLastModifiedWeak,
                                   keys::contentType,
                                   keys::contentEncoding,
+                                  keys::partialFileNumber,
                                   keys::keptBytes,
                                   keys::keptAside};
     return list;

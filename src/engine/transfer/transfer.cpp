@@ -1,5 +1,7 @@
 #include "engine/transfer/transfer.h"
 
+#include <sys/stat.h>
+#include <QFile>
 #include <QtMath>
 #include <algorithm>
 #include <iterator>
@@ -96,6 +98,17 @@ qint64 Transfer::noteReceivedBytes(const Worker& worker) {
         speed_.note(now, reached.downloaded);
     }
     return reached.truncation;
+}
+
+void Transfer::prepareForFirstBytes() {
+    if (!_shouldWriteMetadataToDownloadBundle || !paths_.hasIntermediateDownloadTargetPath())
+        return;
+    recordAccelerationWorkers();
+    struct stat status {};
+    if (stat(QFile::encodeName(paths_.intermediateDownloadTargetPath()).constData(), &status) == 0)
+        record_.userSettings().set(keys::partialFileNumber, static_cast<qint64>(status.st_ino));
+    if (record_.context().defaults.get(settings::storeMetadataLocally))
+        paths_.writeFirstMetadata(paths_.archive(false));
 }
 
 void Transfer::writeMetadataIfNecessary() {

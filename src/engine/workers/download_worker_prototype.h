@@ -79,6 +79,11 @@ public:
     [[nodiscard]] virtual bool resumesInSeparateFile() const { return true; }
 
     [[nodiscard]] DQDownloadWorkerDelegate* delegate() const { return _delegate; }
+    /// To be called before the first bytes are stored.
+    void willStoreBytes() {
+        if (_delegate)
+            _delegate->downloadWorkerWillStoreBytes(*this);
+    }
     [[nodiscard]] bool isDebugLogged() const { return _delegate && _delegate->isDebugLogged(); }
     void setDelegate(DQDownloadWorkerDelegate* delegate) { _delegate = delegate; }
     [[nodiscard]] WorkerRequest& request() { return request_; }

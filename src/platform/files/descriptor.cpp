@@ -1,15 +1,20 @@
 #include "platform/files/descriptor.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <stdlib.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <memory>
 
 namespace platform {
 
 namespace {
+
+/// Six characters follow.
+constexpr QByteArrayView temporaryName = ".orlop-";
 
 QByteArray folderOf(const QByteArray& path) {
     const qsizetype slash = path.lastIndexOf('/');
@@ -58,7 +63,8 @@ bool writeFully(const Descriptor& file, const char* bytes, qint64 count) {
 }
 
 /// The name does not grow with the target's, which may already be as long as names can be.
-TemporaryFile::TemporaryFile(const QByteArray& path) : path_(folderOf(path) + "/.orlop-XXXXXX") {
+TemporaryFile::TemporaryFile(const QByteArray& path)
+    : path_(folderOf(path) + '/' + temporaryName.toByteArray() + "XXXXXX") {
     file_ = Descriptor(mkostemp(path_.data(), O_CLOEXEC));
     if (!file_.isOpen())
         path_.clear();
@@ -67,6 +73,20 @@ TemporaryFile::TemporaryFile(const QByteArray& path) : path_(folderOf(path) + "/
 TemporaryFile::~TemporaryFile() {
     if (!path_.isEmpty())
         unlink(path_.constData());
+}
+
+void TemporaryFile::removeStrays(const QByteArray& folder) {
+    const std::unique_ptr<DIR, int (*)(DIR*)> entries(opendir(folder.constData()), &closedir);
+    if (!entries)
+        return;
+    while (const dirent* const entry = readdir(entries.get())) {
+        const QByteArray name(entry->d_name);
+        struct stat status {};
+        if (name.startsWith(temporaryName) && name.size() == temporaryName.size() + 6 &&
+            fstatat(dirfd(entries.get()), name.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+            S_ISREG(status.st_mode) && status.st_uid == geteuid() && status.st_nlink == 1)
+            unlinkat(dirfd(entries.get()), name.constData(), 0);
+    }
 }
 
 void syncFolderOf(const QByteArray& path) {

@@ -45,6 +45,9 @@ public:
     [[nodiscard]] bool isOpen() const { return file_.isOpen(); }
     [[nodiscard]] const Descriptor& file() const { return file_; }
     [[nodiscard]] const QByteArray& path() const { return path_; }
+    /// Deletes those that killed programs of this user have left in a folder, in which nobody else
+    /// is making any at the moment.
+    static void removeStrays(const QByteArray& folder);
     /// It has been renamed and is not ours to remove any more.
     void setPlaced() { path_.clear(); }
 
