@@ -745,6 +745,11 @@
         </message>
         <message>
             <location filename="../../src/app/intake/intake.cpp" />
+            <source>The rest of the series was left out: too many downloads wait.</source>
+            <translation>Der Rest der Reihe wurde weggelassen: Zu viele Downloads warten.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/intake.cpp" />
             <source>There is nothing to download in %@.</source>
             <translation>In %@ ist nichts zu laden.</translation>
         </message>
@@ -837,6 +842,26 @@
             <location filename="../../src/app/intake/refused_text.cpp" />
             <source>no valid address: %@</source>
             <translation>keine gültige Adresse: %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/series_gate.cpp" />
+            <source>Do you really want to download all of “%@”?</source>
+            <translation>Möchten Sie wirklich alles aus „%@“ herunterladen?</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/series_gate.cpp" />
+            <source>Download All</source>
+            <translation>Alle herunterladen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/series_gate.cpp" />
+            <source>This series stands for %@ addresses.</source>
+            <translation>Diese Reihe steht für %@ Adressen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/series_gate.cpp" />
+            <source>“%@” stands for %@ addresses and was not taken: the setting “Largest Series” allows %@.</source>
+            <translation>„%@“ steht für %@ Adressen und wurde nicht übernommen: Die Einstellung „Largest Series“ erlaubt %@.</translation>
         </message>
         <message>
             <location filename="../../src/app/intake/url_handler_command.cpp" />
