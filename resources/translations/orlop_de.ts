@@ -396,7 +396,7 @@
         <message>
             <location filename="../../src/app/commands/context_menu.cpp" />
             <source>Get It Again from Its Page</source>
-            <translation type="unfinished" />
+            <translation>Von seiner Seite neu holen</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/context_menu.cpp" />
@@ -755,6 +755,11 @@
         </message>
         <message>
             <location filename="../../src/app/intake/intake.cpp" />
+            <source>The rest of the series was left out: too many downloads wait.</source>
+            <translation>Der Rest der Reihe wurde weggelassen: Zu viele Downloads warten.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/intake.cpp" />
             <source>There is nothing to download in %@.</source>
             <translation>In %@ ist nichts zu laden.</translation>
         </message>
@@ -847,6 +852,26 @@
             <location filename="../../src/app/intake/refused_text.cpp" />
             <source>no valid address: %@</source>
             <translation>keine gültige Adresse: %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/series_gate.cpp" />
+            <source>Do you really want to download all of “%@”?</source>
+            <translation>Möchten Sie wirklich alles aus „%@“ herunterladen?</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/series_gate.cpp" />
+            <source>Download All</source>
+            <translation>Alle herunterladen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/series_gate.cpp" />
+            <source>This series stands for %@ addresses.</source>
+            <translation>Diese Reihe steht für %@ Adressen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/series_gate.cpp" />
+            <source>“%@” stands for %@ addresses and was not taken: the setting “Largest Series” allows %@.</source>
+            <translation>„%@“ steht für %@ Adressen und wurde nicht übernommen: Die Einstellung „Largest Series“ erlaubt %@.</translation>
         </message>
         <message>
             <location filename="../../src/app/intake/target_consent.cpp" />
@@ -1380,7 +1405,7 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         <message>
             <location filename="../../src/scripting/hand_overs/hand_overs.cpp" />
             <source>It cannot be added to the list.</source>
-            <translation type="unfinished" />
+            <translation>Es kann nicht in die Liste aufgenommen werden.</translation>
         </message>
         <message>
             <location filename="../../src/scripting/hand_overs/renewal.cpp" />
