@@ -1213,6 +1213,16 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>Keine Downloads mehr aktiv</translation>
         </message>
         <message>
+            <location filename="../../src/app/status/queue_totals.cpp" />
+            <source>%@ - %@ remaining</source>
+            <translation>%@ - noch %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/status/queue_totals.cpp" />
+            <source>%@/s</source>
+            <translation>%@/s</translation>
+        </message>
+        <message>
             <location filename="../../src/app/status/status_line.cpp" />
             <source>%d downloads</source>
             <translation>%d Downloads</translation>
