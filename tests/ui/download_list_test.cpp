@@ -78,7 +78,8 @@ protected:
     support::MemoryFrontEnd frontEnd;
     app::Workspace workspace;
     app::Rows state{{owner.queue, workspace, frontEnd.frontEnd(),
-                     [this](engine::DQDownload& download) { owner.queue.remove(download); }}};
+                     [this](engine::DQDownload& download) { owner.queue.remove(download); },
+                     [this](engine::DQDownload& download) { owner.queue.retry(download, true); }}};
     std::unique_ptr<ui::DQDownloadList> list;
 };
 

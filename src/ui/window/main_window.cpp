@@ -61,7 +61,7 @@ MainWindow::MainWindow(app::Commands& commands)
 
     platform::UserDefaults& defaults = commands.surroundings().defaults;
     frame_ = std::make_unique<WindowFrame>(*this, *downloadList, defaults);
-    frame_->restore();
+    frame_->restore(usualSize());
     rubber_ = std::make_unique<RubberWindow>(*this, *downloadList, defaults);
     observation_ = defaults.observe([this, &defaults](const QString& key) {
         if (key == app::settings::toolbarFilterCriterion.name()) {
@@ -73,6 +73,13 @@ MainWindow::MainWindow(app::Commands& commands)
 }
 
 MainWindow::~MainWindow() = default;
+
+QSize MainWindow::usualSize() const {
+    constexpr int width = 640, shownRows = 9;
+    const int around = menuBar()->sizeHint().height() + toolbar_->sizeHint().height() +
+                       statusBar()->sizeHint().height();
+    return {width, around + shownRows * downloadList->rowHeight()};
+}
 
 void MainWindow::makeContents() {
     toolbarFilterScopeBar =
@@ -121,6 +128,10 @@ void MainWindow::connectList() {
     connect(downloadList, &DQDownloadList::selectionMade, this,
             [this](const QList<qsizetype>& rows) { controller_.selectionDidChange(rows); });
     connect(downloadList, &DQDownloadList::contextMenuWanted, this, &MainWindow::showContextMenu);
+    connect(downloadList, &DQDownloadList::pasteWanted, this,
+            [this] { commands_.perform(Command::Paste); });
+    connect(downloadList, &DQDownloadList::addWanted, this,
+            [this] { commands_.perform(Command::OpenURL); });
     connect(downloadList, &DQDownloadList::removeWanted, this,
             [this] { commands_.perform(Command::Remove); });
     connect(downloadList, &DQDownloadList::pauseToggleWanted, this, [this] {
@@ -158,6 +169,8 @@ void MainWindow::updateStatus() {
     clearButton->setVisible(status.canClear);
     clearButton->setEnabled(status.canClear);
     setWindowModified(status.isDocumentEdited);
+    downloadList->setFilteredOut(controller_.isFiltering() &&
+                                 controller_.numberOfHiddenDownloads() > 0);
 }
 
 /// What was given once more is shown where it stands already.

@@ -7,6 +7,7 @@
 #include <QStyle>
 #include <QToolButton>
 
+#include "ui/art/hairline.h"
 #include "ui/art/theme.h"
 #include "ui/text.h"
 
@@ -21,7 +22,7 @@ protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         painter.fillRect(rect(), palette().toolTipBase());
-        painter.fillRect(0, height() - 1, width(), 1, separatorColor(palette()));
+        paintHairlineBelow(painter, rect(), separatorColor(palette()));
     }
 };
 
