@@ -28,11 +28,6 @@ QRect filledPart(const QRect& frame, double fraction, int border, Qt::LayoutDire
     return QStyle::alignedRect(direction, Qt::AlignLeft, {width, frame.height()}, frame);
 }
 
-/// The texts part what they say by hyphens as well.
-QString withOneDash(QString text) {
-    return text.replace(u" - "_s, links::spacedDashString());
-}
-
 /// Slanting stripes in the two colours, `offset` pixels on their way.
 QBrush stripes(const ProgressColors& colors, int offset) {
     constexpr double edge = 0.04;
@@ -95,9 +90,10 @@ void DQDownloadCell::reflectTexts(const app::StatusTexts& texts, engine::DQDownl
     if (isLive_ && download.status() == engine::DQDownloadStatusDownloading) {
         progress_ = texts.progress(download);
         isLengthUnknown_ = !progress_.bytes.isEmpty() && progress_.percent.isEmpty();
-        _statusDescription = withOneDash(texts.downloadProgressDescription(progress_, download));
+        _statusDescription = links::stringWithDashesForHyphens(
+            texts.downloadProgressDescription(progress_, download));
         if (!progress_.bytes.isEmpty())
-            bytes_ = withOneDash(texts.bytesDescription(progress_, download));
+            bytes_ = links::stringWithDashesForHyphens(texts.bytesDescription(progress_, download));
         if (!progress_.rate.isEmpty())
             progress_.rate += u"/s"_s;
     } else {

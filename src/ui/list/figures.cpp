@@ -7,6 +7,8 @@ namespace ui {
 
 void paintFigures(QPainter& painter, const QRect& frame, const QString& text, Qt::Alignment side,
                   double digitWidth) {
+    // In windows that run from right to left as well.
+    painter.setLayoutDirection(text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     if (digitWidth <= 0 || text.isRightToLeft()) {
         painter.drawText(frame, static_cast<int>(side | Qt::AlignAbsolute | Qt::AlignVCenter),
                          text);

@@ -31,13 +31,21 @@ QString dateLine(const QDateTime& added) {
     return translated("Added on %@").replace(u"%@"_s, day);
 }
 
+/// Without a known length there is no percentage to tell.
+QString stateText(const app::StatusTexts& texts, engine::DQDownload& download) {
+    const bool isEndless = download.status() == engine::DQDownloadStatusDownloading &&
+                           !download.transfer().figures().isLengthKnown;
+    return isEndless
+               ? links::stringWithDashesForHyphens(texts.downloadProgressDescription(download))
+               : texts.statusDescriptionWithLiveDetails(download, false);
+}
+
 }  // namespace
 
 QString rowToolTip(const app::StatusTexts& texts, engine::DQDownload& download) {
     const QString bullet = links::spacedBulletString();
-    QString text = download.originalURLString() + u'\n' + bullet +
-                   texts.statusDescriptionWithLiveDetails(download, false) + u'\n' + bullet +
-                   dateLine(download.date());
+    QString text = download.originalURLString() + u'\n' + bullet + stateText(texts, download) +
+                   u'\n' + bullet + dateLine(download.date());
     if (const QString sentence = app::failureSentence(download); !sentence.isEmpty()) {
         text += u'\n' + bullet + sentence;
     }
@@ -94,8 +102,7 @@ QString wrapped(const QString& text, qsizetype columns) {
 }
 
 QString accessibleRowText(const app::StatusTexts& texts, engine::DQDownload& download) {
-    const QString text =
-        download.displayName() + u", "_s + texts.statusDescriptionWithLiveDetails(download, false);
+    const QString text = download.displayName() + u", "_s + stateText(texts, download);
     const QString sentence = app::failureSentence(download);
     return sentence.isEmpty() ? text : text + u", "_s + sentence;
 }

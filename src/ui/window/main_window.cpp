@@ -21,6 +21,7 @@
 #include "app/settings.h"
 #include "app/status/queue_status.h"
 #include "engine/lifecycle/download.h"
+#include "links/text/typography.h"
 #include "platform/base/user_defaults.h"
 #include "ui/commands/command_actions.h"
 #include "ui/commands/main_menu.h"
@@ -163,7 +164,7 @@ void MainWindow::setFilterText(const QString& text) {
 void MainWindow::updateStatus() {
     const app::QueueStatus status = controller_.queueStatus();
     statusField->setText(status.text);
-    totalsField->setText(status.totals);
+    totalsField->setText(links::stringWithDashesForHyphens(status.totals));
     setWindowTitle(status.shortTotals.isEmpty() ? u"Orlop[*]"_s
                                                 : status.shortTotals + u" – Orlop[*]"_s);
     clearButton->setVisible(status.canClear);
