@@ -755,6 +755,11 @@
         </message>
         <message>
             <location filename="../../src/app/intake/intake.cpp" />
+            <source>The rest of the series was left out: too many downloads wait.</source>
+            <translation>Der Rest der Reihe wurde weggelassen: Zu viele Downloads warten.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/intake.cpp" />
             <source>There is nothing to download in %@.</source>
             <translation>In %@ ist nichts zu laden.</translation>
         </message>
@@ -849,6 +854,64 @@
             <translation>keine gültige Adresse: %@</translation>
         </message>
         <message>
+            <location filename="../../src/app/intake/series_gate.cpp" />
+            <source>Do you really want to download all of “%@”?</source>
+            <translation>Möchten Sie wirklich alles aus „%@“ herunterladen?</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/series_gate.cpp" />
+            <source>Download All</source>
+            <translation>Alle herunterladen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/series_gate.cpp" />
+            <source>This series stands for %@ addresses.</source>
+            <translation>Diese Reihe steht für %@ Adressen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/series_gate.cpp" />
+            <source>“%@” stands for %@ addresses and was not taken: the setting “Largest Series” allows %@.</source>
+            <translation>„%@“ steht für %@ Adressen und wurde nicht übernommen: Die Einstellung „Largest Series“ erlaubt %@.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/target_consent.cpp" />
+            <source>%@ wants its download written to %@, which is not one of your download folders; it was not taken.</source>
+            <translation>%@ will seinen Download nach %@ geschrieben haben; das ist keiner Ihrer Download-Ordner. Er wurde nicht aufgenommen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/target_consent.cpp" />
+            <source>The file comes from
+%@
+and would be written to
+%@
+which is not one of your download folders.</source>
+            <translation>Die Datei kommt von
+%@
+und würde nach
+%@
+geschrieben; das ist keiner Ihrer Download-Ordner.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/target_consent.cpp" />
+            <source>Use Download Folder</source>
+            <translation>Download-Ordner nehmen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/target_consent.cpp" />
+            <source>What is written there can run by itself or change what your programs do. Allow it only if you know why.</source>
+            <translation>Was dort steht, kann von selbst ausgeführt werden oder verändern, was Ihre Programme tun. Erlauben Sie es nur, wenn Sie wissen, wozu.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/target_consent.cpp" />
+            <source>Write There</source>
+            <translation>Dorthin schreiben</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/target_consent.cpp" />
+            <source>“%@” chooses where its download goes</source>
+            <translation>„%@“ bestimmt, wohin sein Download geht</translation>
+        </message>
+        <message>
             <location filename="../../src/app/intake/url_handler_command.cpp" />
             <source>Download %lu Linked Files...</source>
             <translation>%lu verlinkte Dateien laden …</translation>
@@ -882,16 +945,6 @@
             <location filename="../../src/app/main_controller.cpp" />
             <source>Added to Queue</source>
             <translation>Zur Warteschlange hinzugefügt</translation>
-        </message>
-        <message>
-            <location filename="../../src/app/main_controller.cpp" />
-            <source>Download Complete</source>
-            <translation>Download fertig</translation>
-        </message>
-        <message>
-            <location filename="../../src/app/main_controller.cpp" />
-            <source>Download Failed</source>
-            <translation>Download fehlgeschlagen</translation>
         </message>
         <message>
             <location filename="../../src/app/main_controller.cpp" />
@@ -944,6 +997,16 @@ Möchten Sie jetzt wirklich beenden?</translation>
             <location filename="../../src/app/queue/queue_archive.cpp" />
             <source>Wait! You seem to have forgotten something on the stove...</source>
             <translation>Halt! Da steht noch etwas auf dem Herd …</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/queue/queue_follower.cpp" />
+            <source>Download Complete</source>
+            <translation>Download fertig</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/queue/queue_follower.cpp" />
+            <source>Download Failed</source>
+            <translation>Download fehlgeschlagen</translation>
         </message>
         <message>
             <location filename="../../src/app/rows/status_text.cpp" />

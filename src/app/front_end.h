@@ -35,10 +35,14 @@ struct Alert {
         Renewal,
         UnlockFolder,
         QueueNotSaved,
+        UnfamiliarTarget,
+        LargeSeries,
     };
     Kind kind;
     QString title, text;
     QString defaultButton, otherButton;
+    /// Nobody presses the default button by a hasty Return.
+    bool isRisky = false;
 };
 
 /// What only a person can decide. Asking is modal: an operation returns with the answer, and the
@@ -51,6 +55,8 @@ public:
     virtual bool confirm(const Alert& alert) = 0;
     /// Whether somebody is there to answer; without, each answer is false.
     [[nodiscard]] virtual bool canAsk() const { return true; }
+    /// Without, a series that is too long is refused and the setting named that allows it.
+    [[nodiscard]] virtual bool asksAboutSeries() const { return true; }
     /// The reason for the alert on screen is gone: takes it away, its answer being false.
     virtual void dismissAlert() = 0;
 

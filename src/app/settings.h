@@ -81,6 +81,13 @@ inline const Setting<qint64> autoRetreat{
     false,
     "After an address was handed over: 0 stay, 1 step back behind the other windows, 2 hide.",
     {.lowest = 0, .highest = 2}};
+inline const Setting<qint64> largestSeries{
+    u"Largest Series",
+    10'000,
+    false,
+    "A series such as {1-20000} that stands for more addresses is asked about before it is taken, "
+    "and refused in the terminal.",
+    {.lowest = 1}};
 inline const Setting<qint64> quitProcedure{u"Quit Procedure",
                                            0,
                                            false,
@@ -199,6 +206,12 @@ inline const Setting<QVariantList> rules{
     false,
     "The rules: dictionaries with \"Hosts\", \"Extensions\", \"Downloads Folder\" and "
     "\"Application\"."};
+
+inline const Setting<bool> targetsOutsideDownloadFolders{
+    u"Targets Outside Download Folders", false, false,
+    "A request file or a bundle may name a target outside the folders that downloads go to without "
+    "a question; hidden folders, and those of programs and of the system, are asked about all the "
+    "same, and refused where nobody can be asked."};
 
 // Browser extension. Kept in settings of their own, which the extension reads.
 inline const QString sharedDomain = QStringLiteral("QXRV529TZ8.com.tarnworks.Orlop.Shared");

@@ -90,10 +90,13 @@ bool DesktopFrontEnd::confirm(const app::Alert& alert) {
                     window_->isVisible() ? window_.data() : nullptr);
     box.setInformativeText(literalText(translated(alert.text)));
     QPushButton* accept = box.addButton(translated(alert.defaultButton), QMessageBox::AcceptRole);
+    QPushButton* first = accept;
     if (!alert.otherButton.isEmpty()) {
-        box.setEscapeButton(box.addButton(translated(alert.otherButton), QMessageBox::RejectRole));
+        QPushButton* other = box.addButton(translated(alert.otherButton), QMessageBox::RejectRole);
+        box.setEscapeButton(other);
+        first = alert.isRisky ? other : accept;
     }
-    box.setDefaultButton(accept);
+    box.setDefaultButton(first);
     alert_ = &box;
     box.exec();
     return box.clickedButton() == accept;
