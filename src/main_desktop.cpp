@@ -122,7 +122,7 @@ int main(int argumentCount, char** argumentValues) {
         QObject::connect(&core.statusReporter(), &app::QueueStatusReporter::applicationImageChanged,
                          &frontEnd.icon(), &desktop::ApplicationIcon::show);
         windows = std::make_unique<ui::DesktopWindows>(controller, frontEnd);
-        scripts = scripting::Service::make(controller, platform::userDataFolder());
+        scripts = std::make_unique<scripting::Service>(controller, platform::userDataFolder());
     });
     if (!start.problem.isEmpty()) {
         std::fprintf(stderr, "orlop: %s\n", qUtf8Printable(start.problem));

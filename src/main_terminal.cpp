@@ -55,8 +55,7 @@ int main(int argc, char** argv) {
     }
     const app::terminal::ProgramEnd end =
         app::terminal::runProgram(arguments, environment, [](app::DQMainController& controller) {
-            return std::shared_ptr<scripting::Service>(
-                scripting::Service::make(controller, platform::userDataFolder()));
+            return std::make_shared<scripting::Service>(controller, platform::userDataFolder());
         });
     // What ends here does not come back to let it write.
     log.reset();

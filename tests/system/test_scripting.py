@@ -6,6 +6,7 @@ import re
 import shutil
 import subprocess
 import tempfile
+import time
 import unittest
 from pathlib import Path
 
@@ -124,6 +125,19 @@ class CommandsTest(ScriptingTest):
         result = self.terminal("list")
         self.assert_status(result, 3)
         self.assertIn("not running", result.stderr)
+
+    def test_a_silent_bus_delays_nothing(self):
+        self.kill()
+        self.bus.silence()
+        started = time.monotonic()
+        self.home.queue_path.unlink()
+        shutil.rmtree(self.home.downloads)
+        self.home.downloads.mkdir()
+        only_session = {"DBUS_SESSION_BUS_ADDRESS": self.bus.address}
+        self.assert_status(
+            self.home.run(self.server.url("/small.bin"), environment=only_session), 0)
+        self.assert_status(self.home.run("list", environment=only_session), 3)
+        self.assertLess(time.monotonic() - started, 20)
 
     def test_signals_tell_what_happens(self):
         heard = self.bus.monitor(f"interface='{ORLOP[0]}',type='signal'")

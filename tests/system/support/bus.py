@@ -1,5 +1,6 @@
 """A message bus of its own, with mocks of the desktop's services on it (python3-dbusmock)."""
 import re
+import signal
 import subprocess
 import sys
 import tempfile
@@ -38,6 +39,10 @@ class Bus:
                                    **({"stderr": subprocess.DEVNULL} | options))
         self._processes.append(process)
         return process
+
+    def silence(self):
+        """It takes what comes and answers nobody from now on."""
+        self._processes[0].send_signal(signal.SIGSTOP)
 
     def close(self):
         for process in reversed(self._processes):
