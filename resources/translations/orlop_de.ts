@@ -395,6 +395,11 @@
         </message>
         <message>
             <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Get It Again from Its Page</source>
+            <translation>Von seiner Seite neu holen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
             <source>History</source>
             <translation>Verlauf</translation>
         </message>
@@ -607,6 +612,11 @@
             <location filename="../../src/app/failures/failure_sentence.cpp" />
             <source>The proxy does not lead to the server.</source>
             <translation>Der Proxy führt nicht zum Server.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The sandbox keeps Orlop out of the folder. Resume to unlock it.</source>
+            <translation>Die Sandbox sperrt Orlop aus dem Ordner aus. Setzen Sie fort, um ihn freizugeben.</translation>
         </message>
         <message>
             <location filename="../../src/app/failures/failure_sentence.cpp" />
@@ -864,6 +874,44 @@
             <translation>„%@“ steht für %@ Adressen und wurde nicht übernommen: Die Einstellung „Largest Series“ erlaubt %@.</translation>
         </message>
         <message>
+            <location filename="../../src/app/intake/target_consent.cpp" />
+            <source>%@ wants its download written to %@, which is not one of your download folders; it was not taken.</source>
+            <translation>%@ will seinen Download nach %@ geschrieben haben; das ist keiner Ihrer Download-Ordner. Er wurde nicht aufgenommen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/target_consent.cpp" />
+            <source>The file comes from
+%@
+and would be written to
+%@
+which is not one of your download folders.</source>
+            <translation>Die Datei kommt von
+%@
+und würde nach
+%@
+geschrieben; das ist keiner Ihrer Download-Ordner.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/target_consent.cpp" />
+            <source>Use Download Folder</source>
+            <translation>Download-Ordner nehmen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/target_consent.cpp" />
+            <source>What is written there can run by itself or change what your programs do. Allow it only if you know why.</source>
+            <translation>Was dort steht, kann von selbst ausgeführt werden oder verändern, was Ihre Programme tun. Erlauben Sie es nur, wenn Sie wissen, wozu.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/target_consent.cpp" />
+            <source>Write There</source>
+            <translation>Dorthin schreiben</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/target_consent.cpp" />
+            <source>“%@” chooses where its download goes</source>
+            <translation>„%@“ bestimmt, wohin sein Download geht</translation>
+        </message>
+        <message>
             <location filename="../../src/app/intake/url_handler_command.cpp" />
             <source>Download %lu Linked Files...</source>
             <translation>%lu verlinkte Dateien laden …</translation>
@@ -897,16 +945,6 @@
             <location filename="../../src/app/main_controller.cpp" />
             <source>Added to Queue</source>
             <translation>Zur Warteschlange hinzugefügt</translation>
-        </message>
-        <message>
-            <location filename="../../src/app/main_controller.cpp" />
-            <source>Download Complete</source>
-            <translation>Download fertig</translation>
-        </message>
-        <message>
-            <location filename="../../src/app/main_controller.cpp" />
-            <source>Download Failed</source>
-            <translation>Download fehlgeschlagen</translation>
         </message>
         <message>
             <location filename="../../src/app/main_controller.cpp" />
@@ -959,6 +997,16 @@ Möchten Sie jetzt wirklich beenden?</translation>
             <location filename="../../src/app/queue/queue_archive.cpp" />
             <source>Wait! You seem to have forgotten something on the stove...</source>
             <translation>Halt! Da steht noch etwas auf dem Herd …</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/queue/queue_follower.cpp" />
+            <source>Download Complete</source>
+            <translation>Download fertig</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/queue/queue_follower.cpp" />
+            <source>Download Failed</source>
+            <translation>Download fehlgeschlagen</translation>
         </message>
         <message>
             <location filename="../../src/app/rows/status_text.cpp" />
@@ -1353,6 +1401,36 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/links/paths/path_display.cpp" />
             <source>Not found</source>
             <translation>Nicht gefunden</translation>
+        </message>
+        <message>
+            <location filename="../../src/scripting/hand_overs/hand_overs.cpp" />
+            <source>It cannot be added to the list.</source>
+            <translation>Es kann nicht in die Liste aufgenommen werden.</translation>
+        </message>
+        <message>
+            <location filename="../../src/scripting/hand_overs/renewal.cpp" />
+            <source>Begin Anew</source>
+            <translation>Neu beginnen</translation>
+        </message>
+        <message>
+            <location filename="../../src/scripting/hand_overs/renewal.cpp" />
+            <source>Go On</source>
+            <translation>Weitermachen</translation>
+        </message>
+        <message>
+            <location filename="../../src/scripting/hand_overs/renewal.cpp" />
+            <source>Go on with %@?</source>
+            <translation>Mit %@ weitermachen?</translation>
+        </message>
+        <message>
+            <location filename="../../src/scripting/hand_overs/renewal.cpp" />
+            <source>It was handed over again from the same page, with the same name and size. What has come of it can be kept.</source>
+            <translation>Es kam noch einmal von derselben Seite, mit demselben Namen und derselben Größe. Was davon schon da ist, kann bleiben.</translation>
+        </message>
+        <message>
+            <location filename="../../src/scripting/requests.cpp" />
+            <source>no address of http or https</source>
+            <translation>keine Adresse für http oder https</translation>
         </message>
         <message>
             <location filename="../../src/structured/json/json_complaints.cpp" />
@@ -2780,6 +2858,11 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
             <location filename="../../src/ui/window/desktop_front_end.cpp" />
             <source>Choose File Location</source>
             <translation>Speicherort wählen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/desktop_front_end.cpp" />
+            <source>Unlock</source>
+            <translation>Freigeben</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/desktop_windows.cpp" />

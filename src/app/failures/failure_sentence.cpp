@@ -100,6 +100,8 @@ const std::vector<Cause>& causes() {
         {engine::workerErrorDomain, code(WorkerErrorCode::OtherAnswer),
          translatable(
              "Something else came in place of the file. Does the network ask for a login?")},
+        {engine::workerErrorDomain, code(WorkerErrorCode::FolderLocked),
+         translatable("The sandbox keeps Orlop out of the folder. Resume to unlock it.")},
         {engine::workerErrorDomain, code(WorkerErrorCode::CannotWrite),
          translatable("The file cannot be written.")},
         {posixErrorDomain, ENOSPC, full, Detail::Space},

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "app/queue/restored_download.h"
+#include "app/rules/folders.h"
 #include "engine/lifecycle/kept_aside.h"
 #include "engine/paths/intermediate_files.h"
 #include "engine/record/user_settings.h"
@@ -91,16 +92,7 @@ bool removeIfEmpty(const QString& container) {
 
 QStringList foldersOfDownloads(const platform::UserDefaults& defaults,
                                const QVariantList& specialCases) {
-    QStringList folders{defaults.folderPathForKey(engine::settings::downloadsFolder.name(),
-                                                  platform::downloadsUserFolder())};
-    for (const QVariant& rule : specialCases) {
-        folders.append(rule.toMap().value(u"Downloads Folder"_s).toString());
-    }
-    folders.removeAll({});
-    for (QString& folder : folders) {
-        folder = platform::expandTilde(folder);
-    }
-    folders.removeDuplicates();
+    const QStringList folders = generalFolderAndThoseOfRules(defaults, specialCases);
     const bool areSubdivided =
         !defaults.get(engine::settings::subdivisionFormatDefault).isEmpty() ||
         !defaults.get(engine::settings::subdivisionFormatRules).isEmpty();

@@ -27,7 +27,7 @@ constexpr qint64 chunkSize = qint64{32} << 20;
 constexpr qint64 bufferSize = qint64{1} << 20;
 
 Descriptor openPiece(const QString& path, int flags) {
-    return Descriptor(::open(QFile::encodeName(path).constData(), flags | O_NOFOLLOW | O_CLOEXEC));
+    return platform::openWithoutFollowing(QFile::encodeName(path), flags | O_CLOEXEC);
 }
 
 platform::Error failure(const QString& text, int errorNumber) {

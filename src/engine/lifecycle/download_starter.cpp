@@ -97,7 +97,8 @@ platform::HTTPHeaders headersFromDictionary(const QVariantMap& dictionary) {
     return headers;
 }
 
-void applyRequestSettings(const DQDownload& download, WorkerRequest& request) {
+void applyRequestSettings(const DQDownload& download, const platform::Url& url,
+                          WorkerRequest& request) {
     const UserSettings& settings = download.userSettings();
     if (!settings.contains(keys::request)) {
         request.referer = settings.string(keys::referer);
@@ -114,7 +115,21 @@ void applyRequestSettings(const DQDownload& download, WorkerRequest& request) {
     if (captured.contains(keys::requestPartialHeaders))
         request.additionalRequestHeaders =
             headersFromDictionary(captured.value(keys::requestPartialHeaders).toMap());
+    if (const QString cookies = settings.string(keys::unkeptCookies); !cookies.isEmpty()) {
+        if (!request.additionalRequestHeaders)
+            request.additionalRequestHeaders.emplace();
+        request.additionalRequestHeaders->set(u"Cookie"_s, cookies);
+    }
     request.requestBody = captured.value(keys::requestBody).toByteArray();
+    // What was meant for one server, the one that its answer led to does not get.
+    if (!url.hasSameOrigin(download.URL())) {
+        for (auto* headers : {&request.requestHeaders, &request.additionalRequestHeaders}) {
+            if (*headers) {
+                (*headers)->remove(u"Cookie"_s);
+                (*headers)->remove(u"Authorization"_s);
+            }
+        }
+    }
 }
 
 Worker::Pointer makePrimaryWorker(DQDownload& download, const platform::Url& url,
@@ -123,7 +138,7 @@ Worker::Pointer makePrimaryWorker(DQDownload& download, const platform::Url& url
     if (!worker)
         return nullptr;
     worker->setDelegate(&download);
-    applyRequestSettings(download, worker->request());
+    applyRequestSettings(download, url, worker->request());
     if (plan.kind == ResumePlan::Kind::Nothing)
         return worker;
     worker->setTargetPath(download.paths().intermediateDownloadTargetPath());
@@ -141,11 +156,27 @@ Worker::Pointer makePrimaryWorker(DQDownload& download, const platform::Url& url
     return worker;
 }
 
-void startWorkers(DQDownload& download, const platform::Url& url, const ResumePlan& plan) {
-    if (links::isSandboxed() && download.paths().chooseIntermediateDownloadTargetPath().isEmpty()) {
-        download.pause();
-        return;
+/// In a sandbox the user may have to unlock the folder first, and can do anything while he is
+/// asked.
+bool hasAccessToFolder(DQDownload& download) {
+    if (!links::isSandboxed())
+        return true;
+    const DQDownloadStatus before = download.status();
+    const bool isUnlocked = download.paths().unlockDownloadFolder();
+    if (download.isBeingRemoved() || download.status() != before)
+        return false;
+    if (!isUnlocked) {
+        download.interruptUntilResumed(
+            makeWorkerError(WorkerErrorCode::FolderLocked,
+                            u"%1 has no access to its folder"_s.arg(download.description())));
     }
+    return isUnlocked;
+}
+
+void startWorkers(DQDownload& download, const platform::Url& url, const ResumePlan& plan) {
+    const auto kept = download.shared_from_this();
+    if (!hasAccessToFolder(download))
+        return;
     const Worker::Pointer worker = makePrimaryWorker(download, url, plan);
     if (!worker || (!worker->isDone() && !worker->start()))
         return download.abort();

@@ -34,21 +34,42 @@ QString partialFileName(const DownloadRecord& download) {
     return links::safeFileName(download.name(), links::partialFileSuffixBytes);
 }
 
+void removeCookies(QVariantMap& archive) {
+    QVariantMap request = archive.value(keys::request).toMap();
+    for (const QString& key : {keys::requestPartialHeaders, keys::requestAllHeaders}) {
+        QVariantMap headers = request.value(key).toMap();
+        const auto isCookie = [](const auto& header) {
+            return header.key().compare(u"Cookie"_s, Qt::CaseInsensitive) == 0;
+        };
+        if (headers.removeIf(isCookie) > 0)
+            request[key] = headers;
+    }
+    if (!request.isEmpty())
+        archive[keys::request] = request;
+}
+
 }  // namespace
 
 DownloadPaths::DownloadPaths(DownloadRecord& download) : download_(download) {}
 
 DownloadPaths::~DownloadPaths() = default;
 
-bool DownloadPaths::confirmAccess(const QString& folder) const {
+QString DownloadPaths::reachedFolder(const QString& folder) const {
     return download_.context().fileAccess.confirmDownloadAccess(folder);
+}
+
+bool DownloadPaths::unlockDownloadFolder() {
+    return !download_.context()
+                .fileAccess
+                .confirmDownloadAccess(downloadBasePath(download_), FileAccess::Asking::IfNeeded)
+                .isEmpty();
 }
 
 void DownloadPaths::confirmAccessToPartialData() {
     const QString container = downloadContainerPath();
     const QString folder = links::stringByDeletingLastPathComponent(
         container.isEmpty() ? _intermediateDownloadTargetPath : container);
-    if (hasIntermediateDownloadTargetPath() && !confirmAccess(folder))
+    if (hasIntermediateDownloadTargetPath() && reachedFolder(folder).isEmpty())
         platform::log(u"where did my write access go?"_s);
 }
 
@@ -66,8 +87,8 @@ QString DownloadPaths::chooseIntermediateDownloadTargetPath() {
 
 DownloadPaths::Folder DownloadPaths::intermediateFolder() {
     if (download_.context().defaults.get(settings::intermediatesLocation) > 0) {
-        const QString folder = downloadBasePath(download_);
-        if (confirmAccess(folder)) {
+        const QString folder = reachedFolder(downloadBasePath(download_));
+        if (!folder.isEmpty()) {
             if (const QString container = newContainer(folder); !container.isEmpty())
                 return {container, true};
         }
@@ -125,9 +146,10 @@ QString DownloadPaths::downloadContainerPath() const {
 }
 
 QVariantMap DownloadPaths::archive(bool paused) const {
-    const UserSettings& settings = download_.userSettings();
-    QVariantMap archive = settings.archive(download_.URLString(), paused);
-    if (settings.contains(keys::responseURL) && hasIntermediateDownloadTargetPath())
+    QVariantMap archive = download_.userSettings().archive(download_.URLString(), paused);
+    if (download_.context().defaults.get(settings::privateDownloading))
+        removeCookies(archive);
+    if (archive.contains(keys::responseURL) && hasIntermediateDownloadTargetPath())
         archive.insert(keys::resumePath,
                        platform::abbreviateWithTilde(_intermediateDownloadTargetPath));
     return archive;
@@ -151,11 +173,12 @@ QString DownloadPaths::finalDownloadTargetPath() {
     const QString chosen =
         platform::expandTilde(download_.userSettings().string(keys::downloadFile));
     const QString chosenFolder = links::stringByDeletingLastPathComponent(chosen);
-    if (!chosenFolder.isEmpty() && links::checkFolderPathAndCreateIfNecessary(chosenFolder) &&
-        confirmAccess(chosenFolder))
-        return chosen;
-    const QString folder = downloadBasePath(download_);
-    if (!confirmAccess(folder))
+    if (!chosenFolder.isEmpty() && links::checkFolderPathAndCreateIfNecessary(chosenFolder)) {
+        if (const QString folder = reachedFolder(chosenFolder); !folder.isEmpty())
+            return links::stringByAppendingPathComponent(folder, links::lastPathComponent(chosen));
+    }
+    const QString folder = reachedFolder(downloadBasePath(download_));
+    if (folder.isEmpty())
         return {};
     return links::availablePath(
         links::stringByAppendingPathComponent(folder, links::safeFileName(download_.name())));

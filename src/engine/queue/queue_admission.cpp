@@ -211,6 +211,8 @@ void QueueAdmission::startEligibleQueuedDownloads() {
     for (const DownloadPtr& download : queuedDownloads()) {
         if (slots == 0)
             break;
+        if (download->isHeldBack())
+            continue;
         const QString& host = download->queueRelevantHost();
         if (perHost >= 1 && !host.isEmpty()) {
             if (const auto used = hosts.find(host); used != hosts.end() && used->second >= perHost)
@@ -222,8 +224,11 @@ void QueueAdmission::startEligibleQueuedDownloads() {
         eligible.push_back(download);
         --slots;
     }
-    for (const DownloadPtr& download : eligible)
-        download->startDownloadWithURL(std::nullopt, false);
+    // A start may ask the user, who can do anything meanwhile.
+    for (const DownloadPtr& download : eligible) {
+        if (download->status() == DQDownloadStatusQueued && !download->isBeingRemoved())
+            download->startDownloadWithURL(std::nullopt, false);
+    }
     passWhenHostIsReleased();
 }
 

@@ -114,6 +114,9 @@ public:
     [[nodiscard]] bool isBeingRemoved() const { return _isBeingRemoved; }
     [[nodiscard]] bool autoResumeAfterSleep() const { return _autoResumeAfterSleep; }
     void setAutoResumeAfterSleep(bool resume) { _autoResumeAfterSleep = resume; }
+    /// It waits for more than its turn: admission passes it over. For this run only.
+    [[nodiscard]] bool isHeldBack() const { return isHeldBack_; }
+    void setHeldBack(bool isHeldBack) { isHeldBack_ = isHeldBack; }
 
 protected:
     DownloadRecord(const Context& context, const platform::Url& url);
@@ -133,6 +136,7 @@ private:
     DownloadIdentity identity_;
     bool _autoResumeAfterSleep = false;
     bool isRestored_ = false;
+    bool isHeldBack_ = false;
 };
 
 }  // namespace engine

@@ -31,6 +31,24 @@ void Descriptor::close() {
     number_ = -1;
 }
 
+Descriptor openWithoutFollowing(const QByteArray& path, int flags) {
+    Descriptor file(::open(path.constData(), flags | O_NOFOLLOW));
+    if (file.isOpen() || errno != ELOOP)
+        return file;
+    struct stat named {
+    }, opened{};
+    const auto isPlain = [](const struct stat& status) { return S_ISREG(status.st_mode); };
+    if (lstat(path.constData(), &named) == 0 && isPlain(named)) {
+        file = Descriptor(::open(path.constData(), flags));
+        if (file.isOpen() && fstat(file.get(), &opened) == 0 && isPlain(opened) &&
+            opened.st_dev == named.st_dev && opened.st_ino == named.st_ino)
+            return file;
+        file.close();
+    }
+    errno = ELOOP;
+    return Descriptor();
+}
+
 bool writeFully(const Descriptor& file, const char* bytes, qint64 count) {
     while (count > 0) {
         const ssize_t written = ::write(file.get(), bytes, static_cast<std::size_t>(count));
