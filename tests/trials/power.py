@@ -26,6 +26,7 @@ def do(*words):
     made = subprocess.run([str(word) for word in words], capture_output=True, text=True, check=False)
     if made.returncode != 0:
         raise NotPossible(f"{words[0]}: {made.stderr.strip()}")
+    return made.stdout.strip()
 
 
 class Disk:
@@ -34,18 +35,21 @@ class Disk:
         self.image, self.root = self.folder / "image", self.folder / "root"
         self.root.mkdir()
         self.boot = self.folder / "boot"
+        self.device = ""
         try:
             with open(self.image, "wb") as file:
                 file.truncate(400 << 20)
             do(*MAKERS[kind], self.image)
+            # The same one all the time: two of one file would not know of each other's writes.
+            self.device = do("losetup", "--find", "--show", self.image)
             self.mount()
         except (NotPossible, OSError):
-            shutil.rmtree(self.folder, ignore_errors=True)
+            self.close()
             raise
 
     def mount(self):
         self.boot.write_text(f"{uuid.uuid4()}\n")
-        do("mount", "-o", "loop", self.image, self.root)
+        do("mount", self.device, self.root)
 
     def cut(self):
         root = os.open(self.root, os.O_RDONLY)
@@ -59,7 +63,8 @@ class Disk:
         self.mount()
 
     def close(self):
-        subprocess.run(["umount", "-l", self.root], check=False)
+        for words in ("umount", "-l", self.root), ("losetup", "-d", self.device):
+            subprocess.run(words, capture_output=True, check=False)
         shutil.rmtree(self.folder, ignore_errors=True)
 
 
@@ -86,7 +91,7 @@ class PowerCuts(DisturbedTransfers):
         do("sync", "-f", home.root)
         process = home.start(*arguments, environment={"LD_PRELOAD": FAULTS,
                                                       "FAULT_BOOT_ID": str(self.disk.boot)})
-        time.sleep(self.random.uniform(0.02, 0.6))
+        time.sleep(self.random.uniform(0.01, self.random.choice((0.05, 0.15, 0.5))))
         self.disk.cut()
         process.kill()
         process.wait()

@@ -125,7 +125,8 @@ class Home:
     def partial_bytes(self):
         """How much of unfinished downloads lies in the downloads folder."""
         return sum(path.stat().st_size for path in self.downloads.glob("*.orlop/*")
-                   if path.is_file() and not path.name.endswith(".orlopinfo"))
+                   if path.name[0] != "." and not path.name.endswith(".orlopinfo")
+                   and path.is_file())
 
     def finished(self):
         """The names of the files that are complete."""
