@@ -47,11 +47,17 @@ const host = new OrlopHost({
 
 const handOvers = new HandOvers(host);
 
+// The expression of Orlop's settings; the last known one while Orlop does not run, for which it is
+// not started.
 async function filterText() {
+  const { filter: known } = await api.storage.local.get("filter");
+  if (!state.isHere && known !== undefined) return known;
   try {
-    return (await host.call({ do: "filter" }, CALL_LIMIT)).filter ?? "";
+    const filter = JSON.parse((await host.call({ do: "filter" }, CALL_LIMIT)).filter);
+    if (filter !== known) await api.storage.local.set({ filter });
+    return filter;
   } catch {
-    return "";
+    return known ?? "";
   }
 }
 
@@ -88,7 +94,7 @@ async function recover() {
 
 const actions = {
   show: () => host.call({ do: "show" }, CALL_LIMIT).catch(() => ({ error: "unreachable" })),
-  filter: async () => ({ filter: await filterText() }),
+  filter: async () => ({ filter: state.isHere ? await filterText() : "" }),
   connect: async () => host.open(),
   pick: async ({ tabId }) => openPicker(await api.tabs.get(tabId), false, handOvers),
   handOver: (message) => handOverPicked(message, handOvers),

@@ -5,8 +5,10 @@ import { NoAnswer } from "./host.js";
 import * as journal from "./journal.js";
 import { batches, requestFor } from "./requests.js";
 
-// Milliseconds that the browser's download is held for.
-export const PATIENCE = 2000;
+// Milliseconds. A download is held for 2 seconds at most: for Orlop's answer, then for what becomes
+// of the hand-over that was not answered.
+const PATIENCE = 1700;
+const LAST_WORD = 300;
 const WAY = 150;
 const LEAST = 100;
 const PAUSE = 50;
@@ -18,8 +20,8 @@ const pause = (time) => new Promise((resolve) => setTimeout(resolve, time));
 
 // Asks until there is an answer or the time is over; a host that went away is started again, since
 // equal ids make nothing new.
-async function ask(host, message, limit = PATIENCE) {
-  const end = performance.now() + limit;
+async function ask(host, message) {
+  const end = performance.now() + PATIENCE;
   for (;;) {
     const left = Math.floor(end - performance.now());
     if (left < LEAST) return { outcome: "timeout" };
@@ -57,18 +59,25 @@ export class HandOvers {
   }
 
   async #decide(entry, answer, hold) {
-    if (isTaken(answer)) {
-      await hold.drop();
-      await journal.end(entry);
-    } else if (answer.outcome === "timeout") {
-      await journal.owe(entry);
-      await hold.letGo();
-      this.settle();
-    } else {
-      await hold.letGo();
-      await journal.end(entry);
-    }
+    if (answer.outcome === "timeout") return this.#giveUp(entry, answer, hold);
+    if (isTaken(answer)) await hold.drop();
+    else await hold.letGo();
+    await journal.end(entry);
     return answer;
+  }
+
+  // Orlop may have been too slow and yet be done with the file, which only asking shows.
+  async #giveUp(entry, answer, hold) {
+    await journal.owe(entry);
+    const hasKept = await this.#withdraw(entry, LAST_WORD).then(
+      (isGone) => !isGone,
+      () => null,
+    );
+    if (hasKept) await hold.drop();
+    else await hold.letGo();
+    if (hasKept === null) this.settle();
+    else await journal.end(entry);
+    return hasKept ? { outcome: "known" } : answer;
   }
 
   // Many links at once, of which the browser has nothing yet. Answers an outcome for each.
@@ -111,7 +120,7 @@ export class HandOvers {
     try {
       for (const entry of await journal.all()) {
         if (Date.now() - entry.time > journal.LIFETIME) await journal.end(entry);
-        else if (entry.isOwed) await this.#withdraw(entry);
+        else if (entry.isOwed) await this.#settleOne(entry);
       }
     } catch (problem) {
       if (!(problem instanceof NoAnswer)) throw problem;
@@ -120,10 +129,15 @@ export class HandOvers {
     }
   }
 
-  async #withdraw(entry) {
-    const answer = await this.host.call({ do: "withdraw", id: entry.id }, WITHDRAWAL);
-    if (answer.error) throw new NoAnswer("lost");
-    if (!answer.gone) await this.onKept?.(entry);
+  async #settleOne(entry) {
+    if (!(await this.#withdraw(entry, WITHDRAWAL))) await this.onKept?.(entry);
     await journal.end(entry);
+  }
+
+  // Whether nothing of it exists now. Throws NoAnswer.
+  async #withdraw(entry, limit) {
+    const answer = await this.host.call({ do: "withdraw", id: entry.id }, limit);
+    if (answer.error) throw new NoAnswer("lost");
+    return answer.gone;
   }
 }

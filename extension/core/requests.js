@@ -6,12 +6,11 @@ const LONGEST_LINE = 65536;
 const LARGEST_BODY = 512 * 1024;
 const LONGEST_NAME = 1024;
 
-// eslint-disable-next-line no-control-regex
-const CONTROLS = /[\u0000-\u001f\u007f-\u009f]/;
+// Controls and halves of pairs, which no request can carry.
+const UNFIT = /[\p{Cc}\p{Cs}]/u;
 
 const isLine = (value, longest) =>
-  typeof value === "string" && value !== "" && value.length <= longest &&
-  !CONTROLS.test(value) && value.isWellFormed();
+  typeof value === "string" && value !== "" && value.length <= longest && !UNFIT.test(value);
 
 const isAddress = (value) =>
   isLine(value, LONGEST_ADDRESS) && !value.includes(" ") && isWeb(value);

@@ -20,7 +20,8 @@ Browser chromiumLike(const QString& name, const QString& title, const QString& f
     return {name, title, false, {config + '/'_L1 + folder}, u"NativeMessagingHosts"_s};
 }
 
-/// Firefox keeps to ~/.mozilla where that is there, and else follows the XDG folders.
+/// Firefox keeps profiles in the XDG folders by now, where there are none in ~/.mozilla from
+/// before, but goes on looking for hosts in the latter.
 Browser firefox() {
     const QString config = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
     return {u"firefox"_s,
@@ -102,10 +103,10 @@ ManifestReport installManifests(const QStringList& names, const QString& program
     ManifestReport report;
     for (const Browser& browser : chosenBrowsers(names, report)) {
         QStringList homes = existingHomes(browser);
-        if (homes.isEmpty() && !names.isEmpty())
-            homes.append(browser.homes.last());
-        if (homes.isEmpty())
+        if (homes.isEmpty() && names.isEmpty())
             report.lines.append(u"%1: not found, nothing done"_s.arg(browser.title));
+        else if (!homes.contains(browser.homes.first()))
+            homes.prepend(browser.homes.first());
         for (const QString& home : homes)
             install(browser, home, program, report);
     }

@@ -15,6 +15,7 @@ struct Browser {
     QString title;
     bool isFirefox = false;
     /// The user's folders of the browser, absolute; it exists for the user if one of them does.
+    /// Hosts are looked for in the first.
     QStringList homes;
     /// Where it looks for hosts, below each of them.
     QString folder;

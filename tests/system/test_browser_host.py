@@ -58,7 +58,7 @@ class BrowserHostTest(unittest.TestCase):
         many = [{"id": f"m{number}", "address": ADDRESS} for number in range(500)] + [request]
         answers = host.ask("handOverAll", within=2000, requests=many)["outcomes"]
         self.assertEqual([one["outcome"] for one in answers], ["ok"] * 500 + ["known"])
-        self.assertEqual(host.ask("filter"), {"filter": r"\.iso$"})
+        self.assertEqual(host.ask("filter"), {"filter": r'"\\.iso$"'})
         self.mode("refuse")
         self.assertEqual(host.ask("handOver", within=2000, request=request),
                          {"outcome": "refused", "text": "Not this one."})

@@ -69,7 +69,7 @@ class StandIn(dbus.service.Object):
 
     @dbus.service.method(NAME, in_signature="", out_signature="s")
     def BrowserFilter(self):
-        return r"\.iso$"
+        return r'"\\.iso$"'
 
     @dbus.service.method(NAME, in_signature="u", out_signature="")
     def SetRunning(self, count):

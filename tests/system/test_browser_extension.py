@@ -1,0 +1,155 @@
+"""Downloads in real browsers that Orlop takes over, and those that stay."""
+import os
+import signal
+import unittest
+
+from support.browser_case import SERVICE, BrowserCase
+from support.browsers import Chromium, Firefox
+
+from support.home import wait_until
+
+KINDS = ("file", "twice", "signed", "type", "form")
+STAYING = ("upload", "blob", "data")
+# What a page can try that has no user: events of its own making, and messages to the extension.
+ATTACK = """async (extension, link) => {
+    const element = document.getElementById(link);
+    for (const type of ["contextmenu", "mousedown", "mouseup", "keydown", "dragstart", "copy"])
+        element.dispatchEvent(new Event(type, { bubbles: true }));
+    window.postMessage({ do: "handOver", addresses: [element.href], origin: {} }, "*");
+    const tried = [];
+    try {
+        await chrome.runtime.sendMessage(extension, { do: "handOver", addresses: [element.href] });
+        tried.push("sent");
+    } catch {
+        tried.push("refused");
+    }
+    for (const path of ["pages/picker.html", "pages/popup.html"])
+        await fetch(extension + path).then(() => tried.push("read"), () => tried.push("refused"));
+    return tried;
+}"""
+ALT_CLICK = """(id) => document.getElementById(id).dispatchEvent(
+    new MouseEvent("click", { bubbles: true, altKey: true, cancelable: true }))"""
+
+class ExtensionTests:
+    names = [f"{kind}.bin" for kind in KINDS + STAYING] + [
+        f"{word}.bin" for word in ("held", "faked", "never", "small", "some", "slow", "pick-1",
+                                   "pick-2", "pick-3", "moved", "menu")]
+
+    def setUp(self):
+        self.page = self.browser.open(self.site.url("/page"))
+
+    def settings(self, **changes):
+        before = self.browser.ask_extension("(names) => api.storage.local.get(names)",
+                                            list(changes))
+        self.browser.set(**changes)
+        forgotten = [name for name in changes if name not in before]
+        self.addCleanup(self.browser.ask_extension,
+                        "(names) => api.storage.local.remove(names)", forgotten)
+        self.addCleanup(self.browser.set, **before)
+
+    def click(self, kind, **options):
+        self.browser.click(self.page, f"{kind}-{kind}.bin", **options)
+
+    def test_what_needs_cookies_referrers_forms_and_redirects(self):
+        for kind in KINDS:
+            self.click(kind)
+            with self.subTest(kind=kind):
+                self.assert_in_orlop(f"{kind}.bin")
+
+    def test_what_cannot_be_repeated_stays(self):
+        self.click("upload")
+        self.assert_in_browser("upload.bin")
+        for kind in "blob", "data":
+            self.browser.click(self.page, kind)
+            self.assert_in_browser(f"{kind}.bin")
+
+    def test_rules(self):
+        self.browser.click(self.page, "file-held.bin", alt=True)
+        self.assert_in_browser("held.bin")
+        for name, settings in (("never.bin", {"never": "127.0.0.1"}),
+                               ("small.bin", {"leastMebibytes": 1}),
+                               ("some.bin", {"which": "some", "types": "zip iso"})):
+            with self.subTest(name=name):
+                self.settings(**settings)
+                self.browser.click(self.page, f"file-{name}")
+                self.assert_in_browser(name)
+                self.doCleanups()
+
+    def test_a_page_that_fakes_clicks(self):
+        before = self.in_orlop()
+        tried = self.browser.evaluate(self.page, ATTACK, self.browser.origin, "file-faked.bin")
+        self.assertEqual(tried, ["refused"] * 3)
+        self.assertEqual(self.browser.unsettled(), [])
+        self.assertEqual(self.in_orlop(), before)
+        # A download that the page began by itself is an ordinary one, and its key counts for nothing.
+        self.browser.evaluate(self.page, ALT_CLICK, "file-faked.bin")
+        self.assert_in_orlop("faked.bin")
+
+    def test_orlop_hangs(self):
+        process = self.orlop.start()
+        os.kill(process, signal.SIGSTOP)
+        try:
+            self.browser.click(self.page, "file-slow.bin")
+            wait_until(lambda: "slow.bin" in self.in_browser(), 10, "the browser's own download")
+            self.assertEqual(len(self.browser.unsettled()), 1, "it is owed a withdrawal")
+        finally:
+            os.kill(process, signal.SIGCONT)
+        self.assert_in_browser("slow.bin")
+        self.assertEqual(self.home.queue(), [])
+
+    def test_the_picker(self):
+        tab = self.browser.ask_extension(
+            "async (url) => (await api.tabs.query({ url }))[0].id", self.site.url("/page"))
+        self.browser.ask_extension(
+            "(tabId) => { api.runtime.sendMessage({ do: 'pick', tabId }); }", tab)
+        picker = self.browser.page_at("picker.html")
+        wait_until(lambda: self.browser.evaluate(
+            picker, "() => document.querySelectorAll('li').length") > 20, what="the links")
+        chosen = self.browser.evaluate(picker, """(wanted) => {
+            const chosen = [];
+            for (const row of document.querySelectorAll("li")) {
+                const box = row.querySelector("input");
+                const isWanted = wanted.some((part) => row.textContent.includes(part));
+                if (box.checked !== isWanted) box.click();
+                if (isWanted) chosen.push(row.querySelector("small").textContent);
+            }
+            return [chosen, document.querySelectorAll("li b").length,
+                    document.body.textContent.includes("<b>not bold</b>"),
+                    document.getElementById("page").textContent];
+        }""", ["/file/pick-1.bin", "/file/pick-2.bin"])
+        self.assertEqual(chosen, [[self.site.url(f"/file/pick-{n}.bin") for n in (1, 2)], 0, True,
+                                  "Site <b>"], "text of the page is text")
+        self.browser.click(picker, "handOver")
+        self.assert_in_orlop("pick-1.bin", "pick-2.bin")
+
+    def test_the_count_on_the_button(self):
+        self.orlop.start()
+        wait_until(lambda: self.browser.ask_extension(
+            "async () => (await api.storage.session.get('orlop')).orlop.isHere"), what="Orlop")
+        self.assertEqual(self.browser.ask_extension("() => api.action.getBadgeText({})"), "")
+
+    def test_a_browser_that_does_not_know_the_host(self):
+        kept = {path: path.read_bytes() for place in (".mozilla", "config")
+                for path in (self.home.root / place).rglob("com.tarnworks.orlop.json")}
+        for path in kept:
+            path.unlink()
+        try:
+            self.browser.restart()
+            self.page = self.browser.open(self.site.url("/page"))
+            self.browser.click(self.page, "file-moved.bin")
+            self.assert_in_browser("moved.bin")
+            self.assertTrue(self.browser.ask_extension(
+                "async () => (await api.storage.session.get('orlop')).orlop.isMissing"))
+        finally:
+            for path, data in kept.items():
+                path.write_bytes(data)
+            self.browser.restart()
+
+class ChromiumTest(ExtensionTests, BrowserCase):
+    family = Chromium
+
+class FirefoxTest(ExtensionTests, BrowserCase):
+    family = Firefox
+
+if __name__ == "__main__":
+    unittest.main()
