@@ -22,6 +22,12 @@ install(FILES "${resources}/completion/orlop-log.fish"
         DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d")
 install(FILES "${resources}/dbus/com.tarnworks.AIH.xml"
         DESTINATION "${CMAKE_INSTALL_DATADIR}/dbus-1/interfaces")
+install(FILES "${resources}/dbus/com.tarnworks.Orlop.xml"
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/dbus-1/interfaces")
+configure_file("${resources}/dbus/com.tarnworks.Orlop.service.in"
+               "${CMAKE_BINARY_DIR}/com.tarnworks.Orlop.service" @ONLY)
+install(FILES "${CMAKE_BINARY_DIR}/com.tarnworks.Orlop.service"
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/dbus-1/services")
 install(FILES "${resources}/desktop/com.tarnworks.Orlop.desktop"
         DESTINATION "${CMAKE_INSTALL_DATADIR}/applications")
 install(FILES "${resources}/desktop/com.tarnworks.Orlop.metainfo.xml"

@@ -15,6 +15,7 @@
 #include "platform/base/log_writer.h"
 #include "platform/files/files.h"
 #include "platform/session/signal_watcher.h"
+#include "scripting/service.h"
 #include "ui/art/appearance.h"
 #include "ui/art/icons.h"
 #include "ui/art/program_style.h"
@@ -39,6 +40,7 @@ constexpr const char* usage =
     "downloads (.orlop). If Orlop is running already, it is handed what is given.\n"
     "\n"
     "  -KEY VALUE   a setting for this run only, such as -\"Downloads Folder\" /tmp\n"
+    "  --background come up without a window in front\n"
     "  --           only addresses and files follow\n"
     "  --help       show this text\n"
     "  --version    show the version\n"
@@ -112,13 +114,15 @@ int main(int argumentCount, char** argumentValues) {
     ui::DesktopFrontEnd frontEnd;
     ui::AuthenticationPanel authenticationPanel;
     std::unique_ptr<ui::DesktopWindows> windows;
-    app::Application core({line.settings, line.items});
+    app::Application core({line.settings, line.items, line.isInBackground});
+    std::unique_ptr<scripting::Service> scripts;
     app::FrontEnd parts = frontEnd.frontEnd();
     parts.authentication = &authenticationPanel;
     const auto start = core.start(parts, [&](app::DQMainController& controller) {
         QObject::connect(&core.statusReporter(), &app::QueueStatusReporter::applicationImageChanged,
                          &frontEnd.icon(), &desktop::ApplicationIcon::show);
         windows = std::make_unique<ui::DesktopWindows>(controller, frontEnd);
+        scripts = scripting::Service::make(controller, platform::userDataFolder());
     });
     if (!start.problem.isEmpty()) {
         std::fprintf(stderr, "orlop: %s\n", qUtf8Printable(start.problem));
@@ -142,6 +146,7 @@ int main(int argumentCount, char** argumentValues) {
         core.controller().terminate();
     });
     const int status = QApplication::exec();
+    scripts.reset();
     windows.reset();
     if (!core.stop()) {
         log.reset();

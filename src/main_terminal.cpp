@@ -14,6 +14,7 @@
 #include "platform/base/log_writer.h"
 #include "platform/files/files.h"
 #include "platform/session/signal_watcher.h"
+#include "scripting/service.h"
 #include "structured/settings.h"
 #include "ui/settings.h"
 
@@ -43,8 +44,12 @@ int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("Orlop"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ORLOP_VERSION));
+    const QStringList arguments = QCoreApplication::arguments().mid(1);
     const app::terminal::ProgramEnd end =
-        app::terminal::runProgram(QCoreApplication::arguments().mid(1), environment);
+        app::terminal::runProgram(arguments, environment, [](app::DQMainController& controller) {
+            return std::shared_ptr<scripting::Service>(
+                scripting::Service::make(controller, platform::userDataFolder()));
+        });
     // What ends here does not come back to let it write.
     log.reset();
     if (end.signal != 0)

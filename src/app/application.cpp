@@ -248,16 +248,19 @@ Application::Start Application::claimOrHandOver(const LaunchItems& items) {
             case InstanceLock::Claim::Taken:
                 break;
         }
+        if (invocation_.isInBackground && items.isEmpty()) {
+            return {Start::Outcome::HandedOver, {}};
+        }
         if (!invocation_.settings.isEmpty() &&
             canHandOver(supportFolder, platform::runtimeFolder())) {
             return {Start::Outcome::Failed, settingsNotHandedOverText(invocation_.settings)};
         }
-        const auto problem = handOver(handover, supportFolder, platform::runtimeFolder());
-        if (!problem) {
+        const HandoverEnd end = handOver(handover, supportFolder, platform::runtimeFolder());
+        if (end.problem.isEmpty()) {
             return {Start::Outcome::HandedOver, {}};
         }
-        if (deadline.hasExpired()) {
-            return {Start::Outcome::Failed, u"Orlop is running already; "_s + *problem};
+        if (end.isFinal || deadline.hasExpired()) {
+            return {Start::Outcome::Failed, u"Orlop is running already; "_s + end.problem};
         }
         std::this_thread::sleep_for(nap);
     }
@@ -265,8 +268,13 @@ Application::Start Application::claimOrHandOver(const LaunchItems& items) {
 
 Application::Start Application::run(const FrontEnd& frontEnd, const ShowWindows& showWindows,
                                     const LaunchItems& items) {
+    QVariantMap given = invocation_.settings;
+    if (invocation_.isInBackground) {
+        given.insert(settings::mainWindowVisibleOnLaunch.name(), false);
+    }
     private_ = std::make_unique<Private>(
-        invocation_.settings, frontEnd, [this](const Handover& handover) { receive(handover); },
+        given, frontEnd,
+        [this](const Handover& handover, const Saved& saved) { receive(handover, saved); },
         haveDisksAnswered_);
     HandoverReceiver& receiver = private_->receiver;
     if (!receiver.problem().isEmpty()) {
@@ -289,17 +297,19 @@ Application::Start Application::run(const FrontEnd& frontEnd, const ShowWindows&
     return start;
 }
 
-void Application::receive(const Handover& handover) {
+void Application::receive(const Handover& handover, const Saved& saved) {
     if (activate_) {
         activate_(handover.activationToken);
     }
     const LaunchItems items = launchItems(handover.items);
     if (items.isEmpty()) {
         controller().lifecycle().applicationShouldHandleReopen();
+        saved(true);
         return;
     }
     open(items);
     controller().lifecycle().giveFeedback();
+    controller().whenTakenIn([this, saved] { controller().whenSaved(saved); });
 }
 
 void Application::open(const LaunchItems& items) {

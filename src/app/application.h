@@ -27,6 +27,8 @@ public:
     struct Invocation {
         QVariantMap settings;  ///< User defaults for this run, above the stored ones.
         QStringList items;     ///< Addresses and paths to open.
+        /// Shows no window, and a running process is not asked to show its own.
+        bool isInBackground = false;
     };
 
     explicit Application(Invocation invocation);
@@ -71,7 +73,8 @@ private:
     [[nodiscard]] Start claimOrHandOver(const LaunchItems& items);
     [[nodiscard]] Start run(const FrontEnd& frontEnd, const ShowWindows& showWindows,
                             const LaunchItems& items);
-    void receive(const Handover& handover);
+    using Saved = std::function<void(bool isSaved)>;
+    void receive(const Handover& handover, const Saved& saved);
     void open(const LaunchItems& items);
 
     const Invocation invocation_;

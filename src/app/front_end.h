@@ -32,6 +32,7 @@ struct Alert {
         RemoveAllRules,
         ApplicationMode,
         MissingVolumes,
+        Renewal,
     };
     Kind kind;
     QString title, text;

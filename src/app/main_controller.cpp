@@ -257,6 +257,7 @@ bool DQMainController::anyContextDownloadMatchesStatusMask(engine::StatusMask ma
 
 void DQMainController::queueDidChange() {
     parts_->view.invalidate();
+    Q_EMIT queueChanged();
 }
 
 void DQMainController::downloadDidLeave(const engine::DQDownload& download) {
@@ -371,6 +372,7 @@ void DQMainController::openURLsOfPage(const std::vector<platform::Url>& urls,
     ScriptArguments arguments;
     arguments.withReferrer = pageChain.value(pageChain.size() - 1);
     arguments.downloadPageChain = pageChain;
+    arguments.isFromProgram = true;
     parts_->intake.openURLs(urls, arguments);
 }
 
@@ -533,6 +535,10 @@ bool DQMainController::isTakingIn() const {
     return parts_->intake.isActive();
 }
 
+void DQMainController::whenTakenIn(std::function<void()> done) {
+    parts_->intake.whenTakenIn(std::move(done));
+}
+
 void DQMainController::stopIntake() {
     parts_->intake.stop();
 }
@@ -543,6 +549,15 @@ void DQMainController::retry(const Downloads& downloads) {
     } else {
         parts_->surroundings.frontEnd.feedback.beep();
     }
+}
+
+void DQMainController::didAdd(const Downloads& added, bool wasEmpty) {
+    QStringList names;
+    for (const engine::DownloadPtr& download : added) {
+        names.append(download->displayName());
+    }
+    queueDidGrow(wasEmpty);
+    intakeDidEnd(names);
 }
 
 void DQMainController::queueDidGrow(bool wasEmpty) {
@@ -569,6 +584,10 @@ bool DQMainController::writeArchiveBeforeQuitting(bool quitting) {
 
 void DQMainController::finishWriting() {
     parts_->archive.finish();
+}
+
+void DQMainController::whenSaved(std::function<void(bool isOnDisk)> saved) {
+    parts_->archive.whenSaved(std::move(saved));
 }
 
 bool DQMainController::isShowingQuitWhileDownloadingAlert() const {

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QStringList>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -151,7 +152,12 @@ public:
     void stopIntake();
     /// Whether something is still to be taken in of what was handed over.
     [[nodiscard]] bool isTakingIn() const;
+    /// Calls `done` when what was handed over so far is taken in.
+    void whenTakenIn(std::function<void()> done);
     void retry(const Downloads& downloads);
+    /// Shows and saves downloads that somebody has put into the queue by himself, and tells of
+    /// them. `wasEmpty`: the queue was, before.
+    void didAdd(const Downloads& added, bool wasEmpty);
 
     // The queue on disk.
 
@@ -162,6 +168,8 @@ public:
     void mountsDidChange();
     /// Waits until what was to be saved so far is on disk.
     void finishWriting();
+    /// Saves the queue and calls `saved` when it is on disk, or with false if it cannot be written.
+    void whenSaved(std::function<void(bool isOnDisk)> saved);
     /// The question whether to quit while downloads are active is on the screen.
     [[nodiscard]] bool isShowingQuitWhileDownloadingAlert() const;
     engine::DownloadPtr addDownloadFromArchive(const QVariantMap& archive,
@@ -195,6 +203,8 @@ public:
     [[nodiscard]] BatchProgress& batchProgress();
 
 Q_SIGNALS:
+    /// Membership or order of the queue may have changed.
+    void queueChanged();
     void selectionChanged();
     /// How the queue as a whole stands may have changed.
     void statusChanged();

@@ -7,7 +7,9 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QLocalSocket>
 #include <QTemporaryDir>
+#include <atomic>
 #include <thread>
 
 #include "app/lifecycle/command_line.h"
@@ -71,8 +73,11 @@ TEST_F(Instances, OneClaimAtATimeAndNoneAfterItsOwnerIsGone) {
 
 TEST_F(Instances, HandsItemsToTheOwner) {
     std::vector<app::Handover> received;
-    const app::HandoverReceiver receiver(
-        support_, runtime_, [&](const auto& handover) { received.push_back(handover); });
+    const app::HandoverReceiver receiver(support_, runtime_,
+                                         [&](const auto& handover, const auto& saved) {
+                                             received.push_back(handover);
+                                             saved(true);
+                                         });
     ASSERT_TRUE(receiver.problem().isEmpty());
     struct stat status {};
     ASSERT_EQ(::stat(QFile::encodeName(socketPath()).constData(), &status), 0);
@@ -86,7 +91,7 @@ TEST_F(Instances, HandsItemsToTheOwner) {
         {{u"http://a.example/x y"_s, u"/tmp/\u00e9.txt"_s}, u"token"_s}, {{}, {}}, {many, {}}};
     std::thread sender([&] {
         for (const app::Handover& handover : sent) {
-            EXPECT_EQ(app::handOver(handover, support_, runtime_), std::nullopt);
+            EXPECT_TRUE(app::handOver(handover, support_, runtime_).problem.isEmpty());
         }
     });
     processUntil([&] { return received.size() == sent.size(); });
@@ -99,7 +104,10 @@ TEST_F(Instances, HandsItemsToTheOwner) {
 
 TEST_F(Instances, RefusesAMessageBeyondBoundsAndSurvivesHalfOnes) {
     int received = 0;
-    const app::HandoverReceiver receiver(support_, runtime_, [&](const auto&) { ++received; });
+    const app::HandoverReceiver receiver(support_, runtime_, [&](const auto&, const auto& saved) {
+        ++received;
+        saved(true);
+    });
     const QByteArray path = QFile::encodeName(socketPath());
     const auto send = [&](const QByteArray& bytes) {
         const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
@@ -131,17 +139,77 @@ TEST_F(Instances, RefusesAMessageBeyondBoundsAndSurvivesHalfOnes) {
 TEST_F(Instances, DeliversOnceWhatIsSentAgainAndDropsWhatWasGivenUp) {
     QStringList received;
     const app::HandoverReceiver receiver(support_, runtime_,
-                                         [&](const auto& handover) { received += handover.items; });
+                                         [&](const auto& handover, const auto& saved) {
+                                             received += handover.items;
+                                             saved(true);
+                                         });
     // Nothing is processed here meanwhile: the sender waits in vain, and goes.
-    EXPECT_NE(app::handOver({{u"given up"_s}, {}, u"1"_s}, support_, runtime_), std::nullopt);
+    EXPECT_FALSE(
+        app::handOver({{u"given up"_s}, {}, u"1"_s}, support_, runtime_).problem.isEmpty());
     std::thread sender([&] {
         for (const QString& item : {u"first"_s, u"again"_s})
-            EXPECT_EQ(app::handOver({{item}, {}, u"2"_s}, support_, runtime_), std::nullopt);
-        EXPECT_EQ(app::handOver({{u"last"_s}, {}, u"3"_s}, support_, runtime_), std::nullopt);
+            EXPECT_TRUE(app::handOver({{item}, {}, u"2"_s}, support_, runtime_).problem.isEmpty());
+        EXPECT_TRUE(app::handOver({{u"last"_s}, {}, u"3"_s}, support_, runtime_).problem.isEmpty());
     });
     processUntil([&] { return received.contains(u"last"_s); });
     sender.join();
     EXPECT_EQ(received, QStringList({u"first"_s, u"last"_s}));
+}
+
+TEST_F(Instances, TheSenderHearsNothingBeforeWhatItHandedOverIsSaved) {
+    std::vector<app::HandoverReceiver::Saved> saved;
+    app::HandoverReceiver receiver(support_, runtime_,
+                                   [&](const auto&, const auto& done) { saved.push_back(done); });
+    enum class Fate { Saved, NotSaved, OwnerGone };
+    for (const Fate fate : {Fate::Saved, Fate::NotSaved, Fate::OwnerGone}) {
+        app::HandoverEnd end;
+        std::atomic<bool> hasEnded = false;
+        std::thread sender([&, id = QString::number(static_cast<int>(fate))] {
+            end = app::handOver({{u"http://a.example/x"_s}, {}, id}, support_, runtime_);
+            hasEnded = true;
+        });
+        processUntil([&] { return saved.size() == 1; });
+        EXPECT_FALSE(hasEnded);
+        if (fate == Fate::OwnerGone) {
+            receiver.close();
+        } else {
+            saved.front()(fate == Fate::Saved);
+        }
+        sender.join();
+        EXPECT_EQ(end.problem.isEmpty(), fate == Fate::Saved);
+        EXPECT_EQ(end.isFinal, fate != Fate::OwnerGone) << "another owner may take it";
+        saved.clear();
+    }
+}
+
+TEST_F(Instances, AFloodOfSendersKeepsNobodyElseOut) {
+    int received = 0;
+    const app::HandoverReceiver receiver(support_, runtime_, [&](const auto&, const auto& saved) {
+        ++received;
+        saved(true);
+    });
+    // Each says that four megabytes are to come, sends what it can, and waits.
+    const QByteArray path = QFile::encodeName(socketPath());
+    std::vector<std::unique_ptr<QLocalSocket>> flood;
+    for (int i = 0; i < 300; ++i) {
+        flood.push_back(std::make_unique<QLocalSocket>());
+        flood.back()->connectToServer(QString::fromLocal8Bit(path));
+        flood.back()->write(QByteArray("\x00\x40\x00\x00", 4) + QByteArray(60'000, 'x'));
+        flood.back()->flush();
+        QCoreApplication::processEvents();
+    }
+    std::atomic<int> taken = 0;
+    std::thread sender([&] {
+        const QStringList large(5000, u"http://a.example/long"_s);
+        for (const QStringList& items : {QStringList{u"http://a.example/x"_s}, large}) {
+            taken += app::handOver({items, {}, {}}, support_, runtime_).problem.isEmpty() ? 1 : 0;
+        }
+    });
+    processUntil([&] { return taken == 1; });
+    flood.clear();
+    processUntil([&] { return taken == 2; });
+    sender.join();
+    EXPECT_EQ(received, 2);
 }
 
 TEST_F(Instances, TellsPathsFromAddresses) {

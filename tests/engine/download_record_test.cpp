@@ -152,7 +152,10 @@ TEST_F(DownloadRecordTest, ArchiveHoldsWhatARestartNeeds) {
                            {keys::referer, u"r"_s},
                            {keys::request, QVariantMap{{keys::requestMethod, u"POST"_s}}},
                            {keys::statusCode, 404},
-                           {keys::entityTag, u"\"t\""_s}};
+                           {keys::entityTag, u"\"t\""_s},
+                           {keys::identity, u"abc"_s},
+                           {keys::handOver, u"h-1"_s},
+                           {keys::page, u"http://p/"_s}};
     for (auto field = kept.cbegin(); field != kept.cend(); ++field)
         download->userSettings().set(field.key(), field.value());
     download->userSettings().set(keys::originalURL, u"http://o/"_s);

@@ -1,7 +1,13 @@
 """Addresses as people hand them over, and what they are told of the rest."""
-import os
-import subprocess
+import contextlib
+import re
+import select
+import shutil
+import socket
+import struct
+import time
 import unittest
+from pathlib import Path
 from urllib.parse import quote
 
 from support.case import MIB, SystemTest
@@ -113,6 +119,49 @@ class SecondStartTest(SystemTest):
         self.assertIn('-"Downloads Folder"', result.stderr)
         self.assert_status(self.home.result(self.first), 0)
         self.assertEqual(self.home.finished(), ["slow.bin"])
+
+    def test_what_was_handed_over_outlives_a_kill_of_its_owner(self):
+        for number in range(12):
+            address = self.server.url(f"/rate/1000/slow.bin?{number}")
+            self.assert_status(self.home.run(address), 0)
+            self.first.kill()
+            self.first.wait()
+            self.assertIn(address, self.home.queued_addresses(), f"round {number}")
+            self.home.queue_path.unlink()
+            shutil.rmtree(self.home.downloads)
+            self.home.downloads.mkdir()
+            # What is there already would make it seem to run before it has the queue.
+            self.first = self.home.start(self.server.url("/rate/1000000/slow.bin"))
+            wait_until(lambda: self.home.partial_bytes() > 0, what="the first bytes")
+
+    def test_a_flood_fills_no_memory_and_keeps_nobody_out(self):
+        (path,) = (self.home.root / "runtime").rglob("*.socket")
+        message = b"\0\0" + b"http://a.example/" + b"x" * (4 << 20)
+        message = struct.pack(">I", len(message[:4 << 20])) + message[:4 << 20]
+        flood = []
+        for _ in range(300):
+            flood.append(socket.socket(socket.AF_UNIX))
+            flood[-1].setblocking(False)
+            with contextlib.suppress(OSError):
+                flood[-1].connect(str(path))
+        left = {one: memoryview(message) for one in flood}
+        started = time.monotonic()
+        handing_over = self.home.start(self.server.url("/handed.bin"))
+        while left and time.monotonic() < started + 20:
+            for one in select.select([], list(left), [], 0.1)[1]:
+                try:
+                    left[one] = left[one][one.send(left[one]):]
+                except OSError:
+                    left[one] = b""
+                if not left[one]:
+                    del left[one]
+        result = self.home.result(handing_over)
+        self.assert_status(result, 0)
+        for one in flood:
+            one.close()
+        peak = re.search(r"VmHWM:\s+(\d+) kB", Path(f"/proc/{self.first.pid}/status").read_text())
+        self.assertLess(int(peak[1]), 150 << 10)
+        wait_until(lambda: "handed.bin" in self.home.finished(), what="the file")
 
     @unittest.skipUnless(DESKTOP.exists(), "built without the desktop program")
     def test_the_window_program_needs_no_display_to_hand_over(self):

@@ -116,6 +116,9 @@ private:
                 addUnfinished(download);
                 break;
         }
+        if (download->status() == engine::DQDownloadStatusAborted || download->isInterrupted()) {
+            addPage(download);
+        }
         add(fileExists ? localized("Open Original URL") : localized("Open URL"), download,
             &RowActions::openOriginalURL);
         add(fileExists ? localized("Copy Original URL") : localized("Copy URL"), download,
@@ -183,6 +186,15 @@ private:
             });
         }
         menu_.push_back(separator());
+    }
+
+    /// A link that has expired is had again where it was found; what the browser then hands over
+    /// can go on with what is there.
+    void addPage(const engine::DownloadPtr& download) {
+        const auto page = platform::Url::parse(download->userSettings().string(engine::keys::page));
+        if (page && !page->isEmpty()) {
+            add(localized("Get It Again from Its Page"), download, &RowActions::openPage);
+        }
     }
 
     void addOpenItems() {

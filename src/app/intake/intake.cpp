@@ -1,6 +1,8 @@
 #include "app/intake/intake.h"
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 #include "app/settings.h"
 #include "engine/settings.h"
@@ -118,6 +120,38 @@ void Intake::proceed(const std::shared_ptr<Activity>& activity) {
         steps_.start(0, [this, activity] { proceed(activity); });
     } else {
         std::erase(activities_, activity);
+        steps_.start(0, [this] { callWaiting(); });
+    }
+}
+
+void Intake::whenTakenIn(std::function<void()> done) {
+    // Those that go on already are none of what was handed over last.
+    std::vector<std::weak_ptr<Activity>> earlier(activities_.begin(), activities_.end());
+    // Behind the openings that are to come.
+    openings_.start(0, [this, earlier = std::move(earlier), done = std::move(done)] {
+        Waiting waiting{{}, done};
+        for (const std::shared_ptr<Activity>& activity : activities_) {
+            const auto isIt = [&](const auto& other) { return other.lock() == activity; };
+            if (std::none_of(earlier.begin(), earlier.end(), isIt)) {
+                waiting.activities.push_back(activity);
+            }
+        }
+        waiting_.push_back(std::move(waiting));
+        callWaiting();
+    });
+}
+
+void Intake::callWaiting() {
+    const auto goesOn = [&](const Waiting& waiting) {
+        return std::any_of(waiting.activities.begin(), waiting.activities.end(),
+                           [](const auto& activity) { return !activity.expired(); });
+    };
+    std::vector<Waiting> over;
+    const auto firstOver = std::stable_partition(waiting_.begin(), waiting_.end(), goesOn);
+    std::move(firstOver, waiting_.end(), std::back_inserter(over));
+    waiting_.erase(firstOver, waiting_.end());
+    for (const Waiting& waiting : over) {
+        waiting.done();
     }
 }
 

@@ -71,6 +71,9 @@ public:
     void stop();
     /// Whether something is still to be taken in of what was handed over.
     [[nodiscard]] bool isActive() const;
+    /// Calls `done` on a later turn of the main loop, when what was to be taken in before this call
+    /// has been.
+    void whenTakenIn(std::function<void()> done);
 
 private:
     struct Activity;
@@ -84,9 +87,16 @@ private:
     void report(Activity& activity, bool goesOn);
     void tellNotes(const Activity& activity);
     void reportFruitlessPaths(const QStringList& paths);
+    void callWaiting();
 
     Surroundings surroundings_;
     std::vector<std::shared_ptr<Activity>> activities_;
+    /// Who waits for the end of which of them.
+    struct Waiting {
+        std::vector<std::weak_ptr<Activity>> activities;
+        std::function<void()> done;
+    };
+    std::vector<Waiting> waiting_;
     platform::Timers steps_;     ///< Of the activities.
     platform::Timers openings_;  ///< Of what was handed over, not to be taken in at once.
 };

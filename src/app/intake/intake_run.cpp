@@ -54,7 +54,8 @@ IntakeRun::IntakeRun(Surroundings surroundings, std::unique_ptr<AddressSource> a
       downloadPageChain_(arguments.downloadPageChain),
       target_(platform::abbreviateWithTilde(arguments.toPosixPath)),
       targetIsFolder_(!target_.isEmpty() && links::isFolderPath(platform::expandTilde(target_))),
-      asksForFolder_(surroundings.frontEnd.presence.areAlternateFunctionalityModifiersHeld()),
+      asksForFolder_(!arguments.isFromProgram &&
+                     surroundings.frontEnd.presence.areAlternateFunctionalityModifiersHeld()),
       autoStart_(surroundings.defaults.get(settings::autoStart)) {}
 
 bool IntakeRun::step(int maximum) {

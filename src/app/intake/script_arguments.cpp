@@ -50,8 +50,11 @@ ScriptArguments scriptArgumentsFromDictionary(const QVariantMap& dictionary) {
                                                       : std::nullopt;
     };
     return {text(u"toPosixPath"_s).value_or(QString()),
-            text(u"byPostingData"_s).value_or(QString()), text(u"withReferrer"_s),
-            text(u"posingAsUserAgent"_s), text(u"usingCookies"_s)};
+            text(u"byPostingData"_s).value_or(QString()),
+            text(u"withReferrer"_s),
+            text(u"posingAsUserAgent"_s),
+            text(u"usingCookies"_s),
+            true};
 }
 
 }  // namespace app

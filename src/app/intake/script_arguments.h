@@ -12,6 +12,8 @@ struct ScriptArguments {
     QString toPosixPath;  ///< A folder, or the file for the first address.
     QString byPostingData;
     std::optional<QString> withReferrer, posingAsUserAgent, usingCookies;
+    /// Nobody who holds a key means these addresses by it.
+    bool isFromProgram = false;
     /// Not for scripts: the download pages that led to the addresses.
     QStringList downloadPageChain = {};
 

@@ -18,6 +18,8 @@ void takeOption(const QString& word, CommandLine& line) {
         line.action = CommandLine::Action::ShowHelp;
     else if (word == u"--version"_s)
         line.action = CommandLine::Action::ShowVersion;
+    else if (word == u"--background"_s)
+        line.isInBackground = true;
     else if (word.startsWith(u"--"_s) || word.size() == 2)
         line.problem = localized("unknown option: %1").arg(word);
     else

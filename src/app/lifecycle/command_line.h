@@ -15,6 +15,8 @@ struct CommandLine {
     QVariantMap settings;
     /// Addresses and paths in the order given; "-" stands for a list on standard input.
     QStringList items;
+    /// Nobody asked for a window; the bus has started the program.
+    bool isInBackground = false;
     /// What is wrong with the words, for people. Empty: nothing.
     QString problem;
 };

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <iterator>
 #include <optional>
+#include <utility>
 
 #include "app/queue/archive_writer.h"
 #include "app/settings.h"
@@ -53,7 +55,7 @@ Alert quitAlert() {
 struct QueueArchive::Cached {
     quint64 revision = 0;
     bool paused = false;
-    bool storesMetadata = false;
+    bool storesMetadata = false, isPrivate = false;
     QString url;
     QVariant archive;
 };
@@ -140,6 +142,22 @@ void QueueArchive::didWrite(const std::optional<platform::Error>& error) {
     }
     written_ = surroundings_.loop.clock().monotonic();
     rest();
+    if (writer_->isBusy()) {
+        return;
+    }
+    for (const Saved& saved : std::exchange(beingSaved_, {})) {
+        saved(!error);
+    }
+}
+
+void QueueArchive::whenSaved(Saved saved) {
+    if (!mayWrite_) {
+        saved(false);
+        return;
+    }
+    waiting_.push_back(std::move(saved));
+    isUrgent_ = true;  // Somebody waits for the answer.
+    write();
 }
 
 void QueueArchive::rest() {
@@ -165,6 +183,8 @@ void QueueArchive::handOver(QVariantList archives) {
     wantsToBeWritten_ = isUrgent_ = false;
     handedOver_ = surroundings_.loop.clock().monotonic();
     if (mayWrite_) {
+        std::move(waiting_.begin(), waiting_.end(), std::back_inserter(beingSaved_));
+        waiting_.clear();
         writer_->write(std::move(archives));
     }
 }
@@ -190,17 +210,22 @@ QVariantList QueueArchive::archives() {
 
 QVariant QueueArchive::archiveOf(engine::DQDownload& download, bool paused) {
     const bool storesMetadata = surroundings_.defaults.get(engine::settings::storeMetadataLocally);
+    const bool isPrivate = surroundings_.defaults.get(engine::settings::privateDownloading);
     Cached& cached = cache_[&download];
     const auto isCurrent = [&] {
         return cached.archive.isValid() && cached.paused == paused &&
-               cached.storesMetadata == storesMetadata &&
+               cached.storesMetadata == storesMetadata && cached.isPrivate == isPrivate &&
                cached.revision == download.userSettings().revision() &&
                cached.url == download.URLString();
     };
     if (!isCurrent()) {
         const QVariantMap archive =
             download.userSettingsArchiveWithPausedStatus(paused, storesMetadata);
-        cached = {download.userSettings().revision(), paused, storesMetadata, download.URLString(),
+        cached = {download.userSettings().revision(),
+                  paused,
+                  storesMetadata,
+                  isPrivate,
+                  download.URLString(),
                   archive.isEmpty() ? QVariant() : QVariant(archive)};
     }
     return cached.archive;

@@ -53,6 +53,10 @@ public:
     bool writeBeforeQuitting();
     /// Waits until what was asked for so far is on disk.
     void finish();
+    /// Saves the queue as it stands, and calls `saved` when that is on disk, or with false if it
+    /// could not be written. Not if the program ends before.
+    using Saved = std::function<void(bool isOnDisk)>;
+    void whenSaved(Saved saved);
 
     /// The question of `writeBeforeQuitting` is on the screen.
     [[nodiscard]] bool isShowingQuitWhileDownloadingAlert() const {
@@ -76,6 +80,8 @@ private:
     const QString path_;
     Surroundings surroundings_;
     platform::Timer rest_;  ///< After a write.
+    /// Who waits for the next writing, and for the one that goes on.
+    std::vector<Saved> waiting_, beingSaved_;
     std::unique_ptr<ArchiveWriter> writer_;
     std::unordered_map<const engine::DQDownload*, Cached> cache_;
     /// Data is on the disk that the file does not lead to, and would be fetched again.

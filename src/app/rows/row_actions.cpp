@@ -1,6 +1,7 @@
 #include "app/rows/row_actions.h"
 
 #include "app/rows/file_presence.h"
+#include "engine/record/user_settings.h"
 #include "engine/settings.h"
 #include "platform/base/user_defaults.h"
 
@@ -72,6 +73,14 @@ void RowActions::open(engine::DQDownload& download) const {
 void RowActions::reveal(engine::DQDownload& download) const {
     const QString path = download.pathToReveal();
     if (path.isEmpty() || !surroundings_.workspace.revealFile(path)) {
+        surroundings_.frontEnd.feedback.beep();
+    }
+}
+
+void RowActions::openPage(const engine::DQDownload& download) const {
+    const auto page = platform::Url::parse(download.userSettings().string(engine::keys::page));
+    const bool isWeb = page && (page->hasScheme("http") || page->hasScheme("https"));
+    if (!isWeb || !surroundings_.workspace.openURL(*page)) {
         surroundings_.frontEnd.feedback.beep();
     }
 }

@@ -33,6 +33,8 @@ public:
     /// The finished file in its application; anything else is revealed.
     void open(engine::DQDownload& download) const;
     void reveal(engine::DQDownload& download) const;
+    /// The page in the browser that the download was handed over from.
+    void openPage(const engine::DQDownload& download) const;
     void openOriginalURL(const engine::DQDownload& download) const;
     void copyOriginalURL(const engine::DQDownload& download) const;
     void copyPath(engine::DQDownload& download) const;

@@ -72,8 +72,12 @@ bool skipsRedirectingServices(const CommandLine& line) {
 /// The core with a terminal for its front end, from its start to its end.
 class Run {
 public:
-    Run(const CommandLine& line, const OpenedItems& opened, Display& display)
-        : line_(line), display_(display), application_({line.settings, opened.items}) {}
+    Run(const CommandLine& line, const OpenedItems& opened, Display& display,
+        const Accompany& accompany)
+        : line_(line),
+          display_(display),
+          accompany_(accompany),
+          application_({line.settings, opened.items}) {}
 
     [[nodiscard]] ProgramEnd toTheEnd() {
         const FrontEnd frontEnd{questions_, feedback_, presence_,
@@ -99,6 +103,7 @@ public:
         display_.reporter->release();
         end_.status = session_->hasFailures() ? statusFailed : 0;
         session_.reset();
+        companion_.reset();
         end_.mustNotWait = !application_.stop();
         return end_;
     }
@@ -109,6 +114,7 @@ private:
     }
 
     void listenTo(DQMainController& controller) {
+        companion_ = accompany_(controller);
         const platform::UserDefaults& defaults = platform::standardDefaults();
         session_ =
             std::make_unique<Session>(Session::Surroundings{controller, *display_.reporter,
@@ -180,6 +186,7 @@ private:
 
     const CommandLine& line_;
     Display& display_;
+    const Accompany& accompany_;
     ProgramEnd end_;
     TerminalPrompt prompt_;
     TerminalQuestions questions_{prompt_, *display_.reporter, [this] {
@@ -199,11 +206,13 @@ private:
     }};
     Application application_;
     std::unique_ptr<Session> session_;
+    std::shared_ptr<void> companion_;
 };
 
 }  // namespace
 
-ProgramEnd runProgram(const QStringList& arguments, const QProcessEnvironment& environment) {
+ProgramEnd runProgram(const QStringList& arguments, const QProcessEnvironment& environment,
+                      const Accompany& accompany) {
     Display display(environment);
     const CommandLine line = parsedCommandLine(arguments);
     if (line.action == CommandLine::Action::ShowHelp) {
@@ -214,8 +223,10 @@ ProgramEnd runProgram(const QStringList& arguments, const QProcessEnvironment& e
         display.output.write("orlop-terminal " ORLOP_VERSION "\n");
         return {};
     }
-    if (!line.problem.isEmpty()) {
-        display.tellProblem(line.problem);
+    if (!line.problem.isEmpty() || line.isInBackground) {
+        display.tellProblem(line.isInBackground
+                                ? localized("unknown option: %1").arg(u"--background"_s)
+                                : line.problem);
         return {statusBadUsage};
     }
     const QString list = line.items.contains(u"-"_s) ? listOnStandardInput() : QString();
@@ -224,7 +235,7 @@ ProgramEnd runProgram(const QStringList& arguments, const QProcessEnvironment& e
         display.tellProblem(refusal);
     if (!opened.refusals.isEmpty())
         return {statusBadUsage};
-    return Run(line, opened, display).toTheEnd();
+    return Run(line, opened, display, accompany).toTheEnd();
 }
 
 }  // namespace app::terminal

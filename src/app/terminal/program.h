@@ -2,6 +2,12 @@
 
 #include <QProcessEnvironment>
 #include <QStringList>
+#include <functional>
+#include <memory>
+
+namespace app {
+class DQMainController;
+}
 
 namespace app::terminal {
 
@@ -17,7 +23,10 @@ struct ProgramEnd {
 
 /// The whole of `orlop-terminal` inside a QCoreApplication. `arguments` without the program's
 /// name; `environment` as the program was given it.
+/// `accompany` is called when the queue has been read; what it answers lives until the run ends.
+using Accompany = std::function<std::shared_ptr<void>(DQMainController& controller)>;
 [[nodiscard]] ProgramEnd runProgram(const QStringList& arguments,
-                                    const QProcessEnvironment& environment);
+                                    const QProcessEnvironment& environment,
+                                    const Accompany& accompany);
 
 }  // namespace app::terminal

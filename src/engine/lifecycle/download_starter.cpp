@@ -104,6 +104,11 @@ void applyRequestSettings(const DQDownload& download, WorkerRequest& request) {
     if (captured.contains(keys::requestPartialHeaders))
         request.additionalRequestHeaders =
             headersFromDictionary(captured.value(keys::requestPartialHeaders).toMap());
+    if (const QString cookies = settings.string(keys::unkeptCookies); !cookies.isEmpty()) {
+        if (!request.additionalRequestHeaders)
+            request.additionalRequestHeaders.emplace();
+        request.additionalRequestHeaders->set(u"Cookie"_s, cookies);
+    }
     request.requestBody = captured.value(keys::requestBody).toByteArray();
 }
 

@@ -34,6 +34,20 @@ QString partialFileName(const DownloadRecord& download) {
     return links::safeFileName(download.name(), links::partialFileSuffixBytes);
 }
 
+void removeCookies(QVariantMap& archive) {
+    QVariantMap request = archive.value(keys::request).toMap();
+    for (const QString& key : {keys::requestPartialHeaders, keys::requestAllHeaders}) {
+        QVariantMap headers = request.value(key).toMap();
+        const auto isCookie = [](const auto& header) {
+            return header.key().compare(u"Cookie"_s, Qt::CaseInsensitive) == 0;
+        };
+        if (headers.removeIf(isCookie) > 0)
+            request[key] = headers;
+    }
+    if (!request.isEmpty())
+        archive[keys::request] = request;
+}
+
 }  // namespace
 
 DownloadPaths::DownloadPaths(DownloadRecord& download) : download_(download) {}
@@ -125,9 +139,10 @@ QString DownloadPaths::downloadContainerPath() const {
 }
 
 QVariantMap DownloadPaths::archive(bool paused) const {
-    const UserSettings& settings = download_.userSettings();
-    QVariantMap archive = settings.archive(download_.URLString(), paused);
-    if (settings.contains(keys::responseURL) && hasIntermediateDownloadTargetPath())
+    QVariantMap archive = download_.userSettings().archive(download_.URLString(), paused);
+    if (download_.context().defaults.get(settings::privateDownloading))
+        removeCookies(archive);
+    if (archive.contains(keys::responseURL) && hasIntermediateDownloadTargetPath())
         archive.insert(keys::resumePath,
                        platform::abbreviateWithTilde(_intermediateDownloadTargetPath));
     return archive;

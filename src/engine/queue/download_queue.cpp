@@ -1,5 +1,6 @@
 #include "engine/queue/download_queue.h"
 
+#include <QRandomGenerator>
 #include <algorithm>
 #include <iterator>
 #include <utility>
@@ -7,6 +8,20 @@
 #include "platform/base/run_loop.h"
 
 namespace engine {
+
+namespace {
+
+/// Random, so that it is not given twice, and short, since people type it.
+QString newIdentity() {
+    constexpr QLatin1StringView letters("abcdefghijklmnopqrstuvwxyz234567");
+    constexpr int length = 10;
+    QString identity;
+    for (int index = 0; index < length; ++index)
+        identity += QChar(letters[QRandomGenerator::system()->bounded(letters.size())]);
+    return identity;
+}
+
+}  // namespace
 
 bool anyDownloadFromCollectionMatchesStatusMask(const Downloads& collection, StatusMask mask) {
     return std::any_of(collection.begin(), collection.end(), [mask](const auto& download) {
@@ -64,6 +79,8 @@ DownloadPtr DownloadQueue::born(const platform::Url& url, const Setup& setup) {
     auto download = std::make_shared<DQDownload>(context_, host, url);
     if (setup)
         setup(*download);
+    if (!download->userSettings().contains(keys::identity))
+        download->userSettings().set(keys::identity, newIdentity());
     return download;
 }
 
@@ -98,8 +115,17 @@ DownloadPtr DownloadQueue::replace(DQDownload& download, const platform::Url& ur
 }
 
 DownloadPtr DownloadQueue::retry(DQDownload& download, bool addToQueue) {
-    return replace(download, download.URL(), addToQueue,
-                   [&](DQDownload& replacement) { replacement.takeOverPartialData(download); });
+    return replace(download, download.URL(), addToQueue, [&](DQDownload& replacement) {
+        const UserSettings& settings = download.userSettings();
+        replacement.userSettings().set(keys::identity, settings.value(keys::identity));
+        // What a browser or a script has handed over cannot be had without its request.
+        for (const QString& key :
+             {keys::handOver, keys::page, keys::request, keys::unkeptCookies}) {
+            if (settings.contains(keys::handOver))
+                replacement.userSettings().set(key, settings.value(key));
+        }
+        replacement.takeOverPartialData(download);
+    });
 }
 
 /// The record may be in the middle of an operation that led here.

@@ -211,6 +211,8 @@ void QueueAdmission::startEligibleQueuedDownloads() {
     for (const DownloadPtr& download : queuedDownloads()) {
         if (slots == 0)
             break;
+        if (download->isHeldBack())
+            continue;
         const QString& host = download->queueRelevantHost();
         if (perHost >= 1 && !host.isEmpty()) {
             if (const auto used = hosts.find(host); used != hosts.end() && used->second >= perHost)

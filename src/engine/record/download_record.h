@@ -109,6 +109,9 @@ public:
     [[nodiscard]] bool isBeingRemoved() const { return _isBeingRemoved; }
     [[nodiscard]] bool autoResumeAfterSleep() const { return _autoResumeAfterSleep; }
     void setAutoResumeAfterSleep(bool resume) { _autoResumeAfterSleep = resume; }
+    /// It waits for more than its turn: admission passes it over. For this run only.
+    [[nodiscard]] bool isHeldBack() const { return isHeldBack_; }
+    void setHeldBack(bool isHeldBack) { isHeldBack_ = isHeldBack; }
 
 protected:
     DownloadRecord(const Context& context, const platform::Url& url);
@@ -127,6 +130,7 @@ private:
     DownloadDates dates_;
     DownloadIdentity identity_;
     bool _autoResumeAfterSleep = false;
+    bool isHeldBack_ = false;
 };
 
 }  // namespace engine

@@ -53,6 +53,11 @@ inline const QString done = QStringLiteral("Done");
 inline const QString downloadFile = QStringLiteral("Download File");
 inline const QString downloadFolder = QStringLiteral("Download Folder");
 inline const QString name = QStringLiteral("Name");
+/// Stands for the download towards scripts, over restarts and retries.
+inline const QString identity = QStringLiteral("Identity");
+/// Of the hand-over of a browser that made the download, and the page that it came from.
+inline const QString handOver = QStringLiteral("Hand-Over");
+inline const QString page = QStringLiteral("Page");
 /// The server said that it serves no ranges.
 inline const QString rangesDisabled = QStringLiteral("Ranges Disabled");
 inline const QString referer = QStringLiteral("Referer");
@@ -82,6 +87,8 @@ inline const QString keptBytes = QStringLiteral("Kept Bytes");
 /// Partial data that is in doubt while new data comes: "Resume Path" and what else belongs to it.
 inline const QString keptAside = QStringLiteral("Kept Aside");
 
+/// Not kept on disk: cookies of a private window, in the form of the header.
+inline const QString unkeptCookies = QStringLiteral("Unkept Cookies");
 /// Not kept on disk: the address as it stood at the first start, and a download page's title.
 inline const QString originalURL = QStringLiteral("Original URL");
 inline const QString downloadPageTitle = QStringLiteral("Download Page Title");

@@ -149,6 +149,11 @@ class Nginx(Server):
         """What was sent here that was meant for a proxy, "-" for nothing."""
         return set((self.root / "passwords.log").read_text().splitlines())
 
+    def cookies_of(self, path):
+        """What came with the requests for it that have ended."""
+        lines = (self.root / "cookies.log").read_text().splitlines()
+        return [line.split("|")[1] for line in lines if line.split("|")[0] == path]
+
     def signed(self, name, seconds):
         """An address for the file that is good for so many seconds from now."""
         path, expires = f"/signed/{name}", int(time.time()) + seconds
@@ -179,6 +184,8 @@ http {{
     access_log {self.root}/connections.log numbers;
     log_format passwords '$http_proxy_authorization';
     access_log {self.root}/passwords.log passwords;
+    log_format cookies '$request_uri|$http_cookie';
+    access_log {self.root}/cookies.log cookies;
     limit_conn_zone $server_addr zone=one:1m;
     limit_conn_zone $server_addr zone=two:1m;
     limit_conn_zone $server_addr zone=three:1m;
