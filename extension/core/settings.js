@@ -1,5 +1,5 @@
 // What the user can choose; kept by the browser.
-import { api } from "./api.js";
+import { api, asksForNames } from "./api.js";
 
 export const DEFAULTS = Object.freeze({
   takesOver: true,
@@ -11,8 +11,9 @@ export const DEFAULTS = Object.freeze({
   leastMebibytes: 0,
   never: "",
   always: "",
-  // Held while a link is clicked, it leaves the download to the browser.
-  key: "Alt",
+  // Held while a link is clicked, it leaves the download to the browser. Firefox follows no link
+  // while Alt is held.
+  key: asksForNames ? "Alt" : "Control",
   takesPosts: true,
   showsCount: true,
 });

@@ -1,4 +1,4 @@
-import { api, text } from "../core/api.js";
+import { api, asksForNames, text } from "../core/api.js";
 import { filterFrom } from "../core/rules.js";
 import { loadSettings, saveSettings } from "../core/settings.js";
 import { STATE } from "../shell/button.js";
@@ -55,6 +55,7 @@ async function showAccess() {
 
 async function start() {
   putTexts();
+  if (!asksForNames) document.querySelector("option[value=Alt]").remove();
   put(await loadSettings());
   document.addEventListener("input", keep);
   at("grant").addEventListener("click", async () => {

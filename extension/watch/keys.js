@@ -4,12 +4,19 @@ import { api } from "../core/api.js";
 const SCRIPT = "held-key";
 // From a click to the download that it leads to.
 const LIFETIME = 5000;
-const lastHeld = new Map();
+let held = { keys: [], time: 0 };
 
-export const noteHeldKeys = (keys, now = Date.now()) =>
-  keys.forEach((key) => lastHeld.set(key, now));
+// Those of the last click; none: it was made without any.
+export const noteHeldKeys = (keys, now = Date.now()) => {
+  held = { keys, time: now };
+};
 
-export const isKeyHeld = (key, now = Date.now()) => now - (lastHeld.get(key) ?? -Infinity) < LIFETIME;
+// True for one download of a click.
+export function takeHeldKey(key, now = Date.now()) {
+  const isHeld = held.keys.includes(key) && now - held.time < LIFETIME;
+  if (isHeld) noteHeldKeys([]);
+  return isHeld;
+}
 
 // Pages hold our script only while a key is chosen.
 export async function watchKeys({ key }) {

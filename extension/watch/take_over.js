@@ -5,7 +5,7 @@ import { Pace } from "../core/pace.js";
 import { filterFrom, takesOver } from "../core/rules.js";
 import { loadSettings } from "../core/settings.js";
 import { tellOutcome } from "../shell/notices.js";
-import { isKeyHeld } from "./keys.js";
+import { takeHeldKey } from "./keys.js";
 
 const pace = new Pace();
 
@@ -23,7 +23,8 @@ export async function pageIn(tabId) {
 export async function takeOver(download, hold, { handOvers, filterText }) {
   const settings = await loadSettings();
   const filter = settings.usesFilter ? filterFrom(await filterText()) : null;
-  const isWanted = takesOver({ ...download, isKeyHeld: isKeyHeld(settings.key) }, settings, filter);
+  const isKeyHeld = takeHeldKey(settings.key);
+  const isWanted = takesOver({ ...download, isKeyHeld }, settings, filter);
   if (!isWanted || !pace.allows(hostOf(download.page ?? download.address))) {
     await hold.letGo();
     return false;

@@ -27,8 +27,13 @@ ATTACK = """async (extension, link) => {
         await fetch(extension + path).then(() => tried.push("read"), () => tried.push("refused"));
     return tried;
 }"""
-ALT_CLICK = """(id) => document.getElementById(id).dispatchEvent(
-    new MouseEvent("click", { bubbles: true, altKey: true, cancelable: true }))"""
+HELD_KEY_AND_CLICK = """(link) => {
+    for (const type of ["keydown", "click"])
+        document.body.dispatchEvent(new (type === "click" ? MouseEvent : KeyboardEvent)(
+            type, { bubbles: true, altKey: true, ctrlKey: true, key: "Enter" }));
+    document.getElementById(link).click();
+}"""
+
 
 class ExtensionTests:
     names = [f"{kind}.bin" for kind in KINDS + STAYING] + [
@@ -64,7 +69,7 @@ class ExtensionTests:
             self.assert_in_browser(f"{kind}.bin")
 
     def test_rules(self):
-        self.browser.click(self.page, "file-held.bin", alt=True)
+        self.browser.click(self.page, "file-held.bin", leaves=True)
         self.assert_in_browser("held.bin")
         for name, settings in (("never.bin", {"never": "127.0.0.1"}),
                                ("small.bin", {"leastMebibytes": 1}),
@@ -82,7 +87,7 @@ class ExtensionTests:
         self.assertEqual(self.browser.unsettled(), [])
         self.assertEqual(self.in_orlop(), before)
         # A download that the page began by itself is an ordinary one, and its key counts for nothing.
-        self.browser.evaluate(self.page, ALT_CLICK, "file-faked.bin")
+        self.browser.evaluate(self.page, HELD_KEY_AND_CLICK, "file-faked.bin")
         self.assert_in_orlop("faked.bin")
 
     def test_orlop_hangs(self):
@@ -99,7 +104,8 @@ class ExtensionTests:
 
     def test_the_picker(self):
         tab = self.browser.ask_extension(
-            "async (url) => (await api.tabs.query({ url }))[0].id", self.site.url("/page"))
+            "async (url) => (await api.tabs.query({})).find((tab) => tab.url === url).id",
+            self.site.url("/page"))
         self.browser.ask_extension(
             "(tabId) => { api.runtime.sendMessage({ do: 'pick', tabId }); }", tab)
         picker = self.browser.page_at("picker.html")

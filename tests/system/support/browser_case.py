@@ -18,7 +18,7 @@ class Orlop:
         self.home = home
         wrapper = home.root / "orlop-in-background"
         wrapper.write_text(f"#!/bin/sh\nexport QT_QPA_PLATFORM=offscreen\n"
-                           f"exec {ORLOP} --background -'Show Welcome' NO\n")
+                           f"exec {ORLOP} --background\n")
         wrapper.chmod(0o755)
         self.bus = bus_with_service(home, wrapper)
         self.environment = self.bus.environment

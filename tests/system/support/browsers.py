@@ -14,12 +14,14 @@ from pathlib import Path
 from .home import DEADLINE, wait_until
 
 ROOT = Path(__file__).parents[3]
+ALT, CONTROL = 1, "\ue009"
 PLACE = """(id) => {
     const element = document.getElementById(id);
     element.scrollIntoView({ block: "center" });
     const box = element.getBoundingClientRect();
     return [box.x + box.width / 2, box.y + box.height / 2];
 }"""
+LOADED = "(address) => location.href === address && document.readyState === 'complete'"
 UUID = "6f0d7f2c-6b43-4d5c-9b7e-0a4f0f1f7b11"
 
 
@@ -183,9 +185,7 @@ class Chromium(Browser):
 
     def open(self, address):
         target = self.call("Target.createTarget", url=address)["targetId"]
-        wait_until(lambda: self.evaluate(target, "() => document.readyState") == "complete"
-                   and self.evaluate(target, "() => location.href") != "about:blank",
-                   what=address)
+        wait_until(lambda: self.evaluate(target, LOADED, address), what=address)
         return target
 
     def page_at(self, part):
@@ -203,13 +203,14 @@ class Chromium(Browser):
             raise AssertionError(result["exceptionDetails"])
         return result["result"].get("value")
 
-    def click(self, page, element, alt=False):
-        """As a person does, with the pointer, on what has that id."""
+    def click(self, page, element, leaves=False):
+        """As a person does, with the pointer, on what has that id; `leaves` with the key held that
+        leaves a download to the browser."""
         x, y = self.evaluate(page, PLACE, element)
         session = self.session(page)
         for kind in "mouseMoved", "mousePressed", "mouseReleased":
             self.call("Input.dispatchMouseEvent", session, type=kind, x=x, y=y, button="left",
-                      clickCount=1, modifiers=1 if alt else 0)
+                      clickCount=1, modifiers=ALT if leaves else 0)
 
     def picture(self, page, path, size=None, dark=False):
         session = self.session(page)
@@ -333,15 +334,15 @@ class Firefox(Browser):
         return self.call("WebDriver:ExecuteScript", script=f"return ({function})(...arguments)",
                          args=list(arguments), sandbox=None, newSandbox=False)["value"]
 
-    def click(self, page, element, alt=False):
+    def click(self, page, element, leaves=False):
         self.call("WebDriver:SwitchToWindow", handle=page)
         x, y = self.evaluate(page, PLACE, element)
-        held = [{"type": "key", "id": "keys", "actions": [{"type": "keyDown", "value": "\ue00a"},
-                 {"type": "pause"}, {"type": "pause"}, {"type": "keyUp", "value": "\ue00a"}]}]
+        held = [{"type": "key", "id": "keys", "actions": [{"type": "keyDown", "value": CONTROL},
+                 {"type": "pause"}, {"type": "pause"}, {"type": "keyUp", "value": CONTROL}]}]
         pointer = {"type": "pointer", "id": "pointer", "actions": [
             {"type": "pointerMove", "x": round(x), "y": round(y)},
             {"type": "pointerDown", "button": 0}, {"type": "pointerUp", "button": 0}]}
-        self.call("WebDriver:PerformActions", actions=(held if alt else []) + [pointer])
+        self.call("WebDriver:PerformActions", actions=(held if leaves else []) + [pointer])
 
     def picture(self, page, path, size=None, dark=False):
         self._prefer("layout.css.prefers-color-scheme.content-override", 0 if dark else 1)
