@@ -6,10 +6,14 @@ import { putTexts, send } from "./texts.js";
 
 const at = (id) => document.getElementById(id);
 
+function lineOf({ isMissing, isHere, count }) {
+  if (isMissing) return "stateMissing";
+  if (!isHere) return "stateResting";
+  return ["stateRunningNone", "stateRunningOne"][count] ?? "stateRunning";
+}
+
 function showState(state = {}) {
-  const line = state.isMissing ? "stateMissing" : state.isHere ? "stateRunning" : "stateResting";
-  at("state").textContent =
-    state.isHere && state.count === 1 ? text("stateRunningOne") : text(line, state.count ?? 0);
+  at("state").textContent = text(lineOf(state), state.count ?? 0);
   at("state").classList.toggle("bad", Boolean(state.isMissing));
   at("advice").hidden = !state.isMissing;
   at("advice").textContent = text("adviceMissing");

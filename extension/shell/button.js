@@ -8,6 +8,6 @@ export async function showState(state, { showsCount }) {
   const count = state.isHere && showsCount ? state.count : 0;
   await api.action.setBadgeBackgroundColor({ color: "#2b6cb0" });
   await api.action.setBadgeText({ text: count > 999 ? "999+" : count > 0 ? String(count) : "" });
-  const title = state.isHere ? text("buttonRunning", state.count) : "Orlop";
+  const title = state.isHere && state.count > 0 ? text("buttonRunning", state.count) : "Orlop";
   await api.action.setTitle({ title });
 }

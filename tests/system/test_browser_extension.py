@@ -130,9 +130,14 @@ class ExtensionTests:
 
     def test_the_count_on_the_button(self):
         self.orlop.start()
-        wait_until(lambda: self.browser.ask_extension(
-            "async () => (await api.storage.session.get('orlop')).orlop.isHere"), what="Orlop")
-        self.assertEqual(self.browser.ask_extension("() => api.action.getBadgeText({})"), "")
+
+        def badge():
+            return self.browser.ask_extension("() => api.action.getBadgeText({})")
+        self.orlop.bus.call(*SERVICE, f"{SERVICE[0]}.Add", self.site.url("/stall/count.bin"), "{}")
+        wait_until(lambda: badge() == "1", what="the count")
+        identity, = [record["Identity"] for record in self.home.queue()]
+        self.orlop.bus.call(*SERVICE, f"{SERVICE[0]}.Remove", f"['{identity}']")
+        wait_until(lambda: badge() == "", what="no count")
 
     def test_a_browser_that_does_not_know_the_host(self):
         kept = {path: path.read_bytes() for place in (".mozilla", "config")

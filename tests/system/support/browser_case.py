@@ -1,7 +1,9 @@
 """A browser with the extension, Orlop on the bus, and a site that hands out files sparingly."""
+import contextlib
 import os
 import signal
 import unittest
+from pathlib import Path
 
 from .download_site import DownloadSite, content
 from .home import PROGRAMS, Home, wait_until
@@ -39,6 +41,15 @@ class Orlop:
             os.kill(process, signal.SIGKILL)
             wait_until(lambda: self.process() != process, what="its end")
 
+    def kill_hosts(self):
+        """Those that browsers have started in this home."""
+        for folder in Path("/proc").glob("[0-9]*"):
+            with contextlib.suppress(OSError):
+                if ((folder / "comm").read_text().strip() == HOST.name
+                        and f"HOME={self.home.root}\0".encode()
+                        in (folder / "environ").read_bytes()):
+                    os.kill(int(folder.name), signal.SIGKILL)
+
     def close(self):
         self.kill()
         self.bus.close()
@@ -70,9 +81,12 @@ class BrowserCase(unittest.TestCase):
     def in_browser(self):
         """The files that the browser has whole."""
         folder = self.home.root / "Browser"
-        return sorted(path.name for path in folder.iterdir()
-                      if path.suffix not in (".crdownload", ".part") and path.stat().st_size
-                      ) if folder.exists() else []
+        sizes = {}
+        for path in folder.iterdir() if folder.exists() else []:
+            with contextlib.suppress(FileNotFoundError):
+                sizes[path.name] = path.stat().st_size
+        return sorted(name for name, size in sizes.items()
+                      if size and not name.endswith((".crdownload", ".part")))
 
     def assert_in_orlop(self, *names):
         wait_until(lambda: set(names) <= set(self.in_orlop()), what=f"{names} in Orlop")

@@ -2,12 +2,11 @@
 form, after redirects, by links that it has signed and that expire."""
 import hashlib
 import hmac
+import random
 import threading
 import time
 from http.server import BaseHTTPRequestHandler, ThreadingHTTPServer
 from urllib.parse import parse_qs, quote, urlsplit
-
-import random
 
 SECRET = b"of the site"
 COOKIE = "session=a1b2c3"
@@ -79,6 +78,11 @@ class Handler(BaseHTTPRequestHandler):
             self._page()
         elif kind == "open":
             self._file(name)
+        elif kind == "stall":
+            self.send_response(200)
+            self.send_header("Content-Length", str(SIZE))
+            self.end_headers()
+            self.server.stopping.wait()
         elif kind == "type" and self._is_known():
             self._send(200, content(name), Content_Type="application/x-of-no-browser")
             self.server.served.append((name, self.headers.get("User-Agent", ""), "GET"))
@@ -108,17 +112,25 @@ class Handler(BaseHTTPRequestHandler):
             self._send(403, b"not like this", Content_Type="text/plain")
 
 
+class SiteServer(ThreadingHTTPServer):
+    daemon_threads = True
+
+    def handle_error(self, *_arguments):
+        """A browser or Orlop was killed while it was served."""
+
+
 class DownloadSite:
     def __init__(self, names, size=SIZE, extra=""):
-        self._server = ThreadingHTTPServer(("127.0.0.1", 0), Handler)
-        self._server.daemon_threads = True
+        self._server = SiteServer(("127.0.0.1", 0), Handler)
         self._server.names, self._server.size, self._server.extra = names, size, extra
         self._server.served, self._server.lock = [], threading.Lock()
+        self._server.stopping = threading.Event()
         threading.Thread(target=self._server.serve_forever, daemon=True).start()
 
     def url(self, path):
         return f"http://127.0.0.1:{self._server.server_port}{path}"
 
     def close(self):
+        self._server.stopping.set()
         self._server.shutdown()
         self._server.server_close()
