@@ -14,12 +14,14 @@ foreach(page orlop orlop-terminal orlop-defaults orlop-log orlop-browser)
             DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
 endforeach()
 set(resources "${CMAKE_SOURCE_DIR}/resources")
-install(FILES "${resources}/completion/orlop-log.bash"
-        DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" RENAME orlop-log)
-install(FILES "${resources}/completion/_orlop-log"
-        DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/site-functions")
-install(FILES "${resources}/completion/orlop-log.fish"
-        DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d")
+foreach(program orlop-terminal orlop-defaults orlop-log)
+    install(FILES "${resources}/completion/${program}.bash"
+            DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" RENAME ${program})
+    install(FILES "${resources}/completion/_${program}"
+            DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/site-functions")
+    install(FILES "${resources}/completion/${program}.fish"
+            DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d")
+endforeach()
 install(FILES "${resources}/dbus/com.tarnworks.AIH.xml"
         DESTINATION "${CMAKE_INSTALL_DATADIR}/dbus-1/interfaces")
 install(FILES "${resources}/dbus/com.tarnworks.Orlop.xml"

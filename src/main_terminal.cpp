@@ -1,4 +1,5 @@
 #include <langinfo.h>
+#include <unistd.h>
 
 #include <QCoreApplication>
 #include <clocale>
@@ -8,6 +9,7 @@
 #include <utility>
 
 #include "app/terminal/program.h"
+#include "app/terminal/terminal_output.h"
 // The settings of the windows can be given here as well: they are the same settings.
 #include "desktop/settings.h"
 #include "diagnostics/settings.h"
@@ -15,6 +17,7 @@
 #include "platform/files/files.h"
 #include "platform/session/signal_watcher.h"
 #include "scripting/service.h"
+#include "scripting/verbs/verbs.h"
 #include "structured/settings.h"
 #include "ui/settings.h"
 
@@ -45,6 +48,11 @@ int main(int argc, char** argv) {
     QCoreApplication::setApplicationName(QStringLiteral("Orlop"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ORLOP_VERSION));
     const QStringList arguments = QCoreApplication::arguments().mid(1);
+    if (const auto verb = scripting::parsedVerb(arguments)) {
+        app::terminal::DescriptorOutput output(STDOUT_FILENO), errors(STDERR_FILENO);
+        const auto mode = app::terminal::outputMode(output.isTerminal(), environment);
+        return scripting::performVerb(*verb, output, errors, mode.glyphs);
+    }
     const app::terminal::ProgramEnd end =
         app::terminal::runProgram(arguments, environment, [](app::DQMainController& controller) {
             return std::shared_ptr<scripting::Service>(

@@ -4,6 +4,11 @@
     <context>
         <name>Orlop</name>
         <message>
+            <location filename="../../src/app/alert_lines.cpp" />
+            <source>(%lu more)</source>
+            <translation>(%lu weitere)</translation>
+        </message>
+        <message>
             <location filename="../../src/app/application.cpp" />
             <source>Orlop is running already, and a setting for one run cannot be handed to it: %1. Nothing was handed over.</source>
             <translation>Orlop läuft bereits, und eine Einstellung für einen Lauf kann ihm nicht übergeben werden: %1. Es wurde nichts übergeben.</translation>
@@ -355,11 +360,6 @@
         </message>
         <message>
             <location filename="../../src/app/commands/context_menu.cpp" />
-            <source>(%lu more)</source>
-            <translation>(%lu weitere)</translation>
-        </message>
-        <message>
-            <location filename="../../src/app/commands/context_menu.cpp" />
             <source>Accelerate</source>
             <translation>Beschleunigen</translation>
         </message>
@@ -392,6 +392,11 @@
             <location filename="../../src/app/commands/context_menu.cpp" />
             <source>Download to</source>
             <translation>Herunterladen nach</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/context_menu.cpp" />
+            <source>Get It Again from Its Page</source>
+            <translation type="unfinished" />
         </message>
         <message>
             <location filename="../../src/app/commands/context_menu.cpp" />
@@ -607,6 +612,11 @@
             <location filename="../../src/app/failures/failure_sentence.cpp" />
             <source>The proxy does not lead to the server.</source>
             <translation>Der Proxy führt nicht zum Server.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The sandbox keeps Orlop out of the folder. Resume to unlock it.</source>
+            <translation>Die Sandbox sperrt Orlop aus dem Ordner aus. Setzen Sie fort, um ihn freizugeben.</translation>
         </message>
         <message>
             <location filename="../../src/app/failures/failure_sentence.cpp" />
@@ -839,6 +849,44 @@
             <translation>keine gültige Adresse: %@</translation>
         </message>
         <message>
+            <location filename="../../src/app/intake/target_consent.cpp" />
+            <source>%@ wants its download written to %@, which is not one of your download folders; it was not taken.</source>
+            <translation>%@ will seinen Download nach %@ geschrieben haben; das ist keiner Ihrer Download-Ordner. Er wurde nicht aufgenommen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/target_consent.cpp" />
+            <source>The file comes from
+%@
+and would be written to
+%@
+which is not one of your download folders.</source>
+            <translation>Die Datei kommt von
+%@
+und würde nach
+%@
+geschrieben; das ist keiner Ihrer Download-Ordner.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/target_consent.cpp" />
+            <source>Use Download Folder</source>
+            <translation>Download-Ordner nehmen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/target_consent.cpp" />
+            <source>What is written there can run by itself or change what your programs do. Allow it only if you know why.</source>
+            <translation>Was dort steht, kann von selbst ausgeführt werden oder verändern, was Ihre Programme tun. Erlauben Sie es nur, wenn Sie wissen, wozu.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/target_consent.cpp" />
+            <source>Write There</source>
+            <translation>Dorthin schreiben</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/target_consent.cpp" />
+            <source>“%@” chooses where its download goes</source>
+            <translation>„%@“ bestimmt, wohin sein Download geht</translation>
+        </message>
+        <message>
             <location filename="../../src/app/intake/url_handler_command.cpp" />
             <source>Download %lu Linked Files...</source>
             <translation>%lu verlinkte Dateien laden …</translation>
@@ -882,6 +930,16 @@
             <location filename="../../src/app/main_controller.cpp" />
             <source>Download Failed</source>
             <translation>Download fehlgeschlagen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/main_controller.cpp" />
+            <source>The queue cannot be saved: %1</source>
+            <translation>Die Warteschlange kann nicht gesichert werden: %1</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/main_controller.cpp" />
+            <source>The queue’s file cannot be removed: %1 What is done may come back at the next start.</source>
+            <translation>Die Datei der Warteschlange kann nicht entfernt werden: %1 Was fertig ist, kommt beim nächsten Start womöglich wieder.</translation>
         </message>
         <message>
             <location filename="../../src/app/queue/missing_volume_alert_controller.cpp" />
@@ -1318,6 +1376,82 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/links/paths/path_display.cpp" />
             <source>Not found</source>
             <translation>Nicht gefunden</translation>
+        </message>
+        <message>
+            <location filename="../../src/scripting/hand_overs/hand_overs.cpp" />
+            <source>It cannot be added to the list.</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/scripting/hand_overs/renewal.cpp" />
+            <source>Go on with %@?</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/scripting/requests.cpp" />
+            <source>no address of http or https</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/scripting/verbs/verb_words.cpp" />
+            <source>%1 needs a value</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/scripting/verbs/verb_words.cpp" />
+            <source>Usage: orlop-terminal add [--folder FOLDER] [--name NAME] [--paused]
+                          [--referrer TEXT] [--user-agent TEXT] [--cookies TEXT]
+                          [--post TEXT] ADDRESS...
+       orlop-terminal list [--json]
+       orlop-terminal pause|resume|remove IDENTITY...|--all
+       orlop-terminal wait
+Asks something of the Orlop that is running, with a window or in a terminal.
+
+  add      adds addresses and prints the identity of each when it is saved
+  list     prints identity, status, progress, size and name of each download
+  resume   also tries failed ones again
+  remove   takes them out of the list; finished files stay
+  wait     ends when nothing waits or runs any more
+
+Exit status: 0 if it was done, 1 if it was refused or, of wait, a download failed,
+2 on bad usage, 3 if no Orlop is running or it ended meanwhile.
+</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/scripting/verbs/verb_words.cpp" />
+            <source>no address is given</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/scripting/verbs/verb_words.cpp" />
+            <source>nothing can follow here: %1</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/scripting/verbs/verb_words.cpp" />
+            <source>which ones? Give their identities (orlop-terminal list), or --all</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/scripting/verbs/verbs.cpp" />
+            <source>%1 failed</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/scripting/verbs/verbs.cpp" />
+            <source>Orlop has ended or does not answer</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/scripting/verbs/verbs.cpp" />
+            <source>Orlop is not running. Start it, or give what is to be downloaded to orlop-terminal itself</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/scripting/verbs/verbs.cpp" />
+            <source>there is no session bus, over which a running Orlop is asked</source>
+            <translation type="unfinished" />
         </message>
         <message>
             <location filename="../../src/structured/json/json_complaints.cpp" />
@@ -2747,6 +2881,11 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
             <translation>Speicherort wählen</translation>
         </message>
         <message>
+            <location filename="../../src/ui/window/desktop_front_end.cpp" />
+            <source>Unlock</source>
+            <translation>Freigeben</translation>
+        </message>
+        <message>
             <location filename="../../src/ui/window/desktop_windows.cpp" />
             <source>%1 can go on: its volume is back.</source>
             <translation>%1 kann weitergehen: Der Datenträger ist wieder da.</translation>
@@ -2778,8 +2917,8 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
         </message>
         <message>
             <location filename="../../src/ui/window/desktop_windows.cpp" />
-            <source>The queue cannot be saved: %1</source>
-            <translation>Die Warteschlange kann nicht gesichert werden: %1</translation>
+            <source>The queue is not saved</source>
+            <translation>Die Warteschlange ist nicht gesichert</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/intake_progress.cpp" />

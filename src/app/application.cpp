@@ -1,7 +1,5 @@
 #include "app/application.h"
 
-#include <unistd.h>
-
 #include <QDeadlineTimer>
 #include <QFile>
 #include <QUuid>
@@ -10,6 +8,7 @@
 #include <thread>
 
 #include "app/authentication/http_authentication_manager.h"
+#include "app/folders/security_scoped_bookmark_manager.h"
 #include "app/history/historian.h"
 #include "app/intake/url_handler_command.h"
 #include "app/lifecycle/handover.h"
@@ -90,10 +89,22 @@ private:
 /// What the engine needs of a front end and of the machine.
 engine::Environment engineEnvironment(const FrontEnd& frontEnd,
                                       DQHTTPAuthenticationManager& authentication,
+                                      DQSecurityScopedBookmarkManager& folders,
                                       std::shared_ptr<engine::PageReader> pageReader) {
     engine::Environment environment;
-    environment.confirmWriteAccess = [](const QString& folder, const QString&) {
-        return engine::WriteAccess{::access(QFile::encodeName(folder).constData(), W_OK) == 0, {}};
+    environment.confirmWriteAccess = [&folders](const QString& folder, const QString& explanation) {
+        using Panel = DQSecurityScopedBookmarkManager::Panel;
+        const auto access = folders.confirmWriteAccess(
+            folder, explanation.isEmpty() ? Panel::Never : Panel::Shown, explanation);
+        return engine::WriteAccess{access.isGranted, access.bookmarkPath, access.path};
+    };
+    environment.readablePath = [&folders](const QString& path) {
+        const auto access =
+            folders.confirmReadAccess(path, DQSecurityScopedBookmarkManager::Panel::Shown);
+        return access.isGranted ? access.path : path;
+    };
+    environment.stopAccessingBookmark = [&folders](const QString& path) {
+        folders.stopAccessingBookmark(path);
     };
     environment.openWithApplication = platform::openFileWithApplication;
     environment.acquireAuthentication = [&authentication](http::HTTPRequest& request) {
@@ -166,7 +177,8 @@ public:
         : standardDefaults(loop, arguments),
           endOfDisks(disks, haveDisksAnswered),
           authentication(frontEnd.authentication, standardDefaults.defaults),
-          environment(engineEnvironment(frontEnd, authentication, downloadPages)),
+          folders(standardDefaults.defaults, clock, frontEnd.questions),
+          environment(engineEnvironment(frontEnd, authentication, folders, downloadPages)),
           historian(platform::userDataFolder(), standardDefaults.defaults, disks, loop),
           controller(
               {loop, standardDefaults.defaults, disks, *power, environment, workspace, frontEnd}),
@@ -203,6 +215,8 @@ public:
     std::shared_ptr<DownloadPages> downloadPages{
         std::make_shared<DownloadPages>(standardDefaults.defaults, loop)};
     DQHTTPAuthenticationManager authentication;
+    DQSecurityScopedBookmarkManager folders;
+    Installed<DQSecurityScopedBookmarkManager> installedFolders{installBookmarkManager, folders};
     const engine::Environment environment;
     const Workspace workspace = desktopWorkspace();
     DQHistorian historian;

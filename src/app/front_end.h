@@ -33,10 +33,15 @@ struct Alert {
         ApplicationMode,
         MissingVolumes,
         Renewal,
+        UnlockFolder,
+        QueueNotSaved,
+        UnfamiliarTarget,
     };
     Kind kind;
     QString title, text;
     QString defaultButton, otherButton;
+    /// Nobody presses the default button by a hasty Return.
+    bool isRisky = false;
 };
 
 /// What only a person can decide. Asking is modal: an operation returns with the answer, and the
@@ -58,6 +63,14 @@ public:
         const platform::Url& url) = 0;
     /// Title and prompt "Choose Folder". As above.
     virtual std::optional<QString> chooseAbbreviatedDownloadsFolder() = 0;
+    /// Title and prompt "Unlock": the user shows a sandboxed program the folder that it may not
+    /// reach by itself; `explanation`, if there is one, is shown with it. The chosen path as it
+    /// stands; nothing: cancelled, or nobody is there.
+    virtual std::optional<QString> unlockFolder(const QString& folder, const QString& explanation) {
+        static_cast<void>(folder);
+        static_cast<void>(explanation);
+        return std::nullopt;
+    }
 };
 
 class Feedback {

@@ -9,6 +9,8 @@
 #include "app/controller_roles.h"
 #include "app/failures/file_problem.h"
 #include "app/intake/intake.h"
+#include "app/intake/target_consent.h"
+#include "app/intake/target_place.h"
 #include "app/lifecycle/lifecycle.h"
 #include "app/queue/batch_progress.h"
 #include "app/queue/list_presenter.h"
@@ -94,6 +96,14 @@ DQMainController::Parts::Parts(DQMainController& owner, const Surroundings& give
                [&owner](const QString& keptPath) { Q_EMIT owner.queueFileDamaged(keptPath); },
                [&owner](const platform::Error& error) {
                    Q_EMIT owner.queueFileNotWritten(writingProblem(error));
+               },
+               [&owner](const platform::Error& error, bool isEmpty) {
+                   const QString problem =
+                       isEmpty ? links::localized(
+                                     "The queue’s file cannot be removed: %1 What is done "
+                                     "may come back at the next start.")
+                               : links::localized("The queue cannot be saved: %1");
+                   Q_EMIT owner.queueNotSavedAtQuit(problem.arg(writingProblem(error)));
                }}),
       intake({queue, given.defaults, given.loop, given.frontEnd,
               [&owner](bool wasEmpty) { owner.queueDidGrow(wasEmpty); },
@@ -606,8 +616,9 @@ void DQMainController::readQueue() {
     for (const QVariantMap& archive : parts_->archive.read()) {
         addDownloadFromArchive(orphans.completed(archive), {});
     }
+    const QStringList familiar = familiarFolders(parts_->surroundings.defaults, parts_->rules);
     for (const auto& [container, archive] : orphans.unclaimed(parts_->queue.downloads())) {
-        addDownloadFromArchive(archive, container);
+        addDownloadFromArchive(withFamiliarTargetsOnly(archive, familiar), container);
     }
 }
 

@@ -230,6 +230,8 @@ Q_SIGNALS:
     void queueFileDamaged(const QString& keptPath);
     /// `reason`: a sentence.
     void queueFileNotWritten(const QString& reason);
+    /// The program is about to end; to be told at once.
+    void queueNotSavedAtQuit(const QString& problem);
 
     /// A download cannot go on before the volume of its partial file is back.
     void volumeMissing(const QString& sentence);

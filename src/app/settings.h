@@ -200,6 +200,12 @@ inline const Setting<QVariantList> rules{
     "The rules: dictionaries with \"Hosts\", \"Extensions\", \"Downloads Folder\" and "
     "\"Application\"."};
 
+inline const Setting<bool> targetsOutsideDownloadFolders{
+    u"Targets Outside Download Folders", false, false,
+    "A request file or a bundle may name a target outside the folders that downloads go to without "
+    "a question; hidden folders, and those of programs and of the system, are asked about all the "
+    "same, and refused where nobody can be asked."};
+
 // Browser extension. Kept in settings of their own, which the extension reads.
 inline const QString sharedDomain = QStringLiteral("QXRV529TZ8.com.tarnworks.Orlop.Shared");
 inline const Setting<QString> safariExtensionFilter{
@@ -212,5 +218,12 @@ inline const Setting<QString> safariExtensionFilter{
 // Diagnostics.
 inline const Setting<bool> debugLog{u"DQDebugLog", false, false,
                                     "Debug lines are written to the log as well."};
+
+// Folders.
+inline const Setting<QVariantMap> securityScopedBookmarks{
+    u"Security-Scoped Bookmarks",
+    {},
+    false,
+    "The folders that the user unlocked for a program that may reach no others, by path."};
 
 }  // namespace app::settings

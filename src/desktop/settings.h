@@ -40,13 +40,6 @@ inline const Setting<bool> disableListening{
     u"com.tarnworks.AIHDisableListening", false, false,
     "What other programs announce of their icons is not listened to."};
 
-// Folders.
-inline const Setting<QVariantMap> securityScopedBookmarks{
-    u"Security-Scoped Bookmarks",
-    {},
-    false,
-    "The folders that the user unlocked for a program that may reach no others, by path."};
-
 // Updates and news.
 inline const Setting<bool> automaticUpdateChecks{
     u"Automatic Update Checks", true, false,

@@ -30,19 +30,25 @@ public:
         const platform::Url& url, std::function<void(links::ExtractedLinks)> completion) const = 0;
 };
 
-/// Whether a folder may be written to, and the key of the grant that was opened for it (empty:
-/// none was needed).
+/// Whether a folder may be written to, the key of the grant that was opened for it (empty: none was
+/// needed), and where this process reaches it (empty: where everybody does).
 struct WriteAccess {
     bool granted = true;
     QString bookmarkPath;
+    QString reachedFolder;
 };
 
 /// What the engine needs of the desktop and of the user who sits there. Every call has a default
 /// that does nothing or answers the plainest thing; main thread.
 struct Environment {
-    /// May ask the user, with `explanation` as the reason.
+    /// Asks the user if need be, with `explanation` as the reason; without one nobody is asked. The
+    /// main loop may go on while it asks.
     std::function<WriteAccess(const QString& folder, const QString& explanation)>
         confirmWriteAccess = [](const QString&, const QString&) { return WriteAccess{}; };
+    /// Where a file can be read that lies there for everybody else; may ask the user.
+    std::function<QString(const QString& path)> readablePath = [](const QString& path) {
+        return path;
+    };
     std::function<void(const QString& bookmarkPath)> stopAccessingBookmark = [](const QString&) {};
 
     /// Hands a finished file to an application. False: it was found but could not open the file.

@@ -65,7 +65,9 @@ Service::Service(app::DQMainController& controller, const QString& supportFolder
 }
 
 Service::~Service() {
-    bus_.send(daemonCall(u"ReleaseName"_s, {bus::service}));
+    // Whoever waits for an answer that was given last gets it before the process ends.
+    constexpr int patience = 500;
+    bus_.call(daemonCall(u"ReleaseName"_s, {bus::service}), QDBus::Block, patience);
     bus_.unregisterObject(bus::path);
 }
 

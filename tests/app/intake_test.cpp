@@ -18,6 +18,10 @@ namespace {
 
 class IntakeTest : public Core {
 protected:
+    void downloadTo(const QString& path) {
+        QDir().mkpath(path);
+        defaults.setFolderPath(engine::settings::downloadsFolder.name(), path);
+    }
     QString writeFile(const QString& name, const QByteArray& data) {
         const QString path = folder.filePath(name);
         QDir().mkpath(QFileInfo(path).absolutePath());
@@ -166,14 +170,16 @@ TEST_F(IntakeTest, ListsMayBeInAnyUsualCharset) {
 }
 
 TEST_F(IntakeTest, TakesRequestsOfBrowsers) {
+    const QString target = folder.filePath(u"Downloads/y.zip"_s);
+    downloadTo(folder.filePath(u"Downloads"_s));
     const QVariantMap request{{u"DQOBPSourceURL"_s, address(u"a"_s)},
-                              {u"DQOBPTargetPath"_s, u"/x/y.zip"_s},
+                              {u"DQOBPTargetPath"_s, target},
                               {u"DQOBPRequestMethod"_s, u"POST"_s},
                               {u"Unknown"_s, u"kept"_s}};
     const QString path = writeFile(u"x.OBP"_s, platform::writePropertyList(request));
     openPath(path);
     EXPECT_FALSE(QFile::exists(path));
-    EXPECT_EQ(settingsOf(u"a"_s).string(keys::downloadFile), u"/x/y.zip"_s);
+    EXPECT_EQ(settingsOf(u"a"_s).string(keys::downloadFile), platform::abbreviateWithTilde(target));
     EXPECT_EQ(settingsOf(u"a"_s).value(keys::request).toMap(),
               QVariantMap({{u"DQOBPRequestMethod"_s, u"POST"_s}, {u"Unknown"_s, u"kept"_s}}));
 
@@ -189,6 +195,88 @@ TEST_F(IntakeTest, TakesRequestsOfBrowsers) {
         EXPECT_TRUE(QFile::exists(file));
         EXPECT_EQ(addresses().back(), platform::Url::fromFilePath(file).absoluteString());
     }
+}
+
+TEST_F(IntakeTest, AsksBeforeAFileFromElsewhereChoosesItsTarget) {
+    downloadTo(folder.filePath(u"Downloads"_s));
+    const auto request = [&](const QString& name, const QString& target) {
+        openPath(writeFile(u"x.obp"_s, platform::writePropertyList(
+                                           QVariantMap{{u"DQOBPSourceURL"_s, address(name)},
+                                                       {u"DQOBPTargetPath"_s, target}})));
+        const QString chosen = settingsOf(name).string(keys::downloadFile);
+        return platform::expandTilde(chosen);
+    };
+    const QString elsewhere = folder.filePath(u"Elsewhere/y.zip"_s);
+    EXPECT_EQ(request(u"a"_s, elsewhere), QString());
+    ASSERT_EQ(frontEnd.alerts.size(), 1U);
+    EXPECT_TRUE(frontEnd.alerts[0].title.contains(u"x.obp"_s));
+    EXPECT_TRUE(frontEnd.alerts[0].text.contains(platform::abbreviateWithTilde(elsewhere)));
+    EXPECT_TRUE(frontEnd.alerts[0].isRisky);
+    frontEnd.onConfirm = [](const app::Alert&) { return true; };
+    EXPECT_EQ(request(u"b"_s, elsewhere), elsewhere);
+
+    // The setting does not cover what would be run, nor does a folder of downloads.
+    frontEnd.alerts.clear();
+    frontEnd.onConfirm = [](const app::Alert&) { return false; };
+    defaults.set(app::settings::targetsOutsideDownloadFolders, true);
+    EXPECT_EQ(request(u"c"_s, elsewhere), elsewhere);
+    EXPECT_TRUE(frontEnd.alerts.empty());
+    ASSERT_TRUE(QFile::link(QDir::homePath(), folder.filePath(u"Downloads/home"_s)));
+    const QStringList risky{u"~/.ssh/authorized_keys"_s,
+                            u"~/.config/autostart/x"_s,
+                            folder.filePath(u"Downloads/.hidden/x"_s),
+                            folder.filePath(u"Downloads/../.bashrc"_s),
+                            folder.filePath(u"Downloads/home/.profile"_s),
+                            folder.filePath(u"Downloads/x.desktop"_s),
+                            u"/usr/local/bin/x"_s,
+                            u"/etc/cron.d/x"_s,
+                            u"relative/x"_s};
+    for (const QString& target : risky) {
+        EXPECT_EQ(request(u"r%1"_s.arg(frontEnd.alerts.size()), target), QString())
+            << target.toStdString();
+    }
+    EXPECT_EQ(frontEnd.alerts.size(), static_cast<std::size_t>(risky.size()));
+
+    // Nobody is there: nothing is taken, and the file stays.
+    frontEnd.isThere = false;
+    const auto before = queue().size();
+    const QString refused =
+        writeFile(u"z.obp"_s,
+                  platform::writePropertyList(QVariantMap{{u"DQOBPSourceURL"_s, address(u"z"_s)},
+                                                          {u"DQOBPTargetPath"_s, u"~/.bashrc"_s}}));
+    openPath(refused);
+    EXPECT_EQ(queue().size(), before);
+    EXPECT_TRUE(QFile::exists(refused));
+}
+
+TEST_F(IntakeTest, ABundleFromElsewhereChoosesNoTarget) {
+    downloadTo(folder.filePath(u"Downloads"_s));
+    const auto bundle = [&](const QString& name, const QString& key, const QString& target) {
+        const QString path = folder.filePath(u"Downloads/%1.orlop"_s.arg(name));
+        writeFile(u"Downloads/%1.orlop/%1"_s.arg(name), "part");
+        writeFile(u"Downloads/%1.orlop/Archive.orlopinfo"_s.arg(name),
+                  platform::writePropertyList(QVariantMap{{keys::url, address(name)},
+                                                          {keys::paused, true},
+                                                          {keys::date, name.toUtf8()},
+                                                          {keys::responseURL, address(name)},
+                                                          {keys::resumePath, path + u'/' + name},
+                                                          {key, target}}));
+        return path;
+    };
+    openPath(bundle(u"a"_s, keys::downloadFolder, u"~/.config/autostart"_s));
+    EXPECT_EQ(frontEnd.alerts.size(), 1U);
+    EXPECT_FALSE(settingsOf(u"a"_s).contains(keys::downloadFolder));
+    openPath(bundle(u"b"_s, keys::downloadFile, folder.filePath(u"Downloads/b"_s)));
+    EXPECT_EQ(frontEnd.alerts.size(), 1U);
+    EXPECT_TRUE(settingsOf(u"b"_s).contains(keys::downloadFile));
+
+    // One that lies in a download folder is taken in at the next start, without a question.
+    bundle(u"c"_s, keys::downloadFile, u"~/.bashrc"_s);
+    stop();
+    start();
+    controller->readQueue();
+    EXPECT_EQ(frontEnd.alerts.size(), 1U);
+    EXPECT_FALSE(settingsOf(u"c"_s).contains(keys::downloadFile));
 }
 
 TEST_F(IntakeTest, ResumesABundleOrRestoresIt) {

@@ -189,8 +189,11 @@ TEST_F(QueueFile, KnowsTheContainerThatIsAsideAndBelievesNoBundle) {
 
     archive[keys::url] = address(u"c"_s);
     archive[keys::keptAside] = asideOf(victim);
+    archive[keys::responseURL] = address(u"c"_s);
+    archive[keys::resumePath] = victim;
     const auto foreign = controller->addDownloadFromArchive(archive, downloads + u"/c.orlop"_s);
     EXPECT_EQ(engine::partialPathAside(*foreign), QString());
+    EXPECT_EQ(foreign->intermediateDownloadTargetPath(), QString());
     for (const auto& each : Downloads(controller->downloads()))
         each->remove();
     disks.waitForDone();

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <openssl/evp.h>
 
+#include <QDir>
 #include <QTemporaryDir>
 #include <map>
 
@@ -171,12 +172,34 @@ TEST_F(UpdatesTest, ChecksOnceADayIfThatIsWanted) {
     EXPECT_FALSE(make()->checksAutomatically());
     defaults.removeObject(settings::automaticUpdateChecks.name());
     EXPECT_FALSE(make(u"1"_s, u"dpkg"_s)->checksAutomatically());
+    EXPECT_EQ(make(u"1"_s, u"dpkg"_s)->page()->absoluteString(),
+              u"appstream:com.tarnworks.Orlop"_s);
     const DQSparkleWrapper::Surroundings around{defaults, main.loop, web};
     DQSparkleWrapper nowhere(around, {}, u"1"_s, {});
     nowhere.becomeSparkleDelegate();
     nowhere.checkForUpdates();
     EXPECT_FALSE(nowhere.canCheck() || nowhere.page() || nowhere.isChecking());
     EXPECT_EQ(web.asked.size(), 4);
+}
+
+TEST(PackageManager, LooksAfterWhatItInstalledAndNothingElse) {
+    const QTemporaryDir root;
+    const auto provide = [&](const QString& path) {
+        QDir(root.path()).mkpath(QFileInfo(root.filePath(path)).path());
+        EXPECT_TRUE(QFile(root.filePath(path)).open(QFile::WriteOnly));
+    };
+    const auto manager = [&](const QString& program) {
+        return desktop::packageManagerOf(program, root.path());
+    };
+    EXPECT_EQ(manager(u"/usr/bin/orlop"_s), QString());
+    provide(u"usr/lib/sysimage/rpm"_s);
+    EXPECT_EQ(manager(u"/usr/bin/orlop"_s), u"rpm"_s);
+    provide(u"var/lib/dpkg/info/orlop.list"_s);
+    EXPECT_EQ(manager(u"/usr/bin/orlop"_s), u"dpkg"_s);
+    EXPECT_EQ(manager(u"/usr/local/bin/orlop"_s), QString());
+    EXPECT_EQ(manager(u"/home/somebody/orlop/bin/orlop"_s), QString());
+    provide(u".flatpak-info"_s);
+    EXPECT_EQ(manager(u"/app/bin/orlop"_s), u"Flatpak"_s);
 }
 
 TEST(Appcast, HostileFeedsHoldNothing) {

@@ -3,12 +3,15 @@
 #include <map>
 
 #include "engine/acceleration/acceleration_settings.h"
+#include "engine/finishing/file_assembly.h"
 #include "engine/paths/intermediate_files.h"
 #include "engine/settings.h"
 #include "engine/transfer/resume_plan.h"
 #include "engine/transfer/transfer.h"
 #include "engine/workers/download_worker_prototype.h"
+#include "engine/workers/partial_file_marks.h"
 #include "engine_fixture.h"
+#include "platform/files/disks.h"
 #include "platform/files/files.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -63,16 +66,15 @@ TEST(ResumePlanTest, PartialDataFitsOrDoesNot) {
         {"a whole file of unknown length", {300}, false, 0, true, Kind::Complete},
         {"too much", {301}, false, 300, false, Kind::Damaged},
         {"parts", {70, 0, 100}, true, 300, false, Kind::Accelerated},
-        {"all parts", {100, 100, 100}, true, 300, false, Kind::Accelerated},
-        {"all parts at the end", {100, 100, 100}, true, 300, true, Kind::Complete},
+        {"all parts", {100, 100, 100}, true, 300, false, Kind::Complete},
         {"a part lost", {70, 50}, true, 300, false, Kind::Damaged},
         {"a stray part", {70, 50, 1, 1}, true, 300, false, Kind::Damaged},
         {"record lost", {70, 50}, false, 300, false, Kind::Damaged},
         {"parts lost", {70}, true, 300, false, Kind::Single},
         {"parts of another length", {70, 0, 9}, true, 400, false, Kind::Damaged},
-        {"join cut short in the second part", {150, 100, 100}, true, 300, true, Kind::Complete},
-        {"join cut short in the third part", {250, none, 100}, true, 300, true, Kind::Complete},
-        {"join cut short before the move", {300}, true, 300, true, Kind::Complete},
+        {"join cut short in the second part", {150, 100, 100}, true, 300, false, Kind::Complete},
+        {"join cut short in the third part", {250, none, 100}, true, 300, false, Kind::Complete},
+        {"join cut short before the move", {300}, true, 300, false, Kind::Complete},
     };
     for (const Case& c : cases) {
         PartialFileSizes sizes;
@@ -170,7 +172,16 @@ TEST_F(AccelerationTest, GoesOnFromWhatIsThereOfTheParts) {
         QFile::remove(accelerationFragmentPath(primary, 1));
         write(accelerationFragmentPath(primary, 2), body.mid(500'003, 250'000));
         write(accelerationFragmentPath(primary, 3), body.mid(750'003));
-        ASSERT_TRUE(platform::setExtendedAttribute(primary, u"user.orlop.finishing"_s, "1"));
+    };
+    // New files, which have none of the attributes of those that we wrote.
+    const auto completeAll = [&](const DownloadPtr&) {
+        QFile::remove(primary);
+        write(primary, body.first(250'003));
+        for (const int part : {1, 2, 3}) {
+            QFile::remove(accelerationFragmentPath(primary, part));
+            write(accelerationFragmentPath(primary, part),
+                  body.mid(250'003 + (part - 1) * 250'000, 250'000));
+        }
     };
     using Ranges = std::vector<std::string>;
     const std::string second = "bytes=375003-500002", third = "bytes=625003-750002",
@@ -197,6 +208,7 @@ TEST_F(AccelerationTest, GoesOnFromWhatIsThereOfTheParts) {
              download->userSettings().remove(keys::accelerationWorkers);
          },
          {""}},
+        {"all parts, without any attribute", completeAll, {}},
         {"joined as far as the third when it was killed", joinHalf, {}},
     };
     for (const Case& c : cases) {
@@ -215,6 +227,29 @@ TEST_F(AccelerationTest, GoesOnFromWhatIsThereOfTheParts) {
         EXPECT_EQ(ranges, c.ranges);
         QFile::remove(download->path());
     }
+}
+
+/// The disk keeps what was synced; the piece that was joined is gone.
+TEST_F(EngineTest, JoinThatAPowerFailureCutsShortLosesNoByte) {
+    const QByteArray body = patternedBytes(300'000);
+    const QString primary = path(u"p"_s), second = path(u"p.orlop-xf-1"_s);
+    const auto mark = u"user.orlop.synced"_s;
+    write(primary, body.first(100'000));
+    write(second, body.mid(100'000, 100'000));
+    QFile file(primary);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    markUnsynced(file.handle());
+    const std::atomic<bool> goesOn = false;
+    // The third cannot be read.
+    EXPECT_TRUE(assembleFile({{primary, 100'000}, {second, 100'000}, {path(u"x"_s), 100'000}},
+                             goesOn, disks.holding(primary))
+                    .error);
+    ASSERT_FALSE(QFile::exists(second));
+    const QByteArray made = platform::extendedAttribute(primary, mark).value_or("");
+    ASSERT_TRUE(platform::setExtendedAttribute(primary, mark,
+                                               "another-boot" + made.mid(made.indexOf(' '))));
+    dropUnsyncedTail(primary);
+    EXPECT_EQ(contents(primary), body.first(200'000));
 }
 
 TEST_F(AccelerationTest, ChangedFileIsNeverMixed) {

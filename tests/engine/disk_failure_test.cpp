@@ -19,6 +19,7 @@ namespace {
 
 using namespace engine;
 using support::patternedBytes;
+using support::Reply;
 
 TEST_F(TransferTest, FullDiskInterruptsWithItsReasonAndGoesOnWhenThereIsRoom) {
     const QByteArray body = patternedBytes(600'000);
@@ -99,6 +100,48 @@ TEST_F(TransferTest, SmallFileIsPlacedWholeOrWaitsInAPartialFile) {
     ASSERT_TRUE(waitForStatus(*waiting, DQDownloadStatusDone));
     EXPECT_EQ(requestedRanges().back(), "bytes=1234-");
     EXPECT_EQ(contents(waiting->path()), body);
+}
+
+/// Of a known length, of an unknown one, and so small that it needs no partial file.
+TEST_F(TransferTest, FileThatCannotBeMovedIsNotCompleteAndTriedAgain) {
+    using Length = Reply::Length;
+    struct Case {
+        int errorNumber, size;
+        Length length;
+    };
+    for (const Case& c :
+         {Case{EIO, 600'000, Length::Announce}, Case{ENOSPC, 600'000, Length::Chunked},
+          Case{EIO, 10'000, Length::Announce}}) {
+        SCOPED_TRACE(c.errorNumber);
+        const UnlinkableFiles noUnnamedFiles;
+        const QByteArray body = patternedBytes(c.size);
+        serve(body, {.length = c.length});
+        auto download = add();
+        std::optional<FailingRenames> disk(c.errorNumber);
+        for (int attempt = 0; attempt < 2; ++attempt) {
+            run(download);
+            EXPECT_EQ(download->status(), DQDownloadStatusPaused);
+            ASSERT_TRUE(download->lastError() && download->lastError()->underlying);
+            EXPECT_EQ(download->lastError()->underlying->code, c.errorNumber);
+            waitForDisks();
+            EXPECT_EQ(downloadedNames(), QStringList{u"file.bin.orlop"_s});
+        }
+        disk.reset();
+        const auto requests = server.requests().size();
+        if (c.errorNumber == ENOSPC) {
+            main.advance(31);
+            ASSERT_TRUE(waitForStatus(*download, finishedStatuses));
+        } else {
+            download = restarted(download);
+            run(download);
+        }
+        EXPECT_EQ(server.requests().size(), requests);
+        ASSERT_EQ(download->status(), DQDownloadStatusDone);
+        EXPECT_EQ(contents(download->path()), body);
+        waitForDisks();
+        EXPECT_EQ(downloadedNames(), QStringList{u"file.bin"_s});
+        QFile::remove(download->path());
+    }
 }
 
 /// One that hangs in a sync holds up what lies on it, and neither other disks nor us.

@@ -46,10 +46,23 @@ TEST_F(DownloadPathsTest, PartialDataLiesInOurFolderIfItMust) {
     EXPECT_EQ(partial(add(u"a"_s)), path(u"support/Downloads/a 1"_s));
     set(settings::intermediatesLocation, qint64{1});
     environment.confirmWriteAccess = [](const QString&, const QString&) {
-        return WriteAccess{false, {}};
+        return WriteAccess{false, {}, {}};
     };
     EXPECT_EQ(partial(add(u"b"_s)), path(u"support/Downloads/b"_s));
     EXPECT_EQ(add(u"b"_s)->finalDownloadTargetPath(), QString());
+}
+
+TEST_F(DownloadPathsTest, FilesGoWhereAnUnlockedFolderIsReached) {
+    set(settings::intermediatesLocation, qint64{1});
+    QDir().mkpath(path(u"document"_s));
+    environment.confirmWriteAccess = [this](const QString&, const QString&) {
+        return WriteAccess{true, u"/host"_s, path(u"document"_s)};
+    };
+    EXPECT_EQ(partial(add(u"a"_s)), path(u"document/a.orlop/a"_s));
+    EXPECT_EQ(add(u"b"_s)->finalDownloadTargetPath(), path(u"document/b"_s));
+    const auto chosen = add(u"c"_s);
+    chosen->userSettings().set(keys::downloadFile, path(u"Other/name"_s));
+    EXPECT_EQ(chosen->finalDownloadTargetPath(), path(u"document/name"_s));
 }
 
 TEST_F(DownloadPathsTest, FolderIsChosenInOrder) {
@@ -106,7 +119,7 @@ TEST_F(DownloadPathsTest, FragmentsStandInTheOrderOfTheirBytes) {
 TEST_F(DownloadPathsTest, EmptiedQueueLeavesNoFiles) {
     write(queueArchivePath(environment), "x");
     write(intermediateDownloadBasePath(environment) + u"/a"_s, "x");
-    engine::removeIntermediateFiles(environment);
+    EXPECT_FALSE(engine::removeIntermediateFiles(environment));
     EXPECT_TRUE(QDir(path(u"support"_s)).isEmpty());
     environment.applicationSupportPath = [] { return QString(); };
     EXPECT_EQ(intermediateDownloadBasePath(environment), QDir::tempPath());

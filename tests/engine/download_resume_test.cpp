@@ -453,19 +453,35 @@ TEST_F(ResumeTest, RemovalTakesThePartialDataAlong) {
 /// Killed after the file was moved, before that was saved.
 TEST_F(ResumeTest, FinishedFileIsKnownAgainAndOnlyThat) {
     main.clock.setWall(static_cast<double>(QDateTime::currentSecsSinceEpoch()));
+    const QString finished = downloadedPath(u"file.bin"_s);
     const auto killed = paused();
+    const auto date = killed->userSettings().value(keys::date);
     const auto download = restarted(killed);
     const auto twin = restarted(killed);
+    const auto plain = restarted(killed);
     const auto later = restarted(killed);
     run(download);
     const auto requests = server.requests().size();
     run(twin);
+    // Nor had the queue heard of any answer.
+    const auto unsaved = owner.add(server.url(u"/file.bin"_s));
+    unsaved->userSettingsFromArchive({{keys::date, date}});
+    run(unsaved);
+    EXPECT_EQ(owner.history.back(), u"file.bin"_s);
+    EXPECT_EQ(unsaved->originalURLString(), server.url(u"/file.bin"_s));
+    // On a disk without attributes.
+    for (const char* name : {"user.orlop.download", "user.xdg.origin.url"})
+        removexattr(QFile::encodeName(finished).constData(), name);
+    run(plain);
+    for (const auto& known : {twin, unsaved, plain}) {
+        EXPECT_EQ(known->status(), DQDownloadStatusDone);
+        EXPECT_EQ(known->path(), finished);
+    }
     EXPECT_EQ(server.requests().size(), requests);
-    EXPECT_EQ(twin->status(), DQDownloadStatusDone);
-    EXPECT_EQ(twin->path(), downloadedPath(u"file.bin"_s));
 
-    ASSERT_TRUE(platform::setExtendedAttribute(downloadedPath(u"file.bin"_s),
-                                               u"user.xdg.origin.url"_s, "http://elsewhere/"));
+    // Another file of the same name, length and age.
+    ASSERT_TRUE(QFile::copy(finished, finished + u"x"_s) && QFile::remove(finished) &&
+                QFile::rename(finished + u"x"_s, finished));
     run(later);
     EXPECT_EQ(server.requests().size(), requests + 1);
     EXPECT_EQ(downloadedNames(), QStringList({u"file 1.bin"_s, u"file.bin"_s}));

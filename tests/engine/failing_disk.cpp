@@ -14,6 +14,8 @@ namespace {
 std::atomic<int> failure = 0;
 std::atomic<qint64> roomLeft = 0;
 std::atomic<bool> isUnlinkable = false;
+/// 0: none.
+std::atomic<int> renameFailure = 0;
 
 ssize_t writeIntoRoom(const char* name, int file, const void* bytes, size_t count, off_t offset) {
     using Write = ssize_t (*)(int, const void*, size_t, off_t);
@@ -70,6 +72,14 @@ UnlinkableFiles::~UnlinkableFiles() {
     isUnlinkable = false;
 }
 
+FailingRenames::FailingRenames(int errorNumber) {
+    renameFailure = errorNumber;
+}
+
+FailingRenames::~FailingRenames() {
+    renameFailure = 0;
+}
+
 }  // namespace engine_test
 
 // The executable's own definitions come before those of the C library.
@@ -78,6 +88,16 @@ extern "C" ssize_t pwrite(int file, const void* bytes, size_t count, off_t offse
 }
 extern "C" ssize_t pwrite64(int file, const void* bytes, size_t count, off64_t offset) {
     return engine_test::writeIntoRoom("pwrite64", file, bytes, count, offset);
+}
+extern "C" int renameat2(int fromFolder, const char* from, int toFolder, const char* to,
+                         unsigned flags) noexcept {
+    if (engine_test::renameFailure != 0) {
+        errno = engine_test::renameFailure;
+        return -1;
+    }
+    using Rename = int (*)(int, const char*, int, const char*, unsigned);
+    return reinterpret_cast<Rename>(dlsym(RTLD_NEXT, "renameat2"))(fromFolder, from, toFolder, to,
+                                                                   flags);
 }
 extern "C" int fdatasync(int file) {
     engine_test::waitWhileHanging(file);

@@ -32,4 +32,13 @@ public:
     UnlinkableFiles& operator=(const UnlinkableFiles&) = delete;
 };
 
+/// While it lives, nothing can be renamed.
+class FailingRenames {
+public:
+    explicit FailingRenames(int errorNumber);
+    ~FailingRenames();
+    FailingRenames(const FailingRenames&) = delete;
+    FailingRenames& operator=(const FailingRenames&) = delete;
+};
+
 }  // namespace engine_test

@@ -23,7 +23,7 @@ public:
     // Answers. An alert that nobody answers is declined, a prompt cancelled.
 
     std::function<bool(const app::Alert&)> onConfirm = [](const app::Alert&) { return false; };
-    std::deque<std::optional<QString>> files, folders;
+    std::deque<std::optional<QString>> files, folders, unlocked;
     bool isModal = false, holdsModifiers = false, isVisible = false, isHiddenNow = false;
     bool springs = false;
     bool showsStatusItems = true;
@@ -36,6 +36,8 @@ public:
     std::vector<app::Alert> alerts;
     int dismissed = 0, beeps = 0, attentions = 0, reloads = 0, faded = 0;
     QStringList sounds;
+    /// Each folder with the explanation.
+    QStringList askedToUnlock;
     /// The window's moves: "show", "activate", "back", "hide", "unhide", "unhide and activate",
     /// "task bar", "no task bar", "settings: SECTION".
     QStringList moves;
@@ -54,6 +56,12 @@ public:
         return taken(files);
     }
     std::optional<QString> chooseAbbreviatedDownloadsFolder() override { return taken(folders); }
+
+    std::optional<QString> unlockFolder(const QString& folder,
+                                        const QString& explanation) override {
+        askedToUnlock.append(folder + QStringLiteral(": ") + explanation);
+        return taken(unlocked);
+    }
 
     void beep() override { ++beeps; }
     void requestUserAttention() override { ++attentions; }

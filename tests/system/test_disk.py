@@ -28,6 +28,25 @@ class FullDiskTest(SystemTest):
         self.assert_nothing_left()
         self.assertTrue(self.server.requests()[-1][3].startswith("bytes="), "not resumed")
 
+    def test_a_file_that_does_not_fit_where_it_is_to_go_waits_whole(self):
+        source = self.serve("wide.bin", 12 * MIB)
+        address = self.server.url("/wide.bin")
+        disk = SmallDisk(self.home.downloads, "4m")
+        self.addCleanup(disk.close)
+
+        elsewhere = ("-Intermediates Location", "0")
+        for _ in range(2):
+            result = self.home.run(*elsewhere, address)
+            self.assert_status(result, 1)
+            self.assertIn("The disk is full: 4", result.stderr)
+            self.assertEqual(self.home.finished(), [])
+            self.assertEqual(self.home.queued_addresses(), [address])
+        disk.remount("size=64m")
+        self.assert_status(self.home.run(*elsewhere, address), 0)
+        self.assert_downloaded("wide.bin", source)
+        self.assert_nothing_left()
+        self.assertEqual(self.server.statuses("wide"), ["200"])
+
     def test_a_full_disk_under_the_queue_keeps_the_old_queue(self):
         source = self.serve("small.bin", 200_000)
         self.home.support.mkdir(parents=True)
@@ -41,6 +60,20 @@ class FullDiskTest(SystemTest):
         self.assert_downloaded("small.bin", source)
         self.assertIn("queue", result.stderr.lower())
         self.assertEqual(self.home.queue(), old)
+
+
+class LockedQueueTest(SystemTest):
+    def test_a_queue_that_cannot_be_removed_is_told(self):
+        source = self.serve("last.bin", 2 * MIB)
+        process = self.home.start(self.server.url("/rate/2000000/last.bin"))
+        wait_until(lambda: self.home.queued_addresses() and self.home.partial_bytes(),
+                   what="the queue's file")
+        self.home.queue_path.unlink()
+        (self.home.queue_path / "in the way").mkdir(parents=True)
+        result = self.home.result(process)
+        self.assert_downloaded("last.bin", source)
+        self.assertIn("The queue’s file cannot be removed: A folder lies in its place. What is "
+                      "done may come back at the next start.", result.stderr)
 
 
 class FileSizeLimitTest(SystemTest):

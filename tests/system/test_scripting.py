@@ -1,4 +1,5 @@
 """What scripts and browsers ask of a running program over the session bus."""
+import json
 import os
 import random
 import re
@@ -100,6 +101,29 @@ class CommandsTest(ScriptingTest):
                 ("Download", [f"['{self.slow('x')}']", "{'toPath': <'x'>}"], "InvalidArgument")):
             self.assertIn("com.tarnworks.Orlop.Error." + error, self.call(method, *arguments))
         self.assertEqual(list(self.statuses()), ["kept", "one", "two"])
+
+    def test_verbs_of_the_terminal_ask_the_running_one(self):
+        (kept,) = re.findall(r"^(\w{10})  downloading", self.terminal("list").stdout, re.M)
+        result = self.terminal("add", "--paused", self.slow("verb"), "mailto:x")
+        self.assert_status(result, 1)
+        self.assertIn("mailto:x", result.stderr)
+        (added,) = re.findall(r"^(\w{10})  http", result.stdout, re.M)
+        listed = json.loads(self.terminal("list", "--json").stdout)
+        self.assertEqual([(one["identity"], one["status"]) for one in listed],
+                         [(kept, "downloading"), (added, "paused")])
+        self.assert_status(self.terminal("resume", added), 0)
+        self.assertNotEqual(self.statuses()["verb"], "paused")
+        self.assert_status(self.terminal("pause", "unknown"), 1)
+        self.assert_status(self.terminal("pause"), 2)
+        heard = self.bus.monitor(f"interface='{ORLOP[0]}',type='method_call'")
+        waiting = self.home.start("wait", environment=self.bus.environment)
+        wait_until(lambda: "member=WaitUntilDone" in heard(), what="the call")
+        self.assert_status(self.terminal("remove", "--all"), 0)
+        self.assert_status(self.home.result(waiting), 0)
+        self.home.result(self.program)
+        result = self.terminal("list")
+        self.assert_status(result, 3)
+        self.assertIn("not running", result.stderr)
 
     def test_signals_tell_what_happens(self):
         heard = self.bus.monitor(f"interface='{ORLOP[0]}',type='signal'")

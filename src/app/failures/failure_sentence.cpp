@@ -1,12 +1,12 @@
 #include "app/failures/failure_sentence.h"
 
-#include <QFileInfo>
 #include <QRegularExpression>
 #include <QStorageInfo>
 #include <cerrno>
 #include <vector>
 
 #include "engine/lifecycle/download.h"
+#include "engine/lifecycle/space_watch.h"
 #include "engine/record/known_file.h"
 #include "engine/record/user_settings.h"
 #include "engine/workers/download_worker_prototype.h"
@@ -100,6 +100,8 @@ const std::vector<Cause>& causes() {
         {engine::workerErrorDomain, code(WorkerErrorCode::OtherAnswer),
          translatable(
              "Something else came in place of the file. Does the network ask for a login?")},
+        {engine::workerErrorDomain, code(WorkerErrorCode::FolderLocked),
+         translatable("The sandbox keeps Orlop out of the folder. Resume to unlock it.")},
         {engine::workerErrorDomain, code(WorkerErrorCode::CannotWrite),
          translatable("The file cannot be written.")},
         {posixErrorDomain, ENOSPC, full, Detail::Space},
@@ -197,7 +199,7 @@ QString failureSentence(engine::DQDownload& download) {
             circumstances.received = platform::fileSize(partial).value_or(0);
     }
     if (detail == Detail::Space) {
-        const QStorageInfo volume(QFileInfo(partial).absolutePath());
+        const QStorageInfo volume(engine::folderShortOfSpace(download));
         circumstances.volume = volume.displayName();
         if (volume.isValid())
             circumstances.freeBytes = volume.bytesAvailable();

@@ -7,8 +7,10 @@
 #include "app/failures/file_problem.h"
 #include "app/intake/address_list.h"
 #include "app/intake/request_file.h"
+#include "app/intake/target_place.h"
 #include "app/queue/restored_download.h"
 #include "app/settings.h"
+#include "engine/environment.h"
 #include "engine/lifecycle/download.h"
 #include "engine/record/user_settings.h"
 #include "links/paths/folders.h"
@@ -116,8 +118,12 @@ void IntakeRun::openBundle(const platform::Url& url) {
     if (openMovedBundle(archive.toMap(), container)) {
         return;
     }
+    QVariantMap migrated = migratedArchive(archive.toMap(), container);
+    if (targetConsent().forArchive(migrated, container) == TargetConsent::Answer::Refused) {
+        return;
+    }
     if (const engine::DownloadPtr download = addDownloadFromArchive(
-            surroundings_.queue, surroundings_.defaults, archive.toMap(), container)) {
+            surroundings_.queue, surroundings_.defaults, migrated, container)) {
         didAdd(*download);
     } else {
         logRefusal(url);
@@ -155,7 +161,10 @@ bool IntakeRun::openMovedBundle(const QVariantMap& archive, const QString& conta
     }
     const engine::DownloadPtr download = *found;
     download->pause();
-    const bool isAdopted = adoptMovedData(*download, archive, container);
+    const bool isAdopted = adoptMovedData(
+        *download,
+        withFamiliarTargetsOnly(archive, familiarFolders(surroundings_.defaults, rules())),
+        container);
     if (isAdopted) {
         goOnWith(*download);
     }
@@ -177,7 +186,8 @@ void IntakeRun::openList(const QString& path) {
         return;  // A list may name itself.
     }
     readLists_.insert(list);
-    const platform::FileContents contents = platform::readFile(list, maximumFileSize);
+    const platform::FileContents contents = platform::readFile(
+        surroundings_.queue.context().environment.readablePath(list), maximumFileSize);
     if (contents.error) {
         platform::log(
             u"cannot read the list of addresses: %1 (%2)"_s.arg(list, contents.error->text));
@@ -221,15 +231,31 @@ bool IntakeRun::takeOffered() {
     return isWanted;
 }
 
+const engine::Rules& IntakeRun::rules() const {
+    return surroundings_.queue.context().rules;
+}
+
+TargetConsent IntakeRun::targetConsent() {
+    return {surroundings_.defaults, rules(), surroundings_.frontEnd.questions, *notes_};
+}
+
 IntakeRun::Progress IntakeRun::openRequestFile(const platform::Url& url) {
     const std::optional<RequestFile> file = readRequestFile(url.filePath());
     if (!file) {
         return addDownload(url);
     }
+    using Answer = TargetConsent::Answer;
+    const Answer target = file->targetPath.isEmpty()
+                              ? Answer::UsualFolder
+                              : targetConsent().toWriteTo(file->targetPath, url.filePath(),
+                                                          file->url.absoluteString());
+    if (target == Answer::Refused) {
+        return Progress::GoesOn;
+    }
     QFile::remove(url.filePath());
     if (const engine::DownloadPtr download = appendDownload(file->url)) {
         engine::UserSettings& userSettings = download->userSettings();
-        if (!file->targetPath.isEmpty()) {
+        if (target == Answer::Given) {
             userSettings.set(keys::downloadFile, file->targetPath);
         }
         userSettings.set(keys::request, file->request);

@@ -11,6 +11,7 @@
 #include "app/intake/intake_notes.h"
 #include "app/intake/offered_documents.h"
 #include "app/intake/script_arguments.h"
+#include "app/intake/target_consent.h"
 #include "engine/queue/download_queue.h"
 #include "platform/base/user_defaults.h"
 
@@ -60,6 +61,8 @@ private:
     void openList(const QString& path);
     /// Whether the user wants what text documents hold. True: it is the list in hand now.
     bool takeOffered();
+    [[nodiscard]] const engine::Rules& rules() const;
+    [[nodiscard]] TargetConsent targetConsent();
     Progress openRequestFile(const platform::Url& url);
     Progress addDownload(const platform::Url& url);
     [[nodiscard]] engine::DownloadPtr appendDownload(const platform::Url& url);

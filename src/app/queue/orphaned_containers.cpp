@@ -3,15 +3,18 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QFileInfo>
-#include <QSet>
 #include <algorithm>
 
 #include "app/queue/restored_download.h"
+#include "app/rules/folders.h"
 #include "engine/lifecycle/kept_aside.h"
+#include "engine/paths/intermediate_files.h"
 #include "engine/record/user_settings.h"
 #include "engine/settings.h"
+#include "engine/workers/partial_file_marks.h"
 #include "links/paths/path_components.h"
 #include "platform/base/log.h"
+#include "platform/files/descriptor.h"
 #include "platform/files/files.h"
 #include "platform/files/property_list.h"
 
@@ -38,14 +41,43 @@ QString dataPath(const OrphanedContainers::Container& container) {
     return name.isEmpty() ? QString() : links::stringByAppendingPathComponent(container.path, name);
 }
 
+QStringList subfoldersOf(const QStringList& folders) {
+    QStringList found;
+    for (const QString& folder : folders) {
+        for (QDirIterator entries(folder, QDir::Dirs | QDir::NoSymLinks | QDir::NoDotAndDotDot);
+             entries.hasNext();) {
+            if (const QString path = entries.next(); !engine::isDownloadContainer(path)) {
+                found.append(path);
+            }
+        }
+    }
+    return found;
+}
+
+/// Where its user wanted it. Empty: nowhere in particular.
+QString chosenFolder(const QVariantMap& archive) {
+    const QString file = archive.value(keys::downloadFile).toString();
+    return platform::expandTilde(file.isEmpty() ? archive.value(keys::downloadFolder).toString()
+                                                : links::stringByDeletingLastPathComponent(file));
+}
+
+/// What was written of a file before the power failed counts only as far as the disk had it.
+bool isWithoutData(const QFileInfo& entry) {
+    if (!entry.isFile() || entry.isSymLink()) {
+        return false;
+    }
+    if (entry.fileName() == QLatin1StringView(metadataName)) {
+        return true;
+    }
+    engine::dropUnsyncedTail(entry.filePath());
+    return platform::fileSize(entry.filePath()) == 0;
+}
+
 /// With what a download leaves there that had only just begun.
 bool removeIfEmpty(const QString& container) {
     const QFileInfoList entries = QDir(container).entryInfoList(
         QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
-    const bool isEmpty = std::all_of(entries.begin(), entries.end(), [](const QFileInfo& entry) {
-        return entry.isFile() && !entry.isSymLink() &&
-               (entry.size() == 0 || entry.fileName() == QLatin1StringView(metadataName));
-    });
+    const bool isEmpty = std::all_of(entries.begin(), entries.end(), isWithoutData);
     if (!isEmpty) {
         return false;
     }
@@ -60,27 +92,22 @@ bool removeIfEmpty(const QString& container) {
 
 QStringList foldersOfDownloads(const platform::UserDefaults& defaults,
                                const QVariantList& specialCases) {
-    QStringList folders{defaults.folderPathForKey(engine::settings::downloadsFolder.name(),
-                                                  platform::downloadsUserFolder())};
-    for (const QVariant& rule : specialCases) {
-        folders.append(rule.toMap().value(u"Downloads Folder"_s).toString());
-    }
-    folders.removeAll({});
-    for (QString& folder : folders) {
-        folder = platform::expandTilde(folder);
-    }
-    folders.removeDuplicates();
-    return folders;
+    const QStringList folders = generalFolderAndThoseOfRules(defaults, specialCases);
+    const bool areSubdivided =
+        !defaults.get(engine::settings::subdivisionFormatDefault).isEmpty() ||
+        !defaults.get(engine::settings::subdivisionFormatRules).isEmpty();
+    return areSubdivided ? folders + subfoldersOf(folders) : folders;
 }
 
 QVariantMap OrphanedContainers::completed(const QVariantMap& archive) {
     if (archive.contains(keys::responseURL)) {
         return archive;
     }
-    if (!archives_) {
-        read();
+    read();
+    if (const QString folder = chosenFolder(archive); !folder.isEmpty()) {
+        read(folder);
     }
-    QVariantMap completed = archives_->take(identity(archive));
+    QVariantMap completed = archives_.take(identity(archive));
     if (completed.isEmpty()) {
         return archive;
     }
@@ -90,9 +117,7 @@ QVariantMap OrphanedContainers::completed(const QVariantMap& archive) {
 
 std::vector<OrphanedContainers::Container> OrphanedContainers::unclaimed(
     const engine::Downloads& downloads) {
-    if (!archives_) {
-        read();
-    }
+    read();
     if (containers_.empty()) {
         return {};
     }
@@ -123,20 +148,29 @@ std::vector<OrphanedContainers::Container> OrphanedContainers::unclaimed(
 }
 
 void OrphanedContainers::read() {
-    archives_.emplace();
     for (const QString& folder : folders_) {
-        for (QDirIterator entries(folder, {u"*.orlop"_s}, QDir::Dirs | QDir::NoSymLinks);
-             entries.hasNext();) {
-            const QString container = entries.next();
-            const platform::FileContents contents = platform::readFile(
-                links::stringByAppendingPathComponent(container, QLatin1StringView(metadataName)),
-                maximumFileSize);
-            const QVariantMap archive =
-                migratedArchive(platform::readPropertyList(contents.data).value.toMap(), container);
-            containers_.push_back({container, archive});
-            if (const QByteArray key = identity(archive); !key.isEmpty()) {
-                archives_->insert(key, archive);
-            }
+        read(folder);
+    }
+}
+
+/// Once.
+void OrphanedContainers::read(const QString& folder) {
+    if (readFolders_.contains(folder)) {
+        return;
+    }
+    readFolders_.insert(folder);
+    platform::TemporaryFile::removeStrays(QFile::encodeName(folder));
+    for (QDirIterator entries(folder, {u"*.orlop"_s}, QDir::Dirs | QDir::NoSymLinks);
+         entries.hasNext();) {
+        const QString container = entries.next();
+        const platform::FileContents contents = platform::readFile(
+            links::stringByAppendingPathComponent(container, QLatin1StringView(metadataName)),
+            maximumFileSize);
+        const QVariantMap archive =
+            migratedArchive(platform::readPropertyList(contents.data).value.toMap(), container);
+        containers_.push_back({container, archive});
+        if (const QByteArray key = identity(archive); !key.isEmpty()) {
+            archives_.insert(key, archive);
         }
     }
 }

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <QHash>
+#include <QSet>
 #include <QStringList>
 #include <QVariantMap>
-#include <optional>
 #include <vector>
 
 #include "engine/queue/download_queue.h"
@@ -15,7 +15,8 @@ namespace app {
 /// was killed when their first bytes had just come. They are looked for when they are first wanted.
 class OrphanedContainers {
 public:
-    /// `folders`: where downloads go, without the folders below them.
+    /// `folders`: where downloads go, without the folders below them. Those that were chosen for a
+    /// single download are looked into when it is asked about.
     explicit OrphanedContainers(QStringList folders) : folders_(std::move(folders)) {}
 
     /// What the queue's file says of a download, with what its container says where that is more.
@@ -30,14 +31,16 @@ public:
 
 private:
     void read();
+    void read(const QString& folder);
 
     const QStringList folders_;
+    QSet<QString> readFolders_;
     std::vector<Container> containers_;
     /// By what tells downloads apart.
-    std::optional<QHash<QByteArray, QVariantMap>> archives_;
+    QHash<QByteArray, QVariantMap> archives_;
 };
 
-/// The general folder and those of the rules.
+/// The general folder and those of the rules, and the subfolders by date if there are to be any.
 [[nodiscard]] QStringList foldersOfDownloads(const platform::UserDefaults& defaults,
                                              const QVariantList& specialCases);
 

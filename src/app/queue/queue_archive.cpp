@@ -1,5 +1,7 @@
 #include "app/queue/queue_archive.h"
 
+#include <QFile>
+#include <QFileInfo>
 #include <algorithm>
 #include <cerrno>
 #include <iterator>
@@ -13,6 +15,7 @@
 #include "engine/settings.h"
 #include "links/text/localization.h"
 #include "platform/base/log.h"
+#include "platform/files/descriptor.h"
 #include "platform/files/files.h"
 #include "platform/files/property_list.h"
 
@@ -72,6 +75,7 @@ QueueArchive::~QueueArchive() {
 }
 
 std::vector<QVariantMap> QueueArchive::read() {
+    platform::TemporaryFile::removeStrays(QFile::encodeName(QFileInfo(path_).path()));
     const platform::FileContents contents = platform::readFile(path_, maximumFileSize);
     if (contents.error && contents.error->is(platform::posixErrorDomain, ENOENT)) {
         return {};
@@ -136,7 +140,7 @@ bool QueueArchive::leadsToData(const engine::DQDownload& download) const {
 }
 
 void QueueArchive::didWrite(const std::optional<platform::Error>& error) {
-    if (error) {
+    if (error && !std::exchange(isFailureTold_, false)) {
         platform::log(u"cannot write the queue: %1"_s.arg(error->text), platform::LogLevel::Error);
         surroundings_.notWritten(*error);
     }
@@ -333,12 +337,21 @@ bool QueueArchive::writeBeforeQuitting() {
     }
     wantsToBeWritten_ = false;
     const QVariantList archives = pass.archives();
-    if (archives.isEmpty() && !keepsIntermediateFiles_) {
-        writer_->finish();
-        engine::removeIntermediateFiles(surroundings_.queue.context().environment);
-    } else {
+    const bool isRemoved = archives.isEmpty() && !keepsIntermediateFiles_;
+    if (!isRemoved) {
         handOver(archives);
-        writer_->finish();
+    }
+    std::optional<platform::Error> error = writer_->finish();
+    if (isRemoved) {
+        error = engine::removeIntermediateFiles(surroundings_.queue.context().environment);
+    }
+    if (error) {
+        isFailureTold_ = !isRemoved;
+        platform::log(
+            u"cannot %1 the queue: %2"_s.arg(
+                isRemoved ? QLatin1StringView("remove") : QLatin1StringView("write"), error->text),
+            platform::LogLevel::Error);
+        surroundings_.notSavedAtQuit(*error, isRemoved);
     }
     return true;
 }

@@ -32,6 +32,8 @@ public:
         /// nothing will be written over it.
         std::function<void(const QString& keptPath)> damaged;
         std::function<void(const platform::Error& error)> notWritten;
+        /// The last chance to say it. `isEmpty`: there is nothing to save, and the old file stays.
+        std::function<void(const platform::Error& error, bool isEmpty)> notSavedAtQuit;
     };
 
     QueueArchive(QString path, Surroundings surroundings);
@@ -90,6 +92,8 @@ private:
     platform::Seconds written_ = 0;     ///< When it ended.
     bool wantsToBeWritten_ = false;
     bool mayWrite_ = true;
+    /// What `didWrite` is going to report has been told.
+    bool isFailureTold_ = false;
     /// The file that was found could not be read, so what it refers to must stay.
     bool keepsIntermediateFiles_ = false;
     bool _isShowingQuitWhileDownloadingAlert = false;

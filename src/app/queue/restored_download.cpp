@@ -41,6 +41,19 @@ void adaptTarget(QVariantMap& archive, const QString& oldResumePath, const QStri
     }
 }
 
+/// Anybody may have written what a container says of itself: it leads to nothing but its own data,
+/// for partial data is written to and deleted. Empty: the archive has none, or not there.
+QString resumePathIn(const QString& container, const QVariantMap& archive) {
+    const QString path = resumePath(archive);
+    const QString folder = stringByDeletingLastPathComponent(path);
+    if (path.isEmpty() || links::isEqualToPath(folder, container) ||
+        platform::isSameFile(folder, container)) {
+        return path;
+    }
+    platform::log(u"this is not the data of <%1>: %2"_s.arg(container, path));
+    return {};
+}
+
 }  // namespace
 
 QVariantMap migratedArchive(const QVariantMap& archive, const QString& externalContainerPath) {
@@ -79,7 +92,7 @@ bool adoptMovedData(engine::DQDownload& download, const QVariantMap& archive,
     QVariantMap migrated =
         migratedArchive(own.contains(keys::resumePath) ? own : archive, container);
     migrated.remove(keys::keptAside);
-    const QString path = resumePath(migrated);
+    const QString path = resumePathIn(container, migrated);
     if (!platform::pathExists(path)) {
         return false;
     }
@@ -104,8 +117,11 @@ engine::DownloadPtr addDownloadFromArchive(engine::DownloadQueue& queue,
     const bool isQueued =
         !migrated.value(keys::paused).toBool() && defaults.get(settings::autoStart);
     return queue.add(platform::Url::parse(address.toString()), isQueued,
-                     [&migrated](engine::DQDownload& download) {
-                         if (const QString path = resumePath(migrated); !path.isEmpty()) {
+                     [&](engine::DQDownload& download) {
+                         const QString path = externalContainerPath.isEmpty()
+                                                  ? resumePath(migrated)
+                                                  : resumePathIn(externalContainerPath, migrated);
+                         if (!path.isEmpty()) {
                              download.setIntermediateDownloadTargetPath(path);
                          }
                          download.userSettingsFromArchive(migrated);

@@ -6,6 +6,7 @@
 
 namespace app {
 
+using namespace Qt::Literals::StringLiterals;
 using platform::abbreviateWithTilde;
 
 Folders::Folders(platform::UserDefaults& defaults) : defaults_(defaults) {}
@@ -36,6 +37,19 @@ QStringList Folders::recentDownloadsFolders() const {
 
 void Folders::clearRecentDownloadFolders() {
     defaults_.set(settings::recentDownloadsFolders, QStringList{downloadsFolder()});
+}
+
+QStringList generalFolderAndThoseOfRules(const platform::UserDefaults& defaults,
+                                         const QVariantList& specialCases) {
+    QStringList folders{defaults.folderPathForKey(engine::settings::downloadsFolder.name(),
+                                                  platform::downloadsUserFolder())};
+    for (const QVariant& rule : specialCases)
+        folders.append(rule.toMap().value(u"Downloads Folder"_s).toString());
+    folders.removeAll({});
+    for (QString& folder : folders)
+        folder = platform::expandTilde(folder);
+    folders.removeDuplicates();
+    return folders;
 }
 
 }  // namespace app

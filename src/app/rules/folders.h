@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <QVariant>
 
 #include "platform/base/user_defaults.h"
 
@@ -27,5 +28,9 @@ public:
 private:
     platform::UserDefaults& defaults_;
 };
+
+/// Where downloads go by themselves, tildes expanded.
+[[nodiscard]] QStringList generalFolderAndThoseOfRules(const platform::UserDefaults& defaults,
+                                                       const QVariantList& specialCases);
 
 }  // namespace app

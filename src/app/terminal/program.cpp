@@ -125,6 +125,8 @@ private:
             [this](const QString& reason) {
                 display_.tellProblem(localized("The queue cannot be saved: %1").arg(reason));
             });
+        QObject::connect(&controller, &DQMainController::queueNotSavedAtQuit, session_.get(),
+                         [this](const QString& problem) { display_.tellProblem(problem); });
         QObject::connect(&controller, &DQMainController::terminated, session_.get(),
                          [] { QCoreApplication::exit(); });
     }

@@ -14,10 +14,13 @@ QString translated(const QString& text) {
 
 struct Choice {
     QString defaultButton, otherButton;
+    bool isRisky = false;
 
-    /// Any beginning of a button's name stands for it, and an empty line for the default. Nothing:
-    /// neither.
+    /// Any beginning of a button's name stands for it, and an empty line for the default one, or
+    /// the other if that is risky. Nothing: neither.
     [[nodiscard]] std::optional<bool> meant(const QString& answer) const {
+        if (answer.isEmpty())
+            return !isRisky;
         if (defaultButton.startsWith(answer, Qt::CaseInsensitive))
             return true;
         if (otherButton.startsWith(answer, Qt::CaseInsensitive))
@@ -37,7 +40,8 @@ bool TerminalQuestions::confirm(const Alert& alert) {
         return true;
     if (isAsking_ || !prompt_.isAvailable())
         return false;
-    const Choice choice{translated(alert.defaultButton), translated(alert.otherButton)};
+    const Choice choice{translated(alert.defaultButton), translated(alert.otherButton),
+                        alert.isRisky};
     const QString question = u"%1\n%2 [%3/%4] "_s.arg(
         translated(alert.title), translated(alert.text), choice.defaultButton, choice.otherButton);
     reporter_.release();

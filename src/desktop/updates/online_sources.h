@@ -18,6 +18,7 @@ struct OnlineSources {
 [[nodiscard]] OnlineSources onlineSources();
 
 /// What installs new versions of a program at this path, as in "dpkg"; empty: nothing does.
-[[nodiscard]] QString packageManagerOf(const QString& programPath);
+/// `systemRoot` is where the system's own files are looked for.
+[[nodiscard]] QString packageManagerOf(const QString& programPath, const QString& systemRoot = {});
 
 }  // namespace desktop

@@ -6,8 +6,8 @@ namespace desktop {
 
 using namespace Qt::Literals::StringLiterals;
 
-QString packageManagerOf(const QString& programPath) {
-    if (QFile::exists(u"/.flatpak-info"_s)) {
+QString packageManagerOf(const QString& programPath, const QString& systemRoot) {
+    if (QFile::exists(systemRoot + u"/.flatpak-info"_s)) {
         return u"Flatpak"_s;
     }
     if (!qEnvironmentVariableIsEmpty("SNAP")) {
@@ -17,10 +17,10 @@ QString packageManagerOf(const QString& programPath) {
     if (!programPath.startsWith(u"/usr/") || programPath.startsWith(u"/usr/local/")) {
         return {};
     }
-    if (QFile::exists(u"/var/lib/dpkg/info/orlop.list"_s)) {
+    if (QFile::exists(systemRoot + u"/var/lib/dpkg/info/orlop.list"_s)) {
         return u"dpkg"_s;
     }
-    return QFile::exists(u"/usr/lib/sysimage/rpm"_s) ? u"rpm"_s : QString();
+    return QFile::exists(systemRoot + u"/usr/lib/sysimage/rpm"_s) ? u"rpm"_s : QString();
 }
 
 }  // namespace desktop

@@ -157,6 +157,9 @@ QString DQSparkleWrapper::statusDateDescription() const {
 }
 
 std::optional<platform::Url> DQSparkleWrapper::page() const {
+    // Understood by the desktops' software centres.
+    if (!packageManager_.isEmpty())
+        return platform::Url::parse(u"appstream:com.tarnworks.Orlop"_s);
     const auto own = webAddress(page_);
     return own ? own : webAddress(sources_.productPage);
 }

@@ -45,8 +45,8 @@ public:
     [[nodiscard]] QString statusDateDescription() const;
     /// Why the last look found out nothing; empty: it did.
     [[nodiscard]] const QString& problem() const { return problem_; }
-    /// Where people get a new version: what the feed says, or else the product's page. Nothing:
-    /// nowhere is known.
+    /// Where people get a new version: from the package manager that looks after the program, or
+    /// where the feed says, or else on the product's page. Nothing: nowhere is known.
     [[nodiscard]] std::optional<platform::Url> page() const;
 
 Q_SIGNALS:

@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <numeric>
 
@@ -51,6 +52,14 @@ QString movedOutOfPartialData(const QString& path, const Environment& environmen
     const QString target =
         links::availablePath(QFileInfo(folder).path() + u'/' + QFileInfo(path).fileName());
     return platform::moveFile(path, target) ? path : target;
+}
+
+/// Nothing may be written where the file was to go, or the path is taken that the user chose: to
+/// try again would say the same. Of all else it may be that the disk recovers.
+bool isNoPlaceForFile(const platform::Error& error) {
+    return std::ranges::any_of(std::array{EEXIST, EACCES, EPERM, EROFS}, [&](int code) {
+        return error.is(platform::posixErrorDomain, code);
+    });
 }
 
 }  // namespace
@@ -246,8 +255,8 @@ void DownloadFinisher::assemble(std::vector<FilePiece> pieces) {
     beginJob();
     job_->pieces = std::move(pieces);
     const bool movesAtOnce = job_->pieces.size() == 1;
-    // One file of a known length shows by itself that it is complete.
-    if (!movesAtOnce || knownFile(record_.userSettings()).length == 0)
+    // What has a known length shows by itself that it is complete.
+    if (knownFile(record_.userSettings()).length == 0)
         markFinishing(job_->pieces.front().path);
     // Where to is decided as late as may be, for names, rules and folders change; but a file in one
     // piece is put together in no time, and a second way there and back would cost more than that.
@@ -296,6 +305,8 @@ void DownloadFinisher::Job::moveToTarget() {
     writeOrigin(origin, source);
     moveError =
         target.isEmpty() ? platform::posixError(EACCES) : platform::moveFile(source, target);
+    if (moveError && !isNoPlaceForFile(*moveError))
+        return;
     const QString& path = moveError ? source : target;
     removePartialFileMarks(path);
     if (!origin.isKnownTo(path))
@@ -321,10 +332,20 @@ void DownloadFinisher::didMove(const std::shared_ptr<Job>& job) {
         move(job);
         return;
     }
+    const QString failure = error ? u"cannot move downloaded %1 to <%2> (%3)"_s.arg(
+                                        record_.description(), job->target, error->text)
+                                  : QString();
+    if (error && !isNoPlaceForFile(*error)) {
+        // Nobody need ask the server whether it is whole.
+        record_.userSettings().set(keys::expectedBytes, totalLength(job->pieces));
+        if (job->isCancelled)
+            return endCancelledJob();
+        endJob();
+        return interrupt(WorkerErrorCode::CannotWrite, failure, &*error);
+    }
     endJob();
     if (error) {
-        platform::log(u"cannot move downloaded %1 to <%2> (%3)"_s.arg(record_.description(),
-                                                                      job->target, error->text));
+        platform::log(failure);
         record_.context().environment.beep();
         endWithFile(movedOutOfPartialData(source, record_.context().environment));
         return;

@@ -10,6 +10,7 @@
 #include <memory>
 #include <utility>
 
+#include "engine/workers/partial_file_marks.h"
 #include "platform/base/log.h"
 #include "platform/files/descriptor.h"
 #include "platform/files/disks.h"
@@ -26,7 +27,7 @@ constexpr qint64 chunkSize = qint64{32} << 20;
 constexpr qint64 bufferSize = qint64{1} << 20;
 
 Descriptor openPiece(const QString& path, int flags) {
-    return Descriptor(::open(QFile::encodeName(path).constData(), flags | O_NOFOLLOW | O_CLOEXEC));
+    return platform::openWithoutFollowing(QFile::encodeName(path), flags | O_CLOEXEC);
 }
 
 platform::Error failure(const QString& text, int errorNumber) {
@@ -102,6 +103,8 @@ AssemblyResult assembleFile(const std::vector<FilePiece>& pieces,
     if (!target.isOpen() || (pieces.size() > 1 && ftruncate(target.get(), first.length) != 0) ||
         fdatasync(target.get()) != 0)
         return cannotAppend(errno);
+    // Before more is appended: what follows is not on the disk only because something was before.
+    markSynced(target.get(), first.length);
     qint64 offset = first.length;
     for (auto piece = pieces.begin() + 1; piece != pieces.end(); ++piece) {
         Descriptor source = openPiece(piece->path, O_RDONLY);
@@ -110,8 +113,10 @@ AssemblyResult assembleFile(const std::vector<FilePiece>& pieces,
             return result;
         if (fdatasync(target.get()) != 0)
             return cannotAppend(errno);
-        removePiece(piece->path, std::move(source), disk);
         offset += piece->length;
+        // Or else what is joined would be cut off after a power failure, with its piece gone.
+        markSynced(target.get(), offset);
+        removePiece(piece->path, std::move(source), disk);
     }
     return {isCancelled, std::nullopt};
 }

@@ -2,21 +2,17 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <QDirIterator>
 #include <QFile>
-#include <QFileInfo>
 #include <QVariant>
 #include <array>
 
 #include "engine/context.h"
 #include "engine/environment.h"
-#include "engine/paths/download_folder.h"
+#include "engine/finishing/finished_files.h"
 #include "engine/record/download_record.h"
-#include "engine/record/known_file.h"
 #include "engine/rules.h"
 #include "engine/settings.h"
 #include "links/paths/file_attributes.h"
-#include "links/paths/path_components.h"
 #include "links/settings.h"
 #include "platform/base/log.h"
 #include "platform/base/user_defaults.h"
@@ -38,14 +34,23 @@ std::array<timespec, 2> timesFor(const QDateTime& modificationDate) {
     return times;
 }
 
+/// `File`: a path or a descriptor.
+template <typename File>
+void writeMark(const FileOrigin& origin, const File& file) {
+    static_cast<void>(platform::setExtendedAttribute(
+        file, QString::fromUtf16(links::attributes::downloadMark), origin.mark));
+}
+
 }  // namespace
 
 bool FileOrigin::isKnownTo(const QString& path) const {
-    return sources.isEmpty() || links::isFromURLString(path, sources.front());
+    return platform::extendedAttribute(path, QString::fromUtf16(links::attributes::downloadMark)) ==
+           mark;
 }
 
 FileOrigin originOf(const DownloadRecord& download) {
     FileOrigin origin;
+    origin.mark = markOf(download);
     origin.sourcesAreComment =
         download.context().defaults.get(links::settings::storeSourceURLInSpotlightComment);
     if (download.context().defaults.get(settings::lastModifiedHeaderAdoption) > 0)
@@ -65,6 +70,7 @@ void writeOrigin(const FileOrigin& origin, const QString& path) {
                   timesFor(*origin.modificationDate).data(), AT_SYMLINK_NOFOLLOW) != 0)
         platform::log(u"cannot set modification date for <%1>"_s.arg(path));
     links::setSourceURLStrings(path, origin.sources, origin.sourcesAreComment);
+    writeMark(origin, path);
 }
 
 void writeOrigin(const FileOrigin& origin, const platform::Descriptor& file, const QString& path) {
@@ -72,26 +78,7 @@ void writeOrigin(const FileOrigin& origin, const platform::Descriptor& file, con
         futimens(file.get(), timesFor(*origin.modificationDate).data()) != 0)
         platform::log(u"cannot set modification date for <%1>"_s.arg(path));
     links::setSourceURLStrings(file, origin.sources, origin.sourcesAreComment);
-}
-
-QString finishedFileOf(const DownloadRecord& download) {
-    const UserSettings& settings = download.userSettings();
-    const qint64 length = knownFile(settings).length;
-    const QString chosen = platform::expandTilde(settings.string(keys::downloadFile));
-    const QString folder = chosen.isEmpty() ? downloadBasePath(download)
-                                            : links::stringByDeletingLastPathComponent(chosen);
-    if (length <= 0 || folder.isEmpty())
-        return {};
-    const QDateTime begun = download.date();
-    for (QDirIterator files(folder, QDir::Files | QDir::Hidden | QDir::NoSymLinks);
-         files.hasNext();) {
-        QString path = files.next();
-        const QFileInfo info = files.fileInfo();
-        if (info.size() == length && info.metadataChangeTime() >= begun &&
-            links::isFromURLString(path, settings.string(keys::responseURL)))
-            return path;
-    }
-    return {};
+    writeMark(origin, file);
 }
 
 void openByRule(const DownloadRecord& download, const QString& path) {

@@ -19,6 +19,7 @@ struct FileOrigin {
     std::optional<QDateTime> modificationDate;  ///< The server's. Nothing: it stays as it is.
     QStringList sources;                        ///< Addresses, the last of redirects first.
     bool sourcesAreComment = false;             ///< They are its comment too.
+    QByteArray mark;                            ///< See `markOf`.
 
     /// Not every file system keeps it when it is given a file of another one.
     [[nodiscard]] bool isKnownTo(const QString& path) const;
@@ -27,10 +28,6 @@ struct FileOrigin {
 void writeOrigin(const FileOrigin& origin, const QString& path);
 /// To a file that is going to be at `path`.
 void writeOrigin(const FileOrigin& origin, const platform::Descriptor& file, const QString& path);
-
-/// The file of a download whose partial data is gone because the program was stopped between moving
-/// the file to its final path and saving that. Empty: there is none, or it cannot be told.
-[[nodiscard]] QString finishedFileOf(const DownloadRecord& download);
 
 /// Hands it to the application of the first matching rule whose application takes it.
 void openByRule(const DownloadRecord& download, const QString& path);

@@ -172,12 +172,16 @@ void DQDownload::stopTransfer() {
     _isGettingDownloadPageSource = false;
 }
 
-void DQDownload::interrupt(const platform::Error& error) {
+void DQDownload::interruptUntilResumed(const platform::Error& error) {
     _isInterrupted = true;
     lastError_ = error;
     if (error.underlying)
         platform::log(error.text + u": "_s + error.underlying->text);
     stop(StatusCause::Interrupted);
+}
+
+void DQDownload::interrupt(const platform::Error& error) {
+    interruptUntilResumed(error);
     arrangeAutoResume();
     spaceWatch_.resumeWhenThereIsSpace(error);
 }

@@ -93,6 +93,9 @@ public:
     void resetProgressForDownloadWorker(DQDownloadWorkerPrototype& worker) override;
     void downloadWorkerDidReceiveResponse(DQDownloadWorkerPrototype& worker,
                                           const WorkerResponse& response) override;
+    void downloadWorkerWillStoreBytes(DQDownloadWorkerPrototype&) override {
+        transfer_.prepareForFirstBytes();
+    }
     void downloadWorkerDidReceiveBytes(DQDownloadWorkerPrototype& worker, qint64 count) override;
     void downloadWorkerDidFail(DQDownloadWorkerPrototype& worker,
                                const platform::Error& error) override;
@@ -125,6 +128,8 @@ public:
     void stop(StatusCause cause);
     /// Pauses it with the reason for its rows, and arranges for its resumption as the settings say.
     void interrupt(const platform::Error& error);
+    /// The same for what only the user can change: nothing resumes it by itself.
+    void interruptUntilResumed(const platform::Error& error);
     /// It could not be started at all.
     void abort();
     /// Gives up all partial data, which is damaged, and queues the download.

@@ -12,6 +12,7 @@
 namespace engine {
 
 class DQDownloadWorkerPrototype;
+class FinishedFiles;
 
 /// How a server refused a connection for now.
 struct Refusal {
@@ -56,6 +57,8 @@ public:
     /// that it was found on last.
     virtual void openURLsOfPage(const std::vector<platform::Url>& urls,
                                 const QStringList& pageChain) = 0;
+    /// What an earlier run has finished without being able to save that.
+    [[nodiscard]] virtual FinishedFiles& finishedFiles() = 0;
     /// Its partial file lies on a volume that is away.
     virtual void volumeIsMissing(DQDownload& download) = 0;
 };

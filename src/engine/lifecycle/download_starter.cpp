@@ -6,7 +6,7 @@
 #include "engine/context.h"
 #include "engine/environment.h"
 #include "engine/finishing/download_finisher.h"
-#include "engine/finishing/finished_file.h"
+#include "engine/finishing/finished_files.h"
 #include "engine/lifecycle/download.h"
 #include "engine/paths/download_paths.h"
 #include "engine/record/known_file.h"
@@ -33,9 +33,23 @@ void discardData(DQDownload& download) {
     forgetFile(download.userSettings());
 }
 
+/// False: there is none.
+bool adoptFinishedFile(DQDownload& download) {
+    const QString finished = download.host().finishedFiles().find(download);
+    if (finished.isEmpty())
+        return false;
+    platform::log(u"%1 was finished by an earlier run: %2"_s.arg(download.description(), finished));
+    if (!download.userSettings().contains(keys::originalURL))
+        download.userSettings().set(keys::originalURL, download.URLString());
+    download.finisher().adoptFinishedFile(finished);
+    return true;
+}
+
 PartialData lookForPartialData(DQDownload& download) {
+    // Of a new one there can be nothing.
     if (!download.userSettings().contains(keys::responseURL))
-        return PartialData::Absent;
+        return download.isRestored() && adoptFinishedFile(download) ? PartialData::Finished
+                                                                    : PartialData::Absent;
     download.paths().confirmAccessToPartialData();
     const QString path = download.paths().intermediateDownloadTargetPath();
     if (!path.isEmpty() && platform::pathExists(path))
@@ -45,10 +59,8 @@ PartialData lookForPartialData(DQDownload& download) {
         download.pause();
         return PartialData::VolumeAway;
     }
-    if (const QString finished = finishedFileOf(download); !finished.isEmpty()) {
-        download.finisher().adoptFinishedFile(finished);
+    if (adoptFinishedFile(download))
         return PartialData::Finished;
-    }
     // Without a path there never was a file: the answer was an error.
     if (!path.isEmpty())
         platform::log(u"intermediate download file vanished: %1"_s.arg(path));
@@ -67,10 +79,8 @@ ResumePlan planForPartialData(DQDownload& download) {
         fractionsFromArchive(settings.value(keys::accelerationWorkers), path);
     if (!recorded.empty() && !settings.contains(keys::expectedBytes))
         settings.set(keys::expectedBytes, recorded.back().end + 1);
-    const bool isFinishing =
-        isMarkedFinishing(path) || (!recorded.empty() && isMarkedWithParts(path));
     return planResume(path, measurePartialFiles(path), recorded, knownFile(settings).length,
-                      isFinishing);
+                      isMarkedFinishing(path));
 }
 
 /// The address that answered last. Nothing: it cannot be asked again.
@@ -136,11 +146,27 @@ Worker::Pointer makePrimaryWorker(DQDownload& download, const platform::Url& url
     return worker;
 }
 
-void startWorkers(DQDownload& download, const platform::Url& url, const ResumePlan& plan) {
-    if (links::isSandboxed() && download.paths().chooseIntermediateDownloadTargetPath().isEmpty()) {
-        download.pause();
-        return;
+/// In a sandbox the user may have to unlock the folder first, and can do anything while he is
+/// asked.
+bool hasAccessToFolder(DQDownload& download) {
+    if (!links::isSandboxed())
+        return true;
+    const DQDownloadStatus before = download.status();
+    const bool isUnlocked = download.paths().unlockDownloadFolder();
+    if (download.isBeingRemoved() || download.status() != before)
+        return false;
+    if (!isUnlocked) {
+        download.interruptUntilResumed(
+            makeWorkerError(WorkerErrorCode::FolderLocked,
+                            u"%1 has no access to its folder"_s.arg(download.description())));
     }
+    return isUnlocked;
+}
+
+void startWorkers(DQDownload& download, const platform::Url& url, const ResumePlan& plan) {
+    const auto kept = download.shared_from_this();
+    if (!hasAccessToFolder(download))
+        return;
     const Worker::Pointer worker = makePrimaryWorker(download, url, plan);
     if (!worker || (!worker->isDone() && !worker->start()))
         return download.abort();

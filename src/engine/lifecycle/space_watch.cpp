@@ -49,12 +49,23 @@ void SpaceWatch::look() {
 
 bool SpaceWatch::isSpaceBack() const {
     const QString path = download_.intermediateDownloadTargetPath();
-    const QStorageInfo volume(links::stringByDeletingLastPathComponent(path));
+    const QStorageInfo volume(folderShortOfSpace(download_));
+    const bool isElsewhere =
+        volume.device() != QStorageInfo(links::stringByDeletingLastPathComponent(path)).device();
     const qint64 length = knownFile(download_.userSettings()).length;
-    const qint64 missing = length > 0
-                               ? std::max<qint64>(length - platform::fileSize(path).value_or(0), 1)
-                               : enoughSpace;
-    return volume.isValid() && volume.bytesAvailable() >= std::min(missing, enoughSpace);
+    const qint64 present = isElsewhere ? 0 : platform::fileSize(path).value_or(0);
+    const qint64 missing = length > 0 ? std::max<qint64>(length - present, 1) : enoughSpace;
+    // A copy takes all of it or fails again.
+    const qint64 wanted = isElsewhere ? missing : std::min(missing, enoughSpace);
+    return volume.isValid() && volume.bytesAvailable() >= wanted;
+}
+
+QString folderShortOfSpace(DQDownload& download) {
+    const QString path = download.intermediateDownloadTargetPath();
+    const qint64 length = knownFile(download.userSettings()).length;
+    const bool isWhole = length > 0 && platform::fileSize(path).value_or(0) >= length;
+    return links::stringByDeletingLastPathComponent(isWhole ? download.finalDownloadTargetPath()
+                                                            : path);
 }
 
 }  // namespace engine

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 #include "platform/base/error.h"
 #include "platform/base/timer.h"
 
@@ -25,5 +27,8 @@ private:
     DQDownload& download_;
     platform::Timer timer_;
 };
+
+/// Where the room is missing: beside what has come, or where the file is to go once it is whole.
+[[nodiscard]] QString folderShortOfSpace(DQDownload& download);
 
 }  // namespace engine

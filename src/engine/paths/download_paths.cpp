@@ -54,15 +54,22 @@ DownloadPaths::DownloadPaths(DownloadRecord& download) : download_(download) {}
 
 DownloadPaths::~DownloadPaths() = default;
 
-bool DownloadPaths::confirmAccess(const QString& folder) const {
+QString DownloadPaths::reachedFolder(const QString& folder) const {
     return download_.context().fileAccess.confirmDownloadAccess(folder);
+}
+
+bool DownloadPaths::unlockDownloadFolder() {
+    return !download_.context()
+                .fileAccess
+                .confirmDownloadAccess(downloadBasePath(download_), FileAccess::Asking::IfNeeded)
+                .isEmpty();
 }
 
 void DownloadPaths::confirmAccessToPartialData() {
     const QString container = downloadContainerPath();
     const QString folder = links::stringByDeletingLastPathComponent(
         container.isEmpty() ? _intermediateDownloadTargetPath : container);
-    if (hasIntermediateDownloadTargetPath() && !confirmAccess(folder))
+    if (hasIntermediateDownloadTargetPath() && reachedFolder(folder).isEmpty())
         platform::log(u"where did my write access go?"_s);
 }
 
@@ -80,8 +87,8 @@ QString DownloadPaths::chooseIntermediateDownloadTargetPath() {
 
 DownloadPaths::Folder DownloadPaths::intermediateFolder() {
     if (download_.context().defaults.get(settings::intermediatesLocation) > 0) {
-        const QString folder = downloadBasePath(download_);
-        if (confirmAccess(folder)) {
+        const QString folder = reachedFolder(downloadBasePath(download_));
+        if (!folder.isEmpty()) {
             if (const QString container = newContainer(folder); !container.isEmpty())
                 return {container, true};
         }
@@ -157,15 +164,21 @@ void DownloadPaths::writeMetadata(const QVariantMap& archive) {
     metadata_->write(download_.context().disks, container, archive);
 }
 
+void DownloadPaths::writeFirstMetadata(const QVariantMap& archive) const {
+    if (const QString container = downloadContainerPath(); !container.isEmpty())
+        MetadataFile::writeAtOnce(container, archive);
+}
+
 QString DownloadPaths::finalDownloadTargetPath() {
     const QString chosen =
         platform::expandTilde(download_.userSettings().string(keys::downloadFile));
     const QString chosenFolder = links::stringByDeletingLastPathComponent(chosen);
-    if (!chosenFolder.isEmpty() && links::checkFolderPathAndCreateIfNecessary(chosenFolder) &&
-        confirmAccess(chosenFolder))
-        return chosen;
-    const QString folder = downloadBasePath(download_);
-    if (!confirmAccess(folder))
+    if (!chosenFolder.isEmpty() && links::checkFolderPathAndCreateIfNecessary(chosenFolder)) {
+        if (const QString folder = reachedFolder(chosenFolder); !folder.isEmpty())
+            return links::stringByAppendingPathComponent(folder, links::lastPathComponent(chosen));
+    }
+    const QString folder = reachedFolder(downloadBasePath(download_));
+    if (folder.isEmpty())
         return {};
     return links::availablePath(
         links::stringByAppendingPathComponent(folder, links::safeFileName(download_.name())));

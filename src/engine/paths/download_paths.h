@@ -21,11 +21,13 @@ public:
     [[nodiscard]] const QString& intermediateDownloadTargetPath() const {
         return _intermediateDownloadTargetPath;
     }
-    /// Chosen, and made room for, at the first call; then it stays, whatever the name becomes. The
-    /// user may be asked for access to its folder. Empty: access was not given.
+    /// Chosen, and made room for, at the first call; then it stays, whatever the name becomes.
     QString chooseIntermediateDownloadTargetPath();
-    /// Asks for access to the folder of a path that was chosen before, and says in the log if there
-    /// is none any more.
+    /// Asks the user, if need be, for access to the folder where the file goes. The main loop may
+    /// go on meanwhile, and this be gone at the end. False: access was not given.
+    [[nodiscard]] bool unlockDownloadFolder();
+    /// Opens the folder of a path that was chosen before, and says in the log if there is no access
+    /// to it any more.
     void confirmAccessToPartialData();
     void setIntermediateDownloadTargetPath(const QString& path) {
         _intermediateDownloadTargetPath = path;
@@ -45,6 +47,8 @@ public:
     [[nodiscard]] QVariantMap archive(bool paused) const;
     /// Writes it down in the container, if there is one, off the main thread.
     void writeMetadata(const QVariantMap& archive);
+    /// The same at once, before there is data that it belongs to.
+    void writeFirstMetadata(const QVariantMap& archive) const;
     /// For whoever moves the container's content away, off the main thread. Null: none was written.
     [[nodiscard]] const std::shared_ptr<MetadataFile>& metadata() const { return metadata_; }
 
@@ -60,7 +64,8 @@ private:
     [[nodiscard]] Folder intermediateFolder();
     [[nodiscard]] QString newContainer(const QString& folder);
 
-    [[nodiscard]] bool confirmAccess(const QString& folder) const;
+    /// Empty: no access.
+    [[nodiscard]] QString reachedFolder(const QString& folder) const;
     [[nodiscard]] std::function<void()> forgetPartialData();
     void discard(std::function<void()> remove) const;
 

@@ -10,17 +10,22 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace engine {
 
-bool FileAccess::confirmDownloadAccess(const QString& folder) {
+QString FileAccess::confirmDownloadAccess(const QString& folder, Asking asking) {
     if (folder.isEmpty())
-        return false;
-    const WriteAccess access = environment_.confirmWriteAccess(
-        folder, links::localized(
-                    "Orlop cannot download files to this folder at the moment. This is most likely "
-                    "due to the sandbox blocking access to it. Click \"Unlock\" to ask the sandbox "
-                    "for permanent access to the folder."));
-    if (access.granted && !access.bookmarkPath.isEmpty())
+        return {};
+    const QString explanation =
+        asking == Asking::No
+            ? QString()
+            : links::localized(
+                  "Orlop cannot download files to this folder at the moment. This is most likely "
+                  "due to the sandbox blocking access to it. Click \"Unlock\" to ask the sandbox "
+                  "for permanent access to the folder.");
+    const WriteAccess access = environment_.confirmWriteAccess(folder, explanation);
+    if (!access.granted)
+        return {};
+    if (!access.bookmarkPath.isEmpty())
         openBookmarks_.append(access.bookmarkPath);
-    return access.granted;
+    return access.reachedFolder.isEmpty() ? folder : access.reachedFolder;
 }
 
 void FileAccess::end() {

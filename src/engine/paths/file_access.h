@@ -13,8 +13,10 @@ class FileAccess {
 public:
     explicit FileAccess(const Environment& environment) : environment_(environment) {}
 
-    /// Whether a download may write there; may ask the user. False for an empty path.
-    [[nodiscard]] bool confirmDownloadAccess(const QString& folder);
+    enum class Asking { No, IfNeeded };
+
+    /// Where a download may write to reach that folder. Empty: it may not, or there is no folder.
+    [[nodiscard]] QString confirmDownloadAccess(const QString& folder, Asking asking = Asking::No);
     /// Nothing is queued or downloading any more: gives back what was granted.
     void end();
 

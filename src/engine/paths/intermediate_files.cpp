@@ -59,11 +59,9 @@ QString ownerOfFragment(const QString& path) {
 }
 
 /// What most downloads leave: a container with the primary file, or none, and negligible files. One
-/// look into the folder is enough for it. False: it holds something else, and nothing was done.
+/// look into the folder is enough for it, and a folder that holds something is never asked to go:
+/// the portal of Debian 12 dies of that. False: it holds something else, and nothing was done.
 bool removeContainerWithPrimaryFileOnly(const QString& container, const QString& primaryName) {
-    const QByteArray folder = QFile::encodeName(container);
-    if (rmdir(folder.constData()) == 0)
-        return true;
     QStringList paths;
     for (QDirIterator entries(
              container, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
@@ -77,7 +75,7 @@ bool removeContainerWithPrimaryFileOnly(const QString& container, const QString&
     }
     for (const QString& path : paths)
         QFile::remove(path);
-    return rmdir(folder.constData()) == 0;
+    return rmdir(QFile::encodeName(container).constData()) == 0;
 }
 
 }  // namespace

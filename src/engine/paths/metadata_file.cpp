@@ -11,6 +11,23 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace engine {
+namespace {
+
+QString pathIn(const QString& container) {
+    return links::stringByAppendingPathComponent(container, u"Archive.orlopinfo"_s);
+}
+
+void logFailure(const QString& container, const std::optional<platform::Error>& error) {
+    if (error)
+        platform::log(u"cannot write metadata: %1 (%2)"_s.arg(pathIn(container), error->text));
+}
+
+}  // namespace
+
+void MetadataFile::writeAtOnce(const QString& container, const QVariantMap& archive) {
+    logFailure(container,
+               platform::writeFileAtOnce(pathIn(container), platform::writePropertyList(archive)));
+}
 
 void MetadataFile::write(platform::Disks& disks, const QString& container,
                          const QVariantMap& archive) {
@@ -65,13 +82,10 @@ bool MetadataFile::takeNext(Version& next) {
 
 void MetadataFile::work() {
     for (Version version; takeNext(version);) {
-        const QString path =
-            links::stringByAppendingPathComponent(version.container, u"Archive.orlopinfo"_s);
-        const auto error =
-            platform::writeFileAtomically(path, platform::writePropertyList(version.archive));
+        const auto error = platform::writeFileAtomically(
+            pathIn(version.container), platform::writePropertyList(version.archive));
         isOutdated_ = isOutdated_ || error.has_value();
-        if (error)
-            platform::log(u"cannot write metadata: %1 (%2)"_s.arg(path, error->text));
+        logFailure(version.container, error);
     }
 }
 

@@ -22,6 +22,10 @@ class MetadataFile : public std::enable_shared_from_this<MetadataFile> {
 public:
     /// Not what it says already. Main thread.
     void write(platform::Disks& disks, const QString& container, const QVariantMap& archive);
+    /// Before the first byte that it belongs to is stored, so that a kill at any moment leaves no
+    /// data behind of which nobody knows. It may be lost if the power fails; a `write` is to
+    /// follow.
+    static void writeAtOnce(const QString& container, const QVariantMap& archive);
     /// Forgets what was to be written and what was, and calls `remove`, which deletes the
     /// container: at once, or on the thread that is just writing into it. Main thread.
     void discard(std::function<void()> remove);

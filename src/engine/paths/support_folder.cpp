@@ -1,7 +1,10 @@
 #include "engine/paths/support_folder.h"
 
+#include <unistd.h>
 #include <QDir>
 #include <QFile>
+
+#include <cerrno>
 
 #include "engine/environment.h"
 #include "links/paths/folders.h"
@@ -30,11 +33,13 @@ QString intermediateDownloadBasePath(const Environment& environment) {
                : QDir::tempPath();
 }
 
-void removeIntermediateFiles(const Environment& environment) {
+std::optional<platform::Error> removeIntermediateFiles(const Environment& environment) {
     if (const QString folder = pathInSupportFolder(environment, u"Downloads"_s); !folder.isEmpty())
         QDir(folder).removeRecursively();
-    if (const QString queue = queueArchivePath(environment); !queue.isEmpty())
-        QFile::remove(queue);
+    const QByteArray queue = QFile::encodeName(queueArchivePath(environment));
+    if (queue.isEmpty() || unlink(queue.constData()) == 0 || errno == ENOENT)
+        return std::nullopt;
+    return platform::posixError(errno);
 }
 
 }  // namespace engine

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "engine/context.h"
+#include "engine/finishing/finished_files.h"
 #include "engine/lifecycle/download.h"
 #include "engine/paths/file_access.h"
 #include "engine/queue/auto_resume.h"
@@ -107,6 +108,7 @@ private:
     [[nodiscard]] qint64 connectionsFor(const DQDownload& download) override;
     void openURLsOfPage(const std::vector<platform::Url>& urls,
                         const QStringList& pageChain) override;
+    [[nodiscard]] FinishedFiles& finishedFiles() override { return finishedFiles_; }
     void volumeIsMissing(DQDownload& download) override;
     void fileWasNotThrownAway(const QString& path) override;
 
@@ -121,6 +123,7 @@ private:
     FileAccess fileAccess_;
     Throttle throttle_;
     AutoResume autoResume_;
+    FinishedFiles finishedFiles_;
     Context context_;
     QueueTally tally_;
     QueueAdmission admission_;

@@ -224,8 +224,11 @@ void QueueAdmission::startEligibleQueuedDownloads() {
         eligible.push_back(download);
         --slots;
     }
-    for (const DownloadPtr& download : eligible)
-        download->startDownloadWithURL(std::nullopt, false);
+    // A start may ask the user, who can do anything meanwhile.
+    for (const DownloadPtr& download : eligible) {
+        if (download->status() == DQDownloadStatusQueued && !download->isBeingRemoved())
+            download->startDownloadWithURL(std::nullopt, false);
+    }
     passWhenHostIsReleased();
 }
 

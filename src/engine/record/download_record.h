@@ -86,7 +86,12 @@ public:
 
     [[nodiscard]] UserSettings& userSettings() { return settings_; }
     [[nodiscard]] const UserSettings& userSettings() const { return settings_; }
-    void userSettingsFromArchive(const QVariantMap& archive) { settings_.restore(archive); }
+    void userSettingsFromArchive(const QVariantMap& archive) {
+        settings_.restore(archive);
+        isRestored_ = true;
+    }
+    /// Whether an earlier run of the program knew it.
+    [[nodiscard]] bool isRestored() const { return isRestored_; }
 
     // The finished file; empty where there is none.
 
@@ -130,6 +135,7 @@ private:
     DownloadDates dates_;
     DownloadIdentity identity_;
     bool _autoResumeAfterSleep = false;
+    bool isRestored_ = false;
     bool isHeldBack_ = false;
 };
 

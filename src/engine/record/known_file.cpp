@@ -13,9 +13,10 @@ QString KnownFile::rangeValidator() const {
 }
 
 const QStringList& knownFileKeys() {
-    static const QStringList list{keys::expectedBytes, keys::entityTag,
-                                  keys::lastModified,  keys::isLastModifiedWeak,
-                                  keys::contentType,   keys::contentEncoding};
+    static const QStringList list{keys::expectedBytes,    keys::entityTag,
+                                  keys::lastModified,     keys::isLastModifiedWeak,
+                                  keys::contentType,      keys::contentEncoding,
+                                  keys::partialFileNumber};
     return list;
 }
 

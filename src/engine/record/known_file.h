@@ -28,7 +28,7 @@ struct KnownFile {
     friend bool operator==(const KnownFile&, const KnownFile&) = default;
 };
 
-/// The keys under which it is kept.
+/// The keys under which it is kept, and what is kept of the partial file itself.
 [[nodiscard]] const QStringList& knownFileKeys();
 [[nodiscard]] KnownFile knownFile(const UserSettings& settings);
 void storeKnownFile(UserSettings& settings, const KnownFile& file);

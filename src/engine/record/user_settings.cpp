@@ -29,6 +29,7 @@ const QStringList& keptKeys() {
                                   keys::isLastModifiedWeak,
                                   keys::contentType,
                                   keys::contentEncoding,
+                                  keys::partialFileNumber,
                                   keys::keptBytes,
                                   keys::keptAside};
     return list;

@@ -82,6 +82,8 @@ inline const QString lastModified = QStringLiteral("Last Modified");
 inline const QString isLastModifiedWeak = QStringLiteral("Last Modified Is Weak");
 inline const QString contentType = QStringLiteral("Content Type");
 inline const QString contentEncoding = QStringLiteral("Content Encoding");
+/// The inode of the partial file, which keeps it when it is moved within its disk.
+inline const QString partialFileNumber = QStringLiteral("Partial File Number");
 /// Bytes of the file that had come when the download last stopped; absent: none, or it runs.
 inline const QString keptBytes = QStringLiteral("Kept Bytes");
 /// Partial data that is in doubt while new data comes: "Resume Path" and what else belongs to it.

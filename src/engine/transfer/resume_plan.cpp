@@ -117,8 +117,7 @@ ResumePlan planResume(const QString& primaryPath, const PartialFileSizes& sizes,
     for (const StoredFraction& fraction : recorded)
         plan.fractionSizes.push_back(sizes.byPath.value(fraction.target));
     plan.fractions = std::move(recorded);
-    plan.kind = isFinishing && areAllComplete(plan) ? ResumePlan::Kind::Complete
-                                                    : ResumePlan::Kind::Accelerated;
+    plan.kind = areAllComplete(plan) ? ResumePlan::Kind::Complete : ResumePlan::Kind::Accelerated;
     return plan;
 }
 

@@ -49,8 +49,8 @@ struct ResumePlan {
     std::vector<qint64> fractionSizes;
 };
 
-/// `length` of the whole file, 0 if not known. `isFinishing`: what is complete has only to be
-/// put together.
+/// `length` of the whole file, 0 if not known. `isFinishing`: one of unknown length has come whole.
+/// All else shows by the lengths of what lies there.
 [[nodiscard]] ResumePlan planResume(const QString& primaryPath, const PartialFileSizes& sizes,
                                     std::vector<StoredFraction> recorded, qint64 length,
                                     bool isFinishing);

@@ -1,5 +1,7 @@
 #include "engine/transfer/transfer.h"
 
+#include <sys/stat.h>
+#include <QFile>
 #include <QtMath>
 #include <algorithm>
 #include <iterator>
@@ -9,7 +11,6 @@
 #include "engine/record/download_record.h"
 #include "engine/settings.h"
 #include "engine/transfer/resume_plan.h"
-#include "engine/workers/partial_file_marks.h"
 #include "links/paths/file_attributes.h"
 #include "platform/base/log.h"
 #include "platform/base/user_defaults.h"
@@ -99,6 +100,17 @@ qint64 Transfer::noteReceivedBytes(const Worker& worker) {
     return reached.truncation;
 }
 
+void Transfer::prepareForFirstBytes() {
+    if (!_shouldWriteMetadataToDownloadBundle || !paths_.hasIntermediateDownloadTargetPath())
+        return;
+    recordAccelerationWorkers();
+    struct stat status {};
+    if (stat(QFile::encodeName(paths_.intermediateDownloadTargetPath()).constData(), &status) == 0)
+        record_.userSettings().set(keys::partialFileNumber, static_cast<qint64>(status.st_ino));
+    if (record_.context().defaults.get(settings::storeMetadataLocally))
+        paths_.writeFirstMetadata(paths_.archive(false));
+}
+
 void Transfer::writeMetadataIfNecessary() {
     if (_hasJustAddedAccelerationWorkers) {
         _hasJustAddedAccelerationWorkers = false;
@@ -107,9 +119,6 @@ void Transfer::writeMetadataIfNecessary() {
     if (!_shouldWriteMetadataToDownloadBundle || !paths_.hasIntermediateDownloadTargetPath())
         return;
     recordAccelerationWorkers();
-    // Long before they are complete: nobody may hear of that any more.
-    if (_downloadWorkers.size() >= 2)
-        markWithParts(paths_.intermediateDownloadTargetPath());
     if (record_.context().defaults.get(settings::storeMetadataLocally))
         paths_.writeMetadata(paths_.archive(false));
     _shouldWriteMetadataToDownloadBundle = false;

@@ -51,6 +51,8 @@ public:
     /// A transfer begins at the first byte, or goes on.
     void resetProgress();
     void startSpeedMeter() { speed_ = {}; }
+    /// To be called before a worker stores its first block.
+    void prepareForFirstBytes();
     /// To be called for each block. Answers where the worker is to be cut off; 0: nowhere.
     [[nodiscard]] qint64 noteReceivedBytes(const Worker& worker);
 

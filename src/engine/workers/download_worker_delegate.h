@@ -40,6 +40,8 @@ public:
     /// Can come several times from one worker.
     virtual void downloadWorkerDidReceiveResponse(DQDownloadWorkerPrototype& worker,
                                                   const WorkerResponse& response) = 0;
+    /// Its file is open, and its first bytes are going to be stored there.
+    virtual void downloadWorkerWillStoreBytes(DQDownloadWorkerPrototype& worker) = 0;
     /// The bytes are in the file, and in the worker's `downloadedBytes`.
     virtual void downloadWorkerDidReceiveBytes(DQDownloadWorkerPrototype& worker, qint64 count) = 0;
     /// The worker's status is Failed already.

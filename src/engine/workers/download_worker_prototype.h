@@ -19,10 +19,11 @@ inline const QString workerErrorDomain = QStringLiteral("com.tarnworks.Orlop.DQD
 enum class WorkerErrorCode {
     CannotWrite = 1,  ///< The underlying error says why.
     MissingTargetPath = 2,
-    WrongLength = 3,  ///< More or fewer bytes than announced.
-    WrongPart = 4,    ///< Another part of the file than asked for, or of another file.
-    NotGiven = 5,     ///< An answer that holds nothing of the file, and no other follows.
-    OtherAnswer = 6,  ///< A whole answer that cannot be the file.
+    WrongLength = 3,   ///< More or fewer bytes than announced.
+    WrongPart = 4,     ///< Another part of the file than asked for, or of another file.
+    NotGiven = 5,      ///< An answer that holds nothing of the file, and no other follows.
+    OtherAnswer = 6,   ///< A whole answer that cannot be the file.
+    FolderLocked = 7,  ///< The sandbox keeps this program out of the folder.
 };
 
 [[nodiscard]] platform::Error makeWorkerError(WorkerErrorCode code, const QString& text,
@@ -78,6 +79,11 @@ public:
     [[nodiscard]] virtual bool resumesInSeparateFile() const { return true; }
 
     [[nodiscard]] DQDownloadWorkerDelegate* delegate() const { return _delegate; }
+    /// To be called before the first bytes are stored.
+    void willStoreBytes() {
+        if (_delegate)
+            _delegate->downloadWorkerWillStoreBytes(*this);
+    }
     [[nodiscard]] bool isDebugLogged() const { return _delegate && _delegate->isDebugLogged(); }
     void setDelegate(DQDownloadWorkerDelegate* delegate) { _delegate = delegate; }
     [[nodiscard]] WorkerRequest& request() { return request_; }

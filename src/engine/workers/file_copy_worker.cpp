@@ -102,6 +102,7 @@ void FileCopyWorker::take(const QByteArray& data) {
     if (!target_) {
         if (const auto error = openTarget())
             return stopWithError(*error);
+        willStoreBytes();
     }
     target_->writesOfDisk().start(
         [&loop = context().loop, target = target_, data, weak = weak_from_this()] {

@@ -210,6 +210,8 @@ void DQHTTPRequestDownloadWorker::requestDidReceiveData(http::HTTPRequest& reque
         return stopWithError(
             makeWorkerError(WorkerErrorCode::WrongLength,
                             u"%1 received more than it asked for"_s.arg(description())));
+    if (downloadedBytes() == 0)
+        willStoreBytes();
     if (!std::exchange(isStoreOffered_, true) && request.setBodyStore(_downloadFile, data))
         return;
     if (const auto error = _downloadFile->write(data))

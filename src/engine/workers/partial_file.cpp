@@ -50,7 +50,7 @@ std::optional<platform::Error> PartialFile::open(const QString& path, qint64 off
     platform::Descriptor file(::open(name.constData(), flags | O_CREAT | O_EXCL, newFileMode));
     const bool isNew = file.isOpen();
     if (!isNew && errno == EEXIST)
-        file = platform::Descriptor(::open(name.constData(), flags));
+        file = platform::openWithoutFollowing(name, flags);
     if (!file.isOpen())
         return platform::posixError(errno);
     const auto status = plainFileStatus(file);

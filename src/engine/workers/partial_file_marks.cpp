@@ -18,7 +18,6 @@ namespace {
 /// "BOOT BYTES": the boot in which the mark was made, and the bytes known to be on the disk.
 constexpr char syncedAttribute[] = "user.orlop.synced";
 constexpr char finishingAttribute[] = "user.orlop.finishing";
-constexpr char partsAttribute[] = "user.orlop.parts";
 
 /// random(4): differs from one boot to the next.
 const QByteArray& bootIdentifier() {
@@ -89,17 +88,9 @@ bool isMarkedFinishing(const QString& path) {
     return hasFlag(path, finishingAttribute);
 }
 
-void markWithParts(const QString& path) {
-    setFlag(path, partsAttribute);
-}
-
-bool isMarkedWithParts(const QString& path) {
-    return hasFlag(path, partsAttribute);
-}
-
 void removePartialFileMarks(const QString& path) {
     const QByteArray file = QFile::encodeName(path);
-    for (const char* name : {syncedAttribute, finishingAttribute, partsAttribute})
+    for (const char* name : {syncedAttribute, finishingAttribute})
         lremovexattr(file.constData(), name);
 }
 

@@ -17,14 +17,9 @@ void markSynced(int file, qint64 bytes);
 /// up since the file was written, all of it counts: what a killed process wrote is not lost.
 void dropUnsyncedTail(const QString& path);
 
-/// All workers have done their part: the file has only to be joined with its fragments and moved.
+/// The one file of an unknown length has come whole: it has only to be moved.
 void markFinishing(const QString& path);
 [[nodiscard]] bool isMarkedFinishing(const QString& path);
-
-/// The file has fragments that go with it: whoever finds them all complete has only to join them.
-/// Without it, complete parts wait for a user's word.
-void markWithParts(const QString& path);
-[[nodiscard]] bool isMarkedWithParts(const QString& path);
 
 /// Takes the marks off before the file becomes the user's. Any thread.
 void removePartialFileMarks(const QString& path);

@@ -19,6 +19,8 @@ namespace attributes {
 inline constexpr char16_t sourceURLs[] = u"user.orlop.source-urls";
 /// How much of a file has arrived: a decimal fraction from 0 to 1 in ASCII.
 inline constexpr char16_t fractionCompleted[] = u"user.orlop.fraction-completed";
+/// Which download a finished file belongs to; see engine/finishing/finished_files.h.
+inline constexpr char16_t downloadMark[] = u"user.orlop.download";
 /// The three that desktops share (freedesktop.org, Common Extended Attributes).
 inline constexpr char16_t originURL[] = u"user.xdg.origin.url";
 inline constexpr char16_t referrerURL[] = u"user.xdg.referrer.url";

@@ -1,5 +1,6 @@
 #include "links/paths/sandbox.h"
 
+#include <QFileInfo>
 #include <QProcessEnvironment>
 
 #include "links/text/localization.h"
@@ -15,7 +16,9 @@ bool isSandboxEnvironment() {
     const QString container = environment.value(u"APP_SANDBOX_CONTAINER_ID"_s);
     const QString home = environment.value(u"HOME"_s);
     const bool sandboxed = environment.contains(u"APP_SANDBOX_CONTAINER_ID"_s) ||
-                           home.contains(u"/Library/Containers/"_s);
+                           home.contains(u"/Library/Containers/"_s) ||
+                           environment.contains(u"SNAP"_s) ||
+                           QFileInfo::exists(u"/.flatpak-info"_s);
     // Only what decides: the rest of an environment may hold secrets, and logs are passed on.
     platform::debugLog([&] {
         return filledFormat(u"environment: %@ => %@"_s,

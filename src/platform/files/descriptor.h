@@ -24,6 +24,11 @@ private:
     int number_;
 };
 
+/// The file of that name, not one that a link of that name leads to (O_NOFOLLOW). Also where the
+/// file system refuses the flag for files that are no links, as the documents of a sandbox's portal
+/// do. Not open: errno says why; ELOOP for a link.
+[[nodiscard]] Descriptor openWithoutFollowing(const QByteArray& path, int flags);
+
 /// Writes all of it, however often the system stops short. False: errno says why.
 [[nodiscard]] bool writeFully(const Descriptor& file, const char* bytes, qint64 count);
 
@@ -40,6 +45,9 @@ public:
     [[nodiscard]] bool isOpen() const { return file_.isOpen(); }
     [[nodiscard]] const Descriptor& file() const { return file_; }
     [[nodiscard]] const QByteArray& path() const { return path_; }
+    /// Deletes those that killed programs of this user have left in a folder, in which nobody else
+    /// is making any at the moment.
+    static void removeStrays(const QByteArray& folder);
     /// It has been renamed and is not ours to remove any more.
     void setPlaced() { path_.clear(); }
 

@@ -47,16 +47,28 @@ bool isSameFile(const QString& path, const QString& other) {
            first.st_dev == second.st_dev && first.st_ino == second.st_ino;
 }
 
-std::optional<Error> writeFileAtomically(const QString& path, const QByteArray& data) {
-    const QByteArray target = QFile::encodeName(path);
+namespace {
+
+std::optional<Error> placeFile(const QByteArray& target, const QByteArray& data, bool isSynced) {
     TemporaryFile temporary(target);
     if (!temporary.isOpen() || !writeFully(temporary.file(), data.constData(), data.size()) ||
-        fsync(temporary.file().get()) != 0 ||
+        (isSynced && fsync(temporary.file().get()) != 0) ||
         rename(temporary.path().constData(), target.constData()) != 0)
         return posixError(errno);
     temporary.setPlaced();
-    syncFolderOf(target);
+    if (isSynced)
+        syncFolderOf(target);
     return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<Error> writeFileAtomically(const QString& path, const QByteArray& data) {
+    return placeFile(QFile::encodeName(path), data, true);
+}
+
+std::optional<Error> writeFileAtOnce(const QString& path, const QByteArray& data) {
+    return placeFile(QFile::encodeName(path), data, false);
 }
 
 namespace {

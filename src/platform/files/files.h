@@ -26,6 +26,10 @@ class Descriptor;
 /// 0600. Nothing: done. The old file stays whole whatever happens.
 [[nodiscard]] std::optional<Error> writeFileAtomically(const QString& path, const QByteArray& data);
 
+/// The same without waiting for the disk: what a killed program has written so is there, what came
+/// just before a power failure may not be.
+[[nodiscard]] std::optional<Error> writeFileAtOnce(const QString& path, const QByteArray& data);
+
 struct FileContents {
     QByteArray data;
     /// Set: could not be read; code ENOENT: there is none.

@@ -113,7 +113,7 @@ bool copyContents(const Descriptor& from, const Descriptor& to) {
 }
 
 std::optional<Error> copyAndRemove(const QByteArray& from, const QByteArray& to) {
-    const Descriptor source(open(from.constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    const Descriptor source = openWithoutFollowing(from, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     struct stat status {};
     if (!source.isOpen() || fstat(source.get(), &status) != 0)
         return lastError();

@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QWheelEvent>
 
+#include "app/folders/security_scoped_bookmark_manager.h"
 #include "platform/files/files.h"
 #include "ui/art/icons.h"
 #include "ui/text.h"
@@ -25,7 +26,10 @@ constexpr int widestItem = 320;
 QString chooseFolder(QWidget* window, const QString& path) {
     const QString chosen = QFileDialog::getExistingDirectory(window, translated("Choose Folder"),
                                                              platform::expandTilde(path));
-    return chosen.isEmpty() ? QString() : platform::abbreviateWithTilde(chosen);
+    if (chosen.isEmpty())
+        return {};
+    auto* const folders = app::bookmarkManager();
+    return platform::abbreviateWithTilde(folders ? folders->keepChosenFolder(chosen) : chosen);
 }
 
 FolderSelector::FolderSelector(Use use, const app::RuleBook& rules,

@@ -90,10 +90,13 @@ bool DesktopFrontEnd::confirm(const app::Alert& alert) {
                     window_->isVisible() ? window_.data() : nullptr);
     box.setInformativeText(literalText(translated(alert.text)));
     QPushButton* accept = box.addButton(translated(alert.defaultButton), QMessageBox::AcceptRole);
+    QPushButton* first = accept;
     if (!alert.otherButton.isEmpty()) {
-        box.setEscapeButton(box.addButton(translated(alert.otherButton), QMessageBox::RejectRole));
+        QPushButton* other = box.addButton(translated(alert.otherButton), QMessageBox::RejectRole);
+        box.setEscapeButton(other);
+        first = alert.isRisky ? other : accept;
     }
-    box.setDefaultButton(accept);
+    box.setDefaultButton(first);
     alert_ = &box;
     box.exec();
     return box.clickedButton() == accept;
@@ -119,6 +122,28 @@ std::optional<QString> DesktopFrontEnd::chooseAbbreviatedDownloadFileForURL(
 std::optional<QString> DesktopFrontEnd::chooseAbbreviatedDownloadsFolder() {
     const QString path = chooseFolder(window_, platform::downloadsUserFolder());
     return path.isEmpty() ? std::nullopt : std::optional(path);
+}
+
+/// The portal's panel has no room for an explanation, so that stands before it.
+std::optional<QString> DesktopFrontEnd::unlockFolder(const QString& folder,
+                                                     const QString& explanation) {
+    if (!asks_ || !window_) {
+        return std::nullopt;
+    }
+    if (!explanation.isEmpty() &&
+        !confirm({app::Alert::Kind::UnlockFolder, platform::abbreviateWithTilde(folder),
+                  explanation, u"Unlock"_s, u"Cancel"_s})) {
+        return std::nullopt;
+    }
+    QFileDialog panel(window_, translated("Unlock"), folder);
+    panel.setFileMode(QFileDialog::Directory);
+    panel.setOption(QFileDialog::ShowDirsOnly);
+    panel.setOption(QFileDialog::ReadOnly);
+    panel.setLabelText(QFileDialog::Accept, translated("Unlock"));
+    if (panel.exec() != QDialog::Accepted || panel.selectedFiles().isEmpty()) {
+        return std::nullopt;
+    }
+    return panel.selectedFiles().constFirst();
 }
 
 void DesktopFrontEnd::beep() {

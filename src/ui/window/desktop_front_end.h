@@ -54,6 +54,7 @@ public:
     void dismissAlert() override;
     std::optional<QString> chooseAbbreviatedDownloadFileForURL(const platform::Url& url) override;
     std::optional<QString> chooseAbbreviatedDownloadsFolder() override;
+    std::optional<QString> unlockFolder(const QString& folder, const QString& explanation) override;
 
     void beep() override;
     void requestUserAttention() override;

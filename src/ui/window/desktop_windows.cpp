@@ -130,6 +130,12 @@ void DesktopWindows::tellProblems() {
                 frontEnd_.noteProblem(translated("The queue cannot be saved: %1").arg(reason));
             }
         });
+    QObject::connect(
+        controller, &app::DQMainController::queueNotSavedAtQuit, window_.get(),
+        [this](const QString& problem) {
+            frontEnd_.confirm({app::Alert::Kind::QueueNotSaved,
+                               translated("The queue is not saved"), problem, u"OK"_s, QString()});
+        });
 }
 
 void DesktopWindows::offerToResume(const app::Downloads& downloads) {

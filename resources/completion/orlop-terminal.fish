@@ -1,0 +1,23 @@
+# Completion of orlop-terminal for fish.
+set -l verbs add list pause resume remove wait
+set -l named '__fish_seen_subcommand_from pause resume remove'
+set -l adds '__fish_seen_subcommand_from add'
+complete -c orlop-terminal -n __fish_use_subcommand -a add -d 'Add addresses to a running Orlop'
+complete -c orlop-terminal -n __fish_use_subcommand -a list -d 'List its downloads'
+complete -c orlop-terminal -n __fish_use_subcommand -a pause -d 'Pause downloads'
+complete -c orlop-terminal -n __fish_use_subcommand -a resume -d 'Go on with downloads'
+complete -c orlop-terminal -n __fish_use_subcommand -a remove -d 'Take downloads out'
+complete -c orlop-terminal -n __fish_use_subcommand -a wait -d 'Wait until all is done'
+complete -c orlop-terminal -n __fish_use_subcommand -l version -d 'Show the version'
+complete -c orlop-terminal -l help -d 'Show how it is used'
+complete -c orlop-terminal -n "__fish_seen_subcommand_from $verbs[2..]" -f
+complete -c orlop-terminal -n "$named" -a '(orlop-terminal list 2>/dev/null | string replace -r " .*" "")'
+complete -c orlop-terminal -n "$named" -l all -d 'All of them'
+complete -c orlop-terminal -n '__fish_seen_subcommand_from list' -l json -d 'As JSON'
+complete -c orlop-terminal -n "$adds" -l folder -r -a '(__fish_complete_directories)' -d 'Where it goes'
+complete -c orlop-terminal -n "$adds" -l name -x -d 'What it is called'
+complete -c orlop-terminal -n "$adds" -l paused -d 'Do not start it'
+complete -c orlop-terminal -n "$adds" -l referrer -x -d 'Page that it is linked from'
+complete -c orlop-terminal -n "$adds" -l user-agent -x -d 'What the server is told of the program'
+complete -c orlop-terminal -n "$adds" -l cookies -x -d 'As in the Cookie header'
+complete -c orlop-terminal -n "$adds" -l post -x -d 'Data to post'
