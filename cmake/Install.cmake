@@ -42,6 +42,9 @@ install(FILES "${resources}/icons/app/orlop.svg"
 install(FILES "${resources}/icons/mimetypes/application-x-orlop-request.svg"
         DESTINATION "${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/mimetypes")
 if(TARGET orlop-browser)
+    # As a folder, from which browsers load it unpacked; stores take what scripts/extension packs.
+    install(DIRECTORY "${CMAKE_SOURCE_DIR}/extension/"
+            DESTINATION "${CMAKE_INSTALL_DATADIR}/orlop/extension")
     install(CODE "set(host \"$<TARGET_FILE:orlop-browser>\")
         set(folder \"${CMAKE_INSTALL_BINDIR}\")")
     install(SCRIPT "${CMAKE_CURRENT_LIST_DIR}/InstallBrowserHosts.cmake")

@@ -38,7 +38,7 @@ HELD_KEY_AND_CLICK = """(link) => {
 class ExtensionTests:
     names = [f"{kind}.bin" for kind in KINDS + STAYING] + [
         f"{word}.bin" for word in ("held", "faked", "never", "small", "some", "slow", "pick-1",
-                                   "pick-2", "pick-3", "moved", "menu")]
+                                   "pick-2", "moved", "mine", "frame", "menu")]
 
     def setUp(self):
         self.page = self.browser.open(self.site.url("/page"))
@@ -60,6 +60,20 @@ class ExtensionTests:
             self.click(kind)
             with self.subTest(kind=kind):
                 self.assert_in_orlop(f"{kind}.bin")
+
+    def test_cookies_of_private_windows_and_of_frames(self):
+        self.browser.click_in_frame(self.page, "frame")
+        self.assert_in_orlop("frame.bin")
+        address = self.site.url("/page?visitor=private")
+        self.browser.ask_extension(
+            "async (url) => { await api.windows.create({ url, incognito: true }); }", address)
+        private = self.browser.page_at("visitor=private")
+        wait_until(lambda: self.browser.evaluate(
+            private, "() => document.readyState === 'complete'"), what="the private window")
+        self.browser.click(private, "mine-mine.bin")
+        self.assert_in_orlop("mine.bin")
+        kept = self.browser.ask_extension("() => api.storage.local.get(null)")
+        self.assertNotIn("mine.bin", str(kept))
 
     def test_what_cannot_be_repeated_stays(self):
         self.click("upload")

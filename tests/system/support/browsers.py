@@ -14,6 +14,7 @@ from pathlib import Path
 from .home import DEADLINE, wait_until
 
 ROOT = Path(__file__).parents[3]
+SILENCE = 20
 ALT, CONTROL = 1, "\ue009"
 PLACE = """(id) => {
     const element = document.getElementById(id);
@@ -61,9 +62,15 @@ class Browser:
     close = kill
 
     def restart(self):
-        """After a kill, over the same profile."""
-        self.kill()
-        self.start()
+        """After a kill, over the same profile; a browser that was killed may hang at its start."""
+        for attempt in range(3):
+            self.kill()
+            try:
+                self.start()
+                return
+            except (ConnectionError, TimeoutError):
+                if attempt == 2:
+                    raise
 
     def _spawn(self, *words, **options):
         with open(self.home.root / f"{self.family}.log", "ab") as log:
@@ -134,7 +141,8 @@ class Chromium(Browser):
         self._sessions = {}
         self._arrived = threading.Condition()
         threading.Thread(target=self._listen, daemon=True).start()
-        self.call("Extensions.loadUnpacked", path=str(self.packed / "chromium"))
+        self.call("Extensions.loadUnpacked", path=str(self.packed / "chromium"),
+                  enableInIncognito=True)
         self.own_page = self.open(self.origin + "pages/options.html")
 
     def _listen(self):
@@ -151,6 +159,7 @@ class Chromium(Browser):
             self._arrived.notify_all()
 
     def call(self, method, session=None, **parameters):
+        """Answers take moments; a browser that is silent for longer hangs."""
         number = next(self._numbers)
         message = {"id": number, "method": method, "params": parameters}
         if session:
@@ -158,7 +167,7 @@ class Chromium(Browser):
         os.write(self._writing, json.dumps(message).encode() + b"\0")
         with self._arrived:
             self._arrived.wait_for(
-                lambda: number in self._answers or "end" in self._answers, DEADLINE)
+                lambda: number in self._answers or "end" in self._answers, SILENCE)
         answer = self._answers.pop(number, None)
         if answer is None:
             raise ConnectionError(f"{method}: the browser said nothing")
@@ -211,6 +220,8 @@ class Chromium(Browser):
         for kind in "mouseMoved", "mousePressed", "mouseReleased":
             self.call("Input.dispatchMouseEvent", session, type=kind, x=x, y=y, button="left",
                       clickCount=1, modifiers=ALT if leaves else 0)
+
+    click_in_frame = click
 
     def picture(self, page, path, size=None, dark=False):
         session = self.session(page)
@@ -269,7 +280,8 @@ class Firefox(Browser):
         self.call("WebDriver:NewSession", capabilities={"alwaysMatch": {
             "acceptInsecureCerts": True, "unhandledPromptBehavior": "accept"}})
         self.call("WebDriver:SetTimeouts", script=DEADLINE * 1000, pageLoad=DEADLINE * 1000)
-        self.call("Addon:Install", path=str(self.packed / "firefox"), temporary=True)
+        self.call("Addon:Install", path=str(self.packed / "firefox"), temporary=True,
+                  allowPrivateBrowsing=True)
         self.own_page = self.open(self.origin + "pages/options.html")
 
     def _connected(self):
@@ -343,6 +355,15 @@ class Firefox(Browser):
             {"type": "pointerMove", "x": round(x), "y": round(y)},
             {"type": "pointerDown", "button": 0}, {"type": "pointerUp", "button": 0}]}
         self.call("WebDriver:PerformActions", actions=(held if leaves else []) + [pointer])
+
+    def click_in_frame(self, page, frame):
+        """The link that fills the frame of that id."""
+        self.call("WebDriver:SwitchToWindow", handle=page)
+        found = self.call("WebDriver:FindElement", using="css selector", value=f"#{frame}")["value"]
+        self.call("WebDriver:SwitchToFrame", element=next(iter(found.values())))
+        link = self.call("WebDriver:FindElement", using="css selector", value="a")["value"]
+        self.call("WebDriver:ElementClick", id=next(iter(link.values())))
+        self.call("WebDriver:SwitchToParentFrame")
 
     def picture(self, page, path, size=None, dark=False):
         self._prefer("layout.css.prefers-color-scheme.content-override", 0 if dark else 1)

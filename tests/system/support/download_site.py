@@ -10,6 +10,7 @@ from urllib.parse import parse_qs, quote, urlsplit
 
 SECRET = b"of the site"
 COOKIE = "session=a1b2c3"
+OTHER_COOKIES = {"framed": "framed=1", "mine": "visitor=private"}
 SIZE = 50_000
 
 
@@ -36,7 +37,14 @@ class Handler(BaseHTTPRequestHandler):
         if self.command != "HEAD":
             self.wfile.write(body)
 
-    def _page(self):
+    def _frame(self):
+        """Of another site within the page; its cookie counts only there."""
+        name, = [name for name in self.server.names if name.startswith("frame")]
+        self._send(200, f"<a style='position:fixed;inset:0' href='/framed/{name}'>{name}</a>".encode(),
+                   Content_Type="text/html",
+                   Set_Cookie="framed=1; SameSite=None; Secure; Partitioned; Path=/")
+
+    def _page(self, visitor):
         names = self.server.names
         now = int(time.time()) + 600
         links = "".join(
@@ -44,7 +52,8 @@ class Handler(BaseHTTPRequestHandler):
             for name in names for kind, address in (
                 ("file", f"/file/{name}"), ("twice", f"/twice/{name}"),
                 ("signed", f"/signed/{name}?expires={now}&signature={signature(name, now)}"),
-                ("type", f"/type/{name}"), ("open", f"/open/{name}")))
+                ("type", f"/type/{name}"), ("open", f"/open/{name}"),
+                ("mine", f"/mine/{name}")))
         forms = "".join(
             f'<form method="post" action="/form/{name}"><input name="word" value="schön &amp; gut">'
             f'<button id="form-{name}">{name}</button></form>'
@@ -56,12 +65,12 @@ class Handler(BaseHTTPRequestHandler):
                 "<script>blob.href = URL.createObjectURL(new Blob(['abc']))</script>"
                 "<img src='/open/picture.png' alt='<b>not bold</b>'>")
         body = ("<!DOCTYPE html><meta charset='utf-8'><title>Site &lt;b&gt;</title>" + links + forms
-                + blob + self.server.extra).encode()
-        self._send(200, body, Content_Type="text/html; charset=utf-8", Set_Cookie=COOKIE + "; Path=/")
+                + blob + f"<iframe id='frame' src='http://localhost:{self.server.server_port}/frame'>"
+                "</iframe>").encode()
+        cookie = f"visitor={visitor}" if visitor else COOKIE
+        self._send(200, body, Content_Type="text/html; charset=utf-8", Set_Cookie=cookie + "; Path=/")
 
     def _file(self, name, **headers):
-        with self.server.lock:
-            self.server.served.append((name, self.headers.get("User-Agent", ""), self.command))
         self._send(200, content(name, self.server.size), Content_Type="application/octet-stream",
                    **({"Content_Disposition": f"attachment; filename*=UTF-8''{quote(name)}"} | headers))
 
@@ -75,8 +84,11 @@ class Handler(BaseHTTPRequestHandler):
         name = rest[0] if rest else ""
         query = parse_qs(address.query)
         if kind == "page":
-            self._page()
-        elif kind == "open":
+            self._page(query.get("visitor", [""])[0])
+        elif kind == "frame":
+            self._frame()
+        elif kind == "open" or kind in OTHER_COOKIES and (
+                OTHER_COOKIES[kind] in self.headers.get("Cookie", "")):
             self._file(name)
         elif kind == "stall":
             self.send_response(200)
@@ -85,7 +97,6 @@ class Handler(BaseHTTPRequestHandler):
             self.server.stopping.wait()
         elif kind == "type" and self._is_known():
             self._send(200, content(name), Content_Type="application/x-of-no-browser")
-            self.server.served.append((name, self.headers.get("User-Agent", ""), "GET"))
         elif kind == "file" and self._is_known():
             self._file(name)
         elif kind == "twice" and self._is_known():
@@ -120,10 +131,9 @@ class SiteServer(ThreadingHTTPServer):
 
 
 class DownloadSite:
-    def __init__(self, names, size=SIZE, extra=""):
+    def __init__(self, names, size=SIZE):
         self._server = SiteServer(("127.0.0.1", 0), Handler)
-        self._server.names, self._server.size, self._server.extra = names, size, extra
-        self._server.served, self._server.lock = [], threading.Lock()
+        self._server.names, self._server.size = names, size
         self._server.stopping = threading.Event()
         threading.Thread(target=self._server.serve_forever, daemon=True).start()
 
