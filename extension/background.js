@@ -16,6 +16,7 @@ import { watchRequests } from "./watch/requests.js";
 const SHORTEST_WAIT = 500;
 const LONGEST_WAIT = 60_000;
 const CALL_LIMIT = 30_000;
+const UNSEEN = 30_000;
 
 const state = { isHere: false, isMissing: false, count: 0 };
 let wait = SHORTEST_WAIT;
@@ -63,17 +64,18 @@ async function filterText() {
 
 const context = { handOvers, filterText };
 
-// The browser's own copy of what Orlop has kept.
+// The browser's own copy of what Orlop has kept goes, unless it has been there for a while: the user
+// may have seen it.
 handOvers.onKept = async ({ downloadId }) => {
   if (downloadId === undefined) return;
   const [item] = await api.downloads.search({ id: downloadId });
-  if (item && item.state !== "complete") await removeFromBrowser(downloadId);
+  const age = item?.endTime ? Date.now() - Date.parse(item.endTime) : 0;
+  if (item && age < UNSEEN) await removeFromBrowser(downloadId);
 };
 
 // Settles what a worker, or a browser that crashed, has left half done.
 async function recover() {
-  for (const entry of await journal.all()) {
-    if (entry.isOwed) continue;
+  for (const entry of await journal.leftovers()) {
     const isHeld = entry.hold === "download";
     const [item] = isHeld ? await api.downloads.search({ id: entry.downloadId }) : [];
     const isSame = item?.url === entry.download.address || item?.url === entry.download.finalAddress;

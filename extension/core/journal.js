@@ -21,6 +21,9 @@ async function currentRun() {
 
 const run = currentRun();
 
+// What this worker itself has under way.
+const own = new Set();
+
 function lasting(download) {
   const { cookies: _cookies, body: _body, ...rest } = download;
   return rest;
@@ -28,6 +31,7 @@ function lasting(download) {
 
 // `hold`: "download" (with its `downloadId`), "answer" (of a server) or "none".
 export async function begin(id, hold, download, downloadId) {
+  own.add(id);
   const entry = {
     id, hold, downloadId, download: lasting(download), isOwed: false, time: Date.now(),
     run: await run,
@@ -42,7 +46,10 @@ export async function owe(entry) {
   await place(entry).set({ [PREFIX + entry.id]: entry });
 }
 
-export const end = (entry) => place(entry).remove(PREFIX + entry.id);
+export async function end(entry) {
+  await place(entry).remove(PREFIX + entry.id);
+  own.delete(entry.id);
+}
 
 export async function all() {
   const stores = await Promise.all([api.storage.local.get(null), api.storage.session.get(null)]);
@@ -51,5 +58,9 @@ export async function all() {
     .filter(([key]) => key.startsWith(PREFIX))
     .map(([, entry]) => entry);
 }
+
+// What another worker has left half done.
+export const leftovers = async () =>
+  (await all()).filter(({ id, isOwed }) => !isOwed && !own.has(id));
 
 export const isOfThisRun = async (entry) => entry.run === (await run);

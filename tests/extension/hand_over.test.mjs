@@ -114,6 +114,7 @@ test("no answer: withdrawn, or owed until it is", async () => {
 
 test("another worker asks under the same id", async () => {
   const entry = await journal.begin("id-1", "download", DOWNLOAD, 7);
+  assert.deepEqual(await journal.leftovers(), [], "this worker's own is no other's");
   const host = hostOf(says({ outcome: "known" }));
   const done = [];
   await new HandOvers(host).askAgain(entry, { drop: () => done.push("dropped"), letGo() {} });

@@ -38,7 +38,8 @@ HELD_KEY_AND_CLICK = """(link) => {
 class ExtensionTests:
     names = [f"{kind}.bin" for kind in KINDS + STAYING] + [
         f"{word}.bin" for word in ("held", "faked", "never", "small", "some", "slow", "pick-1",
-                                   "pick-2", "moved", "mine", "frame", "menu")]
+                                   "pick-2", "moved", "mine", "frame", "link",
+                                   "media", "selected", "worker")]
 
     def setUp(self):
         self.page = self.browser.open(self.site.url("/page"))
@@ -142,6 +143,18 @@ class ExtensionTests:
         self.browser.click(picker, "handOver")
         self.assert_in_orlop("pick-1.bin", "pick-2.bin")
 
+    def test_menus(self):
+        self.browser.choose_menu(self.page, menuItemId="link", editable=False,
+                                 linkUrl=self.site.url("/file/link.bin"))
+        self.assert_in_orlop("link.bin")
+        self.browser.choose_menu(self.page, menuItemId="media", editable=False,
+                                 srcUrl=self.site.url("/file/media.bin"))
+        self.assert_in_orlop("media.bin")
+        self.browser.evaluate(self.page, """() => getSelection().selectAllChildren(
+            document.getElementById("file-selected.bin"))""")
+        self.browser.choose_menu(self.page, menuItemId="selection", editable=False)
+        self.assert_in_orlop("selected.bin")
+
     def test_the_count_on_the_button(self):
         self.orlop.start()
 
@@ -172,6 +185,22 @@ class ExtensionTests:
 
 class ChromiumTest(ExtensionTests, BrowserCase):
     family = Chromium
+
+    def test_the_worker_dies_while_orlop_is_asked(self):
+        process = self.orlop.start()
+        os.kill(process, signal.SIGSTOP)
+        try:
+            self.browser.click(self.page, "file-worker.bin")
+            journal = wait_until(self.browser.unsettled, what="the journal")
+            self.browser.end_worker()
+        finally:
+            os.kill(process, signal.SIGCONT)
+        self.browser.ask_extension("() => api.runtime.sendMessage({ do: 'connect' })")
+        self.assertEqual(len(journal), 1)
+        wait_until(lambda: not self.browser.unsettled() and not self.home.queue(), what="an end")
+        # The browser goes on by itself when the worker has died.
+        wait_until(lambda: "worker.bin" in self.in_orlop() + self.in_browser(), what="the file")
+        self.assertEqual((self.in_orlop() + self.in_browser()).count("worker.bin"), 1)
 
 class FirefoxTest(ExtensionTests, BrowserCase):
     family = Firefox

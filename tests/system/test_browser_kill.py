@@ -13,7 +13,7 @@ from support.browsers import Chromium, Firefox
 from support.download_site import content
 from support.home import LONG, wait_until
 
-ROUNDS = 200 if LONG else int(os.environ.get("ROUNDS","5"))
+ROUNDS = 200 if LONG else 10
 SEED = int(os.environ.get("ORLOP_KILL_SEED", random.SystemRandom().randrange(1 << 32)))
 
 

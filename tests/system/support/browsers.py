@@ -223,6 +223,24 @@ class Chromium(Browser):
 
     click_in_frame = click
 
+    def _worker(self):
+        return next((one["targetId"] for one in self.targets()
+                     if one["type"] == "service_worker"), None)
+
+    def end_worker(self):
+        """As the browser does with one that is idle, but at once."""
+        self.call("Target.closeTarget", targetId=self._worker())
+        wait_until(lambda: self._worker() is None, what="its end")
+
+    def choose_menu(self, page, **chosen):
+        """As if the entry were chosen on that page; no browser lets anybody click its own menus."""
+        worker = wait_until(self._worker, what="the worker")
+        address = self.evaluate(page, "() => location.href")
+        self.evaluate(worker, """async (chosen, address) => {
+            const tabs = await chrome.tabs.query({});
+            chrome.contextMenus.onClicked.dispatch(chosen, tabs.find((tab) => tab.url === address));
+        }""", chosen, address)
+
     def picture(self, page, path, size=None, dark=False):
         session = self.session(page)
         if size:
@@ -365,6 +383,17 @@ class Firefox(Browser):
         self.call("WebDriver:ElementClick", id=next(iter(link.values())))
         self.call("WebDriver:SwitchToParentFrame")
 
+    def choose_menu(self, page, **chosen):
+        """As if the entry were chosen on that page; no browser lets anybody click its own menus."""
+        self.call("WebDriver:SwitchToWindow", handle=page)
+        self._privileged("""
+            const { ExtensionParent } = ChromeUtils.importESModule(
+                "resource://gre/modules/ExtensionParent.sys.mjs");
+            const extension = ExtensionParent.GlobalManager.getExtension("orlop@tarnworks.com");
+            const window = Services.wm.getMostRecentWindow("navigator:browser");
+            extension.emit("webext-menu-menuitem-click", arguments[0], window.gBrowser.selectedTab);
+        """, chosen)
+
     def picture(self, page, path, size=None, dark=False):
         self._prefer("layout.css.prefers-color-scheme.content-override", 0 if dark else 1)
         self.call("WebDriver:SwitchToWindow", handle=page)
@@ -374,7 +403,9 @@ class Firefox(Browser):
         Path(path).write_bytes(base64.b64decode(data))
 
     def _prefer(self, name, value):
+        self._privileged("Services.prefs.setIntPref(arguments[0], arguments[1])", name, value)
+
+    def _privileged(self, script, *arguments):
         self.call("Marionette:SetContext", value="chrome")
-        self.call("WebDriver:ExecuteScript", args=[name, value], sandbox="system",
-                  script="Services.prefs.setIntPref(arguments[0], arguments[1])")
+        self.call("WebDriver:ExecuteScript", args=list(arguments), sandbox="system", script=script)
         self.call("Marionette:SetContext", value="content")
