@@ -396,7 +396,7 @@
         <message>
             <location filename="../../src/app/commands/context_menu.cpp" />
             <source>Get It Again from Its Page</source>
-            <translation type="unfinished" />
+            <translation>Von seiner Seite neu holen</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/context_menu.cpp" />
@@ -755,6 +755,11 @@
         </message>
         <message>
             <location filename="../../src/app/intake/intake.cpp" />
+            <source>The rest of the series was left out: too many downloads wait.</source>
+            <translation>Der Rest der Reihe wurde weggelassen: Zu viele Downloads warten.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/intake.cpp" />
             <source>There is nothing to download in %@.</source>
             <translation>In %@ ist nichts zu laden.</translation>
         </message>
@@ -849,6 +854,26 @@
             <translation>keine gültige Adresse: %@</translation>
         </message>
         <message>
+            <location filename="../../src/app/intake/series_gate.cpp" />
+            <source>Do you really want to download all of “%@”?</source>
+            <translation>Möchten Sie wirklich alles aus „%@“ herunterladen?</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/series_gate.cpp" />
+            <source>Download All</source>
+            <translation>Alle herunterladen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/series_gate.cpp" />
+            <source>This series stands for %@ addresses.</source>
+            <translation>Diese Reihe steht für %@ Adressen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/series_gate.cpp" />
+            <source>“%@” stands for %@ addresses and was not taken: the setting “Largest Series” allows %@.</source>
+            <translation>„%@“ steht für %@ Adressen und wurde nicht übernommen: Die Einstellung „Largest Series“ erlaubt %@.</translation>
+        </message>
+        <message>
             <location filename="../../src/app/intake/target_consent.cpp" />
             <source>%@ wants its download written to %@, which is not one of your download folders; it was not taken.</source>
             <translation>%@ will seinen Download nach %@ geschrieben haben; das ist keiner Ihrer Download-Ordner. Er wurde nicht aufgenommen.</translation>
@@ -923,16 +948,6 @@ geschrieben; das ist keiner Ihrer Download-Ordner.</translation>
         </message>
         <message>
             <location filename="../../src/app/main_controller.cpp" />
-            <source>Download Complete</source>
-            <translation>Download fertig</translation>
-        </message>
-        <message>
-            <location filename="../../src/app/main_controller.cpp" />
-            <source>Download Failed</source>
-            <translation>Download fehlgeschlagen</translation>
-        </message>
-        <message>
-            <location filename="../../src/app/main_controller.cpp" />
             <source>The queue cannot be saved: %1</source>
             <translation>Die Warteschlange kann nicht gesichert werden: %1</translation>
         </message>
@@ -982,6 +997,16 @@ Möchten Sie jetzt wirklich beenden?</translation>
             <location filename="../../src/app/queue/queue_archive.cpp" />
             <source>Wait! You seem to have forgotten something on the stove...</source>
             <translation>Halt! Da steht noch etwas auf dem Herd …</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/queue/queue_follower.cpp" />
+            <source>Download Complete</source>
+            <translation>Download fertig</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/queue/queue_follower.cpp" />
+            <source>Download Failed</source>
+            <translation>Download fehlgeschlagen</translation>
         </message>
         <message>
             <location filename="../../src/app/rows/status_text.cpp" />
@@ -1380,78 +1405,32 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         <message>
             <location filename="../../src/scripting/hand_overs/hand_overs.cpp" />
             <source>It cannot be added to the list.</source>
-            <translation type="unfinished" />
+            <translation>Es kann nicht in die Liste aufgenommen werden.</translation>
+        </message>
+        <message>
+            <location filename="../../src/scripting/hand_overs/renewal.cpp" />
+            <source>Begin Anew</source>
+            <translation>Neu beginnen</translation>
+        </message>
+        <message>
+            <location filename="../../src/scripting/hand_overs/renewal.cpp" />
+            <source>Go On</source>
+            <translation>Weitermachen</translation>
         </message>
         <message>
             <location filename="../../src/scripting/hand_overs/renewal.cpp" />
             <source>Go on with %@?</source>
-            <translation type="unfinished" />
+            <translation>Mit %@ weitermachen?</translation>
+        </message>
+        <message>
+            <location filename="../../src/scripting/hand_overs/renewal.cpp" />
+            <source>It was handed over again from the same page, with the same name and size. What has come of it can be kept.</source>
+            <translation>Es kam noch einmal von derselben Seite, mit demselben Namen und derselben Größe. Was davon schon da ist, kann bleiben.</translation>
         </message>
         <message>
             <location filename="../../src/scripting/requests.cpp" />
             <source>no address of http or https</source>
-            <translation type="unfinished" />
-        </message>
-        <message>
-            <location filename="../../src/scripting/verbs/verb_words.cpp" />
-            <source>%1 needs a value</source>
-            <translation type="unfinished" />
-        </message>
-        <message>
-            <location filename="../../src/scripting/verbs/verb_words.cpp" />
-            <source>Usage: orlop-terminal add [--folder FOLDER] [--name NAME] [--paused]
-                          [--referrer TEXT] [--user-agent TEXT] [--cookies TEXT]
-                          [--post TEXT] ADDRESS...
-       orlop-terminal list [--json]
-       orlop-terminal pause|resume|remove IDENTITY...|--all
-       orlop-terminal wait
-Asks something of the Orlop that is running, with a window or in a terminal.
-
-  add      adds addresses and prints the identity of each when it is saved
-  list     prints identity, status, progress, size and name of each download
-  resume   also tries failed ones again
-  remove   takes them out of the list; finished files stay
-  wait     ends when nothing waits or runs any more
-
-Exit status: 0 if it was done, 1 if it was refused or, of wait, a download failed,
-2 on bad usage, 3 if no Orlop is running or it ended meanwhile.
-</source>
-            <translation type="unfinished" />
-        </message>
-        <message>
-            <location filename="../../src/scripting/verbs/verb_words.cpp" />
-            <source>no address is given</source>
-            <translation type="unfinished" />
-        </message>
-        <message>
-            <location filename="../../src/scripting/verbs/verb_words.cpp" />
-            <source>nothing can follow here: %1</source>
-            <translation type="unfinished" />
-        </message>
-        <message>
-            <location filename="../../src/scripting/verbs/verb_words.cpp" />
-            <source>which ones? Give their identities (orlop-terminal list), or --all</source>
-            <translation type="unfinished" />
-        </message>
-        <message>
-            <location filename="../../src/scripting/verbs/verbs.cpp" />
-            <source>%1 failed</source>
-            <translation type="unfinished" />
-        </message>
-        <message>
-            <location filename="../../src/scripting/verbs/verbs.cpp" />
-            <source>Orlop has ended or does not answer</source>
-            <translation type="unfinished" />
-        </message>
-        <message>
-            <location filename="../../src/scripting/verbs/verbs.cpp" />
-            <source>Orlop is not running. Start it, or give what is to be downloaded to orlop-terminal itself</source>
-            <translation type="unfinished" />
-        </message>
-        <message>
-            <location filename="../../src/scripting/verbs/verbs.cpp" />
-            <source>there is no session bus, over which a running Orlop is asked</source>
-            <translation type="unfinished" />
+            <translation>keine Adresse für http oder https</translation>
         </message>
         <message>
             <location filename="../../src/structured/json/json_complaints.cpp" />

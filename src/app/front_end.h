@@ -36,6 +36,7 @@ struct Alert {
         UnlockFolder,
         QueueNotSaved,
         UnfamiliarTarget,
+        LargeSeries,
     };
     Kind kind;
     QString title, text;
@@ -54,6 +55,8 @@ public:
     virtual bool confirm(const Alert& alert) = 0;
     /// Whether somebody is there to answer; without, each answer is false.
     [[nodiscard]] virtual bool canAsk() const { return true; }
+    /// Without, a series that is too long is refused and the setting named that allows it.
+    [[nodiscard]] virtual bool asksAboutSeries() const { return true; }
     /// The reason for the alert on screen is gone: takes it away, its answer being false.
     virtual void dismissAlert() = 0;
 

@@ -2,10 +2,8 @@
 
 #include <QRandomGenerator>
 #include <algorithm>
-#include <unordered_set>
 #include <utility>
 
-#include "app/commands/bulk_commands.h"
 #include "app/controller_roles.h"
 #include "app/failures/file_problem.h"
 #include "app/intake/intake.h"
@@ -14,10 +12,9 @@
 #include "app/lifecycle/lifecycle.h"
 #include "app/queue/batch_progress.h"
 #include "app/queue/list_presenter.h"
-#include "app/queue/missing_volume_alert_controller.h"
-#include "app/queue/missing_volumes.h"
 #include "app/queue/orphaned_containers.h"
 #include "app/queue/queue_archive.h"
+#include "app/queue/queue_follower.h"
 #include "app/queue/restored_download.h"
 #include "app/queue/row_drag.h"
 #include "app/rows/rows.h"
@@ -41,9 +38,7 @@ DQMainController* installedController = nullptr;
 
 constexpr qint64 reversesQueue = -1, shufflesQueue = -2;
 constexpr qint64 upsideDown = -2;
-/// So many rows at once vanish without an animation.
-constexpr std::size_t massRemoval = 11;
-constexpr platform::Seconds redrawDelay = 0.2, toggledRedrawDelay = 0.1;
+constexpr platform::Seconds toggledRedrawDelay = 0.1;
 
 }  // namespace
 
@@ -52,6 +47,7 @@ struct DQMainController::Parts {
 
     Surroundings surroundings;
     RuleBook rules;
+    QueueFollower follower;
     engine::DownloadQueue queue;
     Rows rows;
     QueueView view;
@@ -61,14 +57,8 @@ struct DQMainController::Parts {
     Intake intake;
     Lifecycle lifecycle;
     BatchProgress batch;
-    /// What a batch has removed.
-    std::unordered_set<const engine::DQDownload*> leaving;
-    /// A batch has changed more than it has added.
-    bool isStale = false;
     AllDone allDone;
     Automation automation;
-    MissingVolumes missingVolumes;
-    DQMissingVolumeAlertController missingVolumeAlert;
 
     // What a program without these parts has.
     StatusReporter noStatus;
@@ -81,9 +71,11 @@ struct DQMainController::Parts {
 DQMainController::Parts::Parts(DQMainController& owner, const Surroundings& given)
     : surroundings(given),
       rules(given.defaults),
-      queue({given.defaults, given.loop, given.disks, given.environment, rules}, owner),
+      follower({owner, given.loop, given.defaults, given.frontEnd, queue, rows, view, list, archive,
+                intake, batch, allDone, status, history}),
+      queue({given.defaults, given.loop, given.disks, given.environment, rules}, follower),
       rows({queue, given.workspace, given.frontEnd,
-            [&owner](engine::DQDownload& download) { owner.removeDownload(download); }}),
+            [this](engine::DQDownload& download) { follower.removeDownload(download); }}),
       view(queue, given.defaults),
       drag(queue, view, rows.vanishing(), given.defaults),
       list({view, given.frontEnd.list, given.loop, given.defaults,
@@ -128,10 +120,7 @@ DQMainController::Parts::Parts(DQMainController& owner, const Surroundings& give
                  [&owner] { Q_EMIT owner.terminated(); }}),
       automation({queue, allDone, given.defaults, given.loop, given.frontEnd,
                   [&owner](bool force) { owner.updateStatusAndForceUpdateApplicationImage(force); },
-                  [&owner](engine::StatusMask mask) { owner.clearDownloads(mask); }}),
-      missingVolumes(platform::pathExists),
-      missingVolumeAlert(given.loop,
-                         [&owner](const QString& text) { Q_EMIT owner.volumesMissing(text); }) {}
+                  [this](engine::StatusMask mask) { follower.clearDownloads(mask); }}) {}
 
 DQMainController::DQMainController(const Surroundings& surroundings)
     : parts_(std::make_unique<Parts>(*this, surroundings)) {}
@@ -265,155 +254,6 @@ bool DQMainController::anyContextDownloadMatchesStatusMask(engine::StatusMask ma
     return engine::anyDownloadFromCollectionMatchesStatusMask(contextDownloads(), mask);
 }
 
-void DQMainController::queueDidChange() {
-    parts_->view.invalidate();
-    Q_EMIT queueChanged();
-}
-
-void DQMainController::downloadDidLeave(const engine::DQDownload& download) {
-    parts_->rows.forget(download);
-    parts_->leaving.erase(&download);
-}
-
-/// What follows from it for others; how it looks follows at the end of a batch for all at once.
-void DQMainController::statusDidChange(const engine::StatusChange& change) {
-    using engine::StatusCause;
-    // It may leave the queue while it is still at work.
-    const engine::DownloadPtr kept = change.download.shared_from_this();
-    const bool wasActive = engine::matchesStatusMask(change.before, engine::activeStatuses);
-    if (change.after == engine::DQDownloadStatusQueued) {
-        parts_->batch.invalidateLongTermNumberOfQueuedOrDownloadingDownloads();
-    }
-    if (change.cause == StatusCause::PutOff) {
-        parts_->rows.noteRefusal();
-    }
-    if (change.cause == StatusCause::PausedByUser ||
-        (change.cause == StatusCause::Removed && wasActive)) {
-        parts_->batch.decrementLongTermNumberOfQueuedOrDownloadingDownloads();
-    }
-    if (change.cause == StatusCause::Removed || change.cause == StatusCause::Added) {
-        return;  // Who removes or adds shows the list anew, for many at once.
-    }
-    parts_->isStale = parts_->isStale || parts_->queue.isInBatch();
-    if (engine::matchesStatusMask(change.after, engine::finishedStatuses)) {
-        parts_->history->add(change.download);
-        reflectEnd(change.download);
-    }
-    downloadDidChange(change.download);
-}
-
-void DQMainController::downloadDidChange(engine::DQDownload& download) {
-    const engine::DownloadPtr kept = download.shared_from_this();
-    if (download.status() == engine::DQDownloadStatusDownloading) {
-        parts_->archive.writeIfBegun(download);
-    }
-    Q_EMIT downloadChanged(kept);
-    if (parts_->queue.isInBatch()) {
-        return;
-    }
-    const bool isListUpToDate = parts_->list.reflectChange(download);
-    updateStatusAndForceUpdateApplicationImage(false);
-    if (!isListUpToDate) {
-        parts_->surroundings.frontEnd.list.setNeedsDisplayAfterDelay(redrawDelay);
-    }
-}
-
-void DQMainController::reflectEnd(engine::DQDownload& download) {
-    constexpr platform::Seconds vanishInterval = 3;
-    const bool isDone = download.status() == engine::DQDownloadStatusDone;
-    parts_->status->sendUserNotification(
-        isDone ? u"Download Complete"_s : u"Download Failed"_s,
-        links::localized(isDone ? "Download Complete" : "Download Failed"), download.displayName(),
-        false);
-    parts_->allDone._mayTriggerQuitOnAllDone = true;
-    const platform::Setting<bool>& autoClear =
-        isDone ? settings::autoClearSuccesses : settings::autoClearLemons;
-    if (parts_->surroundings.defaults.get(autoClear) && !download.holdsPartialData()) {
-        vanish(download, vanishInterval);
-    }
-    parts_->archive.write();
-    parts_->status->playFeedback();
-    Q_EMIT downloadEnded(download.shared_from_this());
-}
-
-void DQMainController::downloadWasRemoved(engine::DQDownload& download) {
-    constexpr platform::Seconds vanishInterval = 0.1;
-    const engine::DownloadPtr kept = download.shared_from_this();
-    disableAllDoneNotificationForDownload(download);
-    parts_->allDone._mayTriggerQuitOnAllDone = true;
-    if (parts_->queue.isInBatch()) {
-        parts_->leaving.insert(&download);
-        parts_->isStale = true;
-        return;
-    }
-    vanish(download, vanishInterval);
-    parts_->archive.write();
-    downloadDidChange(download);
-}
-
-void DQMainController::batchDidEnd() {
-    removeLeavingDownloads();
-    if (std::exchange(parts_->isStale, false)) {
-        parts_->archive.write();
-        updateDownloadListAndStatus();
-    }
-}
-
-void DQMainController::removeLeavingDownloads() {
-    constexpr platform::Seconds vanishInterval = 0.1;
-    const auto leaving = std::exchange(parts_->leaving, {});
-    const auto isLeaving = [&](const engine::DQDownload& download) {
-        return leaving.contains(&download);
-    };
-    if (leaving.size() >= massRemoval) {
-        parts_->queue.removeIf(isLeaving);
-        return;
-    }
-    const Downloads present = downloads();
-    for (const engine::DownloadPtr& download : present) {
-        if (isLeaving(*download)) {
-            vanish(*download, vanishInterval);
-        }
-    }
-}
-
-void DQMainController::openURLsOfPage(const std::vector<platform::Url>& urls,
-                                      const QStringList& pageChain) {
-    ScriptArguments arguments;
-    arguments.withReferrer = pageChain.value(pageChain.size() - 1);
-    arguments.downloadPageChain = pageChain;
-    arguments.isFromProgram = true;
-    parts_->intake.openURLs(urls, arguments);
-}
-
-void DQMainController::volumeIsMissing(engine::DQDownload& download) {
-    Q_EMIT volumeMissing(parts_->missingVolumes.note(download.shared_from_this()));
-    parts_->missingVolumeAlert.prepareAlertForDownload(download);
-}
-
-void DQMainController::mountsDidChange() {
-    const Downloads returned = parts_->missingVolumes.takeReturned();
-    if (returned.empty()) {
-        return;
-    }
-    if (parts_->surroundings.defaults.get(engine::settings::autoResume)) {
-        queuePaused(queue(), returned);
-    } else {
-        Q_EMIT volumesReturned(returned);
-    }
-}
-
-void DQMainController::fileWasNotThrownAway(const QString& path) {
-    platform::log(u"cannot move to the Trash: %1"_s.arg(path), platform::LogLevel::Warning);
-    parts_->surroundings.frontEnd.feedback.beep();
-    Q_EMIT fileNotThrownAway(path);
-}
-
-void DQMainController::vanish(engine::DQDownload& download, platform::Seconds delay) {
-    parts_->rows.vanishing().vanish(download, parts_->surroundings.frontEnd.list.vanishView(),
-                                    delay);
-}
-
 Rows& DQMainController::rows() {
     return parts_->rows;
 }
@@ -432,40 +272,20 @@ void DQMainController::updateStatusAndForceUpdateApplicationImage(bool force) {
     Q_EMIT statusChanged();
 }
 
-void DQMainController::disableAllDoneNotificationForDownload(const engine::DQDownload& download) {
-    const qint64 itself =
-        engine::matchesStatusMask(download.status(), engine::unfinishedStatuses) ? 1 : 0;
-    if (tally().count(engine::unfinishedStatuses) == itself) {
-        parts_->allDone._mayTriggerAllDoneNotification = false;
-    }
-}
-
-void DQMainController::removeDownload(engine::DQDownload& download) {
-    if (parts_->queue.remove(download)) {
-        parts_->list.updateDownloadListAndStatusSoon();
-    }
-}
-
-void DQMainController::vanishDownloads(const Downloads& downloads) {
-    const engine::DownloadQueue::Batch batch(parts_->queue);
-    for (const engine::DownloadPtr& download : downloads) {
-        if (parts_->queue.contains(*download)) {
-            parts_->leaving.insert(download.get());
-            parts_->isStale = true;
-        }
-    }
-    parts_->queue.touchBatch();
-}
-
 void DQMainController::clear() {
     clearDownloads(engine::finishedStatuses);
 }
 
-/// What can still be gone on with stays until the user removes it.
 void DQMainController::clearDownloads(engine::StatusMask mask) {
-    Downloads cleared = downloadsMatchingStatusMask(mask);
-    std::erase_if(cleared, [](const auto& download) { return download->holdsPartialData(); });
-    vanishDownloads(cleared);
+    parts_->follower.clearDownloads(mask);
+}
+
+void DQMainController::vanishDownloads(const Downloads& downloads) {
+    parts_->follower.vanishDownloads(downloads);
+}
+
+void DQMainController::mountsDidChange() {
+    parts_->follower.mountsDidChange();
 }
 
 void DQMainController::removeDownloadIfDoneWithPath(const QString& path) {

@@ -40,7 +40,7 @@ using engine::Downloads;
 ///
 /// The work is done by collaborators with files of their own; this class only connects them. It
 /// holds no widget: front ends implement `FrontEnd` and report what the user did. Main thread.
-class DQMainController final : public QObject, private engine::QueueOwner {
+class DQMainController final : public QObject {
     Q_OBJECT
 
 public:
@@ -248,24 +248,6 @@ Q_SIGNALS:
 private:
     struct Parts;
 
-    // Reports of the queue.
-
-    void queueDidChange() override;
-    void downloadDidLeave(const engine::DQDownload& download) override;
-    void statusDidChange(const engine::StatusChange& change) override;
-    void downloadDidChange(engine::DQDownload& download) override;
-    void downloadWasRemoved(engine::DQDownload& download) override;
-    void batchDidEnd() override;
-    void openURLsOfPage(const std::vector<platform::Url>& urls,
-                        const QStringList& pageChain) override;
-    void volumeIsMissing(engine::DQDownload& download) override;
-    void fileWasNotThrownAway(const QString& path) override;
-
-    void disableAllDoneNotificationForDownload(const engine::DQDownload& download);
-    void reflectEnd(engine::DQDownload& download);
-    void vanish(engine::DQDownload& download, platform::Seconds delay);
-    void removeDownload(engine::DQDownload& download);
-    void removeLeavingDownloads();
     void queueDidGrow(bool wasEmpty);
     void intakeDidEnd(const QStringList& names);
 

@@ -81,6 +81,13 @@ inline const Setting<qint64> autoRetreat{
     false,
     "After an address was handed over: 0 stay, 1 step back behind the other windows, 2 hide.",
     {.lowest = 0, .highest = 2}};
+inline const Setting<qint64> largestSeries{
+    u"Largest Series",
+    10'000,
+    false,
+    "A series such as {1-20000} that stands for more addresses is asked about before it is taken, "
+    "and refused in the terminal.",
+    {.lowest = 1}};
 inline const Setting<qint64> quitProcedure{u"Quit Procedure",
                                            0,
                                            false,

@@ -168,6 +168,7 @@ void Commands::add(const QVariantList& arguments, const Reply& reply) {
             }
             if (!add.name.isEmpty()) {
                 record.setName(add.name);
+                record.userSettings().set(keys::keepsName, true);
             }
             if (!add.request.isEmpty()) {
                 record.userSettings().set(keys::request, add.request);
@@ -268,9 +269,11 @@ void Commands::waitUntilDone(const QVariantList&, const Reply& reply) {
         return;
     }
     // What has just been asked for by another command is on its way.
-    controller_.whenTakenIn([this, reply] {
-        waiting_.push_back(reply);
-        answerWaiting();
+    controller_.whenTakenIn([this, reply, alive = std::weak_ptr(alive_)] {
+        if (!alive.expired()) {
+            waiting_.push_back(reply);
+            answerWaiting();
+        }
     });
 }
 

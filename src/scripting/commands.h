@@ -4,6 +4,7 @@
 #include <QVariantList>
 #include <QVariantMap>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -58,6 +59,7 @@ private:
     std::vector<Reply> waiting_;  ///< For the end of all downloads.
     platform::Timer look_;        ///< For that end.
     QObject listener_;
+    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 
 }  // namespace scripting

@@ -58,7 +58,10 @@ std::unique_ptr<Service> Service::make(app::DQMainController& controller,
 
 Service::Service(app::DQMainController& controller, const QString& supportFolder,
                  const QDBusConnection& connection)
-    : bus_(connection), commands_(controller, supportFolder), signals_(controller, bus_) {
+    : bus_(connection),
+      commands_(std::make_unique<Commands>(controller, supportFolder)),
+      signals_(controller, bus_) {
+    connect(&controller, &app::DQMainController::terminated, this, [this] { commands_.reset(); });
     if (bus_.registerVirtualObject(bus::path, this)) {
         requestName();
     }
@@ -166,7 +169,11 @@ void Service::perform(const QDBusMessage& message) {
                   u"%1 takes (%2)"_s.arg(message.member(), entry.signature));
         return;
     }
-    (commands_.*entry.command)(message.arguments(), Reply(bus_, message));
+    if (commands_) {
+        (*commands_.*entry.command)(message.arguments(), Reply(bus_, message));
+    } else {
+        Reply(bus_, message).fail(CommandError::NotSaved, u"Orlop is ending"_s);
+    }
 }
 
 void Service::performProperties(const QDBusMessage& message) {

@@ -40,7 +40,8 @@ private:
     void performProperties(const QDBusMessage& message);
 
     QDBusConnection bus_;
-    Commands commands_;
+    /// Null: the queue is saved for good, and what was done now would spoil that.
+    std::unique_ptr<Commands> commands_;
     ChangeSignals signals_;
     QHash<QString, Sender> senders_;
     std::vector<QDBusMessage> waiting_;  ///< For what is asked of their senders.

@@ -535,8 +535,15 @@ TEST_F(IntakeTest, StreamsLongRangesWithoutHoldingTheLoop) {
     QObject::connect(controller.get(), &app::DQMainController::intakeEnded, controller.get(),
                      [&] { ++ends; });
     defaults.set(app::settings::autoStart, false);
-    EXPECT_TRUE(
-        controller->dropPasteboard({QStringList{u"http://a.example/{1-2000000000}"_s}, {}}));
+    const app::Pasteboard series{QStringList{u"http://a.example/{1-999999999}{1-9999}{a-z}"_s}, {}};
+    EXPECT_TRUE(controller->dropPasteboard(series));
+    main.settle();
+    ASSERT_EQ(frontEnd.alerts.size(), 1);
+    EXPECT_EQ(frontEnd.alerts[0].title, u"This series stands for 259,973,999,740,026 addresses."_s);
+    EXPECT_EQ(controller->numberOfDownloads(), 0);
+
+    frontEnd.onConfirm = [](const app::Alert&) { return true; };
+    EXPECT_TRUE(controller->dropPasteboard(series));
     while (progress < 12'000) {
         ASSERT_TRUE(main.loop.runDue());
     }

@@ -154,6 +154,7 @@ TEST_F(DownloadRecordTest, ArchiveHoldsWhatARestartNeeds) {
                            {keys::statusCode, 404},
                            {keys::entityTag, u"\"t\""_s},
                            {keys::identity, u"abc"_s},
+                           {keys::keepsName, true},
                            {keys::handOver, u"h-1"_s},
                            {keys::page, u"http://p/"_s}};
     for (auto field = kept.cbegin(); field != kept.cend(); ++field)

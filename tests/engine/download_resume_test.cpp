@@ -30,6 +30,23 @@ protected:
     const QString partial = downloadedPath(u"file.bin.orlop/file.bin"_s);
 };
 
+TEST_F(ResumeTest, CookiesForOneServerDoNotReachTheOneThatItLedTo) {
+    for (const bool isSame : {true, false}) {
+        const auto download = paused();
+        download->userSettings().set(
+            keys::request,
+            QVariantMap{{keys::requestPartialHeaders, QVariantMap{{u"Cookie"_s, u"a=b"_s}}}});
+        if (!isSame)
+            download->userSettings().set(
+                keys::responseURL, download->URLString().replace(u"127.0.0.1"_s, u"localhost"_s));
+        run(download);
+        const support::ReceivedRequest seen = server.requests().back();
+        EXPECT_EQ(seen.header("Host").value_or("").starts_with("127"), isSame);
+        EXPECT_EQ(seen.header("Cookie").has_value(), isSame);
+        QFile::remove(downloadedPath(u"file.bin"_s));
+    }
+}
+
 TEST_F(ResumeTest, GoesOnFromWhatIsThereOfTheFile) {
     const auto losePower = [this] {
         waitForDisks();

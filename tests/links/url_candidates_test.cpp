@@ -77,6 +77,10 @@ TEST(URLCandidates, RangeGroups) {
         EXPECT_EQ(links::explodedURLStrings(u"http://h/"_s + c.group + u".zip"_s), expected)
             << qPrintable(c.group);
     }
+    for (const QString& series : {u"a"_s, u"a{}"_s, u"a{3-1}{1-9}"_s, u"a{01-10,x}{a-c}{"_s})
+        EXPECT_EQ(links::numberOfExplodedURLs(series), links::explodedURLStrings(series).size());
+    EXPECT_EQ(links::numberOfExplodedURLs(u"{1-999999999999}{1-999999999999}"_s),
+              std::numeric_limits<quint64>::max());
     EXPECT_EQ(links::explodedURLStrings(QStringList{u"a{1,2}"_s, u"b"_s}),
               (QStringList{u"a1"_s, u"a2"_s, u"b"_s}));
 }

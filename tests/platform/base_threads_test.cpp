@@ -6,6 +6,7 @@
 #include <QEventLoop>
 #include <atomic>
 #include <chrono>
+#include <future>
 #include <latch>
 #include <set>
 #include <thread>
@@ -197,21 +198,21 @@ TEST(ThreadPoolTest, WorksSideBySideUpToItsLimitAndKeepsTheOrder) {
 }
 
 TEST(ThreadPoolTest, GivesUpOnWorkThatHangs) {
-    const auto release = std::make_shared<std::latch>(1);
-    const auto ended = std::make_shared<std::latch>(1);
+    std::promise<void> release;
+    const auto ended = std::make_shared<std::promise<void>>();
     std::atomic<bool> hasRunLater = false;
     {
         ThreadPool pool(1);
-        pool.start([release, ended] {
-            release->wait();
-            ended->count_down();
+        pool.start([released = release.get_future().share(), ended] {
+            released.wait();
+            ended->set_value();
         });
         pool.start([&] { hasRunLater = true; });
         EXPECT_FALSE(pool.finish(std::chrono::milliseconds(20)));
         pool.start([&] { hasRunLater = true; });
     }
-    release->count_down();
-    ended->wait();
+    release.set_value();
+    ended->get_future().wait();
     EXPECT_FALSE(hasRunLater);
     ThreadPool willing(1);
     willing.start([&] { hasRunLater = true; });

@@ -127,12 +127,12 @@ class CommandsTest(ScriptingTest):
 
     def test_signals_tell_what_happens(self):
         heard = self.bus.monitor(f"interface='{ORLOP[0]}',type='signal'")
-        self.call("Add", self.server.url("/small.bin"), "{}")
+        self.call("Add", self.server.url("/small.bin"), "{'name': <'called.bin'>}")
         wait_until(lambda: "member=Ended" in heard(), what="the end")
-        self.assert_downloaded("small.bin", self.small)
+        self.assert_downloaded("called.bin", self.small)
         self.assertIn("member=Added", heard())
         ended = heard().split("member=Ended")[1]
-        self.assertIn(str(self.home.downloads / "small.bin"), ended)
+        self.assertIn(str(self.home.downloads / "called.bin"), ended)
         self.assertIn('string "done"', ended)
         times = [float(time) for time in re.findall(r"time=([\d.]+).*member=Changed", heard())]
         self.assertTrue(all(later - time > 0.08 for time, later in zip(times, times[1:])), times)
@@ -180,6 +180,24 @@ class HandOverTest(ScriptingTest):
         (record,) = [record for record in self.home.queue() if record["URL"].endswith("?" + name)]
         return record
 
+    def test_one_that_ends_leaves_it_to_the_next(self):
+        """Under way when the program is asked to end: made once, and it goes on."""
+        for number in range(10):
+            sender = subprocess.Popen(
+                ["gdbus", "call", "--address", self.bus.address, "--timeout", "5", "--dest",
+                 ORLOP[0], "--object-path", ORLOP[1], "--method", ORLOP[0] + ".HandOver",
+                 dictionary(id=f"id-e{number}", address=self.slow(f"e{number}"), deadline=5000)],
+                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+            self.program.terminate()
+            sender.wait(30)
+            self.home.result(self.program)
+            wait_until(lambda: not self.bus.has_owner(ORLOP[0]), what="the end of the name")
+            self.start()
+            self.assertIn("('", self.hand_over(f"e{number}"))
+        self.assertEqual(set(self.statuses().values()) - {"queued", "downloading"}, set())
+        self.assertEqual(sorted(self.statuses()),
+                         sorted(["kept", *(f"e{number}" for number in range(10))]))
+
     def test_it_is_saved_before_it_is_answered_and_made_once(self):
         self.assertEqual(self.hand_over("one", cookies="a=b", referrer="http://p.example/"),
                          "('saved', '')")
@@ -217,6 +235,12 @@ class HandOverTest(ScriptingTest):
             if path.is_file():
                 self.assertNotIn(b"secret=1", path.read_bytes(), path)
         self.assertNotIn("secret=1", self.home.log_text())
+        self.assertEqual(self.hand_over("open", cookies="secret=2"), "('saved', '')")
+        self.assertIn(b"secret=2", self.home.queue_path.read_bytes())
+        self.home.run("write", "Private Downloading", "-bool", "true",
+                      program=PROGRAMS / "orlop-defaults")
+        wait_until(lambda: b"secret=2" not in self.home.queue_path.read_bytes(),
+                   what="a queue without cookies")
 
     def test_each_comes_once_whenever_the_program_is_killed(self):
         chance = random.Random(3)

@@ -1,10 +1,12 @@
 """What a person sees on a terminal."""
 import signal
 import subprocess
+import time
 import unittest
+from pathlib import Path
 
 from support.case import MIB, SystemTest
-from support.home import PROGRAMS
+from support.home import PROGRAMS, SANITIZED, wait_until
 from support.screen import width
 
 BAR = "━"
@@ -82,6 +84,26 @@ class LibrariesTest(unittest.TestCase):
             self.assertIn("libQt6Core", loaded)
             for library in ("Qt6Gui", "Qt6Widgets", "libX11", "libwayland"):
                 self.assertNotIn(library, loaded, program)
+
+
+class EndlessSeriesTest(SystemTest):
+    def test_it_is_refused_and_the_setting_named(self):
+        result = self.home.run("http://127.0.0.1:1/{1-999999999999}{1-999999}")
+        self.assert_status(result, 1)
+        self.assertIn("stands for 999,998,999,999,000,001 addresses", result.stderr)
+        self.assertIn("“Largest Series” allows 10,000", result.stderr)
+        self.assertFalse(self.home.queue())
+
+    @unittest.skipIf(SANITIZED, "a sanitizer's own memory hides the program's")
+    def test_where_it_is_allowed_it_fills_no_memory_and_ends_at_once(self):
+        process = self.home.start("-Largest Series", str(1 << 62),
+                                  self.server.url("/{1-999999999999}"))
+        wait_until(lambda: len(self.server.requests()) > 300, what="requests")
+        time.sleep(3)  # In which it would go on growing.
+        words = Path(f"/proc/{process.pid}/status").read_text().split()
+        self.assertLess(int(words[words.index("VmHWM:") + 1]), 200_000, "kB")
+        self.home.interrupt(process)
+        self.assertLessEqual(len(self.home.queue()), 60_000)
 
 
 if __name__ == "__main__":

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "app/intake/series_gate.h"
 #include "app/settings.h"
 #include "links/paths/folders.h"
 #include "links/paths/path_components.h"
@@ -38,8 +39,8 @@ std::optional<platform::Url> UnknownAddresses::next() {
 }
 
 AddressesInTexts::AddressesInTexts(const QStringList& texts, bool skipRedirectingServices,
-                                   SharedIntakeNotes notes)
-    : addresses_(texts, skipRedirectingServices), notes_(std::move(notes)) {}
+                                   links::SeriesGate gate, SharedIntakeNotes notes)
+    : addresses_(texts, skipRedirectingServices, std::move(gate)), notes_(std::move(notes)) {}
 
 std::optional<platform::Url> AddressesInTexts::next() {
     while (std::optional<links::TextFinding> finding = addresses_.next()) {
@@ -107,10 +108,12 @@ std::unique_ptr<AddressSource> newAddresses(std::unique_ptr<AddressSource> rest,
 
 std::unique_ptr<AddressSource> newAddressesInTexts(const QStringList& texts, const Downloads& queue,
                                                    const platform::UserDefaults& defaults,
+                                                   Questions& questions,
                                                    const SharedIntakeNotes& notes) {
     const bool skips = defaults.get(links::settings::skipRedirectingServices);
-    return newAddresses(std::make_unique<AddressesInTexts>(texts, skips, notes), queue, defaults,
-                        notes);
+    return newAddresses(std::make_unique<AddressesInTexts>(
+                            texts, skips, seriesGate(questions, defaults, notes), notes),
+                        queue, defaults, notes);
 }
 
 }  // namespace app

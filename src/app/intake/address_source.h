@@ -51,7 +51,7 @@ private:
 /// The whole addresses in texts; `notes` hears of everything else.
 class AddressesInTexts final : public AddressSource {
 public:
-    AddressesInTexts(const QStringList& texts, bool skipRedirectingServices,
+    AddressesInTexts(const QStringList& texts, bool skipRedirectingServices, links::SeriesGate gate,
                      SharedIntakeNotes notes);
     [[nodiscard]] std::optional<platform::Url> next() override;
 
@@ -96,9 +96,10 @@ private:
                                                           const Downloads& queue,
                                                           const platform::UserDefaults& defaults,
                                                           SharedIntakeNotes notes);
-/// The whole addresses in texts, line by line, that are new to the queue likewise.
+/// The whole addresses in texts, line by line, that are new to the queue likewise. Before a very
+/// long series of them the user is asked.
 [[nodiscard]] std::unique_ptr<AddressSource> newAddressesInTexts(
     const QStringList& texts, const Downloads& queue, const platform::UserDefaults& defaults,
-    const SharedIntakeNotes& notes);
+    Questions& questions, const SharedIntakeNotes& notes);
 
 }  // namespace app

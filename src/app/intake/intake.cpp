@@ -20,6 +20,9 @@ namespace {
 constexpr int addressesPerTurn = 500;
 /// An intake that has made more downloads than this says how far it is.
 constexpr qsizetype longIntake = 10'000;
+/// A large series waits while so many downloads are not done.
+constexpr qsizetype mostUnfinished = 50'000;
+constexpr platform::Seconds waitForRoom = 1;
 
 }  // namespace
 
@@ -97,7 +100,7 @@ void Intake::openText(const QString& text) {
 void Intake::beginWithPasteboard(const Pasteboard& pasteboard) {
     const auto notes = std::make_shared<IntakeNotes>();
     begin(newAddressesInTexts(pasteboard.texts(), surroundings_.queue.downloads(),
-                              surroundings_.defaults, notes),
+                              surroundings_.defaults, surroundings_.frontEnd.questions, notes),
           {}, notes);
 }
 
@@ -113,7 +116,22 @@ void Intake::begin(std::unique_ptr<AddressSource> addresses, const ScriptArgumen
     proceed(activity);
 }
 
+/// A series may be longer than any memory: what comes of it is fetched before more is taken in.
+bool Intake::mustWait(const Activity& activity) const {
+    return activity.notes->holdsLargeSeries() &&
+           surroundings_.queue.tally().count(engine::unfinishedStatuses) >= mostUnfinished;
+}
+
 void Intake::proceed(const std::shared_ptr<Activity>& activity) {
+    if (mustWait(*activity)) {
+        if (surroundings_.queue.tally().count(engine::activeStatuses) > 0) {
+            steps_.start(waitForRoom, [this, activity] { proceed(activity); });
+            return;
+        }
+        activity->notes->noteProblem(
+            links::localized("The rest of the series was left out: too many downloads wait."));
+        activity->run.stop();
+    }
     const bool goesOn = activity->run.step(addressesPerTurn);
     report(*activity, goesOn);
     if (goesOn) {

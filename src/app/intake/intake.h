@@ -83,6 +83,7 @@ private:
     void beginWithPasteboard(const Pasteboard& pasteboard);
     void begin(std::unique_ptr<AddressSource> addresses, const ScriptArguments& arguments,
                SharedIntakeNotes notes);
+    [[nodiscard]] bool mustWait(const Activity& activity) const;
     void proceed(const std::shared_ptr<Activity>& activity);
     void report(Activity& activity, bool goesOn);
     void tellNotes(const Activity& activity);

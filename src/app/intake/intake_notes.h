@@ -20,6 +20,10 @@ public:
     /// A sentence on something that was not opened.
     void noteProblem(const QString& text);
 
+    /// What comes may be more than the memory holds.
+    void noteLargeSeries() { holdsLargeSeries_ = true; }
+
+    [[nodiscard]] bool holdsLargeSeries() const { return holdsLargeSeries_; }
     [[nodiscard]] const std::vector<RefusedText>& refused() const { return refused_; }
     /// The downloads of the queue whose addresses came once more, each once.
     [[nodiscard]] const Downloads& known() const { return known_; }
@@ -30,6 +34,7 @@ private:
     Downloads known_;
     std::unordered_set<const engine::DQDownload*> isKnown_;
     QStringList problems_;
+    bool holdsLargeSeries_ = false;
 };
 
 using SharedIntakeNotes = std::shared_ptr<IntakeNotes>;

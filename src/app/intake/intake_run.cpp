@@ -199,9 +199,9 @@ void IntakeRun::openList(const QString& path) {
     const QString text = addressListText(contents.data);
     const bool skips = surroundings_.defaults.get(links::settings::skipRedirectingServices);
     const bool isList = isAddressList(text, skips);
-    auto addresses =
-        newAddressesInTexts({text}, surroundings_.queue.downloads(), surroundings_.defaults,
-                            isList ? notes_ : std::make_shared<IntakeNotes>());
+    auto addresses = newAddressesInTexts({text}, surroundings_.queue.downloads(),
+                                         surroundings_.defaults, surroundings_.frontEnd.questions,
+                                         isList ? notes_ : std::make_shared<IntakeNotes>());
     if (isList) {
         lists_.push_back(std::move(addresses));
         return;

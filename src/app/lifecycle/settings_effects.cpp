@@ -59,6 +59,10 @@ void SettingsEffects::settingDidChange(const QString& key) {
         controller_.updateDownloadListAndStatus();
     } else if (rows.contains(key)) {
         list_.setNeedsDisplay();
+        if (key == privateDownloading.name()) {
+            // The queue's file is to hold no cookies any more.
+            controller_.writeArchiveBeforeQuitting(false);
+        }
     } else if (key == links::settings::downloadPageRules.name()) {
         readDownloadPageRules();
     }

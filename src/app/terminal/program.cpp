@@ -179,6 +179,7 @@ private:
         authentication_.close();
         questions_.dismissAlert();
         session_->suspend();
+        application_.controller().stopIntake();
         display_.reporter->tell({Event::Kind::Notice,
                                  localized("Paused. The next run of orlop-terminal goes on."),
                                  {}});

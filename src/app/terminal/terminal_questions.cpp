@@ -38,6 +38,8 @@ TerminalQuestions::TerminalQuestions(Prompt& prompt, Reporter& reporter,
 bool TerminalQuestions::confirm(const Alert& alert) {
     if (alert.kind == Alert::Kind::QuitWhileDownloading)
         return true;
+    if (alert.kind == Alert::Kind::LargeSeries)
+        return false;
     if (isAsking_ || !prompt_.isAvailable())
         return false;
     const Choice choice{translated(alert.defaultButton), translated(alert.otherButton),

@@ -17,6 +17,7 @@ public:
     TerminalQuestions(Prompt& prompt, Reporter& reporter, std::function<void()> didEnd);
 
     bool confirm(const Alert& alert) override;
+    [[nodiscard]] bool asksAboutSeries() const override { return false; }
     [[nodiscard]] bool canAsk() const override { return prompt_.isAvailable(); }
     void dismissAlert() override { prompt_.cancel(); }
     std::optional<QString> chooseAbbreviatedDownloadFileForURL(const platform::Url& url) override;

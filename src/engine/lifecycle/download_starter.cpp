@@ -97,7 +97,8 @@ platform::HTTPHeaders headersFromDictionary(const QVariantMap& dictionary) {
     return headers;
 }
 
-void applyRequestSettings(const DQDownload& download, WorkerRequest& request) {
+void applyRequestSettings(const DQDownload& download, const platform::Url& url,
+                          WorkerRequest& request) {
     const UserSettings& settings = download.userSettings();
     if (!settings.contains(keys::request)) {
         request.referer = settings.string(keys::referer);
@@ -120,6 +121,15 @@ void applyRequestSettings(const DQDownload& download, WorkerRequest& request) {
         request.additionalRequestHeaders->set(u"Cookie"_s, cookies);
     }
     request.requestBody = captured.value(keys::requestBody).toByteArray();
+    // What was meant for one server, the one that its answer led to does not get.
+    if (!url.hasSameOrigin(download.URL())) {
+        for (auto* headers : {&request.requestHeaders, &request.additionalRequestHeaders}) {
+            if (*headers) {
+                (*headers)->remove(u"Cookie"_s);
+                (*headers)->remove(u"Authorization"_s);
+            }
+        }
+    }
 }
 
 Worker::Pointer makePrimaryWorker(DQDownload& download, const platform::Url& url,
@@ -128,7 +138,7 @@ Worker::Pointer makePrimaryWorker(DQDownload& download, const platform::Url& url
     if (!worker)
         return nullptr;
     worker->setDelegate(&download);
-    applyRequestSettings(download, worker->request());
+    applyRequestSettings(download, url, worker->request());
     if (plan.kind == ResumePlan::Kind::Nothing)
         return worker;
     worker->setTargetPath(download.paths().intermediateDownloadTargetPath());

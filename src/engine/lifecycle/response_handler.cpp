@@ -113,7 +113,7 @@ void goOnWithoutAcceleration(DQDownload& download) {
 }
 
 void adoptSuggestedName(DQDownload& download, const QString& suggestedFilename) {
-    if (suggestedFilename.isEmpty())
+    if (suggestedFilename.isEmpty() || download.userSettings().boolean(keys::keepsName))
         return;
     const QString name = links::stringByReplacingEscapesOfName(
         suggestedFilename, links::plusSignsInNames(download.context().defaults));

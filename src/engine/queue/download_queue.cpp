@@ -118,6 +118,10 @@ DownloadPtr DownloadQueue::retry(DQDownload& download, bool addToQueue) {
     return replace(download, download.URL(), addToQueue, [&](DQDownload& replacement) {
         const UserSettings& settings = download.userSettings();
         replacement.userSettings().set(keys::identity, settings.value(keys::identity));
+        if (settings.boolean(keys::keepsName)) {
+            replacement.setName(download.name());
+            replacement.userSettings().set(keys::keepsName, true);
+        }
         // What a browser or a script has handed over cannot be had without its request.
         for (const QString& key :
              {keys::handOver, keys::page, keys::request, keys::unkeptCookies}) {

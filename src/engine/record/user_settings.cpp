@@ -16,6 +16,7 @@ const QStringList& keptKeys() {
                                   keys::downloadFolder,
                                   keys::downloadPageChain,
                                   keys::name,
+                                  keys::keepsName,
                                   keys::identity,
                                   keys::handOver,
                                   keys::page,

@@ -53,6 +53,8 @@ inline const QString done = QStringLiteral("Done");
 inline const QString downloadFile = QStringLiteral("Download File");
 inline const QString downloadFolder = QStringLiteral("Download Folder");
 inline const QString name = QStringLiteral("Name");
+/// The name was given by whoever added the download, and what servers suggest is none of it.
+inline const QString keepsName = QStringLiteral("Keeps Name");
 /// Stands for the download towards scripts, over restarts and retries.
 inline const QString identity = QStringLiteral("Identity");
 /// Of the hand-over of a browser that made the download, and the page that it came from.

@@ -1,5 +1,7 @@
 #include "links/recognition/exploded_urls.h"
 
+#include <limits>
+
 namespace links {
 namespace {
 
@@ -69,6 +71,23 @@ std::optional<QString> ExplodedURLs::descendBehind(const Level& level) {
         return joined(prefix_, level.suffix);
     prefix_.truncate(level.prefixLength);
     return descend(text, text);
+}
+
+quint64 numberOfExplodedURLs(const QString& candidate) {
+    constexpr quint64 largest = std::numeric_limits<quint64>::max();
+    quint64 number = 1;
+    for (qsizetype opening = candidate.indexOf(u'{'); opening >= 0;) {
+        const qsizetype closing = candidate.indexOf(u'}', opening);
+        if (closing < 0)
+            break;
+        const auto inside = QStringView(candidate).sliced(opening + 1, closing - opening - 1);
+        const quint64 count = RangeGroup(inside).countRest();
+        if (count == 0)
+            break;
+        number = number > largest / count ? largest : number * count;
+        opening = candidate.indexOf(u'{', closing);
+    }
+    return number;
 }
 
 QStringList explodedURLStrings(const QString& candidate) {

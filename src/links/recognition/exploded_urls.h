@@ -46,6 +46,10 @@ private:
     qsizetype copiedUnits_ = 0;
 };
 
+/// How many addresses a candidate stands for, without making any; the largest number if there are
+/// more. Groups within groups count as if they were words.
+[[nodiscard]] quint64 numberOfExplodedURLs(const QString& candidate);
+
 /// All of them at once. A range may stand for more addresses than fit into memory: where text comes
 /// from outside, use `ExplodedURLs`.
 [[nodiscard]] QStringList explodedURLStrings(const QString& candidate);

@@ -45,6 +45,22 @@ bool RangeGroup::appendNext(QString& target) {
     return appendFromRun(target);
 }
 
+quint64 RangeGroup::countRest() {
+    quint64 count = 0;
+    QString word;
+    while (run_ != Run::None || !isExhausted_) {
+        if (run_ != Run::None)
+            count += static_cast<quint64>(last_ - current_) + 1;
+        else if (begin(takeAlternative(), word))
+            ++count;
+        else
+            continue;
+        run_ = Run::None;
+        word.clear();
+    }
+    return count;
+}
+
 QStringView RangeGroup::takeAlternative() {
     const qsizetype comma = rest_.indexOf(u',');
     isExhausted_ = comma < 0;

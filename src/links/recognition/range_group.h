@@ -14,6 +14,8 @@ public:
 
     /// Appends what stands for the group the next time. False: there is nothing more.
     [[nodiscard]] bool appendNext(QString& target);
+    /// How many there still are, which takes no longer than reading the text. None is left then.
+    [[nodiscard]] quint64 countRest();
 
 private:
     enum class Run { None, Units, Numbers };

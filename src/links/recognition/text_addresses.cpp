@@ -104,8 +104,9 @@ bool holdsQuotedLinks(const QString& item) {
 TextAddresses::TextAddresses(const QString& text, bool skipRedirectingServices)
     : TextAddresses(QStringList(text), skipRedirectingServices) {}
 
-TextAddresses::TextAddresses(const QStringList& texts, bool skipRedirectingServices)
-    : items_(texts), skipsRedirectingServices_(skipRedirectingServices) {}
+TextAddresses::TextAddresses(const QStringList& texts, bool skipRedirectingServices,
+                             SeriesGate gate)
+    : items_(texts), skipsRedirectingServices_(skipRedirectingServices), gate_(std::move(gate)) {}
 
 std::optional<TextFinding> TextAddresses::next() {
     while (true) {
@@ -147,7 +148,8 @@ bool TextAddresses::beginItem() {
 bool TextAddresses::beginPiece() {
     if (pieces_.isEmpty())
         return false;
-    candidates_ = URLCandidates::fromCollection({pieces_.takeFirst()}, skipsRedirectingServices_);
+    candidates_ =
+        URLCandidates::fromCollection({pieces_.takeFirst()}, skipsRedirectingServices_, gate_);
     return true;
 }
 
@@ -162,6 +164,8 @@ std::optional<TextFinding> TextAddresses::nextOfPiece() {
         else if (!hasAddress_)
             break;
     }
+    // It was understood, and is not wanted.
+    hasAddress_ = hasAddress_ || candidates_->hasKeptSeriesOut();
     return std::nullopt;
 }
 

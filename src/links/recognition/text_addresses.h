@@ -28,7 +28,7 @@ class TextAddresses {
 public:
     TextAddresses(const QString& text, bool skipRedirectingServices);
     /// Each text on its own; one of several lines is several items.
-    TextAddresses(const QStringList& texts, bool skipRedirectingServices);
+    TextAddresses(const QStringList& texts, bool skipRedirectingServices, SeriesGate gate = {});
 
     /// Nothing: that was the last.
     [[nodiscard]] std::optional<TextFinding> next();
@@ -43,6 +43,7 @@ private:
 
     TextItems items_;
     bool skipsRedirectingServices_;
+    SeriesGate gate_;
     QString item_;
     /// Of the item, those still to be looked at, in order.
     QStringList pieces_;

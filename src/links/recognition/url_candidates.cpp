@@ -54,16 +54,24 @@ private:
 }  // namespace
 
 URLCandidates URLCandidates::fromString(const QString& text, bool skipRedirectingServices) {
-    return URLCandidates(Lines(text), skipRedirectingServices);
+    return URLCandidates(Lines(text), skipRedirectingServices, {});
 }
 
-URLCandidates URLCandidates::fromCollection(const QStringList& items,
-                                            bool skipRedirectingServices) {
-    return URLCandidates(Items(items), skipRedirectingServices);
+URLCandidates URLCandidates::fromCollection(const QStringList& items, bool skipRedirectingServices,
+                                            SeriesGate gate) {
+    return URLCandidates(Items(items), skipRedirectingServices, std::move(gate));
 }
 
-URLCandidates::URLCandidates(ItemSource nextItem, bool skipRedirectingServices)
-    : nextItem_(std::move(nextItem)), skipsRedirectingServices_(skipRedirectingServices) {}
+URLCandidates::URLCandidates(ItemSource nextItem, bool skipRedirectingServices, SeriesGate gate)
+    : nextItem_(std::move(nextItem)),
+      skipsRedirectingServices_(skipRedirectingServices),
+      gate_(std::move(gate)) {}
+
+bool URLCandidates::isLetIn(const QString& link) {
+    const bool isIn = !gate_ || !link.contains(u'{') || gate_(link, numberOfExplodedURLs(link));
+    hasKeptSeriesOut_ = hasKeptSeriesOut_ || !isIn;
+    return isIn;
+}
 
 std::optional<QString> URLCandidates::next() {
     while (true) {
@@ -74,7 +82,8 @@ std::optional<QString> URLCandidates::next() {
         const auto link = nextLink();
         if (!link)
             return std::nullopt;
-        exploded_.emplace(*link);
+        if (isLetIn(*link))
+            exploded_.emplace(*link);
     }
 }
 

@@ -23,7 +23,7 @@ struct HandOvers::Batch {
     };
     std::vector<Outcome> outcomes;
     std::vector<Made> made;
-    /// Others that the same ids came from meanwhile.
+    /// Of this call, and of those that wait for its end.
     std::vector<Reply> replies;
     platform::Seconds deadline = 0;  ///< On the monotonic scale.
     bool isOver = false;
@@ -59,25 +59,41 @@ void HandOvers::rememberThoseInQueue() {
     }
 }
 
-void HandOvers::handOver(const std::vector<Parsed<HandOverRequest>>& requests, const Reply& reply) {
-    const auto batch = std::make_shared<Batch>();
-    const platform::Seconds now = controller_.surroundings().loop.clock().monotonic();
+void HandOvers::handOver(const Requests& requests, const Reply& reply) {
+    handOver(requests, reply, controller_.surroundings().loop.clock().monotonic());
+}
+
+HandOvers::BatchPtr HandOvers::batchUnderWay(const Requests& requests) const {
+    for (const auto& request : requests) {
+        if (const BatchPtr batch = request.value ? underWay_.value(request.value->id) : nullptr) {
+            return batch;
+        }
+    }
+    return nullptr;
+}
+
+void HandOvers::handOver(const Requests& requests, const Reply& reply, platform::Seconds arrival) {
+    if (const BatchPtr other = batchUnderWay(requests)) {
+        // What becomes of it is known when that one is over.
+        other->replies.push_back([this, requests, reply, arrival](const Answer&) {
+            handOver(requests, reply, arrival);
+        });
+        return;
+    }
     double shortest = 1e9;
     for (const auto& request : requests) {
-        const auto& value = request.value;
-        if (value && ids_.state(value->id) == HandOverIds::State::Withdrawn) {
+        if (!request.value) {
+            continue;
+        }
+        if (ids_.state(request.value->id) == HandOverIds::State::Withdrawn) {
             reply({Answer::Error::TooLate});
             return;
         }
-        // The sender of this and of what is under way is the same, and hears the same.
-        if (value && requests.size() == 1 && underWay_.contains(value->id)) {
-            underWay_.value(value->id)->replies.push_back(reply);
-            return;
-        }
-        shortest = std::min(shortest, value ? value->deadline : shortest);
+        shortest = std::min(shortest, request.value->deadline);
     }
+    const auto batch = std::make_shared<Batch>();
     const bool wasEmpty = controller_.downloads().empty();
-    batch->deadline = now + shortest;
+    batch->deadline = arrival + shortest;
     batch->replies.push_back(reply);
     for (const auto& request : requests) {
         batch->outcomes.push_back(take(request, *batch));
@@ -95,8 +111,10 @@ void HandOvers::handOver(const std::vector<Parsed<HandOverRequest>>& requests, c
         underWay_[made.request.id] = batch;
         added_.push_back(made.download);
     }
-    controller_.whenSaved([this, batch](bool isOnDisk) { didSaveQueue(batch, isOnDisk); });
-    timers_.start(shortest, [this, batch] {
+    controller_.whenSaved(
+        whileAlive([this, batch](bool isOnDisk) { didSaveQueue(batch, isOnDisk); }));
+    const platform::Seconds now = controller_.surroundings().loop.clock().monotonic();
+    timers_.start(std::max(batch->deadline - now, 0.0), [this, batch] {
         if (!batch->isOver) {
             takeBack(batch, Answer::Error::TooLate);
         }
@@ -110,7 +128,7 @@ HandOvers::Outcome HandOvers::take(const Parsed<HandOverRequest>& request, Batch
     const QString& id = request.value->id;
     const bool isInBatch = std::any_of(batch.made.begin(), batch.made.end(),
                                        [&](const auto& made) { return made.request.id == id; });
-    if (isInBatch || underWay_.contains(id) || ids_.state(id) != HandOverIds::State::Unknown) {
+    if (isInBatch || ids_.state(id) != HandOverIds::State::Unknown) {
         return {Outcome::Kind::Known};
     }
     engine::DownloadPtr download = addRecord(*request.value);
@@ -149,6 +167,7 @@ engine::DownloadPtr HandOvers::addRecord(const HandOverRequest& request) {
         }
         if (!request.name.isEmpty()) {
             download.setName(request.name);
+            download.userSettings().set(keys::keepsName, true);
         }
     });
 }
@@ -201,9 +220,9 @@ void HandOvers::takeBack(const BatchPtr& batch, Answer::Error error) {
         remove(made.download);
         ids_.set(made.request.id, HandOverIds::State::Withdrawn);
     }
-    controller_.whenSaved([this, batch, error](bool) {
+    controller_.whenSaved(whileAlive([this, batch, error](bool) {
         ids_.whenWritten([this, batch, error](bool) { end(batch, {error}); });
-    });
+    }));
 }
 
 void HandOvers::end(const BatchPtr& batch, const Answer& answer) {
@@ -247,7 +266,7 @@ void HandOvers::withdraw(const QString& id, const std::function<void(bool)>& rep
         ids_.whenWritten([reply, isSaved](bool isWritten) { reply(isSaved && isWritten); });
     };
     if (download) {
-        controller_.whenSaved(whenSaved);
+        controller_.whenSaved(whileAlive(whenSaved));
     } else {
         whenSaved(true);
     }

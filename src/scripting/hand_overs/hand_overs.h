@@ -45,8 +45,21 @@ public:
 private:
     struct Batch;
     using BatchPtr = std::shared_ptr<Batch>;
+    using Requests = std::vector<Parsed<HandOverRequest>>;
 
     void rememberThoseInQueue();
+    void handOver(const Requests& requests, const Reply& reply, platform::Seconds arrival);
+    /// Null: none of them is still being saved for another call.
+    [[nodiscard]] BatchPtr batchUnderWay(const Requests& requests) const;
+    /// A call that is dropped if this goes before.
+    template <typename Call>
+    [[nodiscard]] auto whileAlive(Call call) const {
+        return [alive = std::weak_ptr(alive_), call](auto... arguments) {
+            if (!alive.expired()) {
+                call(arguments...);
+            }
+        };
+    }
     [[nodiscard]] Outcome take(const Parsed<HandOverRequest>& request, Batch& batch);
     [[nodiscard]] engine::DownloadPtr addRecord(const HandOverRequest& request);
     void didSaveQueue(const BatchPtr& batch, bool isOnDisk);
@@ -63,6 +76,7 @@ private:
     QHash<QString, BatchPtr> underWay_;
     app::Downloads added_;  ///< The list is yet to be told of them.
     platform::Timers timers_;
+    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };
 
 }  // namespace scripting

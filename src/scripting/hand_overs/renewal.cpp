@@ -39,12 +39,13 @@ engine::DownloadPtr failedOne(app::DQMainController& controller, const Renewed& 
 }
 
 bool wantsToGoOn(app::DQMainController& controller, const engine::DQDownload& failed) {
-    return controller.surroundings().frontEnd.questions.confirm(
-        {app::Alert::Kind::Renewal,
-         links::filledFormat(links::localized("Go on with %@?"), {failed.displayName()}),
-         QStringLiteral("It was handed over again from the same page, with the same name and size. "
-                        "What has come of it can be kept."),
-         QStringLiteral("Go On"), QStringLiteral("Begin Anew")});
+    const app::Alert alert{
+        app::Alert::Kind::Renewal,
+        links::filledFormat(links::localized("Go on with %@?"), {failed.displayName()}),
+        QStringLiteral("It was handed over again from the same page, with the same name and size. "
+                       "What has come of it can be kept."),
+        QStringLiteral("Go On"), QStringLiteral("Begin Anew")};
+    return controller.surroundings().frontEnd.questions.confirm(alert);
 }
 
 void goOnWith(app::DQMainController& controller, const engine::DownloadPtr& failed,
