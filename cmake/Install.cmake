@@ -1,6 +1,6 @@
 # Where the programs and what the desktop needs of them go; follows the XDG folders.
 include(GNUInstallDirs)
-foreach(program orlop orlop-terminal orlop-defaults orlop-log)
+foreach(program orlop orlop-terminal orlop-defaults orlop-log orlop-browser)
     if(TARGET ${program})
         install(TARGETS ${program} RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
     endif()
@@ -9,7 +9,7 @@ if(TARGET orlop-proxy-script)
     install(TARGETS orlop-proxy-script
             RUNTIME DESTINATION "${CMAKE_INSTALL_LIBEXECDIR}/orlop")
 endif()
-foreach(page orlop orlop-terminal orlop-defaults orlop-log)
+foreach(page orlop orlop-terminal orlop-defaults orlop-log orlop-browser)
     install(FILES "${CMAKE_SOURCE_DIR}/docs/man/${page}.1"
             DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
 endforeach()
@@ -41,3 +41,11 @@ install(FILES "${resources}/icons/app/orlop.svg"
         RENAME com.tarnworks.Orlop.svg)
 install(FILES "${resources}/icons/mimetypes/application-x-orlop-request.svg"
         DESTINATION "${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/mimetypes")
+if(TARGET orlop-browser)
+    # As a folder, from which browsers load it unpacked; stores take what scripts/extension packs.
+    install(DIRECTORY "${CMAKE_SOURCE_DIR}/extension/"
+            DESTINATION "${CMAKE_INSTALL_DATADIR}/orlop/extension")
+    install(CODE "set(host \"$<TARGET_FILE:orlop-browser>\")
+        set(folder \"${CMAKE_INSTALL_BINDIR}\")")
+    install(SCRIPT "${CMAKE_CURRENT_LIST_DIR}/InstallBrowserHosts.cmake")
+endif()

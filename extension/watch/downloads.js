@@ -1,0 +1,87 @@
+// Downloads that the browser has begun. Chromium lets them be held before they have a name; in
+// Firefox these are the few that no answer of a server has announced, and they are paused.
+import { baseName } from "../core/addresses.js";
+import { api, asksForNames } from "../core/api.js";
+import { repeatable } from "../core/seen_requests.js";
+import { wasLeft } from "./left.js";
+import { seen, wasPosted } from "./requests.js";
+import { pageIn, takeOver } from "./take_over.js";
+
+const isOfAnExtension = (item) => Boolean(item.byExtensionId);
+
+async function described(item) {
+  const last = item.finalUrl || item.url;
+  const request = seen.at(last);
+  const download = request ? repeatable(request) : {
+    address: item.url,
+    finalAddress: last,
+    method: (await wasPosted(last)) || (await wasPosted(item.url)) ? "POST" : "GET",
+  };
+  return {
+    ...download,
+    referrer: download.referrer ?? item.referrer,
+    page: (await pageIn(download.tabId)) ?? download.page ?? item.referrer,
+    name: baseName(item.filename ?? ""),
+    size: item.totalBytes,
+    isPrivate: item.incognito,
+    storeId: download.storeId ?? item.cookieStoreId,
+    userAgent: download.userAgent ?? navigator.userAgent,
+  };
+}
+
+export async function removeFromBrowser(downloadId) {
+  const [item] = await api.downloads.search({ id: downloadId });
+  if (!item) return;
+  if (item.state === "complete") await api.downloads.removeFile(downloadId).catch(() => {});
+  else await api.downloads.cancel(downloadId).catch(() => {});
+  await api.downloads.erase({ id: downloadId });
+}
+
+function watchNames(context) {
+  api.downloads.onDeterminingFilename.addListener((item, suggest) => {
+    if (isOfAnExtension(item)) return false;
+    const hold = {
+      kind: "download",
+      downloadId: item.id,
+      drop: () => removeFromBrowser(item.id),
+      letGo: () => suggest(),
+    };
+    described(item)
+      .then((download) => takeOver(download, hold, context))
+      .catch((problem) => {
+        console.error(problem);
+        suggest();
+      });
+    return true;
+  });
+}
+
+async function pauseAndTakeOver(item, context) {
+  const download = await described(item);
+  // To go on after a pause, Firefox asks anew, and by an ordinary request.
+  if (download.method !== "GET" || wasLeft(download.finalAddress)) return;
+  try {
+    await api.downloads.pause(item.id);
+  } catch {
+    return;
+  }
+  const [{ state, paused }] = await api.downloads.search({ id: item.id });
+  if (state === "complete" || !paused) return;
+  await takeOver(download, {
+    kind: "download",
+    downloadId: item.id,
+    drop: () => removeFromBrowser(item.id),
+    letGo: () => api.downloads.resume(item.id),
+  }, context);
+}
+
+export function watchDownloads(context) {
+  if (asksForNames) {
+    watchNames(context);
+    return;
+  }
+  api.downloads.onCreated.addListener((item) => {
+    if (item.state === "in_progress" && !isOfAnExtension(item))
+      pauseAndTakeOver(item, context).catch(console.error);
+  });
+}
