@@ -11,7 +11,6 @@ from support.home import PROGRAMS, wait_until
 
 PROGRAM = PROGRAMS / "orlop"
 PARTNER = os.environ.get("ORLOP_DRAG_PARTNER", PROGRAMS / "orlop_drag_partner")
-USUAL_SIZE = (460, 420)
 PARTNERS_WINDOW = (120, 80)
 
 LETTERS = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
@@ -51,14 +50,14 @@ class WindowTest(SystemTest):
                                   environment=self.desktop.environment)
         wait_until(lambda: any("focused" in node.states for node in self.desktop.nodes()), 30,
                    "the window with the focus")
+        self.first_size = self.desktop.find("frame").frame[2:]
         return program
 
     def wait_for_first_rows(self, *names):
         """With the first rows the window springs, a little too far and back."""
         self.wait_for_rows(*names)
-        usual = tuple(round(length * self.desktop.scale) for length in USUAL_SIZE)
-        wait_until(lambda: all(self.desktop.find("frame").frame[2:] == usual for _ in range(3)),
-                   30, "the window's rest")
+        wait_until(lambda: all(self.desktop.find("frame").frame[2:] == self.first_size
+                               for _ in range(3)), 30, "the window's rest")
 
     def slow_address(self):
         return self.server.url("/rate/150000/slow.iso")

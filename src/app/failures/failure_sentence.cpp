@@ -205,7 +205,7 @@ QString refusalSentence(const engine::DQDownload& download) {
 QString failureSentence(engine::DQDownload& download) {
     const auto& error = download.lastError();
     if (!error)
-        return refusalSentence(download);
+        return {};
     const Error* found = nullptr;
     const Cause* const cause = causeOf(*error, found);
     const Detail detail = cause != nullptr ? cause->detail : Detail::None;

@@ -29,8 +29,7 @@ struct FailureCircumstances {
 /// says no more than its number, or there was none.
 [[nodiscard]] QString refusalSentence(const engine::DQDownload& download);
 
-/// Of a download that was interrupted by an error, or has failed. Empty: it has not, or nothing is
-/// known of it. Looks at its disk.
+/// Of a download that was interrupted by an error. Empty: it was not. Looks at its disk.
 [[nodiscard]] QString failureSentence(engine::DQDownload& download);
 
 }  // namespace app

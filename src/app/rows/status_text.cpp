@@ -11,9 +11,11 @@
 #include "links/format/dates.h"
 #include "links/format/durations.h"
 #include "links/names/anonymized_names.h"
+#include "links/paths/path_components.h"
 #include "links/text/localization.h"
 #include "links/text/typography.h"
 #include "platform/base/user_defaults.h"
+#include "platform/files/files.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -117,9 +119,14 @@ QString StatusTexts::abortedText(const DQDownload& download, bool live) const {
 }
 
 QString StatusTexts::doneText(DQDownload& download) const {
-    return filledFormat(localized("%@%@%@"),
-                        {localized("Complete"), links::spacedDashString(),
-                         links::fuzzyDescription(download.doneDate(), queue_.context().wallNow())});
+    const QString text =
+        withDetail(localized("Complete"),
+                   links::fuzzyDescription(download.doneDate(), queue_.context().wallNow()));
+    if (!download.userSettings().boolean(keys::leftBehind))
+        return text;
+    const QString folder = links::stringByDeletingLastPathComponent(download.path());
+    return withDetail(
+        text, filledFormat(localized("Lies in %@"), {platform::abbreviateWithTilde(folder)}));
 }
 
 QString StatusTexts::hostWaitDescription(const DQDownload& download) const {

@@ -40,13 +40,18 @@ QString stateText(const app::StatusTexts& texts, engine::DQDownload& download) {
                : texts.statusDescriptionWithLiveDetails(download, false);
 }
 
+QString troubleText(engine::DQDownload& download) {
+    const QString sentence = app::failureSentence(download);
+    return sentence.isEmpty() ? app::refusalSentence(download) : sentence;
+}
+
 }  // namespace
 
 QString rowToolTip(const app::StatusTexts& texts, engine::DQDownload& download) {
     const QString bullet = links::spacedBulletString();
     QString text = download.originalURLString() + u'\n' + bullet + stateText(texts, download) +
                    u'\n' + bullet + dateLine(download.date());
-    if (const QString sentence = app::failureSentence(download); !sentence.isEmpty()) {
+    if (const QString sentence = troubleText(download); !sentence.isEmpty()) {
         text += u'\n' + bullet + sentence;
     }
     const bool inBundle =
@@ -79,7 +84,7 @@ QString actionToolTip(const engine::DQDownload& download, unsigned index) {
         case app::PrimaryAction::Reveal:
             return download.context().defaults.get(engine::settings::revealByLaunching)
                        ? translated("Open")
-                       : translated("Show in folder");
+                       : translated("Show in Folder");
         case app::PrimaryAction::Pause:
             break;
     }
@@ -103,7 +108,7 @@ QString wrapped(const QString& text, qsizetype columns) {
 
 QString accessibleRowText(const app::StatusTexts& texts, engine::DQDownload& download) {
     const QString text = download.displayName() + u", "_s + stateText(texts, download);
-    const QString sentence = app::failureSentence(download);
+    const QString sentence = troubleText(download);
     return sentence.isEmpty() ? text : text + u", "_s + sentence;
 }
 
