@@ -14,6 +14,7 @@
 #include "diagnostics/settings.h"
 #include "platform/base/log_writer.h"
 #include "platform/files/files.h"
+#include "platform/session/mute_buses.h"
 #include "platform/session/signal_watcher.h"
 #include "scripting/service.h"
 #include "ui/art/appearance.h"
@@ -84,6 +85,7 @@ int runWithoutDisplay(int& argumentCount, char** argumentValues, const app::Comm
 
 int main(int argumentCount, char** argumentValues) {
     platform::adoptHomeFolder();
+    const QStringList muteBuses = platform::leaveMuteBusesAlone();
     platform::letWritesFail();
     QStringList arguments;
     for (int index = 1; index < argumentCount; ++index) {
@@ -94,6 +96,7 @@ int main(int argumentCount, char** argumentValues) {
         return *status;
     }
     std::optional<platform::ProgramLog> log(std::in_place);
+    platform::logMuteBuses(muteBuses);
     // Qt would take arguments with one dash for its own; they are settings here.
     int ownArguments = 1;
     if (!ui::hasDisplay()) {
@@ -122,7 +125,7 @@ int main(int argumentCount, char** argumentValues) {
         QObject::connect(&core.statusReporter(), &app::QueueStatusReporter::applicationImageChanged,
                          &frontEnd.icon(), &desktop::ApplicationIcon::show);
         windows = std::make_unique<ui::DesktopWindows>(controller, frontEnd);
-        scripts = scripting::Service::make(controller, platform::userDataFolder());
+        scripts = std::make_unique<scripting::Service>(controller, platform::userDataFolder());
     });
     if (!start.problem.isEmpty()) {
         std::fprintf(stderr, "orlop: %s\n", qUtf8Printable(start.problem));

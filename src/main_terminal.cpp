@@ -15,6 +15,7 @@
 #include "diagnostics/settings.h"
 #include "platform/base/log_writer.h"
 #include "platform/files/files.h"
+#include "platform/session/mute_buses.h"
 #include "platform/session/signal_watcher.h"
 #include "scripting/service.h"
 #include "scripting/verbs/verbs.h"
@@ -40,10 +41,12 @@ void useUtf8() {
 
 int main(int argc, char** argv) {
     platform::adoptHomeFolder();
+    const QStringList muteBuses = platform::leaveMuteBusesAlone();
     const auto environment = QProcessEnvironment::systemEnvironment();
     platform::letWritesFail();
     useUtf8();
     std::optional<platform::ProgramLog> log(std::in_place);
+    platform::logMuteBuses(muteBuses);
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("Orlop"));
     QCoreApplication::setApplicationVersion(QStringLiteral(ORLOP_VERSION));
@@ -55,8 +58,7 @@ int main(int argc, char** argv) {
     }
     const app::terminal::ProgramEnd end =
         app::terminal::runProgram(arguments, environment, [](app::DQMainController& controller) {
-            return std::shared_ptr<scripting::Service>(
-                scripting::Service::make(controller, platform::userDataFolder()));
+            return std::make_shared<scripting::Service>(controller, platform::userDataFolder());
         });
     // What ends here does not come back to let it write.
     log.reset();

@@ -690,6 +690,11 @@
         </message>
         <message>
             <location filename="../../src/app/failures/file_problem.cpp" />
+            <source>A file lies where its folder should be.</source>
+            <translation>Wo ihr Ordner sein sollte, liegt eine Datei.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/file_problem.cpp" />
             <source>A folder lies in its place.</source>
             <translation>An ihrer Stelle liegt ein Ordner.</translation>
         </message>
@@ -1211,6 +1216,16 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/app/status/queue_status_reporter.cpp" />
             <source>No active downloads remaining</source>
             <translation>Keine Downloads mehr aktiv</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/status/queue_totals.cpp" />
+            <source>%@ - %@ remaining</source>
+            <translation>%@ - noch %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/status/queue_totals.cpp" />
+            <source>%@/s</source>
+            <translation>%@/s</translation>
         </message>
         <message>
             <location filename="../../src/app/status/status_line.cpp" />
@@ -2591,8 +2606,8 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
         </message>
         <message>
             <location filename="../../src/ui/settings/login_item_switch.cpp" />
-            <source>This cannot be stored: %1</source>
-            <translation>Das kann nicht gespeichert werden: %1</translation>
+            <source>What Orlop needs to be started when you log in cannot be written to %1: %2</source>
+            <translation>Was Orlop braucht, um bei der Anmeldung zu starten, kann nicht nach %1 geschrieben werden: %2</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/schedule_section.cpp" />

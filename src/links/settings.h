@@ -17,6 +17,12 @@ inline const platform::Setting<bool> storeSourceURLInSpotlightComment{
     u"Store Source URL In Spotlight Comment", false, false,
     "A finished file's comment names the addresses it came from."};
 
+inline const platform::Setting<bool> storeQueriesOfSourceURLs{
+    u"Store Queries Of Source URLs", true, true,
+    "What a finished file says of the addresses it came from has their queries, which may hold "
+    "keys "
+    "and names."};
+
 inline const platform::Setting<bool> numbersDisableGroupingSeparator{
     u"Numbers: Disable Grouping Separator", false, false,
     "Numbers are shown without separators between thousands; read once."};

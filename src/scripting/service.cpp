@@ -45,29 +45,25 @@ QDBusMessage daemonCall(const QString& method, const QVariantList& arguments) {
 
 }  // namespace
 
-std::unique_ptr<Service> Service::make(app::DQMainController& controller,
-                                       const QString& supportFolder) {
-    if (!bus::isThere()) {
-        return nullptr;
-    }
-    const QDBusConnection connection = QDBusConnection::sessionBus();
-    return connection.isConnected()
-               ? std::make_unique<Service>(controller, supportFolder, connection)
-               : nullptr;
+Service::Service(app::DQMainController& controller, const QString& supportFolder)
+    : controller_(controller),
+      commands_(std::make_unique<Commands>(controller, supportFolder)),
+      probe_([this] { connectToBus(); }) {
+    connect(&controller, &app::DQMainController::terminated, this, [this] { commands_.reset(); });
 }
 
-Service::Service(app::DQMainController& controller, const QString& supportFolder,
-                 const QDBusConnection& connection)
-    : bus_(connection),
-      commands_(std::make_unique<Commands>(controller, supportFolder)),
-      signals_(controller, bus_) {
-    connect(&controller, &app::DQMainController::terminated, this, [this] { commands_.reset(); });
-    if (bus_.registerVirtualObject(bus::path, this)) {
+void Service::connectToBus() {
+    bus_ = QDBusConnection::sessionBus();
+    if (bus_.isConnected() && bus_.registerVirtualObject(bus::path, this)) {
+        signals_ = std::make_unique<ChangeSignals>(controller_, bus_);
         requestName();
     }
 }
 
 Service::~Service() {
+    if (!signals_) {
+        return;
+    }
     // Whoever waits for an answer that was given last gets it before the process ends.
     constexpr int patience = 500;
     bus_.call(daemonCall(u"ReleaseName"_s, {bus::service}), QDBus::Block, patience);
@@ -184,9 +180,9 @@ void Service::performProperties(const QDBusMessage& message) {
     const QString runningCount = u"RunningCount"_s;
     if (message.member() == u"Get"_s && message.signature() == u"ss"_s && isOurs &&
         arguments.at(1).toString() == runningCount) {
-        reply.send({QVariant::fromValue(QDBusVariant(signals_.runningCount()))});
+        reply.send({QVariant::fromValue(QDBusVariant(signals_->runningCount()))});
     } else if (message.member() == u"GetAll"_s && message.signature() == u"s"_s && isOurs) {
-        reply.send({QVariantMap{{runningCount, signals_.runningCount()}}});
+        reply.send({QVariantMap{{runningCount, signals_->runningCount()}}});
     } else {
         reply.fail(CommandError::InvalidArgument, u"there is no such property to be read"_s);
     }

@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "scripting/bus/bus_probe.h"
 #include "scripting/change_signals.h"
 #include "scripting/commands.h"
 
@@ -18,12 +19,9 @@ class Service final : public QDBusVirtualObject {
     Q_OBJECT
 
 public:
-    /// Null: there is no session bus.
-    [[nodiscard]] static std::unique_ptr<Service> make(app::DQMainController& controller,
-                                                       const QString& supportFolder);
-    /// The controller has read its queue, and outlives it.
-    Service(app::DQMainController& controller, const QString& supportFolder,
-            const QDBusConnection& bus);
+    /// The controller has read its queue, and outlives it. To be met as soon as the bus speaks;
+    /// what was handed over before counts from now on.
+    Service(app::DQMainController& controller, const QString& supportFolder);
     ~Service() override;
 
     [[nodiscard]] QString introspect(const QString& path) const override;
@@ -33,18 +31,21 @@ private:
     /// What the bus says of a sender.
     enum class Sender { Asked, Ours };
 
+    void connectToBus();
     void requestName();
     void askFor(const QString& sender);
     void heardOf(const QString& sender, bool isOurs);
     void perform(const QDBusMessage& message);
     void performProperties(const QDBusMessage& message);
 
-    QDBusConnection bus_;
+    app::DQMainController& controller_;
+    QDBusConnection bus_{QString()};  ///< Not connected before the bus has spoken.
     /// Null: the queue is saved for good, and what was done now would spoil that.
     std::unique_ptr<Commands> commands_;
-    ChangeSignals signals_;
+    std::unique_ptr<ChangeSignals> signals_;
     QHash<QString, Sender> senders_;
     std::vector<QDBusMessage> waiting_;  ///< For what is asked of their senders.
+    BusProbe probe_;
 };
 
 }  // namespace scripting

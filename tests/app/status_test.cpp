@@ -1,5 +1,6 @@
 #include "app/settings.h"
 #include "app/status/queue_status_reporter.h"
+#include "app/status/queue_totals.h"
 #include "core_fixture.h"
 #include "engine/queue/queue_tally.h"
 #include "engine/settings.h"
@@ -41,6 +42,16 @@ protected:
     ApplicationImage image;
     int drawings = 0, terminations = 0;
 };
+
+TEST(QueueTotals, SayWhatIsKnown) {
+    const auto said = [](const app::QueueTotals& totals, double fraction) {
+        return app::totalsText(totals) + u"|"_s + app::shortTotalsText(totals, fraction);
+    };
+    EXPECT_EQ(said({}, -1), u"|"_s);
+    EXPECT_EQ(said({}, 0.349), u"|34 %"_s);
+    EXPECT_EQ(said({606400, 0}, 0.02), u"606 KB/s|2 % · 606 KB/s"_s);
+    EXPECT_EQ(said({1400000, 90}, 1), u"1.4 MB/s - 1:30 remaining|100 % · 1.4 MB/s"_s);
+}
 
 TEST_F(StatusTest, CountsWhatIsUnfinished) {
     add({u"a"_s, u"b"_s, u"c"_s, u"d"_s});

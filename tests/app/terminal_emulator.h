@@ -57,6 +57,7 @@ public:
         return lines;
     }
     [[nodiscard]] const QStringList& complaints() const { return complaints_; }
+    [[nodiscard]] bool showsCursor() const { return showsCursor_; }
     /// Column and line on the screen, from 0.
     [[nodiscard]] int cursorColumn() const { return column_; }
     [[nodiscard]] int cursorLine() const { return static_cast<int>(line_ - firstVisible()); }
@@ -103,6 +104,10 @@ private:
                     wraps_ = final == 'h';
                     return;
                 }
+                if (parameters == "?25") {
+                    showsCursor_ = final == 'h';
+                    return;
+                }
                 break;
             default:
                 break;
@@ -121,6 +126,7 @@ private:
     int column_ = 0;
     std::size_t line_ = 0;
     bool wraps_ = true;
+    bool showsCursor_ = true;
     std::vector<QString> text_;
     QStringList complaints_;
 };

@@ -71,6 +71,7 @@ TEST(TerminalScreen, EndsAsAskedAfterAnyChanges) {
         }
         ASSERT_EQ(terminal.everything(), permanent + block) << "step " << step;
         ASSERT_EQ(terminal.cursorColumn(), 0);
+        ASSERT_TRUE(terminal.showsCursor());
         ASSERT_TRUE(terminal.complaints().isEmpty()) << terminal.complaints().first().toStdString();
     }
     terminal.feed(screen.clear());

@@ -204,6 +204,23 @@ TEST_F(TransferTest, ServersDateGoesToTheFileIfWanted) {
     EXPECT_NE(dateWithAdoption(-1), served1994);
 }
 
+TEST_F(TransferTest, FileTellsTheQueriesOfItsAddressesIfTheSettingSaysSo) {
+    const QString address = u"/file.bin?key=secret"_s;
+    serve("body");
+    for (const bool stores : {true, false}) {
+        set(links::settings::storeQueriesOfSourceURLs, stores);
+        const auto download = add(address);
+        run(download);
+        for (const QString& name : {u"user.xdg.origin.url"_s, u"user.orlop.source-urls"_s})
+            EXPECT_EQ(platform::extendedAttribute(download->path(), name)
+                          .value_or(QByteArray())
+                          .contains("secret"),
+                      stores);
+        EXPECT_TRUE(links::isFromURLString(download->path(),
+                                           server.url(stores ? address : u"/file.bin"_s)));
+    }
+}
+
 TEST_F(TransferTest, RulesOpenTheFinishedFile) {
     serve("body");
     owner.rules = {

@@ -1,6 +1,7 @@
 """Names and passwords: who is asked, who gets them, and where they never turn up."""
 import os
 import signal
+import time
 import unittest
 
 from support import ntlm
@@ -154,6 +155,17 @@ class KeepingTest(GuardedTest):
         for file in self.home.root.rglob("*"):
             if file.is_file():
                 self.assertNotIn(PASSWORD.encode(), file.read_bytes(), file)
+
+
+    def test_a_store_that_does_not_answer_holds_up_a_login_for_five_seconds(self):
+        self.serve("stuck.bin", SIZE)
+        self.keyring.freeze()
+        begun = time.monotonic()
+        result = self.home.run(self.server.url("/basic/stuck.bin"), start_new_session=True,
+                               environment=self.keyring.environment)
+        self.assert_status(result, 1)
+        self.assertIn("A name and a password are needed.", result.stderr)
+        self.assertLess(time.monotonic() - begun, 5.5)
 
 
 class ProxyTest(GuardedTest):

@@ -1,4 +1,6 @@
 """Sleep, notifications and the launcher, on a bus of their own; and a desktop without any."""
+import socket
+import time
 import unittest
 from pathlib import Path
 
@@ -80,6 +82,20 @@ class DesktopServicesTest(SystemTest):
     def run_desktop(self, *arguments, environment):
         return self.home.run(*arguments, program=DESKTOP,
                              environment={"QT_QPA_PLATFORM": "offscreen"} | environment)
+
+
+class MuteBusTest(SystemTest):
+    def test_buses_that_take_connections_and_say_nothing(self):
+        source = self.serve("unheard.bin", 1000)
+        with socket.socket(socket.AF_UNIX) as mute:
+            mute.bind(str(self.home.root / "bus"))
+            mute.listen()
+            address = f"unix:path={self.home.root}/bus"
+            begun = time.monotonic()
+            self.assert_fetches(source, environment={"DBUS_SESSION_BUS_ADDRESS": address,
+                                                     "DBUS_SYSTEM_BUS_ADDRESS": address})
+        self.assertLess(time.monotonic() - begun, 3)
+        self.assertIn("going on without the bus", self.home.log_text())
 
 
 if __name__ == "__main__":

@@ -174,6 +174,23 @@ TEST_F(DownloadListTest, ObeysTheKeyboard) {
     EXPECT_TRUE(list->selectionModel()->selectedIndexes().isEmpty());
 }
 
+TEST_F(DownloadListTest, KeysGoToTheSameDownloadAfterRowsWereMoved) {
+    fill(4);
+    const auto chosen = owner.queue.downloads()[1];
+    list->selectRows({1});
+    list->selectionModel()->setCurrentIndex(list->rows().index(1), QItemSelectionModel::NoUpdate);
+    auto order = owner.queue.downloads();
+    std::rotate(order.begin(), order.begin() + 1, order.end());
+    list->reloadRows(std::make_shared<ui::DownloadListModel::Rows>(order), {0});
+    EXPECT_EQ(list->rows().download(list->currentIndex().row()), chosen);
+    EXPECT_EQ(list->selectionModel()->selectedIndexes().size(), 1);
+
+    // What was current has left; keys go to what is selected instead.
+    order.erase(order.begin());
+    list->reloadRows(std::make_shared<ui::DownloadListModel::Rows>(order), {2});
+    EXPECT_EQ(list->currentIndex().row(), 2);
+}
+
 TEST_F(DownloadListTest, CollapsesVanishingRowsTogether) {
     defaults.setObject(u"Useless Animations"_s, true);
     fill(4);

@@ -43,6 +43,8 @@ QString writingProblem(const platform::Error& error) {
         return localized("Its disk cannot be written to.");
     if (error.is(platform::posixErrorDomain, EISDIR))
         return localized("A folder lies in its place.");
+    if (error.is(platform::posixErrorDomain, ENOTDIR))
+        return localized("A file lies where its folder should be.");
     return isForbidden(error) ? localized("Its folder cannot be written to.")
                               : commonProblem(error);
 }

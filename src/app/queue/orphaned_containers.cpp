@@ -75,6 +75,7 @@ bool isWithoutData(const QFileInfo& entry) {
 
 /// With what a download leaves there that had only just begun.
 bool removeIfEmpty(const QString& container) {
+    platform::TemporaryFile::removeStrays(QFile::encodeName(container));
     const QFileInfoList entries = QDir(container).entryInfoList(
         QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     const bool isEmpty = std::all_of(entries.begin(), entries.end(), isWithoutData);

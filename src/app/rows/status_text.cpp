@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "app/failures/failure_sentence.h"
+#include "app/rows/running_figures.h"
 #include "engine/queue/download_queue.h"
 #include "engine/record/known_file.h"
 #include "engine/settings.h"
@@ -38,14 +39,6 @@ QString bytesText(const engine::OverallFigures& figures) {
                                                     static_cast<quint64>(figures.total()),
                                                     static_cast<quint64>(figures.expected)),
                                                 sizeText(figures.expected)});
-}
-
-/// Of a middling rate only the leading digits, since the others change at every look.
-qint64 shownRate(const engine::SpeedMeter::Span& span) {
-    constexpr qint64 kilo = 1000;
-    constexpr qint64 mega = 1000 * kilo;
-    const auto rate = static_cast<qint64>(span.bytes / span.seconds);
-    return rate > kilo && rate < mega ? rate / kilo * kilo : rate;
 }
 
 /// Empty if it is hardly worth saying.
@@ -169,17 +162,13 @@ QString StatusTexts::anonymizedHost(const QString& host) const {
 }
 
 StatusTexts::Progress StatusTexts::progress(const DQDownload& download) const {
-    const engine::OverallFigures figures = download.transfer().figures();
+    const auto [figures, span] = runningFigures(download, queue_.context().monotonicNow());
     if (figures.expected < 1)
         return {};
-    const platform::Seconds now = queue_.context().monotonicNow();
-    const auto span = figures.downloaded > 0 ? download.transfer().speed().span(
-                                                   now, figures.downloaded,
-                                                   download.dates().downloadDate().value_or(now))
-                                             : std::nullopt;
     if (!span)
         return {bytesText(figures), {}, {}};
-    return {bytesText(figures), sizeText(shownRate(*span)), timeLeftText(figures, *span)};
+    return {bytesText(figures), sizeText(shownRate(span->bytes / span->seconds)),
+            timeLeftText(figures, *span)};
 }
 
 QString StatusTexts::downloadProgressDescription(const DQDownload& download) const {

@@ -4,6 +4,7 @@
 #include "app/main_controller.h"
 #include "app/queue/batch_progress.h"
 #include "app/settings.h"
+#include "app/status/queue_totals.h"
 #include "app/status/status_line.h"
 #include "engine/queue/queue_tally.h"
 #include "engine/settings.h"
@@ -44,8 +45,9 @@ void QueueStatusReporter::updateStatusAndForceUpdateApplicationImage(bool force)
     quitting_.cancel();
     const engine::QueueTally& tally = controller.tally();
     const bool isAllDone = tally.count(engine::unfinishedStatuses) == 0;
-    status_ = {statusLine(tally, controller.numberOfHiddenDownloads()),
-               tally.count(engine::finishedStatuses) > 0,
+    const QueueTotals totals = queueTotals(tally, surroundings_.loop.clock().monotonic());
+    status_ = {statusLine(tally, controller.numberOfHiddenDownloads()), totalsText(totals),
+               shortTotalsText(totals, fraction()), tally.count(engine::finishedStatuses) > 0,
                controller.lifecycle().wouldLoseDownloadsOnClose()};
     updateApplicationImage(force);
     if (isAllDone) {
@@ -55,6 +57,13 @@ void QueueStatusReporter::updateStatusAndForceUpdateApplicationImage(bool force)
         allDone._mayTriggerAllDoneNotification = true;
         allDone._mayTriggerQuitOnAllDone = true;
     }
+}
+
+double QueueStatusReporter::fraction() const {
+    DQMainController& controller = surroundings_.controller;
+    const engine::QueueTally& tally = controller.tally();
+    return controller.batchProgress().fraction(tally.count(engine::activeStatuses),
+                                               tally.sumOfFractions());
 }
 
 void QueueStatusReporter::updateApplicationImage(bool force) {
@@ -67,8 +76,7 @@ void QueueStatusReporter::updateApplicationImage(bool force) {
         std::swap(image.upperCount, image.lowerCount);
     }
     image.overlay = overlay(controller.allDone());
-    image.fraction = controller.batchProgress().fraction(tally.count(engine::activeStatuses),
-                                                         tally.sumOfFractions());
+    image.fraction = fraction();
     if (imageGate_.admits(image, force)) {
         Q_EMIT applicationImageChanged(image);
     }

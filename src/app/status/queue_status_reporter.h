@@ -44,6 +44,8 @@ Q_SIGNALS:
     void applicationImageChanged(const app::ApplicationImage& image);
 
 private:
+    /// How far all that is active has come; negative: nothing is.
+    [[nodiscard]] double fraction() const;
     void updateApplicationImage(bool force);
     void reflectAllDone();
     void actOnAllDone();

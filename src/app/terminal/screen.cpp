@@ -6,9 +6,10 @@ namespace {
 constexpr const char* clearLineEnd = "\x1b[K";
 constexpr const char* clearScreenEnd = "\x1b[J";
 constexpr const char* plainInk = "\x1b[0m";
-// A character drawn wider than expected must not push a line onto the next one.
-constexpr const char* wrapOff = "\x1b[?7l";
-constexpr const char* wrapOn = "\x1b[?7h";
+// A character drawn wider than expected must not push a line onto the next one, and nobody wants to
+// see the cursor run. Both last for one write, so that a kill leaves neither behind.
+constexpr const char* drawingOn = "\x1b[?7l\x1b[?25l";
+constexpr const char* drawingOff = "\x1b[?25h\x1b[?7h";
 
 const char* inkSequence(Ink ink) {
     switch (ink) {
@@ -40,7 +41,7 @@ QByteArray down(std::size_t lines) {
 }  // namespace
 
 QByteArrayView Screen::restoration() {
-    return "\x1b[?7h\x1b[0m\r\x1b[J";
+    return "\x1b[?25h\x1b[?7h\x1b[0m\r\x1b[J";
 }
 
 QByteArray Screen::encoded(const Line& line) const {
@@ -62,14 +63,14 @@ QByteArray Screen::drawAll(const std::vector<Line>& lines) const {
     QByteArray bytes = QByteArray("\r") + clearScreenEnd;
     if (lines.empty())
         return bytes;
-    bytes += wrapOff;
+    bytes += drawingOn;
     for (std::size_t i = 0; i < lines.size(); ++i)
         bytes += down(i > 0 ? 1 : 0) + encoded(lines[i]);
-    return bytes + wrapOn + toTop(lines.size() - 1);
+    return bytes + drawingOff + toTop(lines.size() - 1);
 }
 
 QByteArray Screen::drawChanges(const std::vector<Line>& lines) const {
-    QByteArray bytes = wrapOff;
+    QByteArray bytes = drawingOn;
     std::size_t cursor = 0;
     for (std::size_t i = 0; i < lines.size(); ++i) {
         if (i < shown_.size() && shown_[i] == lines[i])
@@ -83,7 +84,7 @@ QByteArray Screen::drawChanges(const std::vector<Line>& lines) const {
         bytes += down(lines.size() - cursor) + "\r" + clearScreenEnd;
         cursor = lines.size();
     }
-    return bytes + wrapOn + toTop(cursor);
+    return bytes + drawingOff + toTop(cursor);
 }
 
 QByteArray Screen::show(const std::vector<Line>& lines) {

@@ -55,12 +55,14 @@ FileOrigin originOf(const DownloadRecord& download) {
         download.context().defaults.get(links::settings::storeSourceURLInSpotlightComment);
     if (download.context().defaults.get(settings::lastModifiedHeaderAdoption) > 0)
         origin.modificationDate = download.dates().lastModifiedOnServerDate();
-    const QString response = download.userSettings().string(keys::responseURL);
-    const QString original = download.userSettings().string(keys::originalURL);
-    if (!response.isEmpty())
-        origin.sources.append(response);
-    if (!original.isEmpty() && original != response)
-        origin.sources.append(original);
+    const bool storesQueries =
+        download.context().defaults.get(links::settings::storeQueriesOfSourceURLs);
+    for (const QString& key : {keys::responseURL, keys::originalURL}) {
+        const QString address = download.userSettings().string(key);
+        origin.sources.append(storesQueries ? address : address.section(u'?', 0, 0));
+    }
+    origin.sources.removeAll({});
+    origin.sources.removeDuplicates();
     return origin;
 }
 

@@ -24,6 +24,7 @@ public:
     [[nodiscard]] qint64 count(StatusMask mask) const;
     /// Of the running ones, how far each has come (0 to 1), in sum.
     [[nodiscard]] double sumOfFractions() const;
+    [[nodiscard]] const std::vector<const DQDownload*>& running() const { return running_; }
 
 private:
     void shift(const DQDownload& download, DQDownloadStatus status, int difference);

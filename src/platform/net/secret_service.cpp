@@ -1,6 +1,10 @@
 #include <qt6keychain/keychain.h>
 
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
 #include <QDeadlineTimer>
+#include <QElapsedTimer>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QThread>
@@ -16,8 +20,13 @@ namespace platform {
 
 namespace {
 
-/// A store that is locked asks its user for the key to it; one that is stuck must not stop us.
+using std::chrono::milliseconds;
+
+/// A store that is locked asks its user for the key to it.
 constexpr std::chrono::seconds patience(60);
+/// One that answers nothing at all meanwhile is stuck, and must not stop us.
+constexpr std::chrono::seconds patienceWithMute(4);
+constexpr std::chrono::seconds betweenQuestions(1);
 constexpr std::chrono::seconds patienceAtEnd(3);
 
 const auto programName = u"Orlop"_s;
@@ -46,13 +55,18 @@ public:
     using Done = std::function<void(const QKeychain::Job&)>;
 
     void start(QKeychain::Job* job, const ProtectionSpace& space, Done done) {
-        ++openJobs_;
+        if (openJobs_++ == 0)
+            answered_.start();
         job->setParent(this);
         job->setAutoDelete(false);
         job->setInsecureFallback(false);
         job->setKey(secretKey(space));
         auto* const timer = new QTimer(job);
-        connect(timer, &QTimer::timeout, this, [this, job] {
+        const QDeadlineTimer deadline(patience);
+        connect(timer, &QTimer::timeout, this, [this, job, deadline] {
+            if (!deadline.hasExpired() &&
+                !answered_.hasExpired(milliseconds(patienceWithMute).count()))
+                return askWhetherAlive();
             isStuck_ = true;
             job->emitFinishedWithError(QKeychain::OtherError, u"it does not answer"_s);
         });
@@ -62,11 +76,12 @@ public:
             timer->stop();
             end(*job, done);
         });
-        timer->start(patience);
+        timer->start(betweenQuestions);
         if (isStuck_)
-            job->emitFinishedWithError(QKeychain::OtherError, u"it has not answered before"_s);
-        else
-            job->start();
+            return job->emitFinishedWithError(QKeychain::OtherError,
+                                              u"it has not answered before"_s);
+        askWhetherAlive();
+        job->start();
     }
 
     void endWhenIdle() {
@@ -75,6 +90,23 @@ public:
     }
 
 private:
+    /// Whichever of the stores is there: an answer shows that it is only the user who takes time.
+    void askWhetherAlive() {
+        for (const QString& store :
+             {u"org.freedesktop.secrets"_s, u"org.kde.kwalletd6"_s, u"org.kde.kwalletd5"_s}) {
+            auto question = QDBusMessage::createMethodCall(
+                store, u"/"_s, u"org.freedesktop.DBus.Peer"_s, u"Ping"_s);
+            question.setAutoStartService(false);
+            auto* const answer = new QDBusPendingCallWatcher(
+                QDBusConnection::sessionBus().asyncCall(question), this);
+            connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
+                if (!answer->isError())
+                    answered_.start();
+                answer->deleteLater();
+            });
+        }
+    }
+
     void end(QKeychain::Job& job, const Done& done) {
         const bool isKnown =
             job.error() == QKeychain::NoError || job.error() == QKeychain::EntryNotFound;
@@ -93,6 +125,8 @@ private:
             thread()->quit();
     }
 
+    /// Since a store last showed that it is alive, or since it was first asked.
+    QElapsedTimer answered_;
     int openJobs_ = 0;
     bool isStuck_ = false;
     bool isEnding_ = false;

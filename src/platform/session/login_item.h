@@ -16,6 +16,7 @@ public:
     LoginItem();
     LoginItem(QString entryPath, QString program);
 
+    [[nodiscard]] const QString& entryPath() const { return entryPath_; }
     /// An entry that is there but switched off, as desktops do it, does not count.
     [[nodiscard]] bool isEnabled() const;
     /// Nothing: done. A failure is logged too.

@@ -12,6 +12,7 @@
 #include "links/format/byte_counts.h"
 #include "links/text/localization.h"
 #include "scripting/bus/bus_names.h"
+#include "scripting/bus/bus_probe.h"
 
 namespace scripting {
 
@@ -42,8 +43,12 @@ public:
             tellProblem(words_.problem);
             return statusBadUsage;
         }
-        if (!bus::isThere() || !QDBusConnection::sessionBus().isConnected()) {
+        if (!bus::isThere()) {
             tellProblem(localized("there is no session bus, over which a running Orlop is asked"));
+            return statusNotRunning;
+        }
+        if (!BusProbe::waitUntilItSpeaks() || !QDBusConnection::sessionBus().isConnected()) {
+            tellProblem(localized("the session bus does not answer"));
             return statusNotRunning;
         }
         perform();

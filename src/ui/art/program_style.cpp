@@ -15,6 +15,14 @@ bool hasIconTheme() {
     return QIcon::hasThemeIcon(u"dialog-warning"_s);
 }
 
+/// Only there is it a wish of the user's; elsewhere Qt takes it for granted.
+bool desktopChoosesButtonIcons() {
+    static const bool chooses = qEnvironmentVariable("XDG_CURRENT_DESKTOP")
+                                    .split(u':')
+                                    .contains(u"KDE"_s, Qt::CaseInsensitive);
+    return chooses;
+}
+
 /// Larger than any alert shows it, at any scale.
 constexpr int signSize = 256;
 
@@ -52,7 +60,8 @@ void ProgramStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
 
 int ProgramStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                             QStyleHintReturn* returned) const {
-    if ((hint == SH_DialogButtonBox_ButtonsHaveIcons && !hasIconTheme()) ||
+    if ((hint == SH_DialogButtonBox_ButtonsHaveIcons &&
+         !(desktopChoosesButtonIcons() && hasIconTheme())) ||
         (hint == SH_EtchDisabledText && isToolkits())) {
         return 0;
     }

@@ -27,6 +27,10 @@ QAction* CommandActions::action(app::Command command, qint64 tag) {
     if (const QString keys = QString::fromLatin1(description.shortcut); !keys.isEmpty()) {
         made->setShortcuts(QKeySequence::listFromString(keys));
     }
+    // Settings, log and manual are windows of their own, without a menu.
+    if (command == app::Command::Quit) {
+        made->setShortcutContext(Qt::ApplicationShortcut);
+    }
     made->setCheckable(commands_.state(command, tag).isChecked.has_value());
     connect(made, &QAction::triggered, this,
             [this, command, tag] { commands_.perform(command, tag); });

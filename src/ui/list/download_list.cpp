@@ -62,11 +62,13 @@ void DQDownloadList::reloadRows(std::shared_ptr<const std::vector<engine::Downlo
     const bool reports = reportsSelection_;
     reportsSelection_ = false;
     const int offset = verticalOffset();
+    const engine::DownloadPtr current = rows_->download(currentIndex().row());
     rows_->reload(std::move(rows));
     vanishing_->updateRows();
     updateGeometries();
     verticalScrollBar()->setValue(offset);
     selectRows(selectedRows);
+    restoreCurrentRow(current.get());
     reportsSelection_ = reports;
     noteEmptiness();
     viewport()->update();
@@ -83,6 +85,16 @@ void DQDownloadList::selectRows(const QList<qsizetype>& rows) {
     }
     selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
     reportsSelection_ = reports;
+}
+
+/// Keys act on the current row, which Qt moves by where rows come and go.
+void DQDownloadList::restoreCurrentRow(const engine::DQDownload* download) {
+    int row = download == nullptr ? -1 : rows_->row(*download);
+    const QModelIndexList selected = selectionModel()->selectedIndexes();
+    if (row < 0 && !selected.isEmpty())
+        row = std::min_element(selected.begin(), selected.end())->row();
+    if (row >= 0)
+        selectionModel()->setCurrentIndex(rows_->index(row), QItemSelectionModel::NoUpdate);
 }
 
 void DQDownloadList::scrollToSelection() {

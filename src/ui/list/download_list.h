@@ -113,6 +113,7 @@ private:
     void paintDropMark(QPainter& painter) const;
     void paintMarks(QPainter& painter) const;
     void paintRows(QPainter& painter, const QRect& area);
+    void restoreCurrentRow(const engine::DQDownload* download);
     void noteEmptiness();
     void fadeInStep();
 

@@ -4,6 +4,7 @@
 #include <QMessageBox>
 
 #include "app/failures/file_problem.h"
+#include "platform/files/files.h"
 #include "ui/text.h"
 
 namespace ui {
@@ -32,7 +33,9 @@ void LoginItemSwitch::store(bool isOn) {
     if (const auto error = item_.setEnabled(isOn)) {
         QMessageBox::warning(
             window(), translated("Settings"),
-            translated("This cannot be stored: %1").arg(app::writingProblem(*error)));
+            translated("What Orlop needs to be started when you log in cannot be written to %1: %2")
+                .arg(platform::abbreviateWithTilde(item_.entryPath()),
+                     app::writingProblem(*error)));
     }
     setChecked(item_.isEnabled());
 }

@@ -101,8 +101,11 @@ void StatusItems::itemDidChange(std::optional<bool> isShown) {
 }
 
 void StatusItems::updateToolTip() {
-    const QString totals = commands_.surroundings().controller.queueStatus().text;
-    tray_.setToolTip(totals.isEmpty() ? u"Orlop"_s : u"Orlop: "_s + totals);
+    const app::QueueStatus status = commands_.surroundings().controller.queueStatus();
+    QStringList lines{status.text.isEmpty() ? u"Orlop"_s : u"Orlop: "_s + status.text};
+    if (!status.totals.isEmpty())
+        lines.append(status.totals);
+    tray_.setToolTip(lines.join(u'\n'));
 }
 
 /// Where a program cannot say where its menu opens, the item's own is had by its other button.

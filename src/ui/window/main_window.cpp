@@ -104,11 +104,14 @@ void MainWindow::makeStatusLine() {
     statusField = new QLabel(this);
     statusField->setObjectName(u"statusField"_s);
     statusField->setIndent(6);
+    totalsField = new QLabel(this);
+    totalsField->setObjectName(u"totalsField"_s);
     clearButton = new QPushButton(translated("Clear"), this);
     clearButton->setFlat(true);
     connect(clearButton, &QPushButton::clicked, this, [this] { controller_.clear(); });
     statusBar()->addWidget(statusField, 1);
     statusBar()->addPermanentWidget(new IntakeProgress(controller_, this));
+    statusBar()->addPermanentWidget(totalsField);
     statusBar()->addPermanentWidget(clearButton);
     connect(&controller_, &app::DQMainController::statusChanged, this, &MainWindow::updateStatus);
 }
@@ -149,6 +152,9 @@ void MainWindow::setFilterText(const QString& text) {
 void MainWindow::updateStatus() {
     const app::QueueStatus status = controller_.queueStatus();
     statusField->setText(status.text);
+    totalsField->setText(status.totals);
+    setWindowTitle(status.shortTotals.isEmpty() ? u"Orlop[*]"_s
+                                                : status.shortTotals + u" – Orlop[*]"_s);
     clearButton->setVisible(status.canClear);
     clearButton->setEnabled(status.canClear);
     setWindowModified(status.isDocumentEdited);

@@ -67,6 +67,7 @@ private:
     NoticeBars* notices_ = nullptr;
     MainToolbar* toolbar_ = nullptr;
     QLabel* statusField = nullptr;
+    QLabel* totalsField = nullptr;
     QPushButton* clearButton = nullptr;
     std::unique_ptr<CommandActions> actions_;
     std::unique_ptr<MainMenu> menu_;

@@ -1,11 +1,24 @@
 """A message bus of its own, with mocks of the desktop's services on it (python3-dbusmock)."""
 import re
+import shutil
+import signal
 import subprocess
 import sys
 import tempfile
 from pathlib import Path
 
 from .home import wait_until
+
+# No service but those that are named here is started over a bus of a test: what else is installed
+# on a machine, a notification daemon or a portal, would meddle.
+SERVICES = Path("/usr/share/dbus-1/services")
+STARTED_OVER_IT = ("org.a11y.Bus.service",)
+CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig><type>session</type><listen>unix:path={folder}/bus</listen>
+<servicedir>{folder}/services</servicedir><policy context="default">
+<allow user="*"/><allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/>
+<allow own="*"/></policy></busconfig>"""
 
 LOGIN = ("org.freedesktop.login1", "/org/freedesktop/login1")
 NOTIFICATIONS = ("org.freedesktop.Notifications", "/org/freedesktop/Notifications")
@@ -27,8 +40,15 @@ class Bus:
     def __init__(self, environment=None):
         self._processes = []
         self._folder = tempfile.TemporaryDirectory(prefix="orlop-bus-")
-        daemon = self._start("dbus-daemon", "--session", "--nofork", "--print-address",
-                             stdout=subprocess.PIPE, env=environment)
+        self.folder = Path(self._folder.name)
+        (self.folder / "services").mkdir()
+        for service in STARTED_OVER_IT:
+            if (SERVICES / service).exists():
+                shutil.copy(SERVICES / service, self.folder / "services")
+        (self.folder / "configuration").write_text(CONFIGURATION.format(folder=self.folder))
+        daemon = self._start("dbus-daemon", "--nofork", "--print-address", "--config-file",
+                             self.folder / "configuration", stdout=subprocess.PIPE,
+                             env=environment)
         self.address = daemon.stdout.readline().decode().strip()
         self.environment = {"DBUS_SESSION_BUS_ADDRESS": self.address,
                             "DBUS_SYSTEM_BUS_ADDRESS": self.address}
@@ -38,6 +58,10 @@ class Bus:
                                    **({"stderr": subprocess.DEVNULL} | options))
         self._processes.append(process)
         return process
+
+    def silence(self):
+        """It takes what comes and answers nobody from now on."""
+        self._processes[0].send_signal(signal.SIGSTOP)
 
     def close(self):
         for process in reversed(self._processes):

@@ -164,8 +164,10 @@ class Desktop:
                     [self._node(child) for child in description["children"]])
 
     def find(self, role, name=None):
+        """A window may say how far it has come before its name."""
         return next((node for node in self.nodes() if node.role == role and
-                     (name is None or node.name == name)), None)
+                     (name is None or node.name == name or
+                      (role == "frame" and node.name.endswith(f" – {name}")))), None)
 
     def wait_for(self, role, name=None):
         return wait_until(lambda: self.find(role, name), 30, f"{role} {name!r}")
@@ -241,7 +243,7 @@ class Desktop:
                    == text, what="the clipboard")
 
     def place_window(self, title, frame):
-        self._xdotool("search", "--onlyvisible", "--name", f"^{title}$", "windowmove", *frame[:2],
+        self._xdotool("search", "--onlyvisible", "--name", f"(^| – ){title}$", "windowmove", *frame[:2],
                       "windowsize", *frame[2:])
 
     def prefer(self, dark):

@@ -125,7 +125,9 @@ class Home:
     def partial_bytes(self):
         """How much of unfinished downloads lies in the downloads folder."""
         return sum(path.stat().st_size for path in self.downloads.glob("*.orlop/*")
-                   if path.is_file() and not path.name.endswith(".orlopinfo"))
+                   # Beginning with a dot: metadata on its way to its name, gone the next moment.
+                   if path.name[0] != "." and path.is_file()
+                   and not path.name.endswith(".orlopinfo"))
 
     def finished(self):
         """The names of the files that are complete."""

@@ -1,5 +1,6 @@
 """A session bus with an unlocked secret store on it, in the home folder of a test."""
 import shutil
+import signal
 import subprocess
 import unittest
 
@@ -30,7 +31,12 @@ class Keyring:
             SERVICE, "/org/freedesktop/secrets/aliases/default",
             "org.freedesktop.DBus.Properties.Get", "org.freedesktop.Secret.Collection", "Locked")
 
+    def freeze(self):
+        """It answers nobody from now on."""
+        self._daemon.send_signal(signal.SIGSTOP)
+
     def close(self):
+        self._daemon.send_signal(signal.SIGCONT)
         self._daemon.terminate()
         self._daemon.wait()
         self._bus.close()

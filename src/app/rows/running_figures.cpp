@@ -1,0 +1,28 @@
+#include "app/rows/running_figures.h"
+
+#include <algorithm>
+
+#include "engine/lifecycle/download.h"
+
+namespace app {
+
+double RunningFigures::bytesLeft() const {
+    return static_cast<double>(std::max<qint64>(figures.expected - figures.total(), 0));
+}
+
+RunningFigures runningFigures(const engine::DQDownload& download, platform::Seconds now) {
+    RunningFigures running{download.transfer().figures(), std::nullopt};
+    if (running.figures.downloaded > 0)
+        running.span = download.transfer().speed().span(
+            now, running.figures.downloaded, download.dates().downloadDate().value_or(now));
+    return running;
+}
+
+qint64 shownRate(double bytesPerSecond) {
+    constexpr qint64 kilo = 1000;
+    constexpr qint64 mega = 1000 * kilo;
+    const auto rate = static_cast<qint64>(bytesPerSecond);
+    return rate > kilo && rate < mega ? rate / kilo * kilo : rate;
+}
+
+}  // namespace app
