@@ -75,7 +75,8 @@ class ExtensionTests:
             "async (url) => { await api.windows.create({ url, incognito: true }); }", address)
         private = self.browser.page_at("visitor=private")
         wait_until(lambda: self.browser.evaluate(
-            private, "() => document.readyState === 'complete'"), what="the private window")
+            private, "() => document.readyState === 'complete' && document.links.length > 0"),
+            what="the private window")
         self.browser.click(private, "mine-mine.bin")
         self.assert_in_orlop("mine.bin")
         kept = self.browser.ask_extension("() => api.storage.local.get(null)")
