@@ -50,14 +50,13 @@ class WindowTest(SystemTest):
                                   environment=self.desktop.environment)
         wait_until(lambda: any("focused" in node.states for node in self.desktop.nodes()), 30,
                    "the window with the focus")
-        self.first_size = self.desktop.find("frame").frame[2:]
         return program
 
     def wait_for_first_rows(self, *names):
         """With the first rows the window springs, a little too far and back."""
         self.wait_for_rows(*names)
-        wait_until(lambda: all(self.desktop.find("frame").frame[2:] == self.first_size
-                               for _ in range(3)), 30, "the window's rest")
+        wait_until(lambda: len({self.desktop.find("frame").frame for _ in range(5)}) == 1, 30,
+                   "the window's rest")
 
     def slow_address(self):
         return self.server.url("/rate/150000/slow.iso")
@@ -200,7 +199,7 @@ class WholeUseTest(WindowTest):
         self.shoot("pressed")
         self.desktop.move(self.desktop.find("label").center)
         self.desktop.release()
-        self.desktop.click(self.first_button("404.html"))
+        self.desktop.click(self.row("404.html"))
         self.assertIn("Downloading", self.row("slow.iso").name)
 
     def filter_rows(self):
