@@ -8,6 +8,7 @@
 #include "app/queue/batch_progress.h"
 #include "app/queue/list_presenter.h"
 #include "app/queue/queue_archive.h"
+#include "app/queue/removed_downloads.h"
 #include "app/rows/rows.h"
 #include "app/settings.h"
 #include "engine/settings.h"
@@ -110,17 +111,22 @@ void QueueFollower::downloadWasRemoved(engine::DQDownload& download) {
     const engine::DownloadPtr kept = download.shared_from_this();
     disableAllDoneNotificationForDownload(download);
     around_.allDone._mayTriggerQuitOnAllDone = true;
+    if (download.isWithdrawn()) {
+        around_.removed.note(kept);
+    }
     if (around_.queue.isInBatch()) {
         leaving_.insert(&download);
         isStale_ = true;
         return;
     }
+    around_.removed.endStep();
     vanish(download, vanishInterval);
     around_.archive.write();
     downloadDidChange(download);
 }
 
 void QueueFollower::batchDidEnd() {
+    around_.removed.endStep();
     removeLeavingDownloads();
     if (std::exchange(isStale_, false)) {
         around_.archive.write();
@@ -211,7 +217,21 @@ void QueueFollower::vanishDownloads(const Downloads& downloads) {
 void QueueFollower::clearDownloads(engine::StatusMask mask) {
     Downloads cleared = around_.queue.downloadsMatchingStatusMask(mask);
     std::erase_if(cleared, [](const auto& download) { return download->holdsPartialData(); });
+    for (const engine::DownloadPtr& download : cleared) {
+        around_.removed.note(download);
+    }
     vanishDownloads(cleared);
+}
+
+void QueueFollower::undoRemoval() {
+    Downloads back;
+    {
+        const engine::DownloadQueue::Batch batch(around_.queue);
+        back = around_.removed.undo();
+        isStale_ = true;
+        around_.queue.touchBatch();
+    }
+    around_.controller.selectDownloads(back);
 }
 
 }  // namespace app
