@@ -222,6 +222,7 @@ void DQMainController::rearrange(qint64 tag) {
         sortDownloads(order, tag);
     }
     parts_->queue.setOrder(std::move(order));
+    parts_->archive.write();
     updateDownloadListAndStatus();
 }
 
@@ -340,6 +341,7 @@ bool DQMainController::canDropRows(const Downloads& dragged, qsizetype row) {
 bool DQMainController::dropRows(const Downloads& dragged, qsizetype row) {
     const bool didMove = parts_->drag.dropRows(dragged, row);
     if (didMove) {
+        parts_->archive.write();
         updateDownloadListAndStatus();
     }
     return didMove;

@@ -26,6 +26,13 @@ namespace {
 constexpr std::size_t massRemoval = 11;
 constexpr platform::Seconds redrawDelay = 0.2;
 
+/// Whether a kill right behind it must not undo it.
+bool isForTheNextStart(engine::StatusCause cause) {
+    using engine::StatusCause;
+    return cause == StatusCause::Queued || cause == StatusCause::Paused ||
+           cause == StatusCause::PausedByUser || cause == StatusCause::Interrupted;
+}
+
 }  // namespace
 
 QueueFollower::QueueFollower(const Surroundings& surroundings)
@@ -65,6 +72,9 @@ void QueueFollower::statusDidChange(const engine::StatusChange& change) {
         return;  // Who removes or adds shows the list anew, for many at once.
     }
     isStale_ = isStale_ || around_.queue.isInBatch();
+    if (isForTheNextStart(change.cause) && !around_.queue.isInBatch()) {
+        around_.archive.write();
+    }
     if (engine::matchesStatusMask(change.after, engine::finishedStatuses)) {
         around_.history->add(change.download);
         reflectEnd(change.download);
