@@ -45,8 +45,13 @@
         </message>
         <message>
             <location filename="../../src/app/commands/bulk_commands.cpp" />
-            <source>Are you sure you want to cancel your downloads? All temporary files will be deleted.</source>
-            <translation>Möchten Sie Ihre Downloads wirklich abbrechen? Alle unfertigen Dateien werden gelöscht.</translation>
+            <source>Cancel %@ downloads?</source>
+            <translation>%@ Downloads abbrechen?</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/bulk_commands.cpp" />
+            <source>Cancel 1 download?</source>
+            <translation>1 Download abbrechen?</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/bulk_commands.cpp" />
@@ -55,13 +60,13 @@
         </message>
         <message>
             <location filename="../../src/app/commands/bulk_commands.cpp" />
-            <source>Cancel downloads?</source>
-            <translation>Downloads abbrechen?</translation>
+            <source>Keep downloading</source>
+            <translation>Weiterladen</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/bulk_commands.cpp" />
-            <source>Keep downloading</source>
-            <translation>Weiterladen</translation>
+            <source>What has come of them is kept until Orlop quits: Edit &gt; Undo brings them back until then.</source>
+            <translation>Was davon angekommen ist, bleibt, bis Orlop beendet wird: Bis dahin holt Bearbeiten &gt; Rückgängig sie zurück.</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
@@ -222,6 +227,11 @@
             <location filename="../../src/app/commands/command.cpp" />
             <source>&amp;Subtle Background</source>
             <translation>&amp;Dezenter Hintergrund</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Undo</source>
+            <translation>Rück&amp;gängig</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
@@ -1039,6 +1049,26 @@ Möchten Sie jetzt wirklich beenden?</translation>
             <translation>Download unterbrochen</translation>
         </message>
         <message>
+            <location filename="../../src/app/queue/removed_downloads.cpp" />
+            <source>Removed %@</source>
+            <translation>%@ entfernt</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/queue/removed_downloads.cpp" />
+            <source>Removed %@ (%@ kept)</source>
+            <translation>%@ entfernt (%@ aufbewahrt)</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/queue/removed_downloads.cpp" />
+            <source>Removed %@ downloads</source>
+            <translation>%@ Downloads entfernt</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/queue/removed_downloads.cpp" />
+            <source>Removed %@ downloads (%@ kept)</source>
+            <translation>%@ Downloads entfernt (%@ aufbewahrt)</translation>
+        </message>
+        <message>
             <location filename="../../src/app/rows/status_text.cpp" />
             <source> - Acceleration failed</source>
             <translation> - Beschleunigung gescheitert</translation>
@@ -1736,6 +1766,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/history/history_menu.cpp" />
             <source>Clear History</source>
             <translation>Verlauf löschen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/history/history_menu.cpp" />
+            <source>History cleared</source>
+            <translation>Verlauf gelöscht</translation>
         </message>
         <message>
             <location filename="../../src/ui/history/history_menu.cpp" />
@@ -3008,6 +3043,11 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
             <location filename="../../src/ui/window/main_window.cpp" />
             <source>Already in the list</source>
             <translation>Schon in der Liste</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/main_window.cpp" />
+            <source>Undo</source>
+            <translation>Rückgängig</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/notice_bars.cpp" />

@@ -133,8 +133,7 @@ void Commands::queuePaused(const QVariantList&, const Reply& reply) {
 }
 
 void Commands::cancelAll(const QVariantList&, const Reply& reply) {
-    app::cancel(controller_.queue(), controller_.contextDownloads(), false,
-                controller_.surroundings().frontEnd.questions);
+    app::remove(controller_.queue(), controller_.contextDownloads());
     reply.send();
 }
 

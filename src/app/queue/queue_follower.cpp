@@ -9,6 +9,7 @@
 #include "app/queue/batch_progress.h"
 #include "app/queue/list_presenter.h"
 #include "app/queue/queue_archive.h"
+#include "app/queue/removed_downloads.h"
 #include "app/rows/rows.h"
 #include "app/settings.h"
 #include "engine/settings.h"
@@ -26,6 +27,13 @@ namespace {
 /// So many rows at once vanish without an animation.
 constexpr std::size_t massRemoval = 11;
 constexpr platform::Seconds redrawDelay = 0.2;
+
+/// Whether a kill right behind it must not undo it.
+bool isForTheNextStart(engine::StatusCause cause) {
+    using engine::StatusCause;
+    return cause == StatusCause::Queued || cause == StatusCause::Paused ||
+           cause == StatusCause::PausedByUser || cause == StatusCause::Interrupted;
+}
 
 }  // namespace
 
@@ -70,6 +78,9 @@ void QueueFollower::statusDidChange(const engine::StatusChange& change) {
         return;  // Who removes or adds shows the list anew, for many at once.
     }
     isStale_ = isStale_ || around_.queue.isInBatch();
+    if (isForTheNextStart(change.cause) && !around_.queue.isInBatch()) {
+        around_.archive.write();
+    }
     if (engine::matchesStatusMask(change.after, engine::finishedStatuses)) {
         around_.history->add(change.download);
         reflectEnd(change.download);
@@ -130,17 +141,22 @@ void QueueFollower::downloadWasRemoved(engine::DQDownload& download) {
     const engine::DownloadPtr kept = download.shared_from_this();
     disableAllDoneNotificationForDownload(download);
     around_.allDone._mayTriggerQuitOnAllDone = true;
+    if (download.isWithdrawn()) {
+        around_.removed.note(kept);
+    }
     if (around_.queue.isInBatch()) {
         leaving_.insert(&download);
         isStale_ = true;
         return;
     }
+    around_.removed.endStep();
     vanish(download, vanishInterval);
     around_.archive.write();
     downloadDidChange(download);
 }
 
 void QueueFollower::batchDidEnd() {
+    around_.removed.endStep();
     removeLeavingDownloads();
     if (std::exchange(isStale_, false)) {
         around_.archive.write();
@@ -231,7 +247,21 @@ void QueueFollower::vanishDownloads(const Downloads& downloads) {
 void QueueFollower::clearDownloads(engine::StatusMask mask) {
     Downloads cleared = around_.queue.downloadsMatchingStatusMask(mask);
     std::erase_if(cleared, [](const auto& download) { return download->holdsPartialData(); });
+    for (const engine::DownloadPtr& download : cleared) {
+        around_.removed.note(download);
+    }
     vanishDownloads(cleared);
+}
+
+void QueueFollower::undoRemoval() {
+    Downloads back;
+    {
+        const engine::DownloadQueue::Batch batch(around_.queue);
+        back = around_.removed.undo();
+        isStale_ = true;
+        around_.queue.touchBatch();
+    }
+    around_.controller.selectDownloads(back);
 }
 
 }  // namespace app

@@ -18,6 +18,7 @@ class Intake;
 class ListPresenter;
 class QueueArchive;
 class QueueView;
+class RemovedDownloads;
 class Rows;
 
 /// What follows when downloads change, end, leave or wait for a volume: rows, list, history, the
@@ -35,6 +36,7 @@ public:
         QueueView& view;
         ListPresenter& list;
         QueueArchive& archive;
+        RemovedDownloads& removed;
         Intake& intake;
         BatchProgress& batch;
         AllDone& allDone;
@@ -50,6 +52,8 @@ public:
     /// All of these statuses but what can still be gone on with, which stays until the user removes
     /// it.
     void clearDownloads(engine::StatusMask mask);
+    /// Takes the user's last removal back, and shows what came back.
+    void undoRemoval();
     /// Volumes may have come back.
     void mountsDidChange();
 

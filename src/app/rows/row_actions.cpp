@@ -41,7 +41,7 @@ bool RowActions::canPerform(engine::DQDownload& download, unsigned index) const 
 
 void RowActions::perform(engine::DQDownload& download, unsigned index) const {
     if (index == engine::DQDownloadActionRemove) {
-        download.remove();
+        download.withdraw();
     } else if (index == engine::DQDownloadActionPrimary) {
         performPrimary(download);
     }

@@ -106,7 +106,10 @@ void QueueStatusReporter::reflectAllDone() {
 void QueueStatusReporter::actOnAllDone() {
     DQMainController& controller = surroundings_.controller;
     AllDone& allDone = controller.allDone();
-    if (allDone._mayTriggerSleepOnAllDone) {
+    if (const platform::Seconds wait = controller.lastRemovalIsFreshFor(); wait > 0) {
+        // The end would destroy what the user can still have back.
+        quitting_.start(wait, [this] { updateStatusAndForceUpdateApplicationImage(false); });
+    } else if (allDone._mayTriggerSleepOnAllDone) {
         allDone._mayTriggerQuitOnAllDone = false;
         allDone._mayTriggerSleepOnAllDone = false;
         updateApplicationImage(true);

@@ -107,6 +107,7 @@ private:
     void didAssemble(const std::shared_ptr<Job>& job);
     void move(const std::shared_ptr<Job>& job);
     void didMove(const std::shared_ptr<Job>& job);
+    void keepForWithdrawn(const Job& job);
     void endJob();
     void endCancelledJob();
     void endWithoutData();

@@ -103,6 +103,8 @@ inline const QString downloadPageTitle = QStringLiteral("Download Page Title");
 inline const QString url = QStringLiteral("URL");
 inline const QString paused = QStringLiteral("Paused");
 inline const QString resumePath = QStringLiteral("Resume Path");
+/// Its row is gone, from this place in the queue, and its data is still there to be wanted back.
+inline const QString removedFrom = QStringLiteral("Removed From");
 
 }  // namespace keys
 

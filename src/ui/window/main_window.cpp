@@ -71,6 +71,7 @@ MainWindow::MainWindow(app::Commands& commands)
     });
     downloadList->setFocus();
     updateStatus();
+    offerUndo(controller_.lastRemoval());
 }
 
 MainWindow::~MainWindow() = default;
@@ -96,10 +97,13 @@ void MainWindow::makeContents() {
     auto* layout = new QVBoxLayout(contents);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    notices_ = new NoticeBars(contents);
+    notices_ = new NoticeBars(Qt::TopEdge, contents);
+    removals_ = new NoticeBars(Qt::BottomEdge, contents);
     layout->addWidget(notices_);
     layout->addWidget(toolbarFilterScopeBar);
     layout->addWidget(downloadList);
+    layout->addWidget(removals_);
+    connect(&controller_, &app::DQMainController::removalsChanged, this, &MainWindow::offerUndo);
     setCentralWidget(contents);
 
     toolbar_ = new MainToolbar(commands_, this);
@@ -172,6 +176,16 @@ void MainWindow::updateStatus() {
     setWindowModified(status.isDocumentEdited);
     downloadList->setFilteredOut(controller_.isFiltering() &&
                                  controller_.numberOfHiddenDownloads() > 0);
+}
+
+void MainWindow::offerUndo(const QString& removed) {
+    const auto matter = u"removed"_s;
+    if (removed.isEmpty()) {
+        removals_->take(matter);
+        return;
+    }
+    removals_->show(
+        {matter, removed, translated("Undo"), [this] { commands_.perform(Command::Undo); }, 10s});
 }
 
 /// What was given once more is shown where it stands already.

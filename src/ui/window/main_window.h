@@ -59,6 +59,7 @@ private:
     void connectList();
     void setFilterText(const QString& text);
     void updateStatus();
+    void offerUndo(const QString& removed);
     void showKnown(const std::vector<std::shared_ptr<engine::DQDownload>>& downloads);
     void showContextMenu(int row, const QPoint& position);
 
@@ -67,6 +68,7 @@ private:
     DQDownloadList* downloadList;
     ScopeBar* toolbarFilterScopeBar = nullptr;
     NoticeBars* notices_ = nullptr;
+    NoticeBars* removals_ = nullptr;
     MainToolbar* toolbar_ = nullptr;
     QLabel* statusField = nullptr;
     QLabel* totalsField = nullptr;
