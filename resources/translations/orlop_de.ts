@@ -1859,8 +1859,8 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/list/row_texts.cpp" />
-            <source>Remove, deletes %@</source>
-            <translation>Entfernen, löscht %@</translation>
+            <source>Remove, deletes %@ when Orlop quits</source>
+            <translation>Entfernen, löscht %@ beim Beenden von Orlop</translation>
         </message>
         <message>
             <location filename="../../src/ui/list/row_texts.cpp" />

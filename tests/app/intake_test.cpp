@@ -144,6 +144,20 @@ TEST_F(IntakeTest, ACancelEndsTheListInHandOnly) {
     EXPECT_EQ(queue(), QStringList{u"c"_s});
 }
 
+TEST_F(IntakeTest, ACancelTakesTheRowFromAListThatHasShownIt) {
+    frontEnd.holdsModifiers = true;
+    frontEnd.folders = {std::nullopt};
+    int reloads = 0;
+    frontEnd.whileAsked = [&] {
+        controller->updateDownloadListAndStatus();
+        reloads = frontEnd.reloads;
+    };
+    add({u"a"_s});
+    main.settle();
+    EXPECT_TRUE(queue().isEmpty());
+    EXPECT_GT(frontEnd.reloads, reloads);
+}
+
 TEST_F(IntakeTest, ReadsListsOnceThoughTheyNameThemselves) {
     const QString path = folder.filePath(u"list.txt"_s);
     const QByteArray self = platform::Url::fromFilePath(path).absoluteString().toUtf8();

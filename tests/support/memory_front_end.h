@@ -55,7 +55,11 @@ public:
     std::optional<QString> chooseAbbreviatedDownloadFileForURL(const platform::Url&) override {
         return taken(files);
     }
-    std::optional<QString> chooseAbbreviatedDownloadsFolder() override { return taken(folders); }
+    std::optional<QString> chooseAbbreviatedDownloadsFolder() override {
+        if (whileAsked)
+            whileAsked();
+        return taken(folders);
+    }
 
     std::optional<QString> unlockFolder(const QString& folder,
                                         const QString& explanation) override {
@@ -113,6 +117,9 @@ public:
     std::shared_ptr<app::VanishView> vanishView() override { return vanishing; }
 
     void copy(const app::Pasteboard& pasteboard) override { copied = pasteboard; }
+
+    /// What goes on while the user chooses a folder.
+    std::function<void()> whileAsked;
 
 private:
     static std::optional<QString> taken(std::deque<std::optional<QString>>& answers) {

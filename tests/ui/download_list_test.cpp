@@ -207,7 +207,7 @@ TEST_F(DownloadListTest, ButtonsSayWhatTheyWillDoAndTakeThePointerAround) {
     row->setIntermediateDownloadTargetPath(folder.filePath(u"long.bin.orlop/long.bin"_s));
     row->userSettings().set(engine::keys::keptBytes, 12'000'000);
     EXPECT_EQ(tip(1), u"Go on after 12 MB"_s);
-    EXPECT_EQ(tip(2), u"Remove, deletes 12 MB"_s);
+    EXPECT_EQ(tip(2), u"Remove, deletes 12 MB when Orlop quits"_s);
     row->addToQueue();
     row->interrupt(platform::posixError(EIO));
     EXPECT_EQ(tip(1), u"Try again, goes on after 12 MB"_s);

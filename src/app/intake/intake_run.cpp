@@ -276,8 +276,10 @@ IntakeRun::Progress IntakeRun::addDownload(const platform::Url& url) {
         download->userSettings().set(keys::downloadPageChain, downloadPageChain_);
     }
     if (!chooseDestination(*download, url)) {
-        // No list has shown it yet, so that it cannot vanish from one.
+        // It cannot vanish from a list; but one that was put together while the user was asked
+        // shows it.
         surroundings_.queue.remove(*download);
+        hasReplaced_ = true;
         return Progress::Ends;
     }
     didAdd(*download);

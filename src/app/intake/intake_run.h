@@ -43,7 +43,8 @@ public:
 
     /// How many downloads were made.
     [[nodiscard]] qsizetype count() const { return count_; }
-    /// Whether a new record has taken the place of one in the list, which counts as none made.
+    /// Whether the list may show a record that is not there any more, though none was made: a new
+    /// one has taken its place, or the user did not want it after all.
     [[nodiscard]] bool hasReplaced() const { return hasReplaced_; }
     /// The names of the first ones of them.
     [[nodiscard]] const QStringList& names() const { return names_; }

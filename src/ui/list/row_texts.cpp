@@ -71,7 +71,7 @@ QString actionToolTip(const engine::DQDownload& download, unsigned index) {
         if (download.status() == engine::DQDownloadStatusDone) {
             return translated("Remove from the list, keeps the file");
         }
-        return held > 0 ? translated("Remove, deletes %@").replace(u"%@"_s, size())
+        return held > 0 ? translated("Remove, deletes %@ when Orlop quits").replace(u"%@"_s, size())
                         : translated("Remove");
     }
     switch (app::primaryAction(download)) {
