@@ -32,7 +32,11 @@ const QStringList& keptKeys() {
                                   keys::contentEncoding,
                                   keys::partialFileNumber,
                                   keys::keptBytes,
-                                  keys::keptAside};
+                                  keys::keptAside,
+                                  keys::checksum,
+                                  keys::serverChecksum,
+                                  keys::checksumResult,
+                                  keys::computedChecksum};
     return list;
 }
 
