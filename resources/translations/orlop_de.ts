@@ -44,6 +44,31 @@
             <translation>Ihr Passwort wird sicher übertragen.</translation>
         </message>
         <message>
+            <location filename="../../src/app/checksums/checksum_texts.cpp" />
+            <source>Cannot be read for its checksum</source>
+            <translation>Für die Prüfsumme nicht lesbar</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/checksums/checksum_texts.cpp" />
+            <source>This is not the file that was expected: its %@ is %@ and not %@.</source>
+            <translation>Das ist nicht die erwartete Datei: Ihr %@ ist %@ und nicht %@.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/checksums/checksum_texts.cpp" />
+            <source>Verified %@</source>
+            <translation>%@ geprüft</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/checksums/checksum_texts.cpp" />
+            <source>Verifying %@...</source>
+            <translation>%@ wird geprüft …</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/checksums/checksum_texts.cpp" />
+            <source>Wrong %@: %@ in place of %@</source>
+            <translation>%@ falsch: %@ statt %@</translation>
+        </message>
+        <message>
             <location filename="../../src/app/commands/bulk_commands.cpp" />
             <source>Cancel %@ downloads?</source>
             <translation>%@ Downloads abbrechen?</translation>
@@ -232,6 +257,11 @@
             <location filename="../../src/app/commands/command.cpp" />
             <source>&amp;Undo</source>
             <translation>Rück&amp;gängig</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Verify...</source>
+            <translation>&amp;Prüfen …</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
@@ -715,6 +745,11 @@
         </message>
         <message>
             <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>This is not the file that was expected.</source>
+            <translation>Das ist nicht die erwartete Datei.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
             <source>What has come lies under another name as well and is left alone.</source>
             <translation>Was da ist, liegt auch unter einem anderen Namen und bleibt, wie es ist.</translation>
         </message>
@@ -762,6 +797,11 @@
             <location filename="../../src/app/history/history_item_menu.cpp" />
             <source>Download Again</source>
             <translation>Erneut herunterladen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/history/history_item_menu.cpp" />
+            <source>Wrong %@</source>
+            <translation>%@ falsch</translation>
         </message>
         <message>
             <location filename="../../src/app/intake/file_collector.cpp" />
@@ -1651,6 +1691,41 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/authentication/authentication_panel.cpp" />
             <source>Server:</source>
             <translation>Server:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/checksums/checksum_panel.cpp" />
+            <source>Checksum</source>
+            <translation>Prüfsumme</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/checksums/checksum_panel.cpp" />
+            <source>Checksum that “%@” is to have:</source>
+            <translation>Prüfsumme, die „%@“ haben soll:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/checksums/checksum_panel.cpp" />
+            <source>The file has %@.</source>
+            <translation>Die Datei hat %@.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/checksums/checksum_panel.cpp" />
+            <source>This is no MD5, SHA-1 or SHA-2.</source>
+            <translation>Das ist keine MD5, SHA-1 oder SHA-2.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/checksums/checksum_panel.cpp" />
+            <source>Verify</source>
+            <translation>Prüfen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/checksums/checksum_panel.cpp" />
+            <source>Without one, the SHA-256 of the file is shown.</source>
+            <translation>Ohne sie wird die SHA-256 der Datei gezeigt.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/checksums/checksum_panel.cpp" />
+            <source>Without one, the file is taken as it comes.</source>
+            <translation>Ohne sie wird die Datei genommen, wie sie kommt.</translation>
         </message>
         <message>
             <location filename="../../src/ui/commands/main_menu.cpp" />

@@ -50,6 +50,8 @@ public:
 
     /// A download was finished or aborted.
     virtual void add(engine::DQDownload& download) { static_cast<void>(download); }
+    /// The file of one that was finished has been looked at.
+    virtual void noteVerification(engine::DQDownload& download) { static_cast<void>(download); }
     /// The program ends.
     virtual void cleanUp() {}
 };

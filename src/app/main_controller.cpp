@@ -416,6 +416,10 @@ void DQMainController::retry(const Downloads& downloads) {
     }
 }
 
+void DQMainController::noteVerification(engine::DQDownload& download) {
+    parts_->history->noteVerification(download);
+}
+
 void DQMainController::didAdd(const Downloads& added, bool wasEmpty) {
     QStringList names;
     for (const engine::DownloadPtr& download : added) {

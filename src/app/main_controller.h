@@ -163,6 +163,8 @@ public:
     /// Calls `done` when what was handed over so far is taken in.
     void whenTakenIn(std::function<void()> done);
     void retry(const Downloads& downloads);
+    /// It is known now what a finished file adds up to.
+    void noteVerification(engine::DQDownload& download);
     /// Shows and saves downloads that somebody has put into the queue by himself, and tells of
     /// them. `wasEmpty`: the queue was, before.
     void didAdd(const Downloads& added, bool wasEmpty);

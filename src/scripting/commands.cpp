@@ -169,6 +169,9 @@ void Commands::add(const QVariantList& arguments, const Reply& reply) {
                 record.setName(add.name);
                 record.userSettings().set(keys::keepsName, true);
             }
+            if (!add.checksum.isEmpty()) {
+                record.userSettings().set(keys::checksum, add.checksum);
+            }
             if (!add.request.isEmpty()) {
                 record.userSettings().set(keys::request, add.request);
             }

@@ -70,6 +70,12 @@ QVariantMap factsOf(app::DQMainController& controller, engine::DQDownload& downl
     if (!path.isEmpty()) {
         facts[u"path"_s] = path;
     }
+    if (const auto computed = engine::computedChecksum(download.userSettings())) {
+        facts[u"checksum"_s] = computed->text();
+    }
+    if (const auto expected = engine::expectedChecksum(download.userSettings())) {
+        facts[u"expectedChecksum"_s] = expected->text();
+    }
     if (facts[u"status"_s] == u"failed"_s) {
         facts[u"error"_s] = app::failureSentence(download);
     }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "engine/record/checksum.h"
 #include "engine/record/user_settings.h"
 #include "links/names/safe_file_name.h"
 #include "links/text/localization.h"
@@ -196,11 +197,18 @@ Parsed<AddRequest> parsedAddRequest(const QString& address, const QVariantMap& o
     arguments.withReferrer = given(u"referrer"_s);
     arguments.posingAsUserAgent = given(u"userAgent"_s);
     arguments.usingCookies = given(u"cookies"_s);
-    static const QStringList known{u"folder"_s,   u"name"_s,      u"paused"_s, u"postData"_s,
-                                   u"referrer"_s, u"userAgent"_s, u"cookies"_s};
+    static const QStringList known{u"folder"_s,   u"name"_s,      u"paused"_s,  u"postData"_s,
+                                   u"referrer"_s, u"userAgent"_s, u"cookies"_s, u"checksum"_s};
     for (const QString& key : options.keys()) {
         if (!known.contains(key)) {
             entries.fail(u"there is no option \"%1\""_s.arg(key.left(40)));
+        }
+    }
+    if (const QString text = entries.text(u"checksum"_s); !text.isEmpty()) {
+        if (const auto checksum = engine::checksumFromText(text)) {
+            add.checksum = checksum->text();
+        } else {
+            entries.fail(u"\"checksum\" is no MD5, SHA-1 or SHA-2"_s);
         }
     }
     if (!add.folder.isEmpty() && !QDir::isAbsolutePath(add.folder)) {

@@ -37,7 +37,8 @@ struct AddRequest {
     QString folder;  ///< Absolute. Empty: the rules decide.
     QString name;    ///< One component. Empty: made from the address.
     bool isPaused = false;
-    QVariantMap request;  ///< As the "Request" of its settings.
+    QVariantMap request;    ///< As the "Request" of its settings.
+    QString checksum = {};  ///< As the "Checksum" of its settings. Empty: unknown.
 };
 [[nodiscard]] Parsed<AddRequest> parsedAddRequest(const QString& address,
                                                   const QVariantMap& options);

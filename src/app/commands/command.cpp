@@ -56,6 +56,7 @@ constexpr CommandDescription descriptions[] = {
     {Command::CancelAll, 1, "cancelAll", translatable("&Cancel..."), "Ctrl+Del"},
     {Command::Remove, 0, "remove", translatable("&Remove"), "Del"},
     {Command::Clear, 0, "clear", translatable("C&lear"), "Ctrl+K"},
+    {Command::Verify, 0, "verify", translatable("&Verify..."), ""},
 
     {Command::Rearrange, 0, "rearrange", translatable("&Date Added"), ""},
     {Command::Rearrange, 1, "rearrange", translatable("&Name"), ""},

@@ -39,6 +39,7 @@ enum class Command {
     CancelAll,  ///< Tag: 1 or above asks first.
     Remove,     ///< Those selected only.
     Clear,
+    Verify,  ///< The one selected.
 
     // The queue's order.
     Rearrange,  ///< Tag: as for `DQMainController::rearrange`.

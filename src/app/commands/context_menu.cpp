@@ -119,6 +119,10 @@ private:
         if (download->status() == engine::DQDownloadStatusAborted || download->isInterrupted()) {
             addPage(download);
         }
+        if (commands_.isOffered(Command::Verify)) {
+            menu_.push_back(commandItem(commands_, Command::Verify));
+            menu_.push_back(separator());
+        }
         add(fileExists ? localized("Open Original URL") : localized("Open URL"), download,
             &RowActions::openOriginalURL);
         add(fileExists ? localized("Copy Original URL") : localized("Copy URL"), download,
@@ -200,7 +204,8 @@ private:
     void addOpenItems() {
         QStringList paths;
         for (const engine::DownloadPtr& download : downloads_) {
-            if (download->status() != engine::DQDownloadStatusDone || !download->fileExists()) {
+            if (download->status() != engine::DQDownloadStatusDone || download->isWrongFile() ||
+                !download->fileExists()) {
                 return;
             }
             paths.append(download->path());

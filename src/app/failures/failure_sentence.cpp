@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <vector>
 
+#include "app/checksums/checksum_texts.h"
 #include "engine/lifecycle/download.h"
 #include "engine/lifecycle/space_watch.h"
 #include "engine/record/known_file.h"
@@ -104,6 +105,8 @@ const std::vector<Cause>& causes() {
          translatable("The sandbox keeps Orlop out of the folder. Resume to unlock it.")},
         {engine::workerErrorDomain, code(WorkerErrorCode::CannotWrite),
          translatable("The file cannot be written.")},
+        {engine::workerErrorDomain, code(WorkerErrorCode::WrongChecksum),
+         translatable("This is not the file that was expected.")},
         {posixErrorDomain, ENOSPC, full, Detail::Space},
         {posixErrorDomain, EDQUOT, full, Detail::Space},
         {posixErrorDomain, EACCES, forbidden},
@@ -203,6 +206,8 @@ QString refusalSentence(const engine::DQDownload& download) {
 }
 
 QString failureSentence(engine::DQDownload& download) {
+    if (download.isWrongFile())
+        return wrongFileSentence(download);
     const auto& error = download.lastError();
     if (!error)
         return {};

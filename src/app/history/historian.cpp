@@ -1,11 +1,13 @@
 #include "app/history/historian.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "app/settings.h"
 #include "engine/lifecycle/download.h"
 #include "engine/settings.h"
 #include "links/paths/path_components.h"
+#include "platform/files/files.h"
 
 namespace app {
 
@@ -58,6 +60,20 @@ void DQHistorian::add(engine::DQDownload& download) {
     _history.append(historyEntry(download, defaults_.get(settings::historyByDateCompleted)));
     _wantsToBeSaved = true;
     checkNumberOfItems(true, false);
+    Q_EMIT historyChanged();
+}
+
+void DQHistorian::noteVerification(engine::DQDownload& download) {
+    static_cast<void>(history());
+    const QString path = platform::abbreviateWithTilde(download.path());
+    const auto found = std::find_if(_history.rbegin(), _history.rend(),
+                                    [&](const HistoryEntry& entry) { return entry.path == path; });
+    if (found == _history.rend()) {
+        return;
+    }
+    noteChecksum(*found, download);
+    _wantsToBeSaved = true;
+    checkNumberOfItems(false, false);
     Q_EMIT historyChanged();
 }
 

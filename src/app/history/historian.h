@@ -35,6 +35,7 @@ public:
 
     /// A download was finished or aborted; it is taken up if the settings let it.
     void add(engine::DQDownload& download) override;
+    void noteVerification(engine::DQDownload& download) override;
     /// Drops what is too much with `checkNumber`, and with `checkCompletion` what is not complete;
     /// arranges for saving what has changed.
     void checkNumberOfItems(bool checkNumber, bool checkCompletion);

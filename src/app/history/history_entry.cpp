@@ -14,6 +14,8 @@ namespace {
 
 const auto nameKey = u"Name"_s, urlKey = u"Original URL"_s, pathKey = u"Path"_s;
 const auto aliasKey = u"Alias"_s, dateKey = u"Date"_s;
+const auto checksumKey = u"Checksum"_s, verifiedKey = u"Checksum Verified"_s;
+const auto wrongKey = u"Checksum Wrong"_s;
 
 /// Takes a value of the type wanted out of `dictionary`; one of another type stays there.
 template <typename Value>
@@ -42,7 +44,16 @@ HistoryEntry historyEntry(engine::DQDownload& download, bool byDateCompleted) {
     entry.path = nullIfEmpty(platform::abbreviateWithTilde(download.path()));
     entry.alias = download.userSettings().value(engine::keys::alias).toByteArray();
     entry.date = byDateCompleted ? download.doneDate() : download.date();
+    noteChecksum(entry, download);
     return entry;
+}
+
+void noteChecksum(HistoryEntry& entry, const engine::DQDownload& download) {
+    const auto computed = engine::computedChecksum(download.userSettings());
+    entry.checksum = computed ? computed->text() : QString();
+    entry.isVerified =
+        engine::checksumResult(download.userSettings()) == engine::ChecksumResult::Verified;
+    entry.isWrongFile = download.isWrongFile();
 }
 
 HistoryEntry historyEntryFromDictionary(const QVariantMap& dictionary) {
@@ -52,6 +63,9 @@ HistoryEntry historyEntryFromDictionary(const QVariantMap& dictionary) {
     entry.originalURL = taken<QString>(entry.others, urlKey);
     entry.path = taken<QString>(entry.others, pathKey);
     entry.alias = taken<QByteArray>(entry.others, aliasKey);
+    entry.checksum = taken<QString>(entry.others, checksumKey);
+    entry.isVerified = taken<bool>(entry.others, verifiedKey);
+    entry.isWrongFile = taken<bool>(entry.others, wrongKey);
     const QVariant date =
         platform::valueFromArchivedData(entry.others.value(dateKey).toByteArray());
     if (date.userType() == QMetaType::QDateTime) {
@@ -71,6 +85,13 @@ QVariantMap historyDictionary(const HistoryEntry& entry) {
     insert(nameKey, entry.name);
     insert(urlKey, entry.originalURL);
     insert(pathKey, entry.path);
+    insert(checksumKey, nullIfEmpty(entry.checksum));
+    for (const auto& [key, is] :
+         {std::pair(verifiedKey, entry.isVerified), std::pair(wrongKey, entry.isWrongFile)}) {
+        if (is) {
+            dictionary.insert(key, true);
+        }
+    }
     if (!entry.alias.isEmpty()) {
         dictionary.insert(aliasKey, entry.alias);
     }

@@ -1,6 +1,7 @@
 #include "app/history/history_item_menu.h"
 
 #include "app/commands/open_with.h"
+#include "engine/record/checksum.h"
 #include "links/text/localization.h"
 
 namespace app {
@@ -11,16 +12,30 @@ class ItemMenu {
 public:
     explicit ItemMenu(const HistoryActions& actions) : actions_(actions) {}
 
-    void addFileItems(const QString& path) {
-        add("Open", &HistoryActions::open, path);
-        appendOpenWith(menu_, {path}, [actions = actions_, path](const QString& identifier) {
-            actions.openWithApplication(path, identifier);
-        });
+    /// What is known not to be the file that was wanted is not opened.
+    void addFileItems(const QString& path, bool isWrongFile) {
+        if (!isWrongFile) {
+            addOpenItems(path);
+        }
         add("Show in Folder", &HistoryActions::reveal, path);
         add("Move to Trash", &HistoryActions::moveToTrash, path);
         menu_.push_back(separator());
         add("Copy Path", &HistoryActions::copyPath, path);
         menu_.push_back(note(path));
+        menu_.push_back(separator());
+    }
+
+    void addChecksum(const HistoryEntry& entry) {
+        const auto checksum = engine::checksumFromText(entry.checksum);
+        if (!checksum) {
+            return;
+        }
+        const char* text = entry.isVerified    ? links::translatable("Verified %@")
+                           : entry.isWrongFile ? links::translatable("Wrong %@")
+                                               : "%@";
+        menu_.push_back(note(links::filledFormat(links::localized(text),
+                                                 {engine::algorithmTitle(checksum->algorithm)})));
+        menu_.push_back(note(checksum->hex()));
         menu_.push_back(separator());
     }
 
@@ -35,6 +50,13 @@ public:
     [[nodiscard]] Menu taken() { return std::move(menu_); }
 
 private:
+    void addOpenItems(const QString& path) {
+        add("Open", &HistoryActions::open, path);
+        appendOpenWith(menu_, {path}, [actions = actions_, path](const QString& identifier) {
+            actions.openWithApplication(path, identifier);
+        });
+    }
+
     void add(const char* title, void (HistoryActions::*perform)(const QString&) const,
              const QString& object) {
         menu_.push_back(action(links::localized(title), [actions = actions_, perform, object] {
@@ -51,8 +73,9 @@ private:
 Menu historyItemMenu(const HistoryEntry& entry, const HistoryActions& actions) {
     ItemMenu menu(actions);
     if (const auto path = entry.existingPath()) {
-        menu.addFileItems(*path);
+        menu.addFileItems(*path, entry.isWrongFile);
     }
+    menu.addChecksum(entry);
     menu.addAddressItems(entry.originalURL);
     return menu.taken();
 }

@@ -79,7 +79,8 @@ bool RowActions::isAlternateFunctionalityEvent() const {
 
 void RowActions::open(engine::DQDownload& download) const {
     const bool isOpened = download.status() == engine::DQDownloadStatusDone &&
-                          download.fileExists() && surroundings_.workspace.openURL(download.URL());
+                          !download.isWrongFile() && download.fileExists() &&
+                          surroundings_.workspace.openURL(download.URL());
     if (!isOpened) {
         reveal(download);
     }

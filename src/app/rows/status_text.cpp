@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "app/checksums/checksum_texts.h"
 #include "app/failures/failure_sentence.h"
 #include "app/rows/running_figures.h"
 #include "engine/queue/download_queue.h"
@@ -211,10 +212,14 @@ QString StatusTexts::downloadProgressDescription(const Progress& texts,
 QString StatusTexts::statusDescriptionWithLiveDetails(DQDownload& download, bool live) const {
     switch (download.status()) {
         case engine::DQDownloadStatusAborted:
-            return abortedText(download, live);
+            return download.isWrongFile() ? withDetail(localized("Aborted"), checksumText(download))
+                                          : abortedText(download, live);
         case engine::DQDownloadStatusDone:
-            return doneText(download);
+            return download.isWrongFile() ? checksumText(download)
+                                          : withDetail(doneText(download), checksumText(download));
         case engine::DQDownloadStatusDownloading:
+            if (download.isVerifying())
+                return checksumText(download);
             return live ? downloadProgressDescription(download) : percentText(download);
         case engine::DQDownloadStatusQueued:
         case engine::DQDownloadStatusPaused:

@@ -25,6 +25,7 @@
 #include "engine/workers/partial_file.h"
 #include "engine/workers/partial_file_marks.h"
 #include "links/paths/available_path.h"
+#include "links/paths/file_attributes.h"
 #include "platform/base/log.h"
 #include "platform/base/run_loop.h"
 #include "platform/files/descriptor.h"
@@ -152,6 +153,11 @@ void DownloadFinisher::finishPartialData(const ResumePlan& plan) {
 void DownloadFinisher::adoptFinishedFile(const QString& path) {
     paths_.discardPartialData();
     removePartialFileMarks(path);
+    // It was compared before it came there.
+    const auto kept =
+        platform::extendedAttribute(path, QString::fromUtf16(links::attributes::checksum));
+    if (const auto checksum = checksumFromText(QString::fromLatin1(kept.value_or(QByteArray()))))
+        judgeChecksum(record_.userSettings(), *checksum);
     endWithFile(path);
 }
 
@@ -198,10 +204,14 @@ void DownloadFinisher::beginJob() {
     job_ = std::make_shared<Job>();
     job_->origin = originOf(record_);
     job_->metadata = paths_.metadata();
+    job_->expected = expectedChecksum(record_.userSettings());
     job_->hasUserChosenPath = record_.userSettings().contains(keys::downloadFile);
 }
 
 void DownloadFinisher::place(const QByteArray& body) {
+    // What may be the wrong file is not seen at its place before that is known.
+    if (expectedChecksum(record_.userSettings()))
+        return concludeThroughPartialFile(body);
     beginJob();
     job_->body = body;
     job_->target = paths_.finalDownloadTargetPath();
@@ -256,7 +266,7 @@ void DownloadFinisher::concludeThroughPartialFile(const QByteArray& body) {
 void DownloadFinisher::assemble(std::vector<FilePiece> pieces) {
     beginJob();
     job_->pieces = std::move(pieces);
-    const bool movesAtOnce = job_->pieces.size() == 1;
+    const bool movesAtOnce = job_->pieces.size() == 1 && !job_->expected;
     // What has a known length shows by itself that it is complete.
     if (knownFile(record_.userSettings()).length == 0)
         markFinishing(job_->pieces.front().path);
@@ -282,7 +292,42 @@ void DownloadFinisher::didAssemble(const std::shared_ptr<Job>& job) {
     } else if (job->assembly.error) {
         endJob();
         delegate_.finishingDidFail(*job->assembly.error);
+    } else if (job->expected) {
+        verify(job);
     } else {
+        move(job);
+    }
+}
+
+void DownloadFinisher::verify(const std::shared_ptr<Job>& job) {
+    job->isVerifying = true;
+    delegate_.verificationDidBegin();
+    runOnDisk(
+        job->pieces.front().path,
+        [job] {
+            job->sum =
+                sumOfFile(job->pieces.front().path, job->expected->algorithm, job->isCancelled);
+        },
+        &DownloadFinisher::didVerify);
+}
+
+void DownloadFinisher::didVerify(const std::shared_ptr<Job>& job) {
+    job->isVerifying = false;
+    if (job->isCancelled) {
+        endCancelledJob();
+    } else if (!job->sum.checksum) {
+        endJob();
+        interrupt(WorkerErrorCode::CannotWrite,
+                  u"%1 cannot be read for its checksum"_s.arg(record_.description()),
+                  job->sum.error ? &*job->sum.error : nullptr);
+    } else if (judgeChecksum(record_.userSettings(), *job->sum.checksum);
+               checksumResult(record_.userSettings()) == ChecksumResult::Wrong) {
+        // Nobody need ask the server whether it is whole.
+        record_.userSettings().set(keys::expectedBytes, totalLength(job->pieces));
+        endJob();
+        delegate_.verificationFoundOtherFile();
+    } else {
+        job->origin.checksum = job->sum.checksum;
         move(job);
     }
 }
@@ -410,7 +455,8 @@ void DownloadFinisher::endWithoutData() {
 
 void DownloadFinisher::endWithFile(const QString& path) {
     delegate_.didFinishWithFile(path);
-    openByRule(record_, path);
+    if (checksumResult(record_.userSettings()) != ChecksumResult::Wrong)
+        openByRule(record_, path);
 }
 
 }  // namespace engine

@@ -10,6 +10,7 @@
 
 #include "engine/finishing/file_assembly.h"
 #include "engine/finishing/finished_file.h"
+#include "engine/finishing/verification.h"
 #include "engine/workers/download_worker_prototype.h"
 #include "platform/base/error.h"
 
@@ -34,6 +35,11 @@ public:
     virtual void didFinishWithoutData() = 0;
     /// What has come stays and can be gone on with.
     virtual void finishingDidFail(const platform::Error& error) = 0;
+    /// The whole file has come, and what it adds up to is now being found out.
+    virtual void verificationDidBegin() = 0;
+    /// It is not the file that was expected; the record's settings say what it adds up to. It stays
+    /// where its parts were put together.
+    virtual void verificationFoundOtherFile() = 0;
     /// What has come does not fit together.
     virtual void finishingFoundDamage() = 0;
     /// `cancel` has taken effect. `startsAgain`: somebody waits for that.
@@ -64,6 +70,8 @@ public:
 
     /// Work is going on in the background, even if it has been cancelled.
     [[nodiscard]] bool isBusy() const { return job_ != nullptr; }
+    /// The file is whole and is being compared with its checksum.
+    [[nodiscard]] bool isVerifying() const { return job_ && job_->isVerifying; }
     void cancel();
     /// The same for a download that leaves its queue: it lives until the work has ended, which may
     /// have to be undone.
@@ -81,10 +89,13 @@ private:
         platform::Disk* disk = nullptr;  ///< That of the pieces.
         bool hasUserChosenPath = false;
         int attempts = 0;
+        std::optional<Checksum> expected;  ///< Nothing: the file is taken as it is.
+        bool isVerifying = false;
         std::atomic<bool> isCancelled = false;
 
         // Of the background, until it reports.
         AssemblyResult assembly;
+        FileSum sum;
         bool wasMoveTried = false;
         QString target;
         std::optional<platform::Error> moveError;
@@ -105,6 +116,8 @@ private:
     void beginJob();
     void assemble(std::vector<FilePiece> pieces);
     void didAssemble(const std::shared_ptr<Job>& job);
+    void verify(const std::shared_ptr<Job>& job);
+    void didVerify(const std::shared_ptr<Job>& job);
     void move(const std::shared_ptr<Job>& job);
     void didMove(const std::shared_ptr<Job>& job);
     void keepForWithdrawn(const Job& job);

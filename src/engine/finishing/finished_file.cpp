@@ -9,6 +9,7 @@
 #include "engine/context.h"
 #include "engine/environment.h"
 #include "engine/finishing/finished_files.h"
+#include "engine/finishing/verification.h"
 #include "engine/record/download_record.h"
 #include "engine/rules.h"
 #include "engine/settings.h"
@@ -73,6 +74,8 @@ void writeOrigin(const FileOrigin& origin, const QString& path) {
         platform::log(u"cannot set modification date for <%1>"_s.arg(path));
     links::setSourceURLStrings(path, origin.sources, origin.sourcesAreComment);
     writeMark(origin, path);
+    if (origin.checksum)
+        writeChecksum(*origin.checksum, path);
 }
 
 void writeOrigin(const FileOrigin& origin, const platform::Descriptor& file, const QString& path) {

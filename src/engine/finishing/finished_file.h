@@ -4,6 +4,8 @@
 #include <QStringList>
 #include <optional>
 
+#include "engine/record/checksum.h"
+
 namespace platform {
 class Descriptor;
 }
@@ -20,6 +22,7 @@ struct FileOrigin {
     QStringList sources;                        ///< Addresses, the last of redirects first.
     bool sourcesAreComment = false;             ///< They are its comment too.
     QByteArray mark;                            ///< See `markOf`.
+    std::optional<Checksum> checksum;           ///< What it adds up to. Nothing: not looked at.
 
     /// Not every file system keeps it when it is given a file of another one.
     [[nodiscard]] bool isKnownTo(const QString& path) const;

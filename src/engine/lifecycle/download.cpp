@@ -36,7 +36,10 @@ DQDownload::DQDownload(const Context& context, DownloadHost& host, const platfor
       transfer_(*this, paths_, [this] { host_.downloadDidChange(*this); }),
       finisher_(transfer_, *this),
       autoResume_(context.loop),
-      spaceWatch_(*this) {}
+      spaceWatch_(*this) {
+    if (const auto checksum = checksumFromFragment(url.fragment().value_or(QString())))
+        userSettings().set(keys::checksum, checksum->text());
+}
 
 DQDownload::~DQDownload() = default;
 
@@ -118,6 +121,7 @@ void DQDownload::becomeDownloading() {
     cancelArrangedResume();
     lastError_.reset();
     userSettings().remove(keys::keptBytes);
+    setChecksumResult(userSettings(), ChecksumResult::Unknown);
     if (!userSettings().contains(keys::originalURL))
         userSettings().set(keys::originalURL, URLString());
     changeStatus(DQDownloadStatusDownloading, StatusCause::Started);
@@ -263,6 +267,13 @@ bool DQDownload::putOff(const DQDownloadWorkerPrototype& worker,
 }
 
 void DQDownload::takeOverPartialData(DQDownload& other) {
+    if (!userSettings().contains(keys::checksum))
+        userSettings().set(keys::checksum, other.userSettings().value(keys::checksum));
+    // All of it has come, and it is not the file.
+    if (other.isWrongFile()) {
+        other.paths_.discardPartialData();
+        takePartialDataBack(other);
+    }
     if (!other.paths_.hasIntermediateDownloadTargetPath())
         return;
     const QStringList others{keys::responseURL, keys::accelerationWorkers, keys::keptBytes,
@@ -337,6 +348,37 @@ void DQDownload::throwAwayFile() {
                                       });
 }
 
+// Checksum.
+
+void DQDownload::expectChecksum(const std::optional<Checksum>& checksum,
+                                std::function<void()> completion) {
+    userSettings().set(keys::checksum, checksum ? QVariant(checksum->text()) : QVariant());
+    if (!checksum)
+        userSettings().remove(keys::serverChecksum);
+    if (status() == DQDownloadStatusDone) {
+        setChecksumResult(userSettings(), ChecksumResult::Verifying);
+        verification_.begin(*this, checksum.value_or(Checksum()).algorithm,
+                            [this, completion = std::move(completion)](const FileSum& sum) {
+                                if (sum.checksum)
+                                    judgeChecksum(userSettings(), *sum.checksum);
+                                else
+                                    setChecksumResult(userSettings(), ChecksumResult::Unreadable);
+                                host_.downloadDidChange(*this);
+                                if (completion)
+                                    completion();
+                            });
+    } else if (const auto computed = computedChecksum(userSettings());
+               !checksum || (computed && *computed == *checksum)) {
+        setChecksumResult(userSettings(), ChecksumResult::Unknown);
+    }
+    host_.downloadDidChange(*this);
+}
+
+bool DQDownload::isVerifying() const {
+    return finisher_.isVerifying() || (status() == DQDownloadStatusDone &&
+                                       checksumResult(userSettings()) == ChecksumResult::Verifying);
+}
+
 // Acceleration.
 
 bool DQDownload::accelerates() const {
@@ -403,6 +445,14 @@ void DQDownload::didFinishWithFile(const QString& path) {
         userSettings().set(keys::alias, bookmark);
     dropPartialDataAside(*this);
     changeStatus(DQDownloadStatusDone, StatusCause::Finished);
+}
+
+void DQDownload::verificationFoundOtherFile() {
+    lastError_ =
+        makeWorkerError(WorkerErrorCode::WrongChecksum,
+                        u"%1 does not have the checksum that was expected"_s.arg(description()));
+    platform::log(lastError_->text);
+    abort();
 }
 
 void DQDownload::didFinishWithoutData() {

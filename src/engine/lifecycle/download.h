@@ -82,6 +82,21 @@ public:
     /// Deletes what a withdrawn download has kept, in the background.
     void giveUpData();
 
+    // Checksum.
+
+    /// What its file is to add up to, from the user. Nothing: whatever the server says. An
+    /// unfinished one is compared when it is whole; a finished one is read now, in the background,
+    /// and `completion` is called when it is known. One that was not what it was to be begins anew
+    /// or not when it is retried, by whether this is another checksum.
+    void expectChecksum(const std::optional<Checksum>& checksum,
+                        std::function<void()> completion = {});
+    /// Its file is being read for that.
+    [[nodiscard]] bool isVerifying() const;
+    /// The file was looked at, and it is another one than expected.
+    [[nodiscard]] bool isWrongFile() const {
+        return checksumResult(userSettings()) == ChecksumResult::Wrong;
+    }
+
     // Acceleration.
 
     /// Whether files of this host are fetched over several connections.
@@ -171,6 +186,8 @@ private:
     void didFinishWithFile(const QString& path) override;
     void didFinishWithoutData() override;
     void finishingDidFail(const platform::Error& error) override;
+    void verificationDidBegin() override { host_.downloadDidChange(*this); }
+    void verificationFoundOtherFile() override;
     void finishingFoundDamage() override { startOverAfterFailedResume(); }
     void finishingWasCancelled(bool startsAgain) override;
     void partIsLeftWithoutWorker(DQDownloadWorkerPrototype& worker,
@@ -185,6 +202,7 @@ private:
     DownloadPaths paths_;
     Transfer transfer_;
     DownloadFinisher finisher_;
+    Verification verification_;  ///< Of the finished file.
     /// A resumption that is to come by itself.
     platform::Timer autoResume_;
     /// By its server, since it last sent something or the user wanted it.

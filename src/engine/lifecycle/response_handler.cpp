@@ -8,6 +8,7 @@
 #include "engine/paths/download_paths.h"
 #include "engine/record/known_file.h"
 #include "engine/workers/debug_log.h"
+#include "engine/workers/digest_headers.h"
 #include "engine/workers/range_answer.h"
 #include "engine/workers/retry_after.h"
 #include "http/http_request.h"
@@ -136,8 +137,11 @@ void handleWholeAnswer(DQDownload& download, Worker& worker, const WorkerRespons
         download.putOff(worker, retryAfter(response, download.context().wallNow())))
         return;
     noteAnswer(download, response);
-    if (isSuccess(response.statusCode))
+    if (isSuccess(response.statusCode)) {
         rememberFile(download.userSettings(), response, worker.expectedBytes());
+        if (const auto checksum = checksumInHeaders(response))
+            download.userSettings().set(keys::serverChecksum, checksum->text());
+    }
     download.userSettings().remove(keys::accelerationWorkers);
     adoptLastModifiedDate(download, response);
     download.dates().noteAnswer();

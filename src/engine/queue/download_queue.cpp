@@ -128,6 +128,8 @@ DownloadPtr DownloadQueue::retry(DQDownload& download, bool addToQueue) {
             if (settings.contains(keys::handOver))
                 replacement.userSettings().set(key, settings.value(key));
         }
+        // The user may have changed it since, or want the file as it is.
+        replacement.userSettings().set(keys::checksum, settings.value(keys::checksum));
         replacement.takeOverPartialData(download);
     });
 }

@@ -13,10 +13,10 @@ QString KnownFile::rangeValidator() const {
 }
 
 const QStringList& knownFileKeys() {
-    static const QStringList list{keys::expectedBytes,    keys::entityTag,
-                                  keys::lastModified,     keys::isLastModifiedWeak,
-                                  keys::contentType,      keys::contentEncoding,
-                                  keys::partialFileNumber};
+    static const QStringList list{keys::expectedBytes,     keys::entityTag,
+                                  keys::lastModified,      keys::isLastModifiedWeak,
+                                  keys::contentType,       keys::contentEncoding,
+                                  keys::partialFileNumber, keys::serverChecksum};
     return list;
 }
 

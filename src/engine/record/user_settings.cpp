@@ -33,7 +33,11 @@ const QStringList& keptKeys() {
                                   keys::partialFileNumber,
                                   keys::keptBytes,
                                   keys::leftBehind,
-                                  keys::keptAside};
+                                  keys::keptAside,
+                                  keys::checksum,
+                                  keys::serverChecksum,
+                                  keys::checksumResult,
+                                  keys::computedChecksum};
     return list;
 }
 

@@ -93,6 +93,14 @@ inline const QString leftBehind = QStringLiteral("Left Behind");
 /// Partial data that is in doubt while new data comes: "Resume Path" and what else belongs to it.
 inline const QString keptAside = QStringLiteral("Kept Aside");
 
+/// What the file is to add up to, in the form of Checksum::text: as the user knows it, and as the
+/// server said of the bytes that it sent.
+inline const QString checksum = QStringLiteral("Checksum");
+inline const QString serverChecksum = QStringLiteral("Server Checksum");
+/// What came out when that was looked at; see ChecksumResult.
+inline const QString checksumResult = QStringLiteral("Checksum Result");
+inline const QString computedChecksum = QStringLiteral("Computed Checksum");
+
 /// Not kept on disk: cookies of a private window, in the form of the header.
 inline const QString unkeptCookies = QStringLiteral("Unkept Cookies");
 /// Not kept on disk: the address as it stood at the first start, and a download page's title.

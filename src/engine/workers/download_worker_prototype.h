@@ -19,11 +19,12 @@ inline const QString workerErrorDomain = QStringLiteral("com.tarnworks.Orlop.DQD
 enum class WorkerErrorCode {
     CannotWrite = 1,  ///< The underlying error says why.
     MissingTargetPath = 2,
-    WrongLength = 3,   ///< More or fewer bytes than announced.
-    WrongPart = 4,     ///< Another part of the file than asked for, or of another file.
-    NotGiven = 5,      ///< An answer that holds nothing of the file, and no other follows.
-    OtherAnswer = 6,   ///< A whole answer that cannot be the file.
-    FolderLocked = 7,  ///< The sandbox keeps this program out of the folder.
+    WrongLength = 3,    ///< More or fewer bytes than announced.
+    WrongPart = 4,      ///< Another part of the file than asked for, or of another file.
+    NotGiven = 5,       ///< An answer that holds nothing of the file, and no other follows.
+    OtherAnswer = 6,    ///< A whole answer that cannot be the file.
+    FolderLocked = 7,   ///< The sandbox keeps this program out of the folder.
+    WrongChecksum = 8,  ///< The file is not what was expected.
 };
 
 [[nodiscard]] platform::Error makeWorkerError(WorkerErrorCode code, const QString& text,

@@ -21,6 +21,8 @@ inline constexpr char16_t sourceURLs[] = u"user.orlop.source-urls";
 inline constexpr char16_t fractionCompleted[] = u"user.orlop.fraction-completed";
 /// Which download a finished file belongs to; see engine/finishing/finished_files.h.
 inline constexpr char16_t downloadMark[] = u"user.orlop.download";
+/// What the bytes of a file added up to when they were last looked at, as "sha256=9f86...".
+inline constexpr char16_t checksum[] = u"user.orlop.checksum";
 /// The three that desktops share (freedesktop.org, Common Extended Attributes).
 inline constexpr char16_t originURL[] = u"user.xdg.origin.url";
 inline constexpr char16_t referrerURL[] = u"user.xdg.referrer.url";

@@ -20,7 +20,8 @@ const QHash<QString, QString>& addOptions() {
     static const QHash<QString, QString> options{
         {u"--folder"_s, u"folder"_s},     {u"--name"_s, u"name"_s},
         {u"--referrer"_s, u"referrer"_s}, {u"--user-agent"_s, u"userAgent"_s},
-        {u"--cookies"_s, u"cookies"_s},   {u"--post"_s, u"postData"_s}};
+        {u"--cookies"_s, u"cookies"_s},   {u"--post"_s, u"postData"_s},
+        {u"--checksum"_s, u"checksum"_s}};
     return options;
 }
 
@@ -110,7 +111,7 @@ QString verbUsage() {
     return localized(
         "Usage: orlop-terminal add [--folder FOLDER] [--name NAME] [--paused]\n"
         "                          [--referrer TEXT] [--user-agent TEXT] [--cookies TEXT]\n"
-        "                          [--post TEXT] ADDRESS...\n"
+        "                          [--post TEXT] [--checksum [ALGORITHM=]DIGITS] ADDRESS...\n"
         "       orlop-terminal list [--json]\n"
         "       orlop-terminal pause|resume|remove IDENTITY...|--all\n"
         "       orlop-terminal wait\n"

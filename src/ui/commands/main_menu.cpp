@@ -96,6 +96,8 @@ void MainMenu::addQueueMenu() {
     actions_.addTo(*menu, Command::CancelAll, 1);
     actions_.addTo(*menu, Command::Clear);
     menu->addSeparator();
+    actions_.addTo(*menu, Command::Verify);
+    menu->addSeparator();
     QMenu* order = menu->addMenu(translated("Rearran&ge Queue by"));
     connect(menu, &QMenu::aboutToShow, order, [this, order] {
         const auto& controller = commands_.surroundings().controller;

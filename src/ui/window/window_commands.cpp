@@ -4,11 +4,13 @@
 #include <QMenuBar>
 #include <QTimer>
 
+#include "app/checksums/verification.h"
 #include "app/commands/commands.h"
 #include "app/main_controller.h"
 #include "app/settings.h"
 #include "help/settings.h"
 #include "platform/base/user_defaults.h"
+#include "ui/checksums/checksum_panel.h"
 #include "ui/help/about_panel.h"
 #include "ui/help/help_window.h"
 #include "ui/help/key_tables.h"
@@ -50,11 +52,31 @@ void provideListSelectionCommands(app::Commands& commands, MainWindow& window) {
                       }});
 }
 
+/// What the user means who has selected one row. Null: it is not one.
+engine::DownloadPtr singleSelected(app::DQMainController& controller) {
+    const app::Downloads selected = controller.selectedDownloads();
+    return selected.size() == 1 ? selected.front() : nullptr;
+}
+
+void provideVerification(app::Commands& commands, MainWindow& window) {
+    app::DQMainController& controller = commands.surroundings().controller;
+    commands.provide(Command::Verify,
+                     {[&controller, &window](qint64) {
+                          if (const auto download = singleSelected(controller))
+                              showChecksumPanel(window, controller, download);
+                      },
+                      [&controller](qint64) -> CommandState {
+                          const auto download = singleSelected(controller);
+                          return {download && app::canExpectChecksum(*download), {}, {}};
+                      }});
+}
+
 }  // namespace
 
 void provideWindowCommands(app::Commands& commands, MainWindow& window, AddressEntry& entry) {
     provideEntryCommands(commands, entry);
     provideListSelectionCommands(commands, window);
+    provideVerification(commands, window);
     const platform::UserDefaults& defaults = commands.surroundings().defaults;
     commands.provide(Command::CloseWindow, {[&window](qint64) { window.close(); }, {}});
     commands.provide(Command::Minimize, {[&window](qint64) { window.showMinimized(); }, {}});
