@@ -70,8 +70,13 @@
         </message>
         <message>
             <location filename="../../src/app/commands/bulk_commands.cpp" />
-            <source>Are you sure you want to cancel your downloads? All temporary files will be deleted.</source>
-            <translation>Möchten Sie Ihre Downloads wirklich abbrechen? Alle unfertigen Dateien werden gelöscht.</translation>
+            <source>Cancel %@ downloads?</source>
+            <translation>%@ Downloads abbrechen?</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/bulk_commands.cpp" />
+            <source>Cancel 1 download?</source>
+            <translation>1 Download abbrechen?</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/bulk_commands.cpp" />
@@ -80,13 +85,13 @@
         </message>
         <message>
             <location filename="../../src/app/commands/bulk_commands.cpp" />
-            <source>Cancel downloads?</source>
-            <translation>Downloads abbrechen?</translation>
+            <source>Keep downloading</source>
+            <translation>Weiterladen</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/bulk_commands.cpp" />
-            <source>Keep downloading</source>
-            <translation>Weiterladen</translation>
+            <source>What has come of them is kept until Orlop quits: Edit &gt; Undo brings them back until then.</source>
+            <translation>Was davon angekommen ist, bleibt, bis Orlop beendet wird: Bis dahin holt Bearbeiten &gt; Rückgängig sie zurück.</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
@@ -247,6 +252,11 @@
             <location filename="../../src/app/commands/command.cpp" />
             <source>&amp;Subtle Background</source>
             <translation>&amp;Dezenter Hintergrund</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>&amp;Undo</source>
+            <translation>Rück&amp;gängig</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
@@ -670,6 +680,26 @@
         </message>
         <message>
             <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The server does not give this file out.</source>
+            <translation>Der Server gibt diese Datei nicht heraus.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The server does not have this file any more.</source>
+            <translation>Der Server hat diese Datei nicht mehr.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The server does not have this file.</source>
+            <translation>Der Server hat diese Datei nicht.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The server has a fault. Try again later.</source>
+            <translation>Der Server hat eine Störung. Versuchen Sie es später noch einmal.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
             <source>The server refused the connection. Try again later.</source>
             <translation>Der Server hat die Verbindung abgelehnt. Versuchen Sie es später noch einmal.</translation>
         </message>
@@ -1054,6 +1084,31 @@ Möchten Sie jetzt wirklich beenden?</translation>
             <translation>Download fehlgeschlagen</translation>
         </message>
         <message>
+            <location filename="../../src/app/queue/queue_follower.cpp" />
+            <source>Download Interrupted</source>
+            <translation>Download unterbrochen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/queue/removed_downloads.cpp" />
+            <source>Removed %@</source>
+            <translation>%@ entfernt</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/queue/removed_downloads.cpp" />
+            <source>Removed %@ (%@ kept)</source>
+            <translation>%@ entfernt (%@ aufbewahrt)</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/queue/removed_downloads.cpp" />
+            <source>Removed %@ downloads</source>
+            <translation>%@ Downloads entfernt</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/queue/removed_downloads.cpp" />
+            <source>Removed %@ downloads (%@ kept)</source>
+            <translation>%@ Downloads entfernt (%@ aufbewahrt)</translation>
+        </message>
+        <message>
             <location filename="../../src/app/rows/status_text.cpp" />
             <source> - Acceleration failed</source>
             <translation> - Beschleunigung gescheitert</translation>
@@ -1137,6 +1192,11 @@ Möchten Sie jetzt wirklich beenden?</translation>
             <location filename="../../src/app/rows/status_text.cpp" />
             <source>Interrupted</source>
             <translation>Unterbrochen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>Lies in %@</source>
+            <translation>Liegt in %@</translation>
         </message>
         <message>
             <location filename="../../src/app/rows/status_text.cpp" />
@@ -1784,6 +1844,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/history/history_menu.cpp" />
+            <source>History cleared</source>
+            <translation>Verlauf gelöscht</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/history/history_menu.cpp" />
             <source>History is empty</source>
             <translation>Der Verlauf ist leer</translation>
         </message>
@@ -1813,6 +1878,21 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>Downloads</translation>
         </message>
         <message>
+            <location filename="../../src/ui/list/empty_list_offers.cpp" />
+            <source>Add Addresses…</source>
+            <translation>Adressen hinzufügen …</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/list/empty_list_offers.cpp" />
+            <source>Paste</source>
+            <translation>Einfügen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/list/empty_list_offers.cpp" />
+            <source>or paste them with %@</source>
+            <translation>oder mit %@ einfügen</translation>
+        </message>
+        <message>
             <location filename="../../src/ui/list/empty_list_text.cpp" />
             <source>Drag URLs Here</source>
             <translation>URLs hierher ziehen</translation>
@@ -1836,6 +1916,41 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/list/row_texts.cpp" />
             <source>Double-click to reveal target file</source>
             <translation>Doppelklick zeigt die Zieldatei</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/list/row_texts.cpp" />
+            <source>Go on after %@</source>
+            <translation>Nach %@ weitermachen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/list/row_texts.cpp" />
+            <source>Pause</source>
+            <translation>Anhalten</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/list/row_texts.cpp" />
+            <source>Remove from the list, keeps the file</source>
+            <translation>Aus der Liste entfernen, die Datei bleibt</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/list/row_texts.cpp" />
+            <source>Remove, deletes %@</source>
+            <translation>Entfernen, löscht %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/list/row_texts.cpp" />
+            <source>Start</source>
+            <translation>Starten</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/list/row_texts.cpp" />
+            <source>Try again</source>
+            <translation>Erneut versuchen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/list/row_texts.cpp" />
+            <source>Try again, goes on after %@</source>
+            <translation>Erneut versuchen, macht nach %@ weiter</translation>
         </message>
         <message>
             <location filename="../../src/ui/log/log_find_bar.cpp" />
@@ -3003,6 +3118,11 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
             <location filename="../../src/ui/window/main_window.cpp" />
             <source>Already in the list</source>
             <translation>Schon in der Liste</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/main_window.cpp" />
+            <source>Undo</source>
+            <translation>Rückgängig</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/notice_bars.cpp" />

@@ -15,6 +15,7 @@
 #include "app/queue/orphaned_containers.h"
 #include "app/queue/queue_archive.h"
 #include "app/queue/queue_follower.h"
+#include "app/queue/removed_downloads.h"
 #include "app/queue/restored_download.h"
 #include "app/queue/row_drag.h"
 #include "app/rows/rows.h"
@@ -53,6 +54,7 @@ struct DQMainController::Parts {
     QueueView view;
     RowDrag drag;
     ListPresenter list;
+    RemovedDownloads removed;
     QueueArchive archive;
     Intake intake;
     Lifecycle lifecycle;
@@ -72,19 +74,28 @@ DQMainController::Parts::Parts(DQMainController& owner, const Surroundings& give
     : surroundings(given),
       rules(given.defaults),
       follower({owner, given.loop, given.defaults, given.frontEnd, queue, rows, view, list, archive,
-                intake, batch, allDone, status, history}),
+                removed, intake, batch, allDone, status, history}),
       queue({given.defaults, given.loop, given.disks, given.environment, rules}, follower),
-      rows({queue, given.workspace, given.frontEnd,
-            [this](engine::DQDownload& download) { follower.removeDownload(download); }}),
+      rows(
+          {queue, given.workspace, given.frontEnd,
+           [this](engine::DQDownload& download) { follower.removeDownload(download); },
+           [&owner](engine::DQDownload& download) { owner.retry({download.shared_from_this()}); }}),
       view(queue, given.defaults),
       drag(queue, view, rows.vanishing(), given.defaults),
       list({view, given.frontEnd.list, given.loop, given.defaults,
             [&owner] { owner.updateStatusAndForceUpdateApplicationImage(false); }}),
+      removed({queue,
+               [this](const engine::DQDownload& download) {
+                   return download.isBeingRemoved() || rows.vanishing().isVanishing(download);
+               },
+               [this](const engine::DQDownload& download) { rows.vanishing().forget(download); },
+               [&owner](const QString& sentence) { Q_EMIT owner.removalsChanged(sentence); }}),
       archive(engine::queueArchivePath(given.environment),
               {queue, given.defaults, given.loop, given.frontEnd.questions,
                [this](const engine::DQDownload& download) {
                    return rows.vanishing().isVanishing(download);
                },
+               [this] { return removed.archives(); },
                [&owner](const QString& keptPath) { Q_EMIT owner.queueFileDamaged(keptPath); },
                [&owner](const platform::Error& error) {
                    Q_EMIT owner.queueFileNotWritten(writingProblem(error));
@@ -114,7 +125,13 @@ DQMainController::Parts::Parts(DQMainController& owner, const Surroundings& give
                      archive.write();
                      archive.finish();
                  },
-                 [this] { return archive.writeBeforeQuitting(); },
+                 [this] {
+                     const bool quits = archive.writeBeforeQuitting();
+                     if (quits) {
+                         removed.giveUp();
+                     }
+                     return quits;
+                 },
                  [this]() -> Scheduler& { return *schedule; },
                  [this]() -> HistoryKeeper& { return *history; },
                  [&owner] { Q_EMIT owner.terminated(); }}),
@@ -207,6 +224,7 @@ void DQMainController::rearrange(qint64 tag) {
         sortDownloads(order, tag);
     }
     parts_->queue.setOrder(std::move(order));
+    parts_->archive.write();
     updateDownloadListAndStatus();
 }
 
@@ -284,6 +302,22 @@ void DQMainController::vanishDownloads(const Downloads& downloads) {
     parts_->follower.vanishDownloads(downloads);
 }
 
+QString DQMainController::lastRemoval() const {
+    return parts_->removed.last();
+}
+
+platform::Seconds DQMainController::lastRemovalIsFreshFor() const {
+    return parts_->removed.freshFor();
+}
+
+void DQMainController::undoRemoval() {
+    parts_->follower.undoRemoval();
+}
+
+void DQMainController::didRemove(const QString& sentence, std::function<void()> putBack) {
+    parts_->removed.add(sentence, std::move(putBack));
+}
+
 void DQMainController::mountsDidChange() {
     parts_->follower.mountsDidChange();
 }
@@ -309,6 +343,7 @@ bool DQMainController::canDropRows(const Downloads& dragged, qsizetype row) {
 bool DQMainController::dropRows(const Downloads& dragged, qsizetype row) {
     const bool didMove = parts_->drag.dropRows(dragged, row);
     if (didMove) {
+        parts_->archive.write();
         updateDownloadListAndStatus();
     }
     return didMove;
@@ -437,13 +472,19 @@ engine::DownloadPtr DQMainController::addDownloadFromArchive(const QVariantMap& 
 void DQMainController::readQueue() {
     OrphanedContainers orphans(
         foldersOfDownloads(parts_->surroundings.defaults, parts_->rules.specialCases()));
+    std::vector<engine::DownloadQueue::Place> removed;
     for (const QVariantMap& archive : parts_->archive.read()) {
-        addDownloadFromArchive(orphans.completed(archive), {});
+        const auto download = addDownloadFromArchive(orphans.completed(archive), {});
+        const QVariant index = archive.value(engine::keys::removedFrom);
+        if (download && index.isValid()) {
+            removed.push_back({download, static_cast<std::size_t>(index.toULongLong())});
+        }
     }
     const QStringList familiar = familiarFolders(parts_->surroundings.defaults, parts_->rules);
     for (const auto& [container, archive] : orphans.unclaimed(parts_->queue.downloads())) {
         addDownloadFromArchive(withFamiliarTargetsOnly(archive, familiar), container);
     }
+    parts_->removed.takeIn(removed);
 }
 
 void DQMainController::applicationDidFinishLaunching() {

@@ -123,6 +123,14 @@ public:
     void clear();
     /// Those of these statuses.
     void clearDownloads(engine::StatusMask mask);
+    /// The user's removals are taken back one after the other, the last one first.
+    /// The sentence tells what; empty: there is nothing.
+    [[nodiscard]] QString lastRemoval() const;
+    /// So long the user can be expected to look at it still.
+    [[nodiscard]] platform::Seconds lastRemovalIsFreshFor() const;
+    void undoRemoval();
+    /// The user has removed something else, which `putBack` brings again.
+    void didRemove(const QString& sentence, std::function<void()> putBack);
     void removeDownloadIfDoneWithPath(const QString& path);
 
     // Taking addresses in.
@@ -213,6 +221,8 @@ Q_SIGNALS:
     void downloadChanged(const engine::DownloadPtr& download);
     /// It is done or has failed by itself.
     void downloadEnded(const engine::DownloadPtr& download);
+    /// The user has removed what the sentence names, and can take that back; empty: has done so.
+    void removalsChanged(const QString& sentence);
     /// New downloads, by the names that rows show.
     void downloadsAdded(const QStringList& names);
 

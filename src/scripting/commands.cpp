@@ -133,8 +133,7 @@ void Commands::queuePaused(const QVariantList&, const Reply& reply) {
 }
 
 void Commands::cancelAll(const QVariantList&, const Reply& reply) {
-    app::cancel(controller_.queue(), controller_.contextDownloads(), false,
-                controller_.surroundings().frontEnd.questions);
+    app::remove(controller_.queue(), controller_.contextDownloads());
     reply.send();
 }
 
@@ -335,7 +334,13 @@ void Commands::withdraw(const QVariantList& arguments, const Reply& reply) {
         reply.fail(CommandError::InvalidArgument, u"this is no id"_s);
         return;
     }
-    handOvers_.withdraw(id, [reply](bool isWithdrawn) { reply.send({isWithdrawn}); });
+    handOvers_.withdraw(id, [reply](std::optional<bool> isWithdrawn) {
+        if (isWithdrawn) {
+            reply.send({*isWithdrawn});
+        } else {
+            reply.fail(CommandError::NotSaved, u"it is gone, but that cannot be saved"_s);
+        }
+    });
 }
 
 void Commands::browserFilter(const QVariantList&, const Reply& reply) {

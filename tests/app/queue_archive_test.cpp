@@ -38,6 +38,20 @@ protected:
     }
 };
 
+/// What was paused must not run after a kill.
+TEST_F(QueueFile, IsSavedWhenRowsArePausedOrMoved) {
+    add({u"a"_s, u"b"_s, u"c"_s});
+    ASSERT_EQ(savedArchive(u"b"_s).value(keys::paused), false);
+    download(u"b"_s)->togglePause();
+    EXPECT_EQ(savedArchive(u"b"_s).value(keys::paused), true);
+    download(u"b"_s)->togglePause();
+    EXPECT_EQ(savedArchive(u"b"_s).value(keys::paused), false);
+    controller->dropRows({download(u"c"_s)}, 0);
+    EXPECT_EQ(savedURLs(), QStringList({address(u"c"_s), address(u"a"_s), address(u"b"_s)}));
+    controller->rearrange(-1);
+    EXPECT_EQ(savedURLs(), QStringList({address(u"b"_s), address(u"a"_s), address(u"c"_s)}));
+}
+
 TEST_F(QueueFile, ComesBackAsItWas) {
     add({u"a"_s, u"b"_s, u"c"_s, u"d"_s});
     download(u"a"_s)->pause();

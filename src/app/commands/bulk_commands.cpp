@@ -6,6 +6,7 @@
 #include "app/queue/download_order.h"
 #include "app/rows/row_actions.h"
 #include "engine/queue/download_queue.h"
+#include "links/text/localization.h"
 
 namespace app {
 
@@ -22,10 +23,13 @@ void forEach(engine::DownloadQueue& queue, Downloads downloads, const Operation&
     }
 }
 
-Alert cancelAlert() {
-    return {Alert::Kind::CancelDownloads, u"Cancel downloads?"_s,
-            u"Are you sure you want to cancel your downloads? All temporary files will be "
-            "deleted."_s,
+Alert cancelAlert(std::size_t count) {
+    return {Alert::Kind::CancelDownloads,
+            count == 1 ? links::localized("Cancel 1 download?")
+                       : links::filledFormat(links::localized("Cancel %@ downloads?"),
+                                             {QString::number(count)}),
+            u"What has come of them is kept until Orlop quits: Edit > Undo brings them back until "
+            "then."_s,
             u"Cancel downloads"_s, u"Keep downloading"_s};
 }
 
@@ -59,12 +63,16 @@ void remove(engine::DownloadQueue& queue, const Downloads& downloads) {
     forEach(queue, downloads, [](auto& download) { download.remove(); });
 }
 
+void withdraw(engine::DownloadQueue& queue, const Downloads& downloads) {
+    forEach(queue, downloads, [](auto& download) { download.withdraw(); });
+}
+
 bool cancel(engine::DownloadQueue& queue, const Downloads& downloads, bool mustConfirm,
             Questions& questions) {
-    if (downloads.empty() || (mustConfirm && !questions.confirm(cancelAlert()))) {
+    if (downloads.empty() || (mustConfirm && !questions.confirm(cancelAlert(downloads.size())))) {
         return false;
     }
-    forEach(queue, downloads, [](auto& download) { download.removeAndMoveToTrashIfDone(false); });
+    withdraw(queue, downloads);
     return true;
 }
 

@@ -15,9 +15,11 @@ void pauseDownloads(engine::DownloadQueue& queue, const Downloads& downloads);
 /// Pauses what is active, or else starts what is paused.
 void togglePause(engine::DownloadQueue& queue, const Downloads& downloads);
 void open(const RowActions& actions, const Downloads& downloads);
+/// For good, with their partial files; what the user removes is withdrawn.
 void remove(engine::DownloadQueue& queue, const Downloads& downloads);
-/// Takes downloads out of the queue, and their partial files away. False: none, or, where it must
-/// be confirmed, the user keeps them.
+/// The user can have them back.
+void withdraw(engine::DownloadQueue& queue, const Downloads& downloads);
+/// Withdraws them. False: none, or, where it must be confirmed, the user keeps them.
 bool cancel(engine::DownloadQueue& queue, const Downloads& downloads, bool mustConfirm,
             Questions& questions);
 

@@ -19,6 +19,7 @@ constexpr CommandDescription descriptions[] = {
      translatable("&Add from Pasteboard"), ""},
     {Command::StopIntake, 0, "stopIntake", translatable("S&top Adding"), ""},
 
+    {Command::Undo, 0, "undo", translatable("&Undo"), "Ctrl+Z"},
     {Command::Copy, 0, "copy", translatable("&Copy URLs"), "Ctrl+C"},
     // With Shift it asks for the folder.
     {Command::Paste, 0, "paste", translatable("&Paste"), "Ctrl+V; Ctrl+Shift+V"},

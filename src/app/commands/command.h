@@ -17,6 +17,7 @@ enum class Command {
     StopIntake,
 
     // Text and selection.
+    Undo,  ///< Takes the last removal back.
     Copy,
     Paste,
     SelectAll,

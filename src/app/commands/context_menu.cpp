@@ -75,7 +75,7 @@ private:
         }
         addOpenItems();
         add(localized("Remove"),
-            [&queue = queue_, downloads = downloads_] { remove(queue, downloads); });
+            [&queue = queue_, downloads = downloads_] { withdraw(queue, downloads); });
         menu_.push_back(separator());
         add(localized("Open URLs"), [&rows = around_.controller.rows(), downloads = downloads_] {
             rows.openOriginalURLs(downloads);
@@ -153,7 +153,7 @@ private:
         if (!isPaused) {
             add(localized("Pause Download"), download, &engine::DQDownload::togglePause);
         }
-        add(localized("Remove"), download, &engine::DQDownload::remove);
+        add(localized("Remove"), download, &engine::DQDownload::withdraw);
         menu_.push_back(separator());
         if (!download->pathToReveal().isEmpty()) {
             add(localized("Show in Folder"), download, &RowActions::reveal);

@@ -75,6 +75,10 @@ void provideOrderCommands(Commands& commands) {
          [&controller](qint64) -> CommandState {
              return {controller.anyDownloadMatchesStatusMask(engine::finishedStatuses), {}, {}};
          }});
+    commands.provide(Command::Undo, {[&controller](qint64) { controller.undoRemoval(); },
+                                     [&controller](qint64) -> CommandState {
+                                         return {!controller.lastRemoval().isEmpty(), {}, {}};
+                                     }});
     commands.provide(Command::Rearrange, {[&controller](qint64 tag) { controller.rearrange(tag); },
                                           [&controller](qint64 tag) -> CommandState {
                                               return {controller.canRearrange(tag), {}, {}};

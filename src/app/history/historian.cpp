@@ -118,11 +118,19 @@ void DQHistorian::save() {
     file_.write(history());
 }
 
-void DQHistorian::clear() {
-    _history.clear();
+QList<HistoryEntry> DQHistorian::clear() {
+    const QList<HistoryEntry> cleared = std::exchange(_history, {});
     isLoaded_ = true;
     save();
     Q_EMIT itemsRemoved();
+    Q_EMIT historyChanged();
+    return cleared;
+}
+
+void DQHistorian::putBack(const QList<HistoryEntry>& entries) {
+    _history = entries + history();
+    checkNumberOfItems(true, defaults_.get(settings::historyOfCompleteDownloads));
+    save();
     Q_EMIT historyChanged();
 }
 

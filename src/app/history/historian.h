@@ -40,7 +40,10 @@ public:
     /// arranges for saving what has changed.
     void checkNumberOfItems(bool checkNumber, bool checkCompletion);
     void save();
-    void clear();
+    /// What it held, to be put back if the user wants it after all.
+    QList<HistoryEntry> clear();
+    /// Puts back what came before the entries there are.
+    void putBack(const QList<HistoryEntry>& entries);
     void cleanUp() override;
 
 Q_SIGNALS:

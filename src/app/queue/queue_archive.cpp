@@ -209,7 +209,7 @@ QVariantList QueueArchive::archives() {
             }
         }
     }
-    return archives;
+    return archives + surroundings_.removed();
 }
 
 QVariant QueueArchive::archiveOf(engine::DQDownload& download, bool paused) {

@@ -28,6 +28,8 @@ public:
         Questions& questions;
         /// Whether a download is on its way out of the queue.
         std::function<bool(const engine::DQDownload&)> isLeaving;
+        /// What has left the queue with data that may be wanted back.
+        std::function<QVariantList()> removed;
         /// The file could not be understood and was moved here; empty: it could not be moved and
         /// nothing will be written over it.
         std::function<void(const QString& keptPath)> damaged;

@@ -3,15 +3,18 @@
 #include <utility>
 
 #include "app/commands/bulk_commands.h"
+#include "app/failures/failure_sentence.h"
 #include "app/intake/intake.h"
 #include "app/main_controller.h"
 #include "app/queue/batch_progress.h"
 #include "app/queue/list_presenter.h"
 #include "app/queue/queue_archive.h"
+#include "app/queue/removed_downloads.h"
 #include "app/rows/rows.h"
 #include "app/settings.h"
 #include "engine/settings.h"
 #include "links/text/localization.h"
+#include "links/text/typography.h"
 #include "platform/base/log.h"
 #include "platform/files/files.h"
 
@@ -24,6 +27,13 @@ namespace {
 /// So many rows at once vanish without an animation.
 constexpr std::size_t massRemoval = 11;
 constexpr platform::Seconds redrawDelay = 0.2;
+
+/// Whether a kill right behind it must not undo it.
+bool isForTheNextStart(engine::StatusCause cause) {
+    using engine::StatusCause;
+    return cause == StatusCause::Queued || cause == StatusCause::Paused ||
+           cause == StatusCause::PausedByUser || cause == StatusCause::Interrupted;
+}
 
 }  // namespace
 
@@ -42,6 +52,7 @@ void QueueFollower::queueDidChange() {
 void QueueFollower::downloadDidLeave(const engine::DQDownload& download) {
     around_.rows.forget(download);
     leaving_.erase(&download);
+    interrupted_.erase(&download);
 }
 
 /// What follows from it for others; how it looks follows at the end of a batch for all at once.
@@ -60,10 +71,16 @@ void QueueFollower::statusDidChange(const engine::StatusChange& change) {
         (change.cause == StatusCause::Removed && wasActive)) {
         around_.batch.decrementLongTermNumberOfQueuedOrDownloadingDownloads();
     }
+    if (change.cause == StatusCause::Interrupted) {
+        notifyInterruption(change.download);
+    }
     if (change.cause == StatusCause::Removed || change.cause == StatusCause::Added) {
         return;  // Who removes or adds shows the list anew, for many at once.
     }
     isStale_ = isStale_ || around_.queue.isInBatch();
+    if (isForTheNextStart(change.cause) && !around_.queue.isInBatch()) {
+        around_.archive.write();
+    }
     if (engine::matchesStatusMask(change.after, engine::finishedStatuses)) {
         around_.history->add(change.download);
         reflectEnd(change.download);
@@ -74,6 +91,9 @@ void QueueFollower::statusDidChange(const engine::StatusChange& change) {
 void QueueFollower::downloadDidChange(engine::DQDownload& download) {
     const engine::DownloadPtr kept = download.shared_from_this();
     if (download.status() == engine::DQDownloadStatusDownloading) {
+        if (!interrupted_.empty() && download.transfer().figures().downloaded > 0) {
+            interrupted_.erase(&download);
+        }
         around_.archive.writeIfBegun(download);
     }
     Q_EMIT around_.controller.downloadChanged(kept);
@@ -85,6 +105,17 @@ void QueueFollower::downloadDidChange(engine::DQDownload& download) {
     if (!isListUpToDate) {
         around_.frontEnd.list.setNeedsDisplayAfterDelay(redrawDelay);
     }
+}
+
+/// Once, until something of the file has come again: what is resumed by itself may fail many times.
+void QueueFollower::notifyInterruption(engine::DQDownload& download) {
+    const auto& error = download.lastError();
+    if (!error || !interrupted_.insert(&download).second) {
+        return;
+    }
+    around_.status->sendUserNotification(
+        u"Download Interrupted"_s, links::localized("Download Interrupted"),
+        download.displayName() + links::spacedDashString() + failureSentence(*error, {}), false);
 }
 
 void QueueFollower::reflectEnd(engine::DQDownload& download) {
@@ -110,17 +141,22 @@ void QueueFollower::downloadWasRemoved(engine::DQDownload& download) {
     const engine::DownloadPtr kept = download.shared_from_this();
     disableAllDoneNotificationForDownload(download);
     around_.allDone._mayTriggerQuitOnAllDone = true;
+    if (download.isWithdrawn()) {
+        around_.removed.note(kept);
+    }
     if (around_.queue.isInBatch()) {
         leaving_.insert(&download);
         isStale_ = true;
         return;
     }
+    around_.removed.endStep();
     vanish(download, vanishInterval);
     around_.archive.write();
     downloadDidChange(download);
 }
 
 void QueueFollower::batchDidEnd() {
+    around_.removed.endStep();
     removeLeavingDownloads();
     if (std::exchange(isStale_, false)) {
         around_.archive.write();
@@ -211,7 +247,21 @@ void QueueFollower::vanishDownloads(const Downloads& downloads) {
 void QueueFollower::clearDownloads(engine::StatusMask mask) {
     Downloads cleared = around_.queue.downloadsMatchingStatusMask(mask);
     std::erase_if(cleared, [](const auto& download) { return download->holdsPartialData(); });
+    for (const engine::DownloadPtr& download : cleared) {
+        around_.removed.note(download);
+    }
     vanishDownloads(cleared);
+}
+
+void QueueFollower::undoRemoval() {
+    Downloads back;
+    {
+        const engine::DownloadQueue::Batch batch(around_.queue);
+        back = around_.removed.undo();
+        isStale_ = true;
+        around_.queue.touchBatch();
+    }
+    around_.controller.selectDownloads(back);
 }
 
 }  // namespace app

@@ -18,6 +18,7 @@ class Intake;
 class ListPresenter;
 class QueueArchive;
 class QueueView;
+class RemovedDownloads;
 class Rows;
 
 /// What follows when downloads change, end, leave or wait for a volume: rows, list, history, the
@@ -35,6 +36,7 @@ public:
         QueueView& view;
         ListPresenter& list;
         QueueArchive& archive;
+        RemovedDownloads& removed;
         Intake& intake;
         BatchProgress& batch;
         AllDone& allDone;
@@ -50,6 +52,8 @@ public:
     /// All of these statuses but what can still be gone on with, which stays until the user removes
     /// it.
     void clearDownloads(engine::StatusMask mask);
+    /// Takes the user's last removal back, and shows what came back.
+    void undoRemoval();
     /// Volumes may have come back.
     void mountsDidChange();
 
@@ -65,6 +69,7 @@ private:
     void volumeIsMissing(engine::DQDownload& download) override;
     void fileWasNotThrownAway(const QString& path) override;
 
+    void notifyInterruption(engine::DQDownload& download);
     void reflectEnd(engine::DQDownload& download);
     void removeLeavingDownloads();
     void vanish(engine::DQDownload& download, platform::Seconds delay);
@@ -73,6 +78,8 @@ private:
     const Surroundings around_;
     /// What a batch has removed.
     std::unordered_set<const engine::DQDownload*> leaving_;
+    /// The user was told so, and nothing has come since.
+    std::unordered_set<const engine::DQDownload*> interrupted_;
     /// A batch has changed more than it has added.
     bool isStale_ = false;
     MissingVolumes missingVolumes_;

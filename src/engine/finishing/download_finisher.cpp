@@ -1,10 +1,12 @@
 #include "engine/finishing/download_finisher.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdio>
 #include <numeric>
 
 #include "engine/acceleration/accelerator.h"
@@ -362,10 +364,29 @@ void DownloadFinisher::Job::moveToTarget() {
     }
 }
 
+/// The file was on its way when its row went: it waits where it came from, whole.
+void DownloadFinisher::keepForWithdrawn(const Job& job) {
+    const QString& source = job.pieces.front().path;
+    if (!job.moveError) {
+        QDir().mkpath(QFileInfo(source).path());
+        if (::rename(QFile::encodeName(job.target).constData(),
+                     QFile::encodeName(source).constData()) != 0) {
+            platform::log(u"%1 stays, though its row is gone"_s.arg(job.target));
+            return;
+        }
+    }
+    record_.userSettings().set(keys::expectedBytes, totalLength(job.pieces));
+}
+
 void DownloadFinisher::didMove(const std::shared_ptr<Job>& job) {
     constexpr int mostAttempts = 8;
     const QString& source = job->pieces.front().path;
     const std::optional<platform::Error>& error = job->moveError;
+    if (record_.isWithdrawn()) {
+        keepForWithdrawn(*job);
+        endJob();
+        return;
+    }
     if (record_.isBeingRemoved()) {
         QFile::remove(error ? source : job->target);
         endJob();
@@ -392,6 +413,7 @@ void DownloadFinisher::didMove(const std::shared_ptr<Job>& job) {
     if (error) {
         platform::log(failure);
         record_.context().environment.beep();
+        record_.userSettings().set(keys::leftBehind, true);
         endWithFile(movedOutOfPartialData(source, record_.context().environment));
         return;
     }

@@ -120,6 +120,7 @@ private:
     void didVerify(const std::shared_ptr<Job>& job);
     void move(const std::shared_ptr<Job>& job);
     void didMove(const std::shared_ptr<Job>& job);
+    void keepForWithdrawn(const Job& job);
     void endJob();
     void endCancelledJob();
     void endWithoutData();

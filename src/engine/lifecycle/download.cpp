@@ -308,6 +308,33 @@ void DQDownload::removeAndMoveToTrashIfDone(bool moveToTrash) {
     host_.downloadWasRemoved(*this);
 }
 
+void DQDownload::withdraw() {
+    const auto keep = shared_from_this();
+    wasUnfinished_ = matchesStatusMask(status(), unfinishedStatuses);
+    _isBeingRemoved = _isWithdrawn = true;
+    cancelArrangedResume();
+    if (wasUnfinished_) {
+        stopTransfer();
+        takePartialDataBack(*this);
+        changeStatus(DQDownloadStatusAborted, StatusCause::Removed);
+    }
+    host_.downloadWasRemoved(*this);
+}
+
+void DQDownload::takeBack() {
+    _isBeingRemoved = _isWithdrawn = false;
+    refusals_ = 0;
+    if (std::exchange(wasUnfinished_, false))
+        changeStatus(DQDownloadStatusPaused, StatusCause::Paused);
+}
+
+void DQDownload::giveUpData() {
+    _isWithdrawn = false;
+    finisher_.cancelForGood();
+    paths_.discardPartialDataInBackground();
+    dropPartialDataAside(*this);
+}
+
 /// The move may be a long copy.
 void DQDownload::throwAwayFile() {
     const QString file = findFile();

@@ -74,6 +74,13 @@ public:
     void remove() { removeAndMoveToTrashIfDone(false); }
     void removeAndMoveToTrash() { removeAndMoveToTrashIfDone(true); }
     void removeAndMoveToTrashIfDone(bool moveToTrash);
+    /// Leaves the queue like `remove`, but with all that has come: whoever keeps it can put it back
+    /// after `takeBack`, or has to `giveUpData`.
+    void withdraw();
+    /// It is wanted again: as it was if it had ended, or else paused.
+    void takeBack();
+    /// Deletes what a withdrawn download has kept, in the background.
+    void giveUpData();
 
     // Checksum.
 
@@ -202,6 +209,7 @@ private:
     int refusals_ = 0;
     SpaceWatch spaceWatch_;
     bool _isGettingDownloadPageSource = false;
+    bool wasUnfinished_ = false;  ///< Before it was withdrawn.
 };
 
 }  // namespace engine

@@ -165,6 +165,32 @@ std::size_t DownloadQueue::removeIf(const std::function<bool(DQDownload&)>& matc
     return count;
 }
 
+void DownloadQueue::putBack(const std::vector<Place>& places,
+                            const std::function<bool(const DQDownload&)>& counts) {
+    Downloads order;
+    order.reserve(_downloads.size() + places.size());
+    std::size_t counted = 0;
+    auto next = places.begin();
+    const auto putDue = [&](bool isEnd) {
+        for (; next != places.end() && (isEnd || next->index <= counted); ++next, ++counted)
+            order.push_back(next->download);
+    };
+    for (const DownloadPtr& present : _downloads) {
+        if (counts(*present)) {
+            putDue(false);
+            ++counted;
+        }
+        order.push_back(present);
+    }
+    putDue(true);
+    _downloads = std::move(order);
+    for (const Place& place : places) {
+        members_.insert(place.download.get());
+        tally_.add(*place.download, place.download->status());
+    }
+    membershipDidChange();
+}
+
 void DownloadQueue::setOrder(Downloads order) {
     Q_ASSERT(order.size() == _downloads.size());
     _downloads = std::move(order);

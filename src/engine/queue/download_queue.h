@@ -75,6 +75,14 @@ public:
     bool remove(DQDownload& download);
     /// Removes those for which `matches` answers true. How many there were.
     std::size_t removeIf(const std::function<bool(DQDownload&)>& matches);
+    /// Puts back downloads that were taken out, in ascending order of the indexes that they are to
+    /// have among themselves and those present of which `counts` answers true.
+    struct Place {
+        DownloadPtr download;
+        std::size_t index = 0;
+    };
+    void putBack(const std::vector<Place>& places,
+                 const std::function<bool(const DQDownload&)>& counts);
     /// The same downloads in another order.
     void setOrder(Downloads order);
     /// Moves those of `dragged` that are in the queue, together and in their order, to before the

@@ -112,6 +112,8 @@ public:
     /// Why the last transfer failed. Nothing: it did not, or another has begun.
     [[nodiscard]] const std::optional<platform::Error>& lastError() const { return lastError_; }
     [[nodiscard]] bool isBeingRemoved() const { return _isBeingRemoved; }
+    /// Being removed, or gone from the queue, with all that has come of it: it may be wanted back.
+    [[nodiscard]] bool isWithdrawn() const { return _isWithdrawn; }
     [[nodiscard]] bool autoResumeAfterSleep() const { return _autoResumeAfterSleep; }
     void setAutoResumeAfterSleep(bool resume) { _autoResumeAfterSleep = resume; }
     /// It waits for more than its turn: admission passes it over. For this run only.
@@ -126,6 +128,7 @@ protected:
     DQDownloadStatus _status = DQDownloadStatusPaused;
     bool _isInterrupted = false;
     bool _isBeingRemoved = false;
+    bool _isWithdrawn = false;
     std::optional<platform::Error> lastError_;
     bool isDebugLogged_ = false;
 

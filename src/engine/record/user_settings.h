@@ -88,6 +88,8 @@ inline const QString contentEncoding = QStringLiteral("Content Encoding");
 inline const QString partialFileNumber = QStringLiteral("Partial File Number");
 /// Bytes of the file that had come when the download last stopped; absent: none, or it runs.
 inline const QString keptBytes = QStringLiteral("Kept Bytes");
+/// The finished file could not be put where it was to go, and lies elsewhere.
+inline const QString leftBehind = QStringLiteral("Left Behind");
 /// Partial data that is in doubt while new data comes: "Resume Path" and what else belongs to it.
 inline const QString keptAside = QStringLiteral("Kept Aside");
 
@@ -109,6 +111,8 @@ inline const QString downloadPageTitle = QStringLiteral("Download Page Title");
 inline const QString url = QStringLiteral("URL");
 inline const QString paused = QStringLiteral("Paused");
 inline const QString resumePath = QStringLiteral("Resume Path");
+/// Its row is gone, from this place in the queue, and its data is still there to be wanted back.
+inline const QString removedFrom = QStringLiteral("Removed From");
 
 }  // namespace keys
 

@@ -56,6 +56,8 @@ void MainMenu::updateFolders() {
 
 void MainMenu::addEditMenu() {
     QMenu* menu = addMenu(translated("&Edit"));
+    actions_.addTo(*menu, Command::Undo);
+    menu->addSeparator();
     actions_.addTo(*menu, Command::Copy);
     actions_.addTo(*menu, Command::Paste);
     actions_.addTo(*menu, Command::Remove);

@@ -16,6 +16,7 @@ HistoryMenu::HistoryMenu(app::DQHistorian& historian, app::DQMainController& con
                          platform::UserDefaults& defaults, SearchField searchField, QWidget* parent)
     : HistoryListMenu(app::HistoryActions(controller), icons_, parent),
       historian_(historian),
+      controller_(controller),
       context_(controller.queue().context()),
       defaults_(defaults) {
     setTitle(translated("History"));
@@ -74,8 +75,12 @@ void HistoryMenu::populate() {
     }
     addDays(listing);
     addSeparator();
-    connect(addAction(translated("Clear History")), &QAction::triggered, &historian_,
-            &app::DQHistorian::clear);
+    connect(addAction(translated("Clear History")), &QAction::triggered, &historian_, [this] {
+        controller_.didRemove(translated("History cleared"),
+                              [&historian = historian_, cleared = historian_.clear()] {
+                                  historian.putBack(cleared);
+                              });
+    });
 }
 
 void HistoryMenu::keyPressEvent(QKeyEvent* event) {

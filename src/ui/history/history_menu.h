@@ -45,6 +45,7 @@ private:
     void addDays(const app::HistoryListing& listing);
 
     app::DQHistorian& historian_;
+    app::DQMainController& controller_;
     const engine::Context& context_;
     platform::UserDefaults& defaults_;
     HistoryIcons icons_;

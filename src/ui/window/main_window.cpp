@@ -21,6 +21,7 @@
 #include "app/settings.h"
 #include "app/status/queue_status.h"
 #include "engine/lifecycle/download.h"
+#include "links/text/typography.h"
 #include "platform/base/user_defaults.h"
 #include "ui/commands/command_actions.h"
 #include "ui/commands/main_menu.h"
@@ -61,7 +62,7 @@ MainWindow::MainWindow(app::Commands& commands)
 
     platform::UserDefaults& defaults = commands.surroundings().defaults;
     frame_ = std::make_unique<WindowFrame>(*this, *downloadList, defaults);
-    frame_->restore();
+    frame_->restore(usualSize());
     rubber_ = std::make_unique<RubberWindow>(*this, *downloadList, defaults);
     observation_ = defaults.observe([this, &defaults](const QString& key) {
         if (key == app::settings::toolbarFilterCriterion.name()) {
@@ -70,9 +71,17 @@ MainWindow::MainWindow(app::Commands& commands)
     });
     downloadList->setFocus();
     updateStatus();
+    offerUndo(controller_.lastRemoval());
 }
 
 MainWindow::~MainWindow() = default;
+
+QSize MainWindow::usualSize() const {
+    constexpr int width = 640, shownRows = 9;
+    const int around = menuBar()->sizeHint().height() + toolbar_->sizeHint().height() +
+                       statusBar()->sizeHint().height();
+    return {width, around + shownRows * downloadList->rowHeight()};
+}
 
 void MainWindow::makeContents() {
     toolbarFilterScopeBar =
@@ -88,10 +97,13 @@ void MainWindow::makeContents() {
     auto* layout = new QVBoxLayout(contents);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    notices_ = new NoticeBars(contents);
+    notices_ = new NoticeBars(Qt::TopEdge, contents);
+    removals_ = new NoticeBars(Qt::BottomEdge, contents);
     layout->addWidget(notices_);
     layout->addWidget(toolbarFilterScopeBar);
     layout->addWidget(downloadList);
+    layout->addWidget(removals_);
+    connect(&controller_, &app::DQMainController::removalsChanged, this, &MainWindow::offerUndo);
     setCentralWidget(contents);
 
     toolbar_ = new MainToolbar(commands_, this);
@@ -121,6 +133,10 @@ void MainWindow::connectList() {
     connect(downloadList, &DQDownloadList::selectionMade, this,
             [this](const QList<qsizetype>& rows) { controller_.selectionDidChange(rows); });
     connect(downloadList, &DQDownloadList::contextMenuWanted, this, &MainWindow::showContextMenu);
+    connect(downloadList, &DQDownloadList::pasteWanted, this,
+            [this] { commands_.perform(Command::Paste); });
+    connect(downloadList, &DQDownloadList::addWanted, this,
+            [this] { commands_.perform(Command::OpenURL); });
     connect(downloadList, &DQDownloadList::removeWanted, this,
             [this] { commands_.perform(Command::Remove); });
     connect(downloadList, &DQDownloadList::pauseToggleWanted, this, [this] {
@@ -152,12 +168,24 @@ void MainWindow::setFilterText(const QString& text) {
 void MainWindow::updateStatus() {
     const app::QueueStatus status = controller_.queueStatus();
     statusField->setText(status.text);
-    totalsField->setText(status.totals);
+    totalsField->setText(links::stringWithDashesForHyphens(status.totals));
     setWindowTitle(status.shortTotals.isEmpty() ? u"Orlop[*]"_s
                                                 : status.shortTotals + u" – Orlop[*]"_s);
     clearButton->setVisible(status.canClear);
     clearButton->setEnabled(status.canClear);
     setWindowModified(status.isDocumentEdited);
+    downloadList->setFilteredOut(controller_.isFiltering() &&
+                                 controller_.numberOfHiddenDownloads() > 0);
+}
+
+void MainWindow::offerUndo(const QString& removed) {
+    const auto matter = u"removed"_s;
+    if (removed.isEmpty()) {
+        removals_->take(matter);
+        return;
+    }
+    removals_->show(
+        {matter, removed, translated("Undo"), [this] { commands_.perform(Command::Undo); }, 10s});
 }
 
 /// What was given once more is shown where it stands already.

@@ -52,11 +52,14 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    /// Of the first window.
+    [[nodiscard]] QSize usualSize() const;
     void makeContents();
     void makeStatusLine();
     void connectList();
     void setFilterText(const QString& text);
     void updateStatus();
+    void offerUndo(const QString& removed);
     void showKnown(const std::vector<std::shared_ptr<engine::DQDownload>>& downloads);
     void showContextMenu(int row, const QPoint& position);
 
@@ -65,6 +68,7 @@ private:
     DQDownloadList* downloadList;
     ScopeBar* toolbarFilterScopeBar = nullptr;
     NoticeBars* notices_ = nullptr;
+    NoticeBars* removals_ = nullptr;
     MainToolbar* toolbar_ = nullptr;
     QLabel* statusField = nullptr;
     QLabel* totalsField = nullptr;

@@ -5,8 +5,10 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QStyle>
+#include <QTimer>
 #include <QToolButton>
 
+#include "ui/art/hairline.h"
 #include "ui/art/theme.h"
 #include "ui/text.h"
 
@@ -15,19 +17,23 @@ namespace {
 
 class Bar final : public QWidget {
 public:
-    using QWidget::QWidget;
+    Bar(Qt::Edge edge, QWidget* parent) : QWidget(parent), edge_(edge) {}
 
 protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         painter.fillRect(rect(), palette().toolTipBase());
-        painter.fillRect(0, height() - 1, width(), 1, separatorColor(palette()));
+        const QRect line = edge_ == Qt::TopEdge ? rect() : QRect(0, 0, width(), 1);
+        paintHairlineBelow(painter, line, separatorColor(palette()));
     }
+
+private:
+    const Qt::Edge edge_;
 };
 
 }  // namespace
 
-NoticeBars::NoticeBars(QWidget* parent) : QWidget(parent) {
+NoticeBars::NoticeBars(Qt::Edge edge, QWidget* parent) : QWidget(parent), edge_(edge) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
@@ -40,6 +46,20 @@ void NoticeBars::show(const Notice& notice) {
     layout()->addWidget(bar);
     bars_.insert(notice.matter, bar);
     setVisible(true);
+    if (notice.duration.count() > 0) {
+        takeAfter(notice.duration, notice.matter);
+    }
+}
+
+void NoticeBars::takeAfter(std::chrono::milliseconds duration, const QString& matter) {
+    QWidget* bar = bars_.value(matter);
+    QTimer::singleShot(duration, bar, [this, bar, matter] {
+        if (bar->underMouse()) {
+            takeAfter(std::chrono::seconds(1), matter);
+        } else if (bars_.value(matter) == bar) {
+            take(matter);
+        }
+    });
 }
 
 void NoticeBars::take(const QString& matter) {
@@ -51,7 +71,7 @@ void NoticeBars::take(const QString& matter) {
 }
 
 QWidget* NoticeBars::makeBar(const Notice& notice) {
-    auto* bar = new Bar(this);
+    auto* bar = new Bar(edge_, this);
     bar->setObjectName(notice.matter);
     auto* layout = new QHBoxLayout(bar);
     layout->setContentsMargins(8, 4, 6, 5);

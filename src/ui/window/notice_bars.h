@@ -2,6 +2,7 @@
 
 #include <QHash>
 #include <QWidget>
+#include <chrono>
 #include <functional>
 
 namespace ui {
@@ -18,9 +19,12 @@ public:
         QString text;
         QString button;
         std::function<void()> act;
+        /// It goes by itself after so long, but not from under the pointer. 0: it stays.
+        std::chrono::milliseconds duration{0};
     };
 
-    explicit NoticeBars(QWidget* parent);
+    /// `edge`: where it lies in its window, whose contents begin on its other side.
+    explicit NoticeBars(Qt::Edge edge, QWidget* parent);
 
     void show(const Notice& notice);
     void take(const QString& matter);
@@ -28,6 +32,9 @@ public:
 private:
     [[nodiscard]] QWidget* makeBar(const Notice& notice);
 
+    void takeAfter(std::chrono::milliseconds duration, const QString& matter);
+
+    const Qt::Edge edge_;
     QHash<QString, QWidget*> bars_;
 };
 
