@@ -225,9 +225,10 @@ QString StatusTexts::statusDescriptionWithLiveDetails(DQDownload& download, bool
         case engine::DQDownloadStatusPaused:
             break;
     }
-    const QString text = download.status() == engine::DQDownloadStatusQueued
-                             ? waitingText(download, live)
-                             : stoppedText(download, live);
+    const QString text =
+        download.status() == engine::DQDownloadStatusQueued ? waitingText(download, live)
+        : download.isWrongFile() ? withDetail(localized("Paused"), checksumText(download))
+                                 : stoppedText(download, live);
     return live && !download.userSettings().contains(keys::responseURL) ? decorated(text, download)
                                                                         : text;
 }

@@ -74,9 +74,9 @@ void DQDownloadCell::reflectDownload(app::Rows& rows, engine::DQDownload& downlo
     _canPerformAction2 = rows.canPerformAction(download, engine::DQDownloadActionRemove);
     _highlightedActionButtonIndex = rows.highlightedActionButtonIndex(download);
     primary_ = app::primaryAction(download);
-    trouble_ = status == engine::DQDownloadStatusAborted ? Trouble::Failed
-               : _isPaused && download.isInterrupted()   ? Trouble::Interrupted
-                                                         : Trouble::None;
+    trouble_ = status == engine::DQDownloadStatusAborted || download.isWrongFile() ? Trouble::Failed
+               : _isPaused && download.isInterrupted() ? Trouble::Interrupted
+                                                       : Trouble::None;
     isLive_ = live;
     _icon = download.icon();
     name_ = download.displayName();
@@ -87,7 +87,8 @@ void DQDownloadCell::reflectTexts(const app::StatusTexts& texts, engine::DQDownl
     progress_ = {};
     bytes_.clear();
     isLengthUnknown_ = false;
-    if (isLive_ && download.status() == engine::DQDownloadStatusDownloading) {
+    if (isLive_ && download.status() == engine::DQDownloadStatusDownloading &&
+        !download.isVerifying()) {
         progress_ = texts.progress(download);
         isLengthUnknown_ = !progress_.bytes.isEmpty() && progress_.percent.isEmpty();
         _statusDescription = links::stringWithDashesForHyphens(
