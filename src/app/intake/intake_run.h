@@ -42,11 +42,11 @@ public:
     void stop() { isOver_ = true; }
 
     /// How many downloads were made.
-    [[nodiscard]] qsizetype count() const { return count_; }
+    [[nodiscard]] qsizetype count() const { return static_cast<qsizetype>(made_.size()); }
     /// Whether a new record has taken the place of one in the list, which counts as none made.
     [[nodiscard]] bool hasReplaced() const { return hasReplaced_; }
-    /// The names of the first ones of them.
-    [[nodiscard]] const QStringList& names() const { return names_; }
+    /// They themselves.
+    [[nodiscard]] const Downloads& made() const { return made_; }
 
 private:
     /// Whether the list of addresses in hand goes on.
@@ -66,7 +66,7 @@ private:
     Progress openRequestFile(const platform::Url& url);
     Progress addDownload(const platform::Url& url);
     [[nodiscard]] engine::DownloadPtr appendDownload(const platform::Url& url);
-    void didAdd(const engine::DQDownload& download);
+    void didAdd(const engine::DownloadPtr& download);
 
     /// False: the user cancelled.
     bool chooseDestination(engine::DQDownload& download, const platform::Url& url);
@@ -90,9 +90,8 @@ private:
     bool asksForFolder_;
     const bool autoStart_;
     bool isOver_ = false;
-    qsizetype count_ = 0;
     bool hasReplaced_ = false;
-    QStringList names_;
+    Downloads made_;
 };
 
 }  // namespace app
