@@ -650,6 +650,26 @@
         </message>
         <message>
             <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The server does not give this file out.</source>
+            <translation>Der Server gibt diese Datei nicht heraus.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The server does not have this file any more.</source>
+            <translation>Der Server hat diese Datei nicht mehr.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The server does not have this file.</source>
+            <translation>Der Server hat diese Datei nicht.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The server has a fault. Try again later.</source>
+            <translation>Der Server hat eine Störung. Versuchen Sie es später noch einmal.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
             <source>The server refused the connection. Try again later.</source>
             <translation>Der Server hat die Verbindung abgelehnt. Versuchen Sie es später noch einmal.</translation>
         </message>
@@ -1039,6 +1059,11 @@ Möchten Sie jetzt wirklich beenden?</translation>
             <translation>Download fehlgeschlagen</translation>
         </message>
         <message>
+            <location filename="../../src/app/queue/queue_follower.cpp" />
+            <source>Download Interrupted</source>
+            <translation>Download unterbrochen</translation>
+        </message>
+        <message>
             <location filename="../../src/app/queue/removed_downloads.cpp" />
             <source>Removed %@</source>
             <translation>%@ entfernt</translation>
@@ -1142,6 +1167,11 @@ Möchten Sie jetzt wirklich beenden?</translation>
             <location filename="../../src/app/rows/status_text.cpp" />
             <source>Interrupted</source>
             <translation>Unterbrochen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/status_text.cpp" />
+            <source>Lies in %@</source>
+            <translation>Liegt in %@</translation>
         </message>
         <message>
             <location filename="../../src/app/rows/status_text.cpp" />
@@ -1818,6 +1848,21 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>Downloads</translation>
         </message>
         <message>
+            <location filename="../../src/ui/list/empty_list_offers.cpp" />
+            <source>Add Addresses…</source>
+            <translation>Adressen hinzufügen …</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/list/empty_list_offers.cpp" />
+            <source>Paste</source>
+            <translation>Einfügen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/list/empty_list_offers.cpp" />
+            <source>or paste them with %@</source>
+            <translation>oder mit %@ einfügen</translation>
+        </message>
+        <message>
             <location filename="../../src/ui/list/empty_list_text.cpp" />
             <source>Drag URLs Here</source>
             <translation>URLs hierher ziehen</translation>
@@ -1841,6 +1886,41 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/list/row_texts.cpp" />
             <source>Double-click to reveal target file</source>
             <translation>Doppelklick zeigt die Zieldatei</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/list/row_texts.cpp" />
+            <source>Go on after %@</source>
+            <translation>Nach %@ weitermachen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/list/row_texts.cpp" />
+            <source>Pause</source>
+            <translation>Anhalten</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/list/row_texts.cpp" />
+            <source>Remove from the list, keeps the file</source>
+            <translation>Aus der Liste entfernen, die Datei bleibt</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/list/row_texts.cpp" />
+            <source>Remove, deletes %@</source>
+            <translation>Entfernen, löscht %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/list/row_texts.cpp" />
+            <source>Start</source>
+            <translation>Starten</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/list/row_texts.cpp" />
+            <source>Try again</source>
+            <translation>Erneut versuchen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/list/row_texts.cpp" />
+            <source>Try again, goes on after %@</source>
+            <translation>Erneut versuchen, macht nach %@ weiter</translation>
         </message>
         <message>
             <location filename="../../src/ui/log/log_find_bar.cpp" />

@@ -76,8 +76,10 @@ DQMainController::Parts::Parts(DQMainController& owner, const Surroundings& give
       follower({owner, given.loop, given.defaults, given.frontEnd, queue, rows, view, list, archive,
                 removed, intake, batch, allDone, status, history}),
       queue({given.defaults, given.loop, given.disks, given.environment, rules}, follower),
-      rows({queue, given.workspace, given.frontEnd,
-            [this](engine::DQDownload& download) { follower.removeDownload(download); }}),
+      rows(
+          {queue, given.workspace, given.frontEnd,
+           [this](engine::DQDownload& download) { follower.removeDownload(download); },
+           [&owner](engine::DQDownload& download) { owner.retry({download.shared_from_this()}); }}),
       view(queue, given.defaults),
       drag(queue, view, rows.vanishing(), given.defaults),
       list({view, given.frontEnd.list, given.loop, given.defaults,

@@ -331,7 +331,13 @@ void Commands::withdraw(const QVariantList& arguments, const Reply& reply) {
         reply.fail(CommandError::InvalidArgument, u"this is no id"_s);
         return;
     }
-    handOvers_.withdraw(id, [reply](bool isWithdrawn) { reply.send({isWithdrawn}); });
+    handOvers_.withdraw(id, [reply](std::optional<bool> isWithdrawn) {
+        if (isWithdrawn) {
+            reply.send({*isWithdrawn});
+        } else {
+            reply.fail(CommandError::NotSaved, u"it is gone, but that cannot be saved"_s);
+        }
+    });
 }
 
 void Commands::browserFilter(const QVariantList&, const Reply& reply) {

@@ -93,7 +93,8 @@ TEST_F(RowsTest, SaysWhatDoesNotRun) {
     // What a row has kept, as it was written down when it stopped.
     download->setIntermediateDownloadTargetPath(folder.filePath(u"a.orlop/a"_s));
     download->userSettings().set(keys::keptBytes, 1'500'000);
-    EXPECT_EQ(text(*download), u"Interrupted \u2014 1.5 MB kept"_s);
+    EXPECT_EQ(text(*download),
+              u"Interrupted \u2014 1.5 MB kept \u2014 The disk reports an error."_s);
     download->userSettings().set(keys::expectedBytes, 4'000'000);
     EXPECT_EQ(text(*download, false), u"Interrupted \u2014 1.5 of 4 MB kept"_s);
     end(*download, DQDownloadStatusAborted);
@@ -102,6 +103,8 @@ TEST_F(RowsTest, SaysWhatDoesNotRun) {
     EXPECT_EQ(text(*download, false), u"Aborted \u2014 503 \u2014 1.5 of 4 MB kept"_s);
     download->paths().setIntermediateDownloadTargetPath({});
     EXPECT_EQ(text(*download, false), u"Aborted \u2014 503"_s);
+    EXPECT_EQ(text(*download),
+              u"Aborted \u2014 503 \u2014 The server has a fault. Try again later."_s);
     end(*download, DQDownloadStatusDone);
     EXPECT_EQ(text(*download), u"Complete \u2014 just now"_s);
 }
@@ -195,7 +198,9 @@ TEST_F(RowsTest, ButtonsFollowTheStatus) {
     EXPECT_EQ(calls, (QStringList{u"reveal done.txt"_s, u"open done.txt"_s}));
     end(*download, DQDownloadStatusAborted);
     actions.perform(*download, DQDownloadActionPrimary);
-    EXPECT_EQ(frontEnd.beeps, 3);
+    const auto again = controller->downloads().front();
+    EXPECT_NE(again, download);
+    EXPECT_EQ(again->originalURLString(), u"http://a.example/a"_s);
 }
 
 /// A row that is drawn does not ask the disk: what it shows was found out in the background.

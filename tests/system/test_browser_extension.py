@@ -42,7 +42,8 @@ class ExtensionTests:
                                    "media", "selected", "worker")]
 
     def setUp(self):
-        self.page = self.browser.open(self.site.url("/page"))
+        self.address = self.site.url(f"/page?{self.id()}")
+        self.page = self.browser.open(self.address)
 
     def settings(self, **changes):
         before = self.browser.ask_extension("(names) => api.storage.local.get(names)",
@@ -63,6 +64,10 @@ class ExtensionTests:
                 self.assert_in_orlop(f"{kind}.bin")
 
     def test_cookies_of_private_windows_and_of_frames(self):
+        # Browsers draw a frame only when it is in sight.
+        wait_until(lambda: self.browser.evaluate(self.page, """() => {
+            document.getElementById("frame").scrollIntoView({ block: "center" });
+            return document.body.dataset.hasFrame; }"""), what="the frame")
         self.browser.click_in_frame(self.page, "frame")
         self.assert_in_orlop("frame.bin")
         address = self.site.url("/page?visitor=private")
@@ -70,7 +75,8 @@ class ExtensionTests:
             "async (url) => { await api.windows.create({ url, incognito: true }); }", address)
         private = self.browser.page_at("visitor=private")
         wait_until(lambda: self.browser.evaluate(
-            private, "() => document.readyState === 'complete'"), what="the private window")
+            private, "() => document.readyState === 'complete' && document.links.length > 0"),
+            what="the private window")
         self.browser.click(private, "mine-mine.bin")
         self.assert_in_orlop("mine.bin")
         kept = self.browser.ask_extension("() => api.storage.local.get(null)")
@@ -115,12 +121,13 @@ class ExtensionTests:
         finally:
             os.kill(process, signal.SIGCONT)
         self.assert_in_browser("slow.bin")
-        self.assertEqual(self.home.queue(), [])
+        wait_until(lambda: not self.home.queue(), what="the withdrawal")
+        self.assert_in_browser("slow.bin")
 
     def test_the_picker(self):
         tab = self.browser.ask_extension(
             "async (url) => (await api.tabs.query({})).find((tab) => tab.url === url).id",
-            self.site.url("/page"))
+            self.address)
         self.browser.ask_extension(
             "(tabId) => { api.runtime.sendMessage({ do: 'pick', tabId }); }", tab)
         picker = self.browser.page_at("picker.html")

@@ -11,7 +11,7 @@ from pathlib import Path
 
 from support.bus import mock_interpreter
 from support.home import DEADLINE, Home, wait_until
-from support.native_host import HOST, STAND_IN, NativeHost, bus_with_service
+from support.native_host import HOST, STAND_IN, NativeHost, bus_with_service, read_services_again
 
 ADDRESS = "http://127.0.0.1/x.bin"
 
@@ -87,9 +87,8 @@ class BrowserHostTest(unittest.TestCase):
         self.assertEqual(self.records(), ["saved"])
 
     def test_nobody_there(self):
-        (self.home.root / "data/dbus-1/services/com.tarnworks.Orlop.service").unlink()
-        self.bus.call("org.freedesktop.DBus", "/org/freedesktop/DBus",
-                      "org.freedesktop.DBus.ReloadConfig")
+        (self.bus.folder / "services/com.tarnworks.Orlop.service").unlink()
+        read_services_again(self.bus)
         host = self.host()
         self.assertEqual(host.hand_over("nobody"), "unreachable")
         self.assertEqual(host.ask("filter")["error"], "unreachable")

@@ -35,6 +35,10 @@ class HostileTest(SystemTest):
             "trailers-endless": lambda: itertools.chain(
                 [CHUNKED, b"2\r\nxy\r\n0\r\n"],
                 (b"X-%d: " % i + b"x" * KIB + b"\r\n" for i in itertools.count())),
+            "extension-endless": lambda: itertools.chain([CHUNKED, b"2;"],
+                                                         itertools.repeat(b"x" * KIB)),
+            "extensions-endless": lambda: itertools.chain(
+                [CHUNKED], itertools.repeat(b"1;" + b"x" * 60 * KIB + b"\r\nx\r\n")),
             "error-endless": lambda: itertools.chain(
                 [b"HTTP/1.1 404 Not Found\r\n\r\n"], itertools.repeat(b"x" * KIB)),
             "line-endless": lambda: itertools.chain([OK, b"X: "], itertools.repeat(b"x" * KIB)),

@@ -71,8 +71,9 @@ class KilledAheadOfTheDiskTest(KillingTest):
             "LD_PRELOAD": os.environ["ORLOP_SLOW_DISK"], **environment})
 
     def lose_first_bytes(self, *settings, folder="", **more):
-        source = self.serve("early.bin", 6 * MIB)
-        address = self.server.url("/rate/2000000/early.bin")
+        # Slow enough that four connections are far from the end when the kill comes.
+        source = self.serve("early.bin", 4 * MIB)
+        address = self.server.url("/rate/600000/early.bin")
         self.queue_only(address, **more)
         folder = self.home.downloads / folder
         process = self.start(*settings, SLOW_SYNC_MICROSECONDS="30000000")

@@ -15,6 +15,7 @@ BAR = "━"
 class TerminalTest(SystemTest):
     def assert_screen_was_well_treated(self, session):
         self.assertEqual(session.screen.unknown, [])
+        self.assertTrue(session.screen.shows_cursor)
         self.assertTrue(session.screen.wraps, "the terminal's wrapping was left off")
         self.assertEqual(session.screen.column, 0)
 

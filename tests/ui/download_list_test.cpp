@@ -4,17 +4,23 @@
 
 #include <QAbstractItemModelTester>
 #include <QApplication>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <algorithm>
+#include <cerrno>
 
 #include "app/rows/rows.h"
+#include "engine/record/user_settings.h"
 #include "platform/base/user_defaults.h"
 #include "support/main_loop.h"
 #include "support/memory_front_end.h"
 #include "support/memory_queue.h"
+#include "ui/art/contrast.h"
+#include "ui/art/theme.h"
 #include "ui/list/download_list_model.h"
+#include "ui/list/row_texts.h"
 #include "ui/list/vanishing_rows.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -78,7 +84,8 @@ protected:
     support::MemoryFrontEnd frontEnd;
     app::Workspace workspace;
     app::Rows state{{owner.queue, workspace, frontEnd.frontEnd(),
-                     [this](engine::DQDownload& download) { owner.queue.remove(download); }}};
+                     [this](engine::DQDownload& download) { owner.queue.remove(download); },
+                     [this](engine::DQDownload& download) { owner.queue.retry(download, true); }}};
     std::unique_ptr<ui::DQDownloadList> list;
 };
 
@@ -189,6 +196,117 @@ TEST_F(DownloadListTest, KeysGoToTheSameDownloadAfterRowsWereMoved) {
     order.erase(order.begin());
     list->reloadRows(std::make_shared<ui::DownloadListModel::Rows>(order), {2});
     EXPECT_EQ(list->currentIndex().row(), 2);
+}
+
+TEST_F(DownloadListTest, ButtonsSayWhatTheyWillDoAndTakeThePointerAround) {
+    const engine::DownloadPtr row = owner.add(u"http://a.example/long.bin"_s);
+    reload();
+    const auto tip = [&](unsigned index) { return ui::actionToolTip(*row, index); };
+    EXPECT_EQ(tip(1), u"Start"_s);
+    EXPECT_EQ(tip(2), u"Remove"_s);
+    row->setIntermediateDownloadTargetPath(folder.filePath(u"long.bin.orlop/long.bin"_s));
+    row->userSettings().set(engine::keys::keptBytes, 12'000'000);
+    EXPECT_EQ(tip(1), u"Go on after 12 MB"_s);
+    EXPECT_EQ(tip(2), u"Remove, deletes 12 MB"_s);
+    row->addToQueue();
+    row->interrupt(platform::posixError(EIO));
+    EXPECT_EQ(tip(1), u"Try again, goes on after 12 MB"_s);
+    const QString said =
+        list->rows().data(list->rows().index(0), Qt::AccessibleTextRole).toString();
+    EXPECT_TRUE(said.contains(u"The disk reports an error."_s)) << qPrintable(said);
+
+    const ui::RowGeometry geometry(list->font());
+    for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        const QRect frame = list->visualRect(list->rows().index(0));
+        const QRect first = geometry.areaOfActionButtonWithIndex(1, frame, direction);
+        const QRect second = geometry.areaOfActionButtonWithIndex(2, frame, direction);
+        EXPECT_FALSE(first.intersects(second));
+        for (const unsigned index : {1U, 2U}) {
+            const QRect area = geometry.areaOfActionButtonWithIndex(index, frame, direction);
+            EXPECT_TRUE(area.width() >= 22 && area.height() >= 22);
+            EXPECT_TRUE(
+                area.contains(geometry.frameForActionButtonWithIndex(index, frame, direction)));
+        }
+    }
+}
+
+TEST_F(DownloadListTest, FailedRowsAreTriedAgainByTheirButton) {
+    const engine::DownloadPtr failed = owner.add(u"http://a.example/gone"_s, true);
+    failed->becomeDownloading();
+    failed->abort();
+    reload();
+    QTest::mouseClick(viewport(), Qt::LeftButton, {}, buttonCentre(0, 1));
+    ASSERT_EQ(owner.queue.downloads().size(), 1U);
+    EXPECT_NE(owner.queue.downloads().front(), failed);
+    EXPECT_EQ(owner.queue.downloads().front()->status(), engine::DQDownloadStatusQueued);
+}
+
+TEST_F(DownloadListTest, EmptyListOffersOtherWaysWhereThereIsRoom) {
+    auto* offers = list->findChild<QWidget*>(u"emptyListOffers"_s);
+    EXPECT_TRUE(offers->isVisible());
+    EXPECT_TRUE(viewport()->rect().contains(offers->geometry()));
+    const QSignalSpy paste(list.get(), &ui::DQDownloadList::pasteWanted);
+    offers->findChild<QPushButton*>()->click();
+    EXPECT_EQ(paste.count(), 1);
+    list->setFilteredOut(true);
+    EXPECT_FALSE(offers->isVisible());
+    list->setFilteredOut(false);
+    list->resize(400, 80);
+    EXPECT_FALSE(offers->isVisible());
+    list->resize(400, 300);
+    fill(1);
+    EXPECT_FALSE(offers->isVisible());
+}
+
+TEST(RowGeometry, WideRowsHaveColumnsThatMissTheButtons) {
+    const ui::RowGeometry geometry((QFont()));
+    using Column = ui::RowGeometry::Column;
+    EXPECT_FALSE(geometry.hasColumns({0, 0, 599, 40}));
+    const QRect row(0, 0, 640, geometry.rowHeight());
+    ASSERT_TRUE(geometry.hasColumns(row));
+    for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        const QRect texts = geometry.textFrameForCellFrame(row, 2, direction);
+        QRect before;
+        int width = 0;
+        for (const Column column : {Column::Percent, Column::Rate, Column::TimeLeft}) {
+            const QRect frame = geometry.columnFrame(column, row, texts, direction);
+            EXPECT_FALSE(frame.intersects(before));
+            EXPECT_TRUE(frame.left() >= texts.left() && frame.right() <= texts.right());
+            before = frame;
+            width += frame.width();
+        }
+        EXPECT_EQ(width, geometry.columnsWidth());
+    }
+}
+
+TEST(RowColors, TextsCanBeReadOnAllThatIsBehindThem) {
+    QPalette light;
+    light.setColor(QPalette::Base, Qt::white);
+    light.setColor(QPalette::Text, Qt::black);
+    light.setColor(QPalette::Highlight, QColor(0x30, 0x8c, 0xc6));
+    light.setColor(QPalette::HighlightedText, Qt::white);
+    for (const QPalette& palette : {light, ui::darkPalette()}) {
+        for (int style = 0; style < 4; ++style) {
+            for (int state = 0; state < 4; ++state) {
+                const auto kind = static_cast<ui::ProgressBarStyle>(style);
+                const ui::RowColors row = ui::rowColors(palette, kind, state % 2 > 0, state > 1);
+                std::vector<QColor> grounds{row.background};
+                if (style < 2)
+                    grounds.insert(grounds.end(), {row.moving.top, row.moving.bottom,
+                                                   row.stopped.top, row.stopped.bottom});
+                for (const QColor& ground : grounds)
+                    for (const QColor& ink : {row.name, row.note, row.interrupted, row.failed})
+                        EXPECT_GE(ui::contrast(ink, ground), 4.5)
+                            << qPrintable(ink.name() + u" on "_s + ground.name());
+            }
+        }
+    }
+    EXPECT_NEAR(ui::contrast(Qt::black, Qt::white), 21, 0.01);
+}
+
+TEST(RowTexts, ToolTipsWrapBetweenWordsAndWithinAddresses) {
+    EXPECT_EQ(ui::wrapped(u"one two three"_s, 8), u"one two\nthree"_s);
+    EXPECT_EQ(ui::wrapped(u"http://host/path\nx"_s, 10), u"http://hos\nt/path\nx"_s);
 }
 
 TEST_F(DownloadListTest, CollapsesVanishingRowsTogether) {

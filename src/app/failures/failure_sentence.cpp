@@ -183,6 +183,25 @@ QString failureSentence(const Error& error, const FailureCircumstances& circumst
     return detailed.isEmpty() ? localized(cause->sentence) : detailed;
 }
 
+QString refusalSentence(const engine::DQDownload& download) {
+    if (download.status() != engine::DQDownloadStatusAborted)
+        return {};
+    const int code = download.userSettings().value(engine::keys::statusCode).toInt();
+    switch (code) {
+        case 401:
+        case 407:
+            return localized("A name and a password are needed.");
+        case 403:
+            return localized("The server does not give this file out.");
+        case 404:
+            return localized("The server does not have this file.");
+        case 410:
+            return localized("The server does not have this file any more.");
+        default:
+            return code >= 500 ? localized("The server has a fault. Try again later.") : QString();
+    }
+}
+
 QString failureSentence(engine::DQDownload& download) {
     const auto& error = download.lastError();
     if (!error)

@@ -73,6 +73,15 @@ bool isWithoutData(const QFileInfo& entry) {
     return platform::fileSize(entry.filePath()) == 0;
 }
 
+/// Of the same download, which had put the other's data aside.
+bool isSuccessor(const QVariantMap& successor, const QVariantMap& archive) {
+    const QString aside =
+        successor.value(keys::keptAside).toMap().value(keys::resumePath).toString();
+    return !aside.isEmpty() &&
+           platform::expandTilde(aside) ==
+               platform::expandTilde(archive.value(keys::resumePath).toString());
+}
+
 /// With what a download leaves there that had only just begun.
 bool removeIfEmpty(const QString& container) {
     platform::TemporaryFile::removeStrays(QFile::encodeName(container));
@@ -102,7 +111,7 @@ QStringList foldersOfDownloads(const platform::UserDefaults& defaults,
 
 QVariantMap OrphanedContainers::completed(const QVariantMap& archive) {
     if (archive.contains(keys::responseURL)) {
-        return archive;
+        return succeeded(archive);
     }
     read();
     if (const QString folder = chosenFolder(archive); !folder.isEmpty()) {
@@ -114,6 +123,17 @@ QVariantMap OrphanedContainers::completed(const QVariantMap& archive) {
     }
     completed.insert(keys::paused, archive.value(keys::paused));
     return completed;
+}
+
+/// A download that had begun anew beside its old data goes on with the new.
+QVariantMap OrphanedContainers::succeeded(const QVariantMap& archive) {
+    read();
+    QVariantMap successor = archives_.value(identity(archive));
+    if (!isSuccessor(successor, archive)) {
+        return archive;
+    }
+    successor.insert(keys::paused, archive.value(keys::paused));
+    return successor;
 }
 
 std::vector<OrphanedContainers::Container> OrphanedContainers::unclaimed(
@@ -139,6 +159,11 @@ std::vector<OrphanedContainers::Container> OrphanedContainers::unclaimed(
             continue;
         }
         const QByteArray key = identity(container.archive);
+        // An attempt that came to nothing, of a download that goes on with another one.
+        if (identities.contains(key) && container.archive.contains(keys::keptAside)) {
+            engine::removePartialFiles(dataPath(container));
+            continue;
+        }
         if (!key.isEmpty() && !identities.contains(key) &&
             platform::pathExists(dataPath(container))) {
             identities.insert(key);

@@ -30,6 +30,7 @@ public:
     [[nodiscard]] std::vector<Container> unclaimed(const engine::Downloads& downloads);
 
 private:
+    [[nodiscard]] QVariantMap succeeded(const QVariantMap& archive);
     void read();
     void read(const QString& folder);
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "app/commands/bulk_commands.h"
+#include "app/failures/failure_sentence.h"
 #include "app/intake/intake.h"
 #include "app/main_controller.h"
 #include "app/queue/batch_progress.h"
@@ -13,6 +14,7 @@
 #include "app/settings.h"
 #include "engine/settings.h"
 #include "links/text/localization.h"
+#include "links/text/typography.h"
 #include "platform/base/log.h"
 #include "platform/files/files.h"
 
@@ -50,6 +52,7 @@ void QueueFollower::queueDidChange() {
 void QueueFollower::downloadDidLeave(const engine::DQDownload& download) {
     around_.rows.forget(download);
     leaving_.erase(&download);
+    interrupted_.erase(&download);
 }
 
 /// What follows from it for others; how it looks follows at the end of a batch for all at once.
@@ -68,6 +71,9 @@ void QueueFollower::statusDidChange(const engine::StatusChange& change) {
         (change.cause == StatusCause::Removed && wasActive)) {
         around_.batch.decrementLongTermNumberOfQueuedOrDownloadingDownloads();
     }
+    if (change.cause == StatusCause::Interrupted) {
+        notifyInterruption(change.download);
+    }
     if (change.cause == StatusCause::Removed || change.cause == StatusCause::Added) {
         return;  // Who removes or adds shows the list anew, for many at once.
     }
@@ -85,6 +91,9 @@ void QueueFollower::statusDidChange(const engine::StatusChange& change) {
 void QueueFollower::downloadDidChange(engine::DQDownload& download) {
     const engine::DownloadPtr kept = download.shared_from_this();
     if (download.status() == engine::DQDownloadStatusDownloading) {
+        if (!interrupted_.empty() && download.transfer().figures().downloaded > 0) {
+            interrupted_.erase(&download);
+        }
         around_.archive.writeIfBegun(download);
     }
     Q_EMIT around_.controller.downloadChanged(kept);
@@ -96,6 +105,17 @@ void QueueFollower::downloadDidChange(engine::DQDownload& download) {
     if (!isListUpToDate) {
         around_.frontEnd.list.setNeedsDisplayAfterDelay(redrawDelay);
     }
+}
+
+/// Once, until something of the file has come again: what is resumed by itself may fail many times.
+void QueueFollower::notifyInterruption(engine::DQDownload& download) {
+    const auto& error = download.lastError();
+    if (!error || !interrupted_.insert(&download).second) {
+        return;
+    }
+    around_.status->sendUserNotification(
+        u"Download Interrupted"_s, links::localized("Download Interrupted"),
+        download.displayName() + links::spacedDashString() + failureSentence(*error, {}), false);
 }
 
 void QueueFollower::reflectEnd(engine::DQDownload& download) {

@@ -69,6 +69,7 @@ private:
     void volumeIsMissing(engine::DQDownload& download) override;
     void fileWasNotThrownAway(const QString& path) override;
 
+    void notifyInterruption(engine::DQDownload& download);
     void reflectEnd(engine::DQDownload& download);
     void removeLeavingDownloads();
     void vanish(engine::DQDownload& download, platform::Seconds delay);
@@ -77,6 +78,8 @@ private:
     const Surroundings around_;
     /// What a batch has removed.
     std::unordered_set<const engine::DQDownload*> leaving_;
+    /// The user was told so, and nothing has come since.
+    std::unordered_set<const engine::DQDownload*> interrupted_;
     /// A batch has changed more than it has added.
     bool isStale_ = false;
     MissingVolumes missingVolumes_;

@@ -16,9 +16,24 @@ std::optional<platform::Url> originalURL(const engine::DQDownload& download) {
 
 }  // namespace
 
+PrimaryAction primaryAction(const engine::DQDownload& download) {
+    switch (download.status()) {
+        case engine::DQDownloadStatusDone:
+            return PrimaryAction::Reveal;
+        case engine::DQDownloadStatusAborted:
+            return PrimaryAction::TryAgain;
+        case engine::DQDownloadStatusPaused:
+            return download.isInterrupted() ? PrimaryAction::TryAgain : PrimaryAction::Start;
+        case engine::DQDownloadStatusQueued:
+        case engine::DQDownloadStatusDownloading:
+            break;
+    }
+    return PrimaryAction::Pause;
+}
+
 bool RowActions::canPerform(engine::DQDownload& download, unsigned index) const {
     if (index == engine::DQDownloadActionPrimary) {
-        return engine::matchesStatusMask(download.status(), engine::unfinishedStatuses) ||
+        return download.status() != engine::DQDownloadStatusDone ||
                surroundings_.presence.isThere(download);
     }
     return index == engine::DQDownloadActionRemove;
@@ -53,7 +68,7 @@ void RowActions::performPrimary(engine::DQDownload& download) const {
             }
             return;
         case engine::DQDownloadStatusAborted:
-            surroundings_.frontEnd.feedback.beep();
+            surroundings_.retry(download);
             return;
     }
 }

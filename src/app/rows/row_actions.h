@@ -1,5 +1,8 @@
 #pragma once
 
+#include <functional>
+#include <utility>
+
 #include "app/front_end.h"
 #include "app/workspace.h"
 #include "engine/lifecycle/download.h"
@@ -12,6 +15,11 @@ namespace app {
 
 class FilePresence;
 
+/// What a row's first button stands for.
+enum class PrimaryAction { Pause, Start, TryAgain, Reveal };
+
+[[nodiscard]] PrimaryAction primaryAction(const engine::DQDownload& download);
+
 /// What a row's buttons and its small commands do; each command beeps if it cannot be done. Main
 /// thread.
 class RowActions {
@@ -22,9 +30,11 @@ public:
         const Workspace& workspace;
         FrontEnd frontEnd;
         FilePresence& presence;
+        /// Puts a new record in the place of one that has failed for good.
+        std::function<void(engine::DQDownload&)> retry;
     };
 
-    explicit RowActions(const Surroundings& surroundings) : surroundings_(surroundings) {}
+    explicit RowActions(Surroundings surroundings) : surroundings_(std::move(surroundings)) {}
 
     /// `index` is a `DQDownloadAction`. Costs nothing: it may be asked for each row that is drawn.
     [[nodiscard]] bool canPerform(engine::DQDownload& download, unsigned index) const;

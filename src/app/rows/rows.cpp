@@ -10,7 +10,7 @@ Rows::Rows(const Surroundings& surroundings)
                                                   engine::DQDownload&) { list.setNeedsDisplay(); }),
       texts_(surroundings.queue),
       actions_({surroundings.queue.context().defaults, surroundings.workspace,
-                surroundings.frontEnd, presence_}),
+                surroundings.frontEnd, presence_, surroundings.retry}),
       vanishing_({surroundings.queue.context().loop, surroundings.queue.context().defaults,
                   surroundings.remove}),
       waits_(surroundings.queue.context().loop, surroundings.queue.admission(),

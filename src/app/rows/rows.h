@@ -19,6 +19,8 @@ public:
         FrontEnd frontEnd;
         /// Takes a record out of the queue.
         std::function<void(engine::DQDownload&)> remove;
+        /// Puts a new record in the place of one that has failed for good.
+        std::function<void(engine::DQDownload&)> retry;
     };
 
     explicit Rows(const Surroundings& surroundings);

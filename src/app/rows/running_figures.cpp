@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "engine/lifecycle/download.h"
+#include "engine/record/user_settings.h"
 
 namespace app {
 
@@ -16,6 +17,14 @@ RunningFigures runningFigures(const engine::DQDownload& download, platform::Seco
         running.span = download.transfer().speed().span(
             now, running.figures.downloaded, download.dates().downloadDate().value_or(now));
     return running;
+}
+
+qint64 heldBytes(const engine::DQDownload& download) {
+    if (download.status() == engine::DQDownloadStatusDownloading)
+        return download.transfer().figures().total();
+    return download.holdsPartialData()
+               ? download.userSettings().value(engine::keys::keptBytes).toLongLong()
+               : 0;
 }
 
 qint64 shownRate(double bytesPerSecond) {

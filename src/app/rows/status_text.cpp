@@ -11,9 +11,11 @@
 #include "links/format/dates.h"
 #include "links/format/durations.h"
 #include "links/names/anonymized_names.h"
+#include "links/paths/path_components.h"
 #include "links/text/localization.h"
 #include "links/text/typography.h"
 #include "platform/base/user_defaults.h"
+#include "platform/files/files.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -59,8 +61,8 @@ QString withDetail(const QString& text, const QString& detail) {
 
 /// How much there is to go on with. Empty: nothing.
 QString keptText(const DQDownload& download) {
-    const qint64 kept = download.userSettings().value(keys::keptBytes).toLongLong();
-    if (kept < 1 || !download.holdsPartialData())
+    const qint64 kept = heldBytes(download);
+    if (kept < 1)
         return {};
     engine::OverallFigures figures;
     figures.downloaded = kept;
@@ -68,16 +70,13 @@ QString keptText(const DQDownload& download) {
     return filledFormat(localized("%@ kept"), {bytesText(figures)});
 }
 
-QString abortedText(const DQDownload& download) {
-    const QString text =
-        withDetail(localized("Aborted"), download.userSettings().string(keys::statusCode));
-    return withDetail(text, keptText(download));
+QString wholePercent(const DQDownload& download) {
+    return QString::number(static_cast<int>(download.downloadCompletionFraction() * 100));
 }
 
 QString percentText(const DQDownload& download) {
-    const auto percent = static_cast<int>(download.downloadCompletionFraction() * 100);
     return localized("Downloading: %ld%%")
-        .replace(u"%ld"_s, QString::number(percent))
+        .replace(u"%ld"_s, wholePercent(download))
         .replace(u"%%"_s, u"%"_s);
 }
 
@@ -112,10 +111,22 @@ QString StatusTexts::withAccelerationSuffix(const QString& text, const DQDownloa
     return text;
 }
 
+QString StatusTexts::abortedText(const DQDownload& download, bool live) const {
+    QString text =
+        withDetail(localized("Aborted"), download.userSettings().string(keys::statusCode));
+    text = withDetail(text, keptText(download));
+    return live ? withDetail(text, refusalSentence(download)) : text;
+}
+
 QString StatusTexts::doneText(DQDownload& download) const {
-    return filledFormat(localized("%@%@%@"),
-                        {localized("Complete"), links::spacedDashString(),
-                         links::fuzzyDescription(download.doneDate(), queue_.context().wallNow())});
+    const QString text =
+        withDetail(localized("Complete"),
+                   links::fuzzyDescription(download.doneDate(), queue_.context().wallNow()));
+    if (!download.userSettings().boolean(keys::leftBehind))
+        return text;
+    const QString folder = links::stringByDeletingLastPathComponent(download.path());
+    return withDetail(
+        text, filledFormat(localized("Lies in %@"), {platform::abbreviateWithTilde(folder)}));
 }
 
 QString StatusTexts::hostWaitDescription(const DQDownload& download) const {
@@ -149,10 +160,11 @@ QString StatusTexts::stoppedText(const DQDownload& download, bool live) const {
     }
     if (!live)
         return withDetail(text, detail);
+    text = withDetail(text + pausedHostDescription(download), detail);
     // A row that has failed must not look like one that waits for its user.
-    if (detail.isEmpty() && download.isInterrupted() && download.lastError())
-        detail = failureSentence(*download.lastError(), {});
-    return withDetail(text + pausedHostDescription(download), detail);
+    return download.isInterrupted() && download.lastError()
+               ? withDetail(text, failureSentence(*download.lastError(), {}))
+               : text;
 }
 
 QString StatusTexts::anonymizedHost(const QString& host) const {
@@ -165,14 +177,26 @@ StatusTexts::Progress StatusTexts::progress(const DQDownload& download) const {
     const auto [figures, span] = runningFigures(download, queue_.context().monotonicNow());
     if (figures.expected < 1)
         return {};
-    if (!span)
-        return {bytesText(figures), {}, {}};
-    return {bytesText(figures), sizeText(shownRate(span->bytes / span->seconds)),
-            timeLeftText(figures, *span)};
+    Progress texts{bytesText(figures), {}, {}, {}};
+    if (figures.isLengthKnown)
+        texts.percent = wholePercent(download) + u" %"_s;
+    if (span) {
+        texts.rate = sizeText(shownRate(span->bytes / span->seconds));
+        texts.timeLeft = timeLeftText(figures, *span);
+    }
+    return texts;
+}
+
+QString StatusTexts::bytesDescription(const Progress& progress, const DQDownload& download) const {
+    return withAccelerationSuffix(progress.bytes, download);
 }
 
 QString StatusTexts::downloadProgressDescription(const DQDownload& download) const {
-    const Progress texts = progress(download);
+    return downloadProgressDescription(progress(download), download);
+}
+
+QString StatusTexts::downloadProgressDescription(const Progress& texts,
+                                                 const DQDownload& download) const {
     if (texts.bytes.isEmpty())
         return localized("Connecting...");
     QString text = texts.bytes;
@@ -187,7 +211,7 @@ QString StatusTexts::downloadProgressDescription(const DQDownload& download) con
 QString StatusTexts::statusDescriptionWithLiveDetails(DQDownload& download, bool live) const {
     switch (download.status()) {
         case engine::DQDownloadStatusAborted:
-            return abortedText(download);
+            return abortedText(download, live);
         case engine::DQDownloadStatusDone:
             return doneText(download);
         case engine::DQDownloadStatusDownloading:

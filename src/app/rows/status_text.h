@@ -23,10 +23,16 @@ public:
         QString bytes;     ///< "1.5 of 3 MB", or how much has come. Empty: it is only connecting.
         QString rate;      ///< For a second.
         QString timeLeft;  ///< At that rate.
+        QString percent;   ///< "34 %", if the length of the file is known.
     };
     [[nodiscard]] Progress progress(const engine::DQDownload& download) const;
     /// Bytes, speed and time left of a running download.
     [[nodiscard]] QString downloadProgressDescription(const engine::DQDownload& download) const;
+    [[nodiscard]] QString downloadProgressDescription(const Progress& progress,
+                                                      const engine::DQDownload& download) const;
+    /// The same for a row that shows all but the bytes in places of their own.
+    [[nodiscard]] QString bytesDescription(const Progress& progress,
+                                           const engine::DQDownload& download) const;
     /// What a row says; `live` for one that is being drawn.
     [[nodiscard]] QString statusDescriptionWithLiveDetails(engine::DQDownload& download,
                                                            bool live) const;
@@ -40,6 +46,7 @@ public:
 private:
     [[nodiscard]] QString withAccelerationSuffix(const QString& text,
                                                  const engine::DQDownload& download) const;
+    [[nodiscard]] QString abortedText(const engine::DQDownload& download, bool live) const;
     [[nodiscard]] QString doneText(engine::DQDownload& download) const;
     [[nodiscard]] QString waitingText(const engine::DQDownload& download, bool live) const;
     [[nodiscard]] QString stoppedText(const engine::DQDownload& download, bool live) const;

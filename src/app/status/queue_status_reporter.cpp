@@ -47,7 +47,8 @@ void QueueStatusReporter::updateStatusAndForceUpdateApplicationImage(bool force)
     const bool isAllDone = tally.count(engine::unfinishedStatuses) == 0;
     const QueueTotals totals = queueTotals(tally, surroundings_.loop.clock().monotonic());
     status_ = {statusLine(tally, controller.numberOfHiddenDownloads()), totalsText(totals),
-               shortTotalsText(totals, fraction()), tally.count(engine::finishedStatuses) > 0,
+               shortTotalsText(totals, fraction(totals.sumOfFractions)),
+               tally.count(engine::finishedStatuses) > 0,
                controller.lifecycle().wouldLoseDownloadsOnClose()};
     updateApplicationImage(force);
     if (isAllDone) {
@@ -59,11 +60,10 @@ void QueueStatusReporter::updateStatusAndForceUpdateApplicationImage(bool force)
     }
 }
 
-double QueueStatusReporter::fraction() const {
+double QueueStatusReporter::fraction(double sumOfFractions) const {
     DQMainController& controller = surroundings_.controller;
-    const engine::QueueTally& tally = controller.tally();
-    return controller.batchProgress().fraction(tally.count(engine::activeStatuses),
-                                               tally.sumOfFractions());
+    return controller.batchProgress().fraction(controller.tally().count(engine::activeStatuses),
+                                               sumOfFractions);
 }
 
 void QueueStatusReporter::updateApplicationImage(bool force) {
@@ -76,7 +76,7 @@ void QueueStatusReporter::updateApplicationImage(bool force) {
         std::swap(image.upperCount, image.lowerCount);
     }
     image.overlay = overlay(controller.allDone());
-    image.fraction = fraction();
+    image.fraction = fraction(tally.sumOfFractions());
     if (imageGate_.admits(image, force)) {
         Q_EMIT applicationImageChanged(image);
     }

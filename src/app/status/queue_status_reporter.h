@@ -45,8 +45,9 @@ Q_SIGNALS:
     void applicationImageChanged(const app::ApplicationImage& image);
 
 private:
-    /// How far all that is active has come; negative: nothing is.
-    [[nodiscard]] double fraction() const;
+    /// How far all that is active has come, of which the running ones this far in sum; negative:
+    /// nothing is active.
+    [[nodiscard]] double fraction(double sumOfFractions) const;
     void updateApplicationImage(bool force);
     void reflectAllDone();
     void actOnAllDone();

@@ -1,6 +1,7 @@
 #include "app/status/queue_totals.h"
 
 #include "app/rows/running_figures.h"
+#include "engine/lifecycle/download.h"
 #include "engine/queue/queue_tally.h"
 #include "links/format/byte_counts.h"
 #include "links/format/durations.h"
@@ -23,15 +24,19 @@ QString rateText(double bytesPerSecond) {
 
 QueueTotals queueTotals(const engine::QueueTally& tally, platform::Seconds now) {
     QueueTotals totals;
-    double bytesLeft = 0;
+    double bytesLeft = 0, knownRate = 0;
     for (const engine::DQDownload* download : tally.running()) {
         const RunningFigures running = runningFigures(*download, now);
-        if (running.span)
-            totals.bytesPerSecond += running.span->bytes / running.span->seconds;
+        const double rate = running.span ? running.span->bytes / running.span->seconds : 0;
+        totals.bytesPerSecond += rate;
+        if (!running.figures.isLengthKnown)
+            continue;
+        knownRate += rate;
         bytesLeft += running.bytesLeft();
+        totals.sumOfFractions += download->downloadCompletionFraction();
     }
-    if (totals.bytesPerSecond >= 1)
-        totals.timeLeft = bytesLeft / totals.bytesPerSecond;
+    if (knownRate >= 1)
+        totals.timeLeft = bytesLeft / knownRate;
     return totals;
 }
 

@@ -13,8 +13,10 @@ namespace app {
 /// All running downloads together. Main thread.
 struct QueueTotals {
     double bytesPerSecond = 0;
-    /// At that rate, of those whose length is known; 0: nobody knows.
+    /// Of those whose length is known, at their own rate; 0: nobody knows.
     platform::Seconds timeLeft = 0;
+    /// How far each of them has come (0 to 1), in sum.
+    double sumOfFractions = 0;
 };
 
 /// `now` on the scale that never jumps.

@@ -368,6 +368,7 @@ void DownloadFinisher::didMove(const std::shared_ptr<Job>& job) {
     if (error) {
         platform::log(failure);
         record_.context().environment.beep();
+        record_.userSettings().set(keys::leftBehind, true);
         endWithFile(movedOutOfPartialData(source, record_.context().environment));
         return;
     }

@@ -33,6 +33,7 @@ const QStringList& keptKeys() {
                                   keys::partialFileNumber,
                                   keys::keptBytes,
                                   keys::downloadPageTitle,
+                                  keys::leftBehind,
                                   keys::keptAside};
     return list;
 }

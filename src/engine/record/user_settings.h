@@ -88,6 +88,8 @@ inline const QString contentEncoding = QStringLiteral("Content Encoding");
 inline const QString partialFileNumber = QStringLiteral("Partial File Number");
 /// Bytes of the file that had come when the download last stopped; absent: none, or it runs.
 inline const QString keptBytes = QStringLiteral("Kept Bytes");
+/// The finished file could not be put where it was to go, and lies elsewhere.
+inline const QString leftBehind = QStringLiteral("Left Behind");
 /// Partial data that is in doubt while new data comes: "Resume Path" and what else belongs to it.
 inline const QString keptAside = QStringLiteral("Kept Aside");
 

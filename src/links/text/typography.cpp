@@ -13,6 +13,9 @@ QString dashString() {
 QString spacedDashString() {
     return u" \u2014 "_s;
 }
+QString stringWithDashesForHyphens(QString text) {
+    return text.replace(u" - "_s, spacedDashString());
+}
 QString bulletString() {
     return u"\u2022"_s;
 }

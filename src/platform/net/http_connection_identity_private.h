@@ -21,6 +21,7 @@ public:
     static int closeSocket(void* kept, curl_socket_t socket);
     /// An exchange has ended and left this open; CURL_SOCKET_BAD: nothing.
     void keep(curl_socket_t socket) { socket_ = socket; }
+    [[nodiscard]] curl_socket_t socket() const { return socket_; }
     /// Something came that belongs to no exchange.
     void spoil() { isSpoilt_ = true; }
     /// Whether the next exchange may go over it: the server has neither ended it nor said anything

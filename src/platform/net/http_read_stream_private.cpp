@@ -1,10 +1,13 @@
 #include "platform/net/http_read_stream_private.h"
 
+#include <algorithm>
+
 #include <openssl/ssl.h>
 #include <sys/socket.h>
 
 #include "platform/net/body_framing.h"
 #include "platform/net/transfer_error.h"
+#include "platform/net/wire_bytes.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -101,9 +104,13 @@ bool HTTPReadStream::Private::setCallbacks() {
     curl_opensocket_callback onSocket = [](void* self, curlsocktype, curl_sockaddr* address) {
         return static_cast<Private*>(self)->openSocket(*address);
     };
-    curl_prereq_callback onRequest = [](void* self, char*, char*, int, int) {
-        static_cast<Private*>(self)->requestStarts();
+    curl_prereq_callback onRequest = [](void* self, char*, char*, int, int localPort) {
+        static_cast<Private*>(self)->requestStarts(localPort);
         return CURL_PREREQFUNC_OK;
+    };
+    curl_xferinfo_callback onProgress = [](void* self, curl_off_t, curl_off_t, curl_off_t,
+                                           curl_off_t) {
+        return static_cast<Private*>(self)->isFlooded() ? 1 : 0;
     };
     curl_ssl_ctx_callback onSecure = [](CURL*, void* context, void* self) {
         static_cast<Private*>(self)->securesConnection(context);
@@ -115,8 +122,9 @@ bool HTTPReadStream::Private::setCallbacks() {
            set(CURLOPT_READDATA, this) && set(CURLOPT_SEEKFUNCTION, onSeek) &&
            set(CURLOPT_SEEKDATA, this) && set(CURLOPT_OPENSOCKETFUNCTION, onSocket) &&
            set(CURLOPT_OPENSOCKETDATA, this) && set(CURLOPT_PREREQFUNCTION, onRequest) &&
-           set(CURLOPT_PREREQDATA, this) && set(CURLOPT_SSL_CTX_FUNCTION, onSecure) &&
-           set(CURLOPT_SSL_CTX_DATA, this) &&
+           set(CURLOPT_PREREQDATA, this) && set(CURLOPT_XFERINFOFUNCTION, onProgress) &&
+           set(CURLOPT_XFERINFODATA, this) && set(CURLOPT_NOPROGRESS, 0L) &&
+           set(CURLOPT_SSL_CTX_FUNCTION, onSecure) && set(CURLOPT_SSL_CTX_DATA, this) &&
            (kept_ == nullptr || (set(CURLOPT_CLOSESOCKETFUNCTION, &KeptConnection::closeSocket) &&
                                  set(CURLOPT_CLOSESOCKETDATA, kept_.get())));
 }
@@ -129,11 +137,21 @@ curl_socket_t HTTPReadStream::Private::openSocket(const curl_sockaddr& address) 
         return CURL_SOCKET_BAD;
     }
     ++socketsOpened_;
-    return ::socket(address.family, address.socktype | SOCK_CLOEXEC, address.protocol);
+    const curl_socket_t socket =
+        ::socket(address.family, address.socktype | SOCK_CLOEXEC, address.protocol);
+    opened_.push_back(socket);
+    return socket;
 }
 
-void HTTPReadStream::Private::requestStarts() {
+void HTTPReadStream::Private::requestStarts(int localPort) {
     usedExistingConnection = socketsOpened_ == 0;
+    if (usedExistingConnection && kept_ != nullptr)
+        wire_ = kept_->socket();
+    for (const curl_socket_t socket : std::exchange(opened_, {})) {
+        if (localPortOf(socket) == localPort)
+            wire_ = socket;
+    }
+    besideBody_.reset();
     socketsOpened_ = 0;
     reader_->requestStarts();
 }
@@ -174,6 +192,22 @@ std::size_t HTTPReadStream::Private::takeBody(const char* bytes, std::size_t cou
     if (buffer.size() >= pauseAt && !isReceivePaused_)
         pause(true, isSendPaused_);
     return count;
+}
+
+/// libcurl passes over the extensions of chunks without end, and others starve meanwhile. TLS adds
+/// little to what it carries.
+bool HTTPReadStream::Private::isFlooded() {
+    constexpr unsigned looksBetween = 2;
+    constexpr std::uint64_t bound = std::uint64_t{32} << 20;
+    if (++looksForFlood_ % looksBetween != 0 || !responseHead || wire_ == CURL_SOCKET_BAD)
+        return false;
+    const auto received = bytesReceivedOnWire(wire_);
+    if (!received)
+        return false;
+    if (!besideBody_)
+        besideBody_ = *received - std::min(*received, bodyBytesReceived_);
+    isFlooded_ = *received > *besideBody_ + bodyBytesReceived_ + bodyBytesReceived_ / 8 + bound;
+    return isFlooded_;
 }
 
 /// Of several, one within the other, the last is the one that speaks HTTP.
@@ -223,6 +257,8 @@ std::optional<Error> HTTPReadStream::Private::whatWentWrong(CURLcode result) con
     if (!reader_->refusal().isEmpty())
         return reader_->isWrongPart() ? wrongPartError(reader_->refusal())
                                       : badResponseError(reader_->refusal());
+    if (isFlooded_)
+        return badResponseError(u"it sends next to nothing but framing"_s);
     if (isRetryRefused_)
         return brokenReusedConnectionError();
     if (const auto& refusal = reader_->tunnelRefusal())

@@ -51,7 +51,8 @@ private:
     [[nodiscard]] std::size_t takeBody(const char* bytes, std::size_t count);
     [[nodiscard]] std::size_t giveBody(char* target, std::size_t maximum);
     [[nodiscard]] curl_socket_t openSocket(const curl_sockaddr& address);
-    void requestStarts();
+    /// `localPort`: of the connection over which it goes.
+    void requestStarts(int localPort);
     void lookBehindBody();
     void securesConnection(void* context);
 
@@ -60,6 +61,8 @@ private:
     [[nodiscard]] bool hasBody() const;
     [[nodiscard]] bool isBodyWhole() const;
     [[nodiscard]] bool isEndDoubtful() const;
+    /// Looks now and then.
+    [[nodiscard]] bool isFlooded();
     [[nodiscard]] bool hasNews() const;
     /// Pauses and resumes both directions as far as they ought to be.
     void updatePause();
@@ -91,7 +94,13 @@ private:
     bool isSendPaused_ = false;
     bool isGivenUp_ = false;  ///< By a callback of ours.
     bool isRetryRefused_ = false;
-    int socketsOpened_ = 0;  ///< Since the request was last sent.
+    bool isFlooded_ = false;
+    unsigned looksForFlood_ = 0;
+    /// What had come over the connection without being body when it was first looked at.
+    std::optional<std::uint64_t> besideBody_;
+    std::vector<curl_socket_t> opened_;     ///< Those tried for the connection.
+    curl_socket_t wire_ = CURL_SOCKET_BAD;  ///< Of the request that was sent last.
+    int socketsOpened_ = 0;                 ///< Since the request was last sent.
     int deferrals_ = 0;
     std::uint64_t bodyBytesWritten_ = 0;
     std::uint64_t bodyBytesReceived_ = 0;

@@ -249,7 +249,7 @@ engine::DownloadPtr HandOvers::recordOf(const QString& id) const {
     return found == downloads.end() ? nullptr : *found;
 }
 
-void HandOvers::withdraw(const QString& id, const std::function<void(bool)>& reply) {
+void HandOvers::withdraw(const QString& id, const std::function<void(std::optional<bool>)>& reply) {
     const engine::DownloadPtr download = recordOf(id);
     const bool isDone = download && download->status() == engine::DQDownloadStatusDone;
     // What has left the queue already is done, or was removed by the user.
@@ -263,7 +263,9 @@ void HandOvers::withdraw(const QString& id, const std::function<void(bool)>& rep
     }
     ids_.set(id, HandOverIds::State::Withdrawn);
     const auto whenSaved = [this, reply](bool isSaved) {
-        ids_.whenWritten([reply, isSaved](bool isWritten) { reply(isSaved && isWritten); });
+        ids_.whenWritten([reply, isSaved](bool isWritten) {
+            reply(isSaved && isWritten ? std::optional(true) : std::nullopt);
+        });
     };
     if (download) {
         controller_.whenSaved(whileAlive(whenSaved));

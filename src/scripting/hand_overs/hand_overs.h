@@ -40,7 +40,9 @@ public:
     /// All of them, or after an error none.
     void handOver(const std::vector<Parsed<HandOverRequest>>& requests, const Reply& reply);
     /// Answers true when nothing of it exists any more, and nothing will.
-    void withdraw(const QString& id, const std::function<void(bool isWithdrawn)>& reply);
+    /// Nothing: it is gone here, but not on the disk, and might come back.
+    void withdraw(const QString& id,
+                  const std::function<void(std::optional<bool> isWithdrawn)>& reply);
 
 private:
     struct Batch;

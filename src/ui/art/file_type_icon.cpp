@@ -67,7 +67,9 @@ void paintPage(QPainter& painter, const QRectF& frame, const QString& extension,
     painter.setBrush(QColor(0xd2, 0xd7, 0xdc));
     painter.drawPath(ear);
 
-    if (extension.isEmpty() || extension.size() > 5) {
+    constexpr qreal leastForLetters = 24;
+    const bool isLettered = frame.width() >= leastForLetters;
+    if (extension.isEmpty() || (isLettered && extension.size() > 5)) {
         return;
     }
     // High enough to be read beside a badge.
@@ -75,6 +77,9 @@ void paintPage(QPainter& painter, const QRectF& frame, const QString& extension,
     painter.setPen(Qt::NoPen);
     painter.setBrush(color);
     painter.drawRoundedRect(label, 2 * unit, 2 * unit);
+    if (!isLettered) {
+        return;
+    }
     QFont font = painter.font();
     font.setBold(true);
     font.setPixelSize(qMax(6, static_cast<int>((extension.size() > 4 ? 7 : 8) * unit)));

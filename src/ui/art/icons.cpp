@@ -100,7 +100,8 @@ QPixmap colouredPixmap(const QString& name, int size, qreal devicePixelRatio) {
     const QString key = u"%1/%2/%3"_s.arg(name).arg(size).arg(devicePixelRatio);
     QPixmap& pixmap = cache[key];
     if (pixmap.isNull()) {
-        const bool isBadge = name == u"DQSuccess"_s || name == u"DQFailure"_s;
+        const bool isBadge =
+            name == u"DQSuccess"_s || name == u"DQInterrupted"_s || name == u"DQFailure"_s;
         pixmap = renderedPixmap(isBadge ? actionPath(name) : u":/icons/app/%1.svg"_s.arg(name),
                                 size, devicePixelRatio);
     }

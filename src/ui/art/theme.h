@@ -6,8 +6,6 @@
 
 namespace ui {
 
-enum class ProgressBarStyle;
-
 /// Colours that the program adds to the desktop's palette, all derived from it, so that light,
 /// dark and high-contrast desktops stay what they are.
 [[nodiscard]] bool isDark(const QPalette& palette);
@@ -20,13 +18,5 @@ enum class ProgressBarStyle;
 [[nodiscard]] QFont noteFont(QFont around);
 /// Around controls that stand on the window.
 [[nodiscard]] QColor outlineColor(const QPalette& palette);
-
-struct ProgressColors {
-    QColor top, bottom;
-};
-/// `active` is false for progress that has stopped, which is grey.
-[[nodiscard]] ProgressColors fractionGradientForSelectedCell(const QPalette& palette,
-                                                             ProgressBarStyle style,
-                                                             bool isSelected, bool active);
 
 }  // namespace ui

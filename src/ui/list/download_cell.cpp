@@ -1,33 +1,24 @@
 #include "ui/list/download_cell.h"
 
 #include <QFontMetrics>
+#include <QLinearGradient>
 #include <QPainter>
 #include <QStyle>
 #include <QTextOption>
 #include <cmath>
 
 #include "app/rows/rows.h"
+#include "links/text/typography.h"
+#include "ui/art/contrast.h"
+#include "ui/art/hairline.h"
 #include "ui/art/icons.h"
-#include "ui/art/theme.h"
+#include "ui/list/figures.h"
 #include "ui/list/row_geometry.h"
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace ui {
 namespace {
-
-QColor textColor(const DQDownloadCell::Surroundings& surroundings) {
-    const QPalette::ColorGroup group =
-        surroundings.isActiveWindow ? QPalette::Active : QPalette::Inactive;
-    return surroundings.palette.color(
-        group, surroundings.isSelected ? QPalette::HighlightedText : QPalette::Text);
-}
-
-QColor fadedTextColor(const DQDownloadCell::Surroundings& surroundings) {
-    QColor color = textColor(surroundings);
-    color.setAlphaF(surroundings.isSelected ? 0.85F : 0.68F);
-    return color;
-}
 
 /// What is filled of a frame; of a begun transfer at least a little.
 QRect filledPart(const QRect& frame, double fraction, int border, Qt::LayoutDirection direction) {
@@ -37,9 +28,36 @@ QRect filledPart(const QRect& frame, double fraction, int border, Qt::LayoutDire
     return QStyle::alignedRect(direction, Qt::AlignLeft, {width, frame.height()}, frame);
 }
 
+/// Slanting stripes in the two colours, `offset` pixels on their way.
+QBrush stripes(const ProgressColors& colors, int offset) {
+    constexpr double edge = 0.04;
+    QLinearGradient gradient(offset, 0, offset + stripesPeriod / 2.0, stripesPeriod / 2.0);
+    gradient.setSpread(QGradient::RepeatSpread);
+    gradient.setColorAt(0, colors.top);
+    gradient.setColorAt(0.5 - edge, colors.top);
+    gradient.setColorAt(0.5, colors.bottom);
+    gradient.setColorAt(1 - edge, colors.bottom);
+    gradient.setColorAt(1, colors.top);
+    return gradient;
+}
+
 /// How much of a vanishing row its background covers.
 float veilOpacity(double vanishFraction) {
     return static_cast<float>((vanishFraction > 0.99 ? 1.0 : vanishFraction) / 1.5);
+}
+
+QString imageOf(app::PrimaryAction action) {
+    switch (action) {
+        case app::PrimaryAction::Start:
+            return u"DQResume"_s;
+        case app::PrimaryAction::TryAgain:
+            return u"DQRetry"_s;
+        case app::PrimaryAction::Reveal:
+            return u"DQReveal"_s;
+        case app::PrimaryAction::Pause:
+            break;
+    }
+    return u"DQPause"_s;
 }
 
 }  // namespace
@@ -55,10 +73,32 @@ void DQDownloadCell::reflectDownload(app::Rows& rows, engine::DQDownload& downlo
     _canPerformAction1 = rows.canPerformAction(download, engine::DQDownloadActionPrimary);
     _canPerformAction2 = rows.canPerformAction(download, engine::DQDownloadActionRemove);
     _highlightedActionButtonIndex = rows.highlightedActionButtonIndex(download);
+    primary_ = app::primaryAction(download);
+    trouble_ = status == engine::DQDownloadStatusAborted ? Trouble::Failed
+               : _isPaused && download.isInterrupted()   ? Trouble::Interrupted
+                                                         : Trouble::None;
     isLive_ = live;
     _icon = download.icon();
     name_ = download.displayName();
-    _statusDescription = rows.texts().statusDescriptionWithLiveDetails(download, live);
+    reflectTexts(rows.texts(), download);
+}
+
+void DQDownloadCell::reflectTexts(const app::StatusTexts& texts, engine::DQDownload& download) {
+    progress_ = {};
+    bytes_.clear();
+    isLengthUnknown_ = false;
+    if (isLive_ && download.status() == engine::DQDownloadStatusDownloading) {
+        progress_ = texts.progress(download);
+        isLengthUnknown_ = !progress_.bytes.isEmpty() && progress_.percent.isEmpty();
+        _statusDescription = links::stringWithDashesForHyphens(
+            texts.downloadProgressDescription(progress_, download));
+        if (!progress_.bytes.isEmpty())
+            bytes_ = links::stringWithDashesForHyphens(texts.bytesDescription(progress_, download));
+        if (!progress_.rate.isEmpty())
+            progress_.rate += u"/s"_s;
+    } else {
+        _statusDescription = texts.statusDescriptionWithLiveDetails(download, isLive_);
+    }
 }
 
 int DQDownloadCell::shownButtons() const {
@@ -78,8 +118,7 @@ void DQDownloadCell::paint(QPainter& painter, const Surroundings& surroundings) 
     paintActionButton(painter, surroundings, engine::DQDownloadActionPrimary);
     paintActionButton(painter, surroundings, engine::DQDownloadActionRemove);
     if (_vanishFraction >= 0) {
-        QColor veil = surroundings.palette.color(surroundings.isSelected ? QPalette::Highlight
-                                                                         : QPalette::Base);
+        QColor veil = surroundings.colors.background;
         veil.setAlphaF(veilOpacity(_vanishFraction));
         painter.fillRect(surroundings.row, veil);
     }
@@ -87,17 +126,9 @@ void DQDownloadCell::paint(QPainter& painter, const Surroundings& surroundings) 
 }
 
 void DQDownloadCell::paintBackground(QPainter& painter, const Surroundings& surroundings) const {
-    const QPalette& palette = surroundings.palette;
-    const QRect& row = surroundings.row;
-    if (surroundings.isSelected) {
-        painter.fillRect(
-            row, palette.color(surroundings.isActiveWindow ? QPalette::Active : QPalette::Inactive,
-                               QPalette::Highlight));
-    } else {
-        painter.fillRect(row, palette.color(QPalette::Base));
-    }
+    painter.fillRect(surroundings.row, surroundings.colors.background);
     if (surroundings.drawsBottomSeparator) {
-        painter.fillRect(QRect(row.left(), row.bottom(), row.width(), 1), separatorColor(palette));
+        paintHairlineBelow(painter, surroundings.row, surroundings.separator);
     }
 }
 
@@ -109,30 +140,25 @@ void DQDownloadCell::paintProgress(QPainter& painter, const Surroundings& surrou
     if (!showsProgress()) {
         return;
     }
-    const bool active = surroundings.isActiveWindow && _fraction < 0.99999 && !_isPaused;
     const QRect& row = surroundings.row;
     const Qt::LayoutDirection direction = surroundings.direction;
-    const ProgressColors colors = fractionGradientForSelectedCell(
-        surroundings.palette, surroundings.style, surroundings.isSelected, active);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     switch (surroundings.style) {
         case ProgressBarStyle::LivelyBackground:
         case ProgressBarStyle::SubtleBackground: {
             const QRect area = row.adjusted(0, 0, 0, surroundings.drawsBottomSeparator ? -1 : 0);
-            QLinearGradient gradient(area.topLeft(), area.bottomLeft());
-            gradient.setColorAt(0, colors.top);
-            gradient.setColorAt(1, colors.bottom);
-            painter.fillRect(filledPart(area, _fraction, 3, direction), gradient);
+            painter.fillRect(filledPart(area, _fraction, 3, direction),
+                             progressBrush(surroundings, area));
             break;
         }
         case ProgressBarStyle::Pill:
-            paintPill(painter, surroundings, colors.bottom);
+            paintPill(painter, surroundings);
             break;
         case ProgressBarStyle::DividerLine: {
             const QRect status = geometry_.statusFrameForCellFrame(row, shownButtons(), direction);
             const QRect bar(status.left(), status.top() - 1, status.width(), 3);
-            painter.setBrush(colors.bottom);
+            painter.setBrush(progressBrush(surroundings, bar));
             painter.drawRoundedRect(filledPart(bar, _fraction, 3, direction), 1.5, 1.5);
             break;
         }
@@ -140,17 +166,33 @@ void DQDownloadCell::paintProgress(QPainter& painter, const Surroundings& surrou
     painter.setRenderHint(QPainter::Antialiasing, false);
 }
 
-void DQDownloadCell::paintPill(QPainter& painter, const Surroundings& surroundings,
-                               const QColor& color) const {
+QBrush DQDownloadCell::progressBrush(const Surroundings& surroundings, const QRect& area) const {
+    const RowColors& row = surroundings.colors;
+    if (hasStripes()) {
+        const bool isBar = surroundings.style == ProgressBarStyle::Pill ||
+                           surroundings.style == ProgressBarStyle::DividerLine;
+        return stripes({isBar ? blended(row.background, row.moving.top, 0.35) : row.background,
+                        row.moving.bottom},
+                       surroundings.stripesOffset);
+    }
+    const bool active = surroundings.isActiveWindow && _fraction < 0.99999 && !_isPaused;
+    const ProgressColors& colors = active ? row.moving : row.stopped;
+    QLinearGradient gradient(area.topLeft(), area.bottomLeft());
+    gradient.setColorAt(0, colors.top);
+    gradient.setColorAt(1, colors.bottom);
+    return gradient;
+}
+
+void DQDownloadCell::paintPill(QPainter& painter, const Surroundings& surroundings) const {
     constexpr int height = 9;
     QRect frame = geometry_.blobFrameForCellFrame(surroundings.row, surroundings.direction);
     frame = QRect(frame.left(), frame.center().y() - height / 2, frame.width(), height);
-    painter.setPen(QPen(fadedTextColor(surroundings), 1));
+    painter.setPen(QPen(surroundings.colors.note, 1));
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(QRectF(frame).adjusted(0.5, 0.5, -0.5, -0.5), height / 2.0,
                             height / 2.0);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(color);
+    painter.setBrush(progressBrush(surroundings, frame));
     painter.drawRoundedRect(
         QRectF(filledPart(frame, _fraction, 2, surroundings.direction)).adjusted(2, 2, -2, -2), 2.5,
         2.5);
@@ -160,47 +202,91 @@ void DQDownloadCell::paintIcon(QPainter& painter, const Surroundings& surroundin
     const QRect frame = geometry_.imageFrameForCellFrame(surroundings.row, surroundings.direction);
     painter.drawPixmap(frame.topLeft(), fileTypePixmap(_icon.value_or(QString()), frame.width(),
                                                        surroundings.devicePixelRatio));
-    if (_finalStatus != 0) {
-        constexpr int badge = 14;
+    const QString badge = trouble_ == Trouble::Failed        ? u"DQFailure"_s
+                          : trouble_ == Trouble::Interrupted ? u"DQInterrupted"_s
+                          : _finalStatus > 0                 ? u"DQSuccess"_s
+                                                             : QString();
+    if (!badge.isEmpty()) {
+        constexpr int size = 14;
         const QPoint corner = surroundings.direction == Qt::RightToLeft
-                                  ? frame.bottomLeft() - QPoint(1, badge - 2)
-                                  : frame.bottomRight() - QPoint(badge - 2, badge - 2);
-        painter.drawPixmap(corner,
-                           colouredPixmap(_finalStatus > 0 ? u"DQSuccess"_s : u"DQFailure"_s, badge,
-                                          surroundings.devicePixelRatio));
+                                  ? frame.bottomLeft() - QPoint(1, size - 2)
+                                  : frame.bottomRight() - QPoint(size - 2, size - 2);
+        painter.drawPixmap(corner, colouredPixmap(badge, size, surroundings.devicePixelRatio));
     }
 }
 
-void DQDownloadCell::paintTexts(QPainter& painter, const Surroundings& surroundings) const {
+bool DQDownloadCell::showsColumns(const Surroundings& surroundings) const {
+    return !bytes_.isEmpty() && geometry_.hasColumns(surroundings.row);
+}
+
+DQDownloadCell::TextFrames DQDownloadCell::textFrames(const Surroundings& surroundings) const {
     const QRect& row = surroundings.row;
-    QRect name = geometry_.textFrameForCellFrame(row, shownButtons(), surroundings.direction);
-    QRect status = geometry_.statusFrameForCellFrame(row, shownButtons(), surroundings.direction);
+    const bool isMirrored = surroundings.direction == Qt::RightToLeft;
+    const auto cut = [&](QRect frame, int width) {
+        return isMirrored ? frame.adjusted(width, 0, 0, 0) : frame.adjusted(0, 0, -width, 0);
+    };
+    TextFrames frames{
+        geometry_.textFrameForCellFrame(row, shownButtons(), surroundings.direction),
+        geometry_.statusFrameForCellFrame(row, shownButtons(), surroundings.direction),
+        {}};
+    int taken = 0;
     if (surroundings.style == ProgressBarStyle::Pill && showsProgress()) {
+        constexpr int space = 8;
         const QRect blob = geometry_.blobFrameForCellFrame(row, surroundings.direction);
-        if (surroundings.direction == Qt::RightToLeft) {
-            name.setLeft(blob.right() + 8);
-            status.setLeft(blob.right() + 8);
-        } else {
-            name.setRight(blob.left() - 8);
-            status.setRight(blob.left() - 8);
-        }
+        taken = space + (isMirrored ? blob.right() - frames.name.left()
+                                    : frames.name.right() - blob.left());
     } else if (surroundings.style == ProgressBarStyle::DividerLine) {
-        name.translate(0, -2);
-        status.translate(0, 2);
+        frames.name.translate(0, -2);
+        frames.status.translate(0, 2);
     }
+    frames.room = cut(frames.name, taken);
+    if (showsColumns(surroundings)) {
+        taken += geometry_.columnsWidth();
+    }
+    frames.name = cut(frames.name, taken);
+    frames.status = cut(frames.status, taken);
+    return frames;
+}
+
+void DQDownloadCell::paintTexts(QPainter& painter, const Surroundings& surroundings) const {
+    const RowColors& colors = surroundings.colors;
+    const TextFrames frames = textFrames(surroundings);
     painter.setFont(geometry_.nameFont());
-    painter.setPen(textColor(surroundings));
+    painter.setPen(colors.name);
     // A name reads in its own direction wherever it stands.
-    paintText(painter, surroundings, name,
+    paintText(painter, surroundings, frames.name,
               QFontMetrics(geometry_.nameFont())
-                  .elidedText(name_.simplified(), Qt::ElideMiddle, name.width()),
+                  .elidedText(name_.simplified(), Qt::ElideMiddle, frames.name.width()),
               name_.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
+    const bool hasColumns = showsColumns(surroundings);
     painter.setFont(geometry_.statusFont());
-    painter.setPen(fadedTextColor(surroundings));
-    paintText(painter, surroundings, status,
+    painter.setPen(trouble_ == Trouble::Failed        ? colors.failed
+                   : trouble_ == Trouble::Interrupted ? colors.interrupted
+                                                      : colors.note);
+    paintText(painter, surroundings, frames.status,
               QFontMetrics(geometry_.statusFont())
-                  .elidedText(_statusDescription, Qt::ElideRight, status.width()),
+                  .elidedText(hasColumns ? bytes_ : _statusDescription, Qt::ElideRight,
+                              frames.status.width()),
               surroundings.direction);
+    if (hasColumns) {
+        paintColumns(painter, surroundings, frames.room);
+    }
+}
+
+void DQDownloadCell::paintColumns(QPainter& painter, const Surroundings& surroundings,
+                                  const QRect& room) const {
+    using Column = RowGeometry::Column;
+    painter.setFont(geometry_.nameFont());
+    painter.setPen(surroundings.colors.note);
+    const bool isMirrored = surroundings.direction == Qt::RightToLeft;
+    const auto paint = [&](Column column, const QString& text) {
+        paintFigures(painter,
+                     geometry_.columnFrame(column, surroundings.row, room, surroundings.direction),
+                     text, isMirrored ? Qt::AlignLeft : Qt::AlignRight, geometry_.digitWidth());
+    };
+    paint(Column::Percent, progress_.percent);
+    paint(Column::Rate, progress_.rate);
+    paint(Column::TimeLeft, progress_.timeLeft);
 }
 
 void DQDownloadCell::paintText(QPainter& painter, const Surroundings& surroundings,
@@ -220,28 +306,31 @@ void DQDownloadCell::paintActionButton(QPainter& painter, const Surroundings& su
     if (!(isPrimary ? _canPerformAction1 : _canPerformAction2)) {
         return;
     }
+    const RowColors& colors = surroundings.colors;
     const bool isPressed = _highlightedActionButtonIndex == index;
+    const bool isPointedAt = surroundings.buttonUnderPointer == index;
     const QRect frame =
         geometry_.frameForActionButtonWithIndex(index, surroundings.row, surroundings.direction);
-    QString image = u"DQCancel"_s;
-    QColor color = fadedTextColor(surroundings);
-    if (isPrimary) {
-        image = _finalStatus > 0 ? u"DQReveal"_s : (_isPaused ? u"DQResume"_s : u"DQPause"_s);
-        if (_isPaused && _finalStatus == 0 && surroundings.isActiveWindow && !isPressed) {
-            painter.setRenderHint(QPainter::Antialiasing);
-            painter.setPen(Qt::NoPen);
-            painter.setBrush(Qt::white);
-            painter.drawEllipse(frame);
-            painter.setRenderHint(QPainter::Antialiasing, false);
-            color = QColor::fromRgbF(1.0F, 0.7F, 0.0F);
-        }
+    const bool isStart = isPrimary && primary_ == app::PrimaryAction::Start &&
+                         surroundings.isActiveWindow && !isPressed;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    if (isPointedAt || isPressed) {
+        constexpr int border = 4;
+        painter.setBrush(blended(colors.background, colors.name, isPressed ? 0.3 : 0.15));
+        painter.drawEllipse(frame.adjusted(-border, -border, border, border));
     }
-    if (isPressed) {
-        color = surroundings.isSelected ? surroundings.palette.color(QPalette::HighlightedText)
-                                        : surroundings.palette.color(QPalette::Highlight);
+    if (isStart) {
+        painter.setBrush(Qt::white);
+        painter.drawEllipse(frame);
     }
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    const QColor color = isStart                    ? QColor::fromRgbF(1.0F, 0.7F, 0.0F)
+                         : isPointedAt || isPressed ? colors.name
+                                                    : colors.note;
     painter.drawPixmap(frame.topLeft(),
-                       symbolPixmap(image, color, frame.width(), surroundings.devicePixelRatio));
+                       symbolPixmap(isPrimary ? imageOf(primary_) : u"DQCancel"_s, color,
+                                    frame.width(), surroundings.devicePixelRatio));
 }
 
 }  // namespace ui

@@ -5,11 +5,15 @@
 #include <QScrollBar>
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 #include "app/rows/rows.h"
 #include "app/settings.h"
 #include "platform/base/user_defaults.h"
+#include "ui/art/theme.h"
 #include "ui/list/download_list_model.h"
+#include "ui/list/empty_list_offers.h"
+#include "ui/list/stripe_motion.h"
 #include "ui/list/vanishing_rows.h"
 #include "ui/text.h"
 
@@ -23,7 +27,9 @@ DQDownloadList::DQDownloadList(app::Rows& state, QWidget* parent)
       cell_(geometry_),
       rows_(new DownloadListModel(state.texts(), this)),
       state_(state),
-      vanishing_(std::make_shared<VanishingRows>(*this, state.vanishing())) {
+      vanishing_(std::make_shared<VanishingRows>(*this, state.vanishing())),
+      offers_(new EmptyListOffers(viewport())),
+      stripes_(std::make_unique<StripeMotion>(*viewport())) {
     setObjectName(QStringLiteral("downloadList"));
     setAccessibleName(translated("Downloads"));
     setModel(rows_);
@@ -35,6 +41,9 @@ DQDownloadList::DQDownloadList(app::Rows& state, QWidget* parent)
     setEditTriggers(NoEditTriggers);
     setDragEnabled(false);  // Whether a motion drags is decided here.
     setMouseTracking(false);
+    viewport()->setAttribute(Qt::WA_Hover);
+    connect(offers_, &EmptyListOffers::pasteWanted, this, &DQDownloadList::pasteWanted);
+    connect(offers_, &EmptyListOffers::addWanted, this, &DQDownloadList::addWanted);
 
     delayedDisplay_.setSingleShot(true);
     connect(&delayedDisplay_, &QTimer::timeout, viewport(), qOverload<>(&QWidget::update));
@@ -119,6 +128,35 @@ void DQDownloadList::noteEmptiness() {
         emptyText_.maskAlpha = 1.0;
         fade_.start();
     }
+    placeOffers();
+}
+
+void DQDownloadList::setFilteredOut(bool isFilteredOut) {
+    if (std::exchange(emptyText_.isFilteredOut, isFilteredOut) != isFilteredOut) {
+        placeOffers();
+        viewport()->update();
+    }
+}
+
+/// Under the text, as long as there is room for both and nothing is dragged over it.
+void DQDownloadList::placeOffers() {
+    constexpr int margin = 20, gap = 10;
+    const QSize size = offers_->sizeHint();
+    const int textHeight = EmptyListText::height(font());
+    const int height = textHeight + gap + size.height();
+    const QSize room = viewport()->size() - QSize(2 * margin, 2 * margin);
+    const bool isShown = !hasItems() && !emptyText_.isFilteredOut && !emptyText_.isDraggingTarget &&
+                         emptyText_.maskAlpha <= 0 && size.width() <= room.width() &&
+                         height <= room.height();
+    offersHeight_ = isShown ? gap + size.height() : 0;
+    offers_->setVisible(isShown);
+    const int top = (viewport()->height() - height) / 2 + textHeight + gap;
+    offers_->setGeometry({QPoint((viewport()->width() - size.width()) / 2, top), size});
+}
+
+void DQDownloadList::resizeEvent(QResizeEvent* event) {
+    QListView::resizeEvent(event);
+    placeOffers();
 }
 
 void DQDownloadList::fadeInStep() {
@@ -126,6 +164,7 @@ void DQDownloadList::fadeInStep() {
     if (emptyText_.maskAlpha <= 0) {
         emptyText_.maskAlpha = 0;
         fade_.stop();
+        placeOffers();
     }
     viewport()->update();
 }
@@ -134,7 +173,7 @@ void DQDownloadList::paintEvent(QPaintEvent* event) {
     QPainter painter(viewport());
     if (!hasItems()) {
         painter.setFont(font());
-        emptyText_.paint(painter, viewport()->rect(), palette());
+        emptyText_.paint(painter, viewport()->rect(), offersHeight_, palette());
         return;
     }
     paintRows(painter, event->rect());
@@ -144,13 +183,17 @@ void DQDownloadList::paintEvent(QPaintEvent* event) {
 
 void DQDownloadList::paintRows(QPainter& painter, const QRect& area) {
     DQDownloadCell::Surroundings surroundings;
-    surroundings.palette = palette();
+    surroundings.separator = separatorColor(palette());
+    surroundings.stripesOffset = stripes_->offset();
     surroundings.direction = layoutDirection();
     surroundings.devicePixelRatio = devicePixelRatioF();
     surroundings.isActiveWindow = isActiveWindow();
     surroundings.style = static_cast<ProgressBarStyle>(std::clamp<qint64>(
         platform::standardDefaults().get(app::settings::progressBarStyle), 0, 3));
 
+    const RowColors plain = rowColors(palette(), surroundings.style, false, isActiveWindow());
+    const RowColors selected = rowColors(palette(), surroundings.style, true, isActiveWindow());
+    const PlacedButton pointedAt = pointer_ ? buttonUnder(*pointer_) : PlacedButton();
     const int offset = verticalOffset();
     const int count = rows_->rowCount();
     int row = rowAtContentY(area.top() + offset);
@@ -162,9 +205,14 @@ void DQDownloadList::paintRows(QPainter& painter, const QRect& area) {
         cell_.reflectDownload(state_, *download, true);
         surroundings.row = QRect(0, top, viewport()->width(), height);
         surroundings.isSelected = selection->isSelected(rows_->index(row));
+        surroundings.colors = surroundings.isSelected ? selected : plain;
+        surroundings.buttonUnderPointer = row == pointedAt.row ? pointedAt.index : 0;
         surroundings.drawsBottomSeparator =
             row + 1 == count || !selection->isSelected(rows_->index(row + 1));
         cell_.paint(painter, surroundings);
+        if (cell_.hasStripes()) {
+            stripes_->noteStripes(surroundings.row);
+        }
         top += height;
     }
     if (top <= area.bottom()) {
@@ -192,6 +240,7 @@ void DQDownloadList::changeEvent(QEvent* event) {
     if (event->type() == QEvent::FontChange) {
         geometry_ = RowGeometry(font());
         updateGeometries();
+        placeOffers();
     }
     if (event->type() == QEvent::ActivationChange || event->type() == QEvent::PaletteChange) {
         viewport()->update();
@@ -232,6 +281,7 @@ void DQDownloadList::setDropMark(const DropMark& mark) {
         dropMark_ = mark;
         emptyText_.isDraggingTarget = mark.kind == DropMark::Kind::WholeList;
         emptyText_.choosesFolder = choosesFolder;
+        placeOffers();
         viewport()->update();
     }
 }

@@ -17,6 +17,8 @@ class Rows;
 namespace ui {
 
 class DownloadListModel;
+class EmptyListOffers;
+class StripeMotion;
 class VanishingRows;
 
 /// Where a drag over the list would land.
@@ -52,6 +54,8 @@ public:
     void selectRows(const QList<qsizetype>& rows);
     /// Brings the first row that is selected into sight.
     void scrollToSelection();
+    /// Says why it is empty when it is: the filter shows none of the downloads.
+    void setFilteredOut(bool isFilteredOut);
     void setNeedsDisplayAfterDelay(double seconds);
     void setDropMark(const DropMark& mark);
     /// Frames the row that an open menu is about; -1: none.
@@ -72,8 +76,13 @@ Q_SIGNALS:
     /// The user drags these rows.
     void dragWanted(const QList<qsizetype>& rows);
     void contentHeightChanged();
+    /// What the empty list offers.
+    void pasteWanted();
+    void addWanted();
 
 protected:
+    bool viewportEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -104,6 +113,15 @@ private:
     [[nodiscard]] int rowAtContentY(int y) const;
     /// The row's action button under the point; 0 for none.
     [[nodiscard]] unsigned actionButtonAt(int row, const QPoint& point) const;
+    struct PlacedButton {
+        int row = -1;
+        unsigned index = 0;
+
+        friend bool operator==(const PlacedButton&, const PlacedButton&) = default;
+    };
+    [[nodiscard]] PlacedButton buttonUnder(const QPoint& point) const;
+    void setPointer(const std::optional<QPoint>& point);
+    bool showButtonToolTip(const QHelpEvent& event);
     bool trackActionButton(const QPoint& point);
     void highlightPressedButton(bool isInside);
     /// Whether the motion is one that drags rows and not one that selects them.
@@ -115,6 +133,7 @@ private:
     void paintRows(QPainter& painter, const QRect& area);
     void restoreCurrentRow(const engine::DQDownload* download);
     void noteEmptiness();
+    void placeOffers();
     void fadeInStep();
 
     RowGeometry geometry_;
@@ -123,6 +142,10 @@ private:
     app::Rows& state_;
     std::shared_ptr<VanishingRows> vanishing_;
     EmptyListText emptyText_;
+    EmptyListOffers* offers_;
+    int offersHeight_ = 0;
+    std::unique_ptr<StripeMotion> stripes_;
+    std::optional<QPoint> pointer_;
     PressedButton pressed_;
     /// Where a press began that may yet drag rows.
     std::optional<QPoint> dragOrigin_;

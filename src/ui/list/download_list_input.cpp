@@ -1,13 +1,17 @@
 // What mouse and keys do to the list.
 
 #include <QApplication>
+#include <QHelpEvent>
+#include <QHoverEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QToolTip>
 #include <utility>
 
 #include "app/rows/rows.h"
 #include "ui/list/download_list.h"
 #include "ui/list/download_list_model.h"
+#include "ui/list/row_texts.h"
 
 namespace ui {
 
@@ -18,13 +22,61 @@ unsigned DQDownloadList::actionButtonAt(int row, const QPoint& point) const {
     }
     const QRect frame = visualRect(rows_->index(row));
     for (const unsigned index : {engine::DQDownloadActionPrimary, engine::DQDownloadActionRemove}) {
-        const QRect button =
-            geometry_.frameForActionButtonWithIndex(index, frame, layoutDirection());
+        const QRect button = geometry_.areaOfActionButtonWithIndex(index, frame, layoutDirection());
         if (button.contains(point) && state_.canPerformAction(*download, index)) {
             return index;
         }
     }
     return 0;
+}
+
+DQDownloadList::PlacedButton DQDownloadList::buttonUnder(const QPoint& point) const {
+    const int row = indexAt(point).row();
+    const unsigned index = actionButtonAt(row, point);
+    return index == 0 ? PlacedButton() : PlacedButton{row, index};
+}
+
+void DQDownloadList::setPointer(const std::optional<QPoint>& point) {
+    const PlacedButton before = pointer_ ? buttonUnder(*pointer_) : PlacedButton();
+    pointer_ = point;
+    const PlacedButton after = point ? buttonUnder(*point) : PlacedButton();
+    if (before != after) {
+        rows_->redrawRow(before.row);
+        rows_->redrawRow(after.row);
+    }
+}
+
+bool DQDownloadList::showButtonToolTip(const QHelpEvent& event) {
+    const PlacedButton button = buttonUnder(event.pos());
+    const engine::DownloadPtr download = rows_->download(button.row);
+    if (!download) {
+        return false;
+    }
+    const QRect frame = visualRect(rows_->index(button.row));
+    QToolTip::showText(
+        event.globalPos(), actionToolTip(*download, button.index), viewport(),
+        geometry_.areaOfActionButtonWithIndex(button.index, frame, layoutDirection()));
+    return true;
+}
+
+bool DQDownloadList::viewportEvent(QEvent* event) {
+    switch (event->type()) {
+        case QEvent::HoverEnter:
+        case QEvent::HoverMove:
+            setPointer(static_cast<QHoverEvent*>(event)->position().toPoint());
+            break;
+        case QEvent::HoverLeave:
+            setPointer({});
+            break;
+        case QEvent::ToolTip:
+            if (showButtonToolTip(*static_cast<QHelpEvent*>(event))) {
+                return true;
+            }
+            break;
+        default:
+            break;
+    }
+    return QListView::viewportEvent(event);
 }
 
 bool DQDownloadList::trackActionButton(const QPoint& point) {

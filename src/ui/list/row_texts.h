@@ -11,10 +11,16 @@ class DQDownload;
 
 namespace ui {
 
-/// Address, state and date of a row.
+/// Address, state, date and trouble of a row.
 [[nodiscard]] QString rowToolTip(const app::StatusTexts& texts, engine::DQDownload& download);
 
-/// What a screen reader says of a row: name and state.
+/// What pressing a button of the row will do; `index` is a `DQDownloadAction`.
+[[nodiscard]] QString actionToolTip(const engine::DQDownload& download, unsigned index);
+
+/// In lines of at most `columns` characters, broken between words where that is possible.
+[[nodiscard]] QString wrapped(const QString& text, qsizetype columns);
+
+/// What a screen reader says of a row: name, state and trouble.
 [[nodiscard]] QString accessibleRowText(const app::StatusTexts& texts,
                                         engine::DQDownload& download);
 

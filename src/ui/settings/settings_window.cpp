@@ -18,6 +18,7 @@
 #include "ui/settings.h"
 #include "ui/settings/sections.h"
 #include "ui/text.h"
+#include "ui/window/window_frame.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -200,6 +201,18 @@ void SettingsWindow::fitToSection() {
     setMinimumSize(width, fits ? wanted : lowestWindow);
     setMaximumHeight(page.canGrow() ? QWIDGETSIZE_MAX : wanted);
     resize(width, std::min(wanted, room));
+    if (isVisible()) {
+        keepOnTheScreen();
+    }
+}
+
+/// A section that is higher than the one before may reach below the screen.
+void SettingsWindow::keepOnTheScreen() {
+    const QRect frame(pos(), size() + (frameGeometry().size() - geometry().size()));
+    const QPoint place = frameOnScreens(frame, {screen()->availableGeometry()}).topLeft();
+    if (place != pos()) {
+        move(place);
+    }
 }
 
 void SettingsWindow::standOnTheScreenInUse() {

@@ -55,6 +55,7 @@ private:
     void fitToSection();
     void standOnTheScreenInUse();
     void centre();
+    void keepOnTheScreen();
     [[nodiscard]] const Section& current() const;
 
     SettingsBinder binder_;

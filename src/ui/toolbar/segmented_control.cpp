@@ -57,6 +57,8 @@ void SegmentedControl::paintEvent(QPaintEvent*) {
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 5, 5);
     painter.setRenderHint(QPainter::Antialiasing, false);
+    // One pixel of the screen, whatever the scale.
+    painter.setPen(QPen(outlineColor(palette()), 0));
     painter.drawLine(width() / 2, 5, width() / 2, height() - 6);
 }
 

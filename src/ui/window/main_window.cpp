@@ -23,6 +23,7 @@
 #include "app/settings.h"
 #include "app/status/queue_status.h"
 #include "engine/lifecycle/download.h"
+#include "links/text/typography.h"
 #include "platform/base/user_defaults.h"
 #include "ui/commands/command_actions.h"
 #include "ui/commands/main_menu.h"
@@ -63,7 +64,7 @@ MainWindow::MainWindow(app::Commands& commands)
 
     platform::UserDefaults& defaults = commands.surroundings().defaults;
     frame_ = std::make_unique<WindowFrame>(*this, *downloadList, defaults);
-    frame_->restore();
+    frame_->restore(usualSize());
     rubber_ = std::make_unique<RubberWindow>(*this, *downloadList, defaults);
     observation_ = defaults.observe([this, &defaults](const QString& key) {
         if (key == app::settings::toolbarFilterCriterion.name()) {
@@ -76,6 +77,13 @@ MainWindow::MainWindow(app::Commands& commands)
 }
 
 MainWindow::~MainWindow() = default;
+
+QSize MainWindow::usualSize() const {
+    constexpr int width = 640, shownRows = 9;
+    const int around = menuBar()->sizeHint().height() + toolbar_->sizeHint().height() +
+                       statusBar()->sizeHint().height();
+    return {width, around + shownRows * downloadList->rowHeight()};
+}
 
 void MainWindow::makeContents() {
     toolbarFilterScopeBar =
@@ -133,6 +141,10 @@ void MainWindow::connectList() {
             [this] { lastHand_.start(); });
     connect(&controller_, &app::DQMainController::downloadsAdded, this, &MainWindow::showAdded);
     connect(downloadList, &DQDownloadList::contextMenuWanted, this, &MainWindow::showContextMenu);
+    connect(downloadList, &DQDownloadList::pasteWanted, this,
+            [this] { commands_.perform(Command::Paste); });
+    connect(downloadList, &DQDownloadList::addWanted, this,
+            [this] { commands_.perform(Command::OpenURL); });
     connect(downloadList, &DQDownloadList::removeWanted, this,
             [this] { commands_.perform(Command::Remove); });
     connect(downloadList, &DQDownloadList::pauseToggleWanted, this, [this] {
@@ -164,12 +176,14 @@ void MainWindow::setFilterText(const QString& text) {
 void MainWindow::updateStatus() {
     const app::QueueStatus status = controller_.queueStatus();
     statusField->setText(status.text);
-    totalsField->setText(status.totals);
+    totalsField->setText(links::stringWithDashesForHyphens(status.totals));
     setWindowTitle(status.shortTotals.isEmpty() ? u"Orlop[*]"_s
                                                 : status.shortTotals + u" – Orlop[*]"_s);
     clearButton->setVisible(status.canClear);
     clearButton->setEnabled(status.canClear);
     setWindowModified(status.isDocumentEdited);
+    downloadList->setFilteredOut(controller_.isFiltering() &&
+                                 controller_.numberOfHiddenDownloads() > 0);
 }
 
 /// Not under the hands of a user who selects, scrolls or types.

@@ -54,6 +54,8 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    /// Of the first window.
+    [[nodiscard]] QSize usualSize() const;
     void makeContents();
     void makeStatusLine();
     void connectList();

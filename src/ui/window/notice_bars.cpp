@@ -8,6 +8,7 @@
 #include <QTimer>
 #include <QToolButton>
 
+#include "ui/art/hairline.h"
 #include "ui/art/theme.h"
 #include "ui/text.h"
 
@@ -22,8 +23,8 @@ protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         painter.fillRect(rect(), palette().toolTipBase());
-        painter.fillRect(0, edge_ == Qt::TopEdge ? height() - 1 : 0, width(), 1,
-                         separatorColor(palette()));
+        const QRect line = edge_ == Qt::TopEdge ? rect() : QRect(0, 0, width(), 1);
+        paintHairlineBelow(painter, line, separatorColor(palette()));
     }
 
 private:

@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QToolButton>
 
+#include "ui/art/hairline.h"
 #include "ui/art/theme.h"
 
 namespace ui {
@@ -44,7 +45,7 @@ void ScopeBar::select(const QString& identifier) {
 
 void ScopeBar::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.fillRect(0, height() - 1, width(), 1, separatorColor(palette()));
+    paintHairlineBelow(painter, rect(), separatorColor(palette()));
 }
 
 }  // namespace ui

@@ -15,7 +15,6 @@
 namespace ui {
 namespace {
 
-constexpr QSize usualSize(460, 420);
 /// Taller windows do not spring.
 constexpr int tallWindow = 500;
 constexpr int springDuration = 260;
@@ -64,6 +63,10 @@ QRect frameOnScreens(const QRect& frame, const QList<QRect>& screens) {
             size};
 }
 
+QRect roomForWindows(const QScreen& screen) {
+    return screen.availableGeometry().adjusted(0, titleBarHeight, 0, 0);
+}
+
 WindowFrame::WindowFrame(QWidget& window, const QWidget& list, platform::UserDefaults& defaults)
     : window_(window), list_(list), defaults_(defaults) {
     animation_.setStartValue(0.0);
@@ -79,18 +82,18 @@ WindowFrame::WindowFrame(QWidget& window, const QWidget& list, platform::UserDef
     });
 }
 
-void WindowFrame::restore() {
+void WindowFrame::restore(const QSize& usual) {
     const QStringList stored = defaults_.get(settings::mainWindowFrame).split(u' ');
-    const QRect frame = storedRect(stored);
-    if (frame.isNull()) {
-        window_.resize(usualSize);
-        const QRect room = window_.screen()->availableGeometry();
-        window_.move(room.center() - window_.rect().center());
-        return;
-    }
+    QRect frame = storedRect(stored);
     QList<QRect> rooms;
-    for (const QScreen* screen : QGuiApplication::screens()) {
-        rooms.append(screen->availableGeometry().adjusted(0, titleBarHeight, 0, 0));
+    if (frame.isNull()) {
+        frame.setSize(usual);
+        rooms.append(roomForWindows(*window_.screen()));
+        frame.moveCenter(rooms.front().center());
+    } else {
+        for (const QScreen* screen : QGuiApplication::screens()) {
+            rooms.append(roomForWindows(*screen));
+        }
     }
     window_.setGeometry(rooms.isEmpty() ? frame : frameOnScreens(frame, rooms));
     if (stored.contains(maximizedMark)) {

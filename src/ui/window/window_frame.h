@@ -8,6 +8,7 @@
 
 #include "platform/base/observation.h"
 
+class QScreen;
 class QWidget;
 
 namespace platform {
@@ -21,6 +22,9 @@ namespace ui {
 /// coordinates.
 [[nodiscard]] QRect frameOnScreens(const QRect& frame, const QList<QRect>& screens);
 
+/// What windows may cover of a screen, below their title bars.
+[[nodiscard]] QRect roomForWindows(const QScreen& screen);
+
 /// Where the main window stands: kept over restarts, and left for a moment when the first rows
 /// come, and for good when the program ends.
 class WindowFrame final : public QObject {
@@ -30,8 +34,9 @@ public:
     /// `list`: what gives way when the window collapses. All outlive it.
     WindowFrame(QWidget& window, const QWidget& list, platform::UserDefaults& defaults);
 
-    /// As it was, on a screen that is there, or else in the middle of one.
-    void restore();
+    /// As it was, on a screen that is there, or else `usual` in the middle of one, as far as there
+    /// is room.
+    void restore(const QSize& usual);
     void save();
 
     /// Collapses the window towards its middle, calls `update` and lets it spring open again.

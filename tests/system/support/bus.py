@@ -16,7 +16,7 @@ STARTED_OVER_IT = ("org.a11y.Bus.service",)
 CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig><type>session</type><listen>unix:path={folder}/bus</listen>
-<servicedir>{folder}/services</servicedir><policy context="default">
+{services}<policy context="default">
 <allow user="*"/><allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/>
 <allow own="*"/></policy></busconfig>"""
 
@@ -35,7 +35,7 @@ def mock_interpreter():
 
 class Bus:
     """Stands for both the session's and the system's bus. `environment` is that of the services
-    which are started over it."""
+    which are started over it; those of its data folder are, too."""
 
     def __init__(self, environment=None):
         self._processes = []
@@ -45,7 +45,12 @@ class Bus:
         for service in STARTED_OVER_IT:
             if (SERVICES / service).exists():
                 shutil.copy(SERVICES / service, self.folder / "services")
-        (self.folder / "configuration").write_text(CONFIGURATION.format(folder=self.folder))
+        folders = [self.folder / "services"]
+        if environment and "XDG_DATA_HOME" in environment:
+            folders.append(Path(environment["XDG_DATA_HOME"]) / "dbus-1/services")
+        services = "".join(f"<servicedir>{folder}</servicedir>" for folder in folders)
+        (self.folder / "configuration").write_text(
+            CONFIGURATION.format(folder=self.folder, services=services))
         daemon = self._start("dbus-daemon", "--nofork", "--print-address", "--config-file",
                              self.folder / "configuration", stdout=subprocess.PIPE,
                              env=environment)

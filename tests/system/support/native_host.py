@@ -16,11 +16,15 @@ EXTENSION = "orlop@tarnworks.com"
 
 def bus_with_service(home, *command):
     """A bus on which a call to Orlop starts that command."""
-    services = home.root / "data/dbus-1/services"
-    services.mkdir(parents=True, exist_ok=True)
-    (services / "com.tarnworks.Orlop.service").write_text(
+    bus = Bus(home.environment())
+    (bus.folder / "services/com.tarnworks.Orlop.service").write_text(
         "[D-BUS Service]\nName=com.tarnworks.Orlop\nExec=" + " ".join(map(str, command)) + "\n")
-    return Bus(home.environment())
+    read_services_again(bus)
+    return bus
+
+
+def read_services_again(bus):
+    bus.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus.ReloadConfig")
 
 
 class NativeHost:

@@ -31,7 +31,7 @@ class Screen:
         self.columns, self.lines, self.reflows = columns, lines, reflows
         self.rows = [Row(columns)]
         self.top = self.row = self.column = 0
-        self.wraps = True
+        self.wraps = self.shows_cursor = True
         self.unknown = []
         self._pending = ""
 
@@ -112,6 +112,8 @@ class Screen:
                 del self.rows[self.row + 1:]
         elif final in "hl" and parameters == "?7":
             self.wraps = final == "h"
+        elif final in "hl" and parameters == "?25":
+            self.shows_cursor = final == "h"
         elif final != "m":
             self.unknown.append(parameters + final)
 
