@@ -137,7 +137,7 @@ void MainWindow::connectList() {
                 lastHand_.start();
                 controller_.selectionDidChange(rows);
             });
-    connect(downloadList->verticalScrollBar(), &QScrollBar::valueChanged, this,
+    connect(downloadList->verticalScrollBar(), &QScrollBar::actionTriggered, this,
             [this] { lastHand_.start(); });
     connect(&controller_, &app::DQMainController::downloadsAdded, this, &MainWindow::showAdded);
     connect(downloadList, &DQDownloadList::contextMenuWanted, this, &MainWindow::showContextMenu);
