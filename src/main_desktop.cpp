@@ -148,6 +148,11 @@ int main(int argumentCount, char** argumentValues) {
         frontEnd.stopAsking();
         core.controller().terminate();
     });
+    // The display may be gone before a signal comes.
+    QObject::connect(&application, &QGuiApplication::commitDataRequest, &application, [&] {
+        core.controller().writeArchiveBeforeQuitting(false);
+        core.controller().finishWriting();
+    });
     const int status = QApplication::exec();
     scripts.reset();
     windows.reset();

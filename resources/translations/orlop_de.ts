@@ -1017,6 +1017,21 @@ geschrieben; das ist keiner Ihrer Download-Ordner.</translation>
             <translation>Unbekannte Option: %1</translation>
         </message>
         <message>
+            <location filename="../../src/app/lifecycle/lifecycle.cpp" />
+            <source>The computer did not go to sleep: %1</source>
+            <translation>Der Computer ist nicht schlafen gegangen: %1</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/lifecycle/lifecycle.cpp" />
+            <source>The computer was not shut down: %1</source>
+            <translation>Der Computer wurde nicht ausgeschaltet: %1</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/main_controller.cpp" />
+            <source>%@ downloads</source>
+            <translation>%@ Downloads</translation>
+        </message>
+        <message>
             <location filename="../../src/app/main_controller.cpp" />
             <source>Added to Queue</source>
             <translation>Zur Warteschlange hinzugefügt</translation>
@@ -1290,12 +1305,32 @@ Möchten Sie jetzt wirklich beenden?</translation>
         </message>
         <message>
             <location filename="../../src/app/schedule/toggles.cpp" />
+            <source>All downloads are done already, so the computer would be shut down at once.</source>
+            <translation>Alle Downloads sind schon fertig, der Computer würde also sofort ausgeschaltet.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/schedule/toggles.cpp" />
+            <source>All downloads are done already, so the computer would go to sleep at once.</source>
+            <translation>Alle Downloads sind schon fertig, der Computer ginge also sofort schlafen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/schedule/toggles.cpp" />
             <source>Are you sure you want Orlop to shut down your computer once all downloads are done?
 
 Please note that Orlop will not remember this setting across restarts. Also, Orlop cannot guarantee your computer will actually shut down, as other applications may refuse to quit without any user interaction.</source>
             <translation>Soll Orlop Ihren Rechner wirklich herunterfahren, sobald alle Downloads fertig sind?
 
 Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafür bürgen, dass der Rechner wirklich herunterfährt, denn andere Programme können sich weigern, ohne Rückfrage zu beenden.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/schedule/toggles.cpp" />
+            <source>Shut Down Now</source>
+            <translation>Jetzt ausschalten</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/schedule/toggles.cpp" />
+            <source>Shut down now?</source>
+            <translation>Jetzt ausschalten?</translation>
         </message>
         <message>
             <location filename="../../src/app/schedule/toggles.cpp" />
@@ -1306,6 +1341,16 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/app/schedule/toggles.cpp" />
             <source>Shut down when done?</source>
             <translation>Danach herunterfahren?</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/schedule/toggles.cpp" />
+            <source>Sleep Now</source>
+            <translation>Jetzt schlafen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/schedule/toggles.cpp" />
+            <source>Sleep now?</source>
+            <translation>Jetzt schlafen?</translation>
         </message>
         <message>
             <location filename="../../src/app/status/queue_status_reporter.cpp" />

@@ -312,10 +312,11 @@ Application::Start Application::run(const FrontEnd& frontEnd, const ShowWindows&
 }
 
 void Application::receive(const Handover& handover, const Saved& saved) {
-    if (activate_) {
+    const LaunchItems items = launchItems(handover.items);
+    // Who wants Orlop out of the way is not to have it in front of him first.
+    if (activate_ && (items.isEmpty() || !controller().lifecycle().retreats())) {
         activate_(handover.activationToken);
     }
-    const LaunchItems items = launchItems(handover.items);
     if (items.isEmpty()) {
         controller().lifecycle().applicationShouldHandleReopen();
         saved(true);

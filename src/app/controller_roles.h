@@ -41,6 +41,8 @@ public:
         static_cast<void>(informativeText), static_cast<void>(asAppendix);
         return false;
     }
+    /// The window has come before the user.
+    virtual void windowWasSeen() {}
 };
 
 /// Remembers downloads that the queue has forgotten.

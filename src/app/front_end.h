@@ -98,6 +98,8 @@ public:
     [[nodiscard]] virtual bool areAlternateFunctionalityModifiersHeld() const = 0;
 
     [[nodiscard]] virtual bool isDownloadWindowVisible() const = 0;
+    /// The user works in it and sees what happens.
+    [[nodiscard]] virtual bool isDownloadWindowActive() const { return false; }
     /// Brings the window to the front, with the focus if `activating`.
     virtual void showDownloadWindow(bool activating) = 0;
     /// Puts the window behind all others.

@@ -110,7 +110,7 @@ DQMainController::Parts::Parts(DQMainController& owner, const Surroundings& give
                }}),
       intake({queue, given.defaults, given.loop, given.frontEnd,
               [&owner](bool wasEmpty) { owner.queueDidGrow(wasEmpty); },
-              [&owner](const QStringList& names) { owner.intakeDidEnd(names); },
+              [&owner](const Downloads& made) { owner.intakeDidEnd(made); },
               [&owner](const std::vector<RefusedText>& refused) {
                   Q_EMIT owner.textNotUnderstood(refused);
               },
@@ -134,6 +134,7 @@ DQMainController::Parts::Parts(DQMainController& owner, const Surroundings& give
                  },
                  [this]() -> Scheduler& { return *schedule; },
                  [this]() -> HistoryKeeper& { return *history; },
+                 [&owner](const QString& sentence) { Q_EMIT owner.machineRefused(sentence); },
                  [&owner] { Q_EMIT owner.terminated(); }}),
       automation({queue, allDone, given.defaults, given.loop, given.frontEnd,
                   [&owner](bool force) { owner.updateStatusAndForceUpdateApplicationImage(force); },
@@ -421,12 +422,8 @@ void DQMainController::noteVerification(engine::DQDownload& download) {
 }
 
 void DQMainController::didAdd(const Downloads& added, bool wasEmpty) {
-    QStringList names;
-    for (const engine::DownloadPtr& download : added) {
-        names.append(download->displayName());
-    }
     queueDidGrow(wasEmpty);
-    intakeDidEnd(names);
+    intakeDidEnd(added);
 }
 
 void DQMainController::queueDidGrow(bool wasEmpty) {
@@ -436,11 +433,23 @@ void DQMainController::queueDidGrow(bool wasEmpty) {
     }
 }
 
-void DQMainController::intakeDidEnd(const QStringList& names) {
+void DQMainController::intakeDidEnd(const Downloads& added) {
+    constexpr std::size_t mostNames = 5;
     parts_->archive.write();
+    QString text;
+    if (added.size() > mostNames) {
+        text =
+            links::filledFormat(links::localized("%@ downloads"), {QString::number(added.size())});
+    } else {
+        QStringList names;
+        for (const engine::DownloadPtr& download : added) {
+            names.append(download->displayName());
+        }
+        text = names.join(u'\n');
+    }
     parts_->status->sendUserNotification(u"Added to Queue"_s, links::localized("Added to Queue"),
-                                         names.join(u'\n'), false);
-    Q_EMIT downloadsAdded(names);
+                                         text, false);
+    Q_EMIT downloadsAdded(added);
 }
 
 bool DQMainController::writeArchiveBeforeQuitting(bool quitting) {
@@ -526,6 +535,10 @@ void DQMainController::setHistory(HistoryKeeper* history) {
 
 void DQMainController::setScheduler(Scheduler* scheduler) {
     parts_->schedule = scheduler ? scheduler : &parts_->automation.schedule();
+}
+
+void DQMainController::windowWasSeen() {
+    parts_->status->windowWasSeen();
 }
 
 QueueStatus DQMainController::queueStatus() const {

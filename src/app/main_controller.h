@@ -206,6 +206,8 @@ public:
     void setStatusReporter(StatusReporter* reporter);
     void setHistory(HistoryKeeper* history);
     void setScheduler(Scheduler* scheduler);
+    /// The window has come before the user.
+    void windowWasSeen();
     void updateStatusAndForceUpdateApplicationImage(bool force);
     /// As of the last `statusChanged`.
     [[nodiscard]] QueueStatus queueStatus() const;
@@ -223,8 +225,8 @@ Q_SIGNALS:
     void downloadEnded(const engine::DownloadPtr& download);
     /// The user has removed what the sentence names, and can take that back; empty: has done so.
     void removalsChanged(const QString& sentence);
-    /// New downloads, by the names that rows show.
-    void downloadsAdded(const QStringList& names);
+    /// New downloads, which the list shows already.
+    void downloadsAdded(const Downloads& added);
 
     /// A long intake has made so many downloads, and has ended.
     void intakeProgressed(qsizetype count);
@@ -251,6 +253,8 @@ Q_SIGNALS:
     void volumesMissing(const QString& text);
     /// Their volume is back, and they wait for somebody to resume them.
     void volumesReturned(const Downloads& downloads);
+    /// The machine neither sleeps nor shuts down, in a sentence.
+    void machineRefused(const QString& sentence);
     /// The file of a removed download is still there.
     void fileNotThrownAway(const QString& path);
 
@@ -261,7 +265,7 @@ private:
     struct Parts;
 
     void queueDidGrow(bool wasEmpty);
-    void intakeDidEnd(const QStringList& names);
+    void intakeDidEnd(const Downloads& added);
 
     std::unique_ptr<Parts> parts_;
 };

@@ -104,7 +104,8 @@ inline const Setting<qint64> autoResumeAfterSleepDelay{
     u"Auto-Resume After Sleep: Delay",
     3,
     true,
-    "Seconds after waking until what sleep had paused is queued again; -1: never.",
+    "Seconds after waking until what sleep had paused is queued again, as soon as there is a "
+    "network but a minute later at most; -1: never.",
     {.lowest = -1}};
 inline const Setting<bool> useStatusItemMetaSubmenu{
     u"Use Status Item Meta Submenu", false, false,

@@ -1,4 +1,6 @@
 
+#include <QFile>
+
 #include "app/lifecycle/lifecycle.h"
 #include "app/lifecycle/settings_effects.h"
 #include "app/settings.h"
@@ -175,7 +177,34 @@ TEST_F(LifecycleTest, LivesInTheStatusItemOnlyAsLongAsThereIsOne) {
     EXPECT_FALSE(frontEnd.moves.contains(u"show"_s)) << "it is in the task bar anyway";
 }
 
+TEST_F(LifecycleTest, WaitsAMinuteForTheNetworkAfterWaking) {
+    launch();
+    add({u"a"_s});
+    for (const int seconds : {20, 70}) {
+        power.observers.willSleep();
+        power.isOnline = false;
+        power.observers.didWake();
+        main.advance(20);
+        EXPECT_EQ(status(u"a"_s), engine::DQDownloadStatusPaused);
+        power.isOnline = seconds == 20;
+        main.advance(seconds == 20 ? 1 : 41);
+        EXPECT_EQ(status(u"a"_s), engine::DQDownloadStatusQueued) << seconds;
+    }
+}
+
+TEST_F(LifecycleTest, SavesBeforeTheMachineGoesDown) {
+    launch();
+    add({u"a"_s});
+    controller->finishWriting();
+    QFile::remove(queuePath());
+    power.observers.willShutDown();
+    EXPECT_TRUE(QFile::exists(queuePath()));
+}
+
 TEST_F(LifecycleTest, AsksTheMachineToSleepOrShutDown) {
+    QStringList refusals;
+    QObject::connect(controller.get(), &app::DQMainController::machineRefused, controller.get(),
+                     [&](const QString& sentence) { refusals.append(sentence); });
     controller->lifecycle().sleep();
     EXPECT_EQ(power.sleepRequests, 1);
     EXPECT_EQ(frontEnd.beeps, 0);
@@ -186,6 +215,8 @@ TEST_F(LifecycleTest, AsksTheMachineToSleepOrShutDown) {
     EXPECT_EQ(terminations, 0) << "it stays, saved";
     EXPECT_EQ(history.cleanUps, 1);
     EXPECT_EQ(frontEnd.beeps, 2);
+    EXPECT_EQ(refusals, QStringList({u"The computer did not go to sleep: no"_s,
+                                     u"The computer was not shut down: no"_s}));
     EXPECT_TRUE(power.observers.willSleep && frontEnd.isVisible) << "and goes on as before";
     power.grants = true;
     add({u"a"_s});
@@ -208,6 +239,8 @@ TEST_F(LifecycleTest, GetsOutOfTheWayAfterAnAddressWasHandedOver) {
     };
     EXPECT_EQ(handOver(0, false), QStringList());
     EXPECT_EQ(handOver(0, true), QStringList{u"unhide and activate"_s});
+    EXPECT_EQ(handOver(1, false), QStringList()) << "another program has the focus";
+    frontEnd.isActive = true;
     EXPECT_EQ(handOver(1, false), QStringList({u"back"_s, u"hide"_s, u"unhide"_s}));
     EXPECT_EQ(handOver(1, true), QStringList{u"unhide"_s});
     EXPECT_EQ(handOver(2, false), QStringList{u"hide"_s});

@@ -8,18 +8,19 @@ namespace support {
 class FakePower final : public platform::Power {
 public:
     Observers observers;
-    bool grants = true, preventsIdleSleep = false;
+    bool grants = true, preventsIdleSleep = false, isOnline = true;
     int sleepRequests = 0, shutDownRequests = 0;
 
+    [[nodiscard]] bool hasNetwork() const override { return isOnline; }
     void observe(Observers newObservers) override { observers = std::move(newObservers); }
     void setPreventsIdleSleep(bool prevents) override { preventsIdleSleep = prevents; }
     void requestSleep(Answer answer) override {
         ++sleepRequests;
-        answer(grants);
+        answer(grants ? QString() : QStringLiteral("no"));
     }
     void requestShutDown(Answer answer) override {
         ++shutDownRequests;
-        answer(grants);
+        answer(grants ? QString() : QStringLiteral("no"));
     }
 };
 

@@ -24,7 +24,8 @@ public:
 
     std::function<bool(const app::Alert&)> onConfirm = [](const app::Alert&) { return false; };
     std::deque<std::optional<QString>> files, folders, unlocked;
-    bool isModal = false, holdsModifiers = false, isVisible = false, isHiddenNow = false;
+    bool isModal = false, holdsModifiers = false, isVisible = false, isActive = false,
+         isHiddenNow = false;
     bool springs = false;
     bool showsStatusItems = true;
     /// Somebody who can be asked.
@@ -73,6 +74,7 @@ public:
 
     bool isShowingModalWindow() const override { return isModal; }
     bool areAlternateFunctionalityModifiersHeld() const override { return holdsModifiers; }
+    bool isDownloadWindowActive() const override { return isActive; }
     bool isDownloadWindowVisible() const override { return isVisible; }
     void showDownloadWindow(bool activating) override {
         isVisible = true;

@@ -26,6 +26,8 @@ public:
         delivered.push_back(notification);
         return true;
     }
+    int withdrawals = 0;
+    void withdrawAll() override { ++withdrawals; }
     void setActivationHandler(std::function<void(const QString&)> handler) override {
         activate = std::move(handler);
     }

@@ -8,6 +8,8 @@ from support.bus import LOGIN, NOTIFICATIONS, Bus
 from support.case import MIB, SystemTest
 from support.home import PROGRAMS, wait_until
 
+# A window before the user needs no notifications.
+HIDDEN = ("-Application Mode: Dock: Main Window Visible On Launch", "NO")
 DESKTOP = PROGRAMS / "orlop"
 
 
@@ -27,7 +29,7 @@ class DesktopServicesTest(SystemTest):
                                   self.server.url("/rate/1000000/night.bin"),
                                   environment=self.bus.environment)
         wait_until(lambda: self.home.partial_bytes() > 0, what="the first bytes")
-        wait_until(lambda: self.bus.inhibitors() == ["idle block", "sleep delay"],
+        wait_until(lambda: self.bus.inhibitors() == ["idle block", "sleep:shutdown delay"],
                    what="both inhibitors")
         self.prepare_for_sleep("true")
         wait_until(lambda: self.bus.inhibitors() == [], what="leave to sleep")
@@ -38,7 +40,7 @@ class DesktopServicesTest(SystemTest):
         self.assertGreater(asleep, 0)
         self.assertLess(asleep, 2 * MIB)
         self.prepare_for_sleep("false")
-        wait_until(lambda: "sleep delay" in self.bus.inhibitors(), what="the next delay")
+        wait_until(lambda: "sleep:shutdown delay" in self.bus.inhibitors(), what="the next delay")
         self.assert_status(self.home.result(program), 0)
         self.assert_downloaded("night.bin", source)
         self.assertEqual(self.bus.inhibitors(), [])
@@ -48,7 +50,8 @@ class DesktopServicesTest(SystemTest):
         calls = self.bus.mock("notification_daemon", NOTIFICATIONS)
         launcher = self.bus.monitor("interface='com.canonical.Unity.LauncherEntry'")
         self.serve("a&b.bin", MIB // 2)
-        result = self.run_desktop("-Auto-Quit", "YES", self.server.url("/rate/500000/a&b.bin"),
+        result = self.run_desktop("-Auto-Quit", "YES", *HIDDEN,
+                                  self.server.url("/rate/500000/a&b.bin"),
                                   environment=self.bus.environment)
         self.assert_status(result, 0)
         shown = [line for line in calls() if " Notify " in line]

@@ -186,7 +186,7 @@ void Intake::report(Activity& activity, bool goesOn) {
         surroundings_.progressed(goesOn ? std::optional(count) : std::nullopt);
     }
     if (!goesOn && count > 0) {
-        surroundings_.didEnd(activity.run.names());
+        surroundings_.didEnd(activity.run.made());
     }
     if (!goesOn) {
         tellNotes(activity);

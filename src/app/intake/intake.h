@@ -27,8 +27,8 @@ public:
         FrontEnd frontEnd;
         /// The queue has grown; `wasEmpty`: these are its first downloads.
         std::function<void(bool wasEmpty)> didGrow;
-        /// An intake has ended that made downloads, which rows call these names.
-        std::function<void(const QStringList& names)> didEnd;
+        /// An intake has ended that made downloads.
+        std::function<void(const Downloads& made)> didEnd;
         /// Pieces of what the user pasted, dropped or typed in which there is no address.
         std::function<void(const std::vector<RefusedText>& refused)> notUnderstood;
         /// Downloads of the queue whose addresses were given once more.

@@ -32,8 +32,6 @@ using links::stringByDeletingLastPathComponent;
 namespace {
 
 constexpr qint64 maximumFileSize = 64 << 20;
-/// More names are of no use to whoever reads the notification.
-constexpr qsizetype maximumNumberOfNames = 1000;
 
 /// Without links, and the same for every way of writing it. A path that does not exist stays.
 QString canonicalPath(const QString& path) {
@@ -124,7 +122,7 @@ void IntakeRun::openBundle(const platform::Url& url) {
     }
     if (const engine::DownloadPtr download = addDownloadFromArchive(
             surroundings_.queue, surroundings_.defaults, migrated, container)) {
-        didAdd(*download);
+        didAdd(download);
     } else {
         logRefusal(url);
         notes_->noteProblem(links::filledFormat(
@@ -259,7 +257,7 @@ IntakeRun::Progress IntakeRun::openRequestFile(const platform::Url& url) {
             userSettings.set(keys::downloadFile, file->targetPath);
         }
         userSettings.set(keys::request, file->request);
-        didAdd(*download);
+        didAdd(download);
     }
     return Progress::GoesOn;
 }
@@ -282,7 +280,7 @@ IntakeRun::Progress IntakeRun::addDownload(const platform::Url& url) {
         hasReplaced_ = true;
         return Progress::Ends;
     }
-    didAdd(*download);
+    didAdd(download);
     return Progress::GoesOn;
 }
 
@@ -294,11 +292,8 @@ engine::DownloadPtr IntakeRun::appendDownload(const platform::Url& url) {
     return download;
 }
 
-void IntakeRun::didAdd(const engine::DQDownload& download) {
-    ++count_;
-    if (names_.size() < maximumNumberOfNames) {
-        names_.append(download.displayName());
-    }
+void IntakeRun::didAdd(const engine::DownloadPtr& download) {
+    made_.push_back(download);
 }
 
 bool IntakeRun::chooseDestination(engine::DQDownload& download, const platform::Url& url) {

@@ -42,12 +42,12 @@ public:
     void stop() { isOver_ = true; }
 
     /// How many downloads were made.
-    [[nodiscard]] qsizetype count() const { return count_; }
+    [[nodiscard]] qsizetype count() const { return static_cast<qsizetype>(made_.size()); }
     /// Whether the list may show a record that is not there any more, though none was made: a new
     /// one has taken its place, or the user did not want it after all.
     [[nodiscard]] bool hasReplaced() const { return hasReplaced_; }
-    /// The names of the first ones of them.
-    [[nodiscard]] const QStringList& names() const { return names_; }
+    /// They themselves.
+    [[nodiscard]] const Downloads& made() const { return made_; }
 
 private:
     /// Whether the list of addresses in hand goes on.
@@ -67,7 +67,7 @@ private:
     Progress openRequestFile(const platform::Url& url);
     Progress addDownload(const platform::Url& url);
     [[nodiscard]] engine::DownloadPtr appendDownload(const platform::Url& url);
-    void didAdd(const engine::DQDownload& download);
+    void didAdd(const engine::DownloadPtr& download);
 
     /// False: the user cancelled.
     bool chooseDestination(engine::DQDownload& download, const platform::Url& url);
@@ -91,9 +91,8 @@ private:
     bool asksForFolder_;
     const bool autoStart_;
     bool isOver_ = false;
-    qsizetype count_ = 0;
     bool hasReplaced_ = false;
-    QStringList names_;
+    Downloads made_;
 };
 
 }  // namespace app

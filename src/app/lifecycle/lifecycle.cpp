@@ -1,6 +1,7 @@
 #include "app/lifecycle/lifecycle.h"
 
 #include "app/settings.h"
+#include "links/text/localization.h"
 #include "platform/base/log.h"
 
 namespace app {
@@ -81,6 +82,7 @@ void Lifecycle::showPreferencesAskedFor() {
 
 void Lifecycle::watchMachine() {
     surroundings_.power.observe({[this] { workspaceWillSleep(); }, [this] { workspaceDidWake(); },
+                                 [this] { surroundings_.writeArchive(); },
                                  [this] { timeDidChange(); }});
 }
 
@@ -140,10 +142,12 @@ bool Lifecycle::applicationShouldHandleReopen() {
 }
 
 void Lifecycle::sleep() {
-    surroundings_.power.requestSleep([this](bool granted) {
-        if (!granted) {
+    surroundings_.power.requestSleep([this](const QString& refusal) {
+        if (!refusal.isEmpty()) {
             surroundings_.frontEnd.feedback.beep();
             platform::log(u"cannot sleep"_s);
+            surroundings_.refused(
+                links::localized("The computer did not go to sleep: %1").arg(refusal));
         }
     });
 }
@@ -152,22 +156,23 @@ void Lifecycle::shutDown() {
     if (hasTerminated_ || !shouldQuit()) {
         return;
     }
-    surroundings_.power.requestShutDown([this](bool granted) {
-        if (granted) {
+    surroundings_.power.requestShutDown([this](const QString& refusal) {
+        if (refusal.isEmpty()) {
             end();
         } else {
-            stayAfterRefusal();
+            stayAfterRefusal(refusal);
         }
     });
 }
 
 /// By now everything is saved and paused, and the window is gone.
-void Lifecycle::stayAfterRefusal() {
+void Lifecycle::stayAfterRefusal(const QString& refusal) {
     surroundings_.frontEnd.feedback.beep();
     platform::log(u"cannot shut down"_s);
     watchMachine();
     surroundings_.scheduler().resetSchedule();
     surroundings_.frontEnd.presence.showDownloadWindow(false);
+    surroundings_.refused(links::localized("The computer was not shut down: %1").arg(refusal));
 }
 
 void Lifecycle::workspaceWillSleep() {
@@ -191,8 +196,20 @@ void Lifecycle::workspaceDidWake() {
     resuming_.cancel();
     const qint64 delay = surroundings_.defaults.get(settings::autoResumeAfterSleepDelay);
     if (delay >= 0) {
-        resuming_.start(static_cast<double>(delay), [this] { resumeAfterSleep(); });
+        lookForNetwork(static_cast<double>(delay), 0);
     }
+}
+
+/// The network comes some time after the machine, and without it all would fail at once.
+void Lifecycle::lookForNetwork(platform::Seconds next, platform::Seconds waited) {
+    constexpr platform::Seconds interval = 1, longest = 60;
+    resuming_.start(next, [this, next, waited] {
+        if (surroundings_.power.hasNetwork() || waited + next >= longest) {
+            resumeAfterSleep();
+        } else {
+            lookForNetwork(interval, waited + next);
+        }
+    });
 }
 
 void Lifecycle::resumeAfterSleep() {
@@ -212,11 +229,15 @@ void Lifecycle::timeDidChange() {
 
 void Lifecycle::giveFeedback() {
     Presence& presence = surroundings_.frontEnd.presence;
-    if (surroundings_.defaults.get(settings::autoRetreat) > stays) {
+    if (retreats()) {
         windowChanges_.start(retreatDelay, [this] { retreat(); });
     } else if (presence.isHidden()) {
         presence.unhide(true);
     }
+}
+
+bool Lifecycle::retreats() const {
+    return surroundings_.defaults.get(settings::autoRetreat) > stays;
 }
 
 /// Hands the focus back to the program that the user came from.
@@ -232,9 +253,10 @@ void Lifecycle::retreat() {
         presence.unhide(false);
         return;
     }
-    if (presence.isDownloadWindowVisible()) {
-        presence.orderDownloadWindowBack();
+    if (!presence.isDownloadWindowActive()) {
+        return;  // Another program has the focus already.
     }
+    presence.orderDownloadWindowBack();
     presence.hide();
     windowChanges_.start(retreatDelay, [this] { unhideAfterRetreat(); });
 }

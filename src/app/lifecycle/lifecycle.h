@@ -27,6 +27,8 @@ public:
         std::function<bool()> writeArchiveBeforeQuitting;
         std::function<Scheduler&()> scheduler;
         std::function<HistoryKeeper&()> history;
+        /// The machine did not do what was asked of it, in a sentence.
+        std::function<void(const QString& sentence)> refused;
         /// Nothing keeps the program running any more.
         std::function<void()> terminated;
     };
@@ -66,6 +68,8 @@ public:
     /// After an address was handed over from another program: goes out of the user's way as the
     /// settings say.
     void giveFeedback();
+    /// Whether the window is to stay out of the way then.
+    [[nodiscard]] bool retreats() const;
 
 private:
     void watchMachine();
@@ -73,7 +77,8 @@ private:
     void updateApplicationMode();
     [[nodiscard]] bool isInStatusItemOnly() const;
     void showPreferencesAskedFor();
-    void stayAfterRefusal();
+    void stayAfterRefusal(const QString& refusal);
+    void lookForNetwork(platform::Seconds next, platform::Seconds waited);
     void workspaceWillSleep();
     void workspaceDidWake();
     void timeDidChange();

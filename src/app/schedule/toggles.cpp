@@ -21,6 +21,19 @@ Alert shutDownAlert() {
             u"Shut down when done"_s, u"Cancel"_s};
 }
 
+/// There is nothing to wait for, which whoever chooses it may not know.
+Alert sleepNowAlert() {
+    return {Alert::Kind::ShutDownWhenDone, u"Sleep now?"_s,
+            u"All downloads are done already, so the computer would go to sleep at once."_s,
+            u"Sleep Now"_s, u"Cancel"_s};
+}
+
+Alert shutDownNowAlert() {
+    return {Alert::Kind::ShutDownWhenDone, u"Shut down now?"_s,
+            u"All downloads are done already, so the computer would be shut down at once."_s,
+            u"Shut Down Now"_s, u"Cancel"_s};
+}
+
 }  // namespace
 
 Toggles::Toggles(Surroundings surroundings) : surroundings_(std::move(surroundings)) {}
@@ -29,11 +42,19 @@ void Toggles::toggle(const platform::Setting<bool>& setting) {
     surroundings_.defaults.set(setting, !surroundings_.defaults.get(setting));
 }
 
+bool Toggles::isAllDone() const {
+    return surroundings_.queue.tally().count(engine::unfinishedStatuses) == 0;
+}
+
 void Toggles::toggleAutoSleep() {
     AllDone& allDone = surroundings_.allDone;
-    allDone._mayTriggerSleepOnAllDone = !allDone._mayTriggerSleepOnAllDone;
     if (allDone._mayTriggerSleepOnAllDone) {
+        allDone._mayTriggerSleepOnAllDone = false;
+    } else if (!isAllDone() || surroundings_.questions.confirm(sleepNowAlert())) {
+        allDone._mayTriggerSleepOnAllDone = true;
         allDone._mayTriggerShutDownOnAllDone = false;
+        // Whoever agrees to it now means now.
+        allDone._mayTriggerQuitOnAllDone = allDone._mayTriggerQuitOnAllDone || isAllDone();
     }
     surroundings_.updateStatus(true);
 }
@@ -42,9 +63,11 @@ void Toggles::toggleAutoShutDown() {
     AllDone& allDone = surroundings_.allDone;
     if (allDone._mayTriggerShutDownOnAllDone) {
         allDone._mayTriggerShutDownOnAllDone = false;
-    } else if (surroundings_.questions.confirm(shutDownAlert())) {
+    } else if (surroundings_.questions.confirm(isAllDone() ? shutDownNowAlert()
+                                                           : shutDownAlert())) {
         allDone._mayTriggerShutDownOnAllDone = true;
         allDone._mayTriggerSleepOnAllDone = false;
+        allDone._mayTriggerQuitOnAllDone = allDone._mayTriggerQuitOnAllDone || isAllDone();
     }
     surroundings_.updateStatus(true);
 }

@@ -62,6 +62,7 @@ public:
 
 private:
     void toggle(const platform::Setting<bool>& setting);
+    [[nodiscard]] bool isAllDone() const;
     void setAutoClear(const platform::Setting<bool>& setting, bool clears, engine::StatusMask mask);
 
     Surroundings surroundings_;

@@ -145,6 +145,9 @@ bool QueueStatusReporter::sendUserNotification(const QString& identifier, const 
         !defaults.get(settings::privateDownloadingSendsUserNotifications)) {
         return false;
     }
+    if (surroundings_.frontEnd.presence.isDownloadWindowActive()) {
+        return false;
+    }
     return notifications_.sendNotification(identifier, title, informativeText, asAppendix);
 }
 

@@ -35,6 +35,7 @@ public:
     void updateStatusAndForceUpdateApplicationImage(bool force) override;
     [[nodiscard]] QueueStatus status() const override { return status_; }
     void playFeedback() override;
+    void windowWasSeen() override { notifications_.wereSeen(); }
     bool sendUserNotification(const QString& identifier, const QString& title,
                               const QString& informativeText, bool asAppendix) override;
 

@@ -15,6 +15,12 @@ const auto identifierPrefix = u"com.tarnworks.Orlop"_s;
 /// Nobody reads more in a notification, and unclicked ones would gather without end.
 constexpr qsizetype mostTexts = 100;
 
+QString category(const QString& identifier) {
+    return identifier == u"Download Complete" ? u"transfer.complete"_s
+           : identifier == u"Download Failed" ? u"transfer.error"_s
+                                              : u"transfer"_s;
+}
+
 }  // namespace
 
 DQUserNotificationManager::DQUserNotificationManager(const platform::UserDefaults& defaults,
@@ -40,11 +46,12 @@ bool DQUserNotificationManager::sendNotification(const QString& identifier, cons
     }
     if (identifier.isEmpty() || informativeText.isEmpty() ||
         !defaults_.get(settings::coalesceUserNotifications)) {
-        return center_->deliver({{}, title, informativeText});
+        return center_->deliver({{}, title, informativeText, category(identifier)});
     }
     const QString fullIdentifier = u"%1: %2"_s.arg(identifierPrefix, identifier);
-    return center_->deliver(
-        {fullIdentifier, title, coalescedText(fullIdentifier, informativeText, asAppendix)});
+    return center_->deliver({fullIdentifier, title,
+                             coalescedText(fullIdentifier, informativeText, asAppendix),
+                             category(identifier)});
 }
 
 QString DQUserNotificationManager::coalescedText(const QString& fullIdentifier, const QString& text,
@@ -62,6 +69,13 @@ QString DQUserNotificationManager::coalescedText(const QString& fullIdentifier, 
         texts.append(text);
     }
     return texts.join(u'\n');
+}
+
+void DQUserNotificationManager::wereSeen() {
+    coalescedNotificationInformativeTextsByIdentifier.clear();
+    if (center_ != nullptr) {
+        center_->withdrawAll();
+    }
 }
 
 void DQUserNotificationManager::didActivateNotification(const QString& fullIdentifier) {

@@ -28,6 +28,8 @@ public:
     /// empty line. False: not sent.
     bool sendNotification(const QString& identifier, const QString& title,
                           const QString& informativeText, bool asAppendix);
+    /// The user has the window before him, and needs no more telling.
+    void wereSeen();
 
 private:
     [[nodiscard]] QString coalescedText(const QString& fullIdentifier, const QString& text,

@@ -32,6 +32,7 @@ const QStringList& keptKeys() {
                                   keys::contentEncoding,
                                   keys::partialFileNumber,
                                   keys::keptBytes,
+                                  keys::downloadPageTitle,
                                   keys::leftBehind,
                                   keys::keptAside,
                                   keys::checksum,

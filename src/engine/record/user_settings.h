@@ -103,8 +103,9 @@ inline const QString computedChecksum = QStringLiteral("Computed Checksum");
 
 /// Not kept on disk: cookies of a private window, in the form of the header.
 inline const QString unkeptCookies = QStringLiteral("Unkept Cookies");
-/// Not kept on disk: the address as it stood at the first start, and a download page's title.
+/// Not kept on disk: the address as it stood at the first start.
 inline const QString originalURL = QStringLiteral("Original URL");
+/// Of the page that led to the file, which may give it its name.
 inline const QString downloadPageTitle = QStringLiteral("Download Page Title");
 
 /// Keys of the archive that are no settings.

@@ -99,11 +99,14 @@ void DesktopNotifications::sendInTurn(const UserNotification& notification) {
 }
 
 void DesktopNotifications::send(const UserNotification& notification) {
+    QVariantMap hints{{u"desktop-entry"_s, u"com.tarnworks.Orlop"_s}};
+    if (!notification.category.isEmpty()) {
+        hints.insert(u"category"_s, notification.category);
+    }
     QDBusMessage call = serverCall(u"Notify"_s);
     call << u"Orlop"_s << kinds_.value(notification.identifier).number << u"com.tarnworks.Orlop"_s
          << bounded(notification.title) << body(notification.text)
-         << QStringList{defaultAction, u"Open"_s}
-         << QVariantMap{{u"desktop-entry"_s, u"com.tarnworks.Orlop"_s}} << -1;
+         << QStringList{defaultAction, u"Open"_s} << hints << -1;
     auto* watcher = new QDBusPendingCallWatcher(bus_.asyncCall(call, timeout), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this,
             [this, watcher, identifier = notification.identifier] {
@@ -131,6 +134,18 @@ void DesktopNotifications::wasSent(const QString& identifier, uint number) {
 QString DesktopNotifications::body(const QString& text) const {
     const QString plain = bounded(text);
     return readsMarkup_ ? plain.toHtmlEscaped() : plain;
+}
+
+void DesktopNotifications::withdrawAll() {
+    waiting_.clear();
+    for (Kind& kind : kinds_) {
+        kind.next.reset();
+    }
+    for (const uint number : identifiers_.keys()) {
+        QDBusMessage call = serverCall(u"CloseNotification"_s);
+        call << number;
+        bus_.asyncCall(call, timeout);
+    }
 }
 
 void DesktopNotifications::setActivationHandler(std::function<void(const QString&)> handler) {

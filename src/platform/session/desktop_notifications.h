@@ -18,6 +18,7 @@ public:
     DesktopNotifications();
 
     bool deliver(const UserNotification& notification) override;
+    void withdrawAll() override;
     void setActivationHandler(std::function<void(const QString&)> handler) override;
 
 private Q_SLOTS:

@@ -14,7 +14,7 @@ using namespace Qt::Literals::StringLiterals;
 
 Login1Power::Login1Power()
     : bus_(QDBusConnection::systemBus()),
-      sleepDelay_({u"sleep"_s, u"Downloads are paused before the machine sleeps."_s, u"delay"_s}),
+      sleepDelay_({u"sleep:shutdown"_s, u"Downloads are saved first."_s, u"delay"_s}),
       idleBlock_({u"idle"_s, u"Downloads are going on."_s, u"block"_s}),
       clockWatcher_([this] {
           if (observers_.timeDidChange) {
@@ -26,6 +26,8 @@ Login1Power::Login1Power()
     }
     bus_.connect(login1::service, login1::path, login1::interface, u"PrepareForSleep"_s, this,
                  SLOT(prepareForSleep(bool)));
+    bus_.connect(login1::service, login1::path, login1::interface, u"PrepareForShutdown"_s, this,
+                 SLOT(prepareForShutdown(bool)));
 }
 
 void Login1Power::observe(Observers observers) {
@@ -59,9 +61,19 @@ void Login1Power::prepareForSleep(bool begins) {
     }
 }
 
+/// Nobody may be left to be asked, and the display dies before its programs.
+void Login1Power::prepareForShutdown(bool begins) {
+    if (begins && observers_.willShutDown) {
+        observers_.willShutDown();
+        sleepDelay_.release();
+    } else if (!begins && observers_.willSleep) {
+        sleepDelay_.take(bus_);
+    }
+}
+
 void Login1Power::request(const QString& method, Answer answer) {
     if (!bus_.isConnected()) {
-        answer(false);
+        answer(u"there is no system bus"_s);
         return;
     }
     QDBusMessage call = login1::managerCall(method);
@@ -74,7 +86,7 @@ void Login1Power::request(const QString& method, Answer answer) {
                     log(u"the system refuses: "_s + watcher->error().message());
                 }
                 watcher->deleteLater();
-                answer(!watcher->isError());
+                answer(watcher->isError() ? watcher->error().message() : QString());
             });
 }
 

@@ -3,6 +3,7 @@
 #include <QDBusConnection>
 #include <QObject>
 
+#include "platform/net/default_route.h"
 #include "platform/session/clock_watcher.h"
 #include "platform/session/login1_inhibitor.h"
 #include "platform/session/power.h"
@@ -20,9 +21,11 @@ public:
     void setPreventsIdleSleep(bool prevents) override;
     void requestSleep(Answer answer) override;
     void requestShutDown(Answer answer) override;
+    [[nodiscard]] bool hasNetwork() const override { return hasDefaultRoute(); }
 
 private Q_SLOTS:
     void prepareForSleep(bool begins);
+    void prepareForShutdown(bool begins);
 
 private:
     void request(const QString& method, Answer answer);

@@ -13,6 +13,8 @@ struct UserNotification {
     QString identifier;
     QString title;
     QString text;
+    /// Of the specification of desktop notifications, as in "transfer.complete"; empty: none.
+    QString category;
 };
 
 /// The desktop's notifications (on Linux those of org.freedesktop.Notifications). Main thread.
@@ -22,6 +24,8 @@ public:
 
     /// False: this desktop shows none. What cannot be shown later is lost silently.
     virtual bool deliver(const UserNotification& notification) = 0;
+    /// Takes away all that are on the screen.
+    virtual void withdrawAll() = 0;
     /// Called with the identifier of a notification that the user has clicked. Empty: nobody is.
     virtual void setActivationHandler(std::function<void(const QString& identifier)> handler) = 0;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QString>
 #include <functional>
 #include <memory>
 
@@ -13,11 +14,14 @@ public:
         /// Sleep is held back until this returns.
         std::function<void()> willSleep;
         std::function<void()> didWake;
+        /// The machine is about to go down, which is held back until this returns.
+        std::function<void()> willShutDown;
         /// The date was set.
         std::function<void()> timeDidChange;
     };
-    /// False: the request could not be sent, or the system refuses it.
-    using Answer = std::function<void(bool granted)>;
+    /// Empty: it is granted. Otherwise the request could not be sent, or the system refuses it for
+    /// this reason, in its own words.
+    using Answer = std::function<void(const QString& refusal)>;
 
     virtual ~Power() = default;
 
@@ -32,6 +36,9 @@ public:
     /// end of this object.
     virtual void requestSleep(Answer answer) = 0;
     virtual void requestShutDown(Answer answer) = 0;
+
+    /// Whether there is a way out of this machine. Asks the system.
+    [[nodiscard]] virtual bool hasNetwork() const = 0;
 };
 
 /// Runs in Qt's event loop of the thread that makes it. Where the system has no login manager

@@ -175,6 +175,10 @@ bool DesktopFrontEnd::isDownloadWindowVisible() const {
     return window_ && window_->isVisible() && !window_->isMinimized();
 }
 
+bool DesktopFrontEnd::isDownloadWindowActive() const {
+    return isDownloadWindowVisible() && window_->isActiveWindow();
+}
+
 void DesktopFrontEnd::showDownloadWindow(bool activating) {
     if (!window_) {
         return;
@@ -219,6 +223,8 @@ bool DesktopFrontEnd::isHidden() const {
 
 void DesktopFrontEnd::hide() {
     if (window_) {
+        // A window that is just springing open would come back.
+        window_->frame().stopAnimation();
         window_->showMinimized();
     }
 }

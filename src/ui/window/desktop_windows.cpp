@@ -117,6 +117,8 @@ void DesktopWindows::tellProblems() {
         });
     QObject::connect(controller, &app::DQMainController::volumesReturned, window_.get(),
                      [this](const app::Downloads& downloads) { offerToResume(downloads); });
+    QObject::connect(controller, &app::DQMainController::machineRefused, window_.get(),
+                     [this](const QString& sentence) { frontEnd_.noteProblem(sentence); });
     QObject::connect(
         controller, &app::DQMainController::fileNotThrownAway, window_.get(),
         [this](const QString& path) {

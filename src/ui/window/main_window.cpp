@@ -1,5 +1,6 @@
 #include "ui/window/main_window.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDropEvent>
 #include <QLabel>
@@ -7,6 +8,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QStatusBar>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -131,7 +133,13 @@ void MainWindow::makeStatusLine() {
 void MainWindow::connectList() {
     dragging_ = std::make_unique<ListDragging>(*downloadList, controller_);
     connect(downloadList, &DQDownloadList::selectionMade, this,
-            [this](const QList<qsizetype>& rows) { controller_.selectionDidChange(rows); });
+            [this](const QList<qsizetype>& rows) {
+                lastHand_.start();
+                controller_.selectionDidChange(rows);
+            });
+    connect(downloadList->verticalScrollBar(), &QScrollBar::actionTriggered, this,
+            [this] { lastHand_.start(); });
+    connect(&controller_, &app::DQMainController::downloadsAdded, this, &MainWindow::showAdded);
     connect(downloadList, &DQDownloadList::contextMenuWanted, this, &MainWindow::showContextMenu);
     connect(downloadList, &DQDownloadList::pasteWanted, this,
             [this] { commands_.perform(Command::Paste); });
@@ -178,6 +186,19 @@ void MainWindow::updateStatus() {
                                  controller_.numberOfHiddenDownloads() > 0);
 }
 
+/// Not under the hands of a user who selects, scrolls or types.
+void MainWindow::showAdded(const app::Downloads& downloads) {
+    constexpr qint64 handsOnMilliseconds = 2000;
+    const bool isBusy = QApplication::mouseButtons() != Qt::NoButton ||
+                        (lastHand_.isValid() && !lastHand_.hasExpired(handsOnMilliseconds)) ||
+                        qobject_cast<QLineEdit*>(focusWidget()) != nullptr;
+    if (!isBusy) {
+        controller_.selectDownloads(downloads);
+        downloadList->scrollToSelection();
+        lastHand_.invalidate();
+    }
+}
+
 void MainWindow::offerUndo(const QString& removed) {
     const auto matter = u"removed"_s;
     if (removed.isEmpty()) {
@@ -213,6 +234,13 @@ void MainWindow::showContextMenu(int row, const QPoint& position) {
     downloadList->setMenuRow(row);
     menu.exec(position);
     downloadList->setMenuRow(-1);
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
+        controller_.windowWasSeen();
+    }
+    QMainWindow::changeEvent(event);
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QMainWindow>
 #include <QTimer>
 #include <memory>
@@ -47,6 +48,7 @@ public:
     [[nodiscard]] WindowFrame& frame() const { return *frame_; }
 
 protected:
+    void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
@@ -59,6 +61,7 @@ private:
     void connectList();
     void setFilterText(const QString& text);
     void updateStatus();
+    void showAdded(const std::vector<std::shared_ptr<engine::DQDownload>>& downloads);
     void offerUndo(const QString& removed);
     void showKnown(const std::vector<std::shared_ptr<engine::DQDownload>>& downloads);
     void showContextMenu(int row, const QPoint& position);
@@ -80,6 +83,7 @@ private:
     std::unique_ptr<WindowFrame> frame_;
     std::unique_ptr<RubberWindow> rubber_;
     QTimer toolbarUpdate_;
+    QElapsedTimer lastHand_;  ///< Since the user selected or scrolled.
     platform::Observation observation_;
 };
 
