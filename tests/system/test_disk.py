@@ -1,5 +1,6 @@
 """A full disk, a folder that cannot be written to, a folder that goes away: told in clear words,
 and nothing that was received is lost."""
+import os
 import resource
 import shutil
 import unittest
@@ -63,13 +64,26 @@ class FullDiskTest(SystemTest):
 
 
 class LockedQueueTest(SystemTest):
+    def put_a_folder_in_its_place(self, path):
+        """Though the program may be writing it anew."""
+        folder = self.home.root / "folder"
+        (folder / "in the way").mkdir(parents=True)
+
+        def is_put():
+            path.unlink(missing_ok=True)
+            try:
+                os.rename(folder, path)
+            except OSError:
+                return False
+            return True
+        wait_until(is_put, what="the folder in place of the queue's file")
+
     def test_a_queue_that_cannot_be_removed_is_told(self):
         source = self.serve("last.bin", 2 * MIB)
         process = self.home.start(self.server.url("/rate/2000000/last.bin"))
         wait_until(lambda: self.home.queued_addresses() and self.home.partial_bytes(),
                    what="the queue's file")
-        self.home.queue_path.unlink()
-        (self.home.queue_path / "in the way").mkdir(parents=True)
+        self.put_a_folder_in_its_place(self.home.queue_path)
         result = self.home.result(process)
         self.assert_downloaded("last.bin", source)
         self.assertIn("The queue’s file cannot be removed: A folder lies in its place. What is "
