@@ -156,11 +156,11 @@ TEST_F(DownloadRecordTest, ArchiveHoldsWhatARestartNeeds) {
                            {keys::identity, u"abc"_s},
                            {keys::keepsName, true},
                            {keys::handOver, u"h-1"_s},
-                           {keys::page, u"http://p/"_s}};
+                           {keys::page, u"http://p/"_s},
+                           {keys::downloadPageTitle, u"t"_s}};
     for (auto field = kept.cbegin(); field != kept.cend(); ++field)
         download->userSettings().set(field.key(), field.value());
     download->userSettings().set(keys::originalURL, u"http://o/"_s);
-    download->userSettings().set(keys::downloadPageTitle, u"t"_s);
     const QVariantMap archive = download->userSettingsArchiveWithPausedStatus(true, true);
     QVariantMap expected = kept;
     expected.insert(keys::url, u"http://example.org/a"_s);
