@@ -13,7 +13,7 @@ struct UserNotification {
     QString identifier;
     QString title;
     QString text;
-    /// Of the specification of desktop notifications, as in "transfer.complete"; empty: none.
+    /// A category as desktops know them, as in "transfer.complete"; empty: none.
     QString category;
 };
 
