@@ -1,3 +1,4 @@
+#include "app/schedule/automation.h"
 #include "app/settings.h"
 #include "app/status/queue_status_reporter.h"
 #include "app/status/queue_totals.h"
@@ -226,6 +227,31 @@ TEST_F(StatusTest, SetsOffWhatIsToHappenAtTheEnd) {
     EXPECT_EQ(power.shutDownRequests, 2);
     EXPECT_EQ(terminations, 1);
     EXPECT_TRUE(frontEnd.alerts.empty()) << "nothing was active";
+}
+
+TEST_F(StatusTest, AsksBeforeItActsAtOnceSinceAllIsDone) {
+    app::Toggles& toggles = controller->automation().toggles();
+    add({u"a"_s});
+    set(u"a"_s, DQDownloadStatusDone);
+    frontEnd.alerts.clear();
+    toggles.toggleAutoSleep();
+    main.advance(5);
+    ASSERT_EQ(frontEnd.alerts.size(), 1U);
+    EXPECT_EQ(frontEnd.alerts[0].defaultButton, u"Sleep Now"_s);
+    EXPECT_EQ(power.sleepRequests, 0) << "declined";
+    frontEnd.onConfirm = [](const app::Alert&) { return true; };
+    toggles.toggleAutoSleep();
+    main.advance(5);
+    EXPECT_EQ(power.sleepRequests, 1);
+
+    // While something is to be done there is nothing to ask.
+    frontEnd.alerts.clear();
+    add({u"b"_s});
+    toggles.toggleAutoSleep();
+    main.advance(5);
+    EXPECT_TRUE(frontEnd.alerts.empty());
+    EXPECT_EQ(power.sleepRequests, 1);
+    EXPECT_TRUE(toggles.mayTriggerSleepOnAllDone());
 }
 
 TEST_F(StatusTest, QuitsWhenTheReasonForTheQuestionIsGone) {
