@@ -288,7 +288,9 @@ Application::Start Application::run(const FrontEnd& frontEnd, const ShowWindows&
     }
     private_ = std::make_unique<Private>(
         given, frontEnd,
-        [this](const Handover& handover, const Saved& saved) { receive(handover, saved); },
+        [this](const Handover& handover, const Saved& saved) {
+            receive(handover.items, handover.activationToken, saved);
+        },
         haveDisksAnswered_);
     HandoverReceiver& receiver = private_->receiver;
     if (!receiver.problem().isEmpty()) {
@@ -311,11 +313,12 @@ Application::Start Application::run(const FrontEnd& frontEnd, const ShowWindows&
     return start;
 }
 
-void Application::receive(const Handover& handover, const Saved& saved) {
-    const LaunchItems items = launchItems(handover.items);
+void Application::receive(const QStringList& given, const QString& activationToken,
+                          const Saved& saved) {
+    const LaunchItems items = launchItems(given);
     // Who wants Orlop out of the way is not to have it in front of him first.
     if (activate_ && (items.isEmpty() || !controller().lifecycle().retreats())) {
-        activate_(handover.activationToken);
+        activate_(activationToken);
     }
     if (items.isEmpty()) {
         controller().lifecycle().applicationShouldHandleReopen();
