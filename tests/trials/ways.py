@@ -48,8 +48,9 @@ class DisturbedTransfers(Trial):
         """One run, which ends by itself from now on. Answers the process."""
         raise NotImplementedError
 
-    def was_harmed(self, process):
-        return process.returncode != 0
+    def harms_of(self, home, process):
+        """How often harm was done to a run that has ended."""
+        return int(process.returncode != 0)
 
     def attempt(self):
         way = self.random.choice(WAYS)
@@ -71,7 +72,7 @@ class DisturbedTransfers(Trial):
             arguments = [*way.settings, *self.missing(home, way, addresses)]
             process = self.disturbed(home, arguments)
             end_of(home, process, note)
-            harmed += self.was_harmed(process)
+            harmed += self.harms_of(home, process)
             check_files(home, self.wanted, note)
             check_queue(home, note)
         for run in range(3):
