@@ -55,6 +55,8 @@ class CallKills(Faults):
 
 class Errors(Faults):
     kind = "failing and short calls"
+    # What could neither be written down nor removed.
+    may_leave_strays = True
 
     def harm(self):
         """Once, or again and again."""

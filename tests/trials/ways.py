@@ -32,6 +32,8 @@ class DisturbedTransfers(Trial):
     """Runs of one way each that are disturbed some times, and then one that is not, which has to
     bring every file."""
 
+    may_leave_strays = False
+
     def __init__(self, seed):
         super().__init__(seed)
         self.server = Nginx()
@@ -88,7 +90,8 @@ class DisturbedTransfers(Trial):
         names = home.finished()
         if len(names) != len(way.files):
             raise Broken(f"{note}: came more than once: {names}")
-        if strays := [name for name in home.leftovers() if "Queue.lock" not in name]:
+        strays = [name for name in home.leftovers() if "Queue.lock" not in name]
+        if strays and not self.may_leave_strays:
             raise Broken(f"{note}: strays: {strays}")
         return harmed
 
