@@ -473,11 +473,11 @@ TEST_F(ResumeTest, FinishedFileIsKnownAgainAndOnlyThat) {
     const QString finished = downloadedPath(u"file.bin"_s);
     const auto killed = paused();
     const auto date = killed->userSettings().value(keys::date);
-    const auto download = restarted(killed);
     const auto twin = restarted(killed);
+    const auto beside = restarted(killed);
     const auto plain = restarted(killed);
     const auto later = restarted(killed);
-    run(download);
+    run(killed);
     const auto requests = server.requests().size();
     run(twin);
     // Nor had the queue heard of any answer.
@@ -487,7 +487,6 @@ TEST_F(ResumeTest, FinishedFileIsKnownAgainAndOnlyThat) {
     EXPECT_EQ(owner.history.back(), u"file.bin"_s);
     EXPECT_EQ(unsaved->originalURLString(), server.url(u"/file.bin"_s));
     // It had begun anew beside data that is still there.
-    const auto beside = restarted(killed);
     const QString old = beside->intermediateDownloadTargetPath();
     ASSERT_TRUE(QDir().mkpath(QFileInfo(old).path()));
     ASSERT_EQ(platform::writeFileAtomically(old, "data"), std::nullopt);
