@@ -122,6 +122,7 @@ int main(int argumentCount, char** argumentValues) {
     if (!ui::hasDisplay()) {
         return runWithoutDisplay(ownArguments, argumentValues, line);
     }
+    ui::doWithoutOpenGL();
     QApplication application(ownArguments, argumentValues);
     QApplication::setApplicationName(QStringLiteral("Orlop"));
     QApplication::setApplicationVersion(QStringLiteral(ORLOP_VERSION));
