@@ -40,8 +40,8 @@ void leaveOutBuffers(QtMsgType type, const QMessageLogContext& context, const QS
 }  // namespace
 
 void doWithoutOpenGL() {
-    const auto offered = qEnvironmentVariableIsSet(bufferVariable) ? std::nullopt
-                                                                     : wayland::interfaces();
+    const auto offered =
+        qEnvironmentVariableIsSet(bufferVariable) ? std::nullopt : wayland::interfaces();
     if (!offered || !offered->contains("zxdg_decoration_manager_v1")) {
         return;
     }
