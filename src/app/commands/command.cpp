@@ -48,6 +48,10 @@ constexpr CommandDescription descriptions[] = {
     {Command::ChangeProgressBarStyle, 3, "changeProgressBarStyle", translatable("&Divider Line"),
      ""},
 
+    {Command::ToggleDetails, 0, "toggleDetails", translatable("D&etails"), "Ctrl+I"},
+    {Command::ToggleDetailsBeside, 0, "toggleDetailsBeside",
+     translatable("Details Besi&de the List"), ""},
+
     {Command::TogglePause, 0, "togglePause", translatable("S&tart/Pause"), "Ctrl+Space"},
     {Command::QueuePaused, 0, "queuePaused", translatable("&Start Paused"), "Ctrl+R"},
     {Command::PauseQueued, 0, "pauseQueued", translatable("Pause &Waiting"), ""},
@@ -57,6 +61,8 @@ constexpr CommandDescription descriptions[] = {
     {Command::Remove, 0, "remove", translatable("&Remove"), "Del"},
     {Command::Clear, 0, "clear", translatable("C&lear"), "Ctrl+K"},
     {Command::Verify, 0, "verify", translatable("&Verify..."), ""},
+    {Command::ChangeAddress, 0, "changeAddress", translatable("Chan&ge Address..."), ""},
+    {Command::OpenInBrowser, 0, "openInBrowser", translatable("Open in &Browser"), ""},
 
     {Command::Rearrange, 0, "rearrange", translatable("&Date Added"), ""},
     {Command::Rearrange, 1, "rearrange", translatable("&Name"), ""},
