@@ -4,6 +4,41 @@
     <context>
         <name>Orlop</name>
         <message>
+            <location filename="../../src/app/addresses/address_change.cpp" />
+            <source>It is the same file.</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/addresses/address_change.cpp" />
+            <source>Nobody answers at this address.</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/addresses/address_change.cpp" />
+            <source>Nothing tells whether the same file is there. Should it be another one, it begins anew, and what has come stays until that is complete.</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/addresses/address_change.cpp" />
+            <source>There is another file at this address, of %@ in place of %@.</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/addresses/address_change.cpp" />
+            <source>There is another file at this address.</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/addresses/address_change.cpp" />
+            <source>This address does not give the file out: %@.</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/addresses/address_change.cpp" />
+            <source>What has come so far is of no use for it, and stays until the new file is complete.</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
             <location filename="../../src/app/alert_lines.cpp" />
             <source>(%lu more)</source>
             <translation>(%lu weitere)</translation>
@@ -70,6 +105,11 @@
         </message>
         <message>
             <location filename="../../src/app/commands/bulk_commands.cpp" />
+            <source>Cancel</source>
+            <translation>Abbrechen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/bulk_commands.cpp" />
             <source>Cancel %@ downloads?</source>
             <translation>%@ Downloads abbrechen?</translation>
         </message>
@@ -85,8 +125,33 @@
         </message>
         <message>
             <location filename="../../src/app/commands/bulk_commands.cpp" />
+            <source>Each of them opens in a page of its own.</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/commands/bulk_commands.cpp" />
+            <source>Each of them opens in its application.</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/commands/bulk_commands.cpp" />
             <source>Keep downloading</source>
             <translation>Weiterladen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/bulk_commands.cpp" />
+            <source>Open</source>
+            <translation>Öffnen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/bulk_commands.cpp" />
+            <source>Open %@ addresses?</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/commands/bulk_commands.cpp" />
+            <source>Open %@ files?</source>
+            <translation type="unfinished" />
         </message>
         <message>
             <location filename="../../src/app/commands/bulk_commands.cpp" />
@@ -280,6 +345,11 @@
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
+            <source>Chan&amp;ge Address...</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
             <source>Check for &amp;Updates...</source>
             <translation>Nach &amp;Updates suchen …</translation>
         </message>
@@ -292,6 +362,16 @@
             <location filename="../../src/app/commands/command.cpp" />
             <source>D&amp;eselect All</source>
             <translation>A&amp;uswahl aufheben</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>D&amp;etails</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>Details Besi&amp;de the List</source>
+            <translation type="unfinished" />
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
@@ -327,6 +407,11 @@
             <location filename="../../src/app/commands/command.cpp" />
             <source>Open Fol&amp;der...</source>
             <translation>&amp;Ordner öffnen …</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>Open in &amp;Browser</source>
+            <translation type="unfinished" />
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
@@ -450,23 +535,8 @@
         </message>
         <message>
             <location filename="../../src/app/commands/context_menu.cpp" />
-            <source>Open</source>
-            <translation>Öffnen</translation>
-        </message>
-        <message>
-            <location filename="../../src/app/commands/context_menu.cpp" />
-            <source>Open Original URL</source>
-            <translation>Ursprüngliche URL öffnen</translation>
-        </message>
-        <message>
-            <location filename="../../src/app/commands/context_menu.cpp" />
-            <source>Open URL</source>
-            <translation>URL öffnen</translation>
-        </message>
-        <message>
-            <location filename="../../src/app/commands/context_menu.cpp" />
-            <source>Open URLs</source>
-            <translation>URLs öffnen</translation>
+            <source>Open in Browser</source>
+            <translation type="unfinished" />
         </message>
         <message>
             <location filename="../../src/app/commands/context_menu.cpp" />
@@ -530,11 +600,6 @@
         </message>
         <message>
             <location filename="../../src/app/commands/folder_items.cpp" />
-            <source>Cancel</source>
-            <translation>Abbrechen</translation>
-        </message>
-        <message>
-            <location filename="../../src/app/commands/folder_items.cpp" />
             <source>Edit...</source>
             <translation>Bearbeiten …</translation>
         </message>
@@ -557,6 +622,161 @@
             <location filename="../../src/app/commands/open_with.cpp" />
             <source>Open with</source>
             <translation>Öffnen mit</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/attempt_log.cpp" />
+            <source>Aborted</source>
+            <translation>Abgebrochen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/attempt_log.cpp" />
+            <source>Address changed</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/details/attempt_log.cpp" />
+            <source>Had to begin anew</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/details/attempt_log.cpp" />
+            <source>The server had no place for it</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/details/attempt_log.cpp" />
+            <source>Tried again</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>%@ (%@ bytes)</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Added</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Address</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Addresses</source>
+            <translation>Adressen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Arrived</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>At %@</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Changed on the server</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Changes of the file are noticed</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Checksum of the file</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Coding</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Completed</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Date of the version</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Entity tag</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Expected checksum</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>File</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Found on</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Goes to</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Hidden while downloading in private</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Name</source>
+            <translation>Name</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Partial file</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Ranges</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Redirected to</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Size</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>State</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>The server sends the file only as a whole</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Type</source>
+            <translation type="unfinished" />
         </message>
         <message>
             <location filename="../../src/app/failures/failure_sentence.cpp" />
@@ -797,6 +1017,11 @@
             <location filename="../../src/app/history/history_item_menu.cpp" />
             <source>Download Again</source>
             <translation>Erneut herunterladen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/history/history_item_menu.cpp" />
+            <source>Open Original URL</source>
+            <translation>Ursprüngliche URL öffnen</translation>
         </message>
         <message>
             <location filename="../../src/app/history/history_item_menu.cpp" />
@@ -1182,11 +1407,6 @@ Möchten Sie jetzt wirklich beenden?</translation>
             <location filename="../../src/app/rows/status_text.cpp" />
             <source>%lu @ %@</source>
             <translation>%lu @ %@</translation>
-        </message>
-        <message>
-            <location filename="../../src/app/rows/status_text.cpp" />
-            <source>Aborted</source>
-            <translation>Abgebrochen</translation>
         </message>
         <message>
             <location filename="../../src/app/rows/status_text.cpp" />
@@ -1698,6 +1918,41 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>Auf \u müssen vier hexadezimale Ziffern folgen.</translation>
         </message>
         <message>
+            <location filename="../../src/ui/addresses/address_panel.cpp" />
+            <source>%@ have come already. The address is asked first whether it has the same file.</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/ui/addresses/address_panel.cpp" />
+            <source>Asking %1...</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/ui/addresses/address_panel.cpp" />
+            <source>Change Address</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/ui/addresses/address_panel.cpp" />
+            <source>New address</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/ui/addresses/address_panel.cpp" />
+            <source>New address of “%@”:</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/ui/addresses/address_panel.cpp" />
+            <source>This is no address of the web.</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/ui/addresses/address_panel.cpp" />
+            <source>Use It Anyway</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
             <location filename="../../src/ui/authentication/authentication_panel.cpp" />
             <source>&amp;Domain:</source>
             <translation>&amp;Domäne:</translation>
@@ -1818,6 +2073,106 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>Warteschlange umo&amp;rdnen nach</translation>
         </message>
         <message>
+            <location filename="../../src/ui/details/connections_model.cpp" />
+            <source>Part</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/ui/details/connections_model.cpp" />
+            <source>Speed</source>
+            <translation>Geschwindigkeit</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/details/connections_model.cpp" />
+            <source>from %1</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/ui/details/connections_model.cpp" />
+            <source>the whole file</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/ui/details/details_pane.cpp" />
+            <source>%1 downloads are selected.</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/ui/details/details_pane.cpp" />
+            <source>Change Address...</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/ui/details/details_pane.cpp" />
+            <source>Checksum...</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/ui/details/details_pane.cpp" />
+            <source>Close Details</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/ui/details/details_pane.cpp" />
+            <source>Connections</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/ui/details/details_pane.cpp" />
+            <source>Copy Address</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/ui/details/details_pane.cpp" />
+            <source>Details</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/ui/details/details_pane.cpp" />
+            <source>Facts</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/ui/details/details_pane.cpp" />
+            <source>Select a download to see what is known of it.</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/ui/details/facts_model.cpp" />
+            <source>How it stands</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/ui/details/facts_model.cpp" />
+            <source>What</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/ui/details/speed_curve.cpp" />
+            <source>%1 minutes ago</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/ui/details/speed_curve.cpp" />
+            <source>%1 now, %2 at most</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/ui/details/speed_curve.cpp" />
+            <source>Nothing has come in the last minutes</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/ui/details/speed_curve.cpp" />
+            <source>Speed over the last minutes</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/ui/details/speed_curve.cpp" />
+            <source>now</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
             <location filename="../../src/ui/help/about_panel.cpp" />
             <source>A download manager for the desktop.</source>
             <translation>Ein Download-Manager für den Desktop.</translation>
@@ -1901,11 +2256,6 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/history/history_menu.cpp" />
             <source>Search</source>
             <translation>Suchen</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/history/history_search.cpp" />
-            <source>Name</source>
-            <translation>Name</translation>
         </message>
         <message>
             <location filename="../../src/ui/history/history_search.cpp" />
@@ -2881,11 +3231,6 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
         </message>
         <message>
             <location filename="../../src/ui/settings/settings_window.cpp" />
-            <source>Speed</source>
-            <translation>Geschwindigkeit</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/settings/settings_window.cpp" />
             <source>Updates</source>
             <translation>Aktualisierungen</translation>
         </message>
@@ -3176,13 +3521,13 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
         </message>
         <message>
             <location filename="../../src/ui/window/url_panel.cpp" />
-            <source>Addresses</source>
-            <translation>Adressen</translation>
+            <source>One or several addresses; {1-20} makes a series:</source>
+            <translation>Eine oder mehrere Adressen; {1-20} ergibt eine Reihe:</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/url_panel.cpp" />
-            <source>One or several addresses; {1-20} makes a series:</source>
-            <translation>Eine oder mehrere Adressen; {1-20} ergibt eine Reihe:</translation>
+            <source>Open URLs</source>
+            <translation>URLs öffnen</translation>
         </message>
     </context>
 </TS>

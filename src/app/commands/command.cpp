@@ -12,11 +12,11 @@ using links::translatable;
 
 /// A line without a title separates those above it from those below.
 constexpr CommandDescription descriptions[] = {
-    {Command::OpenURL, 0, "openURL", translatable("Open &URLs..."), "Ctrl+N"},
+    {Command::OpenURL, 0, "openURL", translatable("&Add Addresses..."), "Ctrl+N"},
     {Command::OpenFile, 0, "openFile", translatable("&Open..."), "Ctrl+O"},
     {Command::OpenFolder, 0, "openFolder", translatable("Open Fol&der..."), "Ctrl+Shift+O"},
     {Command::OpenURLFromPasteboard, 0, "openURLFromPasteboard",
-     translatable("&Add from Pasteboard"), ""},
+     translatable("Add from &Clipboard"), ""},
     {Command::StopIntake, 0, "stopIntake", translatable("S&top Adding"), ""},
 
     {Command::Undo, 0, "undo", translatable("&Undo"), "Ctrl+Z"},
