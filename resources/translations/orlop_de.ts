@@ -6,37 +6,37 @@
         <message>
             <location filename="../../src/app/addresses/address_change.cpp" />
             <source>It is the same file.</source>
-            <translation type="unfinished" />
+            <translation>Es ist dieselbe Datei.</translation>
         </message>
         <message>
             <location filename="../../src/app/addresses/address_change.cpp" />
             <source>Nobody answers at this address.</source>
-            <translation type="unfinished" />
+            <translation>Unter dieser Adresse antwortet niemand.</translation>
         </message>
         <message>
             <location filename="../../src/app/addresses/address_change.cpp" />
             <source>Nothing tells whether the same file is there. Should it be another one, it begins anew, and what has come stays until that is complete.</source>
-            <translation type="unfinished" />
+            <translation>Ob dort dieselbe Datei liegt, verrät nichts. Ist es eine andere, beginnt sie von vorn, und was schon da ist, bleibt, bis sie vollständig ist.</translation>
         </message>
         <message>
             <location filename="../../src/app/addresses/address_change.cpp" />
             <source>There is another file at this address, of %@ in place of %@.</source>
-            <translation type="unfinished" />
+            <translation>Unter dieser Adresse liegt eine andere Datei, mit %@ statt %@.</translation>
         </message>
         <message>
             <location filename="../../src/app/addresses/address_change.cpp" />
             <source>There is another file at this address.</source>
-            <translation type="unfinished" />
+            <translation>Unter dieser Adresse liegt eine andere Datei.</translation>
         </message>
         <message>
             <location filename="../../src/app/addresses/address_change.cpp" />
             <source>This address does not give the file out: %@.</source>
-            <translation type="unfinished" />
+            <translation>Diese Adresse gibt die Datei nicht heraus: %@.</translation>
         </message>
         <message>
             <location filename="../../src/app/addresses/address_change.cpp" />
             <source>What has come so far is of no use for it, and stays until the new file is complete.</source>
-            <translation type="unfinished" />
+            <translation>Was schon da ist, taugt dafür nicht und bleibt, bis die neue Datei vollständig ist.</translation>
         </message>
         <message>
             <location filename="../../src/app/alert_lines.cpp" />
@@ -126,12 +126,12 @@
         <message>
             <location filename="../../src/app/commands/bulk_commands.cpp" />
             <source>Each of them opens in a page of its own.</source>
-            <translation type="unfinished" />
+            <translation>Jede öffnet sich in einer eigenen Seite.</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/bulk_commands.cpp" />
             <source>Each of them opens in its application.</source>
-            <translation type="unfinished" />
+            <translation>Jede öffnet sich in ihrem Programm.</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/bulk_commands.cpp" />
@@ -146,12 +146,12 @@
         <message>
             <location filename="../../src/app/commands/bulk_commands.cpp" />
             <source>Open %@ addresses?</source>
-            <translation type="unfinished" />
+            <translation>%@ Adressen öffnen?</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/bulk_commands.cpp" />
             <source>Open %@ files?</source>
-            <translation type="unfinished" />
+            <translation>%@ Dateien öffnen?</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/bulk_commands.cpp" />
@@ -165,8 +165,8 @@
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
-            <source>&amp;Add from Pasteboard</source>
-            <translation>Aus &amp;Zwischenablage hinzufügen</translation>
+            <source>&amp;Add Addresses...</source>
+            <translation>&amp;Adressen hinzufügen …</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
@@ -340,13 +340,18 @@
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
+            <source>Add &amp;from Clipboard</source>
+            <translation>Aus &amp;Zwischenablage hinzufügen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
             <source>C&amp;lear</source>
             <translation>Aufrä&amp;umen</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
-            <source>Chan&amp;ge Address...</source>
-            <translation type="unfinished" />
+            <source>Change Address...</source>
+            <translation>Adresse ändern …</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
@@ -366,12 +371,12 @@
         <message>
             <location filename="../../src/app/commands/command.cpp" />
             <source>D&amp;etails</source>
-            <translation type="unfinished" />
+            <translation>D&amp;etails</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
             <source>Details Besi&amp;de the List</source>
-            <translation type="unfinished" />
+            <translation>Details ne&amp;ben der Liste</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
@@ -400,18 +405,13 @@
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
-            <source>Open &amp;URLs...</source>
-            <translation>&amp;URLs öffnen …</translation>
-        </message>
-        <message>
-            <location filename="../../src/app/commands/command.cpp" />
             <source>Open Fol&amp;der...</source>
             <translation>&amp;Ordner öffnen …</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
-            <source>Open in &amp;Browser</source>
-            <translation type="unfinished" />
+            <source>Open in Browser</source>
+            <translation>Im Browser öffnen</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
@@ -535,11 +535,6 @@
         </message>
         <message>
             <location filename="../../src/app/commands/context_menu.cpp" />
-            <source>Open in Browser</source>
-            <translation type="unfinished" />
-        </message>
-        <message>
-            <location filename="../../src/app/commands/context_menu.cpp" />
             <source>Pause Download</source>
             <translation>Download anhalten</translation>
         </message>
@@ -626,42 +621,42 @@
         <message>
             <location filename="../../src/app/details/attempt_log.cpp" />
             <source>Aborted</source>
-            <translation>Abgebrochen</translation>
+            <translation>Fehlgeschlagen</translation>
         </message>
         <message>
             <location filename="../../src/app/details/attempt_log.cpp" />
             <source>Address changed</source>
-            <translation type="unfinished" />
+            <translation>Adresse geändert</translation>
         </message>
         <message>
             <location filename="../../src/app/details/attempt_log.cpp" />
             <source>Had to begin anew</source>
-            <translation type="unfinished" />
+            <translation>Musste von vorn beginnen</translation>
         </message>
         <message>
             <location filename="../../src/app/details/attempt_log.cpp" />
             <source>The server had no place for it</source>
-            <translation type="unfinished" />
+            <translation>Der Server hatte keinen Platz dafür</translation>
         </message>
         <message>
             <location filename="../../src/app/details/attempt_log.cpp" />
             <source>Tried again</source>
-            <translation type="unfinished" />
+            <translation>Erneut versucht</translation>
         </message>
         <message>
             <location filename="../../src/app/details/download_facts.cpp" />
             <source>%@ (%@ bytes)</source>
-            <translation type="unfinished" />
+            <translation>%@ (%@ Bytes)</translation>
         </message>
         <message>
             <location filename="../../src/app/details/download_facts.cpp" />
             <source>Added</source>
-            <translation type="unfinished" />
+            <translation>Hinzugefügt</translation>
         </message>
         <message>
             <location filename="../../src/app/details/download_facts.cpp" />
             <source>Address</source>
-            <translation type="unfinished" />
+            <translation>Adresse</translation>
         </message>
         <message>
             <location filename="../../src/app/details/download_facts.cpp" />
@@ -671,72 +666,72 @@
         <message>
             <location filename="../../src/app/details/download_facts.cpp" />
             <source>Arrived</source>
-            <translation type="unfinished" />
+            <translation>Da</translation>
         </message>
         <message>
             <location filename="../../src/app/details/download_facts.cpp" />
             <source>At %@</source>
-            <translation type="unfinished" />
+            <translation>Am %@</translation>
         </message>
         <message>
             <location filename="../../src/app/details/download_facts.cpp" />
             <source>Changed on the server</source>
-            <translation type="unfinished" />
+            <translation>Auf dem Server geändert</translation>
         </message>
         <message>
             <location filename="../../src/app/details/download_facts.cpp" />
             <source>Changes of the file are noticed</source>
-            <translation type="unfinished" />
+            <translation>Änderungen der Datei fallen auf</translation>
         </message>
         <message>
             <location filename="../../src/app/details/download_facts.cpp" />
             <source>Checksum of the file</source>
-            <translation type="unfinished" />
+            <translation>Prüfsumme der Datei</translation>
         </message>
         <message>
             <location filename="../../src/app/details/download_facts.cpp" />
             <source>Coding</source>
-            <translation type="unfinished" />
+            <translation>Kodierung</translation>
         </message>
         <message>
             <location filename="../../src/app/details/download_facts.cpp" />
             <source>Completed</source>
-            <translation type="unfinished" />
+            <translation>Vollständig</translation>
         </message>
         <message>
             <location filename="../../src/app/details/download_facts.cpp" />
             <source>Date of the version</source>
-            <translation type="unfinished" />
+            <translation>Datum der Fassung</translation>
         </message>
         <message>
             <location filename="../../src/app/details/download_facts.cpp" />
             <source>Entity tag</source>
-            <translation type="unfinished" />
+            <translation>Kennung der Fassung</translation>
         </message>
         <message>
             <location filename="../../src/app/details/download_facts.cpp" />
             <source>Expected checksum</source>
-            <translation type="unfinished" />
+            <translation>Erwartete Prüfsumme</translation>
         </message>
         <message>
             <location filename="../../src/app/details/download_facts.cpp" />
             <source>File</source>
-            <translation type="unfinished" />
+            <translation>Datei</translation>
         </message>
         <message>
             <location filename="../../src/app/details/download_facts.cpp" />
             <source>Found on</source>
-            <translation type="unfinished" />
+            <translation>Gefunden auf</translation>
         </message>
         <message>
             <location filename="../../src/app/details/download_facts.cpp" />
             <source>Goes to</source>
-            <translation type="unfinished" />
+            <translation>Kommt nach</translation>
         </message>
         <message>
             <location filename="../../src/app/details/download_facts.cpp" />
             <source>Hidden while downloading in private</source>
-            <translation type="unfinished" />
+            <translation>Beim privaten Laden verborgen</translation>
         </message>
         <message>
             <location filename="../../src/app/details/download_facts.cpp" />
@@ -746,37 +741,37 @@
         <message>
             <location filename="../../src/app/details/download_facts.cpp" />
             <source>Partial file</source>
-            <translation type="unfinished" />
+            <translation>Teildatei</translation>
         </message>
         <message>
             <location filename="../../src/app/details/download_facts.cpp" />
             <source>Ranges</source>
-            <translation type="unfinished" />
+            <translation>Teile</translation>
         </message>
         <message>
             <location filename="../../src/app/details/download_facts.cpp" />
             <source>Redirected to</source>
-            <translation type="unfinished" />
+            <translation>Umgeleitet nach</translation>
         </message>
         <message>
             <location filename="../../src/app/details/download_facts.cpp" />
             <source>Size</source>
-            <translation type="unfinished" />
+            <translation>Größe</translation>
         </message>
         <message>
             <location filename="../../src/app/details/download_facts.cpp" />
             <source>State</source>
-            <translation type="unfinished" />
+            <translation>Zustand</translation>
         </message>
         <message>
             <location filename="../../src/app/details/download_facts.cpp" />
             <source>The server sends the file only as a whole</source>
-            <translation type="unfinished" />
+            <translation>Der Server schickt die Datei nur im Ganzen</translation>
         </message>
         <message>
             <location filename="../../src/app/details/download_facts.cpp" />
             <source>Type</source>
-            <translation type="unfinished" />
+            <translation>Typ</translation>
         </message>
         <message>
             <location filename="../../src/app/failures/failure_sentence.cpp" />
@@ -1017,11 +1012,6 @@
             <location filename="../../src/app/history/history_item_menu.cpp" />
             <source>Download Again</source>
             <translation>Erneut herunterladen</translation>
-        </message>
-        <message>
-            <location filename="../../src/app/history/history_item_menu.cpp" />
-            <source>Open Original URL</source>
-            <translation>Ursprüngliche URL öffnen</translation>
         </message>
         <message>
             <location filename="../../src/app/history/history_item_menu.cpp" />
@@ -1790,12 +1780,12 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         <message>
             <location filename="../../src/scripting/hand_overs/renewal.cpp" />
             <source>Begin Anew</source>
-            <translation>Neu beginnen</translation>
+            <translation>Von vorn beginnen</translation>
         </message>
         <message>
             <location filename="../../src/scripting/hand_overs/renewal.cpp" />
             <source>Go On</source>
-            <translation>Weitermachen</translation>
+            <translation>Weiterladen</translation>
         </message>
         <message>
             <location filename="../../src/scripting/hand_overs/renewal.cpp" />
@@ -1920,37 +1910,37 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         <message>
             <location filename="../../src/ui/addresses/address_panel.cpp" />
             <source>%@ have come already. The address is asked first whether it has the same file.</source>
-            <translation type="unfinished" />
+            <translation>%@ sind schon da. Die Adresse wird zuerst gefragt, ob sie dieselbe Datei hat.</translation>
         </message>
         <message>
             <location filename="../../src/ui/addresses/address_panel.cpp" />
             <source>Asking %1...</source>
-            <translation type="unfinished" />
+            <translation>Frage bei %1 …</translation>
         </message>
         <message>
             <location filename="../../src/ui/addresses/address_panel.cpp" />
             <source>Change Address</source>
-            <translation type="unfinished" />
+            <translation>Adresse ändern</translation>
         </message>
         <message>
             <location filename="../../src/ui/addresses/address_panel.cpp" />
             <source>New address</source>
-            <translation type="unfinished" />
+            <translation>Neue Adresse</translation>
         </message>
         <message>
             <location filename="../../src/ui/addresses/address_panel.cpp" />
             <source>New address of “%@”:</source>
-            <translation type="unfinished" />
+            <translation>Neue Adresse von „%@“:</translation>
         </message>
         <message>
             <location filename="../../src/ui/addresses/address_panel.cpp" />
             <source>This is no address of the web.</source>
-            <translation type="unfinished" />
+            <translation>Das ist keine Web-Adresse.</translation>
         </message>
         <message>
             <location filename="../../src/ui/addresses/address_panel.cpp" />
             <source>Use It Anyway</source>
-            <translation type="unfinished" />
+            <translation>Trotzdem verwenden</translation>
         </message>
         <message>
             <location filename="../../src/ui/authentication/authentication_panel.cpp" />
@@ -2075,7 +2065,7 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         <message>
             <location filename="../../src/ui/details/connections_model.cpp" />
             <source>Part</source>
-            <translation type="unfinished" />
+            <translation>Teil</translation>
         </message>
         <message>
             <location filename="../../src/ui/details/connections_model.cpp" />
@@ -2085,92 +2075,87 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         <message>
             <location filename="../../src/ui/details/connections_model.cpp" />
             <source>from %1</source>
-            <translation type="unfinished" />
+            <translation>ab %1</translation>
         </message>
         <message>
             <location filename="../../src/ui/details/connections_model.cpp" />
             <source>the whole file</source>
-            <translation type="unfinished" />
+            <translation>die ganze Datei</translation>
         </message>
         <message>
             <location filename="../../src/ui/details/details_pane.cpp" />
             <source>%1 downloads are selected.</source>
-            <translation type="unfinished" />
-        </message>
-        <message>
-            <location filename="../../src/ui/details/details_pane.cpp" />
-            <source>Change Address...</source>
-            <translation type="unfinished" />
+            <translation>%1 Downloads sind ausgewählt.</translation>
         </message>
         <message>
             <location filename="../../src/ui/details/details_pane.cpp" />
             <source>Checksum...</source>
-            <translation type="unfinished" />
+            <translation>Prüfsumme …</translation>
         </message>
         <message>
             <location filename="../../src/ui/details/details_pane.cpp" />
             <source>Close Details</source>
-            <translation type="unfinished" />
+            <translation>Details schließen</translation>
         </message>
         <message>
             <location filename="../../src/ui/details/details_pane.cpp" />
             <source>Connections</source>
-            <translation type="unfinished" />
+            <translation>Verbindungen</translation>
         </message>
         <message>
             <location filename="../../src/ui/details/details_pane.cpp" />
             <source>Copy Address</source>
-            <translation type="unfinished" />
+            <translation>Adresse kopieren</translation>
         </message>
         <message>
             <location filename="../../src/ui/details/details_pane.cpp" />
             <source>Details</source>
-            <translation type="unfinished" />
+            <translation>Details</translation>
         </message>
         <message>
             <location filename="../../src/ui/details/details_pane.cpp" />
             <source>Facts</source>
-            <translation type="unfinished" />
+            <translation>Angaben</translation>
         </message>
         <message>
             <location filename="../../src/ui/details/details_pane.cpp" />
             <source>Select a download to see what is known of it.</source>
-            <translation type="unfinished" />
+            <translation>Wählen Sie einen Download, um zu sehen, was über ihn bekannt ist.</translation>
         </message>
         <message>
             <location filename="../../src/ui/details/facts_model.cpp" />
             <source>How it stands</source>
-            <translation type="unfinished" />
+            <translation>Angabe</translation>
         </message>
         <message>
             <location filename="../../src/ui/details/facts_model.cpp" />
             <source>What</source>
-            <translation type="unfinished" />
+            <translation>Was</translation>
         </message>
         <message>
             <location filename="../../src/ui/details/speed_curve.cpp" />
             <source>%1 minutes ago</source>
-            <translation type="unfinished" />
+            <translation>vor %1 Minuten</translation>
         </message>
         <message>
             <location filename="../../src/ui/details/speed_curve.cpp" />
             <source>%1 now, %2 at most</source>
-            <translation type="unfinished" />
+            <translation>%1 jetzt, höchstens %2</translation>
         </message>
         <message>
             <location filename="../../src/ui/details/speed_curve.cpp" />
             <source>Nothing has come in the last minutes</source>
-            <translation type="unfinished" />
+            <translation>In den letzten Minuten kam nichts</translation>
         </message>
         <message>
             <location filename="../../src/ui/details/speed_curve.cpp" />
             <source>Speed over the last minutes</source>
-            <translation type="unfinished" />
+            <translation>Geschwindigkeit der letzten Minuten</translation>
         </message>
         <message>
             <location filename="../../src/ui/details/speed_curve.cpp" />
             <source>now</source>
-            <translation type="unfinished" />
+            <translation>jetzt</translation>
         </message>
         <message>
             <location filename="../../src/ui/help/about_panel.cpp" />
@@ -2274,7 +2259,7 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/list/empty_list_offers.cpp" />
-            <source>Add Addresses…</source>
+            <source>Add Addresses...</source>
             <translation>Adressen hinzufügen …</translation>
         </message>
         <message>
@@ -3256,8 +3241,8 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
         </message>
         <message>
             <location filename="../../src/ui/settings/speed_section.cpp" />
-            <source>&amp;Try failed downloads again</source>
-            <translation>&amp;Fehlgeschlagene erneut versuchen</translation>
+            <source>&amp;Try interrupted downloads again</source>
+            <translation>&amp;Unterbrochene erneut versuchen</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/speed_section.cpp" />
@@ -3293,6 +3278,11 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
             <location filename="../../src/ui/settings/speed_section.cpp" />
             <source>L&amp;imit:</source>
             <translation>&amp;Limit:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/speed_section.cpp" />
+            <source>Of several that stop within seconds, one; the others wait for you.</source>
+            <translation>Von mehreren, die binnen Sekunden abbrechen, einen; die anderen warten auf Sie.</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/speed_section.cpp" />
@@ -3371,6 +3361,16 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
         </message>
         <message>
             <location filename="../../src/ui/toolbar/toolbar.cpp" />
+            <source>Pause what runs (%1)</source>
+            <translation>Laufendes anhalten (%1)</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/toolbar/toolbar.cpp" />
+            <source>Pause what waits; with Shift, what runs as well (%1)</source>
+            <translation>Wartendes anhalten; mit Umschalt auch Laufendes (%1)</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/toolbar/toolbar.cpp" />
             <source>Toolbar</source>
             <translation>Symbolleiste</translation>
         </message>
@@ -3406,7 +3406,7 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
         </message>
         <message>
             <location filename="../../src/ui/toolbar/toolbar_layout.cpp" />
-            <source>Add from Pasteboard</source>
+            <source>Add from Clipboard</source>
             <translation>Aus Zwischenablage hinzufügen</translation>
         </message>
         <message>
@@ -3521,13 +3521,13 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
         </message>
         <message>
             <location filename="../../src/ui/window/url_panel.cpp" />
-            <source>One or several addresses; {1-20} makes a series:</source>
-            <translation>Eine oder mehrere Adressen; {1-20} ergibt eine Reihe:</translation>
+            <source>Add Addresses</source>
+            <translation>Adressen hinzufügen</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/url_panel.cpp" />
-            <source>Open URLs</source>
-            <translation>URLs öffnen</translation>
+            <source>One or several addresses; {1-20} makes a series:</source>
+            <translation>Eine oder mehrere Adressen; {1-20} ergibt eine Reihe:</translation>
         </message>
     </context>
 </TS>

@@ -16,7 +16,7 @@ constexpr CommandDescription descriptions[] = {
     {Command::OpenFile, 0, "openFile", translatable("&Open..."), "Ctrl+O"},
     {Command::OpenFolder, 0, "openFolder", translatable("Open Fol&der..."), "Ctrl+Shift+O"},
     {Command::OpenURLFromPasteboard, 0, "openURLFromPasteboard",
-     translatable("Add from &Clipboard"), ""},
+     translatable("Add &from Clipboard"), ""},
     {Command::StopIntake, 0, "stopIntake", translatable("S&top Adding"), ""},
 
     {Command::Undo, 0, "undo", translatable("&Undo"), "Ctrl+Z"},
@@ -61,8 +61,8 @@ constexpr CommandDescription descriptions[] = {
     {Command::Remove, 0, "remove", translatable("&Remove"), "Del"},
     {Command::Clear, 0, "clear", translatable("C&lear"), "Ctrl+K"},
     {Command::Verify, 0, "verify", translatable("&Verify..."), ""},
-    {Command::ChangeAddress, 0, "changeAddress", translatable("Chan&ge Address..."), ""},
-    {Command::OpenInBrowser, 0, "openInBrowser", translatable("Open in &Browser"), ""},
+    {Command::ChangeAddress, 0, "changeAddress", translatable("Change Address..."), ""},
+    {Command::OpenInBrowser, 0, "openInBrowser", translatable("Open in Browser"), ""},
 
     {Command::Rearrange, 0, "rearrange", translatable("&Date Added"), ""},
     {Command::Rearrange, 1, "rearrange", translatable("&Name"), ""},
