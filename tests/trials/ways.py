@@ -6,6 +6,7 @@ from support.home import sha256
 from support.servers import Nginx, write_random
 
 ACCELERATED = ("-Acceleration: Enabled", "1", "-Acceleration: Channels", "4")
+APART = ("-Acceleration: Parts In Place", "0")
 OWN_FOLDER = ("-Intermediates Location", "0")
 
 
@@ -21,6 +22,8 @@ WAYS = [
     Way("plain", "/"), Way("slow", "/rate/6000000/"), Way("chunked", "/chunked/"),
     Way("no ranges", "/noranges/"), Way("redirected", "/to/"), Way("accelerated", "/", ACCELERATED),
     Way("accelerated and slow", "/rate/2000000/", ACCELERATED),
+    Way("accelerated and apart", "/", ACCELERATED + APART),
+    Way("accelerated, apart and slow", "/rate/2000000/", ACCELERATED + APART),
     Way("in the program's folder", "/", OWN_FOLDER),
     Way("accelerated in the program's folder", "/", ACCELERATED + OWN_FOLDER),
     Way("small", "/", files=("small-0.bin",)),
