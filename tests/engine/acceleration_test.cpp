@@ -1,4 +1,8 @@
+#include <sys/stat.h>
+
+#include <QDirIterator>
 #include <QFile>
+#include <QFileInfo>
 #include <array>
 #include <atomic>
 #include <map>
@@ -247,6 +251,9 @@ TEST_P(AccelerationTest, GoesOnFromWhatIsThereOfTheParts) {
         {"a first that has come to its end, or run past it",
          [&](const DownloadPtr&) { layDown(0, body.first(areInPlace() ? 250'003 : 260'000)); },
          {second, third, fourth}},
+        {"half of each, though others would lie elsewhere by now",
+         [&](const DownloadPtr&) { set(settings::accelerationPartsInPlace, !areInPlace()); },
+         {"bytes=125000-250002", second, third, fourth}},
         {"one lost",
          [&](const DownloadPtr&) { QFile::remove(accelerationFragmentPath(primary, 2)); },
          {""}},
@@ -260,6 +267,7 @@ TEST_P(AccelerationTest, GoesOnFromWhatIsThereOfTheParts) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
+        set(settings::accelerationPartsInPlace, areInPlace());
         const auto download = restarted(pausedHalfway());
         c.meanwhile(download);
         const auto before = static_cast<std::ptrdiff_t>(server.requests().size());
@@ -273,6 +281,41 @@ TEST_P(AccelerationTest, GoesOnFromWhatIsThereOfTheParts) {
         std::sort(ranges.begin(), ranges.end());
         EXPECT_EQ(ranges, c.ranges);
         QFile::remove(download->path());
+    }
+}
+
+/// Room for what has come is enough, and at the end there is nothing left to be written.
+TEST_P(AccelerationTest, PartsTakeNoMoreRoomThanTheyHaveBytes) {
+    static_cast<void>(pausedHalfway());
+    qint64 allotted = 0, journals = 0;
+    for (QDirIterator files(QFileInfo(primary).path(), QDir::Files); files.hasNext();) {
+        struct stat status {};
+        ASSERT_EQ(stat(QFile::encodeName(files.next()).constData(), &status), 0);
+        allotted += status.st_blocks * 512;
+        journals += files.fileName().contains(accelerationMarker) ? status.st_size : 0;
+    }
+    EXPECT_LE(allotted, body.size() * 2 / 3);
+    EXPECT_EQ(journals < 2048, areInPlace());
+}
+
+TEST_F(EngineTest, JournalIsBelievedWholeOrNotAtAll) {
+    const QString file = path(u"p.orlop-xf-1"_s);
+    const auto journal = PartJournal::open(file, 1'000'000);
+    ASSERT_TRUE(journal && journal->setReceived(4711));
+    journal->setSynced(4000);
+    EXPECT_EQ(PartJournal::read(file)->start, 1'000'000);
+    EXPECT_FALSE(PartJournal::open(file, 0));
+    const QByteArray whole = contents(file);
+    for (qsizetype at = 0; at < whole.size(); ++at) {
+        QByteArray spoilt = whole;
+        spoilt[at] = static_cast<char>(spoilt[at] ^ 1);
+        write(file, spoilt);
+        const auto entry = PartJournal::read(file);
+        EXPECT_EQ(entry ? entry->received : 4711, 4711) << at;
+    }
+    for (const auto& odd : {whole.first(100), QByteArray(500, 'x'), QByteArray()}) {
+        write(file, odd);
+        EXPECT_FALSE(PartJournal::read(file));
     }
 }
 

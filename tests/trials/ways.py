@@ -35,6 +35,8 @@ class DisturbedTransfers(Trial):
     """Runs of one way each that are disturbed some times, and then one that is not, which has to
     bring every file."""
 
+    ways = WAYS
+
     def __init__(self, seed):
         super().__init__(seed)
         self.server = Nginx()
@@ -55,7 +57,7 @@ class DisturbedTransfers(Trial):
         return process.returncode != 0
 
     def attempt(self):
-        way = self.random.choice(WAYS)
+        way = self.random.choice(self.ways)
         home = new_home(**self.home_options())
         try:
             return self.disturb(home, way)

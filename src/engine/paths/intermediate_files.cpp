@@ -174,10 +174,13 @@ void removePartialFiles(const QString& primaryPath) {
     if (isDownloadContainer(folder) &&
         removeContainerWithPrimaryFileOnly(folder, links::lastPathComponent(primaryPath)))
         return;
+    const QString firstJournal = accelerationFragmentPath(primaryPath, 0);
     // Cut short, this must not leave a file whose holes nothing tells from data.
-    QFile::remove(primaryPath);
+    if (platform::pathExists(firstJournal))
+        static_cast<void>(truncate(QFile::encodeName(primaryPath).constData(), 0));
     removeFragments(primaryPath);
-    QFile::remove(accelerationFragmentPath(primaryPath, 0));
+    QFile::remove(firstJournal);
+    QFile::remove(primaryPath);
     if (isDownloadContainer(folder))
         links::removeFolderIfVirtuallyEmpty(folder);
 }

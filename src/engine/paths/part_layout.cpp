@@ -7,7 +7,6 @@
 
 #include <array>
 #include <map>
-#include <optional>
 #include <utility>
 
 #include "engine/paths/intermediate_files.h"
@@ -24,7 +23,14 @@ namespace {
 constexpr off_t holeSize = off_t{1} << 20;
 constexpr blkcnt_t statBlock = 512;
 
-/// Nothing: it cannot be tried.
+}  // namespace
+
+PartLayout layoutOfPartialData(const QString& primaryPath) {
+    return !primaryPath.isEmpty() && platform::pathExists(accelerationFragmentPath(primaryPath, 0))
+               ? PartLayout::InPlace
+               : PartLayout::Apart;
+}
+
 std::optional<bool> tryHole(const QString& folder) {
     const platform::TemporaryFile probe(
         QFile::encodeName(links::stringByAppendingPathComponent(folder, u"probe"_s)));
@@ -36,14 +42,6 @@ std::optional<bool> tryHole(const QString& folder) {
         fstat(probe.file().get(), &status) != 0)
         return std::nullopt;
     return status.st_blocks * statBlock < holeSize;
-}
-
-}  // namespace
-
-PartLayout layoutOfPartialData(const QString& primaryPath) {
-    return !primaryPath.isEmpty() && platform::pathExists(accelerationFragmentPath(primaryPath, 0))
-               ? PartLayout::InPlace
-               : PartLayout::Apart;
 }
 
 bool keepsHoles(const QString& folder) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <optional>
 
 namespace engine {
 
@@ -16,9 +17,11 @@ enum class PartLayout {
 /// By what lies there. A file that is not split has no layout, and is Apart.
 [[nodiscard]] PartLayout layoutOfPartialData(const QString& primaryPath);
 
-/// Whether the file system of a folder leaves what was never written without space. Found out by
-/// writing a small file with a hole, once for each file system while the program runs. Main thread.
+/// Whether the file system of a folder leaves what was never written without space. Tried once for
+/// each file system while the program runs. Main thread.
 [[nodiscard]] bool keepsHoles(const QString& folder);
+/// The same by writing a small file with a hole. Nothing: it cannot be written.
+[[nodiscard]] std::optional<bool> tryHole(const QString& folder);
 
 /// Where one part lies.
 struct PartPlace {
