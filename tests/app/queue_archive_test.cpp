@@ -155,8 +155,10 @@ TEST_F(QueueFile, LeavesAloneWhatItCannotRead) {
 TEST_F(QueueFile, FindsTheContainerOfADownloadOfWhichItSaysNothing) {
     const QString downloads = folder.filePath(u"downloads"_s);
     defaults.set(engine::settings::downloadsFolder, downloads);
-    add({u"a"_s, u"b"_s});
-    for (const QString& name : {u"a"_s, u"b"_s}) {
+    add({u"a"_s, u"b"_s, u"c"_s});
+    // It had begun anew, and was saved between its data and the next.
+    download(u"c"_s)->userSettings().set(keys::responseURL, address(u"c"_s));
+    for (const QString& name : {u"a"_s, u"b"_s, u"c"_s}) {
         const QString container = downloads + u'/' + name + u".orlop"_s;
         QVariantMap archive = savedArchive(name);
         archive[keys::responseURL] = address(name);
@@ -174,6 +176,7 @@ TEST_F(QueueFile, FindsTheContainerOfADownloadOfWhichItSaysNothing) {
     EXPECT_EQ(download(u"a"_s)->intermediateDownloadTargetPath(), downloads + u"/a.orlop/x"_s);
     EXPECT_EQ(download(u"a"_s)->status(), engine::DQDownloadStatusQueued);
     EXPECT_EQ(download(u"b"_s)->intermediateDownloadTargetPath(), QString());
+    EXPECT_EQ(download(u"c"_s)->intermediateDownloadTargetPath(), downloads + u"/c.orlop/x"_s);
 }
 
 /// Data that waits beside its successor is no forgotten bundle, and no bundle may name it: what is
@@ -373,7 +376,7 @@ TEST(ArchiveWriter, WritesTheLatestOfManyAndFinishesBeforeItGoes) {
             ++reports;
         });
         for (int number = 0; number <= 300; ++number) {
-            writer.write({number});
+            writer.write(app::ArchiveWriter::Elements{platform::propertyListElement(number)});
         }
         EXPECT_FALSE(writer.finish());
         EXPECT_FALSE(writer.isBusy());
@@ -381,7 +384,7 @@ TEST(ArchiveWriter, WritesTheLatestOfManyAndFinishesBeforeItGoes) {
         main.settle();
         EXPECT_GE(reports, 1);
         EXPECT_LT(reports, 300) << "every list was written, though newer ones waited";
-        writer.write({7});
+        writer.write(app::ArchiveWriter::Elements{platform::propertyListElement(7)});
     }
     EXPECT_EQ(written(), 7);
     main.settle();

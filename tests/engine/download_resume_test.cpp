@@ -473,11 +473,11 @@ TEST_F(ResumeTest, FinishedFileIsKnownAgainAndOnlyThat) {
     const QString finished = downloadedPath(u"file.bin"_s);
     const auto killed = paused();
     const auto date = killed->userSettings().value(keys::date);
-    const auto download = restarted(killed);
     const auto twin = restarted(killed);
+    const auto beside = restarted(killed);
     const auto plain = restarted(killed);
     const auto later = restarted(killed);
-    run(download);
+    run(killed);
     const auto requests = server.requests().size();
     run(twin);
     // Nor had the queue heard of any answer.
@@ -486,11 +486,17 @@ TEST_F(ResumeTest, FinishedFileIsKnownAgainAndOnlyThat) {
     run(unsaved);
     EXPECT_EQ(owner.history.back(), u"file.bin"_s);
     EXPECT_EQ(unsaved->originalURLString(), server.url(u"/file.bin"_s));
+    // It had begun anew beside data that is still there.
+    const QString old = beside->intermediateDownloadTargetPath();
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(old).path()));
+    ASSERT_EQ(platform::writeFileAtomically(old, "data"), std::nullopt);
+    run(beside);
+    EXPECT_FALSE(platform::pathExists(old));
     // On a disk without attributes.
     for (const char* name : {"user.orlop.download", "user.xdg.origin.url"})
         removexattr(QFile::encodeName(finished).constData(), name);
     run(plain);
-    for (const auto& known : {twin, unsaved, plain}) {
+    for (const auto& known : {twin, unsaved, beside, plain}) {
         EXPECT_EQ(known->status(), DQDownloadStatusDone);
         EXPECT_EQ(known->path(), finished);
     }

@@ -1,7 +1,9 @@
 /* Preloaded into a program, does harm at one of its calls for files: at the FAULT_AT-th (from 1) of
-   those that FAULT_CALLS names (separated by commas; all if it is unset). FAULT_ACTION says what:
-   "before" and "after" kill the program then, "short" writes half, a number is the error that the
-   call fails with. FAULT_BOOT_ID: the file that tells the boot in place of the kernel's. */
+   those that FAULT_CALLS names (separated by commas; all if it is unset), and with FAULT_EVERY at
+   each so-manieth after it. FAULT_ACTION says what: "before" and "after" kill the program then,
+   "short" writes half, a number is the error that the call fails with. FAULT_COUNT: a file that
+   grows by one byte with each harm. FAULT_BOOT_ID: the file that tells the boot in place of the
+   kernel's. */
 #define _GNU_SOURCE
 #include <dlfcn.h>
 #include <errno.h>
@@ -12,6 +14,7 @@
 #include <stdlib.h>
 #include <string.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/types.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -27,12 +30,31 @@ static int is_named(const char* name) {
     return names == NULL;
 }
 
+static int is_due(long call) {
+    long first = atol(getenv("FAULT_AT"));
+    const char* every = getenv("FAULT_EVERY");
+    return call == first || (every && call > first && (call - first) % atol(every) == 0);
+}
+
+/* By the kernel's own calls, which are not counted here. */
+static void count_harm(void) {
+    const char* path = getenv("FAULT_COUNT");
+    int before = errno;
+    int file = path ? (int)syscall(SYS_openat, AT_FDCWD, path, O_WRONLY | O_APPEND | O_CREAT, 0600)
+                    : -1;
+    if (file >= 0) {
+        syscall(SYS_write, file, "x", 1);
+        syscall(SYS_close, file);
+    }
+    errno = before;
+}
+
 /* What is to be done at this call. Null: nothing. */
 static const char* fault(const char* name) {
-    const char* at = getenv("FAULT_AT");
-    if (!at || !is_named(name) || atomic_fetch_add(&calls, 1) + 1 != atol(at))
+    if (!getenv("FAULT_AT") || !is_named(name) || !is_due(atomic_fetch_add(&calls, 1) + 1))
         return NULL;
     const char* action = getenv("FAULT_ACTION");
+    count_harm();
     if (action && strcmp(action, "before") == 0)
         kill(getpid(), SIGKILL);
     return action;

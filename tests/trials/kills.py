@@ -24,31 +24,47 @@ class RandomKills(DisturbedTransfers):
 class Faults(DisturbedTransfers):
     """Harm at one call, by the preloaded library."""
 
-    def action(self):
+    def harm(self):
+        """What the library is told about the harm beside its place."""
         raise NotImplementedError
 
     def disturbed(self, home, arguments):
         calls = self.random.sample(CALLS, self.random.randint(1, 3))
         most = self.random.choice((4, 15, 60))
         return home.start(*arguments, environment={
-            "LD_PRELOAD": FAULTS, "FAULT_CALLS": ",".join(calls), "FAULT_ACTION": self.action(),
-            "FAULT_AT": str(self.random.randint(1, most))})
+            "LD_PRELOAD": FAULTS, "FAULT_CALLS": ",".join(calls), **self.harm(),
+            "FAULT_COUNT": str(self.count(home)), "FAULT_AT": str(self.random.randint(1, most))})
+
+    @staticmethod
+    def count(home):
+        return home.root / "harms"
+
+    def harms_of(self, home, process):
+        count = self.count(home)
+        harms = count.stat().st_size if count.exists() else 0
+        count.unlink(missing_ok=True)
+        return harms
 
 
 class CallKills(Faults):
     kind = "kills at calls"
 
-    def action(self):
-        return self.random.choice(("before", "after"))
+    def harm(self):
+        return {"FAULT_ACTION": self.random.choice(("before", "after"))}
 
 
 class Errors(Faults):
     kind = "failing and short calls"
+    # What could neither be written down nor removed.
+    may_leave_strays = True
 
-    def action(self):
-        return self.random.choice(("short", *(str(number) for number in (
+    def harm(self):
+        """Once, or again and again."""
+        action = self.random.choice(("short", *(str(number) for number in (
             errno.EIO, errno.ENOSPC, errno.EINTR, errno.EACCES, errno.EMFILE, errno.ENOMEM,
             errno.EDQUOT, errno.EROFS, errno.ENOTSUP))))
+        every = self.random.choice((None, None, 2, 5, 20))
+        return {"FAULT_ACTION": action} | ({"FAULT_EVERY": str(every)} if every else {})
 
 
 class Signals(DisturbedTransfers):

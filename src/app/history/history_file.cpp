@@ -64,12 +64,12 @@ void HistoryFile::write(const QList<HistoryEntry>& entries) {
         return;
     }
     writer_->write([entries] {
-        QVariantList dictionaries;
-        dictionaries.reserve(entries.size());
+        ArchiveWriter::Elements elements;
+        elements.reserve(static_cast<std::size_t>(entries.size()));
         for (const HistoryEntry& entry : entries) {
-            dictionaries.append(historyDictionary(entry));
+            elements.push_back(platform::propertyListElement(historyDictionary(entry)));
         }
-        return dictionaries;
+        return elements;
     });
 }
 

@@ -22,7 +22,7 @@ struct ArchiveWriter::State {
           written(std::make_shared<Written>(std::move(whenWritten))) {}
 
     void work();
-    [[nodiscard]] std::optional<platform::Error> writeFile(const QVariantList& archive) const;
+    [[nodiscard]] std::optional<platform::Error> writeFile(Elements elements) const;
 
     const QString path;
     platform::RunLoop& loop;
@@ -37,17 +37,16 @@ struct ArchiveWriter::State {
     bool isGivenUp = false;
 };
 
-std::optional<platform::Error> ArchiveWriter::State::writeFile(const QVariantList& archive) const {
-    const QByteArray data = platform::writePropertyList(archive);
-    return data.isEmpty() ? platform::posixError(EINVAL)
-                          : platform::writeFileAtomically(path, data);
+std::optional<platform::Error> ArchiveWriter::State::writeFile(Elements elements) const {
+    return platform::writeFileAtomically(path,
+                                         platform::propertyListOfElements(std::move(elements)));
 }
 
 /// Whoever hears of the last writing finds that nothing is being written any more.
 void ArchiveWriter::State::work() {
     std::unique_lock guard(lock);
     while (waiting) {
-        const Make make = std::exchange(waiting, {});
+        Make make = std::exchange(waiting, {});
         guard.unlock();
         std::optional<platform::Error> error = writeFile(make());
         guard.lock();
@@ -72,8 +71,8 @@ ArchiveWriter::~ArchiveWriter() {
     *state_->written = {};
 }
 
-void ArchiveWriter::write(QVariantList archive) {
-    write([archive = std::move(archive)] { return archive; });
+void ArchiveWriter::write(Elements elements) {
+    write([elements = std::move(elements)]() mutable { return std::move(elements); });
 }
 
 void ArchiveWriter::write(Make make) {

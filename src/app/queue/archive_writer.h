@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QVariantList>
+#include <QByteArray>
 #include <condition_variable>
 #include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <thread>
+#include <vector>
 
 #include "platform/base/error.h"
 #include "platform/base/run_loop.h"
@@ -18,14 +18,16 @@ class Disks;
 
 namespace app {
 
-/// Writes property lists to one file, off the main thread. The latest one wins: what was given
-/// while another was being written and has been replaced since is never written. Main thread.
+/// Writes property lists to one file, off the main thread: arrays, whose elements come as texts
+/// (`platform::propertyListElement`). The latest one wins: what was given while another was being
+/// written and has been replaced since is never written. Main thread.
 class ArchiveWriter {
 public:
     /// Called on the loop's thread after each writing, with what went wrong if something did.
     using Written = std::function<void(const std::optional<platform::Error>&)>;
+    using Elements = std::vector<QByteArray>;
     /// Puts the list together, on the thread that writes.
-    using Make = std::function<QVariantList()>;
+    using Make = std::function<Elements()>;
 
     /// `disks` and its loop outlive the writer.
     ArchiveWriter(QString path, platform::Disks& disks, platform::RunLoop& loop, Written written);
@@ -34,7 +36,7 @@ public:
     ArchiveWriter(const ArchiveWriter&) = delete;
     ArchiveWriter& operator=(const ArchiveWriter&) = delete;
 
-    void write(QVariantList archive);
+    void write(Elements elements);
     void write(Make make);
     [[nodiscard]] bool isBusy() const;
     /// Returns when all is on disk, with what the last writing failed with: ETIMEDOUT if the disk

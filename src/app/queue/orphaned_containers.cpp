@@ -110,7 +110,9 @@ QStringList foldersOfDownloads(const platform::UserDefaults& defaults,
 }
 
 QVariantMap OrphanedContainers::completed(const QVariantMap& archive) {
-    if (archive.contains(keys::responseURL)) {
+    // One that was answered, but has no data anywhere, had just begun anew.
+    if (archive.contains(keys::responseURL) &&
+        (archive.contains(keys::resumePath) || archive.contains(keys::keptAside))) {
         return succeeded(archive);
     }
     read();

@@ -54,13 +54,16 @@ Alert quitAlert() {
 
 }  // namespace
 
-/// What an archive was made from, and the archive.
+/// What an element was made from, and its text. All of them are kept for a long queue, and none but
+/// what has changed is made anew.
 struct QueueArchive::Cached {
     quint64 revision = 0;
+    QString url;
+    QByteArray element;
+    QVariant parts;  ///< The workers that it names.
     bool paused = false;
     bool storesMetadata = false, isPrivate = false;
-    QString url;
-    QVariant archive;
+    bool hasBegun = false;
 };
 
 QueueArchive::QueueArchive(QString path, Surroundings surroundings)
@@ -109,7 +112,7 @@ void QueueArchive::write() {
         return;
     }
     if (!rest_.isActive()) {
-        handOver(archives());
+        handOver(elements());
     } else if (isUrgent_) {
         rest();
     }
@@ -133,10 +136,8 @@ bool QueueArchive::leadsToData(const engine::DQDownload& download) const {
         return true;
     }
     const auto known = cache_.find(&download);
-    const QVariantMap saved = known == cache_.end() ? QVariantMap() : known->second.archive.toMap();
-    return saved.contains(engine::keys::responseURL) &&
-           saved.value(engine::keys::accelerationWorkers) ==
-               download.userSettings().value(engine::keys::accelerationWorkers);
+    return known != cache_.end() && known->second.hasBegun &&
+           known->second.parts == download.userSettings().value(engine::keys::accelerationWorkers);
 }
 
 void QueueArchive::didWrite(const std::optional<platform::Error>& error) {
@@ -171,25 +172,25 @@ void QueueArchive::rest() {
                   : std::clamp(took * restPerWrite, shortestRest, longestRest);
     rest_.start(std::max(written_ + length - surroundings_.loop.clock().monotonic(), 0.0), [this] {
         if (wantsToBeWritten_ && !writer_->isBusy()) {
-            handOver(archives());
+            handOver(elements());
         }
     });
 }
 
 void QueueArchive::finish() {
     if (wantsToBeWritten_) {
-        handOver(archives());
+        handOver(elements());
     }
     writer_->finish();
 }
 
-void QueueArchive::handOver(QVariantList archives) {
+void QueueArchive::handOver(Elements elements) {
     wantsToBeWritten_ = isUrgent_ = false;
     handedOver_ = surroundings_.loop.clock().monotonic();
     if (mayWrite_) {
         std::move(waiting_.begin(), waiting_.end(), std::back_inserter(beingSaved_));
         waiting_.clear();
-        writer_->write(std::move(archives));
+        writer_->write(std::move(elements));
     }
 }
 
@@ -199,25 +200,29 @@ bool QueueArchive::isSaved(const engine::DQDownload& download) const {
            !surroundings_.isLeaving(download) && !download.comparisonURLString().isEmpty();
 }
 
-QVariantList QueueArchive::archives() {
+QueueArchive::Elements QueueArchive::elements() {
     forgetRemovedDownloads();
-    QVariantList archives;
+    Elements elements;
+    elements.reserve(surroundings_.queue.downloads().size());
     for (const engine::DownloadPtr& download : surroundings_.queue.downloads()) {
         if (isSaved(*download)) {
-            if (QVariant archive = archiveOf(*download, !goesOn(*download)); archive.isValid()) {
-                archives.append(std::move(archive));
+            if (QByteArray element = elementOf(*download, !goesOn(*download)); !element.isEmpty()) {
+                elements.push_back(std::move(element));
             }
         }
     }
-    return archives + surroundings_.removed();
+    for (const QVariant& removed : surroundings_.removed()) {
+        elements.push_back(platform::propertyListElement(removed));
+    }
+    return elements;
 }
 
-QVariant QueueArchive::archiveOf(engine::DQDownload& download, bool paused) {
+QByteArray QueueArchive::elementOf(engine::DQDownload& download, bool paused) {
     const bool storesMetadata = surroundings_.defaults.get(engine::settings::storeMetadataLocally);
     const bool isPrivate = surroundings_.defaults.get(engine::settings::privateDownloading);
     Cached& cached = cache_[&download];
     const auto isCurrent = [&] {
-        return cached.archive.isValid() && cached.paused == paused &&
+        return !cached.element.isEmpty() && cached.paused == paused &&
                cached.storesMetadata == storesMetadata && cached.isPrivate == isPrivate &&
                cached.revision == download.userSettings().revision() &&
                cached.url == download.URLString();
@@ -226,13 +231,19 @@ QVariant QueueArchive::archiveOf(engine::DQDownload& download, bool paused) {
         const QVariantMap archive =
             download.userSettingsArchiveWithPausedStatus(paused, storesMetadata);
         cached = {download.userSettings().revision(),
+                  download.URLString(),
+                  archive.isEmpty() ? QByteArray() : platform::propertyListElement(archive),
+                  archive.value(engine::keys::accelerationWorkers),
                   paused,
                   storesMetadata,
                   isPrivate,
-                  download.URLString(),
-                  archive.isEmpty() ? QVariant() : QVariant(archive)};
+                  archive.contains(engine::keys::responseURL)};
+        if (cached.element.isEmpty() && !archive.isEmpty()) {
+            platform::log(u"cannot be kept over a restart: %1"_s.arg(download.description()),
+                          platform::LogLevel::Error);
+        }
     }
-    return cached.archive;
+    return cached.element;
 }
 
 void QueueArchive::forgetRemovedDownloads() {
@@ -274,14 +285,11 @@ public:
         return true;
     }
 
-    [[nodiscard]] QVariantList archives() const {
-        QVariantList archives;
-        for (const QVariant& archive : archives_) {
-            if (archive.isValid()) {
-                archives.append(archive);
-            }
-        }
-        return archives;
+    [[nodiscard]] Elements elements() const {
+        Elements elements;
+        std::copy_if(elements_.begin(), elements_.end(), std::back_inserter(elements),
+                     [](const QByteArray& element) { return !element.isEmpty(); });
+        return elements;
     }
 
 private:
@@ -302,23 +310,21 @@ private:
         if (isActive(download)) {
             download.pause();
         }
-        const QVariant archive = archive_.archiveOf(download, !goesOnLater);
-        if (archive.isValid()) {
+        const QByteArray element = archive_.elementOf(download, !goesOnLater);
+        if (!element.isEmpty()) {
             const bool hasBegun = download.userSettings().contains(engine::keys::responseURL);
             if (status > engine::DQDownloadStatusDownloading || !hasBegun) {
-                seen_[address] = archives_.size();
+                seen_[address] = elements_.size();
             }
-            archives_.push_back(archive);
+            elements_.push_back(element);
         }
     }
 
     void dropTwinOf(const QString& address) {
         const auto twin = seen_.constFind(address);
         if (dropsDuplicates_ && twin != seen_.cend()) {
-            platform::log(links::filledFormat(
-                u"removing inactive duplicate: %@"_s,
-                {archives_[*twin].toMap().value(engine::keys::url).toString()}));
-            archives_[*twin].clear();
+            platform::log(links::filledFormat(u"removing inactive duplicate: %@"_s, {address}));
+            elements_[*twin].clear();
             seen_.erase(twin);
         }
     }
@@ -326,8 +332,8 @@ private:
     QueueArchive& archive_;
     const bool asks_;
     const bool dropsDuplicates_;
-    std::vector<QVariant> archives_;    ///< Invalid: dropped.
-    QHash<QString, std::size_t> seen_;  ///< Address to the index of its last inactive archive.
+    Elements elements_;                 ///< Empty: dropped.
+    QHash<QString, std::size_t> seen_;  ///< Address to the index of its last inactive element.
 };
 
 bool QueueArchive::writeBeforeQuitting() {
@@ -336,10 +342,10 @@ bool QueueArchive::writeBeforeQuitting() {
         return false;
     }
     wantsToBeWritten_ = false;
-    const QVariantList archives = pass.archives();
-    const bool isRemoved = archives.isEmpty() && !keepsIntermediateFiles_;
+    const Elements elements = pass.elements();
+    const bool isRemoved = elements.empty() && !keepsIntermediateFiles_;
     if (!isRemoved) {
-        handOver(archives);
+        handOver(elements);
     }
     std::optional<platform::Error> error = writer_->finish();
     if (isRemoved) {

@@ -72,9 +72,11 @@ private:
     class QuitPass;
 
     [[nodiscard]] bool isSaved(const engine::DQDownload& download) const;
-    void handOver(QVariantList archives);
-    [[nodiscard]] QVariantList archives();
-    [[nodiscard]] QVariant archiveOf(engine::DQDownload& download, bool paused);
+    using Elements = std::vector<QByteArray>;
+    void handOver(Elements elements);
+    [[nodiscard]] Elements elements();
+    /// Empty: nothing of it survives.
+    [[nodiscard]] QByteArray elementOf(engine::DQDownload& download, bool paused);
     [[nodiscard]] bool confirmQuit();
     [[nodiscard]] bool leadsToData(const engine::DQDownload& download) const;
     void didWrite(const std::optional<platform::Error>& error);

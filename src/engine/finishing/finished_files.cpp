@@ -72,13 +72,21 @@ QByteArray markOf(const DownloadRecord& download) {
 }
 
 QString FinishedFiles::find(const DownloadRecord& download) {
+    return find(download, Sign::MarkOrNumber);
+}
+
+QString FinishedFiles::findMarked(const DownloadRecord& download) {
+    return find(download, Sign::Mark);
+}
+
+QString FinishedFiles::find(const DownloadRecord& download, Sign sign) {
     const QByteArray mark = markOf(download);
     const qint64 length = knownFile(download.userSettings()).length;
     for (const QString& folder : foldersFor(download)) {
         QString path = marksIn(folder).value(mark);
         if (!path.isEmpty() && platform::extendedAttribute(path, markAttribute()) != mark)
             path.clear();
-        if (path.isEmpty())
+        if (path.isEmpty() && sign == Sign::MarkOrNumber)
             path = movedPartialFile(download, folder);
         // Who has changed it since then has another file.
         const auto size = path.isEmpty() ? std::nullopt : platform::fileSize(path);

@@ -14,8 +14,12 @@ class FinishedFiles {
 public:
     /// Empty: there is none, or it cannot be told.
     [[nodiscard]] QString find(const DownloadRecord& download);
+    /// The same for one that has partial data too, which is the file's own unless it is marked.
+    [[nodiscard]] QString findMarked(const DownloadRecord& download);
 
 private:
+    enum class Sign { Mark, MarkOrNumber };
+    [[nodiscard]] QString find(const DownloadRecord& download, Sign sign);
     [[nodiscard]] const QHash<QByteArray, QString>& marksIn(const QString& folder);
 
     /// By the marks of files, for each folder as it was when it was first asked for: what is

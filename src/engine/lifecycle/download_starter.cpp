@@ -36,8 +36,7 @@ void discardData(DQDownload& download) {
 }
 
 /// False: there is none.
-bool adoptFinishedFile(DQDownload& download) {
-    const QString finished = download.host().finishedFiles().find(download);
+bool adoptFinishedFile(DQDownload& download, const QString& finished) {
     if (finished.isEmpty())
         return false;
     platform::log(u"%1 was finished by an earlier run: %2"_s.arg(download.description(), finished));
@@ -48,20 +47,25 @@ bool adoptFinishedFile(DQDownload& download) {
 }
 
 PartialData lookForPartialData(DQDownload& download) {
+    FinishedFiles& files = download.host().finishedFiles();
     // Of a new one there can be nothing.
     if (!download.userSettings().contains(keys::responseURL))
-        return download.isRestored() && adoptFinishedFile(download) ? PartialData::Finished
-                                                                    : PartialData::Absent;
+        return download.isRestored() && adoptFinishedFile(download, files.find(download))
+                   ? PartialData::Finished
+                   : PartialData::Absent;
     download.paths().confirmAccessToPartialData();
     const QString path = download.paths().intermediateDownloadTargetPath();
+    // It may have begun anew beside this data, and been killed with the whole file in its place.
     if (!path.isEmpty() && platform::pathExists(path))
-        return PartialData::Present;
+        return download.isRestored() && adoptFinishedFile(download, files.findMarked(download))
+                   ? PartialData::Finished
+                   : PartialData::Present;
     if (!path.isEmpty() && !platform::pathExists(platform::volumePath(path))) {
         download.host().volumeIsMissing(download);
         download.pause();
         return PartialData::VolumeAway;
     }
-    if (adoptFinishedFile(download))
+    if (adoptFinishedFile(download, files.find(download)))
         return PartialData::Finished;
     // Without a path there never was a file: the answer was an error.
     if (!path.isEmpty())

@@ -1,6 +1,7 @@
 #include "engine/record/user_settings.h"
 
 #include <QStringList>
+#include <algorithm>
 
 namespace engine {
 namespace {
@@ -45,15 +46,29 @@ const QStringList& keptKeys() {
 }  // namespace
 
 void UserSettings::set(const QString& key, const QVariant& newValue) {
-    if (newValue.isValid())
-        values_.insert(key, newValue);
+    if (!newValue.isValid()) {
+        remove(key);
+        return;
+    }
+    if (QVariant* const known = find(key))
+        *known = newValue;
     else
-        values_.remove(key);
+        values_.emplace_back(key, newValue);
     didChange();
 }
 
+QVariant* UserSettings::find(const QString& key) {
+    const auto found = std::find_if(values_.begin(), values_.end(),
+                                    [&key](const auto& entry) { return entry.first == key; });
+    return found == values_.end() ? nullptr : &found->second;
+}
+
+const QVariant* UserSettings::find(const QString& key) const {
+    return const_cast<UserSettings*>(this)->find(key);
+}
+
 void UserSettings::remove(const QString& key) {
-    values_.remove(key);
+    std::erase_if(values_, [&key](const auto& entry) { return entry.first == key; });
     didChange();
 }
 
@@ -65,7 +80,7 @@ void UserSettings::didChange() {
 QVariantMap UserSettings::archive(const QString& urlString, bool paused) const {
     QVariantMap result{{keys::url, urlString}, {keys::paused, paused}};
     for (const QString& key : keptKeys()) {
-        if (const auto found = values_.constFind(key); found != values_.cend())
+        if (const QVariant* found = find(key))
             result.insert(key, *found);
     }
     return result;

@@ -2,6 +2,8 @@
 
 #include <QString>
 #include <QVariant>
+#include <utility>
+#include <vector>
 
 namespace engine {
 
@@ -10,8 +12,11 @@ namespace engine {
 /// Absent and invalid are the same; storing an invalid value removes the key.
 class UserSettings {
 public:
-    [[nodiscard]] bool contains(const QString& key) const { return values_.contains(key); }
-    [[nodiscard]] QVariant value(const QString& key) const { return values_.value(key); }
+    [[nodiscard]] bool contains(const QString& key) const { return find(key) != nullptr; }
+    [[nodiscard]] QVariant value(const QString& key) const {
+        const QVariant* found = find(key);
+        return found ? *found : QVariant();
+    }
     [[nodiscard]] QString string(const QString& key) const { return value(key).toString(); }
     [[nodiscard]] bool boolean(const QString& key) const { return value(key).toBool(); }
 
@@ -28,9 +33,13 @@ public:
     void restore(const QVariantMap& archive);
 
 private:
+    /// Null: there is none.
+    [[nodiscard]] QVariant* find(const QString& key);
+    [[nodiscard]] const QVariant* find(const QString& key) const;
     void didChange();
 
-    QVariantMap values_;
+    /// Few for each of very many downloads, and so no map.
+    std::vector<std::pair<QString, QVariant>> values_;
     quint64 revision_ = 0;
 };
 

@@ -49,9 +49,28 @@ bool isSameFile(const QString& path, const QString& other) {
 
 namespace {
 
-std::optional<Error> placeFile(const QByteArray& target, const QByteArray& data, bool isSynced) {
+/// Small pieces gathered to calls that are worth their while.
+bool writePieces(const Descriptor& file, std::span<const QByteArray> pieces) {
+    constexpr qsizetype blockSize = 256 * 1024;
+    QByteArray block;
+    for (const QByteArray& piece : pieces) {
+        if (block.size() + piece.size() > blockSize) {
+            if (!writeFully(file, block.constData(), block.size()))
+                return false;
+            block.resize(0);
+        }
+        if (piece.size() < blockSize)
+            block += piece;
+        else if (!writeFully(file, piece.constData(), piece.size()))
+            return false;
+    }
+    return writeFully(file, block.constData(), block.size());
+}
+
+std::optional<Error> placeFile(const QByteArray& target, std::span<const QByteArray> pieces,
+                               bool isSynced) {
     TemporaryFile temporary(target);
-    if (!temporary.isOpen() || !writeFully(temporary.file(), data.constData(), data.size()) ||
+    if (!temporary.isOpen() || !writePieces(temporary.file(), pieces) ||
         (isSynced && fsync(temporary.file().get()) != 0) ||
         rename(temporary.path().constData(), target.constData()) != 0)
         return posixError(errno);
@@ -64,11 +83,15 @@ std::optional<Error> placeFile(const QByteArray& target, const QByteArray& data,
 }  // namespace
 
 std::optional<Error> writeFileAtomically(const QString& path, const QByteArray& data) {
-    return placeFile(QFile::encodeName(path), data, true);
+    return writeFileAtomically(path, std::span(&data, 1));
+}
+
+std::optional<Error> writeFileAtomically(const QString& path, std::span<const QByteArray> pieces) {
+    return placeFile(QFile::encodeName(path), pieces, true);
 }
 
 std::optional<Error> writeFileAtOnce(const QString& path, const QByteArray& data) {
-    return placeFile(QFile::encodeName(path), data, false);
+    return placeFile(QFile::encodeName(path), std::span(&data, 1), false);
 }
 
 namespace {

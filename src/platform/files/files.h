@@ -5,6 +5,7 @@
 #include <QString>
 #include <QStringList>
 #include <optional>
+#include <span>
 
 #include "platform/base/error.h"
 
@@ -25,6 +26,9 @@ class Descriptor;
 /// Writes a temporary beside `path`, syncs it, renames it over `path` and syncs the folder; mode
 /// 0600. Nothing: done. The old file stays whole whatever happens.
 [[nodiscard]] std::optional<Error> writeFileAtomically(const QString& path, const QByteArray& data);
+/// The same of content that comes in many pieces.
+[[nodiscard]] std::optional<Error> writeFileAtomically(const QString& path,
+                                                       std::span<const QByteArray> pieces);
 
 /// The same without waiting for the disk: what a killed program has written so is there, what came
 /// just before a power failure may not be.

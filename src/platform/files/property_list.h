@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <QVariant>
 #include <optional>
-#include <variant>
+#include <vector>
 
 namespace platform {
 
@@ -44,6 +44,11 @@ enum class DuplicateKeys {
 /// cannot, or is nested too deeply to be read again.
 [[nodiscard]] QByteArray writePropertyList(const QVariant& value,
                                            PropertyListFormat format = PropertyListFormat::Xml);
+
+/// An array whose elements change one by one, in XML: the text of one of them (empty: it holds
+/// something that a property list cannot), and the pieces of the whole text, in their order.
+[[nodiscard]] QByteArray propertyListElement(const QVariant& value);
+[[nodiscard]] std::vector<QByteArray> propertyListOfElements(std::vector<QByteArray> elements);
 
 /// The same value made of the types that `readPropertyList` answers with, all the way down.
 /// Invalid: the value holds something that a property list cannot.

@@ -46,21 +46,32 @@ std::vector<Entry> sortedEntries(const QVariantMap& map) {
     return entries;
 }
 
+constexpr char documentHead[] =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+    "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+    "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+    "<plist version=\"1.0\">\n";
+constexpr char documentTail[] = "</plist>\n";
+
 class Writer {
 public:
+    Writer() {
+        constexpr qsizetype firstBlock = 4 * 1024;
+        out_.reserve(firstBlock);
+    }
+
     /// Empty: the value cannot be written.
     [[nodiscard]] QByteArray document(const QVariant& value) {
-        constexpr qsizetype firstBlock = 16 * 1024;
-        out_.reserve(firstBlock);
-        out_ +=
-            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-            "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
-            "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
-            "<plist version=\"1.0\">\n";
+        out_ += documentHead;
         if (!write(value, 0))
             return {};
-        out_ += "</plist>\n";
+        out_ += documentTail;
         return std::move(out_);
+    }
+
+    [[nodiscard]] QByteArray element(const QVariant& value) {
+        // Many of them are kept, so none has room to spare.
+        return write(value, 1) ? QByteArray(out_.constData(), out_.size()) : QByteArray();
     }
 
 private:
@@ -205,6 +216,16 @@ void Writer::appendEscaped(const QByteArray& text) {
 
 QByteArray writeXmlPropertyList(const QVariant& value) {
     return Writer().document(value);
+}
+
+QByteArray propertyListElement(const QVariant& value) {
+    return Writer().element(value);
+}
+
+std::vector<QByteArray> propertyListOfElements(std::vector<QByteArray> elements) {
+    elements.insert(elements.begin(), QByteArray(documentHead) + "<array>\n");
+    elements.push_back(QByteArray("</array>\n") + documentTail);
+    return elements;
 }
 
 }  // namespace platform

@@ -101,7 +101,7 @@ void HandOverIds::write() {
     waiting_.clear();
     const qint64 oldest = now() - secondsOfMemory;
     writer_.write([entries = entries_, oldest] {
-        QVariantList list;
+        app::ArchiveWriter::Elements list;
         for (auto entry = entries.cbegin(); entry != entries.cend(); ++entry) {
             if (entry->time < oldest) {
                 continue;
@@ -110,7 +110,7 @@ void HandOverIds::write() {
             if (entry->state == State::Withdrawn) {
                 map[withdrawnKey] = true;
             }
-            list.append(map);
+            list.push_back(platform::propertyListElement(map));
         }
         return list;
     });
