@@ -79,7 +79,7 @@ private:
                             const LaunchItems& items);
     void open(const LaunchItems& items);
 
-    const Invocation invocation_;
+    Invocation invocation_;
     InstanceLock lock_;
     std::function<void(const QString&)> activate_;
     bool haveDisksAnswered_ = true;
