@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "app/authentication/http_authentication_manager.h"
+#include "app/checksums/sibling_checksums.h"
 #include "app/folders/security_scoped_bookmark_manager.h"
 #include "app/history/historian.h"
 #include "app/intake/url_handler_command.h"
@@ -225,6 +226,7 @@ public:
     Installed<DQMainController> installedController{installMainController, controller};
     QueueStatusReporter status;
     SettingsEffects settingsEffects;
+    SiblingChecksums siblingChecksums{controller};
     DQURLHandlerCommand urlHandler;
     HandoverReceiver receiver;
     platform::MountWatcher mountWatcher{[this] { controller.mountsDidChange(); }};
@@ -313,8 +315,10 @@ Application::Start Application::run(const FrontEnd& frontEnd, const ShowWindows&
 
 void Application::receive(const Handover& handover, const Saved& saved) {
     const LaunchItems items = launchItems(handover.items);
-    // Who wants Orlop out of the way is not to have it in front of him first.
-    if (activate_ && (items.isEmpty() || !controller().lifecycle().retreats())) {
+    const Presence& presence = controller().surroundings().frontEnd.presence;
+    // Who hands something over does not ask for the window: it comes only where it was put away.
+    const bool comesBack = presence.isHidden() && !controller().lifecycle().retreats();
+    if (activate_ && (items.isEmpty() || comesBack)) {
         activate_(handover.activationToken);
     }
     if (items.isEmpty()) {

@@ -22,6 +22,7 @@ public:
     [[nodiscard]] bool resumesInSeparateFile() const override { return false; }
     [[nodiscard]] bool truncateAtOffset(qint64 offset) override;
     [[nodiscard]] bool claimTargetPath() override;
+    void setBandwidth(std::shared_ptr<http::BandwidthAccount> account) override;
 
 protected:
     [[nodiscard]] Pointer makeAnother() const override { return make(context()); }
