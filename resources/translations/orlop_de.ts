@@ -3146,11 +3146,6 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
         </message>
         <message>
             <location filename="../../src/ui/settings/general_section.cpp" />
-            <source>&amp;Offer addresses that are copied</source>
-            <translation>Kopierte Adressen &amp;anbieten</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/settings/general_section.cpp" />
             <source>&amp;Subfolder by date:</source>
             <translation>&amp;Unterordner nach Datum:</translation>
         </message>
@@ -3173,6 +3168,11 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
             <location filename="../../src/ui/settings/general_section.cpp" />
             <source>New downloads:</source>
             <translation>Neue Downloads:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/general_section.cpp" />
+            <source>Offer addresses that are &amp;copied</source>
+            <translation>&amp;Kopierte Adressen anbieten</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/general_section.cpp" />

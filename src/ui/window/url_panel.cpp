@@ -80,7 +80,6 @@ QWidget* URLPanel::makeChoices() {
     form->addRow(translated("&Folder:"), folder_);
     checksum_->setObjectName(u"openURLChecksum"_s);
     checksum_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    checksum_->setPlaceholderText(u"sha256=…"_s);
     checksumNote_->setObjectName(u"openURLChecksumNote"_s);
     form->addRow(translated("Chec&ksum:"), checksum_);
     form->addRow(QString(), checksumNote_);
