@@ -40,8 +40,8 @@ QString literalText(const QString& text) {
     return Qt::mightBeRichText(text) ? text.toHtmlEscaped().replace(u'\n', u"<br>"_s) : text;
 }
 
-/// The attribute counts for windows that are still to be made, and Qt's plug-in for X11 looks at the
-/// property each time.
+/// The attribute counts for windows that are still to be made, and Qt's plug-in for X11 looks at
+/// the property each time.
 void letShowActivate(QWidget& window, bool activates) {
     window.setAttribute(Qt::WA_ShowWithoutActivating, !activates);
     if (QWindow* handle = window.windowHandle()) {
