@@ -39,6 +39,11 @@ inline const Setting<qint64> accelerationMinimumFractionSize{
     false,
     "No connection is opened for fewer bytes than this.",
     {.lowest = 1, .below = 100000}};
+inline const Setting<bool> accelerationPartsInPlace{
+    u"Acceleration: Parts In Place", true, false,
+    "The parts of a file are written at their places in it where the file system keeps holes; "
+    "otherwise, and everywhere else, each goes to a file of its own and they are joined at the "
+    "end."};
 inline const Setting<QStringList> accelerationHostWhitelist{
     u"Acceleration: Host Whitelist",
     {},

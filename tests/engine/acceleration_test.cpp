@@ -1,10 +1,17 @@
+#include <sys/stat.h>
+
+#include <QDirIterator>
 #include <QFile>
+#include <QFileInfo>
+#include <array>
 #include <atomic>
 #include <map>
 
 #include "engine/acceleration/acceleration_settings.h"
 #include "engine/finishing/file_assembly.h"
 #include "engine/paths/intermediate_files.h"
+#include "engine/paths/part_journal.h"
+#include "engine/paths/part_layout.h"
 #include "engine/settings.h"
 #include "engine/transfer/resume_plan.h"
 #include "engine/transfer/transfer.h"
@@ -133,9 +140,44 @@ TEST_F(EngineTest, HostsAreAcceleratedByTwoLists) {
     }
 }
 
-class AccelerationTest : public TransferTest {
+constexpr std::array partStarts{0, 250'003, 500'003, 750'003, 1'000'003};
+
+/// Wherever the bytes of the parts lie.
+class SplitFileTest : public TransferTest {
 protected:
-    AccelerationTest() { AccelerationSettings(*defaults).setAccelerates(true); }
+    explicit SplitFileTest(PartLayout layout) : layout_(layout) {
+        AccelerationSettings(*defaults).setAccelerates(true);
+        set(settings::accelerationPartsInPlace, layout == PartLayout::InPlace);
+    }
+    [[nodiscard]] bool areInPlace() const { return layout_ == PartLayout::InPlace; }
+    [[nodiscard]] PartPlace place(std::size_t part) const {
+        return placeOfPart(
+            layout_, primary,
+            part == 0 ? primary : accelerationFragmentPath(primary, static_cast<int>(part)),
+            partStarts[part]);
+    }
+    /// What has come of a part of four.
+    [[nodiscard]] QByteArray bytesOf(std::size_t part) const {
+        const PartPlace lies = place(part);
+        if (!lies.isShared())
+            return contents(lies.file);
+        const auto entry = PartJournal::read(lies.journal);
+        return contents(lies.file).mid(lies.start, entry ? entry->received : 0);
+    }
+    /// In files without attributes, as a copy of them leaves.
+    void layDown(std::size_t part, const QByteArray& bytes) {
+        const PartPlace lies = place(part);
+        QByteArray file = lies.isShared() ? contents(lies.file) : QByteArray();
+        file.resize(std::max(file.size(), lies.start));
+        file.replace(lies.start, bytes.size(), bytes);
+        QFile::remove(lies.file);
+        write(lies.file, file);
+        if (lies.isShared()) {
+            QFile::remove(lies.journal);
+            const auto journal = PartJournal::open(lies.journal, lies.start);
+            ASSERT_TRUE(journal && journal->setReceived(bytes.size()));
+        }
+    }
 
     /// Starts a split download and stops it when each part has half of its bytes.
     DownloadPtr pausedHalfway() {
@@ -151,9 +193,22 @@ protected:
     }
 
     const QByteArray body = patternedBytes(1'000'003);
+    const QString primary = downloadedPath(u"file.bin.orlop/file.bin"_s);
+
+private:
+    const PartLayout layout_;
 };
 
-TEST_F(AccelerationTest, SmallFilesAndDeafServersGetOneConnection) {
+class AccelerationTest : public SplitFileTest, public testing::WithParamInterface<PartLayout> {
+protected:
+    AccelerationTest() : SplitFileTest(GetParam()) {}
+};
+
+constexpr auto bothLayouts = [] { return testing::Values(PartLayout::Apart, PartLayout::InPlace); };
+
+INSTANTIATE_TEST_SUITE_P(Layouts, AccelerationTest, bothLayouts());
+
+TEST_P(AccelerationTest, SmallFilesAndDeafServersGetOneConnection) {
     serve(patternedBytes(199'999));
     run(add());
     EXPECT_EQ(requestedRanges().size(), 1u);
@@ -165,22 +220,18 @@ TEST_F(AccelerationTest, SmallFilesAndDeafServersGetOneConnection) {
 }
 
 /// Whatever a kill, a pause or a user has left of the parts.
-TEST_F(AccelerationTest, GoesOnFromWhatIsThereOfTheParts) {
-    const QString primary = downloadedPath(u"file.bin.orlop/file.bin"_s);
-    const auto joinHalf = [&](const DownloadPtr&) {
-        write(primary, body.first(600'000));
-        QFile::remove(accelerationFragmentPath(primary, 1));
-        write(accelerationFragmentPath(primary, 2), body.mid(500'003, 250'000));
-        write(accelerationFragmentPath(primary, 3), body.mid(750'003));
-    };
-    // New files, which have none of the attributes of those that we wrote.
+TEST_P(AccelerationTest, GoesOnFromWhatIsThereOfTheParts) {
     const auto completeAll = [&](const DownloadPtr&) {
-        QFile::remove(primary);
-        write(primary, body.first(250'003));
-        for (const int part : {1, 2, 3}) {
-            QFile::remove(accelerationFragmentPath(primary, part));
-            write(accelerationFragmentPath(primary, part),
-                  body.mid(250'003 + (part - 1) * 250'000, 250'000));
+        for (std::size_t part = 0; part < 4; ++part)
+            layDown(part, body.mid(partStarts[part], partStarts[part + 1] - partStarts[part]));
+    };
+    const auto joinHalf = [&](const DownloadPtr& download) {
+        completeAll(download);
+        if (areInPlace()) {
+            QFile::remove(accelerationFragmentPath(primary, 0));
+        } else {
+            write(primary, body.first(600'000));
+            QFile::remove(accelerationFragmentPath(primary, 1));
         }
     };
     using Ranges = std::vector<std::string>;
@@ -195,11 +246,14 @@ TEST_F(AccelerationTest, GoesOnFromWhatIsThereOfTheParts) {
     const Case cases[] = {
         {"half of each", [](const DownloadPtr&) {}, {"bytes=125000-250002", second, third, fourth}},
         {"nothing of the first, which others were ahead of",
-         [&](const DownloadPtr&) { write(primary, {}); },
+         [&](const DownloadPtr&) { layDown(0, {}); },
          {"bytes=0-250002", second, third, fourth}},
-        {"a first that has run past its end",
-         [&](const DownloadPtr&) { write(primary, body.first(260'000)); },
+        {"a first that has come to its end, or run past it",
+         [&](const DownloadPtr&) { layDown(0, body.first(areInPlace() ? 250'003 : 260'000)); },
          {second, third, fourth}},
+        {"half of each, though others would lie elsewhere by now",
+         [&](const DownloadPtr&) { set(settings::accelerationPartsInPlace, !areInPlace()); },
+         {"bytes=125000-250002", second, third, fourth}},
         {"one lost",
          [&](const DownloadPtr&) { QFile::remove(accelerationFragmentPath(primary, 2)); },
          {""}},
@@ -213,6 +267,7 @@ TEST_F(AccelerationTest, GoesOnFromWhatIsThereOfTheParts) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
+        set(settings::accelerationPartsInPlace, areInPlace());
         const auto download = restarted(pausedHalfway());
         c.meanwhile(download);
         const auto before = static_cast<std::ptrdiff_t>(server.requests().size());
@@ -226,6 +281,41 @@ TEST_F(AccelerationTest, GoesOnFromWhatIsThereOfTheParts) {
         std::sort(ranges.begin(), ranges.end());
         EXPECT_EQ(ranges, c.ranges);
         QFile::remove(download->path());
+    }
+}
+
+/// Room for what has come is enough, and at the end there is nothing left to be written.
+TEST_P(AccelerationTest, PartsTakeNoMoreRoomThanTheyHaveBytes) {
+    static_cast<void>(pausedHalfway());
+    qint64 allotted = 0, journals = 0;
+    for (QDirIterator files(QFileInfo(primary).path(), QDir::Files); files.hasNext();) {
+        struct stat status {};
+        ASSERT_EQ(stat(QFile::encodeName(files.next()).constData(), &status), 0);
+        allotted += status.st_blocks * 512;
+        journals += files.fileName().contains(accelerationMarker) ? status.st_size : 0;
+    }
+    EXPECT_LE(allotted, body.size() * 2 / 3);
+    EXPECT_EQ(journals < 2048, areInPlace());
+}
+
+TEST_F(EngineTest, JournalIsBelievedWholeOrNotAtAll) {
+    const QString file = path(u"p.orlop-xf-1"_s);
+    const auto journal = PartJournal::open(file, 1'000'000);
+    ASSERT_TRUE(journal && journal->setReceived(4711));
+    journal->setSynced(4000);
+    EXPECT_EQ(PartJournal::read(file)->start, 1'000'000);
+    EXPECT_FALSE(PartJournal::open(file, 0));
+    const QByteArray whole = contents(file);
+    for (qsizetype at = 0; at < whole.size(); ++at) {
+        QByteArray spoilt = whole;
+        spoilt[at] = static_cast<char>(spoilt[at] ^ 1);
+        write(file, spoilt);
+        const auto entry = PartJournal::read(file);
+        EXPECT_EQ(entry ? entry->received : 4711, 4711) << at;
+    }
+    for (const auto& odd : {whole.first(100), QByteArray(500, 'x'), QByteArray()}) {
+        write(file, odd);
+        EXPECT_FALSE(PartJournal::read(file));
     }
 }
 
@@ -252,7 +342,7 @@ TEST_F(EngineTest, JoinThatAPowerFailureCutsShortLosesNoByte) {
     EXPECT_EQ(contents(primary), body.first(200'000));
 }
 
-TEST_F(AccelerationTest, ChangedFileIsNeverMixed) {
+TEST_P(AccelerationTest, ChangedFileIsNeverMixed) {
     const QByteArray other = patternedBytes(body.size(), 2);
     const auto download = restarted(pausedHalfway());
     serve(other);
@@ -262,7 +352,7 @@ TEST_F(AccelerationTest, ChangedFileIsNeverMixed) {
 }
 
 /// Servers that promise parts and do otherwise.
-TEST_F(AccelerationTest, ResultIsTheFileWhateverServersDoWithParts) {
+TEST_P(AccelerationTest, ResultIsTheFileWhateverServersDoWithParts) {
     const QByteArray other = patternedBytes(body.size(), 9);
     bool hasCut = false;
     struct Case {
@@ -322,12 +412,15 @@ struct HandOver {
     DQDownloadStatus end;
 };
 
-class RefusedHandOverTest : public AccelerationTest,
-                            public testing::WithParamInterface<HandOver> {};
+class RefusedHandOverTest : public SplitFileTest,
+                            public testing::WithParamInterface<std::tuple<HandOver, PartLayout>> {
+protected:
+    RefusedHandOverTest() : SplitFileTest(std::get<1>(GetParam())) {}
+};
 
 /// Servers count a connection for a while after its end.
 TEST_P(RefusedHandOverTest, WaitsAndTriesAgain) {
-    const HandOver& c = GetParam();
+    const HandOver& c = std::get<0>(GetParam());
     int refused = 0;
     server.handle("/file.bin", [&](const support::ReceivedRequest& request) {
         Reply served = reply(body, {.rate = 4'000'000});
@@ -362,13 +455,15 @@ TEST_P(RefusedHandOverTest, WaitsAndTriesAgain) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Servers, RefusedHandOverTest,
-                         testing::Values(HandOver{7, 429, DQDownloadStatusDone},
-                                         HandOver{7, 503, DQDownloadStatusDone},
-                                         HandOver{7, 0, DQDownloadStatusDone},
-                                         HandOver{99, 503, DQDownloadStatusAborted},
-                                         HandOver{99, 0, DQDownloadStatusPaused}));
+                         testing::Combine(testing::Values(HandOver{7, 429, DQDownloadStatusDone},
+                                                          HandOver{7, 503, DQDownloadStatusDone},
+                                                          HandOver{7, 0, DQDownloadStatusDone},
+                                                          HandOver{99, 503,
+                                                                   DQDownloadStatusAborted},
+                                                          HandOver{99, 0, DQDownloadStatusPaused}),
+                                          bothLayouts()));
 
-TEST_F(AccelerationTest, RedirectedPartsKeepTheirPlaces) {
+TEST_P(AccelerationTest, RedirectedPartsKeepTheirPlaces) {
     serve(body, {}, u"/mirror.bin"_s);
     server.handle("/file.bin", [&](const support::ReceivedRequest& request) {
         Reply served = reply(body);
@@ -388,7 +483,7 @@ TEST_F(AccelerationTest, RedirectedPartsKeepTheirPlaces) {
     EXPECT_EQ(parts, 3);
 }
 
-TEST_F(AccelerationTest, FailureOfOnePartInterruptsAllAndKeepsThem) {
+TEST_P(AccelerationTest, FailureOfOnePartInterruptsAllAndKeepsThem) {
     std::atomic<bool> cuts = true;
     server.handle("/file.bin", [&](const support::ReceivedRequest& request) {
         Reply served = reply(body);
@@ -403,8 +498,7 @@ TEST_F(AccelerationTest, FailureOfOnePartInterruptsAllAndKeepsThem) {
     const auto download = add();
     run(download);
     EXPECT_TRUE(download->isInterrupted());
-    EXPECT_EQ(contents(downloadedPath(u"file.bin.orlop/file.bin.orlop-xf-2"_s)),
-              body.mid(500'003, 100'000));
+    EXPECT_EQ(bytesOf(2), body.mid(500'003, 100'000));
     cuts = false;
     server.release();
     run(download);

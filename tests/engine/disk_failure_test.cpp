@@ -3,10 +3,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <chrono>
 
+#include "engine/paths/intermediate_files.h"
+#include "engine/paths/part_layout.h"
 #include "engine/settings.h"
 #include "engine_fixture.h"
 #include "failing_disk.h"
@@ -41,6 +44,39 @@ TEST_F(TransferTest, FullDiskInterruptsWithItsReasonAndGoesOnWhenThereIsRoom) {
     ASSERT_TRUE(waitForStatus(*download, DQDownloadStatusDone));
     EXPECT_EQ(requestedRanges().back(), "bytes=234567-");
     EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
+}
+
+TEST_F(EngineTest, WhetherADiskKeepsHolesIsFoundOutByTrying) {
+    EXPECT_EQ(tryHole(folder.path()), true);
+    EXPECT_EQ(tryHole(path(u"missing"_s)), std::nullopt);
+    const HolelessDisk disk;
+    EXPECT_EQ(tryHole(folder.path()), false);
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
+}
+
+/// With parts, wherever they lie: what was written of each counts, and no more.
+TEST_F(TransferTest, FullDiskKeepsWhatItTookOfEachPart) {
+    const QByteArray body = patternedBytes(2'000'000);
+    for (const bool inPlace : {true, false}) {
+        SCOPED_TRACE(inPlace);
+        set(settings::accelerationEnabled, true);
+        set(settings::accelerationPartsInPlace, inPlace);
+        serve(body);
+        const auto download = add();
+        {
+            const FailingDisk disk(ENOSPC, 567'890);
+            run(download);
+            ASSERT_TRUE(download->isInterrupted());
+            const qint64 kept =
+                measurePartialFiles(download->intermediateDownloadTargetPath()).total;
+            EXPECT_GT(kept, 0);
+            EXPECT_LE(kept, 567'890);
+        }
+        main.advance(31);
+        ASSERT_TRUE(waitForStatus(*download, DQDownloadStatusDone));
+        EXPECT_EQ(contents(download->path()), body);
+        QFile::remove(download->path());
+    }
 }
 
 TEST_F(TransferTest, DiskThatFailsOtherwiseWaitsForTheUser) {

@@ -13,6 +13,7 @@ namespace {
 
 std::atomic<int> failure = 0;
 std::atomic<qint64> roomLeft = 0;
+std::atomic<bool> fillsHoles = false;
 std::atomic<bool> isUnlinkable = false;
 /// 0: none.
 std::atomic<int> renameFailure = 0;
@@ -20,6 +21,11 @@ std::atomic<int> renameFailure = 0;
 ssize_t writeIntoRoom(const char* name, int file, const void* bytes, size_t count, off_t offset) {
     using Write = ssize_t (*)(int, const void*, size_t, off_t);
     const auto systemWrite = reinterpret_cast<Write>(dlsym(RTLD_NEXT, name));
+    struct stat status {};
+    if (fillsHoles && fstat(file, &status) == 0) {
+        for (off_t end = status.st_size; end < offset; ++end)
+            systemWrite(file, "", 1, end);
+    }
     if (failure == 0)
         return systemWrite(file, bytes, count, offset);
     const qint64 room = std::min(roomLeft.load(), static_cast<qint64>(count));
@@ -62,6 +68,14 @@ FailingDisk::FailingDisk(int errorNumber, qint64 room) {
 
 FailingDisk::~FailingDisk() {
     failure = 0;
+}
+
+HolelessDisk::HolelessDisk() {
+    fillsHoles = true;
+}
+
+HolelessDisk::~HolelessDisk() {
+    fillsHoles = false;
 }
 
 UnlinkableFiles::UnlinkableFiles() {

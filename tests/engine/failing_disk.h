@@ -14,6 +14,16 @@ public:
     FailingDisk& operator=(const FailingDisk&) = delete;
 };
 
+/// While it lives, a file that is written to behind its end (pwrite) has zeros up to there written,
+/// as on the file systems of sticks and cameras.
+class HolelessDisk {
+public:
+    HolelessDisk();
+    ~HolelessDisk();
+    HolelessDisk(const HolelessDisk&) = delete;
+    HolelessDisk& operator=(const HolelessDisk&) = delete;
+};
+
 /// While it lives, syncing a file (fdatasync) on the disk that holds `path` does not return.
 class HangingDisk {
 public:

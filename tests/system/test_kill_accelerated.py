@@ -12,6 +12,7 @@ from support.killing import KillingTest
 KILLS = 240 if LONG else 12
 CHANNELS = 4
 ACCELERATED = ("-Acceleration: Enabled", "1", "-Acceleration: Channels", str(CHANNELS))
+APART = ("-Acceleration: Parts In Place", "0")
 
 
 class Parts:
@@ -23,9 +24,21 @@ class Parts:
         starts = [0] + [first + number * size for number in range(CHANNELS - 1)]
         folder = home.downloads / f"{source.name}.orlop"
         names = [source.name] + [f"{source.name}.orlop-xf-{number}" for number in range(1, CHANNELS)]
-        self.spans = [(start, start + (folder / name).stat().st_size)
-                      for start, name in zip(starts, names) if (folder / name).exists()]
-        self.are_joined = any(first < end for start, end in self.spans if start == 0)
+        journals = [self.journal(path) for path in folder.glob("*.orlop-xf-*")] if (
+            folder / f"{source.name}.orlop-xf-0").exists() else None
+        if journals is not None:
+            self.spans = [span for span in journals if span]
+        else:
+            self.spans = [(start, start + (folder / name).stat().st_size)
+                          for start, name in zip(starts, names) if (folder / name).exists()]
+        self.are_joined = journals is None and any(
+            first < end for start, end in self.spans if start == 0)
+
+    @staticmethod
+    def journal(path):
+        """Nothing: no byte has come."""
+        words = path.read_text(encoding="ascii").split()
+        return (int(words[2]), int(words[2]) + int(words[3])) if words else None
 
     def held(self, first=0, last=1 << 62):
         """How many of these bytes."""
@@ -66,7 +79,7 @@ class AcceleratedKillTest(KillingTest):
         # Else it was killed between the very first bytes and the word of them.
         is_known = any(self.home.downloads.glob("*/Archive.orlopinfo"))
         known = len(self.server.requests())
-        process = self.home.start(*ACCELERATED, *arguments)
+        process = self.home.start(*ACCELERATED, *self.layout, *arguments)
         deed(process)
         process.kill()
         self.home.result(process)
@@ -88,6 +101,13 @@ class AcceleratedKillTest(KillingTest):
         return False
 
     def test_every_part_goes_on_where_it_stood(self):
+        self.kill_many(())
+
+    def test_every_part_in_a_file_of_its_own_goes_on_where_it_stood(self):
+        self.kill_many(APART)
+
+    def kill_many(self, layout):
+        self.layout = layout
         deeds = [self.transfer] * 4 + [self.pause, self.join]
         files = 0
         while self.kills.total() < KILLS:

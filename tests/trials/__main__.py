@@ -8,6 +8,7 @@ from hostile_files import HostileFiles
 from kills import CallKills, Errors, RandomKills, Signals
 from power import PowerCuts
 from versions import Versions
+from ways import WAYS, DisturbedTransfers
 
 KINDS = {"kills": RandomKills, "calls": CallKills, "errors": Errors, "power": PowerCuts,
          "versions": Versions, "files": HostileFiles, "signals": Signals}
@@ -42,7 +43,9 @@ def main():
     parser.add_argument("--seconds", type=float, default=600, help="at most, for each kind")
     parser.add_argument("--seed", type=int)
     parser.add_argument("--hours", type=float, default=8, help="of the night")
+    parser.add_argument("--ways", default="", help="only those whose names have this in them")
     given = parser.parse_args()
+    DisturbedTransfers.ways = [way for way in WAYS if given.ways in way.name]
     if "night" in given.kinds:
         return night(given.hours)
     seed = random.randrange(1 << 30) if given.seed is None else given.seed

@@ -5,6 +5,7 @@ import threading
 from http.server import BaseHTTPRequestHandler, ThreadingHTTPServer
 
 from trial import MIB, Broken, Trial, check_queue, end_of, new_home
+from ways import ACCELERATED, APART
 from support.home import sha256
 
 LENGTHS = (3 * MIB, 3 * MIB, 3 * MIB + 1, 2 * MIB)
@@ -98,7 +99,7 @@ class Versions(Trial):
         self.told = self.random.choice(("both", "tag", "weak", "date"))
         self.changes = self.random.choice((0, 0.2, 0.6))
         self.cuts = self.random.choice((0.3, 0.7))
-        settings = self.random.choice(((), ("-Acceleration: Enabled", "1")))
+        settings = self.random.choice(((), ACCELERATED, ACCELERATED + APART))
         address = f"http://127.0.0.1:{self.server.server_port}/file.bin"
         home = new_home()
         try:

@@ -6,6 +6,7 @@ from support.home import sha256
 from support.servers import Nginx, write_random
 
 ACCELERATED = ("-Acceleration: Enabled", "1", "-Acceleration: Channels", "4")
+APART = ("-Acceleration: Parts In Place", "0")
 OWN_FOLDER = ("-Intermediates Location", "0")
 
 
@@ -21,6 +22,8 @@ WAYS = [
     Way("plain", "/"), Way("slow", "/rate/6000000/"), Way("chunked", "/chunked/"),
     Way("no ranges", "/noranges/"), Way("redirected", "/to/"), Way("accelerated", "/", ACCELERATED),
     Way("accelerated and slow", "/rate/2000000/", ACCELERATED),
+    Way("accelerated and apart", "/", ACCELERATED + APART),
+    Way("accelerated, apart and slow", "/rate/2000000/", ACCELERATED + APART),
     Way("in the program's folder", "/", OWN_FOLDER),
     Way("accelerated in the program's folder", "/", ACCELERATED + OWN_FOLDER),
     Way("small", "/", files=("small-0.bin",)),
@@ -32,6 +35,7 @@ class DisturbedTransfers(Trial):
     """Runs of one way each that are disturbed some times, and then one that is not, which has to
     bring every file."""
 
+    ways = WAYS
     may_leave_strays = False
 
     def __init__(self, seed):
@@ -55,7 +59,7 @@ class DisturbedTransfers(Trial):
         return int(process.returncode != 0)
 
     def attempt(self):
-        way = self.random.choice(WAYS)
+        way = self.random.choice(self.ways)
         home = new_home(**self.home_options())
         try:
             return self.disturb(home, way)

@@ -70,7 +70,7 @@ bool isWithoutData(const QFileInfo& entry) {
         return true;
     }
     engine::dropUnsyncedTail(entry.filePath());
-    return platform::fileSize(entry.filePath()) == 0;
+    return engine::bytesReceivedIn(entry.filePath()) == 0;
 }
 
 /// Of the same download, which had put the other's data aside.

@@ -108,7 +108,7 @@ void QueueFollower::downloadDidChange(engine::DQDownload& download) {
 
 /// Once, until something of the file has come again: what is resumed by itself may fail many times.
 void QueueFollower::notifyInterruption(engine::DQDownload& download) {
-    const auto& error = download.lastError();
+    const platform::Error* const error = download.lastError();
     if (!error || !interrupted_.insert(&download).second) {
         return;
     }

@@ -41,6 +41,10 @@ qint64 AccelerationSettings::acceleratorFractionMinimumSize() const {
     return defaults_.get(settings::accelerationMinimumFractionSize);
 }
 
+bool AccelerationSettings::writesPartsInPlace() const {
+    return defaults_.get(settings::accelerationPartsInPlace);
+}
+
 QStringList AccelerationSettings::accelerationHostWhitelist() const {
     return defaults_.stringArrayForKey(settings::accelerationHostWhitelist.name());
 }

@@ -21,6 +21,9 @@ public:
     /// Bytes, at least 1.
     [[nodiscard]] qint64 acceleratorFractionMinimumSize() const;
 
+    /// Whether parts lie at their places in the file, where the file system can have that.
+    [[nodiscard]] bool writesPartsInPlace() const;
+
     [[nodiscard]] QStringList accelerationHostWhitelist() const;
     void setAccelerationHostWhitelist(const QStringList& hosts);
     [[nodiscard]] QStringList accelerationHostBlacklist() const;

@@ -6,10 +6,13 @@
 #include "engine/acceleration/acceleration_settings.h"
 #include "engine/context.h"
 #include "engine/paths/download_paths.h"
+#include "engine/paths/intermediate_files.h"
+#include "engine/paths/part_layout.h"
 #include "engine/record/download_record.h"
 #include "engine/record/known_file.h"
 #include "engine/transfer/resume_plan.h"
 #include "engine/workers/debug_log.h"
+#include "links/paths/path_components.h"
 #include "platform/base/log.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -41,14 +44,20 @@ bool mayAccelerate(Transfer& transfer, const WorkerResponse& response) {
     return false;
 }
 
-void removeFragmentFiles(const QString& primaryPath) {
-    for (const QString& path : fragmentPathsForIntermediateDownloadTargetPath(primaryPath))
-        QFile::remove(path);
+/// Of a download that is about to be split.
+PartLayout layoutForParts(const Transfer& transfer, const QString& primaryPath) {
+    return settingsOf(transfer).writesPartsInPlace() &&
+                   keepsHoles(links::stringByDeletingLastPathComponent(primaryPath))
+               ? PartLayout::InPlace
+               : PartLayout::Apart;
 }
 
 Worker::Pointer makeFractionWorker(const Worker::Pointer& primary, const StoredFraction& fraction) {
+    const PartPlace first = primary->place();
     Worker::Pointer worker = Worker::downloadWorkerWithDownloadWorker(primary);
     worker->setTargetPath(fraction.target);
+    worker->setPlace(placeOfPart(first.isShared() ? PartLayout::InPlace : PartLayout::Apart,
+                                 first.file, fraction.target, fraction.start));
     worker->setFractionStartByte(fraction.start);
     worker->setEndByte(fraction.end);
     return worker;
@@ -75,12 +84,26 @@ bool addFractionWorker(Transfer& transfer, const Worker::Pointer& primary,
     return true;
 }
 
+/// A first worker that reads the whole file ends, in a file that others write to, where theirs
+/// begins.
+void boundFirstWorker(Transfer& transfer) {
+    Worker& first = *transfer.workers().front();
+    if (!first.place().isShared() || first.endByte() > 0 || first.isDone())
+        return;
+    const qint64 end =
+        transfer.workers().size() >= 2 ? transfer.workers()[1]->fractionStartByte() : 0;
+    if (!first.setBound(end))
+        platform::log(
+            u"%1 has a first worker beyond its end"_s.arg(transfer.record().description()));
+}
+
 /// Nobody is going to join the others' files, and a resume must not take them for parts of the
 /// file.
 void goOnWithFirstWorker(Transfer& transfer) {
     transfer.dropWorkers(1);
     transfer.record().userSettings().remove(keys::accelerationWorkers);
-    removeFragmentFiles(transfer.paths().intermediateDownloadTargetPath());
+    removeFragments(transfer.paths().intermediateDownloadTargetPath());
+    boundFirstWorker(transfer);
     transfer.setShouldWriteMetadata();
 }
 
@@ -91,11 +114,26 @@ bool takeOverParkedPart(Transfer& transfer) {
     if (next->status() != DQDownloadWorkerStatusIdle)
         return false;
     transfer.removeWorker(*next);
-    QFile::remove(next->targetPath());
+    boundFirstWorker(transfer);
+    // An empty journal does no harm, while a record that names it may be what a kill leaves.
+    if (!next->place().isShared())
+        QFile::remove(next->targetPath());
     if (transfer.workers().size() < 2)
         transfer.record().userSettings().remove(keys::accelerationWorkers);
+    else
+        transfer.recordAccelerationWorkers();
     transfer.setShouldWriteMetadata();
     return true;
+}
+
+/// Where others follow in the same file, nobody waits until the first worker comes to a part that
+/// waits: it must not stop there for a moment, and what it then wrote would pass the main thread.
+void takeOverParkedPartsInPlace(Transfer& transfer) {
+    const Worker& first = *transfer.workers().front();
+    while (first.place().isShared() && first.endByte() == 0 &&
+           first.status() == DQDownloadWorkerStatusRunning && transfer.workers().size() >= 2 &&
+           takeOverParkedPart(transfer)) {
+    }
 }
 
 }  // namespace
@@ -112,7 +150,9 @@ void accelerateIfPossible(Transfer& transfer, const Worker::Pointer& primary,
     if (primary->targetPath().isEmpty())
         primary->setTargetPath(path);
     // What lies here under these names was left behind by a download that is gone.
-    removeFragmentFiles(path);
+    removeFragments(path);
+    QFile::remove(accelerationFragmentPath(path, 0));
+    primary->setPlace(placeOfPart(layoutForParts(transfer, path), path, path, 0));
     if (!primary->claimTargetPath())
         return;
     for (const StoredFraction& fraction :
@@ -122,6 +162,8 @@ void accelerateIfPossible(Transfer& transfer, const Worker::Pointer& primary,
             return;
         }
     }
+    transfer.recordAccelerationWorkers();
+    boundFirstWorker(transfer);
 }
 
 bool addResumedWorkers(Transfer& transfer, const ResumePlan& plan, qint64 connections) {
@@ -188,7 +230,9 @@ bool parkRefusedWorker(Transfer& transfer, Worker& worker) {
     waiting->setFractionStartByte(worker.fractionStartByte());
     waiting->setResumeByteOffset(worker.resumeByteOffset());
     waiting->setEndByte(worker.endByte());
+    waiting->setPlace(worker.place());
     transfer.replaceWorker(worker, waiting);
+    takeOverParkedPartsInPlace(transfer);
     debugLog(transfer.record(), [&] {
         return u"%1 lets acceleration worker %2 wait for a free connection"_s.arg(
             transfer.record().description(), waiting->description());

@@ -16,6 +16,7 @@
 #include "engine/paths/download_paths.h"
 #include "engine/paths/intermediate_files.h"
 #include "engine/paths/metadata_file.h"
+#include "engine/paths/part_layout.h"
 #include "engine/paths/support_folder.h"
 #include "engine/record/download_record.h"
 #include "engine/record/known_file.h"
@@ -161,7 +162,13 @@ void DownloadFinisher::adoptFinishedFile(const QString& path) {
     endWithFile(path);
 }
 
+bool DownloadFinisher::areInPlace() const {
+    return layoutOfPartialData(paths_.intermediateDownloadTargetPath()) == PartLayout::InPlace;
+}
+
 void DownloadFinisher::conclude(std::vector<FilePiece> pieces) {
+    if (areInPlace())
+        pieces = {{paths_.intermediateDownloadTargetPath(), totalLength(pieces)}};
     if (hasRightLength(pieces))
         assemble(std::move(pieces));
     else
@@ -187,7 +194,7 @@ void DownloadFinisher::handleWrongLength(const std::vector<FilePiece>& pieces) {
                       .arg(totalLength(pieces))
                       .arg(length));
     transfer_.thawFigures();
-    if (pieces.size() >= 2) {
+    if (pieces.size() >= 2 || areInPlace()) {
         transfer_.setHasFailedToAddAccelerationWorkers();
         delegate_.finishingFoundDamage();
         return;
@@ -251,7 +258,7 @@ void DownloadFinisher::concludeThroughPartialFile(const QByteArray& body) {
     job_.reset();
     const QString path = paths_.chooseIntermediateDownloadTargetPath();
     PartialFile file(record_.context().disks, record_.context().loop.clock());
-    std::optional<platform::Error> error = file.open(path, 0);
+    std::optional<platform::Error> error = file.open({path}, 0);
     if (!error)
         error = file.write(body);
     if (!error) {
@@ -266,6 +273,7 @@ void DownloadFinisher::concludeThroughPartialFile(const QByteArray& body) {
 void DownloadFinisher::assemble(std::vector<FilePiece> pieces) {
     beginJob();
     job_->pieces = std::move(pieces);
+    job_->isInPlace = areInPlace();
     const bool movesAtOnce = job_->pieces.size() == 1 && !job_->expected;
     // What has a known length shows by itself that it is complete.
     if (knownFile(record_.userSettings()).length == 0)
@@ -343,6 +351,8 @@ void DownloadFinisher::Job::assemble() {
     if (metadata)
         metadata->settle();
     assembly = assembleFile(pieces, isCancelled, *disk);
+    if (isInPlace && !assembly.isCancelled && !assembly.error)
+        dropPartJournals(pieces.front().path);
 }
 
 void DownloadFinisher::Job::moveToTarget() {

@@ -89,6 +89,7 @@ private:
         platform::Disk* disk = nullptr;  ///< That of the pieces.
         bool hasUserChosenPath = false;
         int attempts = 0;
+        bool isInPlace = false;            ///< The one piece has journals.
         std::optional<Checksum> expected;  ///< Nothing: the file is taken as it is.
         bool isVerifying = false;
         std::atomic<bool> isCancelled = false;
@@ -106,6 +107,7 @@ private:
     };
 
     [[nodiscard]] std::vector<FilePiece> piecesOfWorkers() const;
+    [[nodiscard]] bool areInPlace() const;
     [[nodiscard]] bool isWholeFile(const DQDownloadWorkerPrototype& worker) const;
     void conclude(std::vector<FilePiece> pieces);
     [[nodiscard]] bool hasRightLength(const std::vector<FilePiece>& pieces) const;

@@ -9,6 +9,8 @@
 #include "engine/finishing/finished_files.h"
 #include "engine/lifecycle/download.h"
 #include "engine/paths/download_paths.h"
+#include "engine/paths/intermediate_files.h"
+#include "engine/paths/part_layout.h"
 #include "engine/record/known_file.h"
 #include "engine/transfer/resume_plan.h"
 #include "engine/workers/debug_log.h"
@@ -76,9 +78,11 @@ PartialData lookForPartialData(DQDownload& download) {
 ResumePlan planForPartialData(DQDownload& download) {
     UserSettings& settings = download.userSettings();
     const QString path = download.paths().intermediateDownloadTargetPath();
-    dropUnsyncedTail(path);
-    for (const QString& fragment : fragmentPathsForIntermediateDownloadTargetPath(path))
-        dropUnsyncedTail(fragment);
+    if (layoutOfPartialData(path) == PartLayout::Apart) {
+        dropUnsyncedTail(path);
+        for (const QString& fragment : fragmentPathsForIntermediateDownloadTargetPath(path))
+            dropUnsyncedTail(fragment);
+    }
     const std::vector<StoredFraction> recorded =
         fractionsFromArchive(settings.value(keys::accelerationWorkers), path);
     if (!recorded.empty() && !settings.contains(keys::expectedBytes))
@@ -146,7 +150,9 @@ Worker::Pointer makePrimaryWorker(DQDownload& download, const platform::Url& url
     applyRequestSettings(download, url, worker->request());
     if (plan.kind == ResumePlan::Kind::Nothing)
         return worker;
-    worker->setTargetPath(download.paths().intermediateDownloadTargetPath());
+    const QString path = download.paths().intermediateDownloadTargetPath();
+    worker->setTargetPath(path);
+    worker->setPlace(placeOfPart(layoutOfPartialData(path), path, path, 0));
     worker->request().rangeValidator = knownFile(download.userSettings()).rangeValidator();
     if (plan.kind == ResumePlan::Kind::Single) {
         worker->setResumeByteOffset(plan.size);

@@ -6,6 +6,7 @@
 
 #include "engine/context.h"
 #include "engine/lifecycle/download.h"
+#include "engine/paths/intermediate_files.h"
 #include "engine/record/known_file.h"
 #include "links/paths/path_components.h"
 #include "platform/base/log.h"
@@ -53,7 +54,7 @@ bool SpaceWatch::isSpaceBack() const {
     const bool isElsewhere =
         volume.device() != QStorageInfo(links::stringByDeletingLastPathComponent(path)).device();
     const qint64 length = knownFile(download_.userSettings()).length;
-    const qint64 present = isElsewhere ? 0 : platform::fileSize(path).value_or(0);
+    const qint64 present = isElsewhere ? 0 : bytesReceivedIn(path).value_or(0);
     const qint64 missing = length > 0 ? std::max<qint64>(length - present, 1) : enoughSpace;
     // A copy takes all of it or fails again.
     const qint64 wanted = isElsewhere ? missing : std::min(missing, enoughSpace);
@@ -63,7 +64,7 @@ bool SpaceWatch::isSpaceBack() const {
 QString folderShortOfSpace(DQDownload& download) {
     const QString path = download.intermediateDownloadTargetPath();
     const qint64 length = knownFile(download.userSettings()).length;
-    const bool isWhole = length > 0 && platform::fileSize(path).value_or(0) >= length;
+    const bool isWhole = length > 0 && bytesReceivedIn(path).value_or(0) >= length;
     return links::stringByDeletingLastPathComponent(isWhole ? download.finalDownloadTargetPath()
                                                             : path);
 }

@@ -9,6 +9,7 @@
 #include <tuple>
 #include <vector>
 
+#include "engine/paths/part_journal.h"
 #include "links/names/file_names.h"
 #include "links/paths/folders.h"
 #include "links/paths/path_components.h"
@@ -50,6 +51,10 @@ Fragment parsedFragment(const QString& path, qsizetype primaryNameLength) {
     fragment.worker = takeNumber(rest, accelerationMarker);
     fragment.resume = takeNumber(rest, resumeMarker);
     return fragment;
+}
+
+bool isFirstJournal(const QString& path, const QString& primaryPath) {
+    return path == accelerationFragmentPath(primaryPath, 0);
 }
 
 /// The file that a resumed part goes on from; any other path is its own.
@@ -112,10 +117,25 @@ QStringList fragmentPathsForIntermediateDownloadTargetPath(const QString& primar
     return paths;
 }
 
+std::optional<qint64> bytesReceivedIn(const QString& path) {
+    const std::optional<qint64> size = platform::fileSize(path);
+    const qsizetype marker = path.lastIndexOf(accelerationMarker);
+    const QString primaryPath = marker < 0 ? path : path.first(marker);
+    const QString firstJournal = accelerationFragmentPath(primaryPath, 0);
+    if (!size || !platform::pathExists(firstJournal))
+        return size;
+    const auto entry = PartJournal::read(marker < 0 ? firstJournal : path);
+    // Whoever has cut the file, or put another one in its place, has taken the bytes away.
+    const qint64 there = platform::fileSize(primaryPath).value_or(0);
+    return entry ? std::clamp<qint64>(there - entry->start, 0, entry->received) : 0;
+}
+
 PartialFileSizes measurePartialFiles(const QString& primaryPath) {
     PartialFileSizes sizes;
-    const QStringList fragments = fragmentPathsForIntermediateDownloadTargetPath(primaryPath);
-    const std::optional<qint64> primarySize = platform::fileSize(primaryPath);
+    QStringList fragments = fragmentPathsForIntermediateDownloadTargetPath(primaryPath);
+    // It speaks for the primary file.
+    fragments.removeAll(accelerationFragmentPath(primaryPath, 0));
+    const std::optional<qint64> primarySize = bytesReceivedIn(primaryPath);
     if (fragments.isEmpty()) {
         if (!primarySize)
             platform::log(u"cannot get size for primary file: %1"_s.arg(primaryPath));
@@ -123,7 +143,7 @@ PartialFileSizes measurePartialFiles(const QString& primaryPath) {
         return sizes;
     }
     for (const QString& path : fragments) {
-        const std::optional<qint64> size = platform::fileSize(path);
+        const std::optional<qint64> size = bytesReceivedIn(path);
         if (!size)
             platform::log(u"cannot seek in partial file: %1"_s.arg(path));
         sizes.byPath[ownerOfFragment(path)] += size.value_or(0);
@@ -134,6 +154,19 @@ PartialFileSizes measurePartialFiles(const QString& primaryPath) {
     return sizes;
 }
 
+void dropPartJournals(const QString& primaryPath) {
+    // Without this one nobody looks at the others.
+    if (QFile::remove(accelerationFragmentPath(primaryPath, 0)))
+        removeFragments(primaryPath);
+}
+
+void removeFragments(const QString& primaryPath) {
+    for (const QString& path : fragmentPathsForIntermediateDownloadTargetPath(primaryPath)) {
+        if (!isFirstJournal(path, primaryPath))
+            QFile::remove(path);
+    }
+}
+
 void removePartialFiles(const QString& primaryPath) {
     if (primaryPath.isEmpty())
         return;
@@ -141,8 +174,12 @@ void removePartialFiles(const QString& primaryPath) {
     if (isDownloadContainer(folder) &&
         removeContainerWithPrimaryFileOnly(folder, links::lastPathComponent(primaryPath)))
         return;
-    for (const QString& path : fragmentPathsForIntermediateDownloadTargetPath(primaryPath))
-        QFile::remove(path);
+    const QString firstJournal = accelerationFragmentPath(primaryPath, 0);
+    // Cut short, this must not leave a file whose holes nothing tells from data.
+    if (platform::pathExists(firstJournal))
+        static_cast<void>(truncate(QFile::encodeName(primaryPath).constData(), 0));
+    removeFragments(primaryPath);
+    QFile::remove(firstJournal);
     QFile::remove(primaryPath);
     if (isDownloadContainer(folder))
         links::removeFolderIfVirtuallyEmpty(folder);

@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QString>
 #include <QStringList>
+#include <optional>
 
 namespace engine {
 
@@ -12,7 +13,7 @@ namespace engine {
 inline const QString accelerationMarker = QStringLiteral(".orlop-xf-");
 inline const QString resumeMarker = QStringLiteral(".orlop-rf-");
 
-/// The file of worker `index`, counted from 1 after the first worker.
+/// The file of worker `index`, counted from 1 after the first worker; 0 see `PartLayout`.
 [[nodiscard]] QString accelerationFragmentPath(const QString& primaryPath, qint64 index);
 
 /// Whether a folder's name says that it holds one download and nothing else.
@@ -21,6 +22,10 @@ inline const QString resumeMarker = QStringLiteral(".orlop-rf-");
 /// All fragments of a primary file, in the order of their bytes. None for an empty path.
 [[nodiscard]] QStringList fragmentPathsForIntermediateDownloadTargetPath(
     const QString& primaryPath);
+
+/// How much has come of what a file of a download stands for: its length, or what its journal says.
+/// Nothing: it is not there.
+[[nodiscard]] std::optional<qint64> bytesReceivedIn(const QString& path);
 
 /// What has arrived of a download.
 struct PartialFileSizes {
@@ -31,6 +36,10 @@ struct PartialFileSizes {
 };
 [[nodiscard]] PartialFileSizes measurePartialFiles(const QString& primaryPath);
 
+/// All bytes lie in the primary file, and are synced: from here on its length says so. Any thread.
+void dropPartJournals(const QString& primaryPath);
+/// The parts behind the first are given up.
+void removeFragments(const QString& primaryPath);
 /// Deletes the primary file and its fragments, and the download's own folder if nothing of value
 /// is left in it. Failures are ignored.
 void removePartialFiles(const QString& primaryPath);

@@ -57,6 +57,13 @@ void DQDownloadWorkerPrototype::setFinishedBefore(qint64 downloadedBytes) {
     _status = DQDownloadWorkerStatusFinished;
 }
 
+bool DQDownloadWorkerPrototype::setBound(qint64 length) {
+    if (length > 0 && receivedBytes() > length)
+        return false;
+    bound_ = length;
+    return true;
+}
+
 QString DQDownloadWorkerPrototype::rangeHeader() const {
     const qint64 start = _fractionStartByte + _resumeByteOffset;
     if (_endByte >= 1)
@@ -81,8 +88,9 @@ bool DQDownloadWorkerPrototype::truncateAtOffset(qint64 offset) {
 }
 
 void DQDownloadWorkerPrototype::becomeWholeTransfer() {
-    _fractionStartByte = _resumeByteOffset = _endByte = 0;
+    _fractionStartByte = _resumeByteOffset = _endByte = bound_ = 0;
     _targetPath.clear();
+    place_ = {};
     forgetTarget();
 }
 
@@ -135,8 +143,9 @@ void DQDownloadWorkerPrototype::reset() {
     _expectedBytes = _downloadedBytes = 0;
     _wholeBody.clear();
     if (_endByte == 0) {
-        _fractionStartByte = _resumeByteOffset = 0;
+        _fractionStartByte = _resumeByteOffset = bound_ = 0;
         _targetPath.clear();
+        place_ = {};
     }
     if (_delegate)
         _delegate->resetProgressForDownloadWorker(*this);

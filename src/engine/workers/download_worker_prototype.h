@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 
+#include "engine/paths/part_layout.h"
 #include "engine/workers/download_worker_delegate.h"
 #include "platform/base/clock.h"
 #include "platform/base/error.h"
@@ -103,6 +104,11 @@ public:
     [[nodiscard]] const QString& targetPath() const { return _targetPath; }
     void setTargetPath(const QString& path) { _targetPath = path; }
     [[nodiscard]] QString targetPathByFallingBackToDelegate();
+    /// Where the bytes of its part lie, if not in a file of their own at the target path.
+    void setPlace(const PartPlace& place) { place_ = place; }
+    [[nodiscard]] PartPlace place() const {
+        return place_.isShared() ? place_ : PartPlace{_targetPath, 0, {}};
+    }
 
     /// Where this worker's part begins in the whole file.
     [[nodiscard]] qint64 fractionStartByte() const { return _fractionStartByte; }
@@ -113,6 +119,13 @@ public:
     /// Its last byte in the whole file; 0: to the end of the file.
     [[nodiscard]] qint64 endByte() const { return _endByte; }
     void setEndByte(qint64 offset) { _endByte = offset; }
+    /// Of its part it is to take so many bytes and no more, though more were asked for: others
+    /// follow in the same file, and it ends there as Truncated. 0: all that comes. False: it has
+    /// more already.
+    [[nodiscard]] virtual bool setBound(qint64 length);
+    [[nodiscard]] qint64 bound() const { return bound_; }
+    /// Bytes of its part that are there.
+    [[nodiscard]] qint64 receivedBytes() const { return _resumeByteOffset + _downloadedBytes; }
     /// Whether a part is asked for; that of a first worker may begin at the first byte.
     [[nodiscard]] bool hasRange() const {
         return _fractionStartByte + _resumeByteOffset > 0 || _endByte > 0;
@@ -178,10 +191,12 @@ private:
     DQDownloadWorkerDelegate* _delegate = nullptr;
     WorkerRequest request_;
     QString _targetPath;
+    PartPlace place_;
     QByteArray _wholeBody;
     qint64 _fractionStartByte = 0;
     qint64 _resumeByteOffset = 0;
     qint64 _endByte = 0;
+    qint64 bound_ = 0;
     qint64 _expectedBytes = 0;
     qint64 _downloadedBytes = 0;
     bool hasReceivedBytes_ = false;

@@ -89,7 +89,7 @@ std::optional<platform::Error> FileCopyWorker::openTarget() {
     else
         QFile::remove(path);
     auto target = std::make_shared<PartialFile>(context().disks, context().loop.clock());
-    if (const auto error = target->open(path, 0))
+    if (const auto error = target->open({path}, 0))
         return makeWorkerError(WorkerErrorCode::CannotWrite,
                                u"%1 cannot write to intermediate file"_s.arg(description()),
                                &*error);

@@ -177,14 +177,31 @@ std::optional<platform::Error> DQHTTPRequestDownloadWorker::openTarget() {
         return makeWorkerError(WorkerErrorCode::MissingTargetPath,
                                u"%1 missing target path"_s.arg(description()));
     auto file = std::make_shared<PartialFile>(context().disks, context().loop.clock());
-    if (const auto error = file->open(path, resumeByteOffset()))
+    if (const auto error = file->open(place(), resumeByteOffset()))
         return makeWorkerError(WorkerErrorCode::CannotWrite,
                                u"%1 cannot write to intermediate file"_s.arg(description()),
                                &*error);
-    if (endByte() > 0)
-        file->setStoreLimit(endByte() + 1 - fractionStartByte());
+    static_cast<void>(file->setStoreLimit(storeLimit()));
     _downloadFile = std::move(file);
     return std::nullopt;
+}
+
+/// What would pass it comes to the main thread, which knows what to do about it.
+qint64 DQHTTPRequestDownloadWorker::storeLimit() const {
+    if (bound() > 0)
+        return bound();
+    return endByte() > 0 ? endByte() + 1 - fractionStartByte() : 0;
+}
+
+bool DQHTTPRequestDownloadWorker::setBound(qint64 length) {
+    const qint64 before = bound();
+    if (!DQDownloadWorkerPrototype::setBound(length))
+        return false;
+    if (!_downloadFile || _downloadFile->setStoreLimit(storeLimit()))
+        return true;
+    // It has stored more than has been told.
+    static_cast<void>(DQDownloadWorkerPrototype::setBound(before));
+    return false;
 }
 
 /// For good: the request's thread may still hold it.
@@ -213,7 +230,9 @@ void DQHTTPRequestDownloadWorker::requestDidReceiveData(http::HTTPRequest& reque
         if (const auto error = openTarget())
             return stopWithError(*error);
     }
-    const qint64 position = fractionStartByte() + resumeByteOffset() + downloadedBytes();
+    if (bound() > 0 && receivedBytes() + data.size() > bound())
+        return takeUpToBound(request, data);
+    const qint64 position = fractionStartByte() + receivedBytes();
     if (endByte() > 0 && position + data.size() > endByte() + 1)
         return stopWithError(
             makeWorkerError(WorkerErrorCode::WrongLength,
@@ -227,6 +246,28 @@ void DQHTTPRequestDownloadWorker::requestDidReceiveData(http::HTTPRequest& reque
             makeWorkerError(WorkerErrorCode::CannotWrite,
                             u"%1 cannot write to intermediate file"_s.arg(description()), &*error));
     processDownloadedBytes(data.size());
+    stopAtBound();
+}
+
+void DQHTTPRequestDownloadWorker::takeUpToBound(http::HTTPRequest& request,
+                                                const QByteArray& data) {
+    const qint64 end = bound(), missing = end - receivedBytes();
+    // What follows must not overtake what is taken here.
+    isStoreOffered_ = true;
+    if (missing > 0)
+        requestDidReceiveData(request, data.first(missing));
+    // Whoever heard of the bytes up to there may have let it go on.
+    if (status() == DQDownloadWorkerStatusRunning && bound() != end)
+        requestDidReceiveData(request, data.sliced(missing));
+    else
+        stopAtBound();
+}
+
+void DQHTTPRequestDownloadWorker::stopAtBound() {
+    if (status() == DQDownloadWorkerStatusRunning && bound() > 0 && receivedBytes() >= bound() &&
+        !truncateAtOffset(bound()))
+        stopWithError(makeWorkerError(WorkerErrorCode::WrongLength,
+                                      u"%1 cannot stop at its end"_s.arg(description())));
 }
 
 /// An error page is read to its end, so that its connection can be used again, unless that is far.
@@ -243,8 +284,10 @@ void DQHTTPRequestDownloadWorker::discard(http::HTTPRequest& request, qint64 cou
 
 void DQHTTPRequestDownloadWorker::requestDidStoreData(http::HTTPRequest&, std::int64_t count) {
     const auto keep = shared_from_this();
-    if (status() == DQDownloadWorkerStatusRunning)
-        processDownloadedBytes(count);
+    if (status() != DQDownloadWorkerStatusRunning)
+        return;
+    processDownloadedBytes(count);
+    stopAtBound();
 }
 
 void DQHTTPRequestDownloadWorker::requestFinished(http::HTTPRequest&) {

@@ -21,6 +21,7 @@ public:
 
     [[nodiscard]] bool resumesInSeparateFile() const override { return false; }
     [[nodiscard]] bool truncateAtOffset(qint64 offset) override;
+    [[nodiscard]] bool setBound(qint64 length) override;
     [[nodiscard]] bool claimTargetPath() override;
     void setBandwidth(std::shared_ptr<http::BandwidthAccount> account) override;
 
@@ -48,7 +49,10 @@ private:
     void proxyAuthenticationNeededForRequest(http::HTTPRequest& request) override;
 
     [[nodiscard]] std::optional<platform::Error> openTarget();
+    [[nodiscard]] qint64 storeLimit() const;
     void closeFile();
+    void takeUpToBound(http::HTTPRequest& request, const QByteArray& data);
+    void stopAtBound();
     void discard(http::HTTPRequest& request, qint64 count);
     void beginAgain();
     void acquireAuthentication(http::HTTPRequest& request);

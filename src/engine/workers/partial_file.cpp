@@ -10,6 +10,7 @@
 #include <chrono>
 #include <thread>
 
+#include "engine/paths/part_journal.h"
 #include "engine/workers/partial_file_marks.h"
 #include "platform/files/disks.h"
 
@@ -44,8 +45,8 @@ PartialFile::~PartialFile() {
     close();
 }
 
-std::optional<platform::Error> PartialFile::open(const QString& path, qint64 offset) {
-    const QByteArray name = QFile::encodeName(path);
+std::optional<platform::Error> PartialFile::open(const PartPlace& place, qint64 offset) {
+    const QByteArray name = QFile::encodeName(place.file);
     constexpr int flags = O_WRONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK;
     platform::Descriptor file(::open(name.constData(), flags | O_CREAT | O_EXCL, newFileMode));
     const bool isNew = file.isOpen();
@@ -56,17 +57,27 @@ std::optional<platform::Error> PartialFile::open(const QString& path, qint64 off
     const auto status = plainFileStatus(file);
     if (!status)
         return platform::posixError(errno);
-    if (status->st_size != offset) {
+    std::shared_ptr<const PartJournal> journal;
+    if (place.isShared() && !(journal = PartJournal::open(place.journal, place.start)))
+        return platform::posixError(errno);
+    const bool isAsKnown = journal ? journal->received() >= offset &&
+                                         status->st_size >= (offset > 0 ? place.start + offset : 0)
+                                   : status->st_size == offset;
+    if (!isAsKnown) {
         if (isNew)
             unlink(name.constData());
         // Somebody else has written to it, or it is another file by now.
         return platform::posixError(ESTALE);
     }
-    if (isNew)
+    if (journal)
+        leaveToJournals(file.get());
+    else if (isNew)
         markUnsynced(file.get());
     const std::scoped_lock guard(lock_);
     isClosing_ = false;
     file_ = std::move(file);
+    journal_ = std::move(journal);
+    start_ = place.start;
     disk_ = &disks_.ofDevice(status->st_dev);
     offset_ = syncedOffset_ = flushedOffset_ = offset;
     syncedAt_ = clock_.monotonic();
@@ -79,9 +90,12 @@ bool PartialFile::isOpen() const {
     return file_.isOpen();
 }
 
-void PartialFile::setStoreLimit(qint64 length) {
-    const std::scoped_lock guard(lock_);
+bool PartialFile::setStoreLimit(qint64 length) {
+    const std::unique_lock guard = lockSoon();
+    if (!guard.owns_lock() || (length > 0 && offset_ > length))
+        return false;
     storeLimit_ = length;
+    return true;
 }
 
 std::optional<platform::Error> PartialFile::write(const QByteArray& data) {
@@ -107,13 +121,19 @@ std::optional<platform::Error> PartialFile::append(const QByteArray& data) {
     for (qsizetype done = 0; done < data.size();) {
         const ssize_t written =
             pwrite(file_.get(), data.constData() + done,
-                   static_cast<std::size_t>(data.size() - done), offset_ + done);
+                   static_cast<std::size_t>(data.size() - done), inFile(offset_ + done));
         if (written < 0 && errno == EINTR)
             continue;
-        if (written <= 0)
-            return platform::posixError(written < 0 ? errno : ENOSPC);
+        if (written <= 0) {
+            const int reason = written < 0 ? errno : ENOSPC;
+            if (journal_ && done > 0)
+                static_cast<void>(journal_->setReceived(offset_ + done));
+            return platform::posixError(reason);
+        }
         done += written;
     }
+    if (journal_ && !journal_->setReceived(offset_ + data.size()))
+        return platform::posixError(errno);
     offset_ += data.size();
     keepDiskBusy();
     return std::nullopt;
@@ -130,25 +150,39 @@ void PartialFile::keepDiskBusy() {
 
 bool PartialFile::truncate(qint64 offset) {
     const std::scoped_lock guard(lock_);
-    if (!file_.isOpen() || ftruncate(file_.get(), offset) != 0)
+    if (!file_.isOpen() || !cut(offset))
+        return false;
+    closeFile();
+    return true;
+}
+
+/// A part with others behind it was kept from being longer, and stays as it is.
+bool PartialFile::cut(qint64 offset) {
+    if (journal_)
+        return offset_ == offset;
+    if (ftruncate(file_.get(), offset) != 0)
         return false;
     offset_ = offset;
     syncedOffset_ = std::min(syncedOffset_, offset);
     flushedOffset_ = std::min(flushedOffset_, offset);
     ++syncState_->cuts;
     markSynced(file_.get(), 0);
-    closeFile();
     return true;
 }
 
-void PartialFile::close() {
-    isClosing_ = true;
+/// Not owned: the disk keeps a write for too long.
+std::unique_lock<std::mutex> PartialFile::lockSoon() {
     std::unique_lock guard(lock_, std::try_to_lock);
     for (auto left = longestWait; !guard.owns_lock() && left > left.zero(); left -= waitStep) {
         std::this_thread::sleep_for(waitStep);
         static_cast<void>(guard.try_lock());
     }
-    if (guard.owns_lock())
+    return guard;
+}
+
+void PartialFile::close() {
+    isClosing_ = true;
+    if (const auto guard = lockSoon(); guard.owns_lock())
         closeFile();
 }
 
@@ -156,13 +190,14 @@ void PartialFile::closeFile() {
     if (file_.isOpen() && offset_ - syncedOffset_ > syncAtClosing)
         syncInBackground();
     file_.close();
+    journal_.reset();
 }
 
 /// Sets the disk to work without waiting for it, so that little is left for the next sync.
 void PartialFile::flushInBackground() {
     auto file = std::make_shared<platform::Descriptor>(fcntl(file_.get(), F_DUPFD_CLOEXEC, 0));
     syncState_->isBusy = true;
-    disk_->run([file, start = flushedOffset_, end = offset_, state = syncState_] {
+    disk_->run([file, start = inFile(flushedOffset_), end = inFile(offset_), state = syncState_] {
         sync_file_range(file->get(), start, end - start, SYNC_FILE_RANGE_WRITE);
         state->isBusy = false;
     });
@@ -175,8 +210,12 @@ void PartialFile::syncInBackground() {
     syncedOffset_ = flushedOffset_ = offset_;
     syncedAt_ = clock_.monotonic();
     syncState_->isBusy = true;
-    disk_->run([file, offset = offset_, state = syncState_, cuts = syncState_->cuts.load()] {
-        if (fdatasync(file->get()) == 0 && state->cuts == cuts)
+    disk_->run([file, journal = journal_, offset = offset_, state = syncState_,
+                cuts = syncState_->cuts.load()] {
+        const bool isSynced = fdatasync(file->get()) == 0 && state->cuts == cuts;
+        if (isSynced && journal)
+            journal->setSynced(offset);
+        else if (isSynced)
             markSynced(file->get(), offset);
         state->isBusy = false;
     });

@@ -7,6 +7,7 @@
 #include <mutex>
 #include <optional>
 
+#include "engine/paths/part_layout.h"
 #include "http/http_body_store.h"
 #include "platform/base/clock.h"
 #include "platform/base/error.h"
@@ -19,12 +20,15 @@ class Disks;
 
 namespace engine {
 
-/// The file that a worker writes: true bytes from the first on, in their order, and nothing else.
-/// It may at any moment be longer than anybody recorded.
+class PartJournal;
+
+/// The part of a file that a worker writes: true bytes from the first on, in their order, and
+/// nothing else. It may at any moment be longer than anybody recorded. It is a file of its own, or
+/// has its place in one that it shares with other parts; all offsets are the part's.
 ///
 /// So that this holds after a power failure too, it is synced in the background, every 32 MiB but
 /// not more than once a second, and when it is closed with more than 1 MiB to lose, and then marked
-/// (see `markSynced`). Any thread.
+/// (see `markSynced`, or the part's journal). Any thread.
 class PartialFile final : public http::HTTPBodyStore {
 public:
     /// Both outlive it.
@@ -35,12 +39,13 @@ public:
     PartialFile(const PartialFile&) = delete;
     PartialFile& operator=(const PartialFile&) = delete;
 
-    /// Creates the file, or goes on with one that has `offset` bytes. A link is not followed, a
-    /// file of another size is not touched. Nothing: done.
-    [[nodiscard]] std::optional<platform::Error> open(const QString& path, qint64 offset);
+    /// Creates the file, or goes on with a part that has `offset` bytes. A link is not followed,
+    /// one that has come further or less far is not touched. Nothing: done.
+    [[nodiscard]] std::optional<platform::Error> open(const PartPlace& place, qint64 offset);
     [[nodiscard]] bool isOpen() const;
-    /// How long `store` may make it; 0: as long as may be.
-    void setStoreLimit(qint64 length);
+    /// How long `store` may make it; 0: as long as may be. False: it is longer already, or is just
+    /// being written to, and nothing was changed.
+    bool setStoreLimit(qint64 length);
 
     /// Appends all of it. With an error, some of it may lie in the file, and the same may be tried
     /// again.
@@ -49,7 +54,8 @@ public:
     [[nodiscard]] platform::ThreadPool& writesOfDisk() const override;
     /// As `write` does. False: it is closed, the limit would be passed, or there was an error.
     [[nodiscard]] bool store(const QByteArray& data) override;
-    /// Cuts it and closes it. False: it could not be cut, and is still open.
+    /// Cuts it, where nobody else's bytes follow, and closes it. False: it could not be cut, and is
+    /// still open.
     [[nodiscard]] bool truncate(qint64 offset);
     /// Nothing is written after that. Waits a moment for a write that is going on; one that a disk
     /// keeps for longer closes the file itself when it ends.
@@ -63,16 +69,21 @@ private:
     };
 
     [[nodiscard]] std::optional<platform::Error> append(const QByteArray& data);
+    [[nodiscard]] bool cut(qint64 offset);
+    [[nodiscard]] off_t inFile(qint64 offset) const { return start_ + offset; }
     void keepDiskBusy();
     void flushInBackground();
     void syncInBackground();
     void closeFile();
+    [[nodiscard]] std::unique_lock<std::mutex> lockSoon();
 
     platform::Disks& disks_;
     const platform::Clock& clock_;
     std::atomic<bool> isClosing_ = false;
     mutable std::mutex lock_;  ///< Guards all below.
     platform::Descriptor file_;
+    std::shared_ptr<const PartJournal> journal_;  ///< Null: the file's length says what it would.
+    qint64 start_ = 0;                            ///< Of the part in the file.
     qint64 offset_ = 0;
     qint64 storeLimit_ = 0;
     platform::Disk* disk_ = nullptr;  ///< Null before it was open.

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 
+#include "engine/paths/boot_identifier.h"
 #include "links/paths/file_attributes.h"
 #include "platform/base/log.h"
 #include "platform/files/files.h"
@@ -18,15 +19,6 @@ namespace {
 /// "BOOT BYTES": the boot in which the mark was made, and the bytes known to be on the disk.
 constexpr char syncedAttribute[] = "user.orlop.synced";
 constexpr char finishingAttribute[] = "user.orlop.finishing";
-
-/// random(4): differs from one boot to the next.
-const QByteArray& bootIdentifier() {
-    static const QByteArray identifier = [] {
-        QFile file(u"/proc/sys/kernel/random/boot_id"_s);
-        return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed() : QByteArray();
-    }();
-    return identifier;
-}
 
 QByteArray syncedMark(qint64 bytes) {
     return bootIdentifier() + ' ' + QByteArray::number(bytes);
@@ -55,6 +47,10 @@ void markUnsynced(int file) {
 
 void markSynced(int file, qint64 bytes) {
     setSyncedMark(file, bytes, XATTR_REPLACE);
+}
+
+void leaveToJournals(int file) {
+    fremovexattr(file, syncedAttribute);
 }
 
 void dropUnsyncedTail(const QString& path) {

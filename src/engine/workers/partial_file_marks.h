@@ -13,6 +13,8 @@ void markUnsynced(int file);
 /// So many bytes of the open file are on the disk, if it still has a mark: one that was finished
 /// meanwhile has lost it. Any thread.
 void markSynced(int file, qint64 bytes);
+/// It says nothing about itself any more: journals do. Any thread.
+void leaveToJournals(int file);
 /// Cuts off what may not have reached the disk before the machine last went down. While it has been
 /// up since the file was written, all of it counts: what a killed process wrote is not lost.
 void dropUnsyncedTail(const QString& path);
