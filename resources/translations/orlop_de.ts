@@ -1979,6 +1979,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/addresses/address_panel.cpp" />
+            <source>The download has gone on by itself meanwhile. Pause it first.</source>
+            <translation>Der Download ist inzwischen von selbst weitergegangen. Halten Sie ihn zuerst an.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/addresses/address_panel.cpp" />
             <source>This is no address of the web.</source>
             <translation>Das ist keine Web-Adresse.</translation>
         </message>

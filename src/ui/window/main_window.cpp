@@ -200,7 +200,7 @@ void MainWindow::showAdded(const app::Downloads& downloads) {
     const bool isBusy = QApplication::mouseButtons() != Qt::NoButton ||
                         (lastHand_.isValid() && !lastHand_.hasExpired(handsOnMilliseconds)) ||
                         qobject_cast<QLineEdit*>(focusWidget()) != nullptr;
-    if (!controller_.stateFilter().matches(*downloads.front())) {
+    if (!downloads.empty() && !controller_.stateFilter().matches(*downloads.front())) {
         controller_.setStateFilter({});
     }
     if (!isBusy) {
