@@ -3176,8 +3176,8 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
         </message>
         <message>
             <location filename="../../src/ui/settings/general_section.cpp" />
-            <source>Offer addresses that are &amp;copied</source>
-            <translation>&amp;Kopierte Adressen anbieten</translation>
+            <source>Offer addresses that are copied</source>
+            <translation>Kopierte Adressen anbieten</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/general_section.cpp" />
