@@ -3096,8 +3096,8 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
         </message>
         <message>
             <location filename="../../src/ui/settings/behaviors_section.cpp" />
-            <source>Stay in front</source>
-            <translation>Vorn bleiben</translation>
+            <source>Stay where it is</source>
+            <translation>Bleiben, wo es ist</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/behaviors_section.cpp" />

@@ -108,6 +108,8 @@ public:
 
     /// Whether the desktop would show a status item now.
     [[nodiscard]] virtual bool canShowStatusItem() const { return false; }
+    /// Whether something of the program is on the screen beside its windows: the drop target.
+    [[nodiscard]] virtual bool isOnScreenWithoutWindow() const { return false; }
     /// Whether the window has an entry in the desktop's task bar, now and whenever it comes up.
     virtual void setShownInTaskBar(bool shown) { static_cast<void>(shown); }
     /// Activates the program and shows its settings at a section, by name.

@@ -32,7 +32,7 @@ QtMessageHandler otherMessages = nullptr;
 /// Qt complains that it does not find what it was kept from.
 void leaveOutBuffers(QtMsgType type, const QMessageLogContext& context, const QString& text) {
     const bool isOfWayland = QByteArrayView(context.category) == "qt.qpa.wayland";
-    if (!isOfWayland || !text.contains(QLatin1String("client buffer integration"))) {
+    if (!isOfWayland || !text.contains(QStringLiteral("client buffer integration"))) {
         otherMessages(type, context, text);
     }
 }

@@ -139,7 +139,8 @@ bool Lifecycle::shouldEndOnClose() {
         !(defaults.get(settings::quitOnCloseCleanSlateOnly) && isActive())) {
         return true;
     }
-    if (isStatusItemShown_.value_or(false)) {
+    if (isStatusItemShown_.value_or(false) ||
+        surroundings_.frontEnd.presence.isOnScreenWithoutWindow()) {
         return false;
     }
     if (isActive() && !std::exchange(hasToldOfGoingOn_, true)) {

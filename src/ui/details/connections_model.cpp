@@ -36,6 +36,8 @@ QString speedText(const app::Connection& connection) {
         case app::Connection::State::Running:
             break;
     }
+    if (connection.perSecond < 1)
+        return u"0"_s;
     return translated("%@/s").replace(
         u"%@"_s, sizeText(app::shownRate(static_cast<double>(connection.perSecond))));
 }

@@ -53,7 +53,7 @@ QVariant FactsModel::data(const QModelIndex& index, int role) const {
     const bool isLabel = index.column() == LabelColumn;
     switch (role) {
         case Qt::DisplayRole:
-            return isLabel ? fact.label : breakable(fact.value);
+            return isLabel ? fact.label : isolatedPlace(breakable(fact.value));
         case Qt::AccessibleTextRole:
             return isLabel ? fact.label : fact.label + u": "_s + fact.value;
         case Qt::TextAlignmentRole:
@@ -69,6 +69,12 @@ QVariant FactsModel::headerData(int section, Qt::Orientation orientation, int ro
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
         return {};
     return section == LabelColumn ? translated("What") : translated("How it stands");
+}
+
+QString isolatedPlace(const QString& text) {
+    constexpr QChar leftToRightIsolate(0x2066), popDirectionalIsolate(0x2069);
+    const bool isPlace = text.startsWith(u'~') || text.startsWith(u'/') || text.contains(u":/"_s);
+    return isPlace ? leftToRightIsolate + text + popDirectionalIsolate : text;
 }
 
 QString breakable(const QString& text) {

@@ -28,6 +28,9 @@ private:
     std::vector<app::Fact> facts_;
 };
 
+/// A path or an address within a text of any direction (UAX #9, 2.7); any other text as it is.
+[[nodiscard]] QString isolatedPlace(const QString& text);
+
 /// `text` with places where a long address or checksum may go on in the next line.
 [[nodiscard]] QString breakable(const QString& text);
 

@@ -21,6 +21,9 @@ namespace {
 constexpr int padding = 6;
 
 QString rateText(double bytesPerSecond) {
+    // Sizes have a dash for it, which is read as "not known".
+    if (bytesPerSecond < 1)
+        return u"0"_s;
     return translated("%@/s").replace(u"%@"_s,
                                       links::fileSizeDescriptionWithBytesCount(
                                           static_cast<quint64>(app::shownRate(bytesPerSecond))));

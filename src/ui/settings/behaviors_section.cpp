@@ -46,7 +46,7 @@ SettingsPage* makeBehaviorsSection(const SettingsContext& context, QWidget* pare
     app::Toggles& toggles = context.controller.automation().toggles();
     auto* page = new SettingsPage(context, parent);
     page->addPopup("&Handed an address:",
-                   {{"Stay in front", 0}, {"Step back behind other windows", 1}, {"Hide", 2}},
+                   {{"Stay where it is", 0}, {"Step back behind other windows", 1}, {"Hide", 2}},
                    autoRetreat);
     page->addNote("What Orlop does once another program has passed it something to download.");
     page->addGap();

@@ -32,6 +32,7 @@ public:
     ~StatusItems() override;
 
     [[nodiscard]] bool canShowItem() const { return tray_.isPossible(); }
+    [[nodiscard]] bool isDropTargetShown() const { return target_.isVisible(); }
 
 private:
     void makeMenu();

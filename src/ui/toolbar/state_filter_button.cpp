@@ -5,6 +5,7 @@
 #include "app/main_controller.h"
 #include "links/paths/path_components.h"
 #include "platform/files/files.h"
+#include "ui/details/facts_model.h"
 #include "ui/text.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -67,8 +68,8 @@ void StateFilterButton::buildMenu() {
         return;
     menu_->addSeparator();
     for (const auto& [folder, count] : counts.folders)
-        addChoice(platform::abbreviateWithTilde(folder).replace(u'&', u"&&"_s), count,
-                  {{}, folder});
+        addChoice(isolatedPlace(platform::abbreviateWithTilde(folder)).replace(u'&', u"&&"_s),
+                  count, {{}, folder});
 }
 
 void StateFilterButton::addChoice(const QString& title, qsizetype count,

@@ -217,6 +217,10 @@ bool DesktopFrontEnd::canShowStatusItem() const {
     return statusItems_ && statusItems_->canShowItem();
 }
 
+bool DesktopFrontEnd::isOnScreenWithoutWindow() const {
+    return statusItems_ && statusItems_->isDropTargetShown();
+}
+
 void DesktopFrontEnd::setShownInTaskBar(bool shown) {
     if (taskBarEntry_) {
         taskBarEntry_->setShown(shown);

@@ -67,6 +67,7 @@ public:
     void showDownloadWindow(bool activating) override;
     void orderDownloadWindowBack() override;
     [[nodiscard]] bool canShowStatusItem() const override;
+    [[nodiscard]] bool isOnScreenWithoutWindow() const override;
     void setShownInTaskBar(bool shown) override;
     void showPreferencesSection(const QString& section) override;
     [[nodiscard]] bool isHidden() const override;
