@@ -415,7 +415,10 @@ struct HandOver {
 class RefusedHandOverTest : public SplitFileTest,
                             public testing::WithParamInterface<std::tuple<HandOver, PartLayout>> {
 protected:
-    RefusedHandOverTest() : SplitFileTest(std::get<1>(GetParam())) {}
+    RefusedHandOverTest() : SplitFileTest(std::get<1>(GetParam())) {
+        // Whether two parts are refused at once, or one after the other, is the scheduler's.
+        set(settings::retriesWhenServerIsBusy, qint64{10});
+    }
 };
 
 /// Servers count a connection for a while after its end.

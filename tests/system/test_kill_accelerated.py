@@ -37,7 +37,10 @@ class Parts:
     @staticmethod
     def journal(path):
         """Nothing: no byte has come."""
-        words = path.read_text(encoding="ascii").split()
+        try:
+            words = path.read_text(encoding="ascii").split()
+        except FileNotFoundError:  # It has just become a whole file.
+            return None
         return (int(words[2]), int(words[2]) + int(words[3])) if words else None
 
     def held(self, first=0, last=1 << 62):

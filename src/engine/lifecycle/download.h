@@ -16,6 +16,7 @@
 namespace engine {
 
 class DQDownload;
+class TailWatch;
 using DownloadPtr = std::shared_ptr<DQDownload>;
 
 /// One download, from the moment its address enters the queue until it is a file on disk or has
@@ -201,6 +202,7 @@ private:
     DownloadHost& host_;
     DownloadPaths paths_;
     Transfer transfer_;
+    std::unique_ptr<TailWatch> tailWatch_;  ///< Null: it has not been split since it was started.
     DownloadFinisher finisher_;
     Verification verification_;  ///< Of the finished file.
     /// A resumption that is to come by itself.
