@@ -4,6 +4,41 @@
     <context>
         <name>Orlop</name>
         <message>
+            <location filename="../../src/app/addresses/address_change.cpp" />
+            <source>It is the same file.</source>
+            <translation>Es ist dieselbe Datei.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/addresses/address_change.cpp" />
+            <source>Nobody answers at this address.</source>
+            <translation>Unter dieser Adresse antwortet niemand.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/addresses/address_change.cpp" />
+            <source>Nothing tells whether the same file is there. Should it be another one, it begins anew, and what has come stays until that is complete.</source>
+            <translation>Ob dort dieselbe Datei liegt, verrät nichts. Ist es eine andere, beginnt sie von vorn, und was schon da ist, bleibt, bis sie vollständig ist.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/addresses/address_change.cpp" />
+            <source>There is another file at this address, of %@ in place of %@.</source>
+            <translation>Unter dieser Adresse liegt eine andere Datei, mit %@ statt %@.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/addresses/address_change.cpp" />
+            <source>There is another file at this address.</source>
+            <translation>Unter dieser Adresse liegt eine andere Datei.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/addresses/address_change.cpp" />
+            <source>This address does not give the file out: %@.</source>
+            <translation>Diese Adresse gibt die Datei nicht heraus: %@.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/addresses/address_change.cpp" />
+            <source>What has come so far is of no use for it, and stays until the new file is complete.</source>
+            <translation>Was schon da ist, taugt dafür nicht und bleibt, bis die neue Datei vollständig ist.</translation>
+        </message>
+        <message>
             <location filename="../../src/app/alert_lines.cpp" />
             <source>(%lu more)</source>
             <translation>(%lu weitere)</translation>
@@ -70,6 +105,11 @@
         </message>
         <message>
             <location filename="../../src/app/commands/bulk_commands.cpp" />
+            <source>Cancel</source>
+            <translation>Abbrechen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/bulk_commands.cpp" />
             <source>Cancel %@ downloads?</source>
             <translation>%@ Downloads abbrechen?</translation>
         </message>
@@ -85,8 +125,33 @@
         </message>
         <message>
             <location filename="../../src/app/commands/bulk_commands.cpp" />
+            <source>Each of them opens in a page of its own.</source>
+            <translation>Jede öffnet sich in einer eigenen Seite.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/bulk_commands.cpp" />
+            <source>Each of them opens in its application.</source>
+            <translation>Jede öffnet sich in ihrem Programm.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/bulk_commands.cpp" />
             <source>Keep downloading</source>
             <translation>Weiterladen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/bulk_commands.cpp" />
+            <source>Open</source>
+            <translation>Öffnen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/bulk_commands.cpp" />
+            <source>Open %@ addresses?</source>
+            <translation>%@ Adressen öffnen?</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/bulk_commands.cpp" />
+            <source>Open %@ files?</source>
+            <translation>%@ Dateien öffnen?</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/bulk_commands.cpp" />
@@ -100,8 +165,8 @@
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
-            <source>&amp;Add from Pasteboard</source>
-            <translation>Aus &amp;Zwischenablage hinzufügen</translation>
+            <source>&amp;Add Addresses...</source>
+            <translation>&amp;Adressen hinzufügen …</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
@@ -275,8 +340,18 @@
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
+            <source>Add &amp;from Clipboard</source>
+            <translation>Aus &amp;Zwischenablage hinzufügen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
             <source>C&amp;lear</source>
             <translation>Aufrä&amp;umen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>Change Address...</source>
+            <translation>Adresse ändern …</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
@@ -292,6 +367,16 @@
             <location filename="../../src/app/commands/command.cpp" />
             <source>D&amp;eselect All</source>
             <translation>A&amp;uswahl aufheben</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>D&amp;etails</source>
+            <translation>D&amp;etails</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
+            <source>Details Besi&amp;de the List</source>
+            <translation>Details ne&amp;ben der Liste</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
@@ -320,13 +405,13 @@
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
-            <source>Open &amp;URLs...</source>
-            <translation>&amp;URLs öffnen …</translation>
+            <source>Open Fol&amp;der...</source>
+            <translation>&amp;Ordner öffnen …</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
-            <source>Open Fol&amp;der...</source>
-            <translation>&amp;Ordner öffnen …</translation>
+            <source>Open in Browser</source>
+            <translation>Im Browser öffnen</translation>
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
@@ -450,26 +535,6 @@
         </message>
         <message>
             <location filename="../../src/app/commands/context_menu.cpp" />
-            <source>Open</source>
-            <translation>Öffnen</translation>
-        </message>
-        <message>
-            <location filename="../../src/app/commands/context_menu.cpp" />
-            <source>Open Original URL</source>
-            <translation>Ursprüngliche URL öffnen</translation>
-        </message>
-        <message>
-            <location filename="../../src/app/commands/context_menu.cpp" />
-            <source>Open URL</source>
-            <translation>URL öffnen</translation>
-        </message>
-        <message>
-            <location filename="../../src/app/commands/context_menu.cpp" />
-            <source>Open URLs</source>
-            <translation>URLs öffnen</translation>
-        </message>
-        <message>
-            <location filename="../../src/app/commands/context_menu.cpp" />
             <source>Pause Download</source>
             <translation>Download anhalten</translation>
         </message>
@@ -530,11 +595,6 @@
         </message>
         <message>
             <location filename="../../src/app/commands/folder_items.cpp" />
-            <source>Cancel</source>
-            <translation>Abbrechen</translation>
-        </message>
-        <message>
-            <location filename="../../src/app/commands/folder_items.cpp" />
             <source>Edit...</source>
             <translation>Bearbeiten …</translation>
         </message>
@@ -557,6 +617,161 @@
             <location filename="../../src/app/commands/open_with.cpp" />
             <source>Open with</source>
             <translation>Öffnen mit</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/attempt_log.cpp" />
+            <source>Aborted</source>
+            <translation>Fehlgeschlagen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/attempt_log.cpp" />
+            <source>Address changed</source>
+            <translation>Adresse geändert</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/attempt_log.cpp" />
+            <source>Had to begin anew</source>
+            <translation>Musste von vorn beginnen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/attempt_log.cpp" />
+            <source>The server had no place for it</source>
+            <translation>Der Server hatte keinen Platz dafür</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/attempt_log.cpp" />
+            <source>Tried again</source>
+            <translation>Erneut versucht</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>%@ (%@ bytes)</source>
+            <translation>%@ (%@ Bytes)</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Added</source>
+            <translation>Hinzugefügt</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Address</source>
+            <translation>Adresse</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Addresses</source>
+            <translation>Adressen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Arrived</source>
+            <translation>Da</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>At %@</source>
+            <translation>Am %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Changed on the server</source>
+            <translation>Auf dem Server geändert</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Changes of the file are noticed</source>
+            <translation>Änderungen der Datei fallen auf</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Checksum of the file</source>
+            <translation>Prüfsumme der Datei</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Coding</source>
+            <translation>Kodierung</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Completed</source>
+            <translation>Vollständig</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Date of the version</source>
+            <translation>Datum der Fassung</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Entity tag</source>
+            <translation>Kennung der Fassung</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Expected checksum</source>
+            <translation>Erwartete Prüfsumme</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>File</source>
+            <translation>Datei</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Found on</source>
+            <translation>Gefunden auf</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Goes to</source>
+            <translation>Kommt nach</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Hidden while downloading in private</source>
+            <translation>Beim privaten Laden verborgen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Name</source>
+            <translation>Name</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Partial file</source>
+            <translation>Teildatei</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Ranges</source>
+            <translation>Teile</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Redirected to</source>
+            <translation>Umgeleitet nach</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Size</source>
+            <translation>Größe</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>State</source>
+            <translation>Zustand</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>The server sends the file only as a whole</source>
+            <translation>Der Server schickt die Datei nur im Ganzen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Type</source>
+            <translation>Typ</translation>
         </message>
         <message>
             <location filename="../../src/app/failures/failure_sentence.cpp" />
@@ -1185,11 +1400,6 @@ Möchten Sie jetzt wirklich beenden?</translation>
         </message>
         <message>
             <location filename="../../src/app/rows/status_text.cpp" />
-            <source>Aborted</source>
-            <translation>Abgebrochen</translation>
-        </message>
-        <message>
-            <location filename="../../src/app/rows/status_text.cpp" />
             <source>Complete</source>
             <translation>Fertig</translation>
         </message>
@@ -1570,12 +1780,12 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         <message>
             <location filename="../../src/scripting/hand_overs/renewal.cpp" />
             <source>Begin Anew</source>
-            <translation>Neu beginnen</translation>
+            <translation>Von vorn beginnen</translation>
         </message>
         <message>
             <location filename="../../src/scripting/hand_overs/renewal.cpp" />
             <source>Go On</source>
-            <translation>Weitermachen</translation>
+            <translation>Weiterladen</translation>
         </message>
         <message>
             <location filename="../../src/scripting/hand_overs/renewal.cpp" />
@@ -1698,6 +1908,41 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>Auf \u müssen vier hexadezimale Ziffern folgen.</translation>
         </message>
         <message>
+            <location filename="../../src/ui/addresses/address_panel.cpp" />
+            <source>%@ have come already. The address is asked first whether it has the same file.</source>
+            <translation>%@ sind schon da. Die Adresse wird zuerst gefragt, ob sie dieselbe Datei hat.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/addresses/address_panel.cpp" />
+            <source>Asking %1...</source>
+            <translation>Frage bei %1 …</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/addresses/address_panel.cpp" />
+            <source>Change Address</source>
+            <translation>Adresse ändern</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/addresses/address_panel.cpp" />
+            <source>New address</source>
+            <translation>Neue Adresse</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/addresses/address_panel.cpp" />
+            <source>New address of “%@”:</source>
+            <translation>Neue Adresse von „%@“:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/addresses/address_panel.cpp" />
+            <source>This is no address of the web.</source>
+            <translation>Das ist keine Web-Adresse.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/addresses/address_panel.cpp" />
+            <source>Use It Anyway</source>
+            <translation>Trotzdem verwenden</translation>
+        </message>
+        <message>
             <location filename="../../src/ui/authentication/authentication_panel.cpp" />
             <source>&amp;Domain:</source>
             <translation>&amp;Domäne:</translation>
@@ -1818,6 +2063,101 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>Warteschlange umo&amp;rdnen nach</translation>
         </message>
         <message>
+            <location filename="../../src/ui/details/connections_model.cpp" />
+            <source>Part</source>
+            <translation>Teil</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/details/connections_model.cpp" />
+            <source>Speed</source>
+            <translation>Geschwindigkeit</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/details/connections_model.cpp" />
+            <source>from %1</source>
+            <translation>ab %1</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/details/connections_model.cpp" />
+            <source>the whole file</source>
+            <translation>die ganze Datei</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/details/details_pane.cpp" />
+            <source>%1 downloads are selected.</source>
+            <translation>%1 Downloads sind ausgewählt.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/details/details_pane.cpp" />
+            <source>Checksum...</source>
+            <translation>Prüfsumme …</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/details/details_pane.cpp" />
+            <source>Close Details</source>
+            <translation>Details schließen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/details/details_pane.cpp" />
+            <source>Connections</source>
+            <translation>Verbindungen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/details/details_pane.cpp" />
+            <source>Copy Address</source>
+            <translation>Adresse kopieren</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/details/details_pane.cpp" />
+            <source>Details</source>
+            <translation>Details</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/details/details_pane.cpp" />
+            <source>Facts</source>
+            <translation>Angaben</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/details/details_pane.cpp" />
+            <source>Select a download to see what is known of it.</source>
+            <translation>Wählen Sie einen Download, um zu sehen, was über ihn bekannt ist.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/details/facts_model.cpp" />
+            <source>How it stands</source>
+            <translation>Angabe</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/details/facts_model.cpp" />
+            <source>What</source>
+            <translation>Was</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/details/speed_curve.cpp" />
+            <source>%1 minutes ago</source>
+            <translation>vor %1 Minuten</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/details/speed_curve.cpp" />
+            <source>%1 now, %2 at most</source>
+            <translation>%1 jetzt, höchstens %2</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/details/speed_curve.cpp" />
+            <source>Nothing has come in the last minutes</source>
+            <translation>In den letzten Minuten kam nichts</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/details/speed_curve.cpp" />
+            <source>Speed over the last minutes</source>
+            <translation>Geschwindigkeit der letzten Minuten</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/details/speed_curve.cpp" />
+            <source>now</source>
+            <translation>jetzt</translation>
+        </message>
+        <message>
             <location filename="../../src/ui/help/about_panel.cpp" />
             <source>A download manager for the desktop.</source>
             <translation>Ein Download-Manager für den Desktop.</translation>
@@ -1904,11 +2244,6 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/history/history_search.cpp" />
-            <source>Name</source>
-            <translation>Name</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/history/history_search.cpp" />
             <source>Search:</source>
             <translation>Suchen:</translation>
         </message>
@@ -1924,7 +2259,7 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/list/empty_list_offers.cpp" />
-            <source>Add Addresses…</source>
+            <source>Add Addresses...</source>
             <translation>Adressen hinzufügen …</translation>
         </message>
         <message>
@@ -2881,11 +3216,6 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
         </message>
         <message>
             <location filename="../../src/ui/settings/settings_window.cpp" />
-            <source>Speed</source>
-            <translation>Geschwindigkeit</translation>
-        </message>
-        <message>
-            <location filename="../../src/ui/settings/settings_window.cpp" />
             <source>Updates</source>
             <translation>Aktualisierungen</translation>
         </message>
@@ -2911,8 +3241,8 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
         </message>
         <message>
             <location filename="../../src/ui/settings/speed_section.cpp" />
-            <source>&amp;Try failed downloads again</source>
-            <translation>&amp;Fehlgeschlagene erneut versuchen</translation>
+            <source>&amp;Try interrupted downloads again</source>
+            <translation>&amp;Unterbrochene erneut versuchen</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/speed_section.cpp" />
@@ -2948,6 +3278,11 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
             <location filename="../../src/ui/settings/speed_section.cpp" />
             <source>L&amp;imit:</source>
             <translation>&amp;Limit:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/speed_section.cpp" />
+            <source>Of several that stop within seconds, one; the others wait for you.</source>
+            <translation>Von mehreren, die binnen Sekunden abbrechen, einen; die anderen warten auf Sie.</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/speed_section.cpp" />
@@ -3026,6 +3361,16 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
         </message>
         <message>
             <location filename="../../src/ui/toolbar/toolbar.cpp" />
+            <source>Pause what runs (%1)</source>
+            <translation>Laufendes anhalten (%1)</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/toolbar/toolbar.cpp" />
+            <source>Pause what waits; with Shift, what runs as well (%1)</source>
+            <translation>Wartendes anhalten; mit Umschalt auch Laufendes (%1)</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/toolbar/toolbar.cpp" />
             <source>Toolbar</source>
             <translation>Symbolleiste</translation>
         </message>
@@ -3061,7 +3406,7 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
         </message>
         <message>
             <location filename="../../src/ui/toolbar/toolbar_layout.cpp" />
-            <source>Add from Pasteboard</source>
+            <source>Add from Clipboard</source>
             <translation>Aus Zwischenablage hinzufügen</translation>
         </message>
         <message>
@@ -3176,8 +3521,8 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
         </message>
         <message>
             <location filename="../../src/ui/window/url_panel.cpp" />
-            <source>Addresses</source>
-            <translation>Adressen</translation>
+            <source>Add Addresses</source>
+            <translation>Adressen hinzufügen</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/url_panel.cpp" />

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <chrono>
 #include <thread>
+#include <utility>
 
 #include "app/authentication/http_authentication_manager.h"
 #include "app/folders/security_scoped_bookmark_manager.h"
@@ -235,7 +236,8 @@ Application::Application(Invocation invocation) : invocation_(std::move(invocati
 Application::~Application() = default;
 
 Application::Start Application::start(const FrontEnd& frontEnd, const ShowWindows& showWindows) {
-    const LaunchItems items = launchItems(invocation_.items);
+    // A list of addresses may be large, and nobody needs it once it is opened.
+    const LaunchItems items = launchItems(std::exchange(invocation_.items, {}));
     const Start start = claimOrHandOver(items);
     return start.outcome == Start::Outcome::Started ? run(frontEnd, showWindows, items) : start;
 }

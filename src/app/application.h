@@ -77,7 +77,7 @@ private:
     void receive(const Handover& handover, const Saved& saved);
     void open(const LaunchItems& items);
 
-    const Invocation invocation_;
+    Invocation invocation_;
     InstanceLock lock_;
     std::function<void(const QString&)> activate_;
     bool haveDisksAnswered_ = true;

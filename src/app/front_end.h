@@ -37,6 +37,7 @@ struct Alert {
         QueueNotSaved,
         UnfamiliarTarget,
         LargeSeries,
+        OpenMany,
     };
     Kind kind;
     QString title, text;

@@ -34,6 +34,16 @@ inline const Setting<QStringList> preferencesToolbar{
     false,
     "The sections in the toolbar of the settings; absent: all but \"Experimental\"."};
 
+inline const Setting<bool> detailsPane{u"Details Pane", false, false,
+                                       "The window shows the details of the selected download."};
+inline const Setting<bool> detailsPaneBeside{
+    u"Details Pane: Beside", false, false,
+    "The details stand beside the list instead of below it."};
+inline const Setting<qint64> detailsPaneHeight{
+    u"Details Pane: Height", 220, false, "In pixels, below the list.", {.lowest = 1}};
+inline const Setting<qint64> detailsPaneWidth{
+    u"Details Pane: Width", 340, false, "In pixels, beside the list.", {.lowest = 1}};
+
 // Toolkit.
 inline const Setting<bool> flatUserInterfaceDrawing{
     u"DQFlatUserInterfaceDrawing", true, true,

@@ -152,7 +152,7 @@ TEST_F(CommandsTest, OffersForOneDownloadWhatItsStatusAllows) {
     add({u"a"_s, u"b"_s});
     const auto only = [this] { return Downloads{download(u"a"_s)}; };
     const QString address = u'(' + Core::address(u"a"_s) + u')';
-    const QStringList end{u"Open URL"_s, u"Copy URL"_s, address, u"Debug Logging"_s, u"-"_s};
+    const QStringList end{u"Open in Browser"_s, u"Copy URL"_s, address, u"Debug Logging"_s, u"-"_s};
 
     EXPECT_EQ(
         leadingLines(only()),

@@ -156,7 +156,7 @@ class WholeUseTest(WindowTest):
 
     def enter_addresses(self):
         self.desktop.key("ctrl+n")
-        panel = self.desktop.wait_for("dialog", "Open URLs")
+        panel = self.desktop.wait_for("dialog", "Add Addresses")
         self.desktop.key("ctrl+a")
         self.desktop.type(self.server.url("/status/404"))
         self.desktop.key("Return")

@@ -5,6 +5,7 @@
 #include "app/commands/command.h"
 #include "app/queue/download_order.h"
 #include "app/rows/row_actions.h"
+#include "app/rows/rows.h"
 #include "engine/queue/download_queue.h"
 #include "links/text/localization.h"
 
@@ -33,6 +34,15 @@ Alert cancelAlert(std::size_t count) {
             u"Cancel downloads"_s, u"Keep downloading"_s};
 }
 
+bool mayOpen(std::size_t count, Questions& questions, const char* title, const char* text) {
+    constexpr std::size_t mostUnasked = 10;
+    return count <= mostUnasked ||
+           questions.confirm(
+               {Alert::Kind::OpenMany,
+                links::filledFormat(links::localized(title), {QString::number(count)}),
+                QString::fromUtf8(text), u"Open"_s, u"Cancel"_s, true});
+}
+
 }  // namespace
 
 void queuePaused(engine::DownloadQueue& queue, const Downloads& downloads) {
@@ -53,9 +63,24 @@ void togglePause(engine::DownloadQueue& queue, const Downloads& downloads) {
     }
 }
 
-void open(const RowActions& actions, const Downloads& downloads) {
+bool mayOpenFiles(std::size_t count, Questions& questions) {
+    return mayOpen(count, questions, links::translatable("Open %@ files?"),
+                   links::translatable("Each of them opens in its application."));
+}
+
+void open(const RowActions& actions, const Downloads& downloads, Questions& questions) {
+    if (!mayOpenFiles(downloads.size(), questions)) {
+        return;
+    }
     for (const engine::DownloadPtr& download : downloads) {
         actions.open(*download);
+    }
+}
+
+void openOriginalURLs(Rows& rows, const Downloads& downloads, Questions& questions) {
+    if (mayOpen(downloads.size(), questions, links::translatable("Open %@ addresses?"),
+                links::translatable("Each of them opens in a page of its own."))) {
+        rows.openOriginalURLs(downloads);
     }
 }
 

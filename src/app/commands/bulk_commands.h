@@ -8,13 +8,19 @@
 namespace app {
 
 class RowActions;
+class Rows;
 
 /// Starts those that are paused.
 void queuePaused(engine::DownloadQueue& queue, const Downloads& downloads);
 void pauseDownloads(engine::DownloadQueue& queue, const Downloads& downloads);
 /// Pauses what is active, or else starts what is paused.
 void togglePause(engine::DownloadQueue& queue, const Downloads& downloads);
-void open(const RowActions& actions, const Downloads& downloads);
+/// Above ten the user is asked. False: he would rather not.
+[[nodiscard]] bool mayOpenFiles(std::size_t count, Questions& questions);
+/// Their files, each in its application, if they may be opened.
+void open(const RowActions& actions, const Downloads& downloads, Questions& questions);
+/// The same with their addresses, each in the browser.
+void openOriginalURLs(Rows& rows, const Downloads& downloads, Questions& questions);
 /// For good, with their partial files; what the user removes is withdrawn.
 void remove(engine::DownloadQueue& queue, const Downloads& downloads);
 /// The user can have them back.

@@ -12,11 +12,11 @@ using links::translatable;
 
 /// A line without a title separates those above it from those below.
 constexpr CommandDescription descriptions[] = {
-    {Command::OpenURL, 0, "openURL", translatable("Open &URLs..."), "Ctrl+N"},
+    {Command::OpenURL, 0, "openURL", translatable("&Add Addresses..."), "Ctrl+N"},
     {Command::OpenFile, 0, "openFile", translatable("&Open..."), "Ctrl+O"},
     {Command::OpenFolder, 0, "openFolder", translatable("Open Fol&der..."), "Ctrl+Shift+O"},
     {Command::OpenURLFromPasteboard, 0, "openURLFromPasteboard",
-     translatable("&Add from Pasteboard"), ""},
+     translatable("Add &from Clipboard"), ""},
     {Command::StopIntake, 0, "stopIntake", translatable("S&top Adding"), ""},
 
     {Command::Undo, 0, "undo", translatable("&Undo"), "Ctrl+Z"},
@@ -48,6 +48,10 @@ constexpr CommandDescription descriptions[] = {
     {Command::ChangeProgressBarStyle, 3, "changeProgressBarStyle", translatable("&Divider Line"),
      ""},
 
+    {Command::ToggleDetails, 0, "toggleDetails", translatable("D&etails"), "Ctrl+I"},
+    {Command::ToggleDetailsBeside, 0, "toggleDetailsBeside",
+     translatable("Details Besi&de the List"), ""},
+
     {Command::TogglePause, 0, "togglePause", translatable("S&tart/Pause"), "Ctrl+Space"},
     {Command::QueuePaused, 0, "queuePaused", translatable("&Start Paused"), "Ctrl+R"},
     {Command::PauseQueued, 0, "pauseQueued", translatable("Pause &Waiting"), ""},
@@ -57,6 +61,8 @@ constexpr CommandDescription descriptions[] = {
     {Command::Remove, 0, "remove", translatable("&Remove"), "Del"},
     {Command::Clear, 0, "clear", translatable("C&lear"), "Ctrl+K"},
     {Command::Verify, 0, "verify", translatable("&Verify..."), ""},
+    {Command::ChangeAddress, 0, "changeAddress", translatable("Change Address..."), ""},
+    {Command::OpenInBrowser, 0, "openInBrowser", translatable("Open in Browser"), ""},
 
     {Command::Rearrange, 0, "rearrange", translatable("&Date Added"), ""},
     {Command::Rearrange, 1, "rearrange", translatable("&Name"), ""},

@@ -29,6 +29,8 @@ enum class Command {
     ToggleLocationKeyDisplayNames,
     TogglePrivateDownloading,
     ChangeProgressBarStyle,  ///< Tag: the style.
+    ToggleDetails,
+    ToggleDetailsBeside,
 
     // Downloads: those selected, or else all shown.
     TogglePause,
@@ -39,7 +41,9 @@ enum class Command {
     CancelAll,  ///< Tag: 1 or above asks first.
     Remove,     ///< Those selected only.
     Clear,
-    Verify,  ///< The one selected.
+    Verify,         ///< The one selected.
+    ChangeAddress,  ///< Of the one selected.
+    OpenInBrowser,  ///< The addresses of those selected.
 
     // The queue's order.
     Rearrange,  ///< Tag: as for `DQMainController::rearrange`.

@@ -1,6 +1,7 @@
 #include "app/commands/commands.h"
 
 #include "app/commands/core_commands.h"
+#include "app/main_controller.h"
 
 namespace app {
 
@@ -12,6 +13,29 @@ Commands::Commands(const Surroundings& surroundings) : surroundings_(surrounding
 
 void Commands::provide(Command command, Behaviour behaviour) {
     behaviours_.insert_or_assign(command, std::move(behaviour));
+}
+
+void Commands::provideForRow(Command command, const RowBehaviour& behaviour) {
+    DQMainController& controller = surroundings_.controller;
+    const auto single = [&controller]() -> engine::DownloadPtr {
+        const Downloads selected = controller.selectedDownloads();
+        return selected.size() == 1 ? selected.front() : nullptr;
+    };
+    rowBehaviours_[command] = behaviour;
+    provide(command, {[single, behaviour](qint64) {
+                          if (const auto download = single()) {
+                              behaviour.perform(download);
+                          }
+                      },
+                      [single, behaviour](qint64) -> CommandState {
+                          const auto download = single();
+                          return {download && behaviour.isPossible(*download), {}, {}};
+                      }});
+}
+
+const Commands::RowBehaviour* Commands::rowBehaviour(Command command) const {
+    const auto found = rowBehaviours_.find(command);
+    return found == rowBehaviours_.end() ? nullptr : &found->second;
 }
 
 bool Commands::isOffered(Command command) const {

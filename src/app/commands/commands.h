@@ -6,6 +6,7 @@
 
 #include "app/commands/command.h"
 #include "app/front_end.h"
+#include "engine/lifecycle/download.h"
 
 namespace platform {
 class UserDefaults;
@@ -31,9 +32,19 @@ public:
         std::function<CommandState(qint64 tag)> state;
     };
 
+    /// About one download.
+    struct RowBehaviour {
+        std::function<bool(const engine::DQDownload&)> isPossible;
+        std::function<void(const engine::DownloadPtr&)> perform;
+    };
+
     explicit Commands(const Surroundings& surroundings);
 
     void provide(Command command, Behaviour behaviour);
+    /// For the row that a menu is about, and else for the one that is selected alone.
+    void provideForRow(Command command, const RowBehaviour& behaviour);
+    /// Null: it is not offered for single rows.
+    [[nodiscard]] const RowBehaviour* rowBehaviour(Command command) const;
     [[nodiscard]] bool isOffered(Command command) const;
     [[nodiscard]] CommandState state(Command command, qint64 tag = 0) const;
     /// Beeps if it is not enabled.
@@ -47,6 +58,7 @@ public:
 private:
     Surroundings surroundings_;
     std::map<Command, Behaviour> behaviours_;
+    std::map<Command, RowBehaviour> rowBehaviours_;
 };
 
 }  // namespace app

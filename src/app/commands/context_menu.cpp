@@ -77,8 +77,8 @@ private:
         add(localized("Remove"),
             [&queue = queue_, downloads = downloads_] { withdraw(queue, downloads); });
         menu_.push_back(separator());
-        add(localized("Open URLs"), [&rows = around_.controller.rows(), downloads = downloads_] {
-            rows.openOriginalURLs(downloads);
+        add(localized("Open in Browser"), [around = around_, downloads = downloads_] {
+            openOriginalURLs(around.controller.rows(), downloads, around.frontEnd.questions);
         });
         add(localized("Copy URLs"), [downloads = downloads_, around = around_] {
             copyOriginalURLs(downloads, around.frontEnd);
@@ -119,12 +119,8 @@ private:
         if (download->status() == engine::DQDownloadStatusAborted || download->isInterrupted()) {
             addPage(download);
         }
-        if (commands_.isOffered(Command::Verify)) {
-            menu_.push_back(commandItem(commands_, Command::Verify));
-            menu_.push_back(separator());
-        }
-        add(fileExists ? localized("Open Original URL") : localized("Open URL"), download,
-            &RowActions::openOriginalURL);
+        addRowCommands(download, {Command::Verify, Command::ChangeAddress});
+        add(localized("Open in Browser"), download, &RowActions::openOriginalURL);
         add(fileExists ? localized("Copy Original URL") : localized("Copy URL"), download,
             &RowActions::copyOriginalURL);
         menu_.push_back(note(download->originalURLString()));
@@ -170,6 +166,21 @@ private:
         }
     }
 
+    /// Those that somebody has for single rows.
+    void addRowCommands(const engine::DownloadPtr& download,
+                        std::initializer_list<Command> commands) {
+        const std::size_t before = menu_.size();
+        for (const Command command : commands) {
+            if (const auto* behaviour = commands_.rowBehaviour(command)) {
+                add(commandTitle(command), [behaviour, download] { behaviour->perform(download); });
+                menu_.back().state.isEnabled = behaviour->isPossible(*download);
+            }
+        }
+        if (menu_.size() > before) {
+            menu_.push_back(separator());
+        }
+    }
+
     void addFinished(const engine::DownloadPtr& download) {
         addOpenItems();
         add(localized("Show in Folder"), download, &RowActions::reveal);
@@ -210,13 +221,19 @@ private:
             }
             paths.append(download->path());
         }
-        add(localized("Open"),
-            [actions = actions_, downloads = downloads_] { open(actions, downloads); });
-        appendOpenWith(menu_, paths, [actions = actions_, paths](const QString& identifier) {
-            for (const QString& path : paths) {
-                actions.openWithApplication(path, identifier);
-            }
+        add(localized("Open"), [actions = actions_, downloads = downloads_, around = around_] {
+            open(actions, downloads, around.frontEnd.questions);
         });
+        appendOpenWith(menu_, paths,
+                       [actions = actions_, paths, around = around_](const QString& identifier) {
+                           if (!mayOpenFiles(static_cast<std::size_t>(paths.size()),
+                                             around.frontEnd.questions)) {
+                               return;
+                           }
+                           for (const QString& path : paths) {
+                               actions.openWithApplication(path, identifier);
+                           }
+                       });
     }
 
     void addCommonEnd() {

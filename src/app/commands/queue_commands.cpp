@@ -58,13 +58,27 @@ void provideContextCommands(Commands& commands) {
                      {},
                      {}};
          }});
-    commands.provide(Command::Remove, {[&controller, &questions](qint64) {
-                                           cancel(controller.queue(),
-                                                  controller.selectedDownloads(), false, questions);
-                                       },
-                                       [&controller](qint64) -> CommandState {
-                                           return {!controller.selectedDownloads().empty(), {}, {}};
-                                       }});
+}
+
+/// On the selected rows only: on all that are shown nobody means it.
+template <typename Operation>
+Commands::Behaviour onSelected(DQMainController& controller, Operation operation) {
+    return {[&controller, operation](qint64) { operation(controller.selectedDownloads()); },
+            [&controller](qint64) -> CommandState {
+                return {!controller.selectedDownloads().empty(), {}, {}};
+            }};
+}
+
+void provideSelectionCommands(Commands& commands) {
+    DQMainController& controller = commands.surroundings().controller;
+    Questions& questions = commands.surroundings().frontEnd.questions;
+    commands.provide(Command::Remove, onSelected(controller, [&](const Downloads& downloads) {
+                         cancel(controller.queue(), downloads, false, questions);
+                     }));
+    commands.provide(Command::OpenInBrowser,
+                     onSelected(controller, [&](const Downloads& downloads) {
+                         openOriginalURLs(controller.rows(), downloads, questions);
+                     }));
 }
 
 void provideOrderCommands(Commands& commands) {
@@ -98,6 +112,7 @@ void provideOrderCommands(Commands& commands) {
 
 void provideQueueCommands(Commands& commands) {
     provideContextCommands(commands);
+    provideSelectionCommands(commands);
     provideOrderCommands(commands);
     DQMainController& controller = commands.surroundings().controller;
     Toggles& toggles = controller.automation().toggles();

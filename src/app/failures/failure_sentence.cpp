@@ -208,7 +208,7 @@ QString refusalSentence(const engine::DQDownload& download) {
 QString failureSentence(engine::DQDownload& download) {
     if (download.isWrongFile())
         return wrongFileSentence(download);
-    const auto& error = download.lastError();
+    const Error* const error = download.lastError();
     if (!error)
         return {};
     const Error* found = nullptr;

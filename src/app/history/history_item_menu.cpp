@@ -40,7 +40,7 @@ public:
     }
 
     void addAddressItems(const QString& url) {
-        add("Open Original URL", &HistoryActions::openOriginalURL, url);
+        add("Open in Browser", &HistoryActions::openOriginalURL, url);
         add("Copy Original URL", &HistoryActions::copyOriginalURL, url);
         menu_.push_back(note(url));
         menu_.push_back(separator());

@@ -58,7 +58,6 @@ Alert quitAlert() {
 /// what has changed is made anew.
 struct QueueArchive::Cached {
     quint64 revision = 0;
-    QString url;
     QByteArray element;
     QVariant parts;  ///< The workers that it names.
     bool paused = false;
@@ -224,14 +223,12 @@ QByteArray QueueArchive::elementOf(engine::DQDownload& download, bool paused) {
     const auto isCurrent = [&] {
         return !cached.element.isEmpty() && cached.paused == paused &&
                cached.storesMetadata == storesMetadata && cached.isPrivate == isPrivate &&
-               cached.revision == download.userSettings().revision() &&
-               cached.url == download.URLString();
+               cached.revision == download.userSettings().revision();
     };
     if (!isCurrent()) {
         const QVariantMap archive =
             download.userSettingsArchiveWithPausedStatus(paused, storesMetadata);
         cached = {download.userSettings().revision(),
-                  download.URLString(),
                   archive.isEmpty() ? QByteArray() : platform::propertyListElement(archive),
                   archive.value(engine::keys::accelerationWorkers),
                   paused,

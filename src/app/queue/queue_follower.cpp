@@ -64,9 +64,7 @@ void QueueFollower::statusDidChange(const engine::StatusChange& change) {
     if (change.after == engine::DQDownloadStatusQueued) {
         around_.batch.invalidateLongTermNumberOfQueuedOrDownloadingDownloads();
     }
-    if (change.cause == StatusCause::PutOff) {
-        around_.rows.noteRefusal();
-    }
+    around_.rows.note(change);
     if (change.cause == StatusCause::PausedByUser ||
         (change.cause == StatusCause::Removed && wasActive)) {
         around_.batch.decrementLongTermNumberOfQueuedOrDownloadingDownloads();
@@ -95,6 +93,7 @@ void QueueFollower::downloadDidChange(engine::DQDownload& download) {
             interrupted_.erase(&download);
         }
         around_.archive.writeIfBegun(download);
+        around_.rows.noteProgress(download);
     }
     Q_EMIT around_.controller.downloadChanged(kept);
     if (around_.queue.isInBatch()) {
@@ -109,7 +108,7 @@ void QueueFollower::downloadDidChange(engine::DQDownload& download) {
 
 /// Once, until something of the file has come again: what is resumed by itself may fail many times.
 void QueueFollower::notifyInterruption(engine::DQDownload& download) {
-    const auto& error = download.lastError();
+    const platform::Error* const error = download.lastError();
     if (!error || !interrupted_.insert(&download).second) {
         return;
     }

@@ -66,9 +66,7 @@ bool QueueView::reflectChange(const engine::DQDownload& download) {
         hiddenOneMatches_ = hiddenOneMatches_ || matchesFilter(download);
         return false;
     }
-    if (form_.criterion > 0) {
-        entry.key.update(download, form_.criterion);
-    }
+    updateKey(entry, download);
     if (!hiddenOneMatches_ && matchesFilter(download) && isInPlace(entry)) {
         return false;
     }
@@ -107,11 +105,20 @@ void QueueView::updateEntries() {
                                      : entries.insert(std::move(known)).position->second;
         entry.queueIndex = index++;
         entry.row = -1;
-        if (form_.criterion > 0) {
-            entry.key.update(*download, form_.criterion);
-        }
+        updateKey(entry, *download);
     }
     entries_.swap(entries);
+}
+
+void QueueView::updateKey(Entry& entry, const engine::DQDownload& download) const {
+    if (form_.criterion <= 0) {
+        entry.key.reset();
+        return;
+    }
+    if (!entry.key) {
+        entry.key = std::make_unique<SortKey>();
+    }
+    entry.key->update(download, form_.criterion);
 }
 
 Downloads QueueView::sorted() const {
@@ -123,7 +130,7 @@ Downloads QueueView::sorted() const {
             order.emplace_back(&entries_.find(download.get())->second, &download);
         }
         mergeSort(order, [this](const auto& a, const auto& b) {
-            return SortKey::compare(a.first->key, b.first->key, form_.criterion).order < 0;
+            return SortKey::compare(*a.first->key, *b.first->key, form_.criterion).order < 0;
         });
         std::transform(order.begin(), order.end(), downloads.begin(),
                        [](const auto& element) { return *element.second; });
@@ -146,7 +153,7 @@ bool QueueView::matchesFilter(const engine::DQDownload& download) const {
 }
 
 bool QueueView::isAheadOf(const Entry& a, const Entry& b) const {
-    const int order = SortKey::compare(a.key, b.key, form_.criterion).order;
+    const int order = SortKey::compare(*a.key, *b.key, form_.criterion).order;
     return order < 0 || (order == 0 && a.queueIndex < b.queueIndex);
 }
 

@@ -43,7 +43,7 @@ public:
 
 private:
     struct Entry {
-        SortKey key;
+        std::unique_ptr<SortKey> key;  ///< Null while the order needs none.
         std::size_t queueIndex = 0;
         qsizetype row = -1;  ///< -1: hidden.
     };
@@ -62,6 +62,7 @@ private:
     [[nodiscard]] Downloads sorted() const;
     [[nodiscard]] Downloads filtered(const Downloads& downloads) const;
     [[nodiscard]] bool matchesFilter(const engine::DQDownload& download) const;
+    void updateKey(Entry& entry, const engine::DQDownload& download) const;
     [[nodiscard]] bool isAheadOf(const Entry& a, const Entry& b) const;
     [[nodiscard]] bool isInPlace(const Entry& entry) const;
 

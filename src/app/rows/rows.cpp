@@ -1,6 +1,7 @@
 #include "app/rows/rows.h"
 
 #include "app/settings.h"
+#include "engine/lifecycle/status_change.h"
 #include "platform/base/user_defaults.h"
 
 namespace app {
@@ -15,6 +16,7 @@ Rows::Rows(const Surroundings& surroundings)
                   surroundings.remove}),
       waits_(surroundings.queue.context().loop, surroundings.queue.admission(),
              [&list = surroundings.frontEnd.list] { list.setNeedsDisplay(); }),
+      queue_(surroundings.queue),
       defaults_(surroundings.queue.context().defaults),
       openings_(surroundings.queue.context().loop) {}
 
@@ -40,9 +42,23 @@ void Rows::openOriginalURLs(const engine::Downloads& downloads) {
     }
 }
 
+void Rows::note(const engine::StatusChange& change) {
+    // Its server has just had no place for it, and its row counts down from now on.
+    if (change.cause == engine::StatusCause::PutOff) {
+        waits_.start();
+    }
+    attempts_.note(change);
+    noteProgress(change.download);
+}
+
+void Rows::noteProgress(const engine::DQDownload& download) {
+    speeds_.note(download, queue_.context().monotonicNow());
+}
+
 void Rows::forget(const engine::DQDownload& download) {
     vanishing_.forget(download);
     presence_.forget(download);
+    speeds_.forget(download);
     if (pressed_ == &download) {
         pressed_ = nullptr;
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/details/attempt_log.h"
+#include "app/details/speed_history.h"
 #include "app/rows/file_presence.h"
 #include "app/rows/row_actions.h"
 #include "app/rows/row_vanishing.h"
@@ -38,8 +40,13 @@ public:
     /// One after the other, with the interval of the settings between two.
     void openOriginalURLs(const engine::Downloads& downloads);
 
-    /// A server has just had no place for a download, whose row counts down from now on.
-    void noteRefusal() { waits_.start(); }
+    /// How fast downloads came of late, and what has kept them from coming.
+    [[nodiscard]] const SpeedHistory& speeds() const { return speeds_; }
+    [[nodiscard]] AttemptLog& attempts() { return attempts_; }
+
+    void note(const engine::StatusChange& change);
+    /// It may have come further.
+    void noteProgress(const engine::DQDownload& download);
     /// The record has left the queue.
     void forget(const engine::DQDownload& download);
 
@@ -49,6 +56,9 @@ private:
     RowActions actions_;
     RowVanishing vanishing_;
     WaitTicker waits_;
+    SpeedHistory speeds_;
+    AttemptLog attempts_;
+    engine::DownloadQueue& queue_;
     const platform::UserDefaults& defaults_;
     platform::Timers openings_;
     const engine::DQDownload* pressed_ = nullptr;

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <csignal>
 #include <memory>
+#include <utility>
 
 #include "app/application.h"
 #include "app/intake/address_list.h"
@@ -72,12 +73,11 @@ bool skipsRedirectingServices(const CommandLine& line) {
 /// The core with a terminal for its front end, from its start to its end.
 class Run {
 public:
-    Run(const CommandLine& line, const OpenedItems& opened, Display& display,
-        const Accompany& accompany)
+    Run(const CommandLine& line, QStringList items, Display& display, const Accompany& accompany)
         : line_(line),
           display_(display),
           accompany_(accompany),
-          application_({line.settings, opened.items}) {}
+          application_({line.settings, std::move(items)}) {}
 
     [[nodiscard]] ProgramEnd toTheEnd() {
         const FrontEnd frontEnd{questions_, feedback_, presence_,
@@ -232,13 +232,14 @@ ProgramEnd runProgram(const QStringList& arguments, const QProcessEnvironment& e
                                 : line.problem);
         return {statusBadUsage};
     }
-    const QString list = line.items.contains(u"-"_s) ? listOnStandardInput() : QString();
-    const OpenedItems opened = openedItems(line.items, list, skipsRedirectingServices(line));
+    OpenedItems opened =
+        openedItems(line.items, line.items.contains(u"-"_s) ? listOnStandardInput() : QString(),
+                    skipsRedirectingServices(line));
     for (const QString& refusal : opened.refusals)
         display.tellProblem(refusal);
     if (!opened.refusals.isEmpty())
         return {statusBadUsage};
-    return Run(line, opened, display, accompany).toTheEnd();
+    return Run(line, std::move(opened.items), display, accompany).toTheEnd();
 }
 
 }  // namespace app::terminal

@@ -180,7 +180,7 @@ void DQDownload::stopTransfer() {
 
 void DQDownload::interruptUntilResumed(const platform::Error& error) {
     _isInterrupted = true;
-    lastError_ = error;
+    lastError_ = std::make_unique<platform::Error>(error);
     if (error.underlying)
         platform::log(error.text + u": "_s + error.underlying->text);
     stop(StatusCause::Interrupted);
@@ -455,9 +455,9 @@ void DQDownload::didFinishWithFile(const QString& path) {
 }
 
 void DQDownload::verificationFoundOtherFile() {
-    lastError_ =
+    lastError_ = std::make_unique<platform::Error>(
         makeWorkerError(WorkerErrorCode::WrongChecksum,
-                        u"%1 does not have the checksum that was expected"_s.arg(description()));
+                        u"%1 does not have the checksum that was expected"_s.arg(description())));
     platform::log(lastError_->text);
     abort();
 }

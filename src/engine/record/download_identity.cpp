@@ -63,15 +63,22 @@ void DownloadIdentity::setURL(const platform::Url& url) {
     _url = url;
     isDownloadPage_.reset();
     _queueRelevantHost = QString();
-    _locationKey = QString();
-    invalidateIconAndNameCache();
+    shown_.reset();
+    settings_.noteChangeBeside();
 }
 
 void DownloadIdentity::invalidateIconAndNameCache() {
-    _cachedName = QString();
-    _anonymizedName = QString();
-    _sortName = QString();
-    _icon = QString();
+    if (!shown_)
+        return;
+    Shown unnamed;
+    unnamed.locationKey = shown_->locationKey;
+    *shown_ = unnamed;
+}
+
+DownloadIdentity::Shown& DownloadIdentity::shown() const {
+    if (!shown_)
+        shown_ = std::make_unique<Shown>();
+    return *shown_;
 }
 
 bool DownloadIdentity::isDownloadPageURL() const {
@@ -122,8 +129,8 @@ QString DownloadIdentity::preservedName(const QString& name) const {
 }
 
 QString DownloadIdentity::name() const {
-    if (!_cachedName.isNull())
-        return _cachedName;
+    if (QString& known = shown().name; !known.isNull())
+        return known;
     QString result = settings_.string(keys::name);
     if (!result.isEmpty()) {
         if (const QString preserved = preservedName(result); !preserved.isEmpty())
@@ -133,8 +140,8 @@ QString DownloadIdentity::name() const {
         if (result.isEmpty())
             result = links::filename(_url, links::plusSignsInNames(context_.defaults));
     }
-    _cachedName = known(result);
-    return _cachedName;
+    shown().name = known(result);
+    return shown().name;
 }
 
 QString DownloadIdentity::displayName() const {
@@ -144,43 +151,46 @@ QString DownloadIdentity::displayName() const {
 }
 
 QString DownloadIdentity::anonymizedName() const {
-    if (_anonymizedName.isNull()) {
+    QString& anonymized = shown().anonymizedName;
+    if (anonymized.isNull()) {
         const QString hidden = links::anonymizedStringPreservingExtension(
             name(), context_.defaults.get(settings::privateDownloadingPreservesExtensions), true);
-        _anonymizedName = known(context_.defaults.get(settings::privateDownloadingAddsGenericPrefix)
-                                    ? links::filledFormat(links::localized("File \"%@\""), {hidden})
-                                    : hidden);
+        anonymized = known(context_.defaults.get(settings::privateDownloadingAddsGenericPrefix)
+                               ? links::filledFormat(links::localized("File \"%@\""), {hidden})
+                               : hidden);
     }
-    return _anonymizedName;
+    return anonymized;
 }
 
 QString DownloadIdentity::sortName() const {
-    if (_sortName.isNull())
-        _sortName = known(links::sortString(name()));
-    return _sortName;
+    QString& sorted = shown().sortName;
+    if (sorted.isNull())
+        sorted = known(links::sortString(name()));
+    return sorted;
 }
 
 QString DownloadIdentity::locationKey() const {
-    if (_locationKey.isNull()) {
+    QString& key = shown().locationKey;
+    if (key.isNull()) {
         const QString location = platform::abbreviateWithTilde(path());
         // It is shown and logged, where neither a password nor a token belongs.
         const QString address = (_url.hasUserInfo() ? _url.forTransfer() : _url).absoluteString();
-        _locationKey =
-            known(location.isEmpty() ? withoutPrefix(withoutPrefix(address, u"http://"), u"www.")
-                                     : location);
+        key = known(location.isEmpty() ? withoutPrefix(withoutPrefix(address, u"http://"), u"www.")
+                                       : location);
     }
-    return _locationKey;
+    return key;
 }
 
 std::optional<QString> DownloadIdentity::icon() const {
     if (context_.defaults.get(settings::privateDownloading) &&
         !context_.defaults.get(settings::privateDownloadingPreservesExtensions))
         return std::nullopt;
-    if (_icon.isNull()) {
+    QString& icon = shown().icon;
+    if (icon.isNull()) {
         const QString extension = links::pathExtension(links::cleanFilename(name()));
-        _icon = extension.isEmpty() ? pseudoExtension : extension;
+        icon = extension.isEmpty() ? pseudoExtension : extension;
     }
-    return _icon;
+    return icon;
 }
 
 QString DownloadIdentity::path() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <memory>
 #include <optional>
 
 #include "platform/net/url.h"
@@ -43,14 +44,19 @@ private:
     const Context& context_;
     UserSettings& settings_;
     platform::Url _url;
-    // Null: not worked out.
+    /// What is asked for those that are shown. Null texts: not worked out.
+    struct Shown {
+        QString locationKey;
+        QString name;
+        QString anonymizedName;
+        QString sortName;
+        QString icon;
+    };
+    [[nodiscard]] Shown& shown() const;
+
+    mutable std::unique_ptr<Shown> shown_;  ///< Null: nothing is worked out.
+    mutable QString _queueRelevantHost;     ///< The same.
     mutable std::optional<bool> isDownloadPage_;
-    mutable QString _queueRelevantHost;
-    mutable QString _locationKey;
-    mutable QString _cachedName;
-    mutable QString _anonymizedName;
-    mutable QString _sortName;
-    mutable QString _icon;
 };
 
 }  // namespace engine

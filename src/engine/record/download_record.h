@@ -109,8 +109,8 @@ public:
     [[nodiscard]] DQDownloadStatus status() const { return _status; }
     /// Stopped by a failure and not by the user.
     [[nodiscard]] bool isInterrupted() const { return _isInterrupted; }
-    /// Why the last transfer failed. Nothing: it did not, or another has begun.
-    [[nodiscard]] const std::optional<platform::Error>& lastError() const { return lastError_; }
+    /// Why the last transfer failed. Null: it did not, or another has begun.
+    [[nodiscard]] const platform::Error* lastError() const { return lastError_.get(); }
     [[nodiscard]] bool isBeingRemoved() const { return _isBeingRemoved; }
     /// Being removed, or gone from the queue, with all that has come of it: it may be wanted back.
     [[nodiscard]] bool isWithdrawn() const { return _isWithdrawn; }
@@ -129,7 +129,7 @@ protected:
     bool _isInterrupted = false;
     bool _isBeingRemoved = false;
     bool _isWithdrawn = false;
-    std::optional<platform::Error> lastError_;
+    std::unique_ptr<const platform::Error> lastError_;
     bool isDebugLogged_ = false;
 
 private:

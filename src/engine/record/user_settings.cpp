@@ -50,10 +50,12 @@ void UserSettings::set(const QString& key, const QVariant& newValue) {
         remove(key);
         return;
     }
-    if (QVariant* const known = find(key))
+    if (QVariant* const known = find(key)) {
         *known = newValue;
-    else
+    } else {
+        values_.reserve(values_.size() + 1);
         values_.emplace_back(key, newValue);
+    }
     didChange();
 }
 

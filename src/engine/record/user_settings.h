@@ -23,6 +23,9 @@ public:
     void set(const QString& key, const QVariant& newValue);
     void remove(const QString& key);
 
+    /// Something else that the archive holds is another one now.
+    void noteChangeBeside() { didChange(); }
+
     /// A number that no other content of any settings has had, so that what was made from them
     /// can be kept while it stays the same.
     [[nodiscard]] quint64 revision() const { return revision_; }

@@ -167,7 +167,9 @@ bool ResponseReader::willRedirect() {
 
 qsizetype ResponseReader::readLength() const {
     const std::uint64_t length = parts_.state.contentLength;
-    const qsizetype wanted = length > largeRead    ? largeRead
+    // What has no length may be as long as any; it is gathered by the stream.
+    const qsizetype wanted = length == 0           ? largeRead
+                             : length > largeRead  ? largeRead
                              : length > mediumRead ? mediumRead
                                                    : smallRead;
     return parts_.shared.bandwidth.readLength(

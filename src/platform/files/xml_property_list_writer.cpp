@@ -223,6 +223,7 @@ QByteArray propertyListElement(const QVariant& value) {
 }
 
 std::vector<QByteArray> propertyListOfElements(std::vector<QByteArray> elements) {
+    elements.reserve(elements.size() + 2);
     elements.insert(elements.begin(), QByteArray(documentHead) + "<array>\n");
     elements.push_back(QByteArray("</array>\n") + documentTail);
     return elements;

@@ -82,6 +82,9 @@ void MainMenu::addViewMenu() {
     actions_.addTo(*menu, Command::ToggleLocationKeyDisplayNames);
     actions_.addTo(*menu, Command::TogglePrivateDownloading);
     menu->addSeparator();
+    actions_.addTo(*menu, Command::ToggleDetails);
+    actions_.addTo(*menu, Command::ToggleDetailsBeside);
+    menu->addSeparator();
     actions_.addTo(*menu, Command::CustomizeToolbar);
     actions_.addTo(*menu, Command::FullScreen);
 }
@@ -97,6 +100,8 @@ void MainMenu::addQueueMenu() {
     actions_.addTo(*menu, Command::Clear);
     menu->addSeparator();
     actions_.addTo(*menu, Command::Verify);
+    actions_.addTo(*menu, Command::ChangeAddress);
+    actions_.addTo(*menu, Command::OpenInBrowser);
     menu->addSeparator();
     QMenu* order = menu->addMenu(translated("Rearran&ge Queue by"));
     connect(menu, &QMenu::aboutToShow, order, [this, order] {

@@ -30,7 +30,7 @@ EmptyListOffers::EmptyListOffers(QWidget* parent) : QWidget(parent) {
     };
     buttons->addStretch(1);
     add(translated("Paste"), &EmptyListOffers::pasteWanted);
-    add(translated("Add Addresses…"), &EmptyListOffers::addWanted);
+    add(translated("Add Addresses..."), &EmptyListOffers::addWanted);
     buttons->addStretch(1);
     layout->addLayout(buttons);
 }

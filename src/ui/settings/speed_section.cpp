@@ -103,7 +103,8 @@ SettingsPage* makeSpeedSection(const SettingsContext& context, QWidget* parent) 
         addThrottle(*page, context);
         page->addGap();
     }
-    page->addSwitch("Failures:", "&Try failed downloads again", engine::settings::autoResume);
+    page->addSwitch("Failures:", "&Try interrupted downloads again", engine::settings::autoResume);
+    page->addNote("Of several that stop within seconds, one; the others wait for you.");
     page->addPopup("B&usy servers are asked again:",
                    {{"Never", 0}, {"Once", 1}, {"", 2}, {"", 3}, {"", 5}, {"", 10}, {"", 20}},
                    engine::settings::retriesWhenServerIsBusy);

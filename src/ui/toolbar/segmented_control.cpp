@@ -37,6 +37,11 @@ SegmentedControl::SegmentedControl(const std::array<Segment, 2>& segments, bool 
             }
             Q_EMIT segmentClicked(index);
         });
+        button->setContextMenuPolicy(Qt::CustomContextMenu);
+        connect(button, &QToolButton::customContextMenuRequested, this,
+                [this, button, index](const QPoint& position) {
+                    Q_EMIT segmentMenuWanted(index, button->mapToGlobal(position));
+                });
         layout->addWidget(button);
         buttons_[static_cast<std::size_t>(index)] = button;
     }
@@ -48,6 +53,10 @@ void SegmentedControl::setSegmentEnabled(int segment, bool isEnabled) {
 
 void SegmentedControl::setSegmentChecked(int segment, bool isChecked) {
     buttons_.at(static_cast<std::size_t>(segment))->setChecked(isChecked);
+}
+
+void SegmentedControl::setSegmentToolTip(int segment, const QString& text) {
+    buttons_.at(static_cast<std::size_t>(segment))->setToolTip(text);
 }
 
 void SegmentedControl::paintEvent(QPaintEvent*) {

@@ -20,10 +20,14 @@ public:
 
     void setSegmentEnabled(int segment, bool isEnabled);
     void setSegmentChecked(int segment, bool isChecked);
+    /// What it does at this moment.
+    void setSegmentToolTip(int segment, const QString& text);
 
 Q_SIGNALS:
     /// By the user. The mark is still as it was: whoever acts sets it.
     void segmentClicked(int segment);
+    /// Of the menu that belongs to it, at a place of the screen.
+    void segmentMenuWanted(int segment, const QPoint& position);
 
 protected:
     void paintEvent(QPaintEvent* event) override;

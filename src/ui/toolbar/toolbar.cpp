@@ -2,6 +2,7 @@
 
 #include <QContextMenuEvent>
 #include <QKeyEvent>
+#include <QKeySequence>
 #include <QLineEdit>
 #include <QMenu>
 #include <QWidgetAction>
@@ -81,12 +82,13 @@ void MainToolbar::keep(const QString& item, QWidget* widget) {
 
 void MainToolbar::makeSegments() {
     const auto make = [this](const QString& item, const SegmentedControl::Segment& first,
-                             const SegmentedControl::Segment& second, Command firstCommand,
-                             Command secondCommand, const QString& section) {
+                             const SegmentedControl::Segment& second,
+                             const std::function<Command(int segment)>& commandOf,
+                             const QString& section) {
         auto* control = new SegmentedControl({first, second}, !section.isEmpty(), nullptr);
         control->setAccessibleName(ToolbarLayout::label(item));
         connect(control, &SegmentedControl::segmentClicked, this, [=, this](int segment) {
-            commands_.perform(segment == 1 ? secondCommand : firstCommand);
+            commands_.perform(commandOf(segment));
             updateSegments();
             if (!section.isEmpty()) {
                 Q_EMIT shortcutUsed(section);
@@ -95,18 +97,23 @@ void MainToolbar::makeSegments() {
         keep(item, control);
         return control;
     };
-    toolbarQueuePauseButton =
-        make(item::queuePause, {u"queue-start"_s, plainTitle(Command::QueuePaused)},
-             {u"queue-pause"_s, plainTitle(Command::PauseQueued)}, Command::QueuePaused,
-             Command::PauseQueued, {});
+    const auto either = [](Command first, Command second) {
+        return [=](int segment) { return segment == 1 ? second : first; };
+    };
+    toolbarQueuePauseButton = make(
+        item::queuePause, {u"queue-start"_s, plainTitle(Command::QueuePaused)},
+        {u"queue-pause"_s, plainTitle(Command::PauseAll)},
+        [this](int segment) { return segment == 1 ? pauseCommand() : Command::QueuePaused; }, {});
+    connect(toolbarQueuePauseButton, &SegmentedControl::segmentMenuWanted, this,
+            &MainToolbar::showPauseMenu);
     toolbarScheduleButton = make(
         item::autoQueuePause, {u"schedule-queue"_s, plainTitle(Command::ToggleScheduledQueuing)},
         {u"schedule-pause"_s, plainTitle(Command::ToggleScheduledPausing)},
-        Command::ToggleScheduledQueuing, Command::ToggleScheduledPausing, u"Schedule"_s);
+        either(Command::ToggleScheduledQueuing, Command::ToggleScheduledPausing), u"Schedule"_s);
     toolbarAccelerateThrottleButton =
         make(item::accelerateThrottle, {u"accelerate"_s, plainTitle(Command::ToggleAcceleration)},
-             {u"throttle"_s, plainTitle(Command::ToggleThrottle)}, Command::ToggleAcceleration,
-             Command::ToggleThrottle, u"Speed"_s);
+             {u"throttle"_s, plainTitle(Command::ToggleThrottle)},
+             either(Command::ToggleAcceleration, Command::ToggleThrottle), u"Speed"_s);
 }
 
 void MainToolbar::makeButtons() {
@@ -181,8 +188,38 @@ void MainToolbar::runCustomizationPalette() {
 }
 
 void MainToolbar::updateToolbarQueuePauseButton() {
-    toolbarQueuePauseButton->setSegmentEnabled(0, commands_.state(Command::QueuePaused).isEnabled);
-    toolbarQueuePauseButton->setSegmentEnabled(1, commands_.state(Command::PauseQueued).isEnabled);
+    // Of ten thousand rows only one copy.
+    const app::Downloads context = commands_.surroundings().controller.contextDownloads();
+    const auto any = [&context](engine::StatusMask mask) {
+        return engine::anyDownloadFromCollectionMatchesStatusMask(context, mask);
+    };
+    toolbarQueuePauseButton->setSegmentEnabled(0, any(engine::DQDownloadStatusPaused));
+    toolbarQueuePauseButton->setSegmentEnabled(1, any(engine::activeStatuses));
+    const QString key =
+        QKeySequence(QString::fromLatin1(app::commandDescription(Command::PauseAll).shortcut))
+            .toString(QKeySequence::NativeText);
+    toolbarQueuePauseButton->setSegmentToolTip(
+        1, any(engine::DQDownloadStatusQueued)
+               ? translated("Pause what waits; with Shift, what runs as well (%1)").arg(key)
+               : translated("Pause what runs (%1)").arg(key));
+}
+
+/// A click is for what waits; with Shift, or where nothing does, it is for what runs as well.
+Command MainToolbar::pauseCommand() const {
+    const bool isForAll =
+        commands_.surroundings().frontEnd.presence.areAlternateFunctionalityModifiersHeld() ||
+        !commands_.state(Command::PauseQueued).isEnabled;
+    return isForAll ? Command::PauseAll : Command::PauseQueued;
+}
+
+void MainToolbar::showPauseMenu(int segment, const QPoint& position) {
+    if (segment != 1) {
+        return;
+    }
+    QMenu menu(this);
+    addMenuItems(menu, {app::commandItem(commands_, Command::PauseQueued),
+                        app::commandItem(commands_, Command::PauseAll)});
+    menu.exec(position);
 }
 
 void MainToolbar::updateSegments() {

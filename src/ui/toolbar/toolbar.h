@@ -3,6 +3,7 @@
 #include <QToolBar>
 #include <map>
 
+#include "app/commands/command.h"
 #include "platform/base/observation.h"
 #include "ui/toolbar/toolbar_layout.h"
 
@@ -50,6 +51,8 @@ private:
     void keep(const QString& item, QWidget* widget);
     void rebuild();
     void updateSegments();
+    [[nodiscard]] app::Command pauseCommand() const;
+    void showPauseMenu(int segment, const QPoint& position);
 
     const app::Commands& commands_;
     ToolbarLayout layout_;

@@ -76,7 +76,7 @@ const Face* faceOf(const QString& wanted) {
         {item::autoQueuePause, translatable("Start/Pause According to Schedule"), "schedule-queue"},
         {item::accelerateThrottle, translatable("Accelerate Downloads/Throttle Bandwidth"),
          "accelerate"},
-        {item::addFromPasteboard, translatable("Add from Pasteboard"), "add-from-pasteboard"},
+        {item::addFromPasteboard, translatable("Add from Clipboard"), "add-from-pasteboard"},
         {item::moreActions, translatable("More Actions"), "more-actions"},
         {item::filter, translatable("Filter"), "filter"},
         {item::separator, translatable("Separator"), ""},

@@ -28,6 +28,7 @@
 #include "ui/commands/command_actions.h"
 #include "ui/commands/main_menu.h"
 #include "ui/commands/menu_items.h"
+#include "ui/details/details_splitter.h"
 #include "ui/list/download_list.h"
 #include "ui/list/list_dragging.h"
 #include "ui/text.h"
@@ -57,6 +58,7 @@ MainWindow::MainWindow(app::Commands& commands)
     makeContents();
     entry_ = std::make_unique<AddressEntry>(controller_, *this);
     provideWindowCommands(commands, *this, *entry_);
+    details_->addDetails(*downloadList, commands);
     actions_ = std::make_unique<CommandActions>(commands, *this);
     menu_ = std::make_unique<MainMenu>(*menuBar(), *actions_, commands);
     makeStatusLine();
@@ -66,6 +68,8 @@ MainWindow::MainWindow(app::Commands& commands)
     frame_ = std::make_unique<WindowFrame>(*this, *downloadList, defaults);
     frame_->restore(usualSize());
     rubber_ = std::make_unique<RubberWindow>(*this, *downloadList, defaults);
+    connect(details_, &DetailsSplitter::arrangementChanged, downloadList,
+            &DQDownloadList::contentHeightChanged);
     observation_ = defaults.observe([this, &defaults](const QString& key) {
         if (key == app::settings::toolbarFilterCriterion.name()) {
             toolbarFilterScopeBar->select(defaults.get(app::settings::toolbarFilterCriterion));
@@ -103,7 +107,8 @@ void MainWindow::makeContents() {
     removals_ = new NoticeBars(Qt::BottomEdge, contents);
     layout->addWidget(notices_);
     layout->addWidget(toolbarFilterScopeBar);
-    layout->addWidget(downloadList);
+    details_ = new DetailsSplitter(commands_, contents);
+    layout->addWidget(details_, 1);
     layout->addWidget(removals_);
     connect(&controller_, &app::DQMainController::removalsChanged, this, &MainWindow::offerUndo);
     setCentralWidget(contents);

@@ -24,6 +24,7 @@ namespace ui {
 class AddressEntry;
 class CommandActions;
 class DQDownloadList;
+class DetailsSplitter;
 class ListDragging;
 class MainMenu;
 class MainToolbar;
@@ -69,6 +70,7 @@ private:
     app::Commands& commands_;
     app::DQMainController& controller_;
     DQDownloadList* downloadList;
+    DetailsSplitter* details_ = nullptr;
     ScopeBar* toolbarFilterScopeBar = nullptr;
     NoticeBars* notices_ = nullptr;
     NoticeBars* removals_ = nullptr;

@@ -17,7 +17,7 @@ URLPanel::URLPanel(QWidget& window, std::function<void(const QString&)> open)
       note_(new QLabel(this)),
       open_(std::move(open)) {
     setObjectName(QStringLiteral("openURLPanel"));
-    setWindowTitle(translated("Open URLs"));
+    setWindowTitle(translated("Add Addresses"));
     resize(560, 260);
     auto* label = new QLabel(translated("One or several addresses; {1-20} makes a series:"), this);
     label->setBuddy(openURLTextView);

@@ -4,12 +4,14 @@
 #include <QMenuBar>
 #include <QTimer>
 
+#include "app/addresses/address_change.h"
 #include "app/checksums/verification.h"
 #include "app/commands/commands.h"
 #include "app/main_controller.h"
 #include "app/settings.h"
 #include "help/settings.h"
 #include "platform/base/user_defaults.h"
+#include "ui/addresses/address_panel.h"
 #include "ui/checksums/checksum_panel.h"
 #include "ui/help/about_panel.h"
 #include "ui/help/help_window.h"
@@ -52,23 +54,18 @@ void provideListSelectionCommands(app::Commands& commands, MainWindow& window) {
                       }});
 }
 
-/// What the user means who has selected one row. Null: it is not one.
-engine::DownloadPtr singleSelected(app::DQMainController& controller) {
-    const app::Downloads selected = controller.selectedDownloads();
-    return selected.size() == 1 ? selected.front() : nullptr;
-}
-
-void provideVerification(app::Commands& commands, MainWindow& window) {
+void provideRowCommands(app::Commands& commands, MainWindow& window) {
     app::DQMainController& controller = commands.surroundings().controller;
-    commands.provide(Command::Verify,
-                     {[&controller, &window](qint64) {
-                          if (const auto download = singleSelected(controller))
-                              showChecksumPanel(window, controller, download);
-                      },
-                      [&controller](qint64) -> CommandState {
-                          const auto download = singleSelected(controller);
-                          return {download && app::canExpectChecksum(*download), {}, {}};
-                      }});
+    commands.provideForRow(
+        Command::Verify,
+        {app::canExpectChecksum, [&controller, &window](const engine::DownloadPtr& download) {
+             showChecksumPanel(window, controller, download);
+         }});
+    commands.provideForRow(
+        Command::ChangeAddress,
+        {app::canChangeAddress, [&controller, &window](const engine::DownloadPtr& download) {
+             (new AddressPanel(controller, download, window))->show();
+         }});
 }
 
 }  // namespace
@@ -76,7 +73,7 @@ void provideVerification(app::Commands& commands, MainWindow& window) {
 void provideWindowCommands(app::Commands& commands, MainWindow& window, AddressEntry& entry) {
     provideEntryCommands(commands, entry);
     provideListSelectionCommands(commands, window);
-    provideVerification(commands, window);
+    provideRowCommands(commands, window);
     const platform::UserDefaults& defaults = commands.surroundings().defaults;
     commands.provide(Command::CloseWindow, {[&window](qint64) { window.close(); }, {}});
     commands.provide(Command::Minimize, {[&window](qint64) { window.showMinimized(); }, {}});

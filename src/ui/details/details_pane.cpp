@@ -1,0 +1,246 @@
+#include "ui/details/details_pane.h"
+
+#include <QAction>
+#include <QBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QShortcut>
+#include <QStyle>
+#include <QTableView>
+#include <QToolBar>
+#include <QToolButton>
+#include <chrono>
+
+#include "app/main_controller.h"
+#include "app/rows/rows.h"
+#include "engine/context.h"
+#include "engine/lifecycle/download.h"
+#include "ui/art/theme.h"
+#include "ui/details/connections_model.h"
+#include "ui/details/facts_model.h"
+#include "ui/details/speed_curve.h"
+#include "ui/text.h"
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace ui {
+
+using app::Command;
+
+namespace {
+
+/// From here on there is room for the curve beside the facts.
+constexpr int wideEnough = 560;
+
+/// One stop of the keyboard, whose lines the arrow keys walk through.
+QTableView* makeTable(QAbstractItemModel& model, const QString& name, QWidget* parent) {
+    auto* table = new QTableView(parent);
+    table->setObjectName(name);
+    table->setModel(&model);
+    table->setShowGrid(false);
+    table->setFrameShape(QFrame::NoFrame);
+    table->setFont(noteFont(parent->font()));
+    table->setSelectionMode(QAbstractItemView::SingleSelection);
+    table->setSelectionBehavior(QAbstractItemView::SelectRows);
+    table->setTabKeyNavigation(false);
+    table->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    table->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    table->verticalHeader()->hide();
+    table->verticalHeader()->setMinimumSectionSize(0);
+    table->horizontalHeader()->setHighlightSections(false);
+    return table;
+}
+
+}  // namespace
+
+DetailsPane::DetailsPane(const app::Commands& commands, QWidget* parent)
+    : QWidget(parent),
+      commands_(commands),
+      controller_(commands.surroundings().controller),
+      factsModel_(new FactsModel(this)),
+      connectionsModel_(new ConnectionsModel(this)),
+      actions_(new QToolBar(this)),
+      hint_(new QLabel(this)),
+      contents_(new QWidget(this)),
+      arrangement_(new QBoxLayout(QBoxLayout::LeftToRight, contents_)) {
+    setObjectName(u"detailsPane"_s);
+    setAccessibleName(translated("Details"));
+    makeActions();
+    makeTables();
+    hint_->setAlignment(Qt::AlignCenter);
+    hint_->setWordWrap(true);
+    hint_->setMargin(12);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    auto* header = new QHBoxLayout;
+    header->setContentsMargins(0, 0, 6, 0);
+    header->addWidget(actions_, 1);
+    header->addWidget(makeCloseButton());
+    layout->addLayout(header);
+    layout->addWidget(hint_, 1);
+    layout->addWidget(contents_, 1);
+
+    refresh_.setSingleShot(true);
+    connect(&refresh_, &QTimer::timeout, this, &DetailsPane::refresh);
+    connect(&controller_, &app::DQMainController::selectionChanged, this,
+            &DetailsPane::followSelection);
+    connect(&controller_, &app::DQMainController::queueChanged, this,
+            &DetailsPane::followSelection);
+    connect(&controller_, &app::DQMainController::downloadChanged, this,
+            [this](const engine::DownloadPtr& download) { downloadDidChange(*download); });
+}
+
+DetailsPane::~DetailsPane() = default;
+
+void DetailsPane::makeActions() {
+    actions_->setObjectName(u"detailsActions"_s);
+    actions_->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    actions_->layout()->setContentsMargins(2, 2, 2, 2);
+    addCommand(Command::Copy, translated("Copy Address"));
+    addCommand(Command::OpenInBrowser, translated("Open in Browser"));
+    addCommand(Command::ChangeAddress, translated("Change Address..."));
+    addCommand(Command::Verify, translated("Checksum..."));
+    for (QToolButton* button : actions_->findChildren<QToolButton*>())
+        button->setFocusPolicy(Qt::TabFocus);
+}
+
+QToolButton* DetailsPane::makeCloseButton() {
+    auto* button = new QToolButton(this);
+    button->setObjectName(u"closeDetails"_s);
+    button->setIcon(style()->standardIcon(QStyle::SP_DockWidgetCloseButton));
+    button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::TabFocus);
+    button->setAccessibleName(translated("Close Details"));
+    button->setToolTip(translated("Close Details"));
+    connect(button, &QToolButton::clicked, this, &DetailsPane::closeWanted);
+    return button;
+}
+
+void DetailsPane::addCommand(Command command, const QString& text) {
+    if (!commands_.isOffered(command))
+        return;
+    QAction* action = actions_->addAction(text);
+    action->setData(static_cast<int>(command));
+    connect(action, &QAction::triggered, this, [this, command] { commands_.perform(command); });
+}
+
+void DetailsPane::makeTables() {
+    facts_ = makeTable(*factsModel_, u"facts"_s, contents_);
+    facts_->setAccessibleName(translated("Facts"));
+    facts_->horizontalHeader()->hide();
+    facts_->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+    facts_->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
+    facts_->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    auto* copy = new QShortcut(QKeySequence::Copy, facts_);
+    copy->setContext(Qt::WidgetShortcut);
+    connect(copy, &QShortcut::activated, this, &DetailsPane::copyFacts);
+
+    auto* side = new QWidget(contents_);
+    auto* sideLayout = new QVBoxLayout(side);
+    sideLayout->setContentsMargins(0, 0, 0, 0);
+    sideLayout->setSpacing(0);
+    curve_ = new SpeedCurve(side);
+    connections_ = makeTable(*connectionsModel_, u"connections"_s, side);
+    connections_->setAccessibleName(translated("Connections"));
+    connections_->setWordWrap(false);
+    connections_->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    connections_->horizontalHeader()->setStretchLastSection(true);
+    connections_->verticalHeader()->setDefaultSectionSize(connections_->fontMetrics().height() + 3);
+    sideLayout->addWidget(curve_, 1);
+    sideLayout->addWidget(connections_, 2);
+
+    arrangement_->setContentsMargins(0, 0, 0, 0);
+    arrangement_->setSpacing(0);
+    arrangement_->addWidget(facts_, 1);
+    arrangement_->addWidget(side, 1);
+}
+
+/// The line that is selected, or all of them.
+void DetailsPane::copyFacts() {
+    const QModelIndex current = facts_->currentIndex();
+    const std::vector<app::Fact>& facts = factsModel_->facts();
+    const bool isOne = current.isValid() && facts_->selectionModel()->hasSelection();
+    const QString text =
+        isOne ? facts[static_cast<std::size_t>(current.row())].value : app::plainText(facts);
+    if (app::Clipboard* clipboard = commands_.surroundings().frontEnd.clipboard)
+        clipboard->copy({{}, text});
+}
+
+void DetailsPane::followSelection() {
+    if (!isVisible())
+        return;
+    const app::Downloads selected = controller_.selectedDownloads();
+    shown_ = selected.size() == 1 ? selected.front() : nullptr;
+    hint_->setText(selected.empty()
+                       ? translated("Select a download to see what is known of it.")
+                       : translated("%1 downloads are selected.").arg(selected.size()));
+    refresh();
+}
+
+void DetailsPane::downloadDidChange(const engine::DQDownload& download) {
+    constexpr auto soon = 200ms;
+    if (isVisible() && shown_.lock().get() == &download &&
+        (!refresh_.isActive() || refresh_.remainingTimeAsDuration() > soon))
+        refresh_.start(soon);
+}
+
+void DetailsPane::refresh() {
+    constexpr auto interval = 500ms;
+    const engine::DownloadPtr download = shown_.lock();
+    hint_->setVisible(!download);
+    contents_->setVisible(download != nullptr);
+    updateActions();
+    refresh_.stop();
+    if (!download)
+        return;
+    showDownload(*download);
+    if (download->status() == engine::DQDownloadStatusDownloading)
+        refresh_.start(interval);
+}
+
+void DetailsPane::showDownload(engine::DQDownload& download) {
+    const app::Rows& rows = controller_.rows();
+    const platform::Seconds now = download.context().monotonicNow();
+    factsModel_->setFacts(
+        app::downloadFacts(download, controller_.rows().texts(), controller_.rows().attempts()));
+    std::vector<app::Connection> connections = meter_.connections(download, now);
+    showConnections(std::move(connections));
+    curve_->setRates(rows.speeds().rates(download, now));
+}
+
+void DetailsPane::showConnections(std::vector<app::Connection> connections) {
+    const int lines = static_cast<int>(connections.size());
+    connectionsModel_->setConnections(std::move(connections));
+    connections_->setVisible(lines > 0);
+    connections_->setMaximumHeight(connections_->horizontalHeader()->sizeHint().height() +
+                                   lines * connections_->verticalHeader()->defaultSectionSize());
+}
+
+void DetailsPane::updateActions() {
+    const bool isOne = !shown_.expired();
+    for (QAction* action : actions_->actions()) {
+        if (action->data().isValid())
+            action->setEnabled(
+                isOne && commands_.state(static_cast<Command>(action->data().toInt())).isEnabled);
+    }
+}
+
+void DetailsPane::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    followSelection();
+}
+
+void DetailsPane::hideEvent(QHideEvent* event) {
+    refresh_.stop();
+    QWidget::hideEvent(event);
+}
+
+void DetailsPane::resizeEvent(QResizeEvent* event) {
+    arrangement_->setDirection(width() >= wideEnough ? QBoxLayout::LeftToRight
+                                                     : QBoxLayout::TopToBottom);
+    QWidget::resizeEvent(event);
+}
+
+}  // namespace ui
