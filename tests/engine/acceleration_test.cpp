@@ -467,6 +467,7 @@ INSTANTIATE_TEST_SUITE_P(Servers, RefusedHandOverTest,
                                           bothLayouts()));
 
 TEST_P(AccelerationTest, RedirectedPartsKeepTheirPlaces) {
+    set(settings::accelerationSharesSlowParts, false);
     serve(body, {}, u"/mirror.bin"_s);
     server.handle("/file.bin", [&](const support::ReceivedRequest& request) {
         Reply served = reply(body);
