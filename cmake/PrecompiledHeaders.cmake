@@ -20,5 +20,7 @@ function(orlop_precompiled_headers name)
     target_precompile_headers(${name} PRIVATE ${arg_HEADERS})
 endfunction()
 orlop_precompiled_headers(orlop_core_headers LINKS Qt6::Core HEADERS ${core_headers})
-orlop_precompiled_headers(orlop_gui_headers LINKS Qt6::Widgets
-    HEADERS ${core_headers} ${gui_headers})
+if(ORLOP_GUI)
+    orlop_precompiled_headers(orlop_gui_headers LINKS Qt6::Widgets
+        HEADERS ${core_headers} ${gui_headers})
+endif()

@@ -26,6 +26,18 @@ if(ORLOP_MOLD)
     add_link_options(-fuse-ld=mold)
 endif()
 
+# Distributions bring their own flags for what they build, which are the same or stricter.
+if(CMAKE_BUILD_TYPE STREQUAL Release AND NOT ORLOP_SANITIZE)
+    add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -fstack-protector-strong
+                        -fstack-clash-protection)
+    if(CMAKE_SYSTEM_PROCESSOR STREQUAL x86_64)
+        add_compile_options(-fcf-protection)
+    endif()
+    add_link_options(-Wl,-z,relro,-z,now)
+endif()
+include(CheckPIESupported)
+check_pie_supported()
+
 if(ORLOP_FUZZ)
     add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
@@ -38,7 +50,7 @@ endif()
 # What only our own code must obey.
 add_library(orlop_conventions INTERFACE)
 target_compile_options(orlop_conventions INTERFACE
-    -Wall -Wextra -Wconversion -Wshadow -Werror -pthread)
+    -Wall -Wextra -Wconversion -Wshadow -pthread $<$<BOOL:${ORLOP_WERROR}>:-Werror>)
 target_compile_definitions(orlop_conventions INTERFACE
     QT_NO_KEYWORDS QT_NO_FOREACH QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
     QT_NO_CAST_FROM_BYTEARRAY QT_NO_CONTEXTLESS_CONNECT

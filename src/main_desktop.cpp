@@ -2,6 +2,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -16,6 +17,7 @@
 #include "platform/files/files.h"
 #include "platform/session/mute_buses.h"
 #include "platform/session/signal_watcher.h"
+#include "scripting/launching.h"
 #include "scripting/service.h"
 #include "ui/art/appearance.h"
 #include "ui/art/icons.h"
@@ -24,6 +26,7 @@
 #include "ui/display.h"
 #include "ui/language.h"
 #include "ui/settings.h"
+#include "ui/window/clipboard.h"
 #include "ui/window/desktop_front_end.h"
 #include "ui/window/desktop_windows.h"
 
@@ -42,6 +45,8 @@ constexpr const char* usage =
     "\n"
     "  -KEY VALUE   a setting for this run only, such as -\"Downloads Folder\" /tmp\n"
     "  --background come up without a window in front\n"
+    "  --add-from-clipboard   take the addresses in the clipboard in\n"
+    "  --pause-all, --quit    ask it of the Orlop that is running\n"
     "  --           only addresses and files follow\n"
     "  --help       show this text\n"
     "  --version    show the version\n"
@@ -64,6 +69,17 @@ std::optional<int> answerAtOnce(const app::CommandLine& line) {
         return statusBadUsage;
     }
     return std::nullopt;
+}
+
+/// What only a running program can be asked. The exit status.
+int askRunningProgram(int& argumentCount, char** argumentValues, const QString& action) {
+    constexpr int statusNotRunning = 3;
+    const QCoreApplication application(argumentCount, argumentValues);
+    if (scripting::didAskRunningProgram(action, {})) {
+        return 0;
+    }
+    std::fputs("orlop: no Orlop that is running answers on the session bus\n", stderr);
+    return statusNotRunning;
 }
 
 /// A process with a display can take over what this one cannot show.
@@ -99,9 +115,14 @@ int main(int argumentCount, char** argumentValues) {
     platform::logMuteBuses(muteBuses);
     // Qt would take arguments with one dash for its own; they are settings here.
     int ownArguments = 1;
+    const bool addsFromClipboard = line.programAction == app::actions::addFromClipboard;
+    if (!line.programAction.isEmpty() && !addsFromClipboard) {
+        return askRunningProgram(ownArguments, argumentValues, line.programAction);
+    }
     if (!ui::hasDisplay()) {
         return runWithoutDisplay(ownArguments, argumentValues, line);
     }
+    ui::doWithoutOpenGL();
     QApplication application(ownArguments, argumentValues);
     QApplication::setApplicationName(QStringLiteral("Orlop"));
     QApplication::setApplicationVersion(QStringLiteral(ORLOP_VERSION));
@@ -109,6 +130,11 @@ int main(int argumentCount, char** argumentValues) {
     QApplication::setWindowIcon(ui::applicationIcon());
     QApplication::setQuitOnLastWindowClosed(false);
 
+    if (addsFromClipboard &&
+        scripting::didAskRunningProgram(line.programAction,
+                                        qEnvironmentVariable("XDG_ACTIVATION_TOKEN"))) {
+        return 0;
+    }
     QApplication::setStyle(new ui::ProgramStyle);
     const ui::Appearance appearance;
 
@@ -121,11 +147,18 @@ int main(int argumentCount, char** argumentValues) {
     std::unique_ptr<scripting::Service> scripts;
     app::FrontEnd parts = frontEnd.frontEnd();
     parts.authentication = &authenticationPanel;
+    const auto addFromClipboard = [&windows] {
+        ui::whenClipboardCanBeRead(
+            [&windows] { windows->commands().perform(app::Command::OpenURLFromPasteboard); });
+    };
     const auto start = core.start(parts, [&](app::DQMainController& controller) {
         QObject::connect(&core.statusReporter(), &app::QueueStatusReporter::applicationImageChanged,
                          &frontEnd.icon(), &desktop::ApplicationIcon::show);
         windows = std::make_unique<ui::DesktopWindows>(controller, frontEnd);
-        scripts = std::make_unique<scripting::Service>(controller, platform::userDataFolder());
+        scripts = std::make_unique<scripting::Service>(
+            controller, platform::userDataFolder(),
+            scripting::Launches{std::bind_front(&app::Application::receive, &core),
+                                addFromClipboard});
     });
     if (!start.problem.isEmpty()) {
         std::fprintf(stderr, "orlop: %s\n", qUtf8Printable(start.problem));
@@ -133,6 +166,9 @@ int main(int argumentCount, char** argumentValues) {
     }
     if (start.outcome != app::Application::Start::Outcome::Started) {
         return start.outcome == app::Application::Start::Outcome::Failed ? 1 : 0;
+    }
+    if (addsFromClipboard) {
+        addFromClipboard();
     }
     core.setActivationHandler([&](const QString& activationToken) {
         // Where the desktop lets no program take the focus by itself.

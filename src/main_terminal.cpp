@@ -4,10 +4,12 @@
 #include <QCoreApplication>
 #include <clocale>
 #include <cstdlib>
+#include <functional>
 #include <optional>
 #include <string_view>
 #include <utility>
 
+#include "app/application.h"
 #include "app/terminal/program.h"
 #include "app/terminal/terminal_output.h"
 // The settings of the windows can be given here as well: they are the same settings.
@@ -57,8 +59,10 @@ int main(int argc, char** argv) {
         return scripting::performVerb(*verb, output, errors, mode.glyphs);
     }
     const app::terminal::ProgramEnd end =
-        app::terminal::runProgram(arguments, environment, [](app::DQMainController& controller) {
-            return std::make_shared<scripting::Service>(controller, platform::userDataFolder());
+        app::terminal::runProgram(arguments, environment, [](app::Application& core) {
+            return std::make_shared<scripting::Service>(
+                core.controller(), platform::userDataFolder(),
+                scripting::Launches{std::bind_front(&app::Application::receive, &core)});
         });
     // What ends here does not come back to let it write.
     log.reset();

@@ -13,7 +13,6 @@ namespace app {
 
 class DQMainController;
 class QueueStatusReporter;
-struct Handover;
 struct LaunchItems;
 
 /// The core of the program, put together: what `orlop` and `orlop-terminal` have in common.
@@ -59,6 +58,11 @@ public:
     /// leave to take the focus; may be empty).
     void setActivationHandler(std::function<void(const QString& activationToken)> handler);
 
+    /// Opens addresses, and absolute paths, and shows the program as one that is started again,
+    /// with the desktop's leave to take the focus (may be empty). `saved`: see `Handover`.
+    using Saved = std::function<void(bool isSaved)>;
+    void receive(const QStringList& items, const QString& activationToken, const Saved& saved);
+
     [[nodiscard]] DQMainController& controller();
     [[nodiscard]] QueueStatusReporter& statusReporter();
 
@@ -73,8 +77,6 @@ private:
     [[nodiscard]] Start claimOrHandOver(const LaunchItems& items);
     [[nodiscard]] Start run(const FrontEnd& frontEnd, const ShowWindows& showWindows,
                             const LaunchItems& items);
-    using Saved = std::function<void(bool isSaved)>;
-    void receive(const Handover& handover, const Saved& saved);
     void open(const LaunchItems& items);
 
     Invocation invocation_;

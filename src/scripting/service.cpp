@@ -45,8 +45,9 @@ QDBusMessage daemonCall(const QString& method, const QVariantList& arguments) {
 
 }  // namespace
 
-Service::Service(app::DQMainController& controller, const QString& supportFolder)
+Service::Service(app::DQMainController& controller, const QString& supportFolder, Launches launches)
     : controller_(controller),
+      launching_(controller, std::move(launches)),
       commands_(std::make_unique<Commands>(controller, supportFolder)),
       probe_([this] { connectToBus(); }) {
     connect(&controller, &app::DQMainController::terminated, this, [this] { commands_.reset(); });
@@ -94,10 +95,13 @@ QString Service::introspect(const QString& path) const {
 bool Service::handleMessage(const QDBusMessage& message, const QDBusConnection&) {
     const QString& interface = message.interface();
     if (message.type() != QDBusMessage::MethodCallMessage || message.path() != bus::path ||
-        (!interface.isEmpty() && interface != bus::interface && interface != bus::properties)) {
+        (!interface.isEmpty() && interface != bus::interface && interface != bus::properties &&
+         interface != bus::application)) {
         return false;
     }
-    if (interface != bus::properties && Commands::find(message.member()) == nullptr) {
+    const bool isCommand = interface.isEmpty() || interface == bus::interface;
+    if ((isCommand && Commands::find(message.member()) == nullptr) ||
+        (interface == bus::application && Launching::signatureOf(message.member()) == nullptr)) {
         return false;
     }
     message.setDelayedReply(true);
@@ -158,17 +162,19 @@ void Service::perform(const QDBusMessage& message) {
         performProperties(message);
         return;
     }
-    const Commands::Entry& entry = *Commands::find(message.member());
-    if (message.signature() != entry.signature) {
-        Reply(bus_, message)
-            .fail(CommandError::InvalidArgument,
-                  u"%1 takes (%2)"_s.arg(message.member(), entry.signature));
-        return;
-    }
-    if (commands_) {
-        (*commands_.*entry.command)(message.arguments(), Reply(bus_, message));
+    const Reply reply(bus_, message);
+    const bool isLaunch = message.interface() == bus::application;
+    const QString signature = isLaunch ? *Launching::signatureOf(message.member())
+                                       : Commands::find(message.member())->signature;
+    if (message.signature() != signature) {
+        reply.fail(CommandError::InvalidArgument,
+                   u"%1 takes (%2)"_s.arg(message.member(), signature));
+    } else if (!commands_) {
+        reply.fail(CommandError::NotSaved, u"Orlop is ending"_s);
+    } else if (isLaunch) {
+        launching_.perform(message.member(), message.arguments(), reply);
     } else {
-        Reply(bus_, message).fail(CommandError::NotSaved, u"Orlop is ending"_s);
+        (*commands_.*Commands::find(message.member())->command)(message.arguments(), reply);
     }
 }
 

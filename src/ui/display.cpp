@@ -1,13 +1,11 @@
 #include "ui/display.h"
 
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
 #include <xcb/xcb.h>
 
 #include <QDir>
 #include <QLibraryInfo>
-#include <cstring>
+
+#include "ui/wayland.h"
 
 namespace ui {
 namespace {
@@ -21,30 +19,35 @@ bool hasXServer() {
 
 /// A compositor is of use only with the plug-in that speaks to it.
 bool hasWaylandCompositor() {
-    const QByteArray name = qgetenv("WAYLAND_DISPLAY");
     const QDir plugins(QLibraryInfo::path(QLibraryInfo::PluginsPath) +
                        QStringLiteral("/platforms"));
-    if (name.isEmpty() || plugins.entryList({QStringLiteral("libqwayland-*")}).isEmpty()) {
-        return false;
+    return !plugins.entryList({QStringLiteral("libqwayland-*")}).isEmpty() &&
+           wayland::interfaces().has_value();
+}
+
+constexpr const char* bufferVariable = "QT_WAYLAND_CLIENT_BUFFER_INTEGRATION";
+
+QtMessageHandler otherMessages = nullptr;
+
+/// Qt complains that it does not find what it was kept from.
+void leaveOutBuffers(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+    const bool isOfWayland = QByteArrayView(context.category) == "qt.qpa.wayland";
+    if (!isOfWayland || !text.contains(QLatin1String("client buffer integration"))) {
+        otherMessages(type, context, text);
     }
-    const QByteArray path = name.startsWith('/') ? name : qgetenv("XDG_RUNTIME_DIR") + '/' + name;
-    sockaddr_un address{};
-    if (path.size() >= static_cast<qsizetype>(sizeof address.sun_path)) {
-        return false;
-    }
-    address.sun_family = AF_UNIX;
-    std::memcpy(address.sun_path, path.constData(), static_cast<std::size_t>(path.size()));
-    const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const bool isGood =
-        socket >= 0 &&
-        ::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
-    if (socket >= 0) {
-        ::close(socket);
-    }
-    return isGood;
 }
 
 }  // namespace
+
+void doWithoutOpenGL() {
+    const auto offered =
+        qEnvironmentVariableIsSet(bufferVariable) ? std::nullopt : wayland::interfaces();
+    if (!offered || !offered->contains("zxdg_decoration_manager_v1")) {
+        return;
+    }
+    qputenv(bufferVariable, "none");
+    otherMessages = qInstallMessageHandler(leaveOutBuffers);
+}
 
 bool hasDisplay() {
     const QByteArray chosen = qgetenv("QT_QPA_PLATFORM");

@@ -7,4 +7,9 @@ namespace ui {
 /// process where there is none.
 [[nodiscard]] bool hasDisplay();
 
+/// The processor paints all windows: keeps Qt from loading the machine's OpenGL, with which Mesa
+/// brings a compiler of 40 MB, for windows of Wayland. Not where the compositor draws no frames: Qt
+/// draws them with OpenGL alone. Before the QApplication; what the environment says goes before.
+void doWithoutOpenGL();
+
 }  // namespace ui

@@ -173,7 +173,14 @@ TEST_F(BodyStoreTest, DelegateIsGivenInOrderWhatTheStoreRefuses) {
 TEST_F(BodyStoreTest, IsForgottenWithItsBody) {
     server.serve("/moved", {.status = 302,
                             .headers = {{"Location", "/large"}},
-                            .body = support::patternedBytes(60'000, 2)});
+                            .body = support::patternedBytes(60'000, 2),
+                            .stallAfter = 30'000});
+    const auto supplyStore = delegate.onEvent;
+    delegate.onEvent = [&](const std::string& event, http::HTTPRequest& request) {
+        supplyStore(event, request);
+        if (event == "data")
+            server.release();
+    };
     run(observedRequest(u"/moved"_s));
     EXPECT_EQ(delegate.data.size() + store->data().size(), body.size() + 60'000);
     EXPECT_FALSE(store->data().isEmpty());

@@ -123,7 +123,7 @@ class CommandsTest(ScriptingTest):
         self.kill()
         self.bus.silence()
         started = time.monotonic()
-        self.home.queue_path.unlink()
+        self.home.queue_path.unlink(missing_ok=True)
         shutil.rmtree(self.home.downloads)
         self.home.downloads.mkdir()
         only_session = {"DBUS_SESSION_BUS_ADDRESS": self.bus.address}

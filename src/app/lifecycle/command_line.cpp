@@ -13,6 +13,11 @@ using links::localized;
 /// Given by a session manager that starts the program again (XSMP); its value is of no use here.
 const QString sessionOption = u"session"_s;
 
+bool isAction(const QString& option) {
+    return option == actions::addFromClipboard || option == actions::pauseAll ||
+           option == actions::quit;
+}
+
 void takeOption(const QString& word, CommandLine& line) {
     if (word == u"--help"_s || word == u"-h"_s)
         line.action = CommandLine::Action::ShowHelp;
@@ -20,6 +25,8 @@ void takeOption(const QString& word, CommandLine& line) {
         line.action = CommandLine::Action::ShowVersion;
     else if (word == u"--background"_s)
         line.isInBackground = true;
+    else if (word.startsWith(u"--"_s) && isAction(word.sliced(2)))
+        line.programAction = word.sliced(2);
     else if (word.startsWith(u"--"_s) || word.size() == 2)
         line.problem = localized("unknown option: %1").arg(word);
     else

@@ -17,9 +17,19 @@ struct CommandLine {
     QStringList items;
     /// Nobody asked for a window; the bus has started the program.
     bool isInBackground = false;
+    /// What the running program is asked to do, by the name of a desktop entry's action
+    /// (`actions`). Empty: nothing.
+    QString programAction;
     /// What is wrong with the words, for people. Empty: nothing.
     QString problem;
 };
+
+/// The actions of the desktop entry, which the command line knows as options.
+namespace actions {
+inline const QString addFromClipboard = QStringLiteral("add-from-clipboard");
+inline const QString pauseAll = QStringLiteral("pause-all");
+inline const QString quit = QStringLiteral("quit");
+}  // namespace actions
 
 /// `arguments` are those behind the program's name. A word that begins with a hyphen is the key of
 /// a setting and the next word its value, unless it is a single letter, which is no setting's key;

@@ -114,7 +114,7 @@ private:
     }
 
     void listenTo(DQMainController& controller) {
-        companion_ = accompany_(controller);
+        companion_ = accompany_(application_);
         const platform::UserDefaults& defaults = platform::standardDefaults();
         session_ =
             std::make_unique<Session>(Session::Surroundings{controller, *display_.reporter,
@@ -226,10 +226,11 @@ ProgramEnd runProgram(const QStringList& arguments, const QProcessEnvironment& e
         display.output.write("orlop-terminal " ORLOP_VERSION "\n");
         return {};
     }
-    if (!line.problem.isEmpty() || line.isInBackground) {
-        display.tellProblem(line.isInBackground
-                                ? localized("unknown option: %1").arg(u"--background"_s)
-                                : line.problem);
+    const QString ofWindow = line.isInBackground ? u"background"_s : line.programAction;
+    if (!line.problem.isEmpty() || !ofWindow.isEmpty()) {
+        display.tellProblem(ofWindow.isEmpty()
+                                ? line.problem
+                                : localized("unknown option: %1").arg(u"--"_s + ofWindow));
         return {statusBadUsage};
     }
     OpenedItems opened =

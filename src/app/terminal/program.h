@@ -6,7 +6,7 @@
 #include <memory>
 
 namespace app {
-class DQMainController;
+class Application;
 }
 
 namespace app::terminal {
@@ -24,7 +24,7 @@ struct ProgramEnd {
 /// The whole of `orlop-terminal` inside a QCoreApplication. `arguments` without the program's
 /// name; `environment` as the program was given it.
 /// `accompany` is called when the queue has been read; what it answers lives until the run ends.
-using Accompany = std::function<std::shared_ptr<void>(DQMainController& controller)>;
+using Accompany = std::function<std::shared_ptr<void>(Application& application)>;
 [[nodiscard]] ProgramEnd runProgram(const QStringList& arguments,
                                     const QProcessEnvironment& environment,
                                     const Accompany& accompany);

@@ -79,6 +79,11 @@ const std::vector<DownloadPtr>& QueueAdmission::downloadingDownloads() {
     return populateQueuedAndDownloadingDownloads().downloading;
 }
 
+void QueueAdmission::Lists::addQueued(const DownloadPtr& download) {
+    queued.push_back(download);
+    ++queuedOfHosts[download->queueRelevantHost()];
+}
+
 QueueAdmission::Lists& QueueAdmission::populateQueuedAndDownloadingDownloads() {
     if (!lists_) {
         lists_ = std::make_unique<Lists>();
@@ -87,7 +92,7 @@ QueueAdmission::Lists& QueueAdmission::populateQueuedAndDownloadingDownloads() {
             if (download->status() == DQDownloadStatusPaused)
                 lists_->pausedHosts.insert(download->queueRelevantHost());
             else if (download->status() == DQDownloadStatusQueued)
-                lists_->queued.push_back(download);
+                lists_->addQueued(download);
             else if (download->status() == DQDownloadStatusDownloading)
                 lists_->downloading.push_back(download);
             else
@@ -126,18 +131,21 @@ void QueueAdmission::statusDidChange(const StatusChange& change) {
 }
 
 bool QueueAdmission::followStart(const DQDownload& download) {
-    auto& [queued, downloading, order, pausedHosts, places, hostsInQueue] = *lists_;
+    std::deque<DownloadPtr>& queued = lists_->queued;
+    std::vector<DownloadPtr>& downloading = lists_->downloading;
     const auto started = std::find_if(queued.begin(), queued.end(),
                                       [&](const auto& other) { return other.get() == &download; });
     if (started == queued.end())
         return false;
-    const auto isBefore = [&order = order](const DownloadPtr& one, const DownloadPtr& other) {
+    const auto isBefore = [&order = lists_->order](const DownloadPtr& one,
+                                                   const DownloadPtr& other) {
         return order.at(one.get()) < order.at(other.get());
     };
     downloading.insert(std::lower_bound(downloading.begin(), downloading.end(), *started, isBefore),
                        *started);
+    --lists_->queuedOfHosts[download.queueRelevantHost()];
     queued.erase(started);
-    places.clear();
+    lists_->places.clear();
     return true;
 }
 
@@ -208,16 +216,27 @@ void QueueAdmission::startEligibleQueuedDownloads() {
         addDownload(*download, hosts);
     Hosts opened;
     std::vector<DownloadPtr> eligible;
-    for (const DownloadPtr& download : queuedDownloads()) {
-        if (slots == 0)
+    // Those that are left to look at, and of each host. A long queue of few hosts ends where none
+    // of them has a place.
+    const std::deque<DownloadPtr>& queued = queuedDownloads();
+    auto left = static_cast<qint64>(queued.size());
+    Hosts leftOfHosts = lists_->queuedOfHosts;
+    for (const DownloadPtr& download : queued) {
+        if (slots == 0 || left <= 0)
             break;
+        const QString& host = download->queueRelevantHost();
+        qint64& leftOfHost = leftOfHosts[host];
+        if (perHost >= 1 && !host.isEmpty()) {
+            if (const auto used = hosts.find(host);
+                used != hosts.end() && used->second >= perHost) {
+                left -= std::exchange(leftOfHost, 0);
+                continue;
+            }
+        }
+        --left;
+        --leftOfHost;
         if (download->isHeldBack())
             continue;
-        const QString& host = download->queueRelevantHost();
-        if (perHost >= 1 && !host.isEmpty()) {
-            if (const auto used = hosts.find(host); used != hosts.end() && used->second >= perHost)
-                continue;
-        }
         if (!hasRoom(*download, opened))
             continue;
         addDownload(*download, hosts);

@@ -94,6 +94,7 @@ private:
     /// What one walk over all downloads finds; kept until the next change that is not followed.
     struct Lists {
         std::deque<DownloadPtr> queued;
+        Hosts queuedOfHosts;
         std::vector<DownloadPtr> downloading;
         /// Of these, the places among all downloads.
         std::unordered_map<const DQDownload*, std::size_t> order;
@@ -101,6 +102,8 @@ private:
         /// Of each queued download, and how many hosts they have. Empty: not worked out yet.
         std::unordered_map<const DQDownload*, Place> places;
         std::size_t hostsInQueue = 0;
+
+        void addQueued(const DownloadPtr& download);
     };
 
     Lists& populateQueuedAndDownloadingDownloads();

@@ -1,6 +1,7 @@
 #include "platform/base/user_defaults.h"
 
 #include <QAbstractEventDispatcher>
+#include <QHash>
 #include <QSet>
 #include <QSocketNotifier>
 #include <atomic>
@@ -78,6 +79,8 @@ private:
     const std::thread::id thread_ = std::this_thread::get_id();
     DefaultsFile file_;
     QVariantMap arguments_, stored_, registered_;
+    /// What these three say together, of the keys that were asked for since they last changed.
+    QHash<QString, QVariant> inForce_;
     /// Changes that are not in the file yet. Invalid: the key is to go.
     QVariantMap unwritten_;
     bool mustRewrite_ = false;
@@ -102,7 +105,8 @@ QVariant UserDefaults::Private::lookUp(const QString& key) const {
 QVariant UserDefaults::Private::valueInForce(const QString& key) {
     assertThread();
     refresh();
-    return lookUp(key);
+    const auto known = inForce_.constFind(key);
+    return known != inForce_.cend() ? *known : *inForce_.insert(key, lookUp(key));
 }
 
 template <typename Change>
@@ -111,6 +115,7 @@ void UserDefaults::Private::changeLayers(const QSet<QString>& keys, Change chang
     for (const QString& key : keys)
         before.insert(key, lookUp(key));
     change();
+    inForce_.clear();
     for (auto old = before.cbegin(); old != before.cend(); ++old) {
         if (old.value() != lookUp(old.key()))
             announceSoon(old.key());

@@ -59,6 +59,9 @@ QString typeIdentifierForMimeType(const QString& mimeType) {
     const QString name = mimeType.section(u';', 0, 0).trimmed().toLower();
     if (const KnownType* known = knownType(name))
         return known->identifier;
+    // Most files come as this, and the database takes a while to be read.
+    if (name == "application/octet-stream"_L1)
+        return name;
     return QMimeDatabase().mimeTypeForName(name).name();
 }
 

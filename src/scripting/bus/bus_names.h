@@ -8,6 +8,8 @@ namespace scripting::bus {
 inline const QString service = QStringLiteral("com.tarnworks.Orlop");
 inline const QString path = QStringLiteral("/com/tarnworks/Orlop");
 inline const QString interface = QStringLiteral("com.tarnworks.Orlop");
+/// What a desktop starts programs by ("D-Bus Activation" of the Desktop Entry Specification).
+inline const QString application = QStringLiteral("org.freedesktop.Application");
 inline const QString errors = QStringLiteral("com.tarnworks.Orlop.Error.");
 
 inline const QString daemon = QStringLiteral("org.freedesktop.DBus");
