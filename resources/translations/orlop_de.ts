@@ -470,6 +470,11 @@
         </message>
         <message>
             <location filename="../../src/app/commands/command.cpp" />
+            <source>Speed Limit...</source>
+            <translation>Geschwindigkeit begrenzen …</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/commands/command.cpp" />
             <source>Start According to Schedule</source>
             <translation>Nach Zeitplan starten</translation>
         </message>
@@ -650,6 +655,11 @@
         </message>
         <message>
             <location filename="../../src/app/details/download_facts.cpp" />
+            <source>%@/s</source>
+            <translation>%@/s</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
             <source>Added</source>
             <translation>Hinzugefügt</translation>
         </message>
@@ -757,6 +767,11 @@
             <location filename="../../src/app/details/download_facts.cpp" />
             <source>Size</source>
             <translation>Größe</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/details/download_facts.cpp" />
+            <source>Speed limit</source>
+            <translation>Höchstens</translation>
         </message>
         <message>
             <location filename="../../src/app/details/download_facts.cpp" />
@@ -1202,6 +1217,41 @@ geschrieben; das ist keiner Ihrer Download-Ordner.</translation>
             <translation>„%@“ bestimmt, wohin sein Download geht</translation>
         </message>
         <message>
+            <location filename="../../src/app/intake/text_preview.cpp" />
+            <source>%@ addresses</source>
+            <translation>%@ Adressen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/text_preview.cpp" />
+            <source>%@ already in the list</source>
+            <translation>%@ schon in der Liste</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/text_preview.cpp" />
+            <source>%@ lines not understood</source>
+            <translation>%@ Zeilen nicht verstanden</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/text_preview.cpp" />
+            <source>1 address</source>
+            <translation>1 Adresse</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/text_preview.cpp" />
+            <source>1 already in the list</source>
+            <translation>1 schon in der Liste</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/text_preview.cpp" />
+            <source>1 line not understood</source>
+            <translation>1 Zeile nicht verstanden</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/text_preview.cpp" />
+            <source>and more</source>
+            <translation>und mehr</translation>
+        </message>
+        <message>
             <location filename="../../src/app/intake/url_handler_command.cpp" />
             <source>Download %lu Linked Files...</source>
             <translation>%lu verlinkte Dateien laden …</translation>
@@ -1578,11 +1628,6 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>%@ - noch %@</translation>
         </message>
         <message>
-            <location filename="../../src/app/status/queue_totals.cpp" />
-            <source>%@/s</source>
-            <translation>%@/s</translation>
-        </message>
-        <message>
             <location filename="../../src/app/status/status_line.cpp" />
             <source>%d downloads</source>
             <translation>%d Downloads</translation>
@@ -1934,6 +1979,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/addresses/address_panel.cpp" />
+            <source>The download has gone on by itself meanwhile. Pause it first.</source>
+            <translation>Der Download ist inzwischen von selbst weitergegangen. Halten Sie ihn zuerst an.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/addresses/address_panel.cpp" />
             <source>This is no address of the web.</source>
             <translation>Das ist keine Web-Adresse.</translation>
         </message>
@@ -1994,8 +2044,33 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/checksums/checksum_panel.cpp" />
+            <source>Found in %1</source>
+            <translation>Gefunden in %1</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/checksums/checksum_panel.cpp" />
+            <source>Look Beside It</source>
+            <translation>Daneben suchen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/checksums/checksum_panel.cpp" />
+            <source>Looking for a list of checksums...</source>
+            <translation>Suche eine Liste von Prüfsummen …</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/checksums/checksum_panel.cpp" />
+            <source>Looks on the server for a list of checksums</source>
+            <translation>Sucht auf dem Server nach einer Liste von Prüfsummen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/checksums/checksum_panel.cpp" />
             <source>The file has %@.</source>
             <translation>Die Datei hat %@.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/checksums/checksum_panel.cpp" />
+            <source>There is no list of checksums beside it.</source>
+            <translation>Daneben liegt keine Liste von Prüfsummen.</translation>
         </message>
         <message>
             <location filename="../../src/ui/checksums/checksum_panel.cpp" />
@@ -3035,6 +3110,11 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
             <translation>Was Orlop tut, sobald ein anderes Programm ihm etwas übergeben hat.</translation>
         </message>
         <message>
+            <location filename="../../src/ui/settings/behaviors_section.cpp" />
+            <source>Where no panel shows Orlop's icon, it quits as well if nothing is active.</source>
+            <translation>Wo keine Leiste das Symbol von Orlop zeigt, beendet es auch, wenn nichts läuft.</translation>
+        </message>
+        <message>
             <location filename="../../src/ui/settings/download_pages_section.cpp" />
             <source>In force are all rules but that for %@: what its "Use Source Name" says is no regular expression.</source>
             <translation>Es gelten alle Regeln außer der für %@: Was bei ihr unter „Use Source Name“ steht, ist kein regulärer Ausdruck.</translation>
@@ -3093,6 +3173,11 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
             <location filename="../../src/ui/settings/general_section.cpp" />
             <source>New downloads:</source>
             <translation>Neue Downloads:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/general_section.cpp" />
+            <source>Offer addresses that are copied</source>
+            <translation>Kopierte Adressen anbieten</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/general_section.cpp" />
@@ -3340,6 +3425,36 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
             <translation>Aktualisierungen:</translation>
         </message>
         <message>
+            <location filename="../../src/ui/speed/speed_limit_panel.cpp" />
+            <source>At most, in kilobytes per second:</source>
+            <translation>Höchstens, in Kilobyte pro Sekunde:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/speed/speed_limit_panel.cpp" />
+            <source>Speed Limit</source>
+            <translation>Geschwindigkeit begrenzen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/speed/speed_limit_panel.cpp" />
+            <source>Speed limit in kilobytes per second</source>
+            <translation>Höchste Geschwindigkeit in Kilobyte pro Sekunde</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/speed/speed_limit_panel.cpp" />
+            <source>Speed of each of %1 downloads:</source>
+            <translation>Geschwindigkeit von jedem der %1 Downloads:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/speed/speed_limit_panel.cpp" />
+            <source>Speed of “%@”:</source>
+            <translation>Geschwindigkeit von „%@“:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/speed/speed_limit_panel.cpp" />
+            <source>The limit of all downloads together counts as well.</source>
+            <translation>Die Grenze für alle Downloads zusammen gilt auch.</translation>
+        </message>
+        <message>
             <location filename="../../src/ui/status/drop_target.cpp" />
             <source>Orlop Drop Target</source>
             <translation>Orlop-Ablageziel</translation>
@@ -3353,6 +3468,21 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
             <location filename="../../src/ui/structured/structured_text_edit.cpp" />
             <source>Syntax Error</source>
             <translation>Syntaxfehler</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/toolbar/state_filter_button.cpp" />
+            <source>Active</source>
+            <translation>Laufend</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/toolbar/state_filter_button.cpp" />
+            <source>Failed</source>
+            <translation>Fehlgeschlagen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/toolbar/state_filter_button.cpp" />
+            <source>Which rows are shown</source>
+            <translation>Welche Zeilen gezeigt werden</translation>
         </message>
         <message>
             <location filename="../../src/ui/toolbar/toolbar.cpp" />
@@ -3450,6 +3580,21 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
             <translation>Ordner öffnen</translation>
         </message>
         <message>
+            <location filename="../../src/ui/window/clipboard_watch.cpp" />
+            <source>%1 addresses were copied</source>
+            <translation>%1 Adressen wurden kopiert</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/clipboard_watch.cpp" />
+            <source>An address was copied</source>
+            <translation>Eine Adresse wurde kopiert</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/clipboard_watch.cpp" />
+            <source>The address of %1 was copied</source>
+            <translation>Die Adresse von %1 wurde kopiert</translation>
+        </message>
+        <message>
             <location filename="../../src/ui/window/desktop_front_end.cpp" />
             <source>Choose File Location</source>
             <translation>Speicherort wählen</translation>
@@ -3481,13 +3626,33 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
         </message>
         <message>
             <location filename="../../src/ui/window/desktop_windows.cpp" />
+            <source>Closing the window does not end it. Start Orlop again to see the window.</source>
+            <translation>Das Schließen des Fensters beendet es nicht. Starten Sie Orlop noch einmal, um das Fenster zu sehen.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/desktop_windows.cpp" />
             <source>H&amp;istory</source>
             <translation>&amp;Verlauf</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/desktop_windows.cpp" />
+            <source>Orlop goes on with %1 downloads</source>
+            <translation>Orlop macht mit %1 Downloads weiter</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/desktop_windows.cpp" />
+            <source>Orlop goes on with 1 download</source>
+            <translation>Orlop macht mit 1 Download weiter</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/desktop_windows.cpp" />
             <source>Resume</source>
             <translation>Fortsetzen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/desktop_windows.cpp" />
+            <source>Show</source>
+            <translation>Zeigen</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/desktop_windows.cpp" />
@@ -3521,8 +3686,28 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
         </message>
         <message>
             <location filename="../../src/ui/window/url_panel.cpp" />
+            <source>&amp;Folder:</source>
+            <translation>&amp;Ordner:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/url_panel.cpp" />
+            <source>Add</source>
+            <translation>Hinzufügen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/url_panel.cpp" />
             <source>Add Addresses</source>
             <translation>Adressen hinzufügen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/url_panel.cpp" />
+            <source>Chec&amp;ksum:</source>
+            <translation>&amp;Prüfsumme:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/url_panel.cpp" />
+            <source>For a single address only.</source>
+            <translation>Nur für eine einzelne Adresse.</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/url_panel.cpp" />

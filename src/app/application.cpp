@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "app/authentication/http_authentication_manager.h"
+#include "app/checksums/sibling_checksums.h"
 #include "app/folders/security_scoped_bookmark_manager.h"
 #include "app/history/historian.h"
 #include "app/intake/url_handler_command.h"
@@ -226,6 +227,7 @@ public:
     Installed<DQMainController> installedController{installMainController, controller};
     QueueStatusReporter status;
     SettingsEffects settingsEffects;
+    SiblingChecksums siblingChecksums{controller};
     DQURLHandlerCommand urlHandler;
     HandoverReceiver receiver;
     platform::MountWatcher mountWatcher{[this] { controller.mountsDidChange(); }};
@@ -318,8 +320,10 @@ Application::Start Application::run(const FrontEnd& frontEnd, const ShowWindows&
 void Application::receive(const QStringList& given, const QString& activationToken,
                           const Saved& saved) {
     const LaunchItems items = launchItems(given);
-    // Who wants Orlop out of the way is not to have it in front of him first.
-    if (activate_ && (items.isEmpty() || !controller().lifecycle().retreats())) {
+    const Presence& presence = controller().surroundings().frontEnd.presence;
+    // Who hands something over does not ask for the window: it comes only where it was put away.
+    const bool comesBack = presence.isHidden() && !controller().lifecycle().retreats();
+    if (activate_ && (items.isEmpty() || comesBack)) {
         activate_(activationToken);
     }
     if (items.isEmpty()) {

@@ -3,6 +3,7 @@
 #include <QString>
 
 #include "app/status/queue_status.h"
+#include "platform/session/notifications.h"
 
 namespace engine {
 class DQDownload;
@@ -40,6 +41,13 @@ public:
         static_cast<void>(identifier), static_cast<void>(title);
         static_cast<void>(informativeText), static_cast<void>(asAppendix);
         return false;
+    }
+    /// The same of one download, with buttons for what can be done with it.
+    virtual bool sendUserNotificationWithActions(
+        const QString& identifier, const QString& title, const QString& informativeText,
+        const std::vector<platform::UserNotification::Action>& actions) {
+        static_cast<void>(actions);
+        return sendUserNotification(identifier, title, informativeText, false);
     }
     /// The window has come before the user.
     virtual void windowWasSeen() {}

@@ -134,6 +134,7 @@ DQMainController::Parts::Parts(DQMainController& owner, const Surroundings& give
                  },
                  [this]() -> Scheduler& { return *schedule; },
                  [this]() -> HistoryKeeper& { return *history; },
+                 [&owner](qint64 active) { Q_EMIT owner.goesOnUnseen(active); },
                  [&owner](const QString& sentence) { Q_EMIT owner.machineRefused(sentence); },
                  [&owner] { Q_EMIT owner.terminated(); }}),
       automation({queue, allDone, given.defaults, given.loop, given.frontEnd,
@@ -193,8 +194,21 @@ void DQMainController::setFilterText(const QString& text) {
     updateDownloadListAndStatus();
 }
 
+void DQMainController::setStateFilter(const StateFilter& filter) {
+    if (filter == stateFilter()) {
+        return;
+    }
+    parts_->view.setStateFilter(filter);
+    updateDownloadListAndStatus();
+    Q_EMIT stateFilterChanged();
+}
+
+const StateFilter& DQMainController::stateFilter() const {
+    return parts_->view.stateFilter();
+}
+
 bool DQMainController::isFiltering() const {
-    return !parts_->view.filterTerms().isEmpty();
+    return parts_->view.isFiltering();
 }
 
 qsizetype DQMainController::numberOfHiddenDownloads() const {
@@ -393,8 +407,8 @@ std::optional<QString> DQMainController::openURLFromPasteboard(const Pasteboard&
     return parts_->intake.openURLFromPasteboard(pasteboard);
 }
 
-void DQMainController::openText(const QString& text) {
-    parts_->intake.openText(text);
+void DQMainController::openText(const QString& text, const ScriptArguments& arguments) {
+    parts_->intake.openText(text, arguments);
 }
 
 bool DQMainController::isTakingIn() const {

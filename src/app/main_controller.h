@@ -26,6 +26,7 @@ namespace app {
 
 struct AllDone;
 struct QueueStatus;
+struct StateFilter;
 class Automation;
 class BatchProgress;
 class HistoryKeeper;
@@ -79,6 +80,10 @@ public:
     [[nodiscard]] engine::DownloadPtr downloadAtSortedAndFilteredIndex(qsizetype row);
     /// Blanks separate the terms that a shown download must match; none shows all.
     void setFilterText(const QString& text);
+    /// Shows only rows that stand so; for this run.
+    void setStateFilter(const StateFilter& filter);
+    [[nodiscard]] const StateFilter& stateFilter() const;
+    /// By text or by state.
     [[nodiscard]] bool isFiltering() const;
     /// How many downloads the list does not show because of the filter.
     [[nodiscard]] qsizetype numberOfHiddenDownloads() const;
@@ -155,7 +160,8 @@ public:
     /// The same at once. Where it is blank, the text for the user to fill.
     [[nodiscard]] std::optional<QString> openURLFromPasteboard(const Pasteboard& pasteboard);
     /// Text that the user entered; may hold ranges of any size, which come in piece by piece.
-    void openText(const QString& text);
+    /// `arguments`: where it goes, and whether it starts at once.
+    void openText(const QString& text, const ScriptArguments& arguments = {});
     /// Ends every intake that is still going on; what it has made stays.
     void stopIntake();
     /// Whether something is still to be taken in of what was handed over.
@@ -218,6 +224,7 @@ Q_SIGNALS:
     /// Membership or order of the queue may have changed.
     void queueChanged();
     void selectionChanged();
+    void stateFilterChanged();
     /// How the queue as a whole stands may have changed.
     void statusChanged();
     void downloadChanged(const engine::DownloadPtr& download);
@@ -253,6 +260,9 @@ Q_SIGNALS:
     void volumesMissing(const QString& text);
     /// Their volume is back, and they wait for somebody to resume them.
     void volumesReturned(const Downloads& downloads);
+    /// The window was closed for the first time in this run, and nothing shows that the program
+    /// goes on with this many downloads.
+    void goesOnUnseen(qint64 activeDownloads);
     /// The machine neither sleeps nor shuts down, in a sentence.
     void machineRefused(const QString& sentence);
     /// The file of a removed download is still there.

@@ -13,6 +13,7 @@
 
 namespace http {
 
+class BandwidthAccount;
 class ResponseCache;
 
 /// Who this side is to a TLS server: PEM files. The certificate may be followed by its chain.
@@ -63,6 +64,9 @@ struct RequestOptions {
 
     // Course.
     platform::Seconds timeOutSeconds = 10;  ///< 0: never.
+    /// Counts what comes, beside the account of all requests, and lets this one rest with it. Null:
+    /// none.
+    std::shared_ptr<BandwidthAccount> ownBandwidth;
     int numberOfTimesToRetryOnTimeout = 0;
     bool shouldRedirect = true;
     /// Keep method and body on 301 and 302 (RFC 9110, 15.4), not only on 307.

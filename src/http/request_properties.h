@@ -110,6 +110,10 @@ public:
         return get(&RequestOptions::timeOutSeconds);
     }
     void setTimeOutSeconds(platform::Seconds value) { set(&RequestOptions::timeOutSeconds, value); }
+    /// Also in the middle of a transfer. Several requests can share one.
+    void setOwnBandwidth(std::shared_ptr<BandwidthAccount> account) {
+        set(&RequestOptions::ownBandwidth, std::move(account));
+    }
     [[nodiscard]] int numberOfTimesToRetryOnTimeout() const {
         return get(&RequestOptions::numberOfTimesToRetryOnTimeout);
     }

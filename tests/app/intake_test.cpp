@@ -5,6 +5,7 @@
 #include "app/intake/file_collector.h"
 #include "app/intake/pasteboard.h"
 #include "app/intake/script_arguments.h"
+#include "app/intake/text_preview.h"
 #include "app/intake/url_handler_command.h"
 #include "app/settings.h"
 #include "core_fixture.h"
@@ -680,6 +681,30 @@ TEST_F(ProgramSchemes, DropEqualOnesWithinASecond) {
     EXPECT_EQ(after(1.5, text), 2);
     EXPECT_EQ(after(0.1, text + u"?"_s), 3);
     EXPECT_EQ(after(0.1, text), 4);
+}
+
+TEST_F(ProgramSchemes, SaysWhatATextWouldComeTo) {
+    add({u"a"_s});
+    const auto preview = [this](const QString& text) {
+        return app::textPreview(text, controller->downloads(), defaults);
+    };
+    const auto mixed = preview(u"http://a.example/a\nhttp://b.example/{1-11}\nnothing in here"_s);
+    EXPECT_EQ(app::previewText(mixed),
+              u"12 addresses, 1 already in the list, 1 line not understood"_s);
+    EXPECT_FALSE(mixed.only);
+    EXPECT_EQ(preview(u"http://b.example/b"_s).only->absoluteString(), u"http://b.example/b"_s);
+    EXPECT_TRUE(preview(u"http://b.example/{1-99999999}"_s).isMore) << "in a moment";
+    EXPECT_EQ(app::previewText(preview({})), QString());
+}
+
+TEST_F(ProgramSchemes, TakesWhatIsTypedToWhereAndWhenItIsSaid) {
+    app::ScriptArguments chosen;
+    chosen.toPosixPath = folder.path();
+    chosen.startsAtOnce = false;
+    controller->openText(address(u"a"_s), chosen);
+    EXPECT_EQ(download(u"a"_s)->status(), engine::DQDownloadStatusPaused);
+    EXPECT_EQ(download(u"a"_s)->userSettings().string(engine::keys::downloadFolder),
+              platform::abbreviateWithTilde(folder.path()));
 }
 
 }  // namespace

@@ -144,6 +144,26 @@ TEST_F(LifecycleTest, ClosingTheWindowQuitsAsTheSettingsSay) {
     }
 }
 
+TEST_F(LifecycleTest, NeverGoesOnUnseenWithoutSayingSo) {
+    launch();
+    QList<qint64> told;
+    QObject::connect(controller.get(), &app::DQMainController::goesOnUnseen, controller.get(),
+                     [&](qint64 count) { told.append(count); });
+    add({u"a"_s, u"b"_s});
+    app::Lifecycle& lifecycle = controller->lifecycle();
+    EXPECT_TRUE(lifecycle.windowShouldClose());
+    EXPECT_TRUE(lifecycle.windowShouldClose());
+    EXPECT_EQ(told, QList<qint64>{2}) << "once";
+    download(u"a"_s)->pause();
+    download(u"b"_s)->pause();
+    lifecycle.statusItemDidChange(true);
+    EXPECT_TRUE(lifecycle.windowShouldClose());
+    EXPECT_EQ(terminations, 0) << "the status item is there";
+    lifecycle.statusItemDidChange(false);
+    EXPECT_TRUE(lifecycle.windowShouldClose());
+    EXPECT_EQ(terminations, 1) << "nothing goes on";
+}
+
 TEST_F(LifecycleTest, FollowsTheApplicationModeAndOpensTheSettingsAskedFor) {
     defaults.set(app::settings::applicationMode, qint64{1});
     controller->lifecycle().willFinishLaunching();

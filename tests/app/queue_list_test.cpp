@@ -254,4 +254,29 @@ TEST_F(QueueList, CommandsOnManyRowsAreOneBatch) {
     EXPECT_EQ(frontEnd.reloads, reloads + 2);
 }
 
+TEST_F(QueueList, ShowsRowsByHowTheyStand) {
+    add({u"a"_s, u"b"_s, u"c"_s});
+    const app::StateFilter failed{app::RowState::Failed, {}};
+    controller->setStateFilter(failed);
+    EXPECT_TRUE(controller->isFiltering());
+    EXPECT_EQ(shown(), QStringList());
+    EXPECT_FALSE(controller->canDragRows({0})) << "rows are hidden between";
+    end(*download(u"b"_s), engine::DQDownloadStatusAborted);
+    EXPECT_EQ(shown(), QStringList{u"b"_s}) << "at once";
+    controller->setFilterText(u"x"_s);
+    EXPECT_EQ(shown(), QStringList());
+    controller->setFilterText({});
+    download(u"c"_s)->interrupt(platform::Error{u"d"_s, 1, u"t"_s, {}});
+    EXPECT_EQ(shown(), QStringList({u"b"_s, u"c"_s}));
+    const app::StateCounts counts = app::stateCounts(controller->downloads());
+    EXPECT_EQ(counts.states, (std::array<qsizetype, 4>{0, 1, 2, 0}));
+
+    download(u"a"_s)->userSettings().set(engine::keys::downloadFolder, u"/there"_s);
+    controller->setStateFilter({{}, u"/there"_s});
+    EXPECT_EQ(shown(), QStringList{u"a"_s});
+    controller->setStateFilter({});
+    EXPECT_FALSE(controller->isFiltering());
+    EXPECT_EQ(shown(), queue());
+}
+
 }  // namespace

@@ -86,6 +86,28 @@ TEST_F(ThrottleTest, AllRequestsShareOneLimit) {
     EXPECT_LE(elapsed, 5.5);
 }
 
+TEST_F(ThrottleTest, SomeRequestsHaveALimitOfTheirOwn) {
+    serveFile(250'000);
+    const auto own = std::make_shared<BandwidthAccount>(main.clock);
+    own->setMaxBandwidthPerSecond(50'000);
+    delegate.does.receivesData = true;
+    const auto free = observedRequest(u"/file"_s);
+    const auto limited = observedRequest(u"/file"_s);
+    limited->setOwnBandwidth(own);
+    free->startAsynchronous();
+    limited->startAsynchronous();
+    ASSERT_TRUE(waitForRest());
+    EXPECT_EQ(free->totalBytesRead(), 250'000U);
+    EXPECT_LE(limited->totalBytesRead(), 65'000U);
+    advance(1);
+    ASSERT_TRUE(waitForRest());
+    EXPECT_LE(limited->totalBytesRead(), 130'000U);
+    limited->setOwnBandwidth(nullptr);
+    advance(0.25);
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(limited->totalBytesRead(), 250'000U) << "lifted in the middle";
+}
+
 TEST_F(ThrottleTest, SleepIsNoSilence) {
     serveFile(50'000);
     HTTPRequest::setMaxBandwidthPerSecond(10'000);

@@ -62,6 +62,7 @@ constexpr CommandDescription descriptions[] = {
     {Command::Clear, 0, "clear", translatable("C&lear"), "Ctrl+K"},
     {Command::Verify, 0, "verify", translatable("&Verify..."), ""},
     {Command::ChangeAddress, 0, "changeAddress", translatable("Change Address..."), ""},
+    {Command::LimitSpeed, 0, "limitSpeed", translatable("Speed Limit..."), ""},
     {Command::OpenInBrowser, 0, "openInBrowser", translatable("Open in Browser"), ""},
 
     {Command::Rearrange, 0, "rearrange", translatable("&Date Added"), ""},

@@ -43,6 +43,7 @@ enum class Command {
     Clear,
     Verify,         ///< The one selected.
     ChangeAddress,  ///< Of the one selected.
+    LimitSpeed,     ///< Of those selected that are not done.
     OpenInBrowser,  ///< The addresses of those selected.
 
     // The queue's order.

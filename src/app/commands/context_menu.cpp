@@ -77,6 +77,10 @@ private:
         add(localized("Remove"),
             [&queue = queue_, downloads = downloads_] { withdraw(queue, downloads); });
         menu_.push_back(separator());
+        if (commands_.isOffered(Command::LimitSpeed) &&
+            downloads_ == around_.controller.selectedDownloads()) {
+            menu_.push_back(commandItem(commands_, Command::LimitSpeed));
+        }
         add(localized("Open in Browser"), [around = around_, downloads = downloads_] {
             openOriginalURLs(around.controller.rows(), downloads, around.frontEnd.questions);
         });
@@ -119,7 +123,7 @@ private:
         if (download->status() == engine::DQDownloadStatusAborted || download->isInterrupted()) {
             addPage(download);
         }
-        addRowCommands(download, {Command::Verify, Command::ChangeAddress});
+        addRowCommands(download, {Command::Verify, Command::ChangeAddress, Command::LimitSpeed});
         add(localized("Open in Browser"), download, &RowActions::openOriginalURL);
         add(fileExists ? localized("Copy Original URL") : localized("Copy URL"), download,
             &RowActions::copyOriginalURL);

@@ -97,6 +97,10 @@ private:
         if (download_.status() != engine::DQDownloadStatusDone)
             add(localized("Arrived"), sizeText(heldBytes(download_)));
         add(localized("Type"), known.mediaType);
+        if (const qint64 limit = download_.speedLimit().bytesPerSecond(); limit > 0)
+            add(localized("Speed limit"),
+                filledFormat(localized("%@/s"), {links::fileSizeDescriptionWithBytesCount(
+                                                    static_cast<quint64>(limit))}));
     }
 
     void addDates() {

@@ -93,15 +93,15 @@ void Intake::openNewURLs(std::vector<platform::Url> urls) {
           {}, notes);
 }
 
-void Intake::openText(const QString& text) {
-    beginWithPasteboard({{}, text});
+void Intake::openText(const QString& text, const ScriptArguments& arguments) {
+    beginWithPasteboard({{}, text}, arguments);
 }
 
-void Intake::beginWithPasteboard(const Pasteboard& pasteboard) {
+void Intake::beginWithPasteboard(const Pasteboard& pasteboard, const ScriptArguments& arguments) {
     const auto notes = std::make_shared<IntakeNotes>();
     begin(newAddressesInTexts(pasteboard.texts(), surroundings_.queue.downloads(),
                               surroundings_.defaults, surroundings_.frontEnd.questions, notes),
-          {}, notes);
+          arguments, notes);
 }
 
 void Intake::begin(std::unique_ptr<AddressSource> addresses, const ScriptArguments& arguments,

@@ -56,7 +56,7 @@ public:
     void openURLsAfterDelay(const std::vector<platform::Url>& urls,
                             const ScriptArguments& arguments, bool giveFeedback);
     bool openFiles(const QStringList& paths, bool afterDelay, bool giveFeedback);
-    void openText(const QString& text);
+    void openText(const QString& text, const ScriptArguments& arguments = {});
 
     /// Whether there is an address in it.
     [[nodiscard]] bool canDropPasteboard(const Pasteboard& pasteboard) const;
@@ -80,7 +80,7 @@ private:
 
     [[nodiscard]] std::vector<platform::Url> candidatesIn(const QStringList& texts) const;
     [[nodiscard]] FileCollector fileCollector() const;
-    void beginWithPasteboard(const Pasteboard& pasteboard);
+    void beginWithPasteboard(const Pasteboard& pasteboard, const ScriptArguments& arguments = {});
     void begin(std::unique_ptr<AddressSource> addresses, const ScriptArguments& arguments,
                SharedIntakeNotes notes);
     [[nodiscard]] bool mustWait(const Activity& activity) const;

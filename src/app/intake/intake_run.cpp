@@ -56,7 +56,7 @@ IntakeRun::IntakeRun(Surroundings surroundings, std::unique_ptr<AddressSource> a
       targetIsFolder_(!target_.isEmpty() && links::isFolderPath(platform::expandTilde(target_))),
       asksForFolder_(!arguments.isFromProgram &&
                      surroundings.frontEnd.presence.areAlternateFunctionalityModifiersHeld()),
-      autoStart_(surroundings.defaults.get(settings::autoStart)) {}
+      autoStart_(arguments.startsAtOnce.value_or(surroundings.defaults.get(settings::autoStart))) {}
 
 bool IntakeRun::step(int maximum) {
     for (int taken = 0; taken < maximum && !isOver_; ++taken) {

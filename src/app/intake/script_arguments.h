@@ -16,6 +16,8 @@ struct ScriptArguments {
     bool isFromProgram = false;
     /// Not for scripts: the download pages that led to the addresses.
     QStringList downloadPageChain = {};
+    /// Not for scripts: whether they are queued at once. Nothing: as the settings say.
+    std::optional<bool> startsAtOnce = {};
 
     [[nodiscard]] bool isEmpty() const;
     /// As the "Request" of a download's settings. Empty: an ordinary request.

@@ -1,5 +1,7 @@
 #include "app/lifecycle/lifecycle.h"
 
+#include <utility>
+
 #include "app/settings.h"
 #include "links/text/localization.h"
 #include "platform/base/log.h"
@@ -123,13 +125,27 @@ bool Lifecycle::wouldLoseDownloadsOnClose() const {
 }
 
 bool Lifecycle::windowShouldClose() {
-    const platform::UserDefaults& defaults = surroundings_.defaults;
-    if (!defaults.get(settings::quitOnClose) ||
-        (defaults.get(settings::quitOnCloseCleanSlateOnly) && isActive())) {
+    if (!shouldEndOnClose()) {
         return true;
     }
     terminate();
     return hasTerminated_;
+}
+
+/// A program that nobody sees and that does nothing would only be in the way.
+bool Lifecycle::shouldEndOnClose() {
+    const platform::UserDefaults& defaults = surroundings_.defaults;
+    if (defaults.get(settings::quitOnClose) &&
+        !(defaults.get(settings::quitOnCloseCleanSlateOnly) && isActive())) {
+        return true;
+    }
+    if (isStatusItemShown_.value_or(false)) {
+        return false;
+    }
+    if (isActive() && !std::exchange(hasToldOfGoingOn_, true)) {
+        surroundings_.goesOnUnseen(surroundings_.queue.tally().count(engine::activeStatuses));
+    }
+    return !isActive();
 }
 
 bool Lifecycle::applicationShouldHandleReopen() {

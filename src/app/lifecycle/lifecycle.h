@@ -27,6 +27,8 @@ public:
         std::function<bool()> writeArchiveBeforeQuitting;
         std::function<Scheduler&()> scheduler;
         std::function<HistoryKeeper&()> history;
+        /// The window is being closed while so many downloads go on, and nothing shows that.
+        std::function<void(qint64 activeDownloads)> goesOnUnseen;
         /// The machine did not do what was asked of it, in a sentence.
         std::function<void(const QString& sentence)> refused;
         /// Nothing keeps the program running any more.
@@ -74,6 +76,7 @@ public:
 private:
     void watchMachine();
     void end();
+    [[nodiscard]] bool shouldEndOnClose();
     void updateApplicationMode();
     [[nodiscard]] bool isInStatusItemOnly() const;
     void showPreferencesAskedFor();
@@ -91,6 +94,7 @@ private:
     platform::Timer resuming_;
     platform::Timers windowChanges_;  ///< That must wait for the window system.
     bool hasTerminated_ = false;
+    bool hasToldOfGoingOn_ = false;
     std::optional<bool> isStatusItemShown_;
     platform::Observation observation_;
 };

@@ -117,13 +117,31 @@ void QueueFollower::notifyInterruption(engine::DQDownload& download) {
         download.displayName() + links::spacedDashString() + failureSentence(*error, {}), false);
 }
 
+/// They outlast the row.
+std::vector<platform::UserNotification::Action> QueueFollower::fileActions(
+    engine::DQDownload& download) {
+    const auto action = [this, kept = download.shared_from_this()](
+                            const QString& key, const QString& title,
+                            void (RowActions::*perform)(engine::DQDownload&) const) {
+        return platform::UserNotification::Action{
+            key, title, [this, kept, perform] { (around_.rows.actions().*perform)(*kept); }};
+    };
+    return {action(u"open"_s, links::localized("Open"), &RowActions::open),
+            action(u"reveal"_s, links::localized("Show in Folder"), &RowActions::reveal)};
+}
+
 void QueueFollower::reflectEnd(engine::DQDownload& download) {
     constexpr platform::Seconds vanishInterval = 3;
     const bool isDone = download.status() == engine::DQDownloadStatusDone;
-    around_.status->sendUserNotification(
-        isDone ? u"Download Complete"_s : u"Download Failed"_s,
-        links::localized(isDone ? "Download Complete" : "Download Failed"), download.displayName(),
-        false);
+    if (isDone) {
+        around_.status->sendUserNotificationWithActions(
+            u"Download Complete"_s, links::localized("Download Complete"), download.displayName(),
+            fileActions(download));
+    } else {
+        around_.status->sendUserNotification(u"Download Failed"_s,
+                                             links::localized("Download Failed"),
+                                             download.displayName(), false);
+    }
     around_.allDone._mayTriggerQuitOnAllDone = true;
     const platform::Setting<bool>& autoClear =
         isDone ? settings::autoClearSuccesses : settings::autoClearLemons;

@@ -70,6 +70,8 @@ private:
     void fileWasNotThrownAway(const QString& path) override;
 
     void notifyInterruption(engine::DQDownload& download);
+    [[nodiscard]] std::vector<platform::UserNotification::Action> fileActions(
+        engine::DQDownload& download);
     void reflectEnd(engine::DQDownload& download);
     void removeLeavingDownloads();
     void vanish(engine::DQDownload& download, platform::Seconds delay);

@@ -19,6 +19,11 @@ void QueueView::setFilterText(const QString& text) {
     invalidate();
 }
 
+void QueueView::setStateFilter(const StateFilter& filter) {
+    states_ = filter;
+    invalidate();
+}
+
 const QueueView::View& QueueView::sortedDownloads() {
     if (isStale_) {
         sortAndFilterDownloads();
@@ -62,12 +67,12 @@ bool QueueView::reflectChange(const engine::DQDownload& download) {
         return false;
     }
     Entry& entry = found->second;
-    if (entry.row < 0) {
+    if (entry.row < 0 && !(states_.isOn() && matchesFilter(download))) {
         hiddenOneMatches_ = hiddenOneMatches_ || matchesFilter(download);
         return false;
     }
     updateKey(entry, download);
-    if (!hiddenOneMatches_ && matchesFilter(download) && isInPlace(entry)) {
+    if (entry.row >= 0 && !hiddenOneMatches_ && matchesFilter(download) && isInPlace(entry)) {
         return false;
     }
     const View before = _sortedAndFilteredDownloads;
@@ -85,8 +90,8 @@ void QueueView::sortAndFilterDownloads() {
     updateEntries();
     _sortedDownloads = std::make_shared<const Downloads>(sorted());
     _sortedAndFilteredDownloads =
-        terms_.isEmpty() ? _sortedDownloads
-                         : std::make_shared<const Downloads>(filtered(*_sortedDownloads));
+        isFiltering() ? std::make_shared<const Downloads>(filtered(*_sortedDownloads))
+                      : _sortedDownloads;
     qsizetype row = 0;
     for (const engine::DownloadPtr& download : *_sortedAndFilteredDownloads) {
         entries_.find(download.get())->second.row = row++;
@@ -149,7 +154,8 @@ Downloads QueueView::filtered(const Downloads& downloads) const {
 }
 
 bool QueueView::matchesFilter(const engine::DQDownload& download) const {
-    return terms_.isEmpty() || download.isMatchForSearchStrings(terms_, form_.checksURL);
+    return states_.matches(download) &&
+           (terms_.isEmpty() || download.isMatchForSearchStrings(terms_, form_.checksURL));
 }
 
 bool QueueView::isAheadOf(const Entry& a, const Entry& b) const {

@@ -5,6 +5,7 @@
 #include <unordered_map>
 
 #include "app/queue/download_order.h"
+#include "app/queue/state_filter.h"
 #include "engine/queue/download_queue.h"
 #include "platform/base/user_defaults.h"
 
@@ -23,12 +24,15 @@ public:
 
     /// Split at whitespace into the terms that a download must match.
     void setFilterText(const QString& text);
-    [[nodiscard]] const QStringList& filterTerms() const { return terms_; }
+    void setStateFilter(const StateFilter& filter);
+    [[nodiscard]] const StateFilter& stateFilter() const { return states_; }
+    /// Whether rows may be hidden.
+    [[nodiscard]] bool isFiltering() const { return !terms_.isEmpty() || states_.isOn(); }
 
     /// The order is wanted anew: membership, queue order or a setting changed.
     void invalidate() { isStale_ = true; }
 
-    /// The same object while there are no filter terms.
+    /// The same object while nothing is filtered.
     [[nodiscard]] const View& sortedDownloads();
     [[nodiscard]] const View& sortedAndFilteredDownloads();
     /// How many the filter hid when the views were last put together.
@@ -36,9 +40,10 @@ public:
     /// The row in `sortedAndFilteredDownloads`. Nothing: not shown.
     [[nodiscard]] std::optional<qsizetype> rowOf(const engine::DQDownload& download);
 
-    /// A download has changed. Whether the shown rows are other ones or in another order now. A
-    /// change that brings a hidden download into view is answered with the next one of a shown
-    /// download. Costs nothing that grows with the queue unless rows move.
+    /// A download has changed. Whether the shown rows are other ones or in another order now. That
+    /// a hidden download matches the text now is answered with the next change of a shown one, and
+    /// at once where rows are shown by how they stand. Costs nothing that grows with the queue
+    /// unless rows move.
     [[nodiscard]] bool reflectChange(const engine::DQDownload& download);
 
 private:
@@ -69,6 +74,7 @@ private:
     const engine::DownloadQueue& queue_;
     const platform::UserDefaults& defaults_;
     QStringList terms_;
+    StateFilter states_;
     Form form_;
     bool isStale_ = true;
     bool hiddenOneMatches_ = false;

@@ -13,7 +13,7 @@ RowDrag::RowDrag(engine::DownloadQueue& queue, QueueView& view, const RowVanishi
 
 bool RowDrag::showsQueueOrder() const {
     return defaults_.get(settings::sortingCriterion) == criterion::dateAdded &&
-           view_.filterTerms().isEmpty();
+           !view_.isFiltering();
 }
 
 bool RowDrag::canDragRows(const QList<qsizetype>& rows) {

@@ -138,17 +138,24 @@ void QueueStatusReporter::playFeedback() {
     }
 }
 
+bool QueueStatusReporter::mayNotify() const {
+    const platform::UserDefaults& defaults = surroundings_.defaults;
+    const bool isHushed = defaults.get(engine::settings::privateDownloading) &&
+                          !defaults.get(settings::privateDownloadingSendsUserNotifications);
+    return !isHushed && !surroundings_.frontEnd.presence.isDownloadWindowActive();
+}
+
 bool QueueStatusReporter::sendUserNotification(const QString& identifier, const QString& title,
                                                const QString& informativeText, bool asAppendix) {
-    const platform::UserDefaults& defaults = surroundings_.defaults;
-    if (defaults.get(engine::settings::privateDownloading) &&
-        !defaults.get(settings::privateDownloadingSendsUserNotifications)) {
-        return false;
-    }
-    if (surroundings_.frontEnd.presence.isDownloadWindowActive()) {
-        return false;
-    }
-    return notifications_.sendNotification(identifier, title, informativeText, asAppendix);
+    return mayNotify() &&
+           notifications_.sendNotification(identifier, title, informativeText, asAppendix);
+}
+
+bool QueueStatusReporter::sendUserNotificationWithActions(
+    const QString& identifier, const QString& title, const QString& informativeText,
+    const std::vector<platform::UserNotification::Action>& actions) {
+    return mayNotify() &&
+           notifications_.sendNotification(identifier, title, informativeText, false, actions);
 }
 
 void QueueStatusReporter::sendDoneUserNotification(bool failuresRemain) {

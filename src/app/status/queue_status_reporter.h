@@ -38,6 +38,9 @@ public:
     void windowWasSeen() override { notifications_.wereSeen(); }
     bool sendUserNotification(const QString& identifier, const QString& title,
                               const QString& informativeText, bool asAppendix) override;
+    bool sendUserNotificationWithActions(
+        const QString& identifier, const QString& title, const QString& informativeText,
+        const std::vector<platform::UserNotification::Action>& actions) override;
 
 Q_SIGNALS:
     /// The icon is to be drawn anew; at most about twice a second while nothing but progress
@@ -45,6 +48,8 @@ Q_SIGNALS:
     void applicationImageChanged(const app::ApplicationImage& image);
 
 private:
+    /// Whether the user wants to be told, and does not see it anyway.
+    [[nodiscard]] bool mayNotify() const;
     /// How far all that is active has come, of which the running ones this far in sum; negative:
     /// nothing is active.
     [[nodiscard]] double fraction(double sumOfFractions) const;

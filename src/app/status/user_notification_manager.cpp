@@ -39,14 +39,15 @@ DQUserNotificationManager::~DQUserNotificationManager() {
     }
 }
 
-bool DQUserNotificationManager::sendNotification(const QString& identifier, const QString& title,
-                                                 const QString& informativeText, bool asAppendix) {
+bool DQUserNotificationManager::sendNotification(
+    const QString& identifier, const QString& title, const QString& informativeText,
+    bool asAppendix, const std::vector<platform::UserNotification::Action>& actions) {
     if (center_ == nullptr) {
         return false;
     }
     if (identifier.isEmpty() || informativeText.isEmpty() ||
         !defaults_.get(settings::coalesceUserNotifications)) {
-        return center_->deliver({{}, title, informativeText, category(identifier)});
+        return center_->deliver({{}, title, informativeText, category(identifier), actions});
     }
     const QString fullIdentifier = u"%1: %2"_s.arg(identifierPrefix, identifier);
     return center_->deliver({fullIdentifier, title,

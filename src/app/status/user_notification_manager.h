@@ -5,9 +5,10 @@
 #include <QStringList>
 #include <functional>
 
+#include "platform/session/notifications.h"
+
 namespace platform {
 class UserDefaults;
-class UserNotificationCenter;
 }  // namespace platform
 
 namespace app {
@@ -25,9 +26,10 @@ public:
     DQUserNotificationManager& operator=(const DQUserNotificationManager&) = delete;
 
     /// `identifier` names the kind. An appendix comes last in a gathered notification, after an
-    /// empty line. False: not sent.
+    /// empty line, and a gathered one has no buttons. False: not sent.
     bool sendNotification(const QString& identifier, const QString& title,
-                          const QString& informativeText, bool asAppendix);
+                          const QString& informativeText, bool asAppendix,
+                          const std::vector<platform::UserNotification::Action>& actions = {});
     /// The user has the window before him, and needs no more telling.
     void wereSeen();
 

@@ -50,6 +50,8 @@ Session::Session(Surroundings surroundings, std::function<void()> didEnd)
             [this](const QStringList& problems) { tellProblems(problems); });
     connect(&controller, &DQMainController::volumeMissing, this,
             [this](const QString& sentence) { tellProblems({sentence}); });
+    connect(&controller, &DQMainController::machineRefused, this,
+            [this](const QString& sentence) { tellProblems({sentence}); });
     connect(&controller, &DQMainController::alreadyInList, this,
             [this](const Downloads& known) { takeUpAgain(known); });
     connect(&controller, &DQMainController::textNotUnderstood, this,

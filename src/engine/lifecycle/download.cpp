@@ -34,6 +34,7 @@ DQDownload::DQDownload(const Context& context, DownloadHost& host, const platfor
       host_(host),
       paths_(*this),
       transfer_(*this, paths_, [this] { host_.downloadDidChange(*this); }),
+      speedLimit_(transfer_),
       finisher_(transfer_, *this),
       autoResume_(context.loop),
       spaceWatch_(*this) {

@@ -9,6 +9,7 @@
 #include "engine/lifecycle/space_watch.h"
 #include "engine/paths/download_paths.h"
 #include "engine/record/download_record.h"
+#include "engine/transfer/speed_limit.h"
 #include "engine/transfer/transfer.h"
 #include "engine/workers/download_worker_delegate.h"
 #include "platform/base/timer.h"
@@ -135,6 +136,8 @@ public:
     [[nodiscard]] const DownloadPaths& paths() const { return paths_; }
     [[nodiscard]] Transfer& transfer() { return transfer_; }
     [[nodiscard]] const Transfer& transfer() const { return transfer_; }
+    [[nodiscard]] SpeedLimit& speedLimit() { return speedLimit_; }
+    [[nodiscard]] const SpeedLimit& speedLimit() const { return speedLimit_; }
     [[nodiscard]] DownloadFinisher& finisher() { return finisher_; }
     [[nodiscard]] bool isGettingDownloadPageSource() const { return _isGettingDownloadPageSource; }
     void setIsGettingDownloadPageSource(bool isGetting) {
@@ -201,6 +204,7 @@ private:
     DownloadHost& host_;
     DownloadPaths paths_;
     Transfer transfer_;
+    SpeedLimit speedLimit_;
     DownloadFinisher finisher_;
     Verification verification_;  ///< Of the finished file.
     /// A resumption that is to come by itself.

@@ -146,6 +146,7 @@ Worker::Pointer makePrimaryWorker(DQDownload& download, const platform::Url& url
     if (!worker)
         return nullptr;
     worker->setDelegate(&download);
+    worker->setBandwidth(download.speedLimit().account());
     applyRequestSettings(download, url, worker->request());
     if (plan.kind == ResumePlan::Kind::Nothing)
         return worker;

@@ -1,11 +1,9 @@
 #include "engine/lifecycle/kept_aside.h"
 
-#include "engine/context.h"
 #include "engine/lifecycle/download.h"
-#include "engine/paths/intermediate_files.h"
+#include "engine/paths/download_paths.h"
 #include "engine/record/known_file.h"
 #include "platform/base/log.h"
-#include "platform/files/disks.h"
 #include "platform/files/files.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -56,8 +54,7 @@ void takePartialDataBack(DQDownload& download) {
 void dropPartialDataAside(DQDownload& download) {
     const QString path = partialPathAside(download);
     download.userSettings().remove(keys::keptAside);
-    if (!path.isEmpty())
-        download.context().disks.holding(path).run([path] { removePartialFiles(path); });
+    download.paths().discardInBackground(path);
 }
 
 KnownFile knownFileAside(const DownloadRecord& download) {

@@ -113,15 +113,11 @@ QString DownloadPaths::newContainer(const QString& folder) {
     return {};
 }
 
-/// Answers how it is deleted.
-std::function<void()> DownloadPaths::forgetPartialData() {
-    return
-        [path = std::exchange(_intermediateDownloadTargetPath, {})] { removePartialFiles(path); };
-}
-
 void DownloadPaths::discardPartialData() {
     if (hasIntermediateDownloadTargetPath())
-        discard(forgetPartialData());
+        discard([path = std::exchange(_intermediateDownloadTargetPath, {})] {
+            removePartialFiles(path);
+        });
 }
 
 /// What is just being written into the container goes first.
@@ -133,10 +129,14 @@ void DownloadPaths::discard(std::function<void()> remove) const {
 }
 
 void DownloadPaths::discardPartialDataInBackground() {
-    if (!hasIntermediateDownloadTargetPath())
+    discardInBackground(std::exchange(_intermediateDownloadTargetPath, {}));
+}
+
+void DownloadPaths::discardInBackground(const QString& path) const {
+    if (path.isEmpty())
         return;
-    platform::Disk& disk = download_.context().disks.holding(_intermediateDownloadTargetPath);
-    discard([&disk, remove = forgetPartialData()] { disk.run(remove); });
+    platform::Disk& disk = download_.context().disks.holding(path);
+    discard([&disk, path] { disk.run([path] { removePartialFiles(path); }); });
 }
 
 QString DownloadPaths::downloadContainerPath() const {

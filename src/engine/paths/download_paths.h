@@ -40,6 +40,8 @@ public:
     void discardPartialData();
     /// The same for one that is leaving for good; the deleting is left to the disk.
     void discardPartialDataInBackground();
+    /// The same of data elsewhere that it had before; nothing is written down of it any more.
+    void discardInBackground(const QString& path) const;
 
     /// The folder of the primary partial file, if it holds this download and nothing else.
     [[nodiscard]] QString downloadContainerPath() const;
@@ -66,7 +68,6 @@ private:
 
     /// Empty: no access.
     [[nodiscard]] QString reachedFolder(const QString& folder) const;
-    [[nodiscard]] std::function<void()> forgetPartialData();
     void discard(std::function<void()> remove) const;
 
     DownloadRecord& download_;

@@ -130,6 +130,7 @@ DownloadPtr DownloadQueue::retry(DQDownload& download, bool addToQueue) {
         }
         // The user may have changed it since, or want the file as it is.
         replacement.userSettings().set(keys::checksum, settings.value(keys::checksum));
+        replacement.userSettings().set(keys::speedLimit, settings.value(keys::speedLimit));
         replacement.takeOverPartialData(download);
     });
 }

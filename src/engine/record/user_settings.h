@@ -105,6 +105,9 @@ inline const QString leftBehind = QStringLiteral("Left Behind");
 /// Partial data that is in doubt while new data comes: "Resume Path" and what else belongs to it.
 inline const QString keptAside = QStringLiteral("Kept Aside");
 
+/// Bytes per second that the download takes at most; absent: as many as come.
+inline const QString speedLimit = QStringLiteral("Speed Limit");
+
 /// What the file is to add up to, in the form of Checksum::text: as the user knows it, and as the
 /// server said of the bytes that it sent.
 inline const QString checksum = QStringLiteral("Checksum");

@@ -12,6 +12,10 @@
 #include "platform/net/http_message.h"
 #include "platform/net/url.h"
 
+namespace http {
+class BandwidthAccount;
+}
+
 namespace engine {
 
 /// Domain of the errors that workers make themselves.
@@ -52,6 +56,8 @@ struct WorkerRequest {
     /// Sent with a range, so that a file that has changed comes whole (RFC 9110, 13.1.5). Empty:
     /// nothing is known by which a change could be told.
     QString rangeValidator;
+    /// The limit of the download that it belongs to. Null: none.
+    std::shared_ptr<http::BandwidthAccount> bandwidth;
 };
 
 struct Context;
@@ -90,6 +96,10 @@ public:
     void setDelegate(DQDownloadWorkerDelegate* delegate) { _delegate = delegate; }
     [[nodiscard]] WorkerRequest& request() { return request_; }
     [[nodiscard]] const WorkerRequest& request() const { return request_; }
+    /// Also while it runs. Local files know no limit.
+    virtual void setBandwidth(std::shared_ptr<http::BandwidthAccount> account) {
+        request_.bandwidth = std::move(account);
+    }
     /// Empty: the delegate is asked.
     [[nodiscard]] const QString& targetPath() const { return _targetPath; }
     void setTargetPath(const QString& path) { _targetPath = path; }

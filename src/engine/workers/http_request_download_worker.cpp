@@ -94,6 +94,8 @@ bool DQHTTPRequestDownloadWorker::startWithRequest(const WorkerRequest& request,
     _downloadRequest->setAllowCompressedResponse(false);
     _downloadRequest->setFollowsPermanentRedirect(true);
     _downloadRequest->setTimeOutSeconds(timeOut);
+    if (request.bandwidth)
+        _downloadRequest->setOwnBandwidth(request.bandwidth);
     _downloadRequest->setCachePolicy(cachePolicy);
     _downloadRequest->setDebugLogged(isDebugLogged());
     if (!request.requestMethod.isEmpty())
@@ -108,6 +110,12 @@ bool DQHTTPRequestDownloadWorker::startWithRequest(const WorkerRequest& request,
     _downloadRequest->setRequestHeaders(std::move(headers));
     _downloadRequest->startAsynchronous();
     return true;
+}
+
+void DQHTTPRequestDownloadWorker::setBandwidth(std::shared_ptr<http::BandwidthAccount> account) {
+    if (_downloadRequest)
+        _downloadRequest->setOwnBandwidth(account);
+    DQDownloadWorkerPrototype::setBandwidth(std::move(account));
 }
 
 /// Perhaps because another's answer lets it in, too.

@@ -23,6 +23,7 @@ public:
     [[nodiscard]] bool truncateAtOffset(qint64 offset) override;
     [[nodiscard]] bool setBound(qint64 length) override;
     [[nodiscard]] bool claimTargetPath() override;
+    void setBandwidth(std::shared_ptr<http::BandwidthAccount> account) override;
 
 protected:
     [[nodiscard]] Pointer makeAnother() const override { return make(context()); }

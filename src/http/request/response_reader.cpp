@@ -172,8 +172,10 @@ qsizetype ResponseReader::readLength() const {
                              : length > largeRead  ? largeRead
                              : length > mediumRead ? mediumRead
                                                    : smallRead;
-    return parts_.shared.bandwidth.readLength(
+    const qsizetype allowed = parts_.shared.bandwidth.readLength(
         inflatesOnTheWay() ? std::min(wanted, largestCompressedRead) : wanted);
+    const auto& own = parts_.state.options.ownBandwidth;
+    return own ? own->readLength(allowed) : allowed;
 }
 
 void ResponseReader::handleBytesAvailable() {
@@ -189,6 +191,8 @@ void ResponseReader::handleBytesAvailable() {
     state.totalBytesRead += count;
     state.lastActivityTime = parts_.shared.clock.monotonic();
     parts_.shared.bandwidth.incrementBandwidthUsedInLastSecond(count);
+    if (const auto& own = state.options.ownBandwidth)
+        own->incrementBandwidthUsedInLastSecond(count);
     distribute(std::move(received));
     if (!state.isComplete() && isWorthNoMore())
         endEarly();

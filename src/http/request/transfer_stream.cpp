@@ -69,13 +69,21 @@ void TransferStream::stopReceiving() {
 void TransferStream::performThrottling() {
     if (readStream_ == nullptr)
         return;
-    bandwidth_.measureBandwidthUsage();
-    switch (bandwidth_.verdict()) {
+    obey(bandwidth_, Hold::Throttle);
+    if (const auto& own = state_.options.ownBandwidth)
+        obey(*own, Hold::OwnThrottle);
+    else
+        letGo(Hold::OwnThrottle);
+}
+
+void TransferStream::obey(BandwidthAccount& account, Hold reason) {
+    account.measureBandwidthUsage();
+    switch (account.verdict()) {
         case BandwidthAccount::Verdict::Run:
-            letGo(Hold::Throttle);
+            letGo(reason);
             break;
         case BandwidthAccount::Verdict::Rest:
-            hold(Hold::Throttle);
+            hold(reason);
             break;
         case BandwidthAccount::Verdict::AsBefore:
             break;

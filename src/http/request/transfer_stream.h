@@ -23,7 +23,7 @@ struct RequestState;
 /// The request's loop, under its lock.
 class TransferStream {
 public:
-    enum class Hold { Throttle = 1, Backlog = 2 };
+    enum class Hold { Throttle = 1, Backlog = 2, OwnThrottle = 4 };
 
     struct Setup {
         platform::HTTPRequestMessage message;
@@ -62,6 +62,7 @@ public:
     [[nodiscard]] std::uint64_t bodyBytesWritten() const;
 
 private:
+    void obey(BandwidthAccount& account, Hold reason);
     void updateSchedule();
 
     RequestState& state_;

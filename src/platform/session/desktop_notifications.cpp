@@ -76,6 +76,7 @@ void DesktopNotifications::askForCapabilities() {
         } else {
             server_ = Server::Known;
             readsMarkup_ = reply.value().contains(u"body-markup"_s);
+            hasActions_ = reply.value().contains(u"actions"_s);
             for (const UserNotification& notification : waiting) {
                 sendInTurn(notification);
             }
@@ -103,22 +104,28 @@ void DesktopNotifications::send(const UserNotification& notification) {
     if (!notification.category.isEmpty()) {
         hints.insert(u"category"_s, notification.category);
     }
+    QStringList actions{defaultAction, u"Open"_s};
+    for (const UserNotification::Action& action : notification.actions) {
+        if (hasActions_) {
+            actions << action.key << action.title;
+        }
+    }
     QDBusMessage call = serverCall(u"Notify"_s);
     call << u"Orlop"_s << kinds_.value(notification.identifier).number << u"com.tarnworks.Orlop"_s
-         << bounded(notification.title) << body(notification.text)
-         << QStringList{defaultAction, u"Open"_s} << hints << -1;
+         << bounded(notification.title) << body(notification.text) << actions << hints << -1;
     auto* watcher = new QDBusPendingCallWatcher(bus_.asyncCall(call, timeout), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this,
-            [this, watcher, identifier = notification.identifier] {
-                const QDBusPendingReply<uint> reply = *watcher;
-                wasSent(identifier, reply.isError() ? 0 : reply.value());
-                watcher->deleteLater();
-            });
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, notification] {
+        const QDBusPendingReply<uint> reply = *watcher;
+        wasSent(notification, reply.isError() ? 0 : reply.value());
+        watcher->deleteLater();
+    });
 }
 
-void DesktopNotifications::wasSent(const QString& identifier, uint number) {
+void DesktopNotifications::wasSent(const UserNotification& notification, uint number) {
+    const QString& identifier = notification.identifier;
     if (number != 0) {
         identifiers_.insert(number, identifier);
+        actions_.insert(number, notification.actions);
     }
     if (identifier.isEmpty()) {
         return;
@@ -161,6 +168,12 @@ void DesktopNotifications::activationToken(uint number, const QString& token) {
 }
 
 void DesktopNotifications::actionInvoked(uint number, const QString& action) {
+    for (const UserNotification::Action& offered : actions_.value(number)) {
+        if (offered.key == action) {
+            offered.perform();
+            return;
+        }
+    }
     const auto found = identifiers_.constFind(number);
     if (found != identifiers_.cend() && action == defaultAction && activated_) {
         activated_(QString(*found));
@@ -176,6 +189,7 @@ void DesktopNotifications::logOnce(const QString& reason) {
 
 void DesktopNotifications::notificationClosed(uint number, uint) {
     identifiers_.remove(number);
+    actions_.remove(number);
 }
 
 std::unique_ptr<UserNotificationCenter> makeUserNotificationCenter() {

@@ -42,7 +42,7 @@ private:
     void askForCapabilities();
     void sendInTurn(const UserNotification& notification);
     void send(const UserNotification& notification);
-    void wasSent(const QString& identifier, uint number);
+    void wasSent(const UserNotification& notification, uint number);
     [[nodiscard]] QString body(const QString& text) const;
     void logOnce(const QString& reason);
 
@@ -51,9 +51,11 @@ private:
     QHash<QString, Kind> kinds_;
     /// By the server's number, also of those that stand for themselves.
     QHash<uint, QString> identifiers_;
+    QHash<uint, std::vector<UserNotification::Action>> actions_;
     Server server_ = Server::Unknown;
     std::vector<UserNotification> waiting_;  ///< Until the server is known.
     bool readsMarkup_ = false;
+    bool hasActions_ = false;
     bool hasLogged_ = false;
 };
 

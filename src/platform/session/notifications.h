@@ -3,6 +3,7 @@
 #include <QString>
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace platform {
 
@@ -15,6 +16,13 @@ struct UserNotification {
     QString text;
     /// A category as desktops know them, as in "transfer.complete"; empty: none.
     QString category;
+    /// A button, where the desktop has any.
+    struct Action {
+        QString key;  ///< Tells the buttons of one notification apart; not "default".
+        QString title;
+        std::function<void()> perform;
+    };
+    std::vector<Action> actions = {};
 };
 
 /// The desktop's notifications (on Linux those of org.freedesktop.Notifications). Main thread.

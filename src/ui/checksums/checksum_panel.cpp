@@ -13,6 +13,7 @@
 #include "app/checksums/checksum_texts.h"
 #include "app/checksums/verification.h"
 #include "app/main_controller.h"
+#include "desktop/checksums/checksum_search.h"
 #include "links/text/localization.h"
 #include "ui/text.h"
 
@@ -44,6 +45,19 @@ QString effectOfNone(const engine::DQDownload& download) {
                ? translated("Without one, the SHA-256 of the file is shown.")
                : translated("Without one, the file is taken as it comes.");
 }
+
+/// Goes with its panel.
+class Search final : public QObject {
+public:
+    using QObject::QObject;
+    void begin(platform::RunLoop& loop, const platform::Url& file, const QString& name,
+               desktop::ChecksumSearch::Answer answer) {
+        search_ = std::make_unique<desktop::ChecksumSearch>(loop, file, name, std::move(answer));
+    }
+
+private:
+    std::unique_ptr<desktop::ChecksumSearch> search_;
+};
 
 QString noteOn(const QString& text, const engine::DQDownload& download) {
     if (text.trimmed().isEmpty())
@@ -87,6 +101,13 @@ void showChecksumPanel(QWidget& window, app::DQMainController& controller,
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, panel);
     QPushButton* accept = buttons->button(QDialogButtonBox::Ok);
     accept->setText(translated("Verify"));
+    QPushButton* look =
+        buttons->addButton(translated("Look Beside It"), QDialogButtonBox::ActionRole);
+    look->setObjectName(u"checksumLook"_s);
+    look->setToolTip(translated("Looks on the server for a list of checksums"));
+    look->setAutoDefault(false);
+    const auto address = desktop::webAddress(download->originalURLString());
+    look->setEnabled(address.has_value());
     for (QWidget* widget :
          {static_cast<QWidget*>(label), static_cast<QWidget*>(field), static_cast<QWidget*>(note),
           static_cast<QWidget*>(known), static_cast<QWidget*>(buttons)})
@@ -99,6 +120,21 @@ void showChecksumPanel(QWidget& window, app::DQMainController& controller,
     };
     QObject::connect(field, &QLineEdit::textChanged, panel, update);
     update();
+    QObject::connect(look, &QPushButton::clicked, panel, [=, &controller] {
+        look->setEnabled(false);
+        note->setText(translated("Looking for a list of checksums..."));
+        auto* search = new Search(panel);
+        search->begin(
+            controller.surroundings().loop, *address, download->name(),
+            [=](const std::optional<engine::Checksum>& checksum, const QString& list) {
+                look->setEnabled(true);
+                if (checksum)
+                    field->setText(checksum->text());
+                note->setText(checksum ? translated("Found in %1").arg(list)
+                                       : translated("There is no list of checksums beside it."));
+                search->deleteLater();
+            });
+    });
     QObject::connect(buttons, &QDialogButtonBox::rejected, panel, &QDialog::reject);
     QObject::connect(
         buttons, &QDialogButtonBox::accepted, panel, [panel, field, download, &controller] {

@@ -101,6 +101,7 @@ void MainMenu::addQueueMenu() {
     menu->addSeparator();
     actions_.addTo(*menu, Command::Verify);
     actions_.addTo(*menu, Command::ChangeAddress);
+    actions_.addTo(*menu, Command::LimitSpeed);
     actions_.addTo(*menu, Command::OpenInBrowser);
     menu->addSeparator();
     QMenu* order = menu->addMenu(translated("Rearran&ge Queue by"));

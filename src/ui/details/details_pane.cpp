@@ -102,6 +102,7 @@ void DetailsPane::makeActions() {
     addCommand(Command::OpenInBrowser, translated("Open in Browser"));
     addCommand(Command::ChangeAddress, translated("Change Address..."));
     addCommand(Command::Verify, translated("Checksum..."));
+    addCommand(Command::LimitSpeed, translated("Speed Limit..."));
     for (QToolButton* button : actions_->findChildren<QToolButton*>())
         button->setFocusPolicy(Qt::TabFocus);
 }

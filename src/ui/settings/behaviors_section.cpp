@@ -36,6 +36,7 @@ void addCloseBehavior(SettingsPage& page, const SettingsContext& context) {
     QObject::connect(popup, &QComboBox::activated, &page, [popup, &toggles] {
         toggles.setCloseBehavior(static_cast<CloseBehavior>(popup->currentData().toLongLong()));
     });
+    page.addNote("Where no panel shows Orlop's icon, it quits as well if nothing is active.");
 }
 
 }  // namespace

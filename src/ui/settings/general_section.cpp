@@ -8,6 +8,7 @@
 #include "ui/rules/folder_selector.h"
 #include "ui/rules/rule_list.h"
 #include "ui/rules/subdivision_field.h"
+#include "ui/settings.h"
 #include "ui/settings/sections.h"
 #include "ui/settings/settings_page.h"
 
@@ -54,6 +55,7 @@ SettingsPage* makeGeneralSection(const SettingsContext& context, QWidget* parent
     page->addSwitch("New downloads:", "Start at &once", app::settings::autoStart);
     page->addSwitch("", "Skip addresses that are &already in the list",
                     app::settings::instantDuplicateCheck);
+    page->addSwitch("", "Offer addresses that are copied", settings::watchClipboard);
     page->addGap();
     addDownloadsFolder(*page, context);
     page->addSwitch("", "Asked for a folder, choose the &name as well",

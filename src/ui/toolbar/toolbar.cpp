@@ -1,6 +1,7 @@
 #include "ui/toolbar/toolbar.h"
 
 #include <QContextMenuEvent>
+#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QKeySequence>
 #include <QLineEdit>
@@ -15,6 +16,7 @@
 #include "ui/commands/menu_items.h"
 #include "ui/text.h"
 #include "ui/toolbar/segmented_control.h"
+#include "ui/toolbar/state_filter_button.h"
 #include "ui/toolbar/toolbar_editor.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -146,7 +148,13 @@ void MainToolbar::makeFilterField() {
     toolbarFilterField->addAction(symbolIcon(u"filter"_s), QLineEdit::LeadingPosition);
     toolbarFilterField->installEventFilter(this);
     connect(toolbarFilterField, &QLineEdit::textChanged, this, &MainToolbar::filterTextChanged);
-    keep(item::filter, toolbarFilterField);
+    auto* filter = new QWidget;
+    filter->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Preferred);
+    auto* layout = new QHBoxLayout(filter);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(new StateFilterButton(commands_.surroundings().controller, filter));
+    layout->addWidget(toolbarFilterField);
+    keep(item::filter, filter);
 }
 
 void MainToolbar::rebuild() {
@@ -174,6 +182,7 @@ void MainToolbar::rebuild() {
     // What cannot be seen does not filter.
     if (filterField() == nullptr) {
         toolbarFilterField->clear();
+        commands_.surroundings().controller.setStateFilter({});
     }
 }
 

@@ -47,8 +47,7 @@ void AddressEntry::showForCorrection(const std::vector<app::RefusedText>& refuse
 
 void AddressEntry::openURLPanelWithString(const QString& text, const QString& note) {
     if (!openURLPanel) {
-        openURLPanel = std::make_unique<URLPanel>(
-            window_, [this](const QString& entered) { controller_.openText(entered); });
+        openURLPanel = std::make_unique<URLPanel>(controller_, window_);
     }
     openURLPanel->openWithString(text, note);
 }

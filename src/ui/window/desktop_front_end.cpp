@@ -4,6 +4,8 @@
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QWindow>
+#include <utility>
 
 #include "app/main_controller.h"
 #include "links/names/file_names.h"
@@ -36,6 +38,15 @@ QImage iconImage(const QString& name) {
 /// With names in it that may look like markup.
 QString literalText(const QString& text) {
     return Qt::mightBeRichText(text) ? text.toHtmlEscaped().replace(u'\n', u"<br>"_s) : text;
+}
+
+/// The attribute counts for windows that are still to be made, and Qt's plug-in for X11 looks at
+/// the property each time.
+void letShowActivate(QWidget& window, bool activates) {
+    window.setAttribute(Qt::WA_ShowWithoutActivating, !activates);
+    if (QWindow* handle = window.windowHandle()) {
+        handle->setProperty("_q_showWithoutActivating", !activates);
+    }
 }
 
 /// Goes when it is closed.
@@ -186,7 +197,7 @@ void DesktopFrontEnd::showDownloadWindow(bool activating) {
     if (window_->frame().isFading()) {
         window_->frame().stopAnimation();
     }
-    window_->setAttribute(Qt::WA_ShowWithoutActivating, !activating);
+    letShowActivate(*window_, activating);
     window_->setWindowState(window_->windowState() & ~Qt::WindowMinimized);
     window_->show();
     window_->raise();
@@ -197,6 +208,7 @@ void DesktopFrontEnd::showDownloadWindow(bool activating) {
 
 void DesktopFrontEnd::orderDownloadWindowBack() {
     if (window_) {
+        isSteppingBack_ = true;
         window_->lower();
     }
 }
@@ -225,11 +237,23 @@ void DesktopFrontEnd::hide() {
     if (window_) {
         // A window that is just springing open would come back.
         window_->frame().stopAnimation();
-        window_->showMinimized();
+        // Window managers give the focus to what comes back from its icon, and none to what is
+        // mapped without wanting it.
+        if (isSteppingBack_) {
+            window_->hide();
+        } else {
+            window_->showMinimized();
+        }
     }
 }
 
 void DesktopFrontEnd::unhide(bool activating) {
+    if (window_ && std::exchange(isSteppingBack_, false) && !activating) {
+        letShowActivate(*window_, false);
+        window_->show();
+        window_->lower();
+        return;
+    }
     showDownloadWindow(activating);
 }
 

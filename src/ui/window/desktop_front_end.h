@@ -94,6 +94,7 @@ private:
     StatusItems* statusItems_ = nullptr;
     QPointer<QMessageBox> alert_;
     bool asks_ = true;
+    bool isSteppingBack_ = false;  ///< Behind the other windows, without the focus.
 };
 
 }  // namespace ui

@@ -1,5 +1,7 @@
 #include "ui/window/desktop_windows.h"
 
+#include <QMessageBox>
+#include <QPushButton>
 #include <utility>
 
 #include "app/commands/bulk_commands.h"
@@ -117,6 +119,8 @@ void DesktopWindows::tellProblems() {
         });
     QObject::connect(controller, &app::DQMainController::volumesReturned, window_.get(),
                      [this](const app::Downloads& downloads) { offerToResume(downloads); });
+    QObject::connect(controller, &app::DQMainController::goesOnUnseen, window_.get(),
+                     [this](qint64 count) { tellOfGoingOn(count); });
     QObject::connect(controller, &app::DQMainController::machineRefused, window_.get(),
                      [this](const QString& sentence) { frontEnd_.noteProblem(sentence); });
     QObject::connect(
@@ -138,6 +142,32 @@ void DesktopWindows::tellProblems() {
             frontEnd_.confirm({app::Alert::Kind::QueueNotSaved,
                                translated("The queue is not saved"), problem, u"OK"_s, QString()});
         });
+}
+
+/// Not modal: whoever does not answer has closed the window, and no more.
+void DesktopWindows::tellOfGoingOn(qint64 count) {
+    auto* box = new QMessageBox(
+        QMessageBox::Information, u"Orlop"_s,
+        alertTitle(count == 1 ? translated("Orlop goes on with 1 download")
+                              : translated("Orlop goes on with %1 downloads").arg(count)));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setModal(false);
+    box->setInformativeText(
+        translated("Closing the window does not end it. Start Orlop again to "
+                   "see the window."));
+    const QPushButton* quit = box->addButton(translated("Quit"), QMessageBox::DestructiveRole);
+    const QPushButton* show = box->addButton(translated("Show"), QMessageBox::AcceptRole);
+    box->setDefaultButton(box->addButton(QMessageBox::Ok));
+    box->setEscapeButton(QMessageBox::Ok);
+    QObject::connect(box, &QMessageBox::buttonClicked, window_.get(),
+                     [this, quit, show](const QAbstractButton* clicked) {
+                         if (clicked == quit) {
+                             commands_.perform(Command::Quit);
+                         } else if (clicked == show) {
+                             commands_.perform(Command::ShowDownloadWindow);
+                         }
+                     });
+    box->show();
 }
 
 void DesktopWindows::offerToResume(const app::Downloads& downloads) {

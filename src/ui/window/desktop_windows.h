@@ -39,6 +39,7 @@ private:
     void provideOnlineCommands();
     void goOnline();
     void tellProblems();
+    void tellOfGoingOn(qint64 count);
     void offerToResume(const std::vector<std::shared_ptr<engine::DQDownload>>& downloads);
     void explainShortcut(const QString& section);
     void showPreferencesSection(const QString& section);

@@ -19,6 +19,7 @@
 #include "app/commands/context_menu.h"
 #include "app/lifecycle/lifecycle.h"
 #include "app/main_controller.h"
+#include "app/queue/state_filter.h"
 #include "app/rows/rows.h"
 #include "app/settings.h"
 #include "app/status/queue_status.h"
@@ -34,6 +35,7 @@
 #include "ui/text.h"
 #include "ui/toolbar/toolbar.h"
 #include "ui/window/address_entry.h"
+#include "ui/window/clipboard_watch.h"
 #include "ui/window/intake_progress.h"
 #include "ui/window/notice_bars.h"
 #include "ui/window/pasteboard_contents.h"
@@ -70,6 +72,7 @@ MainWindow::MainWindow(app::Commands& commands)
     rubber_ = std::make_unique<RubberWindow>(*this, *downloadList, defaults);
     connect(details_, &DetailsSplitter::arrangementChanged, downloadList,
             &DQDownloadList::contentHeightChanged);
+    clipboardWatch_ = std::make_unique<ClipboardWatch>(controller_, defaults, *notices_);
     observation_ = defaults.observe([this, &defaults](const QString& key) {
         if (key == app::settings::toolbarFilterCriterion.name()) {
             toolbarFilterScopeBar->select(defaults.get(app::settings::toolbarFilterCriterion));
@@ -197,6 +200,9 @@ void MainWindow::showAdded(const app::Downloads& downloads) {
     const bool isBusy = QApplication::mouseButtons() != Qt::NoButton ||
                         (lastHand_.isValid() && !lastHand_.hasExpired(handsOnMilliseconds)) ||
                         qobject_cast<QLineEdit*>(focusWidget()) != nullptr;
+    if (!downloads.empty() && !controller_.stateFilter().matches(*downloads.front())) {
+        controller_.setStateFilter({});
+    }
     if (!isBusy) {
         controller_.selectDownloads(downloads);
         downloadList->scrollToSelection();
@@ -227,6 +233,7 @@ void MainWindow::showKnown(const app::Downloads& downloads) {
             field->clear();
         }
         setFilterText({});
+        controller_.setStateFilter({});
     }
     controller_.selectDownloads(downloads);
     downloadList->scrollToSelection();

@@ -22,6 +22,7 @@ class DQDownload;
 namespace ui {
 
 class AddressEntry;
+class ClipboardWatch;
 class CommandActions;
 class DQDownloadList;
 class DetailsSplitter;
@@ -84,6 +85,7 @@ private:
     std::unique_ptr<ListDragging> dragging_;
     std::unique_ptr<WindowFrame> frame_;
     std::unique_ptr<RubberWindow> rubber_;
+    std::unique_ptr<ClipboardWatch> clipboardWatch_;
     QTimer toolbarUpdate_;
     QElapsedTimer lastHand_;  ///< Since the user selected or scrolled.
     platform::Observation observation_;

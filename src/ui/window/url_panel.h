@@ -1,21 +1,37 @@
 #pragma once
 
 #include <QDialog>
-#include <functional>
+#include <QTimer>
+#include <optional>
 
+#include "app/intake/script_arguments.h"
+#include "app/intake/text_preview.h"
+
+class QCheckBox;
 class QLabel;
+class QLineEdit;
 class QPlainTextEdit;
+class QPushButton;
+
+namespace app {
+class DQMainController;
+}
+namespace platform {
+class UserDefaults;
+}
 
 namespace ui {
 
-/// Takes any text with addresses in it, several lines of it. Not modal: downloads go on, and other
-/// programs can be looked at for more.
+class FolderSelector;
+
+/// Takes any text with addresses in it, several lines of it, and says what it would come to. Not
+/// modal: downloads go on, and other programs can be looked at for more.
 class URLPanel final : public QDialog {
     Q_OBJECT
 
 public:
-    /// `open` is called with what was entered.
-    URLPanel(QWidget& window, std::function<void(const QString&)> open);
+    /// All of it outlives the panel.
+    URLPanel(app::DQMainController& controller, QWidget& window);
 
     /// Comes to the front with this text in it. `note` says what is wrong with it; empty: nothing.
     /// A note goes with text that is still to be corrected, so that what is on the screen already
@@ -23,11 +39,29 @@ public:
     void openWithString(const QString& text, const QString& note = {});
 
 private:
+    void makeText();
+    QWidget* makeChoices();
+    QWidget* makeButtons();
+    void resetChoices();
+    void look();
+    void checksumDidChange();
+    void updateAccept();
+    [[nodiscard]] app::ScriptArguments arguments() const;
+    [[nodiscard]] QString textToOpen() const;
     void openURLOK();
 
+    app::DQMainController& controller_;
+    platform::UserDefaults& defaults_;
     QPlainTextEdit* openURLTextView;
     QLabel* note_;
-    std::function<void(const QString&)> open_;
+    QLabel* preview_;
+    FolderSelector* folder_;
+    QCheckBox* startsAtOnce_;
+    QLineEdit* checksum_;
+    QLabel* checksumNote_;
+    QPushButton* accept_ = nullptr;
+    app::TextPreview found_;
+    QTimer look_;
 };
 
 }  // namespace ui

@@ -17,6 +17,7 @@
 #include "ui/help/help_window.h"
 #include "ui/help/key_tables.h"
 #include "ui/list/download_list.h"
+#include "ui/speed/speed_limit_panel.h"
 #include "ui/toolbar/toolbar.h"
 #include "ui/window/address_entry.h"
 #include "ui/window/main_window.h"
@@ -66,6 +67,24 @@ void provideRowCommands(app::Commands& commands, MainWindow& window) {
         {app::canChangeAddress, [&controller, &window](const engine::DownloadPtr& download) {
              (new AddressPanel(controller, download, window))->show();
          }});
+    const auto isUnfinished = [](const engine::DQDownload& download) {
+        return download.status() != engine::DQDownloadStatusDone;
+    };
+    commands.provideForRow(Command::LimitSpeed,
+                           {isUnfinished, [&controller, &window](const auto& download) {
+                                showSpeedLimitPanel(window, controller, {download});
+                            }});
+    const auto limitable = [&controller, isUnfinished] {
+        app::Downloads selected = controller.selectedDownloads();
+        std::erase_if(selected, [&](const auto& download) { return !isUnfinished(*download); });
+        return selected;
+    };
+    commands.provide(Command::LimitSpeed, {[&controller, &window, limitable](qint64) {
+                                               showSpeedLimitPanel(window, controller, limitable());
+                                           },
+                                           [limitable](qint64) -> CommandState {
+                                               return {!limitable().empty(), {}, {}};
+                                           }});
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
 """A message bus of its own, with mocks of the desktop's services on it (python3-dbusmock)."""
+import json
 import re
 import shutil
 import signal
@@ -76,11 +77,11 @@ class Bus:
                 process.stdout.close()
         self._folder.cleanup()
 
-    def mock(self, template, service):
-        """Runs a mock. Answers a function that gives the calls it has had so far, a line each."""
+    def mock(self, template, service, **parameters):
+        """Runs a mock of a template with these parameters. Answers a function that gives the calls it has had so far, a line each."""
         log = Path(self._folder.name) / template
         self._start(mock_interpreter(), "-m", "dbusmock", "--session", "--logfile", log,
-                    "--template", template, env=self.environment | {"PATH": "/usr/bin:/bin"})
+                    "--template", template, "--parameters", json.dumps(parameters), env=self.environment | {"PATH": "/usr/bin:/bin"})
         wait_until(lambda: self.has_owner(service[0]), what=service[0])
         return lambda: log.read_text().splitlines() if log.exists() else []
 
