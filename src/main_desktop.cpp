@@ -122,7 +122,7 @@ int main(int argumentCount, char** argumentValues) {
     if (!ui::hasDisplay()) {
         return runWithoutDisplay(ownArguments, argumentValues, line);
     }
-    ui::doWithoutOpenGL();
+    ui::prepareForWayland();
     QApplication application(ownArguments, argumentValues);
     QApplication::setApplicationName(QStringLiteral("Orlop"));
     QApplication::setApplicationVersion(QStringLiteral(ORLOP_VERSION));

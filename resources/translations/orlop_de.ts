@@ -2233,6 +2233,16 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>jetzt</translation>
         </message>
         <message>
+            <location filename="../../src/ui/display.cpp" />
+            <source>This plugin does not support </source>
+            <translation type="unfinished" />
+        </message>
+        <message>
+            <location filename="../../src/ui/display.cpp" />
+            <source>client buffer integration</source>
+            <translation type="unfinished" />
+        </message>
+        <message>
             <location filename="../../src/ui/help/about_panel.cpp" />
             <source>A download manager for the desktop.</source>
             <translation>Ein Download-Manager für den Desktop.</translation>
@@ -3348,6 +3358,11 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
             <location filename="../../src/ui/settings/speed_section.cpp" />
             <source>Failures:</source>
             <translation>Fehlschläge:</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/speed_section.cpp" />
+            <source>Fast connections help &amp;slow ones</source>
+            <translation>Schnelle Verbindungen &amp;helfen langsamen</translation>
         </message>
         <message>
             <location filename="../../src/ui/settings/speed_section.cpp" />

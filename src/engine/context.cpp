@@ -1,6 +1,7 @@
 #include "engine/context.h"
 
 #include "platform/base/run_loop.h"
+#include "platform/base/utc.h"
 
 namespace engine {
 
@@ -11,7 +12,7 @@ platform::Seconds Context::monotonicNow() const {
 QDateTime Context::wallNow() const {
     constexpr double millisecondsPerSecond = 1000;
     return QDateTime::fromMSecsSinceEpoch(
-        static_cast<qint64>(loop.clock().wall() * millisecondsPerSecond), Qt::UTC);
+        static_cast<qint64>(loop.clock().wall() * millisecondsPerSecond), platform::utc);
 }
 
 }  // namespace engine

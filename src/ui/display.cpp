@@ -4,7 +4,10 @@
 
 #include <QDir>
 #include <QLibraryInfo>
+#include <QSet>
+#include <mutex>
 
+#include "platform/base/log.h"
 #include "ui/wayland.h"
 
 namespace ui {
@@ -29,24 +32,34 @@ constexpr const char* bufferVariable = "QT_WAYLAND_CLIENT_BUFFER_INTEGRATION";
 
 QtMessageHandler otherMessages = nullptr;
 
-/// Qt complains that it does not find what it was kept from.
-void leaveOutBuffers(QtMsgType type, const QMessageLogContext& context, const QString& text) {
-    const bool isOfWayland = QByteArrayView(context.category) == "qt.qpa.wayland";
-    if (!isOfWayland || !text.contains(QStringLiteral("client buffer integration"))) {
+std::mutex refusalsLock;  ///< Guards `refusals`.
+QSet<QString> refusals;   ///< What was told already.
+
+/// What windows are denied goes into the log once, not to standard error each time. Qt also
+/// complains that it does not find the OpenGL that it was kept from. Any thread.
+void tellRefusalsOnce(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+    if (text.startsWith(QLatin1String("This plugin does not support "))) {
+        const std::lock_guard guard(refusalsLock);
+        if (!refusals.contains(text)) {
+            refusals.insert(text);
+            platform::log(QStringLiteral("the desktop's windows: ") + text);
+        }
+    } else if (QByteArrayView(context.category) != "qt.qpa.wayland" ||
+               !text.contains(QLatin1String("client buffer integration"))) {
         otherMessages(type, context, text);
     }
 }
 
 }  // namespace
 
-void doWithoutOpenGL() {
+void prepareForWayland() {
+    otherMessages = qInstallMessageHandler(tellRefusalsOnce);
     const auto offered =
         qEnvironmentVariableIsSet(bufferVariable) ? std::nullopt : wayland::interfaces();
     if (!offered || !offered->contains("zxdg_decoration_manager_v1")) {
         return;
     }
     qputenv(bufferVariable, "none");
-    otherMessages = qInstallMessageHandler(leaveOutBuffers);
 }
 
 bool hasDisplay() {

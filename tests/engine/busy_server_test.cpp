@@ -5,6 +5,7 @@
 #include "engine/settings.h"
 #include "engine/workers/retry_after.h"
 #include "engine_fixture.h"
+#include "platform/base/utc.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -20,7 +21,7 @@ TEST(RetryAfterTest, SecondsAndDatesAreUnderstoodWithinADay) {
         const char* date;
         std::optional<platform::Seconds> seconds;
     };
-    const QDateTime now(QDate(2026, 11, 22), QTime(12, 0), Qt::UTC);
+    const QDateTime now(QDate(2026, 11, 22), QTime(12, 0), platform::utc);
     for (const Case& c : {
              Case{"40", nullptr, 40},
              {" 40 ", nullptr, 40},

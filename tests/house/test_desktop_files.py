@@ -4,6 +4,7 @@ import configparser
 import json
 import os
 import re
+import shutil
 import subprocess
 import tempfile
 import unittest
@@ -72,6 +73,20 @@ class ValidatorsTest(unittest.TestCase):
                 # It checks the signatures, too.
                 self.accept("gdbus-codegen", "--interface-info-header", "--output",
                             Path(folder) / "header.h", description)
+
+    @unittest.skipUnless(shutil.which("flatpak-builder"), "scripts/setup package installs it")
+    def test_flatpak_manifest(self):
+        with tempfile.TemporaryDirectory() as folder:
+            result = subprocess.run(
+                ["flatpak-builder", "--show-manifest",
+                 ROOT / "packaging/flatpak/com.tarnworks.Orlop.yml"],
+                cwd=folder, capture_output=True, text=True, check=True)
+        manifest = json.loads(result.stdout)
+        self.assertEqual(manifest["id"], "com.tarnworks.Orlop")
+        self.assertFalse([argument for argument in manifest["finish-args"]
+                          if re.match("--filesystem=(host|home)", argument)])
+        for source in (source for module in manifest["modules"] for source in module["sources"]):
+            self.assertTrue(source["type"] == "dir" or len(source["sha256"]) == 64, source)
 
 
 class AgreementTest(unittest.TestCase):

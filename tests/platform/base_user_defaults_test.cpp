@@ -12,6 +12,7 @@
 
 #include "platform/base/arguments.h"
 #include "platform/base/defaults_command.h"
+#include "platform/base/utc.h"
 #include "platform/base/values.h"
 #include "platform/files/files.h"
 #include "platform/files/property_list.h"
@@ -238,7 +239,7 @@ TEST_F(DefaultsTest, StoresFoldersAndArchives) {
     EXPECT_EQ(defaults.folderPathForKey(u"f"_s, {}), QDir::homePath() + u"/Stuff"_s);
     EXPECT_EQ(defaults.folderPathForKey(u"g"_s, u"~/Downloads"_s),
               QDir::homePath() + u"/Downloads"_s);
-    const QDateTime date = QDateTime::fromMSecsSinceEpoch(1'799'999'999'123, Qt::UTC);
+    const QDateTime date = QDateTime::fromMSecsSinceEpoch(1'799'999'999'123, platform::utc);
     defaults.archiveObject(u"d"_s, date);
     EXPECT_EQ(defaults.objectForKey(u"d"_s).typeId(), QMetaType::QByteArray);
     EXPECT_EQ(defaults.unarchivedObjectForKey(u"d"_s).toDateTime(), date);

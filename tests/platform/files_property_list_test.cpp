@@ -1,3 +1,4 @@
+
 #include "platform/files/property_list.h"
 
 #include <gtest/gtest.h>
@@ -7,6 +8,8 @@
 #include <QStringEncoder>
 #include <cmath>
 #include <limits>
+
+#include "platform/base/utc.h"
 
 using namespace Qt::Literals::StringLiterals;
 using platform::PropertyListFormat;
@@ -35,7 +38,7 @@ QVariantMap sample() {
         {u"no"_s, false},
         {u"data"_s, QByteArray("\0\1\xff", 3)},
         {u"no data"_s, QByteArray()},
-        {u"date"_s, QDateTime(QDate(1999, 12, 31), QTime(23, 59, 59), Qt::UTC)},
+        {u"date"_s, QDateTime(QDate(1999, 12, 31), QTime(23, 59, 59), platform::utc)},
         {u"list"_s, QVariantList{u"x"_s, QVariantList(), QVariantMap(), qint64{7}}},
         {u"mark"_s, u"\ufeffx"_s},
         {u"long"_s, QString(300, u'x')},

@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include "platform/base/utc.h"
 #include "platform/files/files.h"
 #include "platform/net/cookie_date.h"
 #include "platform/net/cookie_storage.h"
@@ -34,7 +35,7 @@ void store(platform::CookieStorage& storage, const QString& field, const QString
 }
 
 TEST(NetCookies, ReadsTheDatesOfAllServers) {
-    const QDateTime expected(QDate(2031, 11, 9), QTime(8, 49, 37), Qt::UTC);
+    const QDateTime expected(QDate(2031, 11, 9), QTime(8, 49, 37), platform::utc);
     for (const QString& text : {u"Sun, 09 Nov 2031 08:49:37 GMT"_s,
                                 u"Sunday, 09-Nov-31 08:49:37 GMT"_s, u"Sun Nov  9 08:49:37 2031"_s,
                                 u"09 november 2031 8:49:37"_s, u"2031 nov 9th 08:49:37z"_s})

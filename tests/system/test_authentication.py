@@ -94,7 +94,10 @@ class QuestionTest(GuardedTest):
         self.assertEqual(session.finish(), 0)
         self.assertEqual(session.raw.count(b"Password:"), 1)
         self.assertEqual(len(self.home.finished()), 2)
-        self.assertEqual(self.server.statuses("/old-"), ["401", "200", "401", "200"])
+        # On a machine with much to do a nonce may be old before it is used for the first time.
+        statuses = self.server.statuses("/old-")
+        self.assertEqual(statuses.count("200"), 2, statuses)
+        self.assertGreaterEqual(statuses.count("401"), 2, statuses)
 
     def test_nobody_to_ask(self):
         self.serve("lonely.bin", SIZE)

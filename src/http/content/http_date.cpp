@@ -6,6 +6,8 @@
 #include <QTimeZone>
 #include <memory>
 
+#include "platform/base/utc.h"
+
 namespace http {
 
 using namespace Qt::Literals::StringLiterals;
@@ -61,7 +63,7 @@ std::optional<QDateTime> dateOf(const QRegularExpressionMatch& match) {
                      match.captured(u"second"_s).toInt());
     if (!day.isValid() || !time.isValid())
         return std::nullopt;
-    return QDateTime(day, time, Qt::UTC);
+    return QDateTime(day, time, platform::utc);
 }
 
 /// The three forms of RFC 9110, 5.6.7: that of today, that of RFC 850, that of asctime(). Nothing:
@@ -113,7 +115,7 @@ std::optional<QDateTime> dateFromRFC1123String(const QString& text) {
     const auto date = parsedDate(trimmed, u"%1dd MMM yyyy HH:mm%2 z"_s.arg(weekday, seconds));
     if (!date)
         return std::nullopt;
-    return QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(*date), Qt::UTC);
+    return QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(*date), platform::utc);
 }
 
 }  // namespace http

@@ -5,6 +5,7 @@
 #include <optional>
 #include <vector>
 
+#include "platform/base/utc.h"
 #include "platform/files/binary_property_list.h"
 #include "platform/files/property_list_kinds.h"
 
@@ -254,7 +255,7 @@ QVariant Reader::readDate(quint64 at) {
     if (!(std::abs(seconds) < farthest))
         return {};
     const QDateTime date = QDateTime::fromMSecsSinceEpoch(
-        std::llround(seconds * 1000) + referenceDateMilliseconds, Qt::UTC);
+        std::llround(seconds * 1000) + referenceDateMilliseconds, utc);
     return propertyListKind(date) == PropertyListKind::Date ? QVariant(date) : QVariant();
 }
 

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 
+#include "platform/base/utc.h"
 #include "platform/files/property_list_kinds.h"
 #include "platform/files/xml_property_list.h"
 #include "platform/files/xml_tokens.h"
@@ -49,7 +50,7 @@ std::optional<QDateTime> parsedDate(const QString& text) {
     const QDateTime local = QDateTime::fromString(text, QString::fromUtf16(form));
     if (!local.isValid())
         return std::nullopt;
-    return QDateTime(local.date(), local.time(), Qt::UTC);
+    return QDateTime(local.date(), local.time(), utc);
 }
 
 std::optional<QByteArray> parsedData(QByteArray text) {

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "platform/base/utc.h"
 #include "platform/net/cookie_date.h"
 #include "platform/net/cookie_rules.h"
 #include "platform/net/cookie_storage.h"
@@ -42,7 +43,7 @@ std::optional<QDateTime> expiryAfter(const QString& seconds) {
     if (!isNumber || !startsWell)
         return std::nullopt;
     if (count <= 0)
-        return QDateTime::fromSecsSinceEpoch(0, Qt::UTC);
+        return QDateTime::fromSecsSinceEpoch(0, utc);
     return QDateTime::currentDateTimeUtc().addSecs(std::min(count, tenYears));
 }
 

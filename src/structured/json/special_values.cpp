@@ -3,6 +3,7 @@
 #include <QDateTime>
 
 #include "platform/base/log.h"
+#include "platform/base/utc.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -58,7 +59,7 @@ QVariant dataFromText(const QString& text) {
 
 QVariant dateFromText(const QString& text) {
     QDateTime date = QDateTime::fromString(text, dateFormat);
-    date.setTimeSpec(Qt::UTC);
+    date = QDateTime(date.date(), date.time(), platform::utc);
     return date.isValid() ? QVariant(date) : QVariant();
 }
 

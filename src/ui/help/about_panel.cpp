@@ -28,7 +28,7 @@ QDialogButtonBox* makeButtons(QDialog& panel) {
     QPushButton* aboutQt =
         buttons->addButton(translated("About &Qt"), QDialogButtonBox::ActionRole);
     aboutQt->setAutoDefault(false);
-    QObject::connect(aboutQt, &QPushButton::clicked, &QApplication::aboutQt);
+    QObject::connect(aboutQt, &QPushButton::clicked, &panel, [] { QApplication::aboutQt(); });
     QObject::connect(buttons, &QDialogButtonBox::rejected, &panel, &QDialog::reject);
     buttons->button(QDialogButtonBox::Close)->setDefault(true);
     buttons->button(QDialogButtonBox::Close)->setFocus();
