@@ -3351,6 +3351,11 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
         </message>
         <message>
             <location filename="../../src/ui/settings/speed_section.cpp" />
+            <source>Fast connections help &amp;slow ones</source>
+            <translation>Schnelle Verbindungen &amp;helfen langsamen</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/settings/speed_section.cpp" />
             <source>From one &amp;host:</source>
             <translation>Von einem &amp;Server:</translation>
         </message>

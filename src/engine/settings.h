@@ -39,6 +39,10 @@ inline const Setting<qint64> accelerationMinimumFractionSize{
     false,
     "No connection is opened for fewer bytes than this.",
     {.lowest = 1, .below = 100000}};
+inline const Setting<bool> accelerationSharesSlowParts{
+    u"Acceleration: Share Slow Parts", true, false,
+    "A connection that has fetched its part goes on with some of the part that would take longest, "
+    "and one that crawls is replaced once. Only where parts are written at their places."};
 inline const Setting<bool> accelerationPartsInPlace{
     u"Acceleration: Parts In Place", true, false,
     "The parts of a file are written at their places in it where the file system keeps holes; "

@@ -415,7 +415,10 @@ struct HandOver {
 class RefusedHandOverTest : public SplitFileTest,
                             public testing::WithParamInterface<std::tuple<HandOver, PartLayout>> {
 protected:
-    RefusedHandOverTest() : SplitFileTest(std::get<1>(GetParam())) {}
+    RefusedHandOverTest() : SplitFileTest(std::get<1>(GetParam())) {
+        // Whether two parts are refused at once, or one after the other, is the scheduler's.
+        set(settings::retriesWhenServerIsBusy, qint64{10});
+    }
 };
 
 /// Servers count a connection for a while after its end.
@@ -464,6 +467,7 @@ INSTANTIATE_TEST_SUITE_P(Servers, RefusedHandOverTest,
                                           bothLayouts()));
 
 TEST_P(AccelerationTest, RedirectedPartsKeepTheirPlaces) {
+    set(settings::accelerationSharesSlowParts, false);
     serve(body, {}, u"/mirror.bin"_s);
     server.handle("/file.bin", [&](const support::ReceivedRequest& request) {
         Reply served = reply(body);

@@ -4,7 +4,8 @@ import signal
 import unittest
 
 from support.browser_case import SERVICE, BrowserCase
-from support.browsers import Chromium, Firefox
+from support.chromium import Chromium
+from support.firefox import Firefox
 
 from support.home import wait_until
 

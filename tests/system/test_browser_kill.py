@@ -9,7 +9,8 @@ import unittest
 from collections import Counter
 
 from support.browser_case import SERVICE, BrowserCase
-from support.browsers import Chromium, Firefox
+from support.chromium import Chromium
+from support.firefox import Firefox
 from support.download_site import content
 from support.home import LONG, wait_until
 

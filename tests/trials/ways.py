@@ -22,6 +22,7 @@ WAYS = [
     Way("plain", "/"), Way("slow", "/rate/6000000/"), Way("chunked", "/chunked/"),
     Way("no ranges", "/noranges/"), Way("redirected", "/to/"), Way("accelerated", "/", ACCELERATED),
     Way("accelerated and slow", "/rate/2000000/", ACCELERATED),
+    Way("accelerated and uneven", "/uneven/", ACCELERATED),
     Way("accelerated and apart", "/", ACCELERATED + APART),
     Way("accelerated, apart and slow", "/rate/2000000/", ACCELERATED + APART),
     Way("in the program's folder", "/", OWN_FOLDER),

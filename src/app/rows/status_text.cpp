@@ -1,5 +1,6 @@
 #include "app/rows/status_text.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "app/checksums/checksum_texts.h"
@@ -99,7 +100,10 @@ StatusTexts::StatusTexts(engine::DownloadQueue& queue)
 
 QString StatusTexts::withAccelerationSuffix(const QString& text, const DQDownload& download) const {
     const engine::UserSettings& settings = download.userSettings();
-    const std::size_t connections = download.transfer().workers().size();
+    // One that has helped another has had several parts.
+    const auto most =
+        static_cast<std::size_t>(defaults_.get(engine::settings::accelerationChannels));
+    const std::size_t connections = std::min(download.transfer().workers().size(), most);
     if (settings.contains(keys::keptAside))
         return text + localized(" - Begun anew");
     if (settings.boolean(keys::rangesDisabled))

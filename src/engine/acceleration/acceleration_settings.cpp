@@ -41,6 +41,10 @@ qint64 AccelerationSettings::acceleratorFractionMinimumSize() const {
     return defaults_.get(settings::accelerationMinimumFractionSize);
 }
 
+bool AccelerationSettings::sharesSlowParts() const {
+    return defaults_.get(settings::accelerationSharesSlowParts);
+}
+
 bool AccelerationSettings::writesPartsInPlace() const {
     return defaults_.get(settings::accelerationPartsInPlace);
 }

@@ -21,6 +21,8 @@ public:
     /// Bytes, at least 1.
     [[nodiscard]] qint64 acceleratorFractionMinimumSize() const;
 
+    /// Whether fast connections help slow ones.
+    [[nodiscard]] bool sharesSlowParts() const;
     /// Whether parts lie at their places in the file, where the file system can have that.
     [[nodiscard]] bool writesPartsInPlace() const;
 

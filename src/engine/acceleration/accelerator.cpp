@@ -7,6 +7,7 @@
 #include "engine/context.h"
 #include "engine/paths/download_paths.h"
 #include "engine/paths/intermediate_files.h"
+#include "engine/paths/part_journal.h"
 #include "engine/paths/part_layout.h"
 #include "engine/record/download_record.h"
 #include "engine/record/known_file.h"
@@ -82,6 +83,15 @@ bool addFractionWorker(Transfer& transfer, const Worker::Pointer& primary,
             .arg(fraction.start);
     });
     return true;
+}
+
+/// From where the last answer came, as on a resume.
+void askForPart(const Transfer& transfer, Worker& worker) {
+    const UserSettings& settings = transfer.record().userSettings();
+    if (const auto url = platform::Url::parse(settings.string(keys::responseURL));
+        url && !url->isEmpty())
+        worker.request().url = *url;
+    worker.request().rangeValidator = knownFile(settings).rangeValidator();
 }
 
 /// A first worker that reads the whole file ends, in a file that others write to, where theirs
@@ -231,6 +241,8 @@ bool parkRefusedWorker(Transfer& transfer, Worker& worker) {
     waiting->setResumeByteOffset(worker.resumeByteOffset());
     waiting->setEndByte(worker.endByte());
     waiting->setPlace(worker.place());
+    if (worker.isReplacement())
+        waiting->setReplacement();
     transfer.replaceWorker(worker, waiting);
     takeOverParkedPartsInPlace(transfer);
     debugLog(transfer.record(), [&] {
@@ -246,6 +258,64 @@ bool startParkedWorker(Transfer& transfer) {
             return worker->start();
     }
     return true;
+}
+
+bool splitPart(Transfer& transfer, std::size_t part, qint64 offset) {
+    const Worker::Pointer whole = transfer.workers()[part];
+    const RunningPart before = transfer.parts()[part];
+    const qint64 boundBefore = whole->bound(), endBefore = whole->endByte();
+    if (transfer.workers().size() >= mostFractions || !whole->place().isShared() ||
+        !whole->setBound(offset))
+        return false;
+    const Worker::Pointer rest =
+        makeFractionWorker(transfer.workers().front(),
+                           {freeFragmentPath(transfer.paths().intermediateDownloadTargetPath()),
+                            before.start + offset, before.start + before.length - 1});
+    askForPart(transfer, *rest);
+    // From here on a resume finds two parts.
+    const auto journal = PartJournal::open(rest->targetPath(), rest->fractionStartByte());
+    if (!journal || !journal->setReceived(0) || !rest->claimTargetPath() || !rest->start()) {
+        QFile::remove(rest->targetPath());
+        static_cast<void>(whole->setBound(boundBefore));
+        return false;
+    }
+    if (endBefore > 0)
+        whole->setEndByte(rest->fractionStartByte() - 1);
+    transfer.insertWorkerBehind(*whole, rest);
+    transfer.recordAccelerationWorkers();
+    transfer.setShouldWriteMetadata();
+    debugLog(transfer.record(), [&] {
+        return u"%1 lets %2 take over %3 bytes from %4"_s
+            .arg(transfer.record().description(), rest->description())
+            .arg(before.length - offset)
+            .arg(whole->description());
+    });
+    return true;
+}
+
+void replaceWorker(Transfer& transfer, const Worker& worker) {
+    const auto found =
+        std::find_if(transfer.workers().begin(), transfer.workers().end(),
+                     [&](const Worker::Pointer& other) { return other.get() == &worker; });
+    const RunningPart part =
+        transfer.parts()[static_cast<std::size_t>(found - transfer.workers().begin())];
+    Worker::Pointer slow = *found;
+    const Worker::Pointer fresh = Worker::downloadWorkerWithDownloadWorker(slow);
+    fresh->setPlace(slow->place());
+    fresh->setFractionStartByte(part.start);
+    fresh->setResumeByteOffset(part.received);
+    fresh->setEndByte(part.start + part.length - 1);
+    fresh->setReplacement();
+    askForPart(transfer, *fresh);
+    debugLog(transfer.record(), [&] {
+        return u"%1 gives up %2 for %3, which begins at %4"_s
+            .arg(transfer.record().description(), slow->description(), fresh->description())
+            .arg(part.start + part.received);
+    });
+    transfer.replaceWorker(*slow, fresh);
+    // It closes its file, so that the other one can open it.
+    slow.reset();
+    static_cast<void>(fresh->start());
 }
 
 void dropAcceleration(Transfer& transfer) {

@@ -33,6 +33,13 @@ void truncateFirstWorker(Transfer& transfer, qint64 offset);
 /// Starts a worker that waits, now that another one has ended. False: it could not be started.
 [[nodiscard]] bool startParkedWorker(Transfer& transfer);
 
+/// From `offset` in it on, the part becomes one of its own with a new connection. Only for parts
+/// that lie in place, and not where bytes have come already. False: it could not be done, and
+/// nothing has changed.
+[[nodiscard]] bool splitPart(Transfer& transfer, std::size_t part, qint64 offset);
+/// Gives up the connection of a part for a new one, which goes on from what has come.
+void replaceWorker(Transfer& transfer, const Transfer::Worker& worker);
+
 /// The server does not serve parts after all, or other ones: the first worker goes on alone.
 void dropAcceleration(Transfer& transfer);
 

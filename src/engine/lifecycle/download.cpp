@@ -6,6 +6,7 @@
 
 #include "engine/acceleration/acceleration_settings.h"
 #include "engine/acceleration/accelerator.h"
+#include "engine/acceleration/tail_watch.h"
 #include "engine/context.h"
 #include "engine/lifecycle/download_starter.h"
 #include "engine/lifecycle/failure_handler.h"
@@ -104,6 +105,7 @@ QString DQDownload::downloadBasePath() const {
 
 void DQDownload::changeStatus(DQDownloadStatus after, StatusCause cause) {
     const DQDownloadStatus before = std::exchange(_status, after);
+    tailWatch_.reset();
     host_.statusDidChange({*this, before, after, cause});
 }
 
@@ -419,6 +421,9 @@ void DQDownload::downloadWorkerDidReceiveResponse(DQDownloadWorkerPrototype& wor
 void DQDownload::downloadWorkerDidReceiveBytes(DQDownloadWorkerPrototype& worker, qint64) {
     const auto keep = shared_from_this();
     refusals_ = 0;
+    if (!tailWatch_ && transfer_.workers().size() >= 2)
+        tailWatch_ =
+            std::make_unique<TailWatch>(transfer_, [this] { return host_.connectionsFor(*this); });
     if (const qint64 offset = transfer_.noteReceivedBytes(worker); offset >= 1)
         truncateFirstWorker(transfer_, offset);
 }
@@ -434,6 +439,8 @@ void DQDownload::downloadWorkerDidFinish(DQDownloadWorkerPrototype& worker) {
     const auto keep = shared_from_this();
     if (!transfer_.contains(worker))
         return;
+    if (tailWatch_)
+        tailWatch_->workerDidFinish(worker);
     finisher_.workerDidFinish(worker);
     host_.connectionDidEnd(*this);
 }

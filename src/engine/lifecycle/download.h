@@ -17,6 +17,7 @@
 namespace engine {
 
 class DQDownload;
+class TailWatch;
 using DownloadPtr = std::shared_ptr<DQDownload>;
 
 /// One download, from the moment its address enters the queue until it is a file on disk or has
@@ -204,6 +205,7 @@ private:
     DownloadHost& host_;
     DownloadPaths paths_;
     Transfer transfer_;
+    std::unique_ptr<TailWatch> tailWatch_;  ///< Null: it has not been split since it was started.
     SpeedLimit speedLimit_;
     DownloadFinisher finisher_;
     Verification verification_;  ///< Of the finished file.

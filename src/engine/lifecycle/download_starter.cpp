@@ -78,13 +78,16 @@ PartialData lookForPartialData(DQDownload& download) {
 ResumePlan planForPartialData(DQDownload& download) {
     UserSettings& settings = download.userSettings();
     const QString path = download.paths().intermediateDownloadTargetPath();
-    if (layoutOfPartialData(path) == PartLayout::Apart) {
+    const bool areInPlace = layoutOfPartialData(path) == PartLayout::InPlace;
+    if (!areInPlace) {
         dropUnsyncedTail(path);
         for (const QString& fragment : fragmentPathsForIntermediateDownloadTargetPath(path))
             dropUnsyncedTail(fragment);
     }
-    const std::vector<StoredFraction> recorded =
+    std::vector<StoredFraction> recorded =
         fractionsFromArchive(settings.value(keys::accelerationWorkers), path);
+    if (areInPlace)
+        recorded = withFractionsSplitSince(std::move(recorded), path);
     if (!recorded.empty() && !settings.contains(keys::expectedBytes))
         settings.set(keys::expectedBytes, recorded.back().end + 1);
     return planResume(path, measurePartialFiles(path), recorded, knownFile(settings).length,

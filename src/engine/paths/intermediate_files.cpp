@@ -89,6 +89,13 @@ QString accelerationFragmentPath(const QString& primaryPath, qint64 index) {
     return primaryPath + accelerationMarker + QString::number(index);
 }
 
+QString freeFragmentPath(const QString& primaryPath) {
+    qint64 index = 1;
+    while (platform::pathExists(accelerationFragmentPath(primaryPath, index)))
+        ++index;
+    return accelerationFragmentPath(primaryPath, index);
+}
+
 bool isDownloadContainer(const QString& folder) {
     return folder.endsWith(u".orlop", Qt::CaseInsensitive);
 }

@@ -16,6 +16,9 @@ inline const QString resumeMarker = QStringLiteral(".orlop-rf-");
 /// The file of worker `index`, counted from 1 after the first worker; 0 see `PartLayout`.
 [[nodiscard]] QString accelerationFragmentPath(const QString& primaryPath, qint64 index);
 
+/// Of a further worker: a name that nothing has.
+[[nodiscard]] QString freeFragmentPath(const QString& primaryPath);
+
 /// Whether a folder's name says that it holds one download and nothing else.
 [[nodiscard]] bool isDownloadContainer(const QString& folder);
 

@@ -1,15 +1,14 @@
 #include "engine/transfer/resume_plan.h"
 
+#include <QFile>
 #include <algorithm>
 
+#include "engine/paths/part_journal.h"
 #include "engine/record/user_settings.h"
 #include "links/paths/path_components.h"
 
 namespace engine {
 namespace {
-
-/// More than any setting allows, so that a record from elsewhere cannot ask for thousands.
-constexpr qsizetype mostFractions = 32;
 
 bool isGapless(const std::vector<StoredFraction>& fractions) {
     qint64 next = 0;
@@ -58,7 +57,7 @@ std::vector<StoredFraction> fractionsFromArchive(const QVariant& recorded,
                                                  const QString& primaryPath) {
     std::vector<StoredFraction> fractions;
     const QVariantList entries = recorded.toList();
-    if (entries.size() > mostFractions)
+    if (entries.size() > qsizetype{mostFractions})
         return fractions;
     const QString folder = links::stringByDeletingLastPathComponent(primaryPath);
     for (const QVariant& element : entries) {
@@ -69,6 +68,38 @@ std::vector<StoredFraction> fractionsFromArchive(const QVariant& recorded,
                              entry.value(keys::workerEnd).toLongLong()});
     }
     return isGapless(fractions) ? fractions : std::vector<StoredFraction>();
+}
+
+std::vector<StoredFraction> withFractionsSplitSince(std::vector<StoredFraction> recorded,
+                                                    const QString& primaryPath) {
+    const auto isRecorded = [&](const QString& path) {
+        return path == accelerationFragmentPath(primaryPath, 0) ||
+               std::any_of(recorded.begin(), recorded.end(),
+                           [&](const StoredFraction& part) { return part.target == path; });
+    };
+    for (const QString& path : fragmentPathsForIntermediateDownloadTargetPath(primaryPath)) {
+        if (isRecorded(path))
+            continue;
+        const auto entry = PartJournal::read(path);
+        if (!entry) {
+            QFile::remove(path);
+            continue;
+        }
+        if (recorded.empty())
+            continue;
+        const auto next = std::upper_bound(
+            recorded.begin(), recorded.end(), entry->start,
+            [](qint64 start, const StoredFraction& part) { return start < part.start; });
+        const qint64 end = next == recorded.end() ? recorded.back().end : next->start - 1;
+        const qint64 before = next == recorded.begin() ? 0 : (next - 1)->start;
+        // Else it belongs to nothing here, and the count will say so.
+        if (entry->start <= before || entry->start > end || recorded.size() >= mostFractions)
+            continue;
+        const auto added = recorded.insert(next, {path, entry->start, end});
+        if (added != recorded.begin())
+            (added - 1)->end = entry->start - 1;
+    }
+    return recorded;
 }
 
 QVariantList archiveOfFractions(const std::vector<StoredFraction>& fractions) {

@@ -23,11 +23,18 @@ struct StoredFraction {
                                                              qint64 channels,
                                                              const QString& primaryPath);
 
+/// As many parts as a file may come to have, and as a record may name.
+inline constexpr std::size_t mostFractions = 128;
+
 /// The parts as they were recorded ("Acceleration Workers"). Targets are looked for beside the
 /// primary file, whose folder may have been moved since. None: nothing was recorded, or what was
 /// recorded is not a gapless row of parts.
 [[nodiscard]] std::vector<StoredFraction> fractionsFromArchive(const QVariant& recorded,
                                                                const QString& primaryPath);
+/// With those that were split off after that was written, which their journals tell, for parts that
+/// lie in place. What a kill has left half made is deleted.
+[[nodiscard]] std::vector<StoredFraction> withFractionsSplitSince(
+    std::vector<StoredFraction> recorded, const QString& primaryPath);
 [[nodiscard]] QVariantList archiveOfFractions(const std::vector<StoredFraction>& fractions);
 
 /// What can be done with the partial data of a download.

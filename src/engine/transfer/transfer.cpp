@@ -39,8 +39,18 @@ void Transfer::replaceWorker(const Worker& worker, Worker::Pointer replacement) 
     const auto found =
         std::find_if(_downloadWorkers.begin(), _downloadWorkers.end(),
                      [&](const Worker::Pointer& other) { return other.get() == &worker; });
+    if (found == _downloadWorkers.end())
+        return;
+    downloadedByReplaced_ += replacement->resumeByteOffset() - worker.resumeByteOffset();
+    *found = std::move(replacement);
+}
+
+void Transfer::insertWorkerBehind(const Worker& worker, Worker::Pointer added) {
+    const auto found =
+        std::find_if(_downloadWorkers.begin(), _downloadWorkers.end(),
+                     [&](const Worker::Pointer& other) { return other.get() == &worker; });
     if (found != _downloadWorkers.end())
-        *found = std::move(replacement);
+        _downloadWorkers.insert(found + 1, std::move(added));
 }
 
 void Transfer::removeWorker(const Worker& worker) {
@@ -60,8 +70,33 @@ void Transfer::dropWorkers(std::size_t firstDropped) {
 OverallFigures Transfer::figures(const Worker* reporting) const {
     if (frozenFigures_)
         return *frozenFigures_;
-    return overallFigures(_downloadWorkers, reporting,
-                          record_.userSettings().contains(keys::accelerationWorkers));
+    OverallFigures figures = overallFigures(
+        _downloadWorkers, reporting, record_.userSettings().contains(keys::accelerationWorkers));
+    figures.downloaded += downloadedByReplaced_;
+    figures.offset -= downloadedByReplaced_;
+    return figures;
+}
+
+std::vector<RunningPart> Transfer::parts() const {
+    using State = RunningPart::State;
+    std::vector<RunningPart> parts;
+    for (std::size_t index = 0; index < _downloadWorkers.size(); ++index) {
+        const Worker& worker = *_downloadWorkers[index];
+        RunningPart part{worker.fractionStartByte(), 0, worker.receivedBytes(), worker.rate()};
+        const bool isLast = index + 1 == _downloadWorkers.size();
+        if (worker.endByte() > 0)
+            part.length = worker.endByte() + 1 - part.start;
+        else if (!isLast)
+            part.length = _downloadWorkers[index + 1]->fractionStartByte() - part.start;
+        else if (worker.expectedBytes() > 0)
+            part.length = worker.resumeByteOffset() + worker.expectedBytes();
+        part.state = worker.isDone()                                    ? State::Done
+                     : worker.isServed()                                ? State::Served
+                     : worker.status() == DQDownloadWorkerStatusRunning ? State::Running
+                                                                        : State::Waiting;
+        parts.push_back(part);
+    }
+    return parts;
 }
 
 void Transfer::resetProgress() {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "engine/transfer/progress_figures.h"
+#include "engine/transfer/running_part.h"
 #include "engine/workers/download_worker_prototype.h"
 
 namespace engine {
@@ -35,7 +36,9 @@ public:
     /// Whether it still is one of ours; a report of any other comes too late to mean anything.
     [[nodiscard]] bool contains(const Worker& worker) const;
     void addWorker(Worker::Pointer worker) { _downloadWorkers.push_back(std::move(worker)); }
-    /// The place of a worker is taken by another one.
+    /// Right behind another one, whose part goes on there.
+    void insertWorkerBehind(const Worker& worker, Worker::Pointer added);
+    /// The place of a worker is taken by another one, which goes on from what it has.
     void replaceWorker(const Worker& worker, Worker::Pointer replacement);
     void removeWorker(const Worker& worker);
     /// Stops the workers from `firstDropped` on.
@@ -45,12 +48,17 @@ public:
     [[nodiscard]] OverallFigures figures(const Worker* reporting = nullptr) const;
     void freezeFigures() { frozenFigures_ = figures(); }
     void thawFigures() { frozenFigures_.reset(); }
+    /// What each connection is at, in the order of the file. For showing, as for deciding.
+    [[nodiscard]] std::vector<RunningPart> parts() const;
     [[nodiscard]] const SpeedMeter& speed() const { return speed_; }
     [[nodiscard]] double downloadFraction() const { return _downloadFraction; }
 
     /// A transfer begins at the first byte, or goes on.
     void resetProgress();
-    void startSpeedMeter() { speed_ = {}; }
+    void startSpeedMeter() {
+        speed_ = {};
+        downloadedByReplaced_ = 0;
+    }
     /// To be called before a worker stores its first block.
     void prepareForFirstBytes();
     /// To be called for each block. Answers where the worker is to be cut off; 0: nowhere.
@@ -76,6 +84,7 @@ private:
     const std::function<void()> changed_;
     Workers _downloadWorkers;
     SpeedMeter speed_;
+    qint64 downloadedByReplaced_ = 0;  ///< Which their successors count as there before.
     std::optional<OverallFigures> frozenFigures_;
     std::optional<platform::Seconds> _lastDownloadUpdateDate;
     /// What the container's attribute says, in hundredths. Nothing: it says nothing yet.

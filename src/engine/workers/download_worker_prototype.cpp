@@ -57,6 +57,15 @@ void DQDownloadWorkerPrototype::setFinishedBefore(qint64 downloadedBytes) {
     _status = DQDownloadWorkerStatusFinished;
 }
 
+platform::Seconds DQDownloadWorkerPrototype::now() const {
+    return context_.monotonicNow();
+}
+
+std::optional<double> DQDownloadWorkerPrototype::rate() const {
+    return _status == DQDownloadWorkerStatusRunning ? rateMeter_.rate(now(), _downloadedBytes)
+                                                    : lastRate_;
+}
+
 bool DQDownloadWorkerPrototype::setBound(qint64 length) {
     if (length > 0 && receivedBytes() > length)
         return false;
@@ -76,11 +85,13 @@ bool DQDownloadWorkerPrototype::start() {
     const bool isStarted =
         !request_.url.isEmpty() &&
         startWithRequest(request_, rangeHeader(), static_cast<platform::Seconds>(timeOut));
+    rateMeter_.start(now());
     _status = isStarted ? DQDownloadWorkerStatusRunning : DQDownloadWorkerStatusFailed;
     return isStarted;
 }
 
 bool DQDownloadWorkerPrototype::truncateAtOffset(qint64 offset) {
+    lastRate_ = rate();
     _downloadedBytes = offset - _resumeByteOffset;
     _status = DQDownloadWorkerStatusTruncated;
     finish();
@@ -120,6 +131,7 @@ void DQDownloadWorkerPrototype::processResponse(const WorkerResponse& response,
 void DQDownloadWorkerPrototype::processDownloadedBytes(qint64 count) {
     _downloadedBytes += count;
     hasReceivedBytes_ = true;
+    rateMeter_.note(now(), _downloadedBytes);
     if (_delegate)
         _delegate->downloadWorkerDidReceiveBytes(*this, count);
 }
@@ -131,8 +143,10 @@ void DQDownloadWorkerPrototype::failWithError(const platform::Error& error) {
 }
 
 void DQDownloadWorkerPrototype::finish() {
-    if (_status != DQDownloadWorkerStatusTruncated)
+    if (_status != DQDownloadWorkerStatusTruncated) {
+        lastRate_ = rate();
         _status = DQDownloadWorkerStatusFinished;
+    }
     if (_delegate)
         _delegate->downloadWorkerDidFinish(*this);
 }

@@ -7,6 +7,7 @@
 
 #include "engine/paths/part_layout.h"
 #include "engine/workers/download_worker_delegate.h"
+#include "engine/workers/rate_meter.h"
 #include "platform/base/clock.h"
 #include "platform/base/error.h"
 #include "platform/net/http_message.h"
@@ -145,6 +146,11 @@ public:
     [[nodiscard]] bool isServed() const {
         return isServed_ && _status == DQDownloadWorkerStatusRunning;
     }
+    /// Bytes a second of late, or of the last moments before it ended. Nothing: not known yet.
+    [[nodiscard]] std::optional<double> rate() const;
+    /// Takes the place of another one that was too slow, which is not done twice.
+    [[nodiscard]] bool isReplacement() const { return isReplacement_; }
+    void setReplacement() { isReplacement_ = true; }
     /// Of the last answer; -1: the transfer has no such thing, or none has come.
     [[nodiscard]] qint64 answeredStatus() const { return answeredStatus_; }
     [[nodiscard]] bool isDone() const {
@@ -178,6 +184,7 @@ protected:
 
     void processResponse(const WorkerResponse& response, qint64 expectedContentLength);
     void processDownloadedBytes(qint64 count);
+    [[nodiscard]] platform::Seconds now() const;
     void setWholeBody(const QByteArray& body) { _wholeBody = body; }
     void failWithError(const platform::Error& error);
     void finish();
@@ -201,6 +208,9 @@ private:
     qint64 _downloadedBytes = 0;
     bool hasReceivedBytes_ = false;
     bool isServed_ = false;
+    bool isReplacement_ = false;
+    RateMeter rateMeter_;
+    std::optional<double> lastRate_;  ///< When it ended.
     qint64 answeredStatus_ = -1;
     DQDownloadWorkerStatus _status = DQDownloadWorkerStatusIdle;
 };

@@ -1,7 +1,9 @@
 #include "engine/workers/partial_file.h"
 
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
+#include <sys/statfs.h>
 #include <unistd.h>
 #include <QFile>
 
@@ -21,6 +23,9 @@ constexpr qint64 syncInterval = qint64{32} << 20;
 /// A fast transfer would otherwise make the file system write its journal thirty times a second.
 constexpr platform::Seconds leastTimeBetweenSyncs = 1;
 constexpr qint64 syncAtClosing = qint64{1} << 20;
+/// As much as an extent of ext4 can have, which XFS can have too.
+constexpr qint64 reservedAtOnce = qint64{128} << 20;
+constexpr qint64 worthReserving = qint64{16} << 20;
 constexpr mode_t newFileMode = 0666;
 /// Of the main thread for a disk, in steps, since the thread sanitizer knows no timed mutex.
 constexpr std::chrono::milliseconds longestWait{1000};
@@ -37,6 +42,14 @@ std::optional<struct stat> plainFileStatus(const platform::Descriptor& file) {
         return std::nullopt;
     }
     return status;
+}
+
+/// Where it was measured to: 400 MiB in four parts are 4 extents in place of 13 to 26. Memory would
+/// be filled with zeros for it, and some file systems would not compress what was reserved.
+bool paysToReserve(const platform::Descriptor& file) {
+    struct statfs fileSystem {};
+    return fstatfs(file.get(), &fileSystem) == 0 &&
+           (fileSystem.f_type == EXT4_SUPER_MAGIC || fileSystem.f_type == XFS_SUPER_MAGIC);
 }
 
 }  // namespace
@@ -79,6 +92,8 @@ std::optional<platform::Error> PartialFile::open(const PartPlace& place, qint64 
     journal_ = std::move(journal);
     start_ = place.start;
     disk_ = &disks_.ofDevice(status->st_dev);
+    isReserving_ = paysToReserve(file_);
+    reservedOffset_ = offset;
     offset_ = syncedOffset_ = flushedOffset_ = offset;
     syncedAt_ = clock_.monotonic();
     syncState_ = std::make_shared<SyncState>();
@@ -118,6 +133,7 @@ bool PartialFile::store(const QByteArray& data) {
 }
 
 std::optional<platform::Error> PartialFile::append(const QByteArray& data) {
+    reserve(offset_ + data.size());
     for (qsizetype done = 0; done < data.size();) {
         const ssize_t written =
             pwrite(file_.get(), data.constData() + done,
@@ -137,6 +153,18 @@ std::optional<platform::Error> PartialFile::append(const QByteArray& data) {
     offset_ += data.size();
     keepDiskBusy();
     return std::nullopt;
+}
+
+/// Parts that grow side by side would each have the next piece of the disk in turn. Of a part whose
+/// end is known, and never beyond that, so that a file takes no more room than it has bytes.
+void PartialFile::reserve(qint64 end) {
+    if (!isReserving_ || end <= reservedOffset_ || storeLimit_ == 0)
+        return;
+    const qint64 ahead = std::min(storeLimit_, offset_ + reservedAtOnce);
+    if (ahead - offset_ >= worthReserving)
+        static_cast<void>(
+            fallocate(file_.get(), FALLOC_FL_KEEP_SIZE, inFile(offset_), ahead - offset_));
+    reservedOffset_ = ahead;
 }
 
 void PartialFile::keepDiskBusy() {

@@ -71,6 +71,7 @@ private:
     [[nodiscard]] std::optional<platform::Error> append(const QByteArray& data);
     [[nodiscard]] bool cut(qint64 offset);
     [[nodiscard]] off_t inFile(qint64 offset) const { return start_ + offset; }
+    void reserve(qint64 end);
     void keepDiskBusy();
     void flushInBackground();
     void syncInBackground();
@@ -86,6 +87,8 @@ private:
     qint64 start_ = 0;                            ///< Of the part in the file.
     qint64 offset_ = 0;
     qint64 storeLimit_ = 0;
+    bool isReserving_ = false;   ///< It lies where that pays.
+    qint64 reservedOffset_ = 0;  ///< Up to here there is space for it, or it was asked for in vain.
     platform::Disk* disk_ = nullptr;  ///< Null before it was open.
     qint64 syncedOffset_ = 0;         ///< Asked for, not yet known to be on the disk.
     qint64 flushedOffset_ = 0;        ///< Up to here the disk has been told to write.

@@ -76,9 +76,12 @@ void addAcceleration(SettingsPage& page, const SettingsContext& context) {
     QComboBox* factor = page.addPopup("&Connections:", numbers(2, mostAtOnce),
                                       engine::settings::accelerationChannels);
     page.addNote("Some servers allow no more than one connection.");
+    QWidget* sharing = page.addSwitch("", "Fast connections help &slow ones",
+                                      engine::settings::accelerationSharesSlowParts);
     context.binder.follow({enabled.name()}, factor,
-                          [factor, &defaults = context.defaults, &enabled] {
+                          [factor, sharing, &defaults = context.defaults, &enabled] {
                               factor->setEnabled(defaults.get(enabled));
+                              sharing->setEnabled(defaults.get(enabled));
                           });
 }
 

@@ -135,7 +135,7 @@ secret = "of the tests"
 class Nginx(Server):
     """Beside the files themselves: /rate/SPEED/FILE sends SPEED bytes a second, /chunked/FILE has
     no length, /noranges/FILE refuses ranges, /status/NUMBER answers that status, /to/FILE
-    redirects, /limit/NUMBER/FILE serves 1 to 3 requests at a time, slowly, and refuses others,
+    redirects, /uneven/FILE is slow on every fourth connection or so, /limit/NUMBER/FILE serves 1 to 3 requests at a time, slowly, and refuses others,
     what `signed` answers serves a file slowly and for a while."""
 
     listen_options = ""
@@ -186,6 +186,7 @@ http {{
     access_log {self.root}/passwords.log passwords;
     log_format cookies '$request_uri|$http_cookie';
     access_log {self.root}/cookies.log cookies;
+    map $connection $uneven {{ default 1500000; "~[048]$" 100000; }}
     limit_conn_zone $server_addr zone=one:1m;
     limit_conn_zone $server_addr zone=two:1m;
     limit_conn_zone $server_addr zone=three:1m;
@@ -203,6 +204,10 @@ http {{
         location ~ ^/rate/(?<speed>[0-9]+)/(?<file>.+)$ {{
             set $limit_rate $speed;
             alias {self.content}/$file;
+        }}
+        location /uneven/ {{
+            set $limit_rate $uneven;
+            alias {self.content}/;
         }}
         location /chunked/ {{
             alias {self.content}/;
