@@ -50,8 +50,6 @@ endif()
 # What only our own code must obey.
 add_library(orlop_conventions INTERFACE)
 target_compile_options(orlop_conventions INTERFACE
-    # The same for libraries and programs, which share precompiled headers; older Qt asks for it too.
-    -fPIC
     -Wall -Wextra -Wconversion -Wshadow -pthread $<$<BOOL:${ORLOP_WERROR}>:-Werror>)
 target_compile_definitions(orlop_conventions INTERFACE
     QT_NO_KEYWORDS QT_NO_FOREACH QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
