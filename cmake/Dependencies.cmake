@@ -1,6 +1,10 @@
 # Every dependency is a package of Debian 12; scripts/setup installs them.
 find_package(Threads REQUIRED)
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core Network DBus Qml)
+# Libraries and programs share precompiled headers; older Qt asks for this by itself.
+if(Qt6_VERSION VERSION_GREATER_EQUAL 6.5)
+    target_compile_options(orlop_conventions INTERFACE -fPIC)
+endif()
 find_package(CURL 7.88 REQUIRED)
 find_package(ICU 72 REQUIRED COMPONENTS i18n uc data)
 find_package(OpenSSL 3 REQUIRED)

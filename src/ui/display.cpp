@@ -38,14 +38,14 @@ QSet<QString> refusals;   ///< What was told already.
 /// What windows are denied goes into the log once, not to standard error each time. Qt also
 /// complains that it does not find the OpenGL that it was kept from. Any thread.
 void tellRefusalsOnce(QtMsgType type, const QMessageLogContext& context, const QString& text) {
-    if (text.startsWith(QLatin1String("This plugin does not support "))) {
+    if (text.startsWith(u"This plugin does not support ")) {
         const std::lock_guard guard(refusalsLock);
         if (!refusals.contains(text)) {
             refusals.insert(text);
             platform::log(QStringLiteral("the desktop's windows: ") + text);
         }
     } else if (QByteArrayView(context.category) != "qt.qpa.wayland" ||
-               !text.contains(QLatin1String("client buffer integration"))) {
+               !text.contains(u"client buffer integration")) {
         otherMessages(type, context, text);
     }
 }

@@ -3,6 +3,8 @@
 #include <QtGlobal>
 #if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
 #include <QTimeZone>
+#else
+#include <Qt>
 #endif
 
 namespace platform {
