@@ -2233,16 +2233,6 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>jetzt</translation>
         </message>
         <message>
-            <location filename="../../src/ui/display.cpp" />
-            <source>This plugin does not support </source>
-            <translation type="unfinished" />
-        </message>
-        <message>
-            <location filename="../../src/ui/display.cpp" />
-            <source>client buffer integration</source>
-            <translation type="unfinished" />
-        </message>
-        <message>
             <location filename="../../src/ui/help/about_panel.cpp" />
             <source>A download manager for the desktop.</source>
             <translation>Ein Download-Manager für den Desktop.</translation>
