@@ -183,8 +183,8 @@ void removePartialFiles(const QString& primaryPath) {
         return;
     const QString firstJournal = accelerationFragmentPath(primaryPath, 0);
     // Cut short, this must not leave a file whose holes nothing tells from data.
-    if (platform::pathExists(firstJournal))
-        static_cast<void>(truncate(QFile::encodeName(primaryPath).constData(), 0));
+    if (platform::pathExists(firstJournal) && !QFile::resize(primaryPath, 0))
+        QFile::remove(primaryPath);
     removeFragments(primaryPath);
     QFile::remove(firstJournal);
     QFile::remove(primaryPath);

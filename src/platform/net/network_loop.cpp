@@ -41,8 +41,7 @@ void NetworkLoop::Private::wake() {
     // The runner looks at the flag before it sleeps again.
     if (isWoken_.exchange(true) || runner_ == std::this_thread::get_id())
         return;
-    constexpr std::uint64_t once = 1;
-    static_cast<void>(::write(wakeEvent_.get(), &once, sizeof once));
+    eventfd_write(wakeEvent_.get(), 1);
 }
 
 bool NetworkLoop::Private::add(CURL* easy, DrivenExchange& transfer) {
@@ -105,9 +104,9 @@ void NetworkLoop::Private::poll() {
 
 /// Before what was posted is looked at: a later post wakes the next poll.
 void NetworkLoop::Private::drainWakeEvent() {
-    std::uint64_t count = 0;
+    eventfd_t count = 0;
     if (polled_.front().revents != 0)
-        static_cast<void>(::read(wakeEvent_.get(), &count, sizeof count));
+        eventfd_read(wakeEvent_.get(), &count);
     isWoken_.exchange(false);
 }
 
