@@ -35,6 +35,8 @@ class Disk:
         self.image, self.root = self.folder / "image", self.folder / "root"
         self.root.mkdir()
         self.boot = self.folder / "boot"
+        # In memory on a real machine: it does not fail with the disk, and is gone after a cut.
+        self.runtime = self.folder / "runtime"
         self.device = ""
         try:
             with open(self.image, "wb") as file:
@@ -49,6 +51,8 @@ class Disk:
 
     def mount(self):
         self.boot.write_text(f"{uuid.uuid4()}\n")
+        shutil.rmtree(self.runtime, ignore_errors=True)
+        self.runtime.mkdir(mode=0o700)
         do("mount", self.device, self.root)
 
     def cut(self):
@@ -90,7 +94,8 @@ class PowerCuts(DisturbedTransfers):
         # What the test itself has made is older than any cut.
         do("sync", "-f", home.root)
         process = home.start(*arguments, environment={"LD_PRELOAD": FAULTS,
-                                                      "FAULT_BOOT_ID": str(self.disk.boot)})
+                                                      "FAULT_BOOT_ID": str(self.disk.boot),
+                                                      "XDG_RUNTIME_DIR": str(self.disk.runtime)})
         time.sleep(self.random.uniform(0.01, self.random.choice((0.05, 0.15, 0.5))))
         self.disk.cut()
         process.kill()
