@@ -107,18 +107,19 @@ TEST_F(DetailsTest, TellsWhatEachConnectionCarries) {
 TEST_F(DetailsTest, ComparesTheFilesOfTwoAddresses) {
     using Verdict = AddressAnswer::Verdict;
     KnownFile known, found;
-    EXPECT_EQ(compareFiles(known, found), Verdict::CannotTell);
+    EXPECT_EQ(compareFiles(known, found, false), Verdict::CannotTell);
     known.length = found.length = 1000;
     known.entityTag = u"\"of one mirror\""_s;
     found.entityTag = u"\"of another\""_s;
-    EXPECT_EQ(compareFiles(known, found), Verdict::SameFile);
+    EXPECT_EQ(compareFiles(known, found, false), Verdict::SameFile);
+    EXPECT_EQ(compareFiles(known, found, true), Verdict::OtherFile);
     found.length = 999;
     found.entityTag = known.entityTag;
-    EXPECT_EQ(compareFiles(known, found), Verdict::OtherFile);
+    EXPECT_EQ(compareFiles(known, found, false), Verdict::OtherFile);
     found.length = 0;
-    EXPECT_EQ(compareFiles(known, found), Verdict::SameFile);
+    EXPECT_EQ(compareFiles(known, found, false), Verdict::SameFile);
     known.entityTag = found.entityTag = u"W/\"weak\""_s;
-    EXPECT_EQ(compareFiles(known, found), Verdict::CannotTell);
+    EXPECT_EQ(compareFiles(known, found, false), Verdict::CannotTell);
 }
 
 TEST_F(DetailsTest, GivesANewServerNothingThatWasMeantForTheFormer) {

@@ -54,7 +54,10 @@ void adoptValidators(UserSettings& settings, const KnownFile& file) {
 
 }  // namespace
 
-Verdict compareFiles(const KnownFile& known, const KnownFile& found) {
+Verdict compareFiles(const KnownFile& known, const KnownFile& found, bool isSameServer) {
+    if (isSameServer && isStrong(known.entityTag) && isStrong(found.entityTag) &&
+        known.entityTag != found.entityTag)
+        return Verdict::OtherFile;
     const bool areLengthsKnown = known.length > 0 && found.length > 0;
     if (areLengthsKnown)
         return known.length == found.length && known.contentEncoding == found.contentEncoding
@@ -68,6 +71,7 @@ Verdict compareFiles(const KnownFile& known, const KnownFile& found) {
 AddressCheck::AddressCheck(const DQDownload& download, const platform::Url& url,
                            std::function<void(const AddressAnswer&)> answered)
     : known_(knownFile(download.userSettings())),
+      isSameServer_(download.URL().hasSameOrigin(url)),
       answered_(std::move(answered)),
       request_(http::HTTPRequest::requestWithURL(url)),
       deadline_(download.context().loop) {
@@ -112,7 +116,7 @@ void AddressCheck::noteHead() {
     answer_.file = knownFile(head);
     end(speaksAgainstFile(response, answer_.file.length, known_)
             ? Verdict::OtherFile
-            : compareFiles(known_, answer_.file));
+            : compareFiles(known_, answer_.file, isSameServer_));
 }
 
 void AddressCheck::end(Verdict verdict) {

@@ -29,7 +29,9 @@ struct AddressAnswer {
     qint64 statusCode = -1;  ///< -1: none came.
 };
 
-[[nodiscard]] AddressAnswer::Verdict compareFiles(const KnownFile& known, const KnownFile& found);
+/// Mirrors give the same file tags of their own; only those of the same server can be compared.
+[[nodiscard]] AddressAnswer::Verdict compareFiles(const KnownFile& known, const KnownFile& found,
+                                                  bool isSameServer);
 
 /// Asks another address for the first byte of its file, and hangs up as soon as its head is there.
 /// Nothing of the download is touched. Main thread.
@@ -47,6 +49,7 @@ private:
     void end(AddressAnswer::Verdict verdict);
 
     const KnownFile known_;
+    const bool isSameServer_;
     std::function<void(const AddressAnswer&)> answered_;
     AddressAnswer answer_;
     std::shared_ptr<http::HTTPRequest> request_;
