@@ -29,10 +29,19 @@ class Parts:
         if journals is not None:
             self.spans = [span for span in journals if span]
         else:
-            self.spans = [(start, start + (folder / name).stat().st_size)
-                          for start, name in zip(starts, names) if (folder / name).exists()]
+            sizes = [self.size(folder / name) for name in names]
+            self.spans = [(start, start + size)
+                          for start, size in zip(starts, sizes) if size is not None]
         self.are_joined = journals is None and any(
             first < end for start, end in self.spans if start == 0)
+
+    @staticmethod
+    def size(path):
+        """Nothing: it is not there, or has just been joined or moved."""
+        try:
+            return path.stat().st_size
+        except FileNotFoundError:
+            return None
 
     @staticmethod
     def journal(path):
