@@ -86,8 +86,7 @@ QByteArray withoutZone(const QByteArray& text) {
 }  // namespace
 
 std::optional<Url> Url::parse(const QString& text) {
-    if (text.size() >= std::numeric_limits<Position>::max() || !isAscii(text) ||
-        !isUriReference(withoutZone(text.toLatin1())))
+    if (text.size() > longest || !isAscii(text) || !isUriReference(withoutZone(text.toLatin1())))
         return std::nullopt;
     Url url;
     url.text_ = text;

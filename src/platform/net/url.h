@@ -13,8 +13,11 @@ public:
     /// An empty URL, of which every part is empty.
     Url() = default;
 
+    /// Characters of an address; no server takes so many.
+    static constexpr qsizetype longest = 1 << 20;
+
     /// Nothing if the text is no URI reference: blanks, control characters, malformed escapes and
-    /// characters beyond ASCII among others; nor beyond 2 GiB.
+    /// characters beyond ASCII among others; or if it is longer than `longest`.
     [[nodiscard]] static std::optional<Url> parse(const QString& text);
     [[nodiscard]] static Url fromFilePath(const QString& path);
     /// What a user may mean by an international host or path: blanks at the ends are dropped,
