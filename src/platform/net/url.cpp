@@ -42,7 +42,7 @@ QString percentDecoded(QStringView encoded) {
 
 qsizetype firstOf(const QString& text, QStringView stops, qsizetype from) {
     for (qsizetype i = from; i < text.size(); ++i) {
-        if (stops.contains(text[i]))
+        if (std::find(stops.begin(), stops.end(), text[i]) != stops.end())
             return i;
     }
     return text.size();
@@ -279,6 +279,8 @@ QString Url::mergedPath(const QString& relativePath) const {
 }
 
 Url Url::forTransfer() const {
+    if (parts_.fragmentStart < 0 && !hasUserInfo())
+        return *this;
     const qsizetype end = parts_.fragmentStart < 0 ? text_.size() : parts_.fragmentStart - 1;
     QString text = text_.left(end);
     if (hasUserInfo())
