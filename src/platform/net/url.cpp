@@ -278,6 +278,8 @@ QString Url::mergedPath(const QString& relativePath) const {
 }
 
 Url Url::forTransfer() const {
+    if (parts_.fragmentStart < 0 && !hasUserInfo())
+        return *this;
     const qsizetype end = parts_.fragmentStart < 0 ? text_.size() : parts_.fragmentStart - 1;
     QString text = text_.left(end);
     if (hasUserInfo())
