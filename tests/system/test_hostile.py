@@ -62,6 +62,19 @@ class HostileTest(SystemTest):
         self.assertEqual(result.status, 0, result.errors)
         self.assertEqual((self.home.downloads / "tiny").read_bytes(), b"x" * 7_000_000)
 
+    def test_a_list_with_an_address_that_no_server_takes(self):
+        answer = once(OK, b"Content-Length: 2\r\nConnection: close\r\n\r\nxy")
+        self.server.answers = {"/one": answer, "/two": answer}
+        addresses = self.home.root / "addresses.txt"
+        addresses.write_text("\n".join(
+            self.server.url(path) for path in ("/one", "/" + "y" * 20_000_000, "/two")))
+        result = self.measure(str(addresses))
+        self.assertEqual(self.home.finished(), ["one", "two"])
+        self.assertIn("too long for an address", result.errors)
+        self.assertLess(len(result.errors), 1000)
+        if not SANITIZED:
+            self.assertLess(result.memory, 200 * MIB)
+
     def test_cookies_by_the_thousand(self):
         """A head full of them costs no time to speak of, and few go back."""
         lines = b"".join(b"Set-Cookie: c%d=%d\r\n" % (i, i) for i in range(12000))
