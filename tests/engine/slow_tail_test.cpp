@@ -138,6 +138,8 @@ TEST_F(SharedPartsTest, PartThatStopsIsTakenOverByThoseThatAreDone) {
         stall(slow, 40'000);
         const auto download = add();
         download->startDownload();
+        ASSERT_TRUE(waitForBytes(*download, 790'000));
+        main.advance(1);  // It may have been the last to be answered.
         // What is left for the one that stopped.
         ASSERT_TRUE(waitForBytes(*download, body.size() - 40'000));
         EXPECT_GT(download->transfer().parts().size(), 5u);
@@ -155,6 +157,27 @@ TEST_F(SharedPartsTest, PartThatStopsIsTakenOverByThoseThatAreDone) {
     ASSERT_TRUE(waitForBytes(*download, 750'000));
     main.settle();
     EXPECT_EQ(download->transfer().parts().size(), 4u);
+}
+
+TEST_F(SharedPartsTest, PartWhoseAnswerIsLateIsTakenOverByThoseThatAreFree) {
+    server.handle("/file.bin", [this](const support::ReceivedRequest& request) {
+        Reply served = reply(body);
+        if (request.header("Range").value_or("") == "bytes=500003-750002") {
+            served.stallHead = true;
+            served.stallAfter = 40'000;
+        }
+        return served;
+    });
+    const auto download = add();
+    download->startDownload();
+    ASSERT_TRUE(waitForBytes(*download, 750'000));
+    server.release();
+    ASSERT_TRUE(waitForBytes(*download, 790'000));
+    main.settle();
+    EXPECT_EQ(download->transfer().parts().size(), 4u);
+    main.advance(1);
+    ASSERT_TRUE(waitForBytes(*download, body.size() - 40'000));
+    EXPECT_GT(download->transfer().parts().size(), 4u);
 }
 
 /// Also where what is recorded is as old as the first split.

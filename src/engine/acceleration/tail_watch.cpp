@@ -34,8 +34,21 @@ bool TailWatch::isWanted() const {
 }
 
 void TailWatch::workerDidFinish(const Transfer::Worker& worker) {
-    if (!isWanted())
+    if (!isConnectionFree() || shareSlowestPart(worker.rate()))
         return;
+    // Too little to be shared can still take long.
+    const Transfer::Workers& workers = transfer_.workers();
+    for (std::size_t part = 0; part < workers.size(); ++part) {
+        if (isCrawling(part, leastTimeLeftForFree)) {
+            replaceWorker(transfer_, *workers[part]);
+            return;
+        }
+    }
+}
+
+bool TailWatch::isConnectionFree() const {
+    if (!isWanted())
+        return false;
     const Transfer::Workers& workers = transfer_.workers();
     const bool doesAnyWait = std::any_of(workers.begin(), workers.end(), [](const auto& other) {
         return other->status() == DQDownloadWorkerStatusIdle;
@@ -44,19 +57,14 @@ void TailWatch::workerDidFinish(const Transfer::Worker& worker) {
         return other->status() == DQDownloadWorkerStatusRunning;
     });
     const AccelerationSettings settings(transfer_.record().context().defaults);
-    if (doesAnyWait || running >= std::min(settings.accelerationFactor(), connections_()))
-        return;
-    const auto split = splitSlowestPart(transfer_.parts(), worker.rate(),
-                                        settings.acceleratorFractionMinimumSize());
-    if (split && splitPart(transfer_, split->part, split->offset))
-        return;
-    // Too little to be shared can still take long.
-    for (std::size_t part = 0; part < workers.size(); ++part) {
-        if (isCrawling(part, leastTimeLeftForFree)) {
-            replaceWorker(transfer_, *workers[part]);
-            return;
-        }
-    }
+    return !doesAnyWait && running < std::min(settings.accelerationFactor(), connections_());
+}
+
+bool TailWatch::shareSlowestPart(std::optional<double> rate) {
+    const AccelerationSettings settings(transfer_.record().context().defaults);
+    const auto split =
+        splitSlowestPart(transfer_.parts(), rate, settings.acceleratorFractionMinimumSize());
+    return split && splitPart(transfer_, split->part, split->offset);
 }
 
 bool TailWatch::isCrawling(std::size_t part, platform::Seconds left) const {
@@ -66,6 +74,9 @@ bool TailWatch::isCrawling(std::size_t part, platform::Seconds left) const {
 void TailWatch::watch() {
     timer_.start(interval, [this] {
         replaceCrawlingWorkers();
+        // When it became free there may have been nothing that could be shared yet.
+        if (isConnectionFree())
+            static_cast<void>(shareSlowestPart(std::nullopt));
         watch();
     });
 }

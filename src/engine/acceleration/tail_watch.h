@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <unordered_map>
 
 #include "engine/transfer/transfer.h"
@@ -22,6 +23,10 @@ public:
 private:
     [[nodiscard]] bool isWanted() const;
     [[nodiscard]] bool isCrawling(std::size_t part, platform::Seconds left) const;
+    [[nodiscard]] bool isConnectionFree() const;
+    /// A new worker takes over some of it. `rate`: what is expected of that, in bytes a second;
+    /// nothing: what the others bring. False: there is nothing worth it.
+    [[nodiscard]] bool shareSlowestPart(std::optional<double> rate);
     void watch();
     void replaceCrawlingWorkers();
 
