@@ -1,6 +1,8 @@
 """One file over several connections, beside the programs that do the same; and putting its parts
 together beside `cat`."""
 import os
+import statistics
+import subprocess
 
 from support.home import TERMINAL, Home
 from task import GB, MIB, Program, Task, clean_environment, measured, orlop
@@ -66,6 +68,32 @@ class PacedStream(SplitStream):
             yield (program.name, f"{seconds:.2f} s",
                    f"{seconds / quarter:.3f} of a quarter",
                    f"{program.median('cpu'):.2f} CPU-s")
+
+
+class Fragments(SplitStream):
+    """In how many pieces the file lies on the disk afterwards (`filefrag`)."""
+
+    def programs(self):
+        self.extents = {}
+        separate = ["-Acceleration: Parts In Place", "NO"]
+        return [
+            Program("orlop, 1 connection", orlop),
+            Program("orlop, parts in place", accelerated),
+            Program("orlop, parts joined",
+                    lambda task, folder: [*accelerated(task, folder), *separate]),
+        ]
+
+    def check(self, program, home):
+        super().check(program, home)
+        file = home.downloads / self.source.name
+        told = subprocess.run(["filefrag", file], capture_output=True, text=True, check=True).stdout
+        self.extents.setdefault(program.name, []).append(int(told.split(": ")[1].split()[0]))
+
+    def rows(self, programs):
+        for program in programs:
+            extents = self.extents[program.name]
+            yield (program.name, f"{statistics.median(extents):.0f} extents",
+                   f"{min(extents)} to {max(extents)}", f"{program.median('seconds'):.2f} s")
 
 
 class Joining(Task):

@@ -126,7 +126,7 @@ TEST(PageRuleStore, TakesTheUsersTextAndElseTheBuiltInOne) {
     const platform::Url product = urlOf(u"https://www.tarnworks.com/orlop/old"_s);
     const platform::Url mine = urlOf(u"http://mine/"_s);
     const auto isPage = [](DownloadPageRuleStore& store, const platform::Url& url) {
-        return isDownloadPageURL(url, store.downloadPageRules().get());
+        return isDownloadPageURL(url, store.rulesThatMayConcern(url).get());
     };
     for (const QVariant& stored : {QVariant(), QVariant(u""_s), QVariant(qint64{7})}) {
         defaults.setObject(key, stored);

@@ -21,11 +21,11 @@ DownloadPages::~DownloadPages() {
 }
 
 bool DownloadPages::isDownloadPageURL(const platform::Url& url) const {
-    return links::isDownloadPageURL(url, ruleStore_.downloadPageRules().get());
+    return links::isDownloadPageURL(url, ruleStore_.rulesThatMayConcern(url).get());
 }
 
 std::optional<QString> DownloadPages::preservedNamePattern(const platform::Url& url) const {
-    return links::preservedNamePattern(url, ruleStore_.downloadPageRules().get());
+    return links::preservedNamePattern(url, ruleStore_.rulesThatMayConcern(url).get());
 }
 
 void DownloadPages::URLsFromDownloadPageWithTitle(

@@ -52,6 +52,9 @@ QString tokenName(const QString& field) {
 }  // namespace
 
 QString filenameFromContentDisposition(const QString& field) {
+    // Most answers have none, and the first expression of a run costs more than a small transfer.
+    if (!field.contains(u"filename", Qt::CaseInsensitive))
+        return {};
     struct Form {
         QString (*name)(const QString&);
         const char16_t* logFormat;

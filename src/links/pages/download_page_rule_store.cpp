@@ -10,6 +10,13 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace links {
 
+namespace {
+
+/// In every address that a built-in rule is for.
+constexpr auto builtInHost = "tarnworks"_L1;
+
+}  // namespace
+
 DownloadPageRuleStore::DownloadPageRuleStore(platform::UserDefaults& defaults)
     : defaults_(defaults) {}
 
@@ -22,6 +29,14 @@ std::shared_ptr<const DownloadPageRules> DownloadPageRuleStore::downloadPageRule
                 "cannot be understood"_s.arg(source));
     }
     return *rules_;
+}
+
+std::shared_ptr<const DownloadPageRules> DownloadPageRuleStore::rulesThatMayConcern(
+    const platform::Url& url) {
+    const bool areBuiltIn = !storedStructure().isValid() && storedText().isEmpty();
+    if (areBuiltIn && !url.absoluteString().contains(builtInHost, Qt::CaseInsensitive))
+        return nullptr;
+    return downloadPageRules();
 }
 
 /// Rules that were stored as a structure, as `orlop-defaults` does with what it is given as one.
@@ -41,10 +56,14 @@ QVariant DownloadPageRuleStore::ruleObject() const {
 QString DownloadPageRuleStore::ruleText() const {
     if (const QVariant structure = storedStructure(); structure.isValid())
         return structured::writeJson(structure).value_or(QString());
-    // A value of another type is no text of the user's, though it could be converted to one.
-    const QVariant stored = defaults_.objectForKey(settings::downloadPageRules.name());
-    const QString text = stored.typeId() == QMetaType::QString ? stored.toString() : QString();
+    const QString text = storedText();
     return text.isEmpty() ? defaultDownloadPageRuleText() : text;
+}
+
+/// A value of another type is no text of the user's, though it could be converted to one.
+QString DownloadPageRuleStore::storedText() const {
+    const QVariant stored = defaults_.objectForKey(settings::downloadPageRules.name());
+    return stored.typeId() == QMetaType::QString ? stored.toString() : QString();
 }
 
 void DownloadPageRuleStore::setRuleText(const QString& text) {
@@ -59,14 +78,14 @@ void DownloadPageRuleStore::setRuleText(const QString& text) {
 QString defaultDownloadPageRuleText() {
     return uR"json([
 	{
-		"Source" : "^https?://(www\\.)?tarnworks\\.com/orlop(/.*)?$",
+		"Source" : "^https?://(www\\.)?%1\\.com/orlop(/.*)?$",
 		"Query Cascade" : [
 			"href\\s*=\\s*\"[^\"]*(/download/[^\"]+)\""
 		],
 		"Collect All Matches" : true,
 		"Use Source Name" : false
 	}
-])json"_s;
+])json"_s.arg(builtInHost);
 }
 
 }  // namespace links

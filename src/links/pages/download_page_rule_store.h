@@ -21,6 +21,10 @@ public:
     /// Reads the setting at the first call and keeps what it says. Null: the text is no valid set
     /// of rules.
     [[nodiscard]] std::shared_ptr<const DownloadPageRules> downloadPageRules();
+    /// The same for whoever asks about one address. Null also, and nothing is read, where the
+    /// built-in rules hold and the address is none of theirs, as in nearly every run.
+    [[nodiscard]] std::shared_ptr<const DownloadPageRules> rulesThatMayConcern(
+        const platform::Url& url);
 
     /// The user's text, or that of a structure; the built-in one if there is none.
     [[nodiscard]] QString ruleText() const;
@@ -31,6 +35,8 @@ public:
 
 private:
     [[nodiscard]] QVariant storedStructure() const;
+    /// The user's. Empty: the user has written none.
+    [[nodiscard]] QString storedText() const;
     [[nodiscard]] QVariant ruleObject() const;
 
     using Rules = std::shared_ptr<const DownloadPageRules>;
