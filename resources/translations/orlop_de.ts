@@ -1130,6 +1130,11 @@
         </message>
         <message>
             <location filename="../../src/app/intake/refused_text.cpp" />
+            <source>No server takes an address of more than a million characters.</source>
+            <translation>Kein Server nimmt eine Adresse von mehr als einer Million Zeichen an.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/refused_text.cpp" />
             <source>Orlop downloads addresses of http, https and files, no others.</source>
             <translation>Orlop lädt Adressen von http, https und Dateien, keine anderen.</translation>
         </message>
@@ -1157,6 +1162,11 @@
             <location filename="../../src/app/intake/refused_text.cpp" />
             <source>no valid address: %@</source>
             <translation>keine gültige Adresse: %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/intake/refused_text.cpp" />
+            <source>too long for an address: %@</source>
+            <translation>zu lang für eine Adresse: %@</translation>
         </message>
         <message>
             <location filename="../../src/app/intake/series_gate.cpp" />

@@ -6,6 +6,7 @@
 
 #include "links/recognition/address_start.h"
 #include "links/text/localization.h"
+#include "platform/net/url.h"
 #include "platform/text/regular_expression.h"
 
 namespace app {
@@ -39,6 +40,11 @@ bool hasOtherScheme(const QString& text) {
 }  // namespace
 
 RefusedText refusedText(const QString& text) {
+    if (text.size() > platform::Url::longest) {
+        constexpr qsizetype shown = 200;
+        const QString beginning = text.first(shown) + u'\u2026';
+        return {beginning, Reason::TooLong, beginning};
+    }
     if (const QString address = addressWithoutScheme(text); !address.isEmpty()) {
         return {text, Reason::LacksScheme, u"https://"_s + address};
     }
@@ -59,6 +65,8 @@ QString refusalLine(const RefusedText& refused) {
                                 {refused.text});
         case Reason::Malformed:
             return filledFormat(localized("no valid address: %@"), {refused.text});
+        case Reason::TooLong:
+            return filledFormat(localized("too long for an address: %@"), {refused.text});
         case Reason::NoAddress:
             break;
     }
@@ -81,6 +89,10 @@ QString refusalExplanation(const std::vector<RefusedText>& refused) {
     }
     if (holds(Reason::Malformed)) {
         sentences.append(localized("An address that names no server cannot be downloaded."));
+    }
+    if (holds(Reason::TooLong)) {
+        sentences.append(
+            localized("No server takes an address of more than a million characters."));
     }
     if (holds(Reason::NoAddress)) {
         sentences.append(localized("There is no address in the text that is left."));

@@ -11,10 +11,11 @@ struct RefusedText {
         NoAddress,    ///< Prose, above all.
         LacksScheme,  ///< "www.example.org/x".
         OtherScheme,  ///< "magnet:?xt=...".
-        Malformed     ///< Of http or https, but no server can be made out in it.
+        Malformed,    ///< Of http or https, but no server can be made out in it.
+        TooLong       ///< No server takes so many characters.
     };
 
-    QString text;  ///< As it stands.
+    QString text;  ///< As it stands; of one that is too long the beginning.
     Reason reason = Reason::NoAddress;
     /// What to offer for correction: `text`, or the address in it with the scheme that it lacks.
     QString proposal;

@@ -5,6 +5,7 @@
 #include "links/recognition/address_start.h"
 #include "links/recognition/text_marks.h"
 #include "links/text/trimming.h"
+#include "platform/net/url.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -158,6 +159,10 @@ bool hasHost(QStringView rest) {
 
 }  // namespace
 
+bool isTooLongForAddress(QStringView text) {
+    return text.size() > platform::Url::longest && !text.contains(u'{');
+}
+
 QString withoutDisarming(const QString& address) {
     if (!address.contains(u'[') && !address.contains(u'(') && !address.contains(u'{'))
         return address;
@@ -175,9 +180,9 @@ QStringList addressRuns(QStringView text) {
     auto start = findAddressStart(text);
     while (start) {
         const qsizetype end = RunEnd(text, *start).find();
-        if (hasHost(text.sliced(start->rest, end - start->rest)))
-            runs.append(
-                withoutDisarming(text.sliced(start->position, end - start->position).toString()));
+        const QStringView run = text.sliced(start->position, end - start->position);
+        if (hasHost(text.sliced(start->rest, end - start->rest)) && !isTooLongForAddress(run))
+            runs.append(withoutDisarming(run.toString()));
         start = findAddressStart(text, std::max(end, start->rest));
     }
     return runs;

@@ -14,6 +14,9 @@ namespace links {
 /// How long the one is that begins `text`, as it stands there; 0: none does.
 [[nodiscard]] qsizetype lengthOfLeadingRun(QStringView text);
 
+/// Whether it is none, whatever it looks like. A series may take as much to write down.
+[[nodiscard]] bool isTooLongForAddress(QStringView text);
+
 /// With the dots and colons that somebody put into brackets so that there be no link.
 [[nodiscard]] QString withoutDisarming(const QString& address);
 

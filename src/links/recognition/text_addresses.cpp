@@ -140,7 +140,8 @@ bool TextAddresses::beginItem() {
     item_ = std::move(*next);
     hasAddress_ = false;
     const QString item = withoutJSONEscapes(item_);
-    isSearched_ = !holdsQuotedLinks(item) && (holdsSeveral(item) || goesOnBehindAddress(item));
+    isSearched_ = !holdsQuotedLinks(item) &&
+                  (isTooLongForAddress(item) || holdsSeveral(item) || goesOnBehindAddress(item));
     pieces_ = isSearched_ ? addressRuns(item) : QStringList(item);
     return true;
 }
