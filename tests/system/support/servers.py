@@ -49,8 +49,13 @@ class Authority:
         extensions.write_text(f"subjectAltName={names}\n")
         signing = ["-CA", self.authority, "-CAkey", self.folder / "authority.key",
                    "-CAcreateserial"] if signs else ["-signkey", self.key]
-        self._openssl("x509", "-req", "-in", self.folder / "server.csr", *signing,
-                      "-days", days, "-extfile", extensions, "-out", self.certificate)
+        # Newer releases refuse to count days backwards.
+        knows_dates = "-not_after" in subprocess.run(["openssl", "x509", "-help"], check=False,
+                                                     capture_output=True, text=True).stderr
+        span = ["-not_before", "20250101000000Z", "-not_after", "20250102000000Z"] if (
+            days < 0 and knows_dates) else ["-days", days]
+        self._openssl("x509", "-req", "-in", self.folder / "server.csr", *signing, *span,
+                      "-extfile", extensions, "-out", self.certificate)
 
     @staticmethod
     def _openssl(*arguments):
