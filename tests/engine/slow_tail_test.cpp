@@ -159,22 +159,15 @@ TEST_F(SharedPartsTest, PartThatStopsIsTakenOverByThoseThatAreDone) {
     EXPECT_EQ(download->transfer().parts().size(), 4u);
 }
 
-TEST_F(SharedPartsTest, PartWhoseAnswerIsLateIsTakenOverByThoseThatAreFree) {
-    server.handle("/file.bin", [this](const support::ReceivedRequest& request) {
-        Reply served = reply(body);
-        if (request.header("Range").value_or("") == "bytes=500003-750002") {
-            served.stallHead = true;
-            served.stallAfter = 40'000;
-        }
-        return served;
-    });
+TEST_F(SharedPartsTest, ConnectionThatIsFreeLooksAgainForAPartToShare) {
+    set(settings::accelerationSharesSlowParts, false);
+    stall("bytes=500003-750002", 40'000);
     const auto download = add();
     download->startDownload();
-    ASSERT_TRUE(waitForBytes(*download, 750'000));
-    server.release();
     ASSERT_TRUE(waitForBytes(*download, 790'000));
-    main.settle();
+    main.advance(1);
     EXPECT_EQ(download->transfer().parts().size(), 4u);
+    set(settings::accelerationSharesSlowParts, true);
     main.advance(1);
     ASSERT_TRUE(waitForBytes(*download, body.size() - 40'000));
     EXPECT_GT(download->transfer().parts().size(), 4u);
