@@ -16,6 +16,7 @@
 #include "engine/paths/intermediate_files.h"
 #include "engine/paths/support_folder.h"
 #include "engine/record/known_file.h"
+#include "engine/record/past_failure.h"
 #include "engine/settings.h"
 #include "engine/workers/debug_log.h"
 #include "engine/workers/retry_after.h"
@@ -74,6 +75,12 @@ QVariantMap DQDownload::userSettingsArchiveWithPausedStatus(bool paused,
         paths_.writeMetadata(archive);
     if (userSettings().contains(keys::statusCode))
         archive.insert(keys::statusCode, userSettings().value(keys::statusCode));
+    const bool isForGood = status() == DQDownloadStatusAborted || wasGivenUp();
+    if (isForGood || (status() == DQDownloadStatusPaused && isInterrupted()))
+        archive.insert(
+            keys::failure,
+            PastFailure{isForGood, lastError() ? std::optional(*lastError()) : std::nullopt}
+                .archive());
     return archive;
 }
 
@@ -123,6 +130,7 @@ void DQDownload::startDownloadWithURL(const std::optional<platform::Url>& url,
 void DQDownload::becomeDownloading() {
     cancelArrangedResume();
     lastError_.reset();
+    _isInterrupted = false;
     userSettings().remove(keys::keptBytes);
     setChecksumResult(userSettings(), ChecksumResult::Unknown);
     if (!userSettings().contains(keys::originalURL))
@@ -181,6 +189,7 @@ void DQDownload::stopTransfer() {
 
 void DQDownload::interruptUntilResumed(const platform::Error& error) {
     _isInterrupted = true;
+    hasFailedBefore_ = false;
     lastError_ = std::make_unique<platform::Error>(error);
     if (error.underlying)
         platform::log(error.text + u": "_s + error.underlying->text);
