@@ -181,6 +181,10 @@ public:
     void takeOverPartialData(DQDownload& other);
     /// What is arranged for a download that was stopped is not to happen any more.
     void cancelArrangedResume();
+    /// It stands still, but goes on by itself later.
+    [[nodiscard]] bool isResumeArranged() const {
+        return autoResume_.isActive() || spaceWatch_.isWatching() || autoResumeAfterSleep();
+    }
     /// Stops all workers and resumes with one, from what the first worker has.
     void goOnAlone();
 
