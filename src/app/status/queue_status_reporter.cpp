@@ -3,6 +3,7 @@
 #include "app/lifecycle/lifecycle.h"
 #include "app/main_controller.h"
 #include "app/queue/batch_progress.h"
+#include "app/queue/state_filter.h"
 #include "app/settings.h"
 #include "app/status/queue_totals.h"
 #include "app/status/status_line.h"
@@ -46,7 +47,8 @@ void QueueStatusReporter::updateStatusAndForceUpdateApplicationImage(bool force)
     const engine::QueueTally& tally = controller.tally();
     const bool isAllDone = tally.count(engine::unfinishedStatuses) == 0;
     const QueueTotals totals = queueTotals(tally, surroundings_.loop.clock().monotonic());
-    status_ = {statusLine(tally, controller.numberOfHiddenDownloads()), totalsText(totals),
+    const HiddenRows hidden{controller.numberOfHiddenDownloads(), controller.stateFilter().isOn()};
+    status_ = {statusLine(tally, hidden), totalsText(totals),
                shortTotalsText(totals, fraction(totals.sumOfFractions)),
                tally.count(engine::finishedStatuses) > 0,
                controller.lifecycle().wouldLoseDownloadsOnClose()};
