@@ -29,7 +29,7 @@ QString statusOf(const engine::DQDownload& download) {
 }
 
 void addFigures(QVariantMap& facts, const engine::DQDownload& download, platform::Seconds now) {
-    const engine::OverallFigures figures = download.transfer().figures();
+    const engine::OverallFigures figures = download.figures();
     const qint64 known = engine::knownFile(download.userSettings()).length;
     const bool isRunning = download.status() == engine::DQDownloadStatusDownloading;
     const qint64 size = known > 0 ? known : figures.isLengthKnown ? figures.expected : 0;
@@ -45,8 +45,7 @@ void addFigures(QVariantMap& facts, const engine::DQDownload& download, platform
                            : size > 0 ? static_cast<double>(bytes) / static_cast<double>(size)
                                       : 0.0;
     if (isRunning) {
-        const auto span = download.transfer().speed().span(
-            now, figures.downloaded, download.dates().downloadDate().value_or(now));
+        const auto span = download.speed(now);
         facts[u"rate"_s] = span && span->seconds > 0 ? span->bytes / span->seconds : 0.0;
     }
 }

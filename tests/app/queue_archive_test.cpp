@@ -3,6 +3,7 @@
 #include <QFile>
 
 #include "app/queue/archive_writer.h"
+#include "app/queue/queue_archive.h"
 #include "app/queue/restored_download.h"
 #include "app/queue/state_filter.h"
 #include "app/rows/rows.h"
@@ -390,6 +391,45 @@ TEST(MigratedArchive, FollowsABundleThatWasMoved) {
     EXPECT_EQ(app::migratedArchive(other, moved), other);
     EXPECT_EQ(app::migratedArchive(archive, folder.filePath(u"gone.orlop"_s)), archive);
     EXPECT_EQ(app::migratedArchive(archive, {}), archive);
+}
+
+/// Each look at it takes a millisecond.
+class LaboriousClock final : public platform::Clock {
+public:
+    [[nodiscard]] platform::Seconds monotonic() const override { return now_ += 0.001; }
+    [[nodiscard]] platform::Seconds wall() const override { return 0; }
+    [[nodiscard]] platform::Seconds sleepUntil(platform::Seconds) const override { return 0; }
+    int addWaker(std::function<void()>) override { return 0; }
+    void removeWaker(int) override {}
+
+private:
+    mutable platform::Seconds now_ = 1;
+};
+
+TEST_F(QueueFile, IsPutTogetherALittleAtATimeWhereItIsLong) {
+    add(numbered(30));
+    LaboriousClock clock;
+    platform::RunLoop loop(clock);
+    const QString path = folder.filePath(u"Long.plist"_s);
+    app::QueueArchive archive(path, {controller->queue(),
+                                     defaults,
+                                     loop,
+                                     frontEnd,
+                                     [](const engine::DQDownload&) { return false; },
+                                     [] { return QVariantList(); },
+                                     {},
+                                     {},
+                                     {}});
+    archive.write();
+    int turns = 0;
+    for (; turns < 100 && !QFile::exists(path); ++turns) {
+        loop.runDue();
+        disks.waitForDone();
+    }
+    EXPECT_GT(turns, 4) << "no turn takes longer than a few rows";
+    EXPECT_EQ(
+        platform::readPropertyList(platform::readFile(path, 1 << 20).data).value.toList().size(),
+        30);
 }
 
 TEST(ArchiveWriter, WritesTheLatestOfManyAndFinishesBeforeItGoes) {

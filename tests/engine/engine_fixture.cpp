@@ -90,7 +90,7 @@ void TransferTest::run(const engine::DownloadPtr& download) {
 }
 
 bool TransferTest::waitForBytes(const engine::DQDownload& download, qint64 count) {
-    return main.waitUntil([&] { return download.transfer().figures().total() >= count; });
+    return main.waitUntil([&] { return download.figures().total() >= count; });
 }
 
 bool TransferTest::waitBehindTheMainLoop(const std::function<bool()>& done) {

@@ -168,6 +168,12 @@ TEST_F(SharedPartsTest, ResumeFindsThePartsAsTheyWereShared) {
         const QVariant old = archiveOfFractions(
             splitIntoFractions(body.size(), 20'000, 4, download->intermediateDownloadTargetPath()));
         ASSERT_TRUE(waitForBytes(*download, body.size() - 40'000));
+        // Nothing is under way any more.
+        ASSERT_TRUE(main.waitUntil([&] {
+            const auto parts = download->transfer().parts();
+            return std::ranges::count(parts, State::Done, &RunningPart::state) ==
+                   std::ssize(parts) - 1;
+        }));
         const qint64 had = download->transfer().figures().total();
         download->pause();
         download = restarted(download);

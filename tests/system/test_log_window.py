@@ -29,6 +29,7 @@ class LogWindowTest(WindowTest):
         wait_until(lambda: self.says("orlop-terminal: "), 30, "what another program logs")
         self.shoot("live")
         self.desktop.click(self.desktop.find("combo box", "All Lines"))
+        self.desktop.wait_for("list item", "Without Debug Lines")
         self.desktop.key("Down", "Return")
         wait_until(lambda: self.says("orlop") and not self.says("status code"), 30,
                    "the lines that are not for debugging")

@@ -167,8 +167,9 @@ class CommandsTest(ScriptingTest):
 
 class HandOverTest(ScriptingTest):
     def hand_over(self, name, *more, timeout=30, **entries):
-        return self.call("HandOver", dictionary(id=f"id-{name}", address=self.slow(name), **entries),
-                         *more, timeout=timeout)
+        # Else it is refused where the machine is busy for a second or two.
+        entries = {"id": f"id-{name}", "address": self.slow(name), "deadline": 60_000} | entries
+        return self.call("HandOver", dictionary(**entries), *more, timeout=timeout)
 
     def record(self, name):
         (record,) = [record for record in self.home.queue() if record["URL"].endswith("?" + name)]
@@ -218,7 +219,7 @@ class HandOverTest(ScriptingTest):
         self.assertEqual(self.hand_over("five").count("TooLate"), 1)
 
     def test_cookies_of_private_windows_are_sent_and_not_kept(self):
-        self.call("HandOver", dictionary(id="small", cookies="secret=1", private=True,
+        self.call("HandOver", dictionary(id="small", cookies="secret=1", private=True, deadline=60_000,
                                          address=self.server.url("/small.bin")))
         wait_until(lambda: self.home.finished() == ["small.bin"], what="the file")
         self.assertEqual(self.server.cookies_of("/small.bin"), ["secret=1"])

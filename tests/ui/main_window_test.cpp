@@ -184,6 +184,18 @@ TEST_F(MainWindowTest, ShowsWhatItDidNotUnderstandAndWhatItHas) {
     EXPECT_EQ(window->statusBar()->currentMessage(), u"Already in the list"_s);
 }
 
+TEST_F(MainWindowTest, AddsWhatWasTypedJustNow) {
+    commands.perform(app::Command::OpenURL);
+    auto* panel = find<QDialog>(u"openURLPanel"_s);
+    ASSERT_TRUE(panel && QTest::qWaitForWindowActive(panel));
+    auto* text = panel->findChild<QPlainTextEdit*>(u"openURLTextView"_s);
+    QTest::keyClicks(text, u"http://a.example/typed"_s);
+    QTest::keyClick(text, Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_FALSE(panel->isVisible());
+    main.settle();
+    EXPECT_EQ(queue(), QStringList{u"typed"_s});
+}
+
 TEST(Language, SpeaksTheUsersAndFallsSilentWhenItGoes) {
     {
         const ui::Language german(*qApp, QLocale(QLocale::German));

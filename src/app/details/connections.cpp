@@ -32,7 +32,7 @@ std::vector<Connection> ConnectionMeter::connections(const engine::DQDownload& d
     const qint64 length = engine::knownFile(download.userSettings()).length;
     std::unordered_map<const Worker*, Look> looks;
     std::vector<Connection> connections;
-    for (const auto& worker : download.transfer().workers()) {
+    for (const auto& worker : download.workers()) {
         Connection connection;
         connection.start = worker->fractionStartByte();
         connection.end = worker->endByte() > 0 ? worker->endByte() : length - 1;

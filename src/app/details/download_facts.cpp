@@ -10,6 +10,7 @@
 #include "engine/lifecycle/download.h"
 #include "engine/record/known_file.h"
 #include "engine/settings.h"
+#include "engine/transfer/speed_limit.h"
 #include "links/format/byte_counts.h"
 #include "links/text/localization.h"
 #include "links/text/typography.h"
@@ -97,7 +98,7 @@ private:
         if (download_.status() != engine::DQDownloadStatusDone)
             add(localized("Arrived"), sizeText(heldBytes(download_)));
         add(localized("Type"), known.mediaType);
-        if (const qint64 limit = download_.speedLimit().bytesPerSecond(); limit > 0)
+        if (const qint64 limit = engine::speedLimitOf(download_); limit > 0)
             add(localized("Speed limit"),
                 filledFormat(localized("%@/s"), {links::fileSizeDescriptionWithBytesCount(
                                                     static_cast<quint64>(limit))}));

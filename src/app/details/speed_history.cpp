@@ -14,7 +14,7 @@ void SpeedHistory::note(const engine::DQDownload& download, platform::Seconds no
     std::deque<Sample>& samples = samples_[&download];
     if (!samples.empty() && now - samples.back().at < interval)
         return;
-    samples.push_back({now, download.transfer().figures().downloaded});
+    samples.push_back({now, download.figures().downloaded});
     while (samples.front().at < now - reach)
         samples.pop_front();
 }

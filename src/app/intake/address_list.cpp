@@ -12,9 +12,10 @@ namespace app {
 using namespace Qt::Literals::StringLiterals;
 
 QString addressListText(const QByteArray& data) {
-    const QString text = links::pageText(data, u"text/plain; charset=windows-1252"_s)
-                             .value_or(QString::fromUtf8(data));
+    QString text = links::pageText(data, u"text/plain; charset=windows-1252"_s)
+                       .value_or(QString::fromUtf8(data));
     if (!text.contains(u'#')) {
+        text.squeeze();  // It stays until the last of its addresses is taken in.
         return text;
     }
     QString addresses;
@@ -26,6 +27,7 @@ QString addressListText(const QByteArray& data) {
         }
         start = next;
     }
+    addresses.squeeze();
     return addresses;
 }
 

@@ -61,7 +61,7 @@ struct QueueArchive::Cached {
     QByteArray element;
     QVariant parts;  ///< The workers that it names.
     bool paused = false;
-    bool storesMetadata = false, isPrivate = false;
+    Form form;
     bool hasBegun = false;
 };
 
@@ -111,7 +111,7 @@ void QueueArchive::write() {
         return;
     }
     if (!rest_.isActive()) {
-        handOver(elements());
+        save();
     } else if (isUrgent_) {
         rest();
     }
@@ -169,11 +169,38 @@ void QueueArchive::rest() {
     const platform::Seconds length =
         isUrgent_ ? std::min(took * restPerWriteIfUrgent, longestRest)
                   : std::clamp(took * restPerWrite, shortestRest, longestRest);
-    rest_.start(std::max(written_ + length - surroundings_.loop.clock().monotonic(), 0.0), [this] {
-        if (wantsToBeWritten_ && !writer_->isBusy()) {
-            handOver(elements());
+    rest_.start(std::max(written_ + length - surroundings_.loop.clock().monotonic(), 0.0),
+                [this] { save(); });
+}
+
+void QueueArchive::save() {
+    if (!wantsToBeWritten_ || writer_->isBusy()) {
+        return;
+    }
+    if (prepare()) {
+        handOver(elements());
+    } else {
+        rest_.start(0, [this] { save(); });
+    }
+}
+
+bool QueueArchive::prepare() {
+    constexpr platform::Seconds turn = 0.004;
+    const platform::Clock& clock = surroundings_.loop.clock();
+    const platform::Seconds end = clock.monotonic() + turn;
+    const engine::Downloads& downloads = surroundings_.queue.downloads();
+    const Form current = form();
+    while (prepared_ < downloads.size()) {
+        engine::DQDownload& download = *downloads[prepared_++];
+        if (isSaved(download)) {
+            elementOf(download, !goesOn(download), current);
         }
-    });
+        if (clock.monotonic() >= end) {
+            return false;
+        }
+    }
+    prepared_ = 0;
+    return true;
 }
 
 void QueueArchive::finish() {
@@ -184,6 +211,7 @@ void QueueArchive::finish() {
 }
 
 void QueueArchive::handOver(Elements elements) {
+    prepared_ = 0;
     wantsToBeWritten_ = isUrgent_ = false;
     handedOver_ = surroundings_.loop.clock().monotonic();
     if (mayWrite_) {
@@ -203,10 +231,12 @@ QueueArchive::Elements QueueArchive::elements() {
     forgetRemovedDownloads();
     Elements elements;
     elements.reserve(surroundings_.queue.downloads().size());
+    const Form current = form();
     for (const engine::DownloadPtr& download : surroundings_.queue.downloads()) {
         if (isSaved(*download)) {
-            if (QByteArray element = elementOf(*download, !goesOn(*download)); !element.isEmpty()) {
-                elements.push_back(std::move(element));
+            const QByteArray& element = elementOf(*download, !goesOn(*download), current);
+            if (!element.isEmpty()) {
+                elements.push_back(element);
             }
         }
     }
@@ -216,24 +246,26 @@ QueueArchive::Elements QueueArchive::elements() {
     return elements;
 }
 
-QByteArray QueueArchive::elementOf(engine::DQDownload& download, bool paused) {
-    const bool storesMetadata = surroundings_.defaults.get(engine::settings::storeMetadataLocally);
-    const bool isPrivate = surroundings_.defaults.get(engine::settings::privateDownloading);
+QueueArchive::Form QueueArchive::form() const {
+    return {surroundings_.defaults.get(engine::settings::storeMetadataLocally),
+            surroundings_.defaults.get(engine::settings::privateDownloading)};
+}
+
+const QByteArray& QueueArchive::elementOf(engine::DQDownload& download, bool paused,
+                                          const Form& form) {
     Cached& cached = cache_[&download];
     const auto isCurrent = [&] {
-        return !cached.element.isEmpty() && cached.paused == paused &&
-               cached.storesMetadata == storesMetadata && cached.isPrivate == isPrivate &&
+        return !cached.element.isEmpty() && cached.paused == paused && cached.form == form &&
                cached.revision == download.userSettings().revision();
     };
     if (!isCurrent()) {
         const QVariantMap archive =
-            download.userSettingsArchiveWithPausedStatus(paused, storesMetadata);
+            download.userSettingsArchiveWithPausedStatus(paused, form.storesMetadata);
         cached = {download.userSettings().revision(),
                   archive.isEmpty() ? QByteArray() : platform::propertyListElement(archive),
                   archive.value(engine::keys::accelerationWorkers),
                   paused,
-                  storesMetadata,
-                  isPrivate,
+                  form,
                   archive.contains(engine::keys::responseURL)};
         if (cached.element.isEmpty() && !archive.isEmpty()) {
             platform::log(u"cannot be kept over a restart: %1"_s.arg(download.description()),
@@ -307,7 +339,7 @@ private:
         if (isActive(download)) {
             download.pause();
         }
-        const QByteArray element = archive_.elementOf(download, !goesOnLater);
+        const QByteArray element = archive_.elementOf(download, !goesOnLater, archive_.form());
         if (!element.isEmpty()) {
             const bool hasBegun = download.userSettings().contains(engine::keys::responseURL);
             if (status > engine::DQDownloadStatusDownloading || !hasBegun) {

@@ -69,14 +69,24 @@ public:
 
 private:
     struct Cached;
+    /// Of the settings, what the form of all elements depends on.
+    struct Form {
+        bool storesMetadata = false, isPrivate = false;
+        bool operator==(const Form&) const = default;
+    };
     class QuitPass;
 
     [[nodiscard]] bool isSaved(const engine::DQDownload& download) const;
     using Elements = std::vector<QByteArray>;
+    void save();
+    /// Puts together what has changed, a little at a time: a long list that is saved for the first
+    /// time, or paused as a whole, must not hold up the main thread. False: there is more.
+    [[nodiscard]] bool prepare();
     void handOver(Elements elements);
     [[nodiscard]] Elements elements();
+    [[nodiscard]] Form form() const;
     /// Empty: nothing of it survives.
-    [[nodiscard]] QByteArray elementOf(engine::DQDownload& download, bool paused);
+    const QByteArray& elementOf(engine::DQDownload& download, bool paused, const Form& form);
     [[nodiscard]] bool confirmQuit();
     [[nodiscard]] bool leadsToData(const engine::DQDownload& download) const;
     void didWrite(const std::optional<platform::Error>& error);
@@ -90,6 +100,7 @@ private:
     std::vector<Saved> waiting_, beingSaved_;
     std::unique_ptr<ArchiveWriter> writer_;
     std::unordered_map<const engine::DQDownload*, Cached> cache_;
+    std::size_t prepared_ = 0;  ///< Rows that `prepare` has seen.
     /// Data is on the disk that the file does not lead to, and would be fetched again.
     bool isUrgent_ = false;
     platform::Seconds handedOver_ = 0;  ///< When the last write began, on the monotonic scale.

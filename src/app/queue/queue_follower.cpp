@@ -89,7 +89,7 @@ void QueueFollower::statusDidChange(const engine::StatusChange& change) {
 void QueueFollower::downloadDidChange(engine::DQDownload& download) {
     const engine::DownloadPtr kept = download.shared_from_this();
     if (download.status() == engine::DQDownloadStatusDownloading) {
-        if (!interrupted_.empty() && download.transfer().figures().downloaded > 0) {
+        if (!interrupted_.empty() && download.figures().downloaded > 0) {
             interrupted_.erase(&download);
         }
         around_.archive.writeIfBegun(download);

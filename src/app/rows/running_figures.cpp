@@ -12,16 +12,15 @@ double RunningFigures::bytesLeft() const {
 }
 
 RunningFigures runningFigures(const engine::DQDownload& download, platform::Seconds now) {
-    RunningFigures running{download.transfer().figures(), std::nullopt};
+    RunningFigures running{download.figures(), std::nullopt};
     if (running.figures.downloaded > 0)
-        running.span = download.transfer().speed().span(
-            now, running.figures.downloaded, download.dates().downloadDate().value_or(now));
+        running.span = download.speed(now);
     return running;
 }
 
 qint64 heldBytes(const engine::DQDownload& download) {
     if (download.status() == engine::DQDownloadStatusDownloading)
-        return download.transfer().figures().total();
+        return download.figures().total();
     return download.holdsPartialData()
                ? download.userSettings().value(engine::keys::keptBytes).toLongLong()
                : 0;

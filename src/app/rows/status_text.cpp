@@ -103,7 +103,7 @@ QString StatusTexts::withAccelerationSuffix(const QString& text, const DQDownloa
     // One that has helped another has had several parts.
     const auto most =
         static_cast<std::size_t>(defaults_.get(engine::settings::accelerationChannels));
-    const std::size_t connections = std::min(download.transfer().workers().size(), most);
+    const std::size_t connections = std::min(download.workers().size(), most);
     if (settings.contains(keys::keptAside))
         return text + localized(" - Begun anew");
     if (settings.boolean(keys::rangesDisabled))

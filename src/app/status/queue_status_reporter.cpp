@@ -46,12 +46,7 @@ void QueueStatusReporter::updateStatusAndForceUpdateApplicationImage(bool force)
     quitting_.cancel();
     const engine::QueueTally& tally = controller.tally();
     const bool isAllDone = tally.count(engine::unfinishedStatuses) == 0;
-    const QueueTotals totals = queueTotals(tally, surroundings_.loop.clock().monotonic());
-    const HiddenRows hidden{controller.numberOfHiddenDownloads(), controller.stateFilter().isOn()};
-    status_ = {statusLine(tally, hidden), totalsText(totals),
-               shortTotalsText(totals, fraction(totals.sumOfFractions)),
-               tally.count(engine::finishedStatuses) > 0,
-               controller.lifecycle().wouldLoseDownloadsOnClose()};
+    status_.reset();
     updateApplicationImage(force);
     if (isAllDone) {
         reflectAllDone();
@@ -60,6 +55,21 @@ void QueueStatusReporter::updateStatusAndForceUpdateApplicationImage(bool force)
         allDone._mayTriggerAllDoneNotification = true;
         allDone._mayTriggerQuitOnAllDone = true;
     }
+}
+
+QueueStatus QueueStatusReporter::status() const {
+    if (!status_) {
+        DQMainController& controller = surroundings_.controller;
+        const engine::QueueTally& tally = controller.tally();
+        const QueueTotals totals = queueTotals(tally, surroundings_.loop.clock().monotonic());
+        const HiddenRows hidden{controller.numberOfHiddenDownloads(),
+                                controller.stateFilter().isOn()};
+        status_ = QueueStatus{statusLine(tally, hidden), totalsText(totals),
+                              shortTotalsText(totals, fraction(totals.sumOfFractions)),
+                              tally.count(engine::finishedStatuses) > 0,
+                              controller.lifecycle().wouldLoseDownloadsOnClose()};
+    }
+    return *status_;
 }
 
 double QueueStatusReporter::fraction(double sumOfFractions) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <optional>
 
 #include "app/controller_roles.h"
 #include "app/front_end.h"
@@ -33,7 +34,7 @@ public:
     explicit QueueStatusReporter(const Surroundings& surroundings);
 
     void updateStatusAndForceUpdateApplicationImage(bool force) override;
-    [[nodiscard]] QueueStatus status() const override { return status_; }
+    [[nodiscard]] QueueStatus status() const override;
     void playFeedback() override;
     void windowWasSeen() override { notifications_.wereSeen(); }
     bool sendUserNotification(const QString& identifier, const QString& title,
@@ -61,7 +62,8 @@ private:
     Surroundings surroundings_;
     DQUserNotificationManager notifications_;
     ApplicationImageGate imageGate_;
-    QueueStatus status_;
+    /// Put together when somebody asks for it; most changes come in faster than anybody looks.
+    mutable std::optional<QueueStatus> status_;
     platform::Timer quitting_;
     /// What follows from the end of the last download and is not taken back.
     platform::Timers consequences_;

@@ -27,7 +27,7 @@ ProgressRow progressRow(const StatusTexts& statusTexts, const engine::DQDownload
         row.note = statusTexts.downloadProgressDescription(download);
         return row;
     }
-    if (download.transfer().figures().isLengthKnown)
+    if (download.figures().isLengthKnown)
         row.fraction = download.downloadCompletionFraction();
     row.size = texts.bytes;
     if (!texts.rate.isEmpty())

@@ -8,6 +8,7 @@
 #include "engine/acceleration/accelerator.h"
 #include "engine/acceleration/tail_watch.h"
 #include "engine/context.h"
+#include "engine/lifecycle/activity.h"
 #include "engine/lifecycle/download_starter.h"
 #include "engine/lifecycle/failure_handler.h"
 #include "engine/lifecycle/kept_aside.h"
@@ -32,14 +33,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace engine {
 
 DQDownload::DQDownload(const Context& context, DownloadHost& host, const platform::Url& url)
-    : DownloadRecord(context, url),
-      host_(host),
-      paths_(*this),
-      transfer_(*this, paths_, [this] { host_.downloadDidChange(*this); }),
-      speedLimit_(transfer_),
-      finisher_(transfer_, *this),
-      autoResume_(context.loop),
-      spaceWatch_(*this) {
+    : DownloadRecord(context, url), host_(host), paths_(*this) {
     if (const auto checksum = checksumFromFragment(url.fragment().value_or(QString())))
         userSettings().set(keys::checksum, checksum->text());
 }
@@ -71,7 +65,8 @@ QVariantMap DQDownload::userSettingsArchiveWithPausedStatus(bool paused,
                                                             bool writeMetadataToDownloadBundle) {
     QVariantMap archive = paths_.archive(paused);
     // While the file is being finished, its container may be on the way out.
-    if (writeMetadataToDownloadBundle && archive.contains(keys::resumePath) && !finisher_.isBusy())
+    const bool isBeingFinished = activity_ && activity_->finisher.isBusy();
+    if (writeMetadataToDownloadBundle && archive.contains(keys::resumePath) && !isBeingFinished)
         paths_.writeMetadata(archive);
     if (userSettings().contains(keys::statusCode))
         archive.insert(keys::statusCode, userSettings().value(keys::statusCode));
@@ -112,7 +107,8 @@ QString DQDownload::downloadBasePath() const {
 
 void DQDownload::changeStatus(DQDownloadStatus after, StatusCause cause) {
     const DQDownloadStatus before = std::exchange(_status, after);
-    tailWatch_.reset();
+    if (activity_)
+        activity_->tailWatch.reset();
     host_.statusDidChange({*this, before, after, cause});
 }
 
@@ -157,7 +153,7 @@ void DQDownload::togglePause() {
 
 qint64 DQDownload::partialBytes() const {
     qint64 sum = 0;
-    for (const auto& worker : transfer_.workers())
+    for (const auto& worker : workers())
         sum += worker->fractionStartByte() + worker->resumeByteOffset() + worker->downloadedBytes();
     if (sum <= 0 && userSettings().contains(keys::responseURL) &&
         paths_.hasIntermediateDownloadTargetPath())
@@ -176,14 +172,15 @@ void DQDownload::stop(StatusCause cause) {
 }
 
 void DQDownload::stopTransfer() {
-    if (status() == DQDownloadStatusDownloading && transfer_.hasWorkers()) {
+    if (status() == DQDownloadStatusDownloading && !workers().empty()) {
         const bool isWorthKeeping = partialBytes() >= 1;
         noteKeptBytes();
-        transfer_.dropWorkers();
+        dropWorkers();
         if (!isWorthKeeping)
             paths_.discardPartialData();
     }
-    finisher_.cancel();
+    if (activity_)
+        activity_->finisher.cancel();
     _isGettingDownloadPageSource = false;
 }
 
@@ -199,57 +196,67 @@ void DQDownload::interruptUntilResumed(const platform::Error& error) {
 void DQDownload::interrupt(const platform::Error& error) {
     interruptUntilResumed(error);
     arrangeAutoResume();
-    spaceWatch_.resumeWhenThereIsSpace(error);
+    activity().spaceWatch.resumeWhenThereIsSpace(error);
 }
 
 /// One download of a burst of failures is resumed; the others wait for the user.
 void DQDownload::arrangeAutoResume() {
     if (const auto delay = host_.noteFailure()) {
-        autoResume_.start(*delay, [this] { togglePause(); });
+        activity().autoResume.start(*delay, [this] { togglePause(); });
         platform::log(u"%1 queued for auto-resume"_s.arg(description()));
     }
 }
 
 void DQDownload::cancelArrangedResume() {
-    autoResume_.cancel();
-    spaceWatch_.cancel();
+    if (!activity_)
+        return;
+    activity_->autoResume.cancel();
+    activity_->spaceWatch.cancel();
+}
+
+void DQDownload::abandon() {
+    if (!activity_)
+        return;
+    cancelArrangedResume();
+    activity_->finisher.cancel();
+    dropWorkers();
 }
 
 void DQDownload::abort() {
     noteKeptBytes();
-    transfer_.dropWorkers();
+    dropWorkers();
     takePartialDataBack(*this);
     changeStatus(DQDownloadStatusAborted, StatusCause::Failed);
 }
 
 void DQDownload::startOverAfterFailedResume() {
-    transfer_.dropWorkers();
+    dropWorkers();
     userSettings().remove(keys::responseURL);
     userSettings().remove(keys::accelerationWorkers);
     forgetFile(userSettings());
     paths_.discardPartialData();
-    transfer_.resetProgress();
+    transfer().resetProgress();
     platform::log(u"%1 cannot resume download; will try complete reload"_s.arg(description()));
     changeStatus(DQDownloadStatusQueued, StatusCause::StartedOver);
 }
 
 void DQDownload::startOverBesidePartialData() {
     noteKeptBytes();
-    transfer_.dropWorkers();
+    dropWorkers();
     putPartialDataAside(*this);
-    transfer_.resetProgress();
+    transfer().resetProgress();
     changeStatus(DQDownloadStatusQueued, StatusCause::StartedOver);
 }
 
 void DQDownload::finishWithPartialData() {
-    userSettings().set(keys::expectedBytes, transfer_.workers().front()->resumeByteOffset());
-    transfer_.dropWorkers();
+    userSettings().set(keys::expectedBytes, workers().front()->resumeByteOffset());
+    dropWorkers();
     startDownloadWithURL(std::nullopt, false);
 }
 
 void DQDownload::noteKeptBytes() {
     qint64 arrived = 0;
-    for (const auto& worker : transfer_.workers())
+    for (const auto& worker : workers())
         arrived += worker->resumeByteOffset() + worker->downloadedBytes();
     if (arrived > 0 && paths_.hasIntermediateDownloadTargetPath())
         userSettings().set(keys::keptBytes, arrived);
@@ -262,7 +269,7 @@ bool DQDownload::askOriginalAgain() {
         return false;
     platform::log(u"%1 asks its original address again"_s.arg(description()));
     userSettings().set(keys::responseURL, URL().absoluteString());
-    transfer_.dropWorkers();
+    dropWorkers();
     startDownloadWithURL(std::nullopt, false);
     return true;
 }
@@ -297,7 +304,7 @@ void DQDownload::takeOverPartialData(DQDownload& other) {
 }
 
 void DQDownload::goOnAlone() {
-    transfer_.dropWorkers();
+    dropWorkers();
     startDownloadWithURL(std::nullopt, false);
 }
 
@@ -306,8 +313,9 @@ void DQDownload::removeAndMoveToTrashIfDone(bool moveToTrash) {
     _isBeingRemoved = true;
     cancelArrangedResume();
     if (matchesStatusMask(status(), unfinishedStatuses)) {
-        finisher_.cancelForGood();
-        transfer_.dropWorkers();
+        if (activity_)
+            activity_->finisher.cancelForGood();
+        dropWorkers();
         paths_.discardPartialDataInBackground();
         _isGettingDownloadPageSource = false;
         changeStatus(DQDownloadStatusAborted, StatusCause::Removed);
@@ -342,7 +350,8 @@ void DQDownload::takeBack() {
 
 void DQDownload::giveUpData() {
     _isWithdrawn = false;
-    finisher_.cancelForGood();
+    if (activity_)
+        activity_->finisher.cancelForGood();
     paths_.discardPartialDataInBackground();
     dropPartialDataAside(*this);
 }
@@ -387,8 +396,9 @@ void DQDownload::expectChecksum(const std::optional<Checksum>& checksum,
 }
 
 bool DQDownload::isVerifying() const {
-    return finisher_.isVerifying() || (status() == DQDownloadStatusDone &&
-                                       checksumResult(userSettings()) == ChecksumResult::Verifying);
+    return (activity_ && activity_->finisher.isVerifying()) ||
+           (status() == DQDownloadStatusDone &&
+            checksumResult(userSettings()) == ChecksumResult::Verifying);
 }
 
 // Acceleration.
@@ -404,7 +414,52 @@ void DQDownload::toggleAcceleration() {
 double DQDownload::downloadCompletionFraction() const {
     if (status() == DQDownloadStatusDone)
         return 1;
-    return status() == DQDownloadStatusDownloading ? transfer_.downloadFraction() : 0;
+    return status() == DQDownloadStatusDownloading && activity_
+               ? activity_->transfer.downloadFraction()
+               : 0;
+}
+
+OverallFigures DQDownload::figures() const {
+    return activity_ ? activity_->transfer.figures() : OverallFigures();
+}
+
+std::optional<SpeedMeter::Span> DQDownload::speed(platform::Seconds now) const {
+    if (!activity_)
+        return std::nullopt;
+    return activity_->transfer.speed().span(now, figures().downloaded,
+                                            dates().downloadDate().value_or(now));
+}
+
+const Transfer::Workers& DQDownload::workers() const {
+    static const Transfer::Workers none;
+    return activity_ ? activity_->transfer.workers() : none;
+}
+
+// For the collaborators of this folder.
+
+Activity& DQDownload::activity() {
+    if (!activity_) {
+        FinishingDelegate& whatItLeadsTo = *this;
+        activity_ = std::make_unique<Activity>(*this, whatItLeadsTo);
+    }
+    return *activity_;
+}
+
+Transfer& DQDownload::transfer() {
+    return activity().transfer;
+}
+
+SpeedLimit& DQDownload::speedLimit() {
+    return activity().speedLimit;
+}
+
+DownloadFinisher& DQDownload::finisher() {
+    return activity().finisher;
+}
+
+void DQDownload::dropWorkers() {
+    if (activity_)
+        activity_->transfer.dropWorkers();
 }
 
 // Reports of the workers.
@@ -415,42 +470,44 @@ QString DQDownload::targetPathForDownloadWorker(const DQDownloadWorkerPrototype&
 
 void DQDownload::resetProgressForDownloadWorker(DQDownloadWorkerPrototype&) {
     const auto keep = shared_from_this();
-    if (transfer_.workers().size() == 1)
+    if (workers().size() == 1)
         paths_.discardPartialData();
-    transfer_.resetProgress();
+    transfer().resetProgress();
 }
 
 void DQDownload::downloadWorkerDidReceiveResponse(DQDownloadWorkerPrototype& worker,
                                                   const WorkerResponse& response) {
     const auto keep = shared_from_this();
-    if (transfer_.contains(worker))
+    if (transfer().contains(worker))
         handleResponse(*this, worker, response);
 }
 
 void DQDownload::downloadWorkerDidReceiveBytes(DQDownloadWorkerPrototype& worker, qint64) {
     const auto keep = shared_from_this();
     refusals_ = 0;
-    if (!tailWatch_ && transfer_.workers().size() >= 2)
-        tailWatch_ =
-            std::make_unique<TailWatch>(transfer_, [this] { return host_.connectionsFor(*this); });
-    if (const qint64 offset = transfer_.noteReceivedBytes(worker); offset >= 1)
-        truncateFirstWorker(transfer_, offset);
+    Transfer& transfer = this->transfer();
+    std::unique_ptr<TailWatch>& tailWatch = activity().tailWatch;
+    if (!tailWatch && workers().size() >= 2)
+        tailWatch =
+            std::make_unique<TailWatch>(transfer, [this] { return host_.connectionsFor(*this); });
+    if (const qint64 offset = transfer.noteReceivedBytes(worker); offset >= 1)
+        truncateFirstWorker(transfer, offset);
 }
 
 void DQDownload::downloadWorkerDidFail(DQDownloadWorkerPrototype& worker,
                                        const platform::Error& error) {
     const auto keep = shared_from_this();
-    if (transfer_.contains(worker))
+    if (transfer().contains(worker))
         handleFailure(*this, worker, error);
 }
 
 void DQDownload::downloadWorkerDidFinish(DQDownloadWorkerPrototype& worker) {
     const auto keep = shared_from_this();
-    if (!transfer_.contains(worker))
+    if (!transfer().contains(worker))
         return;
-    if (tailWatch_)
-        tailWatch_->workerDidFinish(worker);
-    finisher_.workerDidFinish(worker);
+    if (activity().tailWatch)
+        activity().tailWatch->workerDidFinish(worker);
+    finisher().workerDidFinish(worker);
     host_.connectionDidEnd(*this);
 }
 

@@ -6,18 +6,16 @@
 
 #include "engine/finishing/download_finisher.h"
 #include "engine/lifecycle/download_host.h"
-#include "engine/lifecycle/space_watch.h"
 #include "engine/paths/download_paths.h"
 #include "engine/record/download_record.h"
-#include "engine/transfer/speed_limit.h"
 #include "engine/transfer/transfer.h"
 #include "engine/workers/download_worker_delegate.h"
-#include "platform/base/timer.h"
 
 namespace engine {
 
 class DQDownload;
-class TailWatch;
+class SpeedLimit;
+struct Activity;
 using DownloadPtr = std::shared_ptr<DQDownload>;
 
 /// One download, from the moment its address enters the queue until it is a file on disk or has
@@ -106,8 +104,14 @@ public:
     /// Turns it the other way for the host.
     void toggleAcceleration();
 
+    // What its workers have achieved; nothing before it is started.
+
     /// 0 to 1; 0 unless downloading or done.
     [[nodiscard]] double downloadCompletionFraction() const;
+    [[nodiscard]] OverallFigures figures() const;
+    /// See SpeedMeter. `now`: on the scale that never jumps.
+    [[nodiscard]] std::optional<SpeedMeter::Span> speed(platform::Seconds now) const;
+    [[nodiscard]] const Transfer::Workers& workers() const;
 
     // Reports of the workers.
 
@@ -118,7 +122,7 @@ public:
     void downloadWorkerDidReceiveResponse(DQDownloadWorkerPrototype& worker,
                                           const WorkerResponse& response) override;
     void downloadWorkerWillStoreBytes(DQDownloadWorkerPrototype&) override {
-        transfer_.prepareForFirstBytes();
+        transfer().prepareForFirstBytes();
     }
     void downloadWorkerDidReceiveBytes(DQDownloadWorkerPrototype& worker, qint64 count) override;
     void downloadWorkerDidFail(DQDownloadWorkerPrototype& worker,
@@ -135,11 +139,9 @@ public:
     [[nodiscard]] DownloadHost& host() { return host_; }
     [[nodiscard]] DownloadPaths& paths() { return paths_; }
     [[nodiscard]] const DownloadPaths& paths() const { return paths_; }
-    [[nodiscard]] Transfer& transfer() { return transfer_; }
-    [[nodiscard]] const Transfer& transfer() const { return transfer_; }
-    [[nodiscard]] SpeedLimit& speedLimit() { return speedLimit_; }
-    [[nodiscard]] const SpeedLimit& speedLimit() const { return speedLimit_; }
-    [[nodiscard]] DownloadFinisher& finisher() { return finisher_; }
+    [[nodiscard]] Transfer& transfer();
+    [[nodiscard]] SpeedLimit& speedLimit();
+    [[nodiscard]] DownloadFinisher& finisher();
     [[nodiscard]] bool isGettingDownloadPageSource() const { return _isGettingDownloadPageSource; }
     void setIsGettingDownloadPageSource(bool isGetting) {
         _isGettingDownloadPageSource = isGetting;
@@ -185,6 +187,8 @@ public:
     [[nodiscard]] bool isResumeArranged() const {
         return autoResume_.isActive() || spaceWatch_.isWatching() || autoResumeAfterSleep();
     }
+    /// The queue ends: nothing of it goes on, and nobody is told.
+    void abandon();
     /// Stops all workers and resumes with one, from what the first worker has.
     void goOnAlone();
 
@@ -201,6 +205,9 @@ private:
     void partIsLeftWithoutWorker(DQDownloadWorkerPrototype& worker,
                                  const platform::Error& error) override;
 
+    /// Made at the first call.
+    Activity& activity();
+    void dropWorkers();
     [[nodiscard]] qint64 partialBytes() const;
     void arrangeAutoResume();
     void stopTransfer();
@@ -208,16 +215,10 @@ private:
 
     DownloadHost& host_;
     DownloadPaths paths_;
-    Transfer transfer_;
-    std::unique_ptr<TailWatch> tailWatch_;  ///< Null: it has not been split since it was started.
-    SpeedLimit speedLimit_;
-    DownloadFinisher finisher_;
-    Verification verification_;  ///< Of the finished file.
-    /// A resumption that is to come by itself.
-    platform::Timer autoResume_;
+    std::unique_ptr<Activity> activity_;  ///< Null: it was not started yet.
+    Verification verification_;           ///< Of the finished file.
     /// By its server, since it last sent something or the user wanted it.
     int refusals_ = 0;
-    SpaceWatch spaceWatch_;
     bool _isGettingDownloadPageSource = false;
     bool wasUnfinished_ = false;  ///< Before it was withdrawn.
 };

@@ -13,6 +13,7 @@
 #include "engine/paths/part_layout.h"
 #include "engine/record/known_file.h"
 #include "engine/transfer/resume_plan.h"
+#include "engine/transfer/speed_limit.h"
 #include "engine/workers/debug_log.h"
 #include "engine/workers/partial_file_marks.h"
 #include "links/paths/sandbox.h"

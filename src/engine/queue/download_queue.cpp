@@ -51,9 +51,7 @@ DownloadQueue::DownloadQueue(const Surroundings& surroundings, QueueOwner& owner
 DownloadQueue::~DownloadQueue() {
     members_.clear();
     for (const DownloadPtr& download : _downloads) {
-        download->cancelArrangedResume();
-        download->finisher().cancel();
-        download->transfer().dropWorkers();
+        download->abandon();
     }
 }
 

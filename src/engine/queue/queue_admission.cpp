@@ -20,7 +20,7 @@ QString serverOf(const DQDownload& download) {
 
 /// A page that is read is one, too.
 qint64 openConnectionsOf(const DQDownload& download) {
-    const Transfer::Workers& workers = download.transfer().workers();
+    const Transfer::Workers& workers = download.workers();
     const auto running = std::count_if(workers.begin(), workers.end(), [](const auto& worker) {
         return worker->status() == DQDownloadWorkerStatusRunning;
     });
@@ -257,7 +257,7 @@ void QueueAdmission::serverDidRefuse(const DQDownload& download, const Refusal& 
     for (const DownloadPtr& other : downloadingDownloads()) {
         if (serverOf(*other) != host)
             continue;
-        const Transfer::Workers& workers = other->transfer().workers();
+        const Transfer::Workers& workers = other->workers();
         served += std::count_if(workers.begin(), workers.end(), [&](const auto& worker) {
             return worker.get() != &refusal.worker && worker->isServed();
         });

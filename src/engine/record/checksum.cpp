@@ -73,6 +73,9 @@ std::optional<Hash::Algorithm> algorithmOfLength(qsizetype bytes) {
 }
 
 std::optional<Checksum> checksumFromText(const QString& text) {
+    constexpr qsizetype shortestDigest = 32;
+    if (text.size() < shortestDigest)
+        return {};
     static const QRegularExpression form(
         u"\\A\\s*(?:(md5|sha-?(?:1|224|256|384|512)?)\\s*[=:\\s]\\s*)?((?:[0-9a-f]{2}){16,64})\\s*\\z"_s,
         QRegularExpression::CaseInsensitiveOption);

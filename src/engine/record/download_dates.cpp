@@ -5,6 +5,20 @@
 #include "platform/base/user_defaults.h"
 
 namespace engine {
+namespace {
+
+/// Long lists come in few moments, and those of one share its bytes.
+QVariant archivedMoment(const QDateTime& moment) {
+    thread_local QDateTime last;
+    thread_local QByteArray archived;
+    if (moment != last) {
+        last = moment;
+        archived = platform::archivedData(moment);
+    }
+    return archived;
+}
+
+}  // namespace
 
 /// The date under a key of the settings, put there first if there is none.
 QDateTime DownloadDates::storedDate(const QString& key) {
@@ -13,7 +27,7 @@ QDateTime DownloadDates::storedDate(const QString& key) {
     if (stored.isValid())
         return stored;
     const QDateTime now = context_.wallNow();
-    settings_.set(key, platform::archivedData(now));
+    settings_.set(key, archivedMoment(now));
     return now;
 }
 

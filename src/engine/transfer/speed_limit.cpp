@@ -8,8 +8,8 @@
 
 namespace engine {
 
-qint64 SpeedLimit::bytesPerSecond() const {
-    return qMax<qint64>(transfer_.record().userSettings().value(keys::speedLimit).toLongLong(), 0);
+qint64 speedLimitOf(const DownloadRecord& download) {
+    return qMax<qint64>(download.userSettings().value(keys::speedLimit).toLongLong(), 0);
 }
 
 void SpeedLimit::set(qint64 bytesPerSecond) {
@@ -26,7 +26,7 @@ void SpeedLimit::set(qint64 bytesPerSecond) {
 }
 
 std::shared_ptr<http::BandwidthAccount> SpeedLimit::account() {
-    const auto limit = static_cast<quint64>(bytesPerSecond());
+    const auto limit = static_cast<quint64>(speedLimitOf(transfer_.record()));
     if (limit == 0) {
         account_.reset();
         return nullptr;

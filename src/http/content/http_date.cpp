@@ -4,6 +4,7 @@
 
 #include <QRegularExpression>
 #include <QTimeZone>
+#include <algorithm>
 #include <memory>
 
 #include "platform/base/utc.h"
@@ -66,6 +67,27 @@ std::optional<QDateTime> dateOf(const QRegularExpressionMatch& match) {
     return QDateTime(day, time, platform::utc);
 }
 
+/// The form of today, letter by letter: every answer carries one, and nearly all are of this form.
+/// Nothing: another one.
+std::optional<QDateTime> dateOfToday(const QString& text) {
+    static const QString form = u"aaa, 00 aaa 0000 00:00:00 GMT"_s;
+    const auto fits = [](QChar letter, QChar expected) {
+        if (expected == u'0')
+            return letter >= u'0' && letter <= u'9';
+        return expected == u'a' ? letter.isLetter() : letter == expected;
+    };
+    if (!std::equal(text.begin(), text.end(), form.begin(), form.end(), fits))
+        return std::nullopt;
+    const auto number = [&text](qsizetype at, qsizetype digits) {
+        return QStringView(text).sliced(at, digits).toInt();
+    };
+    const QDate day(number(12, 4), monthNamed(text.sliced(8, 3)), number(5, 2));
+    const QTime time(number(17, 2), number(20, 2), number(23, 2));
+    if (!day.isValid() || !time.isValid())
+        return std::nullopt;
+    return QDateTime(day, time, platform::utc);
+}
+
 /// The three forms of RFC 9110, 5.6.7: that of today, that of RFC 850, that of asctime(). Nothing:
 /// another form.
 std::optional<QDateTime> standardDate(const QString& text) {
@@ -106,6 +128,8 @@ std::optional<QDateTime> dateFromRFC1123String(const QString& text) {
     const QString trimmed = text.trimmed();
     if (trimmed.isEmpty() || trimmed.size() > longestDate)
         return std::nullopt;
+    if (const auto date = dateOfToday(trimmed))
+        return date;
     if (const auto date = standardDate(trimmed))
         return date;
     if (!isPossible(trimmed))

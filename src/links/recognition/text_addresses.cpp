@@ -94,6 +94,18 @@ QString withoutJSONEscapes(const QString& item) {
     return plain;
 }
 
+/// No address, whatever it looks like; a series may take as much to write down.
+bool isTooLong(QStringView text) {
+    return text.size() > platform::Url::longest && !text.contains(u'{');
+}
+
+/// The addresses in ordinary text.
+QStringList piecesOf(const QString& item) {
+    QStringList pieces = addressRuns(item);
+    pieces.removeIf([](const QString& piece) { return isTooLong(piece); });
+    return pieces;
+}
+
 bool holdsQuotedLinks(const QString& item) {
     return (item.contains(u'"') || item.contains(u'\'')) &&
            unearthedURLStrings(item) != QStringList(item);
@@ -140,8 +152,9 @@ bool TextAddresses::beginItem() {
     item_ = std::move(*next);
     hasAddress_ = false;
     const QString item = withoutJSONEscapes(item_);
-    isSearched_ = !holdsQuotedLinks(item) && (holdsSeveral(item) || goesOnBehindAddress(item));
-    pieces_ = isSearched_ ? addressRuns(item) : QStringList(item);
+    isSearched_ = !holdsQuotedLinks(item) &&
+                  (isTooLong(item) || holdsSeveral(item) || goesOnBehindAddress(item));
+    pieces_ = isSearched_ ? piecesOf(item) : QStringList(item);
     return true;
 }
 
@@ -176,7 +189,7 @@ std::optional<TextFinding> TextAddresses::endOfItem() {
     if (!hasAddress_ && !isSearched_) {
         isSearched_ = true;
         misses_.clear();
-        pieces_ = addressRuns(withoutJSONEscapes(item_));
+        pieces_ = piecesOf(withoutJSONEscapes(item_));
         if (!pieces_.isEmpty())
             return std::nullopt;
     }

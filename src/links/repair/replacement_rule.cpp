@@ -19,10 +19,7 @@ ReplacementRule::ReplacementRule(Kind kind, QString query, QString replacement, 
     : kind_(kind),
       query_(std::move(query)),
       replacement_(std::move(replacement)),
-      precheck_(precheck) {
-    if (kind == Kind::Expression)
-        expression_ = UserExpression::compile(query_, UserExpression::Subject::Address, 0);
-}
+      precheck_(precheck) {}
 
 ReplacementRule::ReplacementRule(const QVariant& userRule) {
     const QVariantMap keys = userRule.toMap();
@@ -42,6 +39,15 @@ ReplacementRule::ReplacementRule(const QVariant& userRule) {
         kind_ = Kind::Expression;
 }
 
+const std::optional<UserExpression>& ReplacementRule::expression() const {
+    if (precheck_) {
+        std::call_once(compiled_, [this] {
+            expression_ = UserExpression::compile(query_, UserExpression::Subject::Address, 0);
+        });
+    }
+    return expression_;
+}
+
 void ReplacementRule::apply(QString& text) const {
     if (precheck_ && !precheck_(text))
         return;
@@ -50,7 +56,7 @@ void ReplacementRule::apply(QString& text) const {
             text.replace(query_, replacement_, Qt::CaseInsensitive);
             break;
         case Kind::Expression:
-            text = expression_->replaceAll(text, replacement_).value_or(text);
+            text = expression()->replaceAll(text, replacement_).value_or(text);
             break;
         case Kind::Incomplete:
             platform::log(filledFormat(

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QVariant>
+#include <mutex>
 #include <optional>
 
 #include "links/text/user_expression.h"
@@ -30,11 +31,15 @@ public:
     void apply(QString& text) const;
 
 private:
+    /// Of our own rules: compiled when a text first passes the precheck, as most runs have none.
+    [[nodiscard]] const std::optional<UserExpression>& expression() const;
+
     Kind kind_ = Kind::Useless;
     QString query_;
     QString replacement_;
     Precheck precheck_ = nullptr;
-    std::optional<UserExpression> expression_;
+    mutable std::once_flag compiled_;
+    mutable std::optional<UserExpression> expression_;
 };
 
 }  // namespace links

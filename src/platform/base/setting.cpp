@@ -55,7 +55,12 @@ const SettingEntry* nearestSetting(const QString& key) {
     const QString wanted = key.toLower();
     const SettingEntry* nearest = nullptr;
     int least = std::numeric_limits<int>::max();
-    for (const SettingEntry* entry : settingsTable()) {
+    const std::vector<const SettingEntry*> table = settingsTable();
+    for (const SettingEntry* entry : table) {
+        if (entry->name() == key)
+            return entry;
+    }
+    for (const SettingEntry* entry : table) {
         const int letters = distance(wanted, entry->name().toLower());
         // Of equals the first by name, so that the answer is always the same.
         if (letters < least || (letters == least && entry->name() < nearest->name())) {

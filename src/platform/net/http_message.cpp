@@ -3,13 +3,15 @@
 #include <QStringList>
 #include <algorithm>
 #include <array>
+#include <iterator>
 
 namespace platform {
 
 namespace {
 
 bool isNamed(const HTTPHeaders::Field& field, const QString& name) {
-    return field.first.compare(name, Qt::CaseInsensitive) == 0;
+    // Names are ASCII, and most differ in length already.
+    return field.first.size() == name.size() && field.first.compare(name, Qt::CaseInsensitive) == 0;
 }
 
 /// Whether several fields of that name mean the same as one with a comma between their values. A
@@ -23,7 +25,7 @@ bool isList(const QString& name) {
                                  "Location"_L1,      "Retry-After"_L1,
                                  "Set-Cookie"_L1};
     return std::none_of(singles.begin(), singles.end(), [&name](QLatin1String single) {
-        return name.compare(single, Qt::CaseInsensitive) == 0;
+        return name.size() == single.size() && name.compare(single, Qt::CaseInsensitive) == 0;
     });
 }
 
@@ -49,9 +51,13 @@ void HTTPHeaders::remove(const QString& name) {
 }
 
 std::optional<QString> HTTPHeaders::value(const QString& name) const {
-    QStringList all = values(name);
-    if (all.isEmpty())
+    const auto named = [&name](const Field& field) { return isNamed(field, name); };
+    const auto first = std::find_if(fields_.begin(), fields_.end(), named);
+    if (first == fields_.end())
         return std::nullopt;
+    if (std::find_if(std::next(first), fields_.end(), named) == fields_.end())
+        return first->second;
+    QStringList all = values(name);
     all.removeDuplicates();
     return isList(name) ? all.join(QLatin1String(", ")) : all.first();
 }

@@ -194,11 +194,12 @@ std::size_t HTTPReadStream::Private::takeBody(const char* bytes, std::size_t cou
     return count;
 }
 
-/// libcurl passes over the extensions of chunks without end, and others starve meanwhile. TLS adds
-/// little to what it carries.
+/// libcurl passes over the extensions of chunks without end, and others starve meanwhile.
 bool HTTPReadStream::Private::isFlooded() {
     constexpr unsigned looksBetween = 2;
     constexpr std::uint64_t bound = std::uint64_t{32} << 20;
+    // Some servers send each byte in a chunk, and each chunk in a record of TLS of its own.
+    constexpr std::uint64_t mostForOneByte = 40;
     if (++looksForFlood_ % looksBetween != 0 || !responseHead || wire_ == CURL_SOCKET_BAD)
         return false;
     const auto received = bytesReceivedOnWire(wire_);
@@ -206,7 +207,7 @@ bool HTTPReadStream::Private::isFlooded() {
         return false;
     if (!besideBody_)
         besideBody_ = *received - std::min(*received, bodyBytesReceived_);
-    isFlooded_ = *received > *besideBody_ + bodyBytesReceived_ + bodyBytesReceived_ / 8 + bound;
+    isFlooded_ = *received > *besideBody_ + bodyBytesReceived_ * mostForOneByte + bound;
     return isFlooded_;
 }
 

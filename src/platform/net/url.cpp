@@ -40,14 +40,6 @@ QString percentDecoded(QStringView encoded) {
     return decoder.hasError() ? encoded.toString() : text;
 }
 
-qsizetype firstOf(const QString& text, QStringView stops, qsizetype from) {
-    for (qsizetype i = from; i < text.size(); ++i) {
-        if (stops.contains(text[i]))
-            return i;
-    }
-    return text.size();
-}
-
 /// RFC 3986, 5.2.4.
 QString withoutDotSegments(QStringView path) {
     QString output;
@@ -94,7 +86,7 @@ QByteArray withoutZone(const QByteArray& text) {
 }  // namespace
 
 std::optional<Url> Url::parse(const QString& text) {
-    if (!isAscii(text) || !isUriReference(withoutZone(text.toLatin1())))
+    if (text.size() > longest || !isAscii(text) || !isUriReference(withoutZone(text.toLatin1())))
         return std::nullopt;
     Url url;
     url.text_ = text;
@@ -102,35 +94,42 @@ std::optional<Url> Url::parse(const QString& text) {
     return url;
 }
 
+Url::Position Url::firstOf(QStringView stops, Position from) const {
+    const auto stop =
+        std::find_first_of(text_.begin() + from, text_.end(), stops.begin(), stops.end());
+    return static_cast<Position>(stop - text_.begin());
+}
+
 void Url::findParts() {
-    const qsizetype schemeEnd = firstOf(text_, u":/?#", 0);
+    const Position schemeEnd = firstOf(u":/?#", 0);
     const bool hasScheme = schemeEnd < text_.size() && text_[schemeEnd] == u':';
     parts_.schemeEnd = hasScheme ? schemeEnd : 0;
     parts_.pathStart = hasScheme ? schemeEnd + 1 : 0;
     if (QStringView(text_).mid(parts_.pathStart).startsWith("//"_L1)) {
         parts_.authorityStart = parts_.pathStart + 2;
-        parts_.pathStart = firstOf(text_, u"/?#", parts_.authorityStart);
-        findAuthorityParts(parts_.pathStart);
+        parts_.pathStart = firstOf(u"/?#", parts_.authorityStart);
+        findAuthorityParts();
     }
-    parts_.pathEnd = firstOf(text_, u"?#", parts_.pathStart);
+    parts_.pathEnd = firstOf(u"?#", parts_.pathStart);
     parts_.queryEnd = parts_.pathEnd;
     if (parts_.pathEnd < text_.size() && text_[parts_.pathEnd] == u'?') {
         parts_.queryStart = parts_.pathEnd + 1;
-        parts_.queryEnd = firstOf(text_, u"#", parts_.queryStart);
+        parts_.queryEnd = firstOf(u"#", parts_.queryStart);
     }
     if (parts_.queryEnd < text_.size())
         parts_.fragmentStart = parts_.queryEnd + 1;
 }
 
-void Url::findAuthorityParts(qsizetype end) {
+void Url::findAuthorityParts() {
+    const Position end = parts_.pathStart;
     const QStringView authority = QStringView(text_).left(end).mid(parts_.authorityStart);
-    const qsizetype at = authority.indexOf(u'@');
+    const auto at = static_cast<Position>(authority.indexOf(u'@'));
     parts_.hostStart = parts_.authorityStart + at + 1;
     if (at >= 0)
         parts_.userInfoEnd = parts_.authorityStart + at;
     parts_.hostEnd = end;
     const QStringView hostAndPort = authority.mid(at + 1);
-    const qsizetype colon = hostAndPort.lastIndexOf(u':');
+    const auto colon = static_cast<Position>(hostAndPort.lastIndexOf(u':'));
     if (colon > hostAndPort.lastIndexOf(u']')) {
         parts_.hostEnd = parts_.hostStart + colon;
         parts_.portStart = parts_.hostEnd + 1;
@@ -279,6 +278,8 @@ QString Url::mergedPath(const QString& relativePath) const {
 }
 
 Url Url::forTransfer() const {
+    if (parts_.fragmentStart < 0 && !hasUserInfo())
+        return *this;
     const qsizetype end = parts_.fragmentStart < 0 ? text_.size() : parts_.fragmentStart - 1;
     QString text = text_.left(end);
     if (hasUserInfo())

@@ -13,8 +13,11 @@ public:
     /// An empty URL, of which every part is empty.
     Url() = default;
 
+    /// Characters of an address; no server takes so many.
+    static constexpr qsizetype longest = 1 << 20;
+
     /// Nothing if the text is no URI reference: blanks, control characters, malformed escapes and
-    /// characters beyond ASCII among others.
+    /// characters beyond ASCII among others; or if it is longer than `longest`.
     [[nodiscard]] static std::optional<Url> parse(const QString& text);
     [[nodiscard]] static Url fromFilePath(const QString& path);
     /// What a user may mean by an international host or path: blanks at the ends are dropped,
@@ -56,18 +59,22 @@ public:
     friend bool operator==(const Url& a, const Url& b) { return a.text_ == b.text_; }
 
 private:
+    /// Small, since lists hold very many addresses.
+    using Position = qint32;
     struct Parts {
-        qsizetype schemeEnd = 0;  // 0: no scheme
+        Position schemeEnd = 0;  // 0: no scheme
         // -1: that part is absent.
-        qsizetype authorityStart = -1, userInfoEnd = -1, hostStart = -1, hostEnd = -1;
-        qsizetype portStart = -1, portEnd = -1;
-        qsizetype pathStart = 0, pathEnd = 0;
-        qsizetype queryStart = -1, queryEnd = -1;
-        qsizetype fragmentStart = -1;
+        Position authorityStart = -1, userInfoEnd = -1, hostStart = -1, hostEnd = -1;
+        Position portStart = -1, portEnd = -1;
+        Position pathStart = 0, pathEnd = 0;
+        Position queryStart = -1, queryEnd = -1;
+        Position fragmentStart = -1;
     };
 
     void findParts();
-    void findAuthorityParts(qsizetype end);
+    void findAuthorityParts();
+    /// Of the first of them from there on, or the end.
+    [[nodiscard]] Position firstOf(QStringView stops, Position from) const;
     [[nodiscard]] QStringView part(qsizetype start, qsizetype end) const;
     /// RFC 3986, 5.2.3.
     [[nodiscard]] QString mergedPath(const QString& relativePath) const;

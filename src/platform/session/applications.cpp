@@ -1,54 +1,54 @@
 #include "platform/session/applications.h"
 
-#include <gio/gdesktopappinfo.h>
-
 #include <QFile>
 #include <QHash>
 #include <memory>
 
 #include "platform/files/type_identifiers.h"
+#include "platform/session/gio.h"
 
 namespace platform {
 
 namespace {
 
 struct Unreferencing {
-    void operator()(gpointer object) const { g_object_unref(object); }
+    decltype(Gio::unref) unref = nullptr;
+    void operator()(gpointer object) const { unref(object); }
 };
 using AppInfo = std::unique_ptr<GAppInfo, Unreferencing>;
 
-AppInfo appInfoWithIdentifier(const QString& identifier) {
+AppInfo appInfoWithIdentifier(const Gio& gio, const QString& identifier) {
     return AppInfo(
-        reinterpret_cast<GAppInfo*>(g_desktop_app_info_new(identifier.toUtf8().constData())));
+        reinterpret_cast<GAppInfo*>(gio.newDesktopAppInfo(identifier.toUtf8().constData())),
+        {gio.unref});
 }
 
-ApplicationEntry entryOf(GAppInfo* info) {
-    ApplicationEntry entry{QString::fromUtf8(g_app_info_get_id(info)),
-                           QString::fromUtf8(g_app_info_get_display_name(info)),
-                           {}};
-    if (GIcon* icon = g_app_info_get_icon(info)) {
-        gchar* name = g_icon_to_string(icon);
+ApplicationEntry entryOf(const Gio& gio, GAppInfo* info) {
+    ApplicationEntry entry{
+        QString::fromUtf8(gio.identifier(info)), QString::fromUtf8(gio.displayName(info)), {}};
+    if (GIcon* icon = gio.icon(info)) {
+        gchar* name = gio.iconText(icon);
         entry.iconName = QString::fromUtf8(name);
         g_free(name);
     }
     return entry;
 }
 
-std::vector<ApplicationEntry> applicationsForType(const QString& mimeType) {
+std::vector<ApplicationEntry> applicationsForType(const Gio& gio, const QString& mimeType) {
     std::vector<ApplicationEntry> entries;
     const QByteArray type = mimeType.toUtf8();
-    const AppInfo preferred(g_app_info_get_default_for_type(type.constData(), FALSE));
+    const AppInfo preferred(gio.defaultForType(type.constData(), FALSE), {gio.unref});
     if (preferred) {
-        entries.push_back(entryOf(preferred.get()));
+        entries.push_back(entryOf(gio, preferred.get()));
     }
-    GList* all = g_app_info_get_all_for_type(type.constData());
+    GList* all = gio.allForType(type.constData());
     for (GList* element = all; element; element = element->next) {
         auto* info = static_cast<GAppInfo*>(element->data);
-        if (!preferred || !g_app_info_equal(info, preferred.get())) {
-            entries.push_back(entryOf(info));
+        if (!preferred || !gio.equal(info, preferred.get())) {
+            entries.push_back(entryOf(gio, info));
         }
     }
-    g_list_free_full(all, g_object_unref);
+    g_list_free_full(all, gio.unref);
     return entries;
 }
 
@@ -61,24 +61,27 @@ std::vector<ApplicationEntry> applicationsForExtension(const QString& extension)
         return *found;
     }
     const QString mimeType = key.isEmpty() ? QString() : mimeTypeForExtension(key);
-    return *known.insert(
-        key, mimeType.isEmpty() ? std::vector<ApplicationEntry>() : applicationsForType(mimeType));
+    const Gio* const gio = mimeType.isEmpty() ? nullptr : Gio::library();
+    return *known.insert(key, gio != nullptr ? applicationsForType(*gio, mimeType)
+                                             : std::vector<ApplicationEntry>());
 }
 
 std::optional<ApplicationEntry> applicationWithIdentifier(const QString& identifier) {
-    const AppInfo info = appInfoWithIdentifier(identifier);
-    return info ? std::optional(entryOf(info.get())) : std::nullopt;
+    const Gio* const gio = Gio::library();
+    const AppInfo info = gio != nullptr ? appInfoWithIdentifier(*gio, identifier) : nullptr;
+    return info ? std::optional(entryOf(*gio, info.get())) : std::nullopt;
 }
 
 bool openFileWithApplication(const QString& path, const QString& identifier) {
-    const AppInfo info = identifier.isEmpty() ? nullptr : appInfoWithIdentifier(identifier);
+    const Gio* const gio = identifier.isEmpty() ? nullptr : Gio::library();
+    const AppInfo info = gio != nullptr ? appInfoWithIdentifier(*gio, identifier) : nullptr;
     if (!info) {
         return true;
     }
-    GFile* file = g_file_new_for_path(QFile::encodeName(path).constData());
+    GFile* file = gio->newFileForPath(QFile::encodeName(path).constData());
     GList files{file, nullptr, nullptr};
-    const bool didLaunch = g_app_info_launch(info.get(), &files, nullptr, nullptr);
-    g_object_unref(file);
+    const bool didLaunch = gio->launch(info.get(), &files, nullptr, nullptr) != FALSE;
+    gio->unref(file);
     return didLaunch;
 }
 

@@ -1,20 +1,20 @@
 #include "platform/session/workspace.h"
 
-#include <gio/gio.h>
-
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QFileInfo>
 
 #include "platform/net/url.h"
+#include "platform/session/gio.h"
 
 namespace platform {
 
 using namespace Qt::Literals::StringLiterals;
 
 bool openURL(const Url& url) {
-    return g_app_info_launch_default_for_uri(url.absoluteString().toUtf8().constData(), nullptr,
-                                             nullptr);
+    const Gio* const gio = Gio::library();
+    return gio != nullptr && gio->launchDefaultForUri(url.absoluteString().toUtf8().constData(),
+                                                      nullptr, nullptr) != FALSE;
 }
 
 bool revealFile(const QString& path) {

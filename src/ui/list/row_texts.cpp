@@ -34,7 +34,7 @@ QString dateLine(const QDateTime& added) {
 /// Without a known length there is no percentage to tell.
 QString stateText(const app::StatusTexts& texts, engine::DQDownload& download) {
     const bool isEndless = download.status() == engine::DQDownloadStatusDownloading &&
-                           !download.transfer().figures().isLengthKnown;
+                           !download.figures().isLengthKnown;
     return isEndless
                ? links::stringWithDashesForHyphens(texts.downloadProgressDescription(download))
                : texts.statusDescriptionWithLiveDetails(download, false);

@@ -11,6 +11,8 @@
 
 #include "app/main_controller.h"
 #include "app/schedule/throttle_limit_text.h"
+#include "engine/lifecycle/download.h"
+#include "engine/transfer/speed_limit.h"
 #include "ui/text.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -22,7 +24,7 @@ namespace {
 /// What it is for one of them is the proposal for all.
 qint64 presentLimit(const engine::Downloads& downloads) {
     for (const engine::DownloadPtr& download : downloads) {
-        if (const qint64 limit = download->speedLimit().bytesPerSecond(); limit > 0)
+        if (const qint64 limit = engine::speedLimitOf(*download); limit > 0)
             return limit;
     }
     return 0;

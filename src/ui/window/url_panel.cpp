@@ -98,7 +98,10 @@ QWidget* URLPanel::makeButtons() {
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     for (const int key : {Qt::Key_Return, Qt::Key_Enter}) {
         auto* shortcut = new QShortcut(QKeySequence(Qt::CTRL | key), this);
-        connect(shortcut, &QShortcut::activated, accept_, &QPushButton::click);
+        connect(shortcut, &QShortcut::activated, this, [this] {
+            look();  // At what was typed or pasted a moment ago, too.
+            accept_->click();
+        });
     }
     return buttons;
 }

@@ -79,7 +79,8 @@ class Server:
             if self._answers():
                 return
             self._stop()
-        raise RuntimeError((self.root / "errors").read_text())
+        raise RuntimeError("".join(path.read_text(errors="replace") for path in (
+            self.root / "errors", self.root / "cache.log") if path.exists()))
 
     def prepare(self):
         """What must be there before the first start."""

@@ -1,10 +1,7 @@
-#include <gio/gio.h>
-
-#include <memory>
-
 #include "platform/net/proxies/desktop_proxies.h"
 #include "platform/net/proxies/proxy_exceptions.h"
 #include "platform/net/proxies/proxy_text.h"
+#include "platform/session/gio.h"
 
 namespace platform {
 
@@ -14,59 +11,69 @@ namespace {
 
 constexpr auto rootSchema = "org.gnome.system.proxy";
 
-struct Unreferencing {
-    void operator()(GSettings* settings) const { g_object_unref(settings); }
-};
-using Settings = std::unique_ptr<GSettings, Unreferencing>;
-
-/// Asking for a schema that is not installed would end the program.
-bool isInstalled() {
-    GSettingsSchemaSource* const source = g_settings_schema_source_get_default();
-    GSettingsSchema* const schema =
-        source != nullptr ? g_settings_schema_source_lookup(source, rootSchema, TRUE) : nullptr;
-    if (schema == nullptr)
-        return false;
-    g_settings_schema_unref(schema);
-    return true;
-}
-
 QString takeText(gchar* text) {
     const QString taken = QString::fromUtf8(text);
     g_free(text);
     return taken;
 }
 
-QString textOf(const Settings& settings, const char* key) {
-    return takeText(g_settings_get_string(settings.get(), key)).trimmed();
-}
+/// The settings of one schema.
+class Settings {
+public:
+    Settings(const Gio& gio, GSettings* settings) : gio_(gio), settings_(settings) {}
+    ~Settings() { gio_.unref(settings_); }
+    Settings(const Settings&) = delete;
+    Settings& operator=(const Settings&) = delete;
 
-QStringList listOf(const Settings& settings, const char* key) {
-    gchar** const texts = g_settings_get_strv(settings.get(), key);
-    QStringList list;
-    for (gchar** text = texts; *text != nullptr; ++text)
-        list.append(QString::fromUtf8(*text));
-    g_strfreev(texts);
-    return list;
+    [[nodiscard]] Settings child(const char* name) const {
+        return {gio_, gio_.child(settings_, name)};
+    }
+    [[nodiscard]] int number(const char* key) const { return gio_.integer(settings_, key); }
+    [[nodiscard]] bool isOn(const char* key) const { return gio_.boolean(settings_, key) != FALSE; }
+    [[nodiscard]] QString rawText(const char* key) const {
+        return takeText(gio_.string(settings_, key));
+    }
+    [[nodiscard]] QString text(const char* key) const { return rawText(key).trimmed(); }
+    [[nodiscard]] QStringList list(const char* key) const {
+        gchar** const texts = gio_.strings(settings_, key);
+        QStringList list;
+        for (gchar** text = texts; *text != nullptr; ++text)
+            list.append(QString::fromUtf8(*text));
+        g_strfreev(texts);
+        return list;
+    }
+
+private:
+    const Gio& gio_;
+    GSettings* const settings_;
+};
+
+/// Asking for a schema that is not installed would end the program.
+bool isInstalled(const Gio& gio) {
+    GSettingsSchemaSource* const source = gio.schemaSource();
+    GSettingsSchema* const schema =
+        source != nullptr ? gio.lookUpSchema(source, rootSchema, TRUE) : nullptr;
+    if (schema == nullptr)
+        return false;
+    gio.unrefSchema(schema);
+    return true;
 }
 
 /// Nothing: none is set.
 std::optional<HTTPProxy> proxyOf(const Settings& root, const char* name, HTTPProxy::Kind kind) {
-    const Settings settings(g_settings_get_child(root.get(), name));
-    auto proxy =
-        proxyAt(kind, textOf(settings, "host"), g_settings_get_int(settings.get(), "port"));
-    const bool hasUser = proxy && qstrcmp(name, "http") == 0 &&
-                         g_settings_get_boolean(settings.get(), "use-authentication");
+    const Settings settings = root.child(name);
+    auto proxy = proxyAt(kind, settings.text("host"), settings.number("port"));
+    const bool hasUser = proxy && qstrcmp(name, "http") == 0 && settings.isOn("use-authentication");
     if (hasUser) {
-        proxy->user = textOf(settings, "authentication-user");
-        proxy->password =
-            takeText(g_settings_get_string(settings.get(), "authentication-password"));
+        proxy->user = settings.text("authentication-user");
+        proxy->password = settings.rawText("authentication-password");
     }
     return proxy;
 }
 
 /// One for HTTP serves HTTPS as well where that has none, and one for SOCKS whatever is left.
 ProxyChoice manualChoice(const Settings& root, const Url& url) {
-    if (ProxyExceptions(listOf(root, "ignore-hosts")).contain(url))
+    if (ProxyExceptions(root.list("ignore-hosts")).contain(url))
         return {};
     std::optional<HTTPProxy> proxy;
     if (url.hasScheme("https"))
@@ -81,14 +88,15 @@ ProxyChoice manualChoice(const Settings& root, const Url& url) {
 }  // namespace
 
 std::optional<ProxyChoice> proxyOfSharedSettings(const Url& url) {
-    static const bool areThere = isInstalled();
+    const Gio* const gio = Gio::library();
+    static const bool areThere = gio != nullptr && isInstalled(*gio);
     if (!areThere)
         return ProxyChoice();
-    const Settings root(g_settings_new(rootSchema));
-    const QString mode = textOf(root, "mode");
+    const Settings root(*gio, gio->newSettings(rootSchema));
+    const QString mode = root.text("mode");
     if (mode == u"manual"_s)
         return manualChoice(root, url);
-    const QString script = mode == u"auto"_s ? textOf(root, "autoconfig-url") : QString();
+    const QString script = mode == u"auto"_s ? root.text("autoconfig-url") : QString();
     return script.isEmpty() ? ProxyChoice() : scriptChoice(script);
 }
 
