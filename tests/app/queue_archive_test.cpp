@@ -104,6 +104,13 @@ TEST_F(QueueFile, RowsSayWhyTheyFailedInAnEarlierRun) {
     EXPECT_EQ(app::rowState(*download(u"a"_s)), app::RowState::Failed);
     EXPECT_FALSE(download(u"c"_s)->isInterrupted());
 
+    controller->writeArchiveBeforeQuitting(false);
+    EXPECT_TRUE(savedArchive(u"b"_s).contains(keys::failure));
+    download(u"b"_s)->addToQueue();
+    download(u"b"_s)->pause();
+    controller->writeArchiveBeforeQuitting(false);
+    EXPECT_FALSE(savedArchive(u"b"_s).contains(keys::failure));
+
     download(u"a"_s)->addToQueue();
     EXPECT_EQ(app::rowState(*download(u"a"_s)), app::RowState::Waiting);
     download(u"a"_s)->pause();

@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include "engine/transfer/speed_limit.h"
 #include "engine_fixture.h"
 
 using namespace Qt::Literals::StringLiterals;

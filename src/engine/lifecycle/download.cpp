@@ -126,7 +126,7 @@ void DQDownload::startDownloadWithURL(const std::optional<platform::Url>& url,
 void DQDownload::becomeDownloading() {
     cancelArrangedResume();
     lastError_.reset();
-    _isInterrupted = false;
+    setInterrupted(false);
     userSettings().remove(keys::keptBytes);
     setChecksumResult(userSettings(), ChecksumResult::Unknown);
     if (!userSettings().contains(keys::originalURL))
@@ -138,7 +138,7 @@ void DQDownload::addToQueue() {
     if (status() != DQDownloadStatusPaused)
         return;
     cancelArrangedResume();
-    _isInterrupted = false;
+    setInterrupted(false);
     refusals_ = 0;
     host_.releaseServer(*this);
     changeStatus(DQDownloadStatusQueued, StatusCause::Queued);
@@ -185,7 +185,7 @@ void DQDownload::stopTransfer() {
 }
 
 void DQDownload::interruptUntilResumed(const platform::Error& error) {
-    _isInterrupted = true;
+    setInterrupted(true);
     hasFailedBefore_ = false;
     lastError_ = std::make_unique<platform::Error>(error);
     if (error.underlying)
@@ -214,6 +214,11 @@ void DQDownload::cancelArrangedResume() {
     activity_->spaceWatch.cancel();
 }
 
+bool DQDownload::isResumeArranged() const {
+    return autoResumeAfterSleep() ||
+           (activity_ && (activity_->autoResume.isActive() || activity_->spaceWatch.isWatching()));
+}
+
 void DQDownload::abandon() {
     if (!activity_)
         return;
@@ -222,7 +227,14 @@ void DQDownload::abandon() {
     dropWorkers();
 }
 
+/// The archive says it, too.
+void DQDownload::setInterrupted(bool isInterrupted) {
+    if (std::exchange(_isInterrupted, isInterrupted) || isInterrupted)
+        userSettings().noteChangeBeside();
+}
+
 void DQDownload::abort() {
+    userSettings().noteChangeBeside();
     noteKeptBytes();
     dropWorkers();
     takePartialDataBack(*this);

@@ -16,8 +16,12 @@ constexpr qint64 mostAtOnce = qint64{32} << 20;
 }  // namespace
 
 struct RunningSum::Reading {
+    Reading(const QString& ofPath, QCryptographicHash::Algorithm algorithm, platform::Disk& ofDisk)
+        : path(ofPath), reader(std::make_shared<SumReader>(path, algorithm)), disk(ofDisk) {}
+
     const QString path;
     const std::shared_ptr<SumReader> reader;
+    platform::Disk& disk;
     qint64 followed = 0;  ///< So much may be read.
     qint64 asked = 0;     ///< So much has been or is being read.
     bool isBusy = false;
@@ -30,7 +34,7 @@ void RunningSum::follow(const QString& path, QCryptographicHash::Algorithm algor
                      reading_->followed > length))
         forget();
     if (!reading_)
-        reading_ = std::make_shared<Reading>(path, std::make_shared<SumReader>(path, algorithm));
+        reading_ = std::make_shared<Reading>(path, algorithm, disks_.holding(path));
     reading_->followed = length;
     readOn();
 }
@@ -45,17 +49,16 @@ void RunningSum::readOn() {
     reading_->isBusy = true;
     reading_->asked = std::min(reading_->followed, reading_->asked + mostAtOnce);
     const auto canGoOn = std::make_shared<bool>(false);
-    disks_.holding(reading_->path)
-        .run([reading = reading_, end = reading_->asked,
-              canGoOn] { *canGoOn = reading->reader->readTo(end, reading->isCancelled); },
-             [this, weak = std::weak_ptr(reading_), canGoOn] {
-                 // Expired as soon as we are gone or have dropped it.
-                 const auto kept = weak.lock();
-                 if (!kept || !*canGoOn)
-                     return;
-                 kept->isBusy = false;
-                 readOn();
-             });
+    reading_->disk.run([reading = reading_, end = reading_->asked,
+                        canGoOn] { *canGoOn = reading->reader->readTo(end, reading->isCancelled); },
+                       [this, weak = std::weak_ptr(reading_), canGoOn] {
+                           // Expired as soon as we are gone or have dropped it.
+                           const auto kept = weak.lock();
+                           if (!kept || !*canGoOn)
+                               return;
+                           kept->isBusy = false;
+                           readOn();
+                       });
 }
 
 void RunningSum::forget() {
