@@ -1649,6 +1649,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/app/status/status_line.cpp" />
+            <source>%d hidden</source>
+            <translation>%d ausgeblendet</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/status/status_line.cpp" />
             <source>%d of %d downloads</source>
             <translation>%d von %d Downloads</translation>
         </message>
@@ -2191,6 +2196,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/details/details_pane.cpp" />
             <source>Copy Address</source>
             <translation>Adresse kopieren</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/details/details_pane.cpp" />
+            <source>Copy Addresses</source>
+            <translation>Adressen kopieren</translation>
         </message>
         <message>
             <location filename="../../src/ui/details/details_pane.cpp" />

@@ -99,6 +99,8 @@ public:
     [[nodiscard]] virtual bool areAlternateFunctionalityModifiersHeld() const = 0;
 
     [[nodiscard]] virtual bool isDownloadWindowVisible() const = 0;
+    /// That one, or another one that the user may be looking at.
+    [[nodiscard]] virtual bool isAnyWindowVisible() const { return isDownloadWindowVisible(); }
     /// The user works in it and sees what happens.
     [[nodiscard]] virtual bool isDownloadWindowActive() const { return false; }
     /// Brings the window to the front, with the focus if `activating`.

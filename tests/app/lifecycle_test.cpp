@@ -164,6 +164,42 @@ TEST_F(LifecycleTest, NeverGoesOnUnseenWithoutSayingSo) {
     EXPECT_EQ(terminations, 1) << "nothing goes on";
 }
 
+TEST_F(LifecycleTest, EndsWhenAllIsDoneThatWentOnUnseen) {
+    launch();
+    add({u"a"_s, u"b"_s});
+    app::Lifecycle& lifecycle = controller->lifecycle();
+    EXPECT_TRUE(lifecycle.windowShouldClose());
+    frontEnd.isVisible = false;
+    download(u"a"_s)->pause();
+    download(u"b"_s)->setAutoResumeAfterSleep(true);
+    download(u"b"_s)->pause();
+    main.advance(200);
+    EXPECT_EQ(terminations, 0) << "one goes on by itself";
+    download(u"b"_s)->setAutoResumeAfterSleep(false);
+    lifecycle.statusItemDidChange(true);
+    main.advance(60);
+    EXPECT_EQ(terminations, 0) << "the status item shows that it is there";
+    lifecycle.statusItemDidChange(false);
+    download(u"b"_s)->addToQueue();
+    download(u"b"_s)->pause();
+    main.advance(59);
+    EXPECT_EQ(terminations, 0) << "what was told can still be answered";
+    main.advance(1);
+    EXPECT_EQ(terminations, 1);
+}
+
+TEST_F(LifecycleTest, StaysWhenItsWindowCameBack) {
+    launch();
+    add({u"a"_s});
+    EXPECT_TRUE(controller->lifecycle().windowShouldClose());
+    frontEnd.isVisible = true;
+    download(u"a"_s)->pause();
+    main.advance(200);
+    frontEnd.isVisible = false;
+    main.advance(200);
+    EXPECT_EQ(terminations, 0);
+}
+
 TEST_F(LifecycleTest, FollowsTheApplicationModeAndOpensTheSettingsAskedFor) {
     defaults.set(app::settings::applicationMode, qint64{1});
     controller->lifecycle().willFinishLaunching();

@@ -5,10 +5,13 @@
 #include "app/queue/archive_writer.h"
 #include "app/queue/queue_archive.h"
 #include "app/queue/restored_download.h"
+#include "app/queue/state_filter.h"
+#include "app/rows/rows.h"
 #include "app/settings.h"
 #include "core_fixture.h"
 #include "engine/lifecycle/kept_aside.h"
 #include "engine/settings.h"
+#include "engine/workers/download_worker_prototype.h"
 #include "support/no_descriptors.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -75,6 +78,44 @@ TEST_F(QueueFile, ComesBackAsItWas) {
     defaults.set(app::settings::autoStart, false);
     restart();
     EXPECT_EQ(download(u"b"_s)->status(), engine::DQDownloadStatusPaused);
+}
+
+TEST_F(QueueFile, RowsSayWhyTheyFailedInAnEarlierRun) {
+    add({u"a"_s, u"b"_s, u"c"_s});
+    download(u"c"_s)->pause();
+    download(u"a"_s)->userSettings().set(engine::keys::statusCode, 404);
+    end(*download(u"a"_s), engine::DQDownloadStatusAborted);
+    begin(u"b"_s);
+    const platform::Error full = platform::posixError(ENOSPC);
+    download(u"b"_s)->interruptUntilResumed(
+        engine::makeWorkerError(engine::WorkerErrorCode::CannotWrite, u"x"_s, &full));
+    const auto text = [this](const QString& name) {
+        return controller->rows().texts().statusDescriptionWithLiveDetails(*download(name), true);
+    };
+    const QStringList before{text(u"a"_s), text(u"b"_s)};
+    ASSERT_TRUE(before.first().contains(u"404"_s)) << before.first().toStdString();
+    // Twice, for nothing has been tried in between.
+    restart();
+    restart();
+    EXPECT_EQ(download(u"a"_s)->status(), engine::DQDownloadStatusPaused) << "as it always was";
+    EXPECT_EQ(QStringList({text(u"a"_s), text(u"b"_s)}), before);
+    EXPECT_TRUE(download(u"a"_s)->wasGivenUp());
+    EXPECT_FALSE(download(u"b"_s)->wasGivenUp());
+    EXPECT_EQ(app::rowState(*download(u"a"_s)), app::RowState::Failed);
+    EXPECT_FALSE(download(u"c"_s)->isInterrupted());
+
+    controller->writeArchiveBeforeQuitting(false);
+    EXPECT_TRUE(savedArchive(u"b"_s).contains(keys::failure));
+    download(u"b"_s)->addToQueue();
+    download(u"b"_s)->pause();
+    controller->writeArchiveBeforeQuitting(false);
+    EXPECT_FALSE(savedArchive(u"b"_s).contains(keys::failure));
+
+    download(u"a"_s)->addToQueue();
+    EXPECT_EQ(app::rowState(*download(u"a"_s)), app::RowState::Waiting);
+    download(u"a"_s)->pause();
+    restart();
+    EXPECT_FALSE(download(u"a"_s)->isInterrupted());
 }
 
 TEST_F(QueueFile, SavesChangesThatAnEarlierSavingDidNotKnow) {

@@ -1,3 +1,4 @@
+#include "app/queue/state_filter.h"
 #include "app/schedule/automation.h"
 #include "app/settings.h"
 #include "app/status/queue_status_reporter.h"
@@ -71,6 +72,9 @@ TEST_F(StatusTest, CountsWhatIsUnfinished) {
     EXPECT_EQ(text(), u"1 of 3 downloads \u2014 0 filtered"_s);
     EXPECT_EQ(image.upperCount, 1);
     controller->setFilterText({});
+    controller->setStateFilter({app::RowState::Failed, {}});
+    EXPECT_EQ(text(), u"1 of 3 downloads \u2014 3 hidden"_s);
+    controller->setStateFilter({});
     set(u"b"_s, DQDownloadStatusDone);
     set(u"d"_s, DQDownloadStatusPaused);
     set(u"a"_s, DQDownloadStatusPaused);

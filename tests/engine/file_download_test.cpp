@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include "engine/transfer/speed_limit.h"
 #include "engine_fixture.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -49,6 +50,32 @@ TEST_F(FileDownloadTest, FileIsCopied) {
     EXPECT_EQ(contents(downloadedPath(u"source.bin"_s)), body);
     EXPECT_EQ(contents(path(u"source.bin"_s)), body);
     EXPECT_EQ(downloadedNames(), QStringList{u"source.bin"_s});
+}
+
+TEST_F(FileDownloadTest, CopyKeepsToItsLimit) {
+    write(path(u"source.bin"_s), body);
+    const auto download = add();
+    download->speedLimit().set(10 << 20);
+    download->startDownload();
+    const auto settle = [this] {
+        for (int turn = 0; turn < 60; ++turn) {
+            waitForDisks();
+            main.loop.runDue();
+        }
+    };
+    settle();
+    const qint64 before = download->transfer().figures().total();
+    EXPECT_GT(before, 8 << 20);
+    EXPECT_LE(before, 12 << 20);
+    main.advance(1);
+    settle();
+    EXPECT_GT(download->transfer().figures().total(), before);
+    EXPECT_LE(download->transfer().figures().total(), 22 << 20);
+    // Counts for what runs, and at once.
+    download->speedLimit().set(0);
+    main.advance(1);
+    ASSERT_TRUE(waitForStatus(*download, finishedStatuses));
+    EXPECT_EQ(contents(downloadedPath(u"source.bin"_s)), body);
 }
 
 TEST_F(FileDownloadTest, CopyGoesOnInAFileOfItsOwn) {

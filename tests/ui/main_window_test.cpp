@@ -13,6 +13,7 @@
 
 #include "app/commands/commands.h"
 #include "app/core_fixture.h"
+#include "app/queue/state_filter.h"
 #include "app/settings.h"
 #include "ui/language.h"
 #include "ui/list/download_list.h"
@@ -249,6 +250,39 @@ TEST(RubberWindow, IsAsHighAsItsRowsAndTheScreenAllow) {
     }
     EXPECT_EQ(ui::correctedWindowHeight(333, 100, 40), 300);
     EXPECT_EQ(ui::correctedWindowHeight(90, 100, 40), 90);
+}
+
+TEST_F(MainWindowTest, DetailsOfferWhatCanBeDoneWithTheRowsThatAreSelectedAndSeen) {
+    addAndShow({u"a"_s, u"b"_s});
+    commands.perform(app::Command::ToggleDetails);
+    auto* pane = find<QWidget>(u"detailsPane"_s);
+    ASSERT_TRUE(pane && pane->isVisible());
+    const auto texts = [pane](bool enabled) {
+        QStringList found;
+        for (const QToolButton* button : pane->findChildren<QToolButton*>()) {
+            if (!button->text().isEmpty() && button->isEnabled() == enabled)
+                found.append(button->text());
+        }
+        return found;
+    };
+    controller->selectDownloads({});
+    EXPECT_EQ(texts(true), QStringList());
+    controller->selectDownloads(controller->downloads());
+    EXPECT_TRUE(texts(true).contains(ui::translated("Copy Addresses")));
+    controller->selectDownloads({controller->downloads().front()});
+    EXPECT_TRUE(texts(true).contains(ui::translated("Copy Address")));
+    EXPECT_TRUE(pane->findChild<QWidget*>(u"facts"_s)->isVisible());
+    controller->setStateFilter({app::RowState::Done, {}});
+    EXPECT_EQ(texts(true), QStringList());
+    EXPECT_FALSE(pane->findChild<QWidget*>(u"facts"_s)->isVisible()) << "its row is hidden";
+    // No wider than the words are in any language.
+    pane->resize(200, pane->height());
+    int bottom = 0;
+    for (const QToolButton* button : pane->findChildren<QToolButton*>()) {
+        if (!button->text().isEmpty())
+            bottom = std::max(bottom, button->geometry().bottom());
+    }
+    EXPECT_GT(bottom, 2 * pane->findChild<QToolButton*>()->height());
 }
 
 }  // namespace

@@ -187,7 +187,7 @@ QString failureSentence(const Error& error, const FailureCircumstances& circumst
 }
 
 QString refusalSentence(const engine::DQDownload& download) {
-    if (download.status() != engine::DQDownloadStatusAborted)
+    if (download.status() != engine::DQDownloadStatusAborted && !download.wasGivenUp())
         return {};
     const int code = download.userSettings().value(engine::keys::statusCode).toInt();
     switch (code) {

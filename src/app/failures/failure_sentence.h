@@ -25,8 +25,8 @@ struct FailureCircumstances {
 [[nodiscard]] QString failureSentence(const platform::Error& error,
                                       const FailureCircumstances& circumstances);
 
-/// Of a download that failed for good with an HTTP status, as its rows tell it. Empty: the status
-/// says no more than its number, or there was none.
+/// Of a download that failed for good with an HTTP status, in this run or an earlier one, as its
+/// rows tell it. Empty: the status says no more than its number, or there was none.
 [[nodiscard]] QString refusalSentence(const engine::DQDownload& download);
 
 /// Of a download that was interrupted by an error. Empty: it was not. Looks at its disk.

@@ -26,6 +26,7 @@ constexpr platform::Seconds preferencesDelay = 0.5;
 Lifecycle::Lifecycle(Surroundings surroundings)
     : surroundings_(std::move(surroundings)),
       resuming_(surroundings_.loop),
+      ending_(surroundings_.loop),
       windowChanges_(surroundings_.loop) {
     observation_ = surroundings_.defaults.observe([this](const QString& key) {
         if (key == settings::applicationMode.name()) {
@@ -90,6 +91,29 @@ void Lifecycle::watchMachine() {
 
 void Lifecycle::statusDidChange() {
     surroundings_.power.setPreventsIdleSleep(isActive());
+    if (isActive()) {
+        ending_.cancel();
+    } else if (isUnseen_ && !ending_.isActive()) {
+        // The buttons of the notification that all is done work for so long.
+        constexpr platform::Seconds patience = 60;
+        ending_.start(patience, [this] { endUnlessSeen(); });
+    }
+}
+
+/// A program that was left to itself with its last downloads goes when they are done: nothing shows
+/// that it is there.
+void Lifecycle::endUnlessSeen() {
+    const Presence& presence = surroundings_.frontEnd.presence;
+    const engine::Downloads& downloads = surroundings_.queue.downloads();
+    isUnseen_ = isUnseen_ && !presence.isDownloadWindowVisible();
+    if (presence.isAnyWindowVisible() ||
+        std::any_of(downloads.begin(), downloads.end(),
+                    [](const auto& download) { return download->isResumeArranged(); })) {
+        statusDidChange();
+    } else if (isUnseen_ && !isStatusItemShown_.value_or(false) &&
+               !presence.isOnScreenWithoutWindow()) {
+        terminate();
+    }
 }
 
 bool Lifecycle::shouldQuit() {
@@ -143,6 +167,7 @@ bool Lifecycle::shouldEndOnClose() {
         surroundings_.frontEnd.presence.isOnScreenWithoutWindow()) {
         return false;
     }
+    isUnseen_ = isActive();
     if (isActive() && !std::exchange(hasToldOfGoingOn_, true)) {
         surroundings_.goesOnUnseen(surroundings_.queue.tally().count(engine::activeStatuses));
     }

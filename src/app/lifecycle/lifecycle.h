@@ -77,6 +77,7 @@ private:
     void watchMachine();
     void end();
     [[nodiscard]] bool shouldEndOnClose();
+    void endUnlessSeen();
     void updateApplicationMode();
     [[nodiscard]] bool isInStatusItemOnly() const;
     void showPreferencesAskedFor();
@@ -92,9 +93,11 @@ private:
 
     Surroundings surroundings_;
     platform::Timer resuming_;
+    platform::Timer ending_;
     platform::Timers windowChanges_;  ///< That must wait for the window system.
     bool hasTerminated_ = false;
     bool hasToldOfGoingOn_ = false;
+    bool isUnseen_ = false;  ///< The window was closed while something went on.
     std::optional<bool> isStatusItemShown_;
     platform::Observation observation_;
 };

@@ -113,6 +113,7 @@ engine::DownloadPtr addDownloadFromArchive(engine::DownloadQueue& queue,
     if (!externalContainerPath.isEmpty()) {
         // Anybody may have written it, and what is aside is deleted in the end.
         migrated.remove(keys::keptAside);
+        migrated.remove(keys::failure);
     }
     const bool isQueued =
         !migrated.value(keys::paused).toBool() && defaults.get(settings::autoStart);

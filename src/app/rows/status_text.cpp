@@ -157,6 +157,8 @@ QString StatusTexts::waitingText(const DQDownload& download, bool live) const {
 }
 
 QString StatusTexts::stoppedText(const DQDownload& download, bool live) const {
+    if (download.wasGivenUp())
+        return abortedText(download, live);
     QString text = localized("Pending");
     QString detail;
     if (download.userSettings().contains(keys::responseURL)) {

@@ -3,6 +3,7 @@
 #include "app/lifecycle/lifecycle.h"
 #include "app/main_controller.h"
 #include "app/queue/batch_progress.h"
+#include "app/queue/state_filter.h"
 #include "app/settings.h"
 #include "app/status/queue_totals.h"
 #include "app/status/status_line.h"
@@ -61,11 +62,12 @@ QueueStatus QueueStatusReporter::status() const {
         DQMainController& controller = surroundings_.controller;
         const engine::QueueTally& tally = controller.tally();
         const QueueTotals totals = queueTotals(tally, surroundings_.loop.clock().monotonic());
-        status_ =
-            QueueStatus{statusLine(tally, controller.numberOfHiddenDownloads()), totalsText(totals),
-                        shortTotalsText(totals, fraction(totals.sumOfFractions)),
-                        tally.count(engine::finishedStatuses) > 0,
-                        controller.lifecycle().wouldLoseDownloadsOnClose()};
+        const HiddenRows hidden{controller.numberOfHiddenDownloads(),
+                                controller.stateFilter().isOn()};
+        status_ = QueueStatus{statusLine(tally, hidden), totalsText(totals),
+                              shortTotalsText(totals, fraction(totals.sumOfFractions)),
+                              tally.count(engine::finishedStatuses) > 0,
+                              controller.lifecycle().wouldLoseDownloadsOnClose()};
     }
     return *status_;
 }

@@ -19,19 +19,24 @@ QString countText(qint64 running, qint64 unfinished) {
                            : filledFormat(localized("%d downloads"), {QString::number(unfinished)});
 }
 
+/// A text that is looked for is told of by what it leaves; how rows stand, by what it hides.
+QString hiddenText(const HiddenRows& hidden, qint64 unfinished) {
+    if (hidden.isByState) {
+        return filledFormat(localized("%d hidden"), {QString::number(hidden.count)});
+    }
+    return filledFormat(localized("%d filtered"), {QString::number(unfinished - hidden.count)});
+}
+
 }  // namespace
 
-QString statusLine(const engine::QueueTally& tally, qint64 hidden) {
+QString statusLine(const engine::QueueTally& tally, const HiddenRows& hidden) {
     const qint64 unfinished = tally.count(engine::unfinishedStatuses);
+    const bool isHiding = hidden.count > 0;
     if (unfinished == 0) {
-        return {};
+        return isHiding && hidden.isByState ? hiddenText(hidden, unfinished) : QString();
     }
-    QString text = countText(tally.count(engine::DQDownloadStatusDownloading), unfinished);
-    if (hidden > 0) {
-        text += links::spacedDashString() +
-                filledFormat(localized("%d filtered"), {QString::number(unfinished - hidden)});
-    }
-    return text;
+    const QString text = countText(tally.count(engine::DQDownloadStatusDownloading), unfinished);
+    return isHiding ? text + links::spacedDashString() + hiddenText(hidden, unfinished) : text;
 }
 
 }  // namespace app

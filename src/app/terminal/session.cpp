@@ -23,7 +23,9 @@ RunLedger::State stateOf(const engine::DQDownload& download) {
         case engine::DQDownloadStatusAborted:
             return download.isBeingRemoved() ? RunLedger::State::Waiting : RunLedger::State::Failed;
         case engine::DQDownloadStatusPaused:
-            return download.isInterrupted() ? RunLedger::State::Failed : RunLedger::State::Waiting;
+            return download.isInterrupted() && !download.hasFailedBefore()
+                       ? RunLedger::State::Failed
+                       : RunLedger::State::Waiting;
         case engine::DQDownloadStatusQueued:
             break;
     }

@@ -212,6 +212,7 @@ void DownloadFinisher::beginJob() {
     job_->origin = originOf(record_);
     job_->metadata = paths_.metadata();
     job_->expected = expectedChecksum(record_.userSettings());
+    job_->begunSum = transfer_.takeSum();
     job_->hasUserChosenPath = record_.userSettings().contains(keys::downloadFile);
 }
 
@@ -313,14 +314,20 @@ void DownloadFinisher::verify(const std::shared_ptr<Job>& job) {
     runOnDisk(
         job->pieces.front().path,
         [job] {
-            job->sum =
-                sumOfFile(job->pieces.front().path, job->expected->algorithm, job->isCancelled);
+            job->sum = sumOfFile(job->pieces.front().path, job->expected->algorithm, job->begunSum,
+                                 job->isCancelled);
+            job->begunSum.reset();
         },
         &DownloadFinisher::didVerify);
 }
 
 void DownloadFinisher::didVerify(const std::shared_ptr<Job>& job) {
     job->isVerifying = false;
+    debugLog(record_, [&] {
+        return u"%1 was added up as it came, but for what follows byte %2"_s
+            .arg(record_.description())
+            .arg(job->sum.before);
+    });
     if (job->isCancelled) {
         endCancelledJob();
     } else if (!job->sum.checksum) {

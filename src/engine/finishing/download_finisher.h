@@ -89,8 +89,9 @@ private:
         platform::Disk* disk = nullptr;  ///< That of the pieces.
         bool hasUserChosenPath = false;
         int attempts = 0;
-        bool isInPlace = false;            ///< The one piece has journals.
-        std::optional<Checksum> expected;  ///< Nothing: the file is taken as it is.
+        bool isInPlace = false;               ///< The one piece has journals.
+        std::optional<Checksum> expected;     ///< Nothing: the file is taken as it is.
+        std::shared_ptr<SumReader> begunSum;  ///< What was read while it came. Null: nothing.
         bool isVerifying = false;
         std::atomic<bool> isCancelled = false;
 

@@ -1,46 +1,23 @@
 #include "engine/finishing/verification.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-#include <QFile>
-#include <cerrno>
 #include <utility>
 
 #include "engine/context.h"
 #include "engine/record/download_record.h"
 #include "links/paths/file_attributes.h"
-#include "platform/files/descriptor.h"
 #include "platform/files/disks.h"
 #include "platform/files/files.h"
 
 namespace engine {
-namespace {
-
-/// Between two looks at the cancel flag.
-constexpr qsizetype bufferSize = qsizetype{1} << 20;
-
-}  // namespace
-
 FileSum sumOfFile(const QString& path, QCryptographicHash::Algorithm algorithm,
                   const std::atomic<bool>& isCancelled) {
-    // Of what is no file an opening may wait for ever.
-    const platform::Descriptor file(
-        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    if (!file.isOpen())
-        return {{}, platform::posixError(errno)};
-    posix_fadvise(file.get(), 0, 0, POSIX_FADV_SEQUENTIAL);
-    QCryptographicHash hash(algorithm);
-    QByteArray buffer(bufferSize, Qt::Uninitialized);
-    while (!isCancelled) {
-        const ssize_t got = ::read(file.get(), buffer.data(), bufferSize);
-        if (got == 0)
-            return {Checksum{algorithm, hash.result()}, {}};
-        if (got > 0)
-            hash.addData(QByteArrayView(buffer.constData(), got));
-        else if (errno != EINTR)
-            return {{}, platform::posixError(errno)};
-    }
-    return {};
+    return SumReader(path, algorithm).finish(isCancelled);
+}
+
+FileSum sumOfFile(const QString& path, QCryptographicHash::Algorithm algorithm,
+                  const std::shared_ptr<SumReader>& begun, const std::atomic<bool>& isCancelled) {
+    const bool goesOn = begun && begun->algorithm() == algorithm && begun->isReading(path);
+    return goesOn ? begun->finish(isCancelled) : sumOfFile(path, algorithm, isCancelled);
 }
 
 void writeChecksum(const Checksum& checksum, const QString& path) {

@@ -6,21 +6,18 @@
 #include <memory>
 #include <optional>
 
-#include "engine/record/checksum.h"
-#include "platform/base/error.h"
+#include "engine/transfer/file_sum.h"
 
 namespace engine {
 
 class DownloadRecord;
 
-/// What reading a file to its end has given: one of the two, or none if it was cancelled.
-struct FileSum {
-    std::optional<Checksum> checksum;
-    std::optional<platform::Error> error;
-};
-
 /// Reads the whole file. For the threads of its disk.
 [[nodiscard]] FileSum sumOfFile(const QString& path, QCryptographicHash::Algorithm algorithm,
+                                const std::atomic<bool>& isCancelled);
+/// The same, but goes on with what `begun` has read if that was of this very file. Null: nothing.
+[[nodiscard]] FileSum sumOfFile(const QString& path, QCryptographicHash::Algorithm algorithm,
+                                const std::shared_ptr<SumReader>& begun,
                                 const std::atomic<bool>& isCancelled);
 /// Keeps it with the file, in an extended attribute, for whoever comes to look at it later.
 void writeChecksum(const Checksum& checksum, const QString& path);

@@ -17,6 +17,7 @@
 #include "engine/paths/intermediate_files.h"
 #include "engine/paths/support_folder.h"
 #include "engine/record/known_file.h"
+#include "engine/record/past_failure.h"
 #include "engine/settings.h"
 #include "engine/workers/debug_log.h"
 #include "engine/workers/retry_after.h"
@@ -69,6 +70,12 @@ QVariantMap DQDownload::userSettingsArchiveWithPausedStatus(bool paused,
         paths_.writeMetadata(archive);
     if (userSettings().contains(keys::statusCode))
         archive.insert(keys::statusCode, userSettings().value(keys::statusCode));
+    const bool isForGood = status() == DQDownloadStatusAborted || wasGivenUp();
+    if (isForGood || (status() == DQDownloadStatusPaused && isInterrupted()))
+        archive.insert(
+            keys::failure,
+            PastFailure{isForGood, lastError() ? std::optional(*lastError()) : std::nullopt}
+                .archive());
     return archive;
 }
 
@@ -119,6 +126,7 @@ void DQDownload::startDownloadWithURL(const std::optional<platform::Url>& url,
 void DQDownload::becomeDownloading() {
     cancelArrangedResume();
     lastError_.reset();
+    setInterrupted(false);
     userSettings().remove(keys::keptBytes);
     setChecksumResult(userSettings(), ChecksumResult::Unknown);
     if (!userSettings().contains(keys::originalURL))
@@ -130,7 +138,7 @@ void DQDownload::addToQueue() {
     if (status() != DQDownloadStatusPaused)
         return;
     cancelArrangedResume();
-    _isInterrupted = false;
+    setInterrupted(false);
     refusals_ = 0;
     host_.releaseServer(*this);
     changeStatus(DQDownloadStatusQueued, StatusCause::Queued);
@@ -177,7 +185,8 @@ void DQDownload::stopTransfer() {
 }
 
 void DQDownload::interruptUntilResumed(const platform::Error& error) {
-    _isInterrupted = true;
+    setInterrupted(true);
+    hasFailedBefore_ = false;
     lastError_ = std::make_unique<platform::Error>(error);
     if (error.underlying)
         platform::log(error.text + u": "_s + error.underlying->text);
@@ -205,6 +214,11 @@ void DQDownload::cancelArrangedResume() {
     activity_->spaceWatch.cancel();
 }
 
+bool DQDownload::isResumeArranged() const {
+    return autoResumeAfterSleep() ||
+           (activity_ && (activity_->autoResume.isActive() || activity_->spaceWatch.isWatching()));
+}
+
 void DQDownload::abandon() {
     if (!activity_)
         return;
@@ -213,7 +227,14 @@ void DQDownload::abandon() {
     dropWorkers();
 }
 
+/// The archive says it, too.
+void DQDownload::setInterrupted(bool isInterrupted) {
+    if (std::exchange(_isInterrupted, isInterrupted) || isInterrupted)
+        userSettings().noteChangeBeside();
+}
+
 void DQDownload::abort() {
+    userSettings().noteChangeBeside();
     noteKeptBytes();
     dropWorkers();
     takePartialDataBack(*this);

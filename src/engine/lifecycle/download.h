@@ -183,6 +183,8 @@ public:
     void takeOverPartialData(DQDownload& other);
     /// What is arranged for a download that was stopped is not to happen any more.
     void cancelArrangedResume();
+    /// It stands still, but goes on by itself later.
+    [[nodiscard]] bool isResumeArranged() const;
     /// The queue ends: nothing of it goes on, and nobody is told.
     void abandon();
     /// Stops all workers and resumes with one, from what the first worker has.
@@ -206,6 +208,7 @@ private:
     void dropWorkers();
     [[nodiscard]] qint64 partialBytes() const;
     void arrangeAutoResume();
+    void setInterrupted(bool isInterrupted);
     void stopTransfer();
     void throwAwayFile();
 

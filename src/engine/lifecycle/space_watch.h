@@ -18,6 +18,7 @@ public:
     /// After an interruption. Errors that are no lack of space: nothing happens.
     void resumeWhenThereIsSpace(const platform::Error& error);
     void cancel() { timer_.cancel(); }
+    [[nodiscard]] bool isWatching() const { return timer_.isActive(); }
 
 private:
     void watch();

@@ -1,6 +1,7 @@
 #include "engine/record/download_record.h"
 
 #include "engine/context.h"
+#include "engine/record/past_failure.h"
 #include "engine/record/rule_matching.h"
 #include "links/names/file_names.h"
 #include "links/paths/path_components.h"
@@ -15,6 +16,19 @@ namespace engine {
 DownloadRecord::DownloadRecord(const Context& context, const platform::Url& url)
     : context_(context), dates_(context, settings_), identity_(context, url, settings_) {
     dates_.invalidateDate(true);
+}
+
+void DownloadRecord::userSettingsFromArchive(const QVariantMap& archive) {
+    settings_.restore(archive);
+    isRestored_ = true;
+    const QVariant failure = archive.value(keys::failure);
+    if (!failure.canConvert<QVariantMap>() || !archive.value(keys::paused).toBool())
+        return;
+    PastFailure past = PastFailure::fromArchive(failure.toMap());
+    _isInterrupted = hasFailedBefore_ = true;
+    wasGivenUp_ = past.isForGood;
+    if (past.error)
+        lastError_ = std::make_unique<platform::Error>(std::move(*past.error));
 }
 
 QString DownloadRecord::description() const {

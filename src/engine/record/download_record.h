@@ -86,10 +86,7 @@ public:
 
     [[nodiscard]] UserSettings& userSettings() { return settings_; }
     [[nodiscard]] const UserSettings& userSettings() const { return settings_; }
-    void userSettingsFromArchive(const QVariantMap& archive) {
-        settings_.restore(archive);
-        isRestored_ = true;
-    }
+    void userSettingsFromArchive(const QVariantMap& archive);
     /// Whether an earlier run of the program knew it.
     [[nodiscard]] bool isRestored() const { return isRestored_; }
 
@@ -111,6 +108,10 @@ public:
     [[nodiscard]] bool isInterrupted() const { return _isInterrupted; }
     /// Why the last transfer failed. Null: it did not, or another has begun.
     [[nodiscard]] const platform::Error* lastError() const { return lastError_.get(); }
+    /// It failed in an earlier run, and nothing has been tried since then.
+    [[nodiscard]] bool hasFailedBefore() const { return _isInterrupted && hasFailedBefore_; }
+    /// The same, and was given up in that run.
+    [[nodiscard]] bool wasGivenUp() const { return hasFailedBefore() && wasGivenUp_; }
     [[nodiscard]] bool isBeingRemoved() const { return _isBeingRemoved; }
     /// Being removed, or gone from the queue, with all that has come of it: it may be wanted back.
     [[nodiscard]] bool isWithdrawn() const { return _isWithdrawn; }
@@ -130,6 +131,8 @@ protected:
     bool _isBeingRemoved = false;
     bool _isWithdrawn = false;
     std::unique_ptr<const platform::Error> lastError_;
+    bool hasFailedBefore_ = false;
+    bool wasGivenUp_ = false;
     bool isDebugLogged_ = false;
 
 private:

@@ -127,6 +127,8 @@ inline const QString downloadPageTitle = QStringLiteral("Download Page Title");
 inline const QString url = QStringLiteral("URL");
 inline const QString paused = QStringLiteral("Paused");
 inline const QString resumePath = QStringLiteral("Resume Path");
+/// Why it is at a stand; see PastFailure.
+inline const QString failure = QStringLiteral("Failure");
 /// Its row is gone, from this place in the queue, and its data is still there to be wanted back.
 inline const QString removedFrom = QStringLiteral("Removed From");
 

@@ -26,7 +26,7 @@ constexpr platform::Seconds updateInterval = 0.1;
 }  // namespace
 
 Transfer::Transfer(DownloadRecord& record, DownloadPaths& paths, std::function<void()> changed)
-    : record_(record), paths_(paths), changed_(std::move(changed)) {}
+    : record_(record), paths_(paths), changed_(std::move(changed)), sum_(record.context().disks) {}
 
 Transfer::~Transfer() = default;
 
@@ -42,6 +42,8 @@ void Transfer::replaceWorker(const Worker& worker, Worker::Pointer replacement) 
     if (found == _downloadWorkers.end())
         return;
     downloadedByReplaced_ += replacement->resumeByteOffset() - worker.resumeByteOffset();
+    if (replacement->receivedBytes() < worker.receivedBytes())
+        sum_.forget();
     *found = std::move(replacement);
 }
 
@@ -54,6 +56,8 @@ void Transfer::insertWorkerBehind(const Worker& worker, Worker::Pointer added) {
 }
 
 void Transfer::removeWorker(const Worker& worker) {
+    // Another one is going to write over what it had.
+    sum_.forget();
     std::erase_if(_downloadWorkers,
                   [&](const Worker::Pointer& other) { return other.get() == &worker; });
 }
@@ -61,6 +65,8 @@ void Transfer::removeWorker(const Worker& worker) {
 void Transfer::dropWorkers(std::size_t firstDropped) {
     if (firstDropped >= _downloadWorkers.size())
         return;
+    if (!frozenFigures_)
+        sum_.forget();
     const auto first = _downloadWorkers.begin() + static_cast<std::ptrdiff_t>(firstDropped);
     const Workers dropped(std::make_move_iterator(first),
                           std::make_move_iterator(_downloadWorkers.end()));
@@ -100,6 +106,7 @@ std::vector<RunningPart> Transfer::parts() const {
 }
 
 void Transfer::resetProgress() {
+    sum_.forget();
     lastFractionShown_.reset();
     _downloadFraction = 0;
     _shouldWriteMetadataToDownloadBundle = true;
@@ -109,6 +116,7 @@ qint64 Transfer::noteReceivedBytes(const Worker& worker) {
     if (!hasWorkers())
         return 0;
     const OverallFigures reached = figures(&worker);
+    addUp(reached.total());
     // Nobody goes on with a file that came whole at once, nor sees how far it has got. Without a
     // length nothing says that it is whole.
     const bool cameAtOnce =
@@ -133,6 +141,33 @@ qint64 Transfer::noteReceivedBytes(const Worker& worker) {
         speed_.note(now, reached.downloaded);
     }
     return reached.truncation;
+}
+
+/// From the first byte of the first worker's file on. What a worker counts has been written.
+qint64 Transfer::bytesWithoutGap() const {
+    const Worker& first = *_downloadWorkers.front();
+    if (first.resumesInSeparateFile() && first.resumeByteOffset() > 0)
+        return first.resumeByteOffset();
+    qint64 length = first.receivedBytes();
+    for (auto next = _downloadWorkers.begin() + 1; next != _downloadWorkers.end(); ++next) {
+        const qint64 start = (*next)->fractionStartByte();
+        // It may have gone further than where it is going to be cut off.
+        if (length < start || !first.place().isShared())
+            return std::min(length, start);
+        length = start + (*next)->receivedBytes();
+    }
+    return length;
+}
+
+void Transfer::addUp(qint64 total) {
+    if (total < sum_.nextLength())
+        return;
+    const QString path = _downloadWorkers.front()->place().file;
+    const qint64 length = bytesWithoutGap();
+    if (path.isEmpty() || length < sum_.nextLength())
+        return;
+    if (const auto expected = expectedChecksum(record_.userSettings()))
+        sum_.follow(path, expected->algorithm, length);
 }
 
 void Transfer::prepareForFirstBytes() {

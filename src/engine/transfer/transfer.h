@@ -7,6 +7,7 @@
 
 #include "engine/transfer/progress_figures.h"
 #include "engine/transfer/running_part.h"
+#include "engine/transfer/running_sum.h"
 #include "engine/workers/download_worker_prototype.h"
 
 namespace engine {
@@ -47,7 +48,13 @@ public:
     /// While the file is being put together, after the workers are gone, what they achieved.
     [[nodiscard]] OverallFigures figures(const Worker* reporting = nullptr) const;
     void freezeFigures() { frozenFigures_ = figures(); }
-    void thawFigures() { frozenFigures_.reset(); }
+    void thawFigures() {
+        frozenFigures_.reset();
+        sum_.forget();
+    }
+    /// What the file adds up to so far, if anybody wants to know and for whoever puts it together.
+    /// Null: nothing was added up.
+    [[nodiscard]] std::shared_ptr<SumReader> takeSum() { return sum_.take(); }
     /// What each connection is at, in the order of the file. For showing, as for deciding.
     [[nodiscard]] std::vector<RunningPart> parts() const;
     [[nodiscard]] const SpeedMeter& speed() const { return speed_; }
@@ -76,6 +83,8 @@ public:
     void recordAccelerationWorkers();
 
 private:
+    [[nodiscard]] qint64 bytesWithoutGap() const;
+    void addUp(qint64 total);
     void writeMetadataIfNecessary();
     void showFraction();
 
@@ -84,6 +93,7 @@ private:
     const std::function<void()> changed_;
     Workers _downloadWorkers;
     SpeedMeter speed_;
+    RunningSum sum_;
     qint64 downloadedByReplaced_ = 0;  ///< Which their successors count as there before.
     std::optional<OverallFigures> frozenFigures_;
     std::optional<platform::Seconds> _lastDownloadUpdateDate;

@@ -97,7 +97,7 @@ public:
     void setDelegate(DQDownloadWorkerDelegate* delegate) { _delegate = delegate; }
     [[nodiscard]] WorkerRequest& request() { return request_; }
     [[nodiscard]] const WorkerRequest& request() const { return request_; }
-    /// Also while it runs. Local files know no limit.
+    /// Also while it runs.
     virtual void setBandwidth(std::shared_ptr<http::BandwidthAccount> account) {
         request_.bandwidth = std::move(account);
     }

@@ -2,11 +2,13 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <utility>
 
 #include "engine/context.h"
 #include "engine/paths/intermediate_files.h"
 #include "engine/workers/file_source.h"
+#include "http/shared/bandwidth_account.h"
 #include "links/names/file_names.h"
 #include "links/paths/available_path.h"
 #include "platform/base/run_loop.h"
@@ -23,7 +25,7 @@ constexpr qint64 partialContent = 206;
 }  // namespace
 
 FileCopyWorker::FileCopyWorker(const Context& context)
-    : DQDownloadWorkerPrototype(context), answering_(context.loop) {}
+    : DQDownloadWorkerPrototype(context), answering_(context.loop), resting_(context.loop) {}
 
 DQDownloadWorkerPrototype::Pointer FileCopyWorker::make(const Context& context) {
     return Pointer(new FileCopyWorker(context));
@@ -121,9 +123,27 @@ void FileCopyWorker::didWrite(qint64 count, const std::optional<platform::Error>
         return stopWithError(
             makeWorkerError(WorkerErrorCode::CannotWrite,
                             u"%1 cannot write to intermediate file"_s.arg(description()), &*error));
+    if (const auto& limit = request().bandwidth)
+        limit->incrementBandwidthUsedInLastSecond(static_cast<std::uint64_t>(count));
     processDownloadedBytes(count);
-    if (source_)
-        source_->readNext();
+    readOn();
+}
+
+/// Looks every second while it rests, since the limit may be another one by then.
+void FileCopyWorker::readOn() {
+    constexpr platform::Seconds longestRest = 1;
+    const auto& limit = request().bandwidth;
+    if (!source_)
+        return;
+    if (limit)
+        limit->measureBandwidthUsage();
+    if (limit && limit->verdict() == http::BandwidthAccount::Verdict::Rest) {
+        const platform::Seconds left =
+            *limit->throttleWakeUpTime() - context().loop.clock().monotonic();
+        resting_.start(std::clamp(left, 0.0, longestRest), [this] { readOn(); });
+    } else {
+        source_->readNext(limit ? limit->readLength(FileSource::blockSize) : FileSource::blockSize);
+    }
 }
 
 bool FileCopyWorker::truncateAtOffset(qint64 offset) {

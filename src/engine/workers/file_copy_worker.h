@@ -33,6 +33,7 @@ private:
     [[nodiscard]] std::optional<platform::Error> openTarget();
     void take(const QByteArray& data);
     void didWrite(qint64 count, const std::optional<platform::Error>& error);
+    void readOn();
     void closeTarget();
     void stopWithError(const platform::Error& error);
 
@@ -40,6 +41,7 @@ private:
     /// Shared with the disk's thread, which writes. Null: not open.
     std::shared_ptr<PartialFile> target_;
     platform::Timer answering_;
+    platform::Timer resting_;
 };
 
 }  // namespace engine

@@ -15,8 +15,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace engine {
 namespace {
 
-constexpr qint64 blockSize = qint64{2} << 20;
-
 qint64 nanoseconds(const timespec& time) {
     constexpr qint64 nanosecondsPerSecond = 1'000'000'000;
     return qint64{time.tv_sec} * nanosecondsPerSecond + time.tv_nsec;
@@ -63,9 +61,9 @@ void FileSource::start(qint64 offset, Receiver receiver) {
     readNext();
 }
 
-void FileSource::readNext() {
+void FileSource::readNext(qint64 most) {
     auto block = std::make_shared<Block>();
-    const qint64 wanted = std::min(blockSize, size_ - offset_);
+    const qint64 wanted = std::min(most, size_ - offset_);
     disks_.ofDevice(device_).run(
         [block, wanted, file = file_, offset = offset_] {
             if (wanted <= 0)

@@ -44,8 +44,9 @@ public:
     /// Reads from `offset` to the end that the file had when it was opened; a file that has become
     /// shorter by then fails.
     void start(qint64 offset, Receiver receiver);
-    /// The data that came last is dealt with.
-    void readNext();
+    static constexpr qint64 blockSize = qint64{2} << 20;
+    /// The data that came last is dealt with: `most` bytes at most are read.
+    void readNext(qint64 most = blockSize);
     /// Nothing reaches the receiver after this returns.
     void stop() { receiver_ = {}; }
 

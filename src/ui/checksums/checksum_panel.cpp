@@ -121,6 +121,8 @@ void showChecksumPanel(QWidget& window, app::DQMainController& controller,
     QObject::connect(field, &QLineEdit::textChanged, panel, update);
     update();
     QObject::connect(look, &QPushButton::clicked, panel, [=, &controller] {
+        // Off the button before it is disabled: Return is to verify what was found, not to cancel.
+        field->setFocus();
         look->setEnabled(false);
         note->setText(translated("Looking for a list of checksums..."));
         auto* search = new Search(panel);

@@ -7,7 +7,6 @@
 #include <QShortcut>
 #include <QStyle>
 #include <QTableView>
-#include <QToolBar>
 #include <QToolButton>
 #include <chrono>
 
@@ -19,6 +18,7 @@
 #include "ui/details/connections_model.h"
 #include "ui/details/facts_model.h"
 #include "ui/details/speed_curve.h"
+#include "ui/details/wrapping_row.h"
 #include "ui/text.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -32,6 +32,7 @@ namespace {
 
 /// From here on there is room for the curve beside the facts.
 constexpr int wideEnough = 560;
+constexpr auto commandProperty = "command";
 
 /// One stop of the keyboard, whose lines the arrow keys walk through.
 QTableView* makeTable(QAbstractItemModel& model, const QString& name, QWidget* parent) {
@@ -60,7 +61,7 @@ DetailsPane::DetailsPane(const app::Commands& commands, QWidget* parent)
       controller_(commands.surroundings().controller),
       factsModel_(new FactsModel(this)),
       connectionsModel_(new ConnectionsModel(this)),
-      actions_(new QToolBar(this)),
+      actions_(new QWidget(this)),
       hint_(new QLabel(this)),
       contents_(new QWidget(this)),
       arrangement_(new QBoxLayout(QBoxLayout::LeftToRight, contents_)) {
@@ -77,7 +78,7 @@ DetailsPane::DetailsPane(const app::Commands& commands, QWidget* parent)
     auto* header = new QHBoxLayout;
     header->setContentsMargins(0, 0, 6, 0);
     header->addWidget(actions_, 1);
-    header->addWidget(makeCloseButton());
+    header->addWidget(makeCloseButton(), 0, Qt::AlignTop);
     layout->addLayout(header);
     layout->addWidget(hint_, 1);
     layout->addWidget(contents_, 1);
@@ -88,6 +89,7 @@ DetailsPane::DetailsPane(const app::Commands& commands, QWidget* parent)
             &DetailsPane::followSelection);
     connect(&controller_, &app::DQMainController::queueChanged, this,
             &DetailsPane::followSelection);
+    connect(&controller_, &app::DQMainController::statusChanged, this, &DetailsPane::dropHidden);
     connect(&controller_, &app::DQMainController::downloadChanged, this,
             [this](const engine::DownloadPtr& download) { downloadDidChange(*download); });
 }
@@ -96,15 +98,14 @@ DetailsPane::~DetailsPane() = default;
 
 void DetailsPane::makeActions() {
     actions_->setObjectName(u"detailsActions"_s);
-    actions_->setToolButtonStyle(Qt::ToolButtonTextOnly);
-    actions_->layout()->setContentsMargins(2, 2, 2, 2);
+    auto* row = new WrappingRow(actions_);
+    row->setContentsMargins(2, 2, 2, 2);
+    row->setSpacing(0);
     addCommand(Command::Copy, translated("Copy Address"));
     addCommand(Command::OpenInBrowser, translated("Open in Browser"));
     addCommand(Command::ChangeAddress, translated("Change Address..."));
     addCommand(Command::Verify, translated("Checksum..."));
     addCommand(Command::LimitSpeed, translated("Speed Limit..."));
-    for (QToolButton* button : actions_->findChildren<QToolButton*>())
-        button->setFocusPolicy(Qt::TabFocus);
 }
 
 QToolButton* DetailsPane::makeCloseButton() {
@@ -122,9 +123,13 @@ QToolButton* DetailsPane::makeCloseButton() {
 void DetailsPane::addCommand(Command command, const QString& text) {
     if (!commands_.isOffered(command))
         return;
-    QAction* action = actions_->addAction(text);
-    action->setData(static_cast<int>(command));
-    connect(action, &QAction::triggered, this, [this, command] { commands_.perform(command); });
+    auto* button = new QToolButton(actions_);
+    button->setText(text);
+    button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::TabFocus);
+    button->setProperty(commandProperty, static_cast<int>(command));
+    connect(button, &QToolButton::clicked, this, [this, command] { commands_.perform(command); });
+    actions_->layout()->addWidget(button);
 }
 
 void DetailsPane::makeTables() {
@@ -180,6 +185,13 @@ void DetailsPane::followSelection() {
     refresh();
 }
 
+/// A row that a filter hides is none that buttons would act on.
+void DetailsPane::dropHidden() {
+    const engine::DownloadPtr shown = shown_.lock();
+    if (shown && controller_.selectedDownloads() != app::Downloads{shown})
+        followSelection();
+}
+
 void DetailsPane::downloadDidChange(const engine::DQDownload& download) {
     constexpr auto soon = 200ms;
     if (isVisible() && shown_.lock().get() == &download &&
@@ -220,11 +232,14 @@ void DetailsPane::showConnections(std::vector<app::Connection> connections) {
 }
 
 void DetailsPane::updateActions() {
-    const bool isOne = !shown_.expired();
-    for (QAction* action : actions_->actions()) {
-        if (action->data().isValid())
-            action->setEnabled(
-                isOne && commands_.state(static_cast<Command>(action->data().toInt())).isEnabled);
+    // Without a selection, commands would mean all rows.
+    const std::size_t selected = controller_.selectedDownloads().size();
+    for (QToolButton* button : actions_->findChildren<QToolButton*>()) {
+        const auto command = static_cast<Command>(button->property(commandProperty).toInt());
+        if (command == Command::Copy)
+            button->setText(selected > 1 ? translated("Copy Addresses")
+                                         : translated("Copy Address"));
+        button->setEnabled(selected > 0 && commands_.state(command).isEnabled);
     }
 }
 

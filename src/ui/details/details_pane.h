@@ -10,7 +10,6 @@
 class QBoxLayout;
 class QLabel;
 class QTableView;
-class QToolBar;
 class QToolButton;
 
 namespace engine {
@@ -48,6 +47,7 @@ private:
     void makeTables();
     void copyFacts();
     void followSelection();
+    void dropHidden();
     void downloadDidChange(const engine::DQDownload& download);
     void refresh();
     void showDownload(engine::DQDownload& download);
@@ -58,7 +58,7 @@ private:
     app::DQMainController& controller_;
     FactsModel* factsModel_;
     ConnectionsModel* connectionsModel_;
-    QToolBar* actions_;
+    QWidget* actions_;
     QLabel* hint_;
     QWidget* contents_;
     QBoxLayout* arrangement_;

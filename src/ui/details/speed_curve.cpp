@@ -84,8 +84,12 @@ void SpeedCurve::paintEvent(QPaintEvent*) {
         return;
     }
     const int text = painter.fontMetrics().height();
-    const QRect curve = frame.adjusted(0, text + 2, 0, -text - 2);
-    paintScale(painter, curve);
+    QRect curve = frame.adjusted(0, text + 2, 0, -text - 2);
+    // Where there is room for words or a curve, it is the curve that tells more.
+    if (curve.height() >= text)
+        paintScale(painter, curve);
+    else
+        curve = frame;
     if (layoutDirection() == Qt::RightToLeft) {
         painter.translate(width(), 0);
         painter.scale(-1, 1);

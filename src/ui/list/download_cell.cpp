@@ -74,9 +74,11 @@ void DQDownloadCell::reflectDownload(app::Rows& rows, engine::DQDownload& downlo
     _canPerformAction2 = rows.canPerformAction(download, engine::DQDownloadActionRemove);
     _highlightedActionButtonIndex = rows.highlightedActionButtonIndex(download);
     primary_ = app::primaryAction(download);
-    trouble_ = status == engine::DQDownloadStatusAborted || download.isWrongFile() ? Trouble::Failed
-               : _isPaused && download.isInterrupted() ? Trouble::Interrupted
-                                                       : Trouble::None;
+    trouble_ =
+        status == engine::DQDownloadStatusAborted || download.isWrongFile() || download.wasGivenUp()
+            ? Trouble::Failed
+        : _isPaused && download.isInterrupted() ? Trouble::Interrupted
+                                                : Trouble::None;
     isLive_ = live;
     _icon = download.icon();
     name_ = download.displayName();

@@ -6,6 +6,7 @@
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QVBoxLayout>
 
 #include "app/main_controller.h"
@@ -62,8 +63,11 @@ void showSpeedLimitPanel(QWidget& window, app::DQMainController& controller,
     field->setCompleter(nullptr);
     field->addItems(app::throttleLimitSuggestions());
     field->setEditText(app::throttleLimitText(present > 0 ? present : proposed));
-    field->setEnabled(present > 0);
-    QObject::connect(isLimited, &QCheckBox::toggled, field, &QWidget::setEnabled);
+    // Who types a limit wants it.
+    QObject::connect(field, &QComboBox::editTextChanged, isLimited,
+                     [isLimited] { isLimited->setChecked(true); });
+    field->setFocus();
+    field->lineEdit()->selectAll();
     auto* row = new QHBoxLayout;
     row->addWidget(isLimited);
     row->addWidget(field, 1);

@@ -47,6 +47,8 @@ ClipboardWatch::ClipboardWatch(app::DQMainController& controller,
         if (defaults_.get(settings::watchClipboard))
             look_.start();
     });
+    connect(&controller_, &app::DQMainController::downloadsAdded, this,
+            &ClipboardWatch::withdrawKnown);
 }
 
 void ClipboardWatch::look() {
@@ -63,10 +65,23 @@ void ClipboardWatch::offer(const QString& text) {
     const app::TextPreview preview = app::textPreview(text, controller_.downloads(), defaults_);
     if (preview.addresses <= preview.known) {
         notices_.take(matter);
+        offered_.clear();
         return;
     }
+    offered_ = text;
     notices_.show({matter, offerText(preview, defaults_), translated("Download"),
                    [this, text] { controller_.openText(text); }, 60s});
+}
+
+/// Who pastes it needs no offer.
+void ClipboardWatch::withdrawKnown() {
+    if (offered_.isEmpty())
+        return;
+    const app::TextPreview preview = app::textPreview(offered_, controller_.downloads(), defaults_);
+    if (preview.addresses > preview.known)
+        return;
+    notices_.take(matter);
+    offered_.clear();
 }
 
 }  // namespace ui

@@ -27,11 +27,13 @@ public:
 private:
     void look();
     void offer(const QString& text);
+    void withdrawKnown();
 
     app::DQMainController& controller_;
     const platform::UserDefaults& defaults_;
     NoticeBars& notices_;
     QTimer look_;
+    QString offered_;  ///< Empty: nothing, or it has been taken.
 };
 
 }  // namespace ui

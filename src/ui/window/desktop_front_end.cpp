@@ -5,6 +5,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QWindow>
+#include <algorithm>
 #include <utility>
 
 #include "app/main_controller.h"
@@ -180,6 +181,12 @@ bool DesktopFrontEnd::isShowingModalWindow() const {
 
 bool DesktopFrontEnd::areAlternateFunctionalityModifiersHeld() const {
     return (QApplication::queryKeyboardModifiers() & (Qt::ShiftModifier | Qt::AltModifier)) != 0;
+}
+
+bool DesktopFrontEnd::isAnyWindowVisible() const {
+    const QWidgetList widgets = QApplication::topLevelWidgets();
+    return std::any_of(widgets.begin(), widgets.end(),
+                       [](const QWidget* widget) { return widget->isVisible(); });
 }
 
 bool DesktopFrontEnd::isDownloadWindowVisible() const {

@@ -63,6 +63,7 @@ public:
     [[nodiscard]] bool isShowingModalWindow() const override;
     [[nodiscard]] bool areAlternateFunctionalityModifiersHeld() const override;
     [[nodiscard]] bool isDownloadWindowVisible() const override;
+    [[nodiscard]] bool isAnyWindowVisible() const override;
     [[nodiscard]] bool isDownloadWindowActive() const override;
     void showDownloadWindow(bool activating) override;
     void orderDownloadWindowBack() override;
