@@ -70,8 +70,10 @@ QVariantMap DQDownload::userSettingsArchiveWithPausedStatus(bool paused,
         paths_.writeMetadata(archive);
     if (userSettings().contains(keys::statusCode))
         archive.insert(keys::statusCode, userSettings().value(keys::statusCode));
-    const bool isForGood = status() == DQDownloadStatusAborted || wasGivenUp();
-    if (isForGood || (status() == DQDownloadStatusPaused && isInterrupted()))
+    // What was removed has that status as well.
+    const bool hasFailed = status() == DQDownloadStatusAborted && !wasUnfinished_;
+    const bool isForGood = hasFailed || wasGivenUp();
+    if (isForGood || (isInterrupted() && !matchesStatusMask(status(), activeStatuses)))
         archive.insert(
             keys::failure,
             PastFailure{isForGood, lastError() ? std::optional(*lastError()) : std::nullopt}
