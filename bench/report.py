@@ -24,8 +24,9 @@ def machine():
                  if ":" in line)
     memory = os.sysconf("SC_PAGE_SIZE") * os.sysconf("SC_PHYS_PAGES") >> 30
     busy = os.getloadavg()[0]
+    linux = ".".join(platform.release().split(".")[:2])
     return (f"{time.strftime('%Y-%m-%d')}: {words['Model name'].strip()}, {os.cpu_count()} "
-            f"processors, {memory} GiB, Linux {platform.release()}; load when it began: {busy:.1f}.")
+            f"processors, {memory} GiB, Linux {linux}; load when it began: {busy:.1f}.")
 
 
 def spread(program):
