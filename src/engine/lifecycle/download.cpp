@@ -111,6 +111,9 @@ void DQDownload::changeStatus(DQDownloadStatus after, StatusCause cause) {
     const DQDownloadStatus before = std::exchange(_status, after);
     if (activity_)
         activity_->tailWatch.reset();
+    // What is saved of one that stands still says why it does.
+    if (!matchesStatusMask(after, activeStatuses))
+        userSettings().noteChangeBeside();
     host_.statusDidChange({*this, before, after, cause});
 }
 
