@@ -11,7 +11,9 @@ class SignalTest(SystemTest):
     def start_slow_download(self):
         self.source = self.serve("slow.bin", 3 * MIB)
         process = self.home.start(self.server.url("/rate/1000000/slow.bin"))
-        wait_until(lambda: self.home.partial_bytes() > 200_000, what="the first bytes")
+        # A busy disk may have the bytes before the queue.
+        wait_until(lambda: self.home.partial_bytes() > 200_000 and self.home.queue(),
+                   what="the first bytes and the queue")
         return process
 
     def test_the_next_run_goes_on_where_it_stood(self):
