@@ -3,9 +3,11 @@
 #include <QDialog>
 #include <QDragEnterEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPlainTextEdit>
+#include <QSignalSpy>
 #include <QStatusBar>
 #include <QTest>
 #include <QToolButton>
@@ -194,6 +196,46 @@ TEST_F(MainWindowTest, AddsWhatWasTypedJustNow) {
     EXPECT_FALSE(panel->isVisible());
     main.settle();
     EXPECT_EQ(queue(), QStringList{u"typed"_s});
+}
+
+TEST_F(MainWindowTest, LosesNothingThatIsBeingEntered) {
+    QSignalSpy ended(controller.get(), &app::DQMainController::terminated);
+    const auto open = [this] {
+        auto* panel = find<QDialog>(u"openURLPanel"_s);
+        return panel && panel->isVisible() ? panel : nullptr;
+    };
+    const auto text = [&] { return open()->findChild<QPlainTextEdit*>(u"openURLTextView"_s); };
+    commands.perform(app::Command::OpenURL);
+    ASSERT_TRUE(open() && QTest::qWaitForWindowActive(open()));
+    QTest::keyClicks(text(), u"http://a.example/typed"_s);
+    EXPECT_FALSE(window->close());
+    EXPECT_TRUE(window->isVisible() && open());
+    EXPECT_TRUE(window->statusBar()->currentMessage().contains(open()->windowTitle()));
+    EXPECT_TRUE(ended.isEmpty());
+
+    // Who means to quit may; the next start has the text.
+    commands.perform(app::Command::Quit);
+    EXPECT_EQ(ended.size(), 1);
+    open()->close();
+    window = std::make_unique<ui::MainWindow>(commands);
+    window->show();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return open() != nullptr; }));
+    EXPECT_EQ(text()->toPlainText(), u"http://a.example/typed"_s);
+
+    // What was cancelled is gone, and holds up nothing.
+    open()->reject();
+    EXPECT_TRUE(window->close());
+    window = std::make_unique<ui::MainWindow>(commands);
+    window->show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    EXPECT_FALSE(open());
+    addAndShow({u"a"_s});
+    controller->selectDownloads(controller->downloads());
+    commands.perform(app::Command::ChangeAddress);
+    auto* panel = find<QDialog>(u"addressPanel"_s);
+    ASSERT_TRUE(panel);
+    QTest::keyClicks(panel->findChild<QLineEdit*>(), u"http://b.example/other"_s);
+    EXPECT_FALSE(window->close()) << "another entry";
 }
 
 TEST(Language, SpeaksTheUsersAndFallsSilentWhenItGoes) {
