@@ -2239,8 +2239,8 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/details/speed_curve.cpp" />
-            <source>Nothing has come in the last minutes</source>
-            <translation>In den letzten Minuten kam nichts</translation>
+            <source>Nothing has come in the last minutes of this run</source>
+            <translation>In den letzten Minuten seit dem Start ist nichts angekommen</translation>
         </message>
         <message>
             <location filename="../../src/ui/details/speed_curve.cpp" />
@@ -3605,6 +3605,11 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
             <translation>Ordner öffnen</translation>
         </message>
         <message>
+            <location filename="../../src/ui/window/address_entry.cpp" />
+            <source>These addresses have not been added yet.</source>
+            <translation>Diese Adressen sind noch nicht hinzugefügt.</translation>
+        </message>
+        <message>
             <location filename="../../src/ui/window/clipboard_watch.cpp" />
             <source>%1 addresses were copied</source>
             <translation>%1 Adressen wurden kopiert</translation>
@@ -3698,6 +3703,11 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
             <location filename="../../src/ui/window/main_window.cpp" />
             <source>Already in the list</source>
             <translation>Schon in der Liste</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/main_window.cpp" />
+            <source>Not closed: “%1” is still open</source>
+            <translation>Nicht geschlossen: „%1“ ist noch offen</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/main_window.cpp" />

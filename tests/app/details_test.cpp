@@ -52,6 +52,15 @@ TEST_F(DetailsTest, TellsWhyAttemptsFailedAlsoOfTheRecordThatTriesAgain) {
 
     setStatus(*download(u"a"_s), DQDownloadStatusPaused);
     EXPECT_EQ(rows().attempts().attempts(*download(u"a"_s)).size(), 2U) << "that is no trouble";
+
+    static_cast<void>(savedQueue());
+    restart();
+    const auto kept = rows().attempts().attempts(*download(u"a"_s));
+    ASSERT_EQ(kept.size(), 2U);
+    EXPECT_EQ(kept[0].what, attempts[0].what);
+    EXPECT_EQ(kept[1].when.toSecsSinceEpoch(), attempts[1].when.toSecsSinceEpoch());
+    setStatus(*download(u"a"_s), DQDownloadStatusDownloading);
+    EXPECT_EQ(rows().attempts().attempts(*download(u"a"_s)).size(), 3U);
 }
 
 TEST_F(DetailsTest, HidesPlacesWhileDownloadingInPrivate) {

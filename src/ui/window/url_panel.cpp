@@ -148,7 +148,11 @@ void URLPanel::openWithString(const QString& text, const QString& note) {
     openURLTextView->setPlainText(adds ? present + u'\n' + text : text);
     openURLTextView->document()->setModified(true);  // Nowhere else, as what is typed.
     isEnding_ = false;
-    openURLTextView->selectAll();
+    // A proposal is typed over, what somebody wrote is not.
+    if (note.isEmpty())
+        openURLTextView->selectAll();
+    else
+        openURLTextView->moveCursor(QTextCursor::End);
     openURLTextView->setFocus();
     note_->setText(note);
     note_->setVisible(!note.isEmpty());
