@@ -294,6 +294,20 @@ TEST(RubberWindow, IsAsHighAsItsRowsAndTheScreenAllow) {
     EXPECT_EQ(ui::correctedWindowHeight(90, 100, 40), 90);
 }
 
+TEST_F(MainWindowTest, DetailsComeUpBelowTheRowThatTheyAreAbout) {
+    addAndShow(numbered(9));
+    desktop.frontEnd().list.selectRows({7});
+    const ui::DQDownloadList& list = window->list();
+    const auto isSeen = [&list] {
+        return list.viewport()->rect().contains(list.visualRect(list.rows().index(7)));
+    };
+    ASSERT_TRUE(isSeen());
+    commands.perform(app::Command::ToggleDetails);
+    main.settle();
+    ASSERT_LT(list.viewport()->height(), 8 * list.rowHeight());
+    EXPECT_TRUE(QTest::qWaitFor(isSeen));
+}
+
 TEST_F(MainWindowTest, DetailsOfferWhatCanBeDoneWithTheRowsThatAreSelectedAndSeen) {
     addAndShow({u"a"_s, u"b"_s});
     commands.perform(app::Command::ToggleDetails);

@@ -74,6 +74,8 @@ MainWindow::MainWindow(app::Commands& commands)
     rubber_ = std::make_unique<RubberWindow>(*this, *downloadList, defaults);
     connect(details_, &DetailsSplitter::arrangementChanged, downloadList,
             &DQDownloadList::contentHeightChanged);
+    connect(details_, &DetailsSplitter::arrangementChanged, downloadList,
+            &DQDownloadList::scrollToSelection);
     clipboardWatch_ = std::make_unique<ClipboardWatch>(controller_, defaults, *notices_);
     observation_ = defaults.observe([this, &defaults](const QString& key) {
         if (key == app::settings::toolbarFilterCriterion.name()) {
