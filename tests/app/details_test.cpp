@@ -95,6 +95,21 @@ TEST_F(DetailsTest, KnowsTheSpeedOfTheLastMinutes) {
     EXPECT_TRUE(rows().speeds().rates(*one, main.clock.monotonic()).empty());
 }
 
+TEST_F(DetailsTest, KnowsThatSomethingCameThoughItWasOverSoon) {
+    const auto worker = run(1'000'000);
+    progress(*one);
+    for (int step = 0; step < 3; ++step) {
+        main.clock.advance(0.2);
+        worker->receive(10'000);
+        progress(*one);
+    }
+    setStatus(*one, DQDownloadStatusPaused);
+    main.clock.advance(10);
+    const auto rates = rows().speeds().rates(*one, main.clock.monotonic());
+    ASSERT_FALSE(rates.empty());
+    EXPECT_NEAR(*std::max_element(rates.begin(), rates.end()), 50'000, 1);
+}
+
 TEST_F(DetailsTest, TellsWhatEachConnectionCarries) {
     const auto first = run(1000);
     one->userSettings().set(keys::expectedBytes, 1000);

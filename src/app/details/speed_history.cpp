@@ -6,15 +6,24 @@
 #include "engine/lifecycle/download.h"
 
 namespace app {
+namespace {
+
+constexpr platform::Seconds interval = 1;
+/// What comes in less would look like a speed that nothing has.
+constexpr platform::Seconds shortest = 0.25;
+
+}  // namespace
 
 void SpeedHistory::note(const engine::DQDownload& download, platform::Seconds now) {
-    constexpr platform::Seconds interval = 1;
     if (download.status() != engine::DQDownloadStatusDownloading)
         return;
     std::deque<Sample>& samples = samples_[&download];
-    if (!samples.empty() && now - samples.back().at < interval)
-        return;
-    samples.push_back({now, download.figures().downloaded});
+    const Sample sample{now, download.figures().downloaded};
+    // The last one moves on with what comes, since the end of a download has no figures any more.
+    if (samples.size() > 1 && now - samples[samples.size() - 2].at < interval)
+        samples.back() = sample;
+    else
+        samples.push_back(sample);
     while (samples.front().at < now - reach)
         samples.pop_front();
 }
@@ -34,8 +43,10 @@ std::vector<double> SpeedHistory::rates(const engine::DQDownload& download,
         const Sample& begin = *std::prev(end);
         // A count that has fallen belongs to another attempt.
         const qint64 bytes = std::max<qint64>(end->bytes - begin.bytes, 0);
-        const double rate = static_cast<double>(bytes) / (end->at - begin.at);
-        std::fill(rates.begin() + slotAt(begin.at), rates.begin() + slotAt(end->at), rate);
+        const double rate = static_cast<double>(bytes) / std::max(end->at - begin.at, shortest);
+        const int first = std::min(slotAt(begin.at), reach - 1);
+        std::fill(rates.begin() + first,
+                  rates.begin() + std::max(slotAt(end->at), first + 1), rate);
     }
     return rates;
 }
