@@ -200,6 +200,9 @@ class Desktop:
     def click(self, what):
         self._xdotool("mousemove", *self._place(what), "click", 1)
 
+    def turn_wheel_down(self, what, notches):
+        self._xdotool("mousemove", *self._place(what), "click", "--repeat", notches, 5)
+
     def press(self, what):
         self._xdotool("mousemove", *self._place(what), "mousedown", 1)
 
