@@ -48,7 +48,8 @@ inline const Setting<QString> unfinishedAddresses{
     u"Unfinished Addresses",
     {},
     false,
-    "What stands in the panel for addresses and was neither added nor cancelled; the next start shows "
+    "What stands in the panel for addresses and was neither added nor cancelled; the next start "
+    "shows "
     "it again."};
 
 inline const Setting<bool> watchClipboard{

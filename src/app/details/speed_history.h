@@ -32,6 +32,7 @@ private:
     struct Sample {
         platform::Seconds at = 0;
         qint64 bytes = 0;
+        platform::Seconds begun = 0;  ///< When it was first taken.
     };
     std::unordered_map<const engine::DQDownload*, std::deque<Sample>> samples_;
 };

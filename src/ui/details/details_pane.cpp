@@ -5,8 +5,8 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QShortcut>
-#include <QStyledItemDelegate>
 #include <QStyle>
+#include <QStyledItemDelegate>
 #include <QTableView>
 #include <QToolButton>
 #include <chrono>

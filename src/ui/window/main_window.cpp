@@ -272,8 +272,8 @@ bool MainWindow::isHeldOpen() {
     entry->show();
     entry->raise();
     entry->activateWindow();
-    statusBar()->showMessage(
-        translated("Not closed: “%1” is still open").arg(entry->windowTitle()), noticeMilliseconds);
+    statusBar()->showMessage(translated("Not closed: “%1” is still open").arg(entry->windowTitle()),
+                             noticeMilliseconds);
     return true;
 }
 
