@@ -1663,6 +1663,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>1 Download</translation>
         </message>
         <message>
+            <location filename="../../src/app/status/user_notification_manager.cpp" />
+            <source>and %@ more</source>
+            <translation>und %@ weitere</translation>
+        </message>
+        <message>
             <location filename="../../src/desktop/updates/news_manager.cpp" />
             <source>The page of news cannot be reached.</source>
             <translation>Die Seite mit Neuigkeiten ist nicht zu erreichen.</translation>
@@ -1996,6 +2001,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <location filename="../../src/ui/addresses/address_panel.cpp" />
             <source>The download has gone on by itself meanwhile. Pause it first.</source>
             <translation>Der Download ist inzwischen von selbst weitergegangen. Halten Sie ihn zuerst an.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/addresses/address_panel.cpp" />
+            <source>The download is not in the list any more.</source>
+            <translation>Der Download ist nicht mehr in der Liste.</translation>
         </message>
         <message>
             <location filename="../../src/ui/addresses/address_panel.cpp" />
