@@ -845,6 +845,11 @@
         </message>
         <message>
             <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The disk is full: nothing is free on “%@”.</source>
+            <translation>Der Datenträger ist voll: Auf „%@“ ist nichts mehr frei.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
             <source>The disk reports an error.</source>
             <translation>Der Datenträger meldet einen Fehler.</translation>
         </message>
