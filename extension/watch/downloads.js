@@ -1,5 +1,6 @@
 // Downloads that the browser has begun. Chromium lets them be held before they have a name; in
-// Firefox these are the few that no answer of a server has announced, and they are paused.
+// Firefox these are the few that no answer of a server has announced, and those that Orlop is to
+// have are paused.
 import { baseName } from "../core/addresses.js";
 import { api, asksForNames } from "../core/api.js";
 import { repeatable } from "../core/seen_requests.js";
@@ -56,22 +57,29 @@ function watchNames(context) {
   });
 }
 
+// Answers whether it stands still and can go on again.
+async function pause(downloadId) {
+  try {
+    await api.downloads.pause(downloadId);
+  } catch {
+    return false;
+  }
+  const [{ state, paused }] = await api.downloads.search({ id: downloadId });
+  return state !== "complete" && paused;
+}
+
+// To go on after a pause, Firefox asks anew, and by an ordinary request: what stays must not be
+// paused, least of all what a page has made by itself and nobody can be asked for.
 async function pauseAndTakeOver(item, context) {
   const download = await described(item);
-  // To go on after a pause, Firefox asks anew, and by an ordinary request.
   if (download.method !== "GET" || wasLeft(download.finalAddress)) return;
-  try {
-    await api.downloads.pause(item.id);
-  } catch {
-    return;
-  }
-  const [{ state, paused }] = await api.downloads.search({ id: item.id });
-  if (state === "complete" || !paused) return;
+  let isPaused = false;
   await takeOver(download, {
     kind: "download",
     downloadId: item.id,
+    begin: async () => (isPaused = await pause(item.id)),
     drop: () => removeFromBrowser(item.id),
-    letGo: () => api.downloads.resume(item.id),
+    letGo: async () => isPaused && api.downloads.resume(item.id),
   }, context);
 }
 

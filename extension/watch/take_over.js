@@ -19,7 +19,8 @@ export async function pageIn(tabId) {
   }
 }
 
-// Answers whether Orlop has the download now. `hold` as for HandOvers.
+// Answers whether Orlop has the download now. `hold` as for HandOvers; with `begin` the browser's own
+// goes on until Orlop is to have it, and that answers whether there is still something to be held.
 export async function takeOver(download, hold, { handOvers, filterText }) {
   const settings = await loadSettings();
   const filter = settings.usesFilter ? filterFrom(await filterText()) : null;
@@ -29,6 +30,7 @@ export async function takeOver(download, hold, { handOvers, filterText }) {
     await hold.letGo();
     return false;
   }
+  if (hold.begin && !(await hold.begin())) return false;
   const answer = await handOvers.handOver(download, hold);
   tellOutcome(answer, download);
   return answer.outcome === "ok" || answer.outcome === "known";

@@ -97,6 +97,7 @@ class BrowserCase(unittest.TestCase):
         self.assertEqual([one for one in self.browser.downloads() if one[0] in names], [])
 
     def assert_in_browser(self, *names):
-        wait_until(lambda: set(names) <= set(self.in_browser()), what=f"{names} in the browser")
+        wait_until(lambda: set(names) <= set(self.in_browser()),
+                   what=lambda: f"{names} in the browser, which has {self.browser.downloads()},")
         wait_until(lambda: not self.browser.unsettled(), what="the settling")
         self.assertEqual(set(names) & set(self.in_orlop()), set(), "and nowhere else")

@@ -61,9 +61,10 @@ class Handler(BaseHTTPRequestHandler):
             f'<form method="post" enctype="multipart/form-data" action="/upload/{name}">'
             f'<input name="word" value="x"><button id="upload-{name}">{name}</button></form>'
             for name in names)
+        # The blob is under way long enough to be held by mistake.
         blob = ("<a id='blob' download='blob.bin'>blob</a><a id='data' download='data.bin' "
                 "href='data:application/octet-stream,abc'>data</a>"
-                "<script>blob.href = URL.createObjectURL(new Blob(['abc']))</script>"
+                "<script>blob.href = URL.createObjectURL(new Blob([new Uint8Array(64 << 20)]))</script>"
                 "<img src='/open/picture.png' alt='<b>not bold</b>'>")
         body = ("<!DOCTYPE html><meta charset='utf-8'><title>Site &lt;b&gt;</title>" + links + forms
                 + blob + f"<iframe id='frame' src='http://localhost:{self.server.server_port}/frame'>"

@@ -26,11 +26,12 @@ def sha256(path):
 
 
 def wait_until(condition, deadline=DEADLINE, what="the condition"):
-    """Waits for something that another process brings about."""
+    """Waits for something that another process brings about. `what`: or what tells it."""
     end = time.monotonic() + deadline
     while not (answer := condition()):
         if time.monotonic() > end:
-            raise AssertionError(f"{what} did not come within {deadline} seconds")
+            missing = what() if callable(what) else what
+            raise AssertionError(f"{missing} did not come within {deadline} seconds")
         time.sleep(0.005)
     return answer
 
