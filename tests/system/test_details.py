@@ -64,11 +64,11 @@ class DetailsTest(WindowTest):
 
     def test_a_limit_counts_as_typed_and_another_one_at_once(self):
         self.use("limit")
-        self.serve("large.iso", 40 * MIB)
-        self.start(self.server.url("/rate/3000000/large.iso"))
+        self.serve("large.iso", 80 * MIB)
+        self.start(self.server.url("/rate/1000000/large.iso"))
         self.wait_for_first_rows("large.iso")
         self.desktop.key("ctrl+i")
-        for kilobytes in (40, 2000):
+        for kilobytes in (40, 600):
             before = self.home.partial_bytes()
             wait_until(lambda: self.home.partial_bytes() > before + 30_000, 30, "bytes before it")
             self.desktop.menu("Queue", "Speed Limit...")
