@@ -845,6 +845,11 @@
         </message>
         <message>
             <location filename="../../src/app/failures/failure_sentence.cpp" />
+            <source>The disk is full: nothing is free on “%@”.</source>
+            <translation>Der Datenträger ist voll: Auf „%@“ ist nichts mehr frei.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/failures/failure_sentence.cpp" />
             <source>The disk reports an error.</source>
             <translation>Der Datenträger meldet einen Fehler.</translation>
         </message>
@@ -1663,6 +1668,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>1 Download</translation>
         </message>
         <message>
+            <location filename="../../src/app/status/user_notification_manager.cpp" />
+            <source>and %@ more</source>
+            <translation>und %@ weitere</translation>
+        </message>
+        <message>
             <location filename="../../src/desktop/updates/news_manager.cpp" />
             <source>The page of news cannot be reached.</source>
             <translation>Die Seite mit Neuigkeiten ist nicht zu erreichen.</translation>
@@ -1999,6 +2009,11 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/addresses/address_panel.cpp" />
+            <source>The download is not in the list any more.</source>
+            <translation>Der Download ist nicht mehr in der Liste.</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/addresses/address_panel.cpp" />
             <source>This is no address of the web.</source>
             <translation>Das ist keine Web-Adresse.</translation>
         </message>
@@ -2239,8 +2254,8 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
         </message>
         <message>
             <location filename="../../src/ui/details/speed_curve.cpp" />
-            <source>Nothing has come in the last minutes</source>
-            <translation>In den letzten Minuten kam nichts</translation>
+            <source>Nothing has come in the last minutes of this run</source>
+            <translation>In den letzten Minuten seit dem Start ist nichts angekommen</translation>
         </message>
         <message>
             <location filename="../../src/ui/details/speed_curve.cpp" />
@@ -3605,6 +3620,11 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
             <translation>Ordner öffnen</translation>
         </message>
         <message>
+            <location filename="../../src/ui/window/address_entry.cpp" />
+            <source>These addresses have not been added yet.</source>
+            <translation>Diese Adressen sind noch nicht hinzugefügt.</translation>
+        </message>
+        <message>
             <location filename="../../src/ui/window/clipboard_watch.cpp" />
             <source>%1 addresses were copied</source>
             <translation>%1 Adressen wurden kopiert</translation>
@@ -3698,6 +3718,11 @@ Falls Sie sich also gefragt haben: Seien Sie versichert, Orlop „telefoniert ni
             <location filename="../../src/ui/window/main_window.cpp" />
             <source>Already in the list</source>
             <translation>Schon in der Liste</translation>
+        </message>
+        <message>
+            <location filename="../../src/ui/window/main_window.cpp" />
+            <source>Not closed: “%1” is still open</source>
+            <translation>Nicht geschlossen: „%1“ ist noch offen</translation>
         </message>
         <message>
             <location filename="../../src/ui/window/main_window.cpp" />

@@ -44,6 +44,14 @@ inline const Setting<qint64> detailsPaneHeight{
 inline const Setting<qint64> detailsPaneWidth{
     u"Details Pane: Width", 340, false, "In pixels, beside the list.", {.lowest = 1}};
 
+inline const Setting<QString> unfinishedAddresses{
+    u"Unfinished Addresses",
+    {},
+    false,
+    "What stands in the panel for addresses and was neither added nor cancelled; the next start "
+    "shows "
+    "it again."};
+
 inline const Setting<bool> watchClipboard{
     u"Watch Clipboard", false, false,
     "Addresses that are copied in other programs are offered for download in a bar."};

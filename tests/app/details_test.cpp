@@ -3,6 +3,7 @@
 #include "app/details/download_facts.h"
 #include "core_fixture.h"
 #include "engine/settings.h"
+#include "engine/transfer/speed_limit.h"
 #include "support/test_worker.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -52,6 +53,15 @@ TEST_F(DetailsTest, TellsWhyAttemptsFailedAlsoOfTheRecordThatTriesAgain) {
 
     setStatus(*download(u"a"_s), DQDownloadStatusPaused);
     EXPECT_EQ(rows().attempts().attempts(*download(u"a"_s)).size(), 2U) << "that is no trouble";
+
+    static_cast<void>(savedQueue());
+    restart();
+    const auto kept = rows().attempts().attempts(*download(u"a"_s));
+    ASSERT_EQ(kept.size(), 2U);
+    EXPECT_EQ(kept[0].what, attempts[0].what);
+    EXPECT_EQ(kept[1].when.toSecsSinceEpoch(), attempts[1].when.toSecsSinceEpoch());
+    setStatus(*download(u"a"_s), DQDownloadStatusDownloading);
+    EXPECT_EQ(rows().attempts().attempts(*download(u"a"_s)).size(), 3U);
 }
 
 TEST_F(DetailsTest, HidesPlacesWhileDownloadingInPrivate) {
@@ -75,7 +85,9 @@ TEST_F(DetailsTest, KnowsTheSpeedOfTheLastMinutes) {
     progress(*one);
     pass(10, 1000);
     pass(5, 3000);
-    main.clock.advance(20);
+    main.clock.advance(2);
+    EXPECT_DOUBLE_EQ(rows().speeds().rates(*one, main.clock.monotonic()).back(), 3000);
+    main.clock.advance(18);
     const auto rates = rows().speeds().rates(*one, main.clock.monotonic());
     ASSERT_EQ(rates.size(), 180U);
     EXPECT_EQ(rates[180 - 36], 0) << "before it began";
@@ -84,6 +96,43 @@ TEST_F(DetailsTest, KnowsTheSpeedOfTheLastMinutes) {
     EXPECT_EQ(rates.back(), 0) << "it has stalled";
     main.clock.advance(180);
     EXPECT_TRUE(rows().speeds().rates(*one, main.clock.monotonic()).empty());
+}
+
+TEST_F(DetailsTest, KnowsThatSomethingCameThoughItWasOverSoon) {
+    const auto worker = run(1'000'000);
+    progress(*one);
+    for (int step = 0; step < 3; ++step) {
+        main.clock.advance(0.2);
+        worker->receive(10'000);
+        progress(*one);
+    }
+    setStatus(*one, DQDownloadStatusPaused);
+    main.clock.advance(10);
+    const auto rates = rows().speeds().rates(*one, main.clock.monotonic());
+    ASSERT_FALSE(rates.empty());
+    EXPECT_NEAR(*std::max_element(rates.begin(), rates.end()), 50'000, 1);
+}
+
+TEST_F(DetailsTest, ShowsANewLimitSoonAndEvenly) {
+    const auto worker = run(100'000'000);
+    const auto gust = [&](qint64 bytes) {
+        main.clock.advance(0.5);
+        progress(*one);
+        main.clock.advance(0.6);
+        worker->receive(bytes);
+        progress(*one);
+    };
+    for (int count = 0; count < 40; ++count)
+        gust(1'000'000);
+    one->speedLimit().set(100'000);
+    for (int count = 0; count < 10; ++count)
+        gust(110'000);
+    const auto span = one->speed(main.clock.monotonic());
+    ASSERT_TRUE(span);
+    EXPECT_NEAR(span->bytes / span->seconds, 100'000, 1);
+    const auto rates = rows().speeds().rates(*one, main.clock.monotonic());
+    EXPECT_NEAR(*std::min_element(rates.end() - 8, rates.end()), 100'000, 1);
+    EXPECT_NEAR(*std::max_element(rates.end() - 8, rates.end()), 100'000, 1);
 }
 
 TEST_F(DetailsTest, TellsWhatEachConnectionCarries) {

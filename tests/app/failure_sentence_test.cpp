@@ -118,6 +118,9 @@ TEST_F(FailureSentence, SaysPlainlyWhatHappened) {
         EXPECT_TRUE(said.startsWith(sentence)) << said.toStdString();
         EXPECT_FALSE(said.contains(technical)) << said.toStdString();
     }
+    EXPECT_EQ(
+        failureSentence(workerError(WorkerErrorCode::CannotWrite, ENOSPC), {0, 0, u"Data"_s, 0}),
+        u"The disk is full: nothing is free on “Data”."_s);
     EXPECT_EQ(failureSentence(transferError(CURLE_PARTIAL_FILE), {}),
               u"The server closed the connection."_s);
 }

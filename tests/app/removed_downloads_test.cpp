@@ -5,6 +5,7 @@
 #include "app/settings.h"
 #include "core_fixture.h"
 #include "engine/settings.h"
+#include "engine/transfer/speed_limit.h"
 
 using namespace Qt::Literals::StringLiterals;
 namespace keys = engine::keys;
@@ -55,11 +56,31 @@ TEST_F(Removed, ComesBackToItsPlaceOneRemovalAfterTheOther) {
     controller->undoRemoval();
     EXPECT_EQ(queue(), QStringList({u"a"_s, u"b"_s, u"c"_s, u"d"_s, u"e"_s}));
     EXPECT_EQ(selected(), QStringList({u"b"_s, u"d"_s}));
-    EXPECT_EQ(download(u"b"_s)->status(), engine::DQDownloadStatusPaused);
-    EXPECT_EQ(controller->tally().count(engine::DQDownloadStatusPaused), 3);
+    EXPECT_EQ(controller->tally().count(engine::DQDownloadStatusQueued), 4) << "as before";
     EXPECT_EQ(controller->lastRemoval(), QString());
     EXPECT_EQ(savedURLs(),
               QStringList({address(u"a"_s), address(u"b"_s), address(u"c"_s), address(u"d"_s)}));
+}
+
+TEST_F(Removed, GoesOnIfItDidAndElseStandsStill) {
+    defaults.set(engine::settings::autoResume, true);
+    add(numbered(200));
+    for (const QString& name : {u"f1"_s, u"f2"_s, u"f3"_s})
+        download(name)->pause();
+    setStatus(*download(u"f2"_s), engine::DQDownloadStatusDownloading);
+    // It would be tried again by itself.
+    setStatus(*download(u"f3"_s), engine::DQDownloadStatusDownloading);
+    download(u"f3"_s)->interrupt({u"test"_s, 1, u"The network is gone"_s, nullptr});
+    ASSERT_TRUE(download(u"f3"_s)->isResumeArranged());
+    const QStringList before = queue();
+    download(u"f4"_s)->speedLimit().set(5000);
+    remove(numbered(200));
+    ASSERT_EQ(queue(), QStringList());
+    controller->undoRemoval();
+    EXPECT_EQ(queue(), before);
+    EXPECT_EQ(download(u"f1"_s)->status(), engine::DQDownloadStatusPaused);
+    EXPECT_EQ(controller->tally().count(engine::DQDownloadStatusQueued), 199);
+    EXPECT_EQ(engine::speedLimitOf(*download(u"f4"_s)), 5000);
 }
 
 /// Rows that are still fading stand in the queue, and must not count.

@@ -195,6 +195,25 @@ TEST_F(StatusTest, TellsTheEndAndGathersIfWanted) {
     EXPECT_EQ(notifications.takeTexts().size(), 1);
 }
 
+TEST_F(StatusTest, LetsNoCrowdOfNotificationsGather) {
+    add(numbered(7));
+    notifications.takeTexts();
+    const auto finish = [this](int number) {
+        set(u"f%1"_s.arg(number), DQDownloadStatusDone);
+        return notifications.delivered.back();
+    };
+    for (int number = 0; number < 3; ++number)
+        EXPECT_EQ(finish(number).identifier, QString());
+    const QString shared = finish(3).identifier;
+    EXPECT_FALSE(shared.isEmpty());
+    EXPECT_EQ(finish(4).text, u"f4\nand 1 more"_s);
+    const platform::UserNotification last = finish(5);
+    EXPECT_EQ(last.text, u"f5\nand 2 more"_s);
+    EXPECT_EQ(last.identifier, shared) << "in its place";
+    controller->windowWasSeen();
+    EXPECT_EQ(finish(6).identifier, QString()) << "after a look";
+}
+
 TEST_F(StatusTest, SetsOffWhatIsToHappenAtTheEnd) {
     defaults.set(app::settings::autoQuit, true);
     controller->updateStatusAndForceUpdateApplicationImage(false);

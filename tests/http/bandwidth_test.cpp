@@ -102,6 +102,13 @@ TEST_F(ThrottleTest, SomeRequestsHaveALimitOfTheirOwn) {
     advance(1);
     ASSERT_TRUE(waitForRest());
     EXPECT_LE(limited->totalBytesRead(), 130'000U);
+    const auto before = limited->totalBytesRead();
+    const auto other = std::make_shared<BandwidthAccount>(main.clock);
+    other->setMaxBandwidthPerSecond(60'000);
+    limited->setOwnBandwidth(other);
+    advance(0.25);
+    ASSERT_TRUE(waitForRest());
+    EXPECT_GE(limited->totalBytesRead(), before + 40'000U) << "another limit during a rest";
     limited->setOwnBandwidth(nullptr);
     advance(0.25);
     ASSERT_TRUE(waitForEnd());

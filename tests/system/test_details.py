@@ -1,7 +1,9 @@
 """The details of a download beside its row, and another address for it, as a user meets them."""
+import re
 import unittest
 
-from support.home import wait_until
+from support.case import MIB
+from support.home import sha256, wait_until
 from test_window import PROGRAM, WindowTest
 
 
@@ -59,6 +61,46 @@ class DetailsTest(WindowTest):
         answers = [line.split("|")[2] for line in self.server.log.read_text().splitlines()
                    if line.startswith("GET|/slow.iso|")]
         self.assertEqual(answers, ["206", "206"], "the question, and the rest of the file")
+
+    def test_a_limit_counts_as_typed_and_another_one_at_once(self):
+        self.use("limit")
+        self.serve("large.iso", 80 * MIB)
+        self.start(self.server.url("/rate/1000000/large.iso"))
+        self.wait_for_first_rows("large.iso")
+        self.desktop.key("ctrl+i")
+        for kilobytes in (40, 600):
+            before = self.home.partial_bytes()
+            wait_until(lambda: self.home.partial_bytes() > before + 30_000, 30, "bytes before it")
+            self.desktop.menu("Queue", "Speed Limit...")
+            self.desktop.wait_for("dialog", "Speed Limit")
+            self.desktop.type(str(kilobytes))
+            self.desktop.key("Return")
+            self.desktop.wait_until_gone("dialog", "Speed Limit")
+            wait_until(lambda: self.home.queue()[0].get("Speed Limit") == kilobytes * 1000, 30,
+                       "the limit on disk")
+            slowest, fastest = 0.3 * kilobytes, 1.3 * kilobytes
+            wait_until(lambda: slowest < self.total_rate() < fastest, 30, "the speed in the window")
+        self.shoot("raised")
+
+    def total_rate(self):
+        """Of the status bar, in kilobytes per second."""
+        found = (re.match(r"([0-9.]+) ([KM])B/s", node.name) for node in self.desktop.nodes()
+                 if node.role == "label")
+        return next((float(match[1]) * (1000 if match[2] == "M" else 1) for match in found if match), 0)
+
+    def test_a_checksum_found_beside_the_file_is_verified_by_return(self):
+        self.use("sums")
+        (self.server.content / "SHA256SUMS").write_text(f"{sha256(self.quick)}  quick.pdf\n")
+        self.start(self.server.url("/quick.pdf"))
+        self.wait_for_first_rows("quick.pdf")
+        self.wait_for_state("quick.pdf", "Complete")
+        self.desktop.click(self.row("quick.pdf"))
+        self.desktop.menu("Queue", "Verify...")
+        self.desktop.click(self.desktop.wait_for("push button", "Look Beside It"))
+        self.desktop.wait_for("label", "Found in SHA256SUMS")
+        self.desktop.key("Return")
+        self.wait_for_state("quick.pdf", "Verified SHA-256")
+        self.desktop.wait_until_gone("dialog", "Verify")
 
 
 if __name__ == "__main__":

@@ -23,7 +23,7 @@ class UndoTest(WindowTest):
         self.shoot("bar")
         self.desktop.click(self.desktop.find("push button", "Undo"))
         self.wait_for_rows("slow.iso", "quick.pdf")
-        self.wait_for_state("slow.iso", "Paused")
+        self.wait_for_state("slow.iso", "Downloading")  # As it did.
         self.desktop.wait_until_gone("push button", "Undo")
 
         self.desktop.click(self.on_row("slow.iso", -16))

@@ -296,7 +296,7 @@ TEST(RowColors, TextsCanBeReadOnAllThatIsBehindThem) {
                                                    row.stopped.top, row.stopped.bottom});
                 for (const QColor& ground : grounds)
                     for (const QColor& ink : {row.name, row.note, row.interrupted, row.failed})
-                        EXPECT_GE(ui::contrast(ink, ground), 4.5)
+                        EXPECT_GE(ui::contrast(ink, ground), ui::legibleContrast)
                             << qPrintable(ink.name() + u" on "_s + ground.name());
             }
         }

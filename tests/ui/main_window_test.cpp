@@ -3,9 +3,11 @@
 #include <QDialog>
 #include <QDragEnterEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPlainTextEdit>
+#include <QSignalSpy>
 #include <QStatusBar>
 #include <QTest>
 #include <QToolButton>
@@ -196,6 +198,46 @@ TEST_F(MainWindowTest, AddsWhatWasTypedJustNow) {
     EXPECT_EQ(queue(), QStringList{u"typed"_s});
 }
 
+TEST_F(MainWindowTest, LosesNothingThatIsBeingEntered) {
+    QSignalSpy ended(controller.get(), &app::DQMainController::terminated);
+    const auto open = [this] {
+        auto* panel = find<QDialog>(u"openURLPanel"_s);
+        return panel && panel->isVisible() ? panel : nullptr;
+    };
+    const auto text = [&] { return open()->findChild<QPlainTextEdit*>(u"openURLTextView"_s); };
+    commands.perform(app::Command::OpenURL);
+    ASSERT_TRUE(open() && QTest::qWaitForWindowActive(open()));
+    QTest::keyClicks(text(), u"http://a.example/typed"_s);
+    EXPECT_FALSE(window->close());
+    EXPECT_TRUE(window->isVisible() && open());
+    EXPECT_TRUE(window->statusBar()->currentMessage().contains(open()->windowTitle()));
+    EXPECT_TRUE(ended.isEmpty());
+
+    // Who means to quit may; the next start has the text.
+    commands.perform(app::Command::Quit);
+    EXPECT_EQ(ended.size(), 1);
+    open()->close();
+    window = std::make_unique<ui::MainWindow>(commands);
+    window->show();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return open() != nullptr; }));
+    EXPECT_EQ(text()->toPlainText(), u"http://a.example/typed"_s);
+
+    // What was cancelled is gone, and holds up nothing.
+    open()->reject();
+    EXPECT_TRUE(window->close());
+    window = std::make_unique<ui::MainWindow>(commands);
+    window->show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    EXPECT_FALSE(open());
+    addAndShow({u"a"_s});
+    controller->selectDownloads(controller->downloads());
+    commands.perform(app::Command::ChangeAddress);
+    auto* panel = find<QDialog>(u"addressPanel"_s);
+    ASSERT_TRUE(panel);
+    QTest::keyClicks(panel->findChild<QLineEdit*>(), u"http://b.example/other"_s);
+    EXPECT_FALSE(window->close()) << "another entry";
+}
+
 TEST(Language, SpeaksTheUsersAndFallsSilentWhenItGoes) {
     {
         const ui::Language german(*qApp, QLocale(QLocale::German));
@@ -250,6 +292,20 @@ TEST(RubberWindow, IsAsHighAsItsRowsAndTheScreenAllow) {
     }
     EXPECT_EQ(ui::correctedWindowHeight(333, 100, 40), 300);
     EXPECT_EQ(ui::correctedWindowHeight(90, 100, 40), 90);
+}
+
+TEST_F(MainWindowTest, DetailsComeUpBelowTheRowThatTheyAreAbout) {
+    addAndShow(numbered(9));
+    desktop.frontEnd().list.selectRows({7});
+    const ui::DQDownloadList& list = window->list();
+    const auto isSeen = [&list] {
+        return list.viewport()->rect().contains(list.visualRect(list.rows().index(7)));
+    };
+    ASSERT_TRUE(isSeen());
+    commands.perform(app::Command::ToggleDetails);
+    main.settle();
+    ASSERT_LT(list.viewport()->height(), 8 * list.rowHeight());
+    EXPECT_TRUE(QTest::qWaitFor(isSeen));
 }
 
 TEST_F(MainWindowTest, DetailsOfferWhatCanBeDoneWithTheRowsThatAreSelectedAndSeen) {

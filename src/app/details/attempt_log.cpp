@@ -1,5 +1,7 @@
 #include "app/details/attempt_log.h"
 
+#include <algorithm>
+
 #include "app/checksums/checksum_texts.h"
 #include "app/failures/failure_sentence.h"
 #include "engine/context.h"
@@ -45,37 +47,66 @@ QString troubleText(const engine::StatusChange& change) {
     }
 }
 
+constexpr qsizetype mostKept = 10;
+
+void keep(engine::DQDownload& download, const std::vector<Attempt>& attempts) {
+    QVariantList kept;
+    for (const Attempt& attempt : attempts)
+        kept.append(QVariantMap{{engine::keys::attemptDate, attempt.when},
+                                {engine::keys::attemptText, attempt.what}});
+    download.userSettings().set(engine::keys::attempts, kept.last(std::min(mostKept, kept.size())));
+}
+
+/// As they stand in the queue's file, whatever that is.
+std::vector<Attempt> keptAttempts(const engine::DQDownload& download) {
+    constexpr qsizetype longestText = 500;
+    std::vector<Attempt> attempts;
+    const QVariantList kept = download.userSettings().value(engine::keys::attempts).toList();
+    for (const QVariant& element : kept.first(std::min(mostKept, kept.size()))) {
+        const QVariantMap fields = element.toMap();
+        const QString text = fields.value(engine::keys::attemptText).toString().left(longestText);
+        if (!text.isEmpty())
+            attempts.push_back({fields.value(engine::keys::attemptDate).toDateTime(), text});
+    }
+    return attempts;
+}
+
 }  // namespace
 
 void AttemptLog::note(const engine::StatusChange& change) {
-    const QString address = change.download.originalURLString();
     QString text = troubleText(change);
-    if (text.isEmpty() && change.cause == StatusCause::Started && attempts_.contains(address))
+    if (text.isEmpty() && change.cause == StatusCause::Started &&
+        !attempts(change.download).empty())
         text = localized("Tried again");
     if (!text.isEmpty())
-        add(address, {change.download.context().wallNow(), text});
+        add(change.download, change.download.originalURLString(), text);
 }
 
-void AttemptLog::noteNewAddress(const engine::DQDownload& download, const QString& address) {
-    std::vector<Attempt> past = attempts_.take(download.originalURLString());
-    if (!past.empty())
-        attempts_.insert(address, std::move(past));
-    add(address, {download.context().wallNow(), localized("Address changed")});
+void AttemptLog::noteNewAddress(engine::DQDownload& download, const QString& address) {
+    std::vector<Attempt> past = attempts(download);
+    attempts_.remove(download.originalURLString());
+    attempts_.insert(address, std::move(past));
+    add(download, address, localized("Address changed"));
 }
 
 std::vector<Attempt> AttemptLog::attempts(const engine::DQDownload& download) const {
-    return attempts_.value(download.originalURLString());
+    const auto known = attempts_.constFind(download.originalURLString());
+    return known != attempts_.cend() ? *known : keptAttempts(download);
 }
 
-void AttemptLog::add(const QString& address, const Attempt& attempt) {
-    constexpr std::size_t mostKept = 20;
+void AttemptLog::add(engine::DQDownload& download, const QString& address, const QString& what) {
+    constexpr std::size_t mostKnown = 20;
     constexpr qsizetype mostAddresses = 1000;
-    if (attempts_.size() >= mostAddresses && !attempts_.contains(address))
-        attempts_.erase(attempts_.begin());
+    if (!attempts_.contains(address)) {
+        if (attempts_.size() >= mostAddresses)
+            attempts_.erase(attempts_.begin());
+        attempts_.insert(address, keptAttempts(download));
+    }
     std::vector<Attempt>& list = attempts_[address];
-    list.push_back(attempt);
-    if (list.size() > mostKept)
+    list.push_back({download.context().wallNow(), what});
+    if (list.size() > mostKnown)
         list.erase(list.begin());
+    keep(download, list);
 }
 
 }  // namespace app

@@ -6,15 +6,31 @@
 #include "engine/lifecycle/download.h"
 
 namespace app {
+namespace {
+
+constexpr platform::Seconds interval = 1;
+constexpr platform::Seconds standstill = 3;
+/// What comes in less would look like a speed that nothing has.
+constexpr platform::Seconds shortest = 0.25;
+
+}  // namespace
 
 void SpeedHistory::note(const engine::DQDownload& download, platform::Seconds now) {
-    constexpr platform::Seconds interval = 1;
     if (download.status() != engine::DQDownloadStatusDownloading)
         return;
     std::deque<Sample>& samples = samples_[&download];
-    if (!samples.empty() && now - samples.back().at < interval)
+    Sample sample{now, download.figures().downloaded, now};
+    // Under a limit bytes come in gusts, and what lies between two of them is no standstill.
+    if (!samples.empty() && sample.bytes == samples.back().bytes &&
+        now - samples.back().at < standstill)
         return;
-    samples.push_back({now, download.figures().downloaded});
+    // The last one moves on with what comes, since the end of a download has no figures any more.
+    if (samples.size() > 1 && (now - samples[samples.size() - 2].at < interval ||
+                               now - samples.back().begun < interval / 2)) {
+        sample.begun = samples.back().begun;
+        samples.pop_back();
+    }
+    samples.push_back(sample);
     while (samples.front().at < now - reach)
         samples.pop_front();
 }
@@ -34,9 +50,14 @@ std::vector<double> SpeedHistory::rates(const engine::DQDownload& download,
         const Sample& begin = *std::prev(end);
         // A count that has fallen belongs to another attempt.
         const qint64 bytes = std::max<qint64>(end->bytes - begin.bytes, 0);
-        const double rate = static_cast<double>(bytes) / (end->at - begin.at);
-        std::fill(rates.begin() + slotAt(begin.at), rates.begin() + slotAt(end->at), rate);
+        const double rate = static_cast<double>(bytes) / std::max(end->at - begin.at, shortest);
+        const int first = std::min(slotAt(begin.at), reach - 1);
+        std::fill(rates.begin() + first, rates.begin() + std::max(slotAt(end->at), first + 1),
+                  rate);
     }
+    const int end = slotAt(samples.back().at);
+    if (now - samples.back().at < standstill && end > 0)
+        std::fill(rates.begin() + end, rates.end(), rates[static_cast<std::size_t>(end) - 1]);
     return rates;
 }
 

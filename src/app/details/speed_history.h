@@ -20,7 +20,7 @@ public:
     /// So far back it is known, in seconds.
     static constexpr int reach = 180;
 
-    /// It may have come further. Costs a look at the clock where less than a second has passed.
+    /// It may have come further.
     void note(const engine::DQDownload& download, platform::Seconds now);
     /// Bytes for each of the last `reach` seconds, the oldest first; 0 where nothing came. Empty:
     /// nothing has come in all that time.
@@ -32,6 +32,7 @@ private:
     struct Sample {
         platform::Seconds at = 0;
         qint64 bytes = 0;
+        platform::Seconds begun = 0;  ///< When it was first taken.
     };
     std::unordered_map<const engine::DQDownload*, std::deque<Sample>> samples_;
 };

@@ -149,6 +149,9 @@ QString progressSentence(const FailureCircumstances& circumstances) {
 QString spaceSentence(const FailureCircumstances& circumstances) {
     if (!circumstances.freeBytes)
         return {};
+    if (*circumstances.freeBytes < 1)
+        return filledFormat(localized("The disk is full: nothing is free on “%@”."),
+                            {circumstances.volume});
     return filledFormat(localized("The disk is full: %@ free on “%@”."),
                         {sizeText(*circumstances.freeBytes), circumstances.volume});
 }

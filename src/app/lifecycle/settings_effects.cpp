@@ -49,6 +49,9 @@ void SettingsEffects::settingDidChange(const QString& key) {
         admitDownloads();
     } else if (bandwidth.contains(key)) {
         controller_.queue().throttle().apply();
+        for (const engine::DownloadPtr& download :
+             controller_.downloadsMatchingStatusMask(engine::DQDownloadStatusDownloading))
+            download->transfer().measureSpeedAnew();
     } else if (fileNames.contains(key)) {
         makeNamesAnew();
     } else if (key == links::settings::ignorableSortingPrefixes.name()) {

@@ -4,6 +4,7 @@
 #include <unordered_set>
 #include <utility>
 
+#include "engine/queue/queue_admission.h"
 #include "engine/record/user_settings.h"
 #include "engine/settings.h"
 #include "links/format/byte_counts.h"
@@ -171,6 +172,7 @@ engine::Downloads RemovedDownloads::undo() {
     surroundings_.queue.putBack(gone, [this](const engine::DQDownload& download) {
         return !surroundings_.isLeaving(download);
     });
+    surroundings_.queue.admission().startEligibleQueuedDownloadsWithTimer();
     return back;
 }
 

@@ -114,6 +114,7 @@ engine::DownloadPtr addDownloadFromArchive(engine::DownloadQueue& queue,
         // Anybody may have written it, and what is aside is deleted in the end.
         migrated.remove(keys::keptAside);
         migrated.remove(keys::failure);
+        migrated.remove(keys::attempts);
     }
     const bool isQueued =
         !migrated.value(keys::paused).toBool() && defaults.get(settings::autoStart);

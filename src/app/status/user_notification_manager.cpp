@@ -1,6 +1,7 @@
 #include "app/status/user_notification_manager.h"
 
 #include "app/settings.h"
+#include "links/text/localization.h"
 #include "platform/base/user_defaults.h"
 #include "platform/session/notifications.h"
 
@@ -14,6 +15,8 @@ const auto identifierPrefix = u"com.tarnworks.Orlop"_s;
 
 /// Nobody reads more in a notification, and unclicked ones would gather without end.
 constexpr qsizetype mostTexts = 100;
+/// Of a kind; those after them share one that names the newest, or else they would bury the screen.
+constexpr int mostAlone = 3;
 
 QString category(const QString& identifier) {
     return identifier == u"Download Complete" ? u"transfer.complete"_s
@@ -45,11 +48,23 @@ bool DQUserNotificationManager::sendNotification(
     if (center_ == nullptr) {
         return false;
     }
-    if (identifier.isEmpty() || informativeText.isEmpty() ||
-        !defaults_.get(settings::coalesceUserNotifications)) {
+    if (identifier.isEmpty() || informativeText.isEmpty()) {
         return center_->deliver({{}, title, informativeText, category(identifier), actions});
     }
     const QString fullIdentifier = u"%1: %2"_s.arg(identifierPrefix, identifier);
+    const bool gathersAll = defaults_.get(settings::coalesceUserNotifications);
+    if (!gathersAll && asAppendix) {
+        return center_->deliver({{}, title, informativeText, category(identifier), actions});
+    }
+    if (!gathersAll) {
+        const int others = unseen_[identifier]++ - mostAlone;
+        const QString text = others > 0 ? informativeText + u'\n' +
+                                              links::filledFormat(links::localized("and %@ more"),
+                                                                  {QString::number(others)})
+                                        : informativeText;
+        return center_->deliver(
+            {others < 0 ? QString() : fullIdentifier, title, text, category(identifier), actions});
+    }
     return center_->deliver({fullIdentifier, title,
                              coalescedText(fullIdentifier, informativeText, asAppendix),
                              category(identifier)});
@@ -74,6 +89,7 @@ QString DQUserNotificationManager::coalescedText(const QString& fullIdentifier, 
 
 void DQUserNotificationManager::wereSeen() {
     coalescedNotificationInformativeTextsByIdentifier.clear();
+    unseen_.clear();
     if (center_ != nullptr) {
         center_->withdrawAll();
     }

@@ -13,8 +13,8 @@ class UserDefaults;
 
 namespace app {
 
-/// Sends the user notifications, gathering those of one kind in one if the settings say so. Main
-/// thread.
+/// Sends the user notifications, gathering those of one kind in one if the settings say so, or from
+/// the fourth on that nobody has looked at. Main thread.
 class DQUserNotificationManager {
 public:
     /// Without a centre nothing is sent. `activated` is called when the user clicks any of them.
@@ -41,6 +41,7 @@ private:
     const platform::UserDefaults& defaults_;
     platform::UserNotificationCenter* center_;
     std::function<void()> activated_;
+    QHash<QString, int> unseen_;  ///< How many of a kind have come since the user last looked.
     QHash<QString, QStringList> coalescedNotificationInformativeTextsByIdentifier;
 };
 

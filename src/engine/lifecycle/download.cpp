@@ -220,8 +220,11 @@ void DQDownload::cancelArrangedResume() {
 }
 
 bool DQDownload::isResumeArranged() const {
-    return autoResumeAfterSleep() ||
-           (activity_ && (activity_->autoResume.isActive() || activity_->spaceWatch.isWatching()));
+    return autoResumeAfterSleep() || isTryArranged();
+}
+
+bool DQDownload::isTryArranged() const {
+    return activity_ && (activity_->autoResume.isActive() || activity_->spaceWatch.isWatching());
 }
 
 void DQDownload::abandon() {
@@ -303,6 +306,7 @@ bool DQDownload::putOff(const DQDownloadWorkerPrototype& worker,
 }
 
 void DQDownload::takeOverPartialData(DQDownload& other) {
+    userSettings().set(keys::attempts, other.userSettings().value(keys::attempts));
     if (!userSettings().contains(keys::checksum))
         userSettings().set(keys::checksum, other.userSettings().value(keys::checksum));
     // All of it has come, and it is not the file.
@@ -348,6 +352,7 @@ void DQDownload::removeAndMoveToTrashIfDone(bool moveToTrash) {
 void DQDownload::withdraw() {
     const auto keep = shared_from_this();
     wasUnfinished_ = matchesStatusMask(status(), unfinishedStatuses);
+    wasGoingOn_ = matchesStatusMask(status(), activeStatuses) || isTryArranged();
     _isBeingRemoved = _isWithdrawn = true;
     cancelArrangedResume();
     if (wasUnfinished_) {
@@ -363,6 +368,8 @@ void DQDownload::takeBack() {
     refusals_ = 0;
     if (std::exchange(wasUnfinished_, false))
         changeStatus(DQDownloadStatusPaused, StatusCause::Paused);
+    if (std::exchange(wasGoingOn_, false))
+        addToQueue();
 }
 
 void DQDownload::giveUpData() {

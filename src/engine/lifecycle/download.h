@@ -77,7 +77,7 @@ public:
     /// Leaves the queue like `remove`, but with all that has come: whoever keeps it can put it back
     /// after `takeBack`, or has to `giveUpData`.
     void withdraw();
-    /// It is wanted again: as it was if it had ended, or else paused.
+    /// It is wanted again: as it was, what ran or was to go on by itself being queued.
     void takeBack();
     /// Deletes what a withdrawn download has kept, in the background.
     void giveUpData();
@@ -209,6 +209,7 @@ private:
     [[nodiscard]] qint64 partialBytes() const;
     void arrangeAutoResume();
     void setInterrupted(bool isInterrupted);
+    [[nodiscard]] bool isTryArranged() const;
     void stopTransfer();
     void throwAwayFile();
 
@@ -220,6 +221,7 @@ private:
     int refusals_ = 0;
     bool _isGettingDownloadPageSource = false;
     bool wasUnfinished_ = false;  ///< Before it was withdrawn.
+    bool wasGoingOn_ = false;     ///< The same, without the user.
 };
 
 }  // namespace engine

@@ -36,6 +36,7 @@ const QStringList& keptKeys() {
                                   keys::downloadPageTitle,
                                   keys::leftBehind,
                                   keys::keptAside,
+                                  keys::attempts,
                                   keys::speedLimit,
                                   keys::checksum,
                                   keys::serverChecksum,

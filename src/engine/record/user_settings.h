@@ -108,6 +108,12 @@ inline const QString keptAside = QStringLiteral("Kept Aside");
 /// Bytes per second that the download takes at most; absent: as many as come.
 inline const QString speedLimit = QStringLiteral("Speed Limit");
 
+/// What went wrong so far and when it was tried again, the oldest first: dictionaries with a date
+/// and a text for the user.
+inline const QString attempts = QStringLiteral("Attempts");
+inline const QString attemptDate = QStringLiteral("Date");
+inline const QString attemptText = QStringLiteral("Text");
+
 /// What the file is to add up to, in the form of Checksum::text: as the user knows it, and as the
 /// server said of the bytes that it sent.
 inline const QString checksum = QStringLiteral("Checksum");

@@ -48,6 +48,11 @@ void SpeedMeter::note(platform::Seconds now, qint64 downloadedBytes) {
     ongoing_ = Quantum{now, downloadedBytes};
 }
 
+void SpeedMeter::beginAnew(platform::Seconds now, qint64 downloadedBytes) {
+    *this = {};
+    begun_ = Quantum{now, downloadedBytes};
+}
+
 std::optional<SpeedMeter::Span> SpeedMeter::span(platform::Seconds now, qint64 downloadedBytes,
                                                  platform::Seconds start) const {
     if (previous_) {
@@ -57,10 +62,11 @@ std::optional<SpeedMeter::Span> SpeedMeter::span(platform::Seconds now, qint64 d
         if (bytes >= 0)
             return Span{bytes, quantumLength};
     }
-    const platform::Seconds elapsed = now - start;
-    if (elapsed <= shortestAverage)
+    const Quantum begun = begun_.value_or(Quantum{start, 0});
+    const platform::Seconds elapsed = now - begun.date;
+    if (elapsed <= shortestAverage || (begun_ && downloadedBytes <= begun.bytes))
         return std::nullopt;
-    return Span{static_cast<double>(downloadedBytes), elapsed};
+    return Span{static_cast<double>(downloadedBytes - begun.bytes), elapsed};
 }
 
 }  // namespace engine

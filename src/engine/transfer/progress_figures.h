@@ -40,6 +40,8 @@ public:
     };
 
     void note(platform::Seconds now, qint64 downloadedBytes);
+    /// What came before says nothing any more: another limit holds.
+    void beginAnew(platform::Seconds now, qint64 downloadedBytes);
     /// Without a half minute behind us, the average since `start`. Nothing in the first second.
     [[nodiscard]] std::optional<Span> span(platform::Seconds now, qint64 downloadedBytes,
                                            platform::Seconds start) const;
@@ -52,6 +54,7 @@ private:
 
     std::optional<Quantum> ongoing_;
     std::optional<Quantum> previous_;
+    std::optional<Quantum> begun_;  ///< Anew. Nothing: with the download.
 };
 
 }  // namespace engine

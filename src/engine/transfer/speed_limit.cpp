@@ -23,6 +23,7 @@ void SpeedLimit::set(qint64 bytesPerSecond) {
     const auto limit = account();
     for (const auto& worker : transfer_.workers())
         worker->setBandwidth(limit);
+    transfer_.measureSpeedAnew();
 }
 
 std::shared_ptr<http::BandwidthAccount> SpeedLimit::account() {

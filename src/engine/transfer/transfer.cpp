@@ -143,6 +143,10 @@ qint64 Transfer::noteReceivedBytes(const Worker& worker) {
     return reached.truncation;
 }
 
+void Transfer::measureSpeedAnew() {
+    speed_.beginAnew(record_.context().monotonicNow(), figures().downloaded);
+}
+
 /// From the first byte of the first worker's file on. What a worker counts has been written.
 qint64 Transfer::bytesWithoutGap() const {
     const Worker& first = *_downloadWorkers.front();

@@ -62,6 +62,8 @@ public:
 
     /// A transfer begins at the first byte, or goes on.
     void resetProgress();
+    /// Its speed is going to be another one.
+    void measureSpeedAnew();
     void startSpeedMeter() {
         speed_ = {};
         downloadedByReplaced_ = 0;

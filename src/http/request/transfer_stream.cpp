@@ -1,6 +1,7 @@
 #include "http/request/transfer_stream.h"
 
 #include <QStringList>
+#include <utility>
 
 #include "http/content/http_input_stream.h"
 #include "http/request/request_state.h"
@@ -70,10 +71,13 @@ void TransferStream::performThrottling() {
     if (readStream_ == nullptr)
         return;
     obey(bandwidth_, Hold::Throttle);
-    if (const auto& own = state_.options.ownBandwidth)
-        obey(*own, Hold::OwnThrottle);
-    else
+    const auto& own = state_.options.ownBandwidth;
+    // The rest that another account wanted: a new one would never end it, for only what comes in
+    // gives it a reason to say anything.
+    if (std::exchange(ownBandwidth_, own) != own || !own)
         letGo(Hold::OwnThrottle);
+    if (own)
+        obey(*own, Hold::OwnThrottle);
 }
 
 void TransferStream::obey(BandwidthAccount& account, Hold reason) {

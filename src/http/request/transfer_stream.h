@@ -73,6 +73,7 @@ private:
     std::shared_ptr<platform::HTTPConnectionIdentity> connection_;
     std::unique_ptr<HTTPInputStream> postBodyReadStream_;
     std::unique_ptr<platform::HTTPReadStream> readStream_;
+    std::shared_ptr<BandwidthAccount> ownBandwidth_;  ///< As last obeyed.
     unsigned holds_ = 0;
     bool readStreamIsScheduled_ = false;
 };

@@ -134,6 +134,10 @@ void AddressPanel::judge(const engine::AddressAnswer& answer) {
 }
 
 void AddressPanel::goOn(const engine::AddressAnswer& answer) {
+    if (!controller_.queue().contains(*download_)) {
+        note_->setText(translated("The download is not in the list any more."));
+        return;
+    }
     if (!app::canChangeAddress(*download_)) {
         note_->setText(translated("The download has gone on by itself meanwhile. Pause it first."));
         return;

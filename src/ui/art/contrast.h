@@ -5,8 +5,9 @@
 
 namespace ui {
 
-/// The least contrast of small texts with what they stand on (WCAG 2.1, 1.4.3).
-inline constexpr double legibleContrast = 4.5;
+/// The least contrast of small texts with what they stand on. WCAG 2.1, 1.4.3 asks for 4.5 on the
+/// screen, where the strokes of small letters are blended with what is behind them.
+inline constexpr double legibleContrast = 5;
 
 /// By how much one colour is lighter than the other, from 1 to 21 (WCAG 2.1). Both opaque.
 [[nodiscard]] double contrast(const QColor& a, const QColor& b);

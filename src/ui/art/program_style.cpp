@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <QStyleOption>
 
+#include "ui/art/contrast.h"
 #include "ui/art/icons.h"
 #include "ui/art/theme.h"
 
@@ -82,6 +83,19 @@ int ProgramStyle::styleHint(StyleHint hint, const QStyleOption* option, const QW
         return 0;
     }
     return QProxyStyle::styleHint(hint, option, widget, returned);
+}
+
+/// The toolkit's own is too light for white letters.
+QPalette ProgramStyle::standardPalette() const {
+    QPalette palette = QProxyStyle::standardPalette();
+    if (isToolkits()) {
+        for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+            palette.setColor(group, QPalette::Highlight,
+                             legible(palette.color(group, QPalette::Highlight), Qt::black,
+                                     {palette.color(group, QPalette::HighlightedText)}));
+        }
+    }
+    return palette;
 }
 
 QIcon ProgramStyle::standardIcon(StandardPixmap standardIcon, const QStyleOption* option,

@@ -19,6 +19,7 @@ public:
                      const QWidget* widget) const override;
     [[nodiscard]] int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                                 QStyleHintReturn* returned) const override;
+    [[nodiscard]] QPalette standardPalette() const override;
     [[nodiscard]] QIcon standardIcon(StandardPixmap standardIcon, const QStyleOption* option,
                                      const QWidget* widget) const override;
 

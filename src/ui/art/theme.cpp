@@ -25,7 +25,7 @@ QPalette darkPalette() {
     set(QPalette::BrightText, 0xffffff, 0xffffff);
     set(QPalette::ToolTipBase, 0x3a3d42, 0x3a3d42);
     set(QPalette::ToolTipText, 0xeceff1, 0xeceff1);
-    set(QPalette::Highlight, 0x2f7fd0, 0x4a4e54);
+    set(QPalette::Highlight, 0x2870b8, 0x4a4e54);
     set(QPalette::HighlightedText, 0xffffff, 0xc0c4c8);
     set(QPalette::Link, 0x6db3f2, 0x6d7278);
     set(QPalette::LinkVisited, 0xb48ee8, 0x6d7278);

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QShortcut>
 #include <QStyle>
+#include <QStyledItemDelegate>
 #include <QTableView>
 #include <QToolButton>
 #include <chrono>
@@ -33,6 +34,18 @@ namespace {
 /// From here on there is room for the curve beside the facts.
 constexpr int wideEnough = 560;
 constexpr auto commandProperty = "command";
+
+/// As much room after a line of one row as after one of several.
+class RoomyDelegate final : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
+                                 const QModelIndex& index) const override {
+        constexpr int room = 4;
+        return QStyledItemDelegate::sizeHint(option, index) + QSize(0, room);
+    }
+};
 
 /// One stop of the keyboard, whose lines the arrow keys walk through.
 QTableView* makeTable(QAbstractItemModel& model, const QString& name, QWidget* parent) {
@@ -135,6 +148,7 @@ void DetailsPane::addCommand(Command command, const QString& text) {
 void DetailsPane::makeTables() {
     facts_ = makeTable(*factsModel_, u"facts"_s, contents_);
     facts_->setAccessibleName(translated("Facts"));
+    facts_->setItemDelegate(new RoomyDelegate(facts_));
     facts_->horizontalHeader()->hide();
     facts_->horizontalHeader()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
     facts_->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);

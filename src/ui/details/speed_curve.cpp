@@ -66,7 +66,7 @@ void SpeedCurve::setRates(std::vector<double> rates) {
     highest_ = roundedUp(fastest);
     setToolTip(
         rates_.empty()
-            ? translated("Nothing has come in the last minutes")
+            ? translated("Nothing has come in the last minutes of this run")
             : translated("%1 now, %2 at most").arg(rateText(rates_.back()), rateText(fastest)));
     setAccessibleName(translated("Speed over the last minutes") + u": "_s + toolTip());
     update();
@@ -80,7 +80,7 @@ void SpeedCurve::paintEvent(QPaintEvent*) {
     if (rates_.empty()) {
         painter.setPen(noteColor(palette()));
         painter.drawText(frame, Qt::AlignCenter | Qt::TextWordWrap,
-                         translated("Nothing has come in the last minutes"));
+                         translated("Nothing has come in the last minutes of this run"));
         return;
     }
     const int text = painter.fontMetrics().height();

@@ -109,6 +109,7 @@ void DQDownloadList::restoreCurrentRow(const engine::DQDownload* download) {
 void DQDownloadList::scrollToSelection() {
     const QModelIndexList selected = selectionModel()->selectedIndexes();
     if (!selected.isEmpty()) {
+        updateGeometries();  // The view may have been resized a moment ago.
         scrollTo(*std::min_element(selected.begin(), selected.end()), EnsureVisible);
     }
 }

@@ -5,6 +5,8 @@
 #include <algorithm>
 
 #include "app/main_controller.h"
+#include "platform/base/user_defaults.h"
+#include "ui/settings.h"
 #include "ui/text.h"
 #include "ui/window/clipboard.h"
 #include "ui/window/url_panel.h"
@@ -50,6 +52,13 @@ void AddressEntry::openURLPanelWithString(const QString& text, const QString& no
         openURLPanel = std::make_unique<URLPanel>(controller_, window_);
     }
     openURLPanel->openWithString(text, note);
+}
+
+void AddressEntry::openUnfinished() {
+    const QString text = controller_.surroundings().defaults.get(settings::unfinishedAddresses);
+    if (!text.isEmpty() && !openURLPanel) {
+        openURLPanelWithString(text, translated("These addresses have not been added yet."));
+    }
 }
 
 void AddressEntry::openURLFromPasteboard() {

@@ -25,6 +25,8 @@ public:
     /// The panel, with the addresses that the clipboard holds, if any.
     void openURL();
     void openURLPanelWithString(const QString& text, const QString& note = {});
+    /// The panel with what it held when the program ended, if anything.
+    void openUnfinished();
     /// Takes in what the clipboard holds, or shows it in the panel to be corrected.
     void openURLFromPasteboard();
     void openFile();

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDialog>
 #include <QDropEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -41,6 +42,7 @@
 #include "ui/window/pasteboard_contents.h"
 #include "ui/window/rubber_window.h"
 #include "ui/window/scope_bar.h"
+#include "ui/window/unfinished_entry.h"
 #include "ui/window/window_commands.h"
 #include "ui/window/window_frame.h"
 
@@ -72,12 +74,16 @@ MainWindow::MainWindow(app::Commands& commands)
     rubber_ = std::make_unique<RubberWindow>(*this, *downloadList, defaults);
     connect(details_, &DetailsSplitter::arrangementChanged, downloadList,
             &DQDownloadList::contentHeightChanged);
+    connect(details_, &DetailsSplitter::arrangementChanged, downloadList,
+            &DQDownloadList::scrollToSelection);
     clipboardWatch_ = std::make_unique<ClipboardWatch>(controller_, defaults, *notices_);
     observation_ = defaults.observe([this, &defaults](const QString& key) {
         if (key == app::settings::toolbarFilterCriterion.name()) {
             toolbarFilterScopeBar->select(defaults.get(app::settings::toolbarFilterCriterion));
         }
     });
+    connect(qGuiApp, &QGuiApplication::commitDataRequest, this,
+            [this] { isSessionEnding_ = true; });
     downloadList->setFocus();
     updateStatus();
     offerUndo(controller_.lastRemoval());
@@ -251,12 +257,32 @@ void MainWindow::showContextMenu(int row, const QPoint& position) {
 void MainWindow::changeEvent(QEvent* event) {
     if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
         controller_.windowWasSeen();
+        entry_->openUnfinished();
     }
     QMainWindow::changeEvent(event);
 }
 
+/// What is being entered would go with the window, and with the program at the latest.
+bool MainWindow::isHeldOpen() {
+    constexpr int noticeMilliseconds = 6000;
+    QDialog* entry = isSessionEnding_ ? nullptr : unfinishedEntry(*this);
+    if (entry == nullptr) {
+        return false;
+    }
+    entry->show();
+    entry->raise();
+    entry->activateWindow();
+    statusBar()->showMessage(translated("Not closed: “%1” is still open").arg(entry->windowTitle()),
+                             noticeMilliseconds);
+    return true;
+}
+
 void MainWindow::closeEvent(QCloseEvent* event) {
     frame_->save();
+    if (isHeldOpen()) {
+        event->ignore();
+        return;
+    }
     const bool closes = controller_.lifecycle().windowShouldClose();
     event->setAccepted(closes && !frame_->isFading());
 }

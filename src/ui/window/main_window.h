@@ -64,6 +64,7 @@ private:
     void setFilterText(const QString& text);
     void updateStatus();
     void showAdded(const std::vector<std::shared_ptr<engine::DQDownload>>& downloads);
+    [[nodiscard]] bool isHeldOpen();
     void offerUndo(const QString& removed);
     void showKnown(const std::vector<std::shared_ptr<engine::DQDownload>>& downloads);
     void showContextMenu(int row, const QPoint& position);
@@ -87,6 +88,7 @@ private:
     std::unique_ptr<RubberWindow> rubber_;
     std::unique_ptr<ClipboardWatch> clipboardWatch_;
     QTimer toolbarUpdate_;
+    bool isSessionEnding_ = false;
     QElapsedTimer lastHand_;  ///< Since the user selected or scrolled.
     platform::Observation observation_;
 };

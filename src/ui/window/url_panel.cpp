@@ -4,6 +4,7 @@
 #include <QDialogButtonBox>
 #include <QFontDatabase>
 #include <QFormLayout>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -17,6 +18,7 @@
 #include "engine/record/checksum.h"
 #include "platform/base/user_defaults.h"
 #include "ui/rules/folder_selector.h"
+#include "ui/settings.h"
 #include "ui/text.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -56,8 +58,33 @@ URLPanel::URLPanel(app::DQMainController& controller, QWidget& window)
     look_.setSingleShot(true);
     look_.setInterval(150ms);
     connect(&look_, &QTimer::timeout, this, &URLPanel::look);
+    letTextSurviveTheEnd();
     resetChoices();
     look();
+}
+
+/// Until it was added or cancelled. The display may go before the program does.
+void URLPanel::letTextSurviveTheEnd() {
+    const auto end = [this] {
+        if (isVisible())
+            keepText(openURLTextView->toPlainText());
+        defaults_.synchronize();
+        isEnding_ = true;
+    };
+    connect(this, &QDialog::finished, this, [this] { keepText({}); });
+    connect(&controller_, &app::DQMainController::terminated, this, end);
+    connect(qGuiApp, &QGuiApplication::commitDataRequest, this, end);
+}
+
+void URLPanel::keepText(const QString& text) {
+    // Settings are written whole; who enters more than this has it in a file.
+    constexpr qsizetype mostKept = 1'000'000;
+    if (isEnding_)
+        return;
+    if (text.trimmed().isEmpty() || text.size() > mostKept)
+        defaults_.removeObject(settings::unfinishedAddresses.name());
+    else
+        defaults_.set(settings::unfinishedAddresses, text);
 }
 
 void URLPanel::makeText() {
@@ -119,17 +146,25 @@ void URLPanel::openWithString(const QString& text, const QString& note) {
     if (!isVisible())
         resetChoices();
     openURLTextView->setPlainText(adds ? present + u'\n' + text : text);
-    openURLTextView->selectAll();
+    openURLTextView->document()->setModified(true);  // Nowhere else, as what is typed.
+    isEnding_ = false;
+    // A proposal is typed over, what somebody wrote is not.
+    if (note.isEmpty())
+        openURLTextView->selectAll();
+    else
+        openURLTextView->moveCursor(QTextCursor::End);
     openURLTextView->setFocus();
     note_->setText(note);
     note_->setVisible(!note.isEmpty());
-    look();
     show();
+    look();
     raise();
     activateWindow();
 }
 
 void URLPanel::look() {
+    if (isVisible())
+        keepText(openURLTextView->toPlainText());
     found_ = app::textPreview(openURLTextView->toPlainText(), controller_.downloads(), defaults_);
     preview_->setText(app::previewText(found_));
     const bool mayHaveChecksum = found_.only.has_value();

@@ -39,6 +39,8 @@ public:
     void openWithString(const QString& text, const QString& note = {});
 
 private:
+    void keepText(const QString& text);
+    void letTextSurviveTheEnd();
     void makeText();
     QWidget* makeChoices();
     QWidget* makeButtons();
@@ -61,6 +63,7 @@ private:
     QLabel* checksumNote_;
     QPushButton* accept_ = nullptr;
     app::TextPreview found_;
+    bool isEnding_ = false;  ///< Closed by the program's end and not by the user.
     QTimer look_;
 };
 
