@@ -68,7 +68,7 @@ class ExtensionTests:
         # Browsers draw a frame only when it is in sight.
         wait_until(lambda: self.browser.evaluate(self.page, """() => {
             document.getElementById("frame").scrollIntoView({ block: "center" });
-            return document.body.dataset.hasFrame; }"""), what="the frame")
+            return document.body.dataset.shown; }"""), what="the frame")
         self.browser.click_in_frame(self.page, "frame")
         self.assert_in_orlop("frame.bin")
         address = self.site.url("/page?visitor=private")

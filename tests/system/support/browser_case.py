@@ -89,7 +89,8 @@ class BrowserCase(unittest.TestCase):
                       if size and not name.endswith((".crdownload", ".part")))
 
     def assert_in_orlop(self, *names):
-        wait_until(lambda: set(names) <= set(self.in_orlop()), what=f"{names} in Orlop")
+        wait_until(lambda: set(names) <= set(self.in_orlop()), what=lambda:
+                   f"{names} in Orlop, while the browser has {self.browser.downloads()},")
         for name in names:
             self.assertEqual((self.home.downloads / name).read_bytes(), content(name), name)
         wait_until(lambda: not self.browser.unsettled(), what="the settling")

@@ -125,13 +125,25 @@ class Chromium(Browser):
     def click(self, page, element, leaves=False):
         """As a person does, with the pointer, on what has that id; `leaves` with the key held that
         leaves a download to the browser."""
-        x, y = self.evaluate(page, PLACE, element)
-        session = self.session(page)
+        place = self.evaluate(page, PLACE, element)
         for kind in "mouseMoved", "mousePressed", "mouseReleased":
-            self.call("Input.dispatchMouseEvent", session, type=kind, x=x, y=y, button="left",
-                      clickCount=1, modifiers=ALT if leaves else 0)
+            self._send_mouse(page, place, kind, modifiers=ALT if leaves else 0)
 
-    click_in_frame = click
+    def click_in_frame(self, page, frame):
+        """The link that fills the frame of that id. A frame of another site is drawn by a process of
+        its own, and gets no clicks until the browser knows where it lies."""
+        place = self.evaluate(page, PLACE, frame)
+
+        def is_pointed_at():
+            self._send_mouse(page, place, "mouseMoved")
+            return self.evaluate(page, "() => document.body.dataset.pointed")
+        wait_until(is_pointed_at, what="the pointer in the frame")
+        for kind in "mousePressed", "mouseReleased":
+            self._send_mouse(page, place, kind)
+
+    def _send_mouse(self, page, place, kind, modifiers=0):
+        self.call("Input.dispatchMouseEvent", self.session(page), type=kind, x=place[0], y=place[1],
+                  button="left", clickCount=1, modifiers=modifiers)
 
     def _worker(self):
         return next((one["targetId"] for one in self.targets()

@@ -41,7 +41,8 @@ class Handler(BaseHTTPRequestHandler):
         """Of another site within the page; its cookie counts only there."""
         name, = [name for name in self.server.names if name.startswith("frame")]
         self._send(200, f"<a style='position:fixed;inset:0' href='/framed/{name}'>{name}</a>"
-                   "<script>requestAnimationFrame(() => requestAnimationFrame(() => "
+                   "<script>onmousemove = () => parent.postMessage('pointed', '*');"
+                   "requestAnimationFrame(() => requestAnimationFrame(() => "
                    "parent.postMessage('shown', '*')))</script>".encode(), Content_Type="text/html",
                    Set_Cookie="framed=1; SameSite=None; Secure; Partitioned; Path=/")
 
@@ -68,7 +69,7 @@ class Handler(BaseHTTPRequestHandler):
                 "<img src='/open/picture.png' alt='<b>not bold</b>'>")
         body = ("<!DOCTYPE html><meta charset='utf-8'><title>Site &lt;b&gt;</title>" + links + forms
                 + blob + f"<iframe id='frame' src='http://localhost:{self.server.server_port}/frame'>"
-                "</iframe><script>onmessage = () => { document.body.dataset.hasFrame = 1 }</script>"
+                "</iframe><script>onmessage = ({ data }) => { document.body.dataset[data] = 1 }</script>"
                 ).encode()
         cookie = f"visitor={visitor}" if visitor else COOKIE
         self._send(200, body, Content_Type="text/html; charset=utf-8", Set_Cookie=cookie + "; Path=/")
