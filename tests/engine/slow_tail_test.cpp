@@ -129,6 +129,15 @@ protected:
         });
     }
 
+    /// All but the one that stops have ended.
+    [[nodiscard]] bool waitForTheOthers(DQDownload& download) {
+        return main.waitUntil([&] {
+            const auto parts = download.transfer().parts();
+            return std::ranges::count(parts, State::Done, &RunningPart::state) ==
+                   std::ssize(parts) - 1;
+        });
+    }
+
     const QByteArray body = patternedBytes(1'000'003);
 };
 
@@ -139,6 +148,7 @@ TEST_F(SharedPartsTest, PartThatStopsIsTakenOverByThoseThatAreDone) {
         const auto download = add();
         download->startDownload();
         ASSERT_TRUE(waitForBytes(*download, 790'000));
+        ASSERT_TRUE(waitForTheOthers(*download));
         main.advance(1);  // It may have been the last to be answered.
         // What is left for the one that stopped.
         ASSERT_TRUE(waitForBytes(*download, body.size() - 40'000));
@@ -165,6 +175,7 @@ TEST_F(SharedPartsTest, ConnectionThatIsFreeLooksAgainForAPartToShare) {
     const auto download = add();
     download->startDownload();
     ASSERT_TRUE(waitForBytes(*download, 790'000));
+    ASSERT_TRUE(waitForTheOthers(*download));
     main.advance(1);
     EXPECT_EQ(download->transfer().parts().size(), 4u);
     set(settings::accelerationSharesSlowParts, true);
@@ -184,12 +195,7 @@ TEST_F(SharedPartsTest, ResumeFindsThePartsAsTheyWereShared) {
         const QVariant old = archiveOfFractions(
             splitIntoFractions(body.size(), 20'000, 4, download->intermediateDownloadTargetPath()));
         ASSERT_TRUE(waitForBytes(*download, body.size() - 40'000));
-        // Nothing is under way any more.
-        ASSERT_TRUE(main.waitUntil([&] {
-            const auto parts = download->transfer().parts();
-            return std::ranges::count(parts, State::Done, &RunningPart::state) ==
-                   std::ssize(parts) - 1;
-        }));
+        ASSERT_TRUE(waitForTheOthers(*download));
         const qint64 had = download->transfer().figures().total();
         download->pause();
         download = restarted(download);

@@ -35,8 +35,8 @@ class LogWindowTest(WindowTest):
                    "the lines that are not for debugging")
         self.shoot("without-debug")
         self.desktop.key("ctrl+s")
-        wait_until(lambda: any(node.role in ("dialog", "file chooser")
-                               for node in self.desktop.nodes()), 30, "the question where to")
+        wait_until(lambda: self.dialogs() and self.dialogs()[-1].has_focus(), 30,
+                   "the question where to")
         saved = self.home.root / "saved.plist"
         self.desktop.key("ctrl+a")
         self.desktop.type(str(saved))
@@ -50,16 +50,18 @@ class LogWindowTest(WindowTest):
         self.desktop.key("ctrl+w")
         self.desktop.wait_until_gone("list", "Log Lines")
 
+    def dialogs(self):
+        return [node for node in self.desktop.nodes() if node.role in ("dialog", "file chooser")]
+
     def test_a_report_is_what_was_shown(self):
         self.use("report")
         self.start(self.server.url("/status/404"))
         self.wait_for_first_rows("404.html")
         self.desktop.menu("Help", "Report a Problem...")
-        self.desktop.wait_for("dialog", "Report a Problem")
+        self.desktop.wait_for_dialog("Report a Problem")
         self.shoot("shown")
         self.desktop.key("Return")
-        wait_until(lambda: len([node for node in self.desktop.nodes()
-                                if node.role in ("dialog", "file chooser")]) > 1, 30,
+        wait_until(lambda: len(self.dialogs()) > 1 and self.dialogs()[-1].has_focus(), 30,
                    "the question where to")
         self.desktop.key("Return")
         path = self.home.root / "orlop-report.tar.gz"

@@ -49,8 +49,7 @@ class ManualWindowTest(WindowTest):
         self.desktop.key("Return")
         wait_until(lambda: self.setting("Reveal By Launching") is True, 30, "the setting")
         self.desktop.wait_until_gone("push button", "Revert to (No Value)")
-        wait_until(lambda: any("focused" in node.states for node in self.desktop.nodes()), 30,
-                   "the link with the focus")
+        self.desktop.wait_for_focus()
         self.desktop.key("Return")
         wait_until(lambda: any("That didn't do anything" in node.name
                                for node in self.desktop.nodes()), 30, "the second answer")

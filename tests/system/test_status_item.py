@@ -51,10 +51,6 @@ class StatusItemTest(SystemTest):
     def window(self):
         return self.desktop.find("frame", "Orlop")
 
-    def wait_for_focus(self):
-        wait_until(lambda: any("focused" in node.states for node in self.desktop.nodes()), 30,
-                   "the window with the focus")
-
     def wait_for_absence(self):
         """The log says once that no panel shows the item."""
         wait_until(lambda: ABSENCE in self.home.log_text(), 30, "the line in the log")
@@ -71,7 +67,7 @@ class StatusItemTest(SystemTest):
         self.do(item, "Activate")
         # Menus without a window are not told to assistive technologies.
         wait_until(lambda: self.desktop.key("d") or self.window(), 30, "what D in the menu opens")
-        self.wait_for_focus()
+        self.desktop.wait_for_focus()
         self.desktop.key("ctrl+w")
         self.desktop.wait_until_gone("frame", "Orlop")
         self.assertEqual(self.home.log_text().count(ABSENCE), 0)
@@ -139,7 +135,7 @@ class StatusItemTest(SystemTest):
         partner.hear("done 1")
         wait_until(lambda: "dropped.bin" in str(self.home.queued_addresses()), 30, "the download")
         # By a click as well.
-        self.wait_for_focus()
+        self.desktop.wait_for_focus()
         self.desktop.key("ctrl+w")
         self.desktop.wait_until_gone("frame", "Orlop")
         self.desktop.click(target)
@@ -161,7 +157,7 @@ class StatusItemTest(SystemTest):
     def test_the_drop_target_keeps_out_of_the_way_of_what_fills_the_screen(self):
         self.start("-Drop Target", 1)
         self.desktop.wait_for("filler", TARGET)
-        self.wait_for_focus()
+        self.desktop.wait_for_focus()
         self.desktop.key("F11")
         self.desktop.wait_until_gone("filler", TARGET)
         self.desktop.key("F11")

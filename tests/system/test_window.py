@@ -52,8 +52,7 @@ class WindowTest(SystemTest):
     def start(self, *addresses):
         program = self.home.start(*self.arguments, *addresses, program=PROGRAM,
                                   environment=self.desktop.environment)
-        wait_until(lambda: any("focused" in node.states for node in self.desktop.nodes()), 30,
-                   "the window with the focus")
+        self.desktop.wait_for_focus()
         return program
 
     def wait_for_first_rows(self, *names):
@@ -162,7 +161,7 @@ class WholeUseTest(WindowTest):
 
     def enter_addresses(self):
         self.desktop.key("ctrl+n")
-        panel = self.desktop.wait_for("dialog", "Add Addresses")
+        panel = self.desktop.wait_for_dialog("Add Addresses")
         self.desktop.key("ctrl+a")
         self.desktop.type(self.server.url("/status/404"))
         self.desktop.key("Return")
@@ -178,7 +177,7 @@ class WholeUseTest(WindowTest):
         before = self.rows()
         self.desktop.hold("shift")
         partner = self.drag_in("unwanted.txt")
-        self.desktop.wait_for("dialog", "Choose Folder")
+        self.desktop.wait_for_dialog("Choose Folder")
         # Not before: what is dropped is asked of it afterwards.
         partner.end()
         self.desktop.let_go("shift")
@@ -240,7 +239,7 @@ class WholeUseTest(WindowTest):
 
     def define_rule(self):
         self.desktop.click(self.desktop.wait_for("push button", "Define Rule..."))
-        editor = self.desktop.wait_for("dialog", "Define Rule")
+        editor = self.desktop.wait_for_dialog("Define Rule")
         self.desktop.type("127.0.0.1")
         self.desktop.key("Tab")
         self.desktop.type("iso")

@@ -41,6 +41,10 @@ class Disk:
         try:
             with open(self.image, "wb") as file:
                 file.truncate(400 << 20)
+            # A sandbox that another test starts has all mounts as well: what we unmount must go
+            # there too, or the next mount finds the file system that was shut down.
+            do("mount", "--bind", self.folder, self.folder)
+            do("mount", "--make-shared", self.folder)
             do(*MAKERS[kind], self.image)
             # The same one all the time: two of one file would not know of each other's writes.
             self.device = do("losetup", "--find", "--show", self.image)
@@ -67,7 +71,8 @@ class Disk:
         self.mount()
 
     def close(self):
-        for words in ("umount", "-l", self.root), ("losetup", "-d", self.device):
+        for words in (("umount", "-l", self.root), ("losetup", "-d", self.device),
+                      ("umount", "-l", self.folder)):
             subprocess.run(words, capture_output=True, check=False)
         shutil.rmtree(self.folder, ignore_errors=True)
 

@@ -22,6 +22,15 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace platform {
 
+namespace {
+
+/// The kernel takes some fifteen milliseconds to let go of a folder that it was to watch, for which
+/// the end of a program that has little to do would wait.
+constexpr int looksBeforeNotices = 10;
+constexpr Seconds timeBetweenLooks = 0.1;
+
+}  // namespace
+
 class UserDefaults::Private {
 public:
     Private(QString folder, const QString& domain, RunLoop* loop)
@@ -90,6 +99,7 @@ private:
     QSet<QString> unannounced_;
     std::optional<Later> later_;  ///< None without a run loop.
     std::map<QString, std::unique_ptr<UserDefaults>> suites_;
+    int looks_ = 0;  ///< Taken by itself since the loop runs.
     std::unique_ptr<QSocketNotifier> notifier_;
 };
 
@@ -196,9 +206,17 @@ void UserDefaults::Private::registerDefaults(const QVariantMap& values) {
 void UserDefaults::Private::watch() {
     if (QAbstractEventDispatcher::instance() == nullptr)
         return;
-    const int notice = file_.startNotice();
-    if (notice < 0)
+    if (looks_ < looksBeforeNotices) {
+        ++looks_;
+        reloadIfNoticed();
+        later_->watching.start(timeBetweenLooks, [this] { watch(); });
         return;
+    }
+    const int notice = file_.startNotice();
+    if (notice < 0) {
+        looks_ = 0;  // Each reading looks again.
+        return;
+    }
     notifier_ = std::make_unique<QSocketNotifier>(notice, QSocketNotifier::Read);
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
                      [this] { reloadIfNoticed(); });
@@ -209,7 +227,7 @@ void UserDefaults::Private::watch() {
 /// Where the run loop hears of changes nothing is asked of the system here: settings are read
 /// hundreds of times for each download.
 void UserDefaults::Private::refresh() {
-    if (notifier_ == nullptr && std::this_thread::get_id() == thread_)
+    if (looks_ == 0 && std::this_thread::get_id() == thread_)
         reloadIfNoticed();
 }
 

@@ -21,7 +21,7 @@ constexpr qsizetype pauseAt = 1024 * 1024;
 /// ... until no more than this is left.
 constexpr qsizetype resumeAt = 256 * 1024;
 /// Turns in which bytes go on arriving, before an unfinished block is handed out.
-constexpr int mostDeferrals = 8;
+constexpr int mostDeferrals = 32;
 constexpr int mostEventsInTurn = 16;
 
 }  // namespace
@@ -314,6 +314,8 @@ bool HTTPReadStream::Private::hasNews() const {
 
 bool HTTPReadStream::Private::settle(bool isQuiet) {
     updatePause();
+    if (buffer.hasWholeBlock())
+        noteFlow();
     const bool isDue =
         isQuiet || isEnded_ || buffer.hasWholeBlock() || ++deferrals_ > mostDeferrals;
     if (!isDue)

@@ -15,6 +15,9 @@ namespace platform {
 
 namespace {
 
+/// As long as a fast stream's bytes may gather in the socket, which holds some megabytes.
+constexpr auto gatheringTime = std::chrono::microseconds(500);
+
 void takeOut(std::vector<DrivenExchange*>& list, DrivenExchange* transfer) {
     std::replace(list.begin(), list.end(), transfer, static_cast<DrivenExchange*>(nullptr));
 }
@@ -96,10 +99,27 @@ void NetworkLoop::Private::poll() {
     for (const DescriptorWatch* watch : watches_)
         polled_.push_back({watch->descriptor_, POLLIN, 0});
     curl_.appendSockets(polled_);
-    if (::poll(polled_.data(), polled_.size(), pollTimeout()) < 0)
+    int found = ::poll(polled_.data(), polled_.size(), pollTimeout());
+    if (found == 0 && isFlowing()) {
+        std::this_thread::sleep_for(gatheringTime);
+        found = ::poll(polled_.data(), polled_.size(), 0);
+    }
+    if (found < 0)
         for (pollfd& descriptor : polled_)
             descriptor.revents = 0;
     drainWakeEvent();
+}
+
+/// Something has just come in of a stream that is faster than one block in a while. Without a rest
+/// the thread would be woken for each few kilobytes of it.
+bool NetworkLoop::Private::isFlowing() const {
+    constexpr auto aWhile = std::chrono::milliseconds(20);
+    if (settling_.empty())
+        return false;
+    const auto since = std::chrono::steady_clock::now() - aWhile;
+    return std::any_of(settling_.begin(), settling_.end(), [&](const DrivenExchange* transfer) {
+        return transfer != nullptr && transfer->flowedAt_ >= since;
+    });
 }
 
 /// Before what was posted is looked at: a later post wakes the next poll.

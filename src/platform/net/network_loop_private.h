@@ -3,6 +3,7 @@
 #include <poll.h>
 
 #include <atomic>
+#include <chrono>
 #include <memory>
 #include <thread>
 #include <unordered_set>
@@ -34,9 +35,14 @@ public:
     /// The loop is going away, and the handle must be off it afterwards.
     virtual void loopEnds() = 0;
 
+protected:
+    /// A whole block has come: for a while the loop lets bytes gather before it looks again.
+    void noteFlow() { flowedAt_ = std::chrono::steady_clock::now(); }
+
 private:
     friend class NetworkLoop::Private;
     std::uint64_t arrivalTurn_ = 0;
+    std::chrono::steady_clock::time_point flowedAt_{};
     bool isSettling_ = false;
     bool isReady_ = false;
 };
@@ -81,6 +87,7 @@ public:
 private:
     [[nodiscard]] int pollTimeout() const;
     void poll();
+    [[nodiscard]] bool isFlowing() const;
     void drainWakeEvent();
     void callWatches();
     void collectEnded();

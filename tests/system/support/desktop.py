@@ -37,6 +37,9 @@ class Node:
         for child in self.children:
             yield from child.all()
 
+    def has_focus(self):
+        return any("focused" in node.states for node in self.all())
+
 
 class Talker:
     """A program that says on its standard output what happens."""
@@ -172,6 +175,16 @@ class Desktop:
     def wait_for(self, role, name=None):
         return wait_until(lambda: self.find(role, name), 30, f"{role} {name!r}")
 
+    def wait_for_dialog(self, name):
+        """Until keys go to it."""
+        return wait_until(lambda: next((node for node in self.nodes() if node.role == "dialog"
+                                        and node.name == name and node.has_focus()), None),
+                          30, f"dialog {name!r}")
+
+    def wait_for_focus(self):
+        """Keys go to the program."""
+        wait_until(lambda: any(node.has_focus() for node in self.nodes()), 30, "the focus")
+
     def wait_until_gone(self, role, name=None):
         wait_until(lambda: not self.find(role, name), 30, f"the end of {role} {name!r}")
 
@@ -199,6 +212,9 @@ class Desktop:
 
     def click(self, what):
         self._xdotool("mousemove", *self._place(what), "click", 1)
+
+    def turn_wheel_down(self, what, notches):
+        self._xdotool("mousemove", *self._place(what), "click", "--repeat", notches, 5)
 
     def press(self, what):
         self._xdotool("mousemove", *self._place(what), "mousedown", 1)
