@@ -52,7 +52,8 @@ target_compile_options(orlop_conventions INTERFACE
     -Wall -Wextra -Wconversion -Wshadow -pthread $<$<BOOL:${ORLOP_WERROR}>:-Werror>)
 if(CMAKE_UNITY_BUILD)
     # What they say of a source does not hold where others stand before it.
-    target_compile_options(orlop_conventions INTERFACE -Wno-shadow -Wno-subobject-linkage)
+    target_compile_options(orlop_conventions INTERFACE -Wno-shadow
+                           $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
 endif()
 target_compile_definitions(orlop_conventions INTERFACE
     QT_NO_KEYWORDS QT_NO_FOREACH QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII

@@ -39,7 +39,8 @@ bool SumReader::read(qint64 end, const std::atomic<bool>& isCancelled) {
     QByteArray buffer(hasFailed_ ? 0 : std::min(blockSize, end - offset_), Qt::Uninitialized);
     while (!hasFailed_ && offset_ < end) {
         const qint64 most = std::min<qint64>(buffer.size(), end - offset_);
-        const ssize_t got = isCancelled ? 0 : ::read(file_.get(), buffer.data(), most);
+        const ssize_t got =
+            isCancelled ? 0 : ::read(file_.get(), buffer.data(), static_cast<std::size_t>(most));
         if (got < 0 && errno == EINTR)
             continue;
         if (got > 0) {
