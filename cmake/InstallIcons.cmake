@@ -3,7 +3,6 @@
 set(icons "${CMAKE_INSTALL_DATADIR}/icons/hicolor")
 set(pictures "${CMAKE_BINARY_DIR}/icons")
 add_executable(orlop_render_icon "${CMAKE_CURRENT_LIST_DIR}/render_icon.cpp")
-set_target_properties(orlop_render_icon PROPERTIES AUTOMOC OFF)
 target_link_libraries(orlop_render_icon PRIVATE orlop_conventions Qt6::Svg)
 
 function(install_icon drawing context name)

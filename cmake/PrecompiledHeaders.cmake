@@ -15,7 +15,6 @@ set(gui_headers
 function(orlop_precompiled_headers name)
     cmake_parse_arguments(arg "" "" "LINKS;HEADERS" ${ARGN})
     add_library(${name} STATIC "${CMAKE_SOURCE_DIR}/cmake/empty.cpp")
-    set_target_properties(${name} PROPERTIES AUTOMOC OFF)
     target_link_libraries(${name} PRIVATE orlop_conventions ${arg_LINKS})
     target_precompile_headers(${name} PRIVATE ${arg_HEADERS})
 endfunction()

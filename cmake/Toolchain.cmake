@@ -3,7 +3,6 @@ set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
-set(CMAKE_AUTOMOC ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
 set(CMAKE_CXX_FLAGS_DEBUG "-O1 -g1")
 set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
@@ -51,6 +50,11 @@ endif()
 add_library(orlop_conventions INTERFACE)
 target_compile_options(orlop_conventions INTERFACE
     -Wall -Wextra -Wconversion -Wshadow -pthread $<$<BOOL:${ORLOP_WERROR}>:-Werror>)
+if(CMAKE_UNITY_BUILD)
+    # What they say of a source does not hold where others stand before it.
+    target_compile_options(orlop_conventions INTERFACE -Wno-shadow
+                           $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+endif()
 target_compile_definitions(orlop_conventions INTERFACE
     QT_NO_KEYWORDS QT_NO_FOREACH QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
     QT_NO_CAST_FROM_BYTEARRAY QT_NO_CONTEXTLESS_CONNECT

@@ -28,7 +28,7 @@ std::optional<std::int64_t> parsedSpan(const QString& text) {
     return count * unit->second;
 }
 
-class Parser {
+class ArgumentParser {
 public:
     LogRequest parse(QStringList arguments) {
         if (arguments.isEmpty())
@@ -125,7 +125,7 @@ bool LogRequest::wants(const structured::FlatObject& line) const {
 }
 
 LogRequest parsedLogArguments(const QStringList& arguments) {
-    return Parser().parse(arguments);
+    return ArgumentParser().parse(arguments);
 }
 
 const char* logUsage() {

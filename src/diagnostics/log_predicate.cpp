@@ -35,9 +35,9 @@ bool isNameCharacter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
 }
 
-class Parser {
+class PredicateParser {
 public:
-    explicit Parser(const QByteArray& text) : text_(text) {}
+    explicit PredicateParser(const QByteArray& text) : text_(text) {}
 
     /// Nothing: see `problem`.
     std::optional<Test> whole() {
@@ -205,7 +205,7 @@ std::variant<LogPredicate, LogPredicate::Problem> LogPredicate::parsed(const QBy
     constexpr qsizetype longest = 64 * 1024;
     if (text.size() > longest)
         return Problem{u"it is too long"_s, longest};
-    Parser parser(text);
+    PredicateParser parser(text);
     auto test = parser.whole();
     if (!test)
         return parser.problem();

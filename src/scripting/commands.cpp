@@ -25,7 +25,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr std::size_t mostWaiting = 100;
+constexpr std::size_t mostWaiters = 100;
 
 QVariantMap dictionary(const QVariant& argument) {
     return qdbus_cast<QVariantMap>(argument);
@@ -266,7 +266,7 @@ void Commands::move(const QVariantList& arguments, const Reply& reply) {
 }
 
 void Commands::waitUntilDone(const QVariantList&, const Reply& reply) {
-    if (waiting_.size() >= mostWaiting) {
+    if (waiting_.size() >= mostWaiters) {
         reply.fail(CommandError::TooMany, u"too many wait already"_s);
         return;
     }

@@ -9,6 +9,7 @@
 #include "engine/record/user_settings.h"
 #include "links/names/safe_file_name.h"
 #include "links/text/localization.h"
+#include "platform/text/ascii.h"
 
 namespace scripting {
 
@@ -224,8 +225,8 @@ Parsed<AddRequest> parsedAddRequest(const QString& address, const QVariantMap& o
 bool isHandOverId(const QString& id) {
     return !id.isEmpty() && id.size() <= longestId &&
            std::all_of(id.begin(), id.end(), [](QChar letter) {
-               return letter.unicode() < 128 && (letter.isLetterOrNumber() || letter == u'.' ||
-                                                 letter == u'_' || letter == u'-');
+               return platform::isAsciiAlphanumeric(letter) || letter == u'.' || letter == u'_' ||
+                      letter == u'-';
            });
 }
 

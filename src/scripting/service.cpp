@@ -22,7 +22,7 @@ namespace {
 
 /// Names of connections are never given twice, so that they pile up.
 constexpr qsizetype mostSenders = 1000;
-constexpr std::size_t mostWaiting = 1000;
+constexpr std::size_t mostWaitingCalls = 1000;
 
 /// The interfaces of the shipped description, without the node around them.
 QString description() {
@@ -110,7 +110,7 @@ bool Service::handleMessage(const QDBusMessage& message, const QDBusConnection&)
         perform(message);
         return true;
     }
-    if (waiting_.size() >= mostWaiting) {
+    if (waiting_.size() >= mostWaitingCalls) {
         Reply(bus_, message).fail(CommandError::TooMany, u"too many wait already"_s);
         return true;
     }

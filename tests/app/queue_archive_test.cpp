@@ -1,6 +1,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include "app/queue/archive_writer.h"
 #include "app/queue/queue_archive.h"
@@ -12,7 +13,6 @@
 #include "engine/lifecycle/kept_aside.h"
 #include "engine/settings.h"
 #include "engine/workers/download_worker_prototype.h"
-#include "support/no_descriptors.h"
 
 using namespace Qt::Literals::StringLiterals;
 namespace keys = engine::keys;
@@ -179,18 +179,14 @@ TEST_F(QueueFile, LeavesAloneWhatItCannotRead) {
     int told = 0;
     QObject::connect(controller.get(), &app::DQMainController::queueFileDamaged, controller.get(),
                      [&](const QString& path) { told += path.isEmpty() ? 1 : 0; });
-    const QByteArray good =
-        platform::writePropertyList(QVariantList{QVariantMap{{keys::url, address(u"a"_s)}}});
-    writeQueue(good);
-    {
-        const support::NoDescriptors none;
-        controller->readQueue();
-    }
+    // To be without descriptors would do as well, but the sanitizers need some themselves.
+    ASSERT_TRUE(QFile::link(queuePath(), queuePath()));
+    controller->readQueue();
     EXPECT_EQ(told, 1);
     add({u"b"_s});
     frontEnd.onConfirm = [](const auto&) { return true; };
     EXPECT_TRUE(controller->shouldQuit());
-    EXPECT_EQ(platform::readFile(queuePath(), 1 << 20).data, good);
+    EXPECT_TRUE(QFileInfo(queuePath()).isSymLink());
 }
 
 /// Killed after the first bytes had come, before the file told of them.

@@ -49,6 +49,25 @@ TEST(Tilde, StandsForTheHomeFolderOnly) {
     EXPECT_EQ(platform::abbreviateWithTilde(home + u"stead/a"_s), home + u"stead/a"_s);
 }
 
+TEST_F(FilesTest, FollowsLinksToWhereAFileIsOrWouldBe) {
+    const QString real = QDir(folder.path()).canonicalPath();
+    ASSERT_TRUE(QDir(real).mkdir(u"deep"_s));
+    ASSERT_TRUE(QFile::link(real + u"/deep"_s, at(u"short"_s)));
+    ASSERT_TRUE(QFile::link(real + u"/deep/later"_s, at(u"dangling"_s)));
+    EXPECT_EQ(platform::resolvedPath(at(u"short/"_s)), real + u"/deep"_s);
+    EXPECT_EQ(platform::resolvedPath(at(u"short/../new/file"_s)), real + u"/new/file"_s);
+    EXPECT_EQ(platform::resolvedPath(at(u"dangling"_s)), real + u"/deep/later"_s);
+    EXPECT_EQ(platform::resolvedPath(u"/nowhere/at all"_s), u"/nowhere/at all"_s);
+    EXPECT_EQ(platform::resolvedPath(u"/"_s), u"/"_s);
+    EXPECT_EQ(platform::resolvedPath(u"short"_s), QString());
+}
+
+TEST_F(FilesTest, LinksInACircleLeadNoFurther) {
+    ASSERT_TRUE(QFile::link(at(u"there"_s), at(u"here"_s)));
+    ASSERT_TRUE(QFile::link(at(u"here"_s), at(u"there"_s)));
+    EXPECT_TRUE(platform::resolvedPath(at(u"here/file"_s)).endsWith(u"here/file"_s));
+}
+
 TEST_F(FilesTest, WritesAtomicallyAndForTheOwnerOnly) {
     const QString path = put(u"a"_s, "old");
     ASSERT_EQ(platform::writeFileAtomically(path, "new"), std::nullopt);

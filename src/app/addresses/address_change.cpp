@@ -18,18 +18,15 @@ using Verdict = engine::AddressAnswer::Verdict;
 
 namespace {
 
-QString sizeText(qint64 bytes) {
-    return links::fileSizeDescriptionWithBytesCount(static_cast<quint64>(bytes));
-}
-
 QString otherFileSentence(const engine::DQDownload& download, const engine::AddressAnswer& answer) {
     const qint64 wanted = engine::knownFile(download.userSettings()).length;
     const bool haveLengths = wanted > 0 && answer.file.length > 0 && wanted != answer.file.length;
     const QString what =
-        haveLengths ? filledFormat(localized("There is another file at this address, of %@ in "
-                                             "place of %@."),
-                                   {sizeText(answer.file.length), sizeText(wanted)})
-                    : localized("There is another file at this address.");
+        haveLengths
+            ? filledFormat(localized("There is another file at this address, of %@ in "
+                                     "place of %@."),
+                           {links::fileSizeText(answer.file.length), links::fileSizeText(wanted)})
+            : localized("There is another file at this address.");
     return what + u' ' +
            localized(
                "What has come so far is of no use for it, and stays until the new file is "

@@ -21,7 +21,7 @@ using links::localized;
 
 namespace {
 
-constexpr std::size_t mostAddresses = 10;
+constexpr std::size_t mostListed = 10;
 
 /// Puts the menu together from top to bottom.
 class ContextMenu {
@@ -93,7 +93,7 @@ private:
 
     void addAddresses() {
         const std::size_t shown =
-            downloads_.size() <= mostAddresses ? downloads_.size() : mostAddresses - 1;
+            downloads_.size() <= mostListed ? downloads_.size() : mostListed - 1;
         for (std::size_t index = 0; index < shown; ++index) {
             menu_.push_back(note(downloads_[index]->originalURLString()));
         }

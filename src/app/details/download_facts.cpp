@@ -33,12 +33,10 @@ QString dateText(const QDateTime& date) {
 }
 
 /// For people and to the byte.
-QString sizeText(qint64 bytes) {
+QString exactSizeText(qint64 bytes) {
     return bytes < 1 ? QString()
-                     : filledFormat(
-                           localized("%@ (%@ bytes)"),
-                           {links::fileSizeDescriptionWithBytesCount(static_cast<quint64>(bytes)),
-                            QLocale().toString(bytes)});
+                     : filledFormat(localized("%@ (%@ bytes)"),
+                                    {links::fileSizeText(bytes), QLocale().toString(bytes)});
 }
 
 /// Puts the facts together from top to bottom.
@@ -94,14 +92,13 @@ private:
 
     void addSizes() {
         const engine::KnownFile known = engine::knownFile(settings_);
-        add(localized("Size"), sizeText(known.length));
+        add(localized("Size"), exactSizeText(known.length));
         if (download_.status() != engine::DQDownloadStatusDone)
-            add(localized("Arrived"), sizeText(heldBytes(download_)));
+            add(localized("Arrived"), exactSizeText(heldBytes(download_)));
         add(localized("Type"), known.mediaType);
         if (const qint64 limit = engine::speedLimitOf(download_); limit > 0)
             add(localized("Speed limit"),
-                filledFormat(localized("%@/s"), {links::fileSizeDescriptionWithBytesCount(
-                                                    static_cast<quint64>(limit))}));
+                filledFormat(localized("%@/s"), {links::fileSizeText(limit)}));
     }
 
     void addDates() {

@@ -135,15 +135,12 @@ const Cause* causeOf(const Error& error, const Error*& found) {
     return nullptr;
 }
 
-QString sizeText(qint64 bytes) {
-    return links::fileSizeDescriptionWithBytesCount(static_cast<quint64>(bytes));
-}
-
 QString progressSentence(const FailureCircumstances& circumstances) {
     if (circumstances.received < 1 || circumstances.expected <= circumstances.received)
         return {};
-    return filledFormat(localized("The server closed the connection after %@ of %@."),
-                        {sizeText(circumstances.received), sizeText(circumstances.expected)});
+    return filledFormat(
+        localized("The server closed the connection after %@ of %@."),
+        {links::fileSizeText(circumstances.received), links::fileSizeText(circumstances.expected)});
 }
 
 QString spaceSentence(const FailureCircumstances& circumstances) {
@@ -153,7 +150,7 @@ QString spaceSentence(const FailureCircumstances& circumstances) {
         return filledFormat(localized("The disk is full: nothing is free on “%@”."),
                             {circumstances.volume});
     return filledFormat(localized("The disk is full: %@ free on “%@”."),
-                        {sizeText(*circumstances.freeBytes), circumstances.volume});
+                        {links::fileSizeText(*circumstances.freeBytes), circumstances.volume});
 }
 
 /// Which proxy, and with which status, only the error's own words say.

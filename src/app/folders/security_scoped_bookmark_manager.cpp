@@ -14,25 +14,13 @@
 #include "links/text/localization.h"
 #include "platform/base/log.h"
 #include "platform/files/document_portal.h"
+#include "platform/files/files.h"
 #include "platform/net/url.h"
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace app {
 namespace {
-
-/// Links resolved, as far as there is something; without a trailing slash.
-QString resolvedPath(const QString& path) {
-    if (!path.startsWith(u'/'))
-        return {};
-    const QString clean = QDir::cleanPath(path);
-    const QString canonical = QFileInfo(clean).canonicalFilePath();
-    if (!canonical.isEmpty() || clean == u"/"_s)
-        return canonical.isEmpty() ? clean : canonical;
-    const QFileInfo missing(clean);
-    const QString parent = resolvedPath(missing.path());
-    return (parent == u"/"_s ? parent : parent + u'/') + missing.fileName();
-}
 
 bool covers(const QString& key, const QString& path) {
     return key == path || path.startsWith(key == u"/"_s ? key : key + u'/');
@@ -89,7 +77,7 @@ DQSecurityScopedBookmarkManager::Access DQSecurityScopedBookmarkManager::confirm
 
 DQSecurityScopedBookmarkManager::Access DQSecurityScopedBookmarkManager::confirmAccess(
     int mode, const QString& path, Panel panel, const QString& explanation) {
-    const QString asked = resolvedPath(path);
+    const QString asked = platform::resolvedPath(path);
     if (asked.isEmpty())
         return {};
     if (sandbox_.canAccess(asked, mode))
@@ -152,7 +140,7 @@ DQSecurityScopedBookmarkManager::Access DQSecurityScopedBookmarkManager::askFor(
 
 bool DQSecurityScopedBookmarkManager::createBookmark(const QString& chosen) {
     const QString host = sandbox_.hostPath(chosen);
-    return createBookmark(chosen, host.isEmpty() ? resolvedPath(chosen) : host);
+    return createBookmark(chosen, host.isEmpty() ? platform::resolvedPath(chosen) : host);
 }
 
 QString DQSecurityScopedBookmarkManager::keepChosenFolder(const QString& chosen) {

@@ -15,7 +15,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 /// Without a limit on their number, a hundred thousand entries take some 60 MB.
-constexpr qint64 maximumFileSize = 1 << 30;
+constexpr qint64 mostBytesOfHistory = 1 << 30;
 
 }  // namespace
 
@@ -32,7 +32,7 @@ HistoryFile::HistoryFile(QString path, platform::Disks& disks, platform::RunLoop
 HistoryFile::~HistoryFile() = default;
 
 QList<HistoryEntry> HistoryFile::read() {
-    const platform::FileContents contents = platform::readFile(path_, maximumFileSize);
+    const platform::FileContents contents = platform::readFile(path_, mostBytesOfHistory);
     if (contents.error && contents.error->is(platform::posixErrorDomain, ENOENT)) {
         return {};
     }
@@ -42,7 +42,7 @@ QList<HistoryEntry> HistoryFile::read() {
         return {};
     }
     const platform::PropertyListResult list =
-        platform::readPropertyList(contents.data, maximumFileSize);
+        platform::readPropertyList(contents.data, mostBytesOfHistory);
     if (list.value.userType() != QMetaType::QVariantList) {
         mayWrite_ = !platform::keepDamagedFileAside(path_).isEmpty();
         return {};

@@ -31,7 +31,7 @@ using links::stringByDeletingLastPathComponent;
 
 namespace {
 
-constexpr qint64 maximumFileSize = 64 << 20;
+constexpr qint64 mostBytesOfFile = 64 << 20;
 
 /// Without links, and the same for every way of writing it. A path that does not exist stays.
 QString canonicalPath(const QString& path) {
@@ -103,7 +103,7 @@ void IntakeRun::openBundle(const platform::Url& url) {
         return;
     }
     const platform::FileContents contents = platform::readFile(
-        links::stringByAppendingPathComponent(container, u"Archive.orlopinfo"_s), maximumFileSize);
+        links::stringByAppendingPathComponent(container, u"Archive.orlopinfo"_s), mostBytesOfFile);
     const QVariant archive = platform::readPropertyList(contents.data).value;
     if (archive.userType() != QMetaType::QVariantMap) {
         platform::log(
@@ -185,7 +185,7 @@ void IntakeRun::openList(const QString& path) {
     }
     readLists_.insert(list);
     const platform::FileContents contents = platform::readFile(
-        surroundings_.queue.context().environment.readablePath(list), maximumFileSize);
+        surroundings_.queue.context().environment.readablePath(list), mostBytesOfFile);
     if (contents.error) {
         platform::log(
             u"cannot read the list of addresses: %1 (%2)"_s.arg(list, contents.error->text));

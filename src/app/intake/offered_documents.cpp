@@ -13,7 +13,7 @@ using links::localized;
 
 namespace {
 
-constexpr std::size_t mostAddresses = 10'000;
+constexpr std::size_t mostOffered = 10'000;
 
 QString number(std::size_t count) {
     return links::stringWithInteger(static_cast<qint64>(count));
@@ -29,7 +29,7 @@ QString inDocument(const QString& path, std::size_t count) {
 
 void OfferedDocuments::add(const QString& path, AddressSource& addresses) {
     const std::size_t before = urls_.size();
-    while (urls_.size() < mostAddresses) {
+    while (urls_.size() < mostOffered) {
         std::optional<platform::Url> url = addresses.next();
         if (!url) {
             break;

@@ -9,7 +9,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr qint64 maximumFileSize = 64 << 20;
+constexpr qint64 mostBytesOfRequest = 64 << 20;
 const auto sourceURLKey = u"DQOBPSourceURL"_s;
 const auto targetPathKey = u"DQOBPTargetPath"_s;
 
@@ -30,7 +30,7 @@ std::optional<RequestFile> requestFileFromData(const QByteArray& data) {
 }
 
 std::optional<RequestFile> readRequestFile(const QString& path) {
-    const platform::FileContents contents = platform::readFile(path, maximumFileSize);
+    const platform::FileContents contents = platform::readFile(path, mostBytesOfRequest);
     return contents.error ? std::nullopt : requestFileFromData(contents.data);
 }
 

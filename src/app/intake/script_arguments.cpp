@@ -3,18 +3,11 @@
 #include <algorithm>
 
 #include "engine/record/user_settings.h"
+#include "platform/text/ascii.h"
 
 namespace app {
 
 using namespace Qt::Literals::StringLiterals;
-
-namespace {
-
-bool isAscii(const QString& text) {
-    return std::all_of(text.begin(), text.end(), [](QChar unit) { return unit.unicode() < 128; });
-}
-
-}  // namespace
 
 bool ScriptArguments::isEmpty() const {
     return toPosixPath.isEmpty() && byPostingData.isEmpty() && !withReferrer &&
@@ -23,7 +16,7 @@ bool ScriptArguments::isEmpty() const {
 
 QVariantMap ScriptArguments::request() const {
     QVariantMap request, headers;
-    if (!byPostingData.isEmpty() && isAscii(byPostingData)) {
+    if (!byPostingData.isEmpty() && platform::isAscii(byPostingData)) {
         request[engine::keys::requestBody] = byPostingData.toLatin1();
         request[engine::keys::requestMethod] = u"POST"_s;
         headers[u"Content-Type"_s] = u"application/x-www-form-urlencoded"_s;

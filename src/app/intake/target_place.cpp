@@ -1,7 +1,6 @@
 #include "app/intake/target_place.h"
 
 #include <QDir>
-#include <QFileInfo>
 #include <QStandardPaths>
 #include <algorithm>
 
@@ -15,28 +14,15 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-/// Links followed as far as there is something.
-QString resolvedPath(const QString& path) {
-    const QString clean = QDir::cleanPath(path);
-    const QFileInfo file(clean);
-    const QString canonical = file.canonicalFilePath();
-    if (!canonical.isEmpty())
-        return canonical;
-    // A link that leads nowhere yet would be followed by whoever writes.
-    if (file.isSymLink())
-        return resolvedPath(file.symLinkTarget());
-    return file.isRoot() ? clean
-                         : QDir::cleanPath(resolvedPath(file.path()) + u'/' + file.fileName());
-}
-
 bool liesIn(const QString& path, const QString& folder) {
     return !folder.isEmpty() &&
            (folder == u"/"_s || path == folder || path.startsWith(folder + u'/'));
 }
 
 bool liesInAny(const QString& path, const QStringList& folders) {
-    return std::ranges::any_of(
-        folders, [&](const QString& folder) { return liesIn(path, resolvedPath(folder)); });
+    return std::ranges::any_of(folders, [&](const QString& folder) {
+        return liesIn(path, platform::resolvedPath(QDir().absoluteFilePath(folder)));
+    });
 }
 
 bool hasHiddenPart(QStringView path) {
@@ -46,7 +32,7 @@ bool hasHiddenPart(QStringView path) {
 
 /// Below the home folder, or the system's root.
 QStringView partBelowHome(const QString& path) {
-    const QString home = resolvedPath(QDir::homePath());
+    const QString home = platform::resolvedPath(QDir::homePath());
     return QStringView(path).sliced(home != u"/"_s && liesIn(path, home) ? home.size() : 0);
 }
 
@@ -70,7 +56,7 @@ QStringList familiarFolders(platform::UserDefaults& defaults, const engine::Rule
     QStringList familiar = generalFolderAndThoseOfRules(defaults, rules.specialCases()) +
                            Folders(defaults).recentDownloadsFolders();
     for (QString& folder : familiar)
-        folder = resolvedPath(platform::expandTilde(folder));
+        folder = platform::resolvedPath(platform::expandTilde(folder));
     return familiar;
 }
 
@@ -78,7 +64,7 @@ TargetPlace placeOfTarget(const QString& target, const QStringList& familiar) {
     const QString expanded = platform::expandTilde(target);
     if (!expanded.startsWith(u'/'))
         return TargetPlace::Risky;
-    const QString path = resolvedPath(expanded);
+    const QString path = platform::resolvedPath(expanded);
     if (path.endsWith(u".desktop"_s, Qt::CaseInsensitive))
         return TargetPlace::Risky;
     for (const QString& folder : familiar) {

@@ -25,7 +25,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr qint64 maximumFileSize = 64 << 20;
+constexpr qint64 mostBytesOfRecord = 64 << 20;
 
 /// The address and the very moment at which the user gave it. Empty: nothing tells it apart.
 QByteArray identity(const QVariantMap& archive) {
@@ -193,7 +193,7 @@ void OrphanedContainers::read(const QString& folder) {
         const QString container = entries.next();
         const platform::FileContents contents = platform::readFile(
             links::stringByAppendingPathComponent(container, QLatin1StringView(metadataName)),
-            maximumFileSize);
+            mostBytesOfRecord);
         const QVariantMap archive =
             migratedArchive(platform::readPropertyList(contents.data).value.toMap(), container);
         containers_.push_back({container, archive});

@@ -26,7 +26,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 /// Our own file, and a long queue must not count as a damaged one: a download takes some 400 bytes.
-constexpr qint64 maximumFileSize = 1 << 30;
+constexpr qint64 mostBytesOfQueue = 1 << 30;
 /// A write is followed by a rest of so many times what it took, so that a long queue whose
 /// downloads end one after another is not written all the time.
 constexpr double restPerWrite = 6;
@@ -78,7 +78,7 @@ QueueArchive::~QueueArchive() {
 
 std::vector<QVariantMap> QueueArchive::read() {
     platform::TemporaryFile::removeStrays(QFile::encodeName(QFileInfo(path_).path()));
-    const platform::FileContents contents = platform::readFile(path_, maximumFileSize);
+    const platform::FileContents contents = platform::readFile(path_, mostBytesOfQueue);
     if (contents.error && contents.error->is(platform::posixErrorDomain, ENOENT)) {
         return {};
     }
@@ -90,7 +90,7 @@ std::vector<QVariantMap> QueueArchive::read() {
         return {};
     }
     const platform::PropertyListResult list =
-        platform::readPropertyList(contents.data, maximumFileSize);
+        platform::readPropertyList(contents.data, mostBytesOfQueue);
     if (list.value.userType() != QMetaType::QVariantList) {
         const QString keptPath = platform::keepDamagedFileAside(path_);
         mayWrite_ = !keptPath.isEmpty();

@@ -135,7 +135,7 @@ QString RemovedDownloads::sentence(const Step& step) const {
     for (const auto& [download, index] : step.places) {
         kept += keptBytes(*download);
     }
-    const QString size = links::fileSizeDescriptionWithBytesCount(static_cast<quint64>(kept));
+    const QString size = links::fileSizeText(kept);
     if (step.places.size() == 1) {
         const QString name = step.places.front().download->displayName();
         return kept > 0

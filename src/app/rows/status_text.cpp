@@ -27,22 +27,17 @@ namespace {
 
 using engine::DQDownload;
 namespace keys = engine::keys;
-namespace settings = engine::settings;
 
 using links::filledFormat;
 using links::localized;
 
-QString sizeText(qint64 bytes) {
-    return links::fileSizeDescriptionWithBytesCount(static_cast<quint64>(bytes));
-}
-
 QString bytesText(const engine::OverallFigures& figures) {
     if (figures.total() >= figures.expected)
-        return sizeText(figures.total());
+        return links::fileSizeText(figures.total());
     return filledFormat(localized("%@ of %@"), {links::partialFileSizeDescriptionWithBytesCount(
                                                     static_cast<quint64>(figures.total()),
                                                     static_cast<quint64>(figures.expected)),
-                                                sizeText(figures.expected)});
+                                                links::fileSizeText(figures.expected)});
 }
 
 /// Empty if it is hardly worth saying.
@@ -110,7 +105,7 @@ QString StatusTexts::withAccelerationSuffix(const QString& text, const DQDownloa
         return text + localized(" - Acceleration not supported");
     if (settings.boolean(keys::accelerationFailed))
         return text + localized(" - Acceleration failed");
-    if (connections >= 2 && defaults_.get(settings::displayAccelerationConnections))
+    if (connections >= 2 && defaults_.get(engine::settings::displayAccelerationConnections))
         return filledFormat(localized("%@ - %lu connections"),
                             {text, QString::number(connections)});
     return text;
@@ -175,7 +170,7 @@ QString StatusTexts::stoppedText(const DQDownload& download, bool live) const {
 }
 
 QString StatusTexts::anonymizedHost(const QString& host) const {
-    return defaults_.get(settings::privateDownloading)
+    return defaults_.get(engine::settings::privateDownloading)
                ? links::anonymizedStringPreservingExtension(host, true, false)
                : host;
 }
@@ -188,7 +183,7 @@ StatusTexts::Progress StatusTexts::progress(const DQDownload& download) const {
     if (figures.isLengthKnown)
         texts.percent = wholePercent(download) + u" %"_s;
     if (span) {
-        texts.rate = sizeText(shownRate(span->bytes / span->seconds));
+        texts.rate = links::fileSizeText(shownRate(span->bytes / span->seconds));
         texts.timeLeft = timeLeftText(figures, *span);
     }
     return texts;

@@ -16,8 +16,7 @@ using links::localized;
 namespace {
 
 QString rateText(double bytesPerSecond) {
-    return filledFormat(localized("%@/s"), {links::fileSizeDescriptionWithBytesCount(
-                                               static_cast<quint64>(shownRate(bytesPerSecond)))});
+    return filledFormat(localized("%@/s"), {links::fileSizeText(shownRate(bytesPerSecond))});
 }
 
 }  // namespace

@@ -7,6 +7,8 @@
 #include <memory>
 #include <vector>
 
+#include "platform/text/ascii.h"
+
 namespace app::terminal {
 namespace {
 
@@ -18,10 +20,6 @@ struct Cluster {
     qsizetype length;
     int cells;
 };
-
-bool isAscii(QStringView text) {
-    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
-}
 
 char32_t firstCodePoint(QStringView text) {
     if (text.size() > 1 && text[0].isHighSurrogate() && text[1].isLowSurrogate())
@@ -63,7 +61,7 @@ std::vector<Cluster> asciiClusters(QStringView text) {
 
 std::vector<Cluster> clustersOf(QStringView text) {
     // Plain names are the rule, and opening ICU's break data is not free at start.
-    if (isAscii(text))
+    if (platform::isAscii(text))
         return asciiClusters(text);
     struct Closer {
         void operator()(UBreakIterator* iterator) const { ubrk_close(iterator); }

@@ -12,6 +12,7 @@
 #include "links/text/localization.h"
 #include "platform/base/user_defaults.h"
 #include "platform/files/files.h"
+#include "platform/net/status_codes.h"
 
 namespace app::terminal {
 namespace {
@@ -59,8 +60,7 @@ QString completionName(const engine::DQDownload& download) {
 
 QString completionDetail(const engine::DQDownload& download) {
     const QString path = download.path();
-    const QString size = links::fileSizeDescriptionWithBytesCount(
-        static_cast<quint64>(platform::fileSize(path).value_or(0)));
+    const QString size = links::fileSizeText(platform::fileSize(path).value_or(0));
     if (download.context().defaults.get(engine::settings::privateDownloading))
         return size;
     const QString folder = platform::abbreviateWithTilde(QFileInfo(path).path());
@@ -73,7 +73,7 @@ QString failureDetail(const StatusTexts& texts, engine::DQDownload& download) {
     const QString status = texts.statusDescriptionWithLiveDetails(download, false);
     const int code = download.userSettings().value(engine::keys::statusCode).toInt();
     // A status of success does not say by itself what was wrong.
-    const bool wasEmpty = code == 0 || (code >= 200 && code <= 299);
+    const bool wasEmpty = code == 0 || platform::status::isSuccess(code);
     return wasEmpty ? links::filledFormat(localized("%@ (nothing was sent)"), {status}) : status;
 }
 

@@ -11,7 +11,7 @@ using links::localized;
 
 namespace {
 
-constexpr platform::Seconds day = 86400;
+constexpr platform::Seconds askAgainAfter = 86400;
 /// Later than that, a window that comes up by itself gets in the way.
 constexpr platform::Seconds popUpTime = 3.0;
 const QString contentKey = u"HTML Content"_s;
@@ -68,7 +68,7 @@ QString DQNewsManager::addressWithVersion(const QString& address) const {
 
 void DQNewsManager::launchNewsWithURL(const QString& address, bool automatically) {
     const QString full = addressWithVersion(address);
-    relaunch_.start(day, [this, full] { launchNewsWithURL(full, true); });
+    relaunch_.start(askAgainAfter, [this, full] { launchNewsWithURL(full, true); });
     setAutomaticNewsPopUpDisabledAfterDelay(automatically);
     if (automatically && surroundings_.defaults.get(settings::suppressNews)) {
         return;

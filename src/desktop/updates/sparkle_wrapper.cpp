@@ -17,7 +17,7 @@ using links::localized;
 
 namespace {
 
-constexpr double day = 86400;
+constexpr double checkInterval = 86400;
 const QString name = u"Orlop"_s;
 const QString currentVersionKey = u"Current Version"_s;
 const QString updateVersionKey = u"Update Version"_s;
@@ -54,11 +54,11 @@ void DQSparkleWrapper::checkIfDue() {
     const QVariantMap status = surroundings_.defaults.get(settings::updateStatus);
     const double since = surroundings_.loop.clock().wall() - status.value(checkDateKey).toDouble();
     // A clock that was set back must not put it off for years.
-    const bool isDue = !status.contains(checkDateKey) || since >= day || since < 0;
+    const bool isDue = !status.contains(checkDateKey) || since >= checkInterval || since < 0;
     if (isDue) {
         checkForUpdates();
     }
-    next_.start(isDue ? day : day - since, [this] { checkIfDue(); });
+    next_.start(isDue ? checkInterval : checkInterval - since, [this] { checkIfDue(); });
 }
 
 bool DQSparkleWrapper::checksAutomatically() const {

@@ -15,6 +15,7 @@
 #include "engine/workers/debug_log.h"
 #include "links/paths/path_components.h"
 #include "platform/base/log.h"
+#include "platform/net/status_codes.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -34,9 +35,8 @@ bool servesRanges(const WorkerResponse& response) {
 
 /// Whether everything but the size speaks for a split.
 bool mayAccelerate(Transfer& transfer, const WorkerResponse& response) {
-    constexpr qint64 wholeAnswer = 200;
-    if (response.statusCode != wholeAnswer || transfer.hasFailedToAddAccelerationWorkers() ||
-        transfer.workers().size() != 1 ||
+    if (response.statusCode != platform::status::ok ||
+        transfer.hasFailedToAddAccelerationWorkers() || transfer.workers().size() != 1 ||
         !settingsOf(transfer).acceleratesHost(transfer.record().queueRelevantHost()))
         return false;
     if (servesRanges(response))

@@ -11,11 +11,11 @@
 namespace engine {
 namespace {
 
-constexpr platform::Seconds interval = 1;
+constexpr platform::Seconds watchInterval = 1;
 constexpr platform::Seconds patience = 3;
 /// What is over sooner is not worth the time that a new connection takes to become fast, unless
 /// there is one to spare.
-constexpr platform::Seconds leastTimeLeft = 2;
+constexpr platform::Seconds leastTimeLeftForShared = 2;
 constexpr platform::Seconds leastTimeLeftForFree = 0.5;
 
 }  // namespace
@@ -72,7 +72,7 @@ bool TailWatch::isCrawling(std::size_t part, platform::Seconds left) const {
 }
 
 void TailWatch::watch() {
-    timer_.start(interval, [this] {
+    timer_.start(watchInterval, [this] {
         replaceCrawlingWorkers();
         // When it became free there may have been nothing that could be shared yet.
         if (isConnectionFree())
@@ -87,7 +87,7 @@ void TailWatch::replaceCrawlingWorkers() {
     const platform::Seconds now = transfer_.record().context().monotonicNow();
     std::unordered_map<const Transfer::Worker*, platform::Seconds> crawling;
     for (std::size_t part = 0; part < transfer_.workers().size(); ++part) {
-        if (!isCrawling(part, leastTimeLeft))
+        if (!isCrawling(part, leastTimeLeftForShared))
             continue;
         const Transfer::Worker* worker = transfer_.workers()[part].get();
         const auto known = crawlingSince_.find(worker);

@@ -12,8 +12,6 @@
 namespace engine {
 namespace {
 
-constexpr mode_t newFileMode = 0666;
-
 /// Without the privilege that a link by descriptor alone would need (open(2)).
 bool giveName(const platform::Descriptor& file, const QByteArray& name) {
     const QByteArray self = "/proc/self/fd/" + QByteArray::number(file.get());
@@ -26,7 +24,7 @@ std::optional<platform::Error> placeWholeFile(const QByteArray& body, const QStr
                                               const FileOrigin& origin) {
     const QByteArray folder = QFile::encodeName(links::stringByDeletingLastPathComponent(target));
     const platform::Descriptor file(
-        ::open(folder.constData(), O_TMPFILE | O_WRONLY | O_CLOEXEC, newFileMode));
+        ::open(folder.constData(), O_TMPFILE | O_WRONLY | O_CLOEXEC, platform::newFileMode));
     if (!file.isOpen() || !platform::writeFully(file, body.constData(), body.size()))
         return platform::posixError(errno);
     writeOrigin(origin, file, target);

@@ -8,6 +8,7 @@
 #include "engine/workers/range_answer.h"
 #include "engine/workers/user_agent.h"
 #include "http/http_request.h"
+#include "platform/net/status_codes.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -100,9 +101,9 @@ AddressCheck::~AddressCheck() {
 }
 
 void AddressCheck::noteHead() {
-    constexpr qint64 ok = 200, partialContent = 206;
     answer_.statusCode = request_->responseStatusCode();
-    if (answer_.statusCode != ok && answer_.statusCode != partialContent)
+    if (answer_.statusCode != platform::status::ok &&
+        answer_.statusCode != platform::status::partialContent)
         return end(Verdict::NotGiven);
     WorkerResponse response;
     response.headers = request_->responseHeaders();
@@ -111,7 +112,8 @@ void AddressCheck::noteHead() {
                                ? response.headers->value(u"Content-Length"_s).value_or(QString())
                                : QString();
     UserSettings head;
-    rememberFile(head, response, answer_.statusCode == ok ? length.toLongLong() : 0);
+    rememberFile(head, response,
+                 answer_.statusCode == platform::status::ok ? length.toLongLong() : 0);
     rememberLengthFromPart(head, response);
     answer_.file = knownFile(head);
     end(speaksAgainstFile(response, answer_.file.length, known_)

@@ -15,6 +15,7 @@
 #include "links/format/byte_counts.h"
 #include "links/repair/percent_escapes.h"
 #include "platform/base/user_defaults.h"
+#include "platform/net/status_codes.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -24,16 +25,14 @@ namespace {
 using Worker = Transfer::Worker;
 
 bool isSuccess(qint64 statusCode) {
-    return statusCode < 0 || (statusCode >= 200 && statusCode <= 299);
+    return statusCode < 0 || platform::status::isSuccess(statusCode);
 }
 
 /// The client is going to ask again, elsewhere or with credentials.
 bool isFollowedByAnother(const WorkerResponse& response) {
-    constexpr qint64 unauthorized = 401;
-    constexpr qint64 proxyAuthenticationRequired = 407;
     const bool isRedirect = response.statusCode >= 300 && response.statusCode <= 399;
-    return response.statusCode == unauthorized ||
-           response.statusCode == proxyAuthenticationRequired ||
+    return response.statusCode == platform::status::unauthorized ||
+           response.statusCode == platform::status::proxyAuthenticationRequired ||
            (isRedirect && response.headers && response.headers->contains(u"Location"_s));
 }
 
@@ -61,9 +60,7 @@ void goOnWithPart(DQDownload& download, const Worker& worker, const WorkerRespon
         download.dates().noteAnswer();
         debugLog(download, [&] {
             return u"%1 resuming from %2 (worker: %3)"_s.arg(
-                download.description(),
-                links::fileSizeDescriptionWithBytesCount(
-                    static_cast<quint64>(worker.resumeByteOffset())),
+                download.description(), links::fileSizeText(worker.resumeByteOffset()),
                 worker.description());
         });
         return;
@@ -95,7 +92,8 @@ void refuseAnswer(DQDownload& download, const Worker& worker) {
 
 /// Waiting helps against none of these, but another address may.
 bool isAboutAddress(qint64 statusCode) {
-    return statusCode == 401 || statusCode == 403 || statusCode == 404 || statusCode == 410;
+    return statusCode == platform::status::unauthorized || statusCode == 403 || statusCode == 404 ||
+           statusCode == 410;
 }
 
 /// An acceleration worker gets bytes, but not those of its part. What the first one reads is not

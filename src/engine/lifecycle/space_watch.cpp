@@ -17,7 +17,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace engine {
 namespace {
 
-constexpr platform::Seconds interval = 30;
+constexpr platform::Seconds lookInterval = 30;
 /// Room enough not to be stopped again at once, but no more than the download still needs.
 constexpr qint64 enoughSpace = qint64{64} << 20;
 
@@ -38,7 +38,7 @@ void SpaceWatch::resumeWhenThereIsSpace(const platform::Error& error) {
 }
 
 void SpaceWatch::watch() {
-    timer_.start(interval, [this] { look(); });
+    timer_.start(lookInterval, [this] { look(); });
 }
 
 void SpaceWatch::look() {

@@ -10,14 +10,13 @@
 #include <cerrno>
 
 #include "engine/paths/boot_identifier.h"
+#include "platform/files/descriptor.h"
 
 namespace engine {
 namespace {
 
 constexpr char title[] = "Orlop part";
 constexpr qsizetype lineSize = 128;
-constexpr mode_t newFileMode = 0666;
-
 QByteArray sumOf(const QByteArray& text) {
     return QByteArray::number(qChecksum(text), 16);
 }
@@ -85,7 +84,8 @@ std::optional<PartJournal::Entry> PartJournal::read(const QString& path) {
 std::shared_ptr<PartJournal> PartJournal::open(const QString& path, qint64 start) {
     const QByteArray name = QFile::encodeName(path);
     constexpr int flags = O_RDWR | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK;
-    platform::Descriptor file(::open(name.constData(), flags | O_CREAT | O_EXCL, newFileMode));
+    platform::Descriptor file(
+        ::open(name.constData(), flags | O_CREAT | O_EXCL, platform::newFileMode));
     if (!file.isOpen() && errno == EEXIST)
         file = platform::openWithoutFollowing(name, flags);
     struct stat status {};

@@ -17,6 +17,7 @@
 #include "links/paths/path_rules.h"
 #include "links/text/localization.h"
 #include "platform/files/files.h"
+#include "platform/text/ascii.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -28,9 +29,7 @@ const QString pseudoExtension = u"com.tarnworks.imaginaryfiletype"_s;
 
 QString hostForLimits(const QString& host) {
     constexpr qsizetype countedLabels = 2;
-    const auto isNumeric = [](QChar unit) {
-        return unit == u'.' || (unit >= u'0' && unit <= u'9');
-    };
+    const auto isNumeric = [](QChar unit) { return unit == u'.' || platform::isAsciiDigit(unit); };
     const QStringList labels = host.split(u'.');
     if (labels.size() <= countedLabels || std::all_of(host.cbegin(), host.cend(), isNumeric))
         return host;

@@ -3,6 +3,8 @@
 #include <QUrl>
 #include <algorithm>
 
+#include "platform/text/ascii.h"
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace engine {
@@ -12,9 +14,7 @@ namespace {
 QString asciiHost(QString host) {
     while (host.endsWith(u'.'))
         host.chop(1);
-    const bool isAscii =
-        std::all_of(host.begin(), host.end(), [](QChar unit) { return unit.unicode() < 0x80; });
-    return isAscii ? host.toLower() : QString::fromLatin1(QUrl::toAce(host));
+    return platform::isAscii(host) ? host.toLower() : QString::fromLatin1(QUrl::toAce(host));
 }
 
 bool isOfHost(QChar unit) {

@@ -12,7 +12,7 @@ namespace engine {
 namespace {
 
 /// Between two looks at the cancel flag.
-constexpr qint64 bufferSize = qint64{1} << 20;
+constexpr qint64 blockSize = qint64{1} << 20;
 
 }  // namespace
 
@@ -36,10 +36,11 @@ bool SumReader::readTo(qint64 end, const std::atomic<bool>& isCancelled) {
 
 bool SumReader::read(qint64 end, const std::atomic<bool>& isCancelled) {
     hasFailed_ = hasFailed_ || !open();
-    QByteArray buffer(hasFailed_ ? 0 : std::min(bufferSize, end - offset_), Qt::Uninitialized);
+    QByteArray buffer(hasFailed_ ? 0 : std::min(blockSize, end - offset_), Qt::Uninitialized);
     while (!hasFailed_ && offset_ < end) {
         const qint64 most = std::min<qint64>(buffer.size(), end - offset_);
-        const ssize_t got = isCancelled ? 0 : ::read(file_.get(), buffer.data(), most);
+        const ssize_t got =
+            isCancelled ? 0 : ::read(file_.get(), buffer.data(), static_cast<std::size_t>(most));
         if (got < 0 && errno == EINTR)
             continue;
         if (got > 0) {

@@ -2,6 +2,8 @@
 
 #include <QStringList>
 
+#include "platform/net/status_codes.h"
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace engine {
@@ -52,8 +54,8 @@ std::optional<Checksum> checksumInHeaders(const WorkerResponse& response) {
         return {};
     if (auto checksum = longestIn(field(u"Repr-Digest"_s), true))
         return checksum;
-    constexpr qint64 partialContent = 206;
-    if (response.statusCode == partialContent || !field(u"Content-Range"_s).isEmpty())
+    if (response.statusCode == platform::status::partialContent ||
+        !field(u"Content-Range"_s).isEmpty())
         return {};
     if (auto checksum = longestIn(field(u"Content-Digest"_s), true))
         return checksum;

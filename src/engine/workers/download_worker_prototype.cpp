@@ -8,6 +8,7 @@
 #include "engine/workers/http_request_download_worker.h"
 #include "platform/base/user_defaults.h"
 #include "platform/net/headers_for_log.h"
+#include "platform/net/status_codes.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -115,8 +116,7 @@ void DQDownloadWorkerPrototype::processResponse(const WorkerResponse& response,
     });
     _expectedBytes = expectedContentLength;
     answeredStatus_ = response.statusCode;
-    isServed_ =
-        response.statusCode < 0 || (response.statusCode >= 200 && response.statusCode <= 299);
+    isServed_ = response.statusCode < 0 || platform::status::isSuccess(response.statusCode);
     WorkerResponse named = response;
     if (response.headers) {
         named.suggestedFilename = filenameWithExtensionPolicy(

@@ -13,6 +13,7 @@
 #include "links/paths/available_path.h"
 #include "platform/base/run_loop.h"
 #include "platform/base/thread_pool.h"
+#include "platform/net/status_codes.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -20,7 +21,6 @@ namespace engine {
 namespace {
 
 constexpr qint64 noStatusCode = -1;
-constexpr qint64 partialContent = 206;
 
 }  // namespace
 
@@ -55,7 +55,7 @@ void FileCopyWorker::answer() {
     response.headers.emplace();
     response.headers->set(u"ETag"_s, u'"' + source_->version() + u'"');
     response.url = request().url;
-    response.statusCode = offset > 0 ? partialContent : noStatusCode;
+    response.statusCode = offset > 0 ? platform::status::partialContent : noStatusCode;
     response.suggestedFilename =
         links::filename(request().url, links::plusSignsInNames(context().defaults));
     processResponse(response, source_->size() - offset);

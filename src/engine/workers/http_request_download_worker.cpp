@@ -10,6 +10,7 @@
 #include "platform/base/log.h"
 #include "platform/base/run_loop.h"
 #include "platform/base/user_defaults.h"
+#include "platform/net/status_codes.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -55,9 +56,9 @@ void setRange(platform::HTTPHeaders& headers, const QString& range, const QStrin
 /// It wants credentials without saying which (RFC 9110, 11.6.1 and 11.7.1), so that no other answer
 /// can follow.
 bool asksForNothing(const http::HTTPResponse& answer) {
-    constexpr int unauthorized = 401, proxyAuthenticationRequired = 407;
-    return (answer.statusCode == unauthorized && !answer.headers.contains(u"WWW-Authenticate"_s)) ||
-           (answer.statusCode == proxyAuthenticationRequired &&
+    return (answer.statusCode == platform::status::unauthorized &&
+            !answer.headers.contains(u"WWW-Authenticate"_s)) ||
+           (answer.statusCode == platform::status::proxyAuthenticationRequired &&
             !answer.headers.contains(u"Proxy-Authenticate"_s));
 }
 
@@ -162,7 +163,7 @@ void DQHTTPRequestDownloadWorker::requestWillRedirectToURL(http::HTTPRequest& re
 }
 
 bool DQHTTPRequestDownloadWorker::isStoringAnswer() const {
-    return statusCode_ >= 200 && statusCode_ <= 299;
+    return platform::status::isSuccess(statusCode_);
 }
 
 /// A partial file would only be made to be moved away again.
@@ -274,7 +275,8 @@ void DQHTTPRequestDownloadWorker::stopAtBound() {
 void DQHTTPRequestDownloadWorker::discard(http::HTTPRequest& request, qint64 count) {
     constexpr qint64 mostDiscarded = 64 * 1024;
     // Another may follow a redirect or a challenge, whose bodies the request bounds itself.
-    const bool isFailure = statusCode_ >= 400 && statusCode_ != 401 && statusCode_ != 407;
+    const bool isFailure = statusCode_ >= 400 && statusCode_ != platform::status::unauthorized &&
+                           statusCode_ != platform::status::proxyAuthenticationRequired;
     discardedBytes_ += count;
     if (discardedBytes_ <= mostDiscarded || !(isFailure || lacksChallenge_))
         return;

@@ -14,6 +14,7 @@
 
 #include "engine/paths/part_journal.h"
 #include "engine/workers/partial_file_marks.h"
+#include "platform/files/descriptor.h"
 #include "platform/files/disks.h"
 
 namespace engine {
@@ -26,7 +27,6 @@ constexpr qint64 syncAtClosing = qint64{1} << 20;
 /// As much as an extent of ext4 can have, which XFS can have too.
 constexpr qint64 reservedAtOnce = qint64{128} << 20;
 constexpr qint64 worthReserving = qint64{16} << 20;
-constexpr mode_t newFileMode = 0666;
 /// Of the main thread for a disk, in steps, since the thread sanitizer knows no timed mutex.
 constexpr std::chrono::milliseconds longestWait{1000};
 constexpr std::chrono::milliseconds waitStep{1};
@@ -61,7 +61,8 @@ PartialFile::~PartialFile() {
 std::optional<platform::Error> PartialFile::open(const PartPlace& place, qint64 offset) {
     const QByteArray name = QFile::encodeName(place.file);
     constexpr int flags = O_WRONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK;
-    platform::Descriptor file(::open(name.constData(), flags | O_CREAT | O_EXCL, newFileMode));
+    platform::Descriptor file(
+        ::open(name.constData(), flags | O_CREAT | O_EXCL, platform::newFileMode));
     const bool isNew = file.isOpen();
     if (!isNew && errno == EEXIST)
         file = platform::openWithoutFollowing(name, flags);

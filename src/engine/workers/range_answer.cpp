@@ -9,13 +9,12 @@
 #include "engine/workers/download_worker_prototype.h"
 #include "http/http_request.h"
 #include "platform/net/content_range.h"
+#include "platform/net/status_codes.h"
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace engine {
 namespace {
-
-constexpr qint64 partialContent = 206;
 
 /// "Content-Range" (RFC 9110, 14.4).
 struct ContentRange {
@@ -132,8 +131,8 @@ RangeAnswer judgeUnsatisfiable(const WorkerResponse& response, const KnownFile& 
 
 /// Of all successes only these mean the file as it is (RFC 9110, 15.3).
 bool bringsWholeFile(const WorkerResponse& response) {
-    return response.statusCode < 0 ||
-           (response.statusCode == 200 && field(response, u"Content-Range"_s).isEmpty());
+    return response.statusCode < 0 || (response.statusCode == platform::status::ok &&
+                                       field(response, u"Content-Range"_s).isEmpty());
 }
 
 }  // namespace
@@ -150,11 +149,10 @@ void rememberLengthFromPart(UserSettings& settings, const WorkerResponse& respon
 
 RangeAnswer judgeRangeAnswer(const DQDownloadWorkerPrototype& worker,
                              const WorkerResponse& response, const KnownFile& known) {
-    constexpr qint64 rangeNotSatisfiable = 416;
-    if (response.statusCode == rangeNotSatisfiable)
+    if (response.statusCode == platform::status::rangeNotSatisfiable)
         return judgeUnsatisfiable(response, known,
                                   worker.fractionStartByte() + worker.resumeByteOffset());
-    if (response.statusCode != partialContent)
+    if (response.statusCode != platform::status::partialContent)
         return bringsWholeFile(response) ? RangeAnswer::Refused : RangeAnswer::Withheld;
     return isPartAskedFor(worker, response, known) && !isOfAnotherFile(response, known)
                ? RangeAnswer::Honoured
@@ -173,8 +171,8 @@ bool speaksAgainstFile(const WorkerResponse& response, qint64 length, const Know
 
 bool isUnaskedPart(const WorkerResponse& response) {
     const QString announced = field(response, u"Content-Range"_s);
-    const bool isPart = response.statusCode == partialContent ||
-                        (response.statusCode == 200 && !announced.isEmpty());
+    const bool isPart = response.statusCode == platform::status::partialContent ||
+                        (response.statusCode == platform::status::ok && !announced.isEmpty());
     if (!isPart)
         return false;
     const auto range = parsedContentRange(announced);

@@ -6,6 +6,8 @@
 #include <cmath>
 
 #include "http/http_request.h"
+#include "platform/net/status_codes.h"
+#include "platform/text/ascii.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -20,9 +22,8 @@ std::optional<QDateTime> dateField(const WorkerResponse& response, const QString
 }
 
 std::optional<platform::Seconds> secondsOfDigits(const QString& text) {
-    const bool isNumber = !text.isEmpty() && std::all_of(text.begin(), text.end(), [](QChar digit) {
-        return digit >= u'0' && digit <= u'9';
-    });
+    const bool isNumber =
+        !text.isEmpty() && std::all_of(text.begin(), text.end(), platform::isAsciiDigit);
     // More digits than a number holds are a very long time as well.
     return isNumber ? std::optional(text.toDouble()) : std::nullopt;
 }
@@ -30,8 +31,8 @@ std::optional<platform::Seconds> secondsOfDigits(const QString& text) {
 }  // namespace
 
 bool asksToWait(qint64 statusCode) {
-    constexpr qint64 tooManyRequests = 429, serviceUnavailable = 503;
-    return statusCode == tooManyRequests || statusCode == serviceUnavailable;
+    return statusCode == platform::status::tooManyRequests ||
+           statusCode == platform::status::serviceUnavailable;
 }
 
 std::optional<platform::Seconds> retryAfter(const WorkerResponse& response, const QDateTime& now) {

@@ -16,7 +16,7 @@ namespace {
 constexpr int gzipFraming = 16;
 constexpr int memoryLevel = 8;
 /// Enough for the frame of a tiny chunk.
-constexpr qsizetype smallestStep = 64;
+constexpr qsizetype smallestGrowth = 64;
 
 }  // namespace
 
@@ -47,7 +47,7 @@ CodedBytes HTTPDataCompressor::compressBytes(const char* bytes, qsizetype length
         return {};
     if (length > std::numeric_limits<uInt>::max())
         return {{}, deflateErrorWithCode(Z_BUF_ERROR)};
-    const qsizetype step = std::max(length / 2, smallestStep);
+    const qsizetype step = std::max(length / 2, smallestGrowth);
     QByteArray output(step, Qt::Uninitialized);
     qsizetype used = 0;
     stream_.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(bytes));

@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "platform/base/utc.h"
+#include "platform/text/ascii.h"
 
 namespace http {
 
@@ -73,7 +74,7 @@ std::optional<QDateTime> dateOfToday(const QString& text) {
     static const QString form = u"aaa, 00 aaa 0000 00:00:00 GMT"_s;
     const auto fits = [](QChar letter, QChar expected) {
         if (expected == u'0')
-            return letter >= u'0' && letter <= u'9';
+            return platform::isAsciiDigit(letter);
         return expected == u'a' ? letter.isLetter() : letter == expected;
     };
     if (!std::equal(text.begin(), text.end(), form.begin(), form.end(), fits))

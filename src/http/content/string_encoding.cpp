@@ -8,6 +8,8 @@
 #include <memory>
 #include <string_view>
 
+#include "platform/text/ascii.h"
+
 namespace http {
 
 namespace {
@@ -50,7 +52,7 @@ Converter openConverter(const char* name) {
 /// RFC 2978, 2.3. ICU itself would overlook any other character.
 bool isCharsetName(const QString& name) {
     const auto allowed = [](QChar character) {
-        return (character.unicode() < 128 && character.isLetterOrNumber()) ||
+        return platform::isAsciiAlphanumeric(character) ||
                QStringView(u"!#$%&'+-^_`{}~.:()").contains(character);
     };
     return !name.isEmpty() && std::all_of(name.begin(), name.end(), allowed);

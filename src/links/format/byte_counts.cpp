@@ -1,6 +1,7 @@
 #include "links/format/byte_counts.h"
 
 #include <QCoreApplication>
+#include <algorithm>
 #include <array>
 
 #include "links/format/numbers.h"
@@ -41,6 +42,10 @@ int fractionDigits(std::size_t level) {
 
 QString fileSizeDescriptionWithBytesCount(quint64 bytesCount) {
     return partialFileSizeDescriptionWithBytesCount(bytesCount, 0);
+}
+
+QString fileSizeText(qint64 bytesCount) {
+    return fileSizeDescriptionWithBytesCount(static_cast<quint64>(std::max<qint64>(bytesCount, 0)));
 }
 
 QString partialFileSizeDescriptionWithBytesCount(quint64 bytesCount, quint64 overallBytesCount) {

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/text/ascii.h"
 #include "platform/text/charset.h"
 #include "platform/text/regular_expression.h"
 
@@ -41,11 +42,6 @@ QString charsetOfMetaElement(const QByteArray& data) {
     return charset.startsWith("UTF-16"_L1, Qt::CaseInsensitive) ? u"UTF-8"_s : charset;
 }
 
-bool isAscii(const QByteArray& data) {
-    return std::all_of(data.begin(), data.end(),
-                       [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
-}
-
 }  // namespace
 
 std::optional<QString> textFromUtf8(const QByteArray& data) {
@@ -60,7 +56,7 @@ std::optional<QString> pageText(const QByteArray& data, const QString& contentTy
         if (data.startsWith(mark.bytes))
             return platform::decodedText(data.mid(mark.bytes.size()), QString(mark.charset));
     }
-    if (!isAscii(data)) {
+    if (!platform::isAscii(data)) {
         if (auto text = textFromUtf8(data))
             return text;
     }

@@ -6,6 +6,7 @@
 #include "links/recognition/text_marks.h"
 #include "links/text/trimming.h"
 #include "platform/net/url.h"
+#include "platform/text/ascii.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -103,7 +104,7 @@ private:
 
     /// An arrow or an emoji, which somebody puts beside an address.
     [[nodiscard]] bool isSymbol(qsizetype at) const {
-        if (text_[at].unicode() < 0x80)
+        if (platform::isAscii(text_[at]))
             return false;
         const bool isPair = text_[at].isHighSurrogate() && at + 1 < text_.size();
         const char32_t code = isPair ? QChar::surrogateToUcs4(text_[at], text_[at + 1])

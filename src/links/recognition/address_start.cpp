@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "platform/text/ascii.h"
+
 namespace links {
 namespace {
 
@@ -12,7 +14,7 @@ constexpr std::array<QStringView, 5> separators{u"://", u":\\/\\/", u"[:]//", u"
                                                 u"%3A%2F%2F"};
 
 bool isLetterOrDigit(QChar unit) {
-    return unit.unicode() < 0x80 && unit.isLetterOrNumber();
+    return platform::isAsciiAlphanumeric(unit);
 }
 
 bool isOfScheme(QChar unit) {

@@ -3,16 +3,9 @@
 #include <algorithm>
 
 #include "links/text/trimming.h"
+#include "platform/text/ascii.h"
 
 namespace links {
-namespace {
-
-bool isAsciiLetter(QChar unit) {
-    const char16_t lower = unit.unicode() | 0x20;
-    return lower >= u'a' && lower <= u'z';
-}
-
-}  // namespace
 
 bool isInvisible(QChar unit) {
     const char16_t code = unit.unicode();
@@ -69,10 +62,8 @@ bool endsInExtension(QStringView address) {
         return false;
     const QStringView extension = address.sliced(dot + 1);
     return !extension.isEmpty() && extension.size() <= longestExtension &&
-           std::any_of(extension.begin(), extension.end(), isAsciiLetter) &&
-           std::all_of(extension.begin(), extension.end(), [](QChar unit) {
-               return isAsciiLetter(unit) || (unit >= u'0' && unit <= u'9');
-           });
+           std::any_of(extension.begin(), extension.end(), platform::isAsciiLetter) &&
+           std::all_of(extension.begin(), extension.end(), platform::isAsciiAlphanumeric);
 }
 
 }  // namespace links

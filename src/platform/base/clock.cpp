@@ -8,20 +8,20 @@ namespace platform {
 
 namespace {
 
-Seconds read(clockid_t id) {
-    timespec now{};
-    clock_gettime(id, &now);
-    return static_cast<Seconds>(now.tv_sec) + static_cast<Seconds>(now.tv_nsec) * 1e-9;
+Seconds now(clockid_t id) {
+    timespec time{};
+    clock_gettime(id, &time);
+    return static_cast<Seconds>(time.tv_sec) + static_cast<Seconds>(time.tv_nsec) * 1e-9;
 }
 
 }  // namespace
 
 Seconds SystemClock::monotonic() const {
-    return read(CLOCK_MONOTONIC);
+    return now(CLOCK_MONOTONIC);
 }
 
 Seconds SystemClock::wall() const {
-    return read(CLOCK_REALTIME);
+    return now(CLOCK_REALTIME);
 }
 
 Seconds SystemClock::sleepUntil(Seconds deadline) const {

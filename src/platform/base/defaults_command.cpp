@@ -79,7 +79,7 @@ QString summary(const QVariant& value) {
     return {};
 }
 
-CommandResult read(const QStringList& words, UserDefaults& defaults) {
+CommandResult readKeys(const QStringList& words, UserDefaults& defaults) {
     if (words.size() > 1)
         return wrongUsage(u"\"read\" takes one key at most."_s);
     if (words.isEmpty())
@@ -94,7 +94,7 @@ CommandResult finish(UserDefaults& defaults) {
     return defaults.synchronize() ? CommandResult{} : failure(u"The file cannot be written."_s);
 }
 
-CommandResult write(const QStringList& words, UserDefaults& defaults) {
+CommandResult writeKey(const QStringList& words, UserDefaults& defaults) {
     if (words.size() < 2)
         return wrongUsage(u"\"write\" takes a key and a value."_s);
     const TypedValue typed = typedValue(words.mid(1));
@@ -104,7 +104,7 @@ CommandResult write(const QStringList& words, UserDefaults& defaults) {
     return finish(defaults);
 }
 
-CommandResult remove(const QStringList& words, UserDefaults& defaults) {
+CommandResult removeKeys(const QStringList& words, UserDefaults& defaults) {
     if (words.size() != 1)
         return wrongUsage(u"\"delete\" takes one key."_s);
     if (!defaults.storedValues().contains(words.first()))
@@ -113,7 +113,7 @@ CommandResult remove(const QStringList& words, UserDefaults& defaults) {
     return finish(defaults);
 }
 
-CommandResult list(const QStringList& words, UserDefaults& defaults) {
+CommandResult listKeys(const QStringList& words, UserDefaults& defaults) {
     if (!words.isEmpty())
         return wrongUsage(u"\"list\" takes no arguments."_s);
     CommandResult result;
@@ -138,13 +138,13 @@ CommandResult runDefaultsCommand(const QStringList& arguments, UserDefaults& def
     const QString command = arguments.value(0);
     const QStringList words = arguments.mid(1);
     if (command == u"read")
-        return read(words, defaults);
+        return readKeys(words, defaults);
     if (command == u"write")
-        return write(words, defaults);
+        return writeKey(words, defaults);
     if (command == u"delete")
-        return remove(words, defaults);
+        return removeKeys(words, defaults);
     if (command == u"list")
-        return list(words, defaults);
+        return listKeys(words, defaults);
     if (command == u"--help" || command == u"-h")
         return {0, usage, {}};
     return wrongUsage(command.isEmpty() ? u"A command is missing."_s

@@ -4,6 +4,8 @@
 #include <array>
 #include <utility>
 
+#include "platform/text/ascii.h"
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace platform {
@@ -33,8 +35,7 @@ qsizetype removeUserInfo(QString& line, qsizetype at) {
 }
 
 bool isNameCharacter(QChar c) {
-    return c == u'-' || (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'z') ||
-           (c >= u'A' && c <= u'Z');
+    return c == u'-' || isAsciiAlphanumeric(c);
 }
 
 /// Whether the word before `separator`, quoted or not, names a field that is secret.

@@ -23,9 +23,9 @@ constexpr quint64 mostObjects = 4'000'000;
 
 constexpr quint64 trailerSize = 32;
 
-class Reader {
+class BinaryReader {
 public:
-    explicit Reader(const QByteArray& data)
+    explicit BinaryReader(const QByteArray& data)
         : bytes_(reinterpret_cast<const uchar*>(data.constData())),
           size_(static_cast<quint64>(data.size())) {}
 
@@ -81,7 +81,7 @@ private:
     QString error_;
 };
 
-std::optional<quint64> Reader::bigEndian(quint64 at, quint64 size) {
+std::optional<quint64> BinaryReader::bigEndian(quint64 at, quint64 size) {
     if (at > size_ || size > size_ - at || size > sizeof(quint64)) {
         fail(u"It is cut short."_s);
         return std::nullopt;
@@ -92,7 +92,7 @@ std::optional<quint64> Reader::bigEndian(quint64 at, quint64 size) {
     return number;
 }
 
-bool Reader::readTrailer() {
+bool BinaryReader::readTrailer() {
     constexpr quint64 headerSize = 8;
     if (size_ < headerSize + trailerSize || bytes_[6] != '0') {
         fail(u"It has no header and trailer of a binary property list."_s);
@@ -116,7 +116,7 @@ bool Reader::readTrailer() {
     return isSound;
 }
 
-const Reader::Object& Reader::read(quint64 number, int depth) {
+const BinaryReader::Object& BinaryReader::read(quint64 number, int depth) {
     static const Object nothing;
     if (number >= objects_.size()) {
         fail(u"It refers to a value that is not there."_s);
@@ -132,7 +132,7 @@ const Reader::Object& Reader::read(quint64 number, int depth) {
     return error_.isEmpty() ? object : nothing;
 }
 
-void Reader::readInto(Object& object, quint64 number, int depth) {
+void BinaryReader::readInto(Object& object, quint64 number, int depth) {
     const std::optional<quint64> at = bigEndian(offsets_ + number * offsetSize_, offsetSize_);
     if (!at || *at >= end_) {
         fail(u"A value lies outside the file."_s);
@@ -149,7 +149,7 @@ void Reader::readInto(Object& object, quint64 number, int depth) {
     object.state = Object::State::Done;
 }
 
-void Reader::readSimple(Object& object, unsigned marker, quint64 at) {
+void BinaryReader::readSimple(Object& object, unsigned marker, quint64 at) {
     switch (marker >> 4) {
         case 0x0:
             if (marker == 0x08 || marker == 0x09)
@@ -192,7 +192,7 @@ void Reader::readSimple(Object& object, unsigned marker, quint64 at) {
         fail(u"It holds something that property lists do not know."_s);
 }
 
-void Reader::readContainer(Object& object, unsigned marker, quint64 at, int depth) {
+void BinaryReader::readContainer(Object& object, unsigned marker, quint64 at, int depth) {
     const bool isDictionary = marker >> 4 == 0xD;
     const auto elements = counted(marker, at, (isDictionary ? 2 : 1) * referenceSize_);
     if (!elements)
@@ -214,7 +214,8 @@ void Reader::readContainer(Object& object, unsigned marker, quint64 at, int dept
     object.value = isDictionary ? QVariant(map) : QVariant(list);
 }
 
-const Reader::Object& Reader::readChild(Object& parent, quint64 referenceAt, int depth) {
+const BinaryReader::Object& BinaryReader::readChild(Object& parent, quint64 referenceAt,
+                                                    int depth) {
     const Object& child = read(bigEndian(referenceAt, referenceSize_).value_or(0), depth + 1);
     parent.unfolded += child.unfolded;
     parent.height = std::max(parent.height, child.height + 1);
@@ -223,7 +224,7 @@ const Reader::Object& Reader::readChild(Object& parent, quint64 referenceAt, int
     return child;
 }
 
-QVariant Reader::readInteger(unsigned marker, quint64 at) {
+QVariant BinaryReader::readInteger(unsigned marker, quint64 at) {
     constexpr unsigned longest = 4;
     const unsigned exponent = marker & 0xF;
     if (exponent > longest)
@@ -241,7 +242,7 @@ QVariant Reader::readInteger(unsigned marker, quint64 at) {
     return number;
 }
 
-QVariant Reader::readReal(unsigned marker, quint64 at) {
+QVariant BinaryReader::readReal(unsigned marker, quint64 at) {
     if (marker == 0x22)
         return double{std::bit_cast<float>(static_cast<quint32>(bigEndian(at, 4).value_or(0)))};
     if (marker == 0x23)
@@ -249,7 +250,7 @@ QVariant Reader::readReal(unsigned marker, quint64 at) {
     return {};
 }
 
-QVariant Reader::readDate(quint64 at) {
+QVariant BinaryReader::readDate(quint64 at) {
     const double seconds = std::bit_cast<double>(bigEndian(at, 8).value_or(0));
     constexpr double farthest = 1e12;
     if (!(std::abs(seconds) < farthest))
@@ -259,7 +260,7 @@ QVariant Reader::readDate(quint64 at) {
     return propertyListKind(date) == PropertyListKind::Date ? QVariant(date) : QVariant();
 }
 
-QString Reader::readUtf16(const Stretch& units) const {
+QString BinaryReader::readUtf16(const Stretch& units) const {
     QString text(static_cast<qsizetype>(units.count), Qt::Uninitialized);
     for (quint64 i = 0; i < units.count; ++i)
         text[static_cast<qsizetype>(i)] =
@@ -268,7 +269,8 @@ QString Reader::readUtf16(const Stretch& units) const {
 }
 
 /// What follows a marker that tells a count: in its low half, or in an integer behind it.
-std::optional<Reader::Stretch> Reader::counted(unsigned marker, quint64 at, quint64 unitSize) {
+std::optional<BinaryReader::Stretch> BinaryReader::counted(unsigned marker, quint64 at,
+                                                           quint64 unitSize) {
     quint64 count = marker & 0xF;
     if (count == 0xF) {
         const std::optional<quint64> integer = bigEndian(at, 1);
@@ -291,7 +293,7 @@ std::optional<Reader::Stretch> Reader::counted(unsigned marker, quint64 at, quin
 }  // namespace
 
 PropertyListResult readBinaryPropertyList(const QByteArray& data) {
-    return Reader(data).document();
+    return BinaryReader(data).document();
 }
 
 }  // namespace platform

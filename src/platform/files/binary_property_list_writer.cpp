@@ -8,6 +8,7 @@
 
 #include "platform/files/binary_property_list.h"
 #include "platform/files/property_list_kinds.h"
+#include "platform/text/ascii.h"
 
 namespace platform {
 
@@ -15,7 +16,7 @@ namespace {
 
 /// Lays all values out in one table, in which arrays and dictionaries refer to the others by
 /// number. Equal texts are stored once.
-class Writer {
+class BinaryWriter {
 public:
     /// Empty: the value cannot be written.
     [[nodiscard]] QByteArray document(const QVariant& value) {
@@ -64,7 +65,7 @@ private:
     QByteArray out_;
 };
 
-std::optional<quint64> Writer::add(const QVariant& value, int depth) {
+std::optional<quint64> BinaryWriter::add(const QVariant& value, int depth) {
     const PropertyListKind kind = propertyListKind(value);
     if (kind == PropertyListKind::None || depth >= deepestPropertyList)
         return std::nullopt;
@@ -86,7 +87,7 @@ std::optional<quint64> Writer::add(const QVariant& value, int depth) {
     return isComplete ? std::optional<quint64>(number) : std::nullopt;
 }
 
-quint64 Writer::addString(const QString& text) {
+quint64 BinaryWriter::addString(const QString& text) {
     const auto known = strings_.constFind(text);
     if (known != strings_.constEnd())
         return *known;
@@ -94,7 +95,8 @@ quint64 Writer::addString(const QString& text) {
     return *strings_.insert(text, objects_.size() - 1);
 }
 
-bool Writer::addChildren(std::vector<quint64>& references, const QVariantList& values, int depth) {
+bool BinaryWriter::addChildren(std::vector<quint64>& references, const QVariantList& values,
+                               int depth) {
     for (const QVariant& value : values) {
         const std::optional<quint64> number = add(value, depth + 1);
         if (!number)
@@ -104,7 +106,7 @@ bool Writer::addChildren(std::vector<quint64>& references, const QVariantList& v
     return true;
 }
 
-void Writer::append(const Object& object) {
+void BinaryWriter::append(const Object& object) {
     const auto count = static_cast<qsizetype>(object.references.size());
     switch (object.kind) {
         case PropertyListKind::None:
@@ -148,10 +150,8 @@ void Writer::append(const Object& object) {
         appendBigEndian(reference, referenceSize_);
 }
 
-void Writer::appendString(const QString& text) {
-    const bool isAscii =
-        std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; });
-    if (isAscii) {
+void BinaryWriter::appendString(const QString& text) {
+    if (isAscii(text)) {
         appendMarker(0x50, text.size());
         out_ += text.toLatin1();
         return;
@@ -162,32 +162,32 @@ void Writer::appendString(const QString& text) {
 }
 
 /// One, two and four bytes are unsigned, eight are signed.
-void Writer::appendInteger(qint64 number) {
+void BinaryWriter::appendInteger(qint64 number) {
     const int size = number < 0 ? 8 : bytesFor(static_cast<quint64>(number));
     out_ += static_cast<char>(0x10 | std::countr_zero(static_cast<unsigned>(size)));
     appendBigEndian(static_cast<quint64>(number), size);
 }
 
 /// Sixteen bytes, since eight would be taken for a negative number.
-void Writer::appendLargeInteger(quint64 number) {
+void BinaryWriter::appendLargeInteger(quint64 number) {
     out_ += '\x14';
     out_.append(8, '\0');
     appendBigEndian(number, 8);
 }
 
-void Writer::appendMarker(unsigned char type, qsizetype count) {
+void BinaryWriter::appendMarker(unsigned char type, qsizetype count) {
     constexpr qsizetype countFollows = 0xF;
     out_ += static_cast<char>(type | std::min(count, countFollows));
     if (count >= countFollows)
         appendInteger(count);
 }
 
-void Writer::appendBigEndian(quint64 number, int size) {
+void BinaryWriter::appendBigEndian(quint64 number, int size) {
     const quint64 bytes = qToBigEndian(number << (64 - 8 * size));
     out_.append(reinterpret_cast<const char*>(&bytes), size);
 }
 
-void Writer::appendTable(const std::vector<quint64>& offsets) {
+void BinaryWriter::appendTable(const std::vector<quint64>& offsets) {
     const auto table = static_cast<quint64>(out_.size());
     const int offsetSize = bytesFor(table);
     for (const quint64 offset : offsets)
@@ -202,7 +202,7 @@ void Writer::appendTable(const std::vector<quint64>& offsets) {
 }  // namespace
 
 QByteArray writeBinaryPropertyList(const QVariant& value) {
-    return Writer().document(value);
+    return BinaryWriter().document(value);
 }
 
 }  // namespace platform

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <QByteArray>
 #include <utility>
 
@@ -23,6 +25,9 @@ public:
 private:
     int number_;
 };
+
+/// Of a new file that is the user's; the process's mask takes away what he keeps from others.
+inline constexpr mode_t newFileMode = 0666;
 
 /// The file of that name, not one that a link of that name leads to (O_NOFOLLOW). Also where the
 /// file system refuses the flag for files that are no links, as the documents of a sandbox's portal

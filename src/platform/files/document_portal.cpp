@@ -22,7 +22,7 @@ namespace {
 
 using HostPaths = QMap<QString, QByteArray>;
 
-constexpr int patience = 1000;  // Milliseconds.
+constexpr int patienceWithPortal = 1000;  // Milliseconds.
 
 /// Newer portals say it of the file itself.
 QString hostPathAttribute(const QString& path) {
@@ -45,7 +45,7 @@ QString hostPathOfIdentifier(const QString& identifier) {
         u"org.freedesktop.portal.Documents"_s, u"GetHostPaths"_s);
     question << QStringList(identifier);
     const QDBusReply<HostPaths> answer =
-        QDBusConnection::sessionBus().call(question, QDBus::Block, patience);
+        QDBusConnection::sessionBus().call(question, QDBus::Block, patienceWithPortal);
     if (!answer.isValid())
         return {};
     QByteArray path = answer.value().value(identifier);

@@ -18,6 +18,10 @@ class Descriptor;
 /// The home folder at the start becomes "~".
 [[nodiscard]] QString abbreviateWithTilde(const QString& path);
 
+/// Where a file of this path is or would be: all links followed, also one that leads nowhere yet.
+/// Without a slash at the end. Empty: the path is not absolute.
+[[nodiscard]] QString resolvedPath(const QString& path);
+
 /// Follows no link at the end: a dangling link exists.
 [[nodiscard]] bool pathExists(const QString& path);
 /// Whether the file system finds one and the same file, folder or link at both.

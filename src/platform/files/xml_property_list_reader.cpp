@@ -61,9 +61,9 @@ std::optional<QByteArray> parsedData(QByteArray text) {
 }
 
 /// Goes down the document; after the first error everything answers an invalid value.
-class Reader {
+class XmlReader {
 public:
-    Reader(const QByteArray& data, DuplicateKeys duplicateKeys)
+    XmlReader(const QByteArray& data, DuplicateKeys duplicateKeys)
         : xml_(data), duplicateKeys_(duplicateKeys) {}
 
     [[nodiscard]] PropertyListResult document() {
@@ -111,7 +111,7 @@ private:
     const DuplicateKeys duplicateKeys_;
 };
 
-QVariant Reader::readOnlyValue() {
+QVariant XmlReader::readOnlyValue() {
     if (!readStart()) {
         xml_.fail(u"The property list is empty."_s);
         return {};
@@ -122,7 +122,7 @@ QVariant Reader::readOnlyValue() {
     return value;
 }
 
-QVariant Reader::readValue(int depth) {
+QVariant XmlReader::readValue(int depth) {
     if (depth >= deepestPropertyList) {
         xml_.fail(u"The values are nested more than %1 levels deep."_s.arg(deepestPropertyList));
         return {};
@@ -152,7 +152,7 @@ QVariant Reader::readValue(int depth) {
     return {};
 }
 
-QVariant Reader::readDictionary(int depth) {
+QVariant XmlReader::readDictionary(int depth) {
     QVariantMap map;
     while (readStart()) {
         if (xml_.name() != "key") {
@@ -173,14 +173,14 @@ QVariant Reader::readDictionary(int depth) {
     return map;
 }
 
-QVariant Reader::readArray(int depth) {
+QVariant XmlReader::readArray(int depth) {
     QVariantList list;
     while (readStart())
         list.append(readValue(depth + 1));
     return list;
 }
 
-QVariant Reader::readEmpty(bool value) {
+QVariant XmlReader::readEmpty(bool value) {
     if (readStart())
         xml_.fail(u"There is <%1> where nothing belongs."_s.arg(name()));
     return value;
@@ -189,7 +189,7 @@ QVariant Reader::readEmpty(bool value) {
 }  // namespace
 
 PropertyListResult readXmlPropertyList(const QByteArray& data, DuplicateKeys duplicateKeys) {
-    return Reader(data, duplicateKeys).document();
+    return XmlReader(data, duplicateKeys).document();
 }
 
 }  // namespace platform

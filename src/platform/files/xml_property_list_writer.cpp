@@ -53,9 +53,9 @@ constexpr char documentHead[] =
     "<plist version=\"1.0\">\n";
 constexpr char documentTail[] = "</plist>\n";
 
-class Writer {
+class XmlWriter {
 public:
-    Writer() {
+    XmlWriter() {
         constexpr qsizetype firstBlock = 4 * 1024;
         out_.reserve(firstBlock);
     }
@@ -92,7 +92,7 @@ private:
     QByteArray out_;
 };
 
-bool Writer::write(const QVariant& value, int depth) {
+bool XmlWriter::write(const QVariant& value, int depth) {
     if (depth >= deepestPropertyList)
         return false;
     indent(depth);
@@ -127,7 +127,7 @@ bool Writer::write(const QVariant& value, int depth) {
     return true;
 }
 
-bool Writer::writeDictionary(const QVariantMap& map, int depth) {
+bool XmlWriter::writeDictionary(const QVariantMap& map, int depth) {
     if (map.isEmpty()) {
         out_ += "<dict/>\n";
         return true;
@@ -144,7 +144,7 @@ bool Writer::writeDictionary(const QVariantMap& map, int depth) {
     return true;
 }
 
-bool Writer::writeArray(const QVariantList& list, int depth) {
+bool XmlWriter::writeArray(const QVariantList& list, int depth) {
     if (list.isEmpty()) {
         out_ += "<array/>\n";
         return true;
@@ -159,7 +159,7 @@ bool Writer::writeArray(const QVariantList& list, int depth) {
     return true;
 }
 
-void Writer::writeData(const QByteArray& data, int depth) {
+void XmlWriter::writeData(const QByteArray& data, int depth) {
     constexpr qsizetype lineLength = 76;
     out_ += "<data>\n";
     const QByteArray text = data.toBase64();
@@ -172,7 +172,7 @@ void Writer::writeData(const QByteArray& data, int depth) {
     out_ += "</data>\n";
 }
 
-void Writer::writeReal(double number) {
+void XmlWriter::writeReal(double number) {
     if (std::isnan(number)) {
         writeElement("real", "nan");
     } else if (std::isinf(number)) {
@@ -200,7 +200,7 @@ const char* replacementFor(char byte) {
     }
 }
 
-void Writer::appendEscaped(const QByteArray& text) {
+void XmlWriter::appendEscaped(const QByteArray& text) {
     const char* run = text.constData();
     const char* const end = run + text.size();
     for (const char* byte = run; byte != end; ++byte) {
@@ -215,11 +215,11 @@ void Writer::appendEscaped(const QByteArray& text) {
 }  // namespace
 
 QByteArray writeXmlPropertyList(const QVariant& value) {
-    return Writer().document(value);
+    return XmlWriter().document(value);
 }
 
 QByteArray propertyListElement(const QVariant& value) {
-    return Writer().element(value);
+    return XmlWriter().element(value);
 }
 
 std::vector<QByteArray> propertyListOfElements(std::vector<QByteArray> elements) {

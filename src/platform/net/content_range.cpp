@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/text/ascii.h"
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace platform {
@@ -10,8 +12,7 @@ namespace {
 
 /// Nothing: not digits alone, or more than 64 bits.
 std::optional<std::uint64_t> number(QStringView text) {
-    const bool isDigits =
-        std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
+    const bool isDigits = std::all_of(text.begin(), text.end(), isAsciiDigit);
     bool fits = false;
     const qulonglong value = text.toULongLong(&fits);
     return isDigits && fits ? std::optional<std::uint64_t>(value) : std::nullopt;

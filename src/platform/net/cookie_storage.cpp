@@ -93,10 +93,7 @@ private:
     std::thread writer_;
 };
 
-std::atomic<CookieStorage*>& installedStorage() {
-    static std::atomic<CookieStorage*> storage = nullptr;
-    return storage;
-}
+std::atomic<CookieStorage*> installedCookies = nullptr;
 
 }  // namespace
 
@@ -106,12 +103,12 @@ std::unique_ptr<CookieStorage> makeCookieStorage(const QString& path) {
 
 CookieStorage& sharedCookieStorage() {
     static FileCookieStorage inMemory{QString()};
-    CookieStorage* const storage = installedStorage();
+    CookieStorage* const storage = installedCookies;
     return storage != nullptr ? *storage : inMemory;
 }
 
 void installSharedCookieStorage(CookieStorage* storage) {
-    installedStorage() = storage;
+    installedCookies = storage;
 }
 
 }  // namespace platform

@@ -35,7 +35,7 @@ private:
     std::map<QString, HTTPCredentials> credentials_;
 };
 
-std::atomic<CredentialStorage*> installedStorage = nullptr;
+std::atomic<CredentialStorage*> installedCredentials = nullptr;
 
 }  // namespace
 
@@ -58,12 +58,12 @@ std::unique_ptr<CredentialStorage> makeMemoryCredentialStorage() {
 
 CredentialStorage& sharedCredentialStorage() {
     static MemoryCredentialStorage fallback;
-    CredentialStorage* const installed = installedStorage;
+    CredentialStorage* const installed = installedCredentials;
     return installed != nullptr ? *installed : fallback;
 }
 
 void installSharedCredentialStorage(CredentialStorage* storage) {
-    installedStorage = storage;
+    installedCredentials = storage;
 }
 
 }  // namespace platform

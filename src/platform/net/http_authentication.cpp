@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/net/status_codes.h"
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace platform {
@@ -14,8 +16,7 @@ namespace {
 constexpr int mostStaleNonces = 3;
 
 std::vector<HTTPChallenge> challengesOf(const HTTPResponseHead& response) {
-    constexpr int proxyAuthenticationRequired = 407;
-    const QString name = response.statusCode == proxyAuthenticationRequired
+    const QString name = response.statusCode == status::proxyAuthenticationRequired
                              ? u"Proxy-Authenticate"_s
                              : u"WWW-Authenticate"_s;
     return challengesFromFields(response.headers.values(name));

@@ -1,5 +1,7 @@
 #include "platform/net/http_challenge.h"
 
+#include "platform/text/ascii.h"
+
 namespace platform {
 
 namespace {
@@ -11,16 +13,12 @@ bool isBlank(QChar c) {
     return c == u' ' || c == u'\t';
 }
 
-bool isAlphanumeric(QChar c) {
-    return (c >= u'0' && c <= u'9') || (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z');
-}
-
 bool isTokenCharacter(QChar c) {
-    return isAlphanumeric(c) || QStringView(u"!#$%&'*+-.^_`|~").contains(c);
+    return isAsciiAlphanumeric(c) || QStringView(u"!#$%&'*+-.^_`|~").contains(c);
 }
 
 bool isToken68Character(QChar c) {
-    return isAlphanumeric(c) || QStringView(u"-._~+/").contains(c);
+    return isAsciiAlphanumeric(c) || QStringView(u"-._~+/").contains(c);
 }
 
 /// Reads one field from its beginning to its end.

@@ -6,6 +6,7 @@
 #include <sys/socket.h>
 
 #include "platform/net/body_framing.h"
+#include "platform/net/status_codes.h"
 #include "platform/net/transfer_error.h"
 #include "platform/net/wire_bytes.h"
 
@@ -291,9 +292,9 @@ TransferResult HTTPReadStream::Private::resultOf(CURLcode code) const {
 }
 
 bool HTTPReadStream::Private::hasBody() const {
-    constexpr int noContent = 204, notModified = 304;
     const int status = responseHead->statusCode;
-    return setup.message.method != "HEAD"_L1 && status != noContent && status != notModified;
+    return setup.message.method != "HEAD"_L1 && status != status::noContent &&
+           status != status::notModified;
 }
 
 /// libcurl forgets the length where a field names no transfer coding.

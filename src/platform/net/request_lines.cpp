@@ -3,19 +3,17 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/text/ascii.h"
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace platform {
 
 namespace {
 
-bool isAlphanumeric(QChar c) {
-    return (c >= u'0' && c <= u'9') || (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z');
-}
-
 bool consistsOf(QStringView text, QStringView othersAllowed) {
     return !text.isEmpty() && std::all_of(text.begin(), text.end(), [&](QChar c) {
-        return isAlphanumeric(c) || othersAllowed.contains(c);
+        return isAsciiAlphanumeric(c) || othersAllowed.contains(c);
     });
 }
 

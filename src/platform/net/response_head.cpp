@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "platform/text/ascii.h"
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace platform {
@@ -24,10 +26,7 @@ std::optional<QString> decodedUtf8(const QByteArray& bytes) {
 
 QString decoded(const QByteArray& bytes) {
     // As nearly all is, and a decoder takes ten times as long.
-    const bool isAscii = std::all_of(bytes.begin(), bytes.end(), [](char byte) {
-        return static_cast<unsigned char>(byte) < 0x80;
-    });
-    if (isAscii)
+    if (isAscii(bytes))
         return QString::fromLatin1(bytes);
     return decodedUtf8(bytes).value_or(QString::fromLatin1(bytes));
 }
@@ -37,10 +36,9 @@ QString decodedReference(const QByteArray& bytes) {
     if (const auto text = decodedUtf8(bytes))
         return *text;
     QByteArray escaped;
-    for (const char byte : bytes) {
-        const bool isAscii = static_cast<unsigned char>(byte) < 0x80;
-        escaped += isAscii ? QByteArray(1, byte) : '%' + QByteArray(1, byte).toHex().toUpper();
-    }
+    for (const char byte : bytes)
+        escaped +=
+            isAscii(byte) ? QByteArray(1, byte) : '%' + QByteArray(1, byte).toHex().toUpper();
     return QString::fromLatin1(escaped);
 }
 

@@ -4,6 +4,7 @@
 
 #include "platform/net/body_framing.h"
 #include "platform/net/response_head.h"
+#include "platform/net/status_codes.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -53,14 +54,15 @@ bool ResponseHeadReader::takeTrailer(std::string_view line) {
 }
 
 bool ResponseHeadReader::isAnsweredByTransport(int statusCode) const {
-    return (negotiates_.server && statusCode == 401) || (negotiates_.proxy && statusCode == 407);
+    return (negotiates_.server && statusCode == status::unauthorized) ||
+           (negotiates_.proxy && statusCode == status::proxyAuthenticationRequired);
 }
 
 bool ResponseHeadReader::endBlock() {
     auto read = readHead(std::exchange(block_, {}));
     if (!read)
         return refuse(u"the server's answer is not HTTP"_s);
-    if (read->head.statusCode < 200)
+    if (read->head.statusCode < status::ok)
         return true;
     if (read->isFramingDoubtful && isRequestSent_)
         return refuse(u"the server did not say clearly where its answer ends"_s);
@@ -78,7 +80,7 @@ bool ResponseHeadReader::accept(HTTPResponseHead head) {
     heldHead_.reset();
     if (const QString why = contradiction(head); !why.isEmpty())
         return refuse(why);
-    if (head.statusCode == 206) {
+    if (head.statusCode == status::partialContent) {
         const QString why = contradictionOfPartialContent(head.headers, asked_);
         isWrongPart_ = !why.isEmpty();
         if (isWrongPart_)
@@ -117,8 +119,7 @@ const std::optional<HTTPResponseHead>& ResponseHeadReader::tunnelRefusal() const
 }
 
 bool ResponseHeadReader::isProxyAsking() const {
-    constexpr int proxyAuthenticationRequired = 407;
-    return tunnelRefusal() && tunnelRefusal()->statusCode == proxyAuthenticationRequired;
+    return tunnelRefusal() && tunnelRefusal()->statusCode == status::proxyAuthenticationRequired;
 }
 
 }  // namespace platform

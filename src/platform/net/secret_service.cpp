@@ -23,30 +23,30 @@ namespace {
 using std::chrono::milliseconds;
 
 /// A store that is locked asks its user for the key to it.
-constexpr std::chrono::seconds patience(60);
+constexpr std::chrono::seconds patienceWithStore(60);
 /// One that answers nothing at all meanwhile is stuck, and must not stop us.
 constexpr std::chrono::seconds patienceWithMute(4);
 constexpr std::chrono::seconds betweenQuestions(1);
 constexpr std::chrono::seconds patienceAtEnd(3);
 
 const auto programName = u"Orlop"_s;
-const auto usernameKey = u"username"_s;
-const auto passwordKey = u"password"_s;
-const auto domainKey = u"domain"_s;
+const auto userAttribute = u"username"_s;
+const auto passwordAttribute = u"password"_s;
+const auto domainAttribute = u"domain"_s;
 
 QString serialized(const HTTPCredentials& credentials) {
-    const QJsonObject object{{usernameKey, credentials.username},
-                             {passwordKey, credentials.password},
-                             {domainKey, credentials.accountDomain}};
+    const QJsonObject object{{userAttribute, credentials.username},
+                             {passwordAttribute, credentials.password},
+                             {domainAttribute, credentials.accountDomain}};
     return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
 }
 
 std::optional<HTTPCredentials> deserialized(const QString& secret) {
     const QJsonObject object = QJsonDocument::fromJson(secret.toUtf8()).object();
-    if (!object.contains(usernameKey) || !object.contains(passwordKey))
+    if (!object.contains(userAttribute) || !object.contains(passwordAttribute))
         return std::nullopt;
-    return HTTPCredentials{object[usernameKey].toString(), object[passwordKey].toString(),
-                           object[domainKey].toString()};
+    return HTTPCredentials{object[userAttribute].toString(), object[passwordAttribute].toString(),
+                           object[domainAttribute].toString()};
 }
 
 /// Talks to the desktop's store, on a thread of its own.
@@ -62,7 +62,7 @@ public:
         job->setInsecureFallback(false);
         job->setKey(secretKey(space));
         auto* const timer = new QTimer(job);
-        const QDeadlineTimer deadline(patience);
+        const QDeadlineTimer deadline(patienceWithStore);
         connect(timer, &QTimer::timeout, this, [this, job, deadline] {
             if (!deadline.hasExpired() &&
                 !answered_.hasExpired(milliseconds(patienceWithMute).count()))

@@ -9,6 +9,8 @@
 #include <cstring>
 #include <limits>
 
+#include "platform/text/ascii.h"
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace platform {
@@ -23,11 +25,6 @@ bool isUriReference(const QByteArray& text) {
     if (result == URI_SUCCESS)
         uriFreeUriMembersA(&uri);
     return result == URI_SUCCESS;
-}
-
-bool isAscii(const QString& text) {
-    return std::all_of(text.begin(), text.end(),
-                       [](QChar c) { return c.unicode() > 0 && c.unicode() < 0x80; });
 }
 
 /// As written where the escaped bytes are no UTF-8.
@@ -86,7 +83,8 @@ QByteArray withoutZone(const QByteArray& text) {
 }  // namespace
 
 std::optional<Url> Url::parse(const QString& text) {
-    if (text.size() > longest || !isAscii(text) || !isUriReference(withoutZone(text.toLatin1())))
+    if (text.size() > longest || !isAscii(text) || text.contains(QChar(u'\0')) ||
+        !isUriReference(withoutZone(text.toLatin1())))
         return std::nullopt;
     Url url;
     url.text_ = text;

@@ -3,6 +3,8 @@
 
 #include "platform/net/url.h"
 
+#include "platform/text/ascii.h"
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace platform {
@@ -33,11 +35,10 @@ QString escaped(QStringView part, const QByteArray& legal) {
 }
 
 bool isScheme(QStringView text) {
-    const auto isLetter = [](QChar c) { return c.unicode() < 0x80 && c.isLetter(); };
-    const auto isLegal = [&isLetter](QChar c) {
-        return isLetter(c) || (c >= u'0' && c <= u'9') || QStringView(u"+-.").contains(c);
+    const auto isLegal = [](QChar c) {
+        return isAsciiAlphanumeric(c) || QStringView(u"+-.").contains(c);
     };
-    return !text.isEmpty() && isLetter(text.front()) &&
+    return !text.isEmpty() && isAsciiLetter(text.front()) &&
            std::all_of(text.begin(), text.end(), isLegal);
 }
 
@@ -71,10 +72,8 @@ std::optional<QString> asciiAuthority(QStringView authority) {
             literal.replace(u'%', "%25"_L1);
         return result + literal + port.toString();
     }
-    const bool isAscii =
-        std::all_of(host.begin(), host.end(), [](QChar c) { return c.unicode() < 0x80; });
     const QString ascii =
-        isAscii ? host.toString() : QString::fromLatin1(QUrl::toAce(host.toString()));
+        isAscii(host) ? host.toString() : QString::fromLatin1(QUrl::toAce(host.toString()));
     if (ascii.isEmpty() && !host.isEmpty())
         return std::nullopt;
     return result + ascii + port.toString();

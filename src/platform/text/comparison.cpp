@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <memory>
 
+#include "platform/text/ascii.h"
+
 namespace platform {
 
 namespace {
@@ -56,10 +58,6 @@ bool isDiacritic(QChar unit) {
     constexpr int firstFixedPosition = 10;
     const int combiningClass = unit.combiningClass();
     return combiningClass == overlay || combiningClass >= firstFixedPosition;
-}
-
-bool isAscii(const QString& text) {
-    return std::all_of(text.begin(), text.end(), [](QChar unit) { return unit.unicode() < 0x80; });
 }
 
 }  // namespace

@@ -92,7 +92,7 @@ void AddressPanel::addressDidChange() {
     if (!url_) {
         note_->setText(translated("This is no address of the web."));
     } else if (kept > 0) {
-        const QString size = links::fileSizeDescriptionWithBytesCount(static_cast<quint64>(kept));
+        const QString size = links::fileSizeText(kept);
         note_->setText(translated("%@ have come already. The address is asked first whether it "
                                   "has the same file.")
                            .replace(u"%@"_s, size));

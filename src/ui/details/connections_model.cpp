@@ -12,14 +12,11 @@ namespace {
 
 enum Column { RangeColumn, ArrivedColumn, SpeedColumn, NumberOfColumns };
 
-QString sizeText(qint64 bytes) {
-    return links::fileSizeDescriptionWithBytesCount(static_cast<quint64>(bytes));
-}
-
 QString rangeText(const app::Connection& connection) {
     if (connection.end < 0)
-        return connection.start > 0 ? translated("from %1").arg(sizeText(connection.start))
-                                    : translated("the whole file");
+        return connection.start > 0
+                   ? translated("from %1").arg(links::fileSizeText(connection.start))
+                   : translated("the whole file");
     const auto past = static_cast<quint64>(connection.end) + 1;
     const QString start = connection.start > 0 ? links::partialFileSizeDescriptionWithBytesCount(
                                                      static_cast<quint64>(connection.start), past)
@@ -39,7 +36,7 @@ QString speedText(const app::Connection& connection) {
     if (connection.perSecond < 1)
         return u"0"_s;
     return translated("%@/s").replace(
-        u"%@"_s, sizeText(app::shownRate(static_cast<double>(connection.perSecond))));
+        u"%@"_s, links::fileSizeText(app::shownRate(static_cast<double>(connection.perSecond))));
 }
 
 }  // namespace
@@ -70,8 +67,8 @@ QString ConnectionsModel::text(int row, int column) const {
         case RangeColumn:
             return rangeText(connection);
         case ArrivedColumn:
-            return connection.end < 0 ? sizeText(connection.arrived)
-                                      : u"%1 · %2 %"_s.arg(sizeText(connection.arrived))
+            return connection.end < 0 ? links::fileSizeText(connection.arrived)
+                                      : u"%1 · %2 %"_s.arg(links::fileSizeText(connection.arrived))
                                             .arg(static_cast<int>(connection.fraction() * 100));
         default:
             return speedText(connection);

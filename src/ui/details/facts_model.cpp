@@ -12,7 +12,7 @@ namespace ui {
 
 namespace {
 
-enum Column { LabelColumn, ValueColumn, NumberOfColumns };
+enum FactColumn { LabelColumn, ValueColumn, NumberOfFactColumns };
 
 bool haveSameLabels(const std::vector<app::Fact>& a, const std::vector<app::Fact>& b) {
     return std::equal(
@@ -43,7 +43,7 @@ int FactsModel::rowCount(const QModelIndex& parent) const {
 }
 
 int FactsModel::columnCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : NumberOfColumns;
+    return parent.isValid() ? 0 : NumberOfFactColumns;
 }
 
 QVariant FactsModel::data(const QModelIndex& index, int role) const {

@@ -24,9 +24,7 @@ QString rateText(double bytesPerSecond) {
     // Sizes have a dash for it, which is read as "not known".
     if (bytesPerSecond < 1)
         return u"0"_s;
-    return translated("%@/s").replace(u"%@"_s,
-                                      links::fileSizeDescriptionWithBytesCount(
-                                          static_cast<quint64>(app::shownRate(bytesPerSecond))));
+    return translated("%@/s").replace(u"%@"_s, links::fileSizeText(app::shownRate(bytesPerSecond)));
 }
 
 /// The next of 1, 2 and 5 with zeros, so that the scale stays while the speed wavers.

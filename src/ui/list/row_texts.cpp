@@ -64,9 +64,7 @@ QString rowToolTip(const app::StatusTexts& texts, engine::DQDownload& download) 
 
 QString actionToolTip(const engine::DQDownload& download, unsigned index) {
     const qint64 held = app::heldBytes(download);
-    const auto size = [held] {
-        return links::fileSizeDescriptionWithBytesCount(static_cast<quint64>(held));
-    };
+    const auto size = [held] { return links::fileSizeText(held); };
     if (index == engine::DQDownloadActionRemove) {
         if (download.status() == engine::DQDownloadStatusDone) {
             return translated("Remove from the list, keeps the file");

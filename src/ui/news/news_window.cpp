@@ -82,7 +82,7 @@ QWidget* NewsWindow::makeExplanationBar(platform::UserDefaults& defaults) {
     auto* box = new QCheckBox(translated("Automatically show news updates in the menu bar"), bar);
     box->setChecked(!defaults.get(suppress));
     connect(box, &QCheckBox::clicked, this,
-            [&defaults, &suppress](bool shows) { defaults.set(suppress, !shows); });
+            [&defaults](bool shows) { defaults.set(suppress, !shows); });
     layout->addWidget(box);
     layout->addWidget(makeNote(
         translated("Orlop News are generated from an online source without uploading any data "

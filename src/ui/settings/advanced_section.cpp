@@ -53,7 +53,7 @@ void addAddresses(SettingsPage& page, const SettingsContext& context) {
     auto* edit = new QPushButton(translated("Edit &Rules..."), &page);
     edit->setAutoDefault(false);
     edit->setAccessibleName(translated("Edit rules for download pages"));
-    page.addRow("Download pages:", {edit});
+    page.addRow("Download pages:", edit);
     QObject::connect(edit, &QPushButton::clicked, &page,
                      [show = context.showSection] { show(QStringLiteral("Experimental")); });
     QLineEdit* agent = page.addField("User &agent:", engine::settings::customUserAgent);
@@ -88,7 +88,7 @@ void addBrowserFilter(SettingsPage& page, const SettingsContext& context) {
     updateSafariExtensionFilterFieldColor(*safariExtensionFilterField,
                                           safariExtensionFilterField->text());
     QObject::connect(safariExtensionFilterField, &QLineEdit::textEdited, safariExtensionFilterField,
-                     [safariExtensionFilterField, &suite, &setting](const QString& text) {
+                     [safariExtensionFilterField, &suite](const QString& text) {
                          suite.set(setting, text);
                          updateSafariExtensionFilterFieldColor(*safariExtensionFilterField, text);
                      });
@@ -147,13 +147,13 @@ void addApplicationMode(SettingsPage& page, const SettingsContext& context) {
     QLabel* applicationModeExplanationView = page.addNote(
         "The window opens from the status item's menu and by a click on the drop target, a small "
         "window that takes addresses and can be dragged to any place.");
-    context.binder.follow({setting.name()}, applicationModeSelector,
-                          [applicationModeSelector, applicationModeExplanationView,
-                           &defaults = context.defaults, &setting] {
-                              const qint64 mode = defaults.get(setting);
-                              selectPopupValue(*applicationModeSelector, mode);
-                              applicationModeExplanationView->setVisible(mode >= 1);
-                          });
+    context.binder.follow(
+        {setting.name()}, applicationModeSelector,
+        [applicationModeSelector, applicationModeExplanationView, &defaults = context.defaults] {
+            const qint64 mode = defaults.get(setting);
+            selectPopupValue(*applicationModeSelector, mode);
+            applicationModeExplanationView->setVisible(mode >= 1);
+        });
 }
 
 }  // namespace

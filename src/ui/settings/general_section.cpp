@@ -41,11 +41,11 @@ void addSubdivision(SettingsPage& page, const SettingsContext& context) {
     QComboBox* date = page.addPopup(
         "Date &used:", {{"Today", 0}, {"When the download was added", 1}},
         engine::settings::subdivisionDate, [](qint64 value) { return value == 1 ? 1 : 0; });
-    context.binder.follow({general.name(), byRule.name()}, date,
-                          [&page, date, &defaults = context.defaults, &general, &byRule] {
-                              page.setRowVisible(date, !defaults.get(general).isEmpty() ||
-                                                           !defaults.get(byRule).isEmpty());
-                          });
+    context.binder.follow(
+        {general.name(), byRule.name()}, date, [&page, date, &defaults = context.defaults] {
+            page.setRowVisible(date,
+                               !defaults.get(general).isEmpty() || !defaults.get(byRule).isEmpty());
+        });
 }
 
 }  // namespace

@@ -79,7 +79,7 @@ void addAcceleration(SettingsPage& page, const SettingsContext& context) {
     QWidget* sharing = page.addSwitch("", "Fast connections help &slow ones",
                                       engine::settings::accelerationSharesSlowParts);
     context.binder.follow({enabled.name()}, factor,
-                          [factor, sharing, &defaults = context.defaults, &enabled] {
+                          [factor, sharing, &defaults = context.defaults] {
                               factor->setEnabled(defaults.get(enabled));
                               sharing->setEnabled(defaults.get(enabled));
                           });

@@ -9,7 +9,7 @@
 namespace ui {
 namespace {
 
-constexpr QSize iconSize(20, 20);
+constexpr QSize segmentIconSize(20, 20);
 
 }  // namespace
 
@@ -24,7 +24,7 @@ SegmentedControl::SegmentedControl(const std::array<Segment, 2>& segments, bool 
         const Segment& segment = segments[static_cast<std::size_t>(index)];
         auto* button = new QToolButton(this);
         button->setIcon(symbolIcon(segment.symbol));
-        button->setIconSize(iconSize);
+        button->setIconSize(segmentIconSize);
         button->setObjectName(segment.symbol);
         button->setToolTip(segment.title);
         button->setAccessibleName(segment.title);

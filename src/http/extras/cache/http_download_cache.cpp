@@ -10,6 +10,7 @@
 #include "http/http_request.h"
 #include "http/shared/shared_state.h"
 #include "platform/files/files.h"
+#include "platform/net/status_codes.h"
 
 namespace http {
 
@@ -222,8 +223,7 @@ bool HTTPDownloadCache::isCachedDataCurrentForRequest(const HTTPRequest& request
     const auto cached = cachedHeaders(request.url());
     if (!cached || pathToCachedResponseDataForURL(request.url()).isEmpty())
         return false;
-    constexpr int notModified = 304;
-    if (request.responseStatusCode() == notModified)
+    if (request.responseStatusCode() == platform::status::notModified)
         return true;
     // Also of a response whose body is still to come: a server that was asked has answered.
     if (const auto headers = request.responseHeaders(); headers) {
