@@ -1035,6 +1035,11 @@
         </message>
         <message>
             <location filename="../../src/app/history/history_item_menu.cpp" />
+            <source>Gone from %@</source>
+            <translation>Nicht mehr in %@</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/history/history_item_menu.cpp" />
             <source>Wrong %@</source>
             <translation>%@ falsch</translation>
         </message>
@@ -1402,6 +1407,31 @@ Möchten Sie jetzt wirklich beenden?</translation>
             <location filename="../../src/app/queue/removed_downloads.cpp" />
             <source>Removed %@ downloads (%@ kept)</source>
             <translation>%@ Downloads entfernt (%@ aufbewahrt)</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/row_actions.cpp" />
+            <source>%@ files are gone</source>
+            <translation>%@ Dateien sind nicht mehr da</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/row_actions.cpp" />
+            <source>Open Its Folder</source>
+            <translation>Ordner öffnen</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/row_actions.cpp" />
+            <source>The file was in %@ and has been moved or deleted.</source>
+            <translation>Die Datei lag in %@ und wurde verschoben oder gelöscht.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/row_actions.cpp" />
+            <source>They have been moved or deleted.</source>
+            <translation>Sie wurden verschoben oder gelöscht.</translation>
+        </message>
+        <message>
+            <location filename="../../src/app/rows/row_actions.cpp" />
+            <source>“%@” is gone</source>
+            <translation>„%@“ ist nicht mehr da</translation>
         </message>
         <message>
             <location filename="../../src/app/rows/status_text.cpp" />

@@ -38,6 +38,7 @@ struct Alert {
         UnfamiliarTarget,
         LargeSeries,
         OpenMany,
+        FilesGone,
     };
     Kind kind;
     QString title, text;

@@ -106,6 +106,9 @@ TEST_F(DetailsTest, KnowsThatSomethingCameThoughItWasOverSoon) {
         worker->receive(10'000);
         progress(*one);
     }
+    // Its worker has gone before its end is known.
+    one->transfer().dropWorkers();
+    progress(*one);
     setStatus(*one, DQDownloadStatusPaused);
     main.clock.advance(10);
     const auto rates = rows().speeds().rates(*one, main.clock.monotonic());

@@ -236,6 +236,45 @@ TEST_F(RowsTest, MissingFileIsNoticedWithoutAskingWhileDrawing) {
     }
     EXPECT_FALSE(canShow());
     EXPECT_TRUE(rows().canPerformAction(*done, DQDownloadActionRemove));
+    EXPECT_EQ(text(*done), u"Gone from "_s + platform::abbreviateWithTilde(folder.path()));
+}
+
+/// Return, and a row's menu, on what has been deleted elsewhere: it says so and offers a way on.
+TEST_F(RowsTest, GoneFilesAreToldOfAndCanBeHadAgain) {
+    QStringList opened;
+    workspace.openURL = [&](const platform::Url& url) {
+        opened.append(url.filePath());
+        return true;
+    };
+    const auto put = [&](const QString& name) {
+        const auto done = one(u"http://a.example/"_s + name);
+        const QString file = folder.filePath(name);
+        EXPECT_FALSE(platform::writeFileAtomically(file, "x"));
+        done->userSettings().set(keys::originalURL, done->URLString());
+        done->setURL(platform::Url::fromFilePath(file));
+        end(*done, DQDownloadStatusDone);
+        return done;
+    };
+    const auto kept = put(u"kept"_s), gone = put(u"gone"_s), other = put(u"other"_s);
+    QFile::remove(gone->path());
+    QFile::remove(other->path());
+    rows().actions().open({kept, gone, other});
+    EXPECT_EQ(std::exchange(opened, {}), QStringList{kept->path()});
+    ASSERT_EQ(frontEnd.alerts.size(), 1U) << "one question for all";
+    EXPECT_EQ(frontEnd.alerts.back().title, u"2 files are gone"_s);
+
+    frontEnd.onConfirm = [](const app::Alert& alert) {
+        return alert.defaultButton == u"Open Its Folder"_s;
+    };
+    rows().actions().reveal(*gone);
+    EXPECT_EQ(frontEnd.alerts.back().title, u"“gone” is gone"_s);
+    EXPECT_EQ(opened, QStringList{folder.path()});
+
+    frontEnd.onConfirm = [](const app::Alert&) { return true; };
+    rows().actions().open(*gone);
+    const auto again = controller->downloads()[1];
+    EXPECT_NE(again, gone);
+    EXPECT_EQ(again->URL().absoluteString(), u"http://a.example/gone"_s);
 }
 
 /// Its record goes, and with it whatever was to come for its row.

@@ -13,8 +13,11 @@
 #include <QScrollBar>
 #include <QTextBrowser>
 #include <QTimer>
+#include <QToolButton>
+
 #include <QTreeWidget>
 
+#include <map>
 #include "app/commands/context_menu.h"
 #include "app/core_fixture.h"
 #include "app/history/historian.h"
@@ -247,6 +250,24 @@ TEST_F(AllWindows, HaveNoTwoMnemonicsAlikeInAnyLanguage) {
         });
         EXPECT_THAT(clashes, IsEmpty());
     }
+}
+
+TEST_F(AllWindows, ArrowsPointAwayFromEachOtherInBothDirections) {
+    int seen = 0;
+    for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        QGuiApplication::setLayoutDirection(direction);
+        visit([&](const QWidget& window) {
+            if (!qobject_cast<const ui::HelpWindow*>(&window))
+                return;
+            std::map<Qt::ArrowType, int> places;
+            for (const auto* button : window.findChildren<QToolButton*>())
+                places[button->arrowType()] = button->mapTo(&window, QPoint()).x();
+            EXPECT_LT(places.at(Qt::LeftArrow), places.at(Qt::RightArrow)) << direction;
+            ++seen;
+        });
+    }
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+    EXPECT_EQ(seen, 2);
 }
 
 /// What has less room in a window than its text needs.

@@ -106,8 +106,9 @@ TEST_F(HistoryMenuTest, OffersWhatCanBeDoneWithAnEntry) {
     EXPECT_EQ(offered.last(), u"Download Again"_s);
     QMenu* absent = item(u"gone"_s)->menu();
     Q_EMIT absent->aboutToShow();
-    EXPECT_EQ(titles(*absent), QStringList({u"Open in Browser"_s, u"Copy Original URL"_s,
-                                            u"http://files.example/gone"_s, u"Download Again"_s}));
+    EXPECT_EQ(titles(*absent), QStringList({u"Gone from "_s + folder.path(), u"Open in Browser"_s,
+                                            u"Copy Original URL"_s, u"http://files.example/gone"_s,
+                                            u"Download Again"_s}));
     item(u"Clear History"_s)->trigger();
     EXPECT_EQ(historian->numberOfItems(), 0);
     menu->popup({});

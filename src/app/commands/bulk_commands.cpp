@@ -72,9 +72,7 @@ void open(const RowActions& actions, const Downloads& downloads, Questions& ques
     if (!mayOpenFiles(downloads.size(), questions)) {
         return;
     }
-    for (const engine::DownloadPtr& download : downloads) {
-        actions.open(*download);
-    }
+    actions.open(downloads);
 }
 
 void openOriginalURLs(Rows& rows, const Downloads& downloads, Questions& questions) {

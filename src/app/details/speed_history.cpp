@@ -25,8 +25,11 @@ void SpeedHistory::note(const engine::DQDownload& download, platform::Seconds no
         now - samples.back().at < standstill)
         return;
     // The last one moves on with what comes, since the end of a download has no figures any more.
-    if (samples.size() > 1 && (now - samples[samples.size() - 2].at < interval ||
-                               now - samples.back().begun < interval / 2)) {
+    // A count that has fallen is that of the next attempt, and takes nothing from the last.
+    const bool isSameAttempt = !samples.empty() && sample.bytes >= samples.back().bytes;
+    if (isSameAttempt && samples.size() > 1 &&
+        (now - samples[samples.size() - 2].at < interval ||
+         now - samples.back().begun < interval / 2)) {
         sample.begun = samples.back().begun;
         samples.pop_back();
     }
@@ -48,9 +51,10 @@ std::vector<double> SpeedHistory::rates(const engine::DQDownload& download,
     const std::deque<Sample>& samples = found->second;
     for (auto end = std::next(samples.begin()); end != samples.end(); ++end) {
         const Sample& begin = *std::prev(end);
-        // A count that has fallen belongs to another attempt.
-        const qint64 bytes = std::max<qint64>(end->bytes - begin.bytes, 0);
-        const double rate = static_cast<double>(bytes) / std::max(end->at - begin.at, shortest);
+        if (end->bytes < begin.bytes)
+            continue;
+        const double rate =
+            static_cast<double>(end->bytes - begin.bytes) / std::max(end->at - begin.at, shortest);
         const int first = std::min(slotAt(begin.at), reach - 1);
         std::fill(rates.begin() + first, rates.begin() + std::max(slotAt(end->at), first + 1),
                   rate);

@@ -2,6 +2,7 @@
 
 #include "app/commands/open_with.h"
 #include "engine/record/checksum.h"
+#include "links/paths/path_components.h"
 #include "links/text/localization.h"
 
 namespace app {
@@ -22,6 +23,13 @@ public:
         menu_.push_back(separator());
         add("Copy Path", &HistoryActions::copyPath, path);
         menu_.push_back(note(path));
+        menu_.push_back(separator());
+    }
+
+    void addGone(const QString& abbreviatedPath) {
+        menu_.push_back(
+            note(links::filledFormat(links::localized("Gone from %@"),
+                                     {links::stringByDeletingLastPathComponent(abbreviatedPath)})));
         menu_.push_back(separator());
     }
 
@@ -74,6 +82,8 @@ Menu historyItemMenu(const HistoryEntry& entry, const HistoryActions& actions) {
     ItemMenu menu(actions);
     if (const auto path = entry.existingPath()) {
         menu.addFileItems(*path, entry.isWrongFile);
+    } else if (!entry.path.isEmpty()) {
+        menu.addGone(entry.path);
     }
     menu.addChecksum(entry);
     menu.addAddressItems(entry.originalURL);

@@ -3,7 +3,12 @@
 #include "app/rows/file_presence.h"
 #include "engine/record/user_settings.h"
 #include "engine/settings.h"
+#include "links/paths/path_components.h"
+#include "links/text/localization.h"
 #include "platform/base/user_defaults.h"
+#include "platform/files/files.h"
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace app {
 
@@ -12,6 +17,30 @@ namespace {
 std::optional<platform::Url> originalURL(const engine::DQDownload& download) {
     const auto url = platform::Url::parse(download.originalURLString());
     return url && !url->isEmpty() ? url : std::nullopt;
+}
+
+QString folderOf(const engine::DQDownload& download) {
+    return links::stringByDeletingLastPathComponent(download.path());
+}
+
+/// Finished, and no longer anywhere near where it was put.
+bool isGone(engine::DQDownload& download) {
+    return download.status() == engine::DQDownloadStatusDone && !download.path().isEmpty() &&
+           !download.fileExists();
+}
+
+Alert goneAlert(const engine::Downloads& gone, const char* offer) {
+    using links::filledFormat;
+    using links::localized;
+    const engine::DQDownload& first = *gone.front();
+    const bool isOne = gone.size() == 1;
+    return {Alert::Kind::FilesGone,
+            isOne ? filledFormat(localized("“%@” is gone"), {first.displayName()})
+                  : filledFormat(localized("%@ files are gone"), {QString::number(gone.size())}),
+            isOne ? filledFormat(localized("The file was in %@ and has been moved or deleted."),
+                                 {platform::abbreviateWithTilde(folderOf(first))})
+                  : localized("They have been moved or deleted."),
+            QString::fromUtf8(offer), u"Cancel"_s};
 }
 
 }  // namespace
@@ -77,7 +106,28 @@ bool RowActions::isAlternateFunctionalityEvent() const {
     return surroundings_.frontEnd.presence.areAlternateFunctionalityModifiersHeld();
 }
 
-void RowActions::open(engine::DQDownload& download) const {
+void RowActions::open(const engine::Downloads& downloads) const {
+    engine::Downloads gone;
+    for (const engine::DownloadPtr& download : downloads) {
+        if (isGone(*download)) {
+            gone.push_back(download);
+        } else {
+            openOne(*download);
+        }
+    }
+    if (gone.empty()) {
+        return;
+    }
+    surroundings_.frontEnd.feedback.beep();
+    if (surroundings_.frontEnd.questions.confirm(
+            goneAlert(gone, links::translatable("Download Again")))) {
+        for (const engine::DownloadPtr& download : gone) {
+            surroundings_.retry(*download);
+        }
+    }
+}
+
+void RowActions::openOne(engine::DQDownload& download) const {
     const bool isOpened = download.status() == engine::DQDownloadStatusDone &&
                           !download.isWrongFile() && download.fileExists() &&
                           surroundings_.workspace.openURL(download.URL());
@@ -87,8 +137,26 @@ void RowActions::open(engine::DQDownload& download) const {
 }
 
 void RowActions::reveal(engine::DQDownload& download) const {
+    if (isGone(download)) {
+        revealFolder(download.shared_from_this());
+        return;
+    }
     const QString path = download.pathToReveal();
     if (path.isEmpty() || !surroundings_.workspace.revealFile(path)) {
+        surroundings_.frontEnd.feedback.beep();
+    }
+}
+
+void RowActions::revealFolder(const engine::DownloadPtr& download) const {
+    const QString folder = folderOf(*download);
+    if (!platform::pathExists(folder)) {
+        open({download});
+        return;
+    }
+    surroundings_.frontEnd.feedback.beep();
+    if (surroundings_.frontEnd.questions.confirm(
+            goneAlert({download}, links::translatable("Open Its Folder"))) &&
+        !surroundings_.workspace.openURL(platform::Url::fromFilePath(folder))) {
         surroundings_.frontEnd.feedback.beep();
     }
 }

@@ -5,7 +5,7 @@
 
 #include "app/front_end.h"
 #include "app/workspace.h"
-#include "engine/lifecycle/download.h"
+#include "engine/queue/download_queue.h"
 
 namespace platform {
 class UserDefaults;
@@ -30,7 +30,7 @@ public:
         const Workspace& workspace;
         FrontEnd frontEnd;
         FilePresence& presence;
-        /// Puts a new record in the place of one that has failed for good.
+        /// Puts a new record in the place of one that has ended.
         std::function<void(engine::DQDownload&)> retry;
     };
 
@@ -40,8 +40,11 @@ public:
     [[nodiscard]] bool canPerform(engine::DQDownload& download, unsigned index) const;
     void perform(engine::DQDownload& download, unsigned index) const;
 
-    /// The finished file in its application; anything else is revealed.
-    void open(engine::DQDownload& download) const;
+    /// The finished files in their applications; anything else is revealed. For files that are gone
+    /// the user can have them downloaded again.
+    void open(const engine::Downloads& downloads) const;
+    void open(engine::DQDownload& download) const { open({download.shared_from_this()}); }
+    /// For a file that is gone the user can see the folder in which it was.
     void reveal(engine::DQDownload& download) const;
     /// The page in the browser that the download was handed over from.
     void openPage(const engine::DQDownload& download) const;
@@ -54,6 +57,8 @@ public:
     void openWithApplication(const QString& path, const QString& application) const;
 
 private:
+    void revealFolder(const engine::DownloadPtr& download) const;
+    void openOne(engine::DQDownload& download) const;
     void performPrimary(engine::DQDownload& download) const;
     void copy(const Pasteboard& pasteboard) const;
 

@@ -9,7 +9,7 @@ namespace app {
 Rows::Rows(const Surroundings& surroundings)
     : presence_(surroundings.queue.context(), [&list = surroundings.frontEnd.list](
                                                   engine::DQDownload&) { list.setNeedsDisplay(); }),
-      texts_(surroundings.queue),
+      texts_(surroundings.queue, presence_),
       actions_({surroundings.queue.context().defaults, surroundings.workspace,
                 surroundings.frontEnd, presence_, surroundings.retry}),
       vanishing_({surroundings.queue.context().loop, surroundings.queue.context().defaults,

@@ -21,7 +21,7 @@ public:
         FrontEnd frontEnd;
         /// Takes a record out of the queue.
         std::function<void(engine::DQDownload&)> remove;
-        /// Puts a new record in the place of one that has failed for good.
+        /// Puts a new record in the place of one that has ended.
         std::function<void(engine::DQDownload&)> retry;
     };
 

@@ -5,6 +5,7 @@
 
 #include "app/checksums/checksum_texts.h"
 #include "app/failures/failure_sentence.h"
+#include "app/rows/file_presence.h"
 #include "app/rows/running_figures.h"
 #include "engine/queue/download_queue.h"
 #include "engine/record/known_file.h"
@@ -90,8 +91,8 @@ QString decorated(const QString& text, const DQDownload& download) {
 
 }  // namespace
 
-StatusTexts::StatusTexts(engine::DownloadQueue& queue)
-    : queue_(queue), defaults_(queue.context().defaults) {}
+StatusTexts::StatusTexts(engine::DownloadQueue& queue, FilePresence& presence)
+    : queue_(queue), presence_(presence), defaults_(queue.context().defaults) {}
 
 QString StatusTexts::withAccelerationSuffix(const QString& text, const DQDownload& download) const {
     const engine::UserSettings& settings = download.userSettings();
@@ -119,14 +120,16 @@ QString StatusTexts::abortedText(const DQDownload& download, bool live) const {
 }
 
 QString StatusTexts::doneText(DQDownload& download) const {
+    const QString folder =
+        platform::abbreviateWithTilde(links::stringByDeletingLastPathComponent(download.path()));
+    if (!download.path().isEmpty() && !presence_.isThere(download))
+        return filledFormat(localized("Gone from %@"), {folder});
     const QString text =
         withDetail(localized("Complete"),
                    links::fuzzyDescription(download.doneDate(), queue_.context().wallNow()));
-    if (!download.userSettings().boolean(keys::leftBehind))
-        return text;
-    const QString folder = links::stringByDeletingLastPathComponent(download.path());
-    return withDetail(
-        text, filledFormat(localized("Lies in %@"), {platform::abbreviateWithTilde(folder)}));
+    return download.userSettings().boolean(keys::leftBehind)
+               ? withDetail(text, filledFormat(localized("Lies in %@"), {folder}))
+               : text;
 }
 
 QString StatusTexts::hostWaitDescription(const DQDownload& download) const {

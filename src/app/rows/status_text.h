@@ -13,10 +13,13 @@ class UserDefaults;
 
 namespace app {
 
+class FilePresence;
+
 /// What rows say below the names of their downloads. Main thread.
 class StatusTexts {
 public:
-    explicit StatusTexts(engine::DownloadQueue& queue);
+    /// Both outlive this.
+    StatusTexts(engine::DownloadQueue& queue, FilePresence& presence);
 
     /// What is known of a running download, each in words of its own; empty where there is nothing.
     struct Progress {
@@ -53,6 +56,7 @@ private:
     [[nodiscard]] QString anonymizedHost(const QString& host) const;
 
     engine::DownloadQueue& queue_;
+    FilePresence& presence_;
     const platform::UserDefaults& defaults_;
 };
 

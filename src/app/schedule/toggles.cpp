@@ -29,9 +29,12 @@ Alert sleepNowAlert() {
 }
 
 Alert shutDownNowAlert() {
-    return {Alert::Kind::ShutDownWhenDone, u"Shut down now?"_s,
+    return {Alert::Kind::ShutDownWhenDone,
+            u"Shut down now?"_s,
             u"All downloads are done already, so the computer would be shut down at once."_s,
-            u"Shut Down Now"_s, u"Cancel"_s};
+            u"Shut Down Now"_s,
+            u"Cancel"_s,
+            true};
 }
 
 }  // namespace

@@ -113,7 +113,12 @@ DownloadPtr DownloadQueue::replace(DQDownload& download, const platform::Url& ur
 }
 
 DownloadPtr DownloadQueue::retry(DQDownload& download, bool addToQueue) {
-    return replace(download, download.URL(), addToQueue, [&](DQDownload& replacement) {
+    // A finished one bears the address of its file.
+    const bool isDone = download.status() == DQDownloadStatusDone;
+    const auto url = isDone ? platform::Url::parse(download.originalURLString()) : download.URL();
+    if (!url || url->isEmpty())
+        return nullptr;
+    return replace(download, *url, addToQueue, [&](DQDownload& replacement) {
         const UserSettings& settings = download.userSettings();
         replacement.userSettings().set(keys::identity, settings.value(keys::identity));
         if (settings.boolean(keys::keepsName)) {

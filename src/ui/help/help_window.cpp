@@ -133,8 +133,10 @@ QWidget* HelpWindow::makeHeader() {
         made->setSizePolicy(policy);
         return made;
     };
-    previousPageButton = button(Qt::LeftArrow);
-    nextPageButton = button(Qt::RightArrow);
+    // They stand where the text begins and ends.
+    const bool isMirrored = layoutDirection() == Qt::RightToLeft;
+    previousPageButton = button(isMirrored ? Qt::RightArrow : Qt::LeftArrow);
+    nextPageButton = button(isMirrored ? Qt::LeftArrow : Qt::RightArrow);
     pageTitleField = new QLabel(header);
     pageTitleField->setAlignment(Qt::AlignCenter);
     QFont font = pageTitleField->font();

@@ -205,9 +205,11 @@ void DQDownloadCell::paintIcon(QPainter& painter, const Surroundings& surroundin
     const QRect frame = geometry_.imageFrameForCellFrame(surroundings.row, surroundings.direction);
     painter.drawPixmap(frame.topLeft(), fileTypePixmap(_icon.value_or(QString()), frame.width(),
                                                        surroundings.devicePixelRatio));
+    // One whose file is gone has nothing to be glad about.
+    const bool isFileShown = _finalStatus > 0 && (_canPerformAction1 || _vanishFraction >= 0);
     const QString badge = trouble_ == Trouble::Failed        ? u"DQFailure"_s
                           : trouble_ == Trouble::Interrupted ? u"DQInterrupted"_s
-                          : _finalStatus > 0                 ? u"DQSuccess"_s
+                          : isFileShown                      ? u"DQSuccess"_s
                                                              : QString();
     if (!badge.isEmpty()) {
         constexpr int size = 14;
