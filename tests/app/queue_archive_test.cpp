@@ -1,7 +1,10 @@
+#include <sys/inotify.h>
+#include <unistd.h>
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <array>
 
 #include "app/queue/archive_writer.h"
 #include "app/queue/queue_archive.h"
@@ -13,6 +16,7 @@
 #include "engine/lifecycle/kept_aside.h"
 #include "engine/settings.h"
 #include "engine/workers/download_worker_prototype.h"
+#include "platform/files/descriptor.h"
 
 using namespace Qt::Literals::StringLiterals;
 namespace keys = engine::keys;
@@ -116,6 +120,34 @@ TEST_F(QueueFile, RowsSayWhyTheyFailedInAnEarlierRun) {
     download(u"a"_s)->pause();
     restart();
     EXPECT_FALSE(download(u"a"_s)->isInterrupted());
+}
+
+/// A kill right behind a quit must not leave paused what was to go on.
+TEST_F(QueueFile, IsWrittenOnceByAQuit) {
+    defaults.set(app::settings::quitProcedure, qint64{1});
+    QStringList names;
+    for (int number = 0; number < 50; ++number) {
+        names.append(QString::number(number));
+    }
+    add(names);
+    ASSERT_EQ(savedURLs().size(), names.size());
+    main.advance(60);  // The file has rested.
+    const platform::Descriptor watch(inotify_init1(IN_NONBLOCK));
+    const QByteArray place = QFile::encodeName(QFileInfo(queuePath()).path());
+    ASSERT_GE(inotify_add_watch(watch.get(), place.constData(), IN_MOVED_TO), 0);
+    ASSERT_TRUE(controller->writeArchiveBeforeQuitting(true));
+    stop();
+    std::array<char, 4096> events{};
+    const auto length = read(watch.get(), events.data(), events.size());
+    int writings = 0;
+    for (ssize_t at = 0; at < length;) {
+        const auto* event = reinterpret_cast<const inotify_event*>(&events.at(std::size_t(at)));
+        writings += QFile::decodeName(event->name) == QFileInfo(queuePath()).fileName() ? 1 : 0;
+        at += ssize_t(sizeof(inotify_event) + event->len);
+    }
+    EXPECT_EQ(writings, 1);
+    start();
+    EXPECT_EQ(savedArchive(u"7"_s).value(keys::paused), false);
 }
 
 TEST_F(QueueFile, SavesChangesThatAnEarlierSavingDidNotKnow) {

@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <algorithm>
 #include <cerrno>
 #include <iterator>
@@ -106,6 +107,9 @@ std::vector<QVariantMap> QueueArchive::read() {
 }
 
 void QueueArchive::write() {
+    if (isQuitting_) {
+        return;
+    }
     wantsToBeWritten_ = true;
     if (writer_->isBusy()) {
         return;
@@ -305,6 +309,9 @@ public:
         if (asks_ && pausesAny(queue.downloads()) && !archive_.confirmQuit()) {
             return false;
         }
+        // What is paused here is saved as going on, and at no moment as paused.
+        archive_.isQuitting_ = true;
+        const auto isOver = qScopeGuard([this] { archive_.isQuitting_ = false; });
         const engine::DownloadQueue::Batch batch(queue);
         // Pausing reports to the queue's owner.
         const engine::Downloads downloads = queue.downloads();

@@ -106,6 +106,7 @@ private:
     platform::Seconds handedOver_ = 0;  ///< When the last write began, on the monotonic scale.
     platform::Seconds written_ = 0;     ///< When it ended.
     bool wantsToBeWritten_ = false;
+    bool isQuitting_ = false;  ///< Everything is being paused, and saved right after.
     bool mayWrite_ = true;
     /// What `didWrite` is going to report has been told.
     bool isFailureTold_ = false;
