@@ -53,6 +53,9 @@ TEST_F(DownloadRecordTest, NamesFollowTheirSources) {
     EXPECT_EQ(download->name(), u"get.php"_s);
     download->setName(u"The Film.mkv"_s);
     EXPECT_EQ(download->sortName(), u"Film.mkv"_s);
+    download->setName(u"photo\u202Egpj.exe"_s);
+    EXPECT_EQ(download->name(), u"photogpj.exe"_s) << "a program that poses as a picture";
+    download->setName(u"The Film.mkv"_s);
     EXPECT_EQ(download->icon(), u"mkv"_s);
     set(settings::privateDownloading, true);
     set(settings::privateDownloadingPreservesExtensions, true);
