@@ -83,7 +83,8 @@ DQMainController::Parts::Parts(DQMainController& owner, const Surroundings& give
       view(queue, given.defaults),
       drag(queue, view, rows.vanishing(), given.defaults),
       list({view, given.frontEnd.list, given.loop, given.defaults,
-            [&owner] { owner.updateStatusAndForceUpdateApplicationImage(false); }}),
+            [&owner] { owner.updateStatusAndForceUpdateApplicationImage(false); },
+            [&owner] { Q_EMIT owner.selectionChanged(); }}),
       removed({queue,
                [this](const engine::DQDownload& download) {
                    return download.isBeingRemoved() || rows.vanishing().isVanishing(download);
@@ -254,7 +255,6 @@ void DQMainController::updateDownloadListAndStatus() {
 
 void DQMainController::selectionDidChange(const QList<qsizetype>& rows) {
     parts_->list.selectionDidChange(rows);
-    Q_EMIT selectionChanged();
 }
 
 Downloads DQMainController::selectedDownloads() {
@@ -263,7 +263,6 @@ Downloads DQMainController::selectedDownloads() {
 
 void DQMainController::selectDownloads(const Downloads& downloads) {
     parts_->list.selectDownloads(downloads);
-    Q_EMIT selectionChanged();
 }
 
 QStringList DQMainController::selectedOriginalURLStrings() {
@@ -272,7 +271,6 @@ QStringList DQMainController::selectedOriginalURLStrings() {
 
 void DQMainController::selectOriginalURLStrings(const QStringList& urlStrings) {
     parts_->list.selectOriginalURLStrings(urlStrings);
-    Q_EMIT selectionChanged();
 }
 
 Downloads DQMainController::contextDownloads() {

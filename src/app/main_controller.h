@@ -243,6 +243,8 @@ Q_SIGNALS:
     void textNotUnderstood(const std::vector<RefusedText>& refused);
     /// Addresses were given once more of which these are the downloads.
     void alreadyInList(const Downloads& downloads);
+    /// The user has taken their removal back.
+    void downloadsRestored(const Downloads& downloads);
     /// What files and folders could not be opened and why, a sentence each.
     void filesNotOpened(const QStringList& problems);
 

@@ -123,11 +123,13 @@ TEST_F(DetailsTest, ShowsANewLimitSoonAndEvenly) {
         progress(*one);
         main.clock.advance(0.6);
         worker->receive(bytes);
+        static_cast<void>(one->transfer().noteReceivedBytes(*worker));
         progress(*one);
     };
     for (int count = 0; count < 40; ++count)
         gust(1'000'000);
     one->speedLimit().set(100'000);
+    gust(5'000'000);  // Was on its way.
     for (int count = 0; count < 10; ++count)
         gust(110'000);
     const auto span = one->speed(main.clock.monotonic());

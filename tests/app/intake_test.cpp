@@ -505,13 +505,6 @@ TEST_F(IntakeTest, ADocumentIsNoListAndItsAddressesAreOffered) {
     frontEnd.onConfirm = [](const app::Alert&) { return true; };
     controller->openFiles({folder.filePath(u"docs/notes.txt"_s)}, false, false);
     EXPECT_EQ(queue(), QStringList({u"c"_s, u"d"_s, u"a"_s, u"b"_s}));
-
-    frontEnd.isThere = false;
-    writeFile(u"docs/more.txt"_s, "Hello\nhttp://a.example/e\n\nBye\n");
-    controller->openFiles({folder.filePath(u"docs/more.txt"_s)}, false, false);
-    EXPECT_EQ(queue().size(), 4);
-    ASSERT_EQ(problems.size(), 1);
-    EXPECT_TRUE(problems[0].startsWith(u"1 address in more.txt."_s));
 }
 
 TEST_F(IntakeTest, SaysPlainlyWhyAListCannotBeRead) {
@@ -525,21 +518,6 @@ TEST_F(IntakeTest, SaysPlainlyWhyAListCannotBeRead) {
     ASSERT_EQ(problems.size(), 1);
     EXPECT_TRUE(problems[0].endsWith(u"long.txt cannot be read: The file is too large."_s))
         << problems[0].toStdString();
-}
-
-TEST_F(IntakeTest, TakesNoneOfTooManyFilesWhereNobodyCanBeAsked) {
-    for (int i = 0; i < 101; ++i) {
-        writeFile(u"tree/f%1.zip"_s.arg(i), "x");
-    }
-    frontEnd.isThere = false;
-    QStringList problems;
-    QObject::connect(controller.get(), &app::DQMainController::filesNotOpened, controller.get(),
-                     [&](const QStringList& texts) { problems += texts; });
-    const QString tree = folder.filePath(u"tree"_s);
-    EXPECT_FALSE(controller->openFiles({tree}, false, false));
-    controller->openText(platform::Url::fromFilePath(tree).absoluteString());
-    EXPECT_EQ(controller->numberOfDownloads(), 0);
-    EXPECT_EQ(problems, QStringList(2, app::tooManyFilesText()));
 }
 
 TEST_F(IntakeTest, StreamsLongRangesWithoutHoldingTheLoop) {

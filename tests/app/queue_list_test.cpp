@@ -91,6 +91,8 @@ TEST_F(QueueList, SelectionFollowsDownloadsAndIsRemembered) {
     sortBy(1);
     EXPECT_EQ(frontEnd.selectedRows, QList<qsizetype>({2, 3}));
     EXPECT_EQ(names(controller->contextDownloads()), QStringList({u"b"_s, u"c"_s}));
+    controller->retry(controller->selectedDownloads());
+    EXPECT_EQ(frontEnd.selectedRows, QList<qsizetype>({2, 3})) << "tried again, selected still";
 
     controller->setFilterText(u"c"_s);
     EXPECT_EQ(selected(), QStringList{u"c"_s}) << "what is hidden is not selected";

@@ -193,11 +193,6 @@ TEST_F(ScheduleTest, SwitchesDoAtOnceWhatTheyStandFor) {
     controller->allDone()._mayTriggerQuitOnAllDone = true;
     toggles().setAutoQuit(true);
     EXPECT_FALSE(controller->allDone()._mayTriggerQuitOnAllDone);
-    for (const auto behavior : {app::CloseBehavior::Quits, app::CloseBehavior::QuitsOnCleanSlate,
-                                app::CloseBehavior::Stays}) {
-        toggles().setCloseBehavior(behavior);
-        EXPECT_EQ(toggles().closeBehavior(), behavior);
-    }
     toggles().toggleAcceleration();
     EXPECT_TRUE(engine::AccelerationSettings(defaults).accelerates());
 }

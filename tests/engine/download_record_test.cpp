@@ -4,6 +4,7 @@
 #include "engine/record/rule_matching.h"
 #include "engine/settings.h"
 #include "engine_fixture.h"
+#include "platform/base/log.h"
 #include "platform/files/files.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -53,6 +54,9 @@ TEST_F(DownloadRecordTest, NamesFollowTheirSources) {
     EXPECT_EQ(download->name(), u"get.php"_s);
     download->setName(u"The Film.mkv"_s);
     EXPECT_EQ(download->sortName(), u"Film.mkv"_s);
+    download->setName(u"photo\u202Egpj.exe"_s);
+    EXPECT_EQ(download->name(), u"photogpj.exe"_s) << "a program that poses as a picture";
+    download->setName(u"The Film.mkv"_s);
     EXPECT_EQ(download->icon(), u"mkv"_s);
     set(settings::privateDownloading, true);
     set(settings::privateDownloadingPreservesExtensions, true);
@@ -71,6 +75,12 @@ TEST_F(DownloadRecordTest, NamesFollowTheirSources) {
                   u"example.org/a"_s);
     EXPECT_EQ(owner.add(u"https://www.example.org/"_s)->locationKey(),
               u"https://www.example.org/"_s);
+    platform::setDebugLogEnabled(true);
+    EXPECT_TRUE(owner.add(u"http://example.org/a%2Fb%1F"_s)
+                    ->description()
+                    .startsWith(u"<DQDownload: example.org/a%2Fb%1F 0x"_s))
+        << "no places for what follows";
+    platform::setDebugLogEnabled(false);
     EXPECT_EQ(owner.add(u"http://example.org/a"_s)->icon(), u"com.tarnworks.imaginaryfiletype"_s);
 }
 

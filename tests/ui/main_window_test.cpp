@@ -184,6 +184,12 @@ TEST_F(MainWindowTest, ShowsWhatItDidNotUnderstandAndWhatItHas) {
     EXPECT_EQ(controller->selectedDownloads(), app::Downloads{controller->downloads()[0]});
     EXPECT_FALSE(controller->isFiltering());
     EXPECT_EQ(window->statusBar()->currentMessage(), u"Already in the list"_s);
+
+    commands.perform(app::Command::Remove);
+    controller->setFilterText(u"nothing like it"_s);
+    commands.perform(app::Command::Undo);
+    EXPECT_FALSE(controller->isFiltering()) << "what came back is seen";
+    EXPECT_EQ(selected(), QStringList{u"a"_s});
 }
 
 TEST_F(MainWindowTest, AddsWhatWasTypedJustNow) {
@@ -325,6 +331,9 @@ TEST_F(MainWindowTest, DetailsOfferWhatCanBeDoneWithTheRowsThatAreSelectedAndSee
     EXPECT_EQ(texts(true), QStringList());
     controller->selectDownloads(controller->downloads());
     EXPECT_TRUE(texts(true).contains(ui::translated("Copy Addresses")));
+    controller->setFilterText(u"a"_s);
+    EXPECT_TRUE(texts(true).contains(ui::translated("Copy Address"))) << "one is left of them";
+    controller->setFilterText({});
     controller->selectDownloads({controller->downloads().front()});
     EXPECT_TRUE(texts(true).contains(ui::translated("Copy Address")));
     EXPECT_TRUE(pane->findChild<QWidget*>(u"facts"_s)->isVisible());

@@ -33,12 +33,15 @@ bool ListPresenter::reflectChange(const engine::DQDownload& download) {
 }
 
 void ListPresenter::updateSortedDownloadListAndStatus() {
-    if (Downloads shown = selectedDownloads(); shown.size() != selected_.size()) {
-        selected_ = std::move(shown);
-        storeSelection();
-    }
+    const bool didFollow = followReplacements();
+    Downloads shown = selectedDownloads();
+    const bool isAnother = didFollow || shown.size() != selected_.size();
+    selected_ = std::move(shown);
     surroundings_.list.reloadRows(shownRows(selected_));
     surroundings_.updateStatus();
+    if (isAnother) {
+        selectionIsAnother();
+    }
 }
 
 QList<qsizetype> ListPresenter::shownRows(const Downloads& downloads) {
@@ -65,7 +68,25 @@ void ListPresenter::selectDownloads(const Downloads& downloads) {
     selected_ = downloads;
     selected_ = selectedDownloads();
     surroundings_.list.selectRows(shownRows(selected_));
-    storeSelection();
+    selectionIsAnother();
+}
+
+void ListPresenter::selectInPlaceOf(const engine::DownloadPtr& former,
+                                    const engine::DownloadPtr& download) {
+    replacements_.insert_or_assign(former, download);
+}
+
+bool ListPresenter::followReplacements() {
+    bool didFollow = false;
+    for (engine::DownloadPtr& download : selected_) {
+        for (auto next = replacements_.find(download); next != replacements_.end();
+             next = replacements_.find(download)) {
+            download = next->second;
+            didFollow = true;
+        }
+    }
+    replacements_.clear();
+    return didFollow;
 }
 
 QStringList ListPresenter::selectedOriginalURLStrings() {
@@ -97,11 +118,12 @@ void ListPresenter::selectionDidChange(const QList<qsizetype>& rows) {
             selected_.push_back((*shown)[static_cast<std::size_t>(row)]);
         }
     }
-    storeSelection();
+    selectionIsAnother();
 }
 
-void ListPresenter::storeSelection() {
+void ListPresenter::selectionIsAnother() {
     surroundings_.defaults.set(settings::selectedURLs, selectedOriginalURLStrings());
+    surroundings_.selectionChanged();
 }
 
 Downloads ListPresenter::contextDownloads() {

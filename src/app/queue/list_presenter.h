@@ -2,6 +2,7 @@
 
 #include <QStringList>
 #include <functional>
+#include <unordered_map>
 
 #include "app/front_end.h"
 #include "app/queue/queue_view.h"
@@ -20,6 +21,8 @@ public:
         platform::UserDefaults& defaults;
         /// After every update of the whole list.
         std::function<void()> updateStatus;
+        /// Whoever changed it: the user, a filter, or rows that left or were replaced.
+        std::function<void()> selectionChanged;
     };
 
     explicit ListPresenter(Surroundings surroundings);
@@ -35,9 +38,11 @@ public:
 
     [[nodiscard]] Downloads selectedDownloads();
     void selectDownloads(const Downloads& downloads);
+    /// A selected row stays selected when another record takes its place.
+    void selectInPlaceOf(const engine::DownloadPtr& former, const engine::DownloadPtr& download);
     [[nodiscard]] QStringList selectedOriginalURLStrings();
     void selectOriginalURLStrings(const QStringList& urlStrings);
-    /// The user has selected exactly these rows; stored for the next launch.
+    /// The user has selected exactly these rows.
     void selectionDidChange(const QList<qsizetype>& rows);
     /// The selected downloads, or all that are shown if none is.
     [[nodiscard]] Downloads contextDownloads();
@@ -45,10 +50,15 @@ public:
 private:
     void updateSortedDownloadListAndStatus();
     [[nodiscard]] QList<qsizetype> shownRows(const Downloads& downloads);
-    void storeSelection();
+    /// Stores it for the next launch and tells of it.
+    void selectionIsAnother();
+    bool followReplacements();
 
     Surroundings surroundings_;
+
     Downloads selected_;
+    /// Not followed yet: there may be as many as there are rows.
+    std::unordered_map<engine::DownloadPtr, engine::DownloadPtr> replacements_;
     platform::Timer update_;
 };
 

@@ -55,6 +55,11 @@ void QueueFollower::downloadDidLeave(const engine::DQDownload& download) {
     interrupted_.erase(&download);
 }
 
+void QueueFollower::downloadWasReplaced(const engine::DownloadPtr& former,
+                                        const engine::DownloadPtr& replacement) {
+    around_.list.selectInPlaceOf(former, replacement);
+}
+
 /// What follows from it for others; how it looks follows at the end of a batch for all at once.
 void QueueFollower::statusDidChange(const engine::StatusChange& change) {
     using engine::StatusCause;
@@ -279,6 +284,7 @@ void QueueFollower::undoRemoval() {
         around_.queue.touchBatch();
     }
     around_.controller.selectDownloads(back);
+    Q_EMIT around_.controller.downloadsRestored(back);
 }
 
 }  // namespace app

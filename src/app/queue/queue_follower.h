@@ -60,6 +60,8 @@ public:
 private:
     void queueDidChange() override;
     void downloadDidLeave(const engine::DQDownload& download) override;
+    void downloadWasReplaced(const engine::DownloadPtr& former,
+                             const engine::DownloadPtr& replacement) override;
     void statusDidChange(const engine::StatusChange& change) override;
     void downloadDidChange(engine::DQDownload& download) override;
     void downloadWasRemoved(engine::DQDownload& download) override;

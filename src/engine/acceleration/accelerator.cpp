@@ -78,9 +78,9 @@ bool addFractionWorker(Transfer& transfer, const Worker::Pointer& primary,
     }
     transfer.addWorker(worker);
     debugLog(transfer.record(), [&] {
-        return u"%1 added acceleration worker %2 at offset %3"_s
-            .arg(transfer.record().description(), worker->description())
-            .arg(fraction.start);
+        return u"%1 added acceleration worker %2 at offset %3"_s.arg(
+            transfer.record().description(), worker->description(),
+            QString::number(fraction.start));
     });
     return true;
 }
@@ -196,12 +196,10 @@ bool addResumedWorkers(Transfer& transfer, const ResumePlan& plan, qint64 connec
         }
         transfer.addWorker(worker);
         debugLog(transfer.record(), [&] {
-            return u"%1 resuming acceleration worker %2 at offset %3 + %4 = %5 (=> %6)"_s
-                .arg(transfer.record().description(), worker->description())
-                .arg(fraction.start)
-                .arg(size)
-                .arg(fraction.start + size)
-                .arg(fraction.end);
+            return u"%1 resuming acceleration worker %2 at offset %3 + %4 = %5 (=> %6)"_s.arg(
+                transfer.record().description(), worker->description(),
+                QString::number(fraction.start), QString::number(size),
+                QString::number(fraction.start + size), QString::number(fraction.end));
         });
     }
     return true;
@@ -285,10 +283,9 @@ bool splitPart(Transfer& transfer, std::size_t part, qint64 offset) {
     transfer.recordAccelerationWorkers();
     transfer.setShouldWriteMetadata();
     debugLog(transfer.record(), [&] {
-        return u"%1 lets %2 take over %3 bytes from %4"_s
-            .arg(transfer.record().description(), rest->description())
-            .arg(before.length - offset)
-            .arg(whole->description());
+        return u"%1 lets %2 take over %3 bytes from %4"_s.arg(
+            transfer.record().description(), rest->description(),
+            QString::number(before.length - offset), whole->description());
     });
     return true;
 }

@@ -191,11 +191,9 @@ bool DownloadFinisher::hasRightLength(const std::vector<FilePiece>& pieces) cons
 void DownloadFinisher::handleWrongLength(const std::vector<FilePiece>& pieces) {
     const qint64 length = knownFile(record_.userSettings()).length;
     const std::optional<qint64> size = platform::fileSize(pieces.front().path);
-    platform::log(u"%1 has parts of %2 bytes, and a file of %3 on the disk, in place of %4"_s
-                      .arg(record_.description())
-                      .arg(totalLength(pieces))
-                      .arg(size ? QString::number(*size) : u"none"_s)
-                      .arg(length));
+    platform::log(u"%1 has parts of %2 bytes, and a file of %3 on the disk, in place of %4"_s.arg(
+        record_.description(), QString::number(totalLength(pieces)),
+        size ? QString::number(*size) : u"none"_s, QString::number(length)));
     transfer_.thawFigures();
     if (pieces.size() >= 2 || areInPlace()) {
         transfer_.setHasFailedToAddAccelerationWorkers();
@@ -333,9 +331,8 @@ void DownloadFinisher::verify(const std::shared_ptr<Job>& job) {
 void DownloadFinisher::didVerify(const std::shared_ptr<Job>& job) {
     job->isVerifying = false;
     debugLog(record_, [&] {
-        return u"%1 was added up as it came, but for what follows byte %2"_s
-            .arg(record_.description())
-            .arg(job->sum.before);
+        return u"%1 was added up as it came, but for what follows byte %2"_s.arg(
+            record_.description(), QString::number(job->sum.before));
     });
     if (job->isCancelled) {
         endCancelledJob();

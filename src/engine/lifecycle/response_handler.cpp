@@ -167,9 +167,9 @@ void keepPartialData(DQDownload& download, Worker& worker, const WorkerResponse&
 
 void handleResponse(DQDownload& download, Worker& worker, const WorkerResponse& response) {
     debugLog(download, [&] {
-        return u"%1 got a %2 from <%3> (worker: %4)"_s.arg(download.description())
-            .arg(response.statusCode)
-            .arg(response.url.absoluteString(), worker.description());
+        return u"%1 got a %2 from <%3> (worker: %4)"_s.arg(
+            download.description(), QString::number(response.statusCode),
+            response.url.absoluteString(), worker.description());
     });
     if (!worker.hasRange()) {
         handleWholeAnswer(download, worker, response);

@@ -107,7 +107,9 @@ DownloadPtr DownloadQueue::replace(DQDownload& download, const platform::Url& ur
         return nullptr;
     const auto place = _downloads.begin() + static_cast<std::ptrdiff_t>(*index);
     DownloadPtr replacement = born(url, setup);
-    forget(std::exchange(*place, replacement));
+    const DownloadPtr former = std::exchange(*place, replacement);
+    forget(former);
+    owner_.downloadWasReplaced(former, replacement);
     enter(replacement, addToQueue);
     return replacement;
 }

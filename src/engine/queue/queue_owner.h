@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <memory>
 #include <vector>
 
 #include "engine/lifecycle/status_change.h"
@@ -18,6 +19,9 @@ public:
     virtual void queueDidChange() = 0;
     /// It is in the queue no more, whoever took it out; it lives until the next turn of the loop.
     virtual void downloadDidLeave(const DQDownload& download) = 0;
+    /// Another record has taken its place; `downloadDidLeave` has been told.
+    virtual void downloadWasReplaced(const std::shared_ptr<DQDownload>& former,
+                                     const std::shared_ptr<DQDownload>& replacement) = 0;
     /// A download is at another status; the queue's own books are right already. It may be taken
     /// out of the queue here.
     virtual void statusDidChange(const StatusChange& change) = 0;

@@ -139,7 +139,7 @@ QString DownloadIdentity::name() const {
         if (result.isEmpty())
             result = links::filename(_url, links::plusSignsInNames(context_.defaults));
     }
-    shown().name = known(result);
+    shown().name = known(links::nameWithoutMarks(result));
     return shown().name;
 }
 

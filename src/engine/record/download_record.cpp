@@ -34,7 +34,8 @@ void DownloadRecord::userSettingsFromArchive(const QVariantMap& archive) {
 QString DownloadRecord::description() const {
     const QString shown =
         platform::isDebugLogEnabled() || isDebugLogged_ ? locationKey() : anonymizedName();
-    return u"<DQDownload: %1 0x%2>"_s.arg(shown).arg(reinterpret_cast<quintptr>(this), 0, 16);
+    return u"<DQDownload: %1 0x%2>"_s.arg(shown,
+                                          QString::number(reinterpret_cast<quintptr>(this), 16));
 }
 
 bool DownloadRecord::isMatchForSearchStrings(const QStringList& strings, bool checkURL) const {

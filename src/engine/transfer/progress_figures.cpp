@@ -9,6 +9,8 @@ namespace {
 
 constexpr platform::Seconds quantumLength = 30;
 constexpr platform::Seconds shortestAverage = 1;
+/// In which what was on its way already has come.
+constexpr platform::Seconds settling = 2;
 
 }  // namespace
 
@@ -41,6 +43,10 @@ OverallFigures overallFigures(
 }
 
 void SpeedMeter::note(platform::Seconds now, qint64 downloadedBytes) {
+    if (settlesUntil_ && now < *settlesUntil_) {
+        begun_ = ongoing_ = Quantum{now, downloadedBytes};
+        return;
+    }
     if (ongoing_ && now - ongoing_->date <= quantumLength)
         return;
     if (ongoing_)
@@ -51,6 +57,7 @@ void SpeedMeter::note(platform::Seconds now, qint64 downloadedBytes) {
 void SpeedMeter::beginAnew(platform::Seconds now, qint64 downloadedBytes) {
     *this = {};
     begun_ = Quantum{now, downloadedBytes};
+    settlesUntil_ = now + settling;
 }
 
 std::optional<SpeedMeter::Span> SpeedMeter::span(platform::Seconds now, qint64 downloadedBytes,

@@ -40,7 +40,8 @@ public:
     };
 
     void note(platform::Seconds now, qint64 downloadedBytes);
-    /// What came before says nothing any more: another limit holds.
+    /// What came before says nothing any more: another limit holds. Nor does what comes in the
+    /// next moment, for that was on its way.
     void beginAnew(platform::Seconds now, qint64 downloadedBytes);
     /// Without a half minute behind us, the average since `start`. Nothing in the first second.
     [[nodiscard]] std::optional<Span> span(platform::Seconds now, qint64 downloadedBytes,
@@ -55,6 +56,7 @@ private:
     std::optional<Quantum> ongoing_;
     std::optional<Quantum> previous_;
     std::optional<Quantum> begun_;  ///< Anew. Nothing: with the download.
+    std::optional<platform::Seconds> settlesUntil_;
 };
 
 }  // namespace engine

@@ -109,10 +109,9 @@ void DQDownloadWorkerPrototype::becomeWholeTransfer() {
 void DQDownloadWorkerPrototype::processResponse(const WorkerResponse& response,
                                                 qint64 expectedContentLength) {
     debugLog(*this, [&] {
-        return u"<%1>\n- status code: %2\n- response headers: %3"_s
-            .arg(response.url.absoluteString())
-            .arg(response.statusCode)
-            .arg(platform::headersForLog(response.headers.value_or(platform::HTTPHeaders())));
+        return u"<%1>\n- status code: %2\n- response headers: %3"_s.arg(
+            response.url.absoluteString(), QString::number(response.statusCode),
+            platform::headersForLog(response.headers.value_or(platform::HTTPHeaders())));
     });
     _expectedBytes = expectedContentLength;
     answeredStatus_ = response.statusCode;

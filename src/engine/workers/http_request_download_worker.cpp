@@ -296,11 +296,11 @@ void DQHTTPRequestDownloadWorker::requestFinished(http::HTTPRequest&) {
     const auto keep = shared_from_this();
     cleanUpActiveRequest(false);
     if (isStoringAnswer() && expectedBytes() > 0 && downloadedBytes() != expectedBytes())
-        return failWithError(makeWorkerError(
-            WorkerErrorCode::WrongLength,
-            u"%1 received %2 bytes in place of the announced %3"_s.arg(description())
-                .arg(downloadedBytes())
-                .arg(expectedBytes())));
+        return failWithError(
+            makeWorkerError(WorkerErrorCode::WrongLength,
+                            u"%1 received %2 bytes in place of the announced %3"_s.arg(
+                                description(), QString::number(downloadedBytes()),
+                                QString::number(expectedBytes()))));
     // What is on disk from before must not pass for the file.
     if (!isStoringAnswer() && hasRange())
         return failWithError(makeWorkerError(WorkerErrorCode::NotGiven,

@@ -66,9 +66,8 @@ void dropUnsyncedTail(const QString& path) {
     if (*size > synced) {
         platform::log(
             u"dropping what was not yet on the disk when the machine went down: %1 "
-            u"(%2 of %3 bytes)"_s.arg(path)
-                .arg(*size - synced)
-                .arg(*size));
+            u"(%2 of %3 bytes)"_s.arg(path, QString::number(*size - synced),
+                                      QString::number(*size)));
         if (truncate(QFile::encodeName(path).constData(), synced) != 0)
             return;
     }

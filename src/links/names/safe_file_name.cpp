@@ -72,12 +72,16 @@ QString cutToBytes(QStringView text, qsizetype bytes) {
 }  // namespace
 
 QString safeFileName(const QString& name, qsizetype reservedBytes) {
-    QString safe = name;
-    safe.replace(u'\t', u' ').removeIf(isForbidden);
+    QString safe = nameWithoutMarks(name);
     replaceLoneSurrogates(safe);
     safe = fittedFileName(cleanFilename(safe), reservedBytes);
     disarmOwnNames(safe);
     return safe.isEmpty() ? u"-"_s : safe;
+}
+
+QString nameWithoutMarks(QString name) {
+    name.replace(u'\t', u' ').removeIf(isForbidden);
+    return name.isEmpty() ? u"-"_s : name;
 }
 
 QString fittedFileName(const QString& name, qsizetype reservedBytes) {

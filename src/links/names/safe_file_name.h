@@ -25,6 +25,10 @@ inline constexpr qsizetype partialFileSuffixBytes = 48;
 /// it again changes nothing.
 [[nodiscard]] QString safeFileName(const QString& name, qsizetype reservedBytes = 0);
 
+/// `name` as it may be shown: without the marks that never come into a file's name, see above, so
+/// that no row shows another name than the file will have. Never empty.
+[[nodiscard]] QString nameWithoutMarks(QString name);
+
 /// `name` cut to 255 bytes of UTF-8 less `reservedBytes`, at the boundary of a character. The
 /// extension is kept unless it is longer than 32 bytes, and blanks and dots at the cut go.
 [[nodiscard]] QString fittedFileName(const QString& name, qsizetype reservedBytes = 0);

@@ -236,7 +236,7 @@ std::optional<QString> HTTPAuthentication::digestHeader(const HTTPCredentials& c
         // What the proxy is asked for is the tunnel.
         const QString host = url.host().contains(u':') ? u'[' + url.host() + u']' : url.host();
         parts.method = "CONNECT";
-        parts.target = u"%1:%2"_s.arg(host).arg(url.effectivePort().value_or(0)).toUtf8();
+        parts.target = (host + u':' + QString::number(url.effectivePort().value_or(0))).toUtf8();
     } else {
         parts.method = message.method.toUtf8();
         parts.target = (forProxy ? url.absoluteString() : requestTarget(url)).toUtf8();

@@ -154,7 +154,7 @@ Error proxyRefusalError(const HTTPProxy& proxy, const HTTPResponseHead& answer) 
     said.removeIf([](QChar c) { return !c.isPrint(); });
     const QString host = proxy.host.contains(u':') ? u'[' + proxy.host + u']' : proxy.host;
     return {networkErrorDomain, networkErrorProxyRefused,
-            u"The proxy %1:%2 answered %3"_s.arg(host).arg(proxy.port).arg(said), nullptr};
+            u"The proxy %1:%2 answered %3"_s.arg(host, QString::number(proxy.port), said), nullptr};
 }
 
 Error cutShortError() {

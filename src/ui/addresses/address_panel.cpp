@@ -51,8 +51,9 @@ AddressPanel::AddressPanel(app::DQMainController& controller, const engine::Down
 AddressPanel::~AddressPanel() = default;
 
 void AddressPanel::makeContents() {
-    auto* label = new QLabel(
-        translated("New address of “%@”:").replace(u"%@"_s, download_->displayName()), this);
+    // The label of a field takes single ones for the mark of a key.
+    const QString name = download_->displayName().replace(u'&', u"&&"_s);
+    auto* label = new QLabel(translated("New address of “%@”:").replace(u"%@"_s, name), this);
     label->setWordWrap(true);
     label->setTextFormat(Qt::PlainText);
     label->setBuddy(field_);

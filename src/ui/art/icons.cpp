@@ -126,7 +126,7 @@ QIcon applicationIcon() {
 
 QPixmap fileTypePixmap(const QString& extension, int size, qreal devicePixelRatio) {
     static QHash<QString, QPixmap> cache;
-    const QString key = u"%1/%2/%3"_s.arg(extension).arg(size).arg(devicePixelRatio);
+    const QString key = u"%1/%2/%3"_s.arg(size).arg(devicePixelRatio).arg(extension);
     QPixmap& pixmap = cache[key];
     if (pixmap.isNull()) {
         pixmap = blankPixmap(size, devicePixelRatio);

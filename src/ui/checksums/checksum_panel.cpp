@@ -78,9 +78,10 @@ void showChecksumPanel(QWidget& window, app::DQMainController& controller,
     panel->resize(width, 0);
     auto* layout = new QVBoxLayout(panel);
 
-    auto* label = new QLabel(links::filledFormat(translated("Checksum that “%@” is to have:"),
-                                                 {download->displayName()}),
-                             panel);
+    // The label of a field takes single ones for the mark of a key.
+    const QString name = download->displayName().replace(u'&', u"&&"_s);
+    auto* label = new QLabel(
+        links::filledFormat(translated("Checksum that “%@” is to have:"), {name}), panel);
     label->setWordWrap(true);
     label->setTextFormat(Qt::PlainText);
     auto* field = new QLineEdit(proposal(*download), panel);

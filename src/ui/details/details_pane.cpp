@@ -31,8 +31,8 @@ using app::Command;
 
 namespace {
 
-/// From here on there is room for the curve beside the facts.
-constexpr int wideEnough = 560;
+/// In characters: from here on there is room for the curve beside the facts.
+constexpr int wideEnough = 75;
 constexpr auto commandProperty = "command";
 
 /// As much room after a line of one row as after one of several.
@@ -100,9 +100,6 @@ DetailsPane::DetailsPane(const app::Commands& commands, QWidget* parent)
     connect(&refresh_, &QTimer::timeout, this, &DetailsPane::refresh);
     connect(&controller_, &app::DQMainController::selectionChanged, this,
             &DetailsPane::followSelection);
-    connect(&controller_, &app::DQMainController::queueChanged, this,
-            &DetailsPane::followSelection);
-    connect(&controller_, &app::DQMainController::statusChanged, this, &DetailsPane::dropHidden);
     connect(&controller_, &app::DQMainController::downloadChanged, this,
             [this](const engine::DownloadPtr& download) { downloadDidChange(*download); });
 }
@@ -199,13 +196,6 @@ void DetailsPane::followSelection() {
     refresh();
 }
 
-/// A row that a filter hides is none that buttons would act on.
-void DetailsPane::dropHidden() {
-    const engine::DownloadPtr shown = shown_.lock();
-    if (shown && controller_.selectedDownloads() != app::Downloads{shown})
-        followSelection();
-}
-
 void DetailsPane::downloadDidChange(const engine::DQDownload& download) {
     constexpr auto soon = 200ms;
     if (isVisible() && shown_.lock().get() == &download &&
@@ -214,7 +204,7 @@ void DetailsPane::downloadDidChange(const engine::DQDownload& download) {
 }
 
 void DetailsPane::refresh() {
-    constexpr auto interval = 500ms;
+    constexpr auto interval = 500ms, intervalAtRest = 1000ms;
     const engine::DownloadPtr download = shown_.lock();
     hint_->setVisible(!download);
     contents_->setVisible(download != nullptr);
@@ -225,6 +215,8 @@ void DetailsPane::refresh() {
     showDownload(*download);
     if (download->status() == engine::DQDownloadStatusDownloading)
         refresh_.start(interval);
+    else if (!curve_->isEmpty())  // Time goes on below it.
+        refresh_.start(intervalAtRest);
 }
 
 void DetailsPane::showDownload(engine::DQDownload& download) {
@@ -268,8 +260,9 @@ void DetailsPane::hideEvent(QHideEvent* event) {
 }
 
 void DetailsPane::resizeEvent(QResizeEvent* event) {
-    arrangement_->setDirection(width() >= wideEnough ? QBoxLayout::LeftToRight
-                                                     : QBoxLayout::TopToBottom);
+    arrangement_->setDirection(width() >= wideEnough * fontMetrics().averageCharWidth()
+                                   ? QBoxLayout::LeftToRight
+                                   : QBoxLayout::TopToBottom);
     QWidget::resizeEvent(event);
 }
 

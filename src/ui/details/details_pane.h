@@ -23,7 +23,7 @@ class FactsModel;
 class SpeedCurve;
 
 /// All that is known of the download that is selected: facts, connections and speed. Looks at it
-/// only while it is shown, twice a second while something comes.
+/// only while it is shown, twice a second while something comes and until the curve has run out.
 class DetailsPane final : public QWidget {
     Q_OBJECT
 
@@ -47,7 +47,6 @@ private:
     void makeTables();
     void copyFacts();
     void followSelection();
-    void dropHidden();
     void downloadDidChange(const engine::DQDownload& download);
     void refresh();
     void showDownload(engine::DQDownload& download);

@@ -15,6 +15,7 @@ public:
 
     /// Bytes for each second, the oldest first. Empty: nothing has come.
     void setRates(std::vector<double> rates);
+    [[nodiscard]] bool isEmpty() const { return rates_.empty(); }
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 

@@ -27,6 +27,7 @@
 #include "ui/log/log_model.h"
 #include "ui/settings.h"
 #include "ui/text.h"
+#include "ui/window/window_frame.h"
 
 namespace ui {
 
@@ -68,7 +69,7 @@ LogWindow::LogWindow(platform::UserDefaults& defaults)
     layout->addWidget(findBar_);
     layout->addWidget(splitter, 1);
     addKeys();
-    resize(820, 520);
+    resize(QSize(820, 520).boundedTo(roomForWindows(*QWidget::screen()).size()));
     restoreGeometry(QByteArray::fromBase64(defaults.get(settings::logWindowFrame).toLatin1()));
     reader_.setDisplay(
         {[this] { updateRows(); }, [this] { updateState(); }, [this] { updateButtons(); }});

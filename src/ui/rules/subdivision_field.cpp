@@ -11,6 +11,7 @@
 #include "links/format/dates.h"
 #include "links/names/file_names.h"
 #include "links/text/localization.h"
+#include "links/text/typography.h"
 #include "ui/settings/note.h"
 #include "ui/settings/settings_binder.h"
 #include "ui/text.h"
@@ -54,7 +55,8 @@ void SubdivisionField::addSuggestions(bool allowsNestedFolders) {
         if (format.isEmpty()) {
             field_->insertSeparator(field_->count());
         } else {
-            const QString suffix = links::filledFormat(translated(" - Example: %@"), {title});
+            const QString suffix = links::stringWithDashesForHyphens(
+                links::filledFormat(translated(" - Example: %@"), {title}));
             field_->addItem(format + suffix, format);
         }
     }

@@ -11,6 +11,7 @@
 #include "app/status/queue_status.h"
 #include "desktop/icon/application_icon.h"
 #include "desktop/settings.h"
+#include "links/text/typography.h"
 #include "platform/base/user_defaults.h"
 #include "ui/status/status_item_menu.h"
 #include "ui/x11.h"
@@ -104,7 +105,7 @@ void StatusItems::updateToolTip() {
     const app::QueueStatus status = commands_.surroundings().controller.queueStatus();
     QStringList lines{status.text.isEmpty() ? u"Orlop"_s : u"Orlop: "_s + status.text};
     if (!status.totals.isEmpty())
-        lines.append(status.totals);
+        lines.append(links::stringWithDashesForHyphens(status.totals));
     tray_.setToolTip(lines.join(u'\n'));
 }
 

@@ -74,7 +74,7 @@ void StateFilterButton::buildMenu() {
 
 void StateFilterButton::addChoice(const QString& title, qsizetype count,
                                   const StateFilter& filter) {
-    QAction* choice = menu_->addAction(u"%1 (%2)"_s.arg(title).arg(count), this,
+    QAction* choice = menu_->addAction(u"%1 (%2)"_s.arg(title, QString::number(count)), this,
                                        [this, filter] { controller_.setStateFilter(filter); });
     choice->setCheckable(true);
     choice->setChecked(controller_.stateFilter() == filter);

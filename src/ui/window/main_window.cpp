@@ -179,6 +179,8 @@ void MainWindow::connectList() {
     connect(&controller_, &app::DQMainController::statusChanged, this, updateSoon);
     connect(&controller_, &app::DQMainController::selectionChanged, this, updateSoon);
     connect(&controller_, &app::DQMainController::alreadyInList, this, &MainWindow::showKnown);
+    connect(&controller_, &app::DQMainController::downloadsRestored, this,
+            &MainWindow::bringIntoSight);
     toolbar_->updateToolbarQueuePauseButton();
 }
 
@@ -210,8 +212,7 @@ void MainWindow::showAdded(const app::Downloads& downloads) {
         controller_.setStateFilter({});
     }
     if (!isBusy) {
-        controller_.selectDownloads(downloads);
-        downloadList->scrollToSelection();
+        bringIntoSight(downloads);
         lastHand_.invalidate();
     }
 }
@@ -226,9 +227,8 @@ void MainWindow::offerUndo(const QString& removed) {
         {matter, removed, translated("Undo"), [this] { commands_.perform(Command::Undo); }, 10s});
 }
 
-/// What was given once more is shown where it stands already.
-void MainWindow::showKnown(const app::Downloads& downloads) {
-    constexpr int noticeMilliseconds = 6000;
+/// Whatever filter hides one of them goes.
+void MainWindow::bringIntoSight(const app::Downloads& downloads) {
     const app::Downloads& rows = controller_.sortedAndFilteredDownloads();
     const std::unordered_set<engine::DownloadPtr> shown(rows.begin(), rows.end());
     const auto isHidden = [&](const engine::DownloadPtr& download) {
@@ -243,6 +243,12 @@ void MainWindow::showKnown(const app::Downloads& downloads) {
     }
     controller_.selectDownloads(downloads);
     downloadList->scrollToSelection();
+}
+
+/// What was given once more is shown where it stands already.
+void MainWindow::showKnown(const app::Downloads& downloads) {
+    constexpr int noticeMilliseconds = 6000;
+    bringIntoSight(downloads);
     statusBar()->showMessage(translated("Already in the list"), noticeMilliseconds);
 }
 

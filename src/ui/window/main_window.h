@@ -66,6 +66,7 @@ private:
     void showAdded(const std::vector<std::shared_ptr<engine::DQDownload>>& downloads);
     [[nodiscard]] bool isHeldOpen();
     void offerUndo(const QString& removed);
+    void bringIntoSight(const std::vector<std::shared_ptr<engine::DQDownload>>& downloads);
     void showKnown(const std::vector<std::shared_ptr<engine::DQDownload>>& downloads);
     void showContextMenu(int row, const QPoint& position);
 
