@@ -30,11 +30,13 @@ async function described(item) {
   };
 }
 
+// Cancelled first and looked at then: what is complete stays so, and what is not may become so at
+// any moment before.
 export async function removeFromBrowser(downloadId) {
+  await api.downloads.cancel(downloadId).catch(() => {});
   const [item] = await api.downloads.search({ id: downloadId });
   if (!item) return;
   if (item.state === "complete") await api.downloads.removeFile(downloadId).catch(() => {});
-  else await api.downloads.cancel(downloadId).catch(() => {});
   await api.downloads.erase({ id: downloadId });
 }
 

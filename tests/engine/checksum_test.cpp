@@ -1,5 +1,6 @@
 #include <QCryptographicHash>
 #include <QFile>
+#include <utility>
 
 #include "engine/record/checksum.h"
 #include "engine/workers/digest_headers.h"
@@ -152,10 +153,16 @@ TEST_F(ChecksumTransferTest, VerifyingIsTakenUpAgainByTheNextRun) {
     how.length = Reply::Length::Chunked;
     serve(body, how);
     const auto download = expecting(sumOf(body, QCryptographicHash::Sha256));
-    download->startDownload();
-    ASSERT_TRUE(main.waitUntil([&] { return download->isVerifying(); }));
+    // Ahead of the sum, which is told of on this thread too.
+    bool wasPaused = false;
+    owner.onChange = [&](DQDownload& changed) {
+        if (changed.isVerifying() && !std::exchange(wasPaused, true))
+            main.loop.post([&] { download->pause(); });
+    };
+    run(download);
+    ASSERT_TRUE(wasPaused);
+    ASSERT_EQ(download->status(), DQDownloadStatusPaused);
     const std::size_t asked = server.requests().size();
-    download->pause();
     const auto next = restarted(download);
     run(next);
     EXPECT_EQ(checksumResult(next->userSettings()), ChecksumResult::Verified);

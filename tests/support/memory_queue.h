@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QVariantList>
+#include <functional>
 #include <utility>
 #include <vector>
 
@@ -33,7 +34,11 @@ public:
             change.cause != engine::StatusCause::Removed)
             history.push_back(change.download.name());
     }
-    void downloadDidChange(engine::DQDownload&) override { ++updates; }
+    void downloadDidChange(engine::DQDownload& download) override {
+        ++updates;
+        if (onChange)
+            onChange(download);
+    }
     void downloadWasRemoved(engine::DQDownload& download) override {
         if (removesVanished)
             queue.remove(download);
@@ -51,6 +56,7 @@ public:
     void fileWasNotThrownAway(const QString& path) override { notThrownAway.push_back(path); }
 
     QVariantList rules;
+    std::function<void(engine::DQDownload&)> onChange;
     bool removesVanished = true;
     int updates = 0;
     int batches = 0;

@@ -7,6 +7,7 @@ import shutil
 import subprocess
 import time
 import unittest
+from pathlib import Path
 
 from support.bus import Bus
 from support.case import MIB, SystemTest
@@ -131,6 +132,16 @@ class CommandsTest(ScriptingTest):
             self.home.run(self.server.url("/small.bin"), environment=only_session), 0)
         self.assert_status(self.home.run("list", environment=only_session), 3)
         self.assertLess(time.monotonic() - started, 20)
+
+    def test_nothing_is_left_waiting_at_the_door_of_the_bus(self):
+        """A bus complains of connections that never say who they are."""
+        def are_all_known():
+            connected = sum(f"{self.bus.folder}/bus" in line and line.split()[5] == "03" for line in
+                            Path("/proc/net/unix").read_text(encoding="utf-8").splitlines())
+            daemon = "org.freedesktop.DBus"
+            names = self.bus.call(daemon, "/org/freedesktop/DBus", f"{daemon}.ListNames")
+            return connected == names.count("':") - 1  # That of the call itself.
+        wait_until(are_all_known, 15, "connections that have all come in")
 
     def test_signals_tell_what_happens(self):
         heard = self.bus.monitor(f"interface='{ORLOP[0]}',type='signal'")

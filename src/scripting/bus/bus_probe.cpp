@@ -74,6 +74,8 @@ void BusProbe::greet() {
 
 void BusProbe::hear() {
     if (socket_.canReadLine() && speaks_) {
+        // A bus puts up with a client that never comes in for a while, and complains then.
+        socket_.abort();
         std::exchange(speaks_, {})();
     }
 }
