@@ -359,10 +359,13 @@ TEST_P(AccelerationTest, ResultIsTheFileWhateverServersDoWithParts) {
         const char* what;
         /// The answer to a range, of which so many have been asked for before.
         std::function<Reply(const std::string& range, int before)> answer;
+        /// How many parts wait for a connection before the first one comes to its end.
+        qsizetype waiting = 0;
     };
     const Case cases[] = {
         {"all of it", [&](auto&, int) { return reply(body, {.ranges = Reply::Ranges::Ignore}); }},
-        {"an error page", [](auto&, int) { return reply("<html>busy</html>", {.status = 503}); }},
+        {"an error page", [](auto&, int) { return reply("<html>busy</html>", {.status = 503}); },
+         3},
         {"another part",
          [&](auto&, int) { return reply(body, {.ranges = Reply::Ranges::WrongOffset}); }},
         {"another version",
@@ -391,10 +394,17 @@ TEST_P(AccelerationTest, ResultIsTheFileWhateverServersDoWithParts) {
         int ranges = 0;
         server.handle("/file.bin", [&](const support::ReceivedRequest& request) {
             const auto range = request.header("Range");
-            return range ? c.answer(*range, ranges++) : reply(body, {.rate = 4'000'000});
+            Reply whole = reply(body, {.rate = 4'000'000});
+            if (c.waiting > 0)
+                whole.stallAfter = 100'000;
+            return range ? c.answer(*range, ranges++) : whole;
         });
+        const auto waiting = [this] { return log.lines().filter(u"free connection"_s).size(); };
+        const qsizetype before = waiting();
         const auto download = add();
         download->addToQueue();
+        ASSERT_TRUE(main.waitUntil([&] { return waiting() >= before + c.waiting; }));
+        server.release();
         ASSERT_TRUE(waitForStatus(*download, finishedStatuses | DQDownloadStatusPaused));
         if (download->status() == DQDownloadStatusPaused)
             run(download);

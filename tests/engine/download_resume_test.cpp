@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <QFile>
+#include <future>
 
 #include "engine/settings.h"
 #include "engine_fixture.h"
@@ -95,6 +96,25 @@ TEST_F(ResumeTest, GoesOnFromWhatIsThereOfTheFile) {
             QFile::remove(download->path());
         }
     }
+}
+
+TEST_F(ResumeTest, ContainerThatIsGoneDoesNotTakeTheNextOneWithIt) {
+    const auto download = restarted(paused());
+    ASSERT_TRUE(QDir(path(u"Downloads/file.bin.orlop"_s)).removeRecursively());
+    std::promise<void> end;
+    const std::shared_future<void> isOver = end.get_future().share();
+    constexpr int allThreadsOfADisk = 8;
+    for (int thread = 0; thread < allThreadsOfADisk; ++thread)
+        disks.holding(folder.path()).run([isOver] { isOver.wait(); });
+    // As when the queue is saved.
+    EXPECT_TRUE(
+        download->userSettingsArchiveWithPausedStatus(false, true).contains(keys::resumePath));
+    download->startDownload();
+    const bool hasBegunAnew = main.waitUntil([this] { return QFile::exists(partial); });
+    end.set_value();
+    ASSERT_TRUE(hasBegunAnew);
+    ASSERT_TRUE(waitForStatus(*download, finishedStatuses | DQDownloadStatusPaused));
+    EXPECT_EQ(contents(downloadedPath(u"file.bin"_s)), body);
 }
 
 TEST_F(ResumeTest, PauseBeforeTheFirstAnswerKeepsNothing) {

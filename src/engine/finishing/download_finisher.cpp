@@ -190,8 +190,11 @@ bool DownloadFinisher::hasRightLength(const std::vector<FilePiece>& pieces) cons
 /// resume measures, unless it is too long to be resumed.
 void DownloadFinisher::handleWrongLength(const std::vector<FilePiece>& pieces) {
     const qint64 length = knownFile(record_.userSettings()).length;
-    platform::log(u"%1 has parts of %2 bytes in place of %3"_s.arg(record_.description())
+    const std::optional<qint64> size = platform::fileSize(pieces.front().path);
+    platform::log(u"%1 has parts of %2 bytes, and a file of %3 on the disk, in place of %4"_s
+                      .arg(record_.description())
                       .arg(totalLength(pieces))
+                      .arg(size ? QString::number(*size) : u"none"_s)
                       .arg(length));
     transfer_.thawFigures();
     if (pieces.size() >= 2 || areInPlace()) {
@@ -199,7 +202,13 @@ void DownloadFinisher::handleWrongLength(const std::vector<FilePiece>& pieces) {
         delegate_.finishingFoundDamage();
         return;
     }
-    if (platform::fileSize(pieces.front().path).value_or(0) > length) {
+    if (!size) {
+        const platform::Error gone = platform::posixError(ENOENT);
+        interrupt(WorkerErrorCode::CannotWrite,
+                  u"%1 has lost its partial file"_s.arg(record_.description()), &gone);
+        return;
+    }
+    if (*size > length) {
         record_.userSettings().remove(keys::responseURL);
         paths_.discardPartialData();
     }

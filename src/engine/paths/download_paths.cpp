@@ -114,14 +114,17 @@ QString DownloadPaths::newContainer(const QString& folder) {
 }
 
 void DownloadPaths::discardPartialData() {
-    if (hasIntermediateDownloadTargetPath())
-        discard([path = std::exchange(_intermediateDownloadTargetPath, {})] {
-            removePartialFiles(path);
-        });
+    if (!hasIntermediateDownloadTargetPath())
+        return;
+    const QString path = std::exchange(_intermediateDownloadTargetPath, {});
+    discard(path, [path] { removePartialFiles(path); });
 }
 
-/// What is just being written into the container goes first.
-void DownloadPaths::discard(std::function<void()> remove) const {
+/// What is just being written into the container goes first. If somebody has taken the container
+/// away there is nothing to remove, and a new one may come to the same path meanwhile.
+void DownloadPaths::discard(const QString& path, std::function<void()> remove) const {
+    if (!platform::pathExists(links::stringByDeletingLastPathComponent(path)))
+        remove = [] {};
     if (metadata_)
         metadata_->discard(std::move(remove));
     else
@@ -136,7 +139,7 @@ void DownloadPaths::discardInBackground(const QString& path) const {
     if (path.isEmpty())
         return;
     platform::Disk& disk = download_.context().disks.holding(path);
-    discard([&disk, path] { disk.run([path] { removePartialFiles(path); }); });
+    discard(path, [&disk, path] { disk.run([path] { removePartialFiles(path); }); });
 }
 
 QString DownloadPaths::downloadContainerPath() const {

@@ -68,7 +68,7 @@ private:
 
     /// Empty: no access.
     [[nodiscard]] QString reachedFolder(const QString& folder) const;
-    void discard(std::function<void()> remove) const;
+    void discard(const QString& path, std::function<void()> remove) const;
 
     DownloadRecord& download_;
     QString _intermediateDownloadTargetPath;
