@@ -9,9 +9,9 @@ _orlop_terminal() {
         add)
             case "$before" in
                 --folder) mapfile -t COMPREPLY < <(compgen -d -- "$word"); return ;;
-                --name | --referrer | --user-agent | --cookies | --post) return ;;
+                --name | --referrer | --user-agent | --cookies | --post | --checksum) return ;;
             esac
-            words="--folder --name --paused --referrer --user-agent --cookies --post --help"
+            words="--folder --name --paused --referrer --user-agent --cookies --post --checksum --help"
             ;;
         list) words="--json --help" ;;
         pause | resume | remove) words="--all --help $(_orlop_terminal_identities)" ;;

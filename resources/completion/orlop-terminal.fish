@@ -21,3 +21,4 @@ complete -c orlop-terminal -n "$adds" -l referrer -x -d 'Page that it is linked 
 complete -c orlop-terminal -n "$adds" -l user-agent -x -d 'What the server is told of the program'
 complete -c orlop-terminal -n "$adds" -l cookies -x -d 'As in the Cookie header'
 complete -c orlop-terminal -n "$adds" -l post -x -d 'Data to post'
+complete -c orlop-terminal -n "$adds" -l checksum -x -d 'What the file must add up to'

@@ -13,7 +13,7 @@ namespace {
 
 using Kind = Field::Kind;
 
-constexpr qint64 longestAddress = 32768, longestLine = 65536, largestBody = 512 * 1024;
+constexpr qint64 longestAddress = 32768, longestLine = 65536, largestBody = 512LL * 1024;
 /// What a browser can count exactly.
 constexpr qint64 largestNumber = (qint64{1} << 53) - 1;
 

@@ -51,7 +51,7 @@ Host::Host(OrlopBus& bus, int input, int output)
 }
 
 void Host::read() {
-    std::array<char, 65536> block;
+    std::array<char, 65536> block{};
     const ssize_t size = ::read(input_, block.data(), block.size());
     if (size < 0 && (errno == EINTR || errno == EAGAIN))
         return;

@@ -39,15 +39,14 @@ Q_SIGNALS:
     /// How many downloads run; nothing: Orlop does not run.
     void runningChanged(std::optional<quint32> count);
 
-private:
-    void readCount();
-    void send(const QDBusMessage& message, int timeout, QObject* context, const Answered& answered);
-
 private Q_SLOTS:
     void propertiesChanged(const QString& interface, const QVariantMap& changed,
                            const QStringList& invalidated);
 
 private:
+    void readCount();
+    void send(const QDBusMessage& message, int timeout, QObject* context, const Answered& answered);
+
     QDBusConnection connection_;
     bool follows_ = false;
 };

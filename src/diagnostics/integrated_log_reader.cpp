@@ -262,7 +262,7 @@ void ILRIntegratedLogReader::fillGapLater(const ArchiveRead& read) {
     });
 }
 
-void ILRIntegratedLogReader::fillGap(ArchiveRead read) {
+void ILRIntegratedLogReader::fillGap(const ArchiveRead& read) {
     {
         const std::lock_guard guard(lock_);
         if (!isCurrent(read.entries))

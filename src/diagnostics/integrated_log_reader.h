@@ -107,7 +107,7 @@ private:
     bool addArchived(const ArchiveRead& read, bool& keepsGoing, LogEntries batch);
     void endArchiveRead(const ArchiveRead& read);
     void fillGapLater(const ArchiveRead& read);
-    void fillGap(ArchiveRead read);
+    void fillGap(const ArchiveRead& read);
     [[nodiscard]] bool isCurrent(const Generation& entries) const;
     void addMissing(const Generation& generation, const LogEntryList& found);
     void showRows();

@@ -31,7 +31,7 @@ bool writeAll(int output, QByteArrayView bytes) {
 /// Lines older than the store keeps may still be in it.
 QByteArray firstMoment(const LogRequest& request) {
     constexpr std::int64_t perSecond = 1'000'000;
-    constexpr std::int64_t month = 30 * 24 * 60 * 60;
+    constexpr std::int64_t month = 30LL * 24 * 60 * 60;
     const std::int64_t span = std::min(request.last.value_or(month), month);
     return platform::logTimestamp(platform::logClock() - span * perSecond);
 }

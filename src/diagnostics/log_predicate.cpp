@@ -202,7 +202,7 @@ private:
 }  // namespace
 
 std::variant<LogPredicate, LogPredicate::Problem> LogPredicate::parsed(const QByteArray& text) {
-    constexpr qsizetype longest = 64 * 1024;
+    constexpr qsizetype longest = 64LL * 1024;
     if (text.size() > longest)
         return Problem{u"it is too long"_s, longest};
     PredicateParser parser(text);

@@ -12,7 +12,7 @@ namespace {
 
 using structured::FlatObject;
 
-constexpr qsizetype gathered = 256 * 1024;
+constexpr qsizetype gathered = 256LL * 1024;
 constexpr const char* faint = "\x1b[2m";
 constexpr const char* red = "\x1b[31m";
 constexpr const char* plain = "\x1b[0m";

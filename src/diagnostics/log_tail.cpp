@@ -50,7 +50,7 @@ void LogTail::takeNew(const TakeLine& take) {
 }
 
 void LogTail::takeRest(const TakeLine& take) {
-    std::array<char, 64 * 1024> bytes{};
+    std::array<char, std::size_t{64} * 1024> bytes{};
     for (;;) {
         const ssize_t count = pread(file_.get(), bytes.data(), bytes.size(), offset_);
         if (count <= 0)

@@ -178,7 +178,7 @@ OperationQueue::OperationQueue() : core_(std::make_shared<Core>()) {}
 
 OperationQueue::~OperationQueue() = default;
 
-void OperationQueue::addOperation(std::shared_ptr<Operation> operation) {
+void OperationQueue::addOperation(const std::shared_ptr<Operation>& operation) {
     core_->add(operation);
 }
 

@@ -55,7 +55,7 @@ public:
     OperationQueue(const OperationQueue&) = delete;
     OperationQueue& operator=(const OperationQueue&) = delete;
 
-    virtual void addOperation(std::shared_ptr<Operation> operation);
+    virtual void addOperation(const std::shared_ptr<Operation>& operation);
 
     /// At least 1; 4 at first. Lowering it stops nothing that runs.
     void setMaxConcurrentOperationCount(int count);

@@ -10,7 +10,7 @@
 namespace app {
 
 /// Lists of checksums are small; larger files are none.
-inline constexpr qint64 largestChecksumList = 256 * 1024;
+inline constexpr qint64 largestChecksumList = qint64{256} * 1024;
 
 /// Whether a file of this name lists checksums, as "SHA256SUMS", "md5sum.txt" or "a.iso.sha256".
 [[nodiscard]] bool isChecksumListName(const QString& name);

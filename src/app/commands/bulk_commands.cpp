@@ -17,9 +17,9 @@ namespace {
 
 /// Over a copy, since operations can change the queue.
 template <typename Operation>
-void forEach(engine::DownloadQueue& queue, Downloads downloads, const Operation& operation) {
+void forEach(engine::DownloadQueue& queue, const Downloads& downloads, const Operation& operation) {
     const engine::DownloadQueue::Batch batch(queue);
-    for (const engine::DownloadPtr& download : downloads) {
+    for (const engine::DownloadPtr& download : Downloads(downloads)) {
         operation(*download);
     }
 }

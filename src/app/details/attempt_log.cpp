@@ -85,7 +85,7 @@ void AttemptLog::note(const engine::StatusChange& change) {
 void AttemptLog::noteNewAddress(engine::DQDownload& download, const QString& address) {
     std::vector<Attempt> past = attempts(download);
     attempts_.remove(download.originalURLString());
-    attempts_.insert(address, std::move(past));
+    attempts_[address] = std::move(past);
     add(download, address, localized("Address changed"));
 }
 

@@ -21,12 +21,12 @@ namespace {
 const QString ownIdentifier = u"com.tarnworks.Orlop"_s;
 const QString formatVersion = u"1"_s;
 /// Of a text from the bus, in characters; the largest icon needs far less.
-constexpr qsizetype longestTransport = 16 * 1024 * 1024;
+constexpr qsizetype longestTransport = 16LL * 1024 * 1024;
 
 /// So that nobody follows the programs of another user, and nobody learns the name. Empty: the
 /// user has no name.
 QString hashOfUser() {
-    constexpr std::size_t enough = 16 * 1024;
+    constexpr std::size_t enough = 16UL * 1024;
     char text[enough];
     passwd entry{};
     passwd* found = nullptr;

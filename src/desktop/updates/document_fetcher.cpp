@@ -8,7 +8,7 @@ namespace desktop {
 namespace {
 
 constexpr platform::Seconds timeOut = 10.0;
-constexpr qsizetype largestDocument = 256 * 1024;
+constexpr qsizetype largestDocument = 256LL * 1024;
 constexpr int statusOk = 200;
 
 }  // namespace

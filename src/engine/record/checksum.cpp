@@ -14,7 +14,7 @@ namespace {
 using Hash = QCryptographicHash;
 
 struct Algorithm {
-    Hash::Algorithm value;
+    Hash::Algorithm value = Hash::Sha256;
     QLatin1StringView name;
     QLatin1StringView title;
 };

@@ -273,7 +273,7 @@ void DQHTTPRequestDownloadWorker::stopAtBound() {
 
 /// An error page is read to its end, so that its connection can be used again, unless that is far.
 void DQHTTPRequestDownloadWorker::discard(http::HTTPRequest& request, qint64 count) {
-    constexpr qint64 mostDiscarded = 64 * 1024;
+    constexpr qint64 mostDiscarded = 64LL * 1024;
     // Another may follow a redirect or a challenge, whose bodies the request bounds itself.
     const bool isFailure = statusCode_ >= 400 && statusCode_ != platform::status::unauthorized &&
                            statusCode_ != platform::status::proxyAuthenticationRequired;

@@ -11,7 +11,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace links {
 namespace {
 
-constexpr qint64 largestFile = 64 * 1024 * 1024;
+constexpr qint64 largestFile = 64LL * 1024 * 1024;
 
 // Most texts are healthy addresses, and telling so costs far less than an expression.
 bool lacksScheme(const QString& text) {

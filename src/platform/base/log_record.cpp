@@ -13,7 +13,7 @@ namespace platform {
 
 namespace {
 
-constexpr qsizetype longestMessage = 16 * 1024;
+constexpr qsizetype longestMessage = 16LL * 1024;
 constexpr std::int64_t perSecond = 1'000'000;
 
 QByteArray quoted(const QString& text) {

@@ -17,7 +17,7 @@ namespace platform {
 /// which there is no room is not kept here. Not for several threads at a time.
 class LogSpool {
 public:
-    static constexpr std::size_t bytesOfHalf = 128 * 1024;
+    static constexpr std::size_t bytesOfHalf = 128UL * 1024;
 
     /// Null: no file can be made in `folder`.
     static std::unique_ptr<LogSpool> make(const QString& folder);

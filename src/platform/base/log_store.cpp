@@ -19,7 +19,7 @@ namespace platform {
 
 namespace {
 
-constexpr qint64 secondsOfDay = 24 * 60 * 60;
+constexpr qint64 secondsOfDay = 24LL * 60 * 60;
 constexpr qint64 lengthOfDay = 10;                             // yyyy-MM-dd
 constexpr qint64 dayOffset = sizeof("{\"timestamp\":\"") - 1;  // with which each line begins
 

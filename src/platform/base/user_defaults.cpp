@@ -298,7 +298,7 @@ UserDefaults& UserDefaults::Private::suite(const QString& name) {
     return *found;
 }
 
-UserDefaults::UserDefaults(QString folder, QString domain, RunLoop* loop)
+UserDefaults::UserDefaults(QString folder, const QString& domain, RunLoop* loop)
     : private_(std::make_unique<Private>(std::move(folder), domain, loop)) {}
 
 UserDefaults::~UserDefaults() = default;

@@ -31,7 +31,7 @@ public:
     using Observer = std::function<void(const QString& key)>;
 
     /// `folder` holds `domain`.plist. With no run loop every change is written at once.
-    UserDefaults(QString folder, QString domain, RunLoop* loop = nullptr);
+    UserDefaults(QString folder, const QString& domain, RunLoop* loop = nullptr);
     ~UserDefaults();
     UserDefaults(const UserDefaults&) = delete;
     UserDefaults& operator=(const UserDefaults&) = delete;

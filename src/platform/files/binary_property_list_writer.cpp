@@ -55,7 +55,9 @@ private:
     void appendTable(const std::vector<quint64>& offsets);
 
     static int bytesFor(quint64 number) {
-        const quint64 bytes = std::max<quint64>((std::bit_width(number) + 7) / 8, 1);
+        // Older libraries say the number of bits in the type of the number, newer ones as an int.
+        const auto bits = static_cast<quint64>(std::bit_width(number));
+        const quint64 bytes = std::max<quint64>((bits + 7) / 8, 1);
         return static_cast<int>(std::bit_ceil(bytes));
     }
 

@@ -51,7 +51,7 @@ namespace {
 
 /// Small pieces gathered to calls that are worth their while.
 bool writePieces(const Descriptor& file, std::span<const QByteArray> pieces) {
-    constexpr qsizetype blockSize = 256 * 1024;
+    constexpr qsizetype blockSize = 256LL * 1024;
     QByteArray block;
     for (const QByteArray& piece : pieces) {
         if (block.size() + piece.size() > blockSize) {

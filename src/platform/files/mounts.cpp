@@ -67,10 +67,10 @@ public:
 private:
     QByteArray read() const {
         QByteArray text;
-        QByteArray block(64 * 1024, Qt::Uninitialized);
+        QByteArray block(64LL * 1024, Qt::Uninitialized);
         lseek(table_.get(), 0, SEEK_SET);
         ssize_t got = 0;
-        constexpr qsizetype longest = 16 * 1024 * 1024;
+        constexpr qsizetype longest = 16LL * 1024 * 1024;
         while (text.size() < longest && (got = ::read(table_.get(), block.data(),
                                                       static_cast<std::size_t>(block.size()))) > 0)
             text.append(block.constData(), got);

@@ -87,7 +87,7 @@ void copyAttributes(const Descriptor& from, const Descriptor& to) {
 }
 
 bool copyByHand(const Descriptor& from, const Descriptor& to) {
-    QByteArray block(1024 * 1024, Qt::Uninitialized);
+    QByteArray block(1024LL * 1024, Qt::Uninitialized);
     for (;;) {
         const ssize_t got = read(from.get(), block.data(), static_cast<std::size_t>(block.size()));
         if (got < 0 && errno == EINTR)

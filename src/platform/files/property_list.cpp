@@ -22,10 +22,10 @@ bool isWritableDate(const QDateTime& date) {
 QVariant propertyListDictionary(const QVariantMap& map) {
     QVariantMap result;
     for (auto entry = map.begin(); entry != map.end(); ++entry) {
-        QVariant value = propertyListValue(entry.value());
+        const QVariant value = propertyListValue(entry.value());
         if (!value.isValid())
             return {};
-        result.insert(result.cend(), entry.key(), std::move(value));
+        result.insert(result.cend(), entry.key(), value);
     }
     return result;
 }

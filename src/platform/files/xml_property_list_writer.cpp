@@ -56,7 +56,7 @@ constexpr char documentTail[] = "</plist>\n";
 class XmlWriter {
 public:
     XmlWriter() {
-        constexpr qsizetype firstBlock = 4 * 1024;
+        constexpr qsizetype firstBlock = 4LL * 1024;
         out_.reserve(firstBlock);
     }
 

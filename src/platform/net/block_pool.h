@@ -11,7 +11,7 @@ namespace platform {
 /// One thread; receivers may drop their blocks on any.
 class BlockPool {
 public:
-    static constexpr qsizetype blockSize = 256 * 1024;
+    static constexpr qsizetype blockSize = 256LL * 1024;
 
     /// A block of `blockSize` bytes of any content.
     [[nodiscard]] QByteArray take();

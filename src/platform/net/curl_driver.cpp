@@ -12,7 +12,7 @@ namespace {
 /// libcurl's receive buffers begin at a cache line: the kernel's copy into a buffer that does not
 /// can be several times slower.
 void* allocateForCurl(std::size_t size) {
-    constexpr std::size_t cacheLine = 64, smallestBuffer = 16 * 1024;
+    constexpr std::size_t cacheLine = 64, smallestBuffer = 16UL * 1024;
     if (size < smallestBuffer)
         return std::malloc(size);
     return std::aligned_alloc(cacheLine, (size + cacheLine - 1) / cacheLine * cacheLine);

@@ -66,7 +66,7 @@ public:
     virtual ~HTTPBodySource() = default;
     enum class State { Data, NotNow, End, Failed };
     struct Piece {
-        State state;
+        State state = State::End;
         qsizetype count = 0;
     };
     /// Fills up to `maximum` bytes, at least one with Data. NotNow: ask again after

@@ -17,9 +17,9 @@ namespace platform {
 namespace {
 
 /// With this much unread the socket is left alone...
-constexpr qsizetype pauseAt = 1024 * 1024;
+constexpr qsizetype pauseAt = 1024LL * 1024;
 /// ... until no more than this is left.
-constexpr qsizetype resumeAt = 256 * 1024;
+constexpr qsizetype resumeAt = 256LL * 1024;
 /// Turns in which bytes go on arriving, before an unfinished block is handed out.
 constexpr int mostDeferrals = 32;
 constexpr int mostEventsInTurn = 16;

@@ -43,7 +43,7 @@ void ReceiveBuffer::append(const char* bytes, std::size_t count) {
 }
 
 void ReceiveBuffer::startBlock() {
-    constexpr std::uint64_t smallestBlock = 16 * 1024;
+    constexpr std::uint64_t smallestBlock = 16UL * 1024;
     constexpr auto largestBlock = static_cast<std::uint64_t>(BlockPool::blockSize);
     // Without a length, blocks grow with what has come; with one, nothing is set aside in vain.
     std::uint64_t size = std::clamp(total_, smallestBlock, largestBlock);

@@ -12,7 +12,7 @@ namespace platform {
 
 namespace {
 
-constexpr qsizetype largestHead = 300 * 1024;
+constexpr qsizetype largestHead = 300LL * 1024;
 constexpr int mostRounds = 4;
 
 /// Several that differ: whoever believes one of them may have been meant to believe the other.

@@ -51,7 +51,7 @@ void applyMessage(EasyOptions& options, const TransferSetup& setup, const Reques
     options.set(CURLOPT_HEADEROPT, long{CURLHEADER_SEPARATE});
     options.set(CURLOPT_PROXYHEADER, lines.proxy.get());
     if (setup.bodyLength) {
-        constexpr std::uint64_t smallestBuffer = 16 * 1024, largestBuffer = 256 * 1024;
+        constexpr std::uint64_t smallestBuffer = 16UL * 1024, largestBuffer = 256UL * 1024;
         options.set(CURLOPT_UPLOAD, 1L);
         options.set(CURLOPT_INFILESIZE_LARGE, static_cast<curl_off_t>(*setup.bodyLength));
         options.set(

@@ -70,7 +70,7 @@ bool greet(const QByteArray& name, Descriptor& socket) {
                                                (name.startsWith('\0') ? 0 : 1));
     socket = Descriptor(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
     // Whoever takes nothing from a full queue would hold us up in here.
-    constexpr timeval patience{.tv_sec = 0, .tv_usec = patienceMilliseconds * 1000};
+    constexpr timeval patience{.tv_sec = 0, .tv_usec = patienceMilliseconds * 1000L};
     setsockopt(socket.get(), SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof(patience));
     if (connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), length) != 0)
         return errno == EAGAIN;

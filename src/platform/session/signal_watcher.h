@@ -8,7 +8,7 @@ namespace platform {
 
 /// A signal of the system's to be told of.
 struct WatchedSignal {
-    int number;
+    int number = 0;
     /// Being sent a second time does what the system does by default (which for most ends the
     /// process at once), even while the main thread is busy.
     bool defaultOnRepeat = false;

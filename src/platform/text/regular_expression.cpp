@@ -81,13 +81,14 @@ public:
 
 private:
     static UBool mayGoOnMatching(const void* self, int32_t) {
-        return static_cast<Run*>(const_cast<void*>(self))->isInTime();
+        return static_cast<UBool>(static_cast<Run*>(const_cast<void*>(self))->isInTime());
     }
     /// Asked at every position of the subject, where a look at the clock would cost more than the
     /// search itself.
     static UBool mayGoOnSearching(const void* self, int64_t position) {
         constexpr int64_t positionsBetweenLooks = 64;
-        return position % positionsBetweenLooks != 0 || mayGoOnMatching(self, 0);
+        const bool looks = position % positionsBetweenLooks == 0;
+        return looks ? mayGoOnMatching(self, 0) : static_cast<UBool>(true);
     }
     bool isInTime() {
         timedOut_ = timedOut_ || stop_.stop_requested() || SteadyClock::now() >= deadline_;

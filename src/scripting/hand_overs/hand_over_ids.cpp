@@ -16,7 +16,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr qint64 secondsOfMemory = 24 * 60 * 60;
+constexpr qint64 secondsOfMemory = 24LL * 60 * 60;
 constexpr qsizetype mostIds = 50'000;
 constexpr qint64 maximumFileSize = 32 << 20;
 const QString idKey = u"Id"_s, timeKey = u"Time"_s, withdrawnKey = u"Withdrawn"_s;

@@ -4,6 +4,7 @@
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTextDocument>
 #include <QWindow>
 #include <algorithm>
 #include <utility>

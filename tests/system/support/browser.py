@@ -33,7 +33,11 @@ class Browser:
         self.home, self.visible, self.language = home, visible, language
         self.packed = home.root / "extension"
         pack_extension(self.packed)
+        # One that is killed leaves what it had there.
+        temporary = home.root / "tmp"
+        temporary.mkdir(exist_ok=True)
         self._environment = home.environment(**environment) | {
+            "TMPDIR": str(temporary),
             "LANGUAGE": language, "LANG": "de_DE.UTF-8" if language == "de" else "C.UTF-8"}
         self.process = None
         self.prepare()

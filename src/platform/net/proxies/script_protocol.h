@@ -16,7 +16,7 @@ inline constexpr char errorLine = 'E';   ///< Why there is no result.
 /// A larger script is not run.
 inline constexpr std::size_t maximumScriptBytes = 1 << 20;
 /// Of all lines together; a process that writes more is ended.
-inline constexpr std::size_t maximumAnswerBytes = 64 * 1024;
+inline constexpr std::size_t maximumAnswerBytes = 64UL * 1024;
 
 /// Seconds of CPU for one script, and bytes of memory beyond what the engine begins with.
 inline constexpr unsigned processorSeconds = 2;
