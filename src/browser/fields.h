@@ -20,8 +20,8 @@ struct Field {
         Object,
         List,  ///< of at most `largest` elements
     };
-    const char* name;
-    Kind kind;
+    const char* name = nullptr;
+    Kind kind = Kind::Id;
     /// Characters of texts, else as said above.
     qint64 largest = 0;
     bool isRequired = false;

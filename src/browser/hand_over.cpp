@@ -70,11 +70,9 @@ void HandOver::hear(const BusAnswer& answer) {
     } else if (answer.wasCutOff()) {
         mayExist_ = true;
         QTimer::singleShot(askAgainAfter, this, &HandOver::ask);
-    } else if (answer.error == "com.tarnworks.Orlop.Error.TooLate"_L1) {
-        giveUp();
     } else if (answer.reachedNobody() && !mayExist_) {
         end(allOf({Outcome::Kind::Unreachable, {}}));
-    } else if (answer.reachedNobody()) {
+    } else if (answer.reachedNobody() || answer.error == "com.tarnworks.Orlop.Error.TooLate"_L1) {
         giveUp();
     } else {
         end(allOf({Outcome::Kind::Refused, answer.text}));

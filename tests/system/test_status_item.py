@@ -148,10 +148,8 @@ class StatusItemTest(SystemTest):
         self.desktop.move(PARTNERS_WINDOW)
         partner.hear("ready")
         plain = self.desktop.shades(target.frame)
-        self.desktop.press(PARTNERS_WINDOW)
-        self.desktop.glide(PARTNERS_WINDOW, target.center)
-        wait_until(lambda: self.desktop.shades(target.frame) != plain, 30, "the highlight")
-        self.desktop.release()
+        self.desktop.drag(PARTNERS_WINDOW, target.center,
+                          lambda: self.desktop.shades(target.frame) != plain)
         partner.hear("done 0")
 
     def test_the_drop_target_keeps_out_of_the_way_of_what_fills_the_screen(self):

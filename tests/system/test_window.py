@@ -17,10 +17,6 @@ LETTERS = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
 ACCENTED = "åƀçđéƒğĥíĵķĺɱñöþɋŕšţûṽŵẋýžÅƁÇĐÉƑĞĤÍĴĶĹṀÑÖÞɊŔŠŢÛṼŴẊÝŽ"
 
 
-def about(place):
-    return (place[0] + 1, place[1]), place
-
-
 def pseudo(text):
     """As the program's made-up language for tests says it."""
     return text.translate(str.maketrans(LETTERS, ACCENTED)) + "·" * (len(text) // 4 + 1)
@@ -100,19 +96,9 @@ class WindowTest(SystemTest):
     def icon(self, name):
         return self.on_row(name, 18)
 
-    def drag(self, start, end, is_over):
-        """Presses, moves there as unsteadily as a hand, and lets go as soon as `is_over` says that
-        the other side has noticed. A hand that sees nothing happen comes again: a busy program may
-        begin its drag when the pointer is far away already, and lose it."""
-        self.desktop.press(start)
-        wait_until(lambda: self.desktop.glide(start, end) or
-                   any(self.desktop.move(place) or is_over() for place in 10 * about(end)),
-                   30, f"an effect at {end}")
-        self.desktop.release()
-
     def tremble(self, place, until):
         """Moves the pointer about a place."""
-        places = itertools.cycle(about(place))
+        places = itertools.cycle(self.desktop.about(place))
         wait_until(lambda: self.desktop.move(next(places)) or until(), 30, f"an effect at {place}")
 
     def use_partner(self, *addresses):
@@ -190,7 +176,7 @@ class WholeUseTest(WindowTest):
 
     def drag_in(self, name):
         partner = self.use_partner(self.server.url(f"/rate/1/{name}"))
-        self.drag(PARTNERS_WINDOW, self.desktop.find("list", "Downloads").center,
+        self.desktop.drag(PARTNERS_WINDOW, self.desktop.find("list", "Downloads").center,
                   lambda: partner.has_said("offered 1"))
         return partner
 
@@ -234,7 +220,7 @@ class WholeUseTest(WindowTest):
     def reorder_rows(self):
         *others, last = self.rows()
         first = self.row(others[0]).frame
-        self.drag(self.icon(last), (self.icon(last)[0], first[1] + 4), lambda: True)
+        self.desktop.drag(self.icon(last), (self.icon(last)[0], first[1] + 4), lambda: True)
         self.wait_for_rows(last, *others)
 
     def define_rule(self):
@@ -256,7 +242,7 @@ class WholeUseTest(WindowTest):
 
     def drag_file_out(self):
         partner = self.use_partner()
-        self.drag(self.icon("quick.pdf"), PARTNERS_WINDOW, lambda: partner.has_said("asked again"))
+        self.desktop.drag(self.icon("quick.pdf"), PARTNERS_WINDOW, lambda: partner.has_said("asked again"))
         partner.hear("dropped " + (self.home.downloads / "quick.pdf").as_uri())
 
     def remove_and_clear(self):

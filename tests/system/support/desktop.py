@@ -229,6 +229,21 @@ class Desktop:
             words += ["mousemove"] + [round(a + (b - a) * step / 12) for a, b in zip(start, end)]
         self._xdotool(*words)
 
+    def drag(self, start, end, is_over):
+        """Presses, moves there as unsteadily as a hand, and lets go as soon as `is_over` says that
+        the other side has noticed. A hand that sees nothing happen comes again: a busy program may
+        begin its drag when the pointer is far away already, and lose it."""
+        self.press(start)
+        wait_until(lambda: self.glide(start, end) or
+                   any(self.move(place) or is_over() for place in 10 * self.about(end)), 30,
+                   f"an effect at {end}")
+        self.release()
+
+    @staticmethod
+    def about(place):
+        """Places between which a hand trembles."""
+        return (place[0] + 1, place[1]), place
+
     @staticmethod
     def _place(what):
         return what.center if isinstance(what, Node) else what
