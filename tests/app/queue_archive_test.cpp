@@ -469,7 +469,7 @@ TEST_F(QueueFile, IsPutTogetherALittleAtATimeWhereItIsLong) {
 
 TEST(ArchiveWriter, WritesTheLatestOfManyAndFinishesBeforeItGoes) {
     const QTemporaryDir folder;
-    const QString path = folder.filePath(u"Queue.plist"_s);
+    const QString path = folder.filePath(u"Orlop/Queue.plist"_s);
     const auto written = [&path] {
         return platform::readPropertyList(platform::readFile(path, 1 << 20).data)
             .value.toList()
@@ -493,6 +493,7 @@ TEST(ArchiveWriter, WritesTheLatestOfManyAndFinishesBeforeItGoes) {
         main.settle();
         EXPECT_GE(reports, 1);
         EXPECT_LT(reports, 300) << "every list was written, though newer ones waited";
+        ASSERT_TRUE(QDir(folder.filePath(u"Orlop"_s)).removeRecursively());
         writer.write(app::ArchiveWriter::Elements{platform::propertyListElement(7)});
     }
     EXPECT_EQ(written(), 7);

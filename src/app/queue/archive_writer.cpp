@@ -1,5 +1,7 @@
 #include "app/queue/archive_writer.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <cerrno>
 #include <chrono>
 #include <condition_variable>
@@ -37,9 +39,14 @@ struct ArchiveWriter::State {
     bool isGivenUp = false;
 };
 
+/// A tool that cleans up may have taken the folder of a program that runs.
 std::optional<platform::Error> ArchiveWriter::State::writeFile(Elements elements) const {
-    return platform::writeFileAtomically(path,
-                                         platform::propertyListOfElements(std::move(elements)));
+    const std::vector<QByteArray> data = platform::propertyListOfElements(std::move(elements));
+    const std::optional<platform::Error> error = platform::writeFileAtomically(path, data);
+    const bool isFolderGone = error && error->is(platform::posixErrorDomain, ENOENT);
+    return isFolderGone && QDir().mkpath(QFileInfo(path).path())
+               ? platform::writeFileAtomically(path, data)
+               : error;
 }
 
 /// Whoever hears of the last writing finds that nothing is being written any more.
