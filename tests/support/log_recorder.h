@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QStringList>
+#include <algorithm>
 #include <memory>
 #include <mutex>
 
@@ -26,8 +27,12 @@ public:
         const std::scoped_lock guard(sink_->lock);
         return sink_->lines;
     }
-    [[nodiscard]] bool contains(const QString& text) const {
-        return !lines().filter(text).isEmpty();
+    [[nodiscard]] bool contains(const QString& text) const { return count(text) > 0; }
+    /// How many lines hold the text.
+    [[nodiscard]] std::ptrdiff_t count(const QString& text) const {
+        const std::scoped_lock guard(sink_->lock);
+        return std::ranges::count_if(sink_->lines,
+                                     [&](const QString& line) { return line.contains(text); });
     }
 
 private:
