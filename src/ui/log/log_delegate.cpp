@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QFontDatabase>
 #include <QPainter>
+#include <QStyle>
+#include <algorithm>
 
 #include "ui/log/log_model.h"
 
@@ -18,18 +20,33 @@ QFont digitsFont(const QFont& beside) {
     return font;
 }
 
-/// Draws as much as fits and moves the left edge behind it.
-void drawPart(QPainter& painter, QRect& rect, const QString& text, const QFont& font,
-              const QColor& color) {
-    if (text.isEmpty() || rect.width() <= 0)
-        return;
-    const QFontMetrics metrics(font);
-    painter.setFont(font);
-    painter.setPen(color);
-    painter.drawText(rect, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                     metrics.elidedText(text, Qt::ElideRight, rect.width()));
-    rect.setLeft(rect.left() + metrics.horizontalAdvance(text));
-}
+/// Draws the parts of a line one behind the other, from the right where languages are read so.
+class LinePainter {
+public:
+    LinePainter(QPainter& painter, const QStyleOptionViewItem& option)
+        : painter_(painter), direction_(option.direction), line_(option.rect) {}
+
+    /// Draws as much as fits and moves the edge where `room` begins behind it.
+    void draw(QRect& room, const QString& text, const QFont& font, const QColor& color) {
+        if (text.isEmpty() || room.width() <= 0)
+            return;
+        const QFontMetrics metrics(font);
+        const int width = metrics.horizontalAdvance(text);
+        QRect place = room;
+        place.setWidth(std::min(width, room.width()));
+        painter_.setFont(font);
+        painter_.setPen(color);
+        painter_.drawText(QStyle::visualRect(direction_, line_, place),
+                          Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter | Qt::TextSingleLine,
+                          metrics.elidedText(text, Qt::ElideRight, place.width()));
+        room.setLeft(room.left() + width);
+    }
+
+private:
+    QPainter& painter_;
+    const Qt::LayoutDirection direction_;
+    const QRect line_;
+};
 
 }  // namespace
 
@@ -51,13 +68,13 @@ void LogDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
     messageFont.setBold(index.data(LogModel::ProblemRole).toBool());
     QRect rect = option.rect.adjusted(margin, 0, -margin, 0);
     painter->save();
-    drawPart(*painter, rect, index.data(LogModel::MetaRole).toString(), digitsFont(option.font),
-             faint);
+    LinePainter line(*painter, option);
+    line.draw(rect, index.data(LogModel::MetaRole).toString(), digitsFont(option.font), faint);
     const QString count = index.data(LogModel::CountRole).toString();
     QRect room = rect.adjusted(0, 0, -option.fontMetrics.horizontalAdvance(count), 0);
-    drawPart(*painter, room, message, messageFont, text);
+    line.draw(room, message, messageFont, text);
     rect.setLeft(room.left());
-    drawPart(*painter, rect, count, option.font, faint);
+    line.draw(rect, count, option.font, faint);
     painter->restore();
 }
 
