@@ -37,8 +37,9 @@ public:
         painter_.setFont(font);
         painter_.setPen(color);
         painter_.drawText(QStyle::visualRect(direction_, line_, place),
-                          Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter | Qt::TextSingleLine,
-                          metrics.elidedText(text, Qt::ElideRight, place.width()));
+                          Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter |
+                              Qt::TextSingleLine | Qt::TextDontClip,
+                          metrics.elidedText(text, Qt::ElideRight, room.width()));
         room.setLeft(room.left() + width);
     }
 
