@@ -55,7 +55,6 @@ private:
     bool followReplacements();
 
     Surroundings surroundings_;
-
     Downloads selected_;
     /// Not followed yet: there may be as many as there are rows.
     std::unordered_map<engine::DownloadPtr, engine::DownloadPtr> replacements_;

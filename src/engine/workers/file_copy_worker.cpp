@@ -73,6 +73,7 @@ void FileCopyWorker::answer() {
                         const auto keepAlive = shared_from_this();
                         stopWithError(error);
                     }});
+    readOn();
 }
 
 /// Where the copy can go on. 0: it must begin again.

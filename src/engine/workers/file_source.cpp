@@ -58,7 +58,6 @@ bool FileSource::isNewerThan(const QString& otherPath) const {
 void FileSource::start(qint64 offset, Receiver receiver) {
     offset_ = offset;
     receiver_ = std::move(receiver);
-    readNext();
 }
 
 void FileSource::readNext(qint64 most) {

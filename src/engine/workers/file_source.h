@@ -41,12 +41,12 @@ public:
     /// Whether it has changed since another file was last written to.
     [[nodiscard]] bool isNewerThan(const QString& otherPath) const;
 
-    /// Reads from `offset` to the end that the file had when it was opened; a file that has become
-    /// shorter by then fails.
+    /// What is read goes from `offset` to the end that the file had when it was opened; a file that
+    /// has become shorter by then fails. Nothing is read before `readNext`.
     void start(qint64 offset, Receiver receiver);
     static constexpr qint64 blockSize = qint64{2} << 20;
     /// The data that came last is dealt with: `most` bytes at most are read.
-    void readNext(qint64 most = blockSize);
+    void readNext(qint64 most);
     /// Nothing reaches the receiver after this returns.
     void stop() { receiver_ = {}; }
 
