@@ -6,6 +6,7 @@ import os
 import signal
 import subprocess
 import tempfile
+import time
 from dataclasses import dataclass, field
 from pathlib import Path
 
@@ -229,15 +230,25 @@ class Desktop:
             words += ["mousemove"] + [round(a + (b - a) * step / 12) for a, b in zip(start, end)]
         self._xdotool(*words)
 
-    def drag(self, start, end, is_over):
-        """Presses, moves there as unsteadily as a hand, and lets go as soon as `is_over` says that
-        the other side has noticed. A hand that sees nothing happen comes again: a busy program may
+    def drag_over(self, start, end, is_over):
+        """Presses, moves there as unsteadily as a hand, and holds on until `is_over` says that the
+        other side has noticed. A hand that sees nothing happen comes again: a busy program may
         begin its drag when the pointer is far away already, and lose it."""
         self.press(start)
-        wait_until(lambda: self.glide(start, end) or
-                   any(self.move(place) or is_over() for place in 10 * self.about(end)), 30,
+        wait_until(lambda: self.glide(start, end) or self._tremble(end, is_over), 30,
                    f"an effect at {end}")
+
+    def drag(self, start, end, is_over):
+        """Lets go as soon as it is over its end."""
+        self.drag_over(start, end, is_over)
         self.release()
+
+    def _tremble(self, place, is_over):
+        resting = time.monotonic() + 4
+        while time.monotonic() < resting:
+            if any(self.move(near) or is_over() for near in self.about(place)):
+                return True
+        return False
 
     @staticmethod
     def about(place):
