@@ -31,6 +31,8 @@ using app::Command;
 
 namespace {
 
+/// Of facts, at the least.
+constexpr int fewestLines = 4;
 /// In characters: from here on there is room for the curve beside the facts.
 constexpr int wideEnough = 75;
 constexpr auto commandProperty = "command";
@@ -168,6 +170,7 @@ void DetailsPane::makeTables() {
     sideLayout->addWidget(curve_, 1);
     sideLayout->addWidget(connections_, 2);
 
+    facts_->setMinimumHeight(fewestLines * facts_->fontMetrics().lineSpacing());
     arrangement_->setContentsMargins(0, 0, 0, 0);
     arrangement_->setSpacing(0);
     arrangement_->addWidget(facts_, 1);
@@ -259,7 +262,10 @@ void DetailsPane::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
 }
 
+/// However many rows the buttons take, some facts are seen below them: a window that is too low
+/// for that grows.
 void DetailsPane::resizeEvent(QResizeEvent* event) {
+    actions_->setMinimumHeight(actions_->heightForWidth(actions_->width()));
     arrangement_->setDirection(width() >= wideEnough * fontMetrics().averageCharWidth()
                                    ? QBoxLayout::LeftToRight
                                    : QBoxLayout::TopToBottom);
