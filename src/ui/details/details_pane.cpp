@@ -5,7 +5,6 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QShortcut>
-#include <QStyle>
 #include <QStyledItemDelegate>
 #include <QTableView>
 #include <QToolButton>
@@ -15,6 +14,7 @@
 #include "app/rows/rows.h"
 #include "engine/context.h"
 #include "engine/lifecycle/download.h"
+#include "ui/art/icons.h"
 #include "ui/art/theme.h"
 #include "ui/details/connections_model.h"
 #include "ui/details/facts_model.h"
@@ -123,7 +123,7 @@ void DetailsPane::makeActions() {
 QToolButton* DetailsPane::makeCloseButton() {
     auto* button = new QToolButton(this);
     button->setObjectName(u"closeDetails"_s);
-    button->setIcon(style()->standardIcon(QStyle::SP_DockWidgetCloseButton));
+    button->setIcon(symbolIcon(u"DQCancel"_s));
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::TabFocus);
     button->setAccessibleName(translated("Close Details"));
