@@ -1708,11 +1708,6 @@ Orlop merkt sich das nicht über einen Neustart hinaus. Es kann auch nicht dafü
             <translation>Die Seite mit Neuigkeiten ist nicht zu erreichen.</translation>
         </message>
         <message>
-            <location filename="../../src/desktop/updates/news_manager.cpp" />
-            <source>This build of Orlop knows no page of news.</source>
-            <translation>Diese Ausgabe von Orlop kennt keine Seite mit Neuigkeiten.</translation>
-        </message>
-        <message>
             <location filename="../../src/desktop/updates/sparkle_wrapper.cpp" />
             <source>%@ %@ is now available! You are currently using %@ %@.</source>
             <translation>%@ %@ ist jetzt verfügbar! Sie verwenden zurzeit %@ %@.</translation>

@@ -76,10 +76,9 @@ DQMainController::Parts::Parts(DQMainController& owner, const Surroundings& give
       follower({owner, given.loop, given.defaults, given.frontEnd, queue, rows, view, list, archive,
                 removed, intake, batch, allDone, status, history}),
       queue({given.defaults, given.loop, given.disks, given.environment, rules}, follower),
-      rows(
-          {queue, given.workspace, given.frontEnd,
-           [this](engine::DQDownload& download) { follower.removeDownload(download); },
-           [&owner](engine::DQDownload& download) { owner.retry({download.shared_from_this()}); }}),
+      rows({queue, given.workspace, given.frontEnd,
+            [this](engine::DQDownload& download) { follower.removeDownload(download); },
+            [&owner](engine::DQDownload& download) { owner.fetchAgain(download); }}),
       view(queue, given.defaults),
       drag(queue, view, rows.vanishing(), given.defaults),
       list({view, given.frontEnd.list, given.loop, given.defaults,
@@ -426,6 +425,16 @@ void DQMainController::retry(const Downloads& downloads) {
         updateDownloadListAndStatus();
     } else {
         parts_->surroundings.frontEnd.feedback.beep();
+    }
+}
+
+/// A notification may outlast the row that it told of.
+void DQMainController::fetchAgain(engine::DQDownload& download) {
+    const auto url = platform::Url::parse(download.originalURLString());
+    if (url && !queue().contains(download)) {
+        openNewURLs({*url});
+    } else {
+        retry({download.shared_from_this()});
     }
 }
 

@@ -148,6 +148,8 @@ public:
     void openURLs(const std::vector<platform::Url>& urls, const ScriptArguments& arguments = {});
     /// Those that the queue does not have yet; `alreadyInList` tells of the others.
     void openNewURLs(const std::vector<platform::Url>& urls);
+    /// In the place of its row, or as a new one where that is gone.
+    void fetchAgain(engine::DQDownload& download);
     void openURLsAfterDelay(const std::vector<platform::Url>& urls,
                             const ScriptArguments& arguments, bool giveFeedback);
     /// With `afterDelay` whether anything was found to open, else whether the queue grew.

@@ -275,6 +275,12 @@ TEST_F(RowsTest, GoneFilesAreToldOfAndCanBeHadAgain) {
     const auto again = controller->downloads()[1];
     EXPECT_NE(again, gone);
     EXPECT_EQ(again->URL().absoluteString(), u"http://a.example/gone"_s);
+
+    controller->queue().remove(*again);
+    rows().actions().open(*gone);
+    main.settle();
+    EXPECT_EQ(controller->downloads().back()->URL().absoluteString(), u"http://a.example/gone"_s)
+        << "a button of a notification outlasts the row";
 }
 
 /// Its record goes, and with it whatever was to come for its row.

@@ -115,6 +115,24 @@ TEST_F(ThrottleTest, SomeRequestsHaveALimitOfTheirOwn) {
     EXPECT_EQ(limited->totalBytesRead(), 250'000U) << "lifted in the middle";
 }
 
+TEST_F(ThrottleTest, ALimitOfItsOwnIsReachedBesideOthersThatTakeTheRest) {
+    serveFile(2'000'000);
+    HTTPRequest::setMaxBandwidthPerSecond(100'000);
+    const auto own = std::make_shared<BandwidthAccount>(main.clock);
+    own->setMaxBandwidthPerSecond(20'000);
+    const auto free = observedRequest(u"/file"_s);
+    const auto limited = observedRequest(u"/file"_s);
+    limited->setOwnBandwidth(own);
+    free->startAsynchronous();
+    limited->startAsynchronous();
+    for (int step = 0; step < 40; ++step) {
+        ASSERT_TRUE(waitForRest());
+        advance(0.25);
+    }
+    EXPECT_GE(limited->totalBytesRead(), 150'000U);
+    EXPECT_LE(limited->totalBytesRead(), 230'000U);
+}
+
 TEST_F(ThrottleTest, SleepIsNoSilence) {
     serveFile(50'000);
     HTTPRequest::setMaxBandwidthPerSecond(10'000);

@@ -69,17 +69,22 @@ class DesktopServicesTest(SystemTest):
         self.assertRegex(updates[-1], r'"count-visible"\s+variant\s+boolean false')
 
     @unittest.skipUnless(DESKTOP.exists(), "built without the desktop program")
-    def test_a_notification_shows_its_file_in_the_folder(self):
+    def test_a_notification_shows_its_file_in_the_folder_as_long_as_somebody_is_there(self):
         calls = self.bus.mock("notification_daemon", NOTIFICATIONS, capabilities="body actions")
         shown = self.bus.monitor("interface='org.freedesktop.FileManager1'")
         self.serve("found.bin", 1000)
-        self.home.start(*HIDDEN, self.server.url("/found.bin"), program=DESKTOP,
-                        environment={"QT_QPA_PLATFORM": "offscreen"} | self.bus.environment)
+        program = self.home.start(
+            *HIDDEN, self.server.url("/found.bin"), program=DESKTOP,
+            environment={"QT_QPA_PLATFORM": "offscreen"} | self.bus.environment)
         wait_until(lambda: any("Show in Folder" in line for line in calls()), what="the button")
         for number in range(1, 4):
             self.bus.emit(NOTIFICATIONS, NOTIFICATIONS[0], "ActionInvoked", "us",
                           f"uint32 {number}", "'reveal'")
         wait_until(lambda: "found.bin" in shown(), what="the file manager's call")
+        self.assert_status(self.home.interrupt(program), 0)
+        wait_until(lambda: "Show in Folder" not in next(
+            line for line in reversed(calls()) if "Complete" in line and "found.bin" in line),
+            what="a notification without buttons")
 
     @unittest.skipUnless(DESKTOP.exists(), "built without the desktop program")
     def test_a_desktop_without_services_says_so_once(self):

@@ -74,9 +74,9 @@ class StatusItemTest(SystemTest):
         panel.end()
         self.desktop.wait_for("frame", "Orlop")
         self.wait_for_absence()
-        self.assertIsNone(self.desktop.find("filler", TARGET))
+        self.assertIsNone(self.desktop.find("frame", TARGET))
         self.item(self.start_panel())
-        self.desktop.wait_for("filler", TARGET)
+        self.desktop.wait_for("frame", TARGET)
 
     def test_the_middle_button_pauses_and_resumes_all(self):
         panel = self.start_panel()
@@ -104,10 +104,10 @@ class StatusItemTest(SystemTest):
         self.wait_for_absence()
 
     def placed_target(self):
-        self.desktop.wait_for("filler", TARGET)
-        wait_until(lambda: self.desktop.find("filler", TARGET).frame[0] == 1400 - 48, 30,
+        self.desktop.wait_for("frame", TARGET)
+        wait_until(lambda: self.desktop.find("frame", TARGET).frame[0] == 1400 - 48, 30,
                    "its usual place")
-        return self.desktop.find("filler", TARGET)
+        return self.desktop.find("frame", TARGET)
 
     def test_the_drop_target_takes_addresses_springs_open_and_sticks_to_edges(self):
         self.start("-Drop Target", 1, "-Application Mode: Dock: Main Window Visible On Launch",
@@ -119,8 +119,8 @@ class StatusItemTest(SystemTest):
         self.desktop.press(target)
         self.desktop.glide(target.center, (600, 870))
         self.desktop.release()
-        wait_until(lambda: self.desktop.find("filler", TARGET).frame[1] == 900 - 48, 30, "the edge")
-        target = self.desktop.find("filler", TARGET)
+        wait_until(lambda: self.desktop.find("frame", TARGET).frame[1] == 900 - 48, 30, "the edge")
+        target = self.desktop.find("frame", TARGET)
         self.assertTrue(560 < target.frame[0] < 600, target.frame)
         # A drag that rests on it brings the window up.
         partner = self.desktop.start(PARTNER, "http://127.0.0.1:9/dropped.bin")
@@ -152,12 +152,12 @@ class StatusItemTest(SystemTest):
 
     def test_the_drop_target_keeps_out_of_the_way_of_what_fills_the_screen(self):
         self.start("-Drop Target", 1)
-        self.desktop.wait_for("filler", TARGET)
+        self.desktop.wait_for("frame", TARGET)
         self.desktop.wait_for_focus()
         self.desktop.key("F11")
-        self.desktop.wait_until_gone("filler", TARGET)
+        self.desktop.wait_until_gone("frame", TARGET)
         self.desktop.key("F11")
-        self.desktop.wait_for("filler", TARGET)
+        self.desktop.wait_for("frame", TARGET)
 
 
 if __name__ == "__main__":

@@ -17,7 +17,6 @@
 #include "app/core_fixture.h"
 #include "app/queue/state_filter.h"
 #include "app/settings.h"
-#include "ui/language.h"
 #include "ui/list/download_list.h"
 #include "ui/list/download_list_model.h"
 #include "ui/settings.h"
@@ -242,21 +241,6 @@ TEST_F(MainWindowTest, LosesNothingThatIsBeingEntered) {
     ASSERT_TRUE(panel);
     QTest::keyClicks(panel->findChild<QLineEdit*>(), u"http://b.example/other"_s);
     EXPECT_FALSE(window->close()) << "another entry";
-}
-
-TEST(Language, SpeaksTheUsersAndFallsSilentWhenItGoes) {
-    {
-        const ui::Language german(*qApp, QLocale(QLocale::German));
-        EXPECT_EQ(ui::translated("Paused"), u"Angehalten"_s);
-        EXPECT_EQ(ui::translated("of no source"), u"of no source"_s);
-    }
-    {
-        const ui::Language pseudo(*qApp, QLocale(), ui::Language::Pseudo::RightToLeft);
-        EXPECT_TRUE(ui::translated("%lu of %@").startsWith(u"%lu öƒ %@"_s));
-        EXPECT_EQ(QGuiApplication::layoutDirection(), Qt::RightToLeft);
-    }
-    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
-    EXPECT_EQ(ui::translated("Paused"), u"Paused"_s);
 }
 
 TEST(WindowFrame, ComesBackOntoTheScreensThereAre) {

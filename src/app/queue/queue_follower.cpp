@@ -70,8 +70,9 @@ void QueueFollower::statusDidChange(const engine::StatusChange& change) {
         around_.batch.invalidateLongTermNumberOfQueuedOrDownloadingDownloads();
     }
     around_.rows.note(change);
-    if (change.cause == StatusCause::PausedByUser ||
-        (change.cause == StatusCause::Removed && wasActive)) {
+    // Whatever stands still without its file has not come to its end.
+    if (wasActive && !engine::matchesStatusMask(change.after, engine::activeStatuses) &&
+        change.after != engine::DQDownloadStatusDone) {
         around_.batch.decrementLongTermNumberOfQueuedOrDownloadingDownloads();
     }
     if (change.cause == StatusCause::Interrupted) {

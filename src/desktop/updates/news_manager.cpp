@@ -49,8 +49,6 @@ void DQNewsManager::showWaitingNews() {
 void DQNewsManager::launchNews(bool automatically) {
     if (!address_.isEmpty()) {
         launchNewsWithURL(address_, automatically);
-    } else if (!automatically) {
-        surroundings_.view.tell(localized("This build of Orlop knows no page of news."));
     }
 }
 

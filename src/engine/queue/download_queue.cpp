@@ -280,8 +280,8 @@ void DownloadQueue::releaseServer(const DQDownload& download) {
     admission_.releaseServer(download);
 }
 
-void DownloadQueue::connectionDidEnd(const DQDownload&) {
-    admission_.connectionDidEnd();
+void DownloadQueue::connectionDidEnd(const DQDownload& download) {
+    admission_.connectionDidEnd(download);
 }
 
 qint64 DownloadQueue::connectionsFor(const DQDownload& download) {

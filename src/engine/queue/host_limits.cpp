@@ -1,6 +1,7 @@
 #include "engine/queue/host_limits.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace engine {
 
@@ -9,19 +10,35 @@ void HostLimits::hold(const QString& host, platform::Seconds end) {
     heldUntil = std::max(heldUntil, end);
 }
 
-void HostLimits::release(const QString& host) {
-    if (const auto found = hosts_.find(host); found != hosts_.end())
-        found->heldUntil = 0;
+void HostLimits::pause(const QString& host, platform::Seconds end) {
+    platform::Seconds& pausedUntil = hosts_[host].pausedUntil;
+    pausedUntil = std::max(pausedUntil, end);
 }
 
-void HostLimits::noteServed(const QString& host, qint64 connections) {
-    std::optional<qint64>& known = hosts_[host].connections;
-    known = std::max<qint64>(1, std::min(known.value_or(connections), connections));
+void HostLimits::release(const QString& host) {
+    if (const auto found = hosts_.find(host); found != hosts_.end())
+        found->heldUntil = found->pausedUntil = 0;
+}
+
+void HostLimits::noteRefusal(const QString& host, qint64 others) {
+    std::optional<qint64>& supposed = hosts_[host].supposed;
+    // One that has refused all says nothing.
+    supposed =
+        others >= 1 ? std::optional(std::min(supposed.value_or(others), others)) : std::nullopt;
+}
+
+void HostLimits::noteService(const QString& host) {
+    const auto found = hosts_.find(host);
+    if (found == hosts_.end())
+        return;
+    if (const auto supposed = std::exchange(found->supposed, std::nullopt))
+        found->connections = std::min(found->connections.value_or(*supposed), *supposed);
+    found->pausedUntil = 0;
 }
 
 platform::Seconds HostLimits::remaining(const QString& host, platform::Seconds now) const {
     const auto found = hosts_.constFind(host);
-    return found == hosts_.cend() ? 0 : std::max(0.0, found->heldUntil - now);
+    return found == hosts_.cend() ? 0 : std::max(0.0, found->end() - now);
 }
 
 std::optional<qint64> HostLimits::connections(const QString& host) const {
@@ -31,8 +48,8 @@ std::optional<qint64> HostLimits::connections(const QString& host) const {
 std::optional<platform::Seconds> HostLimits::nextEnd(platform::Seconds now) const {
     std::optional<platform::Seconds> next;
     for (const Limit& limit : hosts_) {
-        if (limit.heldUntil > now && (!next || limit.heldUntil < *next))
-            next = limit.heldUntil;
+        if (limit.end() > now && (!next || limit.end() < *next))
+            next = limit.end();
     }
     return next;
 }

@@ -2,6 +2,7 @@
 
 #include <QHash>
 #include <QString>
+#include <algorithm>
 #include <optional>
 
 #include "platform/base/clock.h"
@@ -16,12 +17,18 @@ public:
     /// Nothing is known of any host.
     [[nodiscard]] bool isEmpty() const { return hosts_.isEmpty(); }
 
-    /// Nobody is to ask it before `end`, unless it is held for longer already.
+    /// It has told that it is not to be asked before `end`.
     void hold(const QString& host, platform::Seconds end);
+    /// It has refused without telling a time, and is left alone until `end` or until it is known to
+    /// serve.
+    void pause(const QString& host, platform::Seconds end);
     /// It may be asked at once.
     void release(const QString& host);
-    /// It has refused one more while it served so many connections.
-    void noteServed(const QString& host, qint64 connections);
+    /// It has refused one more beside so many connections, of which it has refused none yet. What
+    /// that says of how many it serves counts from when it is known to serve some.
+    void noteRefusal(const QString& host, qint64 others);
+    /// It is known to serve.
+    void noteService(const QString& host);
 
     /// How long it is still to be left alone; 0: it is not.
     [[nodiscard]] platform::Seconds remaining(const QString& host, platform::Seconds now) const;
@@ -33,7 +40,11 @@ public:
 private:
     struct Limit {
         platform::Seconds heldUntil = 0;
+        platform::Seconds pausedUntil = 0;
         std::optional<qint64> connections;
+        std::optional<qint64> supposed;  ///< The same, should it serve at all.
+
+        [[nodiscard]] platform::Seconds end() const { return std::max(heldUntil, pausedUntil); }
     };
 
     QHash<QString, Limit> hosts_;

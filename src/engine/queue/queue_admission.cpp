@@ -253,21 +253,26 @@ void QueueAdmission::startEligibleQueuedDownloads() {
 
 void QueueAdmission::serverDidRefuse(const DQDownload& download, const Refusal& refusal) {
     const QString host = serverOf(download);
-    qint64 served = 0;
+    qint64 others = 0;
+    bool isServing = false;
     for (const DownloadPtr& other : downloadingDownloads()) {
         if (serverOf(*other) != host)
             continue;
-        const Transfer::Workers& workers = other->workers();
-        served += std::count_if(workers.begin(), workers.end(), [&](const auto& worker) {
-            return worker.get() != &refusal.worker && worker->isServed();
-        });
+        for (const auto& worker : other->workers()) {
+            const bool isOther = worker.get() != &refusal.worker &&
+                                 worker->status() == DQDownloadWorkerStatusRunning;
+            others += isOther ? 1 : 0;
+            isServing = isServing || (isOther && worker->isServed());
+        }
     }
-    if (served >= 1)
-        hostLimits_.noteServed(host, served);
-    // The next one waits for a connection that it serves to end.
-    if (served >= 1 && !refusal.told)
-        return;
-    hostLimits_.hold(host, queue_.context().monotonicNow() + refusal.told.value_or(refusal.pause));
+    hostLimits_.noteRefusal(host, others);
+    if (isServing)
+        hostLimits_.noteService(host);
+    const platform::Seconds now = queue_.context().monotonicNow();
+    if (refusal.told)
+        hostLimits_.hold(host, now + *refusal.told);
+    else if (!isServing)  // Else the next one waits for a connection that it serves to end.
+        hostLimits_.pause(host, now + refusal.pause);
     passWhenHostIsReleased();
 }
 
@@ -275,9 +280,11 @@ void QueueAdmission::releaseServer(const DQDownload& download) {
     hostLimits_.release(serverOf(download));
 }
 
-void QueueAdmission::connectionDidEnd() {
-    if (!hostLimits_.isEmpty())
-        startEligibleQueuedDownloadsWithTimer();
+void QueueAdmission::connectionDidEnd(const DQDownload& download) {
+    if (hostLimits_.isEmpty())
+        return;
+    hostLimits_.noteService(serverOf(download));
+    startEligibleQueuedDownloadsWithTimer();
 }
 
 void QueueAdmission::passWhenHostIsReleased() {

@@ -69,7 +69,7 @@ public:
 
     void serverDidRefuse(const DQDownload& download, const Refusal& refusal);
     void releaseServer(const DQDownload& download);
-    void connectionDidEnd();
+    void connectionDidEnd(const DQDownload& download);
     [[nodiscard]] qint64 connectionsFor(const DQDownload& download);
     /// Why a queued download waits though it may be its turn.
     struct HostWait {

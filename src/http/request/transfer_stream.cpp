@@ -124,7 +124,12 @@ bool TransferStream::hasBytesAvailable() const {
 }
 
 QByteArray TransferStream::read(qsizetype maximum) {
-    return readStream_ != nullptr ? readStream_->read(maximum) : QByteArray();
+    if (readStream_ == nullptr)
+        return {};
+    // Whoever has most in its buffer would take what is left of the second, and the same one again
+    // in the next.
+    readStream_->setSharesTurns(bandwidth_.isBandwidthThrottled());
+    return readStream_->read(maximum);
 }
 
 const std::optional<platform::HTTPResponseHead>& TransferStream::responseHead() const {

@@ -62,6 +62,10 @@ QByteArray HTTPReadStream::read(qsizetype maximum) {
     return private_->read(maximum);
 }
 
+void HTTPReadStream::setSharesTurns(bool shares) {
+    private_->sharesTurns = shares;
+}
+
 const std::optional<HTTPResponseHead>& HTTPReadStream::responseHead() const {
     return private_->responseHead;
 }

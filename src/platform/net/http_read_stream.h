@@ -152,6 +152,8 @@ public:
     /// without a copy: 256 KiB once the body flows. Empty: none now. A block is filled again when
     /// nobody holds it any more; whoever changes one gets a copy.
     [[nodiscard]] QByteArray read(qsizetype maximum);
+    /// Lets other streams have their turn after each read, however much lies ready here.
+    void setSharesTurns(bool shares);
 
     /// Nothing before the head is complete.
     [[nodiscard]] const std::optional<HTTPResponseHead>& responseHead() const;

@@ -375,7 +375,7 @@ void HTTPReadStream::Private::deliver() {
         isDelivering_ = false;
         if (!hasRead_)
             return;  // Nothing more is said until it reads, or until more has come.
-        if (!buffer.hasWholeBlock() && !isEnded_)
+        if (sharesTurns || (!buffer.hasWholeBlock() && !isEnded_))
             break;
     }
     if (!isOpen_ || !isScheduled || !hasNews())

@@ -40,6 +40,7 @@ public:
     HTTPConnectionIdentity* identity = nullptr;
     std::shared_ptr<Client> client;
     bool isScheduled = true;
+    bool sharesTurns = false;  ///< No more than one event in each turn of the loop.
     ReceiveBuffer buffer;
     std::optional<HTTPResponseHead> responseHead;
     std::optional<Error> error;

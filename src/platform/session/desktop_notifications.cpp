@@ -45,6 +45,16 @@ DesktopNotifications::DesktopNotifications() : bus_(QDBusConnection::sessionBus(
                  SLOT(notificationClosed(uint, uint)));
 }
 
+/// Buttons that nobody answers any more go; what the user has not read yet stays.
+DesktopNotifications::~DesktopNotifications() {
+    for (auto shown = shown_.begin(); shown != shown_.end(); ++shown) {
+        if (hasActions_ && !shown->actions.empty()) {
+            shown->actions.clear();
+            bus_.send(notifyCall(*shown, shown.key()));
+        }
+    }
+}
+
 bool DesktopNotifications::deliver(const UserNotification& notification) {
     if (!bus_.isConnected()) {
         logOnce(u"there is no session bus"_s);
@@ -99,7 +109,8 @@ void DesktopNotifications::sendInTurn(const UserNotification& notification) {
     }
 }
 
-void DesktopNotifications::send(const UserNotification& notification) {
+QDBusMessage DesktopNotifications::notifyCall(const UserNotification& notification,
+                                              uint replaced) const {
     QVariantMap hints{{u"desktop-entry"_s, u"com.tarnworks.Orlop"_s}};
     if (!notification.category.isEmpty()) {
         hints.insert(u"category"_s, notification.category);
@@ -111,21 +122,30 @@ void DesktopNotifications::send(const UserNotification& notification) {
         }
     }
     QDBusMessage call = serverCall(u"Notify"_s);
-    call << u"Orlop"_s << kinds_.value(notification.identifier).number << u"com.tarnworks.Orlop"_s
-         << bounded(notification.title) << body(notification.text) << actions << hints << -1;
+    call << u"Orlop"_s << replaced << u"com.tarnworks.Orlop"_s << bounded(notification.title)
+         << body(notification.text) << actions << hints << -1;
+    return call;
+}
+
+void DesktopNotifications::send(const UserNotification& notification) {
+    const QDBusMessage call =
+        notifyCall(notification, kinds_.value(notification.identifier).number);
     auto* watcher = new QDBusPendingCallWatcher(bus_.asyncCall(call, timeout), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, notification] {
-        const QDBusPendingReply<uint> reply = *watcher;
-        wasSent(notification, reply.isError() ? 0 : reply.value());
-        watcher->deleteLater();
-    });
+    connect(watcher, &QDBusPendingCallWatcher::finished, this,
+            [this, watcher, notification, withdrawals = withdrawals_] {
+                const QDBusPendingReply<uint> reply = *watcher;
+                wasSent(notification, reply.isError() ? 0 : reply.value());
+                if (!reply.isError() && withdrawals != withdrawals_) {
+                    withdraw(reply.value());
+                }
+                watcher->deleteLater();
+            });
 }
 
 void DesktopNotifications::wasSent(const UserNotification& notification, uint number) {
     const QString& identifier = notification.identifier;
     if (number != 0) {
-        identifiers_.insert(number, identifier);
-        actions_.insert(number, notification.actions);
+        shown_.insert(number, notification);
     }
     if (identifier.isEmpty()) {
         return;
@@ -148,11 +168,16 @@ void DesktopNotifications::withdrawAll() {
     for (Kind& kind : kinds_) {
         kind.next.reset();
     }
-    for (const uint number : identifiers_.keys()) {
-        QDBusMessage call = serverCall(u"CloseNotification"_s);
-        call << number;
-        bus_.asyncCall(call, timeout);
+    ++withdrawals_;
+    for (const uint number : shown_.keys()) {
+        withdraw(number);
     }
+}
+
+void DesktopNotifications::withdraw(uint number) {
+    QDBusMessage call = serverCall(u"CloseNotification"_s);
+    call << number;
+    bus_.asyncCall(call, timeout);
 }
 
 void DesktopNotifications::setActivationHandler(std::function<void(const QString&)> handler) {
@@ -162,21 +187,26 @@ void DesktopNotifications::setActivationHandler(std::function<void(const QString
 /// Comes before the action. Where the desktop lets no program take the focus by itself, the window
 /// system's plug-in looks for it here.
 void DesktopNotifications::activationToken(uint number, const QString& token) {
-    if (identifiers_.contains(number)) {
+    if (shown_.contains(number)) {
         qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
     }
 }
 
 void DesktopNotifications::actionInvoked(uint number, const QString& action) {
-    for (const UserNotification::Action& offered : actions_.value(number)) {
+    const auto found = shown_.constFind(number);
+    if (found == shown_.cend()) {
+        return;
+    }
+    // What is performed may take it away.
+    const UserNotification notification = *found;
+    for (const UserNotification::Action& offered : notification.actions) {
         if (offered.key == action) {
             offered.perform();
             return;
         }
     }
-    const auto found = identifiers_.constFind(number);
-    if (found != identifiers_.cend() && action == defaultAction && activated_) {
-        activated_(QString(*found));
+    if (action == defaultAction && activated_) {
+        activated_(notification.identifier);
     }
 }
 
@@ -188,8 +218,7 @@ void DesktopNotifications::logOnce(const QString& reason) {
 }
 
 void DesktopNotifications::notificationClosed(uint number, uint) {
-    identifiers_.remove(number);
-    actions_.remove(number);
+    shown_.remove(number);
 }
 
 std::unique_ptr<UserNotificationCenter> makeUserNotificationCenter() {

@@ -16,6 +16,7 @@ class DesktopNotifications final : public QObject, public UserNotificationCenter
 
 public:
     DesktopNotifications();
+    ~DesktopNotifications() override;
 
     bool deliver(const UserNotification& notification) override;
     void withdrawAll() override;
@@ -43,6 +44,9 @@ private:
     void sendInTurn(const UserNotification& notification);
     void send(const UserNotification& notification);
     void wasSent(const UserNotification& notification, uint number);
+    [[nodiscard]] QDBusMessage notifyCall(const UserNotification& notification,
+                                          uint replaced) const;
+    void withdraw(uint number);
     [[nodiscard]] QString body(const QString& text) const;
     void logOnce(const QString& reason);
 
@@ -50,8 +54,9 @@ private:
     std::function<void(const QString&)> activated_;
     QHash<QString, Kind> kinds_;
     /// By the server's number, also of those that stand for themselves.
-    QHash<uint, QString> identifiers_;
-    QHash<uint, std::vector<UserNotification::Action>> actions_;
+    QHash<uint, UserNotification> shown_;
+    /// How often all were taken away: what was on its way then is still to be.
+    int withdrawals_ = 0;
     Server server_ = Server::Unknown;
     std::vector<UserNotification> waiting_;  ///< Until the server is known.
     bool readsMarkup_ = false;

@@ -5,7 +5,6 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QShortcut>
-#include <QStyle>
 #include <QStyledItemDelegate>
 #include <QTableView>
 #include <QToolButton>
@@ -15,6 +14,7 @@
 #include "app/rows/rows.h"
 #include "engine/context.h"
 #include "engine/lifecycle/download.h"
+#include "ui/art/icons.h"
 #include "ui/art/theme.h"
 #include "ui/details/connections_model.h"
 #include "ui/details/facts_model.h"
@@ -31,6 +31,8 @@ using app::Command;
 
 namespace {
 
+/// Of facts, at the least.
+constexpr int fewestLines = 4;
 /// In characters: from here on there is room for the curve beside the facts.
 constexpr int wideEnough = 75;
 constexpr auto commandProperty = "command";
@@ -121,7 +123,7 @@ void DetailsPane::makeActions() {
 QToolButton* DetailsPane::makeCloseButton() {
     auto* button = new QToolButton(this);
     button->setObjectName(u"closeDetails"_s);
-    button->setIcon(style()->standardIcon(QStyle::SP_DockWidgetCloseButton));
+    button->setIcon(symbolIcon(u"DQCancel"_s));
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::TabFocus);
     button->setAccessibleName(translated("Close Details"));
@@ -168,6 +170,7 @@ void DetailsPane::makeTables() {
     sideLayout->addWidget(curve_, 1);
     sideLayout->addWidget(connections_, 2);
 
+    facts_->setMinimumHeight(fewestLines * facts_->fontMetrics().lineSpacing());
     arrangement_->setContentsMargins(0, 0, 0, 0);
     arrangement_->setSpacing(0);
     arrangement_->addWidget(facts_, 1);
@@ -259,7 +262,10 @@ void DetailsPane::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
 }
 
+/// However many rows the buttons take, some facts are seen below them: a window that is too low
+/// for that grows.
 void DetailsPane::resizeEvent(QResizeEvent* event) {
+    actions_->setMinimumHeight(actions_->heightForWidth(actions_->width()));
     arrangement_->setDirection(width() >= wideEnough * fontMetrics().averageCharWidth()
                                    ? QBoxLayout::LeftToRight
                                    : QBoxLayout::TopToBottom);

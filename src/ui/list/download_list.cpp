@@ -76,7 +76,7 @@ void DQDownloadList::reloadRows(std::shared_ptr<const std::vector<engine::Downlo
     vanishing_->updateRows();
     updateGeometries();
     verticalScrollBar()->setValue(offset);
-    selectRows(selectedRows);
+    markSelected(selectedRows);
     restoreCurrentRow(current.get());
     reportsSelection_ = reports;
     noteEmptiness();
@@ -84,7 +84,16 @@ void DQDownloadList::reloadRows(std::shared_ptr<const std::vector<engine::Downlo
     Q_EMIT contentHeightChanged();
 }
 
+/// The keys go on from there.
 void DQDownloadList::selectRows(const QList<qsizetype>& rows) {
+    markSelected(rows);
+    if (!rows.isEmpty() && !rows.contains(currentIndex().row())) {
+        selectionModel()->setCurrentIndex(rows_->index(static_cast<int>(rows.front())),
+                                          QItemSelectionModel::NoUpdate);
+    }
+}
+
+void DQDownloadList::markSelected(const QList<qsizetype>& rows) {
     const bool reports = reportsSelection_;
     reportsSelection_ = false;
     QItemSelection selection;

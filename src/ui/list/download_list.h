@@ -131,6 +131,7 @@ private:
     void paintDropMark(QPainter& painter) const;
     void paintMarks(QPainter& painter) const;
     void paintRows(QPainter& painter, const QRect& area);
+    void markSelected(const QList<qsizetype>& rows);
     void restoreCurrentRow(const engine::DQDownload* download);
     void noteEmptiness();
     void placeOffers();

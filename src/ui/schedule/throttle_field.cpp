@@ -7,6 +7,7 @@
 #include "app/schedule/throttle_limit_text.h"
 #include "engine/settings.h"
 #include "engine/workers/throttle.h"
+#include "ui/accessibility.h"
 #include "ui/text.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -21,8 +22,8 @@ ThrottleField::ThrottleField(platform::UserDefaults& defaults, engine::Throttle&
       pendingUpdate_(new QTimer(this)) {
     constexpr int typingPause = 500;
     setObjectName(u"throttleLimitField"_s);
-    setAccessibleName(translated("Bandwidth limit in kilobytes per second"));
     setEditable(true);
+    ui::setAccessibleName(*this, translated("Bandwidth limit in kilobytes per second"));
     setInsertPolicy(QComboBox::NoInsert);
     setMinimumContentsLength(7);
     setCompleter(nullptr);

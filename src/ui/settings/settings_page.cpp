@@ -10,6 +10,7 @@
 #include <QLocale>
 #include <algorithm>
 
+#include "ui/accessibility.h"
 #include "ui/settings/note.h"
 #include "ui/text.h"
 
@@ -80,7 +81,7 @@ void SettingsPage::addRow(const char* label, QWidget* control) {
     const QString text = translatedLabel(label);
     QWidget* focused = control->focusProxy() != nullptr ? control->focusProxy() : control;
     if (focused->accessibleName().isEmpty() && qobject_cast<QCheckBox*>(focused) == nullptr) {
-        focused->setAccessibleName(plainText(text));
+        ui::setAccessibleName(*focused, plainText(text));
     }
     // A label passes the focus on to no widget that only has a proxy for it.
     addLabelled(text, control, focused);

@@ -13,6 +13,7 @@
 #include "app/schedule/throttle_limit_text.h"
 #include "engine/lifecycle/download.h"
 #include "engine/transfer/speed_limit.h"
+#include "ui/accessibility.h"
 #include "ui/text.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -57,8 +58,8 @@ void showSpeedLimitPanel(QWidget& window, app::DQMainController& controller,
     isLimited->setChecked(present > 0);
     auto* field = new QComboBox(panel);
     field->setObjectName(u"speedLimitField"_s);
-    field->setAccessibleName(translated("Speed limit in kilobytes per second"));
     field->setEditable(true);
+    setAccessibleName(*field, translated("Speed limit in kilobytes per second"));
     field->setInsertPolicy(QComboBox::NoInsert);
     field->setCompleter(nullptr);
     field->addItems(app::throttleLimitSuggestions());

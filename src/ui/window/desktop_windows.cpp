@@ -8,8 +8,10 @@
 #include "app/history/historian.h"
 #include "app/main_controller.h"
 #include "desktop/announcements/aih_announcer.h"
+#include "desktop/updates/online_sources.h"
 #include "engine/lifecycle/download.h"
 #include "platform/base/user_defaults.h"
+#include "ui/accessibility.h"
 #include "ui/commands/main_menu.h"
 #include "ui/history/history_menu.h"
 #include "ui/log/log_window.h"
@@ -40,6 +42,7 @@ DesktopWindows::DesktopWindows(app::DQMainController& controller, DesktopFrontEn
         defineOrEditSpecialCase(rule, commands_.surroundings().controller.ruleBook(),
                                 commands_.surroundings().defaults, window_.get());
     };
+    tellWindowsAsWindows();
     provideLogCommands();
     provideOnlineCommands();
     window_ = std::make_unique<MainWindow>(commands_);
@@ -92,7 +95,10 @@ void DesktopWindows::provideOnlineCommands() {
                                                  },
                                                  {}});
     commands_.provide(Command::ShowNews,
-                      {[this](qint64) { online_->news().launchNews(false); }, {}});
+                      {[this](qint64) { online_->news().launchNews(false); },
+                       [](qint64) -> app::CommandState {
+                           return {!desktop::onlineSources().news.isEmpty(), std::nullopt, {}};
+                       }});
 }
 
 void DesktopWindows::goOnline() {

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "app/commands/commands.h"
+#include "ui/window/dialog_keys.h"
 
 namespace engine {
 class DQDownload;
@@ -46,6 +47,7 @@ private:
 
     DesktopFrontEnd& frontEnd_;
     app::Commands commands_;
+    DialogKeys dialogKeys_;
     std::unique_ptr<MainWindow> window_;
     std::unique_ptr<SettingsWindow> preferencesWindow;
     std::unique_ptr<LogWindow> logWindow_;

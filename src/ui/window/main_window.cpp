@@ -124,7 +124,10 @@ void MainWindow::makeContents() {
 
     toolbar_ = new MainToolbar(commands_, this);
     addToolBar(toolbar_);
-    connect(toolbar_, &MainToolbar::filterTextChanged, this, &MainWindow::setFilterText);
+    connect(toolbar_, &MainToolbar::filterTextChanged, this, [this](const QString& text) {
+        lastHand_.start();
+        setFilterText(text);
+    });
     connect(toolbar_, &MainToolbar::filterLeft, downloadList, [this] { downloadList->setFocus(); });
 }
 
@@ -206,14 +209,12 @@ void MainWindow::updateStatus() {
 void MainWindow::showAdded(const app::Downloads& downloads) {
     constexpr qint64 handsOnMilliseconds = 2000;
     const bool isBusy = QApplication::mouseButtons() != Qt::NoButton ||
-                        (lastHand_.isValid() && !lastHand_.hasExpired(handsOnMilliseconds)) ||
-                        qobject_cast<QLineEdit*>(focusWidget()) != nullptr;
+                        (lastHand_.isValid() && !lastHand_.hasExpired(handsOnMilliseconds));
     if (!downloads.empty() && !controller_.stateFilter().matches(*downloads.front())) {
         controller_.setStateFilter({});
     }
     if (!isBusy) {
         bringIntoSight(downloads);
-        lastHand_.invalidate();
     }
 }
 
@@ -243,6 +244,7 @@ void MainWindow::bringIntoSight(const app::Downloads& downloads) {
     }
     controller_.selectDownloads(downloads);
     downloadList->scrollToSelection();
+    lastHand_.invalidate();
 }
 
 /// What was given once more is shown where it stands already.

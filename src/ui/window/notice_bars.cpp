@@ -4,11 +4,11 @@
 #include <QLabel>
 #include <QPainter>
 #include <QPushButton>
-#include <QStyle>
 #include <QTimer>
 #include <QToolButton>
 
 #include "ui/art/hairline.h"
+#include "ui/art/icons.h"
 #include "ui/art/theme.h"
 #include "ui/text.h"
 
@@ -84,7 +84,7 @@ QWidget* NoticeBars::makeBar(const Notice& notice) {
     auto* button = new QPushButton(notice.button, bar);
     layout->addWidget(button);
     auto* close = new QToolButton(bar);
-    close->setIcon(style()->standardIcon(QStyle::SP_DockWidgetCloseButton));
+    close->setIcon(symbolIcon(QStringLiteral("DQCancel")));
     close->setAutoRaise(true);
     close->setFocusPolicy(Qt::TabFocus);
     close->setAccessibleName(translated("Close"));

@@ -236,7 +236,7 @@ class Desktop:
         begin its drag when the pointer is far away already, and lose it."""
         self.press(start)
         wait_until(lambda: self.glide(start, end) or self._tremble(end, is_over), 30,
-                   f"an effect at {end}")
+                   lambda: f"an effect at {end} in {self.screenshot('drag-without-effect')}")
 
     def drag(self, start, end, is_over):
         """Lets go as soon as it is over its end."""
