@@ -105,7 +105,7 @@ void Intake::beginWithPasteboard(const Pasteboard& pasteboard, const ScriptArgum
 }
 
 void Intake::begin(std::unique_ptr<AddressSource> addresses, const ScriptArguments& arguments,
-                   SharedIntakeNotes notes) {
+                   const SharedIntakeNotes& notes) {
     const IntakeRun::Surroundings surroundings{surroundings_.queue, surroundings_.defaults,
                                                surroundings_.frontEnd};
     const bool wasEmpty = surroundings_.queue.downloads().empty();

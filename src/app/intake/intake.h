@@ -82,7 +82,7 @@ private:
     [[nodiscard]] FileCollector fileCollector() const;
     void beginWithPasteboard(const Pasteboard& pasteboard, const ScriptArguments& arguments = {});
     void begin(std::unique_ptr<AddressSource> addresses, const ScriptArguments& arguments,
-               SharedIntakeNotes notes);
+               const SharedIntakeNotes& notes);
     [[nodiscard]] bool mustWait(const Activity& activity) const;
     void proceed(const std::shared_ptr<Activity>& activity);
     void report(Activity& activity, bool goesOn);

@@ -2,7 +2,6 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <algorithm>
 
 #include "app/failures/file_problem.h"
 #include "app/intake/address_list.h"
@@ -149,15 +148,21 @@ engine::DownloadPtr IntakeRun::downloadOfBundle(const QString& container) const 
     return nullptr;
 }
 
+/// Null: what the archive is of did not move away from a download of the queue.
+engine::DownloadPtr IntakeRun::downloadOfMovedData(const QVariantMap& archive) const {
+    for (const engine::DownloadPtr& download : surroundings_.queue.downloads()) {
+        if (isMovedDataOf(*download, archive)) {
+            return download;
+        }
+    }
+    return nullptr;
+}
+
 bool IntakeRun::openMovedBundle(const QVariantMap& archive, const QString& container) {
-    const engine::Downloads& downloads = surroundings_.queue.downloads();
-    const auto found = std::find_if(
-        downloads.begin(), downloads.end(),
-        [&](const engine::DownloadPtr& download) { return isMovedDataOf(*download, archive); });
-    if (found == downloads.end()) {
+    const engine::DownloadPtr download = downloadOfMovedData(archive);
+    if (!download) {
         return false;
     }
-    const engine::DownloadPtr download = *found;
     download->pause();
     const bool isAdopted = adoptMovedData(
         *download,

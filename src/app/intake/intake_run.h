@@ -56,6 +56,7 @@ private:
     Progress open(const platform::Url& url);
     void openBundle(const platform::Url& url);
     [[nodiscard]] engine::DownloadPtr downloadOfBundle(const QString& container) const;
+    [[nodiscard]] engine::DownloadPtr downloadOfMovedData(const QVariantMap& archive) const;
     /// False: the queue has no download that lost it.
     [[nodiscard]] bool openMovedBundle(const QVariantMap& archive, const QString& container);
     void goOnWith(engine::DQDownload& download);

@@ -76,7 +76,7 @@ QVariantMap migratedArchive(const QVariantMap& archive, const QString& externalC
 }
 
 bool isMovedDataOf(const engine::DQDownload& download, const QVariantMap& archive) {
-    const QString path = download.intermediateDownloadTargetPath();
+    const QString& path = download.intermediateDownloadTargetPath();
     if (download.status() == engine::DQDownloadStatusDone ||
         archive.value(keys::url).toString() != download.URLString() || platform::pathExists(path)) {
         return false;

@@ -54,7 +54,7 @@ int distance(const QString& a, const QString& b) {
 const SettingEntry* nearestSetting(const QString& key) {
     const QString wanted = key.toLower();
     const SettingEntry* nearest = nullptr;
-    int least = std::numeric_limits<int>::max();
+    int least = 0;
     const std::vector<const SettingEntry*> table = settingsTable();
     for (const SettingEntry* entry : table) {
         if (entry->name() == key)
@@ -63,7 +63,7 @@ const SettingEntry* nearestSetting(const QString& key) {
     for (const SettingEntry* entry : table) {
         const int letters = distance(wanted, entry->name().toLower());
         // Of equals the first by name, so that the answer is always the same.
-        if (letters < least || (letters == least && entry->name() < nearest->name())) {
+        if (!nearest || letters < least || (letters == least && entry->name() < nearest->name())) {
             least = letters;
             nearest = entry;
         }

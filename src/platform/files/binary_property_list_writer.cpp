@@ -55,10 +55,11 @@ private:
     void appendTable(const std::vector<quint64>& offsets);
 
     static int bytesFor(quint64 number) {
-        // Older libraries say the number of bits in the type of the number, newer ones as an int.
-        const auto bits = static_cast<quint64>(std::bit_width(number));
-        const quint64 bytes = std::max<quint64>((bits + 7) / 8, 1);
-        return static_cast<int>(std::bit_ceil(bytes));
+        for (const int bytes : {1, 2, 4}) {
+            if (number >> (8 * bytes) == 0)
+                return bytes;
+        }
+        return 8;
     }
 
     std::vector<Object> objects_;

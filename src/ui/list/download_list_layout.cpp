@@ -75,11 +75,11 @@ void DQDownloadList::scrollTo(const QModelIndex& index, ScrollHint hint) {
 
 void DQDownloadList::doItemsLayout() {
     // Not QListView's, which computes a place for each of the rows.
-    QAbstractItemView::doItemsLayout();
+    QAbstractItemView::doItemsLayout();  // NOLINT(bugprone-parent-virtual-call)
 }
 
 void DQDownloadList::updateGeometries() {
-    QAbstractItemView::updateGeometries();
+    QAbstractItemView::updateGeometries();  // NOLINT(bugprone-parent-virtual-call)
     QScrollBar* bar = verticalScrollBar();
     bar->setSingleStep(rowHeight());
     bar->setPageStep(viewport()->height());
@@ -120,7 +120,7 @@ QModelIndex DQDownloadList::moveCursor(CursorAction action, Qt::KeyboardModifier
     }
     const int current = currentIndex().isValid() ? currentIndex().row() : -1;
     const int page = std::max(1, viewport()->height() / rowHeight() - 1);
-    int row = current;
+    int row = 0;
     switch (action) {
         case MoveUp:
         case MovePrevious:

@@ -22,7 +22,7 @@ constexpr int buttonsMargin = 24;
 
 QFont scaledFont(const QFont& font, double factor) {
     QFont scaled = font;
-    scaled.setPixelSize(std::max(8, static_cast<int>(QFontInfo(font).pixelSize() * factor + 0.5)));
+    scaled.setPixelSize(std::max(8, qRound(QFontInfo(font).pixelSize() * factor)));
     return scaled;
 }
 

@@ -132,7 +132,7 @@ void changeApplicationMode(qint64 mode, QComboBox& applicationModeSelector,
 }
 
 void addApplicationMode(SettingsPage& page, const SettingsContext& context) {
-    const auto& setting = app::settings::applicationMode;
+    static const auto& setting = app::settings::applicationMode;
     QComboBox* applicationModeSelector =
         makePopup({{"Task bar", 0}, {"Status item", 1}, {"Task bar and status item", 2}}, &page);
     applicationModeSelector->setObjectName(setting.name());

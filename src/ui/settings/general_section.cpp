@@ -34,8 +34,8 @@ void addDownloadsFolder(SettingsPage& page, const SettingsContext& context) {
 }
 
 void addSubdivision(SettingsPage& page, const SettingsContext& context) {
-    const auto& general = engine::settings::subdivisionFormatDefault;
-    const auto& byRule = engine::settings::subdivisionFormatRules;
+    static const auto& general = engine::settings::subdivisionFormatDefault;
+    static const auto& byRule = engine::settings::subdivisionFormatRules;
     page.addRow("&Subfolder by date:", new SubdivisionField(general, context.binder, &page));
     page.addRow("In &rules' folders:", new SubdivisionField(byRule, context.binder, &page));
     QComboBox* date = page.addPopup(

@@ -28,7 +28,7 @@ struct SettingsContext {
 };
 
 struct Choice {
-    const char* title;  ///< English. Null: a separator. Empty: the value itself.
+    const char* title = nullptr;  ///< English. Null: a separator. Empty: the value itself.
     qint64 value = 0;
 };
 

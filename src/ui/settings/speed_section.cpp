@@ -71,7 +71,7 @@ void addLimits(SettingsPage& page, const SettingsContext& context) {
 }
 
 void addAcceleration(SettingsPage& page, const SettingsContext& context) {
-    const auto& enabled = engine::settings::accelerationEnabled;
+    static const auto& enabled = engine::settings::accelerationEnabled;
     page.addSwitch("Acceleration:", "&Fetch large files over several connections", enabled);
     QComboBox* factor = page.addPopup("&Connections:", numbers(2, mostAtOnce),
                                       engine::settings::accelerationChannels);
