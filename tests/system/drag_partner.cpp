@@ -27,7 +27,7 @@ public:
 protected:
     void enterEvent(QEnterEvent*) override { say(QStringLiteral("ready")); }
 
-    void mousePressEvent(QMouseEvent*) override {}
+    void mousePressEvent(QMouseEvent*) override { say(QStringLiteral("pressed")); }
 
     void mouseMoveEvent(QMouseEvent*) override {
         auto* drag = new QDrag(this);

@@ -177,7 +177,8 @@ class WholeUseTest(WindowTest):
     def drag_in(self, name):
         partner = self.use_partner(self.server.url(f"/rate/1/{name}"))
         self.desktop.drag(PARTNERS_WINDOW, self.desktop.find("list", "Downloads").center,
-                  lambda: partner.has_said("offered 1"))
+                          lambda: partner.has_said("offered 1"),
+                          lambda: partner.has_said("pressed"))
         return partner
 
     def pause_and_resume(self):

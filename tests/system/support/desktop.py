@@ -230,17 +230,27 @@ class Desktop:
             words += ["mousemove"] + [round(a + (b - a) * step / 12) for a, b in zip(start, end)]
         self._xdotool(*words)
 
-    def drag_over(self, start, end, is_over):
+    def drag_over(self, start, end, is_over, is_pressed=lambda: True):
         """Presses, moves there as unsteadily as a hand, and holds on until `is_over` says that the
-        other side has noticed. A hand that sees nothing happen comes again: a busy program may
-        begin its drag when the pointer is far away already, and lose it."""
-        self.press(start)
-        wait_until(lambda: self.glide(start, end) or self._tremble(end, is_over), 30,
+        other side has noticed. `is_pressed`: the program below has heard of it. A hand that sees
+        nothing happen gives up and begins anew: a busy program may begin its drag when the pointer
+        is far away already, and now and then one hears of no more moves at all."""
+        def begin():
+            self.press(start)
+            wait_until(is_pressed, 30, f"the press at {start}")
+
+        def begin_anew():
+            self.key("Escape")
+            self.release()
+            begin()
+
+        begin()
+        wait_until(lambda: self.glide(start, end) or self._tremble(end, is_over) or begin_anew(), 40,
                    lambda: f"an effect at {end} in {self.screenshot('drag-without-effect')}")
 
-    def drag(self, start, end, is_over):
+    def drag(self, start, end, is_over, is_pressed=lambda: True):
         """Lets go as soon as it is over its end."""
-        self.drag_over(start, end, is_over)
+        self.drag_over(start, end, is_over, is_pressed)
         self.release()
 
     def _tremble(self, place, is_over):
