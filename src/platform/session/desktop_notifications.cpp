@@ -193,12 +193,11 @@ void DesktopNotifications::activationToken(uint number, const QString& token) {
 }
 
 void DesktopNotifications::actionInvoked(uint number, const QString& action) {
-    const auto found = shown_.constFind(number);
-    if (found == shown_.cend()) {
+    if (!shown_.contains(number)) {
         return;
     }
-    // What is performed may take it away.
-    const UserNotification notification = *found;
+    // A copy: what is performed may take it away.
+    const UserNotification notification = shown_.value(number);
     for (const UserNotification::Action& offered : notification.actions) {
         if (offered.key == action) {
             offered.perform();

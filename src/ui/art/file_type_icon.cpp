@@ -13,7 +13,7 @@ namespace ui {
 namespace {
 
 struct Kind {
-    const char16_t* mimePrefix;
+    const char16_t* mimePrefix = nullptr;
     QColor color;
 };
 
