@@ -28,8 +28,9 @@ qint64 wholeNumber(const QString& text) {
     reader.setNumberOptions(QLocale::DefaultNumberOptions);
     bool isNumber = false;
     const double number = reader.toDouble(text.trimmed(), &isNumber);
+    constexpr qint64 most = largest / 2;
     return isNumber && number >= 1
-               ? static_cast<qint64>(std::min(number, static_cast<double>(largest / 2)))
+               ? static_cast<qint64>(std::min(number, static_cast<double>(most)))
                : 0;
 }
 
