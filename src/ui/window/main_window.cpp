@@ -37,6 +37,7 @@
 #include "ui/toolbar/toolbar.h"
 #include "ui/window/address_entry.h"
 #include "ui/window/clipboard_watch.h"
+#include "ui/window/elided_label.h"
 #include "ui/window/intake_progress.h"
 #include "ui/window/notice_bars.h"
 #include "ui/window/pasteboard_contents.h"
@@ -135,7 +136,7 @@ void MainWindow::makeStatusLine() {
     statusField = new QLabel(this);
     statusField->setObjectName(u"statusField"_s);
     statusField->setIndent(6);
-    totalsField = new QLabel(this);
+    totalsField = new ElidedLabel(this);
     totalsField->setObjectName(u"totalsField"_s);
     clearButton = new QPushButton(translated("Clear"), this);
     clearButton->setFlat(true);
