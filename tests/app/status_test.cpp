@@ -98,9 +98,6 @@ TEST_F(StatusTest, RemembersHowMuchTheBatchHeld) {
     progress(*download(u"c"_s));
     controller->updateStatusAndForceUpdateApplicationImage(true);
     EXPECT_DOUBLE_EQ(image.fraction, 1.0 / 3) << "what the user holds back does not count";
-    set(u"d"_s, DQDownloadStatusAborted);
-    controller->updateStatusAndForceUpdateApplicationImage(true);
-    EXPECT_DOUBLE_EQ(image.fraction, 1.0 / 2) << "nor what failed";
     add({u"e"_s});
     controller->updateStatusAndForceUpdateApplicationImage(true);
     EXPECT_EQ(image.fraction, 0) << "more work, another batch";

@@ -2,6 +2,7 @@
 #include <QFile>
 #include <atomic>
 
+#include "engine/queue/host_limits.h"
 #include "engine/settings.h"
 #include "engine/workers/retry_after.h"
 #include "engine_fixture.h"
@@ -57,6 +58,21 @@ TEST(RetryAfterTest, PausesGrowAndDiffer) {
         EXPECT_LE(pause, 1.25 * middle);
         EXPECT_NE(pause, before);
         before = pause;
+    }
+}
+
+/// Three of four are refused, and the last ends in another way.
+TEST(HostLimitsTest, AnOutageIsNoLimit) {
+    for (const bool isOver : {false, true}) {
+        HostLimits limits;
+        for (const qint64 others : {3, 2, 1})
+            limits.noteRefusal(u"a.example"_s, others, 10);
+        limits.pause(u"a.example"_s, 11);
+        EXPECT_EQ(limits.connections(u"a.example"_s), std::nullopt);
+        limits.noteService(u"a.example"_s, isOver ? 20 : 10.5);
+        EXPECT_EQ(limits.connections(u"a.example"_s),
+                  isOver ? std::nullopt : std::optional(qint64{1}));
+        EXPECT_EQ(limits.remaining(u"a.example"_s, 10.5), 0);
     }
 }
 

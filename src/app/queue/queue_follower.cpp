@@ -70,9 +70,8 @@ void QueueFollower::statusDidChange(const engine::StatusChange& change) {
         around_.batch.invalidateLongTermNumberOfQueuedOrDownloadingDownloads();
     }
     around_.rows.note(change);
-    // Whatever stands still without its file has not come to its end.
-    if (wasActive && !engine::matchesStatusMask(change.after, engine::activeStatuses) &&
-        change.after != engine::DQDownloadStatusDone) {
+    if (change.cause == StatusCause::PausedByUser ||
+        (change.cause == StatusCause::Removed && wasActive)) {
         around_.batch.decrementLongTermNumberOfQueuedOrDownloadingDownloads();
     }
     if (change.cause == StatusCause::Interrupted) {

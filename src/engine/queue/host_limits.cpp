@@ -20,17 +20,27 @@ void HostLimits::release(const QString& host) {
         found->heldUntil = found->pausedUntil = 0;
 }
 
-void HostLimits::noteRefusal(const QString& host, qint64 others) {
-    std::optional<qint64>& supposed = hosts_[host].supposed;
+void HostLimits::Limit::forgetWhatIsOver(platform::Seconds now) {
+    if (end() > 0 && end() <= now) {
+        heldUntil = pausedUntil = 0;
+        supposed.reset();
+    }
+}
+
+void HostLimits::noteRefusal(const QString& host, qint64 others, platform::Seconds now) {
+    Limit& limit = hosts_[host];
+    limit.forgetWhatIsOver(now);
+    std::optional<qint64>& supposed = limit.supposed;
     // One that has refused all says nothing.
     supposed =
         others >= 1 ? std::optional(std::min(supposed.value_or(others), others)) : std::nullopt;
 }
 
-void HostLimits::noteService(const QString& host) {
+void HostLimits::noteService(const QString& host, platform::Seconds now) {
     const auto found = hosts_.find(host);
     if (found == hosts_.end())
         return;
+    found->forgetWhatIsOver(now);
     if (const auto supposed = std::exchange(found->supposed, std::nullopt))
         found->connections = std::min(found->connections.value_or(*supposed), *supposed);
     found->pausedUntil = 0;

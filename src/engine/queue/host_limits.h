@@ -25,10 +25,11 @@ public:
     /// It may be asked at once.
     void release(const QString& host);
     /// It has refused one more beside so many connections, of which it has refused none yet. What
-    /// that says of how many it serves counts from when it is known to serve some.
-    void noteRefusal(const QString& host, qint64 others);
+    /// that says of how many it serves counts once it is known to serve some, if that is before it
+    /// is asked again.
+    void noteRefusal(const QString& host, qint64 others, platform::Seconds now);
     /// It is known to serve.
-    void noteService(const QString& host);
+    void noteService(const QString& host, platform::Seconds now);
 
     /// How long it is still to be left alone; 0: it is not.
     [[nodiscard]] platform::Seconds remaining(const QString& host, platform::Seconds now) const;
@@ -45,6 +46,8 @@ private:
         std::optional<qint64> supposed;  ///< The same, should it serve at all.
 
         [[nodiscard]] platform::Seconds end() const { return std::max(heldUntil, pausedUntil); }
+        /// Others may have been asking since it was to be asked again.
+        void forgetWhatIsOver(platform::Seconds now);
     };
 
     QHash<QString, Limit> hosts_;

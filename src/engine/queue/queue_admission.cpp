@@ -265,10 +265,10 @@ void QueueAdmission::serverDidRefuse(const DQDownload& download, const Refusal& 
             isServing = isServing || (isOther && worker->isServed());
         }
     }
-    hostLimits_.noteRefusal(host, others);
-    if (isServing)
-        hostLimits_.noteService(host);
     const platform::Seconds now = queue_.context().monotonicNow();
+    hostLimits_.noteRefusal(host, others, now);
+    if (isServing)
+        hostLimits_.noteService(host, now);
     if (refusal.told)
         hostLimits_.hold(host, now + *refusal.told);
     else if (!isServing)  // Else the next one waits for a connection that it serves to end.
@@ -283,7 +283,7 @@ void QueueAdmission::releaseServer(const DQDownload& download) {
 void QueueAdmission::connectionDidEnd(const DQDownload& download) {
     if (hostLimits_.isEmpty())
         return;
-    hostLimits_.noteService(serverOf(download));
+    hostLimits_.noteService(serverOf(download), queue_.context().monotonicNow());
     startEligibleQueuedDownloadsWithTimer();
 }
 
