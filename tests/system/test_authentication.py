@@ -210,7 +210,9 @@ class ProxyTest(GuardedTest):
                     statuses = [status for status, _ in proxy.exchanges()]
                     self.assertEqual(statuses.count("407"), 4 if kind == "ntlm" else 2, statuses)
                     self.assertEqual(server.proxy_passwords(), {"-"})
-                    let_in = {port for status, port in proxy.exchanges() if status == "200"}
+                    # A tunnel is logged when it ends.
+                    let_in = wait_until(lambda: {port for status, port in proxy.exchanges()
+                                                 if status == "200"}, 20, "the proxy's log")
                     self.assertEqual(len(let_in), 1)
 
 

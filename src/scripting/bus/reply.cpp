@@ -32,8 +32,8 @@ QString nameOf(CommandError error) {
 
 }  // namespace
 
-Reply::Reply(QDBusConnection bus, QDBusMessage message)
-    : bus_(std::move(bus)), message_(std::move(message)) {}
+Reply::Reply(QDBusConnection bus, const QDBusMessage& message)
+    : bus_(std::move(bus)), message_(message) {}
 
 void Reply::send(const QVariantList& values) const {
     if (message_.isReplyRequired()) {

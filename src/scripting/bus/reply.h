@@ -20,7 +20,7 @@ enum class CommandError {
 /// The answer to one command, at once or later. Main thread.
 class Reply {
 public:
-    Reply(QDBusConnection bus, QDBusMessage message);
+    Reply(QDBusConnection bus, const QDBusMessage& message);
 
     void send(const QVariantList& values = {}) const;
     void fail(CommandError error, const QString& text) const;

@@ -150,9 +150,10 @@ void StructuredTextEdit::keyPressEvent(QKeyEvent* event) {
                !isReadOnly()) {
         breakLine();
     } else if (event->key() == Qt::Key_Backtab) {
-        QWidget::focusNextPrevChild(false);
+        // An editor's own way would keep the focus.
+        QWidget::focusNextPrevChild(false);  // NOLINT(bugprone-parent-virtual-call)
     } else if (event->key() == Qt::Key_Tab && event->modifiers() == Qt::ControlModifier) {
-        QWidget::focusNextPrevChild(true);
+        QWidget::focusNextPrevChild(true);  // NOLINT(bugprone-parent-virtual-call)
     } else {
         QTextEdit::keyPressEvent(event);
     }
