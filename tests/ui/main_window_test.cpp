@@ -243,6 +243,26 @@ TEST_F(MainWindowTest, LosesNothingThatIsBeingEntered) {
     EXPECT_FALSE(window->close()) << "another entry";
 }
 
+TEST_F(MainWindowTest, FadesOnceHoweverThatIsCutShort) {
+    app::Presence& presence = desktop.frontEnd().presence;
+    const std::function<void()> cuts[] = {
+        [this] { window->close(); }, [&] { presence.showDownloadWindow(true); },
+        [&] { presence.hide(); }, [&] { presence.fadeDownloadWindow(); }, [] {}};
+    for (const auto& cut : cuts) {
+        int ends = 0;
+        window->showNormal();
+        presence.fadeDownloadWindow();
+        ASSERT_TRUE(window->frame().isFading());
+        desktop.afterFading(*window, [&] { ++ends; });
+        cut();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return ends > 0; })) << &cut - cuts;
+        EXPECT_FALSE(window->frame().isFading());
+        window->frame().stopAnimation();
+        EXPECT_EQ(ends, 1) << &cut - cuts;
+        window->frame().disconnect(window.get());
+    }
+}
+
 TEST(WindowFrame, ComesBackOntoTheScreensThereAre) {
     const QList<QRect> screens{{0, 30, 800, 570}, {800, 30, 1000, 770}};
     const struct {
