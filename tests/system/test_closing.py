@@ -1,4 +1,6 @@
 """The end of the program with a window: whoever wants it gets it, at whatever moment."""
+import plistlib
+import signal
 import unittest
 from urllib.parse import quote
 
@@ -21,6 +23,16 @@ class ClosingTest(WindowTest):
         """A link that is asked about."""
         files = "\n".join(self.server.url(f"/rate/1/part-{number}.zip") for number in (1, 2))
         return "orlop://linked/" + quote(files, safe="")
+
+    def risky_bundle(self):
+        """A begun download that wants to go where programs are run from, by both its keys."""
+        bundle = self.home.root / "bait.bin.orlop"
+        bundle.mkdir(exist_ok=True)
+        autostart = self.home.root / "config/autostart"
+        (bundle / "Archive.orlopinfo").write_bytes(plistlib.dumps({
+            "URL": self.server.url("/rate/1/bait.bin"), "Paused": True,
+            "Download File": str(autostart / "bait.desktop"), "Download Folder": str(autostart)}))
+        return bundle
 
     def assert_ends(self, program):
         self.assert_status(self.home.result(program), 0)
@@ -54,6 +66,16 @@ class ClosingTest(WindowTest):
         session.wait_for_text("Linked Files")
         self.quit_from_outside()
         self.assertEqual(session.finish(), 0)
+
+    def test_nobody_is_taken_to_agree_when_the_session_ends(self):
+        self.use("closing-session")
+        for number in (signal.SIGTERM, signal.SIGHUP):
+            with self.subTest(signal=number):
+                program = self.start()
+                self.launch(self.risky_bundle())
+                self.desktop.wait_for("alert message")
+                self.assert_status(self.home.interrupt(program, number), 0)
+                self.assertNotIn("autostart", str(self.home.queue()))
 
 
 del WindowTest
