@@ -1,13 +1,18 @@
 """The end of the program with a window: whoever wants it gets it, at whatever moment."""
 import plistlib
 import signal
+import subprocess
+import sys
 import unittest
+from pathlib import Path
 from urllib.parse import quote
 
-from support.home import PROGRAMS
+from support.home import PROGRAMS, wait_until
 from test_window import WindowTest
 
 PROGRAM = PROGRAMS / "orlop"
+SESSION_MANAGER = Path(__file__).parent / "support/session_manager.py"
+KEPT = "Unfinished Addresses"
 
 
 class ClosingTest(WindowTest):
@@ -76,6 +81,54 @@ class ClosingTest(WindowTest):
                 self.desktop.wait_for("alert message")
                 self.assert_status(self.home.interrupt(program, number), 0)
                 self.assertNotIn("autostart", str(self.home.queue()))
+
+    def join_session(self):
+        """A session for the program, which can be left."""
+        manager = subprocess.Popen([sys.executable, SESSION_MANAGER], stdin=subprocess.PIPE,
+                                   stdout=subprocess.PIPE, text=True, bufsize=1)
+        # It ends with its input.
+        self.addCleanup(lambda: manager.communicate() and self.assertEqual(manager.returncode, 0))
+        self.desktop.session = {"SESSION_MANAGER": manager.stdout.readline().strip()}
+        return manager
+
+    def log_out_while_something_is_entered(self):
+        """Answers the session, which has not ended yet, the program, the panel and its text."""
+        manager = self.join_session()
+        program = self.start()
+        self.assertEqual(manager.stdout.readline(), "joined\n")
+        self.desktop.key("ctrl+n")
+        panel = self.desktop.wait_for_dialog("Add Addresses")
+        self.desktop.type(text := self.slow_address())
+        self.wait_for_setting(KEPT, text)
+        manager.stdin.write("log out\n")
+        self.assertEqual(manager.stdout.readline(), "saved\n")
+        return manager, program, panel, text
+
+    def test_a_logout(self):
+        self.use("closing-logout")
+        manager, program, _, text = self.log_out_while_something_is_entered()
+        manager.stdin.write("end\n")
+        self.assert_ends(program)
+        self.assertEqual(self.setting(KEPT), text)
+
+    def test_a_logout_that_is_cancelled(self):
+        self.use("closing-logout-cancelled")
+        manager, program, panel, first = self.log_out_while_something_is_entered()
+        manager.stdin.write("cancel\n")
+        # What is typed from now on is as safe as before.
+        self.desktop.key("Return")
+        self.desktop.type(second := self.server.url("/quick.pdf"))
+        self.wait_for_setting(KEPT, f"{first}\n{second}")
+        self.desktop.place_window("Orlop", (700, 500, 520, 300))
+        self.desktop.click(self.desktop.find("label"))
+        self.desktop.key("alt+F4")
+        wait_until(lambda: self.desktop.find("dialog", panel.name).has_focus(), 30,
+                   "what holds the window open")
+        self.desktop.key("ctrl+Return")
+        self.wait_for_rows("slow.iso", "quick.pdf")
+        # It is added, and not offered again by the next start.
+        self.wait_for_setting(KEPT, None)
+        program.kill()
 
 
 del WindowTest
