@@ -49,6 +49,7 @@ private:
     void addKeys();
     void follow(const QUrl& link);
     void followDefaultLink(const QString& link);
+    void leaveSearchOrClose();
     void suggest(const QString& query);
     void selectSearchSuggestion(const QString& title);
     void setCurrentPageRepresentation(const QString& path);
