@@ -36,7 +36,8 @@ QString bounded(QString text) {
 
 }  // namespace
 
-DesktopNotifications::DesktopNotifications() : bus_(QDBusConnection::sessionBus()) {
+DesktopNotifications::DesktopNotifications(QString clickTitle)
+    : clickTitle_(std::move(clickTitle)), bus_(QDBusConnection::sessionBus()) {
     bus_.connect(service, path, interface, u"ActivationToken"_s, this,
                  SLOT(activationToken(uint, QString)));
     bus_.connect(service, path, interface, u"ActionInvoked"_s, this,
@@ -115,7 +116,7 @@ QDBusMessage DesktopNotifications::notifyCall(const UserNotification& notificati
     if (!notification.category.isEmpty()) {
         hints.insert(u"category"_s, notification.category);
     }
-    QStringList actions{defaultAction, u"Open"_s};
+    QStringList actions{defaultAction, clickTitle_};
     for (const UserNotification::Action& action : notification.actions) {
         if (hasActions_) {
             actions << action.key << action.title;
@@ -220,8 +221,8 @@ void DesktopNotifications::notificationClosed(uint number, uint) {
     shown_.remove(number);
 }
 
-std::unique_ptr<UserNotificationCenter> makeUserNotificationCenter() {
-    return std::make_unique<DesktopNotifications>();
+std::unique_ptr<UserNotificationCenter> makeUserNotificationCenter(const QString& clickTitle) {
+    return std::make_unique<DesktopNotifications>(clickTitle);
 }
 
 }  // namespace platform

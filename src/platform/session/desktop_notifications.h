@@ -15,7 +15,7 @@ class DesktopNotifications final : public QObject, public UserNotificationCenter
     Q_OBJECT
 
 public:
-    DesktopNotifications();
+    explicit DesktopNotifications(QString clickTitle);
     ~DesktopNotifications() override;
 
     bool deliver(const UserNotification& notification) override;
@@ -50,6 +50,7 @@ private:
     [[nodiscard]] QString body(const QString& text) const;
     void logOnce(const QString& reason);
 
+    QString clickTitle_;
     QDBusConnection bus_;
     std::function<void(const QString&)> activated_;
     QHash<QString, Kind> kinds_;

@@ -65,7 +65,7 @@ QMessageBox* makeProblemBox(const QString& problem, QWidget* parent) {
 
 DesktopFrontEnd::DesktopFrontEnd()
     : icon_(iconImage(QStringLiteral("orlop")), iconImage(QStringLiteral("DQOrlopFlatOff"))),
-      notifications_(platform::makeUserNotificationCenter()) {}
+      notifications_(platform::makeUserNotificationCenter(translated("Open"))) {}
 
 DesktopFrontEnd::~DesktopFrontEnd() = default;
 
