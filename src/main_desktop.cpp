@@ -145,6 +145,15 @@ int main(int argumentCount, char** argumentValues) {
     std::unique_ptr<ui::DesktopWindows> windows;
     app::Application core({line.settings, line.items, line.isInBackground});
     std::unique_ptr<scripting::Service> scripts;
+    // Questions of the start have a loop of their own, before that of the program.
+    bool isOver = false;
+    const auto end = [&isOver] {
+        isOver = true;
+        QApplication::closeAllWindows();
+        // Whether or not one of them would rather stay.
+        QCoreApplication::exit();
+    };
+    std::optional<platform::SignalWatcher> signalWatcher;
     app::FrontEnd parts = frontEnd.frontEnd();
     parts.authentication = &authenticationPanel;
     const auto addFromClipboard = [&windows] {
@@ -152,6 +161,15 @@ int main(int argumentCount, char** argumentValues) {
             [&windows] { windows->commands().perform(app::Command::OpenURLFromPasteboard); });
     };
     const auto start = core.start(parts, [&](app::DQMainController& controller) {
+        QObject::connect(
+            &controller, &app::DQMainController::terminated, &application,
+            [&] { frontEnd.afterFading(application, end); }, Qt::QueuedConnection);
+        // A session that ends, or a user at a terminal, gets no question: all is paused and saved.
+        signalWatcher.emplace(
+            std::vector<platform::WatchedSignal>{{SIGTERM}, {SIGHUP}, {SIGINT, true}}, [&](int) {
+                frontEnd.stopAsking();
+                core.controller().terminate();
+            });
         QObject::connect(&core.statusReporter(), &app::QueueStatusReporter::applicationImageChanged,
                          &frontEnd.icon(), &desktop::ApplicationIcon::show);
         windows = std::make_unique<ui::DesktopWindows>(controller, frontEnd);
@@ -162,12 +180,14 @@ int main(int argumentCount, char** argumentValues) {
     });
     if (!start.problem.isEmpty()) {
         std::fprintf(stderr, "orlop: %s\n", qUtf8Printable(start.problem));
-        frontEnd.tellProblem(start.problem);
+        if (!isOver) {
+            frontEnd.tellProblem(start.problem);
+        }
     }
     if (start.outcome != app::Application::Start::Outcome::Started) {
         return start.outcome == app::Application::Start::Outcome::Failed ? 1 : 0;
     }
-    if (addsFromClipboard) {
+    if (addsFromClipboard && !isOver) {
         addFromClipboard();
     }
     core.setActivationHandler([&](const QString& activationToken) {
@@ -175,21 +195,12 @@ int main(int argumentCount, char** argumentValues) {
         qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
         frontEnd.showDownloadWindow(true);
     });
-    QObject::connect(
-        &core.controller(), &app::DQMainController::terminated, &application,
-        [&] { frontEnd.afterFading(application, [] { QCoreApplication::quit(); }); },
-        Qt::QueuedConnection);
-    // A session that ends, or a user at a terminal, gets no question: all is paused and saved.
-    const platform::SignalWatcher signalWatcher({{SIGTERM}, {SIGHUP}, {SIGINT, true}}, [&](int) {
-        frontEnd.stopAsking();
-        core.controller().terminate();
-    });
     // The display may be gone before a signal comes.
     QObject::connect(&application, &QGuiApplication::commitDataRequest, &application, [&] {
         core.controller().writeArchiveBeforeQuitting(false);
         core.controller().finishWriting();
     });
-    const int status = QApplication::exec();
+    const int status = isOver ? 0 : QApplication::exec();
     scripts.reset();
     windows.reset();
     if (!core.stop()) {

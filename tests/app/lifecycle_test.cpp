@@ -283,6 +283,26 @@ TEST_F(LifecycleTest, AsksTheMachineToSleepOrShutDown) {
     EXPECT_EQ(terminations, 1);
 }
 
+TEST_F(LifecycleTest, IsSavedOnceWhenItEndsWhileTheMachineIsAskedToShutDown) {
+    support::FakePower::Answer answer;
+    power.pendingShutDown = &answer;
+    defaults.set(app::settings::quitProcedure, qint64{1});
+    launch();
+    add({u"a"_s});
+    controller->lifecycle().shutDown();
+    ASSERT_TRUE(answer);
+    controller->lifecycle().shutDown();
+    EXPECT_EQ(power.shutDownRequests, 1);
+    EXPECT_EQ(terminations, 0);
+    controller->terminate();
+    EXPECT_EQ(terminations, 1);
+    EXPECT_EQ(frontEnd.faded, 1);
+    EXPECT_FALSE(savedQueue().toList().value(0).toMap().value(engine::keys::paused).toBool());
+    answer(u"no"_s);
+    EXPECT_EQ(terminations, 1);
+    EXPECT_EQ(frontEnd.beeps, 0) << "it is on its way out";
+}
+
 TEST_F(LifecycleTest, GetsOutOfTheWayAfterAnAddressWasHandedOver) {
     const auto handOver = [&](qint64 autoRetreat, bool isHidden) {
         defaults.set(app::settings::autoRetreat, autoRetreat);

@@ -18,9 +18,15 @@ public:
         ++sleepRequests;
         answer(grants ? QString() : QStringLiteral("no"));
     }
+    /// What answers is kept here instead, if it is set.
+    Answer* pendingShutDown = nullptr;
     void requestShutDown(Answer answer) override {
         ++shutDownRequests;
-        answer(grants ? QString() : QStringLiteral("no"));
+        if (pendingShutDown != nullptr) {
+            *pendingShutDown = std::move(answer);
+        } else {
+            answer(grants ? QString() : QStringLiteral("no"));
+        }
     }
 };
 

@@ -105,6 +105,18 @@ class DesktopServicesTest(SystemTest):
         self.assertRegex(updates[-1], r'"count-visible"\s+variant\s+boolean false')
 
     @unittest.skipUnless(DESKTOP.exists(), "built without the desktop program")
+    def test_what_a_click_on_a_notification_does_is_said_in_the_users_language(self):
+        calls = self.bus.mock("notification_daemon", NOTIFICATIONS)
+        self.serve("gesagt.bin", 1000)
+        self.assert_status(self.run_desktop(
+            "-Auto-Quit", "YES", *HIDDEN, self.server.url("/gesagt.bin"),
+            environment={"LANG": "de_DE.UTF-8"} | self.bus.environment), 0)
+        shown = [line for line in calls() if " Notify " in line]
+        self.assertTrue(shown)
+        for line in shown:
+            self.assertIn('"default", "Öffnen"', line)
+
+    @unittest.skipUnless(DESKTOP.exists(), "built without the desktop program")
     def test_a_notification_shows_its_file_in_the_folder_as_long_as_somebody_is_there(self):
         calls = self.bus.mock("notification_daemon", NOTIFICATIONS, capabilities="body actions")
         shown = self.bus.monitor("interface='org.freedesktop.FileManager1'")

@@ -37,6 +37,9 @@ class ManualWindowTest(WindowTest):
         self.desktop.key("Down", "Down", "Return")
         self.title("Troubleshooting")
         self.shoot("found")
+        self.desktop.key("Escape")  # What was searched for.
+        self.desktop.key("Escape")
+        self.desktop.wait_until_gone("text", "Search the Manual")
 
     def test_a_link_sets_a_setting_and_takes_it_back(self):
         self.use("manual-setting",

@@ -1,5 +1,6 @@
 #include "ui/window/main_window.h"
 
+#include <QClipboard>
 #include <QDialog>
 #include <QDragEnterEvent>
 #include <QLabel>
@@ -241,6 +242,61 @@ TEST_F(MainWindowTest, LosesNothingThatIsBeingEntered) {
     ASSERT_TRUE(panel);
     QTest::keyClicks(panel->findChild<QLineEdit*>(), u"http://b.example/other"_s);
     EXPECT_FALSE(window->close()) << "another entry";
+}
+
+TEST_F(MainWindowTest, AddsToWhatIsBeingTypedAndReplacesNothing) {
+    const auto text = [this] { return find<QPlainTextEdit>(u"openURLTextView"_s); };
+    const QString typed = u"http://a.example/typed"_s, copied = u"http://b.example/1\nhttp://2/"_s;
+    QGuiApplication::clipboard()->setText(u" \n"_s);
+    commands.perform(app::Command::OpenURL);
+    ASSERT_TRUE(text() && QTest::qWaitForWindowActive(text()->window()));
+    QTest::keyClicks(text(), typed);
+    commands.perform(app::Command::OpenURLFromPasteboard);
+    EXPECT_EQ(text()->toPlainText(), typed);
+    QGuiApplication::clipboard()->setText(QString(copied).replace(u"\n"_s, u"\r\n"_s));
+    for (int times = 0; times < 2; ++times) {
+        commands.perform(app::Command::OpenURL);
+        EXPECT_EQ(text()->toPlainText(), typed + u'\n' + copied);
+    }
+    QTest::keyClicks(text(), u"x"_s);
+    EXPECT_EQ(text()->toPlainText(), typed + u"\nx"_s) << "a proposal is typed over";
+    text()->undo();
+    text()->undo();
+    EXPECT_EQ(text()->toPlainText(), typed);
+    find<QDialog>(u"openURLPanel"_s)->reject();
+    commands.perform(app::Command::OpenURL);
+    EXPECT_EQ(text()->toPlainText(), copied) << "what was cancelled is gone";
+}
+
+TEST_F(MainWindowTest, PutsWhatWasKeptBeforeWhatItIsStartedWith) {
+    const QString kept = u"http://a.example/kept"_s, refused = u"Hi Anna,"_s;
+    defaults.set(ui::settings::unfinishedAddresses, kept);
+    window = std::make_unique<ui::MainWindow>(commands);
+    controller->openText(refused);
+    auto* text = find<QPlainTextEdit>(u"openURLTextView"_s);
+    ASSERT_TRUE(text);
+    EXPECT_EQ(text->toPlainText(), kept + u'\n' + refused);
+    EXPECT_EQ(defaults.get(ui::settings::unfinishedAddresses), text->toPlainText());
+}
+
+TEST_F(MainWindowTest, FadesOnceHoweverThatIsCutShort) {
+    app::Presence& presence = desktop.frontEnd().presence;
+    const std::function<void()> cuts[] = {
+        [this] { window->close(); }, [&] { presence.showDownloadWindow(true); },
+        [&] { presence.hide(); }, [&] { presence.fadeDownloadWindow(); }, [] {}};
+    for (const auto& cut : cuts) {
+        int ends = 0;
+        window->showNormal();
+        presence.fadeDownloadWindow();
+        ASSERT_TRUE(window->frame().isFading());
+        desktop.afterFading(*window, [&] { ++ends; });
+        cut();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return ends > 0; })) << &cut - cuts;
+        EXPECT_FALSE(window->frame().isFading());
+        window->frame().stopAnimation();
+        EXPECT_EQ(ends, 1) << &cut - cuts;
+        window->frame().disconnect(window.get());
+    }
 }
 
 TEST(WindowFrame, ComesBackOntoTheScreensThereAre) {

@@ -129,7 +129,7 @@ bool Lifecycle::shouldQuit() {
 
 void Lifecycle::terminate() {
     // A second pass would save what the first has paused as paused by the user.
-    if (!hasTerminated_ && shouldQuit()) {
+    if (!hasTerminated_ && (isGoingDown_ || shouldQuit())) {
         end();
     }
 }
@@ -195,10 +195,15 @@ void Lifecycle::sleep() {
 }
 
 void Lifecycle::shutDown() {
-    if (hasTerminated_ || !shouldQuit()) {
+    if (hasTerminated_ || isGoingDown_ || !shouldQuit()) {
         return;
     }
+    isGoingDown_ = true;
     surroundings_.power.requestShutDown([this](const QString& refusal) {
+        isGoingDown_ = false;
+        if (hasTerminated_) {
+            return;
+        }
         if (refusal.isEmpty()) {
             end();
         } else {

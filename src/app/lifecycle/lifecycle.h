@@ -96,6 +96,7 @@ private:
     platform::Timer ending_;
     platform::Timers windowChanges_;  ///< That must wait for the window system.
     bool hasTerminated_ = false;
+    bool isGoingDown_ = false;  ///< Saved; whether the machine shuts down is not known yet.
     bool hasToldOfGoingOn_ = false;
     bool isUnseen_ = false;  ///< The window was closed while something went on.
     std::optional<bool> isStatusItemShown_;

@@ -99,7 +99,8 @@ public:
         session_->begin();
         const platform::SignalWatcher watcher(watchedSignals(),
                                               [this](int number) { handleSignal(number); });
-        QCoreApplication::exec();
+        if (!isOver_)
+            QCoreApplication::exec();
         display_.reporter->release();
         end_.status = session_->hasFailures() ? statusFailed : 0;
         session_.reset();
@@ -127,8 +128,10 @@ private:
             });
         QObject::connect(&controller, &DQMainController::queueNotSavedAtQuit, session_.get(),
                          [this](const QString& problem) { display_.tellProblem(problem); });
-        QObject::connect(&controller, &DQMainController::terminated, session_.get(),
-                         [] { QCoreApplication::exit(); });
+        QObject::connect(&controller, &DQMainController::terminated, session_.get(), [this] {
+            isOver_ = true;
+            QCoreApplication::exit();
+        });
     }
 
     /// A run that was given nothing, and finds nothing to go on with, would end without a word.
@@ -191,6 +194,7 @@ private:
     Display& display_;
     const Accompany& accompany_;
     ProgramEnd end_;
+    bool isOver_ = false;  ///< Perhaps while the start asks something, in a loop of its own.
     TerminalPrompt prompt_;
     TerminalQuestions questions_{prompt_, *display_.reporter, [this] {
                                      if (session_ && end_.signal == 0)

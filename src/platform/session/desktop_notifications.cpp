@@ -36,8 +36,9 @@ QString bounded(QString text) {
 
 }  // namespace
 
-DesktopNotifications::DesktopNotifications()
-    : bus_(QDBusConnection::sessionBus()),
+DesktopNotifications::DesktopNotifications(QString clickTitle)
+    : clickTitle_(std::move(clickTitle)),
+      bus_(QDBusConnection::sessionBus()),
       owner_(service, bus_, QDBusServiceWatcher::WatchForUnregistration) {
     connect(&owner_, &QDBusServiceWatcher::serviceUnregistered, this,
             &DesktopNotifications::serverIsGone);
@@ -119,7 +120,7 @@ QDBusMessage DesktopNotifications::notifyCall(const UserNotification& notificati
     if (!notification.category.isEmpty()) {
         hints.insert(u"category"_s, notification.category);
     }
-    QStringList actions{defaultAction, u"Open"_s};
+    QStringList actions{defaultAction, clickTitle_};
     for (const UserNotification::Action& action : notification.actions) {
         if (hasActions_) {
             actions << action.key << action.title;
@@ -236,8 +237,8 @@ void DesktopNotifications::notificationClosed(uint number, uint) {
     shown_.remove(number);
 }
 
-std::unique_ptr<UserNotificationCenter> makeUserNotificationCenter() {
-    return std::make_unique<DesktopNotifications>();
+std::unique_ptr<UserNotificationCenter> makeUserNotificationCenter(const QString& clickTitle) {
+    return std::make_unique<DesktopNotifications>(clickTitle);
 }
 
 }  // namespace platform

@@ -16,7 +16,7 @@ class DesktopNotifications final : public QObject, public UserNotificationCenter
     Q_OBJECT
 
 public:
-    DesktopNotifications();
+    explicit DesktopNotifications(QString clickTitle);
     ~DesktopNotifications() override;
 
     bool deliver(const UserNotification& notification) override;
@@ -52,6 +52,7 @@ private:
     [[nodiscard]] QString body(const QString& text) const;
     void logOnce(const QString& reason);
 
+    QString clickTitle_;
     QDBusConnection bus_;
     QDBusServiceWatcher owner_;
     std::function<void(const QString&)> activated_;

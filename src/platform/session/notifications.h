@@ -38,7 +38,9 @@ public:
     virtual void setActivationHandler(std::function<void(const QString& identifier)> handler) = 0;
 };
 
-/// Runs in Qt's event loop of the thread that makes it.
-[[nodiscard]] std::unique_ptr<UserNotificationCenter> makeUserNotificationCenter();
+/// Runs in Qt's event loop of the thread that makes it. `clickTitle`: what a click does, where the
+/// desktop offers it by name.
+[[nodiscard]] std::unique_ptr<UserNotificationCenter> makeUserNotificationCenter(
+    const QString& clickTitle);
 
 }  // namespace platform

@@ -61,9 +61,9 @@ private:
     QLabel* hint_;
     QWidget* contents_;
     QBoxLayout* arrangement_;
-    QTableView* facts_;
-    QTableView* connections_;
-    SpeedCurve* curve_;
+    QTableView* facts_ = nullptr;
+    QTableView* connections_ = nullptr;
+    SpeedCurve* curve_ = nullptr;
     /// What is shown. None: not exactly one row is selected.
     std::weak_ptr<engine::DQDownload> shown_;
     app::ConnectionMeter meter_;

@@ -159,6 +159,7 @@ void HelpWindow::addKeys() {
     };
     add(QKeySequence::Find, [this] { beginSearch(); });
     add(QKeySequence::Close, [this] { close(); });
+    add(QKeySequence::Cancel, [this] { leaveSearchOrClose(); });
     add(QKeySequence::Back, [this] { browser_->backward(); });
     add(QKeySequence::Forward, [this] { browser_->forward(); });
     add(Qt::CTRL | Qt::Key_PageUp, [this] { previousPageButton->click(); });
@@ -208,6 +209,17 @@ QString HelpWindow::currentRelativePath() {
 void HelpWindow::beginSearch() {
     searchField->setFocus();
     searchField->selectAll();
+}
+
+void HelpWindow::leaveSearchOrClose() {
+    if (searchField->text().isEmpty()) {
+        close();
+        return;
+    }
+    searchField->clear();
+    suggest({});
+    browser_->highlight({});
+    browser_->setFocus();
 }
 
 void HelpWindow::suggest(const QString& query) {

@@ -49,6 +49,7 @@ private:
     void addKeys();
     void follow(const QUrl& link);
     void followDefaultLink(const QString& link);
+    void leaveSearchOrClose();
     void suggest(const QString& query);
     void selectSearchSuggestion(const QString& title);
     void setCurrentPageRepresentation(const QString& path);
@@ -59,10 +60,10 @@ private:
     HelpBrowser* browser_;
     ContentsMenu* contents_;
     QuickAccessBar* quickAccess_;
-    QLabel* pageTitleField;
-    QToolButton* previousPageButton;
-    QToolButton* nextPageButton;
-    QLineEdit* searchField;
+    QLabel* pageTitleField = nullptr;
+    QToolButton* previousPageButton = nullptr;
+    QToolButton* nextPageButton = nullptr;
+    QLineEdit* searchField = nullptr;
     QStringListModel* suggestions_;
     QString query_;  ///< What the suggestions are for; one that is chosen replaces the text.
 };

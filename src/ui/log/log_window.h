@@ -68,10 +68,12 @@ private:
     QListView* list_;
     QPlainTextEdit* details_;
     LogFindBar* findBar_;
-    QComboBox* shown_;
-    QCheckBox* debugLoggingSwitch;
-    QProgressBar* spinner;
-    QToolButton *findEarlierResultsButton, *clearButton, *saveButton;
+    QComboBox* shown_ = nullptr;
+    QCheckBox* debugLoggingSwitch = nullptr;
+    QProgressBar* spinner = nullptr;
+    QToolButton* findEarlierResultsButton = nullptr;
+    QToolButton* clearButton = nullptr;
+    QToolButton* saveButton = nullptr;
 };
 
 }  // namespace ui

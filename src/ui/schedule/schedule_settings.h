@@ -30,11 +30,11 @@ private:
 
     app::DQMainController& controller_;
     platform::UserDefaults& defaults_;
-    QCheckBox* scheduledQueuingSwitch;
-    QTimeEdit* scheduledQueuingTimePicker;
-    QCheckBox* scheduledPausingSwitch;
-    QTimeEdit* scheduledPausingTimePicker;
-    QCheckBox* scheduledPausingRadicalSwitch;
+    QCheckBox* scheduledQueuingSwitch = nullptr;
+    QTimeEdit* scheduledQueuingTimePicker = nullptr;
+    QCheckBox* scheduledPausingSwitch = nullptr;
+    QTimeEdit* scheduledPausingTimePicker = nullptr;
+    QCheckBox* scheduledPausingRadicalSwitch = nullptr;
     platform::Observation observation_;
 };
 

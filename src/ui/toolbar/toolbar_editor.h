@@ -30,9 +30,12 @@ private:
     void updateButtons();
 
     ToolbarLayout& layout_;
-    QListWidget* available_;
-    QListWidget* shown_;
-    QPushButton *add_, *remove_, *up_, *down_;
+    QListWidget* available_ = nullptr;
+    QListWidget* shown_ = nullptr;
+    QPushButton* add_ = nullptr;
+    QPushButton* remove_ = nullptr;
+    QPushButton* up_ = nullptr;
+    QPushButton* down_ = nullptr;
 };
 
 }  // namespace ui

@@ -19,8 +19,9 @@ constexpr qsizetype longestClipboard = 100'000;
 
 }  // namespace
 
-AddressEntry::AddressEntry(app::DQMainController& controller, QWidget& window)
-    : controller_(controller), window_(window) {
+AddressEntry::AddressEntry(app::DQMainController& controller, QWidget& window,
+                           const ApproachingEnd& end)
+    : controller_(controller), window_(window), end_(end) {
     QObject::connect(
         &controller_, &app::DQMainController::textNotUnderstood, &window_,
         [this](const std::vector<app::RefusedText>& refused) { showForCorrection(refused); });
@@ -48,17 +49,26 @@ void AddressEntry::showForCorrection(const std::vector<app::RefusedText>& refuse
 }
 
 void AddressEntry::openURLPanelWithString(const QString& text, const QString& note) {
-    if (!openURLPanel) {
-        openURLPanel = std::make_unique<URLPanel>(controller_, window_);
-    }
-    openURLPanel->openWithString(text, note);
+    panel().openWithString(text, note);
 }
 
 void AddressEntry::openUnfinished() {
-    const QString text = controller_.surroundings().defaults.get(settings::unfinishedAddresses);
-    if (!text.isEmpty() && !openURLPanel) {
-        openURLPanelWithString(text, translated("These addresses have not been added yet."));
+    const platform::UserDefaults& defaults = controller_.surroundings().defaults;
+    if (!openURLPanel && !defaults.get(settings::unfinishedAddresses).isEmpty()) {
+        static_cast<void>(panel());
     }
+}
+
+URLPanel& AddressEntry::panel() {
+    if (!openURLPanel) {
+        const QString kept = controller_.surroundings().defaults.get(settings::unfinishedAddresses);
+        openURLPanel = std::make_unique<URLPanel>(controller_, window_, end_);
+        if (!kept.isEmpty()) {
+            openURLPanel->openWithString(kept,
+                                         translated("These addresses have not been added yet."));
+        }
+    }
+    return *openURLPanel;
 }
 
 void AddressEntry::openURLFromPasteboard() {

@@ -65,7 +65,7 @@ QMessageBox* makeProblemBox(const QString& problem, QWidget* parent) {
 
 DesktopFrontEnd::DesktopFrontEnd()
     : icon_(iconImage(QStringLiteral("orlop")), iconImage(QStringLiteral("DQOrlopFlatOff"))),
-      notifications_(platform::makeUserNotificationCenter()) {}
+      notifications_(platform::makeUserNotificationCenter(translated("Open"))) {}
 
 DesktopFrontEnd::~DesktopFrontEnd() = default;
 
@@ -94,9 +94,13 @@ void DesktopFrontEnd::stopAsking() {
     dismissAlert();
 }
 
+bool DesktopFrontEnd::canAsk() const {
+    return asks_ && window_;
+}
+
 bool DesktopFrontEnd::confirm(const app::Alert& alert) {
-    if (!asks_ || !window_) {
-        return !asks_;
+    if (!canAsk()) {
+        return !asks_ && alert.kind == app::Alert::Kind::QuitWhileDownloading;
     }
     QMessageBox box(QMessageBox::Question, QStringLiteral("Orlop"),
                     alertTitle(translated(alert.title)), QMessageBox::NoButton,
@@ -123,6 +127,9 @@ void DesktopFrontEnd::dismissAlert() {
 
 std::optional<QString> DesktopFrontEnd::chooseAbbreviatedDownloadFileForURL(
     const platform::Url& url) {
+    if (!canAsk()) {
+        return std::nullopt;
+    }
     const QString name = links::safeFileName(
         links::filename(url, links::plusSignsInNames(platform::standardDefaults())));
     const QString extension = QFileInfo(name).suffix();
@@ -133,6 +140,9 @@ std::optional<QString> DesktopFrontEnd::chooseAbbreviatedDownloadFileForURL(
 }
 
 std::optional<QString> DesktopFrontEnd::chooseAbbreviatedDownloadsFolder() {
+    if (!canAsk()) {
+        return std::nullopt;
+    }
     const QString path = chooseFolder(window_, platform::downloadsUserFolder());
     return path.isEmpty() ? std::nullopt : std::optional(path);
 }
@@ -140,7 +150,7 @@ std::optional<QString> DesktopFrontEnd::chooseAbbreviatedDownloadsFolder() {
 /// The portal's panel has no room for an explanation, so that stands before it.
 std::optional<QString> DesktopFrontEnd::unlockFolder(const QString& folder,
                                                      const QString& explanation) {
-    if (!asks_ || !window_) {
+    if (!canAsk()) {
         return std::nullopt;
     }
     if (!explanation.isEmpty() &&

@@ -46,11 +46,12 @@ public:
     void noteProblem(const QString& problem);
     /// Calls `then` when the window is gone that may be about to go; unless `context` goes first.
     void afterFading(QObject& context, const std::function<void()>& then);
-    /// From now on the default button answers every question, and nothing is animated at the end:
-    /// the session is ending.
+    /// The session is ending: from now on nobody is asked, which agrees to the end and to nothing
+    /// else, and nothing is animated.
     void stopAsking();
 
     bool confirm(const app::Alert& alert) override;
+    [[nodiscard]] bool canAsk() const override;
     void dismissAlert() override;
     std::optional<QString> chooseAbbreviatedDownloadFileForURL(const platform::Url& url) override;
     std::optional<QString> chooseAbbreviatedDownloadsFolder() override;

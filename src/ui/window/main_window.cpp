@@ -36,6 +36,7 @@
 #include "ui/text.h"
 #include "ui/toolbar/toolbar.h"
 #include "ui/window/address_entry.h"
+#include "ui/window/approaching_end.h"
 #include "ui/window/clipboard_watch.h"
 #include "ui/window/elided_label.h"
 #include "ui/window/intake_progress.h"
@@ -61,7 +62,8 @@ MainWindow::MainWindow(app::Commands& commands)
     setAcceptDrops(true);
     setContextMenuPolicy(Qt::NoContextMenu);
     makeContents();
-    entry_ = std::make_unique<AddressEntry>(controller_, *this);
+    end_ = std::make_unique<ApproachingEnd>(controller_);
+    entry_ = std::make_unique<AddressEntry>(controller_, *this, *end_);
     provideWindowCommands(commands, *this, *entry_);
     details_->addDetails(*downloadList, commands);
     actions_ = std::make_unique<CommandActions>(commands, *this);
@@ -83,8 +85,6 @@ MainWindow::MainWindow(app::Commands& commands)
             toolbarFilterScopeBar->select(defaults.get(app::settings::toolbarFilterCriterion));
         }
     });
-    connect(qGuiApp, &QGuiApplication::commitDataRequest, this,
-            [this] { isSessionEnding_ = true; });
     downloadList->setFocus();
     updateStatus();
     offerUndo(controller_.lastRemoval());
@@ -274,7 +274,7 @@ void MainWindow::changeEvent(QEvent* event) {
 /// What is being entered would go with the window, and with the program at the latest.
 bool MainWindow::isHeldOpen() {
     constexpr int noticeMilliseconds = 6000;
-    QDialog* entry = isSessionEnding_ ? nullptr : unfinishedEntry(*this);
+    QDialog* entry = end_->isNear() ? nullptr : unfinishedEntry(*this);
     if (entry == nullptr) {
         return false;
     }

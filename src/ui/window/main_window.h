@@ -22,6 +22,7 @@ class DQDownload;
 namespace ui {
 
 class AddressEntry;
+class ApproachingEnd;
 class ClipboardWatch;
 class CommandActions;
 class DQDownloadList;
@@ -83,13 +84,13 @@ private:
     QPushButton* clearButton = nullptr;
     std::unique_ptr<CommandActions> actions_;
     std::unique_ptr<MainMenu> menu_;
+    std::unique_ptr<ApproachingEnd> end_;
     std::unique_ptr<AddressEntry> entry_;
     std::unique_ptr<ListDragging> dragging_;
     std::unique_ptr<WindowFrame> frame_;
     std::unique_ptr<RubberWindow> rubber_;
     std::unique_ptr<ClipboardWatch> clipboardWatch_;
     QTimer toolbarUpdate_;
-    bool isSessionEnding_ = false;
     QElapsedTimer lastHand_;  ///< Since the user selected or scrolled.
     platform::Observation observation_;
 };

@@ -4,7 +4,6 @@
 #include <QDialogButtonBox>
 #include <QFontDatabase>
 #include <QFormLayout>
-#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -20,13 +19,14 @@
 #include "ui/rules/folder_selector.h"
 #include "ui/settings.h"
 #include "ui/text.h"
+#include "ui/window/approaching_end.h"
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace ui {
 
-URLPanel::URLPanel(app::DQMainController& controller, QWidget& window)
+URLPanel::URLPanel(app::DQMainController& controller, QWidget& window, const ApproachingEnd& end)
     : QDialog(&window),
       controller_(controller),
       defaults_(controller.surroundings().defaults),
@@ -58,29 +58,27 @@ URLPanel::URLPanel(app::DQMainController& controller, QWidget& window)
     look_.setSingleShot(true);
     look_.setInterval(150ms);
     connect(&look_, &QTimer::timeout, this, &URLPanel::look);
-    letTextSurviveTheEnd();
+    letTextSurviveTheEnd(end);
     resetChoices();
     look();
 }
 
 /// Until it was added or cancelled. The display may go before the program does.
-void URLPanel::letTextSurviveTheEnd() {
-    const auto end = [this] {
+void URLPanel::letTextSurviveTheEnd(const ApproachingEnd& end) {
+    connect(this, &QDialog::finished, this, [this, &end] {
+        if (!end.isNear())
+            keepText({});
+    });
+    connect(&end, &ApproachingEnd::announced, this, [this] {
         if (isVisible())
             keepText(openURLTextView->toPlainText());
         defaults_.synchronize();
-        isEnding_ = true;
-    };
-    connect(this, &QDialog::finished, this, [this] { keepText({}); });
-    connect(&controller_, &app::DQMainController::terminated, this, end);
-    connect(qGuiApp, &QGuiApplication::commitDataRequest, this, end);
+    });
 }
 
 void URLPanel::keepText(const QString& text) {
     // Settings are written whole; who enters more than this has it in a file.
     constexpr qsizetype mostKept = 1'000'000;
-    if (isEnding_)
-        return;
     if (text.trimmed().isEmpty() || text.size() > mostKept)
         defaults_.removeObject(settings::unfinishedAddresses.name());
     else
@@ -141,25 +139,49 @@ void URLPanel::resetChoices() {
 }
 
 void URLPanel::openWithString(const QString& text, const QString& note) {
-    const QString present = isVisible() ? openURLTextView->toPlainText().trimmed() : QString();
-    const bool adds = !note.isEmpty() && !present.isEmpty() && present != text;
-    if (!isVisible())
+    if (!isVisible()) {
         resetChoices();
-    openURLTextView->setPlainText(adds ? present + u'\n' + text : text);
-    openURLTextView->document()->setModified(true);  // Nowhere else, as what is typed.
-    isEnding_ = false;
+        openURLTextView->clear();
+    }
+    if (openURLTextView->toPlainText().trimmed().isEmpty())
+        note_->hide();  // What it was about is gone.
+    addText(text);
     // A proposal is typed over, what somebody wrote is not.
-    if (note.isEmpty())
-        openURLTextView->selectAll();
-    else
+    if (!note.isEmpty()) {
         openURLTextView->moveCursor(QTextCursor::End);
+        note_->setText(note);
+        note_->show();
+    }
     openURLTextView->setFocus();
-    note_->setText(note);
-    note_->setVisible(!note.isEmpty());
     show();
     look();
     raise();
     activateWindow();
+}
+
+/// Selects what it adds, which is nothing that is there already.
+void URLPanel::addText(const QString& text) {
+    const QString present = openURLTextView->toPlainText();
+    const auto asLines = [](const QString& lines) {
+        return u'\n' + QString(lines).replace(u"\r\n"_s, u"\n"_s).trimmed() + u'\n';
+    };
+    if (asLines(present).contains(asLines(text)) || text.trimmed().isEmpty())
+        return;
+    QTextCursor cursor(openURLTextView->document());
+    cursor.beginEditBlock();
+    cursor.movePosition(QTextCursor::End);
+    if (present.trimmed().isEmpty())
+        cursor.select(QTextCursor::Document);
+    else if (!present.endsWith(u'\n'))
+        cursor.insertText(u"\n"_s);
+    const int start = cursor.selectionStart();
+    cursor.insertText(text);
+    cursor.endEditBlock();
+    const int end = cursor.position();
+    cursor.setPosition(start);
+    cursor.setPosition(end, QTextCursor::KeepAnchor);
+    openURLTextView->setTextCursor(cursor);
+    openURLTextView->document()->setModified(true);  // Nowhere else, as what is typed.
 }
 
 void URLPanel::look() {
@@ -214,6 +236,7 @@ void URLPanel::openURLOK() {
     const QString text = textToOpen();
     const app::ScriptArguments chosen = arguments();
     accept();
+    keepText({});  // However near an end seems to be: it is added.
     controller_.openText(text, chosen);
 }
 

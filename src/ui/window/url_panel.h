@@ -22,6 +22,7 @@ class UserDefaults;
 
 namespace ui {
 
+class ApproachingEnd;
 class FolderSelector;
 
 /// Takes any text with addresses in it, several lines of it, and says what it would come to. Not
@@ -31,17 +32,17 @@ class URLPanel final : public QDialog {
 
 public:
     /// All of it outlives the panel.
-    URLPanel(app::DQMainController& controller, QWidget& window);
+    URLPanel(app::DQMainController& controller, QWidget& window, const ApproachingEnd& end);
 
-    /// Comes to the front with this text in it. `note` says what is wrong with it; empty: nothing.
-    /// A note goes with text that is still to be corrected, so that what is on the screen already
-    /// stays above it.
+    /// Comes to the front with this text in it, below what is being entered there already. `note`
+    /// says what is wrong with it; empty: nothing, it is only a proposal.
     void openWithString(const QString& text, const QString& note = {});
 
 private:
     void keepText(const QString& text);
-    void letTextSurviveTheEnd();
+    void letTextSurviveTheEnd(const ApproachingEnd& end);
     void makeText();
+    void addText(const QString& text);
     QWidget* makeChoices();
     QWidget* makeButtons();
     void resetChoices();
@@ -63,7 +64,6 @@ private:
     QLabel* checksumNote_;
     QPushButton* accept_ = nullptr;
     app::TextPreview found_;
-    bool isEnding_ = false;  ///< Closed by the program's end and not by the user.
     QTimer look_;
 };
 

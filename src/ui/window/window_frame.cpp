@@ -73,7 +73,7 @@ WindowFrame::WindowFrame(QWidget& window, const QWidget& list, platform::UserDef
     animation_.setEndValue(1.0);
     connect(&animation_, &QVariantAnimation::valueChanged, this,
             [this](const QVariant& value) { step(value.toDouble()); });
-    connect(&animation_, &QVariantAnimation::finished, this, &WindowFrame::finish);
+    connect(&animation_, &QVariantAnimation::finished, this, &WindowFrame::settle);
     observation_ = defaults.observe([this](const QString& key) {
         if (key == app::settings::fullScreenModeBehavior.name() && window_.isFullScreen() &&
             defaults_.get(app::settings::fullScreenModeBehavior) != 1) {
@@ -183,27 +183,21 @@ void WindowFrame::openTo(double opening) {
     window_.setGeometry(rect);
 }
 
-void WindowFrame::finish() {
-    const bool hasFaded = isFading_;
-    if (hasFaded) {
-        window_.hide();
-    }
-    settle();
-    if (hasFaded) {
-        Q_EMIT fadedOut();
-    }
-}
-
 void WindowFrame::settle() {
     if (update_) {
         std::exchange(update_, {})();
     }
-    if (std::exchange(isFading_, false)) {
+    const bool fades = std::exchange(isFading_, false);
+    if (fades) {
+        window_.hide();
         window_.setWindowOpacity(1);
     }
     if (frame_.isValid()) {
         window_.setMinimumSize(minimumSize_);
         window_.setGeometry(std::exchange(frame_, QRect()));
+    }
+    if (fades) {
+        Q_EMIT fadedOut();
     }
 }
 

@@ -46,10 +46,11 @@ public:
     /// Saves the frame and lets the window shrink and fade away.
     void fadeOut();
     [[nodiscard]] bool isFading() const { return isFading_; }
-    /// Puts the window back at once.
+    /// Puts the window where the animation would have left it: one that fades is gone at once.
     void stopAnimation();
 
 Q_SIGNALS:
+    /// Once for each fading, by itself or cut short: the end of the program waits for it.
     void fadedOut();
 
 private:
@@ -60,7 +61,6 @@ private:
     /// 0: collapsed, 1: wholly.
     void openTo(double opening);
     void settle();
-    void finish();
 
     QWidget& window_;
     const QWidget& list_;

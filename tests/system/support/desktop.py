@@ -80,6 +80,7 @@ class Desktop:
         self._stack = contextlib.ExitStack()
         self.display = ""
         self.scale = scale
+        self.session = {}  # What makes a program part of one, in its environment.
         self._program = program
         self._runtime = self._stack.enter_context(
             tempfile.TemporaryDirectory(prefix="orlop-desktop-"))
@@ -141,7 +142,7 @@ class Desktop:
         """For programs that are to appear here."""
         return self.bus.environment | {
             "DISPLAY": self.display, "QT_QPA_PLATFORM": "xcb", "QT_SCALE_FACTOR": str(self.scale),
-            "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
+            "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"} | self.session
 
     def start(self, program, *arguments):
         """Something else that shows windows here and tells by lines what happens."""
