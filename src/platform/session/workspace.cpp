@@ -6,6 +6,7 @@
 
 #include "platform/net/url.h"
 #include "platform/session/gio.h"
+#include "platform/session/launch_context.h"
 
 namespace platform {
 
@@ -14,7 +15,7 @@ using namespace Qt::Literals::StringLiterals;
 bool openURL(const Url& url) {
     const Gio* const gio = Gio::library();
     return gio != nullptr && gio->launchDefaultForUri(url.absoluteString().toUtf8().constData(),
-                                                      nullptr, nullptr) != FALSE;
+                                                      LaunchContext(*gio).get(), nullptr) != FALSE;
 }
 
 bool revealFile(const QString& path) {
