@@ -116,6 +116,16 @@ class AgreementTest(unittest.TestCase):
         self.assertEqual(claimed, defined)
         self.assertEqual(claimed, {element.text for element in self.metainfo.iter("mediatype")})
 
+    def test_icons_are_ours_to_hand_out(self):
+        icon = "{http://www.freedesktop.org/standards/shared-mime-info}icon"
+        named = {element.get("name") for element in xml.parse(MIME).getroot().iter(icon)}
+        named.add(self.entry["Desktop Entry"]["Icon"])
+        installed = set(re.findall(r"install_icon\(\S+ \w+\s+([\w.-]+)\)",
+                                   read("cmake/InstallIcons.cmake")))
+        self.assertEqual(named, installed)
+        for name in named:
+            self.assertRegex(name, r"^com\.tarnworks\.Orlop(\.|$)", "sandboxes allow no other")
+
     def test_the_version_is_the_same_everywhere(self):
         version = re.search(r"project\(Orlop VERSION ([\d.]+)", read("CMakeLists.txt"))[1]
         for place, found in (
