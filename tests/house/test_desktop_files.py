@@ -6,9 +6,11 @@ import os
 import re
 import shutil
 import subprocess
+import sys
 import tempfile
 import unittest
 import xml.etree.ElementTree as xml
+import zipfile
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent.parent
@@ -135,6 +137,19 @@ class AgreementTest(unittest.TestCase):
             self.assertEqual(found, version, place)
         headings = re.findall(r"(?m)^## \[(.*?)\]", read("CHANGELOG.md"))
         self.assertIn(headings[0], (version, "Unreleased"))
+
+    def test_stores_take_the_extension_without_a_key(self):
+        with tempfile.TemporaryDirectory() as folder:
+            for options in [], ["--unpacked"]:
+                subprocess.run([sys.executable, ROOT / "scripts/extension", *options, folder],
+                               check=True)
+            packed = {}
+            for name in "orlop-chromium.zip", "orlop-firefox.xpi":
+                with zipfile.ZipFile(Path(folder) / name) as archive:
+                    packed[name] = json.loads(archive.read("manifest.json"))
+            loaded = json.loads((Path(folder) / "chromium/manifest.json").read_text())
+        self.assertFalse([name for name, manifest in packed.items() if "key" in manifest])
+        self.assertEqual(packed["orlop-chromium.zip"] | {"key": loaded["key"]}, loaded)
 
     def test_pictures_of_the_metainfo_are_ours(self):
         for image in self.metainfo.iter("image"):
