@@ -59,10 +59,10 @@ private:
     HelpBrowser* browser_;
     ContentsMenu* contents_;
     QuickAccessBar* quickAccess_;
-    QLabel* pageTitleField;
-    QToolButton* previousPageButton;
-    QToolButton* nextPageButton;
-    QLineEdit* searchField;
+    QLabel* pageTitleField = nullptr;
+    QToolButton* previousPageButton = nullptr;
+    QToolButton* nextPageButton = nullptr;
+    QLineEdit* searchField = nullptr;
     QStringListModel* suggestions_;
     QString query_;  ///< What the suggestions are for; one that is chosen replaces the text.
 };
