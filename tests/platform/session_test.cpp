@@ -54,16 +54,15 @@ TEST_F(BundledGioTest, IsNamedWhereItComesAlongAndNobodySaysOtherwise) {
     EXPECT_TRUE(platform::nameBundledGio(folder.path()).isEmpty());
     EXPECT_FALSE(qEnvironmentVariableIsSet(helper) || qEnvironmentVariableIsSet(modules));
 
-    ASSERT_TRUE(QDir(folder.path()).mkpath(u"gio/modules"_s));
+    ASSERT_TRUE(QDir(folder.path()).mkpath(u"modules"_s));
     EXPECT_EQ(platform::nameBundledGio(folder.path()), QByteArrayList{modules});
-    EXPECT_EQ(qEnvironmentVariable(modules), folder.filePath(u"gio/modules"_s));
+    EXPECT_EQ(qEnvironmentVariable(modules), folder.filePath(u"modules"_s));
     EXPECT_FALSE(qEnvironmentVariableIsSet(helper));
 
-    ASSERT_FALSE(
-        platform::writeFileAtomically(folder.filePath(u"gio/gio-launch-desktop"_s), "helper"));
+    ASSERT_FALSE(platform::writeFileAtomically(folder.filePath(u"gio-launch-desktop"_s), "helper"));
     qputenv(modules, "/elsewhere");
     EXPECT_EQ(platform::nameBundledGio(folder.path()), QByteArrayList{helper});
-    EXPECT_EQ(qEnvironmentVariable(helper), folder.filePath(u"gio/gio-launch-desktop"_s));
+    EXPECT_EQ(qEnvironmentVariable(helper), folder.filePath(u"gio-launch-desktop"_s));
     EXPECT_EQ(qgetenv(modules), "/elsewhere");
 }
 

@@ -16,15 +16,14 @@ QByteArrayList& variables() {
 
 }  // namespace
 
-QByteArrayList nameBundledGio(const QString& libraries) {
+QByteArrayList nameBundledGio(const QString& folder) {
     struct Place {
         const char* variable;
         QString path;
     };
     QByteArrayList named;
-    for (const Place& place :
-         {Place{"GIO_LAUNCH_DESKTOP", libraries + u"/gio/gio-launch-desktop"_s},
-          Place{"GIO_MODULE_DIR", libraries + u"/gio/modules"_s}}) {
+    for (const Place& place : {Place{"GIO_LAUNCH_DESKTOP", folder + u"/gio-launch-desktop"_s},
+                               Place{"GIO_MODULE_DIR", folder + u"/modules"_s}}) {
         if (!qEnvironmentVariableIsSet(place.variable) && QFileInfo::exists(place.path)) {
             qputenv(place.variable, QFile::encodeName(place.path));
             named.append(place.variable);
@@ -36,7 +35,7 @@ QByteArrayList nameBundledGio(const QString& libraries) {
 void useBundledGio() {
     const QString program = QFile::symLinkTarget(u"/proc/self/exe"_s);
     const QString root = QFileInfo(QFileInfo(program).path()).path();
-    variables() = nameBundledGio(root + u"/lib"_s);
+    variables() = nameBundledGio(root + u"/lib/bundled-gio"_s);
 }
 
 const QByteArrayList& variablesOfBundledGio() {

@@ -10,8 +10,8 @@ namespace platform {
 /// portable archive, this names them in the environment, as far as that says nothing itself. To be
 /// called before there is a second thread.
 void useBundledGio();
-/// The same for what lies below a folder of libraries. Answers the variables that it has set.
-QByteArrayList nameBundledGio(const QString& libraries);
+/// The same for what lies in that folder. Answers the variables that it has set.
+QByteArrayList nameBundledGio(const QString& folder);
 
 /// What useBundledGio() has set, and what no other program is to have: it has another GIO.
 [[nodiscard]] const QByteArrayList& variablesOfBundledGio();
