@@ -1,3 +1,4 @@
+#!/usr/bin/env python3
 """bench/slow_tail.py [--region] [--size MIB] [--rate MIB]: the film of a file over four connections,
 one of which gets a tenth of what the others get: what each brought in each half second, and how the
 time compares with the ideal. With --region it is the last quarter of the file that is slow, whoever

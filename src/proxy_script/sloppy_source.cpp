@@ -80,6 +80,8 @@ private:
             copyTemplate();
         else if (isDigit(c))
             copyNumber();
+        else if (c == u'.' && isDigit(peek(1)))
+            copyRestOfNumber();
         else if (isWordCharacter(c))
             copyWord();
         else if (c == u'/' && !couldDivide)
@@ -173,9 +175,17 @@ private:
             }
         }
         copy(digits);
-        // What follows the digits: a fraction, an exponent, or the rest of "0xff".
-        while (isWordCharacter(peek()) || (peek() == u'.' && isDigit(peek(1))))
-            copy();
+        copyRestOfNumber();
+    }
+
+    /// A fraction, an exponent, or what follows the zero of "0xff".
+    void copyRestOfNumber() {
+        const bool isHexadecimal = peek() == u'x' || peek() == u'X';
+        while (isWordCharacter(peek()) || (peek() == u'.' && isDigit(peek(1)))) {
+            const bool isExponent = !isHexadecimal && (peek() == u'e' || peek() == u'E') &&
+                                    (peek(1) == u'-' || peek(1) == u'+');
+            copy(isExponent ? 2 : 1);
+        }
     }
 
     void copyWord() {

@@ -164,8 +164,10 @@ void Service::perform(const QDBusMessage& message) {
     }
     const Reply reply(bus_, message);
     const bool isLaunch = message.interface() == bus::application;
-    const QString signature = isLaunch ? *Launching::signatureOf(message.member())
-                                       : Commands::find(message.member())->signature;
+    const QString* const launch = isLaunch ? Launching::signatureOf(message.member()) : nullptr;
+    const Commands::Entry* const command = isLaunch ? nullptr : Commands::find(message.member());
+    Q_ASSERT(launch || command);  // Nothing else is handled.
+    const QString signature = launch ? *launch : command->signature;
     if (message.signature() != signature) {
         reply.fail(CommandError::InvalidArgument,
                    u"%1 takes (%2)"_s.arg(message.member(), signature));
@@ -174,7 +176,7 @@ void Service::perform(const QDBusMessage& message) {
     } else if (isLaunch) {
         launching_.perform(message.member(), message.arguments(), reply);
     } else {
-        (*commands_.*Commands::find(message.member())->command)(message.arguments(), reply);
+        (*commands_.*command->command)(message.arguments(), reply);
     }
 }
 

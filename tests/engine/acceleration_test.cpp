@@ -240,7 +240,8 @@ TEST_P(AccelerationTest, GoesOnFromWhatIsThereOfTheParts) {
     struct Case {
         const char* what;
         std::function<void(const DownloadPtr&)> meanwhile;
-        /// What is asked for first, in order of the texts.
+        /// What is asked for, in order of the texts. Who is done early takes over some of
+        /// another's.
         Ranges ranges;
     };
     const Case cases[] = {
@@ -277,9 +278,9 @@ TEST_P(AccelerationTest, GoesOnFromWhatIsThereOfTheParts) {
         EXPECT_EQ(downloadedNames(), QStringList{u"file.bin"_s});
         Ranges ranges = requestedRanges();
         ranges.erase(ranges.begin(), ranges.begin() + before);
-        ranges.resize(std::min(ranges.size(), c.ranges.size()));
         std::sort(ranges.begin(), ranges.end());
-        EXPECT_EQ(ranges, c.ranges);
+        EXPECT_TRUE(std::ranges::includes(ranges, c.ranges)) << testing::PrintToString(ranges);
+        EXPECT_EQ(ranges.empty(), c.ranges.empty()) << testing::PrintToString(ranges);
         QFile::remove(download->path());
     }
 }

@@ -180,6 +180,39 @@ TEST_F(TransferTest, FileThatCannotBeMovedIsNotCompleteAndTriedAgain) {
     }
 }
 
+/// Behind an address that works once it could not be had again.
+TEST_F(TransferTest, SmallFileThatIsStoppedWhileItIsPlacedIsNotFetchedAgain) {
+    const QByteArray body = patternedBytes(10'000);
+    serve(body);
+    for (const bool isRemoved : {true, false}) {
+        SCOPED_TRACE(isRemoved);
+        const auto download = add();
+        const auto requests = server.requests().size();
+        {
+            const HangingDisk disk(qPrintable(folder.path()));
+            download->startDownload();
+            ASSERT_TRUE(waitForBytes(*download, body.size()));
+            ASSERT_TRUE(main.waitUntil([&] { return download->workers().empty(); }));
+            ASSERT_EQ(download->status(), DQDownloadStatusDownloading);
+            if (isRemoved)
+                download->withdraw();
+            else
+                download->pause();
+        }
+        waitForDisks();
+        if (isRemoved) {
+            EXPECT_FALSE(QFile::exists(downloadedPath(u"file.bin"_s)));
+            download->takeBack();
+        }
+        if (download->status() != DQDownloadStatusDone)
+            run(download);
+        ASSERT_EQ(download->status(), DQDownloadStatusDone);
+        EXPECT_EQ(contents(download->path()), body);
+        EXPECT_EQ(server.requests().size(), requests + 1);
+        QFile::remove(download->path());
+    }
+}
+
 /// One that hangs in a sync holds up what lies on it, and neither other disks nor us.
 TEST_F(TransferTest, DiskThatHangsInASyncStopsNoOther) {
     const QTemporaryDir memory(u"/dev/shm/orlop-XXXXXX"_s);

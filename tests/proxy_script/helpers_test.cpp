@@ -100,6 +100,7 @@ TEST_F(ProxyScriptHelpers, AnswerAsTheyAreKnownTo) {
         {u"getClientVersion()"_s, u"1.0"_s},
         // As scripts could be written before there was a strict mode.
         {u"010 + 0644 + 09 + 0.5"_s, u"437.5"_s},
+        {u".05 === 5 / 100 && .08 === 8 / 100 && 1e-07 === 1 / 1e+07 && 0xe-07 === 7"_s, u"true"_s},
         {u"'\\101\\1012\\0\\60\\377\\400'.length + '\\101'"_s, u"8A"_s},
         {u"\"it's \\47\" + '010' + `\\u0041 ${010}`"_s, u"it's '010A 8"_s},
         {u"/[/'\"]010/.test('/010') && 4 / 2 / 01 === 2 /* 010 ' */"_s, u"true"_s},

@@ -4,7 +4,7 @@ import time
 import unittest
 from pathlib import Path
 
-from support.bus import LOGIN, NOTIFICATIONS, Bus
+from support.bus import LOGIN, NOTIFICATIONS, PORTAL, Bus
 from support.case import MIB, SystemTest
 from support.home import PROGRAMS, wait_until
 
@@ -44,6 +44,42 @@ class DesktopServicesTest(SystemTest):
         self.assert_status(self.home.result(program), 0)
         self.assert_downloaded("night.bin", source)
         self.assertEqual(self.bus.inhibitors(), [])
+
+    def test_desktops_with_a_clock_of_their_own_are_asked_to_stay_awake_meanwhile(self):
+        request = f"{PORTAL[1]}/request/1"
+        calls = self.bus.mock_method(PORTAL, "org.freedesktop.portal.Inhibit", "Inhibit",
+                                     "sua{sv}", "o", f"ret = dbus.ObjectPath('{request}')")
+        closed = self.bus.monitor("interface='org.freedesktop.portal.Request'")
+        source = self.serve("awake.bin", MIB)
+        program = self.home.start(self.server.url("/rate/1000000/awake.bin"),
+                                  environment=self.bus.environment)
+        asked = wait_until(lambda: [line for line in calls() if " Inhibit " in line],
+                           what="the request")
+        self.assertRegex(asked[0], r'Inhibit "" 4 .*"Downloads are going on\."')
+        self.assert_status(self.home.result(program), 0)
+        self.assert_downloaded("awake.bin", source)
+        wait_until(lambda: f"path={request}; interface=org.freedesktop.portal.Request; "
+                           "member=Close" in closed(), what="the end of the request")
+        self.assertEqual(len([line for line in calls() if " Inhibit " in line]), 1)
+
+    @unittest.skipUnless(DESKTOP.exists(), "built without the desktop program")
+    def test_a_notification_server_that_begins_anew_hears_no_numbers_of_the_former(self):
+        calls = self.bus.mock("notification_daemon", NOTIFICATIONS)
+        for name in ("former", "later"):
+            self.serve(f"{name}.bin", 1000)
+        program = self.home.start(
+            *HIDDEN, "-Coalesce User Notifications", "YES",
+            self.server.url("/former.bin"), program=DESKTOP,
+            environment={"QT_QPA_PLATFORM": "offscreen"} | self.bus.environment)
+        wait_until(lambda: any('"Download Complete"' in line for line in calls()), what="the first")
+        self.bus.end_last_mock(NOTIFICATIONS)
+        calls = self.bus.mock("notification_daemon", NOTIFICATIONS)
+        self.assert_status(self.home.run("add", self.server.url("/later.bin"),
+                                         environment=self.bus.environment), 0)
+        shown = wait_until(lambda: [line for line in calls() if " Notify " in line],
+                           what="a notification")
+        self.assertIn(' "Orlop" 0 ', shown[0])
+        self.assert_status(self.home.interrupt(program), 0)
 
     @unittest.skipUnless(DESKTOP.exists(), "built without the desktop program")
     def test_notifications_and_the_launcher_tell_how_it_went(self):
@@ -106,17 +142,27 @@ class DesktopServicesTest(SystemTest):
 
 
 class MuteBusTest(SystemTest):
-    def test_buses_that_take_connections_and_say_nothing(self):
+    def assert_goes_on_without(self, mute):
         source = self.serve("unheard.bin", 1000)
+        address = f"unix:path={mute.getsockname()}"
+        begun = time.monotonic()
+        self.assert_fetches(source, environment={"DBUS_SESSION_BUS_ADDRESS": address,
+                                                 "DBUS_SYSTEM_BUS_ADDRESS": address})
+        self.assertLess(time.monotonic() - begun, 3)
+        self.assertIn("going on without the bus", self.home.log_text())
+
+    def test_buses_that_take_connections_and_say_nothing(self):
         with socket.socket(socket.AF_UNIX) as mute:
             mute.bind(str(self.home.root / "bus"))
             mute.listen()
-            address = f"unix:path={self.home.root}/bus"
-            begun = time.monotonic()
-            self.assert_fetches(source, environment={"DBUS_SESSION_BUS_ADDRESS": address,
-                                                     "DBUS_SYSTEM_BUS_ADDRESS": address})
-        self.assertLess(time.monotonic() - begun, 3)
-        self.assertIn("going on without the bus", self.home.log_text())
+            self.assert_goes_on_without(mute)
+
+    def test_buses_that_do_not_even_take_connections(self):
+        with socket.socket(socket.AF_UNIX) as mute, socket.socket(socket.AF_UNIX) as first:
+            mute.bind(str(self.home.root / "bus"))
+            mute.listen(0)
+            first.connect(mute.getsockname())
+            self.assert_goes_on_without(mute)
 
 
 if __name__ == "__main__":

@@ -245,7 +245,8 @@ void DownloadFinisher::Job::placeBody() {
 void DownloadFinisher::didPlace(const std::shared_ptr<Job>& job) {
     const bool isPlaced = job->wasMoveTried && !job->moveError;
     if (record_.isBeingRemoved()) {
-        if (isPlaced)
+        const bool mayGo = !record_.isWithdrawn() || keepBody(job->body);
+        if (isPlaced && mayGo)
             QFile::remove(job->target);
         endJob();
     } else if (isPlaced) {
@@ -254,28 +255,41 @@ void DownloadFinisher::didPlace(const std::shared_ptr<Job>& job) {
         paths_.discardPartialData();
         endWithFile(job->target);
     } else if (job->isCancelled) {
+        keepBody(job->body);
         endCancelledJob();
     } else {
         concludeThroughPartialFile(job->body);
     }
 }
 
+std::optional<platform::Error> DownloadFinisher::writePartialFile(const QByteArray& body) {
+    PartialFile file(record_.context().disks, record_.context().loop.clock());
+    std::optional<platform::Error> error =
+        file.open({paths_.chooseIntermediateDownloadTargetPath()}, 0);
+    return error ? error : file.write(body);
+}
+
+/// It was stopped on its way, all of it: no server is needed to go on. False: it could not be kept.
+bool DownloadFinisher::keepBody(const QByteArray& body) {
+    if (const auto error = writePartialFile(body)) {
+        platform::log(u"%1 cannot be kept: %2"_s.arg(record_.description(), error->text));
+        return false;
+    }
+    record_.userSettings().set(keys::expectedBytes, static_cast<qint64>(body.size()));
+    return true;
+}
+
 /// Whatever stood in the way, a taken name or a full disk: a partial file can wait for better
 /// times.
 void DownloadFinisher::concludeThroughPartialFile(const QByteArray& body) {
     job_.reset();
-    const QString path = paths_.chooseIntermediateDownloadTargetPath();
-    PartialFile file(record_.context().disks, record_.context().loop.clock());
-    std::optional<platform::Error> error = file.open({path}, 0);
-    if (!error)
-        error = file.write(body);
-    if (!error) {
-        conclude({{path, body.size()}});
+    if (const auto error = writePartialFile(body)) {
+        transfer_.thawFigures();
+        interrupt(WorkerErrorCode::CannotWrite,
+                  u"%1 cannot write to intermediate file"_s.arg(record_.description()), &*error);
         return;
     }
-    transfer_.thawFigures();
-    interrupt(WorkerErrorCode::CannotWrite,
-              u"%1 cannot write to intermediate file"_s.arg(record_.description()), &*error);
+    conclude({{paths_.intermediateDownloadTargetPath(), body.size()}});
 }
 
 void DownloadFinisher::assemble(std::vector<FilePiece> pieces) {

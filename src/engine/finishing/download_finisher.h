@@ -115,6 +115,8 @@ private:
     void handleWrongLength(const std::vector<FilePiece>& pieces);
     void place(const QByteArray& body);
     void didPlace(const std::shared_ptr<Job>& job);
+    [[nodiscard]] std::optional<platform::Error> writePartialFile(const QByteArray& body);
+    bool keepBody(const QByteArray& body);
     void concludeThroughPartialFile(const QByteArray& body);
     void beginJob();
     void assemble(std::vector<FilePiece> pieces);

@@ -6,7 +6,6 @@
 #include <QSocketNotifier>
 #include <cerrno>
 #include <cstdint>
-#include <limits>
 
 namespace platform {
 
@@ -29,8 +28,10 @@ ClockWatcher::~ClockWatcher() {
 }
 
 void ClockWatcher::arm() {
+    // Later than any clock is set to, and not beyond what the kernel counts.
+    constexpr auto theYear2242 = std::int64_t{1} << 33;
     itimerspec never{};
-    never.it_value.tv_sec = std::numeric_limits<std::int32_t>::max();
+    never.it_value.tv_sec = theYear2242;
     ::timerfd_settime(timer_, TFD_TIMER_ABSTIME | TFD_TIMER_CANCEL_ON_SET, &never, nullptr);
 }
 

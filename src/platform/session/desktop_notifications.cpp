@@ -36,7 +36,11 @@ QString bounded(QString text) {
 
 }  // namespace
 
-DesktopNotifications::DesktopNotifications() : bus_(QDBusConnection::sessionBus()) {
+DesktopNotifications::DesktopNotifications()
+    : bus_(QDBusConnection::sessionBus()),
+      owner_(service, bus_, QDBusServiceWatcher::WatchForUnregistration) {
+    connect(&owner_, &QDBusServiceWatcher::serviceUnregistered, this,
+            &DesktopNotifications::serverIsGone);
     bus_.connect(service, path, interface, u"ActivationToken"_s, this,
                  SLOT(activationToken(uint, QString)));
     bus_.connect(service, path, interface, u"ActionInvoked"_s, this,
@@ -134,10 +138,11 @@ void DesktopNotifications::send(const UserNotification& notification) {
     connect(watcher, &QDBusPendingCallWatcher::finished, this,
             [this, watcher, notification, withdrawals = withdrawals_] {
                 const QDBusPendingReply<uint> reply = *watcher;
-                wasSent(notification, reply.isError() ? 0 : reply.value());
-                if (!reply.isError() && withdrawals != withdrawals_) {
-                    withdraw(reply.value());
+                uint number = reply.isError() ? 0 : reply.value();
+                if (number != 0 && withdrawals != withdrawals_) {
+                    withdraw(std::exchange(number, 0));
                 }
+                wasSent(notification, number);
                 watcher->deleteLater();
             });
 }
@@ -178,6 +183,17 @@ void DesktopNotifications::withdraw(uint number) {
     QDBusMessage call = serverCall(u"CloseNotification"_s);
     call << number;
     bus_.asyncCall(call, timeout);
+}
+
+/// What it showed went with it, and the next one counts anew: our numbers would be others' there.
+void DesktopNotifications::serverIsGone() {
+    shown_.clear();
+    for (Kind& kind : kinds_) {
+        kind.number = 0;
+    }
+    if (server_ == Server::Known) {
+        server_ = Server::Unknown;
+    }
 }
 
 void DesktopNotifications::setActivationHandler(std::function<void(const QString&)> handler) {

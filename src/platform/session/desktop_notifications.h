@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QDBusServiceWatcher>
 #include <QHash>
 #include <QObject>
 #include <optional>
@@ -47,10 +48,12 @@ private:
     [[nodiscard]] QDBusMessage notifyCall(const UserNotification& notification,
                                           uint replaced) const;
     void withdraw(uint number);
+    void serverIsGone();
     [[nodiscard]] QString body(const QString& text) const;
     void logOnce(const QString& reason);
 
     QDBusConnection bus_;
+    QDBusServiceWatcher owner_;
     std::function<void(const QString&)> activated_;
     QHash<QString, Kind> kinds_;
     /// By the server's number, also of those that stand for themselves.

@@ -12,10 +12,17 @@ namespace platform {
 
 using namespace Qt::Literals::StringLiterals;
 
+namespace {
+
+const auto goingOn = u"Downloads are going on."_s;
+
+}  // namespace
+
 Login1Power::Login1Power()
     : bus_(QDBusConnection::systemBus()),
       sleepDelay_({u"sleep:shutdown"_s, u"Downloads are saved first."_s, u"delay"_s}),
-      idleBlock_({u"idle"_s, u"Downloads are going on."_s, u"block"_s}),
+      idleBlock_({u"idle"_s, goingOn, u"block"_s}),
+      desktopBlock_(goingOn),
       clockWatcher_([this] {
           if (observers_.timeDidChange) {
               observers_.timeDidChange();
@@ -46,8 +53,10 @@ void Login1Power::setPreventsIdleSleep(bool prevents) {
     }
     if (prevents) {
         idleBlock_.take(bus_);
+        desktopBlock_.take();
     } else {
         idleBlock_.release();
+        desktopBlock_.release();
     }
 }
 

@@ -6,6 +6,7 @@
 #include "platform/net/default_route.h"
 #include "platform/session/clock_watcher.h"
 #include "platform/session/login1_inhibitor.h"
+#include "platform/session/portal_inhibitor.h"
 #include "platform/session/power.h"
 
 namespace platform {
@@ -36,6 +37,7 @@ private:
     /// While we hold it the machine waits for us before it goes to sleep.
     Login1Inhibitor sleepDelay_;
     Login1Inhibitor idleBlock_;
+    PortalInhibitor desktopBlock_;
     ClockWatcher clockWatcher_;
     bool preventsIdleSleep_ = false;
     bool hasLogged_ = false;

@@ -22,11 +22,15 @@ namespace {
 
 constexpr int patienceMilliseconds = 500;
 
+/// How it took to being greeted. One that is not there is noticed by everybody at once; one that
+/// does not even take connections answers nobody.
+enum class Greeting { Absent, Refused, Sent };
+
 struct Bus {
     const char* variable;
     QByteArray address;
     Descriptor socket{};
-    bool mayBeMute = false;
+    Greeting greeting = Greeting::Absent;
 };
 
 QByteArray sessionAddress() {
@@ -57,13 +61,11 @@ QByteArray socketName(const QByteArray& addresses) {
     return {};
 }
 
-/// Whether it may be mute: `socket` has greeted it, or it does not even take connections. A bus
-/// that is not there is noticed by everybody at once.
-bool greet(const QByteArray& name, Descriptor& socket) {
+Greeting greet(const QByteArray& name, Descriptor& socket) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     if (name.isEmpty() || static_cast<std::size_t>(name.size()) >= sizeof(address.sun_path))
-        return false;
+        return Greeting::Absent;
     std::memcpy(address.sun_path, name.constData(), static_cast<std::size_t>(name.size()));
     const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) +
                                                static_cast<std::size_t>(name.size()) +
@@ -73,11 +75,13 @@ bool greet(const QByteArray& name, Descriptor& socket) {
     constexpr timeval patience{.tv_sec = 0, .tv_usec = patienceMilliseconds * 1000L};
     setsockopt(socket.get(), SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof(patience));
     if (connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), length) != 0)
-        return errno == EAGAIN;
+        return errno == EAGAIN ? Greeting::Refused : Greeting::Absent;
     const QByteArray greeting =
         QByteArray(1, '\0') + "AUTH EXTERNAL " + QByteArray::number(geteuid()).toHex() + "\r\n";
-    return send(socket.get(), greeting.constData(), static_cast<std::size_t>(greeting.size()),
-                MSG_NOSIGNAL) == greeting.size();
+    const bool isSent =
+        send(socket.get(), greeting.constData(), static_cast<std::size_t>(greeting.size()),
+             MSG_NOSIGNAL) == greeting.size();
+    return isSent ? Greeting::Sent : Greeting::Absent;
 }
 
 }  // namespace
@@ -88,13 +92,14 @@ QStringList leaveMuteBusesAlone() {
         Bus{.variable = "DBUS_SESSION_BUS_ADDRESS", .address = sessionAddress()},
         Bus{.variable = "DBUS_SYSTEM_BUS_ADDRESS", .address = systemAddress()}};
     for (Bus& bus : buses)
-        bus.mayBeMute = greet(socketName(bus.address), bus.socket);
+        bus.greeting = greet(socketName(bus.address), bus.socket);
     QElapsedTimer timer;
     timer.start();
     for (Bus& bus : buses) {
         pollfd answer{bus.socket.get(), POLLIN, 0};
         const int left = std::max(patienceMilliseconds - static_cast<int>(timer.elapsed()), 0);
-        if (!bus.mayBeMute || poll(&answer, 1, left) == 1)
+        if (bus.greeting == Greeting::Absent ||
+            (bus.greeting == Greeting::Sent && poll(&answer, 1, left) == 1))
             continue;
         qputenv(bus.variable, "disabled:");
         mute.append(QString::fromLatin1(bus.variable));

@@ -11,7 +11,8 @@ class Url;
 bool openURL(const Url& url);
 
 /// Shows a file in its folder in the file manager (org.freedesktop.FileManager1), or opens the
-/// folder where no file manager answers. False: neither could be done. Main thread.
+/// folder where there is none. Does not wait for it. False: there is no bus, and the folder could
+/// not be opened. Main thread.
 bool revealFile(const QString& path);
 
 }  // namespace platform

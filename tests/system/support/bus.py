@@ -23,6 +23,7 @@ CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Con
 
 LOGIN = ("org.freedesktop.login1", "/org/freedesktop/login1")
 NOTIFICATIONS = ("org.freedesktop.Notifications", "/org/freedesktop/Notifications")
+PORTAL = ("org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop")
 
 
 def mock_interpreter():
@@ -78,12 +79,29 @@ class Bus:
         self._folder.cleanup()
 
     def mock(self, template, service, **parameters):
-        """Runs a mock of a template with these parameters. Answers a function that gives the calls it has had so far, a line each."""
-        log = Path(self._folder.name) / template
-        self._start(mock_interpreter(), "-m", "dbusmock", "--session", "--logfile", log,
-                    "--template", template, "--parameters", json.dumps(parameters), env=self.environment | {"PATH": "/usr/bin:/bin"})
+        """Runs a mock of a template with these parameters. Answers a function that gives the calls
+        it has had so far, a line each."""
+        return self._mock(service, "--template", template, "--parameters", json.dumps(parameters))
+
+    def mock_method(self, service, interface, name, takes, answers, code):
+        """Runs a mock with a single method (AddMethod of dbusmock). Answers what `mock` does."""
+        calls = self._mock(service, *service, interface)
+        self.call(*service, "org.freedesktop.DBus.Mock.AddMethod", interface, name, takes, answers,
+                  code)
+        return calls
+
+    def _mock(self, service, *what):
+        log = self.folder / f"mock-{len(self._processes)}"
+        self._start(mock_interpreter(), "-m", "dbusmock", "--session", "--logfile", log, *what,
+                    env=self.environment | {"PATH": "/usr/bin:/bin"})
         wait_until(lambda: self.has_owner(service[0]), what=service[0])
         return lambda: log.read_text().splitlines() if log.exists() else []
+
+    def end_last_mock(self, service):
+        process = self._processes.pop()
+        process.kill()
+        process.wait()
+        wait_until(lambda: not self.has_owner(service[0]), what="its end")
 
     def has_owner(self, name):
         return self.call("org.freedesktop.DBus", "/org/freedesktop/DBus",
