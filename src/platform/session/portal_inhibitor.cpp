@@ -10,7 +10,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-const auto service = u"org.freedesktop.portal.Desktop"_s;
+const auto portal = u"org.freedesktop.portal.Desktop"_s;
 
 }  // namespace
 
@@ -23,7 +23,7 @@ void PortalInhibitor::take() {
     constexpr uint suspend = 4;
     const QString noWindow;
     QDBusMessage call =
-        QDBusMessage::createMethodCall(service, u"/org/freedesktop/portal/desktop"_s,
+        QDBusMessage::createMethodCall(portal, u"/org/freedesktop/portal/desktop"_s,
                                        u"org.freedesktop.portal.Inhibit"_s, u"Inhibit"_s);
     call << noWindow << suspend << QVariantMap{{u"reason"_s, reason_}};
     auto* watcher = new QDBusPendingCallWatcher(bus_.asyncCall(call), this);
@@ -48,7 +48,7 @@ void PortalInhibitor::release() {
 }
 
 void PortalInhibitor::close() {
-    bus_.send(QDBusMessage::createMethodCall(service, request_.path(),
+    bus_.send(QDBusMessage::createMethodCall(portal, request_.path(),
                                              u"org.freedesktop.portal.Request"_s, u"Close"_s));
     request_ = {};
 }
