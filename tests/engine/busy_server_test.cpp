@@ -242,7 +242,7 @@ protected:
 
 TEST_F(LimitedServerTest, IsAskedForAsManyAsItServes) {
     // What was learned of a server is only ever lowered.
-    for (const std::size_t connections : {3, 2, 1}) {
+    for (const std::size_t connections : {3U, 2U, 1U}) {
         SCOPED_TRACE(connections);
         set(settings::numberOfConcurrentDownloads, qint64{4});
         set(settings::numberOfConcurrentDownloadsPerHost, qint64{4});

@@ -73,12 +73,21 @@ int CurlDriver::socketChanged(CURL*, curl_socket_t socket, int what, void* drive
     return 0;
 }
 
+/// While a transfer is paused with something left to be read, some releases (8.14) ask to be called
+/// at once, and again, without end.
 int CurlDriver::timerChanged(CURLM*, long milliseconds, void* driver) {
-    auto& deadline = static_cast<CurlDriver*>(driver)->deadline_;
-    if (milliseconds < 0)
-        deadline.reset();
+    constexpr unsigned mostFruitlessCalls = 3;
+    constexpr long rest = 100;
+    auto& self = *static_cast<CurlDriver*>(driver);
+    if (!self.isActing_)
+        self.noteProgress();
+    self.isAskedAtOnce_ = milliseconds == 0;
+    const bool isInVain = self.isAskedAtOnce_ && self.fruitlessCalls_ > mostFruitlessCalls;
+    const long wait = isInVain ? rest : milliseconds;
+    if (wait < 0)
+        self.deadline_.reset();
     else
-        deadline = SteadyClock::now() + std::chrono::milliseconds(milliseconds);
+        self.deadline_ = SteadyClock::now() + std::chrono::milliseconds(wait);
     return 0;
 }
 
@@ -97,13 +106,18 @@ void CurlDriver::appendSockets(std::vector<pollfd>& list) const {
 
 void CurlDriver::act(std::span<const pollfd> polled) {
     int running = 0;
+    isActing_ = true;
     for (const pollfd& socket : polled)
-        if (const int events = curlEvents(socket.revents); events != 0)
+        if (const int events = curlEvents(socket.revents); events != 0) {
+            noteProgress();
             curl_multi_socket_action(multi(), socket.fd, events, &running);
+        }
     if (deadline_ && *deadline_ <= SteadyClock::now()) {
         deadline_.reset();
+        fruitlessCalls_ = isAskedAtOnce_ ? fruitlessCalls_ + 1 : 0;
         curl_multi_socket_action(multi(), CURL_SOCKET_TIMEOUT, 0, &running);
     }
+    isActing_ = false;
 }
 
 }  // namespace platform

@@ -28,6 +28,8 @@ public:
     void appendSockets(std::vector<pollfd>& list) const;
     /// Does what is to be done now. `polled`: the sockets that were appended, with what was found.
     void act(std::span<const pollfd> polled);
+    /// A transfer has got or given something.
+    void noteProgress() { fruitlessCalls_ = 0; }
 
 private:
     using SteadyClock = std::chrono::steady_clock;
@@ -38,6 +40,9 @@ private:
     // Before the multi handle, which still reports the sockets that it closes at its end.
     std::unordered_map<curl_socket_t, short> sockets_;
     std::optional<SteadyClock::time_point> deadline_;
+    unsigned fruitlessCalls_ = 0;  ///< In a row, of those that it had asked for at once.
+    bool isAskedAtOnce_ = false;
+    bool isActing_ = false;
     CurlMulti multi_;
 };
 

@@ -157,6 +157,7 @@ void NetworkLoop::Private::collectEnded() {
 }
 
 void NetworkLoop::Private::noteArrival(DrivenExchange& transfer) {
+    curl_.noteProgress();
     transfer.arrivalTurn_ = turns_;
     if (!std::exchange(transfer.isSettling_, true))
         settling_.push_back(&transfer);
