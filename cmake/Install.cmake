@@ -40,8 +40,10 @@ endif()
 install_program(orlop window)
 install(FILES "${resources}/dbus/com.tarnworks.AIH.xml"
         DESTINATION "${CMAKE_INSTALL_DATADIR}/dbus-1/interfaces" COMPONENT window)
-configure_file("${resources}/dbus/com.tarnworks.Orlop.service.in"
-               "${CMAKE_BINARY_DIR}/com.tarnworks.Orlop.service" @ONLY)
+# Once it is known where the program goes, which --prefix may say.
+install(CODE "set(CMAKE_INSTALL_FULL_BINDIR \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}\")
+    configure_file(\"${resources}/dbus/com.tarnworks.Orlop.service.in\"
+                   \"${CMAKE_BINARY_DIR}/com.tarnworks.Orlop.service\" @ONLY)" COMPONENT window)
 install(FILES "${CMAKE_BINARY_DIR}/com.tarnworks.Orlop.service"
         DESTINATION "${CMAKE_INSTALL_DATADIR}/dbus-1/services" COMPONENT window)
 install(FILES "${resources}/desktop/com.tarnworks.Orlop.desktop"
@@ -52,3 +54,5 @@ install(FILES "${resources}/desktop/com.tarnworks.Orlop.mime.xml"
         DESTINATION "${CMAKE_INSTALL_DATADIR}/mime/packages" RENAME com.tarnworks.Orlop.xml
         COMPONENT window)
 include(InstallIcons)
+install(CODE "set(data \"${CMAKE_INSTALL_DATADIR}\")" COMPONENT window)
+install(SCRIPT "${CMAKE_CURRENT_LIST_DIR}/UpdateDatabases.cmake" COMPONENT window)

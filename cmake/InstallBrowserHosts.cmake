@@ -1,7 +1,7 @@
 # Tells the browsers of all users of the host `host`, which is installed into `folder` below the
 # prefix. They look in folders of their own, which no prefix moves; an installation elsewhere than
-# below /usr is one user's, for whom `orlop-browser --install` does it. Brave and Vivaldi look where
-# Chromium does.
+# below /usr is one user's, for whom `orlop-browser --install` does it. It also does it for Brave and
+# Vivaldi, which are sure to look in the user's own folder.
 if(NOT CMAKE_INSTALL_PREFIX MATCHES "^/usr(/|$)")
     return()
 endif()

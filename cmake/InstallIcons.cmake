@@ -20,8 +20,8 @@ function(install_icon drawing context name)
     endforeach()
 endfunction()
 install_icon("${resources}/icons/app/orlop.svg" apps com.tarnworks.Orlop)
-install_icon("${resources}/icons/mimetypes/application-x-orlop-request.svg" mimetypes
-    application-x-orlop-request)
+# A Flatpak hands out no icon whose name does not begin with the application's.
+install_icon("${resources}/icons/mimetypes/orlop-request.svg" mimetypes com.tarnworks.Orlop.request)
 install(FILES "${resources}/icons/actions/orlop-symbolic.svg"
         DESTINATION "${icons}/symbolic/apps" RENAME com.tarnworks.Orlop-symbolic.svg
         COMPONENT window)

@@ -7,6 +7,7 @@
 #include <csignal>
 #include <cstdio>
 
+#include "browser/bus_service.h"
 #include "browser/callers.h"
 #include "browser/host.h"
 #include "browser/host_manifests.h"
@@ -52,10 +53,26 @@ std::optional<Options> readOptions(const QStringList& arguments) {
     return options;
 }
 
-int tell(const browser::ManifestReport& report) {
+int tell(const browser::InstallReport& report) {
     for (const QString& line : report.lines)
         std::printf("%s\n", line.toLocal8Bit().constData());
     return report.hasFailed ? EXIT_FAILURE : EXIT_SUCCESS;
+}
+
+int install(const Options& options) {
+    browser::InstallReport report = browser::installManifests(options.browsers, options.program);
+    browser::installBusService(QCoreApplication::applicationDirPath() + "/orlop"_L1, report);
+    return tell(report);
+}
+
+int uninstall(const Options& options) {
+    browser::InstallReport report = browser::uninstallManifests(options.browsers);
+    // Other browsers may go on with it.
+    if (options.browsers.isEmpty())
+        browser::uninstallBusService(report);
+    if (report.lines.isEmpty())
+        report.lines.append(u"There was nothing to remove."_s);
+    return tell(report);
 }
 
 int printManifest(const Options& options) {
@@ -80,9 +97,9 @@ int runCommand(const QStringList& arguments) {
         return EXIT_SUCCESS;
     }
     if (options && action == "--install"_L1)
-        return tell(browser::installManifests(options->browsers, options->program));
+        return install(*options);
     if (options && action == "--uninstall"_L1)
-        return tell(browser::uninstallManifests(options->browsers));
+        return uninstall(*options);
     if (options && action == "--print-manifest"_L1)
         return printManifest(*options);
     return refuse();

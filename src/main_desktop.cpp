@@ -15,6 +15,7 @@
 #include "diagnostics/settings.h"
 #include "platform/base/log_writer.h"
 #include "platform/files/files.h"
+#include "platform/session/bundled_gio.h"
 #include "platform/session/mute_buses.h"
 #include "platform/session/signal_watcher.h"
 #include "scripting/launching.h"
@@ -101,6 +102,7 @@ int runWithoutDisplay(int& argumentCount, char** argumentValues, const app::Comm
 
 int main(int argumentCount, char** argumentValues) {
     platform::adoptHomeFolder();
+    platform::useBundledGio();
     const QStringList muteBuses = platform::leaveMuteBusesAlone();
     platform::letWritesFail();
     QStringList arguments;

@@ -17,6 +17,7 @@
 #include "diagnostics/settings.h"
 #include "platform/base/log_writer.h"
 #include "platform/files/files.h"
+#include "platform/session/bundled_gio.h"
 #include "platform/session/mute_buses.h"
 #include "platform/session/signal_watcher.h"
 #include "scripting/service.h"
@@ -43,6 +44,7 @@ void useUtf8() {
 
 int main(int argc, char** argv) {
     platform::adoptHomeFolder();
+    platform::useBundledGio();
     const QStringList muteBuses = platform::leaveMuteBusesAlone();
     const auto environment = QProcessEnvironment::systemEnvironment();
     platform::letWritesFail();

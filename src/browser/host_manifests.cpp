@@ -1,12 +1,10 @@
 #include "browser/host_manifests.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
 
 #include "browser/callers.h"
-#include "platform/files/files.h"
 #include "structured/json/json_writer.h"
 
 namespace browser {
@@ -44,32 +42,16 @@ QStringList existingHomes(const Browser& browser) {
 }
 
 /// Those that are named, else all; a name that is not known is a failure.
-QList<Browser> chosenBrowsers(const QStringList& names, ManifestReport& report) {
+QList<Browser> chosenBrowsers(const QStringList& names, InstallReport& report) {
     QList<Browser> chosen;
     const QList<Browser> known = knownBrowsers();
     for (const QString& name : names)
-        if (std::ranges::none_of(known, [&](const Browser& one) { return one.name == name; })) {
-            report.lines.append(u"No browser is known as %1."_s.arg(name));
-            report.hasFailed = true;
-        }
+        if (std::ranges::none_of(known, [&](const Browser& one) { return one.name == name; }))
+            report.fail(u"No browser is known as %1."_s.arg(name));
     for (const Browser& browser : known)
         if (names.isEmpty() || names.contains(browser.name))
             chosen.append(browser);
     return chosen;
-}
-
-void install(const Browser& browser, const QString& home, const QString& program,
-             ManifestReport& report) {
-    const QString path = manifestPath(browser, home);
-    QDir().mkpath(QFileInfo(path).path());
-    if (const auto error =
-            platform::writeFileAtomically(path, hostManifest(browser.isFirefox, program))) {
-        report.hasFailed = true;
-        report.lines.append(
-            u"%1: %2 could not be written: %3"_s.arg(browser.title, path, error->text));
-    } else {
-        report.lines.append(u"%1: %2"_s.arg(browser.title, path));
-    }
 }
 
 }  // namespace
@@ -99,8 +81,8 @@ QByteArray hostManifest(bool isForFirefox, const QString& program) {
     return structured::writeJson(manifest)->toUtf8() + '\n';
 }
 
-ManifestReport installManifests(const QStringList& names, const QString& program) {
-    ManifestReport report;
+InstallReport installManifests(const QStringList& names, const QString& program) {
+    InstallReport report;
     for (const Browser& browser : chosenBrowsers(names, report)) {
         QStringList homes = existingHomes(browser);
         if (homes.isEmpty() && names.isEmpty())
@@ -108,25 +90,17 @@ ManifestReport installManifests(const QStringList& names, const QString& program
         else if (!homes.contains(browser.homes.first()))
             homes.prepend(browser.homes.first());
         for (const QString& home : homes)
-            install(browser, home, program, report);
+            report.write(browser.title, manifestPath(browser, home),
+                         hostManifest(browser.isFirefox, program));
     }
     return report;
 }
 
-ManifestReport uninstallManifests(const QStringList& names) {
-    ManifestReport report;
+InstallReport uninstallManifests(const QStringList& names) {
+    InstallReport report;
     for (const Browser& browser : chosenBrowsers(names, report))
-        for (const QString& home : browser.homes) {
-            const QString path = manifestPath(browser, home);
-            if (!platform::pathExists(path))
-                continue;
-            const bool isRemoved = QFile::remove(path);
-            report.hasFailed |= !isRemoved;
-            report.lines.append((isRemoved ? u"%1: %2 removed"_s : u"%1: %2 could not be removed"_s)
-                                    .arg(browser.title, path));
-        }
-    if (report.lines.isEmpty())
-        report.lines.append(u"There was nothing to remove."_s);
+        for (const QString& home : browser.homes)
+            report.remove(browser.title, manifestPath(browser, home));
     return report;
 }
 

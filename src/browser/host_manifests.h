@@ -5,6 +5,8 @@
 #include <QString>
 #include <QStringList>
 
+#include "browser/install_report.h"
+
 namespace browser {
 
 /// A browser that we can be called by.
@@ -27,17 +29,11 @@ struct Browser {
 /// The description of the host that a browser reads, as JSON, with the host at that absolute path.
 [[nodiscard]] QByteArray hostManifest(bool isForFirefox, const QString& program);
 
-struct ManifestReport {
-    /// What was done, for people, a line each.
-    QStringList lines;
-    bool hasFailed = false;
-};
-
 /// Puts the host's description where the browsers of the user find it: those that are named, else
 /// all that the user has.
-[[nodiscard]] ManifestReport installManifests(const QStringList& names, const QString& program);
+[[nodiscard]] InstallReport installManifests(const QStringList& names, const QString& program);
 
 /// Removes it again, also where the browser itself is gone.
-[[nodiscard]] ManifestReport uninstallManifests(const QStringList& names);
+[[nodiscard]] InstallReport uninstallManifests(const QStringList& names);
 
 }  // namespace browser

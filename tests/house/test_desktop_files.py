@@ -6,9 +6,11 @@ import os
 import re
 import shutil
 import subprocess
+import sys
 import tempfile
 import unittest
 import xml.etree.ElementTree as xml
+import zipfile
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent.parent
@@ -116,6 +118,16 @@ class AgreementTest(unittest.TestCase):
         self.assertEqual(claimed, defined)
         self.assertEqual(claimed, {element.text for element in self.metainfo.iter("mediatype")})
 
+    def test_icons_are_ours_to_hand_out(self):
+        icon = "{http://www.freedesktop.org/standards/shared-mime-info}icon"
+        named = {element.get("name") for element in xml.parse(MIME).getroot().iter(icon)}
+        named.add(self.entry["Desktop Entry"]["Icon"])
+        installed = set(re.findall(r"install_icon\(\S+ \w+\s+([\w.-]+)\)",
+                                   read("cmake/InstallIcons.cmake")))
+        self.assertEqual(named, installed)
+        for name in named:
+            self.assertRegex(name, r"^com\.tarnworks\.Orlop(\.|$)", "sandboxes allow no other")
+
     def test_the_version_is_the_same_everywhere(self):
         version = re.search(r"project\(Orlop VERSION ([\d.]+)", read("CMakeLists.txt"))[1]
         for place, found in (
@@ -125,6 +137,19 @@ class AgreementTest(unittest.TestCase):
             self.assertEqual(found, version, place)
         headings = re.findall(r"(?m)^## \[(.*?)\]", read("CHANGELOG.md"))
         self.assertIn(headings[0], (version, "Unreleased"))
+
+    def test_stores_take_the_extension_without_a_key(self):
+        with tempfile.TemporaryDirectory() as folder:
+            for options in [], ["--unpacked"]:
+                subprocess.run([sys.executable, ROOT / "scripts/extension", *options, folder],
+                               check=True)
+            packed = {}
+            for name in "orlop-chromium.zip", "orlop-firefox.xpi":
+                with zipfile.ZipFile(Path(folder) / name) as archive:
+                    packed[name] = json.loads(archive.read("manifest.json"))
+            loaded = json.loads((Path(folder) / "chromium/manifest.json").read_text())
+        self.assertFalse([name for name, manifest in packed.items() if "key" in manifest])
+        self.assertEqual(packed["orlop-chromium.zip"] | {"key": loaded["key"]}, loaded)
 
     def test_pictures_of_the_metainfo_are_ours(self):
         for image in self.metainfo.iter("image"):

@@ -1,10 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QTemporaryDir>
 #include <csignal>
 
 #include "platform/files/files.h"
+#include "platform/session/bundled_gio.h"
 #include "platform/session/login_item.h"
 #include "platform/session/signal_watcher.h"
 
@@ -34,6 +36,34 @@ TEST(LoginItemTest, IsAnAutostartEntryThatDesktopsCanSwitchOff) {
     EXPECT_FALSE(platform::pathExists(path));
     EXPECT_FALSE(item.setEnabled(false)) << "it is gone already";
     EXPECT_TRUE(platform::LoginItem(u"/proc/no/such.desktop"_s, u"/orlop"_s).setEnabled(true));
+}
+
+class BundledGioTest : public testing::Test {
+protected:
+    ~BundledGioTest() override {
+        for (const char* variable : {helper, modules})
+            qunsetenv(variable);
+    }
+
+    const char* const helper = "GIO_LAUNCH_DESKTOP";
+    const char* const modules = "GIO_MODULE_DIR";
+    const QTemporaryDir folder;
+};
+
+TEST_F(BundledGioTest, IsNamedWhereItComesAlongAndNobodySaysOtherwise) {
+    EXPECT_TRUE(platform::nameBundledGio(folder.path()).isEmpty());
+    EXPECT_FALSE(qEnvironmentVariableIsSet(helper) || qEnvironmentVariableIsSet(modules));
+
+    ASSERT_TRUE(QDir(folder.path()).mkpath(u"modules"_s));
+    EXPECT_EQ(platform::nameBundledGio(folder.path()), QByteArrayList{modules});
+    EXPECT_EQ(qEnvironmentVariable(modules), folder.filePath(u"modules"_s));
+    EXPECT_FALSE(qEnvironmentVariableIsSet(helper));
+
+    ASSERT_FALSE(platform::writeFileAtomically(folder.filePath(u"gio-launch-desktop"_s), "helper"));
+    qputenv(modules, "/elsewhere");
+    EXPECT_EQ(platform::nameBundledGio(folder.path()), QByteArrayList{helper});
+    EXPECT_EQ(qEnvironmentVariable(helper), folder.filePath(u"gio-launch-desktop"_s));
+    EXPECT_EQ(qgetenv(modules), "/elsewhere");
 }
 
 /// Qt's event loop delivers the signals.

@@ -4,12 +4,13 @@ import ast
 import base64
 import json
 import random
+import shutil
 import struct
 import time
 import unittest
 from pathlib import Path
 
-from support.bus import mock_interpreter
+from support.bus import Bus, mock_interpreter
 from support.home import DEADLINE, Home, wait_until
 from support.native_host import HOST, STAND_IN, NativeHost, bus_with_service, read_services_again
 
@@ -231,6 +232,50 @@ class ManifestTest(unittest.TestCase):
         self.assertEqual(self.home.run("--install", "--browser", "lynx", program=HOST).returncode, 1)
         self.assertIn("removed", self.home.run("--uninstall", program=HOST).stdout)
         self.assertEqual(self.manifests(), [])
+
+    def test_the_bus_starts_what_lies_beside_it(self):
+        folder = self.home.root / "some where/bin"
+        folder.mkdir(parents=True)
+        host = Path(shutil.copy(HOST, folder))
+        self.assertEqual(self.home.run("--install", program=host).returncode, 0)
+        service = self.home.root / "data/dbus-1/services/com.tarnworks.Orlop.service"
+        self.assertFalse(service.exists(), "there is no Orlop")
+
+        (folder / "orlop").write_text(
+            f"#!/bin/sh\n[ \"$*\" = --background ] && exec {mock_interpreter()} {STAND_IN} "
+            f"'{self.home.root}'\n")
+        (folder / "orlop").chmod(0o755)
+        bus = Bus(self.home.environment())
+        self.addCleanup(bus.close)
+        result = self.home.run("--install", program=host, environment=bus.environment)
+        self.assertIn(f"Session bus: {service}\n", result.stdout)
+        caller = NativeHost(self.home, bus.environment)
+        wait_until(lambda: "filter" in caller.ask("filter"), what="Orlop, started by the bus")
+
+        everybody = self.home.root / "share/dbus-1/services" / service.name
+        everybody.parent.mkdir(parents=True)
+        everybody.write_text(service.read_text())
+        shared = bus.environment | {"XDG_DATA_DIRS": str(self.home.root / "share")}
+        result = self.home.run("--install", program=host, environment=shared)
+        self.assertIn(f"Session bus: {service} removed\n", result.stdout)
+        everybody.write_text("[D-BUS Service]\nExec=/usr/bin/env orlop\n")
+        self.home.run("--install", program=host, environment=shared)
+        self.assertTrue(service.exists(), "that of all users is another")
+
+        self.home.run("--uninstall", "--browser", "firefox", program=host)
+        self.assertTrue(service.exists())
+        self.home.run("--uninstall", program=host)
+        self.assertFalse(service.exists())
+
+    def test_a_path_that_the_bus_cannot_be_told_of(self):
+        folder = self.home.root / 'some "where"'
+        folder.mkdir()
+        host = Path(shutil.copy(HOST, folder))
+        (folder / "orlop").touch(0o755)
+        result = self.home.run("--install", program=host)
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("Session bus: cannot be told of", result.stdout)
+        self.assertEqual(list(self.home.root.rglob("*.service")), [])
 
 
 if __name__ == "__main__":

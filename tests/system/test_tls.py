@@ -2,7 +2,9 @@
 import unittest
 
 from support.case import MIB, SystemTest
+from support.home import TERMINAL
 from support.hostile import TlsSpeaker
+from support.sandbox import can_sandbox, sandbox, with_home
 from support.servers import TlsNginx
 
 
@@ -13,6 +15,16 @@ class TlsTest(SystemTest):
         source = self.serve("secret.bin", 3 * MIB)
         trust = {"SSL_CERT_FILE": str(self.server.authority.authority)}
         self.assert_fetches(source, environment=trust)
+
+    @unittest.skipUnless(can_sandbox(), "no namespaces for another file system")
+    def test_the_authorities_of_another_distribution(self):
+        source = self.serve("elsewhere.bin", MIB)
+        for place, status in (("/etc/some/bundle.crt", 1), ("/etc/pki/tls/certs/ca-bundle.crt", 0)):
+            command = sandbox(*with_home(self.home, "."), "--ro-bind",
+                              self.server.authority.authority, place, TERMINAL,
+                              self.server.url(f"/{source.name}"), system=("/usr",))
+            self.assert_status(self.home.run(*command[1:], program=command[0]), status)
+        self.assert_downloaded(source.name, source)
 
     def test_a_kept_connection_serves_the_next_file(self):
         for name in "one.bin", "two.bin":

@@ -1,13 +1,14 @@
 #include <QFile>
 
 #include "desktop/updates/online_sources.h"
+#include "platform/session/flatpak.h"
 
 namespace desktop {
 
 using namespace Qt::Literals::StringLiterals;
 
 QString packageManagerOf(const QString& programPath, const QString& systemRoot) {
-    if (QFile::exists(systemRoot + u"/.flatpak-info"_s)) {
+    if (platform::isInFlatpak(systemRoot)) {
         return u"Flatpak"_s;
     }
     if (!qEnvironmentVariableIsEmpty("SNAP")) {

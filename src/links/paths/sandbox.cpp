@@ -1,10 +1,10 @@
 #include "links/paths/sandbox.h"
 
-#include <QFileInfo>
 #include <QProcessEnvironment>
 
 #include "links/text/localization.h"
 #include "platform/base/log.h"
+#include "platform/session/flatpak.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -17,8 +17,7 @@ bool isSandboxEnvironment() {
     const QString home = environment.value(u"HOME"_s);
     const bool sandboxed = environment.contains(u"APP_SANDBOX_CONTAINER_ID"_s) ||
                            home.contains(u"/Library/Containers/"_s) ||
-                           environment.contains(u"SNAP"_s) ||
-                           QFileInfo::exists(u"/.flatpak-info"_s);
+                           environment.contains(u"SNAP"_s) || platform::isInFlatpak();
     // Only what decides: the rest of an environment may hold secrets, and logs are passed on.
     platform::debugLog([&] {
         return filledFormat(u"environment: %@ => %@"_s,

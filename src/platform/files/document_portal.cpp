@@ -14,6 +14,7 @@
 #include <QRegularExpression>
 
 #include "platform/files/files.h"
+#include "platform/session/flatpak.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -74,8 +75,7 @@ QString hostPathOfDocument(const QString& path) {
 bool isOfSandboxAlone(const QString& path) {
     static const bool isRootInMemory = [] {
         struct statfs root {};
-        return QFile::exists(u"/.flatpak-info"_s) && ::statfs("/", &root) == 0 &&
-               root.f_type == TMPFS_MAGIC;
+        return isInFlatpak() && ::statfs("/", &root) == 0 && root.f_type == TMPFS_MAGIC;
     }();
     if (!isRootInMemory)
         return false;

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <limits>
 
+#include "platform/net/authorities.h"
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace platform {
@@ -75,10 +77,12 @@ void applyConnection(EasyOptions& options, const TransferSetup& setup) {
     }
 }
 
-/// The variable by which other programs on OpenSSL are told of a company's own authority.
 QString authoritiesPath(const TLSSettings& tls) {
-    return tls.authoritiesPath.isEmpty() ? qEnvironmentVariable("SSL_CERT_FILE")
-                                         : tls.authoritiesPath;
+    if (!tls.authoritiesPath.isEmpty())
+        return tls.authoritiesPath;
+    // The variable by which other programs on OpenSSL are told of a company's own authority.
+    const QString ofUser = qEnvironmentVariable("SSL_CERT_FILE");
+    return ofUser.isEmpty() ? systemAuthorities() : ofUser;
 }
 
 void applyTLS(EasyOptions& options, const TLSSettings& tls) {

@@ -6,6 +6,7 @@
 
 #include "platform/files/type_identifiers.h"
 #include "platform/session/gio.h"
+#include "platform/session/launch_context.h"
 
 namespace platform {
 
@@ -80,7 +81,8 @@ bool openFileWithApplication(const QString& path, const QString& identifier) {
     }
     GFile* file = gio->newFileForPath(QFile::encodeName(path).constData());
     GList files{file, nullptr, nullptr};
-    const bool didLaunch = gio->launch(info.get(), &files, nullptr, nullptr) != FALSE;
+    const bool didLaunch =
+        gio->launch(info.get(), &files, LaunchContext(*gio).get(), nullptr) != FALSE;
     gio->unref(file);
     return didLaunch;
 }

@@ -45,6 +45,8 @@ std::optional<Gio> loaded() {
     functions.find("g_app_info_get_id", gio.identifier);
     functions.find("g_app_info_launch", gio.launch);
     functions.find("g_app_info_launch_default_for_uri", gio.launchDefaultForUri);
+    functions.find("g_app_launch_context_new", gio.newLaunchContext);
+    functions.find("g_app_launch_context_unsetenv", gio.unsetInLaunchContext);
     functions.find("g_desktop_app_info_new", gio.newDesktopAppInfo);
     functions.find("g_file_new_for_path", gio.newFileForPath);
     functions.find("g_icon_to_string", gio.iconText);

@@ -23,6 +23,8 @@ struct Gio {
     decltype(&::g_app_info_get_id) identifier;
     decltype(&::g_app_info_launch) launch;
     decltype(&::g_app_info_launch_default_for_uri) launchDefaultForUri;
+    decltype(&::g_app_launch_context_new) newLaunchContext;
+    decltype(&::g_app_launch_context_unsetenv) unsetInLaunchContext;
     decltype(&::g_desktop_app_info_new) newDesktopAppInfo;
     decltype(&::g_file_new_for_path) newFileForPath;
     decltype(&::g_icon_to_string) iconText;

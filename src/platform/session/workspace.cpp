@@ -9,6 +9,7 @@
 #include "platform/base/log.h"
 #include "platform/net/url.h"
 #include "platform/session/gio.h"
+#include "platform/session/launch_context.h"
 
 namespace platform {
 
@@ -17,7 +18,7 @@ using namespace Qt::Literals::StringLiterals;
 bool openURL(const Url& url) {
     const Gio* const gio = Gio::library();
     return gio != nullptr && gio->launchDefaultForUri(url.absoluteString().toUtf8().constData(),
-                                                      nullptr, nullptr) != FALSE;
+                                                      LaunchContext(*gio).get(), nullptr) != FALSE;
 }
 
 namespace {

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QCompleter>
-#include <QDesktopServices>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -21,6 +20,8 @@
 #include "platform/base/log.h"
 #include "platform/base/user_defaults.h"
 #include "platform/files/files.h"
+#include "platform/net/url.h"
+#include "platform/session/workspace.h"
 #include "ui/help/contents_menu.h"
 #include "ui/help/help_browser.h"
 #include "ui/help/quick_access_bar.h"
@@ -242,7 +243,9 @@ void HelpWindow::follow(const QUrl& link) {
     if (scheme == QLatin1StringView(help::helpScheme)) {
         followDefaultLink(link.toString(QUrl::FullyEncoded));
     } else if (scheme == "http"_L1 || scheme == "https"_L1) {
-        QDesktopServices::openUrl(link);
+        const auto page = platform::Url::parse(link.toString(QUrl::FullyEncoded));
+        if (!page || !platform::openURL(*page))
+            QApplication::beep();
     } else {
         const QUrl target = browser_->source().resolved(link);
         if (!openPageAtRelativePath(manager_.relativePathOf(target),

@@ -14,6 +14,7 @@
 #include "engine/workers/user_agent.h"
 #include "links/settings.h"
 #include "platform/base/user_defaults.h"
+#include "platform/session/flatpak.h"
 #include "platform/text/regular_expression.h"
 #include "ui/settings/login_item_switch.h"
 #include "ui/settings/sections.h"
@@ -116,6 +117,15 @@ void addBasicDownloads(SettingsPage& page, const SettingsContext& context) {
                      [&throttle](bool isBasic) { throttle.setAvailable(!isBasic); });
 }
 
+/// What a sandbox has in its own folder of entries, no desktop reads.
+void addLoginItem(SettingsPage& page) {
+    if (platform::isInFlatpak())
+        return;
+    auto* loginItem = new LoginItemSwitch(&page);
+    loginItem->setObjectName(QStringLiteral("loginItemSwitch"));
+    page.addRow("At login:", loginItem);
+}
+
 /// Only a mode that the desktop can show is stored.
 void changeApplicationMode(qint64 mode, QComboBox& applicationModeSelector,
                            const SettingsContext& context) {
@@ -160,9 +170,7 @@ void addApplicationMode(SettingsPage& page, const SettingsContext& context) {
 
 SettingsPage* makeAdvancedSection(const SettingsContext& context, QWidget* parent) {
     auto* page = new SettingsPage(context, parent);
-    auto* loginItem = new LoginItemSwitch(page);
-    loginItem->setObjectName(QStringLiteral("loginItemSwitch"));
-    page->addRow("At login:", loginItem);
+    addLoginItem(*page);
     addApplicationMode(*page, context);
     page->addSwitch("Window:", "&Height follows the list", app::settings::rubberWindow);
     page->addSwitch("", "An&imations", engine::settings::uselessAnimations);

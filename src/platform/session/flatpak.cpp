@@ -1,0 +1,11 @@
+#include "platform/session/flatpak.h"
+
+#include <QFile>
+
+namespace platform {
+
+bool isInFlatpak(const QString& systemRoot) {
+    return QFile::exists(systemRoot + QStringLiteral("/.flatpak-info"));
+}
+
+}  // namespace platform
