@@ -188,6 +188,8 @@ TEST(PropertyList, RefusesWhatIsNoPropertyListAndSaysWhere) {
         inPlist("<![CDATA[ ]]>"),
         inPlist("<string><![CDATA[x"),
         "<!DOCTYPE plist",
+        "<plist><string><!--x--",
+        "<plist><string><!DOCTYPE plist",
         "<?xml version='1.0' encoding='klingon'?>" + inPlist("<true/>"),
         "<!DOCTYPE plist [<!ENTITY a \"aaaaaaaaaa\"><!ENTITY b \"&a;&a;&a;\">]>" +
             inPlist("<string>&b;</string>"),

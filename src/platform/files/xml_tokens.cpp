@@ -260,7 +260,7 @@ QString XmlTokens::readText() {
             if (skipBehind("]]>"))
                 text += decodedText(QByteArrayView(text_).sliced(start, at_ - 3 - start));
         } else if (text_[at_] == '<') {
-            if (!skipMarkup()) {
+            if (!skipMarkup() && !hasFailed()) {
                 ++at_;
                 fail(
                     u"There is <%1> where only text belongs."_s.arg(QString::fromUtf8(readName())));

@@ -20,6 +20,15 @@ def free_port():
         return probe.getsockname()[1]
 
 
+def has_ipv6():
+    try:
+        with socket.socket(socket.AF_INET6) as probe:
+            probe.bind(("::1", 0))
+        return True
+    except OSError:
+        return False
+
+
 def write_random(path, size, seed=1):
     """A file whose bytes differ all over, the same for the same seed."""
     source = random.Random(seed)
@@ -173,6 +182,12 @@ class Nginx(Server):
                 self.url("/connections"), timeout=5) as answer:
             return b"Active connections: 1 " in answer.read()
 
+    def listen_lines(self):
+        """Whoever is given a name may take either of its addresses, and no other."""
+        addresses = ["127.0.0.1"] + (["[::1]"] if self.host == "localhost" and has_ipv6() else [])
+        return " ".join(f"listen {address}:{self.port}{self.listen_options};"
+                        for address in addresses)
+
     def command(self):
         configuration = self.root / "nginx.conf"
         configuration.write_text(f"""
@@ -204,7 +219,7 @@ http {{
     uwsgi_temp_path {self.root}/uwsgi;
     scgi_temp_path {self.root}/scgi;
     server {{
-        listen 127.0.0.1:{self.port}{self.listen_options};
+        {self.listen_lines()}
         {self.tls_lines}
         root {self.content};
         location ~ ^/rate/(?<speed>[0-9]+)/(?<file>.+)$ {{
