@@ -366,7 +366,13 @@ TEST_F(QueueFile, QuitsWithAndWithoutAQuestion) {
     EXPECT_EQ(savedURLs(), QStringList{address(u"b"_s)});
     EXPECT_EQ(savedArchive(u"b"_s).value(keys::paused), false) << "it goes on at the next launch";
     EXPECT_EQ(download(u"b"_s)->status(), engine::DQDownloadStatusPaused);
+    add({u"c"_s});
+    EXPECT_EQ(savedArchive(u"b"_s).value(keys::paused), false) << "whatever is saved after that";
 
+    download(u"b"_s)->addToQueue();
+    static_cast<void>(savedQueue());
+    download(u"b"_s)->pause();
+    EXPECT_EQ(savedArchive(u"b"_s).value(keys::paused), true) << "the user's own";
     download(u"b"_s)->addToQueue();
     defaults.set(app::settings::quitProcedure, qint64{1});
     EXPECT_TRUE(controller->shouldQuit());

@@ -219,6 +219,25 @@ TEST_P(AccelerationTest, SmallFilesAndDeafServersGetOneConnection) {
     EXPECT_TRUE(download->userSettings().boolean(keys::rangesDisabled));
 }
 
+TEST_P(AccelerationTest, TellsTheServerThatItIsLedToNothingThatWasMeantForTheFirst) {
+    serve(body);
+    const QString there = server.url(u"/file.bin"_s).replace(u"127.0.0.1"_s, u"localhost"_s);
+    server.serve("/start", {.status = 302, .headers = {{"Location", there.toStdString()}}});
+    const auto download = add(u"/start"_s);
+    download->userSettings().set(
+        keys::request,
+        QVariantMap{{keys::requestPartialHeaders, QVariantMap{{u"Cookie"_s, u"a=b"_s}}}});
+    run(download);
+    ASSERT_EQ(download->status(), DQDownloadStatusDone);
+    std::size_t led = 0;
+    for (const support::ReceivedRequest& seen : server.requests()) {
+        const bool isThere = seen.header("Host").value_or("").starts_with("localhost");
+        led += isThere ? 1 : 0;
+        EXPECT_EQ(seen.header("Cookie").has_value(), !isThere);
+    }
+    EXPECT_GE(led, 4U);
+}
+
 /// Whatever a kill, a pause or a user has left of the parts.
 TEST_P(AccelerationTest, GoesOnFromWhatIsThereOfTheParts) {
     const auto completeAll = [&](const DownloadPtr&) {

@@ -252,6 +252,10 @@ TEST_F(TransferTest, TakenNamesAreNeverReplaced) {
     EXPECT_EQ(contents(chosen->path()), "body");
     EXPECT_EQ(beeps, 1);
     EXPECT_TRUE(log.contains(u"cannot move downloaded"_s));
+    chosen->withdraw();
+    chosen->giveUpData();
+    waitForDisks();
+    EXPECT_EQ(contents(chosen->path()), "body") << "no partial data, though it lies there";
 }
 
 TEST_F(TransferTest, PartAnsweredToTheWishForTheWholeIsRefused) {

@@ -53,10 +53,12 @@ TargetConsent::Answer TargetConsent::toWriteTo(const QString& target, const QStr
         place == TargetPlace::Elsewhere && defaults_.get(settings::targetsOutsideDownloadFolders);
     if (place == TargetPlace::Familiar || isAllowed)
         return Answer::Given;
-    if (questions_.canAsk())
-        return questions_.confirm(question(target, source, address, place == TargetPlace::Risky))
-                   ? Answer::Given
-                   : Answer::UsualFolder;
+    if (questions_.canAsk()) {
+        if (questions_.confirm(question(target, source, address, place == TargetPlace::Risky)))
+            return Answer::Given;
+        // The session may have ended over the question: then nobody has answered.
+        return questions_.canAsk() ? Answer::UsualFolder : Answer::Refused;
+    }
     notes_.noteProblem(filledFormat(
         localized("%@ wants its download written to %@, which is not one of your download folders; "
                   "it was not taken."),

@@ -39,11 +39,6 @@ bool isActive(const engine::DQDownload& download) {
     return engine::matchesStatusMask(download.status(), engine::activeStatuses);
 }
 
-/// Whether it is to go on by itself at the next start.
-bool goesOn(const engine::DQDownload& download) {
-    return isActive(download) || download.autoResumeAfterSleep();
-}
-
 Alert quitAlert() {
     return {Alert::Kind::QuitWhileDownloading,
             u"Wait! You seem to have forgotten something on the stove..."_s,
@@ -231,6 +226,16 @@ bool QueueArchive::isSaved(const engine::DQDownload& download) const {
            !surroundings_.isLeaving(download) && !download.comparisonURLString().isEmpty();
 }
 
+/// Whether it is to go on by itself at the next start. What comes to be saved after everything was
+/// paused for the end does not make that the user's own doing.
+bool QueueArchive::goesOn(const engine::DQDownload& download) {
+    if (isActive(download) || download.autoResumeAfterSleep()) {
+        pausedForEnd_.erase(&download);
+        return true;
+    }
+    return download.status() == engine::DQDownloadStatusPaused && pausedForEnd_.contains(&download);
+}
+
 QueueArchive::Elements QueueArchive::elements() {
     forgetRemovedDownloads();
     Elements elements;
@@ -281,6 +286,15 @@ const QByteArray& QueueArchive::elementOf(engine::DQDownload& download, bool pau
 
 void QueueArchive::forgetRemovedDownloads() {
     const engine::Downloads& downloads = surroundings_.queue.downloads();
+    if (!pausedForEnd_.empty()) {
+        decltype(pausedForEnd_) present;
+        for (const engine::DownloadPtr& download : downloads) {
+            if (pausedForEnd_.contains(download.get())) {
+                present.insert(download.get());
+            }
+        }
+        pausedForEnd_.swap(present);
+    }
     if (cache_.size() <= downloads.size()) {
         return;
     }
@@ -342,9 +356,10 @@ private:
         const QString address = download.comparisonURLString();
         dropTwinOf(address);
         const engine::DQDownloadStatus status = download.status();
-        const bool goesOnLater = goesOn(download);
+        const bool goesOnLater = archive_.goesOn(download);
         if (isActive(download)) {
             download.pause();
+            archive_.pausedForEnd_.insert(&download);
         }
         const QByteArray element = archive_.elementOf(download, !goesOnLater, archive_.form());
         if (!element.isEmpty()) {

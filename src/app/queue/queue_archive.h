@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "app/front_end.h"
@@ -77,6 +78,7 @@ private:
     class QuitPass;
 
     [[nodiscard]] bool isSaved(const engine::DQDownload& download) const;
+    [[nodiscard]] bool goesOn(const engine::DQDownload& download);
     using Elements = std::vector<QByteArray>;
     void save();
     /// Puts together what has changed, a little at a time: a long list that is saved for the first
@@ -100,7 +102,8 @@ private:
     std::vector<Saved> waiting_, beingSaved_;
     std::unique_ptr<ArchiveWriter> writer_;
     std::unordered_map<const engine::DQDownload*, Cached> cache_;
-    std::size_t prepared_ = 0;  ///< Rows that `prepare` has seen.
+    std::unordered_set<const engine::DQDownload*> pausedForEnd_;  ///< And not gone on since.
+    std::size_t prepared_ = 0;                                    ///< Rows that `prepare` has seen.
     /// Data is on the disk that the file does not lead to, and would be fetched again.
     bool isUrgent_ = false;
     platform::Seconds handedOver_ = 0;  ///< When the last write began, on the monotonic scale.

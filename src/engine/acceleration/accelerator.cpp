@@ -68,7 +68,7 @@ Worker::Pointer makeFractionWorker(const Worker::Pointer& primary, const StoredF
 bool addFractionWorker(Transfer& transfer, const Worker::Pointer& primary,
                        const StoredFraction& fraction, const platform::Url& url) {
     const Worker::Pointer worker = makeFractionWorker(primary, fraction);
-    worker->request().url = url;
+    worker->request().goTo(url);
     worker->request().rangeValidator = knownFile(transfer.record().userSettings()).rangeValidator();
     // An empty file now, so that the parts and their files agree however early we are stopped.
     if (!worker->claimTargetPath() || !worker->start()) {
@@ -90,7 +90,7 @@ void askForPart(const Transfer& transfer, Worker& worker) {
     const UserSettings& settings = transfer.record().userSettings();
     if (const auto url = platform::Url::parse(settings.string(keys::responseURL));
         url && !url->isEmpty())
-        worker.request().url = *url;
+        worker.request().goTo(*url);
     worker.request().rangeValidator = knownFile(settings).rangeValidator();
 }
 

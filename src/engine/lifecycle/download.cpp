@@ -344,8 +344,7 @@ void DQDownload::removeAndMoveToTrashIfDone(bool moveToTrash) {
         throwAwayFile();
     }
     // An aborted one may have kept some.
-    paths_.discardPartialDataInBackground();
-    dropPartialDataAside(*this);
+    discardKeptData();
     host_.downloadWasRemoved(*this);
 }
 
@@ -376,7 +375,13 @@ void DQDownload::giveUpData() {
     _isWithdrawn = false;
     if (activity_)
         activity_->finisher.cancelForGood();
-    paths_.discardPartialDataInBackground();
+    discardKeptData();
+}
+
+void DQDownload::discardKeptData() {
+    // A finished file that found no place lies where its parts did.
+    if (status() != DQDownloadStatusDone)
+        paths_.discardPartialDataInBackground();
     dropPartialDataAside(*this);
 }
 

@@ -212,6 +212,7 @@ private:
     [[nodiscard]] bool isTryArranged() const;
     void stopTransfer();
     void throwAwayFile();
+    void discardKeptData();
 
     DownloadHost& host_;
     DownloadPaths paths_;

@@ -133,15 +133,8 @@ void applyRequestSettings(const DQDownload& download, const platform::Url& url,
         request.additionalRequestHeaders->set(u"Cookie"_s, cookies);
     }
     request.requestBody = captured.value(keys::requestBody).toByteArray();
-    // What was meant for one server, the one that its answer led to does not get.
-    if (!url.hasSameOrigin(download.URL())) {
-        for (auto* headers : {&request.requestHeaders, &request.additionalRequestHeaders}) {
-            if (*headers) {
-                (*headers)->remove(u"Cookie"_s);
-                (*headers)->remove(u"Authorization"_s);
-            }
-        }
-    }
+    request.url = download.URL();
+    request.goTo(url);
 }
 
 Worker::Pointer makePrimaryWorker(DQDownload& download, const platform::Url& url,
@@ -226,6 +219,9 @@ std::vector<platform::Url> linksOffChain(const std::vector<platform::Url>& found
 
 void adoptPage(DQDownload& download, const platform::Url& page,
                const links::ExtractedLinks& found) {
+    // Paused meanwhile, by the user or by sleep.
+    if (!download.isGettingDownloadPageSource())
+        return;
     const QStringList chain =
         download.userSettings().value(keys::downloadPageChain).toStringList() +
         QStringList(page.forTransfer().absoluteString());

@@ -19,6 +19,20 @@ platform::Error makeWorkerError(WorkerErrorCode code, const QString& text,
             underlying ? std::make_shared<const platform::Error>(*underlying) : nullptr};
 }
 
+void WorkerRequest::goTo(const platform::Url& other) {
+    if (!other.hasSameOrigin(url)) {
+        requestMethod.clear();
+        requestBody.clear();
+        for (auto* headers : {&requestHeaders, &additionalRequestHeaders}) {
+            if (*headers) {
+                for (const QString& name : {u"Cookie"_s, u"Authorization"_s, u"Content-Type"_s})
+                    (*headers)->remove(name);
+            }
+        }
+    }
+    url = other;
+}
+
 /// Only the second kind reads files of this machine, and only the first kind reads anything else.
 DQDownloadWorkerPrototype::Pointer DQDownloadWorkerPrototype::downloadWorkerForURL(
     const Context& context, const platform::Url& url) {

@@ -59,6 +59,10 @@ struct WorkerRequest {
     QString rangeValidator;
     /// The limit of the download that it belongs to. Null: none.
     std::shared_ptr<http::BandwidthAccount> bandwidth;
+
+    /// From now on asks `other`, to which an answer has led. A server that it was not meant for
+    /// gets neither its secrets nor what was posted.
+    void goTo(const platform::Url& other);
 };
 
 struct Context;
