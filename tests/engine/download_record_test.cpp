@@ -240,6 +240,8 @@ TEST_F(DownloadRecordTest, PageGivesOneAddressOrSeveral) {
     late->startDownload();
     late->pause();
     reader->answers[1]({{url(u"file:///nowhere"_s)}, {}});
+    reader->answers[1]({{url(u"http://a/1"_s), url(u"http://a/2"_s)}, {}});
+    EXPECT_TRUE(owner.opened.empty());
     EXPECT_EQ(late->status(), DQDownloadStatusPaused);
     EXPECT_FALSE(late->isInterrupted());
 
